@@ -1,0 +1,55 @@
+#include "config/filters.h"
+
+#include <QImageWriter>
+
+using namespace Qt::StringLiterals;
+
+QString GetFilterStr(const QList<QByteArray> &formats)
+{
+    QString patterns;
+    for (const QByteArray &format : formats)
+        patterns += u"*."_s + QString::fromLatin1(format) + u';';
+    patterns.chop(1);
+    // Without patterns their place between the bars falls away.
+    const QString ending = patterns.isEmpty() ? u"|"_s : patterns + u"||"_s;
+    return u"All Picture files("_s + patterns + u")|"_s + ending;
+}
+
+QString GetOpenPictureFilter() { return GetFilterStr(QImageWriter::supportedImageFormats()); }
+
+QString GetSavePictureFilter(const QString &fileName, QString &selected)
+{
+    return GetSavePictureFilter(fileName, selected, QImageWriter::supportedImageFormats());
+}
+
+QString GetSavePictureFilter(const QString &fileName, QString &selected,
+                             const QList<QByteArray> &formats)
+{
+    const qsizetype dot = fileName.lastIndexOf(u'.');
+    const QString extension = dot < 0 ? QString() : fileName.sliced(dot + 1).toUpper();
+    selected = u""_s;
+    QString filter;
+    for (const QByteArray &format : formats) {
+        const QString name = QString::fromLatin1(format);
+        const QString label = name + u"(*."_s + name + u')';
+        if (name.toUpper() == extension)
+            selected = label;
+        filter += label + u"|*."_s + name + u'|';
+    }
+    return filter.isEmpty() ? filter : filter + u'|';
+}
+
+QString GetMacFilter(const QString &filter)
+{
+    QString labels;
+    bool inLabel = true;
+    for (const QChar c : filter) {
+        if (inLabel)
+            labels += c == u'|' ? u";;"_s : QString(c == u';' ? u' ' : c);
+        inLabel ^= c == u'|';
+    }
+    // The two ";;" that come from the "||" at the end.
+    if (labels.size() >= 4)
+        labels.chop(4);
+    return labels;
+}

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QFile>
+#include <QTemporaryDir>
+
+// A folder for the files of one test; it goes with the object.
+struct Scratch {
+    QTemporaryDir folder{};
+
+    QString path(const QString &name) const { return folder.filePath(name); }
+
+    QString put(const QString &name, const QByteArray &bytes) const
+    {
+        QFile file(path(name));
+        if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
+            qFatal("can't write %s", qPrintable(name));
+        return file.fileName();
+    }
+
+    QByteArray get(const QString &name) const
+    {
+        QFile file(path(name));
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+};
