@@ -1,0 +1,237 @@
+#include "capture/captureoverlay.h"
+
+#include "platform/applicationwatch.h"
+#include "platform/services.h"
+#include "platform/windowlist.h"
+
+#include <QApplication>
+#include <QMenu>
+#include <QPainter>
+#include <QTimerEvent>
+#include <QWindow>
+
+namespace {
+
+constexpr int s_tickInterval = 100;  // ms
+// Ticks for which the keyboard is asked for while somebody else has it.
+constexpr int s_keyboardTries = 20;
+
+QColor black(qreal opacity)
+{
+    return QColor::fromRgbF(0.0F, 0.0F, 0.0F, static_cast<float>(opacity));
+}
+
+}  // namespace
+
+CaptureOverlay::CaptureOverlay(QWidget *parent, qreal sheetOpacity)
+    : QDialog(parent), m_sheetOpacity(sheetOpacity)
+{
+    int left = 0;
+    int top = 0;
+    int width = 0;
+    int height = 0;
+    getScreenGem(left, top, width, height);
+    m_area = {left, top, width, height};
+    setWindowFlags(windowFlags() | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
+    m_tick.start(s_tickInterval, this);
+}
+
+void CaptureOverlay::setSurface(QWidget *surface)
+{
+    m_surface = surface;
+    m_surface->setMouseTracking(true);
+    // The sheet covers all of it: nothing has to be cleared first.
+    m_surface->setAttribute(Qt::WA_OpaquePaintEvent);
+    m_surface->installEventFilter(this);
+    // Not sooner: the form brings a size of its own.
+    services().windows->coverArea(this, m_area);
+}
+
+void CaptureOverlay::ShowDetailWindow(EShowMagOpr opr, int x, int y)
+{
+    emit ShowDetailWindowRequest(this, opr, x, y);
+}
+
+void CaptureOverlay::changeviewmode() { ShowDetailWindow(eMagChangeMode, 0, 0); }
+
+void CaptureOverlay::setVisible(bool visible)
+{
+    if (visible == isVisible()) {
+        QDialog::setVisible(visible);
+    } else if (visible) {
+        m_windowBefore = QApplication::activeWindow();
+        makeSeeThrough();
+        QDialog::setVisible(true);
+        // Both need the window on the screen: the keyboard goes to no other, and the magnifier,
+        // which opens now, comes to lie above it.
+        takeKeyboard();
+        ShowDetailWindow(eMagOpen, 0, 0);
+    } else {
+        giveKeyboardBack();
+        // A menu would outlive the overlay that it belongs to, and its loop would go on.
+        for (QMenu *menu : findChildren<QMenu *>())
+            menu->close();
+        QDialog::setVisible(false);
+        giveFocusBack();
+    }
+}
+
+// The toolkit gives a modal window the focus behind the window manager's back. Some managers then
+// know of no active window any more, and would leave it at that.
+void CaptureOverlay::giveFocusBack()
+{
+    if (m_windowBefore && m_windowBefore->isVisible() && !m_windowBefore->isMinimized())
+        m_windowBefore->activateWindow();
+    m_windowBefore.clear();
+}
+
+void CaptureOverlay::makeSeeThrough()
+{
+    m_dimmed = {};
+    const bool composited = services().windows->isComposited();
+    setWindowOpacity(composited ? m_sheetOpacity : 1.0);
+    if (composited)
+        return;
+    m_dimmed = screenWindow(0, 0, -1, -1, true, nullptr);
+    if (!m_dimmed.isNull())
+        QPainter(&m_dimmed).fillRect(m_dimmed.rect(), black(m_sheetOpacity));
+}
+
+// No window manager gives the focus to this window.
+void CaptureOverlay::takeKeyboard()
+{
+    if (QWidget::keyboardGrabber() != m_surface) {
+        m_surface->grabKeyboard();
+        m_keyboardTries = s_keyboardTries;
+    }
+    --m_keyboardTries;
+    if (windowHandle()->setKeyboardGrabEnabled(true))
+        m_keyboardTries = 0;
+}
+
+void CaptureOverlay::giveKeyboardBack()
+{
+    m_keyboardTries = 0;
+    if (m_surface && QWidget::keyboardGrabber() == m_surface)
+        m_surface->releaseKeyboard();
+}
+
+// The toolkit hands keys to a grabber before it looks for an open menu.
+void CaptureOverlay::runMenu(QMenu &menu, QPoint global)
+{
+    giveKeyboardBack();
+    menu.exec(global);
+    if (isVisible())
+        takeKeyboard();
+}
+
+void CaptureOverlay::timerEvent(QTimerEvent *event)
+{
+    if (event->timerId() != m_tick.timerId()) {
+        QDialog::timerEvent(event);
+        return;
+    }
+    if (finished)
+        return;
+    // An open menu has the keyboard, and must not be covered.
+    const bool menuIsOpen = QApplication::activePopupWidget();
+    if (!IsAppActive() && !menuIsOpen)
+        stayOnTop();
+    if (m_keyboardTries > 0 && !menuIsOpen)
+        takeKeyboard();
+    tick();
+}
+
+void CaptureOverlay::stayOnTop()
+{
+    raise();
+    // The magnifier belongs above its overlay.
+    for (QWidget *child : findChildren<QWidget *>(QString(), Qt::FindDirectChildrenOnly)) {
+        if (child->isWindow() && child->isVisible())
+            child->raise();
+    }
+}
+
+QSize CaptureOverlay::surfaceSize() const
+{
+    // Where the scale does not divide the desktop's size the window is a little larger than it.
+    return toPixels(m_surface->size()).boundedTo(m_area.size());
+}
+
+QPoint CaptureOverlay::pointer() const { return services().windows->pointer(); }
+
+QPoint CaptureOverlay::toPixels(QPointF position) const
+{
+    return (position * devicePixelRatioF()).toPoint();
+}
+
+QSize CaptureOverlay::toPixels(QSize size) const
+{
+    return (QSizeF(size) * devicePixelRatioF()).toSize();
+}
+
+QPoint CaptureOverlay::toLogical(QPoint pixel) const
+{
+    return (QPointF(pixel) / devicePixelRatioF()).toPoint();
+}
+
+// Logical rectangles begin and end between device pixels where the scale is not whole, and the
+// toolkit rounds them: one more on each side is sure to hold what was asked for.
+QRect CaptureOverlay::pixelsAround(const QRect &logical) const
+{
+    const qreal scale = devicePixelRatioF();
+    const QRectF exact(QPointF(logical.topLeft()) * scale, QSizeF(logical.size()) * scale);
+    return exact.toAlignedRect().adjusted(-1, -1, 1, 1);
+}
+
+void CaptureOverlay::updatePixels(const QRegion &pixels)
+{
+    const qreal scale = devicePixelRatioF();
+    QRegion logical(0, 0, 1, 1);
+    for (const QRect &rect : pixels) {
+        const QRect around = rect.adjusted(-1, -1, 1, 1);
+        logical += QRectF(QPointF(around.topLeft()) / scale, QSizeF(around.size()) / scale)
+                       .toAlignedRect();
+    }
+    m_surface->update(logical);
+}
+
+void CaptureOverlay::paintSheet(const QRegion &exposed, const std::function<void(QPainter &)> &draw)
+{
+    QPainter painter(m_surface);
+    painter.scale(1 / devicePixelRatioF(), 1 / devicePixelRatioF());
+    for (const QRect &logical : exposed) {
+        const QRect pixels = pixelsAround(logical);
+        const QRect known = pixels & m_dimmed.rect();
+        if (known != pixels)
+            painter.fillRect(pixels, Qt::black);
+        if (known.isEmpty())
+            continue;
+        painter.drawPixmap(known, m_dimmed, known);
+        addSheet(painter, known, draw);
+    }
+    if (!m_dimmed.isNull())
+        return;
+    painter.setRenderHint(QPainter::Antialiasing);
+    draw(painter);
+}
+
+// What a compositor adds to the dimmed desktop: the sheet, drawn as a whole, times its opacity. The
+// painter's own opacity can't do that, as it would weigh sums that have already been cut at white.
+void CaptureOverlay::addSheet(QPainter &painter, const QRect &pixels,
+                              const std::function<void(QPainter &)> &draw) const
+{
+    QImage sheet(pixels.size(), QImage::Format_ARGB32_Premultiplied);
+    sheet.fill(Qt::transparent);
+    QPainter sheetPainter(&sheet);
+    sheetPainter.setRenderHint(QPainter::Antialiasing);
+    sheetPainter.translate(-pixels.topLeft());
+    draw(sheetPainter);
+    sheetPainter.resetTransform();
+    sheetPainter.setCompositionMode(QPainter::CompositionMode_DestinationIn);
+    sheetPainter.fillRect(sheet.rect(), black(m_sheetOpacity));
+    sheetPainter.end();
+    painter.setCompositionMode(QPainter::CompositionMode_Plus);
+    painter.drawImage(pixels.topLeft(), sheet);
+    painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
+}

@@ -1,0 +1,96 @@
+#pragma once
+
+#include "capture/magnifierrequest.h"
+
+#include <QBasicTimer>
+#include <QDialog>
+#include <QPixmap>
+#include <QPointer>
+#include <QRegion>
+
+#include <functional>
+
+class QMenu;
+class QPainter;
+
+/// What every overlay does: it covers the desktop, stays on top of it and lets it be seen through a
+/// black sheet, has the keyboard, ticks, and feeds the magnifier. How an overlay reads the mouse is
+/// its own.
+///
+/// An overlay thinks in device pixels, from its top left corner. The toolkit's logical coordinates
+/// are converted by the functions here and nowhere else.
+class CaptureOverlay : public QDialog
+{
+    Q_OBJECT
+public:
+    /// To be set once the modal loop is over: nothing more is sent or raised.
+    bool finished = false;
+
+    void ShowDetailWindow(EShowMagOpr opr, int x, int y);
+
+    void setVisible(bool visible) override;
+
+public slots:
+    void changeviewmode();
+
+signals:
+    /// `parent` is this overlay; (x, y) is a global position in device pixels.
+    void ShowDetailWindowRequest(QWidget *parent, EShowMagOpr opr, int x, int y);
+
+protected:
+    /// `sheetOpacity` is how much of the desktop the sheet takes away, 0 to 1.
+    CaptureOverlay(QWidget *parent, qreal sheetOpacity);
+
+    /// The child that fills the overlay: it is drawn on, and gets the mouse and all keys. Call it
+    /// once, when the form has been built.
+    void setSurface(QWidget *surface);
+
+    /// Every 100 ms until `finished`.
+    virtual void tick() = 0;
+
+    void timerEvent(QTimerEvent *event) override;
+
+    /// The desktop's box, global.
+    const QRect &area() const { return m_area; }
+    /// The size of the surface as far as it lies on the desktop.
+    QSize surfaceSize() const;
+    /// Runs a child menu at a global position (logical coordinates). The overlay may have been
+    /// closed when this returns.
+    void runMenu(QMenu &menu, QPoint global);
+
+    /// Where the pointer is, global and in overlay coordinates.
+    QPoint pointer() const;
+    QPoint pointerInOverlay() const { return pointer() - m_area.topLeft(); }
+
+    /// From the surface's logical coordinates to device pixels, and back to the nearest ones.
+    QPoint toPixels(QPointF position) const;
+    QSize toPixels(QSize size) const;
+    QPoint toLogical(QPoint pixel) const;
+
+    /// Has the surface repainted where `pixels` are. A paint event follows even for an empty
+    /// region.
+    void updatePixels(const QRegion &pixels);
+
+    /// Paints the part of the surface that a paint event tells of (logical coordinates): the sheet,
+    /// and on it what `draw` draws in device pixels, antialiased. `draw` may be called several
+    /// times.
+    void paintSheet(const QRegion &exposed, const std::function<void(QPainter &)> &draw);
+
+private:
+    void makeSeeThrough();
+    void takeKeyboard();
+    void giveKeyboardBack();
+    void giveFocusBack();
+    void stayOnTop();
+    QRect pixelsAround(const QRect &logical) const;
+    void addSheet(QPainter &painter, const QRect &pixels,
+                  const std::function<void(QPainter &)> &draw) const;
+
+    QRect m_area;
+    qreal m_sheetOpacity = 0;
+    QPixmap m_dimmed;  // the desktop under the black sheet; null where a compositor mixes the two
+    QWidget *m_surface = nullptr;
+    QPointer<QWidget> m_windowBefore;  // the program's active window when the overlay opened
+    QBasicTimer m_tick;
+    int m_keyboardTries = 0;
+};

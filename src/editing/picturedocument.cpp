@@ -1,0 +1,63 @@
+#include "editing/picturedocument.h"
+
+#include "config/texthelpers.h"
+#include "editing/pictureeditor.h"
+
+#include <QCoreApplication>
+#include <QPainter>
+
+std::map<QString, int> g_mapNameIndex;
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QString untitled(const QString &suffix)
+{
+    return QCoreApplication::translate("QPictureDocument", "untitled%1").arg(suffix);
+}
+
+// Formats that hold no transparency, told by the end of the name. The dot is not asked for.
+bool isOpaqueFormat(const QString &path)
+{
+    const QString upper = path.toUpper();
+    return upper.endsWith(u"BMP"_s) || upper.endsWith(u"JPG"_s) || upper.endsWith(u"JPEG"_s);
+}
+
+}  // namespace
+
+QPictureDocument::QPictureDocument(const QPixmap &pixmap) : m_Pixmap(pixmap) {}
+
+QPictureDocument::QPictureDocument(const QString &path) : m_FileName(path) { m_Pixmap.load(path); }
+
+QString QPictureDocument::GetShowName() const
+{
+    if (!IsNewFile())
+        return m_FileName.mid(m_FileName.lastIndexOf(PathSep()) + 1);
+    const QString suffix = m_NameIndex > 0 ? u" "_s + QString::number(m_NameIndex) : QString();
+    return m_FileName.isEmpty() ? untitled(suffix) : m_FileName + suffix;
+}
+
+QString QPictureDocument::GetEmptyName() { return untitled({}); }
+
+QPixmap &QPictureDocument::GetUnitePixmap()
+{
+    TPictureEditor editor(static_cast<QObject *>(nullptr));
+    editor.setPixmap(m_Pixmap);
+    editor.setVecUnDo(&m_VecUnDo);
+    editor.setVecReDo(&m_VecReDo);
+    m_UnitePixmap = editor.sendPixmap(QColor(0, 0, 0, 0));
+    return m_UnitePixmap;
+}
+
+bool QPictureDocument::save(const QString &path, const char *format, int quality)
+{
+    QPixmap picture = GetUnitePixmap();
+    if (isOpaqueFormat(path) && picture.hasAlpha()) {
+        QPixmap opaque(picture.size());
+        opaque.fill(Qt::white);
+        QPainter(&opaque).drawPixmap(0, 0, picture);
+        picture = opaque;
+    }
+    return picture.save(path, format, quality);
+}

@@ -1,0 +1,46 @@
+#pragma once
+
+#include "editing/shapes.h"
+
+#include <QPixmap>
+#include <QString>
+
+#include <map>
+
+/// The last running number given out for each name of an unsaved picture. None is ever given back.
+extern std::map<QString, int> g_mapNameIndex;
+
+/// One open picture: as it was grabbed or loaded, the shapes drawn on it, and how its tab shows it.
+/// A value; copies share pixels and shapes.
+class QPictureDocument
+{
+public:
+    QPictureDocument() = default;
+    explicit QPictureDocument(const QPixmap &pixmap);
+    /// Loads a picture file. One that can't be read leaves the picture null.
+    explicit QPictureDocument(const QString &path);
+
+    /// True while the document is bound to no file.
+    bool IsNewFile() const { return m_NameIndex >= 0; }
+    void SetIsNotNewFile() { m_NameIndex = -1; }
+    /// The text for tab, list and title.
+    QString GetShowName() const;
+    /// The shown name of a grab that got no name and no number.
+    static QString GetEmptyName();
+    /// Renders the picture with its shapes.
+    QPixmap &GetUnitePixmap();
+    /// Writes the united picture. `format` null and `quality` -1 leave the choice to the path and
+    /// the toolkit. False when it could not be written.
+    bool save(const QString &path, const char *format, int quality);
+
+    QString m_FileName{};  ///< path of the file, or the name that the grab came with
+    bool m_Modified = false;
+    int m_NameIndex = -1;     ///< running number of an unsaved document; -1 for one bound to a file
+    QPixmap m_Pixmap{};       ///< never changed by editing
+    QPixmap m_UnitePixmap{};  ///< the last result of GetUnitePixmap
+    EditHistory m_VecUnDo{};
+    EditHistory m_VecReDo{};
+    int m_ScrollX = 0;  ///< scroll bars when the document was last left
+    int m_ScrollY = 0;
+    float m_Scale = 1.0F;  ///< zoom when the document was last left
+};

@@ -1,0 +1,116 @@
+#pragma once
+
+#include "editing/shapes.h"
+#include "editing/viewmapping.h"
+
+#include <QImage>
+#include <QObject>
+#include <QPixmap>
+#include <QPointer>
+
+class QPaintEvent;
+class QPainterPath;
+class QPolygonF;
+class QTextEdit;
+class QWidget;
+
+/// The annotation engine of the current document. It takes over the painting and the mouse of a
+/// plain widget, and shows the picture with its shapes there. Everything that it stores is in
+/// picture coordinates, whatever the zoom.
+class TPictureEditor : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// What changed, as told to the callback; its second argument is always 0 and its result
+    /// ignored.
+    enum Change { HistoryChange = 1, SizeChange = 2, ToolChange = 3 };
+    using Callback = long (*)(long, long);
+
+    /// An editor over `widget`, which outlives it.
+    TPictureEditor(QWidget *widget, QWidget *parent);
+    /// An editor for one rendering: setPixmap, setVecUnDo, setVecReDo and sendPixmap only.
+    explicit TPictureEditor(QObject *parent);
+    ~TPictureEditor() override;
+
+    void setcallback(Callback callback) { m_Callback = callback; }
+    Callback getcallback() const { return m_Callback; }
+
+    /// Changes the tool; an open text is committed first.
+    void setState(stateEnum state);
+    stateEnum getState() const { return m_State; }
+    void setLineWidth(int width) { m_LineWidth = width; }  ///< of shapes drawn from now on
+    int getLineWidth() const { return m_LineWidth; }
+    void setPenColor(const QColor &color) { m_PenColor = color; }
+    QColor getPenColor() const { return m_PenColor; }
+    void set_m_Font(const QFont &font) { m_Font = font; }
+    QFont &EditFont() { return m_Font; }
+
+    /// Shows another picture, at zoom 1; the history stays.
+    void setPixmap(const QPixmap &pixmap);
+    QPixmap &getPixmap() { return m_Pixmap; }
+    /// Sets the zoom, in device pixels per picture pixel; must not be 0.
+    void setPixmapScaled(float scale);
+    float getPixmapScaled() const { return m_Scale; }
+
+    const EditHistory &getVecUnDo() const { return m_VecUnDo; }
+    const EditHistory &getVecReDo() const { return m_VecReDo; }
+    /// Takes a document's history. Given the editor's own, it ends up empty.
+    void setVecUnDo(const EditHistory *history);
+    void setVecReDo(const EditHistory *history);
+    void clearShape();
+
+    /// Commits a text that is being typed.
+    void EndEdit();
+    void Undo();
+    void Redo();
+    /// The picture with all its shapes; pixels outside the outline of a cut picture become
+    /// `background`.
+    QPixmap sendPixmap(const QColor &background);
+
+    /// Cuts a fresh grab to the marked shape, in picture coordinates: what lies outside becomes
+    /// transparent. Without a shape, or with both, nothing is cut. `registered` and `flag` belong
+    /// to the registration, which leaves a registered user's pictures alone.
+    static void EditPolyPixmap(QPixmap &picture, QPixmap &flag, bool registered,
+                               const QPainterPath *path, const QPolygonF *polygon);
+
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+signals:
+    /// The hand moved the picture by that much, in the widget's pixels, as scroll bars count.
+    void movealue(int dx, int dy);
+
+public slots:
+    /// Records the typed text, and hides the field.
+    void saveEditText();
+    void FinishEditText();
+
+private:
+    void notify(Change change);
+    void updateWidget();
+    void createTextField();
+    bool isTyping() const;
+    void record(Geometry geometry, EditMsg style);
+    void moveNewest(EditHistory &from, EditHistory &to);
+    const QImage &united();
+    ViewMapping mapping() const;
+    void paint(const QPaintEvent &event);
+
+    Callback m_Callback = nullptr;
+    stateEnum m_State = stateMove;
+    QWidget *m_pWidget = nullptr;
+    QPixmap m_Pixmap;
+    QImage m_Image;  ///< the picture with all recorded shapes; valid while m_Rendered
+    bool m_Rendered = false;
+    QPixmap m_Shown;  ///< m_Image at m_ShownScale; null when it has to be made
+    float m_ShownScale = 0;
+    QPointer<QTextEdit> m_pTextEdit;  ///< owned by the drawing widget
+    QPoint m_TextPos{-1, -1};         ///< of the text being typed, in picture coordinates
+    QFont m_Font;
+    QColor m_PenColor = Qt::black;
+    float m_Scale = 1.0F;
+    int m_LineWidth = 1;
+    EditHistory m_VecUnDo;
+    EditHistory m_VecReDo;
+    QPoint m_DragOrigin;  ///< where the hand took hold, in the widget
+};

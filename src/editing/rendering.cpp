@@ -1,0 +1,91 @@
+#include "editing/rendering.h"
+
+#include <ranges>
+
+namespace {
+
+constexpr QSize s_textBox(1000, 1000);  // picture pixels
+
+void draw(QPainter &, const EmptyShape &, const EditMsg &) {}
+
+void draw(QPainter &painter, const RectShape &shape, const EditMsg &style)
+{
+    DrawRect(painter, style.color, style.width, shape.outline);
+}
+
+void draw(QPainter &painter, const EllipseShape &shape, const EditMsg &)
+{
+    painter.drawEllipse(shape.bounds);
+}
+
+void draw(QPainter &painter, const ArrowShape &shape, const EditMsg &style)
+{
+    DrawArrow(painter, style.color, style.width, shape.points);
+}
+
+void draw(QPainter &painter, const PolylineShape &shape, const EditMsg &)
+{
+    painter.drawPolyline(shape.points);
+}
+
+void draw(QPainter &painter, const TextShape &shape, const EditMsg &style)
+{
+    painter.setFont(style.font);
+    painter.drawText(QRect(shape.position, s_textBox), Qt::AlignLeft | Qt::AlignTop, style.text);
+}
+
+}  // namespace
+
+void DrawArrow(QPainter &painter, const QColor &color, int width, const QPolygon &arrow)
+{
+    if (arrow.size() < 3)
+        return;
+    painter.setPen(QPen(color, 1));
+    painter.setBrush(color);
+    painter.drawPolygon(arrow.first(arrow.size() - 2));
+    painter.setBrush(Qt::NoBrush);
+    painter.setPen(QPen(color, width));
+    painter.drawLine(arrow.last(), arrow.at(arrow.size() - 2));
+}
+
+void DrawRect(QPainter &painter, const QColor &color, int width, const QPolygon &rect)
+{
+    if (rect.size() < 5)
+        return;
+    painter.setPen(QPen(color, width));
+    // Four lines and not one outline: the corners are those of lines that meet.
+    for (qsizetype i = 0; i < 4; ++i)
+        painter.drawLine(rect.at(i), rect.at(i + 1));
+}
+
+QImage &cleanPixmap(const QImage &base, QImage &target, const QColor &color)
+{
+    if (!base.hasAlphaChannel())
+        return target;
+    // The pixel's value, not its stored form, is what counts, and fully transparent black is 0 in
+    // both of the formats in use, premultiplied or not.
+    const QImage pixels = base.convertToFormat(QImage::Format_ARGB32);
+    for (int y = 0; y < pixels.height(); ++y) {
+        const auto *line = reinterpret_cast<const QRgb *>(pixels.constScanLine(y));
+        for (int x = 0; x < pixels.width(); ++x) {
+            if (line[x] == 0)
+                target.setPixelColor(x, y, color);
+        }
+    }
+    return target;
+}
+
+QImage replayed(const QImage &picture, const EditHistory &history, const QColor &background)
+{
+    QImage result = picture;
+    if (!history.isEmpty() && !result.isNull()) {
+        QPainter painter(&result);
+        painter.setRenderHint(QPainter::Antialiasing);
+        for (const EntryPtr &entry : std::views::reverse(history)) {
+            painter.setPen(QPen(entry->style.color, entry->style.width));
+            std::visit([&](const auto &shape) { draw(painter, shape, entry->style); },
+                       entry->geometry);
+        }
+    }
+    return cleanPixmap(picture, result, background);
+}

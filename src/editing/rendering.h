@@ -1,0 +1,24 @@
+#pragma once
+
+#include "editing/shapes.h"
+
+#include <QColor>
+#include <QImage>
+#include <QPainter>
+
+class QPainterPath;
+class QPolygonF;
+
+/// Draws an arrow; fewer than three points draw nothing.
+void DrawArrow(QPainter &painter, const QColor &color, int width, const QPolygon &arrow);
+/// Strokes a rectangle of five points; fewer draw nothing.
+void DrawRect(QPainter &painter, const QColor &color, int width, const QPolygon &rect);
+
+/// Sets each pixel of `target` to `color` where `base`, of the same size, is fully transparent
+/// black: no shape leaves the outline of an ellipse or polygon grab. Pixels with alpha 0 and a
+/// colour in them stay.
+QImage &cleanPixmap(const QImage &base, QImage &target, const QColor &color);
+
+/// The one way from a history to pixels: `picture` with all shapes over it, the oldest first, cut
+/// to the picture's own outline.
+QImage replayed(const QImage &picture, const EditHistory &history, const QColor &background);

@@ -1,0 +1,35 @@
+#include "platform/hotkeys.h"
+
+#include "platform/services.h"
+
+#include <array>
+
+namespace {
+
+struct Combination {
+    int number;
+    char letter;
+};
+
+// The letters are fixed, and one differs from what the menus promise: V takes a menu, M is free.
+constexpr std::array<Combination, 8> s_combinations{
+    {{1, 'R'}, {2, 'E'}, {3, 'A'}, {4, 'L'}, {5, 'W'}, {6, 'S'}, {7, 'T'}, {8, 'V'}}};
+
+}  // namespace
+
+void initHotKey(long (*callback)(long, long))
+{
+    services().hotKeys->setHandler([callback](int number) {
+        if (callback)
+            callback(number, 0);
+    });
+    for (const Combination &combination : s_combinations)
+        services().hotKeys->add(combination.number, combination.letter);
+}
+
+void freeHotKey()
+{
+    for (const Combination &combination : s_combinations)
+        services().hotKeys->remove(combination.number);
+    services().hotKeys->setHandler({});
+}

@@ -1,0 +1,74 @@
+#include "platform/nulldesktop.h"
+
+#include "platform/services.h"
+
+#include <QCursor>
+#include <QGuiApplication>
+#include <QScreen>
+#include <QWidget>
+
+#include <unistd.h>
+
+namespace {
+
+class NullWindowServer : public WindowServer
+{
+public:
+    QList<Entry> windows(List, int) override { return {}; }
+    QImage picture(const QRectF &, const QList<int> &) override { return {}; }
+    QList<QRect> screens() override
+    {
+        QList<QRect> result;
+        for (const QScreen *screen : QGuiApplication::screens()) {
+            const QRect logical = screen->geometry();
+            result.append(QRect(logical.topLeft(), logical.size() * screen->devicePixelRatio()));
+        }
+        return result;
+    }
+    QPoint pointer() override { return QCursor::pos(); }
+    bool hasMenuBar() const override { return false; }
+    bool isComposited() override { return false; }
+    void coverArea(QWidget *window, const QRect &area) override
+    {
+        const qreal scale = window->devicePixelRatioF();
+        window->setGeometry(QRect(area.topLeft() / scale, area.size() / scale));
+    }
+    void dropShadow(QWidget *) override {}
+    int numberOf(const QWidget *) override { return 0; }
+};
+
+class NullHotKeys : public HotKeys
+{
+public:
+    void setHandler(std::function<void(int)>) override {}
+    bool add(int, char) override { return false; }
+    void remove(int) override {}
+};
+
+// Every window that asks for the front gets it: a wait for activation must not last for ever.
+class NullApplicationWatch : public ApplicationWatch
+{
+public:
+    void start(Handlers handlers) override { m_handlers = std::move(handlers); }
+    void stop() override { m_handlers = {}; }
+    unsigned frontWindow() override { return 0; }
+    void activate(unsigned) override {}
+    void bringToFront(QWidget *) override
+    {
+        if (m_handlers.activated)
+            m_handlers.activated(getpid());
+    }
+
+private:
+    Handlers m_handlers;
+};
+
+}  // namespace
+
+bool createNullDesktop(Services &services)
+{
+    services.windows = std::make_unique<NullWindowServer>();
+    services.hotKeys = std::make_unique<NullHotKeys>();
+    services.watch = std::make_unique<NullApplicationWatch>();
+    return true;
+}

@@ -1,0 +1,33 @@
+#include "platform/services.h"
+
+#include "platform/nulldesktop.h"
+#include "platform/x11/x11desktop.h"
+#include "platform/xdg/autostart.h"
+
+#include <array>
+
+namespace {
+
+using Factory = bool (*)(Services &);
+
+// The first desktop that is really there wins; the one that does nothing always is.
+constexpr std::array<Factory, 2> s_desktops{createX11Desktop, createNullDesktop};
+
+Services s_services;
+
+}  // namespace
+
+Services createServices()
+{
+    Services result;
+    for (const Factory create : s_desktops) {
+        if (create(result))
+            break;
+    }
+    result.loginItem = std::make_unique<Autostart>();
+    return result;
+}
+
+Services &services() { return s_services; }
+
+void installServices(Services services) { s_services = std::move(services); }

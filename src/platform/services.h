@@ -1,0 +1,24 @@
+#pragma once
+
+#include "platform/applicationwatch.h"
+#include "platform/hotkeys.h"
+#include "platform/loginitem.h"
+#include "platform/windowserver.h"
+
+#include <memory>
+
+/// What the program needs of the desktop. Every member is set: where the desktop lacks a service,
+/// one that does nothing stands in.
+struct Services {
+    std::unique_ptr<WindowServer> windows{};
+    std::unique_ptr<HotKeys> hotKeys{};
+    std::unique_ptr<ApplicationWatch> watch{};
+    std::unique_ptr<LoginItem> loginItem{};
+};
+
+/// The services of the desktop that the toolkit runs on. Needs a QGuiApplication.
+Services createServices();
+
+/// The services in force; installed once by main, or by a test with a desktop of its own.
+Services &services();
+void installServices(Services services);

@@ -1,0 +1,178 @@
+#include "platform/windowlist.h"
+
+#include "platform/services.h"
+
+#include <algorithm>
+#include <cwchar>
+
+CocoaGrabWindows g_WindowList;
+QWidget *g_widgetExcept = nullptr;
+
+namespace {
+
+constexpr int s_menuBarLayer = 24;
+constexpr qsizetype s_titleCapacity = 256;
+
+bool isValid(int index) { return index >= 0 && index < g_WindowList.Count; }
+
+void copyName(const QString &name, wchar_t *out)
+{
+    if (!out)
+        return;
+    // One unit of UTF-16 gives at most one wide character.
+    const qsizetype length = name.left(s_titleCapacity - 1).toWCharArray(out);
+    out[length] = L'\0';
+}
+
+// The numbering starts at 1: the first step misses screen 0, and the last, out of range, reaches it
+// as the primary screen.
+QRect screenGeometry(const QList<QRect> &screens, qsizetype number)
+{
+    return number < screens.size() ? screens.at(number) : screens.first();
+}
+
+// Two of the tests compare against the box's size instead of its far edges, which is meant, and
+// right for a box that begins at the origin.
+QRect clipped(QRect area)
+{
+    int left = 0;
+    int top = 0;
+    int width = 0;
+    int height = 0;
+    getScreenGem(left, top, width, height);
+    if (area == QRect(0, 0, -1, -1))
+        return {left, top, width, height};
+    if (area.x() < left || area.x() > width)
+        area.moveLeft(left);
+    if (area.y() < top || area.y() > height)
+        area.moveTop(top);
+    if (area.width() <= 0 || area.width() > width - area.x())
+        area.setWidth(width - area.x());
+    if (area.height() <= 0 || area.height() > height - area.y())
+        area.setHeight(height - area.y());
+    return area;
+}
+
+}  // namespace
+
+int CocoaGrabWindows::GetWindowList(int onScreen, int relativeTo)
+{
+    using List = WindowServer::List;
+    const List which = relativeTo > 0 ? List::AtAndAbove : onScreen ? List::OnScreen : List::All;
+    WindowInfo = services().windows->windows(which, relativeTo);
+    Count = static_cast<int>(WindowInfo.size());
+    return Count;
+}
+
+QImage CocoaGrabWindows::GrabWindow(int windowNumber)
+{
+    Image = services().windows->picture({}, {windowNumber});
+    return Image;
+}
+
+int GetWindowList(int onScreen, int relativeTo)
+{
+    return g_WindowList.GetWindowList(onScreen, relativeTo);
+}
+
+int GetWindowLevel(int index) { return isValid(index) ? g_WindowList.WindowInfo[index].layer : 0; }
+
+int getWinid(int index) { return isValid(index) ? g_WindowList.WindowInfo[index].number : 0; }
+
+int GetWindowGeometry(int index, int *x, int *y, int *width, int *height)
+{
+    if (!isValid(index))
+        return 0;
+    const QRectF &bounds = g_WindowList.WindowInfo[index].bounds;
+    *x = static_cast<int>(bounds.x());
+    *y = static_cast<int>(bounds.y());
+    *width = static_cast<int>(bounds.width());
+    *height = static_cast<int>(bounds.height());
+    return 1;
+}
+
+QImage GrabWindow(int index, wchar_t *title, wchar_t *owner, int *windowNumber)
+{
+    if (!isValid(index))
+        return {};
+    const WindowServer::Entry entry = g_WindowList.WindowInfo[index];
+    copyName(entry.name, title);
+    copyName(entry.owner, owner);
+    if (windowNumber)
+        *windowNumber = entry.number;
+    return g_WindowList.GrabWindow(entry.number);
+}
+
+void getScreenGem(int &left, int &top, int &width, int &height)
+{
+    left = top = width = height = 0;
+    const QList<QRect> screens = services().windows->screens();
+    for (qsizetype number = 1; number <= screens.size(); ++number) {
+        const QRect screen = screenGeometry(screens, number);
+        left = std::min(left, screen.x());
+        top = std::min(top, screen.y());
+        width = std::max(width, screen.x() + screen.width());
+        height = std::max(height, screen.y() + screen.height());
+    }
+    width -= left;
+    height -= top;
+}
+
+void getScreenSize(int &width, int &height)
+{
+    int left = 0;
+    int top = 0;
+    getScreenGem(left, top, width, height);
+}
+
+int getOneScreen(int x, int y, QRect &rect)
+{
+    const QList<QRect> screens = services().windows->screens();
+    for (qsizetype number = 1; number <= screens.size(); ++number) {
+        rect = screenGeometry(screens, number);
+        if (rect.contains(x, y))
+            return static_cast<int>(number);
+    }
+    return -1;
+}
+
+QImage GrabFullWindow(int x, int y, int width, int height, bool clip, QWidget *except)
+{
+    QRect area(x, y, width, height);
+    if (clip)
+        area = clipped(area);
+    g_WindowList.GetWindowList(1, 0);
+    const int left = except ? services().windows->numberOf(except) : 0;
+    QList<int> numbers;
+    numbers.reserve(g_WindowList.Count);
+    for (const WindowServer::Entry &entry : std::as_const(g_WindowList.WindowInfo)) {
+        if (!except || entry.number != left)
+            numbers.append(entry.number);
+    }
+    return services().windows->picture(area, numbers);
+}
+
+QPixmap screenWindow(int x, int y, int width, int height, bool clip, QWidget *except)
+{
+    return QPixmap::fromImage(GrabFullWindow(x, y, width, height, clip, except));
+}
+
+QPixmap screenMenu()
+{
+    if (!services().windows->hasMenuBar())
+        return {};
+    static int s_menuBar = 0;
+    if (s_menuBar == 0) {
+        g_WindowList.GetWindowList(1, 0);
+        const QList<WindowServer::Entry> &list = g_WindowList.WindowInfo;
+        const auto found = std::find_if(
+            list.begin() + std::min<qsizetype>(1, list.size()), list.end(),
+            [](const WindowServer::Entry &entry) { return entry.layer == s_menuBarLayer; });
+        if (found != list.end())
+            s_menuBar = found->number;
+    }
+    if (g_WindowList.GetWindowList(1, s_menuBar) == 0)
+        return {};
+    const QRect bounds = g_WindowList.WindowInfo.last().bounds.toRect();
+    return screenWindow(bounds.x(), bounds.y(), bounds.width(), bounds.height(), true, nullptr);
+}

@@ -1,0 +1,60 @@
+#pragma once
+
+#include <QImage>
+#include <QList>
+#include <QPoint>
+#include <QRect>
+#include <QString>
+
+class QWidget;
+
+/// Windows, their pictures, screens and the pointer, as the window system has them now.
+///
+/// All coordinates are global device pixels: what the window system itself counts, whatever scale
+/// the toolkit lays its widgets out with.
+class WindowServer
+{
+public:
+    struct Entry {
+        int number = 0;   ///< stable while the window lives
+        int layer = 0;    ///< 0 for ordinary windows, higher is nearer the front
+        QRectF bounds{};  ///< with the frame that the window manager drew
+        QString name{};   ///< title; may be empty
+        QString owner{};  ///< application; may be empty
+    };
+    enum class List { All, OnScreen, AtAndAbove };
+
+    virtual ~WindowServer() = default;
+
+    /// Front to back. `relativeTo` is a window's number and counts for AtAndAbove only: that window
+    /// and all that are in front of it.
+    virtual QList<Entry> windows(List which, int relativeTo) = 0;
+
+    /// The given windows, composited with the first one in front. A null rectangle means their own
+    /// bounds; one with a side of 0 or less, or windows that are gone, give a null picture. What no
+    /// window covers is black, or transparent where the picture has an alpha channel.
+    virtual QImage picture(const QRectF &area, const QList<int> &numbers) = 0;
+
+    /// The screens' rectangles, the primary screen first; never empty.
+    virtual QList<QRect> screens() = 0;
+
+    /// Where the pointer is.
+    virtual QPoint pointer() = 0;
+
+    /// False where the desktop has no menu bar of its own: nothing to look for, nothing to cover
+    /// up.
+    virtual bool hasMenuBar() const = 0;
+
+    /// True when translucent windows are mixed with what lies behind them.
+    virtual bool isComposited() = 0;
+
+    /// Makes a window that is not shown yet cover `area`, over panels and every screen, without the
+    /// window manager's say. The widget keeps its own stacking and opacity.
+    virtual void coverArea(QWidget *window, const QRect &area) = 0;
+
+    /// Keeps the compositor from drawing a shadow around a window of this program.
+    virtual void dropShadow(QWidget *window) = 0;
+
+    /// The number under which a window of this program stands in the list; 0 for null or no window.
+    virtual int numberOf(const QWidget *widget) = 0;
+};

@@ -1,0 +1,148 @@
+#include "platform/x11/x11applicationwatch.h"
+
+#include <QCoreApplication>
+#include <QDeadlineTimer>
+#include <QThread>
+#include <QWidget>
+#include <QWindow>
+
+#include <array>
+#include <chrono>
+
+#include <unistd.h>
+
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr auto s_manageLimit = 200ms;
+constexpr auto s_manageRound = 1ms;
+
+constexpr uint32_t s_sourcePager = 2;  // a request made by the user, which focus rules let through
+
+// A process for windows that don't tell theirs: some other application, whichever.
+constexpr long s_unknownProcess = -1;
+
+}  // namespace
+
+X11ApplicationWatch::X11ApplicationWatch(X11Display &display) : m_display(display) {}
+
+void X11ApplicationWatch::start(Handlers handlers)
+{
+    m_handlers = std::move(handlers);
+    m_display.selectRootEvents(XCB_EVENT_MASK_PROPERTY_CHANGE);
+    QCoreApplication::instance()->installNativeEventFilter(this);
+    // Nothing has been told yet, and this program counts as active until it is.
+    m_pid = getpid();
+    update();
+}
+
+void X11ApplicationWatch::stop()
+{
+    QCoreApplication::instance()->removeNativeEventFilter(this);
+    m_handlers = {};
+}
+
+bool X11ApplicationWatch::nativeEventFilter(const QByteArray &, void *message, qintptr *)
+{
+    const auto *event = static_cast<const xcb_generic_event_t *>(message);
+    if ((event->response_type & ~0x80) == XCB_PROPERTY_NOTIFY) {
+        const auto *change = reinterpret_cast<const xcb_property_notify_event_t *>(event);
+        if (change->window == m_display.root() &&
+            change->atom == m_display.atom("_NET_ACTIVE_WINDOW"))
+            update();
+    }
+    return false;
+}
+
+void X11ApplicationWatch::update()
+{
+    const QList<uint32_t> active =
+        m_display.values(m_display.root(), m_display.atom("_NET_ACTIVE_WINDOW"), XCB_ATOM_WINDOW);
+    xcb_window_t front = active.value(0, XCB_NONE);
+    // An overlay has the keyboard without the window manager's knowledge, and is this program's.
+    if (front == XCB_NONE && processOf(focusWindow()) == getpid())
+        front = focusWindow();
+    report(front);
+}
+
+xcb_window_t X11ApplicationWatch::focusWindow()
+{
+    xcb_connection_t *connection = m_display.connection();
+    const auto reply = XCB_REPLY(connection, get_input_focus, xcb_get_input_focus(connection));
+    return reply && reply->focus > XCB_INPUT_FOCUS_POINTER_ROOT
+               ? reply->focus
+               : static_cast<xcb_window_t>(XCB_NONE);
+}
+
+void X11ApplicationWatch::report(xcb_window_t front)
+{
+    const long pid = processOf(front);
+    const long before = m_pid;
+    m_front = front;
+    m_pid = pid;
+    if (before != pid && before != 0 && m_handlers.deactivated)
+        m_handlers.deactivated(before);
+    // Another window of another application is news as well: it is the one to go back to.
+    if (pid != 0 && (before != pid || pid != getpid()) && m_handlers.activated)
+        m_handlers.activated(pid);
+}
+
+long X11ApplicationWatch::processOf(xcb_window_t window)
+{
+    if (window == XCB_NONE)
+        return 0;
+    const QList<uint32_t> pid =
+        m_display.values(window, m_display.atom("_NET_WM_PID"), XCB_ATOM_CARDINAL);
+    return pid.isEmpty() ? s_unknownProcess : static_cast<long>(pid.first());
+}
+
+void X11ApplicationWatch::activate(unsigned window)
+{
+    if (window == XCB_NONE)
+        return;
+    if (m_display.hasWindowManager()) {
+        m_display.sendToRoot(window, m_display.atom("_NET_ACTIVE_WINDOW"),
+                             {s_sourcePager, XCB_CURRENT_TIME, XCB_NONE, 0, 0});
+    } else {
+        focus(window);
+        report(window);
+    }
+}
+
+void X11ApplicationWatch::bringToFront(QWidget *widget)
+{
+    const auto window = static_cast<xcb_window_t>(widget->window()->winId());
+    if (m_display.hasWindowManager()) {
+        widget->window()->raise();
+        waitUntilManaged(window);
+        m_display.sendToRoot(window, m_display.atom("_NET_ACTIVE_WINDOW"),
+                             {s_sourcePager, XCB_CURRENT_TIME, XCB_NONE, 0, 0});
+        return;
+    }
+    // Nobody else tells who has the keyboard, and nobody else would give it to anyone.
+    const xcb_window_t before = focusWindow();
+    if (before != XCB_NONE && processOf(before) != getpid())
+        report(before);
+    focus(window);
+    report(window);
+}
+
+// A window manager knows nothing yet of a window that was shown a moment ago, and would drop a
+// request.
+void X11ApplicationWatch::waitUntilManaged(xcb_window_t window)
+{
+    const xcb_atom_t state = m_display.atom("WM_STATE");
+    QDeadlineTimer deadline(s_manageLimit);
+    while (m_display.values(window, state, state).isEmpty() && !deadline.hasExpired())
+        QThread::usleep(std::chrono::microseconds(s_manageRound).count());
+}
+
+void X11ApplicationWatch::focus(xcb_window_t window)
+{
+    xcb_connection_t *connection = m_display.connection();
+    // A window that is gone or not shown is refused, which changes nothing.
+    const Reply<xcb_generic_error_t> refused(xcb_request_check(
+        connection,
+        xcb_set_input_focus_checked(connection, XCB_INPUT_FOCUS_PARENT, window, XCB_CURRENT_TIME)));
+}

@@ -1,0 +1,36 @@
+#include "platform/x11/x11desktop.h"
+
+#include "platform/services.h"
+#include "platform/x11/x11applicationwatch.h"
+#include "platform/x11/x11hotkeys.h"
+#include "platform/x11/x11windowserver.h"
+
+#include <QGuiApplication>
+
+namespace {
+
+// The three services stand on one display, which has to outlive each of them.
+template<typename Service> class OnDisplay : private std::shared_ptr<X11Display>, public Service
+{
+public:
+    explicit OnDisplay(const std::shared_ptr<X11Display> &display)
+        : std::shared_ptr<X11Display>(display), Service(*display)
+    {
+    }
+};
+
+}  // namespace
+
+bool createX11Desktop(Services &services)
+{
+    // Ask for the name: the offscreen platform offers the X11 interface too, with no connection
+    // behind it.
+    if (QGuiApplication::platformName() != u"xcb")
+        return false;
+    auto *native = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
+    const auto display = std::make_shared<X11Display>(native->connection());
+    services.windows = std::make_unique<OnDisplay<X11WindowServer>>(display);
+    services.hotKeys = std::make_unique<OnDisplay<X11HotKeys>>(display);
+    services.watch = std::make_unique<OnDisplay<X11ApplicationWatch>>(display);
+    return true;
+}

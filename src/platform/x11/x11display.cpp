@@ -1,0 +1,95 @@
+#include "platform/x11/x11display.h"
+
+#include <algorithm>
+#include <array>
+
+namespace {
+
+constexpr uint32_t s_propertyLimit = 1 << 16;  // in units of four bytes
+
+int defaultScreen()
+{
+    char *host = nullptr;
+    int display = 0;
+    int screen = 0;
+    xcb_parse_display(nullptr, &host, &display, &screen);
+    std::free(host);
+    return screen;
+}
+
+}  // namespace
+
+X11Display::X11Display(xcb_connection_t *connection)
+    : m_connection(connection), m_screenNumber(defaultScreen())
+{
+    xcb_screen_iterator_t screens = xcb_setup_roots_iterator(xcb_get_setup(connection));
+    for (int i = 0; i < m_screenNumber && screens.rem > 1; ++i)
+        xcb_screen_next(&screens);
+    m_screen = screens.data;
+}
+
+xcb_atom_t X11Display::atom(std::string_view name)
+{
+    const QByteArray key(name.data(), static_cast<qsizetype>(name.size()));
+    const auto known = std::find_if(m_atoms.cbegin(), m_atoms.cend(),
+                                    [&](const auto &entry) { return entry.first == key; });
+    if (known != m_atoms.cend())
+        return known->second;
+    const auto reply = XCB_REPLY(
+        m_connection, intern_atom,
+        xcb_intern_atom(m_connection, 0, static_cast<uint16_t>(name.size()), name.data()));
+    const xcb_atom_t result = reply ? reply->atom : static_cast<xcb_atom_t>(XCB_ATOM_NONE);
+    m_atoms.append({key, result});
+    return result;
+}
+
+QByteArray X11Display::property(xcb_window_t window, xcb_atom_t name, xcb_atom_t type, int format)
+{
+    const auto reply =
+        XCB_REPLY(m_connection, get_property,
+                  xcb_get_property(m_connection, 0, window, name, type, 0, s_propertyLimit));
+    if (!reply || reply->format != format)
+        return {};
+    return {static_cast<const char *>(xcb_get_property_value(reply.get())),
+            xcb_get_property_value_length(reply.get())};
+}
+
+QList<uint32_t> X11Display::values(xcb_window_t window, xcb_atom_t name, xcb_atom_t type)
+{
+    const QByteArray bytes = property(window, name, type, 32);
+    const auto *values = reinterpret_cast<const uint32_t *>(bytes.constData());
+    return {values, values + bytes.size() / static_cast<qsizetype>(sizeof(uint32_t))};
+}
+
+bool X11Display::hasWindowManager()
+{
+    // The window that the root names must name itself: a manager that died leaves the root's
+    // property.
+    const xcb_atom_t check = atom("_NET_SUPPORTING_WM_CHECK");
+    const QList<uint32_t> manager = values(root(), check, XCB_ATOM_WINDOW);
+    return !manager.isEmpty() && values(manager.first(), check, XCB_ATOM_WINDOW) == manager;
+}
+
+void X11Display::sendToRoot(xcb_window_t window, xcb_atom_t type,
+                            const std::array<uint32_t, 5> &data)
+{
+    xcb_client_message_event_t message{};
+    message.response_type = XCB_CLIENT_MESSAGE;
+    message.format = 32;
+    message.window = window;
+    message.type = type;
+    std::copy(data.begin(), data.end(), message.data.data32);
+    xcb_send_event(m_connection, 0, root(),
+                   XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
+                   reinterpret_cast<const char *>(&message));
+    xcb_flush(m_connection);
+}
+
+void X11Display::selectRootEvents(uint32_t mask)
+{
+    // The toolkit shares this connection and has events of its own selected there.
+    const auto attributes = XCB_REPLY(m_connection, get_window_attributes,
+                                      xcb_get_window_attributes(m_connection, root()));
+    const uint32_t wanted = mask | (attributes ? attributes->your_event_mask : 0);
+    xcb_change_window_attributes(m_connection, root(), XCB_CW_EVENT_MASK, &wanted);
+}

@@ -1,0 +1,70 @@
+#pragma once
+
+#include <QByteArray>
+#include <QList>
+
+#include <array>
+#include <cstdint>
+#include <cstdlib>
+#include <memory>
+#include <string_view>
+
+#include <xcb/xcb.h>
+
+struct FreeDeleter {
+    void operator()(void *pointer) const { std::free(pointer); }
+};
+/// A reply of the server; null when the request failed.
+template<typename T> using Reply = std::unique_ptr<T, FreeDeleter>;
+
+/// `XCB_REPLY(get_geometry, cookie)` waits for a reply and drops the error.
+#define XCB_REPLY(connection, request, cookie)                                                     \
+    Reply<xcb_##request##_reply_t>(                                                                \
+        xcb_##request##_reply(connection, cookie, DroppedError().receive()))
+
+/// Takes the place of an error that the caller has no use for.
+class DroppedError
+{
+public:
+    DroppedError() = default;
+    DroppedError(const DroppedError &) = delete;
+    DroppedError &operator=(const DroppedError &) = delete;
+    ~DroppedError() { std::free(m_error); }
+    xcb_generic_error_t **receive() { return &m_error; }
+
+private:
+    xcb_generic_error_t *m_error = nullptr;
+};
+
+/// The toolkit's connection and what every service asks of it.
+class X11Display
+{
+public:
+    explicit X11Display(xcb_connection_t *connection);
+
+    xcb_connection_t *connection() const { return m_connection; }
+    xcb_window_t root() const { return m_screen->root; }
+    int screenNumber() const { return m_screenNumber; }
+    const xcb_screen_t &screen() const { return *m_screen; }
+
+    /// Interned once for each name.
+    xcb_atom_t atom(std::string_view name);
+
+    /// A property's bytes; empty if it is missing, of another format, or the window is gone.
+    QByteArray property(xcb_window_t window, xcb_atom_t name, xcb_atom_t type, int format);
+    /// A property of 32-bit values.
+    QList<uint32_t> values(xcb_window_t window, xcb_atom_t name, xcb_atom_t type);
+
+    /// True when a window manager answers.
+    bool hasWindowManager();
+    /// Asks the window manager for something, by a message to the root.
+    void sendToRoot(xcb_window_t window, xcb_atom_t type, const std::array<uint32_t, 5> &data);
+    /// Adds to the root's events that this connection receives.
+    void selectRootEvents(uint32_t mask);
+
+private:
+    xcb_connection_t *m_connection;
+    int m_screenNumber = 0;
+    const xcb_screen_t *m_screen = nullptr;
+    QList<std::pair<QByteArray, xcb_atom_t>> m_atoms;
+};

@@ -1,0 +1,154 @@
+#include "platform/x11/x11pixelreader.h"
+
+#include <algorithm>
+#include <cstring>
+#include <optional>
+
+#include <sys/ipc.h>
+#include <sys/shm.h>
+
+namespace {
+
+constexpr int s_halfBytes = 2048 * 1024;
+
+QImage::Format formatOf(int depth)
+{
+    switch (depth) {
+    case 32:
+        return QImage::Format_ARGB32_Premultiplied;
+    case 30:
+        return QImage::Format_RGB30;
+    case 24:
+        return QImage::Format_RGB32;
+    case 16:
+        return QImage::Format_RGB16;
+    default:
+        return QImage::Format_Invalid;
+    }
+}
+
+// Lines of the server's images and of QImage are both padded to four bytes. The bits that no colour
+// uses are whatever the server had there, and are set on the way: a second pass would cost as much
+// again.
+void copyLines(QImage &image, int top, int height, const uchar *from)
+{
+    const size_t bytes = static_cast<size_t>(image.bytesPerLine()) * height;
+    uint32_t unused = 0;
+    if (image.format() == QImage::Format_RGB32)
+        unused = 0xff000000U;
+    else if (image.format() == QImage::Format_RGB30)
+        unused = 0xc0000000U;
+    if (unused == 0) {
+        std::memcpy(image.scanLine(top), from, bytes);
+        return;
+    }
+    auto *to = reinterpret_cast<uint32_t *>(image.scanLine(top));
+    const auto *pixels = reinterpret_cast<const uint32_t *>(from);
+    for (size_t i = 0; i < bytes / sizeof(uint32_t); ++i)
+        to[i] = pixels[i] | unused;
+}
+
+}  // namespace
+
+X11PixelReader::X11PixelReader(X11Display &display) : m_display(display) {}
+
+X11PixelReader::~X11PixelReader()
+{
+    if (m_memory)
+        shmdt(m_memory);
+}
+
+bool X11PixelReader::attach()
+{
+    if (m_memory || m_sharedFailed)
+        return m_memory;
+    m_sharedFailed = true;
+    xcb_connection_t *connection = m_display.connection();
+    const xcb_query_extension_reply_t *extension = xcb_get_extension_data(connection, &xcb_shm_id);
+    if (!extension || !extension->present)
+        return false;
+    const int id = shmget(IPC_PRIVATE, 2 * s_halfBytes, IPC_CREAT | 0600);
+    if (id == -1)
+        return false;
+    void *memory = shmat(id, nullptr, 0);
+    if (memory != reinterpret_cast<void *>(-1)) {
+        m_segment = xcb_generate_id(connection);
+        const Reply<xcb_generic_error_t> error(
+            xcb_request_check(connection, xcb_shm_attach_checked(connection, m_segment,
+                                                                 static_cast<uint32_t>(id), 0)));
+        // A server on another machine has no such segment.
+        if (error)
+            shmdt(memory);
+        else
+            m_memory = static_cast<uchar *>(memory);
+    }
+    shmctl(id, IPC_RMID, nullptr);
+    m_sharedFailed = !m_memory;
+    return m_memory;
+}
+
+bool X11PixelReader::readShared(xcb_drawable_t drawable, const QRect &area, QImage &image)
+{
+    xcb_connection_t *connection = m_display.connection();
+    const int bandHeight = static_cast<int>(s_halfBytes / image.bytesPerLine());
+    std::array<std::optional<Band>, 2> bands;
+    int asked = 0;
+    const auto ask = [&](size_t half) {
+        bands[half].reset();
+        if (asked >= image.height())
+            return;
+        Band band{.top = asked, .height = std::min(bandHeight, image.height() - asked)};
+        band.cookie = xcb_shm_get_image(
+            connection, drawable, static_cast<int16_t>(area.x()),
+            static_cast<int16_t>(area.y() + band.top), static_cast<uint16_t>(area.width()),
+            static_cast<uint16_t>(band.height), ~0U, XCB_IMAGE_FORMAT_Z_PIXMAP, m_segment,
+            static_cast<uint32_t>(half * s_halfBytes));
+        asked += band.height;
+        bands[half] = band;
+        xcb_flush(connection);
+    };
+
+    bool complete = true;
+    ask(0);
+    ask(1);
+    for (size_t half = 0; bands[half]; half = 1 - half) {
+        const Band band = *bands[half];
+        const auto reply = XCB_REPLY(connection, shm_get_image, band.cookie);
+        if (reply && complete)
+            copyLines(image, band.top, band.height, m_memory + half * s_halfBytes);
+        complete = complete && reply;
+        ask(half);
+    }
+    return complete;
+}
+
+bool X11PixelReader::readPlain(xcb_drawable_t drawable, const QRect &area, QImage &image)
+{
+    xcb_connection_t *connection = m_display.connection();
+    const auto reply =
+        XCB_REPLY(connection, get_image,
+                  xcb_get_image(connection, XCB_IMAGE_FORMAT_Z_PIXMAP, drawable,
+                                static_cast<int16_t>(area.x()), static_cast<int16_t>(area.y()),
+                                static_cast<uint16_t>(area.width()),
+                                static_cast<uint16_t>(area.height()), ~0U));
+    if (!reply || xcb_get_image_data_length(reply.get()) < image.sizeInBytes())
+        return false;
+    copyLines(image, 0, image.height(), xcb_get_image_data(reply.get()));
+    return true;
+}
+
+QImage X11PixelReader::read(xcb_drawable_t drawable, const QRect &area, int depth)
+{
+    const QImage::Format format = formatOf(depth);
+    if (format == QImage::Format_Invalid || area.isEmpty())
+        return {};
+    QImage image(area.size(), format);
+    if (image.isNull())
+        return {};
+    const bool read = attach() && image.bytesPerLine() <= s_halfBytes
+                          ? readShared(drawable, area, image)
+                          : readPlain(drawable, area, image);
+    if (!read)
+        return {};
+    return depth == 16 || depth == 30 ? image.convertToFormat(QImage::Format_RGB32) : image;
+}

@@ -1,0 +1,316 @@
+#include "capture/dialog.h"
+
+#include "fakedesktop.h"
+
+#include <QApplication>
+#include <QBackingStore>
+#include <QContextMenuEvent>
+#include <QLabel>
+#include <QMenu>
+#include <QPainterPath>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
+
+#include <functional>
+#include <memory>
+
+using namespace Qt::StringLiterals;
+
+// Everything here is told in device pixels, so the same rows hold at every scale.
+class TestDialog : public QObject
+{
+    Q_OBJECT
+private slots:
+    void init();
+    void coversDesktop();
+    void looksLikeCompositor();
+    void marksEveryPixel_data();
+    void marksEveryPixel();
+    void partialRepaintEqualsFull();
+    void feedsMagnifier();
+    void ends_data();
+    void ends();
+    void closesUnderItsMenu();
+    void captionFits();
+    void icons();
+
+private:
+    void open();
+    QWidget *surface() const { return m_dialog->findChild<QWidget *>(u"widget"_s); }
+    QLabel *label(const QString &name) const { return m_dialog->findChild<QLabel *>(name); }
+    /// Moves the pointer there and sends the event. `pixel` is in overlay coordinates.
+    void mouse(QEvent::Type type, QPoint pixel, Qt::MouseButtons buttons);
+    void drag(QPoint from, QPoint to);
+    QImage onScreen() const;
+
+    std::unique_ptr<FakeDesktop> m_desktop;
+    std::unique_ptr<Dialog> m_dialog;
+};
+
+void TestDialog::init()
+{
+    m_dialog.reset();
+    m_desktop = std::make_unique<FakeDesktop>();
+    m_desktop->windows->screenList = {{0, 0, 600, 450}};
+    m_desktop->windows->list = {
+        {.entry = {.number = 2, .bounds = {50, 60, 201, 151}}, .color = QColor(0, 160, 255)},
+        {.entry = {.number = 1, .bounds = {-600, 0, 1200, 450}}, .color = QColor(200, 40, 7)}};
+}
+
+void TestDialog::open()
+{
+    m_dialog = std::make_unique<Dialog>();
+    m_dialog->show();
+    QVERIFY(QTest::qWaitForWindowExposed(m_dialog.get()));
+}
+
+void TestDialog::mouse(QEvent::Type type, QPoint pixel, Qt::MouseButtons buttons)
+{
+    const QRect box = m_desktop->windows->covered.constLast();
+    m_desktop->windows->pointerPos = box.topLeft() + pixel;
+    const QPointF pos = QPointF(pixel) / m_dialog->devicePixelRatioF();
+    QMouseEvent event(type, pos, pos, Qt::LeftButton, buttons, Qt::NoModifier);
+    QApplication::sendEvent(surface(), &event);
+}
+
+void TestDialog::drag(QPoint from, QPoint to)
+{
+    mouse(QEvent::MouseButtonPress, from, Qt::LeftButton);
+    mouse(QEvent::MouseMove, to, Qt::LeftButton);
+    QApplication::processEvents();  // a band counts once it has been painted
+    mouse(QEvent::MouseButtonRelease, to, Qt::NoButton);
+    QApplication::processEvents();
+}
+
+QImage TestDialog::onScreen() const
+{
+    const auto *image = dynamic_cast<QImage *>(m_dialog->backingStore()->paintDevice());
+    QImage copy = image->convertToFormat(QImage::Format_RGB32);
+    copy.setDevicePixelRatio(1);
+    return copy;
+}
+
+void TestDialog::coversDesktop()
+{
+    m_desktop->windows->screenList = {{0, 0, 600, 450}, {-600, 30, 600, 480}};
+    open();
+    QCOMPARE(m_desktop->windows->covered, (QList<QRect>{{-600, 0, 1200, 510}}));
+    QCOMPARE(surface()->size(), m_dialog->size());
+    QCOMPARE(m_dialog->windowOpacity(), 0.6);
+    QCOMPARE(onScreen().pixelColor(300, 200), QColor(0, 0, 0));
+    QCOMPARE(QWidget::keyboardGrabber(), surface());
+    m_dialog->hide();
+    QCOMPARE(QWidget::keyboardGrabber(), nullptr);
+}
+
+void TestDialog::looksLikeCompositor()
+{
+    m_desktop->windows->composited = false;
+    open();
+    QCOMPARE(m_dialog->windowOpacity(), 1.0);
+    drag({101, 101}, {301, 203});
+    const QImage shown = onScreen();
+    QCOMPARE(shown.pixelColor(60, 70), QColor(0, 64, 102));
+    QCOMPARE(shown.pixelColor(400, 300), QColor(80, 16, 3));
+    QCOMPARE(shown.pixelColor(150, 150), QColor(153, 217, 255));             // inside the region
+    QCOMPARE(shown.pixelColor(301, 203), QColor(54 + 80, 54 + 16, 54 + 3));  // on a handle
+    // The outline lies half on either side of the region's edge.
+    QCOMPARE(shown.pixelColor(301, 130).red(), 80 + 77);
+    QCOMPARE(shown.pixelColor(302, 130), QColor(80, 16, 3));
+}
+
+void TestDialog::marksEveryPixel_data()
+{
+    QTest::addColumn<QPoint>("to");
+    QTest::addColumn<QRect>("region");
+    QTest::newRow("even") << QPoint(150, 132) << QRect(100, 100, 50, 32);
+    QTest::newRow("odd") << QPoint(152, 136) << QRect(101, 103, 51, 33);
+    QTest::newRow("past the far corner") << QPoint(650, 480) << QRect(300, 301, 301, 150);
+}
+
+void TestDialog::marksEveryPixel()
+{
+    QFETCH(QPoint, to);
+    QFETCH(QRect, region);
+    // The scale does not divide this size.
+    m_desktop->windows->screenList = {{0, 0, 601, 451}, {-600, 0, 600, 450}};
+    open();
+    QCOMPARE(m_dialog->getPolygonF(), nullptr);
+    QVERIFY(m_dialog->getPixmap().isNull());
+    const QPoint origin(600, 0);
+    drag(region.topLeft() + origin, to + origin);
+    QCOMPARE(label(u"label_6"_s)->text(), u"%1 px"_s.arg(region.width()));
+    QCOMPARE(label(u"label_8"_s)->text(), u"%1 px"_s.arg(region.height()));
+    QCOMPARE(m_dialog->getPixmap().toImage(), m_desktop->windows->picture(region, {2, 1}));
+    const std::unique_ptr<QPainterPath> outline(m_dialog->getPolygonF());
+    QCOMPARE(outline->boundingRect(), QRectF(region.translated(origin)));
+}
+
+// Only what changes is painted: after any step the window must look as if all of it had been.
+void TestDialog::partialRepaintEqualsFull()
+{
+    m_desktop->windows->composited = false;
+    open();
+    const auto compare = [this] {
+        QApplication::processEvents();
+        const QImage partial = onScreen();
+        surface()->repaint();
+        QCOMPARE(partial, onScreen());
+    };
+    mouse(QEvent::MouseButtonPress, {301, 203}, Qt::LeftButton);
+    for (const QPoint to :
+         {QPoint(305, 206), {390, 333}, {217, 251}, {14, 9}, {301, 40}, {599, 449}}) {
+        mouse(QEvent::MouseMove, to, Qt::LeftButton);
+        compare();
+    }
+    mouse(QEvent::MouseButtonRelease, {401, 303}, Qt::NoButton);
+    compare();
+    drag({351, 253}, {277, 201});  // moves the region
+    compare();
+    drag({20, 20}, {20, 120});  // flat: the region comes back
+    compare();
+    for (int i = 0; i < 9; ++i)
+        QTest::keyClick(surface(), Qt::Key_Left);
+    // Keys wait for the next move of the pointer.
+    mouse(QEvent::MouseMove, {500, 400}, Qt::NoButton);
+    compare();
+    m_dialog->dialog_clear();
+    compare();
+}
+
+void TestDialog::feedsMagnifier()
+{
+    m_desktop->windows->screenList = {{0, 0, 600, 450}, {-600, 0, 600, 450}};
+    m_dialog = std::make_unique<Dialog>();
+    QSignalSpy spy(m_dialog.get(), &CaptureOverlay::ShowDetailWindowRequest);
+    m_dialog->show();
+    const auto next = [&](EShowMagOpr opr, int x, int y) {
+        const QList<QVariant> sent = spy.takeFirst();
+        QCOMPARE(sent.at(0).value<QWidget *>(), m_dialog.get());
+        QCOMPARE(sent.at(1).value<EShowMagOpr>(), opr);
+        QCOMPARE(QPoint(sent.at(2).toInt(), sent.at(3).toInt()), QPoint(x, y));
+    };
+    next(eMagOpen, 0, 0);
+    mouse(QEvent::MouseMove, {601, 33}, Qt::NoButton);
+    next(eMagUpdate, 1, 33);
+    QTest::keyClick(surface(), Qt::Key_E, Qt::ControlModifier);
+    QTest::keyRelease(surface(), Qt::Key_Control);
+    next(eMagChangeMode, 0, 0);
+    // The tick follows a pointer that moves unseen, to the pixel.
+    m_desktop->windows->pointerPos = {-301, 77};
+    QTRY_VERIFY(!spy.isEmpty());
+    next(eMagUpdate, -301, 77);
+    // While a button is held, and once the overlay has finished, it sends nothing.
+    mouse(QEvent::MouseButtonPress, {10, 10}, Qt::LeftButton);
+    spy.clear();
+    QTest::qWait(250);
+    QVERIFY(spy.isEmpty());
+    mouse(QEvent::MouseButtonRelease, {10, 10}, Qt::NoButton);
+    m_dialog->finished = true;
+    QTest::qWait(250);
+    QVERIFY(spy.isEmpty());
+}
+
+void TestDialog::ends_data()
+{
+    QTest::addColumn<std::function<void()>>("end");
+    QTest::addColumn<int>("result");
+    const auto press = [this](Qt::Key key) { QTest::keyClick(surface(), key); };
+    const auto row = [](const char *name, const std::function<void()> &end, int result) {
+        QTest::newRow(name) << end << result;
+    };
+    row(
+        "return", [press] { press(Qt::Key_Return); }, QDialog::Accepted);
+    row(
+        "escape in a drag", [press] { press(Qt::Key_Escape); }, QDialog::Rejected);
+    row(
+        "snap",
+        [this] {
+            QTest::mouseClick(m_dialog->findChild<QPushButton *>(u"pushButton"_s), Qt::LeftButton);
+        },
+        QDialog::Accepted);
+}
+
+void TestDialog::ends()
+{
+    QFETCH(std::function<void()>, end);
+    m_dialog = std::make_unique<Dialog>();
+    QTimer::singleShot(0, this, [&] {
+        QTest::keyClick(surface(), Qt::Key_Return);  // refused while there is no region
+        m_dialog->on_pushButton_clicked();
+        drag({10, 10}, {100, 100});
+        mouse(QEvent::MouseButtonPress, {200, 200}, Qt::LeftButton);
+        mouse(QEvent::MouseMove, {300, 300}, Qt::LeftButton);
+        end();
+    });
+    QTEST(m_dialog->exec(), "result");
+    QCOMPARE(m_dialog->getPixmap().size(), QSize(90, 90));
+}
+
+void TestDialog::closesUnderItsMenu()
+{
+    open();
+    QStringList disabled;
+    const QWidget *grabber = surface();
+    QTimer::singleShot(0, this, [&] {
+        const QList<QAction *> actions = m_dialog->findChild<QMenu *>()->actions();
+        for (const QAction *action : actions) {
+            if (!action->isEnabled())
+                disabled.append(action->text());
+        }
+        grabber = QWidget::keyboardGrabber();
+        m_dialog->reject();
+    });
+    QContextMenuEvent event(QContextMenuEvent::Mouse, {9, 9}, {9, 9});
+    QApplication::sendEvent(surface(), &event);  // returns when the menu does
+    QCOMPARE(disabled, (QStringList{u"Finish(Enter)"_s, u"Clear"_s}));
+    QCOMPARE(grabber, nullptr);  // or the menu would hear no key
+    QVERIFY(!m_dialog->isVisible());
+    QCOMPARE(QWidget::keyboardGrabber(), nullptr);
+}
+
+// The longest text of a desktop of this size, as a key writes it.
+void TestDialog::captionFits()
+{
+    m_desktop->windows->screenList = {{0, 0, 3840, 2160}};
+    open();
+    drag({10, 10}, {3700, 2100});
+    QTest::keyClick(surface(), Qt::Key_A);
+    for (const QLabel *text : {label(u"label_6"_s), label(u"label_8"_s)})
+        QVERIFY2(text->sizeHint().width() <= text->width(), qPrintable(text->text()));
+}
+
+void TestDialog::icons()
+{
+    const QTemporaryDir folder;
+    const QString file = folder.filePath(u"icon.png"_s);
+    QImage picture(8, 8, QImage::Format_RGB32);
+    picture.fill(Qt::white);
+    picture.setPixelColor(4, 4, Qt::red);
+    QVERIFY(picture.save(file));
+    m_dialog = std::make_unique<Dialog>();
+    m_dialog->SetPictureWidth(file);
+    m_dialog->SetPictureHeight(u"/nowhere.png"_s);
+    QCOMPARE(m_dialog->GetPictureWidth(), file);
+    const QImage shown = label(u"label_5"_s)->pixmap().toImage();
+    QCOMPARE(shown.pixelColor(4, 4), QColor(Qt::red));
+    QCOMPARE(shown.pixelColor(0, 0).alpha(), 0);
+    QVERIFY(label(u"label_7"_s)->pixmap().isNull());
+}
+
+int main(int argc, char *argv[])
+{
+    int failures = 0;
+    for (const char *scale : {"1", "1.5", "2"}) {
+        qputenv("QT_SCALE_FACTOR", scale);
+        const QApplication application(argc, argv);
+        TestDialog test;
+        failures += QTest::qExec(&test, argc, argv);
+    }
+    return failures;
+}
+
+#include "test_dialog.moc"

@@ -1,0 +1,147 @@
+#pragma once
+
+#include "platform/nulldesktop.h"
+#include "platform/services.h"
+
+#include <QColor>
+#include <QHash>
+#include <QPainter>
+#include <QWidget>
+
+#include <algorithm>
+#include <utility>
+
+#include <unistd.h>
+
+/// A desktop that is a list of coloured windows, front to back. All coordinates are global device
+/// pixels.
+class FakeWindowServer : public WindowServer
+{
+public:
+    struct Window {
+        Entry entry{};
+        QColor color{};
+        bool onScreen = true;
+    };
+
+    QList<Window> list{};
+    QList<QRect> screenList{{0, 0, 800, 600}};
+    QPoint pointerPos{};
+    bool composited = true;
+    bool menuBar = false;
+    QHash<const QWidget *, int> numbers{};  ///< of this program's windows
+    QList<QRect> covered{};                 ///< what coverArea() was asked for
+
+    QList<Entry> windows(List which, int relativeTo) override
+    {
+        QList<Entry> result;
+        for (const Window &window : std::as_const(list)) {
+            if (which == List::All || window.onScreen)
+                result.append(window.entry);
+            if (which == List::AtAndAbove && window.entry.number == relativeTo)
+                break;
+        }
+        return result;
+    }
+
+    QImage picture(const QRectF &area, const QList<int> &chosenNumbers) override
+    {
+        QList<Window> chosen;
+        QRectF bounds;
+        for (const int number : chosenNumbers) {
+            const auto found = std::find_if(list.cbegin(), list.cend(), [&](const Window &window) {
+                return window.entry.number == number;
+            });
+            if (found == list.cend())
+                continue;
+            chosen.prepend(*found);
+            bounds |= found->entry.bounds;
+        }
+        const QRect pixels = (area.isNull() ? bounds : area).toRect();
+        if (pixels.isEmpty())
+            return {};
+        QImage result(pixels.size(), QImage::Format_RGB32);
+        result.fill(Qt::black);
+        QPainter painter(&result);
+        painter.translate(-pixels.topLeft());
+        for (const Window &window : std::as_const(chosen))
+            painter.fillRect(window.entry.bounds, window.color);
+        return result;
+    }
+
+    QList<QRect> screens() override { return screenList; }
+    QPoint pointer() override { return pointerPos; }
+    bool hasMenuBar() const override { return menuBar; }
+    bool isComposited() override { return composited; }
+    void coverArea(QWidget *window, const QRect &area) override
+    {
+        covered.append(area);
+        const qreal scale = window->devicePixelRatioF();
+        window->setGeometry(
+            QRectF(QPointF(area.topLeft()) / scale, QSizeF(area.size()) / scale).toAlignedRect());
+    }
+    void dropShadow(QWidget *) override {}
+    int numberOf(const QWidget *widget) override { return numbers.value(widget); }
+};
+
+/// An application watch whose changes a test makes up.
+class FakeApplicationWatch : public ApplicationWatch
+{
+public:
+    unsigned front = 0;
+    QList<unsigned> activatedWindows{};
+    QList<QWidget *> broughtToFront{};
+
+    void start(Handlers handlers) override { m_handlers = std::move(handlers); }
+    void stop() override { m_handlers = {}; }
+    unsigned frontWindow() override { return front; }
+    void activate(unsigned window) override { activatedWindows.append(window); }
+    void bringToFront(QWidget *window) override { broughtToFront.append(window); }
+
+    /// A process gains or loses the front, as far as the watch has been started.
+    void tell(bool active, long pid)
+    {
+        const auto &handler = active ? m_handlers.activated : m_handlers.deactivated;
+        if (handler)
+            handler(pid);
+    }
+    /// The same for this program.
+    void setActive(bool active) { tell(active, getpid()); }
+
+private:
+    Handlers m_handlers;
+};
+
+class FakeLoginItem : public LoginItem
+{
+public:
+    bool present = false;
+
+    bool contains() const override { return present; }
+    void insert() override { present = true; }
+    void remove() override { present = false; }
+};
+
+/// Installs a fake desktop as the services in force. The pointers are valid until other services
+/// are installed. Hot keys are those of the desktop that does nothing.
+struct FakeDesktop {
+    FakeWindowServer *windows = nullptr;
+    FakeApplicationWatch *watch = nullptr;
+    FakeLoginItem *loginItem = nullptr;
+
+    FakeDesktop()
+    {
+        auto server = std::make_unique<FakeWindowServer>();
+        auto applications = std::make_unique<FakeApplicationWatch>();
+        auto login = std::make_unique<FakeLoginItem>();
+        windows = server.get();
+        watch = applications.get();
+        loginItem = login.get();
+        Services made;
+        createNullDesktop(made);
+        made.windows = std::move(server);
+        made.watch = std::move(applications);
+        made.loginItem = std::move(login);
+        installServices(std::move(made));
+    }
+};
