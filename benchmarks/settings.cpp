@@ -1,0 +1,33 @@
+#include "comparison.h"
+
+#include "config/applicationrecord.h"
+#include "config/settings.h"
+
+#include <QFileInfo>
+#include <QObject>
+
+#include <benchmark/benchmark.h>
+
+namespace {
+
+// The last button of the full tree, so that the walk is as long as it gets.
+void buttonAttribute(benchmark::State &state)
+{
+    g_ResourceFileName =
+        QFileInfo(QStringLiteral(BENCH_PROGRAM)).path() + QStringLiteral("/SnapWorkbench.xml");
+    QObject window;
+    window.setObjectName(QStringLiteral("DigDetail"));
+    const QString section = QStringLiteral("BtnColorFlag");
+    for (auto _ : state)
+        benchmark::DoNotOptimize(GetBtnAttr(&window, section, 4));
+}
+
+BENCHMARK(buttonAttribute)->Unit(benchmark::kMicrosecond)->Repetitions(5);
+
+[[maybe_unused]] const bool s_registered =
+    addComparison({.what = "one `GetBtnAttr` in the full tree",
+                   .measured = "buttonAttribute",
+                   .unit = "microseconds",
+                   .limit = "under 20 microseconds"});
+
+}  // namespace

@@ -1,0 +1,400 @@
+// Draws the pictures of the skin at build time.
+//
+// makeskin <skin.list> <resource file> <output folder>
+//
+// Glyphs are templates: every "currentColor" in them becomes the colour of a state, so one drawing
+// gives the normal, over, down and disabled pictures of a button. What has no glyph (corners,
+// tiles, marks) is drawn here from numbers. In the end the resource file is held against what was
+// written: a path that names no picture, or a picture that nothing names, fails the build.
+
+#include <QColor>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QHash>
+#include <QImage>
+#include <QPainter>
+#include <QPainterPath>
+#include <QSet>
+#include <QSvgRenderer>
+#include <QTextStream>
+#include <QXmlStreamReader>
+
+#include <array>
+#include <cstdio>
+#include <functional>
+#include <stdexcept>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QColor s_frame(35, 40, 45);
+const QColor s_stripTop(58, 66, 74);
+const QColor s_stripBottom(44, 51, 57);
+const QColor s_line(176, 183, 189);
+const QColor s_onDark(201, 211, 220);
+const QColor s_onLight(70, 82, 94);
+const QColor s_over(61, 165, 244);
+const QColor s_down(28, 126, 214);
+constexpr qreal s_disabledOpacity = 0.4;
+
+constexpr int s_frameRadius = 8;
+constexpr int s_cardRadius = 6;  // tool strip and picture area
+constexpr int s_stripHeight = 64;
+
+class Failure : public std::runtime_error
+{
+public:
+    explicit Failure(const QString &text) : std::runtime_error(text.toStdString()) {}
+};
+
+// One state of a button. No plate where its alpha is 0.
+struct Look {
+    QString state{};
+    QColor glyph{};
+    QColor plate{};
+    qreal opacity = 1.0;
+};
+using Looks = std::array<Look, 4>;
+
+Looks looksOn(const QString &surface)
+{
+    const QColor none(0, 0, 0, 0);
+    if (surface == u"dark") {
+        return {Look{u"normal"_s, s_onDark, none},
+                Look{u"over"_s, s_over, QColor(255, 255, 255, 24)},
+                Look{u"down"_s, s_down, QColor(0, 0, 0, 72)},
+                Look{u"disabled"_s, s_onDark, none, s_disabledOpacity}};
+    }
+    if (surface == u"light") {
+        return {Look{u"normal"_s, s_onLight, none},
+                Look{u"over"_s, s_over, QColor(255, 255, 255, 210)},
+                Look{u"down"_s, s_down, QColor(28, 126, 214, 40)},
+                Look{u"disabled"_s, s_onLight, none, s_disabledOpacity}};
+    }
+    if (surface == u"selected") {
+        return {Look{u"normal"_s, Qt::white, s_down},
+                Look{u"over"_s, Qt::white, s_down.lighter(112)},
+                Look{u"down"_s, Qt::white, s_down.darker(116)},
+                Look{u"disabled"_s, Qt::white, s_down, s_disabledOpacity}};
+    }
+    throw Failure(u"no such surface: "_s + surface);
+}
+
+// Buttons of one kind share everything but their glyph.
+struct Kind {
+    QSize size{};
+    int glyph = 0;  // side of the square that the 24 grid is drawn into
+    int plateRadius = 0;
+    QString surface{};
+};
+
+class Skin
+{
+public:
+    Skin(const QString &sourceFolder, const QString &outputFolder)
+        : m_source(sourceFolder), m_output(outputFolder)
+    {
+        if (!m_output.mkpath(u"."_s))
+            throw Failure(u"cannot make "_s + outputFolder);
+    }
+
+    void drawList(const QString &path);
+    void drawPieces();
+    void check(const QString &resourceFile) const;
+
+private:
+    using Draw = std::function<void(QPainter &)>;
+
+    void write(const QString &name, QSize size, const Draw &draw, bool dense = false);
+    void drawButton(const QString &section, const QString &glyph, const Kind &kind);
+    void drawGlyph(QPainter &painter, const QString &file, const QColor &colour,
+                   const QRectF &area);
+    void drawLine(const QStringList &words);
+
+    QDir m_source;
+    QDir m_output;
+    QHash<QString, Kind> m_kinds{};
+    QSet<QString> m_written{};
+};
+
+QSize sizeFrom(const QString &text)
+{
+    const QStringList sides = text.split(u'x');
+    const QSize size(sides.first().toInt(), sides.last().toInt());
+    if (size.isEmpty())
+        throw Failure(u"not a size: "_s + text);
+    return size;
+}
+
+QColor colourFrom(const QString &text)
+{
+    const QStringList parts = text.split(u',');
+    if (parts.size() != 3)
+        throw Failure(u"not a colour: "_s + text);
+    return {parts[0].toInt(), parts[1].toInt(), parts[2].toInt()};
+}
+
+QRectF centred(QSizeF size, qreal side)
+{
+    return {(size.width() - side) / 2, (size.height() - side) / 2, side, side};
+}
+
+// Fades what has been drawn as a whole: strokes that cross would show in a glyph drawn translucent.
+void fade(QPainter &painter, QSize size, qreal opacity)
+{
+    painter.setCompositionMode(QPainter::CompositionMode_DestinationIn);
+    painter.fillRect(QRect(QPoint(), size), QColor(0, 0, 0, qRound(255 * opacity)));
+}
+
+// `dense` adds a picture of twice the pixels, under the name by which the toolkit's icons look for
+// it on a scaled desktop. Pieces that are placed by their own width must not have one.
+void Skin::write(const QString &name, QSize size, const Draw &draw, bool dense)
+{
+    if (m_written.contains(name))
+        throw Failure(u"drawn twice: "_s + name);
+    for (const int scale : {1, 2}) {
+        if (scale == 2 && !dense)
+            break;
+        QImage image(size * scale, QImage::Format_ARGB32_Premultiplied);
+        image.fill(Qt::transparent);
+        QPainter painter(&image);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(Qt::NoPen);
+        painter.scale(scale, scale);
+        draw(painter);
+        painter.end();
+        const QString file = name + (scale == 2 ? u"@2x.png"_s : u".png"_s);
+        if (!image.save(m_output.filePath(file), "PNG"))
+            throw Failure(u"cannot write "_s + file);
+    }
+    m_written.insert(name);
+}
+
+void Skin::drawGlyph(QPainter &painter, const QString &file, const QColor &colour,
+                     const QRectF &area)
+{
+    QFile source(m_source.filePath(file));
+    if (!source.open(QIODevice::ReadOnly))
+        throw Failure(u"cannot read "_s + source.fileName());
+    QSvgRenderer renderer(source.readAll().replace("currentColor", colour.name().toLatin1()));
+    if (!renderer.isValid())
+        throw Failure(u"not a picture: "_s + source.fileName());
+    renderer.render(&painter, area);
+}
+
+void Skin::drawButton(const QString &section, const QString &glyph, const Kind &kind)
+{
+    for (const Look &look : looksOn(kind.surface)) {
+        const auto draw = [&](QPainter &painter) {
+            if (look.plate.alpha() > 0) {
+                painter.setBrush(look.plate);
+                painter.drawRoundedRect(QRect(QPoint(), kind.size), kind.plateRadius,
+                                        kind.plateRadius);
+            }
+            drawGlyph(painter, u"glyphs/%1.svg"_s.arg(glyph), look.glyph,
+                      centred(kind.size, kind.glyph));
+            fade(painter, kind.size, look.opacity);
+        };
+        write(section + u'_' + look.state, kind.size, draw, true);
+    }
+}
+
+void Skin::drawLine(const QStringList &words)
+{
+    const QString &verb = words.first();
+    if (verb == u"kind" && words.size() == 6) {
+        m_kinds[words[1]] = {sizeFrom(words[2]), words[3].toInt(), words[4].toInt(), words[5]};
+    } else if (verb == u"button" && words.size() == 4) {
+        if (!m_kinds.contains(words[3]))
+            throw Failure(u"no such kind: "_s + words[3]);
+        drawButton(words[1], words[2], m_kinds[words[3]]);
+    } else if (verb == u"mark" && words.size() == 6) {
+        const QSize size = sizeFrom(words[3]);
+        write(words[1], size, [&](QPainter &painter) {
+            drawGlyph(painter, u"glyphs/%1.svg"_s.arg(words[2]), colourFrom(words[5]),
+                      centred(size, words[4].toInt()));
+        });
+    } else if (verb == u"icon" && words.size() == 4) {
+        const QSize size = sizeFrom(words[3]);
+        write(words[1], size, [&](QPainter &painter) {
+            drawGlyph(painter, words[2], Qt::black, QRectF(QPointF(), size));
+        });
+    } else {
+        throw Failure(u"not understood: "_s + words.join(u' '));
+    }
+}
+
+void Skin::drawList(const QString &path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly | QIODevice::Text))
+        throw Failure(u"cannot read "_s + path);
+    QTextStream stream(&file);
+    for (QString line; stream.readLineInto(&line);) {
+        const QString text = line.section(u'#', 0, 0).simplified();
+        if (!text.isEmpty())
+            drawLine(text.split(u' '));
+    }
+}
+
+// What lies between a corner's arc and the corner itself, `arc` being the centre of the arc.
+void fillOutside(QPainter &painter, QRectF area, QPointF arc, qreal radius)
+{
+    QPainterPath corner;
+    corner.addRect(area);
+    QPainterPath inside;
+    inside.addEllipse(arc, radius, radius);
+    painter.fillPath(corner.subtracted(inside), s_frame);
+}
+
+void fillStrip(QPainter &painter, QRectF area)
+{
+    QLinearGradient gradient(0, 0, 0, s_stripHeight);
+    gradient.setColorAt(0, s_stripTop);
+    gradient.setColorAt(1, s_stripBottom);
+    painter.fillRect(area, gradient);
+}
+
+void strokeMark(QPainter &painter, QSizeF size, qreal width)
+{
+    constexpr qreal reach = 13;  // the caps included, so that both marks are equally long
+    painter.setPen(QPen(s_onLight, width, Qt::SolidLine, Qt::RoundCap));
+    const qreal left = (size.width() - reach + width) / 2;
+    painter.drawLine(QPointF(left, size.height() / 2),
+                     QPointF(size.width() - left, size.height() / 2));
+}
+
+void Skin::drawPieces()
+{
+    // The window's rounded corners: a quarter of a disc each, its centre towards the window's
+    // inside.
+    constexpr int r = s_frameRadius;
+    const auto disc = [](QPointF centre) {
+        return [centre](QPainter &painter) {
+            painter.setBrush(s_frame);
+            painter.drawEllipse(centre, s_frameRadius, s_frameRadius);
+        };
+    };
+    write(u"BtnBackground_topleft"_s, {r, r}, disc({r, r}));
+    write(u"BtnBackground_topright"_s, {r, r}, disc({0, r}));
+    write(u"BtnBackground_bottomleft"_s, {r, r}, disc({r, 0}));
+    write(u"BtnBackground_bottomright"_s, {r, r}, disc({0, 0}));
+
+    // The ends go over the tiles, so what is outside their arcs has to be the frame's colour.
+    constexpr int c = s_cardRadius;
+    write(u"BtnToolBackground_tile"_s, {16, s_stripHeight},
+          [](QPainter &painter) { fillStrip(painter, QRectF(0, 0, 16, s_stripHeight)); });
+    const auto end = [](qreal outer, qreal arc) {
+        return [outer, arc](QPainter &painter) {
+            fillStrip(painter, QRectF(0, 0, c, s_stripHeight));
+            fillOutside(painter, QRectF(outer, 0, c, c), {arc, c}, c);
+            fillOutside(painter, QRectF(outer, s_stripHeight - c, c, c), {arc, s_stripHeight - c},
+                        c);
+        };
+    };
+    write(u"BtnToolBackground_left"_s, {c, s_stripHeight}, end(0, c));
+    write(u"BtnToolBackground_right"_s, {c, s_stripHeight}, end(0, 0));
+
+    // The picture area draws these reaching 2 pixels beyond its left edge, 4 beyond its right one
+    // and 3 beyond its bottom.
+    constexpr int left = 2;
+    constexpr int right = 4;
+    constexpr int bottom = 3;
+    write(u"BtnPictureBackground_topleft"_s, {left + c, c}, [](QPainter &painter) {
+        fillOutside(painter, QRectF(0, 0, left + c, c), {left + c, c}, c);
+    });
+    write(u"BtnPictureBackground_topright"_s, {c + right, c}, [](QPainter &painter) {
+        fillOutside(painter, QRectF(0, 0, c + right, c), {0, c}, c);
+    });
+    write(u"BtnPictureBackground_bottomleft"_s, {left + c, c + bottom}, [](QPainter &painter) {
+        fillOutside(painter, QRectF(0, 0, left + c, c + bottom), {left + c, 0}, c);
+    });
+    constexpr int grip = 16;  // this corner also shows that the window can be resized there
+    write(u"BtnPictureBackground_bottomright"_s, {grip + right, grip + bottom},
+          [](QPainter &painter) {
+              constexpr int arc = grip - c;
+              fillOutside(painter, QRectF(arc, arc, c + right, c + bottom), {arc, arc}, c);
+              painter.setPen(QPen(s_line, 1.25, Qt::SolidLine, Qt::RoundCap));
+              painter.drawLine(QPointF(5.5, 12.5), QPointF(12.5, 5.5));
+              painter.drawLine(QPointF(9.5, 12.5), QPointF(12.5, 9.5));
+          });
+
+    write(u"BtnCommBackground_normal"_s, {146, 40}, [](QPainter &painter) {
+        painter.setBrush(QColor(0, 0, 0, 44));
+        painter.drawRoundedRect(QRectF(0, 0, 146, 40), 8, 8);
+    });
+    write(u"BtnSep_normal"_s, {1, 20},
+          [](QPainter &painter) { painter.fillRect(QRectF(0, 0, 1, 20), QColor(197, 205, 212)); });
+    write(u"BtnLineWidth_thin"_s, {16, 16}, [](QPainter &painter) {
+        strokeMark(painter, {16, 16}, 1.5);
+    });
+    write(u"BtnLineWidth_thick"_s, {16, 16}, [](QPainter &painter) {
+        strokeMark(painter, {16, 16}, 6);
+    });
+
+    // The window fills the pixels 5 to 19 across and 4 to 18 down with the pen's colour: a hair of
+    // white, then the border, stand around them.
+    for (const Look &look : looksOn(u"light"_s)) {
+        const QColor border = look.state == u"over" || look.state == u"down" ? look.glyph : s_line;
+        write(u"BtnColor_"_s + look.state, {24, 22}, [&](QPainter &painter) {
+            painter.setBrush(Qt::white);
+            painter.setPen(QPen(border, 1));
+            painter.drawRoundedRect(QRectF(3.5, 2.5, 18, 18), 3, 3);
+            painter.fillRect(QRect(QPoint(5, 4), QPoint(19, 18)), Qt::red);
+            fade(painter, {24, 22}, look.opacity);
+        });
+    }
+}
+
+void Skin::check(const QString &resourceFile) const
+{
+    QFile file(resourceFile);
+    if (!file.open(QIODevice::ReadOnly))
+        throw Failure(u"cannot read "_s + resourceFile);
+    QSet<QString> named;
+    QXmlStreamReader reader(&file);
+    while (!reader.atEnd()) {
+        reader.readNext();
+        for (const QXmlStreamAttribute &attribute : reader.attributes()) {
+            if (attribute.name().endsWith("Img"_L1))
+                named.insert(attribute.value().toString());
+        }
+    }
+    if (reader.hasError())
+        throw Failure(u"%1, line %2: %3"_s.arg(resourceFile)
+                          .arg(reader.lineNumber())
+                          .arg(reader.errorString()));
+
+    QSet<QString> drawn;
+    for (const QString &name : m_written)
+        drawn.insert(u"skin/%1.png"_s.arg(name));
+    const auto report = [](const QSet<QString> &paths, const QString &what) {
+        if (!paths.isEmpty())
+            throw Failure(what + QStringList(paths.values()).join(u", "_s));
+    };
+    report(named - drawn, u"named but not drawn: "_s);
+    report(drawn - named, u"drawn but not named: "_s);
+}
+
+}  // namespace
+
+int main(int argc, char **argv)
+{
+    if (argc != 4) {
+        std::fputs("usage: makeskin <skin.list> <resource file> <output folder>\n", stderr);
+        return 2;
+    }
+    try {
+        const QString list = QString::fromLocal8Bit(argv[1]);
+        Skin skin(QFileInfo(list).absolutePath(), QString::fromLocal8Bit(argv[3]));
+        skin.drawList(list);
+        skin.drawPieces();
+        skin.check(QString::fromLocal8Bit(argv[2]));
+    } catch (const Failure &failure) {
+        std::fprintf(stderr, "makeskin: %s\n", failure.what());
+        return 1;
+    }
+    return 0;
+}

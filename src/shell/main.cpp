@@ -1,0 +1,61 @@
+#include "config/applicationrecord.h"
+#include "config/licensing.h"
+#include "config/resourcefile.h"
+#include "config/texthelpers.h"
+#include "platform/services.h"
+#include "shell/mainwindow.h"
+
+#include <QApplication>
+#include <QFile>
+#include <QImageReader>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// Pictures of scrolled pages are larger than the toolkit's limit for pictures from files.
+constexpr int s_pictureLimit = 4096;  // megabytes
+
+}  // namespace
+
+int main(int argc, char **argv)
+{
+    QCoreApplication::setOrganizationName(u"brenvale"_s);
+    QCoreApplication::setOrganizationDomain(u"brenvale.example.org"_s);
+    QCoreApplication::setApplicationName(u"SnapWorkbench"_s);
+    const QApplication application(argc, argv);
+    // A tool that waits in the tray ends by its own command only.
+    QGuiApplication::setQuitOnLastWindowClosed(false);
+    QImageReader::setAllocationLimit(s_pictureLimit);
+    installServices(createServices());
+
+    Licensing::initialise();
+    ReadProfile();
+    CreateFolder(QFile::encodeName(userDataFolder()).constData());
+    if (!ProcessResourceFile(QCoreApplication::translate(
+            "main", "SnapWorkbench.xml is missing so that it can not work properly")))
+        return 0;
+    // Its answer belongs to the licence, which tells the user what is wrong with it.
+    Licensing::identityIsValid();
+    Licensing::setProduct(QString::fromWCharArray(g_AppName), userDataFolder(),
+                          QCoreApplication::applicationDirPath() + u'/');
+    ProcessLicense();
+    StartWatchAppActive();
+
+    int status = 0;
+    {
+        MainWindow window;
+        g_MainWindow = &window;
+        window.InitShowGeometry();
+        if (MainWindow::GetRunInMinimized())
+            window.showMinimized();
+        else
+            window.setVisible(true);
+        status = QApplication::exec();
+        window.SaveGeometry();
+        StopWatchAppActive();
+        g_MainWindow = nullptr;
+    }
+    installServices({});
+    return status;
+}

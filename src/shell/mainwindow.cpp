@@ -1,0 +1,206 @@
+#include "shell/mainwindow.h"
+
+#include "config/licensing.h"
+#include "config/settings.h"
+#include "config/xmlstore.h"
+#include "platform/services.h"
+#include "platform/windowlist.h"
+#include "ui_mainwindow.h"
+
+#include <QAbstractEventDispatcher>
+#include <QCloseEvent>
+#include <QDialog>
+#include <QGuiApplication>
+#include <QPainter>
+#include <QScreen>
+
+using namespace Qt::StringLiterals;
+
+MainWindow *g_MainWindow = nullptr;
+
+namespace {
+
+constexpr QSize s_smallestSize(950, 650);
+constexpr QColor s_tableColor(231, 238, 244, 255);  // behind the picture
+
+bool flag(const QString &key) { return GetConfigString(key).toInt() == 1; }
+
+QRect availableGeometry() { return QGuiApplication::primaryScreen()->availableGeometry(); }
+
+int numberOr(const QString &key, int fallback)
+{
+    const QString text = GetConfigString(key);
+    return text.isEmpty() ? fallback : text.toInt();
+}
+
+}  // namespace
+
+MainWindow::MainWindow() : ui(std::make_unique<Ui::MainWindow>())
+{
+    ui->setupUi(this);
+    setStyleSheet(styleSheet() + u"MainWindow{background-color: rgba(35, 40, 45, 0%);}"_s);
+    setWindowFlag(Qt::FramelessWindowHint);
+    // What the corners' pictures leave free shows the desktop.
+    setAttribute(Qt::WA_TranslucentBackground, services().windows->isComposited());
+    setWindowTitle(tr("Snap Workbench"));
+    ui->LblCaption->setText(windowTitle());
+
+    initHotKey(HotkeyCallBack);
+    SetAppActiveChangeCallback(ActiveCallBack);
+
+    setUpPictureArea();
+    setUpEditor();
+
+    connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::awake, this,
+            &MainWindow::on_Idle);
+    CreateMenus();
+    InitImgButton();
+    ui->widSysTool->hide();
+    ui->tabWidget->setFocus(Qt::OtherFocusReason);
+    SetAutoRunToXML(GetAutoRunFromXML());
+    setUpTray();
+}
+
+MainWindow::~MainWindow()
+{
+    freeHotKey();
+    SetAppActiveChangeCallback(nullptr);
+    SaveAllXmlDocument();
+}
+
+void MainWindow::setUpPictureArea()
+{
+    QPalette palette = ui->WidScrollArea->palette();
+    palette.setColor(QPalette::Window, s_tableColor);
+    for (QWidget *widget : {ui->WidScrollArea, static_cast<QWidget *>(ui->scrollArea),
+                            ui->scrollAreaWidgetContents, static_cast<QWidget *>(ui->lblPicture)})
+        widget->setPalette(palette);
+    ui->WidScrollArea->hide();
+    for (QWidget *widget : {static_cast<QWidget *>(ui->tabWidget), ui->widTool, ui->widPictureEdit,
+                            ui->widPicture, static_cast<QWidget *>(ui->scrollArea)})
+        widget->installEventFilter(this);
+}
+
+void MainWindow::setUpEditor()
+{
+    m_pEditor = std::make_unique<TPictureEditor>(ui->lblPicture, this);
+    m_pEditor->setcallback(PictureChanged);
+    m_pEditor->setState(stateMove);
+
+    const QString color = GetConfigString(u"LineColor"_s);
+    m_pEditor->setPenColor(color.isEmpty() ? QColor(Qt::red)
+                                           : QColor(static_cast<QRgb>(color.toInt())));
+    const QString width = GetConfigString(u"LineWidth"_s);
+    if (!width.isEmpty()) {
+        m_pEditor->setLineWidth(width.toInt());
+        ui->SliderLineWidth->setValue(width.toInt() - 1);
+    }
+    connect(m_pEditor.get(), &TPictureEditor::movealue, this, &MainWindow::MovePicture);
+    const QString text = GetConfigString(u"TextFont"_s);
+    QFont font;
+    if (!text.isEmpty() && font.fromString(text)) {
+        ui->CmbFont->setCurrentFont(font);
+        const int size = ui->CmbFontSize->findText(QString::number(font.pointSize()));
+        if (size >= 0)
+            ui->CmbFontSize->setCurrentIndex(size);
+    }
+}
+
+void MainWindow::setUpTray()
+{
+    m_TrayIcon.setIcon(QIcon(GetBtnAttr(this, u"BtnIcon"_s, 4)));
+    m_TrayIcon.setContextMenu(m_TrayMenu);
+    m_TrayIcon.setVisible(true);
+}
+
+// The registration may want to remind of itself while the program idles.
+void MainWindow::on_Idle() { Licensing::status(); }
+
+bool MainWindow::GetAutoRunFromXML() { return flag(u"FirstRun"_s); }
+
+void MainWindow::SetAutoRunToXML(bool on)
+{
+    SetAutoRunLogin(on);
+    SetConfigString(u"FirstRun"_s, on ? u"1"_s : u"0"_s);
+}
+
+bool MainWindow::GetRunMinFromXML() { return flag(u"RunMinimized"_s); }
+
+bool MainWindow::GetHideFromXML() { return flag(u"AutoHide"_s); }
+
+bool MainWindow::GetShowFromXML() { return flag(u"AutoShow"_s); }
+
+void MainWindow::InitShowGeometry()
+{
+    // The exact text counts here, and not the number.
+    if (GetConfigString(u"WindowMaxed"_s) == u"1")
+        ShowMaxedGeometry();
+    else
+        ShowNormalGeometry();
+    setMinimumSize(s_smallestSize);
+}
+
+void MainWindow::ShowNormalGeometry()
+{
+    const QRect available = availableGeometry();
+    const int width = numberOr(u"WindowWidth"_s, s_smallestSize.width());
+    const int height = numberOr(u"WindowHeight"_s, s_smallestSize.height());
+    const int left = numberOr(u"WindowLeft"_s, (available.width() - width) / 2);
+    const int top = numberOr(u"WindowTop"_s, (available.height() - height) / 2);
+    setGeometry(left, top, std::min(width, available.width()),
+                std::min(height, available.height()));
+}
+
+void MainWindow::ShowMaxedGeometry() { setGeometry(availableGeometry()); }
+
+bool MainWindow::GetMaximized() const { return size() == availableGeometry().size(); }
+
+void MainWindow::SaveNormalGeometry()
+{
+    SetConfigString(u"WindowLeft"_s, QString::number(geometry().x()));
+    SetConfigString(u"WindowTop"_s, QString::number(geometry().y()));
+    SetConfigString(u"WindowWidth"_s, QString::number(width()));
+    SetConfigString(u"WindowHeight"_s, QString::number(height()));
+}
+
+// A maximised window keeps the normal size that was stored before.
+void MainWindow::SaveGeometry()
+{
+    const bool maximized = GetMaximized();
+    SetConfigString(u"WindowMaxed"_s, maximized ? u"1"_s : u"0"_s);
+    if (!maximized)
+        SaveNormalGeometry();
+}
+
+void MainWindow::closeEvent(QCloseEvent *event)
+{
+    if (!CloseAllFiles()) {
+        event->ignore();
+        return;
+    }
+    event->accept();
+    if (m_pFocusDialog) {
+        g_widgetExcept = nullptr;
+        delete m_pFocusDialog;
+        m_pFocusDialog = nullptr;
+    }
+    QCoreApplication::quit();
+}
+
+bool MainWindow::eventFilter(QObject *watched, QEvent *event)
+{
+    if (auto *button = qobject_cast<QPushButton *>(watched))
+        return filterButton(*button, *event);
+    if (event->type() == QEvent::Paint && watched == ui->widTool)
+        DrawToolBackgound();
+    else if (event->type() == QEvent::Paint && watched == ui->widPicture)
+        DrawPictureBackgound();
+    else if (event->type() == QEvent::Paint && m_pFocusDialog && watched == m_pFocusDialog) {
+        QPainter(m_pFocusDialog).drawPixmap(0, 0, m_MenuBarPixmap);
+        return true;
+    } else if (event->type() == QEvent::Resize && watched == ui->scrollArea)
+        PictureChanged(TPictureEditor::SizeChange, 0);
+    else if (event->type() == QEvent::Resize && watched == ui->tabWidget)
+        ShowPictureInTab(m_CurDocument);
+    return QMainWindow::eventFilter(watched, event);
+}

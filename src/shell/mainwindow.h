@@ -1,0 +1,199 @@
+#pragma once
+
+#include "editing/picturedocument.h"
+#include "editing/pictureeditor.h"
+
+#include <QMainWindow>
+#include <QPointer>
+#include <QSystemTrayIcon>
+
+#include <map>
+#include <memory>
+#include <utility>
+#include <vector>
+
+class QAction;
+class QDialog;
+class QMenu;
+class QMenuBar;
+class QPushButton;
+
+namespace Ui {
+class MainWindow;
+}  // namespace Ui
+
+/// The one main window: a tab for each open picture, and the commands. It owns the documents and
+/// the editor that works on the current one.
+class MainWindow : public QMainWindow
+{
+    Q_OBJECT
+
+public:
+    MainWindow();
+    ~MainWindow() override;
+
+    // Window geometry, in the toolkit's logical pixels.
+    void InitShowGeometry();
+    void ShowNormalGeometry();
+    void ShowMaxedGeometry();
+    bool GetMaximized() const;
+    void SaveNormalGeometry();
+    void SaveGeometry();
+
+    // Settings. A flag is set when its number is 1.
+    static bool GetRunInMinimized() { return GetRunMinFromXML(); }
+    static bool GetAutoRunFromXML();
+    static void SetAutoRunToXML(bool on);  ///< and brings the login item in line
+    static bool GetRunMinFromXML();
+    static bool GetHideFromXML();
+    static bool GetShowFromXML();
+
+    // Tabs. Indices are positions in the vector of documents, -1 for none.
+    void NewDocument(const QPixmap &pixmap, const QString &name);
+    void RefillTabList();
+    void ShowPictureInTab(int index);
+    void SetCurDocumentIndex(int index);
+    int GetDocumentIndex(const QString &name) const;  ///< by file name, without regard to case
+    QString GetFileShowName(int index) const;
+    void RefreshWindowTitle(int index);
+    bool HasModified(bool all) const;
+    void RedrawPicture();
+
+    // Focus.
+    /// Brings this program to the front and waits for it, without limit. Null means the main
+    /// window.
+    void FocusThis(QWidget *widget);
+    /// Shows the main window, minimised or not, and brings it to the front.
+    void showInFront();
+    /// Makes this program active before an overlay opens.
+    void SetAppFocus();
+    /// Gives the focus back to the other application, and waits about a second at the most.
+    static void FocusPreApp();
+    void RestoreAppFocus(bool giveBack);
+    /// Half a second in which windows that have closed leave the screen.
+    static void WaitFor();
+
+    QString GetPictureWidthFile();
+    QString GetPictureHeightFile();
+
+    /// The key sequence of a command, by its name in the menus; empty for an unknown one.
+    static QKeySequence CreateShortkey(const QString &text);
+    /// Whether an item of a capture menu, without mnemonics, leads to a command.
+    static bool hasCaptureCommand(const QString &caption);
+
+public slots:
+    void Capture(QAction *pAct);
+    void ShowGrabRectWindow(bool);
+    void ShowGrabEllipseWindow(bool);
+    void ShowGrabPolygonWindow(bool);
+    void ShowFullScreen(bool, bool withTimer);
+    void ShowAllWindow();
+    void ShowSelectWindow(bool);
+    void ShowMenuWindow();
+
+    void OpenFile();
+    /// Saves under the known name, or asks for one. -1 means the current document. True when saved.
+    bool SaveFile(int index = -1);
+    bool SaveAsFile(int index = -1);
+    bool SaveAllFiles();
+    void CloseFile(int index = -1);
+    bool CloseAllFiles();  ///< false when the user cancelled
+    bool CopyFile();
+    void BeforeShowFile();
+
+    void About();
+    void BeforeShowMenuHelp();
+    void Help();
+    void Home();
+    void Buynow();
+
+    void MovePicture(int dx, int dy);
+
+protected:
+    void closeEvent(QCloseEvent *event) override;
+    bool event(QEvent *event) override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+
+private slots:
+    void on_Idle();
+    void on_tabWidget_currentChanged(int index);
+    void on_tabWidget_tabCloseRequested(int index);
+    void on_BtnZoomIn_clicked();
+    void on_BtnZoomOut_clicked();
+    void on_BtnRealSize_clicked();
+    void on_BtnUndo_clicked();
+    void on_BtnRedo_clicked();
+    void on_BtnMax_clicked();
+    void on_BtnFrameRect_clicked();
+    void on_BtnFrameEllipse_clicked();
+    void on_BtnFramePolygon_clicked();
+    void on_BtnFullScreen_clicked();
+    void on_BtnAllWindows_clicked();
+    void on_BtnSelectWindow_clicked();
+    void on_BtnMenuCapture_clicked();
+
+private:
+    enum class Drag { None, Move, Resize };
+
+    // How things stood when a grab began.
+    struct GrabStart {
+        bool wasActive = false;
+        bool wasMinimized = false;
+        bool showAfter = false;
+        QPointer<QWidget> activeWindow{};
+    };
+
+    friend long PictureChanged(long code, long unused);
+    friend long ActiveCallBack(bool active);
+
+    void setUpPictureArea();
+    void setUpEditor();
+    void setUpTray();
+    bool isDocument(int index) const;
+    void fitPictureArea();
+    void zoomTo(float scale);
+    void parkHistory(QPictureDocument &document) const;
+    void forgetLastPicture();
+    void CreateMenus();
+    void createCaptureMenus(QMenuBar &bar);
+    void InitImgButton();
+    bool filterButton(QPushButton &button, QEvent &event);
+    void showButtonPicture(QPushButton &button, int picture);
+    /// Shows the tool buttons as the editor's state is; `over`, if not null, as under the pointer.
+    void UpdateDrawButton(QPushButton *over);
+    void DrawToolBackgound();
+    void DrawPictureBackgound();
+    const QPixmap &skinPicture(const QString &section, int attribute);
+    bool beginGrab(GrabStart &start);
+    void finishGrab(QPixmap picture, const GrabStart &start);
+    void restoreMinimized(const GrabStart &start);
+    void LoadPixmapFromXml(QPixmap &pixmap, const QString &section, int attribute);
+    void LoadPixmapFlag();
+    void DealPicture(QPixmap &pixmap, const QPainterPath *path, const QPolygonF *polygon);
+
+    std::unique_ptr<Ui::MainWindow> ui;
+    QSystemTrayIcon m_TrayIcon;
+    QMenu *m_TrayMenu = nullptr;
+    QMenu *m_FileMenu = nullptr;
+    QMenu *m_HelpMenu = nullptr;
+    std::vector<QPictureDocument> m_Documents;
+    int m_CurDocument = -1;
+    std::unique_ptr<TPictureEditor> m_pEditor;
+    float m_Scale = 1.0F;       ///< zoom of the current document
+    bool m_bCapturing = false;  ///< one grab at a time
+    QDialog *m_pFocusDialog = nullptr;
+    QPixmap m_MenuBarPixmap;
+    QPixmap m_FlagPixmap;
+    std::map<std::pair<QString, int>, QPixmap> m_SkinPictures;  ///< by section and attribute
+    Drag m_Drag = Drag::None;
+    QPoint m_DragPos;  ///< where the pointer took hold, in the window
+};
+
+/// Null until the main window is complete: callbacks that arrive earlier do nothing.
+extern MainWindow *g_MainWindow;
+
+// Callbacks for the platform and the editor. Each gives 0.
+long HotkeyCallBack(long id, long unused);
+long ActiveCallBack(bool active);
+long PictureChanged(long code, long unused);

@@ -1,0 +1,215 @@
+#include "shell/mainwindow.h"
+
+#include "config/settings.h"
+#include "platform/applicationwatch.h"
+#include "ui_mainwindow.h"
+
+#include <QFile>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QPushButton>
+
+#include <array>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// Attributes of a skin section.
+constexpr int s_hint = 3;
+constexpr int s_normalPicture = 4;
+constexpr int s_overPicture = 5;
+constexpr int s_downPicture = 6;
+constexpr int s_disabledPicture = 7;
+
+// Where the colour button's picture shows the pen colour.
+constexpr QRect s_colorField(QPoint(5, 4), QPoint(19, 18));
+
+constexpr std::array<const char *, 30> s_buttons{
+    "BtnClose",        "BtnMin",          "BtnMax",          "BtnRegister",    "BtnBuynow",
+    "BtnAbout",        "BtnHelp",         "BtnHome",         "BtnSetting",     "BtnFrameRect",
+    "BtnFrameEllipse", "BtnFramePolygon", "BtnSelectWindow", "BtnAllWindows",  "BtnFullScreen",
+    "BtnMenuCapture",  "BtnDrawMove",     "BtnDrawRect",     "BtnDrawEllipse", "BtnDrawArrow",
+    "BtnDrawPoly",     "BtnDrawText",     "BtnUndo",         "BtnRedo",        "BtnZoomIn",
+    "BtnZoomOut",      "BtnRealSize",     "BtnCopy",         "BtnSave",        "BtnColor"};
+
+// The buttons of the edit strip show their own shortcuts in their tooltips.
+constexpr size_t s_firstEditButton = 16;
+
+// Those that show the hot key of their grab, and have no shortcut of their own.
+constexpr std::array<std::pair<const char *, const char *>, 7> s_captureButtons{
+    {{"BtnFrameRect", "Rectangular"},
+     {"BtnFrameEllipse", "Ellipse"},
+     {"BtnFramePolygon", "Arbitrary"},
+     {"BtnSelectWindow", "Select Window"},
+     {"BtnAllWindows", "All Windows"},
+     {"BtnFullScreen", "Full Screen"},
+     {"BtnMenuCapture", "Menu"}}};
+
+// By the number of the tool.
+constexpr std::array<const char *, 6> s_toolButtons{"BtnDrawMove",  "BtnDrawRect", "BtnDrawEllipse",
+                                                    "BtnDrawArrow", "BtnDrawText", "BtnDrawPoly"};
+
+int pictureFor(const QPushButton &button, const QEvent &event)
+{
+    switch (event.type()) {
+    case QEvent::Leave:
+        return s_normalPicture;
+    case QEvent::Enter:
+        return s_overPicture;
+    case QEvent::MouseButtonPress:
+        return s_downPicture;
+    case QEvent::MouseButtonRelease: {
+        // Both far edges count as inside.
+        const QPoint pos = static_cast<const QMouseEvent &>(event).position().toPoint();
+        const bool inside = QRect(QPoint(), button.size() + QSize(1, 1)).contains(pos);
+        return inside ? s_overPicture : s_normalPicture;
+    }
+    default:
+        return 0;
+    }
+}
+
+}  // namespace
+
+void MainWindow::LoadPixmapFromXml(QPixmap &pixmap, const QString &section, int attribute)
+{
+    const QString path = GetBtnAttr(this, section, attribute);
+    if (QFile::exists(path))
+        pixmap.load(path);
+}
+
+void MainWindow::LoadPixmapFlag()
+{
+    LoadPixmapFromXml(m_FlagPixmap, u"BtnFlag"_s, s_normalPicture);
+}
+
+void MainWindow::InitImgButton()
+{
+    const auto label = [this](QLabel *target, const QString &section, int attribute) {
+        QPixmap pixmap;
+        LoadPixmapFromXml(pixmap, section, attribute);
+        target->setPixmap(pixmap);
+    };
+    label(ui->lblComm, u"BtnCommBackground"_s, s_normalPicture);
+    label(ui->lblLineMin, u"BtnLineWidth"_s, s_normalPicture);
+    label(ui->lblLineMax, u"BtnLineWidth"_s, s_downPicture);
+    for (QLabel *separator : {ui->lblSep1, ui->lblSep2, ui->lblSep3})
+        label(separator, u"BtnSep"_s, s_normalPicture);
+
+    // The tabs' close buttons are the style's; only a style sheet gives them pictures.
+    const auto closePicture = [this](const QString &state, int attribute) {
+        const QString path = GetBtnAttr(this, u"BtnTabClose"_s, attribute);
+        return QFile::exists(path) ? u"QTabBar::close-button%1{image:url(%2)} "_s.arg(state, path)
+                                   : QString();
+    };
+    ui->tabWidget->setStyleSheet(ui->tabWidget->styleSheet() + closePicture({}, s_normalPicture) +
+                                 closePicture(u":hover"_s, s_overPicture) +
+                                 closePicture(u":pressed"_s, s_downPicture));
+
+    const auto button = [this](const char *name) {
+        return findChild<QPushButton *>(QLatin1StringView(name));
+    };
+    for (const char *name : s_buttons)
+        button(name)->installEventFilter(this);
+    ui->BtnUndo->setShortcut(CreateShortkey(u"undo"_s));
+    ui->BtnRedo->setShortcut(CreateShortkey(u"redo"_s));
+    ui->BtnCopy->setShortcut(CreateShortkey(u"Copy %1"_s));
+    ui->BtnSave->setShortcut(CreateShortkey(u"Save %1"_s));
+
+    const auto setHint = [this](QPushButton *target, const QKeySequence &keys) {
+        QString hint = GetBtnAttr(this, target->objectName(), s_hint);
+        if (!hint.isEmpty() && !keys.isEmpty())
+            hint += u"  "_s + keys.toString(QKeySequence::NativeText);
+        target->setToolTip(hint);
+    };
+    for (const auto &[name, command] : s_captureButtons)
+        setHint(button(name), CreateShortkey(QString::fromLatin1(command)));
+    for (size_t i = s_firstEditButton; i < s_buttons.size(); ++i)
+        setHint(button(s_buttons[i]), button(s_buttons[i])->shortcut());
+
+    for (const char *name : s_buttons) {
+        QEvent leave(QEvent::Leave);
+        eventFilter(button(name), &leave);
+    }
+    connect(ui->BtnClose, &QPushButton::clicked, this, &MainWindow::close);
+    connect(ui->BtnMin, &QPushButton::clicked, this, &MainWindow::showMinimized);
+    connect(ui->BtnAbout, &QPushButton::clicked, this, &MainWindow::About);
+    connect(ui->BtnHelp, &QPushButton::clicked, this, &MainWindow::Help);
+    connect(ui->BtnHome, &QPushButton::clicked, this, &MainWindow::Home);
+    connect(ui->BtnBuynow, &QPushButton::clicked, this, &MainWindow::Buynow);
+    connect(ui->BtnCopy, &QPushButton::clicked, this, &MainWindow::CopyFile);
+    connect(ui->BtnSave, &QPushButton::clicked, this, [this] { SaveFile(); });
+}
+
+bool MainWindow::filterButton(QPushButton &button, QEvent &event)
+{
+    int picture = pictureFor(button, event);
+    if (picture == 0)
+        return QMainWindow::eventFilter(&button, &event);
+    const bool isWindowControl =
+        &button == ui->BtnClose || &button == ui->BtnMax || &button == ui->BtnMin;
+    if (isWindowControl && picture == s_normalPicture && !IsAppActive())
+        picture = s_disabledPicture;
+    showButtonPicture(button, picture);
+    if (event.type() != QEvent::MouseButtonRelease)
+        return QMainWindow::eventFilter(&button, &event);
+    button.setDown(false);
+    button.click();
+    return true;
+}
+
+void MainWindow::showButtonPicture(QPushButton &button, int picture)
+{
+    QString section = button.objectName();
+    if (section == QLatin1StringView(s_toolButtons[m_pEditor->getState()]))
+        section += u"_Sel"_s;
+    const QString path = GetBtnAttr(this, section, picture);
+    if (!QFile::exists(path))
+        return;
+    button.setIconSize(button.size());
+    if (&button != ui->BtnColor) {
+        button.setIcon(QIcon(path));
+        return;
+    }
+    QImage image = QImage(path).convertToFormat(QImage::Format_ARGB32_Premultiplied);
+    if (!image.isNull())
+        QPainter(&image).fillRect(s_colorField, m_pEditor->getPenColor());
+    button.setIcon(QIcon(QPixmap::fromImage(image)));
+}
+
+void MainWindow::UpdateDrawButton(QPushButton *over)
+{
+    const auto pass = [this](QPushButton *button, QEvent::Type type) {
+        QEvent event(type);
+        eventFilter(button, &event);
+    };
+    for (const char *name : s_toolButtons)
+        pass(findChild<QPushButton *>(QLatin1StringView(name)), QEvent::Leave);
+    if (over)
+        pass(over, QEvent::Enter);
+}
+
+long ActiveCallBack(bool /*active*/)
+{
+    if (!g_MainWindow)
+        return 0;
+    for (QPushButton *button :
+         {g_MainWindow->ui->BtnClose, g_MainWindow->ui->BtnMax, g_MainWindow->ui->BtnMin}) {
+        QEvent leave(QEvent::Leave);
+        g_MainWindow->eventFilter(button, &leave);
+    }
+    return 0;
+}
+
+void MainWindow::on_BtnMax_clicked()
+{
+    if (GetMaximized()) {
+        ShowNormalGeometry();
+    } else {
+        SaveNormalGeometry();
+        ShowMaxedGeometry();
+    }
+    QEvent leave(QEvent::Leave);
+    eventFilter(ui->BtnMax, &leave);
+}

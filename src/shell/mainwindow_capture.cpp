@@ -1,0 +1,293 @@
+#include "shell/mainwindow.h"
+
+#include "capture/dialog.h"
+#include "config/licensing.h"
+#include "config/settings.h"
+#include "config/texthelpers.h"
+#include "platform/services.h"
+#include "platform/windowlist.h"
+#include "ui_mainwindow.h"
+
+#include <QApplication>
+#include <QDialog>
+
+#include <algorithm>
+#include <array>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr unsigned long s_round = 10;  // milliseconds
+constexpr int s_settleRounds = 50;
+constexpr int s_giveBackRounds = 100;
+constexpr int s_inactiveRounds = 10;
+constexpr int s_roundsBetweenRequests = 20;
+
+using Command = void (*)(MainWindow &);
+
+struct NamedCommand {
+    const char *caption;
+    Command run;
+};
+
+constexpr std::array<NamedCommand, 15> s_commands{
+    {{QT_TRANSLATE_NOOP("MainWindow", "Rectangular"),
+      [](MainWindow &window) { window.ShowGrabRectWindow(true); }},
+     {QT_TRANSLATE_NOOP("MainWindow", "Capture Rectangular"),
+      [](MainWindow &window) { window.ShowGrabRectWindow(false); }},
+     {QT_TRANSLATE_NOOP("MainWindow", "Ellipse"),
+      [](MainWindow &window) { window.ShowGrabEllipseWindow(true); }},
+     {QT_TRANSLATE_NOOP("MainWindow", "Capture Ellipse"),
+      [](MainWindow &window) { window.ShowGrabEllipseWindow(false); }},
+     {QT_TRANSLATE_NOOP("MainWindow", "Arbitrary"),
+      [](MainWindow &window) { window.ShowGrabPolygonWindow(true); }},
+     {QT_TRANSLATE_NOOP("MainWindow", "Capture Arbitrary"),
+      [](MainWindow &window) { window.ShowGrabPolygonWindow(false); }},
+     {QT_TRANSLATE_NOOP("MainWindow", "All Windows"),
+      [](MainWindow &window) { window.ShowAllWindow(); }},
+     {QT_TRANSLATE_NOOP("MainWindow", "Select Window"),
+      [](MainWindow &window) { window.ShowSelectWindow(true); }},
+     {QT_TRANSLATE_NOOP("MainWindow", "Full Screen"),
+      [](MainWindow &window) { window.ShowFullScreen(true, true); }},
+     {QT_TRANSLATE_NOOP("MainWindow", "Capture Full Screen"),
+      [](MainWindow &window) { window.ShowFullScreen(false, false); }},
+     {QT_TRANSLATE_NOOP("MainWindow", "Capture Full Screen with Countdown Timer"),
+      [](MainWindow &window) { window.ShowFullScreen(false, true); }},
+     {QT_TRANSLATE_NOOP("MainWindow", "Menu"), [](MainWindow &window) { window.ShowMenuWindow(); }},
+     {QT_TRANSLATE_NOOP("MainWindow", "Capture Menu"),
+      [](MainWindow &window) { window.ShowMenuWindow(); }},
+     {QT_TRANSLATE_NOOP("MainWindow", "Show Snapworkbench"),
+      [](MainWindow &window) { window.showInFront(); }},
+     {QT_TRANSLATE_NOOP("MainWindow", "Quit"), [](MainWindow &window) { window.close(); }}}};
+
+// By number, from 1. The last is reached by no key.
+constexpr std::array<Command, 9> s_hotKeyCommands{
+    {[](MainWindow &window) { window.ShowGrabRectWindow(false); },
+     [](MainWindow &window) { window.ShowGrabEllipseWindow(false); },
+     [](MainWindow &window) { window.ShowGrabPolygonWindow(false); },
+     [](MainWindow &window) { window.ShowAllWindow(); },
+     [](MainWindow &window) { window.ShowSelectWindow(false); },
+     [](MainWindow &window) { window.ShowFullScreen(false, false); },
+     [](MainWindow &window) { window.ShowFullScreen(false, true); },
+     [](MainWindow &window) { window.ShowMenuWindow(); },
+     [](MainWindow &window) { window.showInFront(); }}};
+
+Command commandFor(const QString &caption)
+{
+    const auto found =
+        std::find_if(s_commands.begin(), s_commands.end(), [&](const NamedCommand &command) {
+            return caption == MainWindow::tr(command.caption);
+        });
+    return found == s_commands.end() ? nullptr : found->run;
+}
+
+}  // namespace
+
+bool MainWindow::hasCaptureCommand(const QString &caption) { return commandFor(caption); }
+
+void MainWindow::Capture(QAction *pAct)
+{
+    if (!pAct)
+        return;
+    // Some styles put a mnemonic of their own into a menu's texts.
+    if (const Command run = commandFor(pAct->text().remove(u'&')))
+        run(*this);
+}
+
+long HotkeyCallBack(long id, long /*unused*/)
+{
+    if (g_MainWindow && id >= 1 && id <= static_cast<long>(s_hotKeyCommands.size()))
+        s_hotKeyCommands[id - 1](*g_MainWindow);
+    return 0;
+}
+
+void MainWindow::WaitFor()
+{
+    for (int round = 0; round < s_settleRounds; ++round) {
+        gwsleep(s_round);
+        QCoreApplication::processEvents();
+    }
+}
+
+void MainWindow::FocusThis(QWidget *widget)
+{
+    QWidget *target = widget ? widget : this;
+    target->raise();
+    // A window manager may refuse at first, so the request is made again from time to time.
+    for (int round = 0; !IsAppActive(); ++round) {
+        if (round % s_roundsBetweenRequests == 0)
+            services().watch->bringToFront(target);
+        QCoreApplication::processEvents();
+        gwsleep(s_round);
+    }
+}
+
+// Raising alone leaves a minimised window where it is.
+void MainWindow::showInFront()
+{
+    if (isMinimized())
+        setWindowState(windowState() & ~Qt::WindowMinimized);
+    FocusThis(nullptr);
+}
+
+void MainWindow::FocusPreApp()
+{
+    SetPreAppActive();
+    int inactive = 0;
+    for (int round = 0; round < s_giveBackRounds; ++round) {
+        QCoreApplication::processEvents();
+        if (!IsAppActive() && ++inactive == s_inactiveRounds)
+            break;
+        gwsleep(s_round);
+    }
+}
+
+void MainWindow::RestoreAppFocus(bool giveBack)
+{
+    if (giveBack)
+        FocusPreApp();
+    if (m_pFocusDialog)
+        m_pFocusDialog->hide();
+}
+
+// Where the desktop has a menu bar that changes with the active program, a picture of it covers it
+// up meanwhile. Without one the window is there only to be active.
+void MainWindow::SetAppFocus()
+{
+    QCoreApplication::processEvents();
+    if (!m_pFocusDialog) {
+        m_pFocusDialog = new QDialog;
+        m_pFocusDialog->setStyleSheet(u"QDialog{background-color: rgba(200,200,200,5%);} "
+                                      "QGraphicsView{background-color: rgba(96,96,255,0%);}"_s);
+        m_pFocusDialog->setWindowFlags(Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
+        m_pFocusDialog->setGeometry({});
+        m_pFocusDialog->installEventFilter(this);
+        g_widgetExcept = m_pFocusDialog;
+    }
+    m_MenuBarPixmap = screenMenu();
+    // A window has one pixel at least; a shape that lies outside keeps it off the screen.
+    m_pFocusDialog->setGeometry(QRect({}, m_MenuBarPixmap.size().expandedTo({1, 1})));
+    if (m_MenuBarPixmap.isNull())
+        m_pFocusDialog->setMask(QRegion(-1, -1, 1, 1));
+    m_pFocusDialog->show();
+    SetWindowNoShadown(m_pFocusDialog);
+    FocusThis(m_pFocusDialog);
+    m_pFocusDialog->activateWindow();
+}
+
+bool MainWindow::beginGrab(GrabStart &start)
+{
+    if (m_bCapturing) {
+        // The overlay is the program's front window while it is open. The main window, raised,
+        // would come to lie above it, and would be in the picture.
+        FocusThis(QApplication::activeModalWidget());
+        return false;
+    }
+    m_bCapturing = true;
+    start.wasActive = IsAppActive();
+    start.wasMinimized = isMinimized();
+    start.showAfter = GetShowFromXML();
+    if (start.wasActive)
+        start.activeWindow = QApplication::activeWindow();
+    return true;
+}
+
+void MainWindow::restoreMinimized(const GrabStart &start)
+{
+    if (start.wasActive && !start.wasMinimized && isMinimized())
+        showNormal();
+}
+
+void MainWindow::DealPicture(QPixmap &pixmap, const QPainterPath *path, const QPolygonF *polygon)
+{
+    LoadPixmapFlag();
+    TPictureEditor::EditPolyPixmap(pixmap, m_FlagPixmap, Licensing::status().registered, path,
+                                   polygon);
+}
+
+void MainWindow::finishGrab(QPixmap picture, const GrabStart &start)
+{
+    // A window that is not shown can't be brought to the front, and the wait would not end.
+    if (!start.wasActive && m_pFocusDialog && m_pFocusDialog->isVisible())
+        FocusThis(m_pFocusDialog);
+    DealPicture(picture, nullptr, nullptr);
+    NewDocument(picture, {});
+    if (start.showAfter) {
+        showInFront();
+        activateWindow();
+    }
+}
+
+void MainWindow::ShowGrabRectWindow(bool)
+{
+    GrabStart start;
+    if (!beginGrab(start))
+        return;
+    SetAppFocus();
+    if (GetHideFromXML() && !start.wasMinimized)
+        showMinimized();
+    Dialog overlay(nullptr);
+    overlay.SetPictureWidth(GetPictureWidthFile());
+    overlay.SetPictureHeight(GetPictureHeightFile());
+    const bool accepted = overlay.exec() == QDialog::Accepted;
+    overlay.finished = true;
+    if (accepted) {
+        WaitFor();
+        // Only now are the pixels read: the overlay has left, and the other program is in front
+        // again.
+        if (!start.wasActive) {
+            FocusPreApp();
+        } else if (start.activeWindow) {
+            start.activeWindow->activateWindow();
+            QCoreApplication::processEvents();
+        }
+        finishGrab(overlay.getPixmap(), start);
+    } else {
+        restoreMinimized(start);
+    }
+    RestoreAppFocus(!start.wasActive && (!accepted || !start.showAfter));
+    m_bCapturing = false;
+}
+
+void MainWindow::ShowFullScreen(bool, bool)
+{
+    GrabStart start;
+    if (!beginGrab(start))
+        return;
+    if (GetHideFromXML() && !start.wasMinimized)
+        showMinimized();
+    WaitFor();
+    if (!start.wasActive)
+        FocusPreApp();
+    finishGrab(screenWindow(0, 0, -1, -1, true, nullptr), start);
+    m_bCapturing = false;
+}
+
+void MainWindow::ShowGrabEllipseWindow(bool) {}
+
+void MainWindow::ShowGrabPolygonWindow(bool) {}
+
+void MainWindow::ShowAllWindow() {}
+
+void MainWindow::ShowSelectWindow(bool) {}
+
+void MainWindow::ShowMenuWindow() {}
+
+QString MainWindow::GetPictureWidthFile() { return GetBtnAttr(this, u"BtnCaptureRegion"_s, 4); }
+
+QString MainWindow::GetPictureHeightFile() { return GetBtnAttr(this, u"BtnCaptureRegion"_s, 6); }
+
+void MainWindow::on_BtnFrameRect_clicked() { ShowGrabRectWindow(true); }
+
+void MainWindow::on_BtnFrameEllipse_clicked() { ShowGrabEllipseWindow(true); }
+
+void MainWindow::on_BtnFramePolygon_clicked() { ShowGrabPolygonWindow(true); }
+
+void MainWindow::on_BtnFullScreen_clicked() { ShowFullScreen(true, true); }
+
+void MainWindow::on_BtnAllWindows_clicked() { ShowAllWindow(); }
+
+void MainWindow::on_BtnSelectWindow_clicked() { ShowSelectWindow(true); }
+
+void MainWindow::on_BtnMenuCapture_clicked() { ShowMenuWindow(); }

@@ -1,0 +1,129 @@
+#include "shell/mainwindow.h"
+
+#include "ui_mainwindow.h"
+
+#include <QMouseEvent>
+#include <QPainter>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr QColor s_bodyColor(35, 40, 45);
+constexpr QColor s_tableColor(231, 238, 244);
+constexpr QColor s_topBandColor(252, 253, 254);
+constexpr QColor s_stripColor(223, 230, 236);
+constexpr QColor s_stripEdgeColor(176, 183, 189);
+
+constexpr int s_grip = 11;  // pixels at the corner that resizes
+
+void drawIfThere(QPainter &painter, const QPoint &position, const QPixmap &pixmap)
+{
+    if (!pixmap.isNull())
+        painter.drawPixmap(position, pixmap);
+}
+
+}  // namespace
+
+// A picture whose file is missing is asked for again at each paint.
+const QPixmap &MainWindow::skinPicture(const QString &section, int attribute)
+{
+    QPixmap &picture = m_SkinPictures[{section, attribute}];
+    if (picture.isNull())
+        LoadPixmapFromXml(picture, section, attribute);
+    return picture;
+}
+
+void MainWindow::paintEvent(QPaintEvent * /*event*/)
+{
+    const QString section = u"BtnBackground"_s;
+    const QPixmap &topLeft = skinPicture(section, 4);
+    const QPixmap &topRight = skinPicture(section, 6);
+    const QPixmap &bottomLeft = skinPicture(section, 5);
+    const QPixmap &bottomRight = skinPicture(section, 7);
+    const int w = width();
+    const int h = height();
+    QPainter painter(this);
+    // One picture's width serves all four corners, and without it the body stays bare.
+    if (const int c = topLeft.width(); c > 0) {
+        painter.fillRect(QRect(c, 0, w - 2 * c, h), s_bodyColor);
+        painter.fillRect(QRect(0, c, c, h - 2 * c), s_bodyColor);
+        painter.fillRect(QRect(w - c, c, c, h - 2 * c), s_bodyColor);
+    }
+    drawIfThere(painter, {0, 0}, topLeft);
+    drawIfThere(painter, {w - topRight.width(), 0}, topRight);
+    drawIfThere(painter, {0, h - bottomLeft.height()}, bottomLeft);
+    drawIfThere(painter, {w - bottomRight.width(), h - bottomRight.height()}, bottomRight);
+}
+
+void MainWindow::DrawToolBackgound()
+{
+    const QString section = u"BtnToolBackground"_s;
+    const QPixmap &leftEnd = skinPicture(section, 4);
+    const QPixmap &rightEnd = skinPicture(section, 6);
+    const QPixmap &tile = skinPicture(section, 5);
+    const int w = ui->widTool->width();
+    QPainter painter(ui->widTool);
+    if (const int t = tile.width(); t > 0) {
+        for (int i = 0; i < w / t + 1; ++i)
+            painter.drawPixmap(t * i, 0, tile);
+    }
+    drawIfThere(painter, {0, 0}, leftEnd);
+    drawIfThere(painter, {w - rightEnd.width(), 0}, rightEnd);
+}
+
+void MainWindow::DrawPictureBackgound()
+{
+    const QString section = u"BtnPictureBackground"_s;
+    const QPixmap &topLeft = skinPicture(section, 5);
+    const QPixmap &topRight = skinPicture(section, 4);
+    const QPixmap &bottomLeft = skinPicture(section, 7);
+    const QPixmap &bottomRight = skinPicture(section, 6);
+    const int w = ui->widPicture->width();
+    const int h = ui->widPicture->height();
+    QPainter painter(ui->widPicture);
+    painter.fillRect(QRect(0, 0, w, h), s_tableColor);
+    painter.fillRect(QRect(0, 0, w, 12), s_topBandColor);
+    painter.fillRect(QRect(0, 13, w, 14), s_stripColor);
+    painter.setPen(s_stripEdgeColor);
+    painter.drawLine(0, 26, w, 26);
+    // The corners reach beyond the widget, by as much as their pictures are drawn for.
+    drawIfThere(painter, {-2, 0}, topLeft);
+    drawIfThere(painter, {w + 4 - topRight.width(), 0}, topRight);
+    drawIfThere(painter, {-2, h + 3 - bottomLeft.height()}, bottomLeft);
+    drawIfThere(painter, {w + 4 - bottomRight.width(), h + 3 - bottomRight.height()}, bottomRight);
+}
+
+// Any point of the window that no child takes moves it; its far corner resizes it.
+bool MainWindow::event(QEvent *event)
+{
+    switch (event->type()) {
+    case QEvent::MouseButtonPress: {
+        const auto *mouse = static_cast<QMouseEvent *>(event);
+        if (mouse->button() != Qt::LeftButton)
+            break;
+        const QPoint pos = mouse->position().toPoint();
+        const bool inGrip = pos.x() > width() - 1 - s_grip && pos.y() > height() - 1 - s_grip;
+        m_Drag = inGrip ? Drag::Resize : Drag::Move;
+        m_DragPos = pos;
+        break;
+    }
+    case QEvent::MouseMove: {
+        const QPoint pos = static_cast<QMouseEvent *>(event)->position().toPoint();
+        const QPoint moved = pos - m_DragPos;
+        if (m_Drag == Drag::Move) {
+            move(this->pos() + moved);
+        } else if (m_Drag == Drag::Resize) {
+            resize(size() + QSize(moved.x(), moved.y()));
+            m_DragPos = pos;
+        }
+        break;
+    }
+    case QEvent::MouseButtonRelease:
+        m_Drag = Drag::None;
+        break;
+    default:
+        break;
+    }
+    return QMainWindow::event(event);
+}

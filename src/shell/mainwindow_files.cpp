@@ -1,0 +1,225 @@
+#include "shell/mainwindow.h"
+
+#include "config/applicationrecord.h"
+#include "config/filters.h"
+#include "config/settings.h"
+#include "config/texthelpers.h"
+#include "shell/savedialog.h"
+#include "ui_mainwindow.h"
+
+#include <QClipboard>
+#include <QDir>
+#include <QFileDialog>
+#include <QGuiApplication>
+#include <QMenu>
+#include <QMessageBox>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// QAction::data() of the File menu's items.
+constexpr int s_closeItem = 1;
+constexpr int s_saveItem = 2;
+constexpr int s_saveAsItem = 3;
+
+QString mediaDirectory()
+{
+    const QString stored = GetConfigString(u"MediaDir"_s);
+    return stored.isEmpty() ? QDir::homePath() + u"/Pictures/"_s : stored;
+}
+
+QMessageBox::StandardButton ask(QWidget *parent, const QString &text,
+                                QMessageBox::StandardButton save)
+{
+    return QMessageBox::question(parent, QString::fromWCharArray(g_AppName), text,
+                                 save | QMessageBox::Discard | QMessageBox::Cancel,
+                                 QMessageBox::Cancel);
+}
+
+}  // namespace
+
+// The editor's shapes go into the document whichever it is, also into one that is not current,
+// which then takes over the current one's.
+bool MainWindow::SaveFile(int index)
+{
+    m_pEditor->EndEdit();
+    if (index < 0)
+        index = m_CurDocument;
+    if (!isDocument(index))
+        return false;
+    if (m_Documents[index].IsNewFile()) {
+        if (!SaveAsFile(index))
+            return false;
+    } else {
+        QPictureDocument &document = m_Documents[index];
+        parkHistory(document);
+        document.save(document.m_FileName, nullptr, -1);
+    }
+    m_Documents[index].m_Modified = false;
+    m_Documents[index].SetIsNotNewFile();
+    RefillTabList();
+    return true;
+}
+
+bool MainWindow::SaveAsFile(int index)
+{
+    m_pEditor->EndEdit();
+    if (index < 0)
+        index = m_CurDocument;
+    if (!isDocument(index))
+        return false;
+    const QString path = m_Documents[index].IsNewFile()
+                             ? mediaDirectory() + PathSep() + m_Documents[index].GetShowName()
+                             : m_Documents[index].m_FileName;
+    QString selected;
+    const QString filters = GetMacFilter(GetSavePictureFilter(path, selected));
+    if (selected.isEmpty())
+        selected = GetConfigString(u"SaveMediaFilterIdx"_s);
+    const QString answer = askSaveFileName(this, path, filters, selected);
+    // The dialog ran an event loop, and the tray can close everything from there.
+    if (answer.isEmpty() || !isDocument(index))
+        return false;
+    SetConfigString(u"SaveMediaFilterIdx"_s, selected);
+    SetConfigString(u"MediaDir"_s, GetDirectory(answer));
+    QPictureDocument &document = m_Documents[index];
+    parkHistory(document);
+    document.save(answer, nullptr, -1);
+    document.m_FileName = answer;
+    document.m_Modified = false;
+    document.SetIsNotNewFile();
+    RefillTabList();
+    return true;
+}
+
+bool MainWindow::SaveAllFiles()
+{
+    m_pEditor->EndEdit();
+    for (int i = 0; isDocument(i); ++i) {
+        if (m_Documents[i].m_Modified && !SaveFile(i))
+            return false;
+    }
+    return true;
+}
+
+void MainWindow::CloseFile(int index)
+{
+    m_pEditor->EndEdit();
+    if (index < 0)
+        index = m_CurDocument;
+    if (!isDocument(index))
+        return;
+    if (m_Documents[index].m_Modified) {
+        const auto answer =
+            ask(this, tr("Save changes to \"%1\" ?").arg(m_Documents[index].GetShowName()),
+                QMessageBox::Save);
+        if (answer == QMessageBox::Cancel || !isDocument(index) ||
+            (answer == QMessageBox::Save && !SaveFile(index)) || !isDocument(index))
+            return;
+    }
+    m_Documents.erase(m_Documents.begin() + index);
+    RefillTabList();
+    // With no current document the switch parks nothing. The number stays, whichever tab was
+    // closed.
+    const int before = m_CurDocument;
+    m_CurDocument = -1;
+    SetCurDocumentIndex(isDocument(before) ? before : before - 1);
+    forgetLastPicture();
+}
+
+// The editor holds the current document's picture and shapes, also when that was the last one.
+void MainWindow::forgetLastPicture()
+{
+    if (!m_Documents.empty())
+        return;
+    m_pEditor->clearShape();
+    m_pEditor->setPixmap({});
+}
+
+bool MainWindow::CloseAllFiles()
+{
+    m_pEditor->EndEdit();
+    if (HasModified(true)) {
+        showInFront();
+        const auto answer = ask(this, tr("Save all changes ?"), QMessageBox::SaveAll);
+        if (answer == QMessageBox::Cancel || (answer == QMessageBox::SaveAll && !SaveAllFiles()))
+            return false;
+    }
+    m_Documents.clear();
+    RefillTabList();
+    SetCurDocumentIndex(-1);
+    forgetLastPicture();
+    return true;
+}
+
+bool MainWindow::CopyFile()
+{
+    if (!isDocument(m_CurDocument))
+        return false;
+    m_pEditor->EndEdit();
+    QPictureDocument &document = m_Documents[m_CurDocument];
+    parkHistory(document);
+    QGuiApplication::clipboard()->setPixmap(document.GetUnitePixmap());
+    return true;
+}
+
+void MainWindow::OpenFile()
+{
+    QString filters = GetOpenPictureFilter();
+    QString selected = GetConfigString(u"MediaFilterIdx"_s);
+    if (selected.isEmpty())
+        selected = filters;
+    filters = GetMacFilter(filters) + u";;"_s;
+    const QStringList paths =
+        QFileDialog::getOpenFileNames(this, QString(), mediaDirectory(), filters, &selected);
+    if (paths.isEmpty())
+        return;
+    SetConfigString(u"MediaFilterIdx"_s, selected);
+    SetConfigString(u"MediaDir"_s, GetDirectory(paths.first()));
+
+    const int before = static_cast<int>(m_Documents.size());
+    int firstOpen = -1;
+    for (const QString &path : paths) {
+        const int open = GetDocumentIndex(path);
+        if (open < 0)
+            m_Documents.emplace_back(path);
+        else if (firstOpen < 0)
+            firstOpen = open;
+    }
+    if (isDocument(before)) {
+        RefillTabList();
+        SetCurDocumentIndex(before);
+    } else if (firstOpen >= 0) {
+        SetCurDocumentIndex(firstOpen);
+    }
+}
+
+void MainWindow::BeforeShowFile()
+{
+    const bool any = !m_Documents.empty();
+    QString name = GetFileShowName(m_CurDocument);
+    if (!name.isEmpty())
+        name = u'"' + name + u'"';
+    name.replace(u'&', u"&&"_s);
+    for (QAction *action : m_FileMenu->actions()) {
+        switch (action->data().toInt()) {
+        case s_closeItem:
+            action->setEnabled(any);
+            action->setText(tr("Close %1").arg(name));
+            break;
+        case s_saveItem:
+            action->setEnabled(HasModified(false));
+            action->setText(tr("Save %1").arg(name));
+            break;
+        case s_saveAsItem:
+            action->setEnabled(any);
+            action->setText(tr("Save %1 As...").arg(name));
+            break;
+        default:
+            if (action->text() == tr("Close All"))
+                action->setEnabled(any);
+            else if (action->text() == tr("Save All"))
+                action->setEnabled(HasModified(true));
+        }
+    }
+}

@@ -1,0 +1,259 @@
+#include "shell/mainwindow.h"
+
+#include "ui_mainwindow.h"
+
+#include <QScrollBar>
+#include <QTabBar>
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+constexpr double s_zoomStep = 1.4;
+constexpr double s_smallestWidth = 50;  // of a picture as shown
+constexpr double s_largestWidth = 3000;
+constexpr double s_widthSlack = 0.001;
+
+}  // namespace
+
+bool MainWindow::isDocument(int index) const
+{
+    return index >= 0 && index < static_cast<int>(m_Documents.size());
+}
+
+void MainWindow::NewDocument(const QPixmap &pixmap, const QString &name)
+{
+    const auto [entry, isNew] = g_mapNameIndex.try_emplace(name, 0);
+    if (!isNew)
+        ++entry->second;
+    QPictureDocument &document = m_Documents.emplace_back(pixmap);
+    document.m_FileName = name;
+    document.m_NameIndex = entry->second;
+    document.m_Modified = true;
+    RefillTabList();
+    SetCurDocumentIndex(static_cast<int>(m_Documents.size()) - 1);
+}
+
+void MainWindow::RefillTabList()
+{
+    ui->tabWidget->blockSignals(true);
+    ui->tabWidget->setUpdatesEnabled(false);
+    // The picture area lives in a page: it has to leave before the pages go.
+    ui->WidScrollArea->setParent(ui->widPicture);
+    while (ui->tabWidget->count() > 0)
+        delete ui->tabWidget->widget(0);
+    for (int i = 0; i < static_cast<int>(m_Documents.size()); ++i) {
+        QString text = GetFileShowName(i);
+        if (m_Documents[i].m_Modified)
+            text += QStringLiteral(" *");
+        auto *page = new QWidget(this);
+        page->setGeometry(ui->tabWidget->childrenRect());
+        // A single "&" in a tab's text would be taken for a mnemonic.
+        ui->tabWidget->addTab(page, text.replace(u'&', QStringLiteral("&&")));
+    }
+    if (m_CurDocument >= 0 && m_CurDocument < ui->tabWidget->count()) {
+        ui->tabWidget->setCurrentIndex(m_CurDocument);
+        ShowPictureInTab(m_CurDocument);
+    }
+    RefreshWindowTitle(m_CurDocument);
+    ui->tabWidget->setUpdatesEnabled(true);
+    ui->tabWidget->blockSignals(false);
+}
+
+void MainWindow::ShowPictureInTab(int index)
+{
+    if (index < 0 || index >= ui->tabWidget->count()) {
+        ui->WidScrollArea->hide();
+        return;
+    }
+    QWidget *page = ui->tabWidget->widget(index);
+    if (!page)
+        return;
+    ui->WidScrollArea->setParent(page);
+    ui->WidScrollArea->setGeometry(0, 0, ui->tabWidget->width(),
+                                   ui->tabWidget->height() -
+                                       ui->tabWidget->tabBar()->sizeHint().height());
+    // A widget that changes its parent is hidden.
+    ui->WidScrollArea->show();
+}
+
+void MainWindow::SetCurDocumentIndex(int index)
+{
+    if (index == m_CurDocument)
+        return;
+    m_pEditor->EndEdit();
+    QScrollBar *horizontal = ui->scrollArea->horizontalScrollBar();
+    QScrollBar *vertical = ui->scrollArea->verticalScrollBar();
+    if (isDocument(m_CurDocument)) {
+        QPictureDocument &left = m_Documents[m_CurDocument];
+        left.m_ScrollX = horizontal->value();
+        left.m_ScrollY = vertical->value();
+        left.m_Scale = m_Scale;
+        parkHistory(left);
+    }
+    m_CurDocument = index;
+    RedrawPicture();
+    ShowPictureInTab(index);
+    RefreshWindowTitle(index);
+    if (isDocument(index)) {
+        // After the picture, which resets the zoom, and before the scroll bars, which get their
+        // range from it.
+        const QPictureDocument entered = m_Documents[index];
+        m_Scale = entered.m_Scale;
+        m_pEditor->setPixmapScaled(m_Scale);
+        horizontal->setValue(entered.m_ScrollX);
+        vertical->setValue(entered.m_ScrollY);
+        m_pEditor->setVecUnDo(&entered.m_VecUnDo);
+        m_pEditor->setVecReDo(&entered.m_VecReDo);
+    }
+    ui->tabWidget->setFocus(Qt::OtherFocusReason);
+}
+
+int MainWindow::GetDocumentIndex(const QString &name) const
+{
+    const auto found =
+        std::find_if(m_Documents.begin(), m_Documents.end(), [&](const QPictureDocument &document) {
+            return document.m_FileName.compare(name, Qt::CaseInsensitive) == 0;
+        });
+    return found == m_Documents.end() ? -1 : static_cast<int>(found - m_Documents.begin());
+}
+
+QString MainWindow::GetFileShowName(int index) const
+{
+    return isDocument(index) ? m_Documents[index].GetShowName() : QString();
+}
+
+void MainWindow::RefreshWindowTitle(int index)
+{
+    QString title = tr("Snap Workbench");
+    if (index >= 0 && index < ui->tabWidget->count()) {
+        QString tab = ui->tabWidget->tabText(index);
+        title =
+            tab.replace(QStringLiteral("&&"), QStringLiteral("&")) + QStringLiteral(" - ") + title;
+        ui->tabWidget->setCurrentIndex(index);
+    }
+    setWindowTitle(title);
+    ui->LblCaption->setText(windowTitle());
+    // Shortcuts of disabled menu items are dead, and nobody opens the menu before pressing one.
+    BeforeShowFile();
+}
+
+bool MainWindow::HasModified(bool all) const
+{
+    if (!all)
+        return isDocument(m_CurDocument) && m_Documents[m_CurDocument].m_Modified;
+    return std::any_of(m_Documents.begin(), m_Documents.end(),
+                       [](const QPictureDocument &document) { return document.m_Modified; });
+}
+
+void MainWindow::RedrawPicture()
+{
+    if (isDocument(m_CurDocument))
+        m_pEditor->setPixmap(m_Documents[m_CurDocument].m_Pixmap);
+}
+
+void MainWindow::parkHistory(QPictureDocument &document) const
+{
+    document.m_VecUnDo = m_pEditor->getVecUnDo();
+    document.m_VecReDo = m_pEditor->getVecReDo();
+}
+
+void MainWindow::fitPictureArea()
+{
+    const QPixmap &pixmap = m_pEditor->getPixmap();
+    if (pixmap.isNull())
+        return;
+    // The zoom counts device pixels, the layout logical ones.
+    const qreal scale = devicePixelRatioF();
+    const QSize viewport = ui->scrollArea->size();
+    const QSizeF zoomed = QSizeF(drawingSize(QSize(), pixmap.size(), m_Scale)) / scale;
+    const QSize size = viewport.expandedTo(QSize(static_cast<int>(std::ceil(zoomed.width())),
+                                                 static_cast<int>(std::ceil(zoomed.height()))));
+    ui->lblPicture->setFixedSize(size);
+    ui->scrollAreaWidgetContents->setFixedSize(size);
+}
+
+long PictureChanged(long code, long /*unused*/)
+{
+    MainWindow *window = g_MainWindow;
+    if (!window)
+        return 0;
+    switch (code) {
+    case TPictureEditor::HistoryChange:
+        // Only the first change of a saved document costs a new tab bar.
+        if (window->isDocument(window->m_CurDocument) &&
+            !window->m_Documents[window->m_CurDocument].m_Modified) {
+            window->m_Documents[window->m_CurDocument].m_Modified = true;
+            window->RefillTabList();
+        }
+        break;
+    case TPictureEditor::SizeChange:
+        if (window->m_pEditor)
+            window->fitPictureArea();
+        break;
+    case TPictureEditor::ToolChange:
+        window->UpdateDrawButton(nullptr);
+        break;
+    default:
+        break;
+    }
+    return 0;
+}
+
+void MainWindow::MovePicture(int dx, int dy)
+{
+    QScrollBar *horizontal = ui->scrollArea->horizontalScrollBar();
+    QScrollBar *vertical = ui->scrollArea->verticalScrollBar();
+    const int x = horizontal->value() - dx;
+    const int y = vertical->value() - dy;
+    horizontal->setValue(std::clamp(x, 0, horizontal->maximum()));
+    vertical->setValue(std::clamp(y, 0, vertical->maximum()));
+}
+
+void MainWindow::on_tabWidget_currentChanged(int index)
+{
+    if (index >= 0 && index < ui->tabWidget->count())
+        SetCurDocumentIndex(index);
+}
+
+void MainWindow::on_tabWidget_tabCloseRequested(int index)
+{
+    if (isDocument(index))
+        CloseFile(index);
+}
+
+void MainWindow::zoomTo(float scale)
+{
+    m_Scale = scale;
+    m_pEditor->setPixmapScaled(m_Scale);
+}
+
+// Only the width counts for both limits, so zooming out may enlarge a tiny picture.
+void MainWindow::on_BtnZoomOut_clicked()
+{
+    const int width = m_pEditor->getPixmap().width();
+    if (m_CurDocument < 0 || width == 0)
+        return;
+    auto scale = static_cast<float>(m_Scale / s_zoomStep);
+    if (width * static_cast<double>(scale) - s_smallestWidth < s_widthSlack)
+        scale = static_cast<float>(s_smallestWidth / width);
+    zoomTo(scale);
+}
+
+void MainWindow::on_BtnZoomIn_clicked()
+{
+    const int width = m_pEditor->getPixmap().width();
+    if (m_CurDocument < 0 || width == 0)
+        return;
+    auto scale = static_cast<float>(m_Scale + (s_zoomStep - 1) * m_Scale);
+    if (width * static_cast<double>(scale) - s_largestWidth > s_widthSlack)
+        scale = static_cast<float>(s_largestWidth / width);
+    zoomTo(scale);
+}
+
+void MainWindow::on_BtnRealSize_clicked() { zoomTo(1.0F); }
+
+void MainWindow::on_BtnUndo_clicked() { m_pEditor->Undo(); }
+
+void MainWindow::on_BtnRedo_clicked() { m_pEditor->Redo(); }

@@ -1,0 +1,47 @@
+// Another program on the desktop: an undecorated window whose every pixel is told by its position.
+// It takes the keyboard when it is activated, and prints the keys that it receives.
+//
+// patternwindow X Y WIDTH HEIGHT, in device pixels
+
+#include <QBackingStore>
+#include <QGuiApplication>
+#include <QKeyEvent>
+#include <QPainter>
+#include <QRasterWindow>
+
+#include "pattern.h"
+
+#include <cstdio>
+
+class PatternWindow : public QRasterWindow
+{
+protected:
+    void paintEvent(QPaintEvent *) override { QPainter(this).drawImage(0, 0, pattern(size())); }
+    void keyPressEvent(QKeyEvent *event) override
+    {
+        std::printf("key %d\n", event->key());
+        std::fflush(stdout);
+    }
+};
+
+int main(int argc, char **argv)
+{
+    // It counts device pixels whatever the scale of the program under test.
+    qunsetenv("QT_SCALE_FACTOR");
+    qputenv("QT_ENABLE_HIGHDPI_SCALING", "0");
+    const QGuiApplication application(argc, argv);
+    if (argc != 5)
+        return 1;
+    PatternWindow window;
+    window.setTitle(QStringLiteral("pattern"));
+    window.setFlag(Qt::FramelessWindowHint);
+    const QRect place(atoi(argv[1]), atoi(argv[2]), atoi(argv[3]), atoi(argv[4]));
+    window.setGeometry(place);
+    window.show();
+    // Some window managers keep a new window on one monitor; one that is moved goes where it likes.
+    QObject::connect(&window, &QWindow::xChanged, &window, [&window, place](int x) {
+        if (x != place.x())
+            window.setPosition(place.topLeft());
+    });
+    return QGuiApplication::exec();
+}

@@ -1,0 +1,133 @@
+#include "snapworkbench.h"
+
+#include <QDir>
+#include <QDomDocument>
+#include <QFile>
+#include <QFileInfo>
+
+#include <X11/keysym.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QDomDocument parsed(const QString &path)
+{
+    QFile file(path);
+    QDomDocument document;
+    if (file.open(QIODevice::ReadOnly))
+        document.setContent(&file);
+    return document;
+}
+
+}  // namespace
+
+QString SnapWorkbench::program() { return QStringLiteral(SNAP_PROGRAM); }
+
+QString SnapWorkbench::shippedFile()
+{
+    return QFileInfo(program()).path() + u"/SnapWorkbench.xml"_s;
+}
+
+QString SnapWorkbench::dataFolder() const { return m_desktop.home() + u"/data/SnapWorkbench"_s; }
+
+void SnapWorkbench::writeSettings(const QMap<QString, QString> &settings) const
+{
+    QDomDocument document = parsed(shippedFile());
+    QDomElement config = document.documentElement().firstChildElement(u"Config"_s);
+    for (auto it = settings.cbegin(); it != settings.cend(); ++it) {
+        QDomElement element = config.firstChildElement(it.key());
+        if (element.isNull())
+            element = config.appendChild(document.createElement(it.key())).toElement();
+        element.setAttribute(u"data"_s, it.value());
+    }
+    QDir().mkpath(dataFolder());
+    QFile file(resourceFile());
+    if (file.open(QIODevice::WriteOnly))
+        file.write(document.toByteArray(1));
+}
+
+QString SnapWorkbench::setting(const QString &key, const QString &path) const
+{
+    return parsed(path.isEmpty() ? resourceFile() : path)
+        .documentElement()
+        .firstChildElement(u"Config"_s)
+        .firstChildElement(key)
+        .attribute(u"data"_s);
+}
+
+QProcess *SnapWorkbench::start(const QMap<QString, QString> &variables)
+{
+    QProcessEnvironment environment = m_desktop.environment();
+    for (auto it = variables.cbegin(); it != variables.cend(); ++it)
+        environment.insert(it.key(), it.value());
+    m_process = m_desktop.start(program(), {}, environment);
+    return m_process;
+}
+
+bool SnapWorkbench::startAndWait(const QMap<QString, QString> &variables)
+{
+    return start(variables) && waitForTitle(u"Snap Workbench"_s);
+}
+
+bool SnapWorkbench::waitForTitle(const QString &title)
+{
+    return waitFor([&] {
+        const QList<TestDesktop::Window> windows = m_desktop.windows();
+        return std::any_of(windows.begin(), windows.end(), [&](const TestDesktop::Window &window) {
+            return window.title == title;
+        });
+    });
+}
+
+TestDesktop::Window SnapWorkbench::mainWindow()
+{
+    for (const TestDesktop::Window &window : m_desktop.windows()) {
+        if (window.title.endsWith(u"Snap Workbench"_s))
+            return window;
+    }
+    return {};
+}
+
+bool SnapWorkbench::quit()
+{
+    m_desktop.closeWindow(mainWindow());
+    return waitFor([&] { return m_process->state() == QProcess::NotRunning; });
+}
+
+bool SnapWorkbench::hasOverlay(const QRect &area)
+{
+    const QList<TestDesktop::Window> windows = m_desktop.windows();
+    return std::any_of(windows.begin(), windows.end(), [&](const TestDesktop::Window &window) {
+        return window.viewable && window.overrideRedirect && window.area.contains(area);
+    });
+}
+
+bool SnapWorkbench::openOverlay(const QRect &area)
+{
+    // A grab ends with its helper windows gone; until then a hot key only brings the program
+    // forward.
+    const bool idle = waitFor([&] {
+        const QList<TestDesktop::Window> windows = m_desktop.windows();
+        return std::none_of(windows.begin(), windows.end(), [](const TestDesktop::Window &window) {
+            return window.viewable && window.title == u"SnapWorkbench";
+        });
+    });
+    m_desktop.key(XK_r, {XK_Control_L, XK_Alt_L});
+    return idle && waitFor([&] { return hasOverlay(area); });
+}
+
+QImage SnapWorkbench::saveAs(const QString &path)
+{
+    const QList<TestDesktop::Window> before = m_desktop.windows();
+    m_desktop.key(XK_s, {XK_Control_L});
+    const TestDesktop::Window dialog = m_desktop.waitForNewWindow(before);
+    if (dialog.id == XCB_NONE || !m_desktop.waitForFocus(dialog))
+        return {};
+    m_desktop.type(path);
+    m_desktop.key(XK_Return);
+    // The tab tells that the file is complete.
+    if (!waitForTitle(QFileInfo(path).fileName() + u" - Snap Workbench"_s))
+        return {};
+    return QImage(path).convertToFormat(QImage::Format_RGB32);
+}

@@ -1,0 +1,46 @@
+#pragma once
+
+#include "testdesktop.h"
+
+#include <QMap>
+
+/// The program under test on a test desktop, in the desktop's home folder.
+class SnapWorkbench
+{
+public:
+    explicit SnapWorkbench(TestDesktop &desktop) : m_desktop(desktop) {}
+
+    static QString program();
+    static QString shippedFile();
+    QString dataFolder() const;
+    QString resourceFile() const { return dataFolder() + QStringLiteral("/SnapWorkbench.xml"); }
+    QString backupFile() const { return dataFolder() + QStringLiteral("/SnapWorkbench.~xml"); }
+    QString markerFile() const { return dataFolder() + QStringLiteral("/Exceptionfile.rtf"); }
+
+    /// Writes a private resource file: the shipped one with these settings. Before start().
+    void writeSettings(const QMap<QString, QString> &settings) const;
+    /// A setting as a resource file has it, the private one if none is given.
+    QString setting(const QString &key, const QString &path = {}) const;
+
+    /// Starts the program; null when it could not be started. Does not wait for its window.
+    QProcess *start(const QMap<QString, QString> &variables = {});
+    /// Starts it and waits for its window, minimised or not.
+    bool startAndWait(const QMap<QString, QString> &variables = {});
+    bool waitForTitle(const QString &title);
+    /// The main window; no id while there is none.
+    TestDesktop::Window mainWindow();
+    /// Closes the main window as its frame's button would, and waits for the end of the process.
+    bool quit();
+    QProcess *process() const { return m_process; }
+
+    /// Presses the hot key of the rectangle and waits for the overlay, which covers `area`.
+    bool openOverlay(const QRect &area);
+    bool hasOverlay(const QRect &area);
+
+    /// Saves the current picture through the save dialog, and reads the file back.
+    QImage saveAs(const QString &path);
+
+private:
+    TestDesktop &m_desktop;
+    QProcess *m_process = nullptr;
+};

@@ -1,0 +1,373 @@
+#include "testdesktop.h"
+
+#include "pattern.h"
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QTest>
+
+#include <array>
+
+#include <X11/keysym.h>
+#include <xcb/xtest.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int s_dragSteps = 8;
+
+template<typename T> std::unique_ptr<T, decltype(&free)> owned(T *reply) { return {reply, &free}; }
+
+}  // namespace
+
+bool waitFor(const std::function<bool()> &condition, int limit)
+{
+    QDeadlineTimer deadline(limit);
+    while (!condition()) {
+        if (deadline.hasExpired())
+            return false;
+        QTest::qWait(10);
+    }
+    return true;
+}
+
+TestDesktop::TestDesktop(const Options &options)
+    : m_environment(QProcessEnvironment::systemEnvironment())
+{
+    for (const auto &name :
+         {u"DISPLAY"_s, u"QT_QPA_PLATFORM"_s, u"QT_SCALE_FACTOR"_s, u"DBUS_SESSION_BUS_ADDRESS"_s,
+          u"SESSION_MANAGER"_s, u"WAYLAND_DISPLAY"_s})
+        m_environment.remove(name);
+    m_environment.insert(u"HOME"_s, home());
+    m_environment.insert(u"XDG_DATA_HOME"_s, home() + u"/data"_s);
+    m_environment.insert(u"XDG_CONFIG_HOME"_s, home() + u"/config"_s);
+    m_environment.insert(u"XDG_CACHE_HOME"_s, home() + u"/cache"_s);
+    m_environment.insert(u"LC_ALL"_s, u"C.UTF-8"_s);
+    m_environment.insert(u"NO_AT_BRIDGE"_s, u"1"_s);
+    m_ready = startServer(options) && startBus() && startWindowManager(options);
+}
+
+TestDesktop::~TestDesktop()
+{
+    if (m_symbols)
+        xcb_key_symbols_free(m_symbols);
+    if (m_connection)
+        xcb_disconnect(m_connection);
+    // The last started first: programs before the window manager, and the server at the end.
+    for (auto process = m_processes.rbegin(); process != m_processes.rend(); ++process) {
+        (*process)->terminate();
+        if (!(*process)->waitForFinished(3000))
+            (*process)->kill();
+        (*process)->waitForFinished(3000);
+    }
+}
+
+QProcess *TestDesktop::start(const QString &program, const QStringList &arguments,
+                             const QProcessEnvironment &environment)
+{
+    auto process = std::make_unique<QProcess>();
+    process->setProcessEnvironment(environment);
+    process->setStandardErrorFile(QProcess::nullDevice());
+    process->start(program, arguments);
+    if (!process->waitForStarted())
+        return nullptr;
+    m_processes.push_back(std::move(process));
+    return m_processes.back().get();
+}
+
+bool TestDesktop::run(const QString &program, const QStringList &arguments)
+{
+    QProcess process;
+    process.setProcessEnvironment(m_environment);
+    process.start(program, arguments);
+    return process.waitForFinished() && process.exitCode() == 0;
+}
+
+bool TestDesktop::startServer(const Options &options)
+{
+    const QString screen = u"%1x%2x24"_s.arg(options.size.width()).arg(options.size.height());
+    QProcess *server = start(u"Xvfb"_s,
+                             {u"-displayfd"_s, u"1"_s, u"-screen"_s, u"0"_s, screen, u"-noreset"_s,
+                              u"-nolisten"_s, u"tcp"_s},
+                             m_environment);
+    if (!server || !waitFor([&] { return server->canReadLine(); }))
+        return false;
+    const QString display = u":"_s + QString::fromLatin1(server->readLine().trimmed());
+    m_environment.insert(u"DISPLAY"_s, display);
+    m_connection = xcb_connect(display.toLatin1().constData(), nullptr);
+    if (xcb_connection_has_error(m_connection))
+        return false;
+    m_root = xcb_setup_roots_iterator(xcb_get_setup(m_connection)).data->root;
+    m_symbols = xcb_key_symbols_alloc(m_connection);
+    for (const QStringList &monitor : options.monitors) {
+        if (!run(u"xrandr"_s, QStringList{u"--setmonitor"_s} + monitor))
+            return false;
+    }
+    if (!options.xftDpi.isEmpty()) {
+        const QByteArray resources = "Xft.dpi:\t" + options.xftDpi + '\n';
+        xcb_change_property(m_connection, XCB_PROP_MODE_REPLACE, m_root, XCB_ATOM_RESOURCE_MANAGER,
+                            XCB_ATOM_STRING, 8, static_cast<uint32_t>(resources.size()),
+                            resources.constData());
+    }
+    // Some colour that is neither a window's nor black.
+    const uint32_t background = 0x336699;
+    xcb_change_window_attributes(m_connection, m_root, XCB_CW_BACK_PIXEL, &background);
+    xcb_clear_area(m_connection, 0, m_root, 0, 0, 0, 0);
+    xcb_flush(m_connection);
+    return true;
+}
+
+bool TestDesktop::startBus()
+{
+    QProcess *bus = start(u"dbus-daemon"_s, {u"--session"_s, u"--nofork"_s, u"--print-address=1"_s},
+                          m_environment);
+    if (!bus || !waitFor([&] { return bus->canReadLine(); }))
+        return false;
+    m_environment.insert(u"DBUS_SESSION_BUS_ADDRESS"_s,
+                         QString::fromLatin1(bus->readLine().trimmed()));
+    return true;
+}
+
+bool TestDesktop::startWindowManager(const Options &options)
+{
+    m_bare = options.windowManager.isEmpty();
+    if (m_bare)
+        return true;
+    if (!start(options.windowManager.first(), options.windowManager.mid(1), m_environment))
+        return false;
+    if (!options.compositor.isEmpty() &&
+        !start(options.compositor.first(), options.compositor.mid(1), m_environment))
+        return false;
+    const bool compositing =
+        !options.compositor.isEmpty() || options.windowManager.contains(u"--compositor=on"_s);
+    return waitFor([&] {
+        if (property(m_root, "_NET_SUPPORTING_WM_CHECK").isEmpty())
+            return false;
+        const auto owner = owned(xcb_get_selection_owner_reply(
+            m_connection, xcb_get_selection_owner(m_connection, atom("_NET_WM_CM_S0")), nullptr));
+        return !compositing || (owner && owner->owner != XCB_NONE);
+    });
+}
+
+QProcess *TestDesktop::startPattern(const QRect &area)
+{
+    QProcess *process = start(QStringLiteral(SNAP_PATTERN),
+                              {QString::number(area.x()), QString::number(area.y()),
+                               QString::number(area.width()), QString::number(area.height())},
+                              m_environment);
+    const QImage expected = pattern(area.size());
+    const QPoint probe(5, 3);
+    const auto shown = [&] {
+        return pixel(area.topLeft() + probe) == expected.pixel(probe) &&
+               (m_bare || activeTitle() == u"pattern");
+    };
+    return process && waitFor(shown) ? process : nullptr;
+}
+
+void TestDesktop::fake(uint8_t type, uint8_t detail, QPoint at)
+{
+    xcb_test_fake_input(m_connection, type, detail, XCB_CURRENT_TIME, m_root,
+                        static_cast<int16_t>(at.x()), static_cast<int16_t>(at.y()), 0);
+    // The answer to any request says that the server has taken the input in.
+    owned(xcb_get_input_focus_reply(m_connection, xcb_get_input_focus(m_connection), nullptr));
+}
+
+void TestDesktop::movePointer(QPoint to) { fake(XCB_MOTION_NOTIFY, 0, to); }
+
+void TestDesktop::press(int button) { fake(XCB_BUTTON_PRESS, static_cast<uint8_t>(button)); }
+
+void TestDesktop::release(int button) { fake(XCB_BUTTON_RELEASE, static_cast<uint8_t>(button)); }
+
+void TestDesktop::click(QPoint at, int button)
+{
+    movePointer(at);
+    press(button);
+    release(button);
+}
+
+bool TestDesktop::drag(QPoint from, QPoint to, const std::function<bool()> &arrived)
+{
+    movePointer(from);
+    press();
+    for (int step = 1; step <= s_dragSteps; ++step)
+        movePointer(from + (to - from) * step / s_dragSteps);
+    // A hand rests before it lets go, and what counts is what was shown by then.
+    const bool shown = waitFor(arrived);
+    release();
+    return shown;
+}
+
+xcb_keycode_t TestDesktop::keycode(xcb_keysym_t keysym)
+{
+    const auto codes = owned(xcb_key_symbols_get_keycode(m_symbols, keysym));
+    return codes ? *codes : 0;
+}
+
+void TestDesktop::keyDown(xcb_keysym_t keysym) { fake(XCB_KEY_PRESS, keycode(keysym)); }
+
+void TestDesktop::keyUp(xcb_keysym_t keysym) { fake(XCB_KEY_RELEASE, keycode(keysym)); }
+
+void TestDesktop::key(xcb_keysym_t keysym, const QList<xcb_keysym_t> &modifiers)
+{
+    for (const xcb_keysym_t modifier : modifiers)
+        keyDown(modifier);
+    keyDown(keysym);
+    keyUp(keysym);
+    for (const xcb_keysym_t modifier : modifiers)
+        keyUp(modifier);
+}
+
+void TestDesktop::type(const QString &text)
+{
+    for (const QChar character : text) {
+        const auto keysym = static_cast<xcb_keysym_t>(character.unicode());
+        const bool shifted = xcb_key_symbols_get_keysym(m_symbols, keycode(keysym), 0) != keysym;
+        key(keysym, shifted ? QList<xcb_keysym_t>{XK_Shift_L} : QList<xcb_keysym_t>{});
+    }
+}
+
+QImage TestDesktop::screenshot()
+{
+    const auto geometry = owned(
+        xcb_get_geometry_reply(m_connection, xcb_get_geometry(m_connection, m_root), nullptr));
+    const auto reply =
+        owned(xcb_get_image_reply(m_connection,
+                                  xcb_get_image(m_connection, XCB_IMAGE_FORMAT_Z_PIXMAP, m_root, 0,
+                                                0, geometry->width, geometry->height, ~0U),
+                                  nullptr));
+    return QImage(xcb_get_image_data(reply.get()), geometry->width, geometry->height,
+                  QImage::Format_RGB32)
+        .copy();
+}
+
+QRgb TestDesktop::pixel(QPoint at)
+{
+    const auto reply = owned(xcb_get_image_reply(
+        m_connection,
+        xcb_get_image(m_connection, XCB_IMAGE_FORMAT_Z_PIXMAP, m_root, static_cast<int16_t>(at.x()),
+                      static_cast<int16_t>(at.y()), 1, 1, ~0U),
+        nullptr));
+    return reply ? (*reinterpret_cast<QRgb *>(xcb_get_image_data(reply.get())) | 0xff000000) : 0;
+}
+
+xcb_atom_t TestDesktop::atom(const char *name)
+{
+    const auto reply = owned(xcb_intern_atom_reply(
+        m_connection, xcb_intern_atom(m_connection, 0, static_cast<uint16_t>(strlen(name)), name),
+        nullptr));
+    return reply->atom;
+}
+
+QByteArray TestDesktop::property(xcb_window_t window, const char *name)
+{
+    const auto reply = owned(xcb_get_property_reply(
+        m_connection,
+        xcb_get_property(m_connection, 0, window, atom(name), XCB_GET_PROPERTY_TYPE_ANY, 0, 1024),
+        nullptr));
+    if (!reply)
+        return {};
+    return {static_cast<const char *>(xcb_get_property_value(reply.get())),
+            xcb_get_property_value_length(reply.get())};
+}
+
+void TestDesktop::collect(xcb_window_t window, bool child, QList<Window> &result)
+{
+    const auto tree =
+        owned(xcb_query_tree_reply(m_connection, xcb_query_tree(m_connection, window), nullptr));
+    const auto attributes = owned(xcb_get_window_attributes_reply(
+        m_connection, xcb_get_window_attributes(m_connection, window), nullptr));
+    const auto geometry = owned(
+        xcb_get_geometry_reply(m_connection, xcb_get_geometry(m_connection, window), nullptr));
+    const auto origin = owned(xcb_translate_coordinates_reply(
+        m_connection, xcb_translate_coordinates(m_connection, window, m_root, 0, 0), nullptr));
+    if (!tree || !attributes || !geometry || !origin)
+        return;
+    const QString title = QString::fromUtf8(property(window, "_NET_WM_NAME"));
+    if (child || !title.isEmpty())
+        result.append({.id = window,
+                       .title = title,
+                       .area = {origin->dst_x, origin->dst_y, geometry->width, geometry->height},
+                       .overrideRedirect = attributes->override_redirect != 0,
+                       .viewable = attributes->map_state == XCB_MAP_STATE_VIEWABLE});
+    const xcb_window_t *children = xcb_query_tree_children(tree.get());
+    for (int i = xcb_query_tree_children_length(tree.get()) - 1; i >= 0; --i)
+        collect(children[i], window == m_root, result);
+}
+
+QList<TestDesktop::Window> TestDesktop::windows()
+{
+    QList<Window> result;
+    collect(m_root, false, result);
+    return result;
+}
+
+TestDesktop::Window TestDesktop::waitForNewWindow(const QList<Window> &before)
+{
+    Window found;
+    waitFor([&] {
+        for (const Window &window : windows()) {
+            const auto known = std::find_if(before.begin(), before.end(), [&](const Window &other) {
+                return other.id == window.id;
+            });
+            if (window.viewable && known == before.end() &&
+                !property(window.id, "WM_TRANSIENT_FOR").isEmpty())
+                found = window;
+        }
+        return found.id != XCB_NONE;
+    });
+    return found;
+}
+
+bool TestDesktop::waitForFocus(const Window &window)
+{
+    // Without a window manager nobody gives a dialog the keyboard.
+    if (m_bare)
+        xcb_set_input_focus(m_connection, XCB_INPUT_FOCUS_PARENT, window.id, XCB_CURRENT_TIME);
+    return waitFor([&] {
+        const auto focus = owned(
+            xcb_get_input_focus_reply(m_connection, xcb_get_input_focus(m_connection), nullptr));
+        return focus && (focus->focus == window.id || isInside(focus->focus, window.id));
+    });
+}
+
+bool TestDesktop::isInside(xcb_window_t window, xcb_window_t ancestor)
+{
+    const auto tree =
+        owned(xcb_query_tree_reply(m_connection, xcb_query_tree(m_connection, window), nullptr));
+    return tree && tree->parent != XCB_NONE &&
+           (tree->parent == ancestor || isInside(tree->parent, ancestor));
+}
+
+QString TestDesktop::activeTitle()
+{
+    const QByteArray active = property(m_root, "_NET_ACTIVE_WINDOW");
+    if (active.size() < 4)
+        return {};
+    const auto window = *reinterpret_cast<const xcb_window_t *>(active.constData());
+    return window ? QString::fromUtf8(property(window, "_NET_WM_NAME")) : QString();
+}
+
+void TestDesktop::closeWindow(const Window &window)
+{
+    xcb_client_message_event_t message{};
+    message.response_type = XCB_CLIENT_MESSAGE;
+    message.format = 32;
+    message.window = window.id;
+    message.type = atom("WM_PROTOCOLS");
+    message.data.data32[0] = atom("WM_DELETE_WINDOW");
+    xcb_send_event(m_connection, 0, window.id, 0, reinterpret_cast<const char *>(&message));
+    xcb_flush(m_connection);
+}
+
+void TestDesktop::placeWindow(const Window &window, const QRect &area)
+{
+    const std::array<uint32_t, 4> values{
+        static_cast<uint32_t>(area.x()), static_cast<uint32_t>(area.y()),
+        static_cast<uint32_t>(area.width()), static_cast<uint32_t>(area.height())};
+    xcb_configure_window(m_connection, window.id,
+                         XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y | XCB_CONFIG_WINDOW_WIDTH |
+                             XCB_CONFIG_WINDOW_HEIGHT,
+                         values.data());
+    xcb_flush(m_connection);
+}

@@ -1,0 +1,112 @@
+#pragma once
+
+#include <QDeadlineTimer>
+#include <QImage>
+#include <QPoint>
+#include <QProcess>
+#include <QSize>
+#include <QStringList>
+#include <QTemporaryDir>
+
+#include <functional>
+#include <memory>
+#include <vector>
+
+#include <xcb/xcb.h>
+#include <xcb/xcb_keysyms.h>
+
+/// An X server of the test's own with a window manager, a session bus and a home folder, and a
+/// pointer and a keyboard that the server takes for real ones. Everything it started ends with it.
+class TestDesktop
+{
+public:
+    struct Options {
+        QSize size{1600, 1000};
+        QStringList windowManager{QStringLiteral("xfwm4"), QStringLiteral("--compositor=on")};
+        QStringList compositor{};  ///< where the window manager is none
+        /// Monitors as `xrandr --setmonitor` takes them: name, geometry, output. None: one screen.
+        QList<QStringList> monitors{};
+        QByteArray xftDpi{};  ///< the server's Xft.dpi; empty for none
+    };
+
+    explicit TestDesktop(const Options &options);
+    ~TestDesktop();
+    TestDesktop(const TestDesktop &) = delete;
+    TestDesktop &operator=(const TestDesktop &) = delete;
+
+    bool isReady() const { return m_ready; }
+    const QProcessEnvironment &environment() const { return m_environment; }
+    QString home() const { return m_home.path(); }
+
+    /// Starts a program on this desktop; owned by it.
+    QProcess *start(const QString &program, const QStringList &arguments,
+                    const QProcessEnvironment &environment);
+    /// Starts the pattern program with its window at `area`, and waits until it is shown and
+    /// active. Null when it never was.
+    QProcess *startPattern(const QRect &area);
+
+    // The pointer and the keyboard. Global device pixels.
+    void movePointer(QPoint to);
+    void press(int button = 1);
+    void release(int button = 1);
+    void click(QPoint at, int button = 1);
+    /// Presses at `from`, moves in steps, and releases at `to` once `arrived` holds. False when it
+    /// never did.
+    bool drag(QPoint from, QPoint to, const std::function<bool()> &arrived);
+    /// Presses and releases a key with its modifiers, all by keysym.
+    void key(xcb_keysym_t keysym, const QList<xcb_keysym_t> &modifiers = {});
+    void keyDown(xcb_keysym_t keysym);
+    void keyUp(xcb_keysym_t keysym);
+    /// Types ASCII text.
+    void type(const QString &text);
+
+    // What the screen shows.
+    QImage screenshot();
+    QRgb pixel(QPoint at);
+    struct Window {
+        xcb_window_t id = XCB_NONE;
+        QString title{};
+        QRect area{};
+        bool overrideRedirect = false;
+        bool viewable = false;
+    };
+    /// Every window of the tree that has a title or is a child of the root.
+    QList<Window> windows();
+    /// A dialog that is shown and was not there before; waits for it. No id when none came.
+    Window waitForNewWindow(const QList<Window> &before);
+    /// Waits until a window has the keyboard.
+    bool waitForFocus(const Window &window);
+    QString activeTitle();
+    /// Asks a window to close.
+    void closeWindow(const Window &window);
+    /// Asks for another place and size, as the user would by the window's frame.
+    void placeWindow(const Window &window, const QRect &area);
+
+    xcb_connection_t *connection() const { return m_connection; }
+    xcb_window_t root() const { return m_root; }
+
+private:
+    bool startServer(const Options &options);
+    bool startBus();
+    bool startWindowManager(const Options &options);
+    bool run(const QString &program, const QStringList &arguments);
+    void fake(uint8_t type, uint8_t detail, QPoint at = {});
+    xcb_keycode_t keycode(xcb_keysym_t keysym);
+    QByteArray property(xcb_window_t window, const char *name);
+    xcb_atom_t atom(const char *name);
+    bool isInside(xcb_window_t window, xcb_window_t ancestor);
+    void collect(xcb_window_t window, bool child, QList<Window> &result);
+
+    QTemporaryDir m_home;
+    QProcessEnvironment m_environment;
+    std::vector<std::unique_ptr<QProcess>> m_processes;
+    xcb_connection_t *m_connection = nullptr;
+    xcb_window_t m_root = XCB_NONE;
+    xcb_key_symbols_t *m_symbols = nullptr;
+    bool m_bare = false;  ///< no window manager
+    bool m_ready = false;
+};
+
+/// Waits, with events running, until `condition` holds. False when it did not within the limit,
+/// which is generous: a loaded machine is slow, and a wait that succeeds takes no longer for it.
+bool waitFor(const std::function<bool()> &condition, int limit = 20000);

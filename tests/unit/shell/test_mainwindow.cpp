@@ -1,0 +1,349 @@
+#include "config/applicationrecord.h"
+#include "config/settings.h"
+#include "config/xmlstore.h"
+#include "fakedesktop.h"
+#include "shell/mainwindow.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QMenu>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QTabWidget>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QPixmap picture(int width, int height, const QColor &color = Qt::blue)
+{
+    QPixmap pixmap(width, height);
+    pixmap.fill(color);
+    return pixmap;
+}
+
+// Answers the next message box with one of its buttons; gives its text.
+struct Answer {
+    explicit Answer(QMessageBox::StandardButton button)
+    {
+        QObject::connect(&timer, &QTimer::timeout, [this, button] {
+            auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
+            if (!box)
+                return;
+            text = box->text();
+            box->button(button)->click();
+        });
+        timer.start(1);
+    }
+    QTimer timer{};
+    QString text{};
+};
+
+}  // namespace
+
+class TestMainWindow : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+    void numbersAndTitles();
+    void documentsKeepTheirState();
+    void shapesStayWithTheirDocument();
+    void zoomLimits_data();
+    void zoomLimits();
+    void closing();
+    void closingAll();
+    void closeEventCanBeRefused();
+    void openFilesAreFoundByName();
+    void nullPicture();
+    void copying();
+    void everyCaptureItemHasACommand();
+    void shortcuts();
+    void fileMenu();
+    void wholeDesktopGrab();
+
+private:
+    QTabWidget *tabs() const { return m_window->findChild<QTabWidget *>(u"tabWidget"_s); }
+    QString title() const { return m_window->windowTitle(); }
+    void click(const char *button) const
+    {
+        m_window->findChild<QPushButton *>(QLatin1StringView(button))->click();
+    }
+
+    std::unique_ptr<FakeDesktop> m_desktop;
+    std::unique_ptr<QTemporaryDir> m_folder;
+    std::unique_ptr<MainWindow> m_window;
+};
+
+void TestMainWindow::init()
+{
+    m_desktop = std::make_unique<FakeDesktop>();
+    m_folder = std::make_unique<QTemporaryDir>();
+    g_ResourceFileName = m_folder->filePath(u"SnapWorkbench.xml"_s);
+    QFile file(g_ResourceFileName);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write("<Galeway ver=\"1\"/>");
+    file.close();
+    g_mapNameIndex.clear();
+    m_window = std::make_unique<MainWindow>();
+    g_MainWindow = m_window.get();
+    m_window->InitShowGeometry();
+    m_window->show();
+}
+
+void TestMainWindow::cleanup()
+{
+    g_MainWindow = nullptr;
+    m_window.reset();
+    FreeAllXmlDocument();
+}
+
+void TestMainWindow::numbersAndTitles()
+{
+    QCOMPARE(title(), u"Snap Workbench"_s);
+    m_window->NewDocument(picture(10, 10), {});
+    QCOMPARE(title(), u"untitled * - Snap Workbench"_s);
+    m_window->NewDocument(picture(10, 10), {});
+    m_window->NewDocument(picture(10, 10), u"Mail & more"_s);
+    m_window->NewDocument(picture(10, 10), u"Mail & more"_s);
+    QCOMPARE(title(), u"Mail & more 1 * - Snap Workbench"_s);
+    QCOMPARE(tabs()->count(), 4);
+    QCOMPARE(m_window->GetFileShowName(1), u"untitled 1"_s);
+    const Answer discard(QMessageBox::Discard);
+    QVERIFY(m_window->CloseAllFiles());
+    QCOMPARE(title(), u"Snap Workbench"_s);
+    // Numbers are never given back.
+    m_window->NewDocument(picture(10, 10), {});
+    QCOMPARE(title(), u"untitled 2 * - Snap Workbench"_s);
+}
+
+void TestMainWindow::documentsKeepTheirState()
+{
+    auto *area = m_window->findChild<QScrollArea *>(u"scrollArea"_s);
+    m_window->NewDocument(picture(4000, 3000), {});
+    click("BtnZoomOut");
+    const QSize zoomedOut = area->widget()->size();
+    m_window->MovePicture(-123, -77);
+    QCOMPARE(area->horizontalScrollBar()->value(), 123);
+    m_window->MovePicture(1000, -100000);
+    QCOMPARE(area->horizontalScrollBar()->value(), 0);
+    QCOMPARE(area->verticalScrollBar()->value(), area->verticalScrollBar()->maximum());
+    area->horizontalScrollBar()->setValue(50);
+    const int bottom = area->verticalScrollBar()->value();
+
+    m_window->NewDocument(picture(20, 20), {});
+    QCOMPARE(area->widget()->size(), area->size());
+    tabs()->setCurrentIndex(0);
+    QCOMPARE(area->widget()->size(), zoomedOut);
+    QCOMPARE(area->horizontalScrollBar()->value(), 50);
+    QCOMPARE(area->verticalScrollBar()->value(), bottom);
+}
+
+void TestMainWindow::shapesStayWithTheirDocument()
+{
+    auto *editor = m_window->findChild<TPictureEditor *>();
+    m_window->NewDocument(picture(20, 20), {});
+    const EditHistory history{std::make_shared<const EditEntry>()};
+    editor->setVecUnDo(&history);
+    m_window->NewDocument(picture(20, 20), {});
+    QVERIFY(editor->getVecUnDo().isEmpty());
+    tabs()->setCurrentIndex(0);
+    QCOMPARE(editor->getVecUnDo(), history);
+    click("BtnUndo");
+    QCOMPARE(editor->getVecReDo(), history);
+    tabs()->setCurrentIndex(1);
+    QVERIFY(editor->getVecReDo().isEmpty());
+}
+
+void TestMainWindow::zoomLimits_data()
+{
+    QTest::addColumn<int>("width");
+    QTest::addColumn<QByteArray>("button");
+    QTest::addColumn<int>("clicks");
+    QTest::addColumn<float>("scale");
+    QTest::newRow("in by 1.4") << 100 << QByteArray("BtnZoomIn") << 1 << 1.4F;
+    QTest::newRow("out by 1.4") << 100 << QByteArray("BtnZoomOut") << 1 << 1 / 1.4F;
+    QTest::newRow("upper limit") << 2900 << QByteArray("BtnZoomIn") << 3 << 3000.0F / 2900;
+    QTest::newRow("upper limit makes smaller") << 6000 << QByteArray("BtnZoomIn") << 1 << 0.5F;
+    QTest::newRow("lower limit") << 100 << QByteArray("BtnZoomOut") << 9 << 0.5F;
+    QTest::newRow("lower limit enlarges") << 40 << QByteArray("BtnZoomOut") << 1 << 1.25F;
+    QTest::newRow("real size") << 100 << QByteArray("BtnRealSize") << 1 << 1.0F;
+}
+
+void TestMainWindow::zoomLimits()
+{
+    QFETCH(int, width);
+    QFETCH(QByteArray, button);
+    QFETCH(int, clicks);
+    m_window->NewDocument(picture(width, 5), {});
+    for (int i = 0; i < clicks; ++i)
+        click(button.constData());
+    QTEST(m_window->findChild<TPictureEditor *>()->getPixmapScaled(), "scale");
+}
+
+void TestMainWindow::closing()
+{
+    for (const auto *name : {"a", "b", "c"})
+        m_window->NewDocument(picture(10, 10), QLatin1StringView(name));
+    tabs()->setCurrentIndex(1);
+    Answer cancel(QMessageBox::Cancel);
+    m_window->CloseFile();
+    QCOMPARE(cancel.text, u"Save changes to \"b\" ?"_s);
+    QCOMPARE(tabs()->count(), 3);
+    cancel.timer.stop();
+
+    const Answer discard(QMessageBox::Discard);
+    // The number stays when a tab in front of the current one goes.
+    m_window->CloseFile(0);
+    QCOMPARE(title(), u"c * - Snap Workbench"_s);
+    m_window->CloseFile();
+    QCOMPARE(title(), u"b * - Snap Workbench"_s);
+    m_window->CloseFile();
+    QCOMPARE(title(), u"Snap Workbench"_s);
+    QVERIFY(!m_window->findChild<QWidget *>(u"WidScrollArea"_s)->isVisible());
+    m_window->CloseFile();
+    QCOMPARE(tabs()->count(), 0);
+}
+
+void TestMainWindow::closingAll()
+{
+    m_window->NewDocument(picture(10, 10), {});
+    m_window->NewDocument(picture(10, 10), {});
+    Answer cancel(QMessageBox::Cancel);
+    QVERIFY(!m_window->CloseAllFiles());
+    QCOMPARE(cancel.text, u"Save all changes ?"_s);
+    QCOMPARE(tabs()->count(), 2);
+}
+
+void TestMainWindow::closeEventCanBeRefused()
+{
+    m_window->NewDocument(picture(10, 10), {});
+    Answer cancel(QMessageBox::Cancel);
+    QVERIFY(!m_window->close());
+    QVERIFY(m_window->isVisible());
+    QCOMPARE(tabs()->count(), 1);
+}
+
+void TestMainWindow::openFilesAreFoundByName()
+{
+    m_window->NewDocument(picture(10, 10), u"/Pictures/A.png"_s);
+    QCOMPARE(m_window->GetDocumentIndex(u"/pictures/a.PNG"_s), 0);
+    QCOMPARE(m_window->GetDocumentIndex(u"a.png"_s), -1);
+}
+
+void TestMainWindow::nullPicture()
+{
+    m_window->NewDocument({}, u"broken"_s);
+    for (const char *button :
+         {"BtnZoomIn", "BtnZoomOut", "BtnRealSize", "BtnUndo", "BtnRedo", "BtnCopy"})
+        click(button);
+    m_window->grab();
+    m_window->NewDocument(picture(10, 10), {});
+    tabs()->setCurrentIndex(0);
+    const Answer discard(QMessageBox::Discard);
+    m_window->CloseFile();
+    QCOMPARE(tabs()->count(), 1);
+}
+
+void TestMainWindow::copying()
+{
+    QVERIFY(!m_window->CopyFile());
+    m_window->NewDocument(picture(12, 34, Qt::green), {});
+    QVERIFY(m_window->CopyFile());
+    QCOMPARE(QApplication::clipboard()->image().size(), QSize(12, 34));
+    QCOMPARE(QApplication::clipboard()->image().pixelColor(3, 3), QColor(Qt::green));
+}
+
+// Grabs are told apart by their captions, so none may be without a row in the table of commands.
+void TestMainWindow::everyCaptureItemHasACommand()
+{
+    const QStringList bar{u"Rectangular"_s,   u"Ellipse"_s,     u"Arbitrary"_s,   u""_s,
+                          u"Select Window"_s, u"All Windows"_s, u"Full Screen"_s, u"Menu"_s};
+    const QStringList tray{u"Capture Rectangular"_s,
+                           u"Capture Ellipse"_s,
+                           u"Capture Arbitrary"_s,
+                           u""_s,
+                           u"Select Window"_s,
+                           u"All Windows"_s,
+                           u"Capture Full Screen"_s,
+                           u"Capture Full Screen with Countdown Timer"_s,
+                           u"Capture Menu"_s,
+                           u""_s,
+                           u"Show Snapworkbench"_s,
+                           u""_s,
+                           u"Quit"_s};
+    QList<QStringList> menus;
+    for (const QMenu *menu : m_window->findChildren<QMenu *>()) {
+        QStringList captions;
+        for (const QAction *action : menu->actions())
+            captions.append(action->text());
+        menus.append(captions);
+    }
+    QVERIFY(menus.contains(bar));
+    QVERIFY(menus.contains(tray));
+    for (const QString &caption : bar + tray)
+        QCOMPARE(MainWindow::hasCaptureCommand(caption), !caption.isEmpty());
+}
+
+void TestMainWindow::shortcuts()
+{
+    QCOMPARE(MainWindow::CreateShortkey(u"Menu"_s), QKeySequence(u"Ctrl+Alt+M"_s));
+    QCOMPARE(MainWindow::CreateShortkey(u"redo"_s), QKeySequence(u"Ctrl+Shift+Z"_s));
+    QVERIFY(MainWindow::CreateShortkey(u"nothing"_s).isEmpty());
+    // No key may have two owners in the window: the toolkit would call neither.
+    QList<QKeySequence> keys;
+    for (const QPushButton *button : m_window->findChildren<QPushButton *>())
+        keys.append(button->shortcut());
+    for (const QAction *menu : m_window->findChild<QMenuBar *>()->actions()) {
+        for (const QAction *action : menu->menu()->actions()) {
+            if (action->shortcutContext() == Qt::WindowShortcut)
+                keys.append(action->shortcut());
+        }
+    }
+    keys.removeAll(QKeySequence());
+    QCOMPARE(QSet<QKeySequence>(keys.begin(), keys.end()).size(), keys.size());
+    QVERIFY(keys.contains(QKeySequence(u"Ctrl+S"_s)));
+}
+
+void TestMainWindow::fileMenu()
+{
+    const auto item = [this](int data) {
+        for (QAction *action : m_window->findChildren<QAction *>()) {
+            if (action->data().toInt() == data)
+                return action;
+        }
+        return static_cast<QAction *>(nullptr);
+    };
+    m_window->BeforeShowFile();
+    QCOMPARE(item(2)->text(), u"Save "_s);
+    QVERIFY(!item(1)->isEnabled());
+    m_window->NewDocument(picture(10, 10), u"a&b"_s);
+    QCOMPARE(item(3)->text(), u"Save \"a&&b\" As..."_s);
+    QVERIFY(item(1)->isEnabled() && item(2)->isEnabled() && item(3)->isEnabled());
+}
+
+void TestMainWindow::wholeDesktopGrab()
+{
+    m_desktop->windows->list = {{{.number = 1, .bounds = {0, 0, 800, 600}}, Qt::red}};
+    QVERIFY(HotkeyCallBack(0, 0) == 0 && HotkeyCallBack(10, 0) == 0);
+    g_MainWindow = nullptr;
+    HotkeyCallBack(6, 0);
+    g_MainWindow = m_window.get();
+    QCOMPARE(tabs()->count(), 0);
+    HotkeyCallBack(6, 0);
+    QCOMPARE(tabs()->count(), 1);
+    const QPixmap grabbed = m_window->findChild<TPictureEditor *>()->getPixmap();
+    QCOMPARE(grabbed.size(), QSize(800, 600));
+    QCOMPARE(grabbed.toImage().pixelColor(400, 300), QColor(Qt::red));
+}
+
+QTEST_MAIN(TestMainWindow)
+#include "test_mainwindow.moc"
