@@ -28,7 +28,12 @@ bool isOpaqueFormat(const QString &path)
 
 QPictureDocument::QPictureDocument(const QPixmap &pixmap) : m_Pixmap(pixmap) {}
 
-QPictureDocument::QPictureDocument(const QString &path) : m_FileName(path) { m_Pixmap.load(path); }
+QPictureDocument::QPictureDocument(const QString &path) : m_FileName(path)
+{
+    m_Pixmap.load(path);
+    // A picture is its pixels: the toolkit reads a scale out of names that end in "@2x".
+    m_Pixmap.setDevicePixelRatio(1);
+}
 
 QString QPictureDocument::GetShowName() const
 {

@@ -109,6 +109,8 @@ void TPictureEditor::EndEdit()
 // Typed text is recorded whatever it is, an empty one too: it takes one undo.
 void TPictureEditor::saveEditText()
 {
+    if (!m_pTextEdit)
+        return;
     record(
         TextShape{m_TextPos},
         {.type = m_State, .color = m_PenColor, .text = m_pTextEdit->toPlainText(), .font = m_Font});

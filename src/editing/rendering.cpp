@@ -79,6 +79,11 @@ QImage replayed(const QImage &picture, const EditHistory &history, const QColor 
 {
     QImage result = picture;
     if (!history.isEmpty() && !result.isNull()) {
+        // Sizes of text count in the screen's dots, and not in those that a scanned picture tells
+        // of.
+        const QImage plain(1, 1, QImage::Format_RGB32);
+        result.setDotsPerMeterX(plain.dotsPerMeterX());
+        result.setDotsPerMeterY(plain.dotsPerMeterY());
         QPainter painter(&result);
         painter.setRenderHint(QPainter::Antialiasing);
         for (const EntryPtr &entry : std::views::reverse(history)) {
@@ -86,6 +91,9 @@ QImage replayed(const QImage &picture, const EditHistory &history, const QColor 
             std::visit([&](const auto &shape) { draw(painter, shape, entry->style); },
                        entry->geometry);
         }
+        painter.end();
+        result.setDotsPerMeterX(picture.dotsPerMeterX());
+        result.setDotsPerMeterY(picture.dotsPerMeterY());
     }
     return cleanPixmap(picture, result, background);
 }

@@ -41,7 +41,7 @@ class NullHotKeys : public HotKeys
 {
 public:
     void setHandler(std::function<void(int)>) override {}
-    bool add(int, char) override { return false; }
+    void add(int, char) override {}
     void remove(int) override {}
 };
 

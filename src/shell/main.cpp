@@ -4,10 +4,12 @@
 #include "config/texthelpers.h"
 #include "platform/services.h"
 #include "shell/mainwindow.h"
+#include "shell/picturestyle.h"
 
 #include <QApplication>
 #include <QFile>
 #include <QImageReader>
+#include <QScopeGuard>
 
 using namespace Qt::StringLiterals;
 
@@ -24,10 +26,13 @@ int main(int argc, char **argv)
     QCoreApplication::setOrganizationDomain(u"brenvale.example.org"_s);
     QCoreApplication::setApplicationName(u"SnapWorkbench"_s);
     const QApplication application(argc, argv);
+    QApplication::setStyle(new PictureStyle);
     // A tool that waits in the tray ends by its own command only.
     QGuiApplication::setQuitOnLastWindowClosed(false);
     QImageReader::setAllocationLimit(s_pictureLimit);
     installServices(createServices());
+    // They must not outlive the connection that they speak over.
+    const auto withdrawServices = qScopeGuard([] { installServices({}); });
 
     Licensing::initialise();
     ReadProfile();
@@ -56,6 +61,5 @@ int main(int argc, char **argv)
         StopWatchAppActive();
         g_MainWindow = nullptr;
     }
-    installServices({});
     return status;
 }

@@ -8,11 +8,13 @@
 #include "ui_mainwindow.h"
 
 #include <QAbstractEventDispatcher>
+#include <QApplication>
 #include <QCloseEvent>
 #include <QDialog>
 #include <QGuiApplication>
 #include <QPainter>
 #include <QScreen>
+#include <QTimer>
 
 using namespace Qt::StringLiterals;
 
@@ -22,6 +24,9 @@ namespace {
 
 constexpr QSize s_smallestSize(950, 650);
 constexpr QColor s_tableColor(231, 238, 244, 255);  // behind the picture
+
+constexpr QColor s_captionColor(215, 222, 228);
+constexpr int s_captionSize = 13;  // pixels
 
 bool flag(const QString &key) { return GetConfigString(key).toInt() == 1; }
 
@@ -35,13 +40,14 @@ int numberOr(const QString &key, int fallback)
 
 }  // namespace
 
-MainWindow::MainWindow() : ui(std::make_unique<Ui::MainWindow>())
+MainWindow::MainWindow()
+    : QMainWindow(nullptr, Qt::FramelessWindowHint), ui(std::make_unique<Ui::MainWindow>())
 {
-    ui->setupUi(this);
-    setStyleSheet(styleSheet() + u"MainWindow{background-color: rgba(35, 40, 45, 0%);}"_s);
-    setWindowFlag(Qt::FramelessWindowHint);
-    // What the corners' pictures leave free shows the desktop.
+    // The window paints its body itself, and what the corners' pictures leave free shows the
+    // desktop.
     setAttribute(Qt::WA_TranslucentBackground, services().windows->isComposited());
+    ui->setupUi(this);
+    setUpCaption();
     setWindowTitle(tr("Snap Workbench"));
     ui->LblCaption->setText(windowTitle());
 
@@ -66,6 +72,16 @@ MainWindow::~MainWindow()
     freeHotKey();
     SetAppActiveChangeCallback(nullptr);
     SaveAllXmlDocument();
+}
+
+void MainWindow::setUpCaption()
+{
+    QPalette palette = ui->LblCaption->palette();
+    palette.setColor(QPalette::WindowText, s_captionColor);
+    ui->LblCaption->setPalette(palette);
+    QFont font = ui->LblCaption->font();
+    font.setPixelSize(s_captionSize);
+    ui->LblCaption->setFont(font);
 }
 
 void MainWindow::setUpPictureArea()
@@ -108,9 +124,13 @@ void MainWindow::setUpEditor()
 
 void MainWindow::setUpTray()
 {
-    m_TrayIcon.setIcon(QIcon(GetBtnAttr(this, u"BtnIcon"_s, 4)));
-    m_TrayIcon.setContextMenu(m_TrayMenu);
-    m_TrayIcon.setVisible(true);
+    // The desktop's tray answers late, and the window need not wait for it.
+    QTimer::singleShot(0, this, [this] {
+        m_TrayIcon = std::make_unique<QSystemTrayIcon>();
+        m_TrayIcon->setIcon(QIcon(GetBtnAttr(this, u"BtnIcon"_s, 4)));
+        m_TrayIcon->setContextMenu(m_TrayMenu);
+        m_TrayIcon->setVisible(true);
+    });
 }
 
 // The registration may want to remind of itself while the program idles.
@@ -174,6 +194,14 @@ void MainWindow::SaveGeometry()
 
 void MainWindow::closeEvent(QCloseEvent *event)
 {
+    if (m_bCapturing) {
+        // The grab waits for windows that would be gone, and its picture has not been asked about.
+        m_CloseAfterGrab = true;
+        if (auto *overlay = qobject_cast<QDialog *>(QApplication::activeModalWidget()))
+            overlay->reject();
+        event->ignore();
+        return;
+    }
     if (!CloseAllFiles()) {
         event->ignore();
         return;

@@ -147,6 +147,7 @@ private:
     friend long PictureChanged(long code, long unused);
     friend long ActiveCallBack(bool active);
 
+    void setUpCaption();
     void setUpPictureArea();
     void setUpEditor();
     void setUpTray();
@@ -154,6 +155,7 @@ private:
     void fitPictureArea();
     void zoomTo(float scale);
     void parkHistory(QPictureDocument &document) const;
+    void parkState(QPictureDocument &document) const;
     void forgetLastPicture();
     void CreateMenus();
     void createCaptureMenus(QMenuBar &bar);
@@ -166,6 +168,7 @@ private:
     void DrawPictureBackgound();
     const QPixmap &skinPicture(const QString &section, int attribute);
     bool beginGrab(GrabStart &start);
+    void endGrab();
     void finishGrab(QPixmap picture, const GrabStart &start);
     void restoreMinimized(const GrabStart &start);
     void LoadPixmapFromXml(QPixmap &pixmap, const QString &section, int attribute);
@@ -173,7 +176,7 @@ private:
     void DealPicture(QPixmap &pixmap, const QPainterPath *path, const QPolygonF *polygon);
 
     std::unique_ptr<Ui::MainWindow> ui;
-    QSystemTrayIcon m_TrayIcon;
+    std::unique_ptr<QSystemTrayIcon> m_TrayIcon;
     QMenu *m_TrayMenu = nullptr;
     QMenu *m_FileMenu = nullptr;
     QMenu *m_HelpMenu = nullptr;
@@ -182,6 +185,7 @@ private:
     std::unique_ptr<TPictureEditor> m_pEditor;
     float m_Scale = 1.0F;       ///< zoom of the current document
     bool m_bCapturing = false;  ///< one grab at a time
+    bool m_CloseAfterGrab = false;
     QDialog *m_pFocusDialog = nullptr;
     QPixmap m_MenuBarPixmap;
     QPixmap m_FlagPixmap;

@@ -5,9 +5,11 @@
 #include "ui_mainwindow.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPushButton>
+#include <QShortcut>
 
 #include <array>
 
@@ -33,18 +35,22 @@ constexpr std::array<const char *, 30> s_buttons{
     "BtnDrawPoly",     "BtnDrawText",     "BtnUndo",         "BtnRedo",        "BtnZoomIn",
     "BtnZoomOut",      "BtnRealSize",     "BtnCopy",         "BtnSave",        "BtnColor"};
 
-// The buttons of the edit strip show their own shortcuts in their tooltips.
+// The first button of the edit strip.
 constexpr size_t s_firstEditButton = 16;
 
-// Those that show the hot key of their grab, and have no shortcut of their own.
-constexpr std::array<std::pair<const char *, const char *>, 7> s_captureButtons{
+// Those that show the keys of their command.
+constexpr std::array<std::pair<const char *, const char *>, 11> s_keyedButtons{
     {{"BtnFrameRect", "Rectangular"},
      {"BtnFrameEllipse", "Ellipse"},
      {"BtnFramePolygon", "Arbitrary"},
      {"BtnSelectWindow", "Select Window"},
      {"BtnAllWindows", "All Windows"},
      {"BtnFullScreen", "Full Screen"},
-     {"BtnMenuCapture", "Menu"}}};
+     {"BtnMenuCapture", "Menu"},
+     {"BtnUndo", "undo"},
+     {"BtnRedo", "redo"},
+     {"BtnCopy", "Copy %1"},
+     {"BtnSave", "Save %1"}}};
 
 // By the number of the tool.
 constexpr std::array<const char *, 6> s_toolButtons{"BtnDrawMove",  "BtnDrawRect", "BtnDrawEllipse",
@@ -70,13 +76,20 @@ int pictureFor(const QPushButton &button, const QEvent &event)
     }
 }
 
+// The ending names the format: without it the toolkit asks each of its picture plug-ins, and has to
+// load them all first.
+bool loadPicture(QPixmap &pixmap, const QString &path)
+{
+    return pixmap.load(path, QFileInfo(path).suffix().toLatin1().constData());
+}
+
 }  // namespace
 
 void MainWindow::LoadPixmapFromXml(QPixmap &pixmap, const QString &section, int attribute)
 {
     const QString path = GetBtnAttr(this, section, attribute);
     if (QFile::exists(path))
-        pixmap.load(path);
+        loadPicture(pixmap, path);
 }
 
 void MainWindow::LoadPixmapFlag()
@@ -112,10 +125,15 @@ void MainWindow::InitImgButton()
     };
     for (const char *name : s_buttons)
         button(name)->installEventFilter(this);
-    ui->BtnUndo->setShortcut(CreateShortkey(u"undo"_s));
-    ui->BtnRedo->setShortcut(CreateShortkey(u"redo"_s));
-    ui->BtnCopy->setShortcut(CreateShortkey(u"Copy %1"_s));
-    ui->BtnSave->setShortcut(CreateShortkey(u"Save %1"_s));
+    // Not the buttons' own: a button that is clicked by its keys shows that for a while first, and
+    // the next keys would overtake it.
+    const auto onKeys = [this](const char *command, auto slot) {
+        new QShortcut(CreateShortkey(QLatin1StringView(command)), this, slot);
+    };
+    onKeys("undo", [this] { m_pEditor->Undo(); });
+    onKeys("redo", [this] { m_pEditor->Redo(); });
+    onKeys("Copy %1", [this] { CopyFile(); });
+    onKeys("Save %1", [this] { SaveFile(); });
 
     const auto setHint = [this](QPushButton *target, const QKeySequence &keys) {
         QString hint = GetBtnAttr(this, target->objectName(), s_hint);
@@ -123,10 +141,10 @@ void MainWindow::InitImgButton()
             hint += u"  "_s + keys.toString(QKeySequence::NativeText);
         target->setToolTip(hint);
     };
-    for (const auto &[name, command] : s_captureButtons)
-        setHint(button(name), CreateShortkey(QString::fromLatin1(command)));
     for (size_t i = s_firstEditButton; i < s_buttons.size(); ++i)
-        setHint(button(s_buttons[i]), button(s_buttons[i])->shortcut());
+        setHint(button(s_buttons[i]), {});
+    for (const auto &[name, command] : s_keyedButtons)
+        setHint(button(name), CreateShortkey(QLatin1StringView(command)));
 
     for (const char *name : s_buttons) {
         QEvent leave(QEvent::Leave);
@@ -168,14 +186,17 @@ void MainWindow::showButtonPicture(QPushButton &button, int picture)
     if (!QFile::exists(path))
         return;
     button.setIconSize(button.size());
-    if (&button != ui->BtnColor) {
-        button.setIcon(QIcon(path));
-        return;
-    }
-    QImage image = QImage(path).convertToFormat(QImage::Format_ARGB32_Premultiplied);
-    if (!image.isNull())
-        QPainter(&image).fillRect(s_colorField, m_pEditor->getPenColor());
-    button.setIcon(QIcon(QPixmap::fromImage(image)));
+    QPixmap pixmap;
+    loadPicture(pixmap, path);
+    if (&button == ui->BtnColor && !pixmap.isNull())
+        QPainter(&pixmap).fillRect(s_colorField, m_pEditor->getPenColor());
+    QIcon icon(pixmap);
+    // Twice as fine a picture, where the skin has one and the desktop is scaled.
+    const QFileInfo file(path);
+    const QString fine = file.path() + u'/' + file.completeBaseName() + u"@2x."_s + file.suffix();
+    if (devicePixelRatioF() > 1 && QFile::exists(fine) && loadPicture(pixmap, fine))
+        icon.addPixmap(pixmap);
+    button.setIcon(icon);
 }
 
 void MainWindow::UpdateDrawButton(QPushButton *over)

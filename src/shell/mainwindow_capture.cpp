@@ -13,6 +13,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -112,10 +113,10 @@ void MainWindow::WaitFor()
 
 void MainWindow::FocusThis(QWidget *widget)
 {
-    QWidget *target = widget ? widget : this;
+    const QPointer<QWidget> target = widget ? widget : this;
     target->raise();
     // A window manager may refuse at first, so the request is made again from time to time.
-    for (int round = 0; !IsAppActive(); ++round) {
+    for (int round = 0; target && !IsAppActive(); ++round) {
         if (round % s_roundsBetweenRequests == 0)
             services().watch->bringToFront(target);
         QCoreApplication::processEvents();
@@ -181,7 +182,10 @@ bool MainWindow::beginGrab(GrabStart &start)
     if (m_bCapturing) {
         // The overlay is the program's front window while it is open. The main window, raised,
         // would come to lie above it, and would be in the picture.
-        FocusThis(QApplication::activeModalWidget());
+        QWidget *overlay = QApplication::activeModalWidget();
+        if (overlay && !QApplication::activePopupWidget())
+            overlay->raise();
+        FocusThis(m_pFocusDialog && m_pFocusDialog->isVisible() ? m_pFocusDialog : nullptr);
         return false;
     }
     m_bCapturing = true;
@@ -191,6 +195,13 @@ bool MainWindow::beginGrab(GrabStart &start)
     if (start.wasActive)
         start.activeWindow = QApplication::activeWindow();
     return true;
+}
+
+void MainWindow::endGrab()
+{
+    m_bCapturing = false;
+    if (std::exchange(m_CloseAfterGrab, false))
+        QMetaObject::invokeMethod(this, &MainWindow::close, Qt::QueuedConnection);
 }
 
 void MainWindow::restoreMinimized(const GrabStart &start)
@@ -247,7 +258,7 @@ void MainWindow::ShowGrabRectWindow(bool)
         restoreMinimized(start);
     }
     RestoreAppFocus(!start.wasActive && (!accepted || !start.showAfter));
-    m_bCapturing = false;
+    endGrab();
 }
 
 void MainWindow::ShowFullScreen(bool, bool)
@@ -261,7 +272,7 @@ void MainWindow::ShowFullScreen(bool, bool)
     if (!start.wasActive)
         FocusPreApp();
     finishGrab(screenWindow(0, 0, -1, -1, true, nullptr), start);
-    m_bCapturing = false;
+    endGrab();
 }
 
 void MainWindow::ShowGrabEllipseWindow(bool) {}

@@ -32,10 +32,16 @@ QString mediaDirectory()
 QMessageBox::StandardButton ask(QWidget *parent, const QString &text,
                                 QMessageBox::StandardButton save)
 {
-    return QMessageBox::question(parent, QString::fromWCharArray(g_AppName), text,
-                                 save | QMessageBox::Discard | QMessageBox::Cancel,
-                                 QMessageBox::Cancel);
+    QMessageBox box(QMessageBox::Question, QString::fromWCharArray(g_AppName), text,
+                    save | QMessageBox::Discard | QMessageBox::Cancel, parent);
+    box.setDefaultButton(QMessageBox::Cancel);
+    // A picture's name may look like markup.
+    box.setTextFormat(Qt::PlainText);
+    return static_cast<QMessageBox::StandardButton>(box.exec());
 }
+
+// Some styles put a mnemonic of their own into a menu's texts.
+QString captionOf(const QAction &action) { return action.text().remove(u'&'); }
 
 }  // namespace
 
@@ -69,9 +75,15 @@ bool MainWindow::SaveAsFile(int index)
         index = m_CurDocument;
     if (!isDocument(index))
         return false;
+    // A window's title is no path.
     const QString path = m_Documents[index].IsNewFile()
-                             ? mediaDirectory() + PathSep() + m_Documents[index].GetShowName()
+                             ? mediaDirectory() + PathSep() +
+                                   m_Documents[index].GetShowName().replace(PathSep(), u"_"_s)
                              : m_Documents[index].m_FileName;
+    // While the dialog is open a hot key may make another document the current one.
+    const bool wasCurrent = index == m_CurDocument;
+    if (wasCurrent)
+        parkHistory(m_Documents[index]);
     QString selected;
     const QString filters = GetMacFilter(GetSavePictureFilter(path, selected));
     if (selected.isEmpty())
@@ -83,7 +95,8 @@ bool MainWindow::SaveAsFile(int index)
     SetConfigString(u"SaveMediaFilterIdx"_s, selected);
     SetConfigString(u"MediaDir"_s, GetDirectory(answer));
     QPictureDocument &document = m_Documents[index];
-    parkHistory(document);
+    if (!wasCurrent)
+        parkHistory(document);
     document.save(answer, nullptr, -1);
     document.m_FileName = answer;
     document.m_Modified = false;
@@ -117,6 +130,10 @@ void MainWindow::CloseFile(int index)
             (answer == QMessageBox::Save && !SaveFile(index)) || !isDocument(index))
             return;
     }
+    // The switch below parks nothing, and the document that stays current must not lose what is
+    // new.
+    if (isDocument(m_CurDocument) && m_CurDocument != index)
+        parkState(m_Documents[m_CurDocument]);
     m_Documents.erase(m_Documents.begin() + index);
     RefillTabList();
     // With no current document the switch parks nothing. The number stays, whichever tab was
@@ -216,9 +233,9 @@ void MainWindow::BeforeShowFile()
             action->setText(tr("Save %1 As...").arg(name));
             break;
         default:
-            if (action->text() == tr("Close All"))
+            if (captionOf(*action) == tr("Close All"))
                 action->setEnabled(any);
-            else if (action->text() == tr("Save All"))
+            else if (captionOf(*action) == tr("Save All"))
                 action->setEnabled(HasModified(true));
         }
     }

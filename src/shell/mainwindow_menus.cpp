@@ -120,7 +120,8 @@ void MainWindow::CreateMenus()
     QAction *save = m_FileMenu->addAction(tr("Save %1"), CreateShortkey(u"Save %1"_s), this,
                                           [this] { SaveFile(); });
     save->setData(2);
-    // The save button has the same keys, and two owners of one shortcut would both stay silent.
+    // Shown only: the keys work whatever the item's state, and two owners of them would both stay
+    // silent.
     save->setShortcutContext(Qt::WidgetShortcut);
     m_FileMenu
         ->addAction(tr("Save %1 As..."), QKeySequence(u"Ctrl+Shift+S"_s), this,
@@ -158,7 +159,8 @@ void MainWindow::createCaptureMenus(QMenuBar &bar)
 void MainWindow::BeforeShowMenuHelp()
 {
     for (QAction *action : m_HelpMenu->actions()) {
-        if (action->text() == tr("Buy now") || action->text() == tr("Register..."))
+        const QString caption = action->text().remove(u'&');
+        if (caption == tr("Buy now") || caption == tr("Register..."))
             action->setVisible(!Licensing::status().registered);
     }
 }

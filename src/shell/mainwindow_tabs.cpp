@@ -11,6 +11,7 @@
 namespace {
 
 constexpr double s_zoomStep = 1.4;
+constexpr double s_zoomGrowth = 0.4;
 constexpr double s_smallestWidth = 50;  // of a picture as shown
 constexpr double s_largestWidth = 3000;
 constexpr double s_widthSlack = 0.001;
@@ -85,13 +86,8 @@ void MainWindow::SetCurDocumentIndex(int index)
     m_pEditor->EndEdit();
     QScrollBar *horizontal = ui->scrollArea->horizontalScrollBar();
     QScrollBar *vertical = ui->scrollArea->verticalScrollBar();
-    if (isDocument(m_CurDocument)) {
-        QPictureDocument &left = m_Documents[m_CurDocument];
-        left.m_ScrollX = horizontal->value();
-        left.m_ScrollY = vertical->value();
-        left.m_Scale = m_Scale;
-        parkHistory(left);
-    }
+    if (isDocument(m_CurDocument))
+        parkState(m_Documents[m_CurDocument]);
     m_CurDocument = index;
     RedrawPicture();
     ShowPictureInTab(index);
@@ -133,8 +129,9 @@ void MainWindow::RefreshWindowTitle(int index)
             tab.replace(QStringLiteral("&&"), QStringLiteral("&")) + QStringLiteral(" - ") + title;
         ui->tabWidget->setCurrentIndex(index);
     }
-    setWindowTitle(title);
-    ui->LblCaption->setText(windowTitle());
+    // The toolkit takes a lone "[*]" for its own mark of a modified window.
+    setWindowTitle(title.replace(QStringLiteral("[*]"), QStringLiteral("[*][*]")));
+    ui->LblCaption->setText(title.replace(QStringLiteral("[*][*]"), QStringLiteral("[*]")));
     // Shortcuts of disabled menu items are dead, and nobody opens the menu before pressing one.
     BeforeShowFile();
 }
@@ -157,6 +154,14 @@ void MainWindow::parkHistory(QPictureDocument &document) const
 {
     document.m_VecUnDo = m_pEditor->getVecUnDo();
     document.m_VecReDo = m_pEditor->getVecReDo();
+}
+
+void MainWindow::parkState(QPictureDocument &document) const
+{
+    document.m_ScrollX = ui->scrollArea->horizontalScrollBar()->value();
+    document.m_ScrollY = ui->scrollArea->verticalScrollBar()->value();
+    document.m_Scale = m_Scale;
+    parkHistory(document);
 }
 
 void MainWindow::fitPictureArea()
@@ -246,7 +251,7 @@ void MainWindow::on_BtnZoomIn_clicked()
     const int width = m_pEditor->getPixmap().width();
     if (m_CurDocument < 0 || width == 0)
         return;
-    auto scale = static_cast<float>(m_Scale + (s_zoomStep - 1) * m_Scale);
+    auto scale = static_cast<float>(m_Scale + s_zoomGrowth * m_Scale);
     if (width * static_cast<double>(scale) - s_largestWidth > s_widthSlack)
         scale = static_cast<float>(s_largestWidth / width);
     zoomTo(scale);

@@ -1,8 +1,11 @@
 #include "shell/savedialog.h"
 
+#include <QCoreApplication>
+#include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QImageWriter>
+#include <QMessageBox>
 
 using namespace Qt::StringLiterals;
 
@@ -17,12 +20,25 @@ bool hasPictureEnding(const QString &path)
         QFileInfo(path).suffix().toLower().toLatin1());
 }
 
+bool mayReplace(QWidget *parent, const QString &path)
+{
+    if (!QFileInfo::exists(path))
+        return true;
+    const QString question = QCoreApplication::translate(
+        "QFileDialog", "%1 already exists.\nDo you want to replace it?");
+    return QMessageBox::warning(parent, QString(), question.arg(QFileInfo(path).fileName()),
+                                QMessageBox::Yes | QMessageBox::No,
+                                QMessageBox::No) == QMessageBox::Yes;
+}
+
 }  // namespace
 
 QString askSaveFileName(QWidget *parent, const QString &path, const QString &filters,
                         QString &selected)
 {
-    QFileDialog dialog(parent, QString(), QString(), filters);
+    const QString folder = QFileInfo(path).path();
+    QFileDialog dialog(parent, QString(), QDir(folder).exists() ? folder : QDir::homePath(),
+                       filters);
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setFileMode(QFileDialog::AnyFile);
     const auto useEnding = [&dialog](const QString &filter) {
@@ -32,14 +48,18 @@ QString askSaveFileName(QWidget *parent, const QString &path, const QString &fil
     if (!selected.isEmpty())
         dialog.selectNameFilter(selected);
     useEnding(dialog.selectedNameFilter());
-    dialog.setDirectory(QFileInfo(path).path());
-    dialog.selectFile(path);
-    if (dialog.exec() != QDialog::Accepted)
-        return {};
-    selected = dialog.selectedNameFilter();
-    const QString answer = dialog.selectedFiles().value(0);
-    // The dialog leaves a name alone that has any dot in it, which a title from a window may well
-    // have.
-    return answer.isEmpty() || hasPictureEnding(answer) ? answer
-                                                        : answer + u'.' + formatOf(selected);
+    // The name alone: of a whole path the dialog would cut its own folder off, and not always
+    // rightly.
+    dialog.selectFile(QFileInfo(path).fileName());
+    while (dialog.exec() == QDialog::Accepted) {
+        selected = dialog.selectedNameFilter();
+        const QString answer = dialog.selectedFiles().value(0);
+        if (answer.isEmpty() || hasPictureEnding(answer))
+            return answer;
+        // The dialog takes any dot for an ending, and has asked about the name without one.
+        const QString whole = answer + u'.' + formatOf(selected);
+        if (mayReplace(parent, whole))
+            return whole;
+    }
+    return {};
 }

@@ -63,12 +63,12 @@ X11HotKeys::~X11HotKeys()
 
 void X11HotKeys::setHandler(std::function<void(int)> handler) { m_handler = std::move(handler); }
 
-bool X11HotKeys::add(int number, char letter)
+void X11HotKeys::add(int number, char letter)
 {
     if (m_modifiers == 0)
         readKeyboard();
     m_letters[number] = letter;
-    return grab(letter);
+    grab(letter);
 }
 
 void X11HotKeys::remove(int number)
@@ -107,21 +107,19 @@ void X11HotKeys::readKeyboard()
             keycodesOf(symbols.get(), static_cast<xcb_keysym_t>(letter - 'A' + 'a'));
 }
 
-bool X11HotKeys::grab(char letter)
+void X11HotKeys::grab(char letter)
 {
     xcb_connection_t *connection = m_display.connection();
-    QList<xcb_void_cookie_t> cookies;
     for (const xcb_keycode_t keycode : m_keycodes.value(letter)) {
         for (const uint16_t locks : std::as_const(m_locks)) {
-            cookies.append(xcb_grab_key_checked(connection, 0, m_display.root(),
-                                                m_modifiers | locks, keycode, XCB_GRAB_MODE_ASYNC,
-                                                XCB_GRAB_MODE_ASYNC));
+            const xcb_void_cookie_t cookie =
+                xcb_grab_key_checked(connection, 0, m_display.root(), m_modifiers | locks, keycode,
+                                     XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+            // A refusal is nobody's business, and nobody waits for it.
+            xcb_discard_reply(connection, cookie.sequence);
         }
     }
-    bool granted = !cookies.isEmpty();
-    for (const xcb_void_cookie_t cookie : std::as_const(cookies))
-        granted &= !Reply<xcb_generic_error_t>(xcb_request_check(connection, cookie));
-    return granted;
+    xcb_flush(connection);
 }
 
 void X11HotKeys::ungrab(char letter)

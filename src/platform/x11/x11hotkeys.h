@@ -16,14 +16,14 @@ public:
     ~X11HotKeys() override;
 
     void setHandler(std::function<void(int)> handler) override;
-    bool add(int number, char letter) override;
+    void add(int number, char letter) override;
     void remove(int number) override;
 
     bool nativeEventFilter(const QByteArray &eventType, void *message, qintptr *result) override;
 
 private:
     void readKeyboard();
-    bool grab(char letter);
+    void grab(char letter);
     void ungrab(char letter);
     void pressed(xcb_keycode_t keycode);
     void forgetReleasedKeys();

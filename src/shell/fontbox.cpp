@@ -1,0 +1,64 @@
+#include "shell/fontbox.h"
+
+#include <QFontDatabase>
+#include <QLineEdit>
+#include <QSignalBlocker>
+
+FontBox::FontBox(QWidget *parent) : QComboBox(parent), m_font(font())
+{
+    setEditable(true);
+    setInsertPolicy(QComboBox::NoInsert);
+    setEditText(m_font.family());
+    connect(this, &QComboBox::textActivated, this, &FontBox::choose);
+    connect(lineEdit(), &QLineEdit::editingFinished, this, [this] { choose(currentText()); });
+}
+
+void FontBox::setCurrentFont(const QFont &font)
+{
+    const bool changed = font != m_font;
+    m_font = font;
+    setEditText(font.family());
+    if (changed)
+        emit currentFontChanged(m_font);
+}
+
+void FontBox::showPopup()
+{
+    fill();
+    QComboBox::showPopup();
+}
+
+void FontBox::focusInEvent(QFocusEvent *event)
+{
+    fill();
+    QComboBox::focusInEvent(event);
+}
+
+void FontBox::fill()
+{
+    if (m_filled)
+        return;
+    m_filled = true;
+    const QSignalBlocker blocker(this);
+    const QString family = currentText();
+    for (const QString &name : QFontDatabase::families()) {
+        if (!QFontDatabase::isPrivateFamily(name))
+            addItem(name);
+    }
+    setCurrentIndex(findText(family));
+    setEditText(family);
+}
+
+// A family that doesn't exist leaves the font as it is.
+void FontBox::choose(const QString &family)
+{
+    fill();
+    const int index = findText(family, Qt::MatchFixedString);
+    if (index < 0) {
+        setEditText(m_font.family());
+        return;
+    }
+    QFont font = m_font;
+    font.setFamily(itemText(index));
+    setCurrentFont(font);
+}

@@ -1,0 +1,38 @@
+#include "shell/picturestyle.h"
+
+#include <QIconEngine>
+#include <QPainter>
+#include <QPainterPath>
+
+namespace {
+
+// The two chevrons of a bar that does not show all that it holds.
+class MoreIcon : public QIconEngine
+{
+public:
+    void paint(QPainter *painter, const QRect &rect, QIcon::Mode mode,
+               QIcon::State /*state*/) override
+    {
+        constexpr qreal unit = 1.0 / 12;
+        painter->save();
+        painter->setRenderHint(QPainter::Antialiasing);
+        painter->translate(rect.topLeft());
+        painter->scale(rect.width() * unit, rect.height() * unit);
+        painter->setPen(QPen(mode == QIcon::Disabled ? Qt::gray : QColor(201, 211, 220), 1.2,
+                             Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+        for (const qreal x : {2.5, 6.5})
+            painter->drawPolyline(QPolygonF({{x, 3}, {x + 3, 6}, {x, 9}}));
+        painter->restore();
+    }
+    QIconEngine *clone() const override { return new MoreIcon; }
+};
+
+}  // namespace
+
+QIcon PictureStyle::standardIcon(StandardPixmap standardIcon, const QStyleOption *option,
+                                 const QWidget *widget) const
+{
+    if (standardIcon == SP_ToolBarHorizontalExtensionButton)
+        return QIcon(new MoreIcon);
+    return QProxyStyle::standardIcon(standardIcon, option, widget);
+}
