@@ -18,7 +18,8 @@
 
 namespace {
 
-// A picture stays open in its tab while the next is taken, so its memory is not there to be used again.
+// A picture stays open in its tab while the next is taken, so its memory is not there to be used
+// again.
 class Open
 {
 public:

@@ -21,17 +21,21 @@ QColor black(qreal opacity)
     return QColor::fromRgbF(0.0F, 0.0F, 0.0F, static_cast<float>(opacity));
 }
 
-}  // namespace
-
-CaptureOverlay::CaptureOverlay(QWidget *parent, qreal sheetOpacity)
-    : QDialog(parent), m_sheetOpacity(sheetOpacity)
+QRect desktopBox()
 {
     int left = 0;
     int top = 0;
     int width = 0;
     int height = 0;
     getScreenGem(left, top, width, height);
-    m_area = {left, top, width, height};
+    return {left, top, width, height};
+}
+
+}  // namespace
+
+CaptureOverlay::CaptureOverlay(QWidget *parent, qreal sheetOpacity)
+    : QDialog(parent), m_area(desktopBox()), m_sheetOpacity(sheetOpacity)
+{
     setWindowFlags(windowFlags() | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
     m_tick.start(s_tickInterval, this);
 }
@@ -52,6 +56,20 @@ void CaptureOverlay::ShowDetailWindow(EShowMagOpr opr, int x, int y)
     emit ShowDetailWindowRequest(this, opr, x, y);
 }
 
+// The loop ends when the window is hidden, so it must not begin without one: an overlay that
+// can't be shown, or that was closed while it was being shown, would never return.
+int CaptureOverlay::exec()
+{
+    setModal(true);
+    show();
+    if (!isVisible())
+        return Rejected;
+    const int result = QDialog::exec();
+    // The end of the program leaves the loop with the window, and the keyboard, where they were.
+    hide();
+    return result;
+}
+
 void CaptureOverlay::changeviewmode() { ShowDetailWindow(eMagChangeMode, 0, 0); }
 
 void CaptureOverlay::setVisible(bool visible)
@@ -59,8 +77,9 @@ void CaptureOverlay::setVisible(bool visible)
     if (visible == isVisible()) {
         QDialog::setVisible(visible);
     } else if (visible) {
+        if (!makeSeeThrough())
+            return;
         m_windowBefore = QApplication::activeWindow();
-        makeSeeThrough();
         QDialog::setVisible(true);
         // Both need the window on the screen: the keyboard goes to no other, and the magnifier,
         // which opens now, comes to lie above it.
@@ -85,16 +104,26 @@ void CaptureOverlay::giveFocusBack()
     m_windowBefore.clear();
 }
 
-void CaptureOverlay::makeSeeThrough()
+// False where nothing could be seen but the sheet.
+bool CaptureOverlay::makeSeeThrough()
 {
     m_dimmed = {};
     const bool composited = services().windows->isComposited();
     setWindowOpacity(composited ? m_sheetOpacity : 1.0);
     if (composited)
-        return;
+        return true;
     m_dimmed = screenWindow(0, 0, -1, -1, true, nullptr);
-    if (!m_dimmed.isNull())
-        QPainter(&m_dimmed).fillRect(m_dimmed.rect(), black(m_sheetOpacity));
+    if (m_dimmed.isNull())
+        return false;
+    QPainter(&m_dimmed).fillRect(m_dimmed.rect(), black(m_sheetOpacity));
+    return true;
+}
+
+// The overlay was made for the desktop as it was when it opened. Without the compositor that it
+// counted on the sheet turns opaque, and a picture of what it hides can no longer be taken.
+bool CaptureOverlay::fitsDesktop() const
+{
+    return m_area == desktopBox() && (!m_dimmed.isNull() || services().windows->isComposited());
 }
 
 // No window manager gives the focus to this window.
@@ -131,8 +160,12 @@ void CaptureOverlay::timerEvent(QTimerEvent *event)
         QDialog::timerEvent(event);
         return;
     }
-    if (finished)
+    if (finished || !isVisible())
         return;
+    if (!fitsDesktop()) {
+        reject();
+        return;
+    }
     // An open menu has the keyboard, and must not be covered.
     const bool menuIsOpen = QApplication::activePopupWidget();
     if (!IsAppActive() && !menuIsOpen)

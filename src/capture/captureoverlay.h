@@ -28,9 +28,12 @@ public:
 
     void ShowDetailWindow(EShowMagOpr opr, int x, int y);
 
+    /// Stays hidden where the desktop can't be seen through it.
     void setVisible(bool visible) override;
 
 public slots:
+    /// Ends by itself, rejected, if the desktop changes so that the overlay no longer fits it.
+    int exec() override;
     void changeviewmode();
 
 signals:
@@ -45,7 +48,7 @@ protected:
     /// once, when the form has been built.
     void setSurface(QWidget *surface);
 
-    /// Every 100 ms until `finished`.
+    /// Every 100 ms while the overlay is shown, until `finished`.
     virtual void tick() = 0;
 
     void timerEvent(QTimerEvent *event) override;
@@ -77,7 +80,8 @@ protected:
     void paintSheet(const QRegion &exposed, const std::function<void(QPainter &)> &draw);
 
 private:
-    void makeSeeThrough();
+    bool makeSeeThrough();
+    bool fitsDesktop() const;
     void takeKeyboard();
     void giveKeyboardBack();
     void giveFocusBack();

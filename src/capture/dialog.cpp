@@ -203,6 +203,7 @@ bool Dialog::surfaceEvent(QEvent *event)
 {
     switch (event->type()) {
     case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonDblClick:
     case QEvent::MouseMove:
     case QEvent::MouseButtonRelease:
         mouseEvent(*static_cast<QMouseEvent *>(event));
@@ -227,12 +228,13 @@ void Dialog::mouseEvent(const QMouseEvent &event)
     // The position in the window, which the surface fills: the one in the surface itself has been
     // cut to whole logical pixels.
     const QPoint pos = toPixels(event.scenePosition());
-    if (event.type() == QEvent::MouseButtonPress)
-        press(pos, event.buttons());
-    else if (event.type() == QEvent::MouseMove)
+    // A press soon after a click comes as a double click, and begins a drag like any other.
+    if (event.type() == QEvent::MouseMove)
         move(pos);
-    else
+    else if (event.type() == QEvent::MouseButtonRelease)
         release(pos);
+    else
+        press(pos, event.buttons());
 }
 
 void Dialog::press(QPoint pos, Qt::MouseButtons buttons)
@@ -294,6 +296,9 @@ void Dialog::tick()
 
 void Dialog::contextMenuEvent(QContextMenuEvent *event)
 {
+    // The menu opens at the press and takes the releases, the one of a drag too.
+    if (m_selection.isPressed() || event->reason() == QContextMenuEvent::Mouse)
+        release(pointerInOverlay());
     QMenu menu(this);
     const auto add = [&](const QString &text, const QKeySequence &shortcut, bool enabled) {
         QAction *action = menu.addAction(text);

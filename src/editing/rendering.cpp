@@ -1,7 +1,5 @@
 #include "editing/rendering.h"
 
-#include <ranges>
-
 namespace {
 
 constexpr QSize s_textBox(1000, 1000);  // picture pixels
@@ -86,10 +84,10 @@ QImage replayed(const QImage &picture, const EditHistory &history, const QColor 
         result.setDotsPerMeterY(plain.dotsPerMeterY());
         QPainter painter(&result);
         painter.setRenderHint(QPainter::Antialiasing);
-        for (const EntryPtr &entry : std::views::reverse(history)) {
-            painter.setPen(QPen(entry->style.color, entry->style.width));
-            std::visit([&](const auto &shape) { draw(painter, shape, entry->style); },
-                       entry->geometry);
+        for (auto entry = history.crbegin(); entry != history.crend(); ++entry) {
+            const EditMsg &style = (*entry)->style;
+            painter.setPen(QPen(style.color, style.width));
+            std::visit([&](const auto &shape) { draw(painter, shape, style); }, (*entry)->geometry);
         }
         painter.end();
         result.setDotsPerMeterX(picture.dotsPerMeterX());

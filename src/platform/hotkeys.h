@@ -12,8 +12,8 @@ public:
     /// press: a key held down repeats nothing.
     virtual void setHandler(std::function<void(int)> handler) = 0;
 
-    /// Asks for a combination. One that another program holds never fires. `letter` is a capital of A
-    /// to Z.
+    /// Asks for a combination. One that another program holds never fires. `letter` is a capital of
+    /// A to Z.
     virtual void add(int number, char letter) = 0;
     virtual void remove(int number) = 0;
 };

@@ -15,7 +15,8 @@ class NullWindowServer : public WindowServer
 {
 public:
     QList<Entry> windows(List, int) override { return {}; }
-    QImage picture(const QRectF &, const QList<int> &) override { return {}; }
+    QImage screenPicture(const QRect &) override { return {}; }
+    QImage picture(std::optional<QRectF>, const QList<int> &) override { return {}; }
     QList<QRect> screens() override
     {
         QList<QRect> result;
@@ -33,6 +34,7 @@ public:
         const qreal scale = window->devicePixelRatioF();
         window->setGeometry(QRect(area.topLeft() / scale, area.size() / scale));
     }
+    void keepOutOfTaskBar(QWidget *) override {}
     void dropShadow(QWidget *) override {}
     int numberOf(const QWidget *) override { return 0; }
 };

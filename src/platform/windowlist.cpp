@@ -66,7 +66,7 @@ int CocoaGrabWindows::GetWindowList(int onScreen, int relativeTo)
 
 QImage CocoaGrabWindows::GrabWindow(int windowNumber)
 {
-    Image = services().windows->picture({}, {windowNumber});
+    Image = services().windows->picture(std::nullopt, {windowNumber});
     return Image;
 }
 
@@ -142,14 +142,16 @@ QImage GrabFullWindow(int x, int y, int width, int height, bool clip, QWidget *e
     if (clip)
         area = clipped(area);
     g_WindowList.GetWindowList(1, 0);
-    const int left = except ? services().windows->numberOf(except) : 0;
+    if (!except)
+        return services().windows->screenPicture(area);
+    const int left = services().windows->numberOf(except);
     QList<int> numbers;
     numbers.reserve(g_WindowList.Count);
     for (const WindowServer::Entry &entry : std::as_const(g_WindowList.WindowInfo)) {
-        if (!except || entry.number != left)
+        if (entry.number != left)
             numbers.append(entry.number);
     }
-    return services().windows->picture(area, numbers);
+    return services().windows->picture(QRectF(area), numbers);
 }
 
 QPixmap screenWindow(int x, int y, int width, int height, bool clip, QWidget *except)

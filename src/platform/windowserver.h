@@ -6,6 +6,8 @@
 #include <QRect>
 #include <QString>
 
+#include <optional>
+
 class QWidget;
 
 /// Windows, their pictures, screens and the pointer, as the window system has them now.
@@ -30,10 +32,16 @@ public:
     /// and all that are in front of it.
     virtual QList<Entry> windows(List which, int relativeTo) = 0;
 
-    /// The given windows, composited with the first one in front. A null rectangle means their own
-    /// bounds; one with a side of 0 or less, or windows that are gone, give a null picture. What no
-    /// window covers is black, or transparent where the picture has an alpha channel.
-    virtual QImage picture(const QRectF &area, const QList<int> &numbers) = 0;
+    /// What the screen shows, with nothing left out; black where no screen is. A side of 0 or less
+    /// gives a null picture.
+    virtual QImage screenPicture(const QRect &area) = 0;
+
+    /// The given windows, the first one in front, and no other. Without an area: their own bounds,
+    /// and one window alone comes out whole, whatever covers it. With one: what the desktop would
+    /// show there. A side of 0 or less, or windows that are gone, give a null picture. What no
+    /// window covers is black, the wallpaper, or transparent where the picture has an alpha
+    /// channel.
+    virtual QImage picture(std::optional<QRectF> area, const QList<int> &numbers) = 0;
 
     /// The screens' rectangles, the primary screen first; never empty.
     virtual QList<QRect> screens() = 0;
@@ -51,6 +59,9 @@ public:
     /// Makes a window that is not shown yet cover `area`, over panels and every screen, without the
     /// window manager's say. The widget keeps its own stacking and opacity.
     virtual void coverArea(QWidget *window, const QRect &area) = 0;
+
+    /// Keeps a window of this program, not shown yet, out of task bars and switchers.
+    virtual void keepOutOfTaskBar(QWidget *window) = 0;
 
     /// Keeps the compositor from drawing a shadow around a window of this program.
     virtual void dropShadow(QWidget *window) = 0;

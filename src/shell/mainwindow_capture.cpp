@@ -164,6 +164,7 @@ void MainWindow::SetAppFocus()
         m_pFocusDialog->setWindowFlags(Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
         m_pFocusDialog->setGeometry({});
         m_pFocusDialog->installEventFilter(this);
+        services().windows->keepOutOfTaskBar(m_pFocusDialog);
         g_widgetExcept = m_pFocusDialog;
     }
     m_MenuBarPixmap = screenMenu();

@@ -53,11 +53,11 @@ QString askSaveFileName(QWidget *parent, const QString &path, const QString &fil
     dialog.selectFile(QFileInfo(path).fileName());
     while (dialog.exec() == QDialog::Accepted) {
         selected = dialog.selectedNameFilter();
-        const QString answer = dialog.selectedFiles().value(0);
+        QString answer = dialog.selectedFiles().value(0);
         if (answer.isEmpty() || hasPictureEnding(answer))
             return answer;
         // The dialog takes any dot for an ending, and has asked about the name without one.
-        const QString whole = answer + u'.' + formatOf(selected);
+        QString whole = answer + u'.' + formatOf(selected);
         if (mayReplace(parent, whole))
             return whole;
     }

@@ -31,6 +31,7 @@ public:
     bool menuBar = false;
     QHash<const QWidget *, int> numbers{};  ///< of this program's windows
     QList<QRect> covered{};                 ///< what coverArea() was asked for
+    QList<const QWidget *> keptOutOfTaskBar{};
 
     QList<Entry> windows(List which, int relativeTo) override
     {
@@ -44,7 +45,15 @@ public:
         return result;
     }
 
-    QImage picture(const QRectF &area, const QList<int> &chosenNumbers) override
+    QImage screenPicture(const QRect &area) override
+    {
+        QList<int> shown;
+        for (const Entry &entry : windows(List::OnScreen, 0))
+            shown.append(entry.number);
+        return picture(QRectF(area), shown);
+    }
+
+    QImage picture(std::optional<QRectF> area, const QList<int> &chosenNumbers) override
     {
         QList<Window> chosen;
         QRectF bounds;
@@ -57,7 +66,7 @@ public:
             chosen.prepend(*found);
             bounds |= found->entry.bounds;
         }
-        const QRect pixels = (area.isNull() ? bounds : area).toRect();
+        const QRect pixels = area.value_or(bounds).toRect();
         if (pixels.isEmpty())
             return {};
         QImage result(pixels.size(), QImage::Format_RGB32);
@@ -80,6 +89,7 @@ public:
         window->setGeometry(
             QRectF(QPointF(area.topLeft()) / scale, QSizeF(area.size()) / scale).toAlignedRect());
     }
+    void keepOutOfTaskBar(QWidget *window) override { keptOutOfTaskBar.append(window); }
     void dropShadow(QWidget *) override {}
     int numberOf(const QWidget *widget) override { return numbers.value(widget); }
 };

@@ -20,6 +20,8 @@ constexpr auto s_manageRound = 1ms;
 
 constexpr uint32_t s_sourcePager = 2;  // a request made by the user, which focus rules let through
 
+constexpr uint32_t s_allDesktops = 0xffffffff;
+
 // A process for windows that don't tell theirs: some other application, whichever.
 constexpr long s_unknownProcess = -1;
 
@@ -99,7 +101,8 @@ long X11ApplicationWatch::processOf(xcb_window_t window)
 
 void X11ApplicationWatch::activate(unsigned window)
 {
-    if (window == XCB_NONE)
+    // A user who has put a window away meanwhile does not want it back.
+    if (window == XCB_NONE || !isInView(window))
         return;
     if (m_display.hasWindowManager()) {
         m_display.sendToRoot(window, m_display.atom("_NET_ACTIVE_WINDOW"),
@@ -128,10 +131,32 @@ void X11ApplicationWatch::bringToFront(QWidget *widget)
     report(window);
 }
 
+bool X11ApplicationWatch::isInView(xcb_window_t window)
+{
+    xcb_connection_t *connection = m_display.connection();
+    const auto attributes =
+        XCB_REPLY(connection, get_window_attributes, xcb_get_window_attributes(connection, window));
+    if (!attributes || attributes->map_state != XCB_MAP_STATE_VIEWABLE)
+        return false;
+    const QList<uint32_t> own =
+        m_display.values(window, m_display.atom("_NET_WM_DESKTOP"), XCB_ATOM_CARDINAL);
+    const QList<uint32_t> current = m_display.values(
+        m_display.root(), m_display.atom("_NET_CURRENT_DESKTOP"), XCB_ATOM_CARDINAL);
+    return own.isEmpty() || current.isEmpty() || own == current || own.first() == s_allDesktops;
+}
+
 // A window manager knows nothing yet of a window that was shown a moment ago, and would drop a
-// request.
+// request. No events run meanwhile, so nobody waits twice for a window that it does not want.
 void X11ApplicationWatch::waitUntilManaged(xcb_window_t window)
 {
+    if (window == m_waitedFor)
+        return;
+    m_waitedFor = window;
+    xcb_connection_t *connection = m_display.connection();
+    const auto attributes =
+        XCB_REPLY(connection, get_window_attributes, xcb_get_window_attributes(connection, window));
+    if (!attributes || attributes->override_redirect)
+        return;
     const xcb_atom_t state = m_display.atom("WM_STATE");
     QDeadlineTimer deadline(s_manageLimit);
     while (m_display.values(window, state, state).isEmpty() && !deadline.hasExpired())

@@ -23,6 +23,7 @@ private:
     void update();
     void report(xcb_window_t front);
     xcb_window_t focusWindow();
+    bool isInView(xcb_window_t window);
     void waitUntilManaged(xcb_window_t window);
     void focus(xcb_window_t window);
     long processOf(xcb_window_t window);
@@ -30,5 +31,6 @@ private:
     X11Display &m_display;
     Handlers m_handlers;
     xcb_window_t m_front = XCB_NONE;  ///< the active window
-    long m_pid = 0;                   ///< its process; 0 for none
+    xcb_window_t m_waitedFor = XCB_NONE;
+    long m_pid = 0;  ///< its process; 0 for none
 };

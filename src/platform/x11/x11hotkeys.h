@@ -2,6 +2,7 @@
 
 #include "platform/hotkeys.h"
 #include "platform/x11/x11display.h"
+#include "platform/x11/x11keyboard.h"
 
 #include <QAbstractNativeEventFilter>
 #include <QMap>
@@ -22,18 +23,18 @@ public:
     bool nativeEventFilter(const QByteArray &eventType, void *message, qintptr *result) override;
 
 private:
-    void readKeyboard();
-    void grab(char letter);
-    void ungrab(char letter);
-    void pressed(xcb_keycode_t keycode);
+    void changeKeyboard();
+    void grabKeys();
+    bool pressed(const xcb_key_press_event_t &key);
     void forgetReleasedKeys();
 
     X11Display &m_display;
     std::function<void(int)> m_handler;
     QMap<int, char> m_letters;  ///< by number
-    QMap<char, QList<xcb_keycode_t>> m_keycodes;
-    uint16_t m_modifiers = 0;     ///< Ctrl and Alt
-    QList<uint16_t> m_locks;      ///< every combination of the lock keys
+    X11Keyboard m_keyboard;
+    QList<xcb_keycode_t> m_grabbed;
+    int m_keyboardEvent = -1;     ///< the type of the keyboard extension's events
+    QTimer m_keyboardChange;      ///< runs until the keyboard is read anew
     QList<xcb_keycode_t> m_held;  ///< hot keys that are still down
     QTimer m_releaseWatch;        ///< runs while one is
 };

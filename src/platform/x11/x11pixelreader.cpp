@@ -52,8 +52,8 @@ void copyLines(QImage &image, int top, int height, const uchar *from)
     const size_t count = bytes / sizeof(uint32_t);
     size_t i = 0;
 #ifdef __SSE2__
-    // Past the cache: nobody reads the picture before all of it is there, and fetching what is about to
-    // be overwritten would double the traffic.
+    // Past the cache: nobody reads the picture before all of it is there, and fetching what is
+    // about to be overwritten would double the traffic.
     for (; i < count && reinterpret_cast<uintptr_t>(to + i) % sizeof(__m128i) != 0; ++i)
         to[i] = pixels[i] | unused;
     const __m128i mask = _mm_set1_epi32(static_cast<int>(unused));
@@ -163,10 +163,10 @@ QImage X11PixelReader::read(xcb_drawable_t drawable, const QRect &area, int dept
     QImage image(area.size(), format);
     if (image.isNull())
         return {};
-    const bool read = attach() && image.bytesPerLine() <= s_slotBytes
-                          ? readShared(drawable, area, image)
-                          : readPlain(drawable, area, image);
-    if (!read)
+    // A server may let a segment be attached and still refuse to write into it.
+    const bool shared =
+        attach() && image.bytesPerLine() <= s_slotBytes && readShared(drawable, area, image);
+    if (!shared && !readPlain(drawable, area, image))
         return {};
     return depth == 16 || depth == 30 ? image.convertToFormat(QImage::Format_RGB32) : image;
 }

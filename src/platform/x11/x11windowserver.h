@@ -4,6 +4,10 @@
 #include "platform/x11/x11display.h"
 #include "platform/x11/x11pixelreader.h"
 
+#include <QRegion>
+
+class QPainter;
+
 class X11WindowServer : public WindowServer
 {
 public:
@@ -11,17 +15,29 @@ public:
     explicit X11WindowServer(X11Display &display);
 
     QList<Entry> windows(List which, int relativeTo) override;
-    QImage picture(const QRectF &area, const QList<int> &numbers) override;
+    QImage screenPicture(const QRect &area) override;
+    QImage picture(std::optional<QRectF> area, const QList<int> &numbers) override;
     QList<QRect> screens() override;
     QPoint pointer() override;
     bool hasMenuBar() const override { return false; }
     bool isComposited() override;
     void coverArea(QWidget *window, const QRect &area) override;
+    void keepOutOfTaskBar(QWidget *window) override;
     void dropShadow(QWidget *window) override;
     int numberOf(const QWidget *widget) override;
 
 private:
-    struct Window;
+    struct Window {
+        xcb_window_t frame = XCB_NONE;   ///< the root's child
+        xcb_window_t client = XCB_NONE;  ///< the application's window, where the frame has one
+        QRect bounds{};                  ///< with the border
+        int border = 0;
+        int depth = 0;
+        bool onScreen = false;
+        bool unmanaged = false;  ///< override-redirect
+        QRegion shape{};         ///< what of `bounds` it fills; see readShapes()
+        Entry entry{};
+    };
 
     /// The root's children, the frontmost first.
     QList<Window> topLevels();
@@ -32,10 +48,16 @@ private:
     xcb_window_t topLevelOf(xcb_window_t window);
     QRect rootArea();
     QImage rootPicture(const QRect &area);
-    QImage windowPicture(xcb_window_t window);
-    QImage composition(const QRect &area, const QList<int> &numbers);
+    QImage windowPicture(xcb_window_t frame);
+    QImage storedPicture(const Window &window, const QRect &area);
+    void readShapes(QList<Window> &windows, const QRect &area);
+    void paintWallpaper(QPainter &painter, const QRegion &region);
+    void paintWindows(QPainter &painter, QRegion region, const QList<Window> &windows);
+    void place(QWidget *window, QPoint origin);
 
     X11Display &m_display;
     X11PixelReader m_reader;
-    QList<int> m_lastOnScreen;  ///< the numbers that windows() gave out last for the whole screen
+    bool m_hasRandr = false;
+    bool m_hasShape = false;
+    bool m_hasComposite = false;
 };

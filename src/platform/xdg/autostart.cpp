@@ -9,6 +9,21 @@
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+// A key's value in an entry of one group; the format lets spaces stand around the sign.
+QByteArray valueOf(const QList<QByteArray> &lines, const QByteArray &key)
+{
+    for (const QByteArray &line : lines) {
+        const qsizetype sign = line.indexOf('=');
+        if (sign > 0 && line.left(sign).trimmed() == key)
+            return line.mid(sign + 1).trimmed();
+    }
+    return {};
+}
+
+}  // namespace
+
 QString Autostart::entryPath()
 {
     return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
@@ -30,7 +45,12 @@ QByteArray Autostart::execLine()
 bool Autostart::contains() const
 {
     QFile entry(entryPath());
-    return entry.open(QIODevice::ReadOnly) && entry.readAll().split('\n').contains(execLine());
+    if (!entry.open(QIODevice::ReadOnly))
+        return false;
+    const QList<QByteArray> lines = entry.readAll().split('\n');
+    // Desktops switch an entry off without taking it away.
+    return lines.contains(execLine()) && valueOf(lines, "Hidden") != "true" &&
+           valueOf(lines, "X-GNOME-Autostart-enabled") != "false";
 }
 
 void Autostart::insert()

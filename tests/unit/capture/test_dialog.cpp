@@ -16,6 +16,7 @@
 
 #include <functional>
 #include <memory>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -27,13 +28,12 @@ private slots:
     void init();
     void coversDesktop();
     void looksLikeCompositor();
-    void marksEveryPixel_data();
     void marksEveryPixel();
     void partialRepaintEqualsFull();
     void feedsMagnifier();
-    void ends_data();
     void ends();
-    void closesUnderItsMenu();
+    void leavesChangedDesktop();
+    void menuEndsDrag();
     void captionFits();
     void icons();
 
@@ -44,6 +44,8 @@ private:
     /// Moves the pointer there and sends the event. `pixel` is in overlay coordinates.
     void mouse(QEvent::Type type, QPoint pixel, Qt::MouseButtons buttons);
     void drag(QPoint from, QPoint to);
+    /// Opens the context menu, and runs `meanwhile` while it is open.
+    void contextMenu(const std::function<void()> &meanwhile);
     QImage onScreen() const;
 
     std::unique_ptr<FakeDesktop> m_desktop;
@@ -85,6 +87,13 @@ void TestDialog::drag(QPoint from, QPoint to)
     QApplication::processEvents();
 }
 
+void TestDialog::contextMenu(const std::function<void()> &meanwhile)
+{
+    QTimer::singleShot(0, this, meanwhile);
+    QContextMenuEvent event(QContextMenuEvent::Mouse, {9, 9}, {9, 9});
+    QApplication::sendEvent(surface(), &event);  // returns when the menu does
+}
+
 QImage TestDialog::onScreen() const
 {
     const auto *image = dynamic_cast<QImage *>(m_dialog->backingStore()->paintDevice());
@@ -122,31 +131,24 @@ void TestDialog::looksLikeCompositor()
     QCOMPARE(shown.pixelColor(302, 130), QColor(80, 16, 3));
 }
 
-void TestDialog::marksEveryPixel_data()
-{
-    QTest::addColumn<QPoint>("to");
-    QTest::addColumn<QRect>("region");
-    QTest::newRow("even") << QPoint(150, 132) << QRect(100, 100, 50, 32);
-    QTest::newRow("odd") << QPoint(152, 136) << QRect(101, 103, 51, 33);
-    QTest::newRow("past the far corner") << QPoint(650, 480) << QRect(300, 301, 301, 150);
-}
-
 void TestDialog::marksEveryPixel()
 {
-    QFETCH(QPoint, to);
-    QFETCH(QRect, region);
     // The scale does not divide this size.
     m_desktop->windows->screenList = {{0, 0, 601, 451}, {-600, 0, 600, 450}};
     open();
     QCOMPARE(m_dialog->getPolygonF(), nullptr);
     QVERIFY(m_dialog->getPixmap().isNull());
     const QPoint origin(600, 0);
-    drag(region.topLeft() + origin, to + origin);
-    QCOMPARE(label(u"label_6"_s)->text(), u"%1 px"_s.arg(region.width()));
-    QCOMPARE(label(u"label_8"_s)->text(), u"%1 px"_s.arg(region.height()));
-    QCOMPARE(m_dialog->getPixmap().toImage(), m_desktop->windows->picture(region, {2, 1}));
-    const std::unique_ptr<QPainterPath> outline(m_dialog->getPolygonF());
-    QCOMPARE(outline->boundingRect(), QRectF(region.translated(origin)));
+    // An odd one, and one that is dragged past the desktop's far corner.
+    for (const auto &[to, region] : {std::pair(QPoint(152, 136), QRect(101, 103, 51, 33)),
+                                     {QPoint(650, 480), QRect(300, 301, 301, 150)}}) {
+        drag(region.topLeft() + origin, to + origin);
+        QCOMPARE(label(u"label_6"_s)->text(), u"%1 px"_s.arg(region.width()));
+        QCOMPARE(label(u"label_8"_s)->text(), u"%1 px"_s.arg(region.height()));
+        QCOMPARE(m_dialog->getPixmap().toImage(), m_desktop->windows->picture(region, {2, 1}));
+        const std::unique_ptr<QPainterPath> outline(m_dialog->getPolygonF());
+        QCOMPARE(outline->boundingRect(), QRectF(region.translated(origin)));
+    }
 }
 
 // Only what changes is painted: after any step the window must look as if all of it had been.
@@ -197,7 +199,6 @@ void TestDialog::feedsMagnifier()
     mouse(QEvent::MouseMove, {601, 33}, Qt::NoButton);
     next(eMagUpdate, 1, 33);
     QTest::keyClick(surface(), Qt::Key_E, Qt::ControlModifier);
-    QTest::keyRelease(surface(), Qt::Key_Control);
     next(eMagChangeMode, 0, 0);
     // The tick follows a pointer that moves unseen, to the pixel.
     m_desktop->windows->pointerPos = {-301, 77};
@@ -214,62 +215,88 @@ void TestDialog::feedsMagnifier()
     QVERIFY(spy.isEmpty());
 }
 
-void TestDialog::ends_data()
-{
-    QTest::addColumn<std::function<void()>>("end");
-    QTest::addColumn<int>("result");
-    const auto press = [this](Qt::Key key) { QTest::keyClick(surface(), key); };
-    const auto row = [](const char *name, const std::function<void()> &end, int result) {
-        QTest::newRow(name) << end << result;
-    };
-    row(
-        "return", [press] { press(Qt::Key_Return); }, QDialog::Accepted);
-    row(
-        "escape in a drag", [press] { press(Qt::Key_Escape); }, QDialog::Rejected);
-    row(
-        "snap",
-        [this] {
-            QTest::mouseClick(m_dialog->findChild<QPushButton *>(u"pushButton"_s), Qt::LeftButton);
-        },
-        QDialog::Accepted);
-}
-
 void TestDialog::ends()
 {
-    QFETCH(std::function<void()>, end);
-    m_dialog = std::make_unique<Dialog>();
-    QTimer::singleShot(0, this, [&] {
-        QTest::keyClick(surface(), Qt::Key_Return);  // refused while there is no region
-        m_dialog->on_pushButton_clicked();
-        drag({10, 10}, {100, 100});
-        mouse(QEvent::MouseButtonPress, {200, 200}, Qt::LeftButton);
-        mouse(QEvent::MouseMove, {300, 300}, Qt::LeftButton);
-        end();
-    });
-    QTEST(m_dialog->exec(), "result");
+    const auto resultOf = [this](const std::function<void()> &end) {
+        m_dialog = std::make_unique<Dialog>();
+        int result = -1;
+        QTimer::singleShot(0, this, [&] {
+            result = m_dialog->exec();
+            QCoreApplication::exit();
+        });
+        QTimer::singleShot(0, this, [&] {
+            QTest::keyClick(surface(), Qt::Key_Return);  // refused while there is no region
+            m_dialog->on_pushButton_clicked();
+            drag({10, 10}, {100, 100});
+            mouse(QEvent::MouseButtonPress, {200, 200}, Qt::LeftButton);
+            mouse(QEvent::MouseMove, {300, 300}, Qt::LeftButton);
+            end();
+        });
+        QApplication::exec();
+        return result;
+    };
+    const auto snap = [this] {
+        QTest::mouseClick(m_dialog->findChild<QPushButton *>(u"pushButton"_s), Qt::LeftButton);
+    };
+    QCOMPARE(resultOf(snap), QDialog::Accepted);
+    QCOMPARE(resultOf([this] { QTest::keyClick(surface(), Qt::Key_Return); }), QDialog::Accepted);
     QCOMPARE(m_dialog->getPixmap().size(), QSize(90, 90));
+    QCOMPARE(resultOf([this] { QTest::keyClick(surface(), Qt::Key_Escape); }), QDialog::Rejected);
+    // The program's end, too, in the middle of a drag.
+    QCOMPARE(resultOf([] { QCoreApplication::exit(); }), QDialog::Rejected);
+    QVERIFY(!m_dialog->isVisible());
+    QCOMPARE(QWidget::keyboardGrabber(), nullptr);
 }
 
-void TestDialog::closesUnderItsMenu()
+void TestDialog::leavesChangedDesktop()
+{
+    FakeWindowServer &desktop = *m_desktop->windows;
+    open();
+    desktop.screenList.append({600, 0, 600, 450});
+    QTRY_VERIFY(!m_dialog->isVisible());
+    open();
+    desktop.composited = false;
+    QTRY_VERIFY(!m_dialog->isVisible());
+    // With a picture of the desktop it needs no compositor, and one may come.
+    open();
+    QTest::qWait(150);
+    desktop.composited = true;
+    QTest::qWait(150);
+    QVERIFY(m_dialog->isVisible());
+    // No compositor, and nothing to take a picture of.
+    desktop.composited = false;
+    desktop.screenList.clear();
+    m_dialog = std::make_unique<Dialog>();
+    m_dialog->show();
+    QVERIFY(!m_dialog->isVisible());
+    QCOMPARE(m_dialog->exec(), QDialog::Rejected);
+}
+
+void TestDialog::menuEndsDrag()
 {
     open();
     QStringList disabled;
     const QWidget *grabber = surface();
-    QTimer::singleShot(0, this, [&] {
-        const QList<QAction *> actions = m_dialog->findChild<QMenu *>()->actions();
-        for (const QAction *action : actions) {
+    contextMenu([&] {
+        auto *menu = m_dialog->findChild<QMenu *>();
+        for (const QAction *action : menu->actions()) {
             if (!action->isEnabled())
                 disabled.append(action->text());
         }
         grabber = QWidget::keyboardGrabber();
-        m_dialog->reject();
+        menu->close();
     });
-    QContextMenuEvent event(QContextMenuEvent::Mouse, {9, 9}, {9, 9});
-    QApplication::sendEvent(surface(), &event);  // returns when the menu does
     QCOMPARE(disabled, (QStringList{u"Finish(Enter)"_s, u"Clear"_s}));
     QCOMPARE(grabber, nullptr);  // or the menu would hear no key
+    QCOMPARE(QWidget::keyboardGrabber(), surface());
+    // How a press comes that follows a click soon.
+    mouse(QEvent::MouseButtonDblClick, {10, 10}, Qt::LeftButton);
+    mouse(QEvent::MouseMove, {110, 90}, Qt::LeftButton);
+    QApplication::processEvents();
+    contextMenu([this] { m_dialog->reject(); });
     QVERIFY(!m_dialog->isVisible());
     QCOMPARE(QWidget::keyboardGrabber(), nullptr);
+    QCOMPARE(m_dialog->getPixmap().size(), QSize(100, 80));
 }
 
 // The longest text of a desktop of this size, as a key writes it.
@@ -291,14 +318,11 @@ void TestDialog::icons()
     picture.fill(Qt::white);
     picture.setPixelColor(4, 4, Qt::red);
     QVERIFY(picture.save(file));
-    m_dialog = std::make_unique<Dialog>();
-    m_dialog->SetPictureWidth(file);
-    m_dialog->SetPictureHeight(u"/nowhere.png"_s);
-    QCOMPARE(m_dialog->GetPictureWidth(), file);
-    const QImage shown = label(u"label_5"_s)->pixmap().toImage();
+    Dialog dialog;
+    dialog.SetPictureHeight(file);
+    const QImage shown = dialog.findChild<QLabel *>(u"label_7"_s)->pixmap().toImage();
     QCOMPARE(shown.pixelColor(4, 4), QColor(Qt::red));
     QCOMPARE(shown.pixelColor(0, 0).alpha(), 0);
-    QVERIFY(label(u"label_7"_s)->pixmap().isNull());
 }
 
 int main(int argc, char *argv[])

@@ -20,9 +20,11 @@ RegionSelection::Input at(QPoint pos, Qt::KeyboardModifiers modifiers = s_none)
 
 QPoint farCorner(const QRect &rect) { return rect.topLeft() + QPoint(rect.width(), rect.height()); }
 
+// By way of another place: a drag counts from where it began, and not from its last step.
 void drag(RegionSelection &selection, QPoint from, QPoint to)
 {
     selection.press(at(from), Qt::LeftButton);
+    selection.move(at({123, 45}));
     selection.move(at(to));
     selection.painted();
     selection.release(at(to));
@@ -46,8 +48,6 @@ class TestRegionSelection : public QObject
 private slots:
     void drags_data();
     void drags();
-    void handles_data();
-    void handles();
     void bandCountsOnceSeen();
     void square_data();
     void square();
@@ -55,12 +55,9 @@ private slots:
     void commandPress();
     void keys_data();
     void keys();
-    void bandCaption_data();
-    void bandCaption();
-    void regionCaption_data();
-    void regionCaption();
+    void caption_data();
+    void caption();
     void shapes();
-    void cursor_data();
     void cursor();
     void otherButtons();
 };
@@ -84,6 +81,14 @@ void TestRegionSelection::drags_data()
     QTest::newRow("move to far borders")    << QPoint(350, 350) << QPoint(780, 1000) << QRect(599, 499, 201, 101);
     QTest::newRow("move by the near edge")  << QPoint(300, 320) << QPoint(301, 320)  << QRect(301, 300, 201, 101);
     QTest::newRow("move by the far edge")   << QPoint(501, 320) << QPoint(502, 321)  << QRect(301, 301, 201, 101);
+    QTest::newRow("1: crosses over")        << QPoint(303, 304) << QPoint(600, 500)  << QRect(501, 401, 99, 99);
+    QTest::newRow("2: past the border")     << QPoint(400, 300) << QPoint(0, -30)    << QRect(300, -30, 201, 431);
+    QTest::newRow("3: free")                << QPoint(501, 300) << QPoint(550, 250)  << QRect(300, 250, 250, 151);
+    QTest::newRow("4: past the border")     << QPoint(501, 350) << QPoint(850, 600)  << QRect(300, 300, 550, 101);
+    QTest::newRow("5: clamped")             << QPoint(501, 401) << QPoint(850, 700)  << QRect(300, 300, 490, 290);
+    QTest::newRow("6: crosses over")        << QPoint(400, 401) << QPoint(5, 260)    << QRect(300, 260, 201, 40);
+    QTest::newRow("7: free")                << QPoint(300, 401) << QPoint(280, 500)  << QRect(280, 300, 221, 200);
+    QTest::newRow("8: one axis only")       << QPoint(300, 350) << QPoint(250, 0)    << QRect(250, 300, 251, 101);
     // clang-format on
 }
 
@@ -93,46 +98,6 @@ void TestRegionSelection::drags()
     QFETCH(QPoint, to);
     RegionSelection selection = marked({300, 300, 201, 101});
     drag(selection, from, to);
-    QTEST(selection.region(), "region");
-    QVERIFY(!selection.isPressed());
-}
-
-void TestRegionSelection::handles_data()
-{
-    QTest::addColumn<QPoint>("press");
-    QTest::addColumn<QPoint>("to");
-    QTest::addColumn<int>("zoneAfterMove");
-    QTest::addColumn<QPoint>("start");
-    QTest::addColumn<QPoint>("end");
-    QTest::addColumn<QRect>("region");
-    // The region is (100, 100, 201, 101): half sizes are cut.
-    // clang-format off
-    QTest::newRow("1: crosses over")    << QPoint(103, 104) << QPoint(400, 300) << 0 << QPoint(301, 201) << QPoint(400, 300) << QRect(301, 201, 99, 99);
-    QTest::newRow("1: clamped")         << QPoint(95, 100)  << QPoint(-20, -5)  << 0 << QPoint(301, 201) << QPoint(0, 0)     << QRect(0, 0, 301, 201);
-    QTest::newRow("2: one axis only")   << QPoint(200, 100) << QPoint(500, 150) << 2 << QPoint(301, 201) << QPoint(100, 150) << QRect(100, 150, 201, 51);
-    QTest::newRow("2: past the border") << QPoint(200, 100) << QPoint(0, -30)   << 2 << QPoint(301, 201) << QPoint(100, -30) << QRect(100, -30, 201, 231);
-    QTest::newRow("3: free")            << QPoint(301, 100) << QPoint(350, 50)  << 0 << QPoint(100, 201) << QPoint(350, 50)  << QRect(100, 50, 250, 151);
-    QTest::newRow("4: past the border") << QPoint(301, 150) << QPoint(850, 400) << 4 << QPoint(100, 100) << QPoint(850, 201) << QRect(100, 100, 750, 101);
-    QTest::newRow("5: clamped")         << QPoint(301, 201) << QPoint(850, 700) << 0 << QPoint(100, 100) << QPoint(790, 590) << QRect(100, 100, 690, 490);
-    QTest::newRow("6: crosses over")    << QPoint(200, 201) << QPoint(5, 60)    << 6 << QPoint(100, 100) << QPoint(301, 60)  << QRect(100, 60, 201, 40);
-    QTest::newRow("7: free")            << QPoint(100, 201) << QPoint(80, 300)  << 0 << QPoint(301, 100) << QPoint(80, 300)  << QRect(80, 100, 221, 200);
-    QTest::newRow("8: one axis only")   << QPoint(100, 150) << QPoint(50, 0)    << 8 << QPoint(301, 100) << QPoint(50, 201)  << QRect(50, 100, 251, 101);
-    // clang-format on
-}
-
-void TestRegionSelection::handles()
-{
-    QFETCH(QPoint, press);
-    QFETCH(QPoint, to);
-    RegionSelection selection = marked({100, 100, 201, 101});
-    selection.press(at(press), Qt::LeftButton);
-    selection.move(at(to));
-    QVERIFY(!selection.hasRegion());
-    QTEST(selection.hitZone(), "zoneAfterMove");
-    QTEST(selection.startPoint(), "start");
-    QTEST(selection.endPoint(), "end");
-    selection.painted();
-    selection.release(at(to));
     QTEST(selection.region(), "region");
 }
 
@@ -177,7 +142,8 @@ void TestRegionSelection::square_data()
     QTest::newRow("across, left up")           << mid << QPoint(150, 150) << QPoint(150, 50);
     QTest::newRow("across, left up, limit")    << mid << QPoint(50, 150)  << QPoint(100, 0);
     QTest::newRow("across, left down")         << mid << QPoint(100, 250) << QPoint(100, 400);
-    QTest::newRow("across, left down, limit")  << QPoint(700, 400) << QPoint(400, 450) << QPoint(900, 600);
+    QTest::newRow("across, left down, limit")  << QPoint(620, 400) << QPoint(400, 450) << QPoint(820, 600);
+    QTest::newRow("limit off the surface")     << QPoint(700, 400) << QPoint(400, 450) << QPoint(850, 600);
     QTest::newRow("down, right up")            << mid << QPoint(350, 50)  << QPoint(450, 50);
     QTest::newRow("down, right up, limit")     << QPoint(700, 400) << QPoint(750, 150) << QPoint(800, 100);
     QTest::newRow("down, right down")          << mid << QPoint(350, 500) << QPoint(600, 500);
@@ -198,20 +164,13 @@ void TestRegionSelection::square()
     QFETCH(QPoint, pointer);
     QFETCH(QPoint, end);
     RegionSelection selection;
-    selection.setExtent({{5000, 5000}, s_overlay, s_frame});
+    selection.setExtent({{850, 5000}, s_overlay, s_frame});
     selection.press(at(start), Qt::LeftButton);
     // The rule looks at the global position alone.
     selection.move({{1, 1}, pointer, s_command});
     QCOMPARE(selection.endPoint(), end);
     selection.release(at({1, 1}, s_command));
     QCOMPARE(selection.endPoint(), end);
-
-    const QSize small(420, 90);
-    selection.setExtent({small, s_overlay, s_frame});
-    selection.press(at(start), Qt::LeftButton);
-    selection.move({{1, 1}, pointer, s_command});
-    QCOMPARE(selection.endPoint(),
-             QPoint(qMin(end.x(), small.width()), qMin(end.y(), small.height())));
 }
 
 void TestRegionSelection::commandPress_data()
@@ -269,10 +228,6 @@ void TestRegionSelection::keys_data()
     const QRect beyond(300, 590, 100, 5);     // y is not below the surface's height
     const QRect touching(300, 500, 100, 90);  // its far edge is
     // clang-format off
-    QTest::newRow("left")                << some  << int(Qt::Key_Left)  << s_none << QRect(49, 60, 100, 80) << Request::None;
-    QTest::newRow("right")               << some  << int(Qt::Key_Right) << s_none << QRect(51, 60, 100, 80) << Request::None;
-    QTest::newRow("up")                  << some  << int(Qt::Key_Up)    << s_none << QRect(50, 59, 100, 80) << Request::None;
-    QTest::newRow("down")                << some  << int(Qt::Key_Down)  << s_none << QRect(50, 61, 100, 80) << Request::None;
     QTest::newRow("left at the top")     << top   << int(Qt::Key_Left)  << s_none << top << Request::None;
     QTest::newRow("right at the bottom") << beyond << int(Qt::Key_Right) << s_none << beyond << Request::None;
     QTest::newRow("shift+left")          << some  << int(Qt::Key_Left)  << shift << QRect(50, 60, 99, 80)  << Request::None;
@@ -290,14 +245,12 @@ void TestRegionSelection::keys_data()
     QTest::newRow("shift+alt+left")      << some  << int(Qt::Key_Left)  << (shift | alt) << QRect(1, 60, 149, 80) << Request::None;
     QTest::newRow("command+left nudges") << some  << int(Qt::Key_Left)  << s_command << QRect(49, 60, 100, 80) << Request::None;
     QTest::newRow("backspace")           << some  << int(Qt::Key_Backspace) << s_none << QRect(50, 60, 99, 79) << Request::None;
-    QTest::newRow("backspace, empty")    << empty << int(Qt::Key_Backspace) << s_none << empty << Request::None;
     QTest::newRow("shift+backspace")     << some  << int(Qt::Key_Backspace) << shift << empty << Request::Clear;
     QTest::newRow("return")              << some  << int(Qt::Key_Return) << s_none << some << Request::Accept;
     QTest::newRow("return, empty")       << empty << int(Qt::Key_Return) << s_none << empty << Request::None;
     QTest::newRow("keypad's enter")      << some  << int(Qt::Key_Enter)  << s_none << some << Request::None;
     QTest::newRow("escape")              << some  << int(Qt::Key_Escape) << s_none << some << Request::Close;
     QTest::newRow("command+e")           << some  << int(Qt::Key_E) << s_command << some << Request::ChangeViewMode;
-    QTest::newRow("e alone")             << some  << int(Qt::Key_E) << s_none    << some << Request::None;
     // clang-format on
 }
 
@@ -312,67 +265,45 @@ void TestRegionSelection::keys()
     QTEST(request, "request");
 }
 
-void TestRegionSelection::bandCaption_data()
+void TestRegionSelection::caption_data()
 {
     QTest::addColumn<QRect>("band");
     QTest::addColumn<QSize>("frame");
     QTest::addColumn<QPoint>("place");
     const QSize doubled(482, 82);
-    // clang-format off
-    QTest::newRow("at the left")      << QRect(41, 100, 200, 50)  << s_frame << QPoint(0, 165);
-    QTest::newRow("right edges meet") << QRect(42, 100, 200, 50)  << s_frame << QPoint(1, 165);
-    QTest::newRow("just fits under")  << QRect(41, 500, 200, 44)  << s_frame << QPoint(0, 559);
-    QTest::newRow("above")            << QRect(41, 56, 200, 489)  << s_frame << QPoint(0, 0);
-    QTest::newRow("inside")           << QRect(41, 55, 200, 490)  << s_frame << QPoint(0, 489);
-    QTest::newRow("scale 2: under")   << QRect(83, 100, 400, 403) << doubled << QPoint(1, 518);
-    QTest::newRow("scale 2: above")   << QRect(83, 97, 400, 407)  << doubled << QPoint(1, 0);
-    QTest::newRow("scale 2: inside")  << QRect(83, 96, 400, 408)  << doubled << QPoint(1, 407);
-    // clang-format on
+    QTest::newRow("at the left") << QRect(41, 100, 200, 50) << s_frame << QPoint(0, 165);
+    QTest::newRow("right edges meet") << QRect(42, 100, 200, 50) << s_frame << QPoint(1, 165);
+    QTest::newRow("just fits under") << QRect(41, 500, 200, 44) << s_frame << QPoint(0, 559);
+    QTest::newRow("above") << QRect(41, 56, 200, 489) << s_frame << QPoint(0, 0);
+    QTest::newRow("inside") << QRect(41, 55, 200, 490) << s_frame << QPoint(0, 489);
+    QTest::newRow("scale 2: above") << QRect(83, 97, 400, 407) << doubled << QPoint(1, 0);
 }
 
-void TestRegionSelection::bandCaption()
+void TestRegionSelection::caption()
 {
     QFETCH(QRect, band);
     QFETCH(QSize, frame);
+    QFETCH(QPoint, place);
     RegionSelection selection;
     selection.setExtent({s_surface, s_overlay, frame});
     selection.press(at(farCorner(band)), Qt::LeftButton);
     QVERIFY(!selection.move(at(QPoint(band.x(), farCorner(band).y()))).has_value());
-    const std::optional<RegionSelection::Caption> caption = selection.move(at(band.topLeft()));
-    QVERIFY(caption.has_value());
-    QTEST(caption->place, "place");
-    QCOMPARE(caption->width, u"%1 px"_s.arg(band.width()));
-    QCOMPARE(caption->height, u"%1 px"_s.arg(band.height()));
-}
-
-void TestRegionSelection::regionCaption_data()
-{
-    QTest::addColumn<QRect>("region");
-    QTest::addColumn<QPoint>("click");
-    QTest::addColumn<QPoint>("place");
-    const QPoint right(250, 10);
-    const QPoint left(241, 10);
-    // clang-format off
-    QTest::newRow("band at the left")  << QRect(100, 100, 300, 50) << left  << QPoint(0, 165);
-    QTest::newRow("band at the right") << QRect(10, 100, 20, 50)   << right << QPoint(-211, 165);
-    QTest::newRow("just fits under")   << QRect(41, 500, 300, 44)  << left  << QPoint(0, 559);
-    QTest::newRow("above")             << QRect(41, 56, 300, 489)  << left  << QPoint(0, 0);
-    QTest::newRow("inside")            << QRect(41, 55, 300, 490)  << left  << QPoint(0, 489);
-    // clang-format on
-}
-
-void TestRegionSelection::regionCaption()
-{
-    QFETCH(QRect, region);
-    QFETCH(QPoint, click);
-    RegionSelection selection = marked(region);
-    selection.press(at(click), Qt::LeftButton);
-    selection.release(at(click));
-    selection.key(Qt::Key_A, s_none);
-    const RegionSelection::Caption caption = selection.regionCaption();
-    QTEST(caption.place, "place");
-    QCOMPARE(caption.width, u":%1 px"_s.arg(region.width()));
-    QCOMPARE(caption.height, u":%1 px"_s.arg(region.height()));
+    const std::optional<RegionSelection::Caption> dragged = selection.move(at(band.topLeft()));
+    QVERIFY(dragged.has_value());
+    QCOMPARE(dragged->place, place);
+    QCOMPARE(dragged->width, u"%1 px"_s.arg(band.width()));
+    QCOMPARE(dragged->height, u"%1 px"_s.arg(band.height()));
+    selection.painted();
+    selection.release(at(band.topLeft()));
+    const RegionSelection::Caption keyed = selection.regionCaption();
+    QCOMPARE(keyed.place, place);
+    QCOMPARE(keyed.width, u":%1 px"_s.arg(band.width()));
+    QCOMPARE(keyed.height, u":%1 px"_s.arg(band.height()));
+    // After a key the band, which a click leaves elsewhere, decides about the left border.
+    const QPoint right(frame.width() + 1, 590);
+    selection.press(at(right), Qt::LeftButton);
+    selection.release(at(right));
+    QCOMPARE(selection.regionCaption().place.x(), farCorner(band).x() - frame.width());
 }
 
 void TestRegionSelection::shapes()
@@ -395,39 +326,27 @@ void TestRegionSelection::shapes()
     QVERIFY(selection.hasRegion());
 }
 
-void TestRegionSelection::cursor_data()
-{
-    QTest::addColumn<QPoint>("pos");
-    QTest::addColumn<QPoint>("pointer");
-    QTest::addColumn<Qt::CursorShape>("shape");
-    QTest::addColumn<bool>("onFrame");
-    const QPoint away(700, 10);
-    const QPoint inside(150, 150);
-    // clang-format off
-    QTest::newRow("top left")         << QPoint(97, 96)   << inside << Qt::SizeFDiagCursor << false;
-    QTest::newRow("just off it")      << QPoint(97, 95)   << away   << Qt::CrossCursor     << false;
-    QTest::newRow("top middle")       << QPoint(200, 100) << away   << Qt::SizeVerCursor   << false;
-    QTest::newRow("top right")        << QPoint(301, 100) << away   << Qt::SizeBDiagCursor << false;
-    QTest::newRow("right middle")     << QPoint(301, 150) << away   << Qt::SizeHorCursor   << false;
-    QTest::newRow("bottom right")     << QPoint(301, 201) << away   << Qt::SizeFDiagCursor << false;
-    QTest::newRow("bottom middle")    << QPoint(200, 201) << away   << Qt::SizeVerCursor   << false;
-    QTest::newRow("bottom left")      << QPoint(100, 201) << away   << Qt::SizeBDiagCursor << false;
-    QTest::newRow("left middle")      << QPoint(100, 150) << away   << Qt::SizeHorCursor   << false;
-    QTest::newRow("inside, globally") << away             << inside << Qt::ArrowCursor     << false;
-    QTest::newRow("on the frame")     << away << QPoint(400, 320)   << Qt::ArrowCursor     << true;
-    QTest::newRow("elsewhere")        << inside           << away   << Qt::CrossCursor     << false;
-    // clang-format on
-}
-
 void TestRegionSelection::cursor()
 {
-    QFETCH(QPoint, pos);
-    QFETCH(QPoint, pointer);
     const RegionSelection selection = marked({100, 100, 201, 101});
-    const RegionSelection::Cursor cursor =
-        selection.cursor({pos, pointer, s_none}, QRect(QPoint(300, 300), s_frame));
-    QTEST(cursor.shape, "shape");
-    QTEST(cursor.onFrame, "onFrame");
+    const auto cursorAt = [&](QPoint pos, QPoint pointer) {
+        return selection.cursor({pos, pointer, s_none}, QRect(QPoint(300, 300), s_frame));
+    };
+    const QPoint away(700, 10);
+    const QPoint inside(150, 150);
+    const QList<QPoint> handles{{100, 100}, {200, 100}, {301, 100}, {301, 150},
+                                {301, 201}, {200, 201}, {100, 201}, {100, 150}};
+    const QList<Qt::CursorShape> shapes{Qt::SizeFDiagCursor, Qt::SizeVerCursor, Qt::SizeBDiagCursor,
+                                        Qt::SizeHorCursor};
+    for (int i = 0; i < handles.size(); ++i)
+        QCOMPARE(cursorAt(handles[i], inside).shape, shapes[i % 4]);
+    QCOMPARE(cursorAt({97, 96}, away).shape, Qt::SizeFDiagCursor);
+    QCOMPARE(cursorAt({97, 95}, away).shape, Qt::CrossCursor);
+    // Off the handles the global position counts.
+    QCOMPARE(cursorAt(away, inside).shape, Qt::ArrowCursor);
+    QCOMPARE(cursorAt(inside, away).shape, Qt::CrossCursor);
+    QVERIFY(!cursorAt(away, inside).onFrame);
+    QVERIFY(cursorAt(away, {400, 320}).onFrame);
 }
 
 void TestRegionSelection::otherButtons()

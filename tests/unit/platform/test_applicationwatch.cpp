@@ -94,6 +94,17 @@ void TestApplicationWatch::autostartEntry()
     QVERIFY(!item.contains());
     item.insert();
     QVERIFY(item.contains());
+    // One that the desktop's own settings have switched off does not start the program.
+    for (const char *off : {"Hidden=true\n", "X-GNOME-Autostart-enabled = false\n"}) {
+        QByteArray changed = text;
+        changed.replace("X-GNOME-Autostart-enabled=true\n", off);
+        QVERIFY(entry.open(QIODevice::WriteOnly));
+        entry.write(changed);
+        entry.close();
+        QVERIFY(!item.contains());
+        item.insert();
+        QVERIFY(item.contains());
+    }
     item.remove();
     QVERIFY(!QFile::exists(path));
 

@@ -183,6 +183,10 @@ void TestWindowList::exceptedWindow()
     QCOMPARE(GrabFullWindow(100, 100, 1, 1, true, nullptr).pixelColor(0, 0), QColor(Qt::red));
     QCOMPARE(GrabFullWindow(100, 100, 1, 1, true, &cover).pixelColor(0, 0), QColor(Qt::black));
     QCOMPARE(GrabFullWindow(10, 10, 1, 1, true, &cover).pixelColor(0, 0), QColor(Qt::green));
+    // Every grab takes the list anew, whichever way the picture comes.
+    m_server->list.removeFirst();
+    GrabFullWindow(0, 0, 1, 1, true, nullptr);
+    QCOMPARE(getWinid(0), 77);
 }
 
 void TestWindowList::menuBar()

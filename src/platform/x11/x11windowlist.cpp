@@ -1,0 +1,215 @@
+// The window list: what windows there are, and what they are called.
+
+#include "platform/x11/x11windowserver.h"
+
+#include <QFile>
+
+#include <algorithm>
+#include <array>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int s_desktopLayer = -1000;
+constexpr int s_aboveLayer = 3;
+constexpr int s_dockLayer = 10;
+constexpr int s_popupLayer = 101;
+
+// How deep below a frame a window manager puts the client.
+constexpr int s_frameDepth = 3;
+constexpr uint32_t s_nameLimit = 1 << 14;  // in units of four bytes
+
+QByteArray bytesOf(const Reply<xcb_get_property_reply_t> &reply)
+{
+    if (!reply || reply->format != 8)
+        return {};
+    return {static_cast<const char *>(xcb_get_property_value(reply.get())),
+            xcb_get_property_value_length(reply.get())};
+}
+
+// Some programs put the terminator, or more, into a title.
+QByteArray textOf(const Reply<xcb_get_property_reply_t> &reply)
+{
+    const QByteArray bytes = bytesOf(reply);
+    return bytes.contains('\0') ? bytes.left(bytes.indexOf('\0')) : bytes;
+}
+
+QList<uint32_t> valuesOf(const Reply<xcb_get_property_reply_t> &reply)
+{
+    if (!reply || reply->format != 32)
+        return {};
+    const auto *values = static_cast<const uint32_t *>(xcb_get_property_value(reply.get()));
+    return {values, values + xcb_get_property_value_length(reply.get()) / 4};
+}
+
+QString processName(uint32_t pid)
+{
+    QFile file(u"/proc/%1/comm"_s.arg(pid));
+    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll().trimmed()) : QString();
+}
+
+}  // namespace
+
+// Requests go out for all windows before the first answer is awaited, so a list costs a few round
+// trips and not a few for each window.
+
+QList<X11WindowServer::Window> X11WindowServer::topLevels()
+{
+    xcb_connection_t *connection = m_display.connection();
+    const auto tree =
+        XCB_REPLY(connection, query_tree, xcb_query_tree(connection, m_display.root()));
+    if (!tree)
+        return {};
+    const xcb_window_t *children = xcb_query_tree_children(tree.get());
+    const int count = xcb_query_tree_children_length(tree.get());
+    QList<std::pair<xcb_get_window_attributes_cookie_t, xcb_get_geometry_cookie_t>> cookies;
+    for (int i = 0; i < count; ++i)
+        cookies.append({xcb_get_window_attributes(connection, children[i]),
+                        xcb_get_geometry(connection, children[i])});
+    QList<Window> result;
+    for (int i = count - 1; i >= 0; --i) {
+        const auto attributes = XCB_REPLY(connection, get_window_attributes, cookies[i].first);
+        const auto geometry = XCB_REPLY(connection, get_geometry, cookies[i].second);
+        if (!attributes || !geometry || attributes->_class == XCB_WINDOW_CLASS_INPUT_ONLY)
+            continue;
+        const int border = 2 * geometry->border_width;
+        const QRect bounds(geometry->x, geometry->y, geometry->width + border,
+                           geometry->height + border);
+        result.append({.frame = children[i],
+                       .bounds = bounds,
+                       .border = geometry->border_width,
+                       .depth = geometry->depth,
+                       .onScreen = attributes->map_state == XCB_MAP_STATE_VIEWABLE,
+                       .unmanaged = attributes->override_redirect != 0});
+    }
+    return result;
+}
+
+void X11WindowServer::findClients(QList<Window> &windows)
+{
+    struct Candidate {
+        qsizetype owner = 0;
+        xcb_window_t window = XCB_NONE;
+        xcb_get_property_cookie_t state{};
+        xcb_query_tree_cookie_t tree{};
+    };
+    xcb_connection_t *connection = m_display.connection();
+    const xcb_atom_t wmState = m_display.atom("WM_STATE");
+    QList<Candidate> level;
+    for (qsizetype i = 0; i < windows.size(); ++i)
+        level.append({.owner = i, .window = windows[i].frame});
+    for (int depth = 0; depth <= s_frameDepth && !level.isEmpty(); ++depth) {
+        for (Candidate &candidate : level) {
+            candidate.state = xcb_get_property(connection, 0, candidate.window, wmState,
+                                               XCB_GET_PROPERTY_TYPE_ANY, 0, 0);
+            candidate.tree = xcb_query_tree(connection, candidate.window);
+        }
+        QList<Candidate> next;
+        for (const Candidate &candidate : std::as_const(level)) {
+            const auto state = XCB_REPLY(connection, get_property, candidate.state);
+            const auto tree = XCB_REPLY(connection, query_tree, candidate.tree);
+            Window &owner = windows[candidate.owner];
+            if (owner.client)
+                continue;
+            if (state && state->type != XCB_ATOM_NONE) {
+                owner.client = candidate.window;
+            } else if (tree) {
+                const xcb_window_t *children = xcb_query_tree_children(tree.get());
+                for (int i = 0; i < xcb_query_tree_children_length(tree.get()); ++i)
+                    next.append({.owner = candidate.owner, .window = children[i]});
+            }
+        }
+        level = next;
+    }
+}
+
+void X11WindowServer::readNames(QList<Window> &windows)
+{
+    enum Property { NetName, Name, Class, Pid, Type, State, PropertyCount };
+    xcb_connection_t *connection = m_display.connection();
+    const std::array<xcb_atom_t, PropertyCount> names{m_display.atom("_NET_WM_NAME"),
+                                                      XCB_ATOM_WM_NAME,
+                                                      XCB_ATOM_WM_CLASS,
+                                                      m_display.atom("_NET_WM_PID"),
+                                                      m_display.atom("_NET_WM_WINDOW_TYPE"),
+                                                      m_display.atom("_NET_WM_STATE")};
+    const xcb_atom_t utf8 = m_display.atom("UTF8_STRING");
+    const xcb_atom_t desktop = m_display.atom("_NET_WM_WINDOW_TYPE_DESKTOP");
+    const xcb_atom_t dock = m_display.atom("_NET_WM_WINDOW_TYPE_DOCK");
+    const xcb_atom_t above = m_display.atom("_NET_WM_STATE_ABOVE");
+
+    QList<std::array<xcb_get_property_cookie_t, PropertyCount>> cookies(windows.size());
+    for (qsizetype i = 0; i < windows.size(); ++i) {
+        const xcb_window_t window = windows[i].client ? windows[i].client : windows[i].frame;
+        for (size_t p = 0; p < PropertyCount; ++p)
+            cookies[i][p] = xcb_get_property(connection, 0, window, names[p],
+                                             XCB_GET_PROPERTY_TYPE_ANY, 0, s_nameLimit);
+    }
+    for (qsizetype i = 0; i < windows.size(); ++i) {
+        std::array<Reply<xcb_get_property_reply_t>, PropertyCount> replies;
+        for (size_t p = 0; p < PropertyCount; ++p)
+            replies[p] = XCB_REPLY(connection, get_property, cookies[i][p]);
+        Entry &entry = windows[i].entry;
+        entry.number = static_cast<int>(windows[i].frame);
+        entry.bounds = windows[i].bounds;
+        entry.name = QString::fromUtf8(textOf(replies[NetName]));
+        if (entry.name.isEmpty())
+            entry.name = replies[Name] && replies[Name]->type == utf8
+                             ? QString::fromUtf8(textOf(replies[Name]))
+                             : QString::fromLatin1(textOf(replies[Name]));
+        // Two strings, each with its terminator: the instance and the class.
+        const QList<QByteArray> classes = bytesOf(replies[Class]).split('\0');
+        const QList<uint32_t> pid = valuesOf(replies[Pid]);
+        entry.owner = QString::fromLatin1(classes.value(1));
+        if (entry.owner.isEmpty() && !pid.isEmpty())
+            entry.owner = processName(pid.first());
+        const QList<uint32_t> types = valuesOf(replies[Type]);
+        if (types.contains(desktop))
+            entry.layer = s_desktopLayer;
+        else if (types.contains(dock))
+            entry.layer = s_dockLayer;
+        else if (!windows[i].client && windows[i].unmanaged)
+            entry.layer = s_popupLayer;
+        else if (valuesOf(replies[State]).contains(above))
+            entry.layer = s_aboveLayer;
+    }
+}
+
+QList<X11WindowServer::Window> X11WindowServer::hiddenClients(const QList<Window> &all)
+{
+    const QList<uint32_t> clients =
+        m_display.values(m_display.root(), m_display.atom("_NET_CLIENT_LIST"), XCB_ATOM_WINDOW);
+    QList<Window> result;
+    std::copy_if(all.begin(), all.end(), std::back_inserter(result), [&](const Window &window) {
+        return !window.onScreen && window.client && clients.contains(window.client);
+    });
+    return result;
+}
+
+QList<WindowServer::Entry> X11WindowServer::windows(List which, int relativeTo)
+{
+    const QList<Window> all = topLevels();
+    QList<Window> chosen;
+    std::copy_if(all.begin(), all.end(), std::back_inserter(chosen),
+                 [](const Window &window) { return window.onScreen; });
+    if (which == List::AtAndAbove) {
+        const auto last = std::find_if(chosen.begin(), chosen.end(), [&](const Window &window) {
+            return static_cast<int>(window.frame) == relativeTo;
+        });
+        chosen.erase(last == chosen.end() ? chosen.begin() : last + 1, chosen.end());
+    }
+    findClients(chosen);
+    if (which == List::All) {
+        QList<Window> hidden;
+        std::copy_if(all.begin(), all.end(), std::back_inserter(hidden),
+                     [](const Window &window) { return !window.onScreen; });
+        findClients(hidden);
+        chosen += hiddenClients(hidden);
+    }
+    readNames(chosen);
+    QList<Entry> result;
+    for (const Window &window : std::as_const(chosen))
+        result.append(window.entry);
+    return result;
+}
