@@ -70,14 +70,26 @@ bool SnapWorkbench::startAndWait(const QMap<QString, QString> &variables)
     return start(variables) && waitForTitle(u"Snap Workbench"_s);
 }
 
-bool SnapWorkbench::waitForTitle(const QString &title)
+bool SnapWorkbench::waitForTitle(const QString &title, int limit)
 {
-    return waitFor([&] {
-        const QList<TestDesktop::Window> windows = m_desktop.windows();
-        return std::any_of(windows.begin(), windows.end(), [&](const TestDesktop::Window &window) {
-            return window.title == title;
-        });
-    });
+    return waitFor(
+        [&] {
+            const QList<TestDesktop::Window> windows = m_desktop.windows();
+            return std::any_of(
+                windows.begin(), windows.end(),
+                [&](const TestDesktop::Window &window) { return window.title == title; });
+        },
+        limit);
+}
+
+bool SnapWorkbench::confirm(const QString &title)
+{
+    for (int press = 0; press < 10; ++press) {
+        m_desktop.key(XK_Return);
+        if (waitForTitle(title, 2000))
+            return true;
+    }
+    return false;
 }
 
 TestDesktop::Window SnapWorkbench::mainWindow()
@@ -125,9 +137,8 @@ QImage SnapWorkbench::saveAs(const QString &path)
     if (dialog.id == XCB_NONE || !m_desktop.waitForFocus(dialog))
         return {};
     m_desktop.type(path);
-    m_desktop.key(XK_Return);
     // The tab tells that the file is complete.
-    if (!waitForTitle(QFileInfo(path).fileName() + u" - Snap Workbench"_s))
+    if (!confirm(QFileInfo(path).fileName() + u" - Snap Workbench"_s))
         return {};
     return QImage(path).convertToFormat(QImage::Format_RGB32);
 }

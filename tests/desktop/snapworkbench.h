@@ -26,7 +26,10 @@ public:
     QProcess *start(const QMap<QString, QString> &variables = {});
     /// Starts it and waits for its window, minimised or not.
     bool startAndWait(const QMap<QString, QString> &variables = {});
-    bool waitForTitle(const QString &title);
+    bool waitForTitle(const QString &title, int limit = 20000);
+    /// Presses Return in a file dialog until the main window has the title: a list of completions
+    /// may take the first press for itself.
+    bool confirm(const QString &title);
     /// The main window; no id while there is none.
     TestDesktop::Window mainWindow();
     /// Closes the main window as its frame's button would, and waits for the end of the process.

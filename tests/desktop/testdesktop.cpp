@@ -302,20 +302,22 @@ QList<TestDesktop::Window> TestDesktop::windows()
     return result;
 }
 
-TestDesktop::Window TestDesktop::waitForNewWindow(const QList<Window> &before)
+TestDesktop::Window TestDesktop::waitForNewWindow(const QList<Window> &before, int limit)
 {
     Window found;
-    waitFor([&] {
-        for (const Window &window : windows()) {
-            const auto known = std::find_if(before.begin(), before.end(), [&](const Window &other) {
-                return other.id == window.id;
-            });
-            if (window.viewable && known == before.end() &&
-                !property(window.id, "WM_TRANSIENT_FOR").isEmpty())
-                found = window;
-        }
-        return found.id != XCB_NONE;
-    });
+    waitFor(
+        [&] {
+            for (const Window &window : windows()) {
+                const auto known =
+                    std::find_if(before.begin(), before.end(),
+                                 [&](const Window &other) { return other.id == window.id; });
+                if (window.viewable && known == before.end() &&
+                    !property(window.id, "WM_TRANSIENT_FOR").isEmpty())
+                    found = window;
+            }
+            return found.id != XCB_NONE;
+        },
+        limit);
     return found;
 }
 

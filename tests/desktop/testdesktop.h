@@ -73,7 +73,7 @@ public:
     /// Every window of the tree that has a title or is a child of the root.
     QList<Window> windows();
     /// A dialog that is shown and was not there before; waits for it. No id when none came.
-    Window waitForNewWindow(const QList<Window> &before);
+    Window waitForNewWindow(const QList<Window> &before, int limit = 20000);
     /// Waits until a window has the keyboard.
     bool waitForFocus(const Window &window);
     QString activeTitle();
