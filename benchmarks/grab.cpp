@@ -77,7 +77,7 @@ BENCHMARK(wholeDesktopBare)->Unit(benchmark::kMillisecond)->Repetitions(5)->UseR
 
 [[maybe_unused]] const bool s_registered =
     addComparison({.what = "whole desktop at 3840 x 2160 into a `QPixmap`, against "
-                           "`QScreen::grabWindow`",
+                           "`QScreen::grabWindow`, each picture kept open",
                    .measured = "wholeDesktop",
                    .against = "wholeDesktopByToolkit",
                    .faster = true,

@@ -23,7 +23,6 @@ MainWindow *g_MainWindow = nullptr;
 namespace {
 
 constexpr QSize s_smallestSize(950, 650);
-constexpr QColor s_tableColor(231, 238, 244, 255);  // behind the picture
 
 constexpr QColor s_captionColor(215, 222, 228);
 constexpr int s_captionSize = 13;  // pixels
@@ -82,19 +81,6 @@ void MainWindow::setUpCaption()
     QFont font = ui->LblCaption->font();
     font.setPixelSize(s_captionSize);
     ui->LblCaption->setFont(font);
-}
-
-void MainWindow::setUpPictureArea()
-{
-    QPalette palette = ui->WidScrollArea->palette();
-    palette.setColor(QPalette::Window, s_tableColor);
-    for (QWidget *widget : {ui->WidScrollArea, static_cast<QWidget *>(ui->scrollArea),
-                            ui->scrollAreaWidgetContents, static_cast<QWidget *>(ui->lblPicture)})
-        widget->setPalette(palette);
-    ui->WidScrollArea->hide();
-    for (QWidget *widget : {static_cast<QWidget *>(ui->tabWidget), ui->widTool, ui->widPictureEdit,
-                            ui->widPicture, static_cast<QWidget *>(ui->scrollArea)})
-        widget->installEventFilter(this);
 }
 
 void MainWindow::setUpEditor()

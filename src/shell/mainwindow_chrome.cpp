@@ -25,6 +25,19 @@ void drawIfThere(QPainter &painter, const QPoint &position, const QPixmap &pixma
 
 }  // namespace
 
+void MainWindow::setUpPictureArea()
+{
+    QPalette palette = ui->WidScrollArea->palette();
+    palette.setColor(QPalette::Window, s_tableColor);
+    for (QWidget *widget : {ui->WidScrollArea, static_cast<QWidget *>(ui->scrollArea),
+                            ui->scrollAreaWidgetContents, static_cast<QWidget *>(ui->lblPicture)})
+        widget->setPalette(palette);
+    ui->WidScrollArea->hide();
+    for (QWidget *widget : {static_cast<QWidget *>(ui->tabWidget), ui->widTool, ui->widPictureEdit,
+                            ui->widPicture, static_cast<QWidget *>(ui->scrollArea)})
+        widget->installEventFilter(this);
+}
+
 // A picture whose file is missing is asked for again at each paint.
 const QPixmap &MainWindow::skinPicture(const QString &section, int attribute)
 {
