@@ -1,7 +1,9 @@
 #include "editing/pictureeditor.h"
 
 #include "editing/rendering.h"
+#include "editing/scaling.h"
 
+#include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPaintEvent>
 #include <QPainter>
@@ -9,7 +11,20 @@
 #include <QTextEdit>
 #include <QWidget>
 
+#include <utility>
+
 using namespace Qt::StringLiterals;
+
+namespace {
+
+// From the field's corner to its text: its frame and the margin inside.
+constexpr QPoint s_textInset(5, 5);
+// Room for the letters to come.
+constexpr QSize s_textRoom(50, 20);
+// The text is measured outside of the field, in a place too small for it.
+constexpr QRect s_measure(-1000, -1000, 10, 10);
+
+}  // namespace
 
 TPictureEditor::TPictureEditor(QWidget *widget, QWidget *parent)
     : QObject(parent), m_pWidget(widget)
@@ -33,8 +48,11 @@ void TPictureEditor::createTextField()
     m_pTextEdit->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     m_pTextEdit->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     m_pTextEdit->setStyleSheet(u"background-color: rgba(0,0,0,0);border: 1px groove gray;"_s);
+    // What is pasted is drawn in the one font and colour there is.
+    m_pTextEdit->setAcceptRichText(false);
     m_pTextEdit->installEventFilter(this);
     m_pTextEdit->hide();
+    connect(m_pTextEdit, &QTextEdit::textChanged, this, &TPictureEditor::fitTextField);
 }
 
 void TPictureEditor::notify(Change change)
@@ -49,27 +67,85 @@ void TPictureEditor::updateWidget()
         m_pWidget->update();
 }
 
+void TPictureEditor::updateArea(const QRegion &pictureArea)
+{
+    if (!m_pWidget)
+        return;
+    const ViewMapping view = mapping();
+    const qreal ratio = m_pWidget->devicePixelRatioF();
+    QRegion area;
+    for (const QRect &rect : pictureArea) {
+        const QRectF shown = view.toScaled(rect).translated(view.margins());
+        // A pixel more: the widget may begin between two pixels of the screen.
+        area += QRectF(shown.topLeft() / ratio, shown.size() / ratio)
+                    .toAlignedRect()
+                    .adjusted(-1, -1, 1, 1);
+    }
+    m_pWidget->update(area);
+}
+
+// Where a picture is transparent, the preview lies over the recorded picture and both show.
+void TPictureEditor::refreshPreview()
+{
+    if (!m_pWidget)
+        return;
+    const std::optional<Geometry> shape = m_Gesture.preview(m_State, mapping(), m_LineWidth);
+    const bool had = m_Canvas.hasPreview();
+    if (!shape && !had)
+        return;
+    const QRegion changed =
+        m_Canvas.setPreview(shape, {.type = m_State, .width = m_LineWidth, .color = m_PenColor});
+    if (m_Pixmap.hasAlpha() && had != shape.has_value())
+        updateWidget();
+    else
+        updateArea(changed);
+}
+
 void TPictureEditor::setState(stateEnum state)
 {
     EndEdit();
     m_State = state;
     if (m_pWidget)
         m_pWidget->setCursor(state == stateMove ? Qt::OpenHandCursor : Qt::CrossCursor);
+    refreshPreview();
+}
+
+void TPictureEditor::setLineWidth(int width)
+{
+    m_LineWidth = width;
+    refreshPreview();
+}
+
+void TPictureEditor::setPenColor(const QColor &color)
+{
+    m_PenColor = color;
+    refreshPreview();
+    if (isTyping())
+        fitTextField();
+}
+
+void TPictureEditor::set_m_Font(const QFont &font)
+{
+    m_Font = font;
+    if (isTyping())
+        fitTextField();
 }
 
 void TPictureEditor::setPixmap(const QPixmap &pixmap)
 {
     m_Pixmap = pixmap;
-    m_Rendered = false;
-    m_Scale = 1.0F;
-    notify(SizeChange);
-    updateWidget();
+    m_Canvas.setPicture(pixmap.toImage());
+    setPixmapScaled(1.0F);
 }
 
 void TPictureEditor::setPixmapScaled(float scale)
 {
     m_Scale = scale;
+    m_Shrunk = {};
     notify(SizeChange);
+    refreshPreview();
+    if (isTyping())
+        fitTextField();
     updateWidget();
 }
 
@@ -77,7 +153,8 @@ void TPictureEditor::setVecUnDo(const EditHistory *history)
 {
     m_VecUnDo.clear();
     m_VecUnDo = *history;
-    m_Rendered = false;
+    m_Canvas.reset();
+    m_Shrunk = {};
     updateWidget();
 }
 
@@ -91,7 +168,8 @@ void TPictureEditor::clearShape()
 {
     m_VecUnDo.clear();
     m_VecReDo.clear();
-    m_Rendered = false;
+    m_Canvas.reset();
+    m_Shrunk = {};
     updateWidget();
 }
 
@@ -106,13 +184,17 @@ void TPictureEditor::EndEdit()
         saveEditText();
 }
 
-// Typed text is recorded whatever it is, an empty one too: it takes one undo.
+// Typed text is recorded whatever it is, an empty one too: it takes one undo. Committed in another
+// tool, as a right click does, the record draws nothing.
 void TPictureEditor::saveEditText()
 {
     if (!m_pTextEdit)
         return;
+    Geometry geometry;
+    if (m_State == stateText)
+        geometry = TextShape{m_TextPos};
     record(
-        TextShape{m_TextPos},
+        std::move(geometry),
         {.type = m_State, .color = m_PenColor, .text = m_pTextEdit->toPlainText(), .font = m_Font});
     m_pTextEdit->clear();
     m_pTextEdit->hide();
@@ -120,13 +202,49 @@ void TPictureEditor::saveEditText()
 
 void TPictureEditor::FinishEditText() { saveEditText(); }
 
+QString TPictureEditor::getUserText()
+{
+    m_State = stateText;
+    m_pTextEdit->setLineWrapMode(QTextEdit::NoWrap);
+    m_pTextEdit->setOverwriteMode(true);
+    m_pTextEdit->setFocus(Qt::OtherFocusReason);
+    m_pTextEdit->move(m_TextAnchor - s_textInset);
+    fitTextField();
+    m_pTextEdit->show();
+    return m_pTextEdit->toPlainText();
+}
+
+// The field shows the text as it will be on the zoomed picture. At a zoom where nothing is left of
+// the font it keeps its own size.
+void TPictureEditor::fitTextField()
+{
+    QFont font = m_Font;
+    const int points = static_cast<int>(static_cast<float>(m_Font.pointSize()) * m_Scale);
+    if (points > 0)
+        font.setPointSizeF(points / m_pTextEdit->devicePixelRatioF());
+    if (m_pTextEdit->document()->defaultFont() != font)
+        m_pTextEdit->document()->setDefaultFont(font);
+    QPalette palette = m_pTextEdit->palette();
+    if (palette.color(QPalette::Text) != m_PenColor) {
+        palette.setBrush(QPalette::Text, m_PenColor);
+        m_pTextEdit->setPalette(palette);
+    }
+    const QString text = m_pTextEdit->toPlainText();
+    const QRect bounds =
+        QFontMetrics(font, m_pTextEdit)
+            .boundingRect(s_measure, Qt::AlignLeft | Qt::AlignTop, text.isEmpty() ? u"a"_s : text);
+    m_pTextEdit->resize(bounds.size() + s_textRoom);
+}
+
 // The shapes that were undone stay where they are: they can still come back on top of the new one.
 void TPictureEditor::record(Geometry geometry, EditMsg style)
 {
     notify(HistoryChange);
     m_VecUnDo.prepend(
         std::make_shared<const EditEntry>(EditEntry{std::move(geometry), std::move(style)}));
-    m_Rendered = false;
+    const QRegion changed = m_Canvas.add(*m_VecUnDo.first());
+    m_ShrunkStale += changed;
+    updateArea(changed);
 }
 
 void TPictureEditor::moveNewest(EditHistory &from, EditHistory &to)
@@ -135,9 +253,11 @@ void TPictureEditor::moveNewest(EditHistory &from, EditHistory &to)
     if (from.isEmpty())
         return;
     notify(HistoryChange);
-    to.prepend(from.takeFirst());
-    m_Rendered = false;
-    updateWidget();
+    const EntryPtr entry = from.takeFirst();
+    to.prepend(entry);
+    const QRegion changed = &to == &m_VecUnDo ? m_Canvas.add(*entry) : m_Canvas.takeBack(*entry);
+    m_ShrunkStale += changed;
+    updateArea(changed);
 }
 
 void TPictureEditor::Undo() { moveNewest(m_VecUnDo, m_VecReDo); }
@@ -146,19 +266,7 @@ void TPictureEditor::Redo() { moveNewest(m_VecReDo, m_VecUnDo); }
 
 QPixmap TPictureEditor::sendPixmap(const QColor &background)
 {
-    m_Image = replayed(m_Pixmap.toImage(), m_VecUnDo, background);
-    m_Rendered = false;
-    return QPixmap::fromImage(m_Image);
-}
-
-const QImage &TPictureEditor::united()
-{
-    if (!m_Rendered) {
-        m_Image = replayed(m_Pixmap.toImage(), m_VecUnDo, QColor(0, 0, 0, 0));
-        m_Shown = {};
-        m_Rendered = true;
-    }
-    return m_Image;
+    return QPixmap::fromImage(replayed(m_Pixmap.toImage(), m_VecUnDo, background));
 }
 
 ViewMapping TPictureEditor::mapping() const
@@ -168,28 +276,158 @@ ViewMapping TPictureEditor::mapping() const
             .scale = m_Scale};
 }
 
+// The widget begins at a whole pixel of the screen even where its own, logical position lies
+// between two, and a position in the window is exact where one in the widget is not.
+QPoint TPictureEditor::toPixels(const QMouseEvent &event) const
+{
+    const qreal ratio = m_pWidget->devicePixelRatioF();
+    const QPointF origin = m_pWidget->mapTo(m_pWidget->window(), QPoint());
+    return (event.scenePosition() * ratio).toPoint() - (origin * ratio).toPoint();
+}
+
+void TPictureEditor::press(const QMouseEvent &event)
+{
+    const QPoint position = toPixels(event);
+    const QPoint logical = event.position().toPoint();
+    m_Gesture.press(position);
+    if (m_State == stateText && event.buttons() == Qt::LeftButton) {
+        // Only a click here closes what a click opened: after a text that was committed in another
+        // way the next click records an empty one.
+        if (!m_TextOpen) {
+            m_TextPos = mapping().toPicture(position);
+            m_TextAnchor = logical;
+            getUserText();
+        } else {
+            saveEditText();
+        }
+        m_TextOpen = !m_TextOpen;
+    }
+    // The way out of any tool. It leaves a record behind, typed text or not.
+    if (event.buttons() == Qt::RightButton && !m_pTextEdit->geometry().contains(logical)) {
+        saveEditText();
+        m_State = stateMove;
+        notify(ToolChange);
+    }
+    if (m_State == statePoly && event.buttons() == Qt::LeftButton)
+        m_Gesture.startLine();
+    if (m_State == stateMove)
+        m_pWidget->setCursor(Qt::ClosedHandCursor);
+    m_DragOrigin = logical;
+    refreshPreview();
+}
+
+void TPictureEditor::move(const QMouseEvent &event)
+{
+    const QPoint position = toPixels(event);
+    const QPoint logical = event.position().toPoint();
+    m_Gesture.moveTo(position);
+    if (m_State == statePoly)
+        m_Gesture.extendLine(mapping().toPicture(position));
+    if (m_State == stateMove) {
+        // The picture moves under the pointer with the scroll bars, so the origin stays where it
+        // is.
+        const QPoint moved = logical - m_DragOrigin;
+        emit movealue(moved.x(), moved.y());
+    } else {
+        m_DragOrigin = logical;
+    }
+    refreshPreview();
+}
+
+void TPictureEditor::release(const QMouseEvent &event)
+{
+    if (m_State == stateMove) {
+        m_Gesture.stop();
+        m_pTextEdit->hide();
+        m_pWidget->setCursor(Qt::OpenHandCursor);
+    } else if (std::optional<Geometry> shape =
+                   m_Gesture.release(m_State, toPixels(event), mapping(), m_LineWidth)) {
+        record(std::move(*shape), {.type = m_State, .width = m_LineWidth, .color = m_PenColor});
+    }
+    refreshPreview();
+}
+
+// Once in the editor's life, on purpose.
+bool TPictureEditor::escape()
+{
+    if (std::exchange(m_EscapeSeen, true))
+        return false;
+    m_Gesture.forget();
+    m_pTextEdit->clear();
+    refreshPreview();
+    return true;
+}
+
+const QImage &TPictureEditor::shrunk(QSize size)
+{
+    const QImage &image = m_Canvas.recorded(m_VecUnDo);
+    if (m_Shrunk.isNull()) {
+        m_Shrunk = image.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    } else if (!m_ShrunkStale.isEmpty()) {
+        const ViewMapping view = mapping();
+        QPainter painter(&m_Shrunk);
+        painter.setCompositionMode(QPainter::CompositionMode_Source);
+        for (const QRect &rect : m_ShrunkStale) {
+            const QRect part = view.toScaled(rect);
+            painter.drawImage(part.topLeft(), scaledPart(image, size, part));
+        }
+    }
+    m_ShrunkStale = {};
+    return m_Shrunk;
+}
+
 void TPictureEditor::paint(const QPaintEvent &event)
 {
-    const QImage &image = united();
-    if (image.isNull())
-        return;
     const ViewMapping view = mapping();
-    if (m_Shown.isNull() || m_ShownScale != m_Scale) {
-        const QPixmap pixmap = QPixmap::fromImage(image);
-        m_Shown = m_Scale == 1.0F ? pixmap
-                                  : pixmap.scaled(view.shownSize(), Qt::KeepAspectRatio,
-                                                  Qt::SmoothTransformation);
-        m_ShownScale = m_Scale;
-    }
+    const QSize size = view.scaledSize();
+    if (size.isEmpty())
+        return;
     QPainter painter(m_pWidget);
-    painter.setClipRect(event.rect());
-    const qreal unit = 1 / m_pWidget->devicePixelRatioF();
-    painter.scale(unit, unit);
-    painter.drawPixmap(view.margins(), m_Shown);
+    const QTransform toDevice = painter.deviceTransform();
+    const QPoint origin = QPointF(toDevice.dx(), toDevice.dy()).toPoint();
+    painter.setWorldTransform(QTransform::fromTranslate(origin.x(), origin.y()) *
+                              toDevice.inverted());
+
+    const qreal ratio = m_pWidget->devicePixelRatioF();
+    const QPoint margins = view.margins();
+    QRegion region;
+    for (const QRect &rect : event.region()) {
+        region += QRectF(QPointF(rect.topLeft()) * ratio, QSizeF(rect.size()) * ratio)
+                      .toAlignedRect()
+                      .adjusted(-1, -1, 1, 1)
+                      .translated(-margins);
+    }
+    region &= QRect(QPoint(), size);
+
+    const auto draw = [&](const QRegion &area, const QImage &image) {
+        for (const QRect &part : area) {
+            if (image.size() == size)
+                painter.drawImage(part.topLeft() + margins, image, part);
+            else
+                painter.drawImage(part.topLeft() + margins, scaledPart(image, size, part));
+        }
+    };
+    QRegion previewed;
+    if (m_Canvas.hasPreview() && m_Pixmap.hasAlpha()) {
+        previewed = region;
+    } else if (m_Canvas.hasPreview()) {
+        for (const QRect &rect : m_Canvas.previewArea())
+            previewed += view.toScaled(rect);
+        previewed &= region;
+        region -= previewed;
+    }
+    if (!region.isEmpty()) {
+        const bool shrinks = size.width() < m_Pixmap.width();
+        draw(region, shrinks ? shrunk(size) : m_Canvas.recorded(m_VecUnDo));
+    }
+    if (!previewed.isEmpty())
+        draw(previewed, m_Canvas.preview(m_VecUnDo));
 }
 
 bool TPictureEditor::eventFilter(QObject *watched, QEvent *event)
 {
+    if (watched == m_pTextEdit && event->type() == QEvent::Paint)
+        fitTextField();
     if (watched != m_pWidget)
         return QObject::eventFilter(watched, event);
     switch (event->type()) {
@@ -197,26 +435,25 @@ bool TPictureEditor::eventFilter(QObject *watched, QEvent *event)
         paint(*static_cast<QPaintEvent *>(event));
         return true;
     case QEvent::MouseButtonPress:
-        m_DragOrigin = static_cast<QMouseEvent *>(event)->position().toPoint();
-        if (m_State == stateMove)
-            m_pWidget->setCursor(Qt::ClosedHandCursor);
+        press(*static_cast<QMouseEvent *>(event));
         return true;
     case QEvent::MouseMove:
-        if (m_State == stateMove) {
-            // The picture moves under the pointer with the scroll bars, so the origin stays where
-            // it is.
-            const QPoint moved =
-                static_cast<QMouseEvent *>(event)->position().toPoint() - m_DragOrigin;
-            emit movealue(moved.x(), moved.y());
-        }
+        move(*static_cast<QMouseEvent *>(event));
         return true;
     case QEvent::MouseButtonRelease:
-        if (m_State == stateMove)
-            m_pWidget->setCursor(Qt::OpenHandCursor);
+        release(*static_cast<QMouseEvent *>(event));
         return true;
+    case QEvent::KeyPress:
+        if (static_cast<QKeyEvent *>(event)->key() == Qt::Key_Escape && escape())
+            return true;
+        break;
+    case QEvent::Resize:
+        refreshPreview();
+        break;
     default:
-        return QObject::eventFilter(watched, event);
+        break;
     }
+    return QObject::eventFilter(watched, event);
 }
 
 void TPictureEditor::EditPolyPixmap(QPixmap &picture, QPixmap & /*flag*/, bool /*registered*/,

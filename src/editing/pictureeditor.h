@@ -1,5 +1,7 @@
 #pragma once
 
+#include "editing/canvas.h"
+#include "editing/gesture.h"
 #include "editing/shapes.h"
 #include "editing/viewmapping.h"
 
@@ -8,6 +10,8 @@
 #include <QPixmap>
 #include <QPointer>
 
+class QKeyEvent;
+class QMouseEvent;
 class QPaintEvent;
 class QPainterPath;
 class QPolygonF;
@@ -39,11 +43,13 @@ public:
     /// Changes the tool; an open text is committed first.
     void setState(stateEnum state);
     stateEnum getState() const { return m_State; }
-    void setLineWidth(int width) { m_LineWidth = width; }  ///< of shapes drawn from now on
+    void setLineWidth(int width);  ///< of shapes drawn from now on, in picture pixels
     int getLineWidth() const { return m_LineWidth; }
-    void setPenColor(const QColor &color) { m_PenColor = color; }
+    void setPenColor(const QColor &color);  ///< of shapes drawn from now on
     QColor getPenColor() const { return m_PenColor; }
-    void set_m_Font(const QFont &font) { m_Font = font; }
+    /// The font of texts committed from now on; a text that is being typed takes it at once.
+    void set_m_Font(const QFont &font);
+    /// The same font, to change in place; an open field shows it when it next paints.
     QFont &EditFont() { return m_Font; }
 
     /// Shows another picture, at zoom 1; the history stays.
@@ -60,6 +66,8 @@ public:
     void setVecReDo(const EditHistory *history);
     void clearShape();
 
+    /// Opens the field for a text at the place of the last click, and gives what it holds.
+    QString getUserText();
     /// Commits a text that is being typed.
     void EndEdit();
     void Undo();
@@ -88,29 +96,40 @@ public slots:
 private:
     void notify(Change change);
     void updateWidget();
+    void updateArea(const QRegion &pictureArea);
+    void refreshPreview();
     void createTextField();
+    void fitTextField();
     bool isTyping() const;
     void record(Geometry geometry, EditMsg style);
     void moveNewest(EditHistory &from, EditHistory &to);
-    const QImage &united();
     ViewMapping mapping() const;
+    QPoint toPixels(const QMouseEvent &event) const;
+    void press(const QMouseEvent &event);
+    void move(const QMouseEvent &event);
+    void release(const QMouseEvent &event);
+    bool escape();
     void paint(const QPaintEvent &event);
+    const QImage &shrunk(QSize size);
 
     Callback m_Callback = nullptr;
     stateEnum m_State = stateMove;
     QWidget *m_pWidget = nullptr;
     QPixmap m_Pixmap;
-    QImage m_Image;  ///< the picture with all recorded shapes; valid while m_Rendered
-    bool m_Rendered = false;
-    QPixmap m_Shown;  ///< m_Image at m_ShownScale; null when it has to be made
-    float m_ShownScale = 0;
+    Canvas m_Canvas;
+    QImage m_Shrunk;        ///< the recorded picture at a zoom below 1; null when not made yet
+    QRegion m_ShrunkStale;  ///< where it is not what it has to be, in picture coordinates
     QPointer<QTextEdit> m_pTextEdit;  ///< owned by the drawing widget
     QPoint m_TextPos{-1, -1};         ///< of the text being typed, in picture coordinates
+    QPoint m_TextAnchor;              ///< of the same in the widget, in logical pixels
+    bool m_TextOpen = false;  ///< from the click that opened the field to the click that closes it
     QFont m_Font;
     QColor m_PenColor = Qt::black;
     float m_Scale = 1.0F;
     int m_LineWidth = 1;
+    DrawingGesture m_Gesture;
     EditHistory m_VecUnDo;
     EditHistory m_VecReDo;
-    QPoint m_DragOrigin;  ///< where the hand took hold, in the widget
+    bool m_EscapeSeen = false;
+    QPoint m_DragOrigin;  ///< where the hand took hold, in the widget's logical pixels
 };

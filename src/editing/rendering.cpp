@@ -3,6 +3,7 @@
 namespace {
 
 constexpr QSize s_textBox(1000, 1000);  // picture pixels
+constexpr int s_textFlags = Qt::AlignLeft | Qt::AlignTop;
 
 void draw(QPainter &, const EmptyShape &, const EditMsg &) {}
 
@@ -29,7 +30,7 @@ void draw(QPainter &painter, const PolylineShape &shape, const EditMsg &)
 void draw(QPainter &painter, const TextShape &shape, const EditMsg &style)
 {
     painter.setFont(style.font);
-    painter.drawText(QRect(shape.position, s_textBox), Qt::AlignLeft | Qt::AlignTop, style.text);
+    painter.drawText(QRect(shape.position, s_textBox), s_textFlags, style.text);
 }
 
 }  // namespace
@@ -56,6 +57,19 @@ void DrawRect(QPainter &painter, const QColor &color, int width, const QPolygon 
         painter.drawLine(rect.at(i), rect.at(i + 1));
 }
 
+void drawShape(QPainter &painter, const Geometry &geometry, const EditMsg &style)
+{
+    painter.setPen(QPen(style.color, style.width));
+    std::visit([&](const auto &shape) { draw(painter, shape, style); }, geometry);
+}
+
+QRect textBounds(QPainter &painter, QPoint position, const QString &text)
+{
+    // What is longer is cut off when it is drawn.
+    const QRect box(position, s_textBox);
+    return painter.boundingRect(box, s_textFlags, text) & box;
+}
+
 QImage &cleanPixmap(const QImage &base, QImage &target, const QColor &color)
 {
     if (!base.hasAlphaChannel())
@@ -73,25 +87,41 @@ QImage &cleanPixmap(const QImage &base, QImage &target, const QColor &color)
     return target;
 }
 
+void clearOutside(const QImage &base, QImage &target, const QRect &part)
+{
+    if (base.format() != QImage::Format_ARGB32_Premultiplied)
+        return;
+    for (int y = part.top(); y <= part.bottom(); ++y) {
+        const auto *from = reinterpret_cast<const QRgb *>(base.constScanLine(y));
+        auto *to = reinterpret_cast<QRgb *>(target.scanLine(y));
+        for (int x = part.left(); x <= part.right(); ++x) {
+            if (qAlpha(from[x]) == 0)
+                to[x] = 0;
+        }
+    }
+}
+
+QPoint useScreenDots(QImage &image)
+{
+    const QPoint told(image.dotsPerMeterX(), image.dotsPerMeterY());
+    const QImage plain(1, 1, QImage::Format_RGB32);
+    image.setDotsPerMeterX(plain.dotsPerMeterX());
+    image.setDotsPerMeterY(plain.dotsPerMeterY());
+    return told;
+}
+
 QImage replayed(const QImage &picture, const EditHistory &history, const QColor &background)
 {
     QImage result = picture;
     if (!history.isEmpty() && !result.isNull()) {
-        // Sizes of text count in the screen's dots, and not in those that a scanned picture tells
-        // of.
-        const QImage plain(1, 1, QImage::Format_RGB32);
-        result.setDotsPerMeterX(plain.dotsPerMeterX());
-        result.setDotsPerMeterY(plain.dotsPerMeterY());
+        const QPoint dots = useScreenDots(result);
         QPainter painter(&result);
         painter.setRenderHint(QPainter::Antialiasing);
-        for (auto entry = history.crbegin(); entry != history.crend(); ++entry) {
-            const EditMsg &style = (*entry)->style;
-            painter.setPen(QPen(style.color, style.width));
-            std::visit([&](const auto &shape) { draw(painter, shape, style); }, (*entry)->geometry);
-        }
+        for (auto entry = history.crbegin(); entry != history.crend(); ++entry)
+            drawShape(painter, (*entry)->geometry, (*entry)->style);
         painter.end();
-        result.setDotsPerMeterX(picture.dotsPerMeterX());
-        result.setDotsPerMeterY(picture.dotsPerMeterY());
+        result.setDotsPerMeterX(dots.x());
+        result.setDotsPerMeterY(dots.y());
     }
     return cleanPixmap(picture, result, background);
 }

@@ -1,5 +1,7 @@
 #include "editing/viewmapping.h"
 
+#include <cmath>
+
 namespace {
 
 int margin(int widget, int picture, float scale)
@@ -22,6 +24,41 @@ QPoint ViewMapping::margins() const
 QSize ViewMapping::shownSize() const
 {
     return {scaled(picture.width(), scale), scaled(picture.height(), scale)};
+}
+
+QSize ViewMapping::scaledSize() const
+{
+    const QSize room = shownSize();
+    return room.isEmpty() || picture.isEmpty()
+               ? QSize()
+               : picture.scaled(room, Qt::KeepAspectRatio).expandedTo({1, 1});
+}
+
+QPoint ViewMapping::toPicture(QPoint position) const
+{
+    const QPoint inside = position - margins();
+    return {static_cast<int>(static_cast<float>(inside.x()) / scale),
+            static_cast<int>(static_cast<float>(inside.y()) / scale)};
+}
+
+QRect ViewMapping::toScaled(const QRect &part) const
+{
+    const QSize size = scaledSize();
+    if (size == picture)
+        return part;
+    const auto span = [](int start, int length, int from, int to, int &first, int &end) {
+        const double step = static_cast<double>(to) / from;
+        const int reach = static_cast<int>(std::ceil(step)) + 2;
+        first = static_cast<int>(std::floor(start * step)) - reach;
+        end = static_cast<int>(std::ceil((start + length) * step)) + reach;
+    };
+    int left = 0;
+    int right = 0;
+    int top = 0;
+    int bottom = 0;
+    span(part.x(), part.width(), picture.width(), size.width(), left, right);
+    span(part.y(), part.height(), picture.height(), size.height(), top, bottom);
+    return QRect(left, top, right - left, bottom - top) & QRect(QPoint(), size);
 }
 
 QSize drawingSize(QSize viewport, QSize picture, float scale)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QPoint>
+#include <QRect>
 #include <QSize>
 
 /// How a zoomed picture lies in the widget that shows it. Everything here counts device pixels; the
@@ -8,12 +9,21 @@
 struct ViewMapping {
     QSize widget{};  ///< the drawing widget
     QSize picture{};
-    float scale = 1.0F;  ///< device pixels per picture pixel
+    float scale = 1.0F;  ///< device pixels per picture pixel; not 0
 
     /// Top left corner of the picture: centred where the widget is larger, else 0.
     QPoint margins() const;
-    /// Size of the picture as shown.
+    /// The room that the zoomed picture asks for.
     QSize shownSize() const;
+    /// The size that the picture is scaled to, its proportions kept: up to a pixel less than the
+    /// room on one side. Empty where nothing of it is left.
+    QSize scaledSize() const;
+    /// The picture pixel at a position in the widget. Cut toward zero, so up to a whole zoomed
+    /// pixel outside of the picture's left or top edge counts as 0; beyond that it is negative.
+    QPoint toPicture(QPoint position) const;
+    /// Where a part of the picture shows, in pixels of the scaled picture. Rounded outward, and
+    /// with what the scaling mixes into the pixels around it.
+    QRect toScaled(const QRect &part) const;
 };
 
 /// The size of the drawing widget for a picture of `picture` pixels: it fills the viewport, and

@@ -14,6 +14,7 @@
 #include <QGuiApplication>
 #include <QPainter>
 #include <QScreen>
+#include <QSignalBlocker>
 #include <QTimer>
 
 using namespace Qt::StringLiterals;
@@ -92,10 +93,14 @@ void MainWindow::setUpEditor()
     const QString color = GetConfigString(u"LineColor"_s);
     m_pEditor->setPenColor(color.isEmpty() ? QColor(Qt::red)
                                            : QColor(static_cast<QRgb>(color.toInt())));
-    const QString width = GetConfigString(u"LineWidth"_s);
-    if (!width.isEmpty()) {
-        m_pEditor->setLineWidth(width.toInt());
-        ui->SliderLineWidth->setValue(width.toInt() - 1);
+    // What the controls show now comes from the settings, and need not go back there.
+    const QSignalBlocker width(ui->SliderLineWidth);
+    const QSignalBlocker fonts(ui->CmbFont);
+    const QSignalBlocker sizes(ui->CmbFontSize);
+    const QString lineWidth = GetConfigString(u"LineWidth"_s);
+    if (!lineWidth.isEmpty()) {
+        m_pEditor->setLineWidth(lineWidth.toInt());
+        ui->SliderLineWidth->setValue(lineWidth.toInt() - 1);
     }
     connect(m_pEditor.get(), &TPictureEditor::movealue, this, &MainWindow::MovePicture);
     const QString text = GetConfigString(u"TextFont"_s);
@@ -105,6 +110,9 @@ void MainWindow::setUpEditor()
         const int size = ui->CmbFontSize->findText(QString::number(font.pointSize()));
         if (size >= 0)
             ui->CmbFontSize->setCurrentIndex(size);
+        m_pEditor->set_m_Font(font);
+    } else {
+        m_pEditor->set_m_Font(chosenFont(ui->CmbFont->currentFont()));
     }
 }
 

@@ -124,6 +124,16 @@ private slots:
     void on_BtnRealSize_clicked();
     void on_BtnUndo_clicked();
     void on_BtnRedo_clicked();
+    void on_BtnDrawMove_clicked();
+    void on_BtnDrawRect_clicked();
+    void on_BtnDrawEllipse_clicked();
+    void on_BtnDrawArrow_clicked();
+    void on_BtnDrawText_clicked();
+    void on_BtnDrawPoly_clicked();
+    void on_SliderLineWidth_valueChanged(int value);
+    void on_CmbFont_currentFontChanged(const QFont &font);
+    void on_CmbFontSize_currentIndexChanged(int index);
+    void on_BtnColor_clicked();
     void on_BtnMax_clicked();
     void on_BtnFrameRect_clicked();
     void on_BtnFrameEllipse_clicked();
@@ -160,6 +170,9 @@ private:
     void CreateMenus();
     void createCaptureMenus(QMenuBar &bar);
     void InitImgButton();
+    /// A font with the size that the size box shows.
+    QFont chosenFont(const QFont &font) const;
+    void chooseTool(stateEnum tool, QPushButton *button);
     bool filterButton(QPushButton &button, QEvent &event);
     void showButtonPicture(QPushButton &button, int picture);
     /// Shows the tool buttons as the editor's state is; `over`, if not null, as under the pointer.

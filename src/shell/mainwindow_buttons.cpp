@@ -4,6 +4,7 @@
 #include "platform/applicationwatch.h"
 #include "ui_mainwindow.h"
 
+#include <QColorDialog>
 #include <QFile>
 #include <QFileInfo>
 #include <QMouseEvent>
@@ -221,6 +222,64 @@ long ActiveCallBack(bool /*active*/)
         g_MainWindow->eventFilter(button, &leave);
     }
     return 0;
+}
+
+void MainWindow::chooseTool(stateEnum tool, QPushButton *button)
+{
+    m_pEditor->setState(tool);
+    UpdateDrawButton(button);
+}
+
+void MainWindow::on_BtnDrawMove_clicked() { chooseTool(stateMove, ui->BtnDrawMove); }
+
+void MainWindow::on_BtnDrawRect_clicked() { chooseTool(stateRect, ui->BtnDrawRect); }
+
+void MainWindow::on_BtnDrawEllipse_clicked() { chooseTool(stateEllipse, ui->BtnDrawEllipse); }
+
+void MainWindow::on_BtnDrawArrow_clicked() { chooseTool(stateArrow, ui->BtnDrawArrow); }
+
+void MainWindow::on_BtnDrawText_clicked() { chooseTool(stateText, ui->BtnDrawText); }
+
+void MainWindow::on_BtnDrawPoly_clicked() { chooseTool(statePoly, ui->BtnDrawPoly); }
+
+void MainWindow::on_SliderLineWidth_valueChanged(int value)
+{
+    m_pEditor->setLineWidth(value + 1);
+    SetConfigString(u"LineWidth"_s, QString::number(value + 1));
+}
+
+QFont MainWindow::chosenFont(const QFont &font) const
+{
+    QFont sized = font;
+    if (const int size = ui->CmbFontSize->currentText().toInt(); size > 0)
+        sized.setPointSize(size);
+    return sized;
+}
+
+void MainWindow::on_CmbFont_currentFontChanged(const QFont &font)
+{
+    const QFont chosen = chosenFont(font);
+    m_pEditor->set_m_Font(chosen);
+    SetConfigString(u"TextFont"_s, chosen.toString());
+    ui->tabWidget->setFocus(Qt::OtherFocusReason);
+}
+
+void MainWindow::on_CmbFontSize_currentIndexChanged(int /*index*/)
+{
+    on_CmbFont_currentFontChanged(ui->CmbFont->currentFont());
+}
+
+void MainWindow::on_BtnColor_clicked()
+{
+    const QColor color = QColorDialog::getColor(m_pEditor->getPenColor(), this);
+    if (!color.isValid())
+        return;
+    m_pEditor->setPenColor(color);
+    // The brightness is what is kept, and read back as a colour: a restart does not bring back the
+    // colour that was chosen, on purpose.
+    SetConfigString(u"LineColor"_s, QString::number(color.value()));
+    QEvent leave(QEvent::Leave);
+    eventFilter(ui->BtnColor, &leave);
 }
 
 void MainWindow::on_BtnMax_clicked()

@@ -1,0 +1,325 @@
+// The editor's frames on a picture as large as a big screen, as the mouse makes them: an event, and
+// the paint that follows.
+
+#include "comparison.h"
+#include "plainpainter.h"
+
+#include "editing/pictureeditor.h"
+
+#include <QApplication>
+#include <QFile>
+#include <QMouseEvent>
+#include <QPainterPath>
+#include <QRandomGenerator>
+#include <QWidget>
+
+#include <benchmark/benchmark.h>
+
+#include <cmath>
+#include <memory>
+
+#include <malloc.h>
+#include <unistd.h>
+
+namespace {
+
+constexpr QSize s_size(3840, 2160);
+const float s_small = static_cast<float>(1 / (1.4 * 1.4 * 1.4));
+
+enum Kind { Opaque, Ellipse };
+
+QPixmap picture(Kind kind)
+{
+    QImage image(s_size, QImage::Format_RGB32);
+    for (int y = 0; y < image.height(); ++y) {
+        auto *line = reinterpret_cast<QRgb *>(image.scanLine(y));
+        for (int x = 0; x < image.width(); ++x)
+            line[x] = qRgb(x, y, x * y);
+    }
+    QPixmap pixmap = QPixmap::fromImage(image);
+    if (kind == Ellipse) {
+        QPainterPath path;
+        path.addEllipse(QRectF(image.rect()));
+        QPixmap flag;
+        TPictureEditor::EditPolyPixmap(pixmap, flag, true, &path, nullptr);
+    }
+    return pixmap;
+}
+
+// What people draw: some large, most of a hand's breadth.
+EditHistory shapes(int count)
+{
+    QRandomGenerator random(3);
+    EditHistory history;
+    for (int i = 0; i < count; ++i) {
+        const QPoint at(random.bounded(s_size.width() - 700),
+                        random.bounded(s_size.height() - 500));
+        const QPoint to = at + QPoint(50 + random.bounded(600), 50 + random.bounded(400));
+        const QRect rect(at, to);
+        Geometry geometry;
+        switch (i % 5) {
+        case 0:
+            geometry = RectShape{QPolygon(rect, true)};
+            break;
+        case 1:
+            geometry = EllipseShape{rect};
+            break;
+        case 2:
+            geometry = ArrowShape{CreateArrowPolygon(at, to, 4)};
+            break;
+        case 3:
+            geometry = TextShape{at};
+            break;
+        default: {
+            QPolygon line;
+            for (int step = 0; step < 100; ++step)
+                line << at + QPoint(step * 5, static_cast<int>(80 * std::sin(step / 8.)));
+            geometry = PolylineShape{line};
+        }
+        }
+        history.prepend(std::make_shared<const EditEntry>(
+            EditEntry{geometry,
+                      {.type = i % 5 + 1,
+                       .width = 2 + i % 6,
+                       .color = QColor::fromHsv(i * 37 % 360, 255, 220),
+                       .text = QStringLiteral("A note beside the thing"),
+                       .font = QFont(QStringLiteral("Sans Serif"), 18)}}));
+    }
+    return history;
+}
+
+/// A widget of the picture's size on the screen, and who shows the picture there.
+struct Stage {
+    Stage() { widget.setWindowFlag(Qt::FramelessWindowHint); }
+
+    void show()
+    {
+        widget.resize(s_size);
+        widget.show();
+        for (int i = 0; i < 50; ++i)
+            QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
+        widget.repaint();
+    }
+
+    void send(QEvent::Type type, QPoint at, Qt::MouseButtons buttons)
+    {
+        QMouseEvent event(type, at, at, Qt::LeftButton, buttons, Qt::NoModifier);
+        QCoreApplication::sendEvent(&widget, &event);
+    }
+
+    QWidget widget{};
+};
+
+struct EditorStage : Stage {
+    EditorStage(Kind kind, int count, float scale) : editor(&widget, nullptr)
+    {
+        editor.setPixmap(picture(kind));
+        const EditHistory history = shapes(count);
+        editor.setVecUnDo(&history);
+        editor.setPixmapScaled(scale);
+        editor.setState(stateRect);
+        editor.setLineWidth(5);
+        editor.setPenColor(Qt::red);
+        show();
+    }
+
+    static void frame() { QCoreApplication::processEvents(); }
+
+    TPictureEditor editor;
+};
+
+struct PlainStage : Stage {
+    PlainStage(Kind kind, int count, float scale) : painter(&widget)
+    {
+        painter.picture = picture(kind);
+        painter.history = shapes(count);
+        painter.scale = scale;
+        painter.state = stateRect;
+        painter.lineWidth = 5;
+        painter.color = Qt::red;
+        show();
+    }
+
+    PlainPainter painter;
+};
+
+// The corner of a drag, some way further each time.
+QPoint corner(int frame) { return {900 + frame * 7 % 300, 600 + frame * 5 % 200}; }
+
+void repaint(benchmark::State &state, Kind kind)
+{
+    EditorStage stage(kind, 500, 1);
+    for (auto _ : state)
+        stage.widget.repaint();
+}
+
+void plainRepaint(benchmark::State &state, Kind kind)
+{
+    PlainStage stage(kind, 500, 1);
+    for (auto _ : state)
+        stage.widget.repaint();
+}
+
+void drag(benchmark::State &state, Kind kind, float scale)
+{
+    EditorStage stage(kind, 500, scale);
+    stage.send(QEvent::MouseButtonPress, QPoint(500, 300), Qt::LeftButton);
+    stage.send(QEvent::MouseMove, corner(0), Qt::LeftButton);
+    stage.frame();
+    int frame = 0;
+    for (auto _ : state) {
+        stage.send(QEvent::MouseMove, corner(++frame), Qt::LeftButton);
+        stage.frame();
+    }
+}
+
+void plainDrag(benchmark::State &state, Kind kind, float scale)
+{
+    PlainStage stage(kind, 500, scale);
+    stage.painter.gesture.press({500, 300});
+    int frame = 0;
+    for (auto _ : state) {
+        stage.painter.gesture.moveTo(corner(++frame));
+        stage.widget.repaint();
+    }
+}
+
+void newShape(benchmark::State &state, Kind kind, int count)
+{
+    EditorStage stage(kind, count, 1);
+    int frame = 0;
+    for (auto _ : state) {
+        stage.send(QEvent::MouseButtonPress, QPoint(500, 300), Qt::LeftButton);
+        stage.send(QEvent::MouseButtonRelease, corner(++frame), Qt::NoButton);
+        stage.frame();
+    }
+}
+
+void plainNewShape(benchmark::State &state, Kind kind, int count)
+{
+    PlainStage stage(kind, count, 1);
+    const EditHistory first = stage.painter.history;
+    for (auto _ : state) {
+        stage.painter.history = first;
+        stage.painter.history.prepend(shapes(1).first());
+        stage.widget.repaint();
+    }
+}
+
+void undo(benchmark::State &state, Kind kind)
+{
+    EditorStage stage(kind, 500, 1);
+    for (auto _ : state) {
+        stage.editor.Undo();
+        stage.frame();
+    }
+}
+
+void plainUndo(benchmark::State &state, Kind kind)
+{
+    PlainStage stage(kind, 500, 1);
+    for (auto _ : state) {
+        stage.painter.history.removeFirst();
+        stage.widget.repaint();
+    }
+}
+
+double residentBytes()
+{
+    malloc_trim(0);
+    QFile file(QStringLiteral("/proc/self/statm"));
+    if (!file.open(QIODevice::ReadOnly))
+        return 0;
+    return file.readAll().split(' ').at(1).toDouble() * static_cast<double>(sysconf(_SC_PAGESIZE));
+}
+
+// Beyond the picture and the window's own pixels, which any program that shows it needs.
+void memory(benchmark::State &state)
+{
+    for (auto _ : state) {
+        Stage bare;
+        bare.show();
+        const QPixmap pixmap = picture(Opaque);
+        const double before = residentBytes();
+        TPictureEditor editor(&bare.widget, nullptr);
+        editor.setPixmap(pixmap);
+        const EditHistory history = shapes(500);
+        editor.setVecUnDo(&history);
+        editor.setState(stateRect);
+        for (const float scale : {1.0F, 1 / 1.4F}) {
+            editor.setPixmapScaled(scale);
+            bare.send(QEvent::MouseButtonPress, QPoint(500, 300), Qt::LeftButton);
+            bare.send(QEvent::MouseMove, corner(0), Qt::LeftButton);
+            QCoreApplication::processEvents();
+            bare.send(QEvent::MouseButtonRelease, corner(0), Qt::NoButton);
+            bare.widget.repaint();
+        }
+        state.counters["value"] =
+            (residentBytes() - before) / (4.0 * s_size.width() * s_size.height());
+    }
+}
+
+#define FRAMES(function, ...)                                                                      \
+    BENCHMARK_CAPTURE(function, __VA_ARGS__)->Unit(benchmark::kMillisecond)->Repetitions(3)
+#define PLAIN_FRAMES(function, ...) FRAMES(function, __VA_ARGS__)->Iterations(2)
+
+FRAMES(repaint, opaque, Opaque);
+PLAIN_FRAMES(plainRepaint, opaque, Opaque);
+FRAMES(repaint, ellipse, Ellipse);
+PLAIN_FRAMES(plainRepaint, ellipse, Ellipse);
+FRAMES(drag, opaque, Opaque, 1.0F);
+PLAIN_FRAMES(plainDrag, opaque, Opaque, 1.0F);
+FRAMES(drag, ellipse, Ellipse, 1.0F);
+PLAIN_FRAMES(plainDrag, ellipse, Ellipse, 1.0F);
+FRAMES(drag, opaque_small, Opaque, s_small);
+PLAIN_FRAMES(plainDrag, opaque_small, Opaque, s_small);
+FRAMES(drag, ellipse_small, Ellipse, s_small);
+PLAIN_FRAMES(plainDrag, ellipse_small, Ellipse, s_small);
+FRAMES(newShape, opaque_500, Opaque, 500);
+PLAIN_FRAMES(plainNewShape, opaque_500, Opaque, 500);
+FRAMES(newShape, opaque_5000, Opaque, 5000);
+PLAIN_FRAMES(plainNewShape, opaque_5000, Opaque, 5000);
+FRAMES(newShape, ellipse_500, Ellipse, 500);
+PLAIN_FRAMES(plainNewShape, ellipse_500, Ellipse, 500);
+FRAMES(undo, opaque, Opaque)->Iterations(200);
+PLAIN_FRAMES(plainUndo, opaque, Opaque);
+FRAMES(undo, ellipse, Ellipse)->Iterations(200);
+PLAIN_FRAMES(plainUndo, ellipse, Ellipse);
+BENCHMARK(memory)->Iterations(1)->Repetitions(3);
+
+bool addRatio(const char *what, const std::string &name, const std::string &plain, const char *aim)
+{
+    return addComparison(
+        {.what = what, .measured = name, .against = plain, .faster = true, .limit = aim});
+}
+
+[[maybe_unused]] const bool s_registered =
+    addRatio("repaint, 500 shapes", "repaint/opaque", "plainRepaint/opaque", "50 or more") &&
+    addRatio("the same on an ellipse grab", "repaint/ellipse", "plainRepaint/ellipse",
+             "25 or more") &&
+    addRatio("drag frame", "drag/opaque", "plainDrag/opaque", "20 or more") &&
+    addRatio("the same on an ellipse grab", "drag/ellipse", "plainDrag/ellipse", "10 or more") &&
+    addComparison(
+        {.what = "drag frame", .measured = "drag/opaque", .unit = "ms", .limit = "under 8 ms"}) &&
+    addRatio("drag frame at zoom 0.36", "drag/opaque_small", "plainDrag/opaque_small",
+             "8 or more") &&
+    addRatio("the same on an ellipse grab", "drag/ellipse_small", "plainDrag/ellipse_small",
+             "4 or more") &&
+    addRatio("new shape, 500 before", "newShape/opaque_500", "plainNewShape/opaque_500",
+             "20 or more") &&
+    addRatio("new shape, 5,000 before", "newShape/opaque_5000", "plainNewShape/opaque_5000",
+             "20 or more") &&
+    addComparison({.what = "new shape, 5,000 before, to the same with 500",
+                   .measured = "newShape/opaque_5000",
+                   .against = "newShape/opaque_500",
+                   .limit = "about 1"}) &&
+    addRatio("new shape on an ellipse grab", "newShape/ellipse_500", "plainNewShape/ellipse_500",
+             "10 or more") &&
+    addRatio("undo, 500 shapes", "undo/opaque", "plainUndo/opaque", "3 or more") &&
+    addRatio("the same on an ellipse grab", "undo/ellipse", "plainUndo/ellipse", "1.5 or more") &&
+    addComparison({.what = "memory of the editor beyond the picture",
+                   .measured = "memory",
+                   .unit = "times the picture",
+                   .limit = "at most 3"});
+
+}  // namespace

@@ -1,0 +1,116 @@
+#include "editing/gesture.h"
+
+#include "editing/planegeometry.h"
+
+#include <algorithm>
+#include <cstdlib>
+
+namespace {
+
+QPoint upperLeft(QPoint a, QPoint b) { return {std::min(a.x(), b.x()), std::min(a.y(), b.y())}; }
+
+QSize extent(QPoint a, QPoint b) { return {std::abs(a.x() - b.x()), std::abs(a.y() - b.y())}; }
+
+RectShape rectangle(const QRect &rect) { return {QPolygon(rect, true)}; }
+
+QPolygon reversed(const QPolygon &points)
+{
+    return {QList<QPoint>(points.rbegin(), points.rend())};
+}
+
+}  // namespace
+
+QPolygon CreateArrowPolygon(const QPoint &start, const QPoint &end, int width)
+{
+    const auto angle = static_cast<float>(CalAngle_Deg(start, end));
+    const int half = static_cast<int>(width * 0.5);
+    const int wing = 3 * half + 5;
+    const double length = DistanceTo(start, end) - static_cast<float>(6 * half + 10);
+    const auto at = [&](double along, double across) {
+        return (QPointF(start) + RotateByDeg(angle, {along, across}, {})).toPoint();
+    };
+    return QPolygon({at(length, wing), end, at(length, -wing), at(length, 0), at(half, 0)});
+}
+
+void DrawingGesture::press(QPoint position)
+{
+    m_start = position;
+    m_end = {};
+}
+
+void DrawingGesture::moveTo(QPoint position)
+{
+    m_dragging = true;
+    m_end = position;
+}
+
+void DrawingGesture::forget()
+{
+    m_start = {};
+    m_end = {};
+    m_line.clear();
+}
+
+std::optional<Geometry> DrawingGesture::release(stateEnum tool, QPoint position,
+                                                const ViewMapping &view, int lineWidth)
+{
+    m_dragging = false;
+    m_start = view.toPicture(m_start);
+    m_end = view.toPicture({std::clamp(position.x(), 0, view.widget.width()),
+                            std::clamp(position.y(), 0, view.widget.height())});
+    // The picture's corner counts as no point at all, on purpose, and so does a drag that ends
+    // where it began, however long the way between was.
+    if (m_start.isNull() || m_end.isNull() || m_start == m_end)
+        return {};
+    const QRect rect(upperLeft(m_start, m_end), extent(m_start, m_end));
+    switch (tool) {
+    case stateRect:
+        return rectangle(rect);
+    case stateEllipse:
+        return EllipseShape{rect};
+    case stateArrow:
+        return ArrowShape{CreateArrowPolygon(m_start, m_end, lineWidth)};
+    case statePoly:
+        return PolylineShape{m_line};
+    case stateMove:
+    case stateText:
+        break;
+    }
+    return {};
+}
+
+std::optional<Geometry> DrawingGesture::preview(stateEnum tool, const ViewMapping &view,
+                                                int lineWidth) const
+{
+    if (!m_dragging)
+        return {};
+    // The rectangle is cut to whole pixels as one, and not by its corners as at the release.
+    const auto rect = [&] {
+        const QPoint corner = view.toPicture(upperLeft(m_start, m_end));
+        const QSize size = extent(m_start, m_end);
+        const auto length = [&](int pixels) {
+            return static_cast<int>(static_cast<float>(pixels) / view.scale);
+        };
+        return QRect(corner, QSize(length(size.width()), length(size.height())));
+    };
+    const bool hasCorners = !m_start.isNull() && !m_end.isNull();
+    switch (tool) {
+    case stateRect:
+        if (hasCorners)
+            return rectangle(rect());
+        break;
+    case stateEllipse:
+        if (hasCorners)
+            return EllipseShape{rect()};
+        break;
+    case stateArrow:
+        return ArrowShape{
+            CreateArrowPolygon(view.toPicture(m_start), view.toPicture(m_end), lineWidth)};
+    case statePoly:
+        return PolylineShape{reversed(m_line)};
+    case stateMove:
+    case stateText:
+        break;
+    }
+    return {};
+}

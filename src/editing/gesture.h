@@ -1,0 +1,39 @@
+#pragma once
+
+#include "editing/shapes.h"
+#include "editing/viewmapping.h"
+
+#include <optional>
+
+/// The five points of an arrow, for a line width: wing, tip, wing, the base's centre, the shaft's
+/// start. Picture coordinates. One shorter than its head has the wings behind its start.
+QPolygon CreateArrowPolygon(const QPoint &start, const QPoint &end, int width);
+
+/// What the mouse is drawing: the points of one press, drag and release, and the shapes that come
+/// of them. Positions are in the widget, in device pixels.
+class DrawingGesture
+{
+public:
+    void press(QPoint position);
+    /// The pointer moved with a button down. From here on there is a preview.
+    void moveTo(QPoint position);
+    /// Ends the drag, held within the widget at its end. The shape to record, if there is one.
+    std::optional<Geometry> release(stateEnum tool, QPoint position, const ViewMapping &view,
+                                    int lineWidth);
+    /// Ends the drag with nothing to show for it.
+    void stop() { m_dragging = false; }
+    /// Forgets the points, and goes on dragging.
+    void forget();
+
+    void startLine() { m_line.clear(); }
+    void extendLine(QPoint picturePoint) { m_line.append(picturePoint); }
+
+    /// The shape as it would be now.
+    std::optional<Geometry> preview(stateEnum tool, const ViewMapping &view, int lineWidth) const;
+
+private:
+    QPoint m_start;  ///< after the release the picture's points
+    QPoint m_end;
+    QPolygon m_line;  ///< of the freehand line, in picture coordinates
+    bool m_dragging = false;
+};

@@ -1,0 +1,155 @@
+#include "editing/scaling.h"
+
+#include <array>
+#include <vector>
+
+namespace {
+
+// The toolkit scales by sums of whole numbers in fixed point, each axis by itself: made smaller, a
+// pixel is the weighted sum of those that it covers; made larger, it lies between two neighbours.
+// The same numbers are worked out here, from the place where the part begins.
+
+constexpr int s_fullWeight = 1 << 14;  // of all pixels that one pixel covers
+constexpr int s_fullShare = 1 << 8;    // of two neighbours
+
+/// What one pixel of the result is made of, along one axis.
+struct Share {
+    qsizetype first = 0;  ///< the first pixel of the image
+    int start = 0;        ///< weight of the first pixel, or share of its neighbour when growing
+    int step = 0;         ///< weight of each whole pixel
+};
+
+struct Axis {
+    bool grows = false;
+    std::vector<Share> shares{};
+};
+
+Axis axisOf(int from, int to, int start, int length)
+{
+    Axis axis{.grows = to >= from};
+    axis.shares.reserve(length);
+    const qint64 step = (static_cast<qint64>(from) << 16) / to;
+    const qint64 origin = axis.grows ? 0x8000LL * from / to - 0x8000 : 0;
+    const int whole = static_cast<int>(((static_cast<qint64>(to) << 14) + from - 1) / from);
+    for (int i = start; i < start + length; ++i) {
+        const qint64 at = origin + i * step;
+        const auto pixel = static_cast<qsizetype>(at >> 16);
+        if (axis.grows) {
+            const bool atEdge = pixel < 0 || pixel >= from - 1;
+            axis.shares.push_back({.first = std::max<qsizetype>(0, pixel),
+                                   .start = atEdge ? 0 : static_cast<int>((at >> 8) & 0xff)});
+        } else {
+            axis.shares.push_back(
+                {.first = pixel,
+                 .start = static_cast<int>(((0x10000 - (at & 0xffff)) * whole) >> 16),
+                 .step = whole});
+        }
+    }
+    return axis;
+}
+
+using Channels = std::array<int, 4>;
+
+Channels channels(QRgb pixel) { return {qBlue(pixel), qGreen(pixel), qRed(pixel), qAlpha(pixel)}; }
+
+QRgb toPixel(const Channels &sums, int shift)
+{
+    return qRgba(sums[2] >> shift, sums[1] >> shift, sums[0] >> shift, sums[3] >> shift);
+}
+
+void add(Channels &sums, const Channels &value, int weight)
+{
+    for (size_t i = 0; i < sums.size(); ++i)
+        sums[i] += value[i] * weight;
+}
+
+/// The weighted sum of the pixels that one pixel covers, each `stride` after the one before;
+/// `value(offset)` gives a pixel.
+template<typename Value> Channels covered(const Share &share, qsizetype stride, Value value)
+{
+    Channels sums{};
+    qsizetype offset = 0;
+    add(sums, value(offset), share.start);
+    int rest = s_fullWeight - share.start;
+    for (; rest > share.step; rest -= share.step)
+        add(sums, value(offset += stride), share.step);
+    add(sums, value(offset + stride), rest);
+    return sums;
+}
+
+QRgb between(QRgb a, QRgb b, int share)
+{
+    if (share == 0)
+        return a;
+    Channels sums{};
+    add(sums, channels(a), s_fullShare - share);
+    add(sums, channels(b), share);
+    return toPixel(sums, 8);
+}
+
+Channels between(const Channels &a, const Channels &b, int share)
+{
+    Channels sums{};
+    for (size_t i = 0; i < sums.size(); ++i)
+        sums[i] = (a[i] * (s_fullShare - share) + b[i] * share) >> 8;
+    return sums;
+}
+
+/// One axis shrinks, in steps of `along`, and the other may grow, in steps of `across`.
+QRgb shrunk(const QRgb *source, const Share &shrinking, qsizetype along, const Share &growing,
+            qsizetype across)
+{
+    const auto pixel = [](const QRgb *from) {
+        return [from](qsizetype offset) { return channels(from[offset]); };
+    };
+    Channels sums = covered(shrinking, along, pixel(source));
+    if (growing.start > 0) {
+        sums = between(sums, covered(shrinking, along, pixel(source + across)), growing.start);
+    }
+    return toPixel(sums, 14);
+}
+
+QRgb shrunkBothWays(const QRgb *source, const Share &x, const Share &y, qsizetype line)
+{
+    const auto row = [&](qsizetype offset) {
+        Channels sums =
+            covered(x, 1, [&](qsizetype step) { return channels(source[offset + step]); });
+        for (int &sum : sums)
+            sum >>= 4;
+        return sums;
+    };
+    return toPixel(covered(y, line, row), 24);
+}
+
+}  // namespace
+
+QImage scaledPart(const QImage &image, QSize size, const QRect &part)
+{
+    const Axis columns = axisOf(image.width(), size.width(), part.x(), part.width());
+    const Axis rows = axisOf(image.height(), size.height(), part.y(), part.height());
+    const auto line = static_cast<qsizetype>(image.bytesPerLine() / sizeof(QRgb));
+    const auto *pixels = reinterpret_cast<const QRgb *>(image.constBits());
+    QImage result(part.size(), image.format());
+    for (int j = 0; j < part.height(); ++j) {
+        const Share &y = rows.shares[j];
+        auto *to = reinterpret_cast<QRgb *>(result.scanLine(j));
+        for (const Share &x : columns.shares) {
+            const QRgb *source = pixels + y.first * line + x.first;
+            if (!columns.grows && !rows.grows) {
+                *to++ = shrunkBothWays(source, x, y, line);
+            } else if (!columns.grows) {
+                *to++ = shrunk(source, x, 1, y, line);
+            } else if (!rows.grows) {
+                *to++ = shrunk(source, y, line, x, 1);
+            } else {
+                const QRgb left = between(source[0], source[y.start ? line : 0], y.start);
+                *to++ =
+                    x.start
+                        ? between(left, between(source[1], source[y.start ? line + 1 : 1], y.start),
+                                  x.start)
+                        : left;
+            }
+        }
+    }
+    return result;
+}
