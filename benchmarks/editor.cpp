@@ -11,7 +11,9 @@
 #include <QMouseEvent>
 #include <QPainterPath>
 #include <QRandomGenerator>
+#include <QScrollArea>
 #include <QWidget>
+#include <QWindow>
 
 #include <benchmark/benchmark.h>
 
@@ -88,16 +90,25 @@ EditHistory shapes(int count)
     return history;
 }
 
-/// A widget of the picture's size on the screen, and who shows the picture there.
+/// The drawing widget in a scroll area, as the main window has it, on an ordinary screen.
 struct Stage {
-    Stage() { widget.setWindowFlag(Qt::FramelessWindowHint); }
+    Stage()
+    {
+        area.setWindowFlag(Qt::FramelessWindowHint);
+        area.setWidget(&widget);
+    }
+
+    ~Stage() { area.takeWidget(); }
+    Stage(const Stage &) = delete;
+    Stage &operator=(const Stage &) = delete;
 
     void show()
     {
         widget.resize(s_size);
-        widget.show();
-        for (int i = 0; i < 50; ++i)
-            QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
+        area.resize(1600, 900);
+        area.show();
+        while (!area.windowHandle()->isExposed())
+            QCoreApplication::processEvents();
         widget.repaint();
     }
 
@@ -107,6 +118,7 @@ struct Stage {
         QCoreApplication::sendEvent(&widget, &event);
     }
 
+    QScrollArea area{};
     QWidget widget{};
 };
 

@@ -1,0 +1,429 @@
+#include "editing/picturedocument.h"
+#include "editing/pictureeditor.h"
+
+#include <QFile>
+#include <QSignalSpy>
+#include <QTest>
+#include <QTextEdit>
+#include <QWidget>
+
+#include <malloc.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QList<long> g_changes;
+
+long remember(long code, long /*unused*/)
+{
+    g_changes.append(code);
+    return 0;
+}
+
+QList<int> types(const EditHistory &history)
+{
+    QList<int> result;
+    for (const EntryPtr &entry : history)
+        result.append(entry->style.type);
+    return result;
+}
+
+}  // namespace
+
+/// What the mouse and the keyboard do to an editor over a widget of 200 x 150, with a picture of
+/// 100 x 50 in its middle.
+class TestEditorInput : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+    void drawing();
+    void handTool();
+    void rightClick_data();
+    void rightClick();
+    void textByClicks();
+    void textCommitted_data();
+    void textCommitted();
+    void clickAfterCommit();
+    void fieldFits();
+    void escapeOnce();
+    void redoAfterNewShape();
+    void hugePictures_data();
+    void hugePictures();
+    void nullPicture();
+    void longTexts_data();
+    void longTexts();
+    void nothingIsLeft();
+
+private:
+    QTextEdit *field() const { return m_widget->findChild<QTextEdit *>(); }
+    void press(QPoint at, Qt::MouseButton button = Qt::LeftButton)
+    {
+        send(QEvent::MouseButtonPress, at, button, button);
+    }
+    void moveTo(QPoint at) { send(QEvent::MouseMove, at, Qt::NoButton, Qt::LeftButton); }
+    void release(QPoint at, Qt::MouseButton button = Qt::LeftButton)
+    {
+        send(QEvent::MouseButtonRelease, at, button, Qt::NoButton);
+    }
+    void click(QPoint at, Qt::MouseButton button = Qt::LeftButton)
+    {
+        press(at, button);
+        release(at, button);
+    }
+    void drag(QPoint from, QPoint to)
+    {
+        press(from);
+        moveTo(to);
+        release(to);
+    }
+    void send(QEvent::Type type, QPoint at, Qt::MouseButton button, Qt::MouseButtons buttons)
+    {
+        QMouseEvent event(type, at, at, button, buttons, Qt::NoModifier);
+        QCoreApplication::sendEvent(m_widget.get(), &event);
+    }
+    bool pressEscape()
+    {
+        QKeyEvent event(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
+        return m_editor->eventFilter(m_widget.get(), &event);
+    }
+
+    std::unique_ptr<QWidget> m_widget;
+    std::unique_ptr<TPictureEditor> m_editor;
+};
+
+void TestEditorInput::init()
+{
+    m_widget = std::make_unique<QWidget>();
+    m_widget->resize(200, 150);
+    m_editor = std::make_unique<TPictureEditor>(m_widget.get(), nullptr);
+    QPixmap picture(100, 50);
+    picture.fill(Qt::white);
+    m_editor->setPixmap(picture);
+    m_editor->setcallback(remember);
+    m_widget->show();
+    QVERIFY(QTest::qWaitForWindowExposed(m_widget.get()));
+    g_changes.clear();
+}
+
+void TestEditorInput::cleanup()
+{
+    m_editor.reset();
+    m_widget.reset();
+}
+
+void TestEditorInput::drawing()
+{
+    m_editor->setState(stateRect);
+    m_editor->setLineWidth(7);
+    m_editor->setPenColor(Qt::green);
+    drag({60, 60}, {90, 80});
+    QCOMPARE(g_changes, QList<long>{TPictureEditor::HistoryChange});
+    const EditEntry &entry = *m_editor->getVecUnDo().constFirst();
+    QCOMPARE(std::get<RectShape>(entry.geometry).outline.boundingRect(),
+             QRect(QPoint(10, 10), QPoint(40, 30)));
+    QCOMPARE(entry.style.width, 7);
+    QCOMPARE(entry.style.color, QColor(Qt::green));
+    // What is drawn keeps its look.
+    m_editor->setLineWidth(2);
+    m_editor->setPenColor(Qt::blue);
+    QCOMPARE(m_editor->sendPixmap(Qt::transparent).toImage().pixelColor(20, 10), QColor(Qt::green));
+}
+
+void TestEditorInput::handTool()
+{
+    QCOMPARE(m_editor->getState(), stateMove);
+    m_editor->setState(stateMove);
+    QCOMPARE(m_widget->cursor().shape(), Qt::OpenHandCursor);
+    const QSignalSpy moves(m_editor.get(), &TPictureEditor::movealue);
+    press({50, 50});
+    QCOMPARE(m_widget->cursor().shape(), Qt::ClosedHandCursor);
+    // The picture moves under the pointer: each move counts from the press.
+    moveTo({53, 48});
+    moveTo({54, 47});
+    release({54, 47});
+    QCOMPARE(m_widget->cursor().shape(), Qt::OpenHandCursor);
+    QCOMPARE(moves.at(0), (QVariantList{3, -2}));
+    QCOMPARE(moves.at(1), (QVariantList{4, -3}));
+    QVERIFY(g_changes.isEmpty());
+    m_editor->setState(stateArrow);
+    QCOMPARE(m_widget->cursor().shape(), Qt::CrossCursor);
+}
+
+void TestEditorInput::rightClick_data()
+{
+    QTest::addColumn<int>("tool");
+    for (int tool = stateMove; tool <= statePoly; ++tool)
+        QTest::addRow("tool %d", tool) << tool;
+}
+
+// The way out of any tool leaves a record that draws nothing.
+void TestEditorInput::rightClick()
+{
+    QFETCH(const int, tool);
+    m_editor->setState(static_cast<stateEnum>(tool));
+    const QImage before = m_editor->sendPixmap(Qt::transparent).toImage();
+    press({60, 60}, Qt::RightButton);
+    QCOMPARE(m_editor->getState(), stateMove);
+    QCOMPARE(m_widget->cursor().shape(), Qt::ClosedHandCursor);
+    QCOMPARE(g_changes, (QList<long>{TPictureEditor::HistoryChange, TPictureEditor::ToolChange}));
+    release({90, 90}, Qt::RightButton);
+    QCOMPARE(types(m_editor->getVecUnDo()), QList<int>{tool});
+    QCOMPARE(m_editor->sendPixmap(Qt::transparent).toImage(), before);
+    m_editor->Undo();
+    QVERIFY(m_editor->getVecUnDo().isEmpty());
+}
+
+void TestEditorInput::textByClicks()
+{
+    m_editor->setState(stateText);
+    click({60, 60});
+    QVERIFY(field()->isVisible());
+    QCOMPARE(field()->pos(), QPoint(55, 55));
+    QVERIFY(field()->overwriteMode());
+    QTest::keyClicks(field(), u"abc"_s);
+    // The field keeps clicks to itself; a right one inside it is its own menu's.
+    click({65, 65}, Qt::RightButton);
+    QCOMPARE(m_editor->getState(), stateText);
+    click({150, 100});
+    QVERIFY(!field()->isVisible());
+    const EditEntry &entry = *m_editor->getVecUnDo().constFirst();
+    QCOMPARE(entry.style.text, u"abc"_s);
+    QCOMPARE(std::get<TextShape>(entry.geometry).position, QPoint(10, 10));
+    click({100, 80});
+    QVERIFY(field()->isVisible());
+    QVERIFY(field()->toPlainText().isEmpty());
+    QCOMPARE(m_editor->getVecUnDo().size(), 1);
+}
+
+void TestEditorInput::textCommitted_data()
+{
+    QTest::addColumn<int>("way");
+    QTest::newRow("tool") << 0;
+    QTest::newRow("the same tool") << 1;
+    QTest::newRow("EndEdit") << 2;
+    QTest::newRow("right click") << 3;
+    QTest::newRow("undo") << 4;
+    QTest::newRow("redo") << 5;
+}
+
+// No way out of the field loses what was typed.
+void TestEditorInput::textCommitted()
+{
+    QFETCH(const int, way);
+    m_editor->setState(stateText);
+    click({60, 60});
+    QTest::keyClicks(field(), u"kept"_s);
+    switch (way) {
+    case 0:
+        m_editor->setState(stateRect);
+        break;
+    case 1:
+        m_editor->setState(stateText);
+        break;
+    case 2:
+        m_editor->EndEdit();
+        m_editor->EndEdit();
+        break;
+    case 3:
+        click({190, 140}, Qt::RightButton);
+        break;
+    case 4:
+        // Recorded, and taken back at once.
+        m_editor->Undo();
+        QVERIFY(m_editor->getVecUnDo().isEmpty());
+        m_editor->Redo();
+        break;
+    default:
+        m_editor->Redo();
+    }
+    QVERIFY(!field()->isVisible());
+    QCOMPARE(m_editor->getVecUnDo().size(), 1);
+    QCOMPARE(m_editor->getVecUnDo().constFirst()->style.text, u"kept"_s);
+}
+
+// Only a click closes what a click opened: after another way the next click records an empty text,
+// and the one after that opens the field.
+void TestEditorInput::clickAfterCommit()
+{
+    m_editor->setState(stateText);
+    click({60, 60});
+    QTest::keyClicks(field(), u"a"_s);
+    m_editor->EndEdit();
+    click({60, 60});
+    QVERIFY(!field()->isVisible());
+    QCOMPARE(m_editor->getVecUnDo().size(), 2);
+    QVERIFY(m_editor->getVecUnDo().constFirst()->style.text.isEmpty());
+    click({60, 60});
+    QVERIFY(field()->isVisible());
+    QCOMPARE(m_editor->getVecUnDo().size(), 2);
+}
+
+void TestEditorInput::fieldFits()
+{
+    QFont font(u"Sans Serif"_s, 12);
+    m_editor->set_m_Font(font);
+    m_editor->setState(stateText);
+    m_editor->setPixmapScaled(2);
+    click({60, 60});
+    const auto lineSize = [](int points) {
+        return QFontMetrics(QFont(u"Sans Serif"_s, points))
+            .boundingRect(QRect(-1000, -1000, 10, 10), Qt::AlignLeft | Qt::AlignTop, u"a"_s)
+            .size();
+    };
+    QCOMPARE(field()->size(), lineSize(24) + QSize(50, 20));
+    QTest::keyClicks(field(), u"a"_s);
+    QCOMPARE(field()->size(), lineSize(24) + QSize(50, 20));
+    QTest::keyClick(field(), Qt::Key_Return);
+    QVERIFY(field()->height() > lineSize(24).height() * 2);
+    QTest::keyClick(field(), Qt::Key_Backspace);
+    // Changed in place, the font shows at the next paint.
+    m_editor->EditFont().setPointSize(6);
+    field()->update();
+    QTRY_COMPARE(field()->size(), lineSize(12) + QSize(50, 20));
+    // Nothing is left of the font: the field keeps the font's own size.
+    m_editor->setPixmapScaled(0.1F);
+    QCOMPARE(field()->size(), lineSize(6) + QSize(50, 20));
+    m_editor->setPenColor(Qt::magenta);
+    QCOMPARE(field()->palette().color(QPalette::Text), QColor(Qt::magenta));
+    m_editor->EndEdit();
+    QCOMPARE(m_editor->getVecUnDo().constFirst()->style.font.pointSize(), 6);
+    QCOMPARE(m_editor->getVecUnDo().constFirst()->style.color, QColor(Qt::magenta));
+}
+
+void TestEditorInput::escapeOnce()
+{
+    m_editor->setState(stateText);
+    click({60, 60});
+    QTest::keyClicks(field(), u"gone"_s);
+    QVERIFY(pressEscape());
+    QVERIFY(field()->isVisible());
+    QVERIFY(field()->toPlainText().isEmpty());
+    QTest::keyClicks(field(), u"stays"_s);
+    QVERIFY(!pressEscape());
+    QCOMPARE(field()->toPlainText(), u"stays"_s);
+}
+
+// What was undone comes back on top of what was drawn since.
+void TestEditorInput::redoAfterNewShape()
+{
+    m_editor->setState(stateRect);
+    for (int i = 0; i < 5; ++i)
+        drag({60 + i, 60}, {90, 80});
+    const EditHistory rectangles = m_editor->getVecUnDo();
+    m_editor->Undo();
+    m_editor->Undo();
+    m_editor->setState(stateArrow);
+    drag({60, 60}, {90, 90});
+    m_editor->Redo();
+    m_editor->Redo();
+    QCOMPARE(types(m_editor->getVecUnDo()),
+             (QList<int>{stateRect, stateRect, stateArrow, stateRect, stateRect, stateRect}));
+    QCOMPARE(m_editor->getVecUnDo().at(0), rectangles.at(0));
+    QCOMPARE(m_editor->getVecUnDo().at(1), rectangles.at(1));
+}
+
+void TestEditorInput::hugePictures_data()
+{
+    QTest::addColumn<QSize>("size");
+    QTest::newRow("one pixel") << QSize(1, 1);
+    QTest::newRow("wide") << QSize(30000, 200);
+    QTest::newRow("tall") << QSize(200, 30000);
+}
+
+// At both limits of the zoom, where the tall one would be more than a gigapixel.
+void TestEditorInput::hugePictures()
+{
+    QFETCH(const QSize, size);
+    QPixmap picture(size);
+    picture.fill(Qt::white);
+    m_editor->setPixmap(picture);
+    m_editor->setState(stateEllipse);
+    const auto width = static_cast<float>(size.width());
+    for (const float scale : {50 / width, 1.0F, 3000 / width}) {
+        m_editor->setPixmapScaled(scale);
+        QCoreApplication::processEvents();
+        drag({30, 20}, {170, 130});
+        QCoreApplication::processEvents();
+        m_editor->Undo();
+        m_editor->Redo();
+        m_widget->repaint();
+    }
+    QCOMPARE(m_editor->sendPixmap(Qt::transparent).size(), size);
+}
+
+void TestEditorInput::nullPicture()
+{
+    m_editor->setPixmap({});
+    for (int tool = stateMove; tool <= statePoly; ++tool) {
+        m_editor->setState(static_cast<stateEnum>(tool));
+        drag({60, 60}, {90, 80});
+        m_editor->setPixmapScaled(1.4F);
+        m_widget->repaint();
+    }
+    m_editor->Undo();
+    m_editor->Redo();
+    QVERIFY(m_editor->sendPixmap(Qt::transparent).isNull());
+}
+
+void TestEditorInput::longTexts_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::newRow("one line") << u"long "_s.repeated(2000);
+    QTest::newRow("lines") << u"long\n"_s.repeated(2000);
+    QTest::newRow("right to left") << u"שלום عالم "_s.repeated(1000);
+    QTest::newRow("ideographs and more") << u"漢字かな🙂 e\u0301\u200d\n"_s.repeated(1000);
+}
+
+void TestEditorInput::longTexts()
+{
+    QFETCH(const QString, text);
+    m_editor->setState(stateText);
+    click({60, 60});
+    field()->setPlainText(text);
+    m_widget->repaint();
+    m_editor->setState(stateMove);
+    m_widget->repaint();
+    QCOMPARE(m_editor->getVecUnDo().constFirst()->style.text, text);
+    QVERIFY(m_editor->sendPixmap(Qt::transparent).toImage() != m_editor->getPixmap().toImage());
+}
+
+// Closed documents give back their shapes, whoever else has looked at them meanwhile.
+void TestEditorInput::nothingIsLeft()
+{
+    m_editor->setState(stateRect);
+    const auto resident = [] {
+        malloc_trim(0);
+        QFile file(u"/proc/self/statm"_s);
+        return file.open(QIODevice::ReadOnly) ? file.readAll().split(' ').at(1).toLongLong() : 0;
+    };
+    const auto openAndClose = [this](int documents) {
+        std::weak_ptr<const EditEntry> last;
+        for (int i = 0; i < documents; ++i) {
+            QPixmap picture(100, 50);
+            picture.fill(QColor::fromRgb(i));
+            QPictureDocument document(picture);
+            m_editor->setPixmap(picture);
+            m_editor->setVecUnDo(&document.m_VecUnDo);
+            for (int shape = 0; shape < 100; ++shape)
+                drag({60, 60}, {61 + shape, 80});
+            m_widget->repaint();
+            document.m_VecUnDo = m_editor->getVecUnDo();
+            document.GetUnitePixmap();
+            last = document.m_VecUnDo.constFirst();
+        }
+        m_editor->clearShape();
+        return last;
+    };
+    QVERIFY(openAndClose(100).expired());
+    const qint64 before = resident();
+    QVERIFY(openAndClose(1000).expired());
+    // Pages; a hundred thousand shapes would be thousands.
+    QVERIFY2(resident() - before < 500, qPrintable(QString::number(resident() - before)));
+}
+
+QTEST_MAIN(TestEditorInput)
+#include "test_editorinput.moc"
