@@ -3,6 +3,7 @@
 #include "platform/x11/x11windowserver.h"
 
 #include <QFile>
+#include <QStringDecoder>
 
 #include <algorithm>
 #include <array>
@@ -43,6 +44,14 @@ QList<uint32_t> valuesOf(const Reply<xcb_get_property_reply_t> &reply)
     return {values, values + xcb_get_property_value_length(reply.get()) / 4};
 }
 
+// Latin-1 by the book, and UTF-8 from most programs that have more to say than ASCII.
+QString classText(const QByteArray &bytes)
+{
+    QStringDecoder decoder(QStringDecoder::Utf8);
+    QString text = decoder(bytes);
+    return decoder.hasError() ? QString::fromLatin1(bytes) : text;
+}
+
 QString processName(uint32_t pid)
 {
     QFile file(u"/proc/%1/comm"_s.arg(pid));
@@ -67,6 +76,7 @@ QList<X11WindowServer::Window> X11WindowServer::topLevels()
     for (int i = 0; i < count; ++i)
         cookies.append({xcb_get_window_attributes(connection, children[i]),
                         xcb_get_geometry(connection, children[i])});
+    const QRect root = rootArea();
     QList<Window> result;
     for (int i = count - 1; i >= 0; --i) {
         const auto attributes = XCB_REPLY(connection, get_window_attributes, cookies[i].first);
@@ -76,11 +86,14 @@ QList<X11WindowServer::Window> X11WindowServer::topLevels()
         const int border = 2 * geometry->border_width;
         const QRect bounds(geometry->x, geometry->y, geometry->width + border,
                            geometry->height + border);
+        // Window managers keep small windows of their own beyond the edges.
+        const bool onScreen =
+            attributes->map_state == XCB_MAP_STATE_VIEWABLE && bounds.intersects(root);
         result.append({.frame = children[i],
                        .bounds = bounds,
                        .border = geometry->border_width,
                        .depth = geometry->depth,
-                       .onScreen = attributes->map_state == XCB_MAP_STATE_VIEWABLE,
+                       .onScreen = onScreen,
                        .unmanaged = attributes->override_redirect != 0});
     }
     return result;
@@ -161,7 +174,7 @@ void X11WindowServer::readNames(QList<Window> &windows)
         // Two strings, each with its terminator: the instance and the class.
         const QList<QByteArray> classes = bytesOf(replies[Class]).split('\0');
         const QList<uint32_t> pid = valuesOf(replies[Pid]);
-        entry.owner = QString::fromLatin1(classes.value(1));
+        entry.owner = classText(classes.value(1));
         if (entry.owner.isEmpty() && !pid.isEmpty())
             entry.owner = processName(pid.first());
         const QList<uint32_t> types = valuesOf(replies[Type]);
