@@ -37,6 +37,7 @@ CaptureOverlay::CaptureOverlay(QWidget *parent, qreal sheetOpacity)
     : QDialog(parent), m_area(desktopBox()), m_sheetOpacity(sheetOpacity)
 {
     setWindowFlags(windowFlags() | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
+    setAttribute(Qt::WA_TranslucentBackground, !hasSheet());
     m_tick.start(s_tickInterval, this);
 }
 
@@ -109,7 +110,7 @@ bool CaptureOverlay::makeSeeThrough()
 {
     m_dimmed = {};
     const bool composited = services().windows->isComposited();
-    setWindowOpacity(composited ? m_sheetOpacity : 1.0);
+    setWindowOpacity(composited && hasSheet() ? m_sheetOpacity : 1.0);
     if (composited)
         return true;
     m_dimmed = screenWindow(0, 0, -1, -1, true, nullptr);
@@ -236,14 +237,18 @@ void CaptureOverlay::paintSheet(const QRegion &exposed, const std::function<void
     for (const QRect &logical : exposed) {
         const QRect pixels = pixelsAround(logical);
         const QRect known = pixels & m_dimmed.rect();
-        if (known != pixels)
-            painter.fillRect(pixels, Qt::black);
+        if (known != pixels) {
+            painter.setCompositionMode(QPainter::CompositionMode_Source);
+            painter.fillRect(pixels, hasSheet() ? Qt::black : Qt::transparent);
+            painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
+        }
         if (known.isEmpty())
             continue;
         painter.drawPixmap(known, m_dimmed, known);
-        addSheet(painter, known, draw);
+        if (hasSheet())
+            addSheet(painter, known, draw);
     }
-    if (!m_dimmed.isNull())
+    if (hasSheet() && !m_dimmed.isNull())
         return;
     painter.setRenderHint(QPainter::Antialiasing);
     draw(painter);

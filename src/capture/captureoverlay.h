@@ -41,7 +41,8 @@ signals:
     void ShowDetailWindowRequest(QWidget *parent, EShowMagOpr opr, int x, int y);
 
 protected:
-    /// `sheetOpacity` is how much of the desktop the sheet takes away, 0 to 1.
+    /// `sheetOpacity` is how much of the desktop the sheet takes away, 0 to 1. With 0 there is no
+    /// sheet: what is drawn lies on the desktop as it is.
     CaptureOverlay(QWidget *parent, qreal sheetOpacity);
 
     /// The child that fills the overlay: it is drawn on, and gets the mouse and all keys. Call it
@@ -80,6 +81,7 @@ protected:
     void paintSheet(const QRegion &exposed, const std::function<void(QPainter &)> &draw);
 
 private:
+    bool hasSheet() const { return m_sheetOpacity > 0; }
     bool makeSeeThrough();
     bool fitsDesktop() const;
     void takeKeyboard();

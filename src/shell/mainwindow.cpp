@@ -144,6 +144,8 @@ bool MainWindow::GetHideFromXML() { return flag(u"AutoHide"_s); }
 
 bool MainWindow::GetShowFromXML() { return flag(u"AutoShow"_s); }
 
+int MainWindow::GetScreenTimerFromXML() { return GetConfigString(u"ScreenTimer"_s).toInt(); }
+
 void MainWindow::InitShowGeometry()
 {
     // The exact text counts here, and not the number.

@@ -47,6 +47,7 @@ public:
     static bool GetRunMinFromXML();
     static bool GetHideFromXML();
     static bool GetShowFromXML();
+    static int GetScreenTimerFromXML();  ///< seconds
 
     // Tabs. Indices are positions in the vector of documents, -1 for none.
     void NewDocument(const QPixmap &pixmap, const QString &name);
@@ -184,6 +185,7 @@ private:
     void endGrab();
     void finishGrab(QPixmap picture, const GrabStart &start);
     void restoreMinimized(const GrabStart &start);
+    bool countDown(int seconds);  ///< false when it was given up
     void LoadPixmapFromXml(QPixmap &pixmap, const QString &section, int attribute);
     void LoadPixmapFlag();
     void DealPicture(QPixmap &pixmap, const QPainterPath *path, const QPolygonF *polygon);

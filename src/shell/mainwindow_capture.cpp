@@ -1,6 +1,8 @@
 #include "shell/mainwindow.h"
 
 #include "capture/dialog.h"
+#include "capture/dialogcountdown.h"
+#include "capture/windowspreview.h"
 #include "config/licensing.h"
 #include "config/settings.h"
 #include "config/texthelpers.h"
@@ -262,17 +264,38 @@ void MainWindow::ShowGrabRectWindow(bool)
     endGrab();
 }
 
-void MainWindow::ShowFullScreen(bool, bool)
+bool MainWindow::countDown(int seconds)
+{
+    DialogCountDown countdown(nullptr);
+    countdown.setSecond(seconds);
+    countdown.show();
+    // Escape reaches it only there.
+    services().watch->bringToFront(&countdown);
+    while (countdown.getSecond() >= 0 && !m_CloseAfterGrab) {
+        gwsleep(s_round);
+        QCoreApplication::processEvents();
+    }
+    return countdown.getResult() == 1;
+}
+
+void MainWindow::ShowFullScreen(bool, bool withTimer)
 {
     GrabStart start;
     if (!beginGrab(start))
         return;
     if (GetHideFromXML() && !start.wasMinimized)
         showMinimized();
-    WaitFor();
-    if (!start.wasActive)
+    const int seconds = withTimer ? GetScreenTimerFromXML() : 0;
+    if (seconds <= 0 || countDown(seconds)) {
+        WaitFor();
+        if (!start.wasActive)
+            FocusPreApp();
+        finishGrab(screenWindow(0, 0, -1, -1, true, nullptr), start);
+    } else if (start.wasActive) {
+        restoreMinimized(start);
+    } else {
         FocusPreApp();
-    finishGrab(screenWindow(0, 0, -1, -1, true, nullptr), start);
+    }
     endGrab();
 }
 
@@ -280,7 +303,31 @@ void MainWindow::ShowGrabEllipseWindow(bool) {}
 
 void MainWindow::ShowGrabPolygonWindow(bool) {}
 
-void MainWindow::ShowAllWindow() {}
+void MainWindow::ShowAllWindow()
+{
+    GrabStart start;
+    if (!beginGrab(start))
+        return;
+    WindowsPreView browser(this);
+    // A minimised window would take its dialog along.
+    showInFront();
+    browser.findNormalFile = GetBtnAttr(this, u"BtnFilterLeft"_s, 4);
+    browser.findFocusFile = GetBtnAttr(this, u"BtnFilterLeft"_s, 6);
+    browser.clearNormalFile = GetBtnAttr(this, u"BtnFilterRight"_s, 4);
+    browser.clearFocusFile = GetBtnAttr(this, u"BtnFilterRight"_s, 6);
+    // The same for both, on purpose.
+    browser.clearFilledFile = GetBtnAttr(this, u"BtnFilterRight"_s, 7);
+    browser.clearFilledFocusFile = browser.clearFilledFile;
+    if (browser.exec() == QDialog::Accepted) {
+        const QList<QString> &names = *browser.getNameList();
+        for (qsizetype i = 0; i < names.size(); ++i) {
+            QPixmap picture = browser.getPixmap()->at(i);
+            DealPicture(picture, nullptr, nullptr);
+            NewDocument(picture, names[i]);
+        }
+    }
+    endGrab();
+}
 
 void MainWindow::ShowSelectWindow(bool) {}
 

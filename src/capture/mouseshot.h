@@ -1,0 +1,40 @@
+#pragma once
+
+#include "capture/captureoverlay.h"
+#include "capture/windowoutlines.h"
+
+#include <memory>
+
+namespace Ui {
+class mouseShot;
+}  // namespace Ui
+
+/// The overlay that tints the window under the pointer, and takes it on a click. The windows are
+/// those of the moment at which it was made: it shows itself then, and the caller runs exec().
+class mouseShot : public CaptureOverlay
+{
+    Q_OBJECT
+public:
+    explicit mouseShot(QWidget *parent = nullptr);
+    ~mouseShot() override;
+
+    /// The picked window's picture, whatever covers it, and in `name`, if not null, its
+    /// application. Null, with `name` as it was, while none is picked, and null for a window that
+    /// has closed. No other window list may have been taken meanwhile.
+    QPixmap getPixmap(QString *name);
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+    void timerEvent(QTimerEvent *event) override;
+    void tick() override {}
+
+private:
+    void readWindows();
+    void pickWindow();
+    void paint(const QRegion &exposed);
+
+    std::unique_ptr<Ui::mouseShot> m_ui;
+    WindowOutlines m_outlines;
+    QBasicTimer m_pickTimer;
+    int m_currentIndex = 0;  // the pick: a position in the window list; 0 for none
+};

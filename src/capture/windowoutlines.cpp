@@ -1,0 +1,104 @@
+#include "capture/windowoutlines.h"
+
+namespace {
+
+constexpr int s_dockPictureLevel = 19;  // lies behind the dock, whose bounds say nothing
+constexpr int s_dockLevel = 20;
+constexpr int s_menuBarLevel = 25;
+
+QPolygon outlineOf(const QRect &bounds) { return QPolygon(bounds, true); }
+
+// The dock is centred at the bottom of its screen.
+QPolygon dockOutline(const QRect &screen, QSize size)
+{
+    const int left = (screen.width() - size.width()) / 2 + screen.x();
+    const int right = (screen.width() + size.width()) / 2 + screen.x();
+    const int top = screen.height() - size.height() + screen.y();
+    const int bottom = screen.y() + screen.height();
+    return outlineOf({left, top, right - left, bottom - top});
+}
+
+}  // namespace
+
+WindowOutlines::WindowOutlines(const QList<Window> &windows, const QList<QRect> &screens,
+                               const std::function<QSize(int)> &pictureSize)
+{
+    QPolygon outline;
+    int widest = 0;
+    for (qsizetype i = 1; i < windows.size(); ++i) {
+        const auto &[bounds, level] = windows[i];
+        if (bounds.width() == 0 || bounds.height() == 0)
+            continue;
+        const int levelBehind = i + 1 < windows.size() ? windows[i + 1].level : 0;
+        if (level == s_dockPictureLevel) {
+            outline = dockOutline(dockScreen(screens), pictureSize(static_cast<int>(i) - 1));
+            // In the place of the dock's own, and once more in that of this window: it is meant.
+            if (!m_rawPolygons.isEmpty())
+                m_rawPolygons.removeFirst();
+            m_rawPolygons.prepend(outline);
+        } else if (level != s_dockLevel || levelBehind == s_dockPictureLevel) {
+            outline = outlineOf(bounds);
+            if (level == s_menuBarLevel && bounds.width() > widest) {
+                m_menuBarIndex = -1;
+                widest = bounds.width();
+            }
+        }
+        // Any other window of the dock's level repeats the outline before it, on purpose.
+        m_rawPolygons.prepend(outline);
+        if (m_menuBarIndex >= -1)
+            ++m_menuBarIndex;
+    }
+    cutVisible();
+}
+
+void WindowOutlines::cutVisible()
+{
+    for (qsizetype k = 0; k < m_rawPolygons.size(); ++k) {
+        QPolygon visible = m_rawPolygons[k];
+        // Left out here and not there, an empty outline shifts the tints behind it; it stands so.
+        if (visible.isEmpty())
+            continue;
+        for (qsizetype j = k + 1; j < m_rawPolygons.size(); ++j) {
+            const QRect cover = m_rawPolygons[j].boundingRect();
+            // A window that another one covers entirely keeps its outline, and can be picked.
+            if (cover.intersects(visible.boundingRect()) && !cover.contains(visible.boundingRect()))
+                visible = visible.subtracted(m_rawPolygons[j]);
+        }
+        m_visiblePolygons.append(visible);
+    }
+}
+
+int WindowOutlines::pick(QPoint point, int current, const std::function<bool(int)> &leftOut) const
+{
+    for (qsizetype i = 1; i <= m_rawPolygons.size(); ++i) {
+        const qsizetype index = m_rawPolygons.size() - i;
+        if (index == m_menuBarIndex || !m_rawPolygons[index].containsPoint(point, Qt::WindingFill))
+            continue;
+        if (i == current)
+            break;
+        if (!leftOut(static_cast<int>(i)))
+            return static_cast<int>(i);
+    }
+    return current;
+}
+
+QPolygon WindowOutlines::visible(int pick) const
+{
+    if (pick <= 0 || pick > m_rawPolygons.size())
+        return {};
+    return m_visiblePolygons.value(m_visiblePolygons.size() - pick);
+}
+
+QRect WindowOutlines::dockScreen(const QList<QRect> &screens)
+{
+    QRect dock = screens.value(0);
+    for (qsizetype step = 1; step < screens.size(); ++step) {
+        for (qsizetype j = 1; j < screens.size(); ++j) {
+            const QRect &screen = screens[j];
+            if (screen.y() == dock.y() + dock.height() && screen.x() != dock.width() &&
+                screen.x() + screen.width() != dock.x())
+                dock = screen;
+        }
+    }
+    return dock;
+}

@@ -1,0 +1,89 @@
+#include "capture/dialogcountdown.h"
+
+#include "fakedesktop.h"
+
+#include <QFontMetrics>
+#include <QLabel>
+#include <QTest>
+#include <QTimerEvent>
+
+using namespace Qt::StringLiterals;
+
+class TestDialogCountDown : public QObject
+{
+    Q_OBJECT
+private slots:
+    void counts();
+    void givesUp_data();
+    void givesUp();
+    void textsFit_data();
+    void textsFit();
+
+private:
+    FakeDesktop m_desktop;
+};
+
+void TestDialogCountDown::counts()
+{
+    DialogCountDown panel;
+    const auto shown = [&] { return panel.findChild<QLabel *>(u"lblSecond"_s)->text(); };
+    panel.setSecond(1);
+    panel.show();
+    QCOMPARE(shown(), u"1"_s);
+    QCOMPARE(panel.getResult(), 0);
+    QCOMPARE(panel.getSecond(), 0);
+    QTRY_COMPARE(panel.getResult(), 1);
+    QCOMPARE(shown(), u"0"_s);
+    QVERIFY(panel.getSecond() < 0);
+    QVERIFY(!panel.isVisible());
+}
+
+void TestDialogCountDown::givesUp_data()
+{
+    QTest::addColumn<bool>("byKey");
+    QTest::newRow("Escape") << true;
+    QTest::newRow("closed by the window manager") << false;
+}
+
+void TestDialogCountDown::givesUp()
+{
+    QFETCH(bool, byKey);
+    DialogCountDown panel;
+    panel.setSecond(1);
+    panel.show();
+    QTest::keyClick(&panel, Qt::Key_Return);
+    QCOMPARE(panel.getSecond(), 0);
+    if (byKey)
+        QTest::keyClick(&panel, Qt::Key_Escape);
+    else
+        panel.close();
+    QVERIFY(panel.getSecond() < 0);
+    // Ticks that come later change nothing.
+    QTimerEvent tick(0);
+    QCoreApplication::sendEvent(&panel, &tick);
+    QCOMPARE(panel.getResult(), 0);
+    QVERIFY(panel.getSecond() < 0);
+}
+
+void TestDialogCountDown::textsFit_data()
+{
+    QTest::addColumn<int>("seconds");
+    QTest::newRow("one digit") << 3;
+    QTest::newRow("what the preferences offer") << 10;
+    QTest::newRow("what can be typed") << 86400;
+}
+
+void TestDialogCountDown::textsFit()
+{
+    QFETCH(int, seconds);
+    DialogCountDown panel;
+    panel.setSecond(seconds);
+    for (const QLabel *label : panel.findChildren<QLabel *>()) {
+        const QFontMetrics metrics(label->font());
+        QVERIFY2(metrics.horizontalAdvance(label->text()) <= label->width(),
+                 qPrintable(label->text()));
+    }
+}
+
+QTEST_MAIN(TestDialogCountDown)
+#include "test_dialogcountdown.moc"
