@@ -5,6 +5,7 @@
 #include <optional>
 
 #include <sys/ipc.h>
+#include <sys/mman.h>
 #include <sys/shm.h>
 
 #ifdef __SSE2__
@@ -15,6 +16,7 @@ namespace {
 
 constexpr size_t s_slots = 4;
 constexpr int s_slotBytes = 1024 * 1024;
+constexpr size_t s_largePage = 2 * 1024 * 1024;
 
 QImage::Format formatOf(int depth)
 {
@@ -30,6 +32,18 @@ QImage::Format formatOf(int depth)
     default:
         return QImage::Format_Invalid;
     }
+}
+
+// Memory that is new comes page by page, with a trap into the kernel at the first write to each:
+// for a large picture that takes longer than all the copying. Large pages make it a few traps.
+void preferLargePages(QImage &image)
+{
+    constexpr uintptr_t page = 4096;
+    const auto begin = reinterpret_cast<uintptr_t>(image.bits()) & ~(page - 1);
+    const uintptr_t end = reinterpret_cast<uintptr_t>(image.bits()) + image.sizeInBytes();
+    if (end - begin >= s_largePage)
+        madvise(reinterpret_cast<void *>(begin), (end - begin + page - 1) & ~(page - 1),
+                MADV_HUGEPAGE);
 }
 
 // Lines of the server's images and of QImage are both padded to four bytes. The bits that no colour
@@ -163,6 +177,7 @@ QImage X11PixelReader::read(xcb_drawable_t drawable, const QRect &area, int dept
     QImage image(area.size(), format);
     if (image.isNull())
         return {};
+    preferLargePages(image);
     // A server may let a segment be attached and still refuse to write into it.
     const bool shared =
         attach() && image.bytesPerLine() <= s_slotBytes && readShared(drawable, area, image);
