@@ -202,6 +202,7 @@ private:
     bool m_bCapturing = false;  ///< one grab at a time
     bool m_CloseAfterGrab = false;
     QDialog *m_pFocusDialog = nullptr;
+    QDialog *m_pCountDown = nullptr;  ///< while one runs
     QPixmap m_MenuBarPixmap;
     QPixmap m_FlagPixmap;
     std::map<std::pair<QString, int>, QPixmap> m_SkinPictures;  ///< by section and attribute

@@ -183,12 +183,13 @@ void MainWindow::SetAppFocus()
 bool MainWindow::beginGrab(GrabStart &start)
 {
     if (m_bCapturing) {
-        // The overlay is the program's front window while it is open. The main window, raised,
-        // would come to lie above it, and would be in the picture.
+        // What is open for the grab is the program's front window. The main window, raised, would
+        // come to lie above it, would be in the picture, and might get the keyboard.
         QWidget *overlay = QApplication::activeModalWidget();
         if (overlay && !QApplication::activePopupWidget())
             overlay->raise();
-        FocusThis(m_pFocusDialog && m_pFocusDialog->isVisible() ? m_pFocusDialog : nullptr);
+        const bool hasCover = m_pFocusDialog && m_pFocusDialog->isVisible();
+        FocusThis(hasCover ? m_pFocusDialog : m_pCountDown ? m_pCountDown : overlay);
         return false;
     }
     m_bCapturing = true;
@@ -267,6 +268,7 @@ void MainWindow::ShowGrabRectWindow(bool)
 bool MainWindow::countDown(int seconds)
 {
     DialogCountDown countdown(nullptr);
+    m_pCountDown = &countdown;
     countdown.setSecond(seconds);
     countdown.show();
     // Escape reaches it only there.
@@ -275,6 +277,7 @@ bool MainWindow::countDown(int seconds)
         gwsleep(s_round);
         QCoreApplication::processEvents();
     }
+    m_pCountDown = nullptr;
     return countdown.getResult() == 1;
 }
 
@@ -294,7 +297,7 @@ void MainWindow::ShowFullScreen(bool, bool withTimer)
     } else if (start.wasActive) {
         restoreMinimized(start);
     } else {
-        FocusPreApp();
+        SetPreAppActive();
     }
     endGrab();
 }

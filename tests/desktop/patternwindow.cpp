@@ -1,7 +1,8 @@
 // Another program on the desktop: an undecorated window whose every pixel is told by its position.
 // It takes the keyboard when it is activated, and prints the keys that it receives.
 //
-// patternwindow X Y WIDTH HEIGHT, in device pixels
+// patternwindow X Y WIDTH HEIGHT [NAME [framed]], in device pixels. NAME is the application's, and
+// a framed window has its place from the window manager.
 
 #include <QBackingStore>
 #include <QGuiApplication>
@@ -29,18 +30,21 @@ int main(int argc, char **argv)
     // It counts device pixels whatever the scale of the program under test.
     qunsetenv("QT_SCALE_FACTOR");
     qputenv("QT_ENABLE_HIGHDPI_SCALING", "0");
+    if (argc > 5)
+        QCoreApplication::setApplicationName(QString::fromLocal8Bit(argv[5]));
     const QGuiApplication application(argc, argv);
-    if (argc != 5)
+    if (argc < 5)
         return 1;
     PatternWindow window;
     window.setTitle(QStringLiteral("pattern"));
-    window.setFlag(Qt::FramelessWindowHint);
+    const bool framed = argc > 6;
+    window.setFlag(Qt::FramelessWindowHint, !framed);
     const QRect place(atoi(argv[1]), atoi(argv[2]), atoi(argv[3]), atoi(argv[4]));
     window.setGeometry(place);
     window.show();
     // Some window managers keep a new window on one monitor; one that is moved goes where it likes.
-    QObject::connect(&window, &QWindow::xChanged, &window, [&window, place](int x) {
-        if (x != place.x())
+    QObject::connect(&window, &QWindow::xChanged, &window, [&window, place, framed](int x) {
+        if (x != place.x() && !framed)
             window.setPosition(place.topLeft());
     });
     return QGuiApplication::exec();

@@ -150,20 +150,30 @@ bool TestDesktop::startWindowManager(const Options &options)
     });
 }
 
-QProcess *TestDesktop::startPattern(const QRect &area)
+QProcess *TestDesktop::startPattern(const QRect &area, const QString &name, bool framed)
 {
-    QProcess *process = start(QStringLiteral(SNAP_PATTERN),
-                              {QString::number(area.x()), QString::number(area.y()),
-                               QString::number(area.width()), QString::number(area.height())},
-                              m_environment);
+    QStringList arguments{QString::number(area.x()), QString::number(area.y()),
+                          QString::number(area.width()), QString::number(area.height()), name};
+    if (framed)
+        arguments.append(u"framed"_s);
+    QProcess *process = start(QStringLiteral(SNAP_PATTERN), arguments, m_environment);
     const QImage expected = pattern(area.size());
     const QPoint probe(5, 3);
     const auto shown = [&] {
         return pixel(area.topLeft() + probe) == expected.pixel(probe) &&
                (m_bare || activeTitle() == u"pattern");
     };
-    return process && waitFor(shown) ? process : nullptr;
+    const auto placed = [&] {
+        for (const Window &window : windows()) {
+            if (window.viewable && window.title == u"pattern" && window.area.size() == area.size())
+                return placeWindow(window, area), true;
+        }
+        return false;
+    };
+    return process && (framed ? waitFor(placed) : waitFor(shown)) ? process : nullptr;
 }
+
+QString TestDesktop::pickProgram() { return QStringLiteral(SNAP_PICK); }
 
 void TestDesktop::fake(uint8_t type, uint8_t detail, QPoint at)
 {

@@ -42,8 +42,12 @@ public:
     QProcess *start(const QString &program, const QStringList &arguments,
                     const QProcessEnvironment &environment);
     /// Starts the pattern program with its window at `area`, and waits until it is shown and
-    /// active. Null when it never was.
-    QProcess *startPattern(const QRect &area);
+    /// active. Null when it never was. `name` is the application's. A framed window has its frame
+    /// around `area`, more or less, and its pixels are not waited for.
+    QProcess *startPattern(const QRect &area, const QString &name = QStringLiteral("pattern"),
+                           bool framed = false);
+    /// The program of the window pick.
+    static QString pickProgram();
 
     // The pointer and the keyboard. Global device pixels.
     void movePointer(QPoint to);
