@@ -16,7 +16,7 @@ namespace {
 
 constexpr size_t s_slots = 4;
 constexpr int s_slotBytes = 1024 * 1024;
-constexpr size_t s_largePage = 2 * 1024 * 1024;
+constexpr size_t s_largePage = size_t{2} * 1024 * 1024;
 
 QImage::Format formatOf(int depth)
 {
@@ -38,12 +38,11 @@ QImage::Format formatOf(int depth)
 // for a large picture that takes longer than all the copying. Large pages make it a few traps.
 void preferLargePages(QImage &image)
 {
-    constexpr uintptr_t page = 4096;
-    const auto begin = reinterpret_cast<uintptr_t>(image.bits()) & ~(page - 1);
-    const uintptr_t end = reinterpret_cast<uintptr_t>(image.bits()) + image.sizeInBytes();
-    if (end - begin >= s_largePage)
-        madvise(reinterpret_cast<void *>(begin), (end - begin + page - 1) & ~(page - 1),
-                MADV_HUGEPAGE);
+    constexpr size_t page = 4096;
+    const size_t before = reinterpret_cast<uintptr_t>(image.bits()) % page;
+    const size_t bytes = before + static_cast<size_t>(image.sizeInBytes());
+    if (bytes >= s_largePage)
+        madvise(image.bits() - before, (bytes + page - 1) / page * page, MADV_HUGEPAGE);
 }
 
 // Lines of the server's images and of QImage are both padded to four bytes. The bits that no colour

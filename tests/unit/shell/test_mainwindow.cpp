@@ -18,6 +18,8 @@
 #include <QTest>
 #include <QTimer>
 
+#include <functional>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -70,6 +72,9 @@ private slots:
     void shortcuts();
     void fileMenu();
     void wholeDesktopGrab();
+    void everyWayToACommand_data();
+    void everyWayToACommand();
+    void browserMakesDocuments();
 
 private:
     QTabWidget *tabs() const { return m_window->findChild<QTabWidget *>(u"tabWidget"_s); }
@@ -346,6 +351,100 @@ void TestMainWindow::wholeDesktopGrab()
     const QPixmap grabbed = m_window->findChild<TPictureEditor *>()->getPixmap();
     QCOMPARE(grabbed.size(), QSize(800, 600));
     QCOMPARE(grabbed.toImage().pixelColor(400, 300), QColor(Qt::red));
+}
+
+namespace {
+
+using Way = std::function<void(MainWindow &)>;
+
+Way button(const char *name)
+{
+    return [name](MainWindow &window) {
+        window.findChild<QPushButton *>(QLatin1StringView(name))->click();
+    };
+}
+
+// From the menu bar or the tray.
+Way item(const QString &caption)
+{
+    return [caption](MainWindow &window) {
+        const QList<QAction *> actions = window.findChildren<QAction *>();
+        (*std::find_if(actions.begin(), actions.end(), [&](const QAction *action) {
+            return action->text() == caption;
+        }))->trigger();
+    };
+}
+
+Way hotKey(long number)
+{
+    return [number](MainWindow &) { HotkeyCallBack(number, 0); };
+}
+
+}  // namespace
+
+void TestMainWindow::everyWayToACommand_data()
+{
+    QTest::addColumn<Way>("way");
+    QTest::addColumn<QString>("opens");
+    const QString browser = u"WindowsPreView"_s;
+    const QString countdown = u"DialogCountDown"_s;
+    QTest::newRow("browser: button") << button("BtnAllWindows") << browser;
+    QTest::newRow("browser: menus") << item(u"All Windows"_s) << browser;
+    QTest::newRow("browser: hot key") << hotKey(4) << browser;
+    QTest::newRow("countdown: button") << button("BtnFullScreen") << countdown;
+    QTest::newRow("countdown: menu") << item(u"Full Screen"_s) << countdown;
+    QTest::newRow("countdown: tray")
+        << item(u"Capture Full Screen with Countdown Timer"_s) << countdown;
+    QTest::newRow("countdown: hot key") << hotKey(7) << countdown;
+    QTest::newRow("at once: tray") << item(u"Capture Full Screen"_s) << QString();
+    QTest::newRow("at once: hot key") << hotKey(6) << QString();
+}
+
+void TestMainWindow::everyWayToACommand()
+{
+    QFETCH(Way, way);
+    QFETCH(QString, opens);
+    m_desktop->windows->list = {{{.number = 1, .bounds = {0, 0, 800, 600}}, Qt::red}};
+    SetConfigString(u"ScreenTimer"_s, u"1000"_s);
+    QStringList opened;
+    QTimer watch;
+    connect(&watch, &QTimer::timeout, this, [&] {
+        for (QWidget *widget : QApplication::topLevelWidgets()) {
+            if (!qobject_cast<QDialog *>(widget) || !widget->isVisible())
+                continue;
+            opened.append(QString::fromLatin1(widget->metaObject()->className()));
+            QTest::keyClick(widget, Qt::Key_Escape);
+        }
+    });
+    watch.start(1);
+    way(*m_window);
+    QCOMPARE(opened.value(0), opens);
+    // What is given up leaves no picture.
+    QCOMPARE(tabs()->count(), opens.isEmpty() ? 1 : 0);
+}
+
+void TestMainWindow::browserMakesDocuments()
+{
+    m_desktop->windows->list = {
+        {{.number = 1, .bounds = {0, 0, 80, 60}, .owner = u"Mail"_s}, Qt::red},
+        {{.number = 2, .bounds = {0, 0, 90, 70}, .owner = u"Mail"_s}, Qt::green},
+        {{.number = 3, .bounds = {0, 0, 100, 80}}, Qt::blue}};
+    QTimer watch;
+    connect(&watch, &QTimer::timeout, this, [] {
+        QWidget *browser = QApplication::activeModalWidget();
+        if (!browser)
+            return;
+        QTest::keyClick(browser->findChild<QWidget *>(u"listWidget"_s), Qt::Key_A,
+                        Qt::ControlModifier);
+        QTest::keyClick(browser, Qt::Key_Return);
+    });
+    watch.start(1);
+    m_window->ShowAllWindow();
+    QCOMPARE(tabs()->count(), 3);
+    QCOMPARE(m_window->GetFileShowName(0), u"Mail"_s);
+    QCOMPARE(m_window->GetFileShowName(1), u"Mail 1"_s);
+    QCOMPARE(title(), u"untitled * - Snap Workbench"_s);
+    QCOMPARE(m_window->findChild<TPictureEditor *>()->getPixmap().size(), QSize(100, 80));
 }
 
 QTEST_MAIN(TestMainWindow)
