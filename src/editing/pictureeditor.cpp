@@ -1,5 +1,6 @@
 #include "editing/pictureeditor.h"
 
+#include "editing/cutting.h"
 #include "editing/rendering.h"
 #include "editing/scaling.h"
 
@@ -467,12 +468,6 @@ void TPictureEditor::EditPolyPixmap(QPixmap &picture, QPixmap & /*flag*/, bool /
     else
         shape.addPolygon(*polygon);
     QImage image = picture.toImage().convertToFormat(QImage::Format_ARGB32_Premultiplied);
-    for (int y = 0; y < image.height(); ++y) {
-        auto *line = reinterpret_cast<QRgb *>(image.scanLine(y));
-        for (int x = 0; x < image.width(); ++x) {
-            if (!shape.contains(QPointF(x, y)))
-                line[x] = 0;
-        }
-    }
+    cutToShape(image, shape);
     picture = QPixmap::fromImage(image);
 }
