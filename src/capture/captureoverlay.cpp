@@ -7,8 +7,11 @@
 #include <QApplication>
 #include <QMenu>
 #include <QPainter>
-#include <QTimerEvent>
 #include <QWindow>
+
+#include <utility>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -38,7 +41,7 @@ CaptureOverlay::CaptureOverlay(QWidget *parent, qreal sheetOpacity)
 {
     setWindowFlags(windowFlags() | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
     setAttribute(Qt::WA_TranslucentBackground, !hasSheet());
-    m_tick.start(s_tickInterval, this);
+    startTicks();
 }
 
 void CaptureOverlay::setSurface(QWidget *surface)
@@ -146,21 +149,43 @@ void CaptureOverlay::giveKeyboardBack()
         m_surface->releaseKeyboard();
 }
 
-// The toolkit hands keys to a grabber before it looks for an open menu.
-void CaptureOverlay::runMenu(QMenu &menu, QPoint global)
+void CaptureOverlay::runMenu(QPoint global, const MenuEntry &finish, const QList<MenuEntry> &own)
 {
+    QMenu menu(this);
+    const auto add = [&](const MenuEntry &entry) {
+        QAction *action = menu.addAction(entry.text);
+        action->setShortcut(entry.shortcut);
+        action->setShortcutVisibleInContextMenu(true);
+        action->setEnabled(entry.enabled);
+        connect(action, &QAction::triggered, this, entry.run);
+    };
+    add({.text = tr("Dismiss this menu "), .run = [&menu] { menu.close(); }});
+    menu.addSeparator();
+    add(finish);
+    add({.text = tr("Abort(Esc)"), .shortcut = u"ESC"_s, .run = [this] { reject(); }});
+    for (const MenuEntry &entry : own)
+        add(entry);
+    menu.addSeparator();
+    add({.text = tr("Change magnifier view mode"), .shortcut = u"Ctrl+E"_s, .run = [this] {
+             changeviewmode();
+         }});
+    // The toolkit hands keys to a grabber before it looks for an open menu.
     giveKeyboardBack();
     menu.exec(global);
     if (isVisible())
         takeKeyboard();
 }
 
-void CaptureOverlay::timerEvent(QTimerEvent *event)
+void CaptureOverlay::stopTicks()
 {
-    if (event->timerId() != m_tick.timerId()) {
-        QDialog::timerEvent(event);
-        return;
-    }
+    if (m_timer != 0)
+        killTimer(std::exchange(m_timer, 0));
+}
+
+void CaptureOverlay::startTicks() { m_timer = startTimer(s_tickInterval); }
+
+void CaptureOverlay::timerEvent(QTimerEvent * /*event*/)
+{
     if (finished || !isVisible())
         return;
     if (!fitsDesktop()) {

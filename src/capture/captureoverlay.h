@@ -2,8 +2,8 @@
 
 #include "capture/magnifierrequest.h"
 
-#include <QBasicTimer>
 #include <QDialog>
+#include <QKeySequence>
 #include <QPixmap>
 #include <QPointer>
 #include <QRegion>
@@ -51,6 +51,10 @@ protected:
 
     /// Every 100 ms while the overlay is shown, until `finished`.
     virtual void tick() = 0;
+    /// Ends the newest ticks; those of a timer that was started before it go on.
+    void stopTicks();
+    /// Starts ticks of their own, beside any that run.
+    void startTicks();
 
     void timerEvent(QTimerEvent *event) override;
 
@@ -58,9 +62,15 @@ protected:
     const QRect &area() const { return m_area; }
     /// The size of the surface as far as it lies on the desktop.
     QSize surfaceSize() const;
-    /// Runs a child menu at a global position (logical coordinates). The overlay may have been
-    /// closed when this returns.
-    void runMenu(QMenu &menu, QPoint global);
+    struct MenuEntry {
+        QString text{};
+        QKeySequence shortcut{};  ///< shown only
+        bool enabled = true;
+        std::function<void()> run{};
+    };
+    /// Runs the context menu at a global position (logical coordinates): `own` entries among those
+    /// that every overlay has. The overlay may have been closed when this returns.
+    void runMenu(QPoint global, const MenuEntry &finish, const QList<MenuEntry> &own);
 
     /// Where the pointer is, global and in overlay coordinates.
     QPoint pointer() const;
@@ -97,6 +107,6 @@ private:
     QPixmap m_dimmed;  // the desktop under the black sheet; null where a compositor mixes the two
     QWidget *m_surface = nullptr;
     QPointer<QWidget> m_windowBefore;  // the program's active window when the overlay opened
-    QBasicTimer m_tick;
+    int m_timer = 0;                   // the newest; 0 once it has been stopped
     int m_keyboardTries = 0;
 };

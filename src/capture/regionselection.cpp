@@ -1,5 +1,7 @@
 #include "capture/regionselection.h"
 
+#include <QPainterPath>
+
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -90,6 +92,8 @@ void RegionSelection::press(const Input &input, Qt::MouseButtons buttons)
         m_endPoint = {};
         m_startPoint = input.pos;
     }
+    if (m_policy.clampsAnchor)
+        m_startPoint = clamped(m_startPoint);
     if (m_hasRegion)
         m_hitZone = hitTest(input);
 }
@@ -108,7 +112,7 @@ std::optional<RegionSelection::Caption> RegionSelection::move(const Input &input
         if (isHandle(m_hitZone))
             dragHandle(input.pos);
     }
-    if (band().isEmpty())
+    if (band().isEmpty() && !m_policy.captionWhileFlat)
         return {};
     return bandCaption();
 }
@@ -215,8 +219,8 @@ RegionSelection::Caption RegionSelection::bandCaption() const
     return {{x, y}, u"%1 px"_s.arg(rect.width()), u"%1 px"_s.arg(rect.height())};
 }
 
-// The test for x looks at the band and the result at the region: this mix is meant, as is the
-// colon.
+// The test for x looks at the band and the result at the region: this mix is meant, as are the
+// colon and the unit that an ellipse does without.
 RegionSelection::Caption RegionSelection::regionCaption() const
 {
     const QPoint farCorner = m_regionPos + m_regionSize;
@@ -226,14 +230,15 @@ RegionSelection::Caption RegionSelection::regionCaption() const
     int y = farCorner.y() + s_captionGap;
     if (farCorner.y() > m_extent.overlay.height() - reach)
         y = (m_regionPos.y() >= reach ? m_regionPos.y() : farCorner.y()) - reach;
-    return {{x, y}, u":%1 px"_s.arg(m_regionSize.x()), u":%1 px"_s.arg(m_regionSize.y())};
+    const QString text = m_policy.keyCaptionHasUnit ? u":%1 px"_s : u":%1"_s;
+    return {{x, y}, text.arg(m_regionSize.x()), text.arg(m_regionSize.y())};
 }
 
 RegionSelection::Cursor RegionSelection::cursor(const Input &input, const QRect &frame) const
 {
     if (const int zone = handleAt(input.pos))
         return {handle(zone).cursor, false};
-    if (regionContains(input.pointer))
+    if (cursorIsInside(input.pointer))
         return {Qt::ArrowCursor, false};
     if (frame.contains(input.pointer))
         return {Qt::ArrowCursor, true};
@@ -282,12 +287,21 @@ bool RegionSelection::regionContains(QPoint point) const
            offset.y() <= m_regionSize.y();
 }
 
+bool RegionSelection::cursorIsInside(QPoint pointer) const
+{
+    if (!m_policy.arrowInsideEllipse)
+        return regionContains(pointer);
+    QPainterPath path;
+    path.addEllipse(region());
+    return path.contains(pointer);
+}
+
 int RegionSelection::hitTest(const Input &input)
 {
     if (const int zone = handleAt(input.pos))
         return zone;
     if (!regionContains(input.pointer))
-        return s_nothing;
+        return m_policy.missKeepsZone ? m_hitZone : s_nothing;
     m_dragOrigin = input.pos;
     return s_inside;
 }

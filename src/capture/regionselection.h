@@ -1,5 +1,7 @@
 #pragma once
 
+#include "capture/regionpolicy.h"
+
 #include <QList>
 #include <QPoint>
 #include <QRect>
@@ -54,11 +56,14 @@ public:
     static constexpr int s_handleCount = 8;  ///< zones 1 to 8, clockwise from the top left corner
     static constexpr int s_inside = 9;
 
+    explicit RegionSelection(const RegionPolicy &policy = s_rectanglePolicy) : m_policy(policy) {}
+
     void setExtent(const Extent &extent) { m_extent = extent; }
 
     /// `buttons` are all that are down; only a press of the left one alone changes anything.
     void press(const Input &input, Qt::MouseButtons buttons);
-    /// The caption to be shown, if the drag has a band with an area.
+    /// The caption to be shown, if there is a drag, and its band has an area where that is asked
+    /// for.
     std::optional<Caption> move(const Input &input);
     /// A button went up, whichever it was.
     void release(const Input &input);
@@ -93,6 +98,7 @@ public:
 private:
     int handleAt(QPoint pos) const;
     bool regionContains(QPoint point) const;
+    bool cursorIsInside(QPoint pointer) const;
     int hitTest(const Input &input);
     QPoint clamped(QPoint point) const;
     QPoint edgeEnd(QPoint pos) const;
@@ -102,6 +108,7 @@ private:
     void dragRegion(QPoint pos);
     void arrow(int axis, int step, Qt::KeyboardModifiers modifiers);
 
+    RegionPolicy m_policy;
     Extent m_extent;
     QPoint m_startPoint;  // the band's anchor
     QPoint m_endPoint;    // the band's corner that follows the pointer

@@ -17,6 +17,7 @@ public:
     QList<Entry> windows(List, int) override { return {}; }
     QImage screenPicture(const QRect &) override { return {}; }
     QImage picture(std::optional<QRectF>, const QList<int> &) override { return {}; }
+    QImage pictureWithout(const QRect &, const QList<int> &) override { return {}; }
     QList<QRect> screens() override
     {
         QList<QRect> result;
@@ -27,12 +28,17 @@ public:
         return result;
     }
     QPoint pointer() override { return QCursor::pos(); }
+    void movePointer(QPoint to) override { QCursor::setPos(to); }
     bool hasMenuBar() const override { return false; }
     bool isComposited() override { return false; }
     void coverArea(QWidget *window, const QRect &area) override
     {
         const qreal scale = window->devicePixelRatioF();
         window->setGeometry(QRect(area.topLeft() / scale, area.size() / scale));
+    }
+    void moveWindow(QWidget *window, QPoint to) override
+    {
+        window->move(to / window->devicePixelRatioF());
     }
     void keepOutOfTaskBar(QWidget *) override {}
     void dropShadow(QWidget *) override {}

@@ -2,6 +2,8 @@
 
 #include "platform/services.h"
 
+#include <QWidget>
+
 #include <algorithm>
 #include <cwchar>
 
@@ -144,14 +146,18 @@ QImage GrabFullWindow(int x, int y, int width, int height, bool clip, QWidget *e
     g_WindowList.GetWindowList(1, 0);
     if (!except)
         return services().windows->screenPicture(area);
-    const int left = services().windows->numberOf(except);
-    QList<int> numbers;
-    numbers.reserve(g_WindowList.Count);
-    for (const WindowServer::Entry &entry : std::as_const(g_WindowList.WindowInfo)) {
-        if (entry.number != left)
-            numbers.append(entry.number);
+    return pictureBehind(area, *except);
+}
+
+QImage pictureBehind(const QRect &area, const QWidget &except)
+{
+    QList<int> leftOut{services().windows->numberOf(&except)};
+    for (const QObject *child : except.children()) {
+        const auto *window = qobject_cast<const QWidget *>(child);
+        if (window && window->isWindow())
+            leftOut.append(services().windows->numberOf(window));
     }
-    return services().windows->picture(QRectF(area), numbers);
+    return services().windows->pictureWithout(area, leftOut);
 }
 
 QPixmap screenWindow(int x, int y, int width, int height, bool clip, QWidget *except)

@@ -43,8 +43,12 @@ void getScreenSize(int &width, int &height);
 int getOneScreen(int x, int y, QRect &rect);
 
 /// A picture of a rectangle of the desktop, in global device pixels. With `clip` the rectangle is
-/// fitted to the desktop, and (0, 0, -1, -1) means all of it. `except`, if not null, is left out.
+/// fitted to the desktop, and (0, 0, -1, -1) means all of it. `except`, if not null, is left out,
+/// and so are its child windows.
 QImage GrabFullWindow(int x, int y, int width, int height, bool clip, QWidget *except);
+/// The same without a snapshot, which costs more than a small picture: what the desktop would show
+/// there without a window and its child windows. Global device pixels, not fitted to the desktop.
+QImage pictureBehind(const QRect &area, const QWidget &except);
 QPixmap screenWindow(int x, int y, int width, int height, bool clip, QWidget *except);
 /// The desktop's menu bar; null where there is none.
 QPixmap screenMenu();

@@ -43,11 +43,16 @@ public:
     /// channel.
     virtual QImage picture(std::optional<QRectF> area, const QList<int> &numbers) = 0;
 
+    /// What the desktop would show there without the given windows. A side of 0 or less gives a
+    /// null picture.
+    virtual QImage pictureWithout(const QRect &area, const QList<int> &numbers) = 0;
+
     /// The screens' rectangles, the primary screen first; never empty.
     virtual QList<QRect> screens() = 0;
 
     /// Where the pointer is.
     virtual QPoint pointer() = 0;
+    virtual void movePointer(QPoint to) = 0;
 
     /// False where the desktop has no menu bar of its own: nothing to look for, nothing to cover
     /// up.
@@ -59,6 +64,9 @@ public:
     /// Makes a window that is not shown yet cover `area`, over panels and every screen, without the
     /// window manager's say. The widget keeps its own stacking and opacity.
     virtual void coverArea(QWidget *window, const QRect &area) = 0;
+
+    /// Moves a window that coverArea() placed, and that is shown, with its top left corner to `to`.
+    virtual void moveWindow(QWidget *window, QPoint to) = 0;
 
     /// Keeps a window of this program, not shown yet, out of task bars and switchers.
     virtual void keepOutOfTaskBar(QWidget *window) = 0;

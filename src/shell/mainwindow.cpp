@@ -25,6 +25,8 @@ namespace {
 
 constexpr QSize s_smallestSize(950, 650);
 
+constexpr int s_magnification = 8;
+
 constexpr QColor s_captionColor(215, 222, 228);
 constexpr int s_captionSize = 13;  // pixels
 
@@ -145,6 +147,14 @@ bool MainWindow::GetHideFromXML() { return flag(u"AutoHide"_s); }
 bool MainWindow::GetShowFromXML() { return flag(u"AutoShow"_s); }
 
 int MainWindow::GetScreenTimerFromXML() { return GetConfigString(u"ScreenTimer"_s).toInt(); }
+
+bool MainWindow::GetShowMagFromXML() { return flag(u"ShowMagnification"_s); }
+
+int MainWindow::GetMagnificationFromXML()
+{
+    const int multiple = GetConfigString(u"Magnification"_s).toInt();
+    return multiple > 0 ? multiple : s_magnification;
+}
 
 void MainWindow::InitShowGeometry()
 {

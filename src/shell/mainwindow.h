@@ -1,5 +1,6 @@
 #pragma once
 
+#include "capture/magnifier.h"
 #include "editing/picturedocument.h"
 #include "editing/pictureeditor.h"
 
@@ -7,11 +8,13 @@
 #include <QPointer>
 #include <QSystemTrayIcon>
 
+#include <functional>
 #include <map>
 #include <memory>
 #include <utility>
 #include <vector>
 
+class CaptureOverlay;
 class QAction;
 class QDialog;
 class QMenu;
@@ -48,6 +51,8 @@ public:
     static bool GetHideFromXML();
     static bool GetShowFromXML();
     static int GetScreenTimerFromXML();  ///< seconds
+    static bool GetShowMagFromXML();
+    static int GetMagnificationFromXML();  ///< above 0
 
     // Tabs. Indices are positions in the vector of documents, -1 for none.
     void NewDocument(const QPixmap &pixmap, const QString &name);
@@ -91,6 +96,13 @@ public slots:
     void ShowAllWindow();
     void ShowSelectWindow(bool);
     void ShowMenuWindow();
+
+    /// Carries out a request of an overlay. (x, y) is a global position in device pixels; `type` is
+    /// the magnifier's.
+    void ShowDetailWindowRequest(QWidget *parent, EShowMagOpr opr, int x, int y, int type);
+    void ShowDetailWindowRequest_Rect(QWidget *parent, EShowMagOpr opr, int x, int y);
+    void ShowDetailWindowRequest_Ellipse(QWidget *parent, EShowMagOpr opr, int x, int y);
+    void ShowDetailWindowRequest_Poly(QWidget *parent, EShowMagOpr opr, int x, int y);
 
     void OpenFile();
     /// Saves under the known name, or asks for one. -1 means the current document. True when saved.
@@ -183,7 +195,14 @@ private:
     const QPixmap &skinPicture(const QString &section, int attribute);
     bool beginGrab(GrabStart &start);
     void endGrab();
-    void finishGrab(QPixmap picture, const GrabStart &start);
+    void finishGrab(QPixmap picture, const GrabStart &start, const QPainterPath *path = nullptr,
+                    const QPolygonF *polygon = nullptr);
+    using MagnifierSlot = void (MainWindow::*)(QWidget *, EShowMagOpr, int, int);
+    /// Runs an overlay, and gives true when what was marked in it can be grabbed.
+    bool runOverlay(CaptureOverlay &overlay, const GrabStart &start, MagnifierSlot magnifier);
+    /// The first and the last steps of a grab with an overlay; `grab` runs it and takes the
+    /// picture, and gives false when there is none.
+    void grabWithOverlay(const std::function<bool(const GrabStart &)> &grab);
     void restoreMinimized(const GrabStart &start);
     bool countDown(int seconds);  ///< false when it was given up
     void LoadPixmapFromXml(QPixmap &pixmap, const QString &section, int attribute);
@@ -198,7 +217,8 @@ private:
     std::vector<QPictureDocument> m_Documents;
     int m_CurDocument = -1;
     std::unique_ptr<TPictureEditor> m_pEditor;
-    float m_Scale = 1.0F;       ///< zoom of the current document
+    float m_Scale = 1.0F;  ///< zoom of the current document
+    Magnifier m_Magnifier;
     bool m_bCapturing = false;  ///< one grab at a time
     bool m_CloseAfterGrab = false;
     QDialog *m_pFocusDialog = nullptr;

@@ -2,6 +2,9 @@
 
 #include "capture/dialog.h"
 #include "capture/dialogcountdown.h"
+#include "capture/digdetail.h"
+#include "capture/dlgfreehand.h"
+#include "capture/mydrawround.h"
 #include "capture/windowspreview.h"
 #include "config/licensing.h"
 #include "config/settings.h"
@@ -12,6 +15,8 @@
 
 #include <QApplication>
 #include <QDialog>
+#include <QPainterPath>
+#include <QPolygonF>
 
 #include <algorithm>
 #include <array>
@@ -221,12 +226,13 @@ void MainWindow::DealPicture(QPixmap &pixmap, const QPainterPath *path, const QP
                                    polygon);
 }
 
-void MainWindow::finishGrab(QPixmap picture, const GrabStart &start)
+void MainWindow::finishGrab(QPixmap picture, const GrabStart &start, const QPainterPath *path,
+                            const QPolygonF *polygon)
 {
     // A window that is not shown can't be brought to the front, and the wait would not end.
     if (!start.wasActive && m_pFocusDialog && m_pFocusDialog->isVisible())
         FocusThis(m_pFocusDialog);
-    DealPicture(picture, nullptr, nullptr);
+    DealPicture(picture, path, polygon);
     NewDocument(picture, {});
     if (start.showAfter) {
         showInFront();
@@ -234,7 +240,27 @@ void MainWindow::finishGrab(QPixmap picture, const GrabStart &start)
     }
 }
 
-void MainWindow::ShowGrabRectWindow(bool)
+bool MainWindow::runOverlay(CaptureOverlay &overlay, const GrabStart &start,
+                            MagnifierSlot magnifier)
+{
+    connect(&overlay, &CaptureOverlay::ShowDetailWindowRequest, this, magnifier);
+    const bool accepted = overlay.exec() == QDialog::Accepted;
+    overlay.finished = true;
+    (this->*magnifier)(nullptr, eMagClose, 0, 0);
+    if (!accepted)
+        return false;
+    WaitFor();
+    // Only now are the pixels read: the overlay has left, and the other program is in front again.
+    if (!start.wasActive) {
+        FocusPreApp();
+    } else if (start.activeWindow) {
+        start.activeWindow->activateWindow();
+        QCoreApplication::processEvents();
+    }
+    return true;
+}
+
+void MainWindow::grabWithOverlay(const std::function<bool(const GrabStart &)> &grab)
 {
     GrabStart start;
     if (!beginGrab(start))
@@ -242,27 +268,73 @@ void MainWindow::ShowGrabRectWindow(bool)
     SetAppFocus();
     if (GetHideFromXML() && !start.wasMinimized)
         showMinimized();
-    Dialog overlay(nullptr);
-    overlay.SetPictureWidth(GetPictureWidthFile());
-    overlay.SetPictureHeight(GetPictureHeightFile());
-    const bool accepted = overlay.exec() == QDialog::Accepted;
-    overlay.finished = true;
-    if (accepted) {
-        WaitFor();
-        // Only now are the pixels read: the overlay has left, and the other program is in front
-        // again.
-        if (!start.wasActive) {
-            FocusPreApp();
-        } else if (start.activeWindow) {
-            start.activeWindow->activateWindow();
-            QCoreApplication::processEvents();
-        }
-        finishGrab(overlay.getPixmap(), start);
-    } else {
+    const bool accepted = grab(start);
+    if (!accepted)
         restoreMinimized(start);
-    }
     RestoreAppFocus(!start.wasActive && (!accepted || !start.showAfter));
     endGrab();
+}
+
+void MainWindow::ShowGrabRectWindow(bool)
+{
+    grabWithOverlay([this](const GrabStart &start) {
+        Dialog overlay(nullptr);
+        overlay.SetPictureWidth(GetPictureWidthFile());
+        overlay.SetPictureHeight(GetPictureHeightFile());
+        if (!runOverlay(overlay, start, &MainWindow::ShowDetailWindowRequest_Rect))
+            return false;
+        finishGrab(overlay.getPixmap(), start);
+        return true;
+    });
+}
+
+void MainWindow::ShowGrabEllipseWindow(bool)
+{
+    grabWithOverlay([this](const GrabStart &start) {
+        MyDrawRound overlay(nullptr);
+        overlay.SetPictureWidth(GetPictureWidthFile());
+        overlay.SetPictureHeight(GetPictureHeightFile());
+        if (!runOverlay(overlay, start, &MainWindow::ShowDetailWindowRequest_Ellipse))
+            return false;
+        const QPixmap picture = overlay.getPixmap();
+        const std::unique_ptr<QPainterPath> ellipse(overlay.getEllipse());
+        finishGrab(picture, start, ellipse.get());
+        return true;
+    });
+}
+
+void MainWindow::ShowGrabPolygonWindow(bool)
+{
+    grabWithOverlay([this](const GrabStart &start) {
+        dlgFreeHand overlay(nullptr);
+        if (!runOverlay(overlay, start, &MainWindow::ShowDetailWindowRequest_Poly))
+            return false;
+        const QPixmap picture = overlay.getPixmap();
+        const std::unique_ptr<QPolygonF> polygon(overlay.getPolygon());
+        finishGrab(picture, start, nullptr, polygon.get());
+        return true;
+    });
+}
+
+void MainWindow::ShowDetailWindowRequest(QWidget *parent, EShowMagOpr opr, int x, int y, int type)
+{
+    m_Magnifier.request(parent, opr, {x, y}, type,
+                        {GetShowMagFromXML(), GetMagnificationFromXML()});
+}
+
+void MainWindow::ShowDetailWindowRequest_Rect(QWidget *parent, EShowMagOpr opr, int x, int y)
+{
+    ShowDetailWindowRequest(parent, opr, x, y, DigDetail::s_region);
+}
+
+void MainWindow::ShowDetailWindowRequest_Ellipse(QWidget *parent, EShowMagOpr opr, int x, int y)
+{
+    ShowDetailWindowRequest(parent, opr, x, y, DigDetail::s_region);
+}
+
+void MainWindow::ShowDetailWindowRequest_Poly(QWidget *parent, EShowMagOpr opr, int x, int y)
+{
+    ShowDetailWindowRequest(parent, opr, x, y, DigDetail::s_polygon);
 }
 
 bool MainWindow::countDown(int seconds)
@@ -301,10 +373,6 @@ void MainWindow::ShowFullScreen(bool, bool withTimer)
     }
     endGrab();
 }
-
-void MainWindow::ShowGrabEllipseWindow(bool) {}
-
-void MainWindow::ShowGrabPolygonWindow(bool) {}
 
 void MainWindow::ShowAllWindow()
 {

@@ -78,8 +78,19 @@ public:
         return result;
     }
 
+    QImage pictureWithout(const QRect &area, const QList<int> &leftOut) override
+    {
+        QList<int> shown;
+        for (const Entry &entry : windows(List::OnScreen, 0)) {
+            if (!leftOut.contains(entry.number))
+                shown.append(entry.number);
+        }
+        return picture(QRectF(area), shown);
+    }
+
     QList<QRect> screens() override { return screenList; }
     QPoint pointer() override { return pointerPos; }
+    void movePointer(QPoint to) override { pointerPos = to; }
     bool hasMenuBar() const override { return menuBar; }
     bool isComposited() override { return composited; }
     void coverArea(QWidget *window, const QRect &area) override
@@ -89,6 +100,7 @@ public:
         window->setGeometry(
             QRectF(QPointF(area.topLeft()) / scale, QSizeF(area.size()) / scale).toAlignedRect());
     }
+    void moveWindow(QWidget *window, QPoint to) override { covered.append({to, window->size()}); }
     void keepOutOfTaskBar(QWidget *window) override { keptOutOfTaskBar.append(window); }
     void dropShadow(QWidget *) override {}
     int numberOf(const QWidget *widget) override { return numbers.value(widget); }

@@ -236,21 +236,40 @@ QImage X11WindowServer::picture(std::optional<QRectF> area, const QList<int> &nu
     if (pixels.isEmpty())
         return {};
 
-    // Only what lies behind the windows that are left out has to be put together. Elsewhere the
-    // screen shows it as it is, with every shadow that a compositor draws.
     all.removeIf(
         [&](const Window &window) { return numbers.contains(static_cast<int>(window.frame)); });
-    readShapes(all, pixels);
+    return composed(pixels, chosen, all);
+}
+
+QImage X11WindowServer::pictureWithout(const QRect &area, const QList<int> &numbers)
+{
+    if (area.isEmpty())
+        return {};
+    const ServerGrab grab(m_display.connection());
+    QList<Window> shown;
+    QList<Window> leftOut;
+    for (const Window &window : topLevels()) {
+        if (window.onScreen && window.bounds.intersects(area))
+            (numbers.contains(static_cast<int>(window.frame)) ? leftOut : shown).append(window);
+    }
+    return composed(area, shown, leftOut);
+}
+
+// Only what lies behind the windows that are left out has to be put together. Elsewhere the screen
+// shows it as it is, with every shadow that a compositor draws.
+QImage X11WindowServer::composed(const QRect &area, QList<Window> shown, QList<Window> leftOut)
+{
+    readShapes(leftOut, area);
     QRegion hidden;
-    for (const Window &window : std::as_const(all))
-        hidden += window.shape & pixels;
-    QImage result = rootPicture(pixels);
+    for (const Window &window : std::as_const(leftOut))
+        hidden += window.shape & area;
+    QImage result = rootPicture(area);
     if (hidden.isEmpty() || !m_hasComposite || result.isNull())
         return result;
     hidden &= rootArea();
-    readShapes(chosen, hidden.boundingRect());
+    readShapes(shown, hidden.boundingRect());
     QPainter painter(&result);
-    painter.translate(-pixels.topLeft());
-    paintWindows(painter, hidden, chosen);
+    painter.translate(-area.topLeft());
+    paintWindows(painter, hidden, shown);
     return result;
 }

@@ -117,6 +117,13 @@ QPoint X11WindowServer::pointer()
     return reply ? QPoint(reply->root_x, reply->root_y) : QPoint();
 }
 
+void X11WindowServer::movePointer(QPoint to)
+{
+    xcb_warp_pointer(m_display.connection(), XCB_NONE, m_display.root(), 0, 0, 0, 0,
+                     static_cast<int16_t>(to.x()), static_cast<int16_t>(to.y()));
+    xcb_flush(m_display.connection());
+}
+
 bool X11WindowServer::isComposited()
 {
     xcb_connection_t *connection = m_display.connection();
@@ -144,14 +151,14 @@ void X11WindowServer::coverArea(QWidget *window, const QRect &area)
                                                  static_cast<int>(std::ceil(size.height())))));
     // No logical position stands for every device pixel, and the toolkit converts it with the
     // origin of whichever screen it takes the window to be on.
-    new ShowHook(window, [this, window, area] { place(window, area.topLeft()); });
+    new ShowHook(window, [this, window, area] { moveWindow(window, area.topLeft()); });
 }
 
-void X11WindowServer::place(QWidget *window, QPoint origin)
+void X11WindowServer::moveWindow(QWidget *window, QPoint to)
 {
     const QSize size = (QSizeF(window->size()) * window->devicePixelRatioF()).toSize();
     const std::array<uint32_t, 4> values{
-        static_cast<uint32_t>(origin.x()), static_cast<uint32_t>(origin.y()),
+        static_cast<uint32_t>(to.x()), static_cast<uint32_t>(to.y()),
         static_cast<uint32_t>(size.width()), static_cast<uint32_t>(size.height())};
     xcb_configure_window(m_display.connection(), static_cast<xcb_window_t>(window->winId()),
                          XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y | XCB_CONFIG_WINDOW_WIDTH |

@@ -17,11 +17,14 @@ public:
     QList<Entry> windows(List which, int relativeTo) override;
     QImage screenPicture(const QRect &area) override;
     QImage picture(std::optional<QRectF> area, const QList<int> &numbers) override;
+    QImage pictureWithout(const QRect &area, const QList<int> &numbers) override;
     QList<QRect> screens() override;
     QPoint pointer() override;
+    void movePointer(QPoint to) override;
     bool hasMenuBar() const override { return false; }
     bool isComposited() override;
     void coverArea(QWidget *window, const QRect &area) override;
+    void moveWindow(QWidget *window, QPoint to) override;
     void keepOutOfTaskBar(QWidget *window) override;
     void dropShadow(QWidget *window) override;
     int numberOf(const QWidget *widget) override;
@@ -50,10 +53,10 @@ private:
     QImage rootPicture(const QRect &area);
     QImage windowPicture(xcb_window_t frame);
     QImage storedPicture(const Window &window, const QRect &area);
+    QImage composed(const QRect &area, QList<Window> shown, QList<Window> leftOut);
     void readShapes(QList<Window> &windows, const QRect &area);
     void paintWallpaper(QPainter &painter, const QRegion &region);
     void paintWindows(QPainter &painter, QRegion region, const QList<Window> &windows);
-    void place(QWidget *window, QPoint origin);
 
     X11Display &m_display;
     X11PixelReader m_reader;

@@ -31,9 +31,9 @@ void drag(RegionSelection &selection, QPoint from, QPoint to)
 }
 
 // A selection whose band was dragged from the region's top left corner, wherever that is.
-RegionSelection marked(const QRect &region)
+RegionSelection marked(const QRect &region, const RegionPolicy &policy = s_rectanglePolicy)
 {
-    RegionSelection selection;
+    RegionSelection selection(policy);
     selection.setExtent({{5000, 5000}, {5000, 5000}, s_frame});
     drag(selection, region.topLeft(), farCorner(region));
     selection.setExtent({s_surface, s_overlay, s_frame});
@@ -60,6 +60,7 @@ private slots:
     void shapes();
     void cursor();
     void otherButtons();
+    void ellipseDiffers();
 };
 
 void TestRegionSelection::drags_data()
@@ -356,6 +357,53 @@ void TestRegionSelection::otherButtons()
     QVERIFY(!selection.isPressed());
     QVERIFY(!selection.move(at({50, 50})).has_value());
     QCOMPARE(selection.startPoint(), QPoint(100, 100));
+}
+
+// One of each, in step: what the one does and the other doesn't.
+void TestRegionSelection::ellipseDiffers()
+{
+    const QRect region(100, 100, 200, 100);
+    RegionSelection rectangle = marked(region);
+    RegionSelection ellipse = marked(region, s_ellipsePolicy);
+    QCOMPARE(rectangle.key(Qt::Key_A, s_none), ellipse.key(Qt::Key_A, s_none));
+    QCOMPARE(rectangle.regionCaption().width, u":200 px"_s);
+    QCOMPARE(ellipse.regionCaption().width, u":200"_s);
+    QCOMPARE(ellipse.regionCaption().height, u":100"_s);
+
+    // In a corner, outside the ellipse: the cursor says so, and a press moves the region.
+    const QPoint corner(112, 108);
+    QCOMPARE(rectangle.cursor(at(corner), {}).shape, Qt::ArrowCursor);
+    QCOMPARE(ellipse.cursor(at(corner), {}).shape, Qt::CrossCursor);
+    QCOMPARE(ellipse.cursor(at({200, 150}), {}).shape, Qt::ArrowCursor);
+    QCOMPARE(ellipse.cursor(at({300, 200}), {}).shape, Qt::SizeFDiagCursor);
+    ellipse.press(at(corner), Qt::LeftButton);
+    QCOMPARE(ellipse.hitZone(), RegionSelection::s_inside);
+    ellipse.release(at(corner));
+
+    // An edge beyond the border, and a press with Command that would begin there.
+    for (RegionSelection *selection : {&rectangle, &ellipse}) {
+        drag(*selection, {100, 150}, {-20, 150});
+        selection->press(at({400, 300}, s_command), Qt::LeftButton);
+    }
+    QCOMPARE(rectangle.startPoint(), QPoint(-20, 100));
+    QCOMPARE(ellipse.startPoint(), QPoint(0, 100));
+
+    for (RegionSelection *selection : {&rectangle, &ellipse}) {
+        selection->release(at({400, 300}, s_command));
+        selection->press(at({500, 300}), Qt::LeftButton);
+    }
+    QVERIFY(!rectangle.move(at({500, 400})).has_value());
+    QCOMPARE(ellipse.move(at({500, 400})).value_or(RegionSelection::Caption()).width, u"0 px"_s);
+
+    // A press whose release never came, and the next one that hits nothing.
+    for (RegionSelection *selection : {&rectangle, &ellipse}) {
+        selection->release(at({500, 400}));
+        selection->press(at({300, 150}), Qt::LeftButton);
+        QCOMPARE(selection->hitZone(), 4);
+        selection->press(at({600, 500}), Qt::LeftButton);
+    }
+    QCOMPARE(rectangle.hitZone(), 0);
+    QCOMPARE(ellipse.hitZone(), 4);
 }
 
 QTEST_APPLESS_MAIN(TestRegionSelection)

@@ -1,0 +1,249 @@
+#include "capture/dlgfreehand.h"
+
+#include "platform/services.h"
+#include "platform/windowlist.h"
+
+#include <QApplication>
+#include <QContextMenuEvent>
+#include <QGridLayout>
+#include <QPainter>
+
+#include <algorithm>
+#include <cmath>
+#include <memory>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr qreal s_sheetOpacity = 0.4;
+constexpr int s_closeMarkSize = 10;
+
+// Pieces of a long line that are no box around it: a slanting one across the desktop would have all
+// of it repainted.
+constexpr double s_pieceLength = 128;
+// The antialiased line reaches one pixel to each side.
+constexpr int s_lineReach = 2;
+
+QRect around(QPointF from, QPointF to)
+{
+    return QRectF(from, to).normalized().toAlignedRect().adjusted(-s_lineReach, -s_lineReach,
+                                                                  s_lineReach, s_lineReach);
+}
+
+QRegion pixelsOf(QPointF from, QPointF to)
+{
+    const QPointF whole = to - from;
+    const double length = std::max(std::abs(whole.x()), std::abs(whole.y()));
+    const int pieces = 1 + static_cast<int>(length / s_pieceLength);
+    QRegion result;
+    for (int piece = 0; piece < pieces; ++piece)
+        result += around(from + whole * piece / pieces, from + whole * (piece + 1) / pieces);
+    return result;
+}
+
+// The pixels of `line` without its last `common` points.
+QRegion pixelsOf(const QPolygonF &line, qsizetype common)
+{
+    QRegion result;
+    for (qsizetype i = 0; i + 1 < line.size() && i < line.size() - common; ++i)
+        result += pixelsOf(line.at(i), line.at(i + 1));
+    return result;
+}
+
+// Draws those parts that lie in `visible`: a freehand line has thousands of points, and of most
+// repaints only the newest are a part. A part goes one segment further at each end, so that its
+// joints are the whole line's.
+void drawLine(QPainter &painter, const QPolygonF &line, const QRect &visible)
+{
+    const auto isVisible = [&](qsizetype i) {
+        return around(line.at(i), line.at(i + 1)).intersects(visible);
+    };
+    const qsizetype segments = line.size() - 1;
+    for (qsizetype i = 0; i < segments; ++i) {
+        if (!isVisible(i))
+            continue;
+        const qsizetype first = std::max<qsizetype>(i - 1, 0);
+        while (i < segments && isVisible(i))
+            ++i;
+        const qsizetype last = std::min(i + 1, segments);
+        painter.drawPolyline(line.constData() + first, static_cast<int>(last - first + 1));
+    }
+}
+
+}  // namespace
+
+dlgFreeHand::dlgFreeHand(QWidget *parent)
+    : CaptureOverlay(parent, s_sheetOpacity), m_surface(new QWidget(this))
+{
+    m_surface->setObjectName(u"widget"_s);
+    m_surface->setFocusPolicy(Qt::WheelFocus);
+    auto *layout = new QGridLayout(this);
+    layout->setContentsMargins({});
+    layout->addWidget(m_surface);
+    setSurface(m_surface);
+}
+
+QPixmap dlgFreeHand::getPixmap()
+{
+    const QRect box = m_selection.box().translated(area().topLeft());
+    if (!box.isEmpty())
+        m_grabbed = screenWindow(box.x(), box.y(), box.width(), box.height(), true, nullptr);
+    return m_grabbed;
+}
+
+QPolygonF *dlgFreeHand::getPolygon() const
+{
+    if (m_selection.points().isEmpty())
+        return nullptr;
+    return std::make_unique<QPolygonF>(m_selection.polygonInBox()).release();
+}
+
+void dlgFreeHand::deletelastpoint()
+{
+    m_selection.deletelastpoint();
+    refresh();
+}
+
+void dlgFreeHand::dialog_clear()
+{
+    m_selection.clear();
+    refresh();
+}
+
+void dlgFreeHand::slots_freehandAccept()
+{
+    if (m_selection.finish())
+        accept();
+}
+
+bool dlgFreeHand::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched != m_surface)
+        return CaptureOverlay::eventFilter(watched, event);
+    switch (event->type()) {
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonDblClick:
+    case QEvent::MouseMove:
+    case QEvent::MouseButtonRelease:
+        if (isVisible() && mouseEvent(*static_cast<QMouseEvent *>(event)))
+            return true;
+        break;
+    case QEvent::KeyPress:
+        key(*static_cast<QKeyEvent *>(event));
+        break;
+    case QEvent::Paint:
+        paintSurface(static_cast<QPaintEvent *>(event)->region());
+        return true;
+    default:
+        break;
+    }
+    return CaptureOverlay::eventFilter(watched, event);
+}
+
+// True for an event that goes no further.
+bool dlgFreeHand::mouseEvent(const QMouseEvent &event)
+{
+    // The position in the window, which the surface fills: the one in the surface itself has been
+    // cut to whole logical pixels.
+    const QPoint pos = toPixels(event.scenePosition());
+    const Qt::KeyboardModifiers modifiers = QApplication::keyboardModifiers();
+    const bool leftAlone = event.buttons() == Qt::LeftButton;
+    switch (event.type()) {
+    case QEvent::MouseMove:
+        move(pos, modifiers);
+        return true;
+    case QEvent::MouseButtonRelease:
+        m_selection.release(pos, modifiers);
+        break;
+    case QEvent::MouseButtonPress:
+        if (leftAlone && m_selection.press(pos, pointerInOverlay(), modifiers))
+            accept();
+        break;
+    default:
+        if (leftAlone)
+            slots_freehandAccept();
+    }
+    refresh();
+    return false;
+}
+
+void dlgFreeHand::move(QPoint pos, Qt::KeyboardModifiers modifiers)
+{
+    ShowDetailWindow(eMagUpdate, area().x() + pos.x(), area().y() + pos.y());
+    m_selection.move(pos, modifiers);
+    refresh();
+}
+
+void dlgFreeHand::key(const QKeyEvent &event)
+{
+    const PolygonSelection::KeyResult result =
+        m_selection.key(event.key(), event.modifiers(), surfaceSize());
+    if (result.changeViewMode)
+        changeviewmode();
+    // The magnifier and the line follow with the move that this makes.
+    if (result.pointer)
+        services().windows->movePointer(area().topLeft() + *result.pointer);
+    if (result.finished)
+        accept();
+    refresh();
+}
+
+// While the button is down a pointer at rest sets no vertices.
+void dlgFreeHand::tick()
+{
+    if (m_selection.isPressed())
+        return;
+    // As the keyboard is now: the toolkit learns of a modifier with the next event after it.
+    const Qt::KeyboardModifiers modifiers = QGuiApplication::queryKeyboardModifiers();
+    move(m_selection.AdjustPoint(pointerInOverlay(), modifiers), modifiers);
+}
+
+void dlgFreeHand::contextMenuEvent(QContextMenuEvent *event)
+{
+    // The menu opens at the press and takes the release of a drag.
+    if (m_selection.isPressed())
+        m_selection.release(pointerInOverlay(), QApplication::keyboardModifiers());
+    const bool hasPoints = m_selection.points().size() >= 2;
+    runMenu(
+        event->globalPos(),
+        {tr("Finish(Enter)"), Qt::Key_Return, m_selection.canFinish(),
+         [this] { slots_freehandAccept(); }},
+        {{tr("Delete last point"), u"Backspace"_s, true, [this] { deletelastpoint(); }},
+         {tr("Clear all points"), u"Shift+Backspace"_s, hasPoints, [this] { dialog_clear(); }}});
+}
+
+// Repaints what differs from the surface, and not all of it. New points come first, so two lines
+// are compared from their ends.
+void dlgFreeHand::refresh()
+{
+    const Look now{m_selection.line(), m_selection.closeMark(pointerInOverlay())};
+    const auto [before, after] = std::mismatch(
+        m_shown.line.crbegin(), m_shown.line.crend(), now.line.crbegin(), now.line.crend(),
+        [](const QPointF &a, const QPointF &b) { return a.x() == b.x() && a.y() == b.y(); });
+    const qsizetype common = std::distance(m_shown.line.crbegin(), before);
+    QRegion damage = pixelsOf(m_shown.line, common) + pixelsOf(now.line, common);
+    for (const std::optional<QPoint> &mark : {m_shown.closeMark, now.closeMark}) {
+        if (mark && m_shown.closeMark != now.closeMark)
+            damage += around(*mark, *mark + QPointF(s_closeMarkSize, s_closeMarkSize));
+    }
+    m_shown = now;
+    if (!damage.isEmpty())
+        updatePixels(damage);
+}
+
+void dlgFreeHand::paintSurface(const QRegion &exposed)
+{
+    paintSheet(exposed, [this](QPainter &painter) {
+        const QRect visible = painter.combinedTransform()
+                                  .inverted()
+                                  .mapRect(QRectF(painter.viewport()))
+                                  .toAlignedRect();
+        painter.setPen(Qt::white);
+        drawLine(painter, m_shown.line, visible);
+        if (m_shown.closeMark) {
+            painter.setPen(Qt::red);
+            painter.drawEllipse(QRect(*m_shown.closeMark, QSize(s_closeMarkSize, s_closeMarkSize)));
+        }
+    });
+}

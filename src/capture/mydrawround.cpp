@@ -1,0 +1,30 @@
+#include "capture/mydrawround.h"
+
+#include <QPainter>
+#include <QPainterPath>
+
+#include <memory>
+
+MyDrawRound::MyDrawRound(QWidget *parent) : RegionOverlay(parent, s_ellipsePolicy) {}
+
+QPainterPath *MyDrawRound::getEllipse() const
+{
+    if (region().height() == 0)
+        return nullptr;
+    auto path = std::make_unique<QPainterPath>();
+    path->addEllipse(0.0, 0.0, region().width(), region().height());
+    return path.release();
+}
+
+void MyDrawRound::myDrawEllipse(QPainter &p, int x, int y, int w, int h)
+{
+    p.drawEllipse(x, y, w, h);
+    if (isCommandHeld())
+        drawHandles(p, {x, y, w, h}, {1, 5, 7, 3});
+    drawHandles(p, {x, y, w, h}, {2, 6, 8, 4});
+}
+
+void MyDrawRound::draw(QPainter &painter, const QRect &region) const
+{
+    myDrawEllipse(painter, region.x(), region.y(), region.width(), region.height());
+}

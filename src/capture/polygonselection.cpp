@@ -1,0 +1,210 @@
+#include "capture/polygonselection.h"
+
+#include "editing/planegeometry.h"
+
+#include <array>
+#include <cmath>
+
+namespace {
+
+constexpr float s_closeReach = 5.0F;
+constexpr double s_same = 1e-12;
+
+constexpr double s_fullTurn = 360.0;
+constexpr double s_almostFull = -0.1;
+constexpr float s_halfStep = 22.5F;
+
+struct Direction {
+    float angle = 0;
+    float snapped = 0;
+};
+
+// The first that is near enough counts.
+constexpr std::array<Direction, 9> s_directions{{
+    {0, 0},
+    {360, 0},
+    {90, 90},
+    {180, 180},
+    {270, 270},
+    {45, 45},
+    {135, 135},
+    {225, 225},
+    {315, 315},
+}};
+
+struct Arrow {
+    int key = 0;
+    int axis = 0;
+    int step = 0;
+};
+
+constexpr std::array<Arrow, 4> s_arrows{{
+    {Qt::Key_Left, 0, -1},
+    {Qt::Key_Right, 0, 1},
+    {Qt::Key_Up, 1, -1},
+    {Qt::Key_Down, 1, 1},
+}};
+
+double &along(QPointF &point, int axis) { return axis == 0 ? point.rx() : point.ry(); }
+
+QPoint truncated(QPointF point)
+{
+    return {static_cast<int>(point.x()), static_cast<int>(point.y())};
+}
+
+}  // namespace
+
+QPoint PolygonSelection::AdjustPoint(const QPoint &p, Qt::KeyboardModifiers modifiers) const
+{
+    if (modifiers != Qt::ControlModifier || m_points.size() < 2)
+        return p;
+    const QPointF reference = m_points.at(1);
+    double exact = CalAngle_Deg(reference, p);
+    if (exact - s_fullTurn > s_almostFull)
+        exact -= s_fullTurn;
+    auto angle = static_cast<float>(exact);
+    for (const Direction &direction : s_directions) {
+        if (EquFloat1(angle, direction.angle, s_halfStep)) {
+            angle = direction.snapped;
+            break;
+        }
+    }
+    const QPointF end = RotateByDeg(angle, QPointF(DistanceTo(reference, p), 0), {}) + reference;
+    return {qRound(end.x()), qRound(end.y())};
+}
+
+bool PolygonSelection::endIsLastVertex() const
+{
+    if (m_points.size() < 2)
+        return false;
+    const QPointF offset = m_points.at(0) - m_points.at(1);
+    return std::abs(offset.x()) <= s_same && std::abs(offset.y()) <= s_same;
+}
+
+bool PolygonSelection::isNearFirst(QPoint pointer) const
+{
+    return m_canClose && canFinish() &&
+           distance_PtoP(pointer, m_points.constLast()) <= s_closeReach;
+}
+
+bool PolygonSelection::press(QPoint pos, QPoint pointer, Qt::KeyboardModifiers modifiers)
+{
+    m_state = State::Pressed;
+    m_closing = false;
+    const QPoint adjusted = AdjustPoint(pos, modifiers);
+    if (m_points.isEmpty())
+        m_points.prepend(adjusted);
+    else if (endIsLastVertex())
+        m_points.removeFirst();
+    else
+        m_points.first() = adjusted;
+    // The point that was clicked stays a vertex, though it may be a little off the first one.
+    if (!isNearFirst(pointer))
+        return false;
+    m_state = State::Busy;
+    return true;
+}
+
+void PolygonSelection::release(QPoint pos, Qt::KeyboardModifiers modifiers)
+{
+    m_points.prepend(AdjustPoint(pos, modifiers));
+    m_canClose = true;
+    m_state = State::Idle;
+}
+
+// With the button held every move sets a vertex.
+void PolygonSelection::move(QPoint pos, Qt::KeyboardModifiers modifiers)
+{
+    if (m_points.isEmpty() || m_closing || m_state == State::Busy)
+        return;
+    const QPoint adjusted = AdjustPoint(pos, modifiers);
+    if (m_state == State::Pressed)
+        m_points.prepend(adjusted);
+    else
+        m_points.first() = adjusted;
+}
+
+bool PolygonSelection::finish()
+{
+    if (!canFinish())
+        return false;
+    m_points.removeFirst();
+    m_state = State::Busy;
+    m_closing = true;
+    return true;
+}
+
+void PolygonSelection::deletelastpoint()
+{
+    if (m_points.size() < 2)
+        return;
+    if (endIsLastVertex())
+        m_points.remove(0, 2);
+    else
+        m_points.remove(1);
+    if (m_points.size() == 1)
+        m_points.clear();
+}
+
+PolygonSelection::KeyResult PolygonSelection::key(int key, Qt::KeyboardModifiers modifiers,
+                                                  QSize surface)
+{
+    KeyResult result;
+    result.changeViewMode = key == Qt::Key_E && modifiers.testFlag(Qt::ControlModifier);
+    result.finished = key == Qt::Key_Return && finish();
+    if (key == Qt::Key_Backspace) {
+        deletelastpoint();
+        if (modifiers.testFlag(Qt::ShiftModifier))
+            clear();
+    }
+    for (const Arrow &arrow : s_arrows) {
+        if (arrow.key != key || m_points.isEmpty())
+            continue;
+        // Alt goes to the edge, from where the step has led.
+        const int step = modifiers.testFlag(Qt::ShiftModifier) ? 10 * arrow.step : arrow.step;
+        const int size = arrow.axis == 0 ? surface.width() : surface.height();
+        moveEnd(arrow.axis, along(m_points.first(), arrow.axis) + step, result);
+        if (modifiers.testFlag(Qt::AltModifier))
+            moveEnd(arrow.axis, arrow.step < 0 ? 1 : size - 1, result);
+    }
+    return result;
+}
+
+// Nothing keeps the end on the desktop, which is meant.
+void PolygonSelection::moveEnd(int axis, double to, KeyResult &result)
+{
+    // An end that rests on the last vertex takes the vertex along.
+    if (endIsLastVertex())
+        m_points.removeFirst();
+    along(m_points.first(), axis) = to;
+    result.pointer = truncated(m_points.first());
+    m_state = State::Idle;
+}
+
+std::optional<QPoint> PolygonSelection::closeMark(QPoint pointer) const
+{
+    if (!isNearFirst(pointer))
+        return {};
+    return truncated(m_points.constLast() - QPointF(s_closeReach, s_closeReach));
+}
+
+QRect PolygonSelection::box() const
+{
+    const QRectF exact = m_points.boundingRect();
+    return {truncated(exact.topLeft()),
+            QSize(static_cast<int>(exact.width()), static_cast<int>(exact.height()))};
+}
+
+QPolygonF PolygonSelection::polygonInBox() const
+{
+    QPolygonF result;
+    result.reserve(m_points.size());
+    for (const QPointF &point : m_points)
+        result.append(truncated(point - box().topLeft()));
+    return result;
+}
+
+float PolygonSelection::distance_PtoP(const QPointF &a, const QPointF &b)
+{
+    return static_cast<float>(std::hypot(a.x() - b.x(), a.y() - b.y()));
+}

@@ -1,0 +1,383 @@
+#include "capture/regionoverlay.h"
+
+#include "platform/windowlist.h"
+#include "ui_dialog.h"
+
+#include <QApplication>
+#include <QBitmap>
+#include <QContextMenuEvent>
+#include <QFontMetrics>
+#include <QPainter>
+
+#include <array>
+#include <cmath>
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr qreal s_sheetOpacity = 0.6;
+
+// From a handle's centre to its circle's left and top, and the circle's diameter.
+constexpr int s_handleRadius = 5;
+constexpr int s_handleDiameter = 10;
+
+constexpr QColor s_markColor(255, 255, 255);
+constexpr QColor s_handleColor(90, 90, 90);
+constexpr QColor s_frameColor(89, 90, 92);
+
+constexpr int s_captionFont = 12;  // pixels, if the texts fit
+constexpr int s_smallestFont = 8;
+
+QPixmap maskedIcon(const QString &path)
+{
+    QPixmap icon(path);
+    if (!icon.isNull())
+        icon.setMask(icon.createHeuristicMask(true));
+    return icon;
+}
+
+// Rectangles inside what is drawn in `shape`, clear of its outline.
+QRegion inner(const QRect &shape, bool ellipse)
+{
+    if (!ellipse)
+        return shape.adjusted(2, 2, -2, -2);
+    constexpr int s_bands = 16;
+    const double halfWidth = shape.width() / 2.0;
+    QRegion result;
+    for (int band = 0; band < s_bands; ++band) {
+        // From the middle of the height, -1 to 1, to the end that is further from it.
+        const double top = 2.0 * band / s_bands - 1;
+        const double bottom = top + 2.0 / s_bands;
+        const double narrow = std::max(std::abs(top), std::abs(bottom));
+        const double reach = halfWidth * std::sqrt(1 - narrow * narrow);
+        const double y = shape.y() + shape.height() * (top + 1) / 2;
+        const QRectF exact(shape.x() + halfWidth - reach, y, 2 * reach,
+                           shape.height() / 1.0 / s_bands);
+        const QRect whole = exact.toAlignedRect();
+        // Neighbours share the row in which they meet.
+        result += whole.adjusted(3, band == 0 ? 3 : 0, -3, band == s_bands - 1 ? -3 : 0);
+    }
+    return result;
+}
+
+}  // namespace
+
+RegionOverlay::RegionOverlay(QWidget *parent, const RegionPolicy &policy)
+    : CaptureOverlay(parent, s_sheetOpacity), m_policy(policy),
+      m_ui(std::make_unique<Ui::Dialog>()), m_selection(policy)
+{
+    m_ui->setupUi(this);
+    setSurface(m_ui->widget);
+    fitCaptionFont();
+    m_ui->widget_2->hide();
+    m_ui->pushButton->hide();
+    m_ui->widget_2->installEventFilter(this);
+    m_ui->pushButton->installEventFilter(this);
+}
+
+RegionOverlay::~RegionOverlay() = default;
+
+// One size for both texts, in which the longest one of this desktop is not cut.
+void RegionOverlay::fitCaptionFont()
+{
+    const QString longest = u":%1 px"_s.arg(std::max(area().width(), area().height()));
+    QFont captionFont = font();
+    int size = s_captionFont;
+    captionFont.setPixelSize(size);
+    while (size > s_smallestFont &&
+           QFontMetrics(captionFont).horizontalAdvance(longest) > m_ui->label_6->width())
+        captionFont.setPixelSize(--size);
+    m_ui->label_6->setFont(captionFont);
+    m_ui->label_8->setFont(captionFont);
+    captionFont.setPixelSize(s_captionFont);
+    m_ui->pushButton->setFont(captionFont);
+}
+
+void RegionOverlay::SetPictureWidth(QString path)
+{
+    m_pictureWidthFile = std::move(path);
+    m_ui->label_5->setPixmap(maskedIcon(m_pictureWidthFile));
+}
+
+void RegionOverlay::SetPictureHeight(QString path)
+{
+    m_pictureHeightFile = std::move(path);
+    m_ui->label_7->setPixmap(maskedIcon(m_pictureHeightFile));
+}
+
+bool RegionOverlay::hasArea() const
+{
+    return m_selection.region().width() != 0 && m_selection.region().height() != 0;
+}
+
+QPixmap RegionOverlay::getPixmap()
+{
+    const QRect global = m_selection.region().translated(area().topLeft());
+    if (hasArea())
+        m_grabbed =
+            screenWindow(global.x(), global.y(), global.width(), global.height(), true, nullptr);
+    return m_grabbed;
+}
+
+void RegionOverlay::on_pushButton_clicked()
+{
+    if (hasArea())
+        accept();
+}
+
+void RegionOverlay::dialog_clear()
+{
+    m_selection.clear();
+    m_ui->widget_2->hide();
+    refresh();
+}
+
+void RegionOverlay::drawHandles(QPainter &painter, const QRect &region,
+                                std::initializer_list<int> zones)
+{
+    painter.setBrush(s_handleColor);
+    // A stamp, because a circle that is rasterised anew comes out a shade different wherever it is
+    // drawn and clipped: parts of one that are painted at different times would not fit together.
+    QImage stamp(s_handleDiameter + 2, s_handleDiameter + 2, QImage::Format_ARGB32_Premultiplied);
+    stamp.fill(Qt::transparent);
+    QPainter stampPainter(&stamp);
+    stampPainter.setRenderHints(painter.renderHints());
+    stampPainter.setPen(painter.pen());
+    stampPainter.setBrush(painter.brush());
+    stampPainter.drawEllipse(1, 1, s_handleDiameter, s_handleDiameter);
+    stampPainter.end();
+    for (const int zone : zones) {
+        const QPoint centre = RegionSelection::handleCentre(region, zone);
+        painter.drawImage(centre - QPoint(s_handleRadius + 1, s_handleRadius + 1), stamp);
+    }
+}
+
+bool RegionOverlay::isCommandHeld()
+{
+    // As the keyboard is now: the toolkit learns of a modifier with the next event after it.
+    return QGuiApplication::queryKeyboardModifiers() == Qt::ControlModifier;
+}
+
+void RegionOverlay::ChangeCursor(QPoint pos)
+{
+    const QWidget *frame = m_ui->widget_2;
+    const RegionSelection::Cursor cursor =
+        m_selection.cursor(input(pos), {toPixels(frame->pos()), toPixels(frame->size())});
+    QWidget *target = cursor.onFrame ? m_ui->widget_2 : m_ui->widget;
+    target->setMouseTracking(true);
+    if (target->cursor().shape() != cursor.shape)
+        target->setCursor(cursor.shape);
+}
+
+RegionOverlay::Look RegionOverlay::look() const
+{
+    return {m_selection.shapes(), m_policy.cornersNeedCommand && isCommandHeld()};
+}
+
+// The pixels that differ between two looks, and a few more: the antialiased outline reaches one
+// pixel to each side, and handles are compared as wholes.
+QRegion RegionOverlay::damage(const Look &before, const Look &after) const
+{
+    if (before == after)
+        return {};
+    QRegion outlines;
+    QRegion handles;
+    std::array<QRegion, 2> fills;
+    size_t side = 0;
+    for (const Look *look : {&before, &after}) {
+        for (const QRect &shape : look->shapes) {
+            outlines += shape.normalized().adjusted(-2, -2, 2, 2);
+            fills.at(side) += inner(shape, m_policy.ellipse);
+            for (int zone = 1; zone <= RegionSelection::s_handleCount; ++zone) {
+                QRect box(0, 0, s_handleDiameter + 4, s_handleDiameter + 4);
+                box.moveCenter(RegionSelection::handleCentre(shape, zone));
+                handles += box;
+            }
+        }
+        ++side;
+    }
+    return (outlines - (fills[0] & fills[1])) + handles;
+}
+
+RegionSelection::Input RegionOverlay::input(QPoint pos) const
+{
+    return {pos, pointer(), QApplication::keyboardModifiers()};
+}
+
+void RegionOverlay::setExtent()
+{
+    m_selection.setExtent({surfaceSize(), area().size(), toPixels(m_ui->widget_2->size())});
+}
+
+bool RegionOverlay::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == m_ui->widget && surfaceEvent(event))
+        return true;
+    if (watched == m_ui->widget_2 && event->type() == QEvent::Paint)
+        paintFrame();
+    if (watched == m_ui->pushButton && event->type() == QEvent::MouseButtonRelease) {
+        m_ui->pushButton->click();
+        return true;
+    }
+    return CaptureOverlay::eventFilter(watched, event);
+}
+
+// True for an event that goes no further.
+bool RegionOverlay::surfaceEvent(QEvent *event)
+{
+    switch (event->type()) {
+    case QEvent::MouseButtonDblClick:
+        if (!m_policy.doubleClickPresses)
+            return false;
+        [[fallthrough]];
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseMove:
+    case QEvent::MouseButtonRelease:
+        mouseEvent(*static_cast<QMouseEvent *>(event));
+        return true;
+    case QEvent::KeyPress:
+        key(*static_cast<QKeyEvent *>(event));
+        return false;
+    case QEvent::Paint:
+        paintSurface(static_cast<QPaintEvent *>(event)->region());
+        return false;
+    case QEvent::Show:
+    case QEvent::Resize:
+        setExtent();
+        return false;
+    default:
+        return false;
+    }
+}
+
+void RegionOverlay::mouseEvent(const QMouseEvent &event)
+{
+    // The position in the window, which the surface fills: the one in the surface itself has been
+    // cut to whole logical pixels.
+    const QPoint pos = toPixels(event.scenePosition());
+    if (event.type() == QEvent::MouseMove)
+        move(pos);
+    else if (event.type() == QEvent::MouseButtonRelease)
+        release(pos);
+    else
+        press(pos, event.buttons());
+}
+
+void RegionOverlay::press(QPoint pos, Qt::MouseButtons buttons)
+{
+    if (!m_policy.ticksWhilePressed)
+        stopTicks();
+    m_selection.press(input(pos), buttons);
+    refresh();
+    ChangeCursor(pos);
+}
+
+void RegionOverlay::move(QPoint pos)
+{
+    ShowDetailWindow(eMagUpdate, area().x() + pos.x(), area().y() + pos.y());
+    if (!m_selection.isPressed())
+        ChangeCursor(pos);
+    if (const auto caption = m_selection.move(input(pos))) {
+        placeCaption(*caption);
+        m_ui->widget_2->show();
+        m_ui->pushButton->show();
+    }
+    refresh();
+}
+
+void RegionOverlay::release(QPoint pos)
+{
+    if (!m_policy.ticksWhilePressed)
+        startTicks();
+    m_selection.release(input(pos));
+    if (m_policy.releaseShowsButton)
+        m_ui->pushButton->show();
+    refresh();
+}
+
+void RegionOverlay::key(const QKeyEvent &event)
+{
+    const RegionSelection::Request request = m_selection.key(event.key(), event.modifiers());
+    placeCaption(m_selection.regionCaption());
+    switch (request) {
+    case RegionSelection::Request::None:
+        break;
+    case RegionSelection::Request::ChangeViewMode:
+        changeviewmode();
+        break;
+    case RegionSelection::Request::Accept:
+        accept();
+        break;
+    case RegionSelection::Request::Close:
+        close();
+        break;
+    case RegionSelection::Request::Clear:
+        dialog_clear();
+        break;
+    }
+}
+
+// Between drags the pointer rests, or another application has it: the magnifier, the cursor and the
+// picture of the region follow all the same.
+void RegionOverlay::tick()
+{
+    if (!m_selection.isPressed())
+        move(pointerInOverlay());
+}
+
+void RegionOverlay::contextMenuEvent(QContextMenuEvent *event)
+{
+    // The menu opens at the press and takes the releases, the one of a drag too.
+    if (m_selection.isPressed() || event->reason() == QContextMenuEvent::Mouse)
+        release(pointerInOverlay());
+    runMenu(event->globalPos(),
+            {tr("Finish(Enter)"), Qt::Key_Return, hasArea(), [this] { accept(); }},
+            {{tr("Clear"), u"Shift+Backspace"_s, hasArea(), [this] { dialog_clear(); }}});
+}
+
+void RegionOverlay::placeCaption(const RegionSelection::Caption &caption)
+{
+    m_ui->label_6->setText(caption.width);
+    m_ui->label_8->setText(caption.height);
+    m_ui->widget_2->move(toLogical(caption.place));
+}
+
+// Repaints what differs from the surface, and not all of it: a desktop of 3840 x 2160 is eight
+// million pixels at every move of the pointer.
+void RegionOverlay::refresh()
+{
+    const Look now = look();
+    updatePixels(damage(m_shown, now));
+    m_shown = now;
+}
+
+void RegionOverlay::paintSurface(const QRegion &exposed)
+{
+    const Look now = look();
+    // A key changes the region without a refresh. If a part of it is painted early, the rest must
+    // follow.
+    if (now != m_shown) {
+        m_shown = now;
+        m_ui->widget->update();
+    }
+    paintSheet(exposed, [this, &now](QPainter &painter) {
+        for (const QRect &shape : now.shapes) {
+            painter.setPen(s_markColor);
+            painter.setBrush(s_markColor);
+            draw(painter, shape);
+        }
+    });
+    m_selection.painted();
+}
+
+void RegionOverlay::paintFrame()
+{
+    QPainter painter(m_ui->widget_2);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(s_frameColor);
+    painter.setBrush(Qt::black);
+    painter.drawRoundedRect(QRectF(m_ui->widget_2->rect()).adjusted(2.0, 2.0, -2.0, -2.0), 10.0,
+                            10.0, Qt::AbsoluteSize);
+}

@@ -1,0 +1,86 @@
+#pragma once
+
+#include "capture/captureoverlay.h"
+#include "capture/regionselection.h"
+
+#include <QPixmap>
+#include <QString>
+
+#include <initializer_list>
+#include <memory>
+
+namespace Ui {
+class Dialog;
+}  // namespace Ui
+
+/// What the overlays of the rectangle and of the ellipse share: the region, marked and refined with
+/// the mouse and the keys, and the caption that follows it. The desktop stays live beneath it: its
+/// pixels are read by getPixmap(), after the overlay has closed.
+class RegionOverlay : public CaptureOverlay
+{
+    Q_OBJECT
+public:
+    ~RegionOverlay() override;
+
+    /// The icons beside the size texts, by file; one that can't be read leaves its place empty.
+    void SetPictureWidth(QString path);
+    void SetPictureHeight(QString path);
+    QString GetPictureWidth() const { return m_pictureWidthFile; }
+    QString GetPictureHeight() const { return m_pictureHeightFile; }
+
+    /// Takes the picture of the region. Without a region, the picture taken last: null at first.
+    QPixmap getPixmap();
+    /// Shows with the pointer's shape what a press at `pos` (overlay coordinates) would do.
+    void ChangeCursor(QPoint pos);
+
+public slots:
+    void on_pushButton_clicked();
+    void dialog_clear();
+
+protected:
+    RegionOverlay(QWidget *parent, const RegionPolicy &policy);
+
+    /// Draws what is marked in `region`, which is not normalised, in white.
+    virtual void draw(QPainter &painter, const QRect &region) const = 0;
+    /// Draws the circles of these handles of a region in the painter's pen.
+    static void drawHandles(QPainter &painter, const QRect &region,
+                            std::initializer_list<int> zones);
+    QRect region() const { return m_selection.region(); }
+    bool hasArea() const;
+    static bool isCommandHeld();
+
+    bool eventFilter(QObject *watched, QEvent *event) override;
+    void contextMenuEvent(QContextMenuEvent *event) override;
+    void tick() override;
+
+private:
+    struct Look {
+        QList<QRect> shapes{};
+        bool command = false;
+        bool operator==(const Look &) const = default;
+    };
+
+    RegionSelection::Input input(QPoint pos) const;
+    Look look() const;
+    QRegion damage(const Look &before, const Look &after) const;
+    void fitCaptionFont();
+    void setExtent();
+    void press(QPoint pos, Qt::MouseButtons buttons);
+    void move(QPoint pos);
+    void release(QPoint pos);
+    void key(const QKeyEvent &event);
+    void mouseEvent(const QMouseEvent &event);
+    bool surfaceEvent(QEvent *event);
+    void paintSurface(const QRegion &exposed);
+    void paintFrame();
+    void placeCaption(const RegionSelection::Caption &caption);
+    void refresh();
+
+    RegionPolicy m_policy;
+    std::unique_ptr<Ui::Dialog> m_ui;
+    RegionSelection m_selection;
+    Look m_shown;  // what the surface shows once its pending updates are painted
+    QString m_pictureWidthFile;
+    QString m_pictureHeightFile;
+    QPixmap m_grabbed;
+};

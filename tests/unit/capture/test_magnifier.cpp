@@ -1,0 +1,283 @@
+#include "capture/digdetail.h"
+#include "capture/dlgfreehand.h"
+#include "capture/magnifier.h"
+#include "config/applicationrecord.h"
+#include "config/settings.h"
+#include "config/xmlstore.h"
+#include "fakedesktop.h"
+
+#include <QApplication>
+#include <QLabel>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <memory>
+
+using namespace Qt::StringLiterals;
+
+// All numbers are device pixels, so the same rows hold at every scale.
+class TestMagnifier : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+    void view_data();
+    void view();
+    void edges();
+    void places_data();
+    void places();
+    void resizing_data();
+    void resizing();
+    void showsPixels();
+    void flees();
+    void requests();
+    void textsFit();
+
+private:
+    DigDetail *panel() const { return m_overlay->findChild<DigDetail *>(); }
+    QString text(const QString &label) const { return panel()->findChild<QLabel *>(label)->text(); }
+    void request(EShowMagOpr opr, QPoint pos, int type = DigDetail::s_region)
+    {
+        m_magnifier->request(m_overlay.get(), opr, pos, type, {true, m_multiple});
+    }
+
+    std::unique_ptr<FakeDesktop> m_desktop;
+    std::unique_ptr<QTemporaryDir> m_folder;
+    std::unique_ptr<dlgFreeHand> m_overlay;
+    std::unique_ptr<Magnifier> m_magnifier;
+    int m_multiple = 8;
+};
+
+void TestMagnifier::init()
+{
+    m_folder = std::make_unique<QTemporaryDir>();
+    g_ResourceFileName = m_folder->filePath(u"SnapWorkbench.xml"_s);
+    QFile file(g_ResourceFileName);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write("<Galeway ver=\"1\"/>");
+    file.close();
+    m_desktop = std::make_unique<FakeDesktop>();
+    FakeWindowServer &server = *m_desktop->windows;
+    server.screenList = {{0, 0, 3200, 2400}, {-1600, 100, 1600, 1200}};
+    server.list = {
+        {.entry = {.number = 9, .bounds = {-1600, 0, 4800, 2400}}, .color = Qt::white},  // overlay
+        {.entry = {.number = 3, .bounds = {403, 301, 1, 1}}, .color = QColor(1, 2, 171)},
+        {.entry = {.number = 2, .bounds = {-300, 200, 900, 600}}, .color = QColor(250, 128, 7)}};
+    m_magnifier = std::make_unique<Magnifier>();
+    m_overlay = std::make_unique<dlgFreeHand>();
+    server.numbers = {{m_overlay.get(), 9}};
+    m_multiple = 8;
+}
+
+void TestMagnifier::cleanup()
+{
+    m_overlay.reset();
+    FreeAllXmlDocument();
+}
+
+void TestMagnifier::view_data()
+{
+    QTest::addColumn<QSize>("size");
+    QTest::addColumn<int>("multiple");
+    QTest::addColumn<QRect>("source");
+    QTest::addColumn<QPoint>("centre");
+    QTest::addColumn<QRect>("mark");
+    const auto row = [](const char *name, QSize size, int multiple, const QRect &source,
+                        QPoint centre, const QRect &mark) {
+        QTest::newRow(name) << size << multiple << source << centre << mark;
+    };
+    row("37 blocks and a rest", {300, 300}, 8, {982, 482, 37, 37}, {147, 147}, {144, 144, 7, 7});
+    row("even: before the middle", {288, 192}, 8, {983, 489, 36, 24}, {143, 95}, {136, 88, 7, 7});
+    row("one way odd", {184, 180}, 8, {989, 490, 23, 22}, {91, 87}, {88, 80, 7, 7});
+    row("odd blocks", {185, 181}, 5, {982, 483, 37, 36}, {92, 89}, {90, 85, 4, 4});
+    row("one block", {15, 9}, 8, {1000, 500, 1, 1}, {3, 3}, {0, 0, 7, 7});
+}
+
+void TestMagnifier::view()
+{
+    QFETCH(QSize, size);
+    QFETCH(int, multiple);
+    const MagnifierView view{size, multiple};
+    const QPoint point(1000, 500);
+    QTEST(view.source(point), "source");
+    QTEST(view.centre(), "centre");
+    QTEST(view.centreMark(), "mark");
+    const QPoint block(view.centre().x() / multiple, view.centre().y() / multiple);
+    QCOMPARE(view.source(point).topLeft() + block, point);
+    QVERIFY(view.centreMark().adjusted(0, 0, 1, 1).contains(view.centre()));
+}
+
+void TestMagnifier::edges()
+{
+    const MagnifierView view{{184, 184}, 8};
+    const QRect desktop(-1600, 0, 3200, 1300);
+    const auto visible = [&](QPoint point) { return view.visible(view.source(point), desktop); };
+    QCOMPARE(visible({0, 300}), QRect(0, 0, 184, 184));
+    QCOMPARE(visible({-1600, 300}), QRect(88, 0, 96, 184));
+    QCOMPARE(visible({-1600, 0}), QRect(88, 88, 96, 96));
+    QCOMPARE(visible({1599, 1299}), QRect(0, 0, 96, 96));
+    QVERIFY(visible({5000, 5000}).isEmpty());
+}
+
+void TestMagnifier::places_data()
+{
+    QTest::addColumn<QRect>("screen");
+    QTest::addColumn<QPoint>("pointer");
+    QTest::addColumn<QPoint>("place");
+    const QRect primary(0, 0, 1601, 1000);
+    const QRect left(-1600, 200, 1600, 1000);
+    QTest::newRow("top left") << primary << QPoint(10, 10) << QPoint(1301, 686);
+    QTest::newRow("bottom right") << primary << QPoint(1500, 900) << QPoint(0, 0);
+    QTest::newRow("before the middle") << primary << QPoint(800, 499) << QPoint(1301, 686);
+    QTest::newRow("past the middle") << primary << QPoint(801, 500) << QPoint(0, 0);
+    QTest::newRow("left monitor") << left << QPoint(-1500, 300) << QPoint(-300, 886);
+    QTest::newRow("left monitor, right") << left << QPoint(-100, 300) << QPoint(-1600, 886);
+}
+
+void TestMagnifier::places()
+{
+    QFETCH(QRect, screen);
+    QFETCH(QPoint, pointer);
+    QTEST(magnifierPlace({300, 314}, screen, pointer), "place");
+}
+
+void TestMagnifier::resizing_data()
+{
+    QTest::addColumn<QRect>("screen");
+    QTest::addColumn<QRect>("before");
+    QTest::addColumn<QRect>("after");
+    const QRect primary(0, 0, 1600, 1000);
+    const QRect left(-1600, 0, 1600, 1000);
+    const QRect right(1600, 0, 1600, 1000);
+    const auto row = [](const char *name, const QRect &screen, const QRect &before,
+                        const QRect &after) { QTest::newRow(name) << screen << before << after; };
+    row("bottom right", primary, {1300, 686, 300, 314}, {1408, 808, 192, 192});
+    row("top left", primary, {0, 0, 192, 192}, {0, 0, 192, 192});
+    row("top right", primary, {1300, 0, 300, 314}, {1408, 0, 192, 192});
+    row("left monitor, bottom right", left, {-300, 686, 300, 314}, {-192, 808, 192, 192});
+    row("right monitor, top left", right, {1600, 0, 300, 314}, {1600, 0, 192, 192});
+}
+
+void TestMagnifier::resizing()
+{
+    QFETCH(QRect, screen);
+    QFETCH(QRect, before);
+    QTEST(magnifierResized(before, {192, 192}, screen), "after");
+}
+
+void TestMagnifier::showsPixels()
+{
+    request(eMagOpen, {});
+    request(eMagUpdate, {403, 301});
+    QCOMPARE(text(u"LblX"_s), u"X: 403 px"_s);
+    QCOMPARE(text(u"LblY"_s), u"Y: 301 px"_s);
+    QCOMPARE(text(u"LblR"_s), u"R: 1"_s);
+    QCOMPARE(text(u"LblG"_s), u"G: 2"_s);
+    QCOMPARE(text(u"LblB"_s), u"B: 171"_s);
+    QCOMPARE(text(u"LblHex"_s), u"0102ab"_s);
+
+    // One pixel is one block, and the mark around it has the opposite colour.
+    auto *label = panel()->findChild<QLabel *>(u"m_Label"_s);
+    const MagnifierView view{(QSizeF(label->size()) * label->devicePixelRatioF()).toSize(), 8};
+    const QPoint corner = view.centreMark().topLeft();
+    QImage shown = label->grab().toImage();
+    QCOMPARE(shown.pixelColor(corner), QColor(254, 253, 84));
+    QCOMPARE(shown.pixelColor(corner + QPoint(7, 7)), QColor(254, 253, 84));
+    QCOMPARE(shown.pixelColor(corner + QPoint(1, 1)), QColor(1, 2, 171));
+    QCOMPARE(shown.pixelColor(corner + QPoint(6, 6)), QColor(1, 2, 171));
+    QCOMPARE(shown.pixelColor(corner - QPoint(1, 1)), QColor(250, 128, 7));
+    QCOMPARE(shown.pixelColor(corner + QPoint(8, 8)), QColor(250, 128, 7));
+
+    // Off the desktop it is black, inside it is framed; on the other screen it shows that one.
+    request(eMagUpdate, {-1600, 400});
+    QCOMPARE(text(u"LblX"_s), u"X: -1600 px"_s);
+    shown = label->grab().toImage();
+    QCOMPARE(shown.pixelColor(corner - QPoint(3, 3)), QColor(0, 0, 0));
+    QCOMPARE(shown.pixelColor(corner + QPoint(0, -9)), QColor(152, 161, 168));
+    request(eMagUpdate, {-200, 400});
+    QCOMPARE(text(u"LblHex"_s), u"fa8007"_s);
+}
+
+void TestMagnifier::flees()
+{
+    request(eMagOpen, {});
+    const QSize size = panel()->area().size();
+    const auto placeAfter = [this](QPoint pos) {
+        request(eMagUpdate, pos);
+        return panel()->area().topLeft();
+    };
+    // From its first place in the corner of the desktop, where the first request is.
+    const QPoint far(3200 - size.width(), 2400 - size.height());
+    QCOMPARE(placeAfter({900, 700}), far);
+    QCOMPARE(placeAfter(far - QPoint(21, 21)), far);
+    QCOMPARE(placeAfter(far - QPoint(20, 20)), QPoint(0, 0));
+    // To the other monitor, and back.
+    QCOMPARE(placeAfter({-100, 1250}), QPoint(-1600, 100));
+    QCOMPARE(placeAfter({100, 100}), far);
+    QCOMPARE(m_desktop->windows->covered.constLast().topLeft(), far);
+}
+
+void TestMagnifier::requests()
+{
+    // Nothing but an opening makes one, and only where it is wanted.
+    for (const EShowMagOpr opr : {eMagUpdate, eMagChangeMode, eMagClose})
+        request(opr, {5, 5});
+    m_magnifier->request(m_overlay.get(), eMagOpen, {}, 1, {});
+    QVERIFY(!panel());
+
+    request(eMagOpen, {});
+    QVERIFY(panel()->isVisible());
+    const QRect full = panel()->area();
+    request(eMagChangeMode, {});
+    QCOMPARE(GetConfigString(u"MagnificationMode"_s), u"2"_s);
+    QCOMPARE(panel()->area().bottomRight(), full.bottomRight());
+    QCOMPARE(panel()->size(), QSize(192, 192));
+    QVERIFY(!panel()->findChild<QWidget *>(u"widget_2"_s)->isVisible());
+    request(eMagClose, {});
+    QVERIFY(!panel());
+
+    request(eMagOpen, {}, DigDetail::s_polygon);
+    QCOMPARE(panel()->size(), QSize(192, 192));
+    request(eMagChangeMode, {});
+    QCOMPARE(panel()->size(), QSize(300, 343));
+    QCOMPARE(GetConfigString(u"MagnificationMode"_s), u"1"_s);
+    panel()->SetMultiple(0);  // ignored
+    panel()->ReDrawZoomin({403, 301}, nullptr);
+    QCOMPARE(text(u"LblHex"_s), u"0102ab"_s);
+    // So large that no block fits.
+    m_multiple = 100000;
+    request(eMagUpdate, {403, 301});
+    QCOMPARE(text(u"LblHex"_s), u"000000"_s);
+    // The overlay takes it along, whatever is asked later.
+    m_overlay = std::make_unique<dlgFreeHand>();
+    request(eMagUpdate, {5, 5});
+    request(eMagClose, {});
+}
+
+void TestMagnifier::textsFit()
+{
+    request(eMagOpen, {});
+    request(eMagUpdate, {-1600, 1299});
+    for (const auto &name : {u"LblX"_s, u"LblY"_s, u"LblR"_s, u"LblHex"_s}) {
+        const auto *label = panel()->findChild<QLabel *>(name);
+        QVERIFY2(label->sizeHint().width() <= label->width(), qPrintable(label->text()));
+    }
+    const auto *help = panel()->findChild<QLabel *>(u"label"_s);
+    QVERIFY(help->sizeHint().width() <= help->width());
+}
+
+int main(int argc, char *argv[])
+{
+    int failures = 0;
+    for (const char *scale : {"1", "1.5", "2"}) {
+        qputenv("QT_SCALE_FACTOR", scale);
+        const QApplication application(argc, argv);
+        TestMagnifier test;
+        failures += QTest::qExec(&test, argc, argv);
+    }
+    return failures;
+}
+
+#include "test_magnifier.moc"
