@@ -28,6 +28,9 @@ public:
 
     void ShowDetailWindow(EShowMagOpr opr, int x, int y);
 
+    /// Raises the overlay, and its child windows above it.
+    void stayOnTop();
+
     /// Stays hidden where the desktop can't be seen through it.
     void setVisible(bool visible) override;
 
@@ -81,6 +84,10 @@ protected:
     QSize toPixels(QSize size) const;
     QPoint toLogical(QPoint pixel) const;
 
+    /// The device pixels that a logical rectangle of the surface touches, and one more on each
+    /// side.
+    QRect pixelsAround(const QRect &logical) const;
+
     /// Has the surface repainted where `pixels` are. A paint event follows even for an empty
     /// region.
     void updatePixels(const QRegion &pixels);
@@ -97,8 +104,6 @@ private:
     void takeKeyboard();
     void giveKeyboardBack();
     void giveFocusBack();
-    void stayOnTop();
-    QRect pixelsAround(const QRect &logical) const;
     void addSheet(QPainter &painter, const QRect &pixels,
                   const std::function<void(QPainter &)> &draw) const;
 

@@ -183,7 +183,7 @@ void DigDetail::paintHelp()
     QPainter painter(m_ui->label);
     painter.setPen(m_ui->label->palette().color(QPalette::WindowText));
     const QStringList lines = m_ui->label->text().split(u'\n');
-    const qreal pitch = static_cast<qreal>(m_ui->label->height()) / lines.size();
+    const qreal pitch = m_ui->label->height() / static_cast<qreal>(lines.size());
     QRectF line(0, 0, m_ui->label->width(), pitch);
     for (const QString &text : lines) {
         painter.drawText(line, Qt::AlignVCenter | Qt::TextDontClip, text);

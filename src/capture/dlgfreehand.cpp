@@ -19,6 +19,10 @@ namespace {
 constexpr qreal s_sheetOpacity = 0.4;
 constexpr int s_closeMarkSize = 10;
 
+// One pixel, and a trace more: lines of one pixel are drawn by a shortcut whose outcome depends on
+// where they are clipped, and parts that are painted at different times would not fit together.
+constexpr qreal s_lineWidth = 1.001;
+
 // Pieces of a long line that are no box around it: a slanting one across the desktop would have all
 // of it repainted.
 constexpr double s_pieceLength = 128;
@@ -51,23 +55,14 @@ QRegion pixelsOf(const QPolygonF &line, qsizetype common)
     return result;
 }
 
-// Draws those parts that lie in `visible`: a freehand line has thousands of points, and of most
-// repaints only the newest are a part. A part goes one segment further at each end, so that its
-// joints are the whole line's.
+// Draws the segments that touch `visible`: a freehand line has thousands, and of most repaints only
+// the newest are a part. Each by itself, as a line drawn as a whole is antialiased otherwise where
+// it crosses itself.
 void drawLine(QPainter &painter, const QPolygonF &line, const QRect &visible)
 {
-    const auto isVisible = [&](qsizetype i) {
-        return around(line.at(i), line.at(i + 1)).intersects(visible);
-    };
-    const qsizetype segments = line.size() - 1;
-    for (qsizetype i = 0; i < segments; ++i) {
-        if (!isVisible(i))
-            continue;
-        const qsizetype first = std::max<qsizetype>(i - 1, 0);
-        while (i < segments && isVisible(i))
-            ++i;
-        const qsizetype last = std::min(i + 1, segments);
-        painter.drawPolyline(line.constData() + first, static_cast<int>(last - first + 1));
+    for (qsizetype i = 0; i + 1 < line.size(); ++i) {
+        if (around(line.at(i), line.at(i + 1)).intersects(visible))
+            painter.drawLine(line.at(i), line.at(i + 1));
     }
 }
 
@@ -234,13 +229,12 @@ void dlgFreeHand::refresh()
 
 void dlgFreeHand::paintSurface(const QRegion &exposed)
 {
-    paintSheet(exposed, [this](QPainter &painter) {
-        const QRect visible = painter.combinedTransform()
-                                  .inverted()
-                                  .mapRect(QRectF(painter.viewport()))
-                                  .toAlignedRect();
-        painter.setPen(Qt::white);
-        drawLine(painter, m_shown.line, visible);
+    const QRect exposedPixels = pixelsAround(exposed.boundingRect());
+    paintSheet(exposed, [this, &exposedPixels](QPainter &painter) {
+        const QTransform toPixels = painter.combinedTransform().inverted();
+        const QRect device = toPixels.mapRect(QRectF(painter.viewport())).toAlignedRect();
+        painter.setPen(QPen(Qt::white, s_lineWidth));
+        drawLine(painter, m_shown.line, device & exposedPixels);
         if (m_shown.closeMark) {
             painter.setPen(Qt::red);
             painter.drawEllipse(QRect(*m_shown.closeMark, QSize(s_closeMarkSize, s_closeMarkSize)));

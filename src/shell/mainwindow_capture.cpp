@@ -190,11 +190,14 @@ bool MainWindow::beginGrab(GrabStart &start)
     if (m_bCapturing) {
         // What is open for the grab is the program's front window. The main window, raised, would
         // come to lie above it, would be in the picture, and might get the keyboard.
-        QWidget *overlay = QApplication::activeModalWidget();
-        if (overlay && !QApplication::activePopupWidget())
-            overlay->raise();
+        QWidget *front = QApplication::activeModalWidget();
+        const bool hasMenu = QApplication::activePopupWidget();
+        if (auto *overlay = qobject_cast<CaptureOverlay *>(front); overlay && !hasMenu)
+            overlay->stayOnTop();
+        else if (front && !hasMenu)
+            front->raise();
         const bool hasCover = m_pFocusDialog && m_pFocusDialog->isVisible();
-        FocusThis(hasCover ? m_pFocusDialog : m_pCountDown ? m_pCountDown : overlay);
+        FocusThis(hasCover ? m_pFocusDialog : m_pCountDown ? m_pCountDown : front);
         return false;
     }
     m_bCapturing = true;

@@ -115,7 +115,7 @@ bool SnapWorkbench::hasOverlay(const QRect &area)
     });
 }
 
-bool SnapWorkbench::openOverlay(const QRect &area)
+bool SnapWorkbench::openOverlay(const QRect &area, xcb_keysym_t hotKey)
 {
     // A grab ends with its helper windows gone; until then a hot key only brings the program
     // forward.
@@ -125,7 +125,7 @@ bool SnapWorkbench::openOverlay(const QRect &area)
             return window.viewable && window.title == u"SnapWorkbench";
         });
     });
-    m_desktop.key(XK_r, {XK_Control_L, XK_Alt_L});
+    m_desktop.key(hotKey, {XK_Control_L, XK_Alt_L});
     return idle && waitFor([&] { return hasOverlay(area); });
 }
 

@@ -36,8 +36,9 @@ public:
     bool quit();
     QProcess *process() const { return m_process; }
 
-    /// Presses the hot key of the rectangle and waits for the overlay, which covers `area`.
-    bool openOverlay(const QRect &area);
+    /// Presses the hot key of an overlay, the rectangle's if none is told, and waits for the
+    /// overlay, which covers `area`.
+    bool openOverlay(const QRect &area, xcb_keysym_t hotKey = 'r');
     bool hasOverlay(const QRect &area);
 
     /// Saves the current picture through the save dialog, and reads the file back.
