@@ -171,8 +171,8 @@ void TestShapes::magnifierFollows()
     QVERIFY(desktop.isReady());
     SnapWorkbench program(desktop);
     // So small a factor that the view reaches further than the distance that it keeps.
-    const int multiple = 4;
-    program.writeSettings({{u"RunMinimized"_s, u"1"_s}, {u"Magnification"_s, u"4"_s}});
+    const int multiple = 3;
+    program.writeSettings({{u"RunMinimized"_s, u"1"_s}, {u"Magnification"_s, u"3"_s}});
     QVERIFY(program.startAndWait({{u"QT_SCALE_FACTOR"_s, QString::number(scale)}}));
     QVERIFY(desktop.startPattern(s_whole));
     const QPoint first = screen.topLeft() + QPoint(151, 207);
@@ -189,11 +189,11 @@ void TestShapes::magnifierFollows()
         else
             place.moveBottomRight(screen.bottomRight());
         const int block = (184 * scale / multiple - 1) / 2;  // the middle one, each way
-        const QPoint centre = QPoint(block, block) * multiple + QPoint(2, 2);
+        const QPoint centre = QPoint(block, block) * multiple + QPoint(1, 1);
         const QPoint origin = place.topLeft() + QPoint(4, 4) * scale + centre;
         return waitFor([&] {
             desktop.movePointer(pointer);
-            const QList<QPoint> probes{{0, 0}, {7, -9}, {-10, 10}};
+            const QList<QPoint> probes{{0, 0}, {7, -9}, {-10, 10}, {29, 29}};
             return magnifier(desktop, size) == place &&
                    std::all_of(probes.begin(), probes.end(), [&](QPoint probe) {
                        return desktop.pixel(origin + probe * multiple) ==
