@@ -26,10 +26,7 @@ private slots:
     void view_data();
     void view();
     void edges();
-    void places_data();
-    void places();
-    void resizing_data();
-    void resizing();
+    void corners();
     void showsPixels();
     void flees();
     void requests();
@@ -121,50 +118,26 @@ void TestMagnifier::edges()
     QVERIFY(visible({5000, 5000}).isEmpty());
 }
 
-void TestMagnifier::places_data()
+void TestMagnifier::corners()
 {
-    QTest::addColumn<QRect>("screen");
-    QTest::addColumn<QPoint>("pointer");
-    QTest::addColumn<QPoint>("place");
     const QRect primary(0, 0, 1601, 1000);
     const QRect left(-1600, 200, 1600, 1000);
-    QTest::newRow("top left") << primary << QPoint(10, 10) << QPoint(1301, 686);
-    QTest::newRow("bottom right") << primary << QPoint(1500, 900) << QPoint(0, 0);
-    QTest::newRow("before the middle") << primary << QPoint(800, 499) << QPoint(1301, 686);
-    QTest::newRow("past the middle") << primary << QPoint(801, 500) << QPoint(0, 0);
-    QTest::newRow("left monitor") << left << QPoint(-1500, 300) << QPoint(-300, 886);
-    QTest::newRow("left monitor, right") << left << QPoint(-100, 300) << QPoint(-1600, 886);
-}
+    const QRect right(1601, 0, 1600, 1000);
+    const QSize full(300, 314);
+    QCOMPARE(magnifierPlace(full, primary, {800, 499}), QPoint(1301, 686));
+    QCOMPARE(magnifierPlace(full, primary, {801, 500}), QPoint(0, 0));
+    QCOMPARE(magnifierPlace(full, left, {-1500, 300}), QPoint(-300, 886));
+    QCOMPARE(magnifierPlace(full, left, {-100, 300}), QPoint(-1600, 886));
 
-void TestMagnifier::places()
-{
-    QFETCH(QRect, screen);
-    QFETCH(QPoint, pointer);
-    QTEST(magnifierPlace({300, 314}, screen, pointer), "place");
-}
-
-void TestMagnifier::resizing_data()
-{
-    QTest::addColumn<QRect>("screen");
-    QTest::addColumn<QRect>("before");
-    QTest::addColumn<QRect>("after");
-    const QRect primary(0, 0, 1600, 1000);
-    const QRect left(-1600, 0, 1600, 1000);
-    const QRect right(1600, 0, 1600, 1000);
-    const auto row = [](const char *name, const QRect &screen, const QRect &before,
-                        const QRect &after) { QTest::newRow(name) << screen << before << after; };
-    row("bottom right", primary, {1300, 686, 300, 314}, {1408, 808, 192, 192});
-    row("top left", primary, {0, 0, 192, 192}, {0, 0, 192, 192});
-    row("top right", primary, {1300, 0, 300, 314}, {1408, 0, 192, 192});
-    row("left monitor, bottom right", left, {-300, 686, 300, 314}, {-192, 808, 192, 192});
-    row("right monitor, top left", right, {1600, 0, 300, 314}, {1600, 0, 192, 192});
-}
-
-void TestMagnifier::resizing()
-{
-    QFETCH(QRect, screen);
-    QFETCH(QRect, before);
-    QTEST(magnifierResized(before, {192, 192}, screen), "after");
+    const QSize small(192, 192);
+    const auto resized = [&](QPoint corner, const QRect &screen) {
+        return magnifierResized({corner, full}, small, screen).topLeft();
+    };
+    QCOMPARE(resized({1301, 686}, primary), QPoint(1409, 808));
+    QCOMPARE(resized({0, 0}, primary), QPoint(0, 0));
+    QCOMPARE(resized({1301, 0}, primary), QPoint(1409, 0));
+    QCOMPARE(resized({-300, 886}, left), QPoint(-192, 1008));
+    QCOMPARE(resized({1601, 0}, right), QPoint(1601, 0));
 }
 
 void TestMagnifier::showsPixels()
