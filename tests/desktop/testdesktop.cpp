@@ -159,18 +159,23 @@ QProcess *TestDesktop::startPattern(const QRect &area, const QString &name, bool
     QProcess *process = start(QStringLiteral(SNAP_PATTERN), arguments, m_environment);
     const QImage expected = pattern(area.size());
     const QPoint probe(5, 3);
-    const auto shown = [&] {
-        return pixel(area.topLeft() + probe) == expected.pixel(probe) &&
-               (m_bare || activeTitle() == u"pattern");
-    };
     const auto placed = [&] {
         for (const Window &window : windows()) {
-            if (window.viewable && window.title == u"pattern" && window.area.size() == area.size())
+            if (window.viewable && window.title == name && window.area.size() == area.size())
                 return placeWindow(window, area), true;
         }
         return false;
     };
-    return process && (framed ? waitFor(placed) : waitFor(shown)) ? process : nullptr;
+    if (framed)
+        return process && waitFor(placed) ? process : nullptr;
+    const auto shown = [&] { return pixel(area.topLeft() + probe) == expected.pixel(probe); };
+    const auto active = [&] { return m_bare || activeTitle() == name; };
+    if (!process || !waitFor(shown))
+        return nullptr;
+    // A window manager may leave the focus with a program that starts at the same time.
+    if (!waitFor(active, 2000))
+        click(area.topLeft() + probe);
+    return waitFor(active) && shown() ? process : nullptr;
 }
 
 QString TestDesktop::pickProgram() { return QStringLiteral(SNAP_PICK); }
