@@ -26,6 +26,7 @@
 namespace {
 
 constexpr QSize s_size(3840, 2160);
+constexpr QSize s_viewport(1600, 900);
 const float s_small = static_cast<float>(1 / (1.4 * 1.4 * 1.4));
 
 enum Kind { Opaque, Ellipse };
@@ -102,10 +103,10 @@ struct Stage {
     Stage(const Stage &) = delete;
     Stage &operator=(const Stage &) = delete;
 
-    void show()
+    void show(float scale)
     {
-        widget.resize(s_size);
-        area.resize(1600, 900);
+        widget.resize(drawingSize(s_viewport, s_size, scale));
+        area.resize(s_viewport);
         area.show();
         while (!area.windowHandle()->isExposed())
             QCoreApplication::processEvents();
@@ -132,7 +133,7 @@ struct EditorStage : Stage {
         editor.setState(stateRect);
         editor.setLineWidth(5);
         editor.setPenColor(Qt::red);
-        show();
+        show(scale);
     }
 
     static void frame() { QCoreApplication::processEvents(); }
@@ -149,7 +150,7 @@ struct PlainStage : Stage {
         painter.state = stateRect;
         painter.lineWidth = 5;
         painter.color = Qt::red;
-        show();
+        show(scale);
     }
 
     PlainPainter painter;
@@ -250,7 +251,7 @@ void memory(benchmark::State &state)
 {
     for (auto _ : state) {
         Stage bare;
-        bare.show();
+        bare.show(1);
         const QPixmap pixmap = picture(Opaque);
         const double before = residentBytes();
         TPictureEditor editor(&bare.widget, nullptr);

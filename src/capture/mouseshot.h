@@ -3,6 +3,8 @@
 #include "capture/captureoverlay.h"
 #include "capture/windowoutlines.h"
 
+#include <QBasicTimer>
+
 #include <memory>
 
 namespace Ui {
