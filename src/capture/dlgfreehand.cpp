@@ -18,6 +18,7 @@ namespace {
 
 constexpr qreal s_sheetOpacity = 0.4;
 constexpr int s_closeMarkSize = 10;
+constexpr qsizetype s_manySegments = 200;
 
 // One pixel, and a trace more: lines of one pixel are drawn by a shortcut whose outcome depends on
 // where they are clipped, and parts that are painted at different times would not fit together.
@@ -49,8 +50,14 @@ QRegion pixelsOf(QPointF from, QPointF to)
 // The pixels of `line` without its last `common` points.
 QRegion pixelsOf(const QPolygonF &line, qsizetype common)
 {
+    const qsizetype segments = std::min(line.size() - 1, line.size() - common);
+    // So many cost more one by one than the whole of their place does.
+    if (segments > s_manySegments) {
+        const QRectF box = line.boundingRect();
+        return around(box.topLeft(), box.bottomRight());
+    }
     QRegion result;
-    for (qsizetype i = 0; i + 1 < line.size() && i < line.size() - common; ++i)
+    for (qsizetype i = 0; i < segments; ++i)
         result += pixelsOf(line.at(i), line.at(i + 1));
     return result;
 }
@@ -125,7 +132,8 @@ bool dlgFreeHand::eventFilter(QObject *watched, QEvent *event)
             return true;
         break;
     case QEvent::KeyPress:
-        key(*static_cast<QKeyEvent *>(event));
+        if (isVisible())
+            key(*static_cast<QKeyEvent *>(event));
         break;
     case QEvent::Paint:
         paintSurface(static_cast<QPaintEvent *>(event)->region());
@@ -212,6 +220,8 @@ void dlgFreeHand::contextMenuEvent(QContextMenuEvent *event)
 // are compared from their ends.
 void dlgFreeHand::refresh()
 {
+    if (!isVisible())
+        return;
     const Look now{m_selection.line(), m_selection.closeMark(pointerInOverlay())};
     const auto [before, after] = std::mismatch(
         m_shown.line.crbegin(), m_shown.line.crend(), now.line.crbegin(), now.line.crend(),

@@ -199,8 +199,9 @@ QPolygonF PolygonSelection::polygonInBox() const
 {
     QPolygonF result;
     result.reserve(m_points.size());
+    const QPointF corner = box().topLeft();
     for (const QPointF &point : m_points)
-        result.append(truncated(point - box().topLeft()));
+        result.append(truncated(point - corner));
     return result;
 }
 

@@ -238,7 +238,9 @@ bool RegionOverlay::surfaceEvent(QEvent *event)
         mouseEvent(*static_cast<QMouseEvent *>(event));
         return true;
     case QEvent::KeyPress:
-        key(*static_cast<QKeyEvent *>(event));
+        // One that was still waiting when the overlay closed changes nothing any more.
+        if (isVisible())
+            key(*static_cast<QKeyEvent *>(event));
         return false;
     case QEvent::Paint:
         paintSurface(static_cast<QPaintEvent *>(event)->region());

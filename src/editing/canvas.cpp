@@ -47,7 +47,9 @@ void drawOver(QImage &image, const QImage &picture, const Geometry &geometry, co
 void Canvas::setPicture(const QImage &picture)
 {
     *this = {};
-    m_picture = picture;
+    // Both in 32 bits, as the step-by-step work counts on; a screen may have pixmaps of others.
+    m_picture = picture.convertToFormat(
+        picture.hasAlphaChannel() ? QImage::Format_ARGB32_Premultiplied : QImage::Format_RGB32);
 }
 
 qsizetype Canvas::bytesOf(const QRegion &area) const

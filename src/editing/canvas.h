@@ -16,7 +16,7 @@
 class Canvas
 {
 public:
-    /// Starts over with another picture, as a pixmap holds it.
+    /// Starts over with another picture.
     void setPicture(const QImage &picture);
     /// The history is another one.
     void reset() { m_isDrawn = false; }

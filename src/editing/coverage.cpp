@@ -11,6 +11,7 @@
 namespace {
 
 constexpr int s_tile = 64;  // picture pixels
+constexpr int s_stackedLines = 12;
 
 /// The tiles of a picture, and which of them are taken.
 class Tiles
@@ -95,7 +96,7 @@ private:
 };
 
 // Half the pen, the corners of its square ends, and the smoothed edge.
-double reachOf(int width) { return width * 0.75 + 2; }
+double reachOf(int width) { return std::max(0, width) * 0.75 + 2; }
 
 template<typename Polygon> void addOutline(Tiles &tiles, const Polygon &points, double reach)
 {
@@ -141,7 +142,10 @@ void add(Tiles &tiles, const TextShape &shape, const EditMsg &style)
     QImage image(1, 1, QImage::Format_RGB32);
     QPainter painter(&image);
     painter.setFont(style.font);
-    const double lean = painter.fontMetrics().height();
+    // Marks may be stacked on a letter without an end.
+    const bool hasMarks = std::any_of(style.text.begin(), style.text.end(),
+                                      [](QChar character) { return character.isMark(); });
+    const double lean = painter.fontMetrics().height() * (hasMarks ? s_stackedLines : 1);
     const QRectF bounds = textBounds(painter, shape.position, style.text);
     tiles.addRect(bounds.adjusted(-lean, -lean, lean, lean));
 }

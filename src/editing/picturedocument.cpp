@@ -26,7 +26,10 @@ bool isOpaqueFormat(const QString &path)
 
 }  // namespace
 
-QPictureDocument::QPictureDocument(const QPixmap &pixmap) : m_Pixmap(pixmap) {}
+QPictureDocument::QPictureDocument(const QPixmap &pixmap) : m_Pixmap(pixmap)
+{
+    m_Pixmap.setDevicePixelRatio(1);
+}
 
 QPictureDocument::QPictureDocument(const QString &path) : m_FileName(path)
 {

@@ -4,6 +4,7 @@
 #include "editing/rendering.h"
 #include "editing/scaling.h"
 
+#include <QCoreApplication>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPaintEvent>
@@ -24,6 +25,14 @@ constexpr QPoint s_textInset(5, 5);
 constexpr QSize s_textRoom(50, 20);
 // The text is measured outside of the field, in a place too small for it.
 constexpr QRect s_measure(-1000, -1000, 10, 10);
+
+// The toolkit drops moves that it finds waiting. A freehand line needs them all; for anything else
+// the last one will do.
+void takeEveryMove(bool every)
+{
+    static const bool s_usual = QCoreApplication::testAttribute(Qt::AA_CompressHighFrequencyEvents);
+    QCoreApplication::setAttribute(Qt::AA_CompressHighFrequencyEvents, s_usual && !every);
+}
 
 }  // namespace
 
@@ -221,8 +230,10 @@ void TPictureEditor::fitTextField()
 {
     QFont font = m_Font;
     const int points = static_cast<int>(static_cast<float>(m_Font.pointSize()) * m_Scale);
-    if (points > 0)
-        font.setPointSizeF(points / m_pTextEdit->devicePixelRatioF());
+    if (m_Font.pointSize() > 0) {
+        font.setPointSizeF((points > 0 ? points : m_Font.pointSize()) /
+                           m_pTextEdit->devicePixelRatioF());
+    }
     if (m_pTextEdit->document()->defaultFont() != font)
         m_pTextEdit->document()->setDefaultFont(font);
     QPalette palette = m_pTextEdit->palette();
@@ -447,6 +458,12 @@ bool TPictureEditor::eventFilter(QObject *watched, QEvent *event)
     case QEvent::KeyPress:
         if (static_cast<QKeyEvent *>(event)->key() == Qt::Key_Escape && escape())
             return true;
+        break;
+    case QEvent::Enter:
+        takeEveryMove(m_State == statePoly);
+        break;
+    case QEvent::Leave:
+        takeEveryMove(false);
         break;
     case QEvent::Resize:
         refreshPreview();

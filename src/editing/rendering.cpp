@@ -74,6 +74,11 @@ QImage &cleanPixmap(const QImage &base, QImage &target, const QColor &color)
 {
     if (!base.hasAlphaChannel())
         return target;
+    if (base.format() == QImage::Format_ARGB32_Premultiplied && target.format() == base.format() &&
+        color.alpha() == 0) {
+        clearOutside(base, target, base.rect());
+        return target;
+    }
     // The pixel's value, not its stored form, is what counts, and fully transparent black is 0 in
     // both of the formats in use, premultiplied or not.
     const QImage pixels = base.convertToFormat(QImage::Format_ARGB32);

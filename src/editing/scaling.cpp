@@ -9,14 +9,14 @@ namespace {
 // pixel is the weighted sum of those that it covers; made larger, it lies between two neighbours.
 // The same numbers are worked out here, from the place where the part begins.
 
-constexpr int s_fullWeight = 1 << 14;  // of all pixels that one pixel covers
-constexpr int s_fullShare = 1 << 8;    // of two neighbours
+constexpr quint32 s_fullWeight = 1 << 14;  // of all pixels that one pixel covers
+constexpr quint32 s_fullShare = 1 << 8;    // of two neighbours
 
 /// What one pixel of the result is made of, along one axis.
 struct Share {
     qsizetype first = 0;  ///< the first pixel of the image
-    int start = 0;        ///< weight of the first pixel, or share of its neighbour when growing
-    int step = 0;         ///< weight of each whole pixel
+    quint32 start = 0;    ///< weight of the first pixel, or share of its neighbour when growing
+    quint32 step = 0;     ///< weight of each whole pixel
 };
 
 struct Axis {
@@ -30,34 +30,38 @@ Axis axisOf(int from, int to, int start, int length)
     axis.shares.reserve(length);
     const qint64 step = (static_cast<qint64>(from) << 16) / to;
     const qint64 origin = axis.grows ? 0x8000LL * from / to - 0x8000 : 0;
-    const int whole = static_cast<int>(((static_cast<qint64>(to) << 14) + from - 1) / from);
+    const auto whole = static_cast<quint32>(((static_cast<qint64>(to) << 14) + from - 1) / from);
     for (int i = start; i < start + length; ++i) {
         const qint64 at = origin + i * step;
         const auto pixel = static_cast<qsizetype>(at >> 16);
         if (axis.grows) {
             const bool atEdge = pixel < 0 || pixel >= from - 1;
             axis.shares.push_back({.first = std::max<qsizetype>(0, pixel),
-                                   .start = atEdge ? 0 : static_cast<int>((at >> 8) & 0xff)});
+                                   .start = atEdge ? 0 : static_cast<quint32>((at >> 8) & 0xff)});
         } else {
             axis.shares.push_back(
                 {.first = pixel,
-                 .start = static_cast<int>(((0x10000 - (at & 0xffff)) * whole) >> 16),
+                 .start = static_cast<quint32>(((0x10000 - (at & 0xffff)) * whole) >> 16),
                  .step = whole});
         }
     }
     return axis;
 }
 
-using Channels = std::array<int, 4>;
+using Channels = std::array<quint32, 4>;
 
-Channels channels(QRgb pixel) { return {qBlue(pixel), qGreen(pixel), qRed(pixel), qAlpha(pixel)}; }
+Channels channels(QRgb pixel)
+{
+    return {pixel & 0xff, (pixel >> 8) & 0xff, (pixel >> 16) & 0xff, pixel >> 24};
+}
 
 QRgb toPixel(const Channels &sums, int shift)
 {
-    return qRgba(sums[2] >> shift, sums[1] >> shift, sums[0] >> shift, sums[3] >> shift);
+    return (sums[3] >> shift) << 24 | (sums[2] >> shift) << 16 | (sums[1] >> shift) << 8 |
+           sums[0] >> shift;
 }
 
-void add(Channels &sums, const Channels &value, int weight)
+void add(Channels &sums, const Channels &value, quint32 weight)
 {
     for (size_t i = 0; i < sums.size(); ++i)
         sums[i] += value[i] * weight;
@@ -70,14 +74,14 @@ template<typename Value> Channels covered(const Share &share, qsizetype stride, 
     Channels sums{};
     qsizetype offset = 0;
     add(sums, value(offset), share.start);
-    int rest = s_fullWeight - share.start;
+    quint32 rest = s_fullWeight - share.start;
     for (; rest > share.step; rest -= share.step)
         add(sums, value(offset += stride), share.step);
     add(sums, value(offset + stride), rest);
     return sums;
 }
 
-QRgb between(QRgb a, QRgb b, int share)
+QRgb between(QRgb a, QRgb b, quint32 share)
 {
     if (share == 0)
         return a;
@@ -87,7 +91,7 @@ QRgb between(QRgb a, QRgb b, int share)
     return toPixel(sums, 8);
 }
 
-Channels between(const Channels &a, const Channels &b, int share)
+Channels between(const Channels &a, const Channels &b, quint32 share)
 {
     Channels sums{};
     for (size_t i = 0; i < sums.size(); ++i)
@@ -114,7 +118,7 @@ QRgb shrunkBothWays(const QRgb *source, const Share &x, const Share &y, qsizetyp
     const auto row = [&](qsizetype offset) {
         Channels sums =
             covered(x, 1, [&](qsizetype step) { return channels(source[offset + step]); });
-        for (int &sum : sums)
+        for (quint32 &sum : sums)
             sum >>= 4;
         return sums;
     };

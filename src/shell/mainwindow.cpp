@@ -24,6 +24,7 @@ MainWindow *g_MainWindow = nullptr;
 namespace {
 
 constexpr QSize s_smallestSize(950, 650);
+constexpr int s_widestLine = 1000;  // picture pixels
 
 constexpr int s_magnification = 8;
 
@@ -96,13 +97,14 @@ void MainWindow::setUpEditor()
     m_pEditor->setPenColor(color.isEmpty() ? QColor(Qt::red)
                                            : QColor(static_cast<QRgb>(color.toInt())));
     // What the controls show now comes from the settings, and need not go back there.
-    const QSignalBlocker width(ui->SliderLineWidth);
+    const QSignalBlocker widths(ui->SliderLineWidth);
     const QSignalBlocker fonts(ui->CmbFont);
     const QSignalBlocker sizes(ui->CmbFontSize);
     const QString lineWidth = GetConfigString(u"LineWidth"_s);
     if (!lineWidth.isEmpty()) {
-        m_pEditor->setLineWidth(lineWidth.toInt());
-        ui->SliderLineWidth->setValue(lineWidth.toInt() - 1);
+        const int width = std::clamp(lineWidth.toInt(), 1, s_widestLine);
+        m_pEditor->setLineWidth(width);
+        ui->SliderLineWidth->setValue(width - 1);
     }
     connect(m_pEditor.get(), &TPictureEditor::movealue, this, &MainWindow::MovePicture);
     const QString text = GetConfigString(u"TextFont"_s);

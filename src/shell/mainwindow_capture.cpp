@@ -123,7 +123,7 @@ void MainWindow::FocusThis(QWidget *widget)
     const QPointer<QWidget> target = widget ? widget : this;
     target->raise();
     // A window manager may refuse at first, so the request is made again from time to time.
-    for (int round = 0; target && !IsAppActive(); ++round) {
+    for (int round = 0; target && target->isVisible() && !IsAppActive(); ++round) {
         if (round % s_roundsBetweenRequests == 0)
             services().watch->bringToFront(target);
         QCoreApplication::processEvents();
@@ -269,9 +269,13 @@ void MainWindow::grabWithOverlay(const std::function<bool(const GrabStart &)> &g
     if (!beginGrab(start))
         return;
     SetAppFocus();
-    if (GetHideFromXML() && !start.wasMinimized)
+    if (GetHideFromXML() && !start.wasMinimized) {
         showMinimized();
-    const bool accepted = grab(start);
+        // Where the overlay shows a picture of the desktop, the window has to be gone from it.
+        if (!services().windows->isComposited())
+            WaitFor();
+    }
+    const bool accepted = !m_CloseAfterGrab && grab(start);
     if (!accepted)
         restoreMinimized(start);
     RestoreAppFocus(!start.wasActive && (!accepted || !start.showAfter));
@@ -392,7 +396,7 @@ void MainWindow::ShowAllWindow()
     // The same for both, on purpose.
     browser.clearFilledFile = GetBtnAttr(this, u"BtnFilterRight"_s, 7);
     browser.clearFilledFocusFile = browser.clearFilledFile;
-    if (browser.exec() == QDialog::Accepted) {
+    if (!m_CloseAfterGrab && browser.exec() == QDialog::Accepted) {
         const QList<QString> &names = *browser.getNameList();
         for (qsizetype i = 0; i < names.size(); ++i) {
             QPixmap picture = browser.getPixmap()->at(i);

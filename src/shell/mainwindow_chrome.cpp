@@ -111,6 +111,10 @@ void MainWindow::DrawPictureBackgound()
 bool MainWindow::event(QEvent *event)
 {
     switch (event->type()) {
+    case QEvent::ScreenChangeInternal:
+        // The other screen may have another scale.
+        PictureChanged(TPictureEditor::SizeChange, 0);
+        break;
     case QEvent::MouseButtonPress: {
         const auto *mouse = static_cast<QMouseEvent *>(event);
         if (mouse->button() != Qt::LeftButton)

@@ -197,9 +197,42 @@ void TestDesktop::fake(uint8_t type, uint8_t detail, QPoint at)
 
 void TestDesktop::movePointer(QPoint to) { fake(XCB_MOTION_NOTIFY, 0, to); }
 
-void TestDesktop::press(int button) { fake(XCB_BUTTON_PRESS, static_cast<uint8_t>(button)); }
+void TestDesktop::press(int button)
+{
+    fake(XCB_BUTTON_PRESS, static_cast<uint8_t>(button));
+    waitForWindowManager();
+}
 
-void TestDesktop::release(int button) { fake(XCB_BUTTON_RELEASE, static_cast<uint8_t>(button)); }
+void TestDesktop::release(int button)
+{
+    fake(XCB_BUTTON_RELEASE, static_cast<uint8_t>(button));
+    waitForWindowManager();
+}
+
+// A window manager looks at each press before the program below gets it, and holds the pointer
+// meanwhile: what a hand never does, to click again within the same millisecond, can be lost. It
+// answers a question after all that it was told before.
+void TestDesktop::waitForWindowManager()
+{
+    if (m_bare)
+        return;
+    const xcb_atom_t answer = atom("_NET_FRAME_EXTENTS");
+    if (m_question == XCB_NONE) {
+        m_question = xcb_generate_id(m_connection);
+        xcb_create_window(m_connection, XCB_COPY_FROM_PARENT, m_question, m_root, 0, 0, 1, 1, 0,
+                          XCB_WINDOW_CLASS_COPY_FROM_PARENT, XCB_COPY_FROM_PARENT, 0, nullptr);
+    }
+    xcb_delete_property(m_connection, m_question, answer);
+    xcb_client_message_event_t message{};
+    message.response_type = XCB_CLIENT_MESSAGE;
+    message.format = 32;
+    message.window = m_question;
+    message.type = atom("_NET_REQUEST_FRAME_EXTENTS");
+    xcb_send_event(m_connection, 0, m_root,
+                   XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
+                   reinterpret_cast<const char *>(&message));
+    waitFor([&] { return !property(m_question, "_NET_FRAME_EXTENTS").isEmpty(); });
+}
 
 void TestDesktop::click(QPoint at, int button)
 {

@@ -94,6 +94,7 @@ private:
     bool startBus();
     bool startWindowManager(const Options &options);
     bool run(const QString &program, const QStringList &arguments);
+    void waitForWindowManager();
     void fake(uint8_t type, uint8_t detail, QPoint at = {});
     xcb_keycode_t keycode(xcb_keysym_t keysym);
     QByteArray property(xcb_window_t window, const char *name);
@@ -107,7 +108,8 @@ private:
     xcb_connection_t *m_connection = nullptr;
     xcb_window_t m_root = XCB_NONE;
     xcb_key_symbols_t *m_symbols = nullptr;
-    bool m_bare = false;  ///< no window manager
+    bool m_bare = false;                 ///< no window manager
+    xcb_window_t m_question = XCB_NONE;  ///< that the window manager is asked about
     bool m_ready = false;
 };
 
