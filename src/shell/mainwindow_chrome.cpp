@@ -2,6 +2,7 @@
 
 #include "ui_mainwindow.h"
 
+#include <QBitmap>
 #include <QMouseEvent>
 #include <QPainter>
 
@@ -67,6 +68,31 @@ void MainWindow::paintEvent(QPaintEvent * /*event*/)
     drawIfThere(painter, {w - topRight.width(), 0}, topRight);
     drawIfThere(painter, {0, h - bottomLeft.height()}, bottomLeft);
     drawIfThere(painter, {w - bottomRight.width(), h - bottomRight.height()}, bottomRight);
+}
+
+void MainWindow::resizeEvent(QResizeEvent *event)
+{
+    QMainWindow::resizeEvent(event);
+    cutCorners();
+}
+
+void MainWindow::cutCorners()
+{
+    if (testAttribute(Qt::WA_TranslucentBackground))
+        return;
+    const QString section = u"BtnBackground"_s;
+    QRegion shape(rect());
+    const auto cut = [this, &shape](const QPixmap &corner, bool right, bool bottom) {
+        const QPoint place(right ? width() - corner.width() : 0,
+                           bottom ? height() - corner.height() : 0);
+        if (const QBitmap solid = corner.mask(); !solid.isNull())
+            shape -= QRegion(QRect(place, corner.size())) - QRegion(solid).translated(place);
+    };
+    cut(skinPicture(section, 4), false, false);
+    cut(skinPicture(section, 6), true, false);
+    cut(skinPicture(section, 5), false, true);
+    cut(skinPicture(section, 7), true, true);
+    setMask(shape);
 }
 
 void MainWindow::DrawToolBackgound()
