@@ -60,6 +60,7 @@ MainWindow::MainWindow()
     ui->setupUi(this);
     setUpCaption();
     setWindowTitle(tr("Snap Workbench"));
+    setWindowIcon(QIcon(GetBtnAttr(this, u"BtnIcon"_s, 4)));
     ui->LblCaption->setText(windowTitle());
 
     initHotKey(HotkeyCallBack);
@@ -135,7 +136,7 @@ void MainWindow::setUpTray()
     // The desktop's tray answers late, and the window need not wait for it.
     QTimer::singleShot(0, this, [this] {
         m_TrayIcon = std::make_unique<QSystemTrayIcon>();
-        m_TrayIcon->setIcon(QIcon(GetBtnAttr(this, u"BtnIcon"_s, 4)));
+        m_TrayIcon->setIcon(windowIcon());
         m_TrayIcon->setContextMenu(m_TrayMenu);
         m_TrayIcon->setVisible(true);
     });

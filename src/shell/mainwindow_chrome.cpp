@@ -59,10 +59,14 @@ void MainWindow::paintEvent(QPaintEvent * /*event*/)
     const int h = height();
     QPainter painter(this);
     // One picture's width serves all four corners, and without it the body stays bare.
-    if (const int c = topLeft.width(); c > 0) {
+    const int c = topLeft.width();
+    if (c > 0 && testAttribute(Qt::WA_TranslucentBackground)) {
         painter.fillRect(QRect(c, 0, w - 2 * c, h), s_bodyColor);
         painter.fillRect(QRect(0, c, c, h - 2 * c), s_bodyColor);
         painter.fillRect(QRect(w - c, c, c, h - 2 * c), s_bodyColor);
+    } else if (c > 0) {
+        // Corners that are cut need the body behind their soft edges, and not the palette's colour.
+        painter.fillRect(rect(), s_bodyColor);
     }
     drawIfThere(painter, {0, 0}, topLeft);
     drawIfThere(painter, {w - topRight.width(), 0}, topRight);
@@ -85,8 +89,12 @@ void MainWindow::cutCorners()
     const auto cut = [this, &shape](const QPixmap &corner, bool right, bool bottom) {
         const QPoint place(right ? width() - corner.width() : 0,
                            bottom ? height() - corner.height() : 0);
-        if (const QBitmap solid = corner.mask(); !solid.isNull())
-            shape -= QRegion(QRect(place, corner.size())) - QRegion(solid).translated(place);
+        if (!corner.hasAlphaChannel())
+            return;
+        // What is more than half there stays.
+        const QBitmap solid = QBitmap::fromImage(
+            corner.toImage().createAlphaMask(Qt::MonoOnly | Qt::ThresholdDither));
+        shape -= QRegion(QRect(place, corner.size())) - QRegion(solid).translated(place);
     };
     cut(skinPicture(section, 4), false, false);
     cut(skinPicture(section, 6), true, false);

@@ -2,7 +2,6 @@
 
 #include "config/applicationrecord.h"
 #include "config/licensing.h"
-#include "config/settings.h"
 #include "shell/aboutbox.h"
 #include "ui_mainwindow.h"
 
@@ -165,7 +164,7 @@ void MainWindow::BeforeShowMenuHelp()
     }
 }
 
-void MainWindow::About() { AboutBox(QIcon(GetBtnAttr(this, u"BtnIcon"_s, 4)), this).exec(); }
+void MainWindow::About() { AboutBox(windowIcon(), this).exec(); }
 
 void MainWindow::Help()
 {
