@@ -29,9 +29,6 @@ namespace {
 
 constexpr QSize s_smallestSize(950, 650);
 
-constexpr QColor s_captionColor(215, 222, 228);
-constexpr int s_captionSize = 13;  // pixels
-
 QRect availableGeometry() { return QGuiApplication::primaryScreen()->availableGeometry(); }
 
 // The primary screen's first.
@@ -87,16 +84,6 @@ MainWindow::~MainWindow()
     freeHotKey();
     SetAppActiveChangeCallback(nullptr);
     SaveAllXmlDocument();
-}
-
-void MainWindow::setUpCaption()
-{
-    QPalette palette = ui->LblCaption->palette();
-    palette.setColor(QPalette::WindowText, s_captionColor);
-    ui->LblCaption->setPalette(palette);
-    QFont font = ui->LblCaption->font();
-    font.setPixelSize(s_captionSize);
-    ui->LblCaption->setFont(font);
 }
 
 void MainWindow::setUpEditor()

@@ -16,6 +16,9 @@ constexpr QColor s_topBandColor(252, 253, 254);
 constexpr QColor s_stripColor(223, 230, 236);
 constexpr QColor s_stripEdgeColor(176, 183, 189);
 
+constexpr QColor s_captionColor(215, 222, 228);
+constexpr int s_captionSize = 13;  // pixels
+
 constexpr int s_grip = 11;  // pixels at the corner that resizes
 
 void drawIfThere(QPainter &painter, const QPoint &position, const QPixmap &pixmap)
@@ -25,6 +28,20 @@ void drawIfThere(QPainter &painter, const QPoint &position, const QPixmap &pixma
 }
 
 }  // namespace
+
+// The caption and the menu bar stand on the body's colour of their own: a skin without the picture
+// for the body must not take the ground from under bright letters.
+void MainWindow::setUpCaption()
+{
+    QPalette palette = ui->LblCaption->palette();
+    palette.setColor(QPalette::WindowText, s_captionColor);
+    palette.setColor(QPalette::Window, s_bodyColor);
+    ui->LblCaption->setPalette(palette);
+    ui->LblCaption->setAutoFillBackground(true);
+    QFont font = ui->LblCaption->font();
+    font.setPixelSize(s_captionSize);
+    ui->LblCaption->setFont(font);
+}
 
 void MainWindow::setUpPictureArea()
 {
@@ -156,11 +173,15 @@ bool MainWindow::event(QEvent *event)
         break;
     }
     case QEvent::MouseMove: {
-        const QPoint pos = static_cast<QMouseEvent *>(event)->position().toPoint();
-        const QPoint moved = pos - m_DragPos;
+        const auto *mouse = static_cast<QMouseEvent *>(event);
         if (m_Drag == Drag::Move) {
-            move(this->pos() + moved);
+            // From the pointer's place on the desktop: its place in the window lags behind the
+            // window's own moves, and counting from that would overshoot.
+            const QPoint origin = mouse->globalPosition().toPoint() - m_DragPos;
+            move(pos() + origin - geometry().topLeft());
         } else if (m_Drag == Drag::Resize) {
+            const QPoint pos = mouse->position().toPoint();
+            const QPoint moved = pos - m_DragPos;
             resize(size() + QSize(moved.x(), moved.y()));
             m_DragPos = pos;
         }
