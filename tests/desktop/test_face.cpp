@@ -67,6 +67,7 @@ private slots:
     void damagedSkin();
     void frameByHand();
     void outOfReach();
+    void monitorUnplugged();
     void preferencesComeBack();
 
 private:
@@ -259,6 +260,22 @@ void TestFace::outOfReach()
     m_program->writeSettings({{u"WindowLeft"_s, u"2200"_s}, {u"WindowTop"_s, u"-900"_s}});
     QVERIFY(m_program->startAndWait());
     QVERIFY(waitFor([&] { return m_program->mainWindow().area == QRect(650, 0, 950, 650); }));
+}
+
+void TestFace::monitorUnplugged()
+{
+    m_desktop = std::make_unique<TestDesktop>(
+        TestDesktop::Options{.size = {2400, 1000},
+                             .windowManager = s_openbox,
+                             .monitors = {{u"L"_s, u"1200/350x1000/300+0+0"_s, u"screen"_s},
+                                          {u"R"_s, u"1200/350x1000/300+1200+0"_s, u"none"_s}}});
+    QVERIFY(begin({}));
+    QRect area(1333, 77, 950, 650);
+    m_desktop->placeWindow(m_program->mainWindow(), area);
+    QVERIFY(stands(area));
+    m_desktop->start(u"xrandr"_s, {u"--delmonitor"_s, u"R"_s}, m_desktop->environment());
+    area.moveLeft(250);
+    QVERIFY(stands(area));
 }
 
 void TestFace::preferencesComeBack()
