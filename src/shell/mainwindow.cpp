@@ -5,6 +5,8 @@
 #include "config/xmlstore.h"
 #include "platform/services.h"
 #include "platform/windowlist.h"
+#include "shell/dialogpreference.h"
+#include "shell/windowreach.h"
 #include "ui_mainwindow.h"
 
 #include <QAbstractEventDispatcher>
@@ -17,6 +19,8 @@
 #include <QSignalBlocker>
 #include <QTimer>
 
+#include <utility>
+
 using namespace Qt::StringLiterals;
 
 MainWindow *g_MainWindow = nullptr;
@@ -26,14 +30,16 @@ namespace {
 constexpr QSize s_smallestSize(950, 650);
 constexpr int s_widestLine = 1000;  // picture pixels
 
-constexpr int s_magnification = 8;
-
-constexpr QColor s_captionColor(215, 222, 228);
-constexpr int s_captionSize = 13;  // pixels
-
-bool flag(const QString &key) { return GetConfigString(key).toInt() == 1; }
-
 QRect availableGeometry() { return QGuiApplication::primaryScreen()->availableGeometry(); }
+
+// The primary screen's first.
+QList<QRect> screenAreas()
+{
+    QList<QRect> areas{availableGeometry()};
+    for (const QScreen *screen : QGuiApplication::screens())
+        areas.append(screen->availableGeometry());
+    return areas;
+}
 
 int numberOr(const QString &key, int fallback)
 {
@@ -52,6 +58,7 @@ MainWindow::MainWindow()
     ui->setupUi(this);
     setUpCaption();
     setWindowTitle(tr("Snap Workbench"));
+    setWindowIcon(QIcon(GetBtnAttr(this, u"BtnIcon"_s, 4)));
     ui->LblCaption->setText(windowTitle());
 
     initHotKey(HotkeyCallBack);
@@ -68,6 +75,9 @@ MainWindow::MainWindow()
     ui->tabWidget->setFocus(Qt::OtherFocusReason);
     SetAutoRunToXML(GetAutoRunFromXML());
     setUpTray();
+    // After the toolkit and the window manager have moved what they move themselves.
+    connect(qGuiApp, &QGuiApplication::screenRemoved, this, &MainWindow::comeWithinReach,
+            Qt::QueuedConnection);
 }
 
 MainWindow::~MainWindow()
@@ -75,16 +85,6 @@ MainWindow::~MainWindow()
     freeHotKey();
     SetAppActiveChangeCallback(nullptr);
     SaveAllXmlDocument();
-}
-
-void MainWindow::setUpCaption()
-{
-    QPalette palette = ui->LblCaption->palette();
-    palette.setColor(QPalette::WindowText, s_captionColor);
-    ui->LblCaption->setPalette(palette);
-    QFont font = ui->LblCaption->font();
-    font.setPixelSize(s_captionSize);
-    ui->LblCaption->setFont(font);
 }
 
 void MainWindow::setUpEditor()
@@ -125,7 +125,7 @@ void MainWindow::setUpTray()
     // The desktop's tray answers late, and the window need not wait for it.
     QTimer::singleShot(0, this, [this] {
         m_TrayIcon = std::make_unique<QSystemTrayIcon>();
-        m_TrayIcon->setIcon(QIcon(GetBtnAttr(this, u"BtnIcon"_s, 4)));
+        m_TrayIcon->setIcon(windowIcon());
         m_TrayIcon->setContextMenu(m_TrayMenu);
         m_TrayIcon->setVisible(true);
     });
@@ -133,30 +133,6 @@ void MainWindow::setUpTray()
 
 // The registration may want to remind of itself while the program idles.
 void MainWindow::on_Idle() { Licensing::status(); }
-
-bool MainWindow::GetAutoRunFromXML() { return flag(u"FirstRun"_s); }
-
-void MainWindow::SetAutoRunToXML(bool on)
-{
-    SetAutoRunLogin(on);
-    SetConfigString(u"FirstRun"_s, on ? u"1"_s : u"0"_s);
-}
-
-bool MainWindow::GetRunMinFromXML() { return flag(u"RunMinimized"_s); }
-
-bool MainWindow::GetHideFromXML() { return flag(u"AutoHide"_s); }
-
-bool MainWindow::GetShowFromXML() { return flag(u"AutoShow"_s); }
-
-int MainWindow::GetScreenTimerFromXML() { return GetConfigString(u"ScreenTimer"_s).toInt(); }
-
-bool MainWindow::GetShowMagFromXML() { return flag(u"ShowMagnification"_s); }
-
-int MainWindow::GetMagnificationFromXML()
-{
-    const int multiple = GetConfigString(u"Magnification"_s).toInt();
-    return multiple > 0 ? multiple : s_magnification;
-}
 
 void MainWindow::InitShowGeometry()
 {
@@ -175,8 +151,17 @@ void MainWindow::ShowNormalGeometry()
     const int height = numberOr(u"WindowHeight"_s, s_smallestSize.height());
     const int left = numberOr(u"WindowLeft"_s, (available.width() - width) / 2);
     const int top = numberOr(u"WindowTop"_s, (available.height() - height) / 2);
-    setGeometry(left, top, std::min(width, available.width()),
-                std::min(height, available.height()));
+    setGeometry(withinReach(
+        {left, top, std::min(width, available.width()), std::min(height, available.height())},
+        screenAreas()));
+}
+
+// A window that stood on a monitor that is gone comes to one that is there.
+void MainWindow::comeWithinReach()
+{
+    const QRect area = withinReach(geometry(), screenAreas());
+    if (area != geometry())
+        setGeometry(area);
 }
 
 void MainWindow::ShowMaxedGeometry() { setGeometry(availableGeometry()); }
@@ -220,6 +205,7 @@ void MainWindow::closeEvent(QCloseEvent *event)
         delete m_pFocusDialog;
         m_pFocusDialog = nullptr;
     }
+    delete std::exchange(m_pPreference, nullptr);
     QCoreApplication::quit();
 }
 

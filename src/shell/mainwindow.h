@@ -15,6 +15,7 @@
 #include <vector>
 
 class CaptureOverlay;
+class DialogPreference;
 class QAction;
 class QDialog;
 class QMenu;
@@ -48,11 +49,17 @@ public:
     static bool GetAutoRunFromXML();
     static void SetAutoRunToXML(bool on);  ///< and brings the login item in line
     static bool GetRunMinFromXML();
+    static void SetRunMinToXML(bool on);
     static bool GetHideFromXML();
+    static void SetHideToXML(bool on);
     static bool GetShowFromXML();
-    static int GetScreenTimerFromXML();  ///< seconds
+    static void SetShowToXML(bool on);
+    static int GetScreenTimerFromXML();  ///< seconds; 0 and below is no countdown
+    static void SetScreenTimerToXML(int seconds);
     static bool GetShowMagFromXML();
+    static void SetShowMagToXML(bool on);
     static int GetMagnificationFromXML();  ///< above 0
+    static void SetMagnificationToXML(int multiple);
 
     // Tabs. Indices are positions in the vector of documents, -1 for none.
     void NewDocument(const QPixmap &pixmap, const QString &name);
@@ -114,11 +121,15 @@ public slots:
     bool CopyFile();
     void BeforeShowFile();
 
+    void Preference(int type);  ///< `type` has no effect
+    void Preference();
+    void PreferenceChanged();
     void About();
     void BeforeShowMenuHelp();
     void Help();
     void Home();
     void Buynow();
+    void Register();
 
     void MovePicture(int dx, int dy);
 
@@ -127,6 +138,7 @@ protected:
     bool event(QEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
 
 private slots:
     void on_Idle();
@@ -148,6 +160,7 @@ private slots:
     void on_CmbFontSize_currentIndexChanged(int index);
     void on_BtnColor_clicked();
     void on_BtnMax_clicked();
+    void on_BtnSetting_clicked();
     void on_BtnFrameRect_clicked();
     void on_BtnFrameEllipse_clicked();
     void on_BtnFramePolygon_clicked();
@@ -171,6 +184,9 @@ private:
     friend long ActiveCallBack(bool active);
 
     void setUpCaption();
+    void comeWithinReach();
+    /// Cuts the window to its corners' pictures where no compositor lets the desktop show through.
+    void cutCorners();
     void setUpPictureArea();
     void setUpEditor();
     void setUpTray();
@@ -222,7 +238,8 @@ private:
     bool m_bCapturing = false;  ///< one grab at a time
     bool m_CloseAfterGrab = false;
     QDialog *m_pFocusDialog = nullptr;
-    QDialog *m_pCountDown = nullptr;  ///< while one runs
+    QDialog *m_pCountDown = nullptr;            ///< while one runs
+    DialogPreference *m_pPreference = nullptr;  ///< from its first use on
     QPixmap m_MenuBarPixmap;
     QPixmap m_FlagPixmap;
     std::map<std::pair<QString, int>, QPixmap> m_SkinPictures;  ///< by section and attribute

@@ -5,6 +5,7 @@
 #include "ui_mainwindow.h"
 
 #include <QColorDialog>
+#include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
 #include <QMouseEvent>
@@ -36,10 +37,7 @@ constexpr std::array<const char *, 30> s_buttons{
     "BtnDrawPoly",     "BtnDrawText",     "BtnUndo",         "BtnRedo",        "BtnZoomIn",
     "BtnZoomOut",      "BtnRealSize",     "BtnCopy",         "BtnSave",        "BtnColor"};
 
-// The first button of the edit strip.
-constexpr size_t s_firstEditButton = 16;
-
-// Those that show the keys of their command.
+// Those that show the keys of a command with an item in a menu.
 constexpr std::array<std::pair<const char *, const char *>, 11> s_keyedButtons{
     {{"BtnFrameRect", "Rectangular"},
      {"BtnFrameEllipse", "Ellipse"},
@@ -52,6 +50,26 @@ constexpr std::array<std::pair<const char *, const char *>, 11> s_keyedButtons{
      {"BtnRedo", "redo"},
      {"BtnCopy", "Copy %1"},
      {"BtnSave", "Save %1"}}};
+
+// The keys of the commands that no menu has.
+struct ButtonKeys {
+    const char *button;
+    const char *keys;
+};
+constexpr std::array<ButtonKeys, 13> s_buttonKeys{
+    {{"BtnDrawMove", QT_TRANSLATE_NOOP("MainWindow", "Ctrl+1")},
+     {"BtnDrawRect", QT_TRANSLATE_NOOP("MainWindow", "Ctrl+2")},
+     {"BtnDrawEllipse", QT_TRANSLATE_NOOP("MainWindow", "Ctrl+3")},
+     {"BtnDrawArrow", QT_TRANSLATE_NOOP("MainWindow", "Ctrl+4")},
+     {"BtnDrawPoly", QT_TRANSLATE_NOOP("MainWindow", "Ctrl+5")},
+     {"BtnDrawText", QT_TRANSLATE_NOOP("MainWindow", "Ctrl+6")},
+     {"BtnZoomIn", QT_TRANSLATE_NOOP("MainWindow", "Ctrl+=")},
+     {"BtnZoomOut", QT_TRANSLATE_NOOP("MainWindow", "Ctrl+-")},
+     {"BtnRealSize", QT_TRANSLATE_NOOP("MainWindow", "Ctrl+0")},
+     {"BtnColor", QT_TRANSLATE_NOOP("MainWindow", "Ctrl+K")},
+     {"BtnClose", QT_TRANSLATE_NOOP("MainWindow", "Ctrl+Q")},
+     {"BtnMin", QT_TRANSLATE_NOOP("MainWindow", "Ctrl+M")},
+     {"BtnMax", QT_TRANSLATE_NOOP("MainWindow", "F11")}}};
 
 // By the number of the tool.
 constexpr std::array<const char *, 6> s_toolButtons{"BtnDrawMove",  "BtnDrawRect", "BtnDrawEllipse",
@@ -114,8 +132,11 @@ void MainWindow::InitImgButton()
     // The tabs' close buttons are the style's; only a style sheet gives them pictures.
     const auto closePicture = [this](const QString &state, int attribute) {
         const QString path = GetBtnAttr(this, u"BtnTabClose"_s, attribute);
-        return QFile::exists(path) ? u"QTabBar::close-button%1{image:url(%2)} "_s.arg(state, path)
-                                   : QString();
+        // One that can't be read would leave nothing to see; without the rule the style's own is.
+        QPixmap pixmap;
+        return QFile::exists(path) && loadPicture(pixmap, path)
+                   ? u"QTabBar::close-button%1{image:url(\"%2\")} "_s.arg(state, path)
+                   : QString();
     };
     ui->tabWidget->setStyleSheet(ui->tabWidget->styleSheet() + closePicture({}, s_normalPicture) +
                                  closePicture(u":hover"_s, s_overPicture) +
@@ -135,6 +156,13 @@ void MainWindow::InitImgButton()
     onKeys("redo", [this] { m_pEditor->Redo(); });
     onKeys("Copy %1", [this] { CopyFile(); });
     onKeys("Save %1", [this] { SaveFile(); });
+    const auto ownKeys = [](const ButtonKeys &entry) {
+        return QKeySequence(QCoreApplication::translate("MainWindow", entry.keys));
+    };
+    for (const ButtonKeys &entry : s_buttonKeys) {
+        QPushButton *target = button(entry.button);
+        new QShortcut(ownKeys(entry), this, [target] { target->click(); });
+    }
 
     const auto setHint = [this](QPushButton *target, const QKeySequence &keys) {
         QString hint = GetBtnAttr(this, target->objectName(), s_hint);
@@ -142,10 +170,12 @@ void MainWindow::InitImgButton()
             hint += u"  "_s + keys.toString(QKeySequence::NativeText);
         target->setToolTip(hint);
     };
-    for (size_t i = s_firstEditButton; i < s_buttons.size(); ++i)
-        setHint(button(s_buttons[i]), {});
+    for (const char *name : s_buttons)
+        setHint(button(name), {});
     for (const auto &[name, command] : s_keyedButtons)
         setHint(button(name), CreateShortkey(QLatin1StringView(command)));
+    for (const ButtonKeys &entry : s_buttonKeys)
+        setHint(button(entry.button), ownKeys(entry));
 
     for (const char *name : s_buttons) {
         QEvent leave(QEvent::Leave);
@@ -157,6 +187,7 @@ void MainWindow::InitImgButton()
     connect(ui->BtnHelp, &QPushButton::clicked, this, &MainWindow::Help);
     connect(ui->BtnHome, &QPushButton::clicked, this, &MainWindow::Home);
     connect(ui->BtnBuynow, &QPushButton::clicked, this, &MainWindow::Buynow);
+    connect(ui->BtnRegister, &QPushButton::clicked, this, &MainWindow::Register);
     connect(ui->BtnCopy, &QPushButton::clicked, this, &MainWindow::CopyFile);
     connect(ui->BtnSave, &QPushButton::clicked, this, [this] { SaveFile(); });
 }
@@ -188,8 +219,10 @@ void MainWindow::showButtonPicture(QPushButton &button, int picture)
         return;
     button.setIconSize(button.size());
     QPixmap pixmap;
-    loadPicture(pixmap, path);
-    if (&button == ui->BtnColor && !pixmap.isNull())
+    // A picture that can't be read leaves the button with the one that it had.
+    if (!loadPicture(pixmap, path))
+        return;
+    if (&button == ui->BtnColor)
         QPainter(&pixmap).fillRect(s_colorField, m_pEditor->getPenColor());
     QIcon icon(pixmap);
     // Twice as fine a picture, where the skin has one and the desktop is scaled.

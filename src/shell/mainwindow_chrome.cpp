@@ -2,6 +2,7 @@
 
 #include "ui_mainwindow.h"
 
+#include <QBitmap>
 #include <QMouseEvent>
 #include <QPainter>
 
@@ -15,6 +16,9 @@ constexpr QColor s_topBandColor(252, 253, 254);
 constexpr QColor s_stripColor(223, 230, 236);
 constexpr QColor s_stripEdgeColor(176, 183, 189);
 
+constexpr QColor s_captionColor(215, 222, 228);
+constexpr int s_captionSize = 13;  // pixels
+
 constexpr int s_grip = 11;  // pixels at the corner that resizes
 
 void drawIfThere(QPainter &painter, const QPoint &position, const QPixmap &pixmap)
@@ -24,6 +28,20 @@ void drawIfThere(QPainter &painter, const QPoint &position, const QPixmap &pixma
 }
 
 }  // namespace
+
+// The caption and the menu bar stand on the body's colour of their own: a skin without the picture
+// for the body must not take the ground from under bright letters.
+void MainWindow::setUpCaption()
+{
+    QPalette palette = ui->LblCaption->palette();
+    palette.setColor(QPalette::WindowText, s_captionColor);
+    palette.setColor(QPalette::Window, s_bodyColor);
+    ui->LblCaption->setPalette(palette);
+    ui->LblCaption->setAutoFillBackground(true);
+    QFont font = ui->LblCaption->font();
+    font.setPixelSize(s_captionSize);
+    ui->LblCaption->setFont(font);
+}
 
 void MainWindow::setUpPictureArea()
 {
@@ -58,15 +76,48 @@ void MainWindow::paintEvent(QPaintEvent * /*event*/)
     const int h = height();
     QPainter painter(this);
     // One picture's width serves all four corners, and without it the body stays bare.
-    if (const int c = topLeft.width(); c > 0) {
+    const int c = topLeft.width();
+    if (c > 0 && testAttribute(Qt::WA_TranslucentBackground)) {
         painter.fillRect(QRect(c, 0, w - 2 * c, h), s_bodyColor);
         painter.fillRect(QRect(0, c, c, h - 2 * c), s_bodyColor);
         painter.fillRect(QRect(w - c, c, c, h - 2 * c), s_bodyColor);
+    } else if (c > 0) {
+        // Corners that are cut need the body behind their soft edges, and not the palette's colour.
+        painter.fillRect(rect(), s_bodyColor);
     }
     drawIfThere(painter, {0, 0}, topLeft);
     drawIfThere(painter, {w - topRight.width(), 0}, topRight);
     drawIfThere(painter, {0, h - bottomLeft.height()}, bottomLeft);
     drawIfThere(painter, {w - bottomRight.width(), h - bottomRight.height()}, bottomRight);
+}
+
+void MainWindow::resizeEvent(QResizeEvent *event)
+{
+    QMainWindow::resizeEvent(event);
+    cutCorners();
+}
+
+void MainWindow::cutCorners()
+{
+    if (testAttribute(Qt::WA_TranslucentBackground))
+        return;
+    const QString section = u"BtnBackground"_s;
+    QRegion shape(rect());
+    const auto cut = [this, &shape](const QPixmap &corner, bool right, bool bottom) {
+        const QPoint place(right ? width() - corner.width() : 0,
+                           bottom ? height() - corner.height() : 0);
+        if (!corner.hasAlphaChannel())
+            return;
+        // What is more than half there stays.
+        const QBitmap solid = QBitmap::fromImage(
+            corner.toImage().createAlphaMask(Qt::MonoOnly | Qt::ThresholdDither));
+        shape -= QRegion(QRect(place, corner.size())) - QRegion(solid).translated(place);
+    };
+    cut(skinPicture(section, 4), false, false);
+    cut(skinPicture(section, 6), true, false);
+    cut(skinPicture(section, 5), false, true);
+    cut(skinPicture(section, 7), true, true);
+    setMask(shape);
 }
 
 void MainWindow::DrawToolBackgound()
@@ -126,11 +177,15 @@ bool MainWindow::event(QEvent *event)
         break;
     }
     case QEvent::MouseMove: {
-        const QPoint pos = static_cast<QMouseEvent *>(event)->position().toPoint();
-        const QPoint moved = pos - m_DragPos;
+        const auto *mouse = static_cast<QMouseEvent *>(event);
         if (m_Drag == Drag::Move) {
-            move(this->pos() + moved);
+            // From the pointer's place on the desktop: its place in the window lags behind the
+            // window's own moves, and counting from that would overshoot.
+            const QPoint origin = mouse->globalPosition().toPoint() - m_DragPos;
+            move(pos() + origin - geometry().topLeft());
         } else if (m_Drag == Drag::Resize) {
+            const QPoint pos = mouse->position().toPoint();
+            const QPoint moved = pos - m_DragPos;
             resize(size() + QSize(moved.x(), moved.y()));
             m_DragPos = pos;
         }

@@ -2,13 +2,13 @@
 
 #include "config/applicationrecord.h"
 #include "config/licensing.h"
+#include "shell/aboutbox.h"
 #include "ui_mainwindow.h"
 
 #include <QCoreApplication>
 #include <QDesktopServices>
 #include <QMenu>
 #include <QMenuBar>
-#include <QMessageBox>
 #include <QUrl>
 
 #include <array>
@@ -106,8 +106,7 @@ void MainWindow::CreateMenus()
 
     QMenu *system = bar->addMenu(tr("&sys"));
     system->addAction(tr("&About"), this, &MainWindow::About);
-    // Greyed until there is a dialog behind it.
-    system->addAction(tr("&Preferences"))->setEnabled(false);
+    system->addAction(tr("&Preferences"), this, [this] { Preference(); });
 
     m_FileMenu = bar->addMenu(tr("&File"));
     m_FileMenu->addAction(tr("Open..."), QKeySequence(u"Ctrl+O"_s), this, &MainWindow::OpenFile);
@@ -138,7 +137,7 @@ void MainWindow::CreateMenus()
     m_HelpMenu->addAction(tr("Home"), this, &MainWindow::Home);
     m_HelpMenu->addAction(tr("Buy now"), this, &MainWindow::Buynow);
     m_HelpMenu->addSeparator();
-    m_HelpMenu->addAction(tr("Register..."), this, [] { ProcessLicense(); });
+    m_HelpMenu->addAction(tr("Register..."), this, &MainWindow::Register);
     connect(m_HelpMenu, &QMenu::aboutToShow, this, &MainWindow::BeforeShowMenuHelp);
 }
 
@@ -165,15 +164,7 @@ void MainWindow::BeforeShowMenuHelp()
     }
 }
 
-void MainWindow::About()
-{
-    const auto line = [](const wchar_t *text) { return QString::fromWCharArray(text) + u'\n'; };
-    QMessageBox::about(
-        this, QString::fromWCharArray(g_AppName),
-        tr("Snap Workbench %1").arg(line(g_Ver)) + line(g_AppCompany) + line(g_URL) +
-            line(g_Email) +
-            (Licensing::status().registered ? tr("Registered") : tr("Not registered")));
-}
+void MainWindow::About() { AboutBox(windowIcon(), this).exec(); }
 
 void MainWindow::Help()
 {
@@ -184,3 +175,6 @@ void MainWindow::Help()
 void MainWindow::Home() { openAddress(g_URL); }
 
 void MainWindow::Buynow() { openAddress(g_BuyURL); }
+
+// The registration may change with it.
+void MainWindow::Register() { ProcessLicense(); }

@@ -6,18 +6,24 @@
 
 #include <QApplication>
 #include <QClipboard>
+#include <QComboBox>
+#include <QLabel>
 #include <QMenu>
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QShortcut>
+#include <QTabBar>
 #include <QTabWidget>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
 
+#include <array>
+#include <cwchar>
 #include <functional>
 
 using namespace Qt::StringLiterals;
@@ -71,6 +77,11 @@ private slots:
     void everyCaptureItemHasACommand();
     void shortcuts();
     void fileMenu();
+    void longTitle();
+    void largeFont();
+    void keysWithoutAMenu();
+    void controlsHaveNames();
+    void aboutBox();
     void wholeDesktopGrab();
     void everyWayToACommand_data();
     void everyWayToACommand();
@@ -336,6 +347,110 @@ void TestMainWindow::fileMenu()
     m_window->NewDocument(picture(10, 10), u"a&b"_s);
     QCOMPARE(item(3)->text(), u"Save \"a&&b\" As..."_s);
     QVERIFY(item(1)->isEnabled() && item(2)->isEnabled() && item(3)->isEnabled());
+}
+
+// A title of any length keeps both ends, and takes room from no control.
+void TestMainWindow::longTitle()
+{
+    m_window->resize(950, 650);
+    m_window->NewDocument(picture(10, 10), QString(300, u'W'));
+    auto *caption = m_window->findChild<QLabel *>(u"LblCaption"_s);
+    QCOMPARE(caption->text(), title());
+    QTRY_COMPARE(m_window->width(), 950);
+    const QWidget *bar = m_window->findChild<QMenuBar *>();
+    const QWidget *close = m_window->findChild<QPushButton *>(u"BtnClose"_s);
+    const auto left = [this](const QWidget *widget) {
+        return widget->mapTo(m_window.get(), QPoint()).x();
+    };
+    QTRY_VERIFY(left(caption) >= left(bar) + bar->sizeHint().width());
+    QVERIFY(left(caption) + caption->width() <= left(close));
+    QVERIFY(left(close) + close->width() < 950);
+    // What is shown ends well inside the label: the last columns are as empty as without a text.
+    const QImage shown = caption->grab().toImage();
+    QImage middle = shown.copy(shown.width() / 2 - 20, 0, 40, shown.height());
+    caption->setText({});
+    const QImage empty = caption->grab().toImage();
+    QVERIFY(middle != empty.copy(shown.width() / 2 - 20, 0, 40, shown.height()));
+    const QRect edge(shown.width() - 1, 0, 1, shown.height());
+    QCOMPARE(shown.copy(edge), empty.copy(edge));
+}
+
+void TestMainWindow::largeFont()
+{
+    const QFont usual = QApplication::font();
+    QFont large = usual;
+    large.setPointSizeF(usual.pointSizeF() * 2);
+    QApplication::setFont(large);
+    m_window->resize(950, 650);
+    m_window->NewDocument(picture(10, 10), {});
+    QCoreApplication::processEvents();
+    QCOMPARE(m_window->size(), QSize(950, 650));
+    for (const QComboBox *box : m_window->findChildren<QComboBox *>())
+        QVERIFY(box->height() >= QFontMetrics(box->font()).height() + 6);
+    const QMenuBar *bar = m_window->findChild<QMenuBar *>();
+    QVERIFY(bar->width() >= bar->sizeHint().width() && bar->height() >= bar->sizeHint().height());
+    const QTabBar *bars = tabs()->tabBar();
+    QVERIFY(bars->tabRect(0).height() >= QFontMetrics(bars->font()).height());
+    QApplication::setFont(usual);
+}
+
+void TestMainWindow::keysWithoutAMenu()
+{
+    auto *editor = m_window->findChild<TPictureEditor *>();
+    m_window->NewDocument(picture(100, 100), {});
+    m_window->activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
+    const std::array<std::pair<Qt::Key, stateEnum>, 6> tools{{{Qt::Key_6, stateText},
+                                                              {Qt::Key_2, stateRect},
+                                                              {Qt::Key_3, stateEllipse},
+                                                              {Qt::Key_4, stateArrow},
+                                                              {Qt::Key_5, statePoly},
+                                                              {Qt::Key_1, stateMove}}};
+    for (const auto &[key, tool] : tools) {
+        QTest::keyClick(m_window.get(), key, Qt::ControlModifier);
+        QCOMPARE(editor->getState(), tool);
+    }
+    QTest::keyClick(m_window.get(), Qt::Key_Equal, Qt::ControlModifier);
+    QCOMPARE(editor->getPixmapScaled(), 1.4F);
+    QTest::keyClick(m_window.get(), Qt::Key_Minus, Qt::ControlModifier);
+    QTest::keyClick(m_window.get(), Qt::Key_Minus, Qt::ControlModifier);
+    QVERIFY(editor->getPixmapScaled() < 1);
+    QTest::keyClick(m_window.get(), Qt::Key_0, Qt::ControlModifier);
+    QCOMPARE(editor->getPixmapScaled(), 1.0F);
+}
+
+void TestMainWindow::controlsHaveNames()
+{
+    for (const QWidget *widget :
+         m_window->findChildren<QWidget *>(QRegularExpression(u"^(Btn|Cmb|Slider)"_s)))
+        QVERIFY2(!widget->accessibleName().isEmpty(), qPrintable(widget->objectName()));
+}
+
+void TestMainWindow::aboutBox()
+{
+    wcscpy(g_Logo, L"Workbench <b>");
+    wcscpy(g_Ver, L"7.8.9");
+    wcscpy(g_AppCompany, L"A & Company");
+    wcscpy(g_URL, L"https://home.example/?a=1&b=\"2\"");
+    wcscpy(g_Email, L"help@home.example");
+    QStringList texts;
+    QTimer watch;
+    connect(&watch, &QTimer::timeout, this, [&texts] {
+        QWidget *box = QApplication::activeModalWidget();
+        if (!box)
+            return;
+        for (const QLabel *label : box->findChildren<QLabel *>())
+            texts.append(label->text());
+        QTest::keyClick(box, Qt::Key_Return);
+    });
+    watch.start(1);
+    m_window->About();
+    for (const QString &expected :
+         {u"Workbench <b>"_s, u"Version 7.8.9"_s, u"A & Company"_s, u"Registered"_s})
+        QVERIFY2(texts.contains(expected), qPrintable(expected));
+    const QString all = texts.join(u' ');
+    QVERIFY(all.contains(u"href=\"https://home.example/?a=1&amp;b=&quot;2&quot;\""_s));
+    QVERIFY(all.contains(u"href=\"mailto:help@home.example\""_s));
 }
 
 void TestMainWindow::wholeDesktopGrab()

@@ -1,0 +1,100 @@
+#include "shell/aboutbox.h"
+
+#include "config/applicationrecord.h"
+#include "config/licensing.h"
+
+#include <QDialogButtonBox>
+#include <QFormLayout>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int s_iconSize = 64;
+constexpr int s_margin = 22;
+constexpr int s_nameScale = 16;  // of 10, against the usual font
+
+QString recorded(const wchar_t *text) { return QString::fromWCharArray(text); }
+
+// The record comes from a file, and must not bring mark-up of its own.
+QString link(const QString &target, const QString &text)
+{
+    return u"<a href=\"%1\">%2</a>"_s.arg(target.toHtmlEscaped(), text.toHtmlEscaped());
+}
+
+QLabel *plainLabel(const QString &text)
+{
+    auto *label = new QLabel(text);
+    label->setTextFormat(Qt::PlainText);
+    label->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    return label;
+}
+
+QLabel *linkLabel(const QString &target, const QString &text)
+{
+    auto *label = new QLabel(link(target, text));
+    label->setTextFormat(Qt::RichText);
+    label->setTextInteractionFlags(Qt::TextBrowserInteraction);
+    label->setOpenExternalLinks(true);
+    return label;
+}
+
+}  // namespace
+
+AboutBox::AboutBox(const QIcon &icon, QWidget *parent) : QDialog(parent)
+{
+    const QString name = recorded(g_Logo).isEmpty() ? recorded(g_AppName) : recorded(g_Logo);
+    setWindowTitle(tr("About %1").arg(name));
+
+    auto *heading = plainLabel(name);
+    heading->setObjectName(u"lblName"_s);
+    QFont font = heading->font();
+    font.setPointSizeF(font.pointSizeF() * s_nameScale / 10);
+    font.setBold(true);
+    heading->setFont(font);
+
+    const Licensing::Status status = Licensing::status();
+    QString registration = status.registered ? tr("Registered") : tr("Not registered");
+    if (status.registered && !status.name.isEmpty())
+        registration = tr("Registered to %1").arg(status.name);
+
+    auto *facts = new QFormLayout;
+    facts->setHorizontalSpacing(s_margin);
+    facts->setLabelAlignment(Qt::AlignLeft);
+    facts->addRow(tr("Company"), plainLabel(recorded(g_AppCompany)));
+    facts->addRow(tr("Home page"), linkLabel(recorded(g_URL), recorded(g_URL)));
+    facts->addRow(tr("Support"), linkLabel(u"mailto:"_s + recorded(g_Email), recorded(g_Email)));
+    facts->addRow(tr("Registration"), plainLabel(registration));
+
+    auto *buttons = new QDialogButtonBox(QDialogButtonBox::Close);
+    connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+    // Enter closes the box, wherever the tab key has led to.
+    buttons->button(QDialogButtonBox::Close)->setDefault(true);
+    buttons->button(QDialogButtonBox::Close)->setFocus();
+
+    auto *texts = new QVBoxLayout;
+    texts->addWidget(heading);
+    texts->addWidget(plainLabel(tr("Version %1").arg(recorded(g_Ver))));
+    texts->addSpacing(s_margin / 2);
+    texts->addLayout(facts);
+    texts->addStretch();
+
+    auto *top = new QHBoxLayout;
+    top->setSpacing(s_margin);
+    if (!icon.isNull()) {
+        auto *picture = new QLabel;
+        picture->setPixmap(icon.pixmap(QSize(s_iconSize, s_iconSize), devicePixelRatioF()));
+        top->addWidget(picture, 0, Qt::AlignTop);
+    }
+    top->addLayout(texts, 1);
+
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(s_margin, s_margin, s_margin, s_margin * 3 / 4);
+    layout->setSpacing(s_margin);
+    layout->addLayout(top);
+    layout->addWidget(buttons);
+    layout->setSizeConstraint(QLayout::SetFixedSize);
+}

@@ -1,0 +1,56 @@
+#pragma once
+
+#include <QDialog>
+
+#include <memory>
+
+namespace Ui {
+class DialogPreference;
+}  // namespace Ui
+
+/// Seven settings, each written through as it is changed: there is no OK, and nothing to undo. The
+/// dialog knows no setting itself; its owner loads the values and stores them on Changed().
+class DialogPreference : public QDialog
+{
+    Q_OBJECT
+
+public:
+    explicit DialogPreference(QWidget *parent = nullptr);
+    ~DialogPreference() override;
+
+    void SetAutoRun(bool on);
+    void SetRunMin(bool on);
+    void SetHide(bool on);
+    void SetShow(bool on);
+    void SetScreenTimer(int seconds);  ///< any number, with an entry or not
+    void SetShowMag(bool on);
+    void SetMagnification(int multiple);  ///< one without an entry leaves the choice as it is
+
+    bool GetAutoRun() const;
+    bool GetRunMin() const;
+    bool GetHide() const;
+    bool GetShow() const;
+    /// Seconds: the number that the field begins with, 0 where there is none or none that fits.
+    int GetScreenTimer() const;
+    bool GetShowMag() const;
+    int GetMagnification() const;
+
+signals:
+    /// Any of the seven may be another one now.
+    void Changed();
+
+private slots:
+    void on_ChkAutoRun_stateChanged(int state);
+    void on_ChkRunMin_stateChanged(int state);
+    void on_ChkHide_stateChanged(int state);
+    void on_ChkShow_stateChanged(int state);
+    void on_ChkShowMag_stateChanged(int state);
+    void on_cmbTimer_editTextChanged(const QString &text);
+    void on_cmbMagnification_currentIndexChanged(int index);
+
+private:
+    void followShowMag();
+
+    std::unique_ptr<Ui::DialogPreference> ui;
+    QString m_TimerText;  ///< last typed or shown
+};

@@ -1,0 +1,9 @@
+#pragma once
+
+#include <QList>
+#include <QRect>
+
+/// Where a window has to stand so that a hand can take hold of its caption: unchanged as long as
+/// enough of its top edge lies on one of the areas, else moved into the first of them, which is
+/// where windows go by default. Sizes stay. No areas: unchanged.
+QRect withinReach(const QRect &window, const QList<QRect> &areas);

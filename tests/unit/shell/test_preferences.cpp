@@ -1,0 +1,254 @@
+// The preferences on their own, and between the main window's settings and its menus.
+
+#include "config/applicationrecord.h"
+#include "config/settings.h"
+#include "config/xmlstore.h"
+#include "fakedesktop.h"
+#include "shell/dialogpreference.h"
+#include "shell/mainwindow.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRegularExpression>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+class TestPreferences : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+    void offersAndWindow();
+    void captions();
+    void typedTimer_data();
+    void typedTimer();
+    void timerField();
+    void magnification();
+    void everyControlTells();
+    void loadingWritesNothing();
+    void oneChangeWritesAll();
+    void shownAgainKeepsWhatItShowed();
+    void largeFontCutsNothing();
+
+private:
+    DialogPreference *open()
+    {
+        m_window->Preference();
+        return m_window->findChild<DialogPreference *>();
+    }
+    static QStringList entries(const QComboBox *box)
+    {
+        QStringList result;
+        for (int i = 0; i < box->count(); ++i)
+            result.append(box->itemText(i) + u'=' + box->itemData(i).toString());
+        return result;
+    }
+
+    std::unique_ptr<FakeDesktop> m_desktop;
+    std::unique_ptr<QTemporaryDir> m_folder;
+    std::unique_ptr<MainWindow> m_window;
+};
+
+void TestPreferences::init()
+{
+    m_desktop = std::make_unique<FakeDesktop>();
+    m_folder = std::make_unique<QTemporaryDir>();
+    g_ResourceFileName = m_folder->filePath(u"SnapWorkbench.xml"_s);
+    QFile file(g_ResourceFileName);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write("<Galeway ver=\"1\"/>");
+    file.close();
+    m_window = std::make_unique<MainWindow>();
+}
+
+void TestPreferences::cleanup()
+{
+    m_window.reset();
+    FreeAllXmlDocument();
+}
+
+void TestPreferences::offersAndWindow()
+{
+    const DialogPreference dialog;
+    QCOMPARE(dialog.windowTitle(), u"Preferences"_s);
+    QCOMPARE(dialog.windowFlags() & Qt::WindowType_Mask, Qt::Tool);
+    QCOMPARE(dialog.minimumSize(), dialog.maximumSize());
+    QCOMPARE(entries(dialog.findChild<QComboBox *>(u"cmbMagnification"_s)),
+             QStringList({u"4x=4"_s, u"6x=6"_s, u"8x=8"_s, u"10x=10"_s, u"12x=12"_s}));
+    const QStringList seconds = entries(dialog.findChild<QComboBox *>(u"cmbTimer"_s));
+    QCOMPARE(seconds.size(), 11);
+    QCOMPARE(seconds.first(), u"0s=0"_s);
+    QCOMPARE(seconds.last(), u"10s=10"_s);
+    // The main window makes an ordinary dialog of it, with a frame that can only be closed.
+    const Qt::WindowFlags flags = open()->windowFlags();
+    QCOMPARE(flags & Qt::WindowType_Mask, Qt::Dialog);
+    QVERIFY(flags.testFlag(Qt::WindowCloseButtonHint));
+    QVERIFY(!(flags & (Qt::WindowMinMaxButtonsHint | Qt::WindowContextHelpButtonHint)));
+}
+
+void TestPreferences::captions()
+{
+    const DialogPreference dialog;
+    const auto caption = [&dialog](const QString &name) {
+        return dialog.findChild<QCheckBox *>(name)->text();
+    };
+    QCOMPARE(caption(u"ChkAutoRun"_s), u"Launch at Login"_s);
+    QCOMPARE(caption(u"ChkRunMin"_s), u"Run Minimized"_s);
+    QCOMPARE(caption(u"ChkHide"_s), u"Hide SnapWorkbench before Snapping"_s);
+    QCOMPARE(caption(u"ChkShow"_s), u"Show SnapWorkbench after Snapping"_s);
+    QCOMPARE(caption(u"ChkShowMag"_s), u"Show Magnification"_s);
+}
+
+void TestPreferences::typedTimer_data()
+{
+    QTest::addColumn<QString>("typed");
+    QTest::addColumn<int>("seconds");
+    QTest::newRow("with unit") << u"25s"_s << 25;
+    QTest::newRow("bare") << u"7"_s << 7;
+    QTest::newRow("blank before") << u" 12 s"_s << 12;
+    QTest::newRow("word") << u"abc"_s << 0;
+    QTest::newRow("digit behind a word") << u"s5"_s << 0;
+    QTest::newRow("below zero") << u"-3"_s << -3;
+    QTest::newRow("nothing") << QString() << 0;
+    QTest::newRow("hundred digits") << QString(100, u'9') << 0;
+    QTest::newRow("hundred digits below zero") << u'-' + QString(100, u'9') << 0;
+    QTest::newRow("wraps to one") << u"4294967297"_s << 0;
+}
+
+void TestPreferences::typedTimer()
+{
+    QFETCH(QString, typed);
+    QFETCH(int, seconds);
+    auto *field = open()->findChild<QComboBox *>(u"cmbTimer"_s)->lineEdit();
+    field->selectAll();
+    QTest::keyClick(field, Qt::Key_Delete);
+    QTest::keyClicks(field, typed);
+    QTest::keyClick(field, Qt::Key_Return);
+    QCOMPARE(field->text(), typed);
+    QCOMPARE(MainWindow::GetScreenTimerFromXML(), seconds);
+    QCOMPARE(GetConfigString(u"ScreenTimer"_s), QString::number(seconds));
+}
+
+void TestPreferences::timerField()
+{
+    DialogPreference dialog;
+    auto *box = dialog.findChild<QComboBox *>(u"cmbTimer"_s);
+    dialog.SetScreenTimer(6);
+    QCOMPARE(box->currentData().toInt(), 6);
+    dialog.SetScreenTimer(25);
+    QCOMPARE(box->currentText(), u"25s"_s);
+    QCOMPARE(dialog.GetScreenTimer(), 25);
+    QCOMPARE(box->count(), 11);
+}
+
+void TestPreferences::magnification()
+{
+    DialogPreference dialog;
+    auto *box = dialog.findChild<QComboBox *>(u"cmbMagnification"_s);
+    auto *label = dialog.findChild<QLabel *>(u"lblMagnification"_s);
+    dialog.SetMagnification(7);
+    QCOMPARE(dialog.GetMagnification(), 4);
+    dialog.SetMagnification(10);
+    QCOMPARE(box->currentText(), u"10x"_s);
+    // Off is also what the dialog begins with, and then nothing changes.
+    dialog.SetShowMag(false);
+    QVERIFY(!box->isEnabled() && label->isEnabled());
+    QCOMPARE(dialog.GetMagnification(), 10);
+    dialog.findChild<QCheckBox *>(u"ChkShowMag"_s)->click();
+    QVERIFY(box->isEnabled());
+}
+
+void TestPreferences::everyControlTells()
+{
+    DialogPreference dialog;
+    const QSignalSpy changed(&dialog, &DialogPreference::Changed);
+    qsizetype told = 0;
+    for (QCheckBox *box : dialog.findChildren<QCheckBox *>()) {
+        box->click();
+        QVERIFY2(changed.count() > told, qPrintable(box->objectName()));
+        told = changed.count();
+    }
+    for (QComboBox *box : dialog.findChildren<QComboBox *>()) {
+        box->setCurrentIndex(3);
+        QVERIFY2(changed.count() > told, qPrintable(box->objectName()));
+        told = changed.count();
+    }
+}
+
+void TestPreferences::loadingWritesNothing()
+{
+    SetConfigString(u"Magnification"_s, u"7"_s);
+    SetConfigString(u"ScreenTimer"_s, u"25x"_s);
+    SetConfigString(u"AutoHide"_s, u"2"_s);
+    const DialogPreference *dialog = open();
+    QVERIFY(!dialog->GetHide());
+    QCOMPARE(GetConfigString(u"Magnification"_s), u"7"_s);
+    QCOMPARE(GetConfigString(u"ScreenTimer"_s), u"25x"_s);
+    QCOMPARE(GetConfigString(u"AutoHide"_s), u"2"_s);
+}
+
+void TestPreferences::oneChangeWritesAll()
+{
+    SetConfigString(u"Magnification"_s, u"7"_s);
+    SetConfigString(u"AutoShow"_s, u"1"_s);
+    SetConfigString(u"ScreenTimer"_s, u"25"_s);
+    DialogPreference *dialog = open();
+    dialog->findChild<QCheckBox *>(u"ChkAutoRun"_s)->click();
+    QVERIFY(m_desktop->loginItem->present);
+    const auto stored = [] {
+        QStringList values;
+        for (const QString &key : {u"FirstRun"_s, u"RunMinimized"_s, u"AutoHide"_s, u"AutoShow"_s,
+                                   u"ScreenTimer"_s, u"ShowMagnification"_s, u"Magnification"_s})
+            values.append(GetConfigString(key));
+        return values.join(u' ');
+    };
+    // The dialog shows its first magnification where the setting has no entry.
+    QCOMPARE(stored(), u"1 0 0 1 25 0 4"_s);
+    for (const QString &name : {u"ChkAutoRun"_s, u"ChkRunMin"_s, u"ChkHide"_s, u"ChkShow"_s})
+        dialog->findChild<QCheckBox *>(name)->click();
+    QCOMPARE(stored(), u"0 1 1 0 25 0 4"_s);
+    QVERIFY(!m_desktop->loginItem->present);
+}
+
+void TestPreferences::shownAgainKeepsWhatItShowed()
+{
+    DialogPreference *dialog = open();
+    dialog->close();
+    SetConfigString(u"AutoHide"_s, u"1"_s);
+    m_window->findChild<QPushButton *>(u"BtnSetting"_s)->click();
+    QCOMPARE(m_window->findChildren<DialogPreference *>().size(), 1);
+    QVERIFY(dialog->isVisible() && !dialog->GetHide());
+    m_window->close();
+    QVERIFY(m_window->findChildren<DialogPreference *>().isEmpty());
+    QVERIFY(open()->GetHide());
+}
+
+void TestPreferences::largeFontCutsNothing()
+{
+    const QFont usual = QApplication::font();
+    QFont large = usual;
+    large.setPointSizeF(usual.pointSizeF() * 2);
+    QApplication::setFont(large);
+    DialogPreference dialog;
+    dialog.show();
+    const QList<QWidget *> children =
+        dialog.findChildren<QWidget *>(QRegularExpression(u"^(Chk|cmb|lbl|grp)"_s));
+    QCOMPARE(children.size(), 12);
+    for (const QWidget *widget : children) {
+        const QSize least = widget->minimumSizeHint();
+        QVERIFY2(widget->size() == widget->size().expandedTo(least),
+                 qPrintable(widget->objectName()));
+    }
+    QApplication::setFont(usual);
+}
+
+QTEST_MAIN(TestPreferences)
+#include "test_preferences.moc"
