@@ -7,6 +7,7 @@
 #include "shell/buscommands.h"
 #include "shell/mainwindow.h"
 #include "shell/picturestyle.h"
+#include "shell/translation.h"
 
 #include <QApplication>
 #include <QFile>
@@ -29,6 +30,7 @@ int main(int argc, char **argv)
     QCoreApplication::setApplicationName(u"SnapWorkbench"_s);
     const QApplication application(argc, argv);
     QApplication::setStyle(new PictureStyle);
+    installTranslations();
     // A tool that waits in the tray ends by its own command only.
     QGuiApplication::setQuitOnLastWindowClosed(false);
     QImageReader::setAllocationLimit(s_pictureLimit);

@@ -41,6 +41,7 @@ private slots:
     void overlayActions_data();
     void overlayActions();
     void otherActions();
+    void translatedMenu();
     void loginItem();
 
 private:
@@ -253,6 +254,26 @@ void TestCitizen::otherActions()
     m_desktop->key(XK_Escape);
 
     QCOMPARE(activateAction(u"capture-nothing"_s).type(), QDBusMessage::ErrorMessage);
+}
+
+// A grab is told by its item's text, whatever the language.
+void TestCitizen::translatedMenu()
+{
+    QVERIFY(m_program->startAndWait({{u"LC_ALL"_s, u"de_DE.UTF-8"_s}}));
+    QVERIFY(waitFor([&] { return m_desktop->activeTitle() == s_title; }));
+    const auto popUps = [&] {
+        const QList<TestDesktop::Window> windows = m_desktop->windows();
+        return std::count_if(windows.begin(), windows.end(), [](const TestDesktop::Window &window) {
+            return window.viewable && window.overrideRedirect;
+        });
+    };
+    const auto before = popUps();
+    m_desktop->key(XK_a, {XK_Alt_L});  // Aufnahme
+    QVERIFY(waitFor([&] { return popUps() > before; }));
+    m_desktop->key(XK_Return);
+    QVERIFY(waitFor([&] { return m_program->hasOverlay(s_screen); }));
+    m_desktop->key(XK_Escape);
+    QVERIFY(waitFor([&] { return !m_program->hasOverlay(s_screen); }));
 }
 
 void TestCitizen::loginItem()
