@@ -42,6 +42,7 @@ private slots:
     void overlayActions();
     void otherActions();
     void translatedMenu();
+    void helpPages();
     void loginItem();
 
 private:
@@ -274,6 +275,26 @@ void TestCitizen::translatedMenu()
     QVERIFY(waitFor([&] { return m_program->hasOverlay(s_screen); }));
     m_desktop->key(XK_Escape);
     QVERIFY(waitFor([&] { return !m_program->hasOverlay(s_screen); }));
+}
+
+void TestCitizen::helpPages()
+{
+    // What opens addresses on a desktop; this one only notes them.
+    const QString noted = m_desktop->home() + u"/noted"_s;
+    QFile opener(m_desktop->home() + u"/xdg-open"_s);
+    QVERIFY(opener.open(QIODevice::WriteOnly));
+    opener.write("#!/bin/sh\nprintf %s \"$1\" >'" + noted.toLocal8Bit() + "'\n");
+    opener.close();
+    QVERIFY(opener.setPermissions(QFile::ReadOwner | QFile::ExeOwner));
+    QVERIFY(m_program->startAndWait(
+        {{u"PATH"_s, m_desktop->home() + u':' + qEnvironmentVariable("PATH")}}));
+    QVERIFY(waitFor([&] { return m_desktop->activeTitle() == s_title; }));
+    m_desktop->key(XK_F1);
+    QFile file(noted);
+    QVERIFY(waitFor([&] { return file.size() > 0; }));
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const QString page = QUrl(QString::fromLocal8Bit(file.readAll())).toLocalFile();
+    QVERIFY2(page.endsWith(u"/index.html"_s) && QFile::exists(page), qPrintable(page));
 }
 
 void TestCitizen::loginItem()
