@@ -211,6 +211,7 @@ void TestCitizen::overlayActions()
     QFETCH(QString, action);
     QFETCH(bool, litInTheMiddle);
     QFETCH(bool, litInTheCorner);
+    m_program->writeSettings({{u"RunMinimized"_s, u"1"_s}});
     QVERIFY(m_program->startAndWait());
     const QRect area(300, 200, 700, 500);
     QVERIFY(m_desktop->startPattern(area));
@@ -228,12 +229,13 @@ void TestCitizen::overlayActions()
         return isLit(middle) == litInTheMiddle && isLit(corner) == litInTheCorner;
     }));
 
-    // A second start leaves the overlay where it is.
+    // A second start brings no window into the picture.
     QVERIFY(waitForEnd(m_program->start()));
     QVERIFY(m_program->hasOverlay(s_screen));
     m_desktop->key(XK_Escape);
     QVERIFY(waitFor([&] { return !m_program->hasOverlay(s_screen); }));
     QVERIFY(waitFor([&] { return m_desktop->activeTitle() == u"pattern"; }));
+    QVERIFY(!m_program->mainWindow().viewable);
 }
 
 void TestCitizen::otherActions()
