@@ -3,8 +3,11 @@
 #include "config/resourcefile.h"
 #include "config/texthelpers.h"
 #include "platform/services.h"
+#include "platform/xdg/singleprogram.h"
+#include "shell/buscommands.h"
 #include "shell/mainwindow.h"
 #include "shell/picturestyle.h"
+#include "shell/translation.h"
 
 #include <QApplication>
 #include <QFile>
@@ -27,6 +30,7 @@ int main(int argc, char **argv)
     QCoreApplication::setApplicationName(u"SnapWorkbench"_s);
     const QApplication application(argc, argv);
     QApplication::setStyle(new PictureStyle);
+    installTranslations();
     // A tool that waits in the tray ends by its own command only.
     QGuiApplication::setQuitOnLastWindowClosed(false);
     QImageReader::setAllocationLimit(s_pictureLimit);
@@ -37,6 +41,11 @@ int main(int argc, char **argv)
     Licensing::initialise();
     ReadProfile();
     CreateFolder(QFile::encodeName(userDataFolder()).constData());
+    // Before the resource file: two programs that prove it at once would take each other's marker
+    // for a crash.
+    SingleProgram single(userDataFolder(), busCommands());
+    if (!single.claim())
+        return 0;
     if (!ProcessResourceFile(QCoreApplication::translate(
             "main", "SnapWorkbench.xml is missing so that it can not work properly")))
         return 0;

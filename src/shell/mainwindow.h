@@ -72,12 +72,17 @@ public:
     bool HasModified(bool all) const;
     void RedrawPicture();
 
+    /// A tab for each file, the first new one in front; one that is open already is only shown.
+    void openPictures(const QStringList &paths);
+
     // Focus.
     /// Brings this program to the front and waits for it, without limit. Null means the main
     /// window.
     void FocusThis(QWidget *widget);
     /// Shows the main window, minimised or not, and brings it to the front.
     void showInFront();
+    /// The same for a request from outside, which leaves a grab that is under way alone.
+    void comeForward();
     /// Makes this program active before an overlay opens.
     void SetAppFocus();
     /// Gives the focus back to the other application, and waits about a second at the most.

@@ -185,6 +185,13 @@ void MainWindow::SetAppFocus()
     m_pFocusDialog->activateWindow();
 }
 
+// Above an overlay the window would be in the picture.
+void MainWindow::comeForward()
+{
+    if (!m_bCapturing)
+        showInFront();
+}
+
 bool MainWindow::beginGrab(GrabStart &start)
 {
     if (m_bCapturing) {

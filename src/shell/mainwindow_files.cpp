@@ -193,7 +193,11 @@ void MainWindow::OpenFile()
         return;
     SetConfigString(u"MediaFilterIdx"_s, selected);
     SetConfigString(u"MediaDir"_s, GetDirectory(paths.first()));
+    openPictures(paths);
+}
 
+void MainWindow::openPictures(const QStringList &paths)
+{
     const int before = static_cast<int>(m_Documents.size());
     int firstOpen = -1;
     for (const QString &path : paths) {

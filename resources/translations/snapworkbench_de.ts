@@ -1,0 +1,625 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="de_DE" sourcelanguage="en">
+<context>
+    <name>AboutBox</name>
+    <message>
+        <source>About %1</source>
+        <translation>Über %1</translation>
+    </message>
+    <message>
+        <source>Registered</source>
+        <translation>Registriert</translation>
+    </message>
+    <message>
+        <source>Not registered</source>
+        <translation>Nicht registriert</translation>
+    </message>
+    <message>
+        <source>Registered to %1</source>
+        <translation>Registriert auf %1</translation>
+    </message>
+    <message>
+        <source>Company</source>
+        <translation>Firma</translation>
+    </message>
+    <message>
+        <source>Home page</source>
+        <translation>Startseite</translation>
+    </message>
+    <message>
+        <source>Support</source>
+        <translation>Unterstützung</translation>
+    </message>
+    <message>
+        <source>Registration</source>
+        <translation>Registrierung</translation>
+    </message>
+    <message>
+        <source>Version %1</source>
+        <translation>Version %1</translation>
+    </message>
+</context>
+<context>
+    <name>CaptureOverlay</name>
+    <message>
+        <source>Dismiss this menu </source>
+        <translation>Dieses Menü schließen</translation>
+    </message>
+    <message>
+        <source>Abort(Esc)</source>
+        <translation>Abbrechen (Esc)</translation>
+    </message>
+    <message>
+        <source>Change magnifier view mode</source>
+        <translation>Ansicht der Lupe wechseln</translation>
+    </message>
+</context>
+<context>
+    <name>Dialog</name>
+    <message>
+        <source>Snap</source>
+        <translation>Aufnehmen</translation>
+    </message>
+</context>
+<context>
+    <name>DialogCountDown</name>
+    <message>
+        <source>Press ESC to cancel</source>
+        <translation>Esc bricht ab</translation>
+    </message>
+</context>
+<context>
+    <name>DialogPreference</name>
+    <message>
+        <source>Start</source>
+        <translation>Start</translation>
+    </message>
+    <message>
+        <source>Launch at Login</source>
+        <translation>Beim Anmelden starten</translation>
+    </message>
+    <message>
+        <source>Run Minimized</source>
+        <translation>Minimiert starten</translation>
+    </message>
+    <message>
+        <source>Capture</source>
+        <translation>Aufnahme</translation>
+    </message>
+    <message>
+        <source>Hide SnapWorkbench before Snapping</source>
+        <translation>SnapWorkbench vor der Aufnahme ausblenden</translation>
+    </message>
+    <message>
+        <source>Show SnapWorkbench after Snapping</source>
+        <translation>SnapWorkbench nach der Aufnahme zeigen</translation>
+    </message>
+    <message>
+        <source>Full Screen Timer</source>
+        <translation>Zeit bis zur Aufnahme</translation>
+    </message>
+    <message>
+        <source>Magnifier</source>
+        <translation>Lupe</translation>
+    </message>
+    <message>
+        <source>Show Magnification</source>
+        <translation>Lupe zeigen</translation>
+    </message>
+    <message>
+        <source>Magnification</source>
+        <translation>Vergrößerung</translation>
+    </message>
+    <message>
+        <source>Preferences</source>
+        <translation>Einstellungen</translation>
+    </message>
+</context>
+<context>
+    <name>DigDetail</name>
+    <message>
+        <source>Mouse Left   Accept point
+Mouse Right  Popup menu
+Command+E    Change view mode
+Arrows       Move region
+             Alter size with Shift
+             Alter to edge with Alt
+             Regular with Command
+Esc          Abort capture
+Enter        Finish capture</source>
+        <translation>Maus links   Punkt setzen
+Maus rechts  Menü öffnen
+Strg+E       Ansicht wechseln
+Pfeile       Bereich bewegen
+             Umschalt: Größe
+             Alt: bis zum Rand
+             Strg: gleichmäßig
+Esc          Abbrechen
+Eingabe      Aufnehmen</translation>
+    </message>
+    <message>
+        <source>Mouse Left   Accept point
+Mouse Right  Popup menu
+
+Hold Command key for 45 deg.
+Command+E    Change view mode
+Arrows       Move by 1pixel
+             10 pixels with Shift
+             to edge with Alt
+Esc          Abort capture
+Enter        Finish capture
+Backspace    Delete last point</source>
+        <translation>Maus links   Punkt setzen
+Maus rechts  Menü öffnen
+
+Strg hält 45-Grad-Schritte.
+Strg+E       Ansicht wechseln
+Pfeile       1 Pixel bewegen
+             Umschalt: 10 Pixel
+             Alt: bis zum Rand
+Esc          Abbrechen
+Eingabe      Aufnehmen
+Rücktaste    Punkt löschen</translation>
+    </message>
+</context>
+<context>
+    <name>MainWindow</name>
+    <message>
+        <source>Snap Workbench</source>
+        <translation>Snap Workbench</translation>
+    </message>
+    <message>
+        <source>Minimize</source>
+        <translation>Minimieren</translation>
+    </message>
+    <message>
+        <source>Maximize</source>
+        <translation>Maximieren</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Schließen</translation>
+    </message>
+    <message>
+        <source>Capture rectangle</source>
+        <translation>Rechteck aufnehmen</translation>
+    </message>
+    <message>
+        <source>Capture ellipse</source>
+        <translation>Ellipse aufnehmen</translation>
+    </message>
+    <message>
+        <source>Capture polygon</source>
+        <translation>Vieleck aufnehmen</translation>
+    </message>
+    <message>
+        <source>Capture window</source>
+        <translation>Fenster aufnehmen</translation>
+    </message>
+    <message>
+        <source>Choose from all windows</source>
+        <translation>Aus allen Fenstern wählen</translation>
+    </message>
+    <message>
+        <source>Capture full screen</source>
+        <translation>Ganzen Bildschirm aufnehmen</translation>
+    </message>
+    <message>
+        <source>Capture menu</source>
+        <translation>Menü aufnehmen</translation>
+    </message>
+    <message>
+        <source>Register</source>
+        <translation>Registrieren</translation>
+    </message>
+    <message>
+        <source>Buy now</source>
+        <translation>Jetzt kaufen</translation>
+    </message>
+    <message>
+        <source>Preferences</source>
+        <translation>Einstellungen</translation>
+    </message>
+    <message>
+        <source>Help</source>
+        <translation>Hilfe</translation>
+    </message>
+    <message>
+        <source>Home page</source>
+        <translation>Startseite</translation>
+    </message>
+    <message>
+        <source>About</source>
+        <translation>Über</translation>
+    </message>
+    <message>
+        <source>Hand</source>
+        <translation>Hand</translation>
+    </message>
+    <message>
+        <source>Rectangle</source>
+        <translation>Rechteck</translation>
+    </message>
+    <message>
+        <source>Ellipse</source>
+        <translation>Ellipse</translation>
+    </message>
+    <message>
+        <source>Arrow</source>
+        <translation>Pfeil</translation>
+    </message>
+    <message>
+        <source>Freehand line</source>
+        <translation>Freihandlinie</translation>
+    </message>
+    <message>
+        <source>Text</source>
+        <translation>Text</translation>
+    </message>
+    <message>
+        <source>Line width</source>
+        <translation>Linienbreite</translation>
+    </message>
+    <message>
+        <source>Line colour</source>
+        <translation>Linienfarbe</translation>
+    </message>
+    <message>
+        <source>Font</source>
+        <translation>Schriftart</translation>
+    </message>
+    <message>
+        <source>Font size</source>
+        <translation>Schriftgröße</translation>
+    </message>
+    <message>
+        <source>Undo</source>
+        <translation>Rückgängig</translation>
+    </message>
+    <message>
+        <source>Redo</source>
+        <translation>Wiederholen</translation>
+    </message>
+    <message>
+        <source>Zoom in</source>
+        <translation>Vergrößern</translation>
+    </message>
+    <message>
+        <source>Zoom out</source>
+        <translation>Verkleinern</translation>
+    </message>
+    <message>
+        <source>Real size</source>
+        <translation>Originalgröße</translation>
+    </message>
+    <message>
+        <source>Copy</source>
+        <translation>Kopieren</translation>
+    </message>
+    <message>
+        <source>Save</source>
+        <translation>Speichern</translation>
+    </message>
+    <message>
+        <source>Rectangular</source>
+        <translation>Rechteck</translation>
+    </message>
+    <message>
+        <source>Capture Rectangular</source>
+        <translation>Rechteck aufnehmen</translation>
+    </message>
+    <message>
+        <source>Capture Ellipse</source>
+        <translation>Ellipse aufnehmen</translation>
+    </message>
+    <message>
+        <source>Arbitrary</source>
+        <translation>Vieleck</translation>
+    </message>
+    <message>
+        <source>Capture Arbitrary</source>
+        <translation>Vieleck aufnehmen</translation>
+    </message>
+    <message>
+        <source>All Windows</source>
+        <translation>Alle Fenster</translation>
+    </message>
+    <message>
+        <source>Select Window</source>
+        <translation>Fenster auswählen</translation>
+    </message>
+    <message>
+        <source>Full Screen</source>
+        <translation>Ganzer Bildschirm</translation>
+    </message>
+    <message>
+        <source>Capture Full Screen</source>
+        <translation>Ganzen Bildschirm aufnehmen</translation>
+    </message>
+    <message>
+        <source>Capture Full Screen with Countdown Timer</source>
+        <translation>Ganzen Bildschirm nach Countdown aufnehmen</translation>
+    </message>
+    <message>
+        <source>Menu</source>
+        <translation>Menü</translation>
+    </message>
+    <message>
+        <source>Capture Menu</source>
+        <translation>Menü aufnehmen</translation>
+    </message>
+    <message>
+        <source>Show Snapworkbench</source>
+        <translation>Snap Workbench zeigen</translation>
+    </message>
+    <message>
+        <source>Quit</source>
+        <translation>Beenden</translation>
+    </message>
+    <message>
+        <source>Save changes to "%1" ?</source>
+        <translation>Änderungen an „%1“ speichern?</translation>
+    </message>
+    <message>
+        <source>Save all changes ?</source>
+        <translation>Alle Änderungen speichern?</translation>
+    </message>
+    <message>
+        <source>Close %1</source>
+        <translation>Schließen %1</translation>
+    </message>
+    <message>
+        <source>Save %1</source>
+        <translation>Speichern %1</translation>
+    </message>
+    <message>
+        <source>Save %1 As...</source>
+        <translation>Speichern %1 unter ...</translation>
+    </message>
+    <message>
+        <source>Close All</source>
+        <translation>Alle schließen</translation>
+    </message>
+    <message>
+        <source>Save All</source>
+        <translation>Alle speichern</translation>
+    </message>
+    <message>
+        <source>Ctrl+Alt+R</source>
+        <translation>Ctrl+Alt+R</translation>
+    </message>
+    <message>
+        <source>Ctrl+Alt+E</source>
+        <translation>Ctrl+Alt+E</translation>
+    </message>
+    <message>
+        <source>Ctrl+Alt+A</source>
+        <translation>Ctrl+Alt+A</translation>
+    </message>
+    <message>
+        <source>Ctrl+Alt+L</source>
+        <translation>Ctrl+Alt+L</translation>
+    </message>
+    <message>
+        <source>Ctrl+Alt+W</source>
+        <translation>Ctrl+Alt+W</translation>
+    </message>
+    <message>
+        <source>Ctrl+Alt+S</source>
+        <translation>Ctrl+Alt+S</translation>
+    </message>
+    <message>
+        <source>Ctrl+Alt+T</source>
+        <translation>Ctrl+Alt+T</translation>
+    </message>
+    <message>
+        <source>Ctrl+Alt+M</source>
+        <translation>Ctrl+Alt+M</translation>
+    </message>
+    <message>
+        <source>Ctrl+Alt+V</source>
+        <translation>Ctrl+Alt+V</translation>
+    </message>
+    <message>
+        <source>Ctrl+C</source>
+        <translation>Ctrl+C</translation>
+    </message>
+    <message>
+        <source>Ctrl+S</source>
+        <translation>Ctrl+S</translation>
+    </message>
+    <message>
+        <source>Ctrl+Z</source>
+        <translation>Ctrl+Z</translation>
+    </message>
+    <message>
+        <source>Ctrl+Shift+Z</source>
+        <translation>Ctrl+Shift+Z</translation>
+    </message>
+    <message>
+        <source>&amp;sys</source>
+        <translation>&amp;System</translation>
+    </message>
+    <message>
+        <source>&amp;About</source>
+        <translation>&amp;Über</translation>
+    </message>
+    <message>
+        <source>&amp;Preferences</source>
+        <translation>&amp;Einstellungen</translation>
+    </message>
+    <message>
+        <source>&amp;File</source>
+        <translation>&amp;Datei</translation>
+    </message>
+    <message>
+        <source>Open...</source>
+        <translation>Öffnen ...</translation>
+    </message>
+    <message>
+        <source>Contents</source>
+        <translation>Inhalt</translation>
+    </message>
+    <message>
+        <source>Home</source>
+        <translation>Startseite</translation>
+    </message>
+    <message>
+        <source>Register...</source>
+        <translation>Registrieren ...</translation>
+    </message>
+    <message>
+        <source>&amp;Capture</source>
+        <translation>&amp;Aufnahme</translation>
+    </message>
+    <message>
+        <source>Snap Workbench %1</source>
+        <translation>Snap Workbench %1</translation>
+    </message>
+    <message>
+        <source>Registered</source>
+        <translation>Registriert</translation>
+    </message>
+    <message>
+        <source>Not registered</source>
+        <translation>Nicht registriert</translation>
+    </message>
+    <message>
+        <source>../Resources/Help/index.html</source>
+        <translation>../Resources/Help/index.html</translation>
+    </message>
+    <message>
+        <source>Ctrl+1</source>
+        <translation>Ctrl+1</translation>
+    </message>
+    <message>
+        <source>Ctrl+2</source>
+        <translation>Ctrl+2</translation>
+    </message>
+    <message>
+        <source>Ctrl+3</source>
+        <translation>Ctrl+3</translation>
+    </message>
+    <message>
+        <source>Ctrl+4</source>
+        <translation>Ctrl+4</translation>
+    </message>
+    <message>
+        <source>Ctrl+5</source>
+        <translation>Ctrl+5</translation>
+    </message>
+    <message>
+        <source>Ctrl+6</source>
+        <translation>Ctrl+6</translation>
+    </message>
+    <message>
+        <source>Ctrl+=</source>
+        <translation>Ctrl+=</translation>
+    </message>
+    <message>
+        <source>Ctrl+-</source>
+        <translation>Ctrl+-</translation>
+    </message>
+    <message>
+        <source>Ctrl+0</source>
+        <translation>Ctrl+0</translation>
+    </message>
+    <message>
+        <source>Ctrl+K</source>
+        <translation>Ctrl+K</translation>
+    </message>
+    <message>
+        <source>Ctrl+Q</source>
+        <translation>Ctrl+Q</translation>
+    </message>
+    <message>
+        <source>Ctrl+M</source>
+        <translation>Ctrl+M</translation>
+    </message>
+    <message>
+        <source>F11</source>
+        <translation>F11</translation>
+    </message>
+</context>
+<context>
+    <name>QFileDialog</name>
+    <message>
+        <source>%1 already exists.
+Do you want to replace it?</source>
+        <translation>%1 existiert bereits.
+Möchten Sie die Datei ersetzen?</translation>
+    </message>
+</context>
+<context>
+    <name>QPictureDocument</name>
+    <message>
+        <source>untitled%1</source>
+        <translation>unbenannt%1</translation>
+    </message>
+</context>
+<context>
+    <name>RegionOverlay</name>
+    <message>
+        <source>Finish(Enter)</source>
+        <translation>Fertig (Eingabe)</translation>
+    </message>
+    <message>
+        <source>Clear</source>
+        <translation>Löschen</translation>
+    </message>
+</context>
+<context>
+    <name>WindowsPreView</name>
+    <message>
+        <source>All Windows</source>
+        <translation>Alle Fenster</translation>
+    </message>
+    <message>
+        <source>Visible</source>
+        <translation>Sichtbare</translation>
+    </message>
+    <message>
+        <source>All</source>
+        <translation>Alle</translation>
+    </message>
+    <message>
+        <source>Filter by name</source>
+        <translation>Nach Namen filtern</translation>
+    </message>
+    <message>
+        <source>Size of the thumbnails</source>
+        <translation>Größe der Vorschaubilder</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>Snap</source>
+        <translation>Aufnehmen</translation>
+    </message>
+</context>
+<context>
+    <name>dlgFreeHand</name>
+    <message>
+        <source>Finish(Enter)</source>
+        <translation>Fertig (Eingabe)</translation>
+    </message>
+    <message>
+        <source>Delete last point</source>
+        <translation>Letzten Punkt löschen</translation>
+    </message>
+    <message>
+        <source>Clear all points</source>
+        <translation>Alle Punkte löschen</translation>
+    </message>
+</context>
+<context>
+    <name>main</name>
+    <message>
+        <source>SnapWorkbench.xml is missing so that it can not work properly</source>
+        <translation>SnapWorkbench.xml fehlt, daher ist kein Betrieb möglich</translation>
+    </message>
+</context>
+</TS>

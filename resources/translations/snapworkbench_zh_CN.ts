@@ -1,0 +1,625 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="zh_CN" sourcelanguage="en">
+<context>
+    <name>AboutBox</name>
+    <message>
+        <source>About %1</source>
+        <translation>关于 %1</translation>
+    </message>
+    <message>
+        <source>Registered</source>
+        <translation>已注册</translation>
+    </message>
+    <message>
+        <source>Not registered</source>
+        <translation>未注册</translation>
+    </message>
+    <message>
+        <source>Registered to %1</source>
+        <translation>已注册给 %1</translation>
+    </message>
+    <message>
+        <source>Company</source>
+        <translation>公司</translation>
+    </message>
+    <message>
+        <source>Home page</source>
+        <translation>主页</translation>
+    </message>
+    <message>
+        <source>Support</source>
+        <translation>技术支持</translation>
+    </message>
+    <message>
+        <source>Registration</source>
+        <translation>注册信息</translation>
+    </message>
+    <message>
+        <source>Version %1</source>
+        <translation>版本 %1</translation>
+    </message>
+</context>
+<context>
+    <name>CaptureOverlay</name>
+    <message>
+        <source>Dismiss this menu </source>
+        <translation>关闭此菜单</translation>
+    </message>
+    <message>
+        <source>Abort(Esc)</source>
+        <translation>取消 (Esc)</translation>
+    </message>
+    <message>
+        <source>Change magnifier view mode</source>
+        <translation>切换放大镜视图</translation>
+    </message>
+</context>
+<context>
+    <name>Dialog</name>
+    <message>
+        <source>Snap</source>
+        <translation>截取</translation>
+    </message>
+</context>
+<context>
+    <name>DialogCountDown</name>
+    <message>
+        <source>Press ESC to cancel</source>
+        <translation>按 ESC 取消</translation>
+    </message>
+</context>
+<context>
+    <name>DialogPreference</name>
+    <message>
+        <source>Start</source>
+        <translation>启动</translation>
+    </message>
+    <message>
+        <source>Launch at Login</source>
+        <translation>登录时启动</translation>
+    </message>
+    <message>
+        <source>Run Minimized</source>
+        <translation>以最小化启动</translation>
+    </message>
+    <message>
+        <source>Capture</source>
+        <translation>截图</translation>
+    </message>
+    <message>
+        <source>Hide SnapWorkbench before Snapping</source>
+        <translation>截取前隐藏 SnapWorkbench</translation>
+    </message>
+    <message>
+        <source>Show SnapWorkbench after Snapping</source>
+        <translation>截取后显示 SnapWorkbench</translation>
+    </message>
+    <message>
+        <source>Full Screen Timer</source>
+        <translation>全屏倒计时</translation>
+    </message>
+    <message>
+        <source>Magnifier</source>
+        <translation>放大镜</translation>
+    </message>
+    <message>
+        <source>Show Magnification</source>
+        <translation>显示放大镜</translation>
+    </message>
+    <message>
+        <source>Magnification</source>
+        <translation>放大倍数</translation>
+    </message>
+    <message>
+        <source>Preferences</source>
+        <translation>首选项</translation>
+    </message>
+</context>
+<context>
+    <name>DigDetail</name>
+    <message>
+        <source>Mouse Left   Accept point
+Mouse Right  Popup menu
+Command+E    Change view mode
+Arrows       Move region
+             Alter size with Shift
+             Alter to edge with Alt
+             Regular with Command
+Esc          Abort capture
+Enter        Finish capture</source>
+        <translation>鼠标左键     确定点
+鼠标右键     弹出菜单
+Ctrl+E       切换视图
+方向键       移动区域
+             Shift 改变大小
+             Alt 到边缘
+             Ctrl 保持规则
+Esc          取消截取
+Enter        完成截取</translation>
+    </message>
+    <message>
+        <source>Mouse Left   Accept point
+Mouse Right  Popup menu
+
+Hold Command key for 45 deg.
+Command+E    Change view mode
+Arrows       Move by 1pixel
+             10 pixels with Shift
+             to edge with Alt
+Esc          Abort capture
+Enter        Finish capture
+Backspace    Delete last point</source>
+        <translation>鼠标左键     确定点
+鼠标右键     弹出菜单
+
+按住 Ctrl 限制为 45 度
+Ctrl+E       切换视图
+方向键       移动 1 像素
+             Shift 10 像素
+             Alt 到边缘
+Esc          取消截取
+Enter        完成截取
+Backspace    删除最后一点</translation>
+    </message>
+</context>
+<context>
+    <name>MainWindow</name>
+    <message>
+        <source>Snap Workbench</source>
+        <translation>Snap Workbench</translation>
+    </message>
+    <message>
+        <source>Minimize</source>
+        <translation>最小化</translation>
+    </message>
+    <message>
+        <source>Maximize</source>
+        <translation>最大化</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>关闭</translation>
+    </message>
+    <message>
+        <source>Capture rectangle</source>
+        <translation>截取矩形</translation>
+    </message>
+    <message>
+        <source>Capture ellipse</source>
+        <translation>截取椭圆</translation>
+    </message>
+    <message>
+        <source>Capture polygon</source>
+        <translation>截取多边形</translation>
+    </message>
+    <message>
+        <source>Capture window</source>
+        <translation>截取窗口</translation>
+    </message>
+    <message>
+        <source>Choose from all windows</source>
+        <translation>从所有窗口中选择</translation>
+    </message>
+    <message>
+        <source>Capture full screen</source>
+        <translation>截取全屏</translation>
+    </message>
+    <message>
+        <source>Capture menu</source>
+        <translation>截取菜单</translation>
+    </message>
+    <message>
+        <source>Register</source>
+        <translation>注册</translation>
+    </message>
+    <message>
+        <source>Buy now</source>
+        <translation>立即购买</translation>
+    </message>
+    <message>
+        <source>Preferences</source>
+        <translation>首选项</translation>
+    </message>
+    <message>
+        <source>Help</source>
+        <translation>帮助</translation>
+    </message>
+    <message>
+        <source>Home page</source>
+        <translation>主页</translation>
+    </message>
+    <message>
+        <source>About</source>
+        <translation>关于</translation>
+    </message>
+    <message>
+        <source>Hand</source>
+        <translation>手形</translation>
+    </message>
+    <message>
+        <source>Rectangle</source>
+        <translation>矩形</translation>
+    </message>
+    <message>
+        <source>Ellipse</source>
+        <translation>椭圆</translation>
+    </message>
+    <message>
+        <source>Arrow</source>
+        <translation>箭头</translation>
+    </message>
+    <message>
+        <source>Freehand line</source>
+        <translation>手绘线</translation>
+    </message>
+    <message>
+        <source>Text</source>
+        <translation>文字</translation>
+    </message>
+    <message>
+        <source>Line width</source>
+        <translation>线宽</translation>
+    </message>
+    <message>
+        <source>Line colour</source>
+        <translation>线条颜色</translation>
+    </message>
+    <message>
+        <source>Font</source>
+        <translation>字体</translation>
+    </message>
+    <message>
+        <source>Font size</source>
+        <translation>字号</translation>
+    </message>
+    <message>
+        <source>Undo</source>
+        <translation>撤销</translation>
+    </message>
+    <message>
+        <source>Redo</source>
+        <translation>重做</translation>
+    </message>
+    <message>
+        <source>Zoom in</source>
+        <translation>放大</translation>
+    </message>
+    <message>
+        <source>Zoom out</source>
+        <translation>缩小</translation>
+    </message>
+    <message>
+        <source>Real size</source>
+        <translation>实际大小</translation>
+    </message>
+    <message>
+        <source>Copy</source>
+        <translation>复制</translation>
+    </message>
+    <message>
+        <source>Save</source>
+        <translation>保存</translation>
+    </message>
+    <message>
+        <source>Rectangular</source>
+        <translation>矩形</translation>
+    </message>
+    <message>
+        <source>Capture Rectangular</source>
+        <translation>截取矩形</translation>
+    </message>
+    <message>
+        <source>Capture Ellipse</source>
+        <translation>截取椭圆</translation>
+    </message>
+    <message>
+        <source>Arbitrary</source>
+        <translation>任意形状</translation>
+    </message>
+    <message>
+        <source>Capture Arbitrary</source>
+        <translation>截取任意形状</translation>
+    </message>
+    <message>
+        <source>All Windows</source>
+        <translation>所有窗口</translation>
+    </message>
+    <message>
+        <source>Select Window</source>
+        <translation>选择窗口</translation>
+    </message>
+    <message>
+        <source>Full Screen</source>
+        <translation>全屏</translation>
+    </message>
+    <message>
+        <source>Capture Full Screen</source>
+        <translation>截取全屏</translation>
+    </message>
+    <message>
+        <source>Capture Full Screen with Countdown Timer</source>
+        <translation>倒计时截取全屏</translation>
+    </message>
+    <message>
+        <source>Menu</source>
+        <translation>菜单</translation>
+    </message>
+    <message>
+        <source>Capture Menu</source>
+        <translation>截取菜单</translation>
+    </message>
+    <message>
+        <source>Show Snapworkbench</source>
+        <translation>显示 Snap Workbench</translation>
+    </message>
+    <message>
+        <source>Quit</source>
+        <translation>退出</translation>
+    </message>
+    <message>
+        <source>Save changes to "%1" ?</source>
+        <translation>是否保存对“%1”的更改？</translation>
+    </message>
+    <message>
+        <source>Save all changes ?</source>
+        <translation>是否保存所有更改？</translation>
+    </message>
+    <message>
+        <source>Close %1</source>
+        <translation>关闭 %1</translation>
+    </message>
+    <message>
+        <source>Save %1</source>
+        <translation>保存 %1</translation>
+    </message>
+    <message>
+        <source>Save %1 As...</source>
+        <translation>将 %1 另存为...</translation>
+    </message>
+    <message>
+        <source>Close All</source>
+        <translation>全部关闭</translation>
+    </message>
+    <message>
+        <source>Save All</source>
+        <translation>全部保存</translation>
+    </message>
+    <message>
+        <source>Ctrl+Alt+R</source>
+        <translation>Ctrl+Alt+R</translation>
+    </message>
+    <message>
+        <source>Ctrl+Alt+E</source>
+        <translation>Ctrl+Alt+E</translation>
+    </message>
+    <message>
+        <source>Ctrl+Alt+A</source>
+        <translation>Ctrl+Alt+A</translation>
+    </message>
+    <message>
+        <source>Ctrl+Alt+L</source>
+        <translation>Ctrl+Alt+L</translation>
+    </message>
+    <message>
+        <source>Ctrl+Alt+W</source>
+        <translation>Ctrl+Alt+W</translation>
+    </message>
+    <message>
+        <source>Ctrl+Alt+S</source>
+        <translation>Ctrl+Alt+S</translation>
+    </message>
+    <message>
+        <source>Ctrl+Alt+T</source>
+        <translation>Ctrl+Alt+T</translation>
+    </message>
+    <message>
+        <source>Ctrl+Alt+M</source>
+        <translation>Ctrl+Alt+M</translation>
+    </message>
+    <message>
+        <source>Ctrl+Alt+V</source>
+        <translation>Ctrl+Alt+V</translation>
+    </message>
+    <message>
+        <source>Ctrl+C</source>
+        <translation>Ctrl+C</translation>
+    </message>
+    <message>
+        <source>Ctrl+S</source>
+        <translation>Ctrl+S</translation>
+    </message>
+    <message>
+        <source>Ctrl+Z</source>
+        <translation>Ctrl+Z</translation>
+    </message>
+    <message>
+        <source>Ctrl+Shift+Z</source>
+        <translation>Ctrl+Shift+Z</translation>
+    </message>
+    <message>
+        <source>&amp;sys</source>
+        <translation>系统(&amp;S)</translation>
+    </message>
+    <message>
+        <source>&amp;About</source>
+        <translation>关于(&amp;A)</translation>
+    </message>
+    <message>
+        <source>&amp;Preferences</source>
+        <translation>首选项(&amp;P)</translation>
+    </message>
+    <message>
+        <source>&amp;File</source>
+        <translation>文件(&amp;F)</translation>
+    </message>
+    <message>
+        <source>Open...</source>
+        <translation>打开...</translation>
+    </message>
+    <message>
+        <source>Contents</source>
+        <translation>目录</translation>
+    </message>
+    <message>
+        <source>Home</source>
+        <translation>主页</translation>
+    </message>
+    <message>
+        <source>Register...</source>
+        <translation>注册...</translation>
+    </message>
+    <message>
+        <source>&amp;Capture</source>
+        <translation>截图(&amp;C)</translation>
+    </message>
+    <message>
+        <source>Snap Workbench %1</source>
+        <translation>Snap Workbench %1</translation>
+    </message>
+    <message>
+        <source>Registered</source>
+        <translation>已注册</translation>
+    </message>
+    <message>
+        <source>Not registered</source>
+        <translation>未注册</translation>
+    </message>
+    <message>
+        <source>../Resources/Help/index.html</source>
+        <translation>../Resources/Help/index.html</translation>
+    </message>
+    <message>
+        <source>Ctrl+1</source>
+        <translation>Ctrl+1</translation>
+    </message>
+    <message>
+        <source>Ctrl+2</source>
+        <translation>Ctrl+2</translation>
+    </message>
+    <message>
+        <source>Ctrl+3</source>
+        <translation>Ctrl+3</translation>
+    </message>
+    <message>
+        <source>Ctrl+4</source>
+        <translation>Ctrl+4</translation>
+    </message>
+    <message>
+        <source>Ctrl+5</source>
+        <translation>Ctrl+5</translation>
+    </message>
+    <message>
+        <source>Ctrl+6</source>
+        <translation>Ctrl+6</translation>
+    </message>
+    <message>
+        <source>Ctrl+=</source>
+        <translation>Ctrl+=</translation>
+    </message>
+    <message>
+        <source>Ctrl+-</source>
+        <translation>Ctrl+-</translation>
+    </message>
+    <message>
+        <source>Ctrl+0</source>
+        <translation>Ctrl+0</translation>
+    </message>
+    <message>
+        <source>Ctrl+K</source>
+        <translation>Ctrl+K</translation>
+    </message>
+    <message>
+        <source>Ctrl+Q</source>
+        <translation>Ctrl+Q</translation>
+    </message>
+    <message>
+        <source>Ctrl+M</source>
+        <translation>Ctrl+M</translation>
+    </message>
+    <message>
+        <source>F11</source>
+        <translation>F11</translation>
+    </message>
+</context>
+<context>
+    <name>QFileDialog</name>
+    <message>
+        <source>%1 already exists.
+Do you want to replace it?</source>
+        <translation>%1 已存在。
+要替换它吗？</translation>
+    </message>
+</context>
+<context>
+    <name>QPictureDocument</name>
+    <message>
+        <source>untitled%1</source>
+        <translation>未命名%1</translation>
+    </message>
+</context>
+<context>
+    <name>RegionOverlay</name>
+    <message>
+        <source>Finish(Enter)</source>
+        <translation>完成 (Enter)</translation>
+    </message>
+    <message>
+        <source>Clear</source>
+        <translation>清除</translation>
+    </message>
+</context>
+<context>
+    <name>WindowsPreView</name>
+    <message>
+        <source>All Windows</source>
+        <translation>所有窗口</translation>
+    </message>
+    <message>
+        <source>Visible</source>
+        <translation>可见</translation>
+    </message>
+    <message>
+        <source>All</source>
+        <translation>全部</translation>
+    </message>
+    <message>
+        <source>Filter by name</source>
+        <translation>按名称筛选</translation>
+    </message>
+    <message>
+        <source>Size of the thumbnails</source>
+        <translation>缩略图大小</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>取消</translation>
+    </message>
+    <message>
+        <source>Snap</source>
+        <translation>截取</translation>
+    </message>
+</context>
+<context>
+    <name>dlgFreeHand</name>
+    <message>
+        <source>Finish(Enter)</source>
+        <translation>完成 (Enter)</translation>
+    </message>
+    <message>
+        <source>Delete last point</source>
+        <translation>删除最后一点</translation>
+    </message>
+    <message>
+        <source>Clear all points</source>
+        <translation>清除所有点</translation>
+    </message>
+</context>
+<context>
+    <name>main</name>
+    <message>
+        <source>SnapWorkbench.xml is missing so that it can not work properly</source>
+        <translation>缺少 SnapWorkbench.xml，无法正常工作</translation>
+    </message>
+</context>
+</TS>

@@ -1,0 +1,100 @@
+#include "platform/xdg/applicationbus.h"
+
+#include <QDBusAbstractAdaptor>
+#include <QDBusConnection>
+#include <QDBusConnectionInterface>
+#include <QDBusMessage>
+#include <QDBusReply>
+#include <QUrl>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// The desktop entry and the service file bear the same name.
+const auto s_name = "org.example.brenvale.SnapWorkbench"_L1;
+const auto s_path = "/org/example/brenvale/SnapWorkbench"_L1;
+const auto s_interface = "org.freedesktop.Application"_L1;
+constexpr int s_answerLimit = 2000;  // milliseconds
+
+// What a caller passes on from the desktop (a token for the focus, a startup sequence) has no use
+// here: the window is brought to the front with the rights of a task bar.
+class ApplicationAdaptor : public QDBusAbstractAdaptor
+{
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")
+
+public:
+    explicit ApplicationAdaptor(ApplicationBus &bus) : QDBusAbstractAdaptor(&bus), m_bus(bus) {}
+
+public slots:
+    void Activate(const QVariantMap &)
+    {
+        later([this] { m_bus.handlers().activate(); });
+    }
+
+    void Open(const QStringList &uris, const QVariantMap &)
+    {
+        QStringList paths;
+        for (const QString &uri : uris) {
+            const QString path = QUrl(uri).toLocalFile();
+            if (!path.isEmpty())
+                paths.append(path);
+        }
+        later([this, paths] { m_bus.handlers().open(paths); });
+    }
+
+    void ActivateAction(const QString &name, const QVariantList &, const QVariantMap &,
+                        const QDBusMessage &message)
+    {
+        if (const auto run = m_bus.handlers().actions.value(name)) {
+            later(run);
+            return;
+        }
+        message.setDelayedReply(true);
+        QDBusConnection::sessionBus().send(message.createErrorReply(
+            QDBusError::InvalidArgs, u"There is no action \"%1\""_s.arg(name)));
+    }
+
+private:
+    void later(const std::function<void()> &run)
+    {
+        QMetaObject::invokeMethod(&m_bus, run, Qt::QueuedConnection);
+    }
+
+    ApplicationBus &m_bus;
+};
+
+}  // namespace
+
+ApplicationBus::ApplicationBus(Handlers handlers) : m_handlers(std::move(handlers))
+{
+    new ApplicationAdaptor(*this);
+}
+
+ApplicationBus::Claim ApplicationBus::claim()
+{
+    QDBusConnection bus = QDBusConnection::sessionBus();
+    // Before the name: who finds the name calls at once.
+    if (!bus.isConnected() || !bus.registerObject(s_path, this))
+        return Claim::NoBus;
+    const QDBusReply<QDBusConnectionInterface::RegisterServiceReply> reply =
+        bus.interface()->registerService(s_name, QDBusConnectionInterface::QueueService);
+    if (!reply.isValid())
+        return Claim::NoBus;
+    return reply.value() == QDBusConnectionInterface::ServiceRegistered ? Claim::Owned
+                                                                        : Claim::OwnedByAnother;
+}
+
+bool ApplicationBus::activateOwner()
+{
+    QDBusMessage call = QDBusMessage::createMethodCall(s_name, s_path, s_interface, u"Activate"_s);
+    call << QVariantMap();
+    // Nobody who could answer is no reason to start a third program.
+    call.setAutoStartService(false);
+    const QDBusMessage answer =
+        QDBusConnection::sessionBus().call(call, QDBus::Block, s_answerLimit);
+    return answer.type() == QDBusMessage::ReplyMessage;
+}
+
+#include "applicationbus.moc"

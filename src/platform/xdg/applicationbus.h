@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QHash>
+#include <QObject>
+#include <QStringList>
+
+#include <functional>
+
+/// The program on the session bus, as `org.freedesktop.Application` has it. Where there is no bus,
+/// nothing ever calls.
+class ApplicationBus : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// What others ask for. Each runs from the event loop, once its caller has had the answer: a
+    /// grab takes as long as the user does.
+    struct Handlers {
+        std::function<void()> activate{};
+        std::function<void(const QStringList &)> open{};  ///< paths of local files
+        QHash<QString, std::function<void()>> actions{};  ///< by the names that callers use
+    };
+
+    /// What became of the name.
+    enum class Claim { Owned, OwnedByAnother, NoBus };
+
+    explicit ApplicationBus(Handlers handlers);
+
+    /// Takes the program's name. One that another has comes to this program when that one ends.
+    Claim claim();
+    /// Asks the owner of the name to come to the front; waits for the answer, two seconds at the
+    /// most. False when there was none.
+    static bool activateOwner();
+
+    const Handlers &handlers() const { return m_handlers; }
+
+private:
+    Handlers m_handlers;
+};

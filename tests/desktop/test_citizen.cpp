@@ -1,0 +1,329 @@
+// The program among the others of the desktop: started twice, called over the session bus, started
+// at login.
+
+#include "pattern.h"
+#include "snapworkbench.h"
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDir>
+#include <QFile>
+#include <QTest>
+#include <QUrl>
+
+#include <X11/keysym.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString s_title = u"Snap Workbench"_s;
+const QRect s_screen(0, 0, 1600, 1000);
+const QMap<QString, QString> s_noBus{{u"DBUS_SESSION_BUS_ADDRESS"_s, u"unix:path=/nonexistent"_s}};
+
+bool isRunning(const QProcess *process) { return process->state() != QProcess::NotRunning; }
+
+}  // namespace
+
+class TestCitizen : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+    void secondStart_data();
+    void secondStart();
+    void startsInTheSameInstant_data();
+    void startsInTheSameInstant();
+    void startWhileTheFirstEnds();
+    void openedPictures();
+    void overlayActions_data();
+    void overlayActions();
+    void otherActions();
+    void translatedMenu();
+    void helpPages();
+    void loginItem();
+
+private:
+    /// Calls a method of the running program; waits for its answer.
+    QDBusMessage call(const QString &method, const QVariantList &arguments);
+    QDBusMessage activateAction(const QString &name);
+    bool waitForEnd(QProcess *process);
+
+    std::unique_ptr<TestDesktop> m_desktop;
+    std::unique_ptr<SnapWorkbench> m_program;
+};
+
+void TestCitizen::init()
+{
+    m_desktop = std::make_unique<TestDesktop>(TestDesktop::Options{});
+    QVERIFY(m_desktop->isReady());
+    m_program = std::make_unique<SnapWorkbench>(*m_desktop);
+}
+
+void TestCitizen::cleanup()
+{
+    m_program.reset();
+    m_desktop.reset();
+}
+
+QDBusMessage TestCitizen::call(const QString &method, const QVariantList &arguments)
+{
+    const QString name = u"test"_s;
+    QDBusMessage message = QDBusMessage::createMethodCall(u"org.example.brenvale.SnapWorkbench"_s,
+                                                          u"/org/example/brenvale/SnapWorkbench"_s,
+                                                          u"org.freedesktop.Application"_s, method);
+    message.setArguments(arguments);
+    const QString address = m_desktop->environment().value(u"DBUS_SESSION_BUS_ADDRESS"_s);
+    const QDBusMessage answer = QDBusConnection::connectToBus(address, name).call(message);
+    QDBusConnection::disconnectFromBus(name);
+    return answer;
+}
+
+QDBusMessage TestCitizen::activateAction(const QString &name)
+{
+    return call(u"ActivateAction"_s, {name, QVariantList(), QVariantMap()});
+}
+
+bool TestCitizen::waitForEnd(QProcess *process)
+{
+    return waitFor([&] { return !isRunning(process); }) &&
+           process->exitStatus() == QProcess::NormalExit && process->exitCode() == 0;
+}
+
+void TestCitizen::secondStart_data()
+{
+    QTest::addColumn<QMap<QString, QString>>("first");
+    QTest::addColumn<QMap<QString, QString>>("second");
+    QTest::addColumn<bool>("comesForward");
+    const QMap<QString, QString> bus;
+    QTest::newRow("bus") << bus << bus << true;
+    QTest::newRow("no bus") << s_noBus << s_noBus << false;
+    QTest::newRow("bus for the second only") << s_noBus << bus << false;
+}
+
+void TestCitizen::secondStart()
+{
+    using Variables = QMap<QString, QString>;
+    QFETCH(Variables, first);
+    QFETCH(Variables, second);
+    QFETCH(bool, comesForward);
+    m_program->writeSettings({{u"RunMinimized"_s, u"1"_s}});
+    QVERIFY(m_program->startAndWait(first));
+    const QProcess *running = m_program->process();
+    QVERIFY(m_desktop->startPattern({300, 200, 700, 500}));
+    QVERIFY(!m_program->mainWindow().viewable);
+
+    QVERIFY(waitForEnd(m_program->start(second)));
+    QVERIFY(isRunning(running));
+    if (comesForward)
+        QVERIFY(waitFor([&] { return m_desktop->activeTitle() == s_title; }));
+    QCOMPARE(m_program->mainWindow().viewable, comesForward);
+}
+
+void TestCitizen::startsInTheSameInstant_data()
+{
+    QTest::addColumn<QMap<QString, QString>>("variables");
+    QTest::addColumn<bool>("canLock");
+    QTest::newRow("bus") << QMap<QString, QString>() << true;
+    QTest::newRow("no bus") << s_noBus << true;
+    QTest::newRow("nothing can be locked") << QMap<QString, QString>() << false;
+}
+
+void TestCitizen::startsInTheSameInstant()
+{
+    using Variables = QMap<QString, QString>;
+    QFETCH(Variables, variables);
+    QFETCH(bool, canLock);
+    if (!canLock)
+        QVERIFY(QDir().mkpath(m_program->dataFolder() + u"/.lock"_s));
+    for (int round = 0; round < 3; ++round) {
+        QList<QProcess *> processes;
+        for (int i = 0; i < 5; ++i)
+            processes.append(m_program->start(variables));
+        const auto running = [&] {
+            return std::count_if(processes.begin(), processes.end(), isRunning);
+        };
+        QVERIFY(waitFor([&] { return running() == 1 && m_program->mainWindow().viewable; }));
+        QVERIFY(!QFile::exists(m_program->markerFile()));
+        m_desktop->closeWindow(m_program->mainWindow());
+        for (QProcess *process : processes)
+            QVERIFY(waitForEnd(process));
+    }
+}
+
+// Whichever way the race goes, a start that follows "Quit" leaves a program.
+void TestCitizen::startWhileTheFirstEnds()
+{
+    QVERIFY(m_program->startAndWait());
+    for (int round = 0; round < 4; ++round) {
+        QProcess *first = m_program->process();
+        QVERIFY(waitFor([&] { return m_program->mainWindow().viewable; }));
+        m_desktop->closeWindow(m_program->mainWindow());
+        QTest::qWait(15 * round);  // another moment of the end each time
+        QProcess *second = m_program->start();
+        QVERIFY(waitForEnd(first));
+        QVERIFY(waitFor([&] { return m_program->mainWindow().viewable; }));
+        QVERIFY(isRunning(second));
+    }
+}
+
+void TestCitizen::openedPictures()
+{
+    const QString one = m_desktop->home() + u"/one two#3.png"_s;
+    const QString other = m_desktop->home() + u"/other.png"_s;
+    for (const QString &path : {one, other})
+        QVERIFY(pattern({60, 40}).save(path));
+    const auto open = [&](const QStringList &uris) {
+        return call(u"Open"_s, {uris, QVariantMap()}).type();
+    };
+    const QString oneUri = QUrl::fromLocalFile(one).toString(QUrl::FullyEncoded);
+    const QString otherUri = QUrl::fromLocalFile(other).toString(QUrl::FullyEncoded);
+    QVERIFY(m_program->startAndWait());
+    QVERIFY(m_desktop->startPattern({300, 200, 700, 500}));
+
+    QCOMPARE(open({oneUri, otherUri, u"https://www.example.com/x.png"_s}),
+             QDBusMessage::ReplyMessage);
+    const QString oneTitle = u"one two#3.png - "_s + s_title;
+    QVERIFY(waitFor([&] { return m_desktop->activeTitle() == oneTitle; }));
+    // What is open already is only shown: two tabs, then none after two closings.
+    QCOMPARE(open({otherUri}), QDBusMessage::ReplyMessage);
+    QVERIFY(m_program->waitForTitle(u"other.png - "_s + s_title));
+    m_desktop->key(XK_w, {XK_Control_L});
+    QVERIFY(m_program->waitForTitle(oneTitle));
+    m_desktop->key(XK_w, {XK_Control_L});
+    QVERIFY(m_program->waitForTitle(s_title));
+}
+
+void TestCitizen::overlayActions_data()
+{
+    QTest::addColumn<QString>("action");
+    QTest::addColumn<bool>("litInTheMiddle");
+    QTest::addColumn<bool>("litInTheCorner");
+    QTest::newRow("rectangle") << u"capture-rectangle"_s << true << true;
+    QTest::newRow("ellipse") << u"capture-ellipse"_s << true << false;
+    QTest::newRow("polygon") << u"capture-polygon"_s << false << false;
+}
+
+void TestCitizen::overlayActions()
+{
+    QFETCH(QString, action);
+    QFETCH(bool, litInTheMiddle);
+    QFETCH(bool, litInTheCorner);
+    m_program->writeSettings({{u"RunMinimized"_s, u"1"_s}});
+    QVERIFY(m_program->startAndWait());
+    const QRect area(300, 200, 700, 500);
+    QVERIFY(m_desktop->startPattern(area));
+    const QImage expected = pattern(area.size());
+    // An overlay leaves six tenths of the light at the most outside what is marked.
+    const auto isLit = [&](QPoint at) {
+        return qGreen(m_desktop->pixel(at)) > 0.75 * qGreen(expected.pixel(at - area.topLeft()));
+    };
+    QCOMPARE(activateAction(action).type(), QDBusMessage::ReplyMessage);
+    QVERIFY(waitFor([&] { return m_program->hasOverlay(s_screen); }));
+    const QPoint middle(520, 431);
+    const QPoint corner(427, 336);
+    QVERIFY(waitFor([&] { return !isLit(middle) && !isLit(corner); }));
+    QVERIFY(m_desktop->drag({420, 330}, {640, 560}, [&] {
+        return isLit(middle) == litInTheMiddle && isLit(corner) == litInTheCorner;
+    }));
+
+    // A second start brings no window into the picture.
+    QVERIFY(waitForEnd(m_program->start()));
+    QVERIFY(m_program->hasOverlay(s_screen));
+    m_desktop->key(XK_Escape);
+    QVERIFY(waitFor([&] { return !m_program->hasOverlay(s_screen); }));
+    QVERIFY(waitFor([&] { return m_desktop->activeTitle() == u"pattern"; }));
+    QVERIFY(!m_program->mainWindow().viewable);
+}
+
+void TestCitizen::otherActions()
+{
+    m_program->writeSettings({{u"AutoShow"_s, u"1"_s}, {u"ScreenTimer"_s, u"1"_s}});
+    QVERIFY(m_program->startAndWait());
+    QVERIFY(m_desktop->startPattern({300, 200, 700, 500}));
+    QCOMPARE(activateAction(u"capture-screen"_s).type(), QDBusMessage::ReplyMessage);
+    QVERIFY(m_program->waitForTitle(u"untitled * - "_s + s_title));
+    QVERIFY(waitFor([&] { return m_desktop->activeTitle().startsWith(u"untitled"); }));
+    QCOMPARE(activateAction(u"capture-screen-countdown"_s).type(), QDBusMessage::ReplyMessage);
+    QVERIFY(m_program->waitForTitle(u"untitled 1 * - "_s + s_title));
+
+    const QList<TestDesktop::Window> before = m_desktop->windows();
+    QCOMPARE(activateAction(u"capture-windows"_s).type(), QDBusMessage::ReplyMessage);
+    const TestDesktop::Window browser = m_desktop->waitForNewWindow(before);
+    QVERIFY(browser.id != XCB_NONE);
+    QVERIFY(m_desktop->waitForFocus(browser));
+    m_desktop->key(XK_Escape);
+
+    QCOMPARE(activateAction(u"capture-nothing"_s).type(), QDBusMessage::ErrorMessage);
+}
+
+// A grab is told by its item's text, whatever the language.
+void TestCitizen::translatedMenu()
+{
+    QVERIFY(m_program->startAndWait({{u"LC_ALL"_s, u"de_DE.UTF-8"_s}}));
+    QVERIFY(waitFor([&] { return m_desktop->activeTitle() == s_title; }));
+    const auto popUps = [&] {
+        const QList<TestDesktop::Window> windows = m_desktop->windows();
+        return std::count_if(windows.begin(), windows.end(), [](const TestDesktop::Window &window) {
+            return window.viewable && window.overrideRedirect;
+        });
+    };
+    const auto before = popUps();
+    m_desktop->key(XK_a, {XK_Alt_L});  // Aufnahme
+    QVERIFY(waitFor([&] { return popUps() > before; }));
+    m_desktop->key(XK_Return);
+    QVERIFY(waitFor([&] { return m_program->hasOverlay(s_screen); }));
+    m_desktop->key(XK_Escape);
+    QVERIFY(waitFor([&] { return !m_program->hasOverlay(s_screen); }));
+}
+
+void TestCitizen::helpPages()
+{
+    // What opens addresses on a desktop; this one only notes them.
+    const QString noted = m_desktop->home() + u"/noted"_s;
+    QFile opener(m_desktop->home() + u"/xdg-open"_s);
+    QVERIFY(opener.open(QIODevice::WriteOnly));
+    opener.write("#!/bin/sh\nprintf %s \"$1\" >'" + noted.toLocal8Bit() + "'\n");
+    opener.close();
+    QVERIFY(opener.setPermissions(QFile::ReadOwner | QFile::ExeOwner));
+    QVERIFY(m_program->startAndWait(
+        {{u"PATH"_s, m_desktop->home() + u':' + qEnvironmentVariable("PATH")}}));
+    QVERIFY(waitFor([&] { return m_desktop->activeTitle() == s_title; }));
+    m_desktop->key(XK_F1);
+    QFile file(noted);
+    QVERIFY(waitFor([&] { return file.size() > 0; }));
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const QString page = QUrl(QString::fromLocal8Bit(file.readAll())).toLocalFile();
+    QVERIFY2(page.endsWith(u"/index.html"_s) && QFile::exists(page), qPrintable(page));
+}
+
+void TestCitizen::loginItem()
+{
+    const QString folder = m_desktop->home() + u"/config/autostart"_s;
+    const QString entry = folder + u"/snapworkbench.desktop"_s;
+    const auto startOnceWith = [&](const QString &setting) {
+        m_program->writeSettings({{u"FirstRun"_s, setting}});
+        return m_program->startAndWait() && m_program->quit() &&
+               m_program->setting(u"FirstRun"_s) == setting;
+    };
+    QVERIFY(startOnceWith(u"1"_s));
+    QVERIFY(QFile::exists(entry));
+    // Taken away elsewhere, it comes back.
+    QVERIFY(QFile::remove(entry));
+    QVERIFY(startOnceWith(u"1"_s));
+    QVERIFY(QFile::exists(entry));
+    QVERIFY(startOnceWith(u"0"_s));
+    QVERIFY(!QFile::exists(entry));
+
+    // A folder that can't be written, for root neither.
+    QVERIFY(QDir().rmdir(folder));
+    QFile inTheWay(folder);
+    QVERIFY(inTheWay.open(QIODevice::WriteOnly));
+    for (const QString &setting : {u"1"_s, u"0"_s})
+        QVERIFY(startOnceWith(setting));
+}
+
+QTEST_GUILESS_MAIN(TestCitizen)
+#include "test_citizen.moc"

@@ -1,0 +1,66 @@
+#include "shell/mainwindow.h"
+
+#include <QSet>
+#include <QTest>
+#include <QTranslator>
+
+#include <array>
+
+using namespace Qt::StringLiterals;
+
+class TestTranslation : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void capturesStart_data();
+    void capturesStart();
+};
+
+void TestTranslation::capturesStart_data()
+{
+    QTest::addColumn<QString>("language");
+    QTest::addColumn<QString>("rectangular");
+    QTest::newRow("German") << u"de"_s << u"Rechteck"_s;
+    QTest::newRow("Chinese") << u"zh_CN"_s << u"矩形"_s;
+}
+
+// The grabs are told apart by their captions: a translation that gives two of them the same one
+// would start the wrong grab.
+void TestTranslation::capturesStart()
+{
+    QFETCH(QString, language);
+    QFETCH(QString, rectangular);
+    QTranslator translator;
+    QVERIFY(translator.load(u"snapworkbench_"_s + language, QStringLiteral(SNAP_TRANSLATIONS)));
+    QVERIFY(QCoreApplication::installTranslator(&translator));
+    QCOMPARE(MainWindow::tr("Rectangular"), rectangular);
+    constexpr std::array captions{"Rectangular",
+                                  "Capture Rectangular",
+                                  "Ellipse",
+                                  "Capture Ellipse",
+                                  "Arbitrary",
+                                  "Capture Arbitrary",
+                                  "All Windows",
+                                  "Select Window",
+                                  "Full Screen",
+                                  "Capture Full Screen",
+                                  "Menu",
+                                  "Capture Menu",
+                                  "Quit",
+                                  "Show Snapworkbench",
+                                  "Capture Full Screen with Countdown Timer"};
+    QSet<QString> translated;
+    for (const char *caption : captions) {
+        const QString text = MainWindow::tr(caption);
+        QVERIFY2(text != QLatin1StringView(caption) || language == u"de", caption);
+        QVERIFY2(!text.contains(u'&') && MainWindow::hasCaptureCommand(text), caption);
+        translated.insert(text);
+    }
+    QCOMPARE(translated.size(), qsizetype(captions.size()));
+    // Keys are the same in every language.
+    QCOMPARE(MainWindow::CreateShortkey(u"redo"_s), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z));
+}
+
+QTEST_MAIN(TestTranslation)
+#include "test_translation.moc"
