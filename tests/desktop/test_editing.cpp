@@ -18,9 +18,9 @@ constexpr int s_ellipse = 89;
 constexpr int s_arrow = 119;
 constexpr int s_freehand = 149;
 constexpr int s_text = 179;
-constexpr int s_undo = 646;
-constexpr int s_redo = 676;
-constexpr int s_zoomOut = 759;
+constexpr int s_undo = 662;
+constexpr int s_redo = 692;
+constexpr int s_zoomOut = 776;
 constexpr int s_stripHeight = 25;  // of their middle above the window's bottom
 
 const QRgb s_red = qRgb(255, 0, 0);
