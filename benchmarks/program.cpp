@@ -2,14 +2,19 @@
 
 #include "comparison.h"
 
+#include "capture/dialog.h"
+#include "config/applicationrecord.h"
+
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QFileInfo>
 #include <QGuiApplication>
 #include <QProcess>
 #include <QScreen>
 #include <QTemporaryDir>
 #include <QThread>
+#include <QWidget>
 
 #include <benchmark/benchmark.h>
 
@@ -17,6 +22,10 @@
 
 #include <unistd.h>
 #include <xcb/xcb.h>
+#include <xcb/xcb_keysyms.h>
+#include <xcb/xtest.h>
+
+#include <X11/keysym.h>
 
 namespace {
 
@@ -37,6 +46,40 @@ public:
     PixelWatch(const PixelWatch &) = delete;
     PixelWatch &operator=(const PixelWatch &) = delete;
 
+    /// Presses and releases keys, given by their codes, in this order and back.
+    void press(const QList<uint8_t> &keys)
+    {
+        for (const uint8_t key : keys)
+            fake(XCB_KEY_PRESS, key);
+        for (auto key = keys.crbegin(); key != keys.crend(); ++key)
+            fake(XCB_KEY_RELEASE, *key);
+        xcb_flush(m_connection);
+    }
+    QList<uint8_t> codes(const QList<xcb_keysym_t> &keysyms)
+    {
+        xcb_key_symbols_t *symbols = xcb_key_symbols_alloc(m_connection);
+        QList<uint8_t> result;
+        for (const xcb_keysym_t keysym : keysyms) {
+            xcb_keycode_t *code = xcb_key_symbols_get_keycode(symbols, keysym);
+            result.append(code ? *code : 0);
+            std::free(code);
+        }
+        xcb_key_symbols_free(symbols);
+        return result;
+    }
+    /// Waits for another colour in the middle of the screen. False when none came.
+    bool waitForChange(uint32_t before)
+    {
+        QElapsedTimer timer;
+        timer.start();
+        while (centre() == before) {
+            if (timer.elapsed() > s_startLimit)
+                return false;
+            QCoreApplication::processEvents();
+        }
+        return true;
+    }
+
     uint32_t centre()
     {
         auto *reply = xcb_get_image_reply(
@@ -52,6 +95,11 @@ public:
     }
 
 private:
+    void fake(uint8_t type, uint8_t key)
+    {
+        xcb_test_fake_input(m_connection, type, key, XCB_CURRENT_TIME, m_screen->root, 0, 0, 0);
+    }
+
     xcb_connection_t *m_connection;
     const xcb_screen_t *m_screen = nullptr;
 };
@@ -170,6 +218,69 @@ void programIdle(benchmark::State &state)
     }
 }
 
+// From the hot key to the overlay on the screen.
+void hotKeyToOverlay(benchmark::State &state)
+{
+    Program program(false);
+    program.start();
+    program.settle();
+    PixelWatch watch;
+    const QList<uint8_t> hotKey = watch.codes({XK_Control_L, XK_Alt_L, XK_r});
+    const QList<uint8_t> escape = watch.codes({XK_Escape});
+    for (auto _ : state) {
+        const uint32_t before = watch.centre();
+        QElapsedTimer timer;
+        timer.start();
+        watch.press(hotKey);
+        const bool shown = watch.waitForChange(before);
+        state.SetIterationTime(static_cast<double>(timer.nsecsElapsed()) * 1e-9);
+        if (!shown) {
+            state.SkipWithError("no overlay");
+            break;
+        }
+        const uint32_t dimmed = watch.centre();
+        watch.press(escape);
+        watch.waitForChange(dimmed);
+        program.settle();
+    }
+}
+
+// The same overlay over one white window, in this program.
+void bareOverlay(benchmark::State &state)
+{
+    g_ResourceFileName =
+        QFileInfo(QStringLiteral(BENCH_PROGRAM)).path() + QStringLiteral("/SnapWorkbench.xml");
+    QWidget window;
+    window.setPalette(QPalette(Qt::white));
+    window.setGeometry(QGuiApplication::primaryScreen()->geometry());
+    PixelWatch watch;
+    const uint32_t root = watch.centre();
+    window.show();
+    watch.waitForChange(root);
+    for (auto _ : state) {
+        const uint32_t before = watch.centre();
+        QElapsedTimer timer;
+        timer.start();
+        Dialog overlay(nullptr);
+        overlay.show();
+        watch.waitForChange(before);
+        state.SetIterationTime(static_cast<double>(timer.nsecsElapsed()) * 1e-9);
+        const uint32_t dimmed = watch.centre();
+        overlay.hide();
+        watch.waitForChange(dimmed);
+    }
+}
+
+BENCHMARK(hotKeyToOverlay)
+    ->Unit(benchmark::kMillisecond)
+    ->UseManualTime()
+    ->Iterations(3)
+    ->Repetitions(3);
+BENCHMARK(bareOverlay)
+    ->Unit(benchmark::kMillisecond)
+    ->UseManualTime()
+    ->Iterations(5)
+    ->Repetitions(3);
 BENCHMARK(emptyStart)
     ->Unit(benchmark::kMillisecond)
     ->UseManualTime()
@@ -196,6 +307,10 @@ BENCHMARK(programIdle)->Iterations(1)->Repetitions(3);
     addComparison({.what = "processor time over 10 s idle, window shown",
                    .measured = "programIdle",
                    .unit = "ticks",
-                   .limit = "0 ticks"});
+                   .limit = "0 ticks"}) &&
+    addComparison({.what = "hot key to overlay, against the same overlay in a bare program",
+                   .measured = "hotKeyToOverlay",
+                   .against = "bareOverlay",
+                   .limit = "at most 1.5 times"});
 
 }  // namespace

@@ -60,7 +60,7 @@ qsizetype Canvas::bytesOf(const QRegion &area) const
     return bytes;
 }
 
-qsizetype Canvas::budget() const { return std::max(s_leastBudget, m_picture.sizeInBytes() / 2); }
+qsizetype Canvas::budget() const { return std::max(s_leastBudget, m_picture.sizeInBytes() / 4); }
 
 QRegion Canvas::add(const EditEntry &entry)
 {
