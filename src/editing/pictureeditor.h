@@ -10,7 +10,6 @@
 #include <QPixmap>
 #include <QPointer>
 
-class QKeyEvent;
 class QMouseEvent;
 class QPaintEvent;
 class QPainterPath;
