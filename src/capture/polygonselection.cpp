@@ -1,5 +1,6 @@
 #include "capture/polygonselection.h"
 
+#include "capture/arrowkeys.h"
 #include "editing/planegeometry.h"
 
 #include <array>
@@ -30,19 +31,6 @@ constexpr std::array<Direction, 9> s_directions{{
     {135, 135},
     {225, 225},
     {315, 315},
-}};
-
-struct Arrow {
-    int key = 0;
-    int axis = 0;
-    int step = 0;
-};
-
-constexpr std::array<Arrow, 4> s_arrows{{
-    {Qt::Key_Left, 0, -1},
-    {Qt::Key_Right, 0, 1},
-    {Qt::Key_Up, 1, -1},
-    {Qt::Key_Down, 1, 1},
 }};
 
 double &along(QPointF &point, int axis) { return axis == 0 ? point.rx() : point.ry(); }
@@ -157,7 +145,7 @@ PolygonSelection::KeyResult PolygonSelection::key(int key, Qt::KeyboardModifiers
         if (modifiers.testFlag(Qt::ShiftModifier))
             clear();
     }
-    for (const Arrow &arrow : s_arrows) {
+    for (const ArrowKey &arrow : s_arrows) {
         if (arrow.key != key || m_points.isEmpty())
             continue;
         // Alt goes to the edge, from where the step has led.

@@ -1,5 +1,7 @@
 #include "capture/regionselection.h"
 
+#include "capture/arrowkeys.h"
+
 #include <QPainterPath>
 
 #include <algorithm>
@@ -37,19 +39,6 @@ constexpr std::array<Handle, RegionSelection::s_handleCount> s_handles{{
     {0, 1, 2, 0, Qt::SizeHorCursor},
 }};
 // clang-format on
-
-struct Arrow {
-    int key = 0;
-    int axis = 0;
-    int step = 0;
-};
-
-constexpr std::array<Arrow, 4> s_arrows{{
-    {Qt::Key_Left, 0, -1},
-    {Qt::Key_Right, 0, 1},
-    {Qt::Key_Up, 1, -1},
-    {Qt::Key_Down, 1, 1},
-}};
 
 bool isHandle(int zone)
 {
@@ -152,7 +141,7 @@ RegionSelection::Request RegionSelection::key(int key, Qt::KeyboardModifiers mod
     } else if (key == Qt::Key_Backspace && hasArea) {
         m_regionSize -= QPoint(1, 1);
     }
-    for (const Arrow &candidate : s_arrows) {
+    for (const ArrowKey &candidate : s_arrows) {
         if (candidate.key == key)
             arrow(candidate.axis, candidate.step, modifiers);
     }

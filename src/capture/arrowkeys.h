@@ -1,0 +1,19 @@
+#pragma once
+
+#include <Qt>
+
+#include <array>
+
+/// An arrow key, and where it leads: `axis` 0 for x and 1 for y, `step` in that direction.
+struct ArrowKey {
+    int key = 0;
+    int axis = 0;
+    int step = 0;
+};
+
+constexpr std::array<ArrowKey, 4> s_arrows{{
+    {Qt::Key_Left, 0, -1},
+    {Qt::Key_Right, 0, 1},
+    {Qt::Key_Up, 1, -1},
+    {Qt::Key_Down, 1, 1},
+}};
