@@ -5,6 +5,7 @@
 #include <QCursor>
 #include <QGuiApplication>
 #include <QScreen>
+#include <QTimer>
 #include <QWidget>
 
 #include <unistd.h>
@@ -71,6 +72,24 @@ private:
     Handlers m_handlers;
 };
 
+// Nobody has told anything.
+class NullAccessibility : public Accessibility
+{
+public:
+    bool isEnabled() override { return false; }
+    void enable() override {}
+    void findScrollingArea(const Place &, std::function<void(const QRect &)> answer) override
+    {
+        dropQuestion();
+        m_question = std::make_unique<QObject>();
+        QTimer::singleShot(0, m_question.get(), [answer = std::move(answer)] { answer({}); });
+    }
+    void dropQuestion() override { m_question.reset(); }
+
+private:
+    std::unique_ptr<QObject> m_question{};
+};
+
 }  // namespace
 
 bool createNullDesktop(Services &services)
@@ -78,5 +97,6 @@ bool createNullDesktop(Services &services)
     services.windows = std::make_unique<NullWindowServer>();
     services.hotKeys = std::make_unique<NullHotKeys>();
     services.watch = std::make_unique<NullApplicationWatch>();
+    services.accessibility = std::make_unique<NullAccessibility>();
     return true;
 }

@@ -3,6 +3,7 @@
 #include "platform/nulldesktop.h"
 #include "platform/x11/x11desktop.h"
 #include "platform/xdg/autostart.h"
+#include "platform/xdg/busaccessibility.h"
 
 #include <array>
 
@@ -25,6 +26,7 @@ Services createServices()
             break;
     }
     result.loginItem = std::make_unique<Autostart>();
+    result.accessibility = std::make_unique<BusAccessibility>();
     return result;
 }
 

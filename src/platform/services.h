@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/accessibility.h"
 #include "platform/applicationwatch.h"
 #include "platform/hotkeys.h"
 #include "platform/loginitem.h"
@@ -14,6 +15,7 @@ struct Services {
     std::unique_ptr<HotKeys> hotKeys{};
     std::unique_ptr<ApplicationWatch> watch{};
     std::unique_ptr<LoginItem> loginItem{};
+    std::unique_ptr<Accessibility> accessibility{};
 };
 
 /// The services of the desktop that the toolkit runs on. Needs a QGuiApplication.

@@ -144,26 +144,58 @@ public:
     void remove() override { present = false; }
 };
 
+/// An accessibility interface whose switch and answers a test makes up.
+class FakeAccessibility : public Accessibility
+{
+public:
+    bool enabled = false;
+    QList<Place> asked{};  ///< every question
+
+    bool isEnabled() override { return enabled; }
+    void enable() override { enabled = true; }
+    void findScrollingArea(const Place &place, std::function<void(const QRect &)> answer) override
+    {
+        asked.append(place);
+        m_answer = std::move(answer);
+    }
+    void dropQuestion() override { m_answer = nullptr; }
+
+    bool isAsked() const { return bool(m_answer); }
+    /// Answers the question that waits, if any.
+    void reply(const QRect &area)
+    {
+        if (const auto answer = std::exchange(m_answer, nullptr))
+            answer(area);
+    }
+
+private:
+    std::function<void(const QRect &)> m_answer{};
+};
+
 /// Installs a fake desktop as the services in force. The pointers are valid until other services
 /// are installed. Hot keys are those of the desktop that does nothing.
 struct FakeDesktop {
     FakeWindowServer *windows = nullptr;
     FakeApplicationWatch *watch = nullptr;
     FakeLoginItem *loginItem = nullptr;
+    FakeAccessibility *accessibility = nullptr;
 
     FakeDesktop()
     {
         auto server = std::make_unique<FakeWindowServer>();
         auto applications = std::make_unique<FakeApplicationWatch>();
         auto login = std::make_unique<FakeLoginItem>();
+        auto interface = std::make_unique<FakeAccessibility>();
         windows = server.get();
         watch = applications.get();
         loginItem = login.get();
+        accessibility = interface.get();
         Services made;
         createNullDesktop(made);
         made.windows = std::move(server);
         made.watch = std::move(applications);
         made.loginItem = std::move(login);
+        made.accessibility = std::move(interface);
         installServices(std::move(made));
     }
 };
