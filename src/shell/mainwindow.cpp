@@ -12,8 +12,10 @@
 #include <QAbstractEventDispatcher>
 #include <QApplication>
 #include <QCloseEvent>
+#include <QCursor>
 #include <QDialog>
 #include <QGuiApplication>
+#include <QMenu>
 #include <QPainter>
 #include <QScreen>
 #include <QSignalBlocker>
@@ -127,6 +129,12 @@ void MainWindow::setUpTray()
         m_TrayIcon = std::make_unique<QSystemTrayIcon>();
         m_TrayIcon->setIcon(windowIcon());
         m_TrayIcon->setContextMenu(m_TrayMenu);
+        // The desktop shows the menu at a right click only.
+        connect(m_TrayIcon.get(), &QSystemTrayIcon::activated, m_TrayMenu,
+                [this](QSystemTrayIcon::ActivationReason reason) {
+                    if (reason == QSystemTrayIcon::Trigger)
+                        m_TrayMenu->popup(QCursor::pos());
+                });
         m_TrayIcon->setVisible(true);
     });
 }
