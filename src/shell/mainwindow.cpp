@@ -193,11 +193,19 @@ void MainWindow::SaveGeometry()
         SaveNormalGeometry();
 }
 
+void MainWindow::saveSettings()
+{
+    SaveGeometry();
+    SaveAllXmlDocument();
+}
+
+void MainWindow::leaveGrab() { m_CloseAfterGrab = m_bCapturing; }
+
 void MainWindow::closeEvent(QCloseEvent *event)
 {
     if (m_bCapturing) {
         // The grab waits for windows that would be gone, and its picture has not been asked about.
-        m_CloseAfterGrab = true;
+        leaveGrab();
         if (auto *overlay = qobject_cast<QDialog *>(QApplication::activeModalWidget()))
             overlay->reject();
         event->ignore();

@@ -161,19 +161,24 @@ void MainWindow::forgetLastPicture()
     m_pEditor->setPixmap({});
 }
 
-bool MainWindow::CloseAllFiles()
+bool MainWindow::saveChanges()
 {
     m_pEditor->EndEdit();
-    if (HasModified(true)) {
-        showInFront();
-        const size_t asked = m_Documents.size();
-        const auto answer = ask(this, tr("Save all changes ?"), QMessageBox::SaveAll);
-        if (answer == QMessageBox::Cancel || (answer == QMessageBox::SaveAll && !SaveAllFiles()))
-            return false;
-        // A grab that arrived meanwhile has not been asked about.
-        if (m_Documents.size() > asked)
-            return false;
-    }
+    if (!HasModified(true))
+        return true;
+    showInFront();
+    const size_t asked = m_Documents.size();
+    const auto answer = ask(this, tr("Save all changes ?"), QMessageBox::SaveAll);
+    if (answer == QMessageBox::Cancel || (answer == QMessageBox::SaveAll && !SaveAllFiles()))
+        return false;
+    // A grab that arrived meanwhile has not been asked about.
+    return m_Documents.size() <= asked;
+}
+
+bool MainWindow::CloseAllFiles()
+{
+    if (!saveChanges())
+        return false;
     m_Documents.clear();
     RefillTabList();
     SetCurDocumentIndex(-1);

@@ -4,6 +4,8 @@
 
 #include <QTest>
 
+#include <csignal>
+
 #include <X11/keysym.h>
 
 using namespace Qt::StringLiterals;
@@ -22,6 +24,8 @@ private slots:
     void init();
     void cleanup();
     void trayIcon();
+    void signalKeepsSettings_data();
+    void signalKeepsSettings();
 
 private:
     std::unique_ptr<TestDesktop> m_desktop;
@@ -77,6 +81,48 @@ void TestSession::trayIcon()
     QVERIFY(waitFor([&] { return m_program->hasOverlay(s_screen); }));
     m_desktop->key(XK_Escape);
     QVERIFY(waitFor([&] { return !m_program->hasOverlay(s_screen); }));
+}
+
+void TestSession::signalKeepsSettings_data()
+{
+    QTest::addColumn<int>("signal");
+    QTest::addColumn<QString>("during");
+    QTest::newRow("the session ends") << SIGTERM << QString();
+    QTest::newRow("the terminal closes") << SIGHUP << QString();
+    QTest::newRow("while marking") << SIGTERM << u"overlay"_s;
+    QTest::newRow("while counting down") << SIGTERM << u"countdown"_s;
+    QTest::newRow("while asking") << SIGTERM << u"prompt"_s;
+}
+
+// Whatever waits in a loop of its own then: the program ends, and what was set is there again.
+void TestSession::signalKeepsSettings()
+{
+    QFETCH(int, signal);
+    QFETCH(QString, during);
+    m_program->writeSettings({{u"ScreenTimer"_s, u"1000"_s}, {u"AutoShow"_s, u"1"_s}});
+    QVERIFY(m_program->startAndWait());
+    const QRect area(137, 71, 1003, 701);
+    m_desktop->placeWindow(m_program->mainWindow(), area);
+    QVERIFY(waitFor([&] { return m_program->mainWindow().area == area; }));
+    QVERIFY(m_desktop->waitForFocus(m_program->mainWindow()));
+    if (during == u"overlay"_s) {
+        QVERIFY(m_program->openOverlay(s_screen));
+    } else if (during == u"countdown"_s) {
+        const qsizetype before = m_desktop->windows().size();
+        m_desktop->key(XK_t, {XK_Control_L, XK_Alt_L});
+        QVERIFY(waitFor([&] { return m_desktop->windows().size() > before; }));
+    } else if (during == u"prompt"_s) {
+        m_desktop->key(XK_s, {XK_Control_L, XK_Alt_L});
+        QVERIFY(m_program->waitForTitle(u"untitled * - Snap Workbench"_s));
+        const QList<TestDesktop::Window> before = m_desktop->windows();
+        m_desktop->closeWindow(m_program->mainWindow());
+        QVERIFY(m_desktop->waitForNewWindow(before).id != XCB_NONE);
+    }
+    QCOMPARE(kill(static_cast<pid_t>(m_program->process()->processId()), signal), 0);
+    QVERIFY(waitFor([&] { return m_program->process()->state() == QProcess::NotRunning; }));
+    QCOMPARE(m_program->process()->exitStatus(), QProcess::NormalExit);
+    QCOMPARE(m_program->setting(u"WindowLeft"_s), QString::number(area.x()));
+    QCOMPARE(m_program->setting(u"WindowWidth"_s), QString::number(area.width()));
 }
 
 QTEST_GUILESS_MAIN(TestSession)

@@ -58,6 +58,7 @@ private slots:
     void shapesReachTheirFile();
     void newPicturesAreNotDiscarded_data();
     void newPicturesAreNotDiscarded();
+    void savingChangesClosesNothing();
 
 private:
     int tabs() const { return m_window->findChild<QTabWidget *>(u"tabWidget"_s)->count(); }
@@ -136,6 +137,23 @@ void TestPrompts::newPicturesAreNotDiscarded()
     });
     QCOMPARE(m_window->CloseAllFiles(), !arrives);
     QCOMPARE(tabs(), arrives ? 2 : 0);
+}
+
+// At the end of a session another program may still say no, and the pictures must be there then.
+void TestPrompts::savingChangesClosesNothing()
+{
+    const QString path = m_folder.filePath(u"a.png"_s);
+    m_window->openPictures({path});
+    const EditHistory history = redRectangle();
+    m_window->findChild<TPictureEditor *>()->setVecUnDo(&history);
+    for (const auto button : {QMessageBox::Cancel, QMessageBox::Discard, QMessageBox::SaveAll}) {
+        PictureChanged(TPictureEditor::HistoryChange, 0);
+        answer(button, [] {});
+        QCOMPARE(m_window->saveChanges(), button != QMessageBox::Cancel);
+        QCOMPARE(tabs(), 1);
+        QCOMPARE(m_window->HasModified(true), button != QMessageBox::SaveAll);
+    }
+    QCOMPARE(QImage(path).pixelColor(5, 10), QColor(Qt::red));
 }
 
 QTEST_MAIN(TestPrompts)
