@@ -422,6 +422,22 @@ Rücktaste    Punkt löschen</translation>
         <translation>Ctrl+Alt+V</translation>
     </message>
     <message>
+        <source>Ctrl+O</source>
+        <translation>Ctrl+O</translation>
+    </message>
+    <message>
+        <source>Ctrl+W</source>
+        <translation>Ctrl+W</translation>
+    </message>
+    <message>
+        <source>Ctrl+Shift+W</source>
+        <translation>Ctrl+Shift+W</translation>
+    </message>
+    <message>
+        <source>Ctrl+Shift+S</source>
+        <translation>Ctrl+Shift+S</translation>
+    </message>
+    <message>
         <source>Ctrl+C</source>
         <translation>Ctrl+C</translation>
     </message>

@@ -422,6 +422,22 @@ Backspace    删除最后一点</translation>
         <translation>Ctrl+Alt+V</translation>
     </message>
     <message>
+        <source>Ctrl+O</source>
+        <translation>Ctrl+O</translation>
+    </message>
+    <message>
+        <source>Ctrl+W</source>
+        <translation>Ctrl+W</translation>
+    </message>
+    <message>
+        <source>Ctrl+Shift+W</source>
+        <translation>Ctrl+Shift+W</translation>
+    </message>
+    <message>
+        <source>Ctrl+Shift+S</source>
+        <translation>Ctrl+Shift+S</translation>
+    </message>
+    <message>
         <source>Ctrl+C</source>
         <translation>Ctrl+C</translation>
     </message>
