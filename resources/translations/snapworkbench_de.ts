@@ -503,7 +503,7 @@ Rücktaste    Punkt löschen</translation>
     </message>
     <message>
         <source>../Resources/Help/index.html</source>
-        <translation>../Resources/Help/index.html</translation>
+        <translation>../Resources/Help/de/index.html</translation>
     </message>
     <message>
         <source>Ctrl+1</source>

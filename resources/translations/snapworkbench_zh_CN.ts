@@ -503,7 +503,7 @@ Backspace    删除最后一点</translation>
     </message>
     <message>
         <source>../Resources/Help/index.html</source>
-        <translation>../Resources/Help/index.html</translation>
+        <translation>../Resources/Help/zh_CN/index.html</translation>
     </message>
     <message>
         <source>Ctrl+1</source>
