@@ -166,6 +166,9 @@ void MainWindow::InitImgButton()
 
     const auto setHint = [this](QPushButton *target, const QKeySequence &keys) {
         QString hint = GetBtnAttr(this, target->objectName(), s_hint);
+        // The file's own texts are in English; what a user wrote there stays as it is.
+        if (!hint.isEmpty())
+            hint = QCoreApplication::translate("MainWindow", hint.toUtf8().constData());
         if (!hint.isEmpty() && !keys.isEmpty())
             hint += u"  "_s + keys.toString(QKeySequence::NativeText);
         target->setToolTip(hint);
