@@ -2,9 +2,11 @@
 
 #include "ui_mainwindow.h"
 
+#include <QApplication>
 #include <QBitmap>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QTabBar>
 
 using namespace Qt::StringLiterals;
 
@@ -51,6 +53,9 @@ void MainWindow::setUpPictureArea()
                             ui->scrollAreaWidgetContents, static_cast<QWidget *>(ui->lblPicture)})
         widget->setPalette(palette);
     ui->WidScrollArea->hide();
+    // The buttons stay as large as they are, and the boxes beside them grow with their font.
+    for (int i = 0; i < ui->layPictureEdit->count(); ++i)
+        ui->layPictureEdit->itemAt(i)->setAlignment(Qt::AlignVCenter);
     for (QWidget *widget : {static_cast<QWidget *>(ui->tabWidget), ui->widTool, ui->widPictureEdit,
                             ui->widPicture, static_cast<QWidget *>(ui->scrollArea)})
         widget->installEventFilter(this);
@@ -162,6 +167,13 @@ void MainWindow::DrawPictureBackgound()
 bool MainWindow::event(QEvent *event)
 {
     switch (event->type()) {
+    case QEvent::ApplicationFontChange:
+        // A new font does not reach what a style sheet is in force for.
+        for (QWidget *widget :
+             {ui->layMenuBar->itemAt(0)->widget(), static_cast<QWidget *>(ui->tabWidget->tabBar()),
+              static_cast<QWidget *>(ui->CmbFont), static_cast<QWidget *>(ui->CmbFontSize)})
+            widget->setFont(QApplication::font());
+        break;
     case QEvent::ScreenChangeInternal:
         // The other screen may have another scale.
         PictureChanged(TPictureEditor::SizeChange, 0);

@@ -385,11 +385,18 @@ void TestMainWindow::largeFont()
     m_window->NewDocument(picture(10, 10), {});
     QCoreApplication::processEvents();
     QCOMPARE(m_window->size(), QSize(950, 650));
-    for (const QComboBox *box : m_window->findChildren<QComboBox *>())
-        QVERIFY(box->height() >= QFontMetrics(box->font()).height() + 6);
     const QMenuBar *bar = m_window->findChild<QMenuBar *>();
-    QVERIFY(bar->width() >= bar->sizeHint().width() && bar->height() >= bar->sizeHint().height());
     const QTabBar *bars = tabs()->tabBar();
+    for (const QWidget *widget :
+         {static_cast<const QWidget *>(bar), static_cast<const QWidget *>(bars)})
+        QCOMPARE(widget->font().pointSizeF(), large.pointSizeF());
+    for (const QComboBox *box : m_window->findChildren<QComboBox *>()) {
+        QCOMPARE(box->font().pointSizeF(), large.pointSizeF());
+        QTRY_VERIFY(box->height() >= box->sizeHint().height());
+        // Beside the text stands the arrow.
+        QVERIFY(box->width() >= QFontMetrics(large).horizontalAdvance(box->currentText()) + 35);
+    }
+    QVERIFY(bar->width() >= bar->sizeHint().width() && bar->height() >= bar->sizeHint().height());
     QVERIFY(bars->tabRect(0).height() >= QFontMetrics(bars->font()).height());
     QApplication::setFont(usual);
 }
