@@ -15,6 +15,7 @@
 #include <QCursor>
 #include <QDialog>
 #include <QGuiApplication>
+#include <QIcon>
 #include <QMenu>
 #include <QPainter>
 #include <QScreen>
@@ -30,6 +31,7 @@ MainWindow *g_MainWindow = nullptr;
 namespace {
 
 constexpr QSize s_smallestSize(950, 650);
+constexpr QSize s_iconSize(64, 64);
 constexpr int s_widestLine = 1000;  // picture pixels
 
 QRect availableGeometry() { return QGuiApplication::primaryScreen()->availableGeometry(); }
@@ -41,6 +43,16 @@ QList<QRect> screenAreas()
     for (const QScreen *screen : QGuiApplication::screens())
         areas.append(screen->availableGeometry());
     return areas;
+}
+
+// A skin without this picture, or with one that can't be read, must not leave a hole in the tray.
+QIcon iconFrom(const QString &path)
+{
+    const QIcon icon(path);
+    if (!icon.pixmap(s_iconSize).isNull())
+        return icon;
+    return QIcon::fromTheme(u"snapworkbench"_s, QIcon(QCoreApplication::applicationDirPath() +
+                                                      u"/skin/BtnIcon_normal.png"_s));
 }
 
 int numberOr(const QString &key, int fallback)
@@ -60,7 +72,7 @@ MainWindow::MainWindow()
     ui->setupUi(this);
     setUpCaption();
     setWindowTitle(tr("Snap Workbench"));
-    setWindowIcon(QIcon(GetBtnAttr(this, u"BtnIcon"_s, 4)));
+    setWindowIcon(iconFrom(GetBtnAttr(this, u"BtnIcon"_s, 4)));
     ui->LblCaption->setText(windowTitle());
 
     initHotKey(HotkeyCallBack);

@@ -2,6 +2,8 @@
 
 #include "snapworkbench.h"
 
+#include <QFile>
+#include <QSet>
 #include <QTest>
 
 #include <csignal>
@@ -23,6 +25,7 @@ class TestSession : public QObject
 private slots:
     void init();
     void cleanup();
+    void trayIcon_data();
     void trayIcon();
     void signalKeepsSettings_data();
     void signalKeepsSettings();
@@ -45,6 +48,14 @@ void TestSession::cleanup()
     m_desktop.reset();
 }
 
+void TestSession::trayIcon_data()
+{
+    QTest::addColumn<QByteArray>("picture");
+    QTest::newRow("the skin's") << QByteArray("skin/BtnIcon_normal.png");
+    QTest::newRow("one that is missing") << QByteArray("skin/missing.png");
+    QTest::newRow("one that is none") << QByteArray("SnapWorkbench.xml");
+}
+
 // The menu answers the left button as the right one, and its commands work from there.
 void TestSession::trayIcon()
 {
@@ -52,6 +63,14 @@ void TestSession::trayIcon()
         u"trayer"_s,
         u"--edge top --align left --widthtype pixel --width 120 --height 24"_s.split(u' '),
         m_desktop->environment()));
+    QFETCH(QByteArray, picture);
+    m_program->writeSettings({});
+    QFile skin(m_program->resourceFile());
+    QVERIFY(skin.open(QIODevice::ReadWrite));
+    const QByteArray text = skin.readAll().replace("skin/BtnIcon_normal.png", picture);
+    QVERIFY(text.contains("NormalImg=\"" + picture + '"'));
+    QVERIFY(skin.resize(0) && skin.write(text) == text.size());
+    skin.close();
     QVERIFY(m_program->startAndWait());
     const auto found = [this](const auto &isIt) {
         const QList<TestDesktop::Window> windows = m_desktop->windows();
@@ -63,6 +82,13 @@ void TestSession::trayIcon()
     };
     QVERIFY(waitFor([&] { return found(isIcon).isValid(); }));
     const QPoint at = found(isIcon).center();
+    QVERIFY(waitFor([&] {
+        const QImage icon = m_desktop->screenshot().copy(found(isIcon));
+        QSet<QRgb> colours;
+        for (int i = 0; i < icon.width(); ++i)
+            colours.insert(icon.pixel(i, icon.height() / 2));
+        return colours.size() > 5;
+    }));
     const auto isMenu = [&](const TestDesktop::Window &window) {
         return window.viewable && window.overrideRedirect && window.area.height() > 100 &&
                window.area.adjusted(-1, -1, 1, 1).contains(at);
