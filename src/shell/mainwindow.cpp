@@ -141,8 +141,8 @@ void MainWindow::setUpTray()
         m_TrayIcon = std::make_unique<QSystemTrayIcon>();
         m_TrayIcon->setIcon(windowIcon());
         m_TrayIcon->setContextMenu(m_TrayMenu);
-        // The desktop shows the menu at a right click only.
-        connect(m_TrayIcon.get(), &QSystemTrayIcon::activated, m_TrayMenu,
+        // A tray opens the menu itself for the other button only.
+        connect(m_TrayIcon.get(), &QSystemTrayIcon::activated, this,
                 [this](QSystemTrayIcon::ActivationReason reason) {
                     if (reason == QSystemTrayIcon::Trigger)
                         m_TrayMenu->popup(QCursor::pos());

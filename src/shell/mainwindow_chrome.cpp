@@ -53,12 +53,12 @@ void MainWindow::setUpPictureArea()
                             ui->scrollAreaWidgetContents, static_cast<QWidget *>(ui->lblPicture)})
         widget->setPalette(palette);
     ui->WidScrollArea->hide();
-    // The buttons stay as large as they are, and the boxes beside them grow with their font.
-    for (int i = 0; i < ui->layPictureEdit->count(); ++i)
-        ui->layPictureEdit->itemAt(i)->setAlignment(Qt::AlignVCenter);
     for (QWidget *widget : {static_cast<QWidget *>(ui->tabWidget), ui->widTool, ui->widPictureEdit,
                             ui->widPicture, static_cast<QWidget *>(ui->scrollArea)})
         widget->installEventFilter(this);
+    // The buttons stay as large as they are, and the boxes beside them grow with their font.
+    for (int i = 0; i < ui->layPictureEdit->count(); ++i)
+        ui->layPictureEdit->itemAt(i)->setAlignment(Qt::AlignVCenter);
 }
 
 // A picture whose file is missing is asked for again at each paint.
