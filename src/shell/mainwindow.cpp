@@ -15,7 +15,6 @@
 #include <QCursor>
 #include <QDialog>
 #include <QGuiApplication>
-#include <QIcon>
 #include <QMenu>
 #include <QPainter>
 #include <QScreen>
