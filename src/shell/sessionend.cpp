@@ -20,11 +20,12 @@ void SessionEnd::commit(QSessionManager &manager)
     m_committed = false;
     if (m_window.HasModified(true) && manager.allowsInteraction()) {
         const bool goesOn = m_window.saveChanges();
-        manager.release();
+        // Not after release(), which tells the session manager that all is well.
         if (!goesOn) {
             manager.cancel();
             return;
         }
+        manager.release();
     }
     m_committed = true;
     m_window.saveSettings();
