@@ -12,8 +12,10 @@
 #include <QAbstractEventDispatcher>
 #include <QApplication>
 #include <QCloseEvent>
+#include <QCursor>
 #include <QDialog>
 #include <QGuiApplication>
+#include <QMenu>
 #include <QPainter>
 #include <QScreen>
 #include <QSignalBlocker>
@@ -53,8 +55,10 @@ MainWindow::MainWindow()
     : QMainWindow(nullptr, Qt::FramelessWindowHint), ui(std::make_unique<Ui::MainWindow>())
 {
     // The window paints its body itself, and what the corners' pictures leave free shows the
-    // desktop.
-    setAttribute(Qt::WA_TranslucentBackground, services().windows->isComposited());
+    // desktop. A window keeps the depth that it was made with, and a compositor may come later.
+    setAttribute(Qt::WA_TranslucentBackground);
+    m_isComposited = services().windows->isComposited();
+    services().windows->setCompositingHandler([this] { followCompositor(); });
     ui->setupUi(this);
     setUpCaption();
     setWindowTitle(tr("Snap Workbench"));
@@ -84,6 +88,7 @@ MainWindow::~MainWindow()
 {
     freeHotKey();
     SetAppActiveChangeCallback(nullptr);
+    services().windows->setCompositingHandler(nullptr);
     SaveAllXmlDocument();
 }
 
@@ -127,6 +132,12 @@ void MainWindow::setUpTray()
         m_TrayIcon = std::make_unique<QSystemTrayIcon>();
         m_TrayIcon->setIcon(windowIcon());
         m_TrayIcon->setContextMenu(m_TrayMenu);
+        // A tray opens the menu itself for the other button only.
+        connect(m_TrayIcon.get(), &QSystemTrayIcon::activated, this,
+                [this](QSystemTrayIcon::ActivationReason reason) {
+                    if (reason == QSystemTrayIcon::Trigger)
+                        m_TrayMenu->popup(QCursor::pos());
+                });
         m_TrayIcon->setVisible(true);
     });
 }

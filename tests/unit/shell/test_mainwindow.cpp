@@ -1,12 +1,11 @@
-#include "config/applicationrecord.h"
 #include "config/settings.h"
-#include "config/xmlstore.h"
-#include "fakedesktop.h"
-#include "shell/mainwindow.h"
+#include "shellfixture.h"
 
 #include <QApplication>
 #include <QClipboard>
+#include <QColorDialog>
 #include <QComboBox>
+#include <QDir>
 #include <QLabel>
 #include <QMenu>
 #include <QMenuBar>
@@ -18,13 +17,13 @@
 #include <QShortcut>
 #include <QTabBar>
 #include <QTabWidget>
-#include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
 
 #include <array>
 #include <cwchar>
 #include <functional>
+#include <optional>
 
 using namespace Qt::StringLiterals;
 
@@ -61,17 +60,19 @@ class TestMainWindow : public QObject
     Q_OBJECT
 
 private slots:
-    void init();
-    void cleanup();
+    void init()
+    {
+        m_shell.emplace();
+        show();
+    }
+    void cleanup() { m_shell.reset(); }
     void numbersAndTitles();
     void documentsKeepTheirState();
     void shapesStayWithTheirDocument();
     void zoomLimits_data();
     void zoomLimits();
     void closing();
-    void closingAll();
-    void closeEventCanBeRefused();
-    void openFilesAreFoundByName();
+    void closingCanBeRefused();
     void nullPicture();
     void copying();
     void everyCaptureItemHasACommand();
@@ -81,6 +82,9 @@ private slots:
     void largeFont();
     void keysWithoutAMenu();
     void controlsHaveNames();
+    void damagedPicture();
+    void lineColour();
+    void focusIsSeen();
     void aboutBox();
     void wholeDesktopGrab();
     void everyWayToACommand_data();
@@ -88,75 +92,56 @@ private slots:
     void browserMakesDocuments();
 
 private:
-    QTabWidget *tabs() const { return m_window->findChild<QTabWidget *>(u"tabWidget"_s); }
-    QString title() const { return m_window->windowTitle(); }
+    QTabWidget *tabs() const { return m_shell->window->findChild<QTabWidget *>(u"tabWidget"_s); }
+    QString title() const { return m_shell->window->windowTitle(); }
     void click(const char *button) const
     {
-        m_window->findChild<QPushButton *>(QLatin1StringView(button))->click();
+        m_shell->window->findChild<QPushButton *>(QLatin1StringView(button))->click();
     }
 
-    std::unique_ptr<FakeDesktop> m_desktop;
-    std::unique_ptr<QTemporaryDir> m_folder;
-    std::unique_ptr<MainWindow> m_window;
+    void show() const
+    {
+        m_shell->window->InitShowGeometry();
+        m_shell->window->show();
+    }
+
+    std::optional<ShellFixture> m_shell;
 };
-
-void TestMainWindow::init()
-{
-    m_desktop = std::make_unique<FakeDesktop>();
-    m_folder = std::make_unique<QTemporaryDir>();
-    g_ResourceFileName = m_folder->filePath(u"SnapWorkbench.xml"_s);
-    QFile file(g_ResourceFileName);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write("<Galeway ver=\"1\"/>");
-    file.close();
-    g_mapNameIndex.clear();
-    m_window = std::make_unique<MainWindow>();
-    g_MainWindow = m_window.get();
-    m_window->InitShowGeometry();
-    m_window->show();
-}
-
-void TestMainWindow::cleanup()
-{
-    g_MainWindow = nullptr;
-    m_window.reset();
-    FreeAllXmlDocument();
-}
 
 void TestMainWindow::numbersAndTitles()
 {
     QCOMPARE(title(), u"Snap Workbench"_s);
-    m_window->NewDocument(picture(10, 10), {});
+    m_shell->window->NewDocument(picture(10, 10), {});
     QCOMPARE(title(), u"untitled * - Snap Workbench"_s);
-    m_window->NewDocument(picture(10, 10), {});
-    m_window->NewDocument(picture(10, 10), u"Mail & more"_s);
-    m_window->NewDocument(picture(10, 10), u"Mail & more"_s);
+    m_shell->window->NewDocument(picture(10, 10), {});
+    m_shell->window->NewDocument(picture(10, 10), u"Mail & more"_s);
+    m_shell->window->NewDocument(picture(10, 10), u"Mail & more"_s);
     QCOMPARE(title(), u"Mail & more 1 * - Snap Workbench"_s);
     QCOMPARE(tabs()->count(), 4);
-    QCOMPARE(m_window->GetFileShowName(1), u"untitled 1"_s);
+    QCOMPARE(m_shell->window->GetFileShowName(1), u"untitled 1"_s);
     const Answer discard(QMessageBox::Discard);
-    QVERIFY(m_window->CloseAllFiles());
+    QVERIFY(m_shell->window->CloseAllFiles());
     QCOMPARE(title(), u"Snap Workbench"_s);
     // Numbers are never given back.
-    m_window->NewDocument(picture(10, 10), {});
+    m_shell->window->NewDocument(picture(10, 10), {});
     QCOMPARE(title(), u"untitled 2 * - Snap Workbench"_s);
 }
 
 void TestMainWindow::documentsKeepTheirState()
 {
-    auto *area = m_window->findChild<QScrollArea *>(u"scrollArea"_s);
-    m_window->NewDocument(picture(4000, 3000), {});
+    auto *area = m_shell->window->findChild<QScrollArea *>(u"scrollArea"_s);
+    m_shell->window->NewDocument(picture(4000, 3000), {});
     click("BtnZoomOut");
     const QSize zoomedOut = area->widget()->size();
-    m_window->MovePicture(-123, -77);
+    m_shell->window->MovePicture(-123, -77);
     QCOMPARE(area->horizontalScrollBar()->value(), 123);
-    m_window->MovePicture(1000, -100000);
+    m_shell->window->MovePicture(1000, -100000);
     QCOMPARE(area->horizontalScrollBar()->value(), 0);
     QCOMPARE(area->verticalScrollBar()->value(), area->verticalScrollBar()->maximum());
     area->horizontalScrollBar()->setValue(50);
     const int bottom = area->verticalScrollBar()->value();
 
-    m_window->NewDocument(picture(20, 20), {});
+    m_shell->window->NewDocument(picture(20, 20), {});
     QCOMPARE(area->widget()->size(), area->size());
     tabs()->setCurrentIndex(0);
     QCOMPARE(area->widget()->size(), zoomedOut);
@@ -166,11 +151,11 @@ void TestMainWindow::documentsKeepTheirState()
 
 void TestMainWindow::shapesStayWithTheirDocument()
 {
-    auto *editor = m_window->findChild<TPictureEditor *>();
-    m_window->NewDocument(picture(20, 20), {});
+    auto *editor = m_shell->window->findChild<TPictureEditor *>();
+    m_shell->window->NewDocument(picture(20, 20), {});
     const EditHistory history{std::make_shared<const EditEntry>()};
     editor->setVecUnDo(&history);
-    m_window->NewDocument(picture(20, 20), {});
+    m_shell->window->NewDocument(picture(20, 20), {});
     QVERIFY(editor->getVecUnDo().isEmpty());
     tabs()->setCurrentIndex(0);
     QCOMPARE(editor->getVecUnDo(), history);
@@ -200,81 +185,67 @@ void TestMainWindow::zoomLimits()
     QFETCH(int, width);
     QFETCH(QByteArray, button);
     QFETCH(int, clicks);
-    m_window->NewDocument(picture(width, 5), {});
+    m_shell->window->NewDocument(picture(width, 5), {});
     for (int i = 0; i < clicks; ++i)
         click(button.constData());
-    QTEST(m_window->findChild<TPictureEditor *>()->getPixmapScaled(), "scale");
+    QTEST(m_shell->window->findChild<TPictureEditor *>()->getPixmapScaled(), "scale");
 }
 
 void TestMainWindow::closing()
 {
     for (const auto *name : {"a", "b", "c"})
-        m_window->NewDocument(picture(10, 10), QLatin1StringView(name));
+        m_shell->window->NewDocument(picture(10, 10), QLatin1StringView(name));
     tabs()->setCurrentIndex(1);
     Answer cancel(QMessageBox::Cancel);
-    m_window->CloseFile();
+    m_shell->window->CloseFile();
     QCOMPARE(cancel.text, u"Save changes to \"b\" ?"_s);
     QCOMPARE(tabs()->count(), 3);
     cancel.timer.stop();
 
     const Answer discard(QMessageBox::Discard);
     // The number stays when a tab in front of the current one goes.
-    m_window->CloseFile(0);
+    m_shell->window->CloseFile(0);
     QCOMPARE(title(), u"c * - Snap Workbench"_s);
-    m_window->CloseFile();
+    m_shell->window->CloseFile();
     QCOMPARE(title(), u"b * - Snap Workbench"_s);
-    m_window->CloseFile();
+    m_shell->window->CloseFile();
     QCOMPARE(title(), u"Snap Workbench"_s);
-    QVERIFY(!m_window->findChild<QWidget *>(u"WidScrollArea"_s)->isVisible());
-    m_window->CloseFile();
+    QVERIFY(!m_shell->window->findChild<QWidget *>(u"WidScrollArea"_s)->isVisible());
+    m_shell->window->CloseFile();
     QCOMPARE(tabs()->count(), 0);
 }
 
-void TestMainWindow::closingAll()
+void TestMainWindow::closingCanBeRefused()
 {
-    m_window->NewDocument(picture(10, 10), {});
-    m_window->NewDocument(picture(10, 10), {});
+    m_shell->window->NewDocument(picture(10, 10), {});
+    m_shell->window->NewDocument(picture(10, 10), {});
     Answer cancel(QMessageBox::Cancel);
-    QVERIFY(!m_window->CloseAllFiles());
+    QVERIFY(!m_shell->window->CloseAllFiles());
     QCOMPARE(cancel.text, u"Save all changes ?"_s);
+    QVERIFY(!m_shell->window->close());
+    QVERIFY(m_shell->window->isVisible());
     QCOMPARE(tabs()->count(), 2);
-}
-
-void TestMainWindow::closeEventCanBeRefused()
-{
-    m_window->NewDocument(picture(10, 10), {});
-    Answer cancel(QMessageBox::Cancel);
-    QVERIFY(!m_window->close());
-    QVERIFY(m_window->isVisible());
-    QCOMPARE(tabs()->count(), 1);
-}
-
-void TestMainWindow::openFilesAreFoundByName()
-{
-    m_window->NewDocument(picture(10, 10), u"/Pictures/A.png"_s);
-    QCOMPARE(m_window->GetDocumentIndex(u"/pictures/a.PNG"_s), 0);
-    QCOMPARE(m_window->GetDocumentIndex(u"a.png"_s), -1);
 }
 
 void TestMainWindow::nullPicture()
 {
-    m_window->NewDocument({}, u"broken"_s);
+    m_shell->window->NewDocument({}, u"broken"_s);
     for (const char *button :
          {"BtnZoomIn", "BtnZoomOut", "BtnRealSize", "BtnUndo", "BtnRedo", "BtnCopy"})
         click(button);
-    m_window->grab();
-    m_window->NewDocument(picture(10, 10), {});
+    m_shell->window->grab();
+    m_shell->window->NewDocument(picture(10, 10), {});
     tabs()->setCurrentIndex(0);
     const Answer discard(QMessageBox::Discard);
-    m_window->CloseFile();
+    m_shell->window->CloseFile();
     QCOMPARE(tabs()->count(), 1);
 }
 
 void TestMainWindow::copying()
 {
-    QVERIFY(!m_window->CopyFile());
-    m_window->NewDocument(picture(12, 34, Qt::green), {});
-    QVERIFY(m_window->CopyFile());
+    QVERIFY(!m_shell->window->CopyFile());
+    m_shell->window->NewDocument(picture(12, 34, Qt::green), {});
+    QVERIFY(m_shell->window->CopyFile());
     QCOMPARE(QApplication::clipboard()->image().size(), QSize(12, 34));
     QCOMPARE(QApplication::clipboard()->image().pixelColor(3, 3), QColor(Qt::green));
 }
@@ -282,46 +253,31 @@ void TestMainWindow::copying()
 // Grabs are told apart by their captions, so none may be without a row in the table of commands.
 void TestMainWindow::everyCaptureItemHasACommand()
 {
-    const QStringList bar{u"Rectangular"_s,   u"Ellipse"_s,     u"Arbitrary"_s,   u""_s,
-                          u"Select Window"_s, u"All Windows"_s, u"Full Screen"_s, u"Menu"_s};
-    const QStringList tray{u"Capture Rectangular"_s,
-                           u"Capture Ellipse"_s,
-                           u"Capture Arbitrary"_s,
-                           u""_s,
-                           u"Select Window"_s,
-                           u"All Windows"_s,
-                           u"Capture Full Screen"_s,
-                           u"Capture Full Screen with Countdown Timer"_s,
-                           u"Capture Menu"_s,
-                           u""_s,
-                           u"Show Snapworkbench"_s,
-                           u""_s,
-                           u"Quit"_s};
-    QList<QStringList> menus;
-    for (const QMenu *menu : m_window->findChildren<QMenu *>()) {
-        QStringList captions;
-        for (const QAction *action : menu->actions())
-            captions.append(action->text());
-        menus.append(captions);
+    int items = 0;
+    for (const QMenu *menu : m_shell->window->findChildren<QMenu *>()) {
+        const QString first = menu->actions().value(0)->text();
+        if (!first.endsWith(u"Rectangular"_s))
+            continue;
+        for (const QAction *action : menu->actions()) {
+            if (action->isSeparator())
+                continue;
+            QVERIFY2(MainWindow::hasCaptureCommand(action->text()), qPrintable(action->text()));
+            ++items;
+        }
     }
-    QVERIFY(menus.contains(bar));
-    QVERIFY(menus.contains(tray));
-    for (const QString &caption : bar + tray)
-        QCOMPARE(MainWindow::hasCaptureCommand(caption), !caption.isEmpty());
+    QCOMPARE(items, 7 + 10);
+    QVERIFY(!MainWindow::hasCaptureCommand({}));
 }
 
 void TestMainWindow::shortcuts()
 {
-    QCOMPARE(MainWindow::CreateShortkey(u"Menu"_s), QKeySequence(u"Ctrl+Alt+M"_s));
-    QCOMPARE(MainWindow::CreateShortkey(u"redo"_s), QKeySequence(u"Ctrl+Shift+Z"_s));
-    QVERIFY(MainWindow::CreateShortkey(u"nothing"_s).isEmpty());
     // No key may have two owners in the window: the toolkit would call neither.
     QList<QKeySequence> keys;
-    for (const QShortcut *shortcut : m_window->findChildren<QShortcut *>())
+    for (const QShortcut *shortcut : m_shell->window->findChildren<QShortcut *>())
         keys.append(shortcut->key());
-    for (const QPushButton *button : m_window->findChildren<QPushButton *>())
+    for (const QPushButton *button : m_shell->window->findChildren<QPushButton *>())
         QVERIFY(button->shortcut().isEmpty());
-    for (const QAction *menu : m_window->findChild<QMenuBar *>()->actions()) {
+    for (const QAction *menu : m_shell->window->findChild<QMenuBar *>()->actions()) {
         for (const QAction *action : menu->menu()->actions()) {
             if (action->shortcutContext() == Qt::WindowShortcut)
                 keys.append(action->shortcut());
@@ -335,16 +291,16 @@ void TestMainWindow::shortcuts()
 void TestMainWindow::fileMenu()
 {
     const auto item = [this](int data) {
-        for (QAction *action : m_window->findChildren<QAction *>()) {
+        for (QAction *action : m_shell->window->findChildren<QAction *>()) {
             if (action->data().toInt() == data)
                 return action;
         }
         return static_cast<QAction *>(nullptr);
     };
-    m_window->BeforeShowFile();
+    m_shell->window->BeforeShowFile();
     QCOMPARE(item(2)->text(), u"Save "_s);
     QVERIFY(!item(1)->isEnabled());
-    m_window->NewDocument(picture(10, 10), u"a&b"_s);
+    m_shell->window->NewDocument(picture(10, 10), u"a&b"_s);
     QCOMPARE(item(3)->text(), u"Save \"a&&b\" As..."_s);
     QVERIFY(item(1)->isEnabled() && item(2)->isEnabled() && item(3)->isEnabled());
 }
@@ -352,15 +308,15 @@ void TestMainWindow::fileMenu()
 // A title of any length keeps both ends, and takes room from no control.
 void TestMainWindow::longTitle()
 {
-    m_window->resize(950, 650);
-    m_window->NewDocument(picture(10, 10), QString(300, u'W'));
-    auto *caption = m_window->findChild<QLabel *>(u"LblCaption"_s);
+    m_shell->window->resize(950, 650);
+    m_shell->window->NewDocument(picture(10, 10), QString(300, u'W'));
+    auto *caption = m_shell->window->findChild<QLabel *>(u"LblCaption"_s);
     QCOMPARE(caption->text(), title());
-    QTRY_COMPARE(m_window->width(), 950);
-    const QWidget *bar = m_window->findChild<QMenuBar *>();
-    const QWidget *close = m_window->findChild<QPushButton *>(u"BtnClose"_s);
+    QTRY_COMPARE(m_shell->window->width(), 950);
+    const QWidget *bar = m_shell->window->findChild<QMenuBar *>();
+    const QWidget *close = m_shell->window->findChild<QPushButton *>(u"BtnClose"_s);
     const auto left = [this](const QWidget *widget) {
-        return widget->mapTo(m_window.get(), QPoint()).x();
+        return widget->mapTo(m_shell->window.get(), QPoint()).x();
     };
     QTRY_VERIFY(left(caption) >= left(bar) + bar->sizeHint().width());
     QVERIFY(left(caption) + caption->width() <= left(close));
@@ -381,13 +337,13 @@ void TestMainWindow::largeFont()
     QFont large = usual;
     large.setPointSizeF(usual.pointSizeF() * 2);
     QApplication::setFont(large);
-    m_window->resize(950, 650);
-    m_window->NewDocument(picture(10, 10), {});
+    m_shell->window->resize(950, 650);
+    m_shell->window->NewDocument(picture(10, 10), {});
     QCoreApplication::processEvents();
-    QCOMPARE(m_window->size(), QSize(950, 650));
-    for (const QComboBox *box : m_window->findChildren<QComboBox *>())
+    QCOMPARE(m_shell->window->size(), QSize(950, 650));
+    for (const QComboBox *box : m_shell->window->findChildren<QComboBox *>())
         QVERIFY(box->height() >= QFontMetrics(box->font()).height() + 6);
-    const QMenuBar *bar = m_window->findChild<QMenuBar *>();
+    const QMenuBar *bar = m_shell->window->findChild<QMenuBar *>();
     QVERIFY(bar->width() >= bar->sizeHint().width() && bar->height() >= bar->sizeHint().height());
     const QTabBar *bars = tabs()->tabBar();
     QVERIFY(bars->tabRect(0).height() >= QFontMetrics(bars->font()).height());
@@ -396,10 +352,10 @@ void TestMainWindow::largeFont()
 
 void TestMainWindow::keysWithoutAMenu()
 {
-    auto *editor = m_window->findChild<TPictureEditor *>();
-    m_window->NewDocument(picture(100, 100), {});
-    m_window->activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
+    auto *editor = m_shell->window->findChild<TPictureEditor *>();
+    m_shell->window->NewDocument(picture(100, 100), {});
+    m_shell->window->activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(m_shell->window.get()));
     const std::array<std::pair<Qt::Key, stateEnum>, 6> tools{{{Qt::Key_6, stateText},
                                                               {Qt::Key_2, stateRect},
                                                               {Qt::Key_3, stateEllipse},
@@ -407,23 +363,89 @@ void TestMainWindow::keysWithoutAMenu()
                                                               {Qt::Key_5, statePoly},
                                                               {Qt::Key_1, stateMove}}};
     for (const auto &[key, tool] : tools) {
-        QTest::keyClick(m_window.get(), key, Qt::ControlModifier);
+        QTest::keyClick(m_shell->window.get(), key, Qt::ControlModifier);
         QCOMPARE(editor->getState(), tool);
     }
-    QTest::keyClick(m_window.get(), Qt::Key_Equal, Qt::ControlModifier);
+    QTest::keyClick(m_shell->window.get(), Qt::Key_Equal, Qt::ControlModifier);
     QCOMPARE(editor->getPixmapScaled(), 1.4F);
-    QTest::keyClick(m_window.get(), Qt::Key_Minus, Qt::ControlModifier);
-    QTest::keyClick(m_window.get(), Qt::Key_Minus, Qt::ControlModifier);
+    QTest::keyClick(m_shell->window.get(), Qt::Key_Minus, Qt::ControlModifier);
+    QTest::keyClick(m_shell->window.get(), Qt::Key_Minus, Qt::ControlModifier);
     QVERIFY(editor->getPixmapScaled() < 1);
-    QTest::keyClick(m_window.get(), Qt::Key_0, Qt::ControlModifier);
+    QTest::keyClick(m_shell->window.get(), Qt::Key_0, Qt::ControlModifier);
     QCOMPARE(editor->getPixmapScaled(), 1.0F);
 }
 
 void TestMainWindow::controlsHaveNames()
 {
     for (const QWidget *widget :
-         m_window->findChildren<QWidget *>(QRegularExpression(u"^(Btn|Cmb|Slider)"_s)))
+         m_shell->window->findChildren<QWidget *>(QRegularExpression(u"^(Btn|Cmb|Slider)"_s)))
         QVERIFY2(!widget->accessibleName().isEmpty(), qPrintable(widget->objectName()));
+}
+
+// A button's state whose picture can't be read leaves the picture that is there.
+void TestMainWindow::damagedPicture()
+{
+    const QDir programFolder(QCoreApplication::applicationDirPath());
+    const QString good = m_shell->folder.filePath(u"good.png"_s);
+    const QString over = m_shell->folder.filePath(u"over.png"_s);
+    QVERIFY(picture(28, 28, Qt::green).save(good));
+    QFile(over).open(QIODevice::WriteOnly);
+    const std::wstring file = g_ResourceFileName.toStdWString();
+    const QByteArray path = "Galeway\\Default\\Buttons\\MainWindow\\BtnUndo";
+    SetToXML(file.c_str(), path, "NormalImg", programFolder.relativeFilePath(good));
+    SetToXML(file.c_str(), path, "OverImg", programFolder.relativeFilePath(over));
+    auto *button = m_shell->window->findChild<QPushButton *>(u"BtnUndo"_s);
+    const auto shown = [button](QEvent::Type type) {
+        QEvent event(type);
+        QCoreApplication::sendEvent(button, &event);
+        return button->grab().toImage().pixelColor(14, 14);
+    };
+    QCOMPARE(shown(QEvent::Leave), QColor(Qt::green));
+    QCOMPARE(shown(QEvent::Enter), QColor(Qt::green));
+    QVERIFY(picture(28, 28, Qt::blue).save(over));
+    QCOMPARE(shown(QEvent::Enter), QColor(Qt::blue));
+}
+
+// Only the brightness is kept, and comes back as a shade of blue.
+void TestMainWindow::lineColour()
+{
+    QTimer answer;
+    connect(&answer, &QTimer::timeout, this, [] {
+        auto *dialog = qobject_cast<QColorDialog *>(QApplication::activeModalWidget());
+        if (!dialog)
+            return;
+        dialog->setCurrentColor(QColor(10, 200, 30));
+        dialog->accept();
+    });
+    answer.start(1);
+    click("BtnColor");
+    const auto penColour = [this] {
+        return m_shell->window->findChild<TPictureEditor *>()->getPenColor();
+    };
+    QCOMPARE(penColour(), QColor(10, 200, 30));
+    m_shell->end();
+    FreeAllXmlDocument();
+    m_shell->start();
+    QCOMPARE(GetConfigString(u"LineColor"_s), u"200"_s);
+    QCOMPARE(penColour().rgb(), qRgb(0, 0, 200));
+}
+
+// The picture covers its area whole, so the focus has to be shown over it.
+void TestMainWindow::focusIsSeen()
+{
+    m_shell->window->NewDocument(picture(4000, 3000, Qt::white), {});
+    m_shell->window->activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(m_shell->window.get()));
+    auto *area = m_shell->window->findChild<QScrollArea *>(u"scrollArea"_s);
+    const auto edge = [area] { return area->parentWidget()->grab().toImage().pixelColor(0, 100); };
+    const QColor plain(Qt::white);
+    QCOMPARE(edge(), plain);
+    area->setFocus(Qt::TabFocusReason);
+    QCOMPARE(edge(), QColor(28, 126, 214));
+    QTest::keyClick(area, Qt::Key_Tab);
+    QCOMPARE(edge(), plain);
+    QTest::mouseClick(area->viewport(), Qt::LeftButton);
+    QCOMPARE(edge(), plain);
 }
 
 void TestMainWindow::aboutBox()
@@ -444,7 +466,7 @@ void TestMainWindow::aboutBox()
         QTest::keyClick(box, Qt::Key_Return);
     });
     watch.start(1);
-    m_window->About();
+    m_shell->window->About();
     for (const QString &expected :
          {u"Workbench <b>"_s, u"Version 7.8.9"_s, u"A & Company"_s, u"Registered"_s})
         QVERIFY2(texts.contains(expected), qPrintable(expected));
@@ -455,15 +477,15 @@ void TestMainWindow::aboutBox()
 
 void TestMainWindow::wholeDesktopGrab()
 {
-    m_desktop->windows->list = {{{.number = 1, .bounds = {0, 0, 800, 600}}, Qt::red}};
+    m_shell->desktop.windows->list = {{{.number = 1, .bounds = {0, 0, 800, 600}}, Qt::red}};
     QVERIFY(HotkeyCallBack(0, 0) == 0 && HotkeyCallBack(10, 0) == 0);
     g_MainWindow = nullptr;
     HotkeyCallBack(6, 0);
-    g_MainWindow = m_window.get();
+    g_MainWindow = m_shell->window.get();
     QCOMPARE(tabs()->count(), 0);
     HotkeyCallBack(6, 0);
     QCOMPARE(tabs()->count(), 1);
-    const QPixmap grabbed = m_window->findChild<TPictureEditor *>()->getPixmap();
+    const QPixmap grabbed = m_shell->window->findChild<TPictureEditor *>()->getPixmap();
     QCOMPARE(grabbed.size(), QSize(800, 600));
     QCOMPARE(grabbed.toImage().pixelColor(400, 300), QColor(Qt::red));
 }
@@ -519,7 +541,7 @@ void TestMainWindow::everyWayToACommand()
 {
     QFETCH(Way, way);
     QFETCH(QString, opens);
-    m_desktop->windows->list = {{{.number = 1, .bounds = {0, 0, 800, 600}}, Qt::red}};
+    m_shell->desktop.windows->list = {{{.number = 1, .bounds = {0, 0, 800, 600}}, Qt::red}};
     SetConfigString(u"ScreenTimer"_s, u"1000"_s);
     QStringList opened;
     QTimer watch;
@@ -532,7 +554,7 @@ void TestMainWindow::everyWayToACommand()
         }
     });
     watch.start(1);
-    way(*m_window);
+    way(*m_shell->window);
     QCOMPARE(opened.value(0), opens);
     // What is given up leaves no picture.
     QCOMPARE(tabs()->count(), opens.isEmpty() ? 1 : 0);
@@ -540,7 +562,7 @@ void TestMainWindow::everyWayToACommand()
 
 void TestMainWindow::browserMakesDocuments()
 {
-    m_desktop->windows->list = {
+    m_shell->desktop.windows->list = {
         {{.number = 1, .bounds = {0, 0, 80, 60}, .owner = u"Mail"_s}, Qt::red},
         {{.number = 2, .bounds = {0, 0, 90, 70}, .owner = u"Mail"_s}, Qt::green},
         {{.number = 3, .bounds = {0, 0, 100, 80}}, Qt::blue}};
@@ -554,12 +576,12 @@ void TestMainWindow::browserMakesDocuments()
         QTest::keyClick(browser, Qt::Key_Return);
     });
     watch.start(1);
-    m_window->ShowAllWindow();
+    m_shell->window->ShowAllWindow();
     QCOMPARE(tabs()->count(), 3);
-    QCOMPARE(m_window->GetFileShowName(0), u"Mail"_s);
-    QCOMPARE(m_window->GetFileShowName(1), u"Mail 1"_s);
+    QCOMPARE(m_shell->window->GetFileShowName(0), u"Mail"_s);
+    QCOMPARE(m_shell->window->GetFileShowName(1), u"Mail 1"_s);
     QCOMPARE(title(), u"untitled * - Snap Workbench"_s);
-    QCOMPARE(m_window->findChild<TPictureEditor *>()->getPixmap().size(), QSize(100, 80));
+    QCOMPARE(m_shell->window->findChild<TPictureEditor *>()->getPixmap().size(), QSize(100, 80));
 }
 
 QTEST_MAIN(TestMainWindow)
