@@ -63,7 +63,9 @@ private slots:
     void init()
     {
         m_shell.emplace();
-        show();
+        m_window = m_shell->window.get();
+        m_window->InitShowGeometry();
+        m_window->show();
     }
     void cleanup() { m_shell.reset(); }
     void numbersAndTitles();
@@ -92,56 +94,51 @@ private slots:
     void browserMakesDocuments();
 
 private:
-    QTabWidget *tabs() const { return m_shell->window->findChild<QTabWidget *>(u"tabWidget"_s); }
-    QString title() const { return m_shell->window->windowTitle(); }
+    QTabWidget *tabs() const { return m_window->findChild<QTabWidget *>(u"tabWidget"_s); }
+    QString title() const { return m_window->windowTitle(); }
     void click(const char *button) const
     {
-        m_shell->window->findChild<QPushButton *>(QLatin1StringView(button))->click();
-    }
-
-    void show() const
-    {
-        m_shell->window->InitShowGeometry();
-        m_shell->window->show();
+        m_window->findChild<QPushButton *>(QLatin1StringView(button))->click();
     }
 
     std::optional<ShellFixture> m_shell;
+    MainWindow *m_window = nullptr;  ///< as it was at first
 };
 
 void TestMainWindow::numbersAndTitles()
 {
     QCOMPARE(title(), u"Snap Workbench"_s);
-    m_shell->window->NewDocument(picture(10, 10), {});
+    m_window->NewDocument(picture(10, 10), {});
     QCOMPARE(title(), u"untitled * - Snap Workbench"_s);
-    m_shell->window->NewDocument(picture(10, 10), {});
-    m_shell->window->NewDocument(picture(10, 10), u"Mail & more"_s);
-    m_shell->window->NewDocument(picture(10, 10), u"Mail & more"_s);
+    m_window->NewDocument(picture(10, 10), {});
+    m_window->NewDocument(picture(10, 10), u"Mail & more"_s);
+    m_window->NewDocument(picture(10, 10), u"Mail & more"_s);
     QCOMPARE(title(), u"Mail & more 1 * - Snap Workbench"_s);
     QCOMPARE(tabs()->count(), 4);
-    QCOMPARE(m_shell->window->GetFileShowName(1), u"untitled 1"_s);
+    QCOMPARE(m_window->GetFileShowName(1), u"untitled 1"_s);
     const Answer discard(QMessageBox::Discard);
-    QVERIFY(m_shell->window->CloseAllFiles());
+    QVERIFY(m_window->CloseAllFiles());
     QCOMPARE(title(), u"Snap Workbench"_s);
     // Numbers are never given back.
-    m_shell->window->NewDocument(picture(10, 10), {});
+    m_window->NewDocument(picture(10, 10), {});
     QCOMPARE(title(), u"untitled 2 * - Snap Workbench"_s);
 }
 
 void TestMainWindow::documentsKeepTheirState()
 {
-    auto *area = m_shell->window->findChild<QScrollArea *>(u"scrollArea"_s);
-    m_shell->window->NewDocument(picture(4000, 3000), {});
+    auto *area = m_window->findChild<QScrollArea *>(u"scrollArea"_s);
+    m_window->NewDocument(picture(4000, 3000), {});
     click("BtnZoomOut");
     const QSize zoomedOut = area->widget()->size();
-    m_shell->window->MovePicture(-123, -77);
+    m_window->MovePicture(-123, -77);
     QCOMPARE(area->horizontalScrollBar()->value(), 123);
-    m_shell->window->MovePicture(1000, -100000);
+    m_window->MovePicture(1000, -100000);
     QCOMPARE(area->horizontalScrollBar()->value(), 0);
     QCOMPARE(area->verticalScrollBar()->value(), area->verticalScrollBar()->maximum());
     area->horizontalScrollBar()->setValue(50);
     const int bottom = area->verticalScrollBar()->value();
 
-    m_shell->window->NewDocument(picture(20, 20), {});
+    m_window->NewDocument(picture(20, 20), {});
     QCOMPARE(area->widget()->size(), area->size());
     tabs()->setCurrentIndex(0);
     QCOMPARE(area->widget()->size(), zoomedOut);
@@ -151,11 +148,11 @@ void TestMainWindow::documentsKeepTheirState()
 
 void TestMainWindow::shapesStayWithTheirDocument()
 {
-    auto *editor = m_shell->window->findChild<TPictureEditor *>();
-    m_shell->window->NewDocument(picture(20, 20), {});
+    auto *editor = m_window->findChild<TPictureEditor *>();
+    m_window->NewDocument(picture(20, 20), {});
     const EditHistory history{std::make_shared<const EditEntry>()};
     editor->setVecUnDo(&history);
-    m_shell->window->NewDocument(picture(20, 20), {});
+    m_window->NewDocument(picture(20, 20), {});
     QVERIFY(editor->getVecUnDo().isEmpty());
     tabs()->setCurrentIndex(0);
     QCOMPARE(editor->getVecUnDo(), history);
@@ -185,67 +182,67 @@ void TestMainWindow::zoomLimits()
     QFETCH(int, width);
     QFETCH(QByteArray, button);
     QFETCH(int, clicks);
-    m_shell->window->NewDocument(picture(width, 5), {});
+    m_window->NewDocument(picture(width, 5), {});
     for (int i = 0; i < clicks; ++i)
         click(button.constData());
-    QTEST(m_shell->window->findChild<TPictureEditor *>()->getPixmapScaled(), "scale");
+    QTEST(m_window->findChild<TPictureEditor *>()->getPixmapScaled(), "scale");
 }
 
 void TestMainWindow::closing()
 {
     for (const auto *name : {"a", "b", "c"})
-        m_shell->window->NewDocument(picture(10, 10), QLatin1StringView(name));
+        m_window->NewDocument(picture(10, 10), QLatin1StringView(name));
     tabs()->setCurrentIndex(1);
     Answer cancel(QMessageBox::Cancel);
-    m_shell->window->CloseFile();
+    m_window->CloseFile();
     QCOMPARE(cancel.text, u"Save changes to \"b\" ?"_s);
     QCOMPARE(tabs()->count(), 3);
     cancel.timer.stop();
 
     const Answer discard(QMessageBox::Discard);
     // The number stays when a tab in front of the current one goes.
-    m_shell->window->CloseFile(0);
+    m_window->CloseFile(0);
     QCOMPARE(title(), u"c * - Snap Workbench"_s);
-    m_shell->window->CloseFile();
+    m_window->CloseFile();
     QCOMPARE(title(), u"b * - Snap Workbench"_s);
-    m_shell->window->CloseFile();
+    m_window->CloseFile();
     QCOMPARE(title(), u"Snap Workbench"_s);
-    QVERIFY(!m_shell->window->findChild<QWidget *>(u"WidScrollArea"_s)->isVisible());
-    m_shell->window->CloseFile();
+    QVERIFY(!m_window->findChild<QWidget *>(u"WidScrollArea"_s)->isVisible());
+    m_window->CloseFile();
     QCOMPARE(tabs()->count(), 0);
 }
 
 void TestMainWindow::closingCanBeRefused()
 {
-    m_shell->window->NewDocument(picture(10, 10), {});
-    m_shell->window->NewDocument(picture(10, 10), {});
+    m_window->NewDocument(picture(10, 10), {});
+    m_window->NewDocument(picture(10, 10), {});
     Answer cancel(QMessageBox::Cancel);
-    QVERIFY(!m_shell->window->CloseAllFiles());
+    QVERIFY(!m_window->CloseAllFiles());
     QCOMPARE(cancel.text, u"Save all changes ?"_s);
-    QVERIFY(!m_shell->window->close());
-    QVERIFY(m_shell->window->isVisible());
+    QVERIFY(!m_window->close());
+    QVERIFY(m_window->isVisible());
     QCOMPARE(tabs()->count(), 2);
 }
 
 void TestMainWindow::nullPicture()
 {
-    m_shell->window->NewDocument({}, u"broken"_s);
+    m_window->NewDocument({}, u"broken"_s);
     for (const char *button :
          {"BtnZoomIn", "BtnZoomOut", "BtnRealSize", "BtnUndo", "BtnRedo", "BtnCopy"})
         click(button);
-    m_shell->window->grab();
-    m_shell->window->NewDocument(picture(10, 10), {});
+    m_window->grab();
+    m_window->NewDocument(picture(10, 10), {});
     tabs()->setCurrentIndex(0);
     const Answer discard(QMessageBox::Discard);
-    m_shell->window->CloseFile();
+    m_window->CloseFile();
     QCOMPARE(tabs()->count(), 1);
 }
 
 void TestMainWindow::copying()
 {
-    QVERIFY(!m_shell->window->CopyFile());
-    m_shell->window->NewDocument(picture(12, 34, Qt::green), {});
-    QVERIFY(m_shell->window->CopyFile());
+    QVERIFY(!m_window->CopyFile());
+    m_window->NewDocument(picture(12, 34, Qt::green), {});
+    QVERIFY(m_window->CopyFile());
     QCOMPARE(QApplication::clipboard()->image().size(), QSize(12, 34));
     QCOMPARE(QApplication::clipboard()->image().pixelColor(3, 3), QColor(Qt::green));
 }
@@ -254,7 +251,7 @@ void TestMainWindow::copying()
 void TestMainWindow::everyCaptureItemHasACommand()
 {
     int items = 0;
-    for (const QMenu *menu : m_shell->window->findChildren<QMenu *>()) {
+    for (const QMenu *menu : m_window->findChildren<QMenu *>()) {
         const QString first = menu->actions().value(0)->text();
         if (!first.endsWith(u"Rectangular"_s))
             continue;
@@ -273,11 +270,11 @@ void TestMainWindow::shortcuts()
 {
     // No key may have two owners in the window: the toolkit would call neither.
     QList<QKeySequence> keys;
-    for (const QShortcut *shortcut : m_shell->window->findChildren<QShortcut *>())
+    for (const QShortcut *shortcut : m_window->findChildren<QShortcut *>())
         keys.append(shortcut->key());
-    for (const QPushButton *button : m_shell->window->findChildren<QPushButton *>())
+    for (const QPushButton *button : m_window->findChildren<QPushButton *>())
         QVERIFY(button->shortcut().isEmpty());
-    for (const QAction *menu : m_shell->window->findChild<QMenuBar *>()->actions()) {
+    for (const QAction *menu : m_window->findChild<QMenuBar *>()->actions()) {
         for (const QAction *action : menu->menu()->actions()) {
             if (action->shortcutContext() == Qt::WindowShortcut)
                 keys.append(action->shortcut());
@@ -291,16 +288,16 @@ void TestMainWindow::shortcuts()
 void TestMainWindow::fileMenu()
 {
     const auto item = [this](int data) {
-        for (QAction *action : m_shell->window->findChildren<QAction *>()) {
+        for (QAction *action : m_window->findChildren<QAction *>()) {
             if (action->data().toInt() == data)
                 return action;
         }
         return static_cast<QAction *>(nullptr);
     };
-    m_shell->window->BeforeShowFile();
+    m_window->BeforeShowFile();
     QCOMPARE(item(2)->text(), u"Save "_s);
     QVERIFY(!item(1)->isEnabled());
-    m_shell->window->NewDocument(picture(10, 10), u"a&b"_s);
+    m_window->NewDocument(picture(10, 10), u"a&b"_s);
     QCOMPARE(item(3)->text(), u"Save \"a&&b\" As..."_s);
     QVERIFY(item(1)->isEnabled() && item(2)->isEnabled() && item(3)->isEnabled());
 }
@@ -308,15 +305,15 @@ void TestMainWindow::fileMenu()
 // A title of any length keeps both ends, and takes room from no control.
 void TestMainWindow::longTitle()
 {
-    m_shell->window->resize(950, 650);
-    m_shell->window->NewDocument(picture(10, 10), QString(300, u'W'));
-    auto *caption = m_shell->window->findChild<QLabel *>(u"LblCaption"_s);
+    m_window->resize(950, 650);
+    m_window->NewDocument(picture(10, 10), QString(300, u'W'));
+    auto *caption = m_window->findChild<QLabel *>(u"LblCaption"_s);
     QCOMPARE(caption->text(), title());
-    QTRY_COMPARE(m_shell->window->width(), 950);
-    const QWidget *bar = m_shell->window->findChild<QMenuBar *>();
-    const QWidget *close = m_shell->window->findChild<QPushButton *>(u"BtnClose"_s);
+    QTRY_COMPARE(m_window->width(), 950);
+    const QWidget *bar = m_window->findChild<QMenuBar *>();
+    const QWidget *close = m_window->findChild<QPushButton *>(u"BtnClose"_s);
     const auto left = [this](const QWidget *widget) {
-        return widget->mapTo(m_shell->window.get(), QPoint()).x();
+        return widget->mapTo(m_window, QPoint()).x();
     };
     QTRY_VERIFY(left(caption) >= left(bar) + bar->sizeHint().width());
     QVERIFY(left(caption) + caption->width() <= left(close));
@@ -337,13 +334,13 @@ void TestMainWindow::largeFont()
     QFont large = usual;
     large.setPointSizeF(usual.pointSizeF() * 2);
     QApplication::setFont(large);
-    m_shell->window->resize(950, 650);
-    m_shell->window->NewDocument(picture(10, 10), {});
+    m_window->resize(950, 650);
+    m_window->NewDocument(picture(10, 10), {});
     QCoreApplication::processEvents();
-    QCOMPARE(m_shell->window->size(), QSize(950, 650));
-    for (const QComboBox *box : m_shell->window->findChildren<QComboBox *>())
+    QCOMPARE(m_window->size(), QSize(950, 650));
+    for (const QComboBox *box : m_window->findChildren<QComboBox *>())
         QVERIFY(box->height() >= QFontMetrics(box->font()).height() + 6);
-    const QMenuBar *bar = m_shell->window->findChild<QMenuBar *>();
+    const QMenuBar *bar = m_window->findChild<QMenuBar *>();
     QVERIFY(bar->width() >= bar->sizeHint().width() && bar->height() >= bar->sizeHint().height());
     const QTabBar *bars = tabs()->tabBar();
     QVERIFY(bars->tabRect(0).height() >= QFontMetrics(bars->font()).height());
@@ -352,10 +349,10 @@ void TestMainWindow::largeFont()
 
 void TestMainWindow::keysWithoutAMenu()
 {
-    auto *editor = m_shell->window->findChild<TPictureEditor *>();
-    m_shell->window->NewDocument(picture(100, 100), {});
-    m_shell->window->activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(m_shell->window.get()));
+    auto *editor = m_window->findChild<TPictureEditor *>();
+    m_window->NewDocument(picture(100, 100), {});
+    m_window->activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(m_window));
     const std::array<std::pair<Qt::Key, stateEnum>, 6> tools{{{Qt::Key_6, stateText},
                                                               {Qt::Key_2, stateRect},
                                                               {Qt::Key_3, stateEllipse},
@@ -363,22 +360,22 @@ void TestMainWindow::keysWithoutAMenu()
                                                               {Qt::Key_5, statePoly},
                                                               {Qt::Key_1, stateMove}}};
     for (const auto &[key, tool] : tools) {
-        QTest::keyClick(m_shell->window.get(), key, Qt::ControlModifier);
+        QTest::keyClick(m_window, key, Qt::ControlModifier);
         QCOMPARE(editor->getState(), tool);
     }
-    QTest::keyClick(m_shell->window.get(), Qt::Key_Equal, Qt::ControlModifier);
+    QTest::keyClick(m_window, Qt::Key_Equal, Qt::ControlModifier);
     QCOMPARE(editor->getPixmapScaled(), 1.4F);
-    QTest::keyClick(m_shell->window.get(), Qt::Key_Minus, Qt::ControlModifier);
-    QTest::keyClick(m_shell->window.get(), Qt::Key_Minus, Qt::ControlModifier);
+    QTest::keyClick(m_window, Qt::Key_Minus, Qt::ControlModifier);
+    QTest::keyClick(m_window, Qt::Key_Minus, Qt::ControlModifier);
     QVERIFY(editor->getPixmapScaled() < 1);
-    QTest::keyClick(m_shell->window.get(), Qt::Key_0, Qt::ControlModifier);
+    QTest::keyClick(m_window, Qt::Key_0, Qt::ControlModifier);
     QCOMPARE(editor->getPixmapScaled(), 1.0F);
 }
 
 void TestMainWindow::controlsHaveNames()
 {
     for (const QWidget *widget :
-         m_shell->window->findChildren<QWidget *>(QRegularExpression(u"^(Btn|Cmb|Slider)"_s)))
+         m_window->findChildren<QWidget *>(QRegularExpression(u"^(Btn|Cmb|Slider)"_s)))
         QVERIFY2(!widget->accessibleName().isEmpty(), qPrintable(widget->objectName()));
 }
 
@@ -394,7 +391,7 @@ void TestMainWindow::damagedPicture()
     const QByteArray path = "Galeway\\Default\\Buttons\\MainWindow\\BtnUndo";
     SetToXML(file.c_str(), path, "NormalImg", programFolder.relativeFilePath(good));
     SetToXML(file.c_str(), path, "OverImg", programFolder.relativeFilePath(over));
-    auto *button = m_shell->window->findChild<QPushButton *>(u"BtnUndo"_s);
+    auto *button = m_window->findChild<QPushButton *>(u"BtnUndo"_s);
     const auto shown = [button](QEvent::Type type) {
         QEvent event(type);
         QCoreApplication::sendEvent(button, &event);
@@ -433,10 +430,10 @@ void TestMainWindow::lineColour()
 // The picture covers its area whole, so the focus has to be shown over it.
 void TestMainWindow::focusIsSeen()
 {
-    m_shell->window->NewDocument(picture(4000, 3000, Qt::white), {});
-    m_shell->window->activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(m_shell->window.get()));
-    auto *area = m_shell->window->findChild<QScrollArea *>(u"scrollArea"_s);
+    m_window->NewDocument(picture(4000, 3000, Qt::white), {});
+    m_window->activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(m_window));
+    auto *area = m_window->findChild<QScrollArea *>(u"scrollArea"_s);
     const auto edge = [area] { return area->parentWidget()->grab().toImage().pixelColor(0, 100); };
     const QColor plain(Qt::white);
     QCOMPARE(edge(), plain);
@@ -466,7 +463,7 @@ void TestMainWindow::aboutBox()
         QTest::keyClick(box, Qt::Key_Return);
     });
     watch.start(1);
-    m_shell->window->About();
+    m_window->About();
     for (const QString &expected :
          {u"Workbench <b>"_s, u"Version 7.8.9"_s, u"A & Company"_s, u"Registered"_s})
         QVERIFY2(texts.contains(expected), qPrintable(expected));
@@ -481,11 +478,11 @@ void TestMainWindow::wholeDesktopGrab()
     QVERIFY(HotkeyCallBack(0, 0) == 0 && HotkeyCallBack(10, 0) == 0);
     g_MainWindow = nullptr;
     HotkeyCallBack(6, 0);
-    g_MainWindow = m_shell->window.get();
+    g_MainWindow = m_window;
     QCOMPARE(tabs()->count(), 0);
     HotkeyCallBack(6, 0);
     QCOMPARE(tabs()->count(), 1);
-    const QPixmap grabbed = m_shell->window->findChild<TPictureEditor *>()->getPixmap();
+    const QPixmap grabbed = m_window->findChild<TPictureEditor *>()->getPixmap();
     QCOMPARE(grabbed.size(), QSize(800, 600));
     QCOMPARE(grabbed.toImage().pixelColor(400, 300), QColor(Qt::red));
 }
@@ -554,7 +551,7 @@ void TestMainWindow::everyWayToACommand()
         }
     });
     watch.start(1);
-    way(*m_shell->window);
+    way(*m_window);
     QCOMPARE(opened.value(0), opens);
     // What is given up leaves no picture.
     QCOMPARE(tabs()->count(), opens.isEmpty() ? 1 : 0);
@@ -576,12 +573,12 @@ void TestMainWindow::browserMakesDocuments()
         QTest::keyClick(browser, Qt::Key_Return);
     });
     watch.start(1);
-    m_shell->window->ShowAllWindow();
+    m_window->ShowAllWindow();
     QCOMPARE(tabs()->count(), 3);
-    QCOMPARE(m_shell->window->GetFileShowName(0), u"Mail"_s);
-    QCOMPARE(m_shell->window->GetFileShowName(1), u"Mail 1"_s);
+    QCOMPARE(m_window->GetFileShowName(0), u"Mail"_s);
+    QCOMPARE(m_window->GetFileShowName(1), u"Mail 1"_s);
     QCOMPARE(title(), u"untitled * - Snap Workbench"_s);
-    QCOMPARE(m_shell->window->findChild<TPictureEditor *>()->getPixmap().size(), QSize(100, 80));
+    QCOMPARE(m_window->findChild<TPictureEditor *>()->getPixmap().size(), QSize(100, 80));
 }
 
 QTEST_MAIN(TestMainWindow)
