@@ -478,18 +478,6 @@ Rücktaste    Punkt löschen</translation>
         <translation>&amp;Aufnahme</translation>
     </message>
     <message>
-        <source>Snap Workbench %1</source>
-        <translation>Snap Workbench %1</translation>
-    </message>
-    <message>
-        <source>Registered</source>
-        <translation>Registriert</translation>
-    </message>
-    <message>
-        <source>Not registered</source>
-        <translation>Nicht registriert</translation>
-    </message>
-    <message>
         <source>../Resources/Help/index.html</source>
         <translation>../Resources/Help/index.html</translation>
     </message>

@@ -478,18 +478,6 @@ Backspace    删除最后一点</translation>
         <translation>截图(&amp;C)</translation>
     </message>
     <message>
-        <source>Snap Workbench %1</source>
-        <translation>Snap Workbench %1</translation>
-    </message>
-    <message>
-        <source>Registered</source>
-        <translation>已注册</translation>
-    </message>
-    <message>
-        <source>Not registered</source>
-        <translation>未注册</translation>
-    </message>
-    <message>
         <source>../Resources/Help/index.html</source>
         <translation>../Resources/Help/index.html</translation>
     </message>
