@@ -4,6 +4,10 @@
 <context>
     <name>AboutBox</name>
     <message>
+        <source>Close</source>
+        <translation>Schließen</translation>
+    </message>
+    <message>
         <source>About %1</source>
         <translation>Über %1</translation>
     </message>
@@ -488,18 +492,6 @@ Rücktaste    Punkt löschen</translation>
     <message>
         <source>&amp;Capture</source>
         <translation>&amp;Aufnahme</translation>
-    </message>
-    <message>
-        <source>Snap Workbench %1</source>
-        <translation>Snap Workbench %1</translation>
-    </message>
-    <message>
-        <source>Registered</source>
-        <translation>Registriert</translation>
-    </message>
-    <message>
-        <source>Not registered</source>
-        <translation>Nicht registriert</translation>
     </message>
     <message>
         <source>../Resources/Help/index.html</source>

@@ -66,8 +66,10 @@ MainWindow::MainWindow()
     : QMainWindow(nullptr, Qt::FramelessWindowHint), ui(std::make_unique<Ui::MainWindow>())
 {
     // The window paints its body itself, and what the corners' pictures leave free shows the
-    // desktop.
-    setAttribute(Qt::WA_TranslucentBackground, services().windows->isComposited());
+    // desktop. A window keeps the depth that it was made with, and a compositor may come later.
+    setAttribute(Qt::WA_TranslucentBackground);
+    m_isComposited = services().windows->isComposited();
+    services().windows->setCompositingHandler([this] { followCompositor(); });
     ui->setupUi(this);
     setUpCaption();
     setWindowTitle(tr("Snap Workbench"));
@@ -97,6 +99,7 @@ MainWindow::~MainWindow()
 {
     freeHotKey();
     SetAppActiveChangeCallback(nullptr);
+    services().windows->setCompositingHandler(nullptr);
     SaveAllXmlDocument();
 }
 

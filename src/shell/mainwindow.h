@@ -197,8 +197,10 @@ private:
 
     void setUpCaption();
     void comeWithinReach();
-    /// Cuts the window to its corners' pictures where no compositor lets the desktop show through.
+    /// Cuts the window to its corners' pictures where no compositor lets the desktop show through;
+    /// a maximised one has corners to fill the screen's.
     void cutCorners();
+    void followCompositor();
     void setUpPictureArea();
     void setUpEditor();
     void setUpTray();
@@ -255,6 +257,7 @@ private:
     QPixmap m_MenuBarPixmap;
     QPixmap m_FlagPixmap;
     std::map<std::pair<QString, int>, QPixmap> m_SkinPictures;  ///< by section and attribute
+    bool m_isComposited = false;
     Drag m_Drag = Drag::None;
     QPoint m_DragPos;  ///< where the pointer took hold, in the window
 };

@@ -1,5 +1,7 @@
 #include "shell/mainwindow.h"
 
+#include "platform/services.h"
+#include "shell/focusring.h"
 #include "ui_mainwindow.h"
 
 #include <QApplication>
@@ -53,6 +55,7 @@ void MainWindow::setUpPictureArea()
                             ui->scrollAreaWidgetContents, static_cast<QWidget *>(ui->lblPicture)})
         widget->setPalette(palette);
     ui->WidScrollArea->hide();
+    new FocusRing(ui->scrollArea);
     for (QWidget *widget : {static_cast<QWidget *>(ui->tabWidget), ui->widTool, ui->widPictureEdit,
                             ui->widPicture, static_cast<QWidget *>(ui->scrollArea)})
         widget->installEventFilter(this);
@@ -82,13 +85,15 @@ void MainWindow::paintEvent(QPaintEvent * /*event*/)
     QPainter painter(this);
     // One picture's width serves all four corners, and without it the body stays bare.
     const int c = topLeft.width();
-    if (c > 0 && testAttribute(Qt::WA_TranslucentBackground)) {
+    if (c > 0 && m_isComposited && !GetMaximized()) {
         painter.fillRect(QRect(c, 0, w - 2 * c, h), s_bodyColor);
         painter.fillRect(QRect(0, c, c, h - 2 * c), s_bodyColor);
         painter.fillRect(QRect(w - c, c, c, h - 2 * c), s_bodyColor);
     } else if (c > 0) {
-        // Corners that are cut need the body behind their soft edges, and not the palette's colour.
+        // Corners that are cut need the body behind their soft edges.
         painter.fillRect(rect(), s_bodyColor);
+    } else if (!m_isComposited) {
+        painter.fillRect(rect(), palette().window());
     }
     drawIfThere(painter, {0, 0}, topLeft);
     drawIfThere(painter, {w - topRight.width(), 0}, topRight);
@@ -104,8 +109,10 @@ void MainWindow::resizeEvent(QResizeEvent *event)
 
 void MainWindow::cutCorners()
 {
-    if (testAttribute(Qt::WA_TranslucentBackground))
+    if (m_isComposited || GetMaximized()) {
+        clearMask();
         return;
+    }
     const QString section = u"BtnBackground"_s;
     QRegion shape(rect());
     const auto cut = [this, &shape](const QPixmap &corner, bool right, bool bottom) {
@@ -123,6 +130,13 @@ void MainWindow::cutCorners()
     cut(skinPicture(section, 5), false, true);
     cut(skinPicture(section, 7), true, true);
     setMask(shape);
+}
+
+void MainWindow::followCompositor()
+{
+    m_isComposited = services().windows->isComposited();
+    cutCorners();
+    update();
 }
 
 void MainWindow::DrawToolBackgound()

@@ -251,7 +251,9 @@ void MainWindow::BeforeShowFile()
             break;
         case s_saveAsItem:
             action->setEnabled(any);
-            action->setText(tr("Save %1 As...").arg(name));
+            // Without a name two blanks would be left in the middle.
+            action->setText(any ? tr("Save %1 As...").arg(name)
+                                : tr("Save %1 As...").arg(name).replace(u"  "_s, u" "_s));
             break;
         default:
             if (captionOf(*action) == tr("Close All"))

@@ -27,6 +27,7 @@ const QRgb s_body = qRgb(35, 40, 45);
 
 // Of the window around what stands in it; its corners lie within.
 constexpr int s_rim = 5;
+constexpr int s_leastClear = 4 * 5;
 
 // In the window: free of widgets, in the caption above its letters, and in the first button.
 const QPoint s_bodyPoint(300, 1);
@@ -64,6 +65,7 @@ private slots:
     void cleanup();
     void corners_data();
     void corners();
+    void compositorComesAndGoes();
     void swappedSkin();
     void swappedPictures();
     void damagedSkin();
@@ -76,6 +78,11 @@ private:
     bool begin(const QStringList &windowManager, const Pictures &pictures = {});
     /// Shown at `area`, painted.
     bool stands(const QRect &area);
+    struct Corners {
+        int clear = 0;  ///< pixels that show what lies behind
+        int soft = 0;   ///< mixed from both
+    };
+    Corners cornersShown();
     /// The path of a new picture of one colour. The frame is for places that take the edge's colour
     /// for the ground, and leave it out.
     QString solid(const QString &name, QRgb colour, int frame = 0);
@@ -126,6 +133,26 @@ bool TestFace::stands(const QRect &area)
     });
 }
 
+TestFace::Corners TestFace::cornersShown()
+{
+    const QImage behind = pattern({1600, 1000});
+    const QImage screen = m_desktop->screenshot();
+    Corners shown;
+    for (const QPoint corner : {s_place.topLeft(), s_place.topRight() - QPoint(s_rim - 1, 0),
+                                s_place.bottomLeft() - QPoint(0, s_rim - 1),
+                                s_place.bottomRight() - QPoint(s_rim - 1, s_rim - 1)}) {
+        for (int i = 0; i < s_rim * s_rim; ++i) {
+            const QPoint at = corner + QPoint(i % s_rim, i / s_rim);
+            const QRgb pixel = screen.pixel(at) | 0xff000000;
+            if (pixel == behind.pixel(at))
+                ++shown.clear;
+            else if (qGray(pixel) > qGray(s_body) + 12)
+                ++shown.soft;
+        }
+    }
+    return shown;
+}
+
 QString TestFace::solid(const QString &name, QRgb colour, int frame)
 {
     const QString path = m_desktop->home() + u'/' + name + u".png"_s;
@@ -148,25 +175,32 @@ void TestFace::corners()
     QFETCH(QStringList, windowManager);
     QVERIFY(begin(windowManager));
     QVERIFY(stands(s_place));
-    const QImage behind = pattern({1600, 1000});
-    const QImage screen = m_desktop->screenshot();
-    int clear = 0;
-    int soft = 0;
-    for (const QPoint corner : {s_place.topLeft(), s_place.topRight() - QPoint(s_rim - 1, 0),
-                                s_place.bottomLeft() - QPoint(0, s_rim - 1),
-                                s_place.bottomRight() - QPoint(s_rim - 1, s_rim - 1)}) {
-        for (int i = 0; i < s_rim * s_rim; ++i) {
-            const QPoint at = corner + QPoint(i % s_rim, i / s_rim);
-            const QRgb shown = screen.pixel(at) | 0xff000000;
-            if (shown == behind.pixel(at))
-                ++clear;
-            else if (qGray(shown) > qGray(s_body) + 12)
-                ++soft;
-        }
-    }
     // Round in both ways; only a compositor can mix an edge from the window and what is behind.
-    QVERIFY(clear >= 4 * 5);
-    QCOMPARE(soft > 0, windowManager == s_compositing);
+    const Corners shown = cornersShown();
+    QVERIFY(shown.clear >= s_leastClear);
+    QCOMPARE(shown.soft > 0, windowManager == s_compositing);
+}
+
+void TestFace::compositorComesAndGoes()
+{
+    QVERIFY(begin(s_openbox));
+    QVERIFY(stands(s_place));
+    const auto softened = [this](bool soft) {
+        return waitFor([&] {
+            const Corners shown = cornersShown();
+            return shown.clear >= s_leastClear && (shown.soft > 0) == soft;
+        });
+    };
+    QVERIFY(softened(false));
+    for (int round = 0; round < 2; ++round) {
+        QProcess *compositor = m_desktop->start(
+            u"picom"_s, {u"--backend"_s, u"xrender"_s, u"--config"_s, u"/dev/null"_s},
+            m_desktop->environment());
+        QVERIFY(compositor);
+        QVERIFY(softened(true));
+        compositor->terminate();
+        QVERIFY(softened(false));
+    }
 }
 
 // Another skin needs no code: every place that has a picture takes it from the resource file.
