@@ -1,187 +1,29 @@
 // The running program beside one that has an empty window and nothing else.
 
 #include "comparison.h"
+#include "runningprogram.h"
 
 #include "capture/dialog.h"
 #include "config/applicationrecord.h"
 
-#include <QDir>
 #include <QElapsedTimer>
-#include <QFile>
 #include <QFileInfo>
 #include <QGuiApplication>
-#include <QProcess>
 #include <QScreen>
-#include <QTemporaryDir>
 #include <QThread>
 #include <QWidget>
 
 #include <benchmark/benchmark.h>
 
-#include <cstdlib>
-
-#include <unistd.h>
-#include <xcb/xcb.h>
-#include <xcb/xcb_keysyms.h>
-#include <xcb/xtest.h>
-
 #include <X11/keysym.h>
 
 namespace {
 
-constexpr int s_startLimit = 20000;  // milliseconds
 constexpr int s_idleSeconds = 10;
-
-const char *programPath(bool empty) { return empty ? BENCH_EMPTY : BENCH_PROGRAM; }
-
-// Watches one pixel of the root: it keeps the root's colour until a window paints over it.
-class PixelWatch
-{
-public:
-    PixelWatch() : m_connection(xcb_connect(nullptr, nullptr))
-    {
-        m_screen = xcb_setup_roots_iterator(xcb_get_setup(m_connection)).data;
-    }
-    ~PixelWatch() { xcb_disconnect(m_connection); }
-    PixelWatch(const PixelWatch &) = delete;
-    PixelWatch &operator=(const PixelWatch &) = delete;
-
-    /// Presses and releases keys, given by their codes, in this order and back.
-    void press(const QList<uint8_t> &keys)
-    {
-        for (const uint8_t key : keys)
-            fake(XCB_KEY_PRESS, key);
-        for (auto key = keys.crbegin(); key != keys.crend(); ++key)
-            fake(XCB_KEY_RELEASE, *key);
-        xcb_flush(m_connection);
-    }
-    QList<uint8_t> codes(const QList<xcb_keysym_t> &keysyms)
-    {
-        xcb_key_symbols_t *symbols = xcb_key_symbols_alloc(m_connection);
-        QList<uint8_t> result;
-        for (const xcb_keysym_t keysym : keysyms) {
-            xcb_keycode_t *code = xcb_key_symbols_get_keycode(symbols, keysym);
-            result.append(code ? *code : 0);
-            std::free(code);
-        }
-        xcb_key_symbols_free(symbols);
-        return result;
-    }
-    /// Waits for another colour in the middle of the screen. False when none came.
-    bool waitForChange(uint32_t before)
-    {
-        QElapsedTimer timer;
-        timer.start();
-        while (centre() == before) {
-            if (timer.elapsed() > s_startLimit)
-                return false;
-            QCoreApplication::processEvents();
-        }
-        return true;
-    }
-
-    uint32_t centre()
-    {
-        auto *reply = xcb_get_image_reply(
-            m_connection,
-            xcb_get_image(m_connection, XCB_IMAGE_FORMAT_Z_PIXMAP, m_screen->root,
-                          static_cast<int16_t>(m_screen->width_in_pixels / 2),
-                          static_cast<int16_t>(m_screen->height_in_pixels / 2), 1, 1, ~0U),
-            nullptr);
-        const uint32_t result =
-            reply ? *reinterpret_cast<uint32_t *>(xcb_get_image_data(reply)) : 0;
-        std::free(reply);
-        return result;
-    }
-
-private:
-    void fake(uint8_t type, uint8_t key)
-    {
-        xcb_test_fake_input(m_connection, type, key, XCB_CURRENT_TIME, m_screen->root, 0, 0, 0);
-    }
-
-    xcb_connection_t *m_connection;
-    const xcb_screen_t *m_screen = nullptr;
-};
-
-// A home of its own, kept over the starts: what is measured is the second start and not the first
-// ever.
-class Program
-{
-public:
-    explicit Program(bool empty) : m_empty(empty)
-    {
-        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert(QStringLiteral("HOME"), m_home.path());
-        environment.insert(QStringLiteral("XDG_DATA_HOME"), m_home.path());
-        environment.insert(QStringLiteral("XDG_CONFIG_HOME"), m_home.path());
-        m_process.setProcessEnvironment(environment);
-    }
-    ~Program() { stop(); }
-    Program(const Program &) = delete;
-    Program &operator=(const Program &) = delete;
-
-    /// Seconds from the start to the first paint; negative when none came.
-    double start(const QStringList &arguments = {})
-    {
-        PixelWatch watch;
-        const uint32_t before = watch.centre();
-        QElapsedTimer timer;
-        timer.start();
-        m_process.start(QString::fromLocal8Bit(programPath(m_empty)), arguments);
-        while (watch.centre() == before) {
-            if (timer.elapsed() > s_startLimit)
-                return -1;
-            usleep(200);
-        }
-        return static_cast<double>(timer.nsecsElapsed()) * 1e-9;
-    }
-    void stop()
-    {
-        m_process.kill();
-        m_process.waitForFinished();
-    }
-    QByteArray proc(const char *name) const
-    {
-        QFile file(QStringLiteral("/proc/%1/%2")
-                       .arg(m_process.processId())
-                       .arg(QString::fromLatin1(name)));
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    }
-    long ticks() const
-    {
-        // The name in parentheses may hold blanks; user and system time are fields 14 and 15.
-        const QByteArray stat = proc("stat");
-        const QList<QByteArray> fields = stat.mid(stat.lastIndexOf(')') + 2).split(' ');
-        return fields.value(11).toLong() + fields.value(12).toLong();
-    }
-    double residentMegabytes() const
-    {
-        for (const QByteArray &line : proc("status").split('\n')) {
-            if (line.startsWith("VmRSS:"))
-                return line.simplified().split(' ').value(1).toDouble() / 1024;
-        }
-        return 0;
-    }
-    /// Waits until the process has used no time for a second.
-    void settle() const
-    {
-        long before = -1;
-        while (before != ticks()) {
-            before = ticks();
-            QThread::sleep(1);
-        }
-    }
-
-private:
-    bool m_empty;
-    QTemporaryDir m_home;
-    QProcess m_process;
-};
 
 void startUp(benchmark::State &state, bool empty)
 {
-    Program program(empty);
+    Program program(empty ? BENCH_EMPTY : BENCH_PROGRAM);
     program.start();
     program.stop();
     for (auto _ : state) {
@@ -195,7 +37,7 @@ void programStart(benchmark::State &state) { startUp(state, false); }
 
 void memory(benchmark::State &state, bool empty)
 {
-    Program program(empty);
+    Program program(empty ? BENCH_EMPTY : BENCH_PROGRAM);
     program.start();
     program.settle();
     for (auto _ : state)
@@ -208,7 +50,7 @@ void programMemory(benchmark::State &state) { memory(state, false); }
 
 void programIdle(benchmark::State &state)
 {
-    Program program(false);
+    Program program(BENCH_PROGRAM);
     program.start();
     program.settle();
     for (auto _ : state) {
@@ -221,7 +63,7 @@ void programIdle(benchmark::State &state)
 // From the hot key to the overlay on the screen.
 void hotKeyToOverlay(benchmark::State &state)
 {
-    Program program(false);
+    Program program(BENCH_PROGRAM);
     program.start();
     program.settle();
     PixelWatch watch;

@@ -4,6 +4,10 @@
 <context>
     <name>AboutBox</name>
     <message>
+        <source>Close</source>
+        <translation>Schließen</translation>
+    </message>
+    <message>
         <source>About %1</source>
         <translation>Über %1</translation>
     </message>
@@ -422,6 +426,22 @@ Rücktaste    Punkt löschen</translation>
         <translation>Ctrl+Alt+V</translation>
     </message>
     <message>
+        <source>Ctrl+O</source>
+        <translation>Ctrl+O</translation>
+    </message>
+    <message>
+        <source>Ctrl+W</source>
+        <translation>Ctrl+W</translation>
+    </message>
+    <message>
+        <source>Ctrl+Shift+W</source>
+        <translation>Ctrl+Shift+W</translation>
+    </message>
+    <message>
+        <source>Ctrl+Shift+S</source>
+        <translation>Ctrl+Shift+S</translation>
+    </message>
+    <message>
         <source>Ctrl+C</source>
         <translation>Ctrl+C</translation>
     </message>
@@ -474,20 +494,8 @@ Rücktaste    Punkt löschen</translation>
         <translation>&amp;Aufnahme</translation>
     </message>
     <message>
-        <source>Snap Workbench %1</source>
-        <translation>Snap Workbench %1</translation>
-    </message>
-    <message>
-        <source>Registered</source>
-        <translation>Registriert</translation>
-    </message>
-    <message>
-        <source>Not registered</source>
-        <translation>Nicht registriert</translation>
-    </message>
-    <message>
         <source>../Resources/Help/index.html</source>
-        <translation>../Resources/Help/index.html</translation>
+        <translation>../Resources/Help/de/index.html</translation>
     </message>
     <message>
         <source>Ctrl+1</source>

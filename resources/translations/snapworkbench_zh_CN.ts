@@ -4,6 +4,10 @@
 <context>
     <name>AboutBox</name>
     <message>
+        <source>Close</source>
+        <translation>关闭</translation>
+    </message>
+    <message>
         <source>About %1</source>
         <translation>关于 %1</translation>
     </message>
@@ -375,7 +379,7 @@ Backspace    删除最后一点</translation>
     </message>
     <message>
         <source>Save %1 As...</source>
-        <translation>将 %1 另存为...</translation>
+        <translation>另存 %1...</translation>
     </message>
     <message>
         <source>Close All</source>
@@ -420,6 +424,22 @@ Backspace    删除最后一点</translation>
     <message>
         <source>Ctrl+Alt+V</source>
         <translation>Ctrl+Alt+V</translation>
+    </message>
+    <message>
+        <source>Ctrl+O</source>
+        <translation>Ctrl+O</translation>
+    </message>
+    <message>
+        <source>Ctrl+W</source>
+        <translation>Ctrl+W</translation>
+    </message>
+    <message>
+        <source>Ctrl+Shift+W</source>
+        <translation>Ctrl+Shift+W</translation>
+    </message>
+    <message>
+        <source>Ctrl+Shift+S</source>
+        <translation>Ctrl+Shift+S</translation>
     </message>
     <message>
         <source>Ctrl+C</source>
@@ -474,20 +494,8 @@ Backspace    删除最后一点</translation>
         <translation>截图(&amp;C)</translation>
     </message>
     <message>
-        <source>Snap Workbench %1</source>
-        <translation>Snap Workbench %1</translation>
-    </message>
-    <message>
-        <source>Registered</source>
-        <translation>已注册</translation>
-    </message>
-    <message>
-        <source>Not registered</source>
-        <translation>未注册</translation>
-    </message>
-    <message>
         <source>../Resources/Help/index.html</source>
-        <translation>../Resources/Help/index.html</translation>
+        <translation>../Resources/Help/zh_CN/index.html</translation>
     </message>
     <message>
         <source>Ctrl+1</source>

@@ -8,11 +8,14 @@
 #include <QKeyEvent>
 #include <QPainter>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int s_interval = 1000;  // ms
+constexpr int s_interval = 1000;         // ms
+constexpr int s_longest = 24 * 60 * 60;  // seconds
 constexpr int s_cancelled = -100;
 constexpr qreal s_radius = 20;
 constexpr int s_hintMargin = 8;  // to each edge of the panel
@@ -64,8 +67,8 @@ DialogCountDown::~DialogCountDown() = default;
 
 void DialogCountDown::setSecond(int second)
 {
-    m_Second = second;
-    m_ui->lblSecond->setText(QString::number(second));
+    m_Second = std::min(second, s_longest);
+    m_ui->lblSecond->setText(QString::number(m_Second));
     fitFont(*m_ui->lblSecond, m_ui->lblSecond->width());
     timerEvent(nullptr);
 }

@@ -17,8 +17,8 @@ public:
     explicit DialogCountDown(QWidget *parent = nullptr);
     ~DialogCountDown() override;
 
-    /// Starts at this number, above 0, and shows it at once. Ticks come every second from
-    /// construction on.
+    /// Starts at this number, above 0 and a day at the most, and shows it at once. Ticks come every
+    /// second from construction on.
     void setSecond(int second);
     /// What is shown next. Below 0 the count is over, or was cancelled.
     int getSecond() const { return m_Second; }

@@ -32,6 +32,7 @@ public:
     void movePointer(QPoint to) override { QCursor::setPos(to); }
     bool hasMenuBar() const override { return false; }
     bool isComposited() override { return false; }
+    void setCompositingHandler(std::function<void()>) override {}
     void coverArea(QWidget *window, const QRect &area) override
     {
         const qreal scale = window->devicePixelRatioF();

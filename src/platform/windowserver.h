@@ -6,6 +6,7 @@
 #include <QRect>
 #include <QString>
 
+#include <functional>
 #include <optional>
 
 class QWidget;
@@ -60,6 +61,10 @@ public:
 
     /// True when translucent windows are mixed with what lies behind them.
     virtual bool isComposited() = 0;
+
+    /// `changed` is called from the event loop whenever isComposited() may give another answer;
+    /// null for none.
+    virtual void setCompositingHandler(std::function<void()> changed) = 0;
 
     /// Makes a window that is not shown yet cover `area`, over panels and every screen, without the
     /// window manager's say. The widget keeps its own stacking and opacity.

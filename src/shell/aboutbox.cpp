@@ -15,6 +15,7 @@ namespace {
 
 constexpr int s_iconSize = 64;
 constexpr int s_margin = 22;
+constexpr int s_rowGap = 7;
 constexpr int s_nameScale = 16;  // of 10, against the usual font
 
 QString recorded(const wchar_t *text) { return QString::fromWCharArray(text); }
@@ -22,7 +23,8 @@ QString recorded(const wchar_t *text) { return QString::fromWCharArray(text); }
 // The record comes from a file, and must not bring mark-up of its own.
 QString link(const QString &target, const QString &text)
 {
-    return u"<a href=\"%1\">%2</a>"_s.arg(target.toHtmlEscaped(), text.toHtmlEscaped());
+    return u"<a href=\"%1\" style=\"color: rgb(28, 126, 214)\">%2</a>"_s.arg(target.toHtmlEscaped(),
+                                                                             text.toHtmlEscaped());
 }
 
 QLabel *plainLabel(const QString &text)
@@ -63,6 +65,7 @@ AboutBox::AboutBox(const QIcon &icon, QWidget *parent) : QDialog(parent)
 
     auto *facts = new QFormLayout;
     facts->setHorizontalSpacing(s_margin);
+    facts->setVerticalSpacing(s_rowGap);
     facts->setLabelAlignment(Qt::AlignLeft);
     facts->addRow(tr("Company"), plainLabel(recorded(g_AppCompany)));
     facts->addRow(tr("Home page"), linkLabel(recorded(g_URL), recorded(g_URL)));
@@ -72,10 +75,15 @@ AboutBox::AboutBox(const QIcon &icon, QWidget *parent) : QDialog(parent)
     auto *buttons = new QDialogButtonBox(QDialogButtonBox::Close);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     // Enter closes the box, wherever the tab key has led to.
-    buttons->button(QDialogButtonBox::Close)->setDefault(true);
-    buttons->button(QDialogButtonBox::Close)->setFocus();
+    QPushButton *close = buttons->button(QDialogButtonBox::Close);
+    close->setDefault(true);
+    close->setFocus();
+    // The toolkit's own texts may not be installed, and its picture is another style's.
+    close->setText(tr("Close"));
+    close->setIcon({});
 
     auto *texts = new QVBoxLayout;
+    texts->setSpacing(s_rowGap);
     texts->addWidget(heading);
     texts->addWidget(plainLabel(tr("Version %1").arg(recorded(g_Ver))));
     texts->addSpacing(s_margin / 2);

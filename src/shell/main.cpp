@@ -7,6 +7,7 @@
 #include "shell/buscommands.h"
 #include "shell/mainwindow.h"
 #include "shell/picturestyle.h"
+#include "shell/sessionend.h"
 #include "shell/translation.h"
 
 #include <QApplication>
@@ -65,6 +66,7 @@ int main(int argc, char **argv)
             window.showMinimized();
         else
             window.setVisible(true);
+        const SessionEnd sessionEnd(window);
         status = QApplication::exec();
         window.SaveGeometry();
         StopWatchAppActive();

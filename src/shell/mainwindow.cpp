@@ -12,8 +12,10 @@
 #include <QAbstractEventDispatcher>
 #include <QApplication>
 #include <QCloseEvent>
+#include <QCursor>
 #include <QDialog>
 #include <QGuiApplication>
+#include <QMenu>
 #include <QPainter>
 #include <QScreen>
 #include <QSignalBlocker>
@@ -28,6 +30,7 @@ MainWindow *g_MainWindow = nullptr;
 namespace {
 
 constexpr QSize s_smallestSize(950, 650);
+constexpr QSize s_iconSize(64, 64);
 constexpr int s_widestLine = 1000;  // picture pixels
 
 QRect availableGeometry() { return QGuiApplication::primaryScreen()->availableGeometry(); }
@@ -39,6 +42,16 @@ QList<QRect> screenAreas()
     for (const QScreen *screen : QGuiApplication::screens())
         areas.append(screen->availableGeometry());
     return areas;
+}
+
+// A skin without this picture, or with one that can't be read, must not leave a hole in the tray.
+QIcon iconFrom(const QString &path)
+{
+    const QIcon icon(path);
+    if (!icon.pixmap(s_iconSize).isNull())
+        return icon;
+    return QIcon::fromTheme(u"snapworkbench"_s, QIcon(QCoreApplication::applicationDirPath() +
+                                                      u"/skin/BtnIcon_normal.png"_s));
 }
 
 int numberOr(const QString &key, int fallback)
@@ -53,12 +66,14 @@ MainWindow::MainWindow()
     : QMainWindow(nullptr, Qt::FramelessWindowHint), ui(std::make_unique<Ui::MainWindow>())
 {
     // The window paints its body itself, and what the corners' pictures leave free shows the
-    // desktop.
-    setAttribute(Qt::WA_TranslucentBackground, services().windows->isComposited());
+    // desktop. A window keeps the depth that it was made with, and a compositor may come later.
+    setAttribute(Qt::WA_TranslucentBackground);
+    m_isComposited = services().windows->isComposited();
+    services().windows->setCompositingHandler([this] { followCompositor(); });
     ui->setupUi(this);
     setUpCaption();
     setWindowTitle(tr("Snap Workbench"));
-    setWindowIcon(QIcon(GetBtnAttr(this, u"BtnIcon"_s, 4)));
+    setWindowIcon(iconFrom(GetBtnAttr(this, u"BtnIcon"_s, 4)));
     ui->LblCaption->setText(windowTitle());
 
     initHotKey(HotkeyCallBack);
@@ -84,6 +99,7 @@ MainWindow::~MainWindow()
 {
     freeHotKey();
     SetAppActiveChangeCallback(nullptr);
+    services().windows->setCompositingHandler(nullptr);
     SaveAllXmlDocument();
 }
 
@@ -127,6 +143,12 @@ void MainWindow::setUpTray()
         m_TrayIcon = std::make_unique<QSystemTrayIcon>();
         m_TrayIcon->setIcon(windowIcon());
         m_TrayIcon->setContextMenu(m_TrayMenu);
+        // A tray opens the menu itself for the other button only.
+        connect(m_TrayIcon.get(), &QSystemTrayIcon::activated, this,
+                [this](QSystemTrayIcon::ActivationReason reason) {
+                    if (reason == QSystemTrayIcon::Trigger)
+                        m_TrayMenu->popup(QCursor::pos());
+                });
         m_TrayIcon->setVisible(true);
     });
 }
@@ -185,11 +207,19 @@ void MainWindow::SaveGeometry()
         SaveNormalGeometry();
 }
 
+void MainWindow::saveSettings()
+{
+    SaveGeometry();
+    SaveAllXmlDocument();
+}
+
+void MainWindow::leaveGrab() { m_CloseAfterGrab = m_bCapturing; }
+
 void MainWindow::closeEvent(QCloseEvent *event)
 {
     if (m_bCapturing) {
         // The grab waits for windows that would be gone, and its picture has not been asked about.
-        m_CloseAfterGrab = true;
+        leaveGrab();
         if (auto *overlay = qobject_cast<QDialog *>(QApplication::activeModalWidget()))
             overlay->reject();
         event->ignore();

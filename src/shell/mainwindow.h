@@ -43,6 +43,8 @@ public:
     bool GetMaximized() const;
     void SaveNormalGeometry();
     void SaveGeometry();
+    /// Writes the settings to the disk as they are now, geometry included.
+    void saveSettings();
 
     // Settings. A flag is set when its number is 1.
     static bool GetRunInMinimized() { return GetRunMinFromXML(); }
@@ -71,6 +73,9 @@ public:
     void RefreshWindowTitle(int index);
     bool HasModified(bool all) const;
     void RedrawPicture();
+    /// Asks about all changes, and saves them if told so; closes nothing. False when the user
+    /// cancelled, or a picture arrived that has not been asked about.
+    bool saveChanges();
 
     /// A tab for each file, the first new one in front; one that is open already is only shown.
     void openPictures(const QStringList &paths);
@@ -88,6 +93,8 @@ public:
     /// Gives the focus back to the other application, and waits about a second at the most.
     static void FocusPreApp();
     void RestoreAppFocus(bool giveBack);
+    /// Gives up a countdown that runs, and closes the window once the grab is over.
+    void leaveGrab();
     /// Half a second in which windows that have closed leave the screen.
     static void WaitFor();
 
@@ -190,8 +197,10 @@ private:
 
     void setUpCaption();
     void comeWithinReach();
-    /// Cuts the window to its corners' pictures where no compositor lets the desktop show through.
+    /// Cuts the window to its corners' pictures where no compositor lets the desktop show through;
+    /// a maximised one has corners to fill the screen's.
     void cutCorners();
+    void followCompositor();
     void setUpPictureArea();
     void setUpEditor();
     void setUpTray();
@@ -248,6 +257,7 @@ private:
     QPixmap m_MenuBarPixmap;
     QPixmap m_FlagPixmap;
     std::map<std::pair<QString, int>, QPixmap> m_SkinPictures;  ///< by section and attribute
+    bool m_isComposited = false;
     Drag m_Drag = Drag::None;
     QPoint m_DragPos;  ///< where the pointer took hold, in the window
 };

@@ -166,6 +166,9 @@ void MainWindow::InitImgButton()
 
     const auto setHint = [this](QPushButton *target, const QKeySequence &keys) {
         QString hint = GetBtnAttr(this, target->objectName(), s_hint);
+        // The file's own texts are in English; what a user wrote there stays as it is.
+        if (!hint.isEmpty())
+            hint = QCoreApplication::translate("MainWindow", hint.toUtf8().constData());
         if (!hint.isEmpty() && !keys.isEmpty())
             hint += u"  "_s + keys.toString(QKeySequence::NativeText);
         target->setToolTip(hint);
@@ -222,14 +225,20 @@ void MainWindow::showButtonPicture(QPushButton &button, int picture)
     // A picture that can't be read leaves the button with the one that it had.
     if (!loadPicture(pixmap, path))
         return;
-    if (&button == ui->BtnColor)
-        QPainter(&pixmap).fillRect(s_colorField, m_pEditor->getPenColor());
+    const auto fillColor = [&] {
+        if (&button == ui->BtnColor)
+            QPainter(&pixmap).fillRect(s_colorField, m_pEditor->getPenColor());
+    };
+    fillColor();
     QIcon icon(pixmap);
     // Twice as fine a picture, where the skin has one and the desktop is scaled.
     const QFileInfo file(path);
     const QString fine = file.path() + u'/' + file.completeBaseName() + u"@2x."_s + file.suffix();
-    if (devicePixelRatioF() > 1 && QFile::exists(fine) && loadPicture(pixmap, fine))
+    if (devicePixelRatioF() > 1 && QFile::exists(fine) && loadPicture(pixmap, fine)) {
+        pixmap.setDevicePixelRatio(2);
+        fillColor();
         icon.addPixmap(pixmap);
+    }
     button.setIcon(icon);
 }
 

@@ -1,10 +1,14 @@
 #include "shell/mainwindow.h"
 
+#include "platform/services.h"
+#include "shell/focusring.h"
 #include "ui_mainwindow.h"
 
+#include <QApplication>
 #include <QBitmap>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QTabBar>
 
 using namespace Qt::StringLiterals;
 
@@ -51,9 +55,13 @@ void MainWindow::setUpPictureArea()
                             ui->scrollAreaWidgetContents, static_cast<QWidget *>(ui->lblPicture)})
         widget->setPalette(palette);
     ui->WidScrollArea->hide();
+    new FocusRing(ui->scrollArea);
     for (QWidget *widget : {static_cast<QWidget *>(ui->tabWidget), ui->widTool, ui->widPictureEdit,
                             ui->widPicture, static_cast<QWidget *>(ui->scrollArea)})
         widget->installEventFilter(this);
+    // The buttons stay as large as they are, and the boxes beside them grow with their font.
+    for (int i = 0; i < ui->layPictureEdit->count(); ++i)
+        ui->layPictureEdit->itemAt(i)->setAlignment(Qt::AlignVCenter);
 }
 
 // A picture whose file is missing is asked for again at each paint.
@@ -77,13 +85,15 @@ void MainWindow::paintEvent(QPaintEvent * /*event*/)
     QPainter painter(this);
     // One picture's width serves all four corners, and without it the body stays bare.
     const int c = topLeft.width();
-    if (c > 0 && testAttribute(Qt::WA_TranslucentBackground)) {
+    if (c > 0 && m_isComposited && !GetMaximized()) {
         painter.fillRect(QRect(c, 0, w - 2 * c, h), s_bodyColor);
         painter.fillRect(QRect(0, c, c, h - 2 * c), s_bodyColor);
         painter.fillRect(QRect(w - c, c, c, h - 2 * c), s_bodyColor);
     } else if (c > 0) {
-        // Corners that are cut need the body behind their soft edges, and not the palette's colour.
+        // Corners that are cut need the body behind their soft edges.
         painter.fillRect(rect(), s_bodyColor);
+    } else if (!m_isComposited) {
+        painter.fillRect(rect(), palette().window());
     }
     drawIfThere(painter, {0, 0}, topLeft);
     drawIfThere(painter, {w - topRight.width(), 0}, topRight);
@@ -99,8 +109,10 @@ void MainWindow::resizeEvent(QResizeEvent *event)
 
 void MainWindow::cutCorners()
 {
-    if (testAttribute(Qt::WA_TranslucentBackground))
+    if (m_isComposited || GetMaximized()) {
+        clearMask();
         return;
+    }
     const QString section = u"BtnBackground"_s;
     QRegion shape(rect());
     const auto cut = [this, &shape](const QPixmap &corner, bool right, bool bottom) {
@@ -118,6 +130,13 @@ void MainWindow::cutCorners()
     cut(skinPicture(section, 5), false, true);
     cut(skinPicture(section, 7), true, true);
     setMask(shape);
+}
+
+void MainWindow::followCompositor()
+{
+    m_isComposited = services().windows->isComposited();
+    cutCorners();
+    update();
 }
 
 void MainWindow::DrawToolBackgound()
@@ -162,6 +181,13 @@ void MainWindow::DrawPictureBackgound()
 bool MainWindow::event(QEvent *event)
 {
     switch (event->type()) {
+    case QEvent::ApplicationFontChange:
+        // A new font does not reach what a style sheet is in force for.
+        for (QWidget *widget :
+             {ui->layMenuBar->itemAt(0)->widget(), static_cast<QWidget *>(ui->tabWidget->tabBar()),
+              static_cast<QWidget *>(ui->CmbFont), static_cast<QWidget *>(ui->CmbFontSize)})
+            widget->setFont(QApplication::font());
+        break;
     case QEvent::ScreenChangeInternal:
         // The other screen may have another scale.
         PictureChanged(TPictureEditor::SizeChange, 0);

@@ -123,12 +123,20 @@ void MainWindow::CloseFile(int index)
     if (!isDocument(index))
         return;
     if (m_Documents[index].m_Modified) {
+        // While the prompt is up a hot key or the bus may make another document the current one,
+        // and saving takes the shapes of the current one.
+        const bool wasCurrent = index == m_CurDocument;
         const auto answer =
             ask(this, tr("Save changes to \"%1\" ?").arg(m_Documents[index].GetShowName()),
                 QMessageBox::Save);
-        if (answer == QMessageBox::Cancel || !isDocument(index) ||
-            (answer == QMessageBox::Save && !SaveFile(index)) || !isDocument(index))
+        if (answer == QMessageBox::Cancel || !isDocument(index))
             return;
+        if (answer == QMessageBox::Save) {
+            if (wasCurrent)
+                SetCurDocumentIndex(index);
+            if (!SaveFile(index) || !isDocument(index))
+                return;
+        }
     }
     // The switch below parks nothing, and the document that stays current must not lose what is
     // new.
@@ -153,15 +161,24 @@ void MainWindow::forgetLastPicture()
     m_pEditor->setPixmap({});
 }
 
-bool MainWindow::CloseAllFiles()
+bool MainWindow::saveChanges()
 {
     m_pEditor->EndEdit();
-    if (HasModified(true)) {
-        showInFront();
-        const auto answer = ask(this, tr("Save all changes ?"), QMessageBox::SaveAll);
-        if (answer == QMessageBox::Cancel || (answer == QMessageBox::SaveAll && !SaveAllFiles()))
-            return false;
-    }
+    if (!HasModified(true))
+        return true;
+    showInFront();
+    const size_t asked = m_Documents.size();
+    const auto answer = ask(this, tr("Save all changes ?"), QMessageBox::SaveAll);
+    if (answer == QMessageBox::Cancel || (answer == QMessageBox::SaveAll && !SaveAllFiles()))
+        return false;
+    // A grab that arrived meanwhile has not been asked about.
+    return m_Documents.size() <= asked;
+}
+
+bool MainWindow::CloseAllFiles()
+{
+    if (!saveChanges())
+        return false;
     m_Documents.clear();
     RefillTabList();
     SetCurDocumentIndex(-1);
@@ -234,7 +251,9 @@ void MainWindow::BeforeShowFile()
             break;
         case s_saveAsItem:
             action->setEnabled(any);
-            action->setText(tr("Save %1 As...").arg(name));
+            // Without a name two blanks would be left in the middle.
+            action->setText(any ? tr("Save %1 As...").arg(name)
+                                : tr("Save %1 As...").arg(name).replace(u"  "_s, u" "_s));
             break;
         default:
             if (captionOf(*action) == tr("Close All"))

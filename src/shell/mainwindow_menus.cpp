@@ -109,11 +109,11 @@ void MainWindow::CreateMenus()
     system->addAction(tr("&Preferences"), this, [this] { Preference(); });
 
     m_FileMenu = bar->addMenu(tr("&File"));
-    m_FileMenu->addAction(tr("Open..."), QKeySequence(u"Ctrl+O"_s), this, &MainWindow::OpenFile);
+    m_FileMenu->addAction(tr("Open..."), QKeySequence(tr("Ctrl+O")), this, &MainWindow::OpenFile);
     m_FileMenu->addSeparator();
-    m_FileMenu->addAction(tr("Close %1"), QKeySequence(u"Ctrl+W"_s), this, [this] { CloseFile(); })
+    m_FileMenu->addAction(tr("Close %1"), QKeySequence(tr("Ctrl+W")), this, [this] { CloseFile(); })
         ->setData(1);
-    m_FileMenu->addAction(tr("Close All"), QKeySequence(u"Ctrl+Shift+W"_s), this,
+    m_FileMenu->addAction(tr("Close All"), QKeySequence(tr("Ctrl+Shift+W")), this,
                           &MainWindow::CloseAllFiles);
     m_FileMenu->addSeparator();
     QAction *save = m_FileMenu->addAction(tr("Save %1"), CreateShortkey(u"Save %1"_s), this,
@@ -123,7 +123,7 @@ void MainWindow::CreateMenus()
     // silent.
     save->setShortcutContext(Qt::WidgetShortcut);
     m_FileMenu
-        ->addAction(tr("Save %1 As..."), QKeySequence(u"Ctrl+Shift+S"_s), this,
+        ->addAction(tr("Save %1 As..."), QKeySequence(tr("Ctrl+Shift+S")), this,
                     [this] { SaveAsFile(); })
         ->setData(3);
     m_FileMenu->addAction(tr("Save All"), this, &MainWindow::SaveAllFiles);

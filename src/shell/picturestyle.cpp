@@ -3,6 +3,7 @@
 #include <QIconEngine>
 #include <QPainter>
 #include <QPainterPath>
+#include <QStyleOption>
 
 namespace {
 
@@ -35,4 +36,14 @@ QIcon PictureStyle::standardIcon(StandardPixmap standardIcon, const QStyleOption
     if (standardIcon == SP_ToolBarHorizontalExtensionButton)
         return QIcon(new MoreIcon);
     return QProxyStyle::standardIcon(standardIcon, option, widget);
+}
+
+QSize PictureStyle::sizeFromContents(ContentsType type, const QStyleOption *option,
+                                     const QSize &size, const QWidget *widget) const
+{
+    QSize result = QProxyStyle::sizeFromContents(type, option, size, widget);
+    const auto *item = qstyleoption_cast<const QStyleOptionMenuItem *>(option);
+    if (type == CT_MenuItem && item && item->text.contains(u'\t'))
+        result.rwidth() += item->fontMetrics.height();
+    return result;
 }

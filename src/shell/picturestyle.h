@@ -3,7 +3,8 @@
 #include <QProxyStyle>
 
 /// The desktop's style, without the one picture that every menu bar loads when it is made. Loading
-/// it has the toolkit open all its picture plug-ins, which takes longer than all of the menus.
+/// it has the toolkit open all its picture plug-ins, which takes longer than all of the menus. And
+/// with room between a menu's widest text and its keys, which would touch in a large font.
 class PictureStyle : public QProxyStyle
 {
     Q_OBJECT
@@ -11,4 +12,6 @@ class PictureStyle : public QProxyStyle
 public:
     QIcon standardIcon(StandardPixmap standardIcon, const QStyleOption *option,
                        const QWidget *widget) const override;
+    QSize sizeFromContents(ContentsType type, const QStyleOption *option, const QSize &size,
+                           const QWidget *widget) const override;
 };

@@ -7,6 +7,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QPainter>
 #include <QTest>
 
 #include <X11/keysym.h>
@@ -26,6 +27,7 @@ const QRgb s_body = qRgb(35, 40, 45);
 
 // Of the window around what stands in it; its corners lie within.
 constexpr int s_rim = 5;
+constexpr int s_leastClear = 4 * 5;
 
 // In the window: free of widgets, in the caption above its letters, and in the first button.
 const QPoint s_bodyPoint(300, 1);
@@ -63,7 +65,9 @@ private slots:
     void cleanup();
     void corners_data();
     void corners();
+    void compositorComesAndGoes();
     void swappedSkin();
+    void swappedPictures();
     void damagedSkin();
     void frameByHand();
     void outOfReach();
@@ -74,7 +78,14 @@ private:
     bool begin(const QStringList &windowManager, const Pictures &pictures = {});
     /// Shown at `area`, painted.
     bool stands(const QRect &area);
-    QString solid(const QString &name, QRgb colour);
+    struct Corners {
+        int clear = 0;  ///< pixels that show what lies behind
+        int soft = 0;   ///< mixed from both
+    };
+    Corners cornersShown();
+    /// The path of a new picture of one colour. The frame is for places that take the edge's colour
+    /// for the ground, and leave it out.
+    QString solid(const QString &name, QRgb colour, int frame = 0);
     QPoint global(QPoint inWindow) const { return s_place.topLeft() + inWindow; }
 
     std::unique_ptr<TestDesktop> m_desktop;
@@ -122,11 +133,32 @@ bool TestFace::stands(const QRect &area)
     });
 }
 
-QString TestFace::solid(const QString &name, QRgb colour)
+TestFace::Corners TestFace::cornersShown()
+{
+    const QImage behind = pattern({1600, 1000});
+    const QImage screen = m_desktop->screenshot();
+    Corners shown;
+    for (const QPoint corner : {s_place.topLeft(), s_place.topRight() - QPoint(s_rim - 1, 0),
+                                s_place.bottomLeft() - QPoint(0, s_rim - 1),
+                                s_place.bottomRight() - QPoint(s_rim - 1, s_rim - 1)}) {
+        for (int i = 0; i < s_rim * s_rim; ++i) {
+            const QPoint at = corner + QPoint(i % s_rim, i / s_rim);
+            const QRgb pixel = screen.pixel(at) | 0xff000000;
+            if (pixel == behind.pixel(at))
+                ++shown.clear;
+            else if (qGray(pixel) > qGray(s_body) + 12)
+                ++shown.soft;
+        }
+    }
+    return shown;
+}
+
+QString TestFace::solid(const QString &name, QRgb colour, int frame)
 {
     const QString path = m_desktop->home() + u'/' + name + u".png"_s;
     QImage image(56, 56, QImage::Format_RGB32);
-    image.fill(colour);
+    image.fill(Qt::black);
+    QPainter(&image).fillRect(image.rect().adjusted(frame, frame, -frame, -frame), QColor(colour));
     return image.save(path) ? path : QString();
 }
 
@@ -143,25 +175,32 @@ void TestFace::corners()
     QFETCH(QStringList, windowManager);
     QVERIFY(begin(windowManager));
     QVERIFY(stands(s_place));
-    const QImage behind = pattern({1600, 1000});
-    const QImage screen = m_desktop->screenshot();
-    int clear = 0;
-    int soft = 0;
-    for (const QPoint corner : {s_place.topLeft(), s_place.topRight() - QPoint(s_rim - 1, 0),
-                                s_place.bottomLeft() - QPoint(0, s_rim - 1),
-                                s_place.bottomRight() - QPoint(s_rim - 1, s_rim - 1)}) {
-        for (int i = 0; i < s_rim * s_rim; ++i) {
-            const QPoint at = corner + QPoint(i % s_rim, i / s_rim);
-            const QRgb shown = screen.pixel(at) | 0xff000000;
-            if (shown == behind.pixel(at))
-                ++clear;
-            else if (qGray(shown) > qGray(s_body) + 12)
-                ++soft;
-        }
-    }
     // Round in both ways; only a compositor can mix an edge from the window and what is behind.
-    QVERIFY(clear >= 4 * 5);
-    QCOMPARE(soft > 0, windowManager == s_compositing);
+    const Corners shown = cornersShown();
+    QVERIFY(shown.clear >= s_leastClear);
+    QCOMPARE(shown.soft > 0, windowManager == s_compositing);
+}
+
+void TestFace::compositorComesAndGoes()
+{
+    QVERIFY(begin(s_openbox));
+    QVERIFY(stands(s_place));
+    const auto softened = [this](bool soft) {
+        return waitFor([&] {
+            const Corners shown = cornersShown();
+            return shown.clear >= s_leastClear && (shown.soft > 0) == soft;
+        });
+    };
+    QVERIFY(softened(false));
+    for (int round = 0; round < 2; ++round) {
+        QProcess *compositor = m_desktop->start(
+            u"picom"_s, {u"--backend"_s, u"xrender"_s, u"--config"_s, u"/dev/null"_s},
+            m_desktop->environment());
+        QVERIFY(compositor);
+        QVERIFY(softened(true));
+        compositor->terminate();
+        QVERIFY(softened(false));
+    }
 }
 
 // Another skin needs no code: every place that has a picture takes it from the resource file.
@@ -196,6 +235,57 @@ void TestFace::swappedSkin()
     // The window controls tell when another program is active.
     QVERIFY(m_desktop->startPattern({10, 800, 300, 150}));
     QVERIFY(waitFor([&] { return find(m_desktop->screenshot(), inactive).x() > 0; }));
+}
+
+// The same for what is no button; the whole of it at once.
+void TestFace::swappedPictures()
+{
+    const QStringList inWindow{u"BtnBackground_topleft"_s,
+                               u"BtnBackground_topright"_s,
+                               u"BtnBackground_bottomleft"_s,
+                               u"BtnBackground_bottomright"_s,
+                               u"BtnPictureBackground_topleft"_s,
+                               u"BtnPictureBackground_topright"_s,
+                               u"BtnPictureBackground_bottomleft"_s,
+                               u"BtnPictureBackground_bottomright"_s,
+                               u"BtnToolBackground_left"_s,
+                               u"BtnToolBackground_right"_s,
+                               u"BtnCommBackground_normal"_s,
+                               u"BtnLineWidth_thin"_s,
+                               u"BtnLineWidth_thick"_s,
+                               u"BtnSep_normal"_s,
+                               u"BtnTabClose_normal"_s,
+                               u"BtnIcon_normal"_s};
+    const QStringList inOverlay{u"BtnCaptureRegion_width"_s, u"BtnCaptureRegion_height"_s};
+    m_desktop = std::make_unique<TestDesktop>(TestDesktop::Options{.windowManager = s_plain});
+    QMap<QString, QRgb> colours;
+    Pictures pictures;
+    for (const QString &name : inWindow + inOverlay) {
+        const int number = int(colours.size());
+        colours[name] = qRgb(255 - number, 7 * number, 255 - 5 * number);
+        pictures[name] = solid(name, colours[name], 2);
+    }
+    QVERIFY(begin({}, pictures));
+    QProcess *tray = m_desktop->start(u"trayer"_s, {u"--edge"_s, u"top"_s, u"--height"_s, u"24"_s},
+                                      m_desktop->environment());
+    QVERIFY(tray);
+    QVERIFY(waitFor([&] { return m_program->mainWindow().area == s_place; }));
+    const auto shows = [&](const QString &name) {
+        return waitFor([&] { return find(m_desktop->screenshot(), colours[name]).x() >= 0; }, 5000);
+    };
+    // Before a grab opens: its picture covers some of them.
+    for (const QString &name : inWindow.mid(0, inWindow.indexOf(u"BtnTabClose_normal"_s)))
+        QVERIFY2(shows(name), qPrintable(name));
+    m_desktop->key(XK_s, {XK_Control_L, XK_Alt_L});
+    QVERIFY(m_program->waitForTitle(u"untitled * - Snap Workbench"_s));
+    for (const auto &name : {u"BtnTabClose_normal"_s, u"BtnIcon_normal"_s})
+        QVERIFY2(shows(name), qPrintable(name));
+    tray->terminate();
+    QVERIFY(m_program->openOverlay({0, 0, 1600, 1000}));
+    m_desktop->drag({1200, 850}, {1500, 950}, [] { return true; });
+    for (const QString &name : inOverlay)
+        QVERIFY2(shows(name), qPrintable(name));
+    m_desktop->key(XK_Escape);
 }
 
 // A skin that can't be read leaves a window with commands that are seen and do what they say.

@@ -82,6 +82,7 @@ private slots:
     void magnifierFollows();
     void escapeLeavesNothing_data();
     void escapeLeavesNothing();
+    void fromTheMenus();
 };
 
 void TestShapes::savedPicture_data()
@@ -287,6 +288,55 @@ void TestShapes::escapeLeavesNothing()
         desktop.key(XK_Return);
     }
     QVERIFY(program.waitForTitle(u"untitled * - Snap Workbench"_s));
+}
+
+// From the menu bar, and from the tray with the left button.
+void TestShapes::fromTheMenus()
+{
+    TestDesktop desktop({.windowManager = s_openbox});
+    QVERIFY(desktop.isReady());
+    QVERIFY(desktop.start(u"trayer"_s,
+                          {u"--edge"_s, u"top"_s, u"--align"_s, u"right"_s, u"--widthtype"_s,
+                           u"request"_s, u"--height"_s, u"28"_s},
+                          desktop.environment()));
+    SnapWorkbench program(desktop);
+    QVERIFY(program.startAndWait());
+    // The tray's icon has no frame either.
+    QVERIFY(waitFor([&] { return unmanaged(desktop).size() == 1; }));
+    const QRect icon = unmanaged(desktop).first();
+    QVERIFY(desktop.waitForFocus(program.mainWindow()));
+    const QPoint centre = s_whole.center();
+    const auto menuIsOpen = [&] { return unmanaged(desktop).size() == 2; };
+    // A menu is out of the way and the overlay there, with its magnifier.
+    const auto choose = [&](int item) {
+        for (int i = 0; i < item; ++i)
+            desktop.key(XK_Down);
+        desktop.key(XK_Return);
+        return waitFor(
+            [&] { return program.hasOverlay(s_whole) && unmanaged(desktop).size() == 3; });
+    };
+    desktop.key(XK_c, {XK_Alt_L});
+    QVERIFY(waitFor(menuIsOpen));
+    QVERIFY(choose(1));
+    const QRgb before = desktop.pixel(centre);
+    QVERIFY(desktop.drag(centre - QPoint(150, 100), centre + QPoint(151, 101),
+                         [&] { return desktop.pixel(centre) != before; }));
+    desktop.key(XK_Return);
+    QVERIFY(program.waitForTitle(u"untitled * - Snap Workbench"_s));
+    const QString path = desktop.home() + u"/ellipse.png"_s;
+    program.saveAs(path);
+    const QImage ellipse(path);
+    QCOMPARE(ellipse.size(), QSize(301, 201));
+    QCOMPARE(qAlpha(ellipse.pixel(20, 20)), 0);
+    QCOMPARE(qAlpha(ellipse.pixel(150, 2)), 255);
+
+    desktop.click(icon.center());
+    QVERIFY(waitFor(menuIsOpen));
+    QVERIFY(choose(3));
+    for (const QPoint vertex : {QPoint(0, -100), QPoint(100, 100), QPoint(-100, 100)})
+        desktop.click(centre + vertex);
+    desktop.key(XK_Return);
+    QVERIFY(program.waitForTitle(u"untitled 1 * - Snap Workbench"_s));
 }
 
 QTEST_GUILESS_MAIN(TestShapes)

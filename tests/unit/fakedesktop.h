@@ -93,6 +93,7 @@ public:
     void movePointer(QPoint to) override { pointerPos = to; }
     bool hasMenuBar() const override { return menuBar; }
     bool isComposited() override { return composited; }
+    void setCompositingHandler(std::function<void()>) override {}
     void coverArea(QWidget *window, const QRect &area) override
     {
         covered.append(area);

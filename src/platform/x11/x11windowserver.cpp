@@ -1,5 +1,6 @@
 #include "platform/x11/x11windowserver.h"
 
+#include <QCoreApplication>
 #include <QEvent>
 #include <QGuiApplication>
 #include <QScreen>
@@ -15,6 +16,7 @@
 #include <xcb/composite.h>
 #include <xcb/randr.h>
 #include <xcb/shape.h>
+#include <xcb/xfixes.h>
 
 namespace {
 
@@ -124,14 +126,48 @@ void X11WindowServer::movePointer(QPoint to)
     xcb_flush(m_display.connection());
 }
 
+xcb_atom_t X11WindowServer::compositorSelection()
+{
+    return m_display.atom("_NET_WM_CM_S" + std::to_string(m_display.screenNumber()));
+}
+
 bool X11WindowServer::isComposited()
 {
     xcb_connection_t *connection = m_display.connection();
-    const auto reply = XCB_REPLY(
-        connection, get_selection_owner,
-        xcb_get_selection_owner(
-            connection, m_display.atom("_NET_WM_CM_S" + std::to_string(m_display.screenNumber()))));
+    const auto reply = XCB_REPLY(connection, get_selection_owner,
+                                 xcb_get_selection_owner(connection, compositorSelection()));
     return reply && reply->owner != XCB_NONE;
+}
+
+void X11WindowServer::setCompositingHandler(std::function<void()> changed)
+{
+    m_compositingHandler = std::move(changed);
+    xcb_connection_t *connection = m_display.connection();
+    if (m_selectionEvent != 0 || !hasExtension(connection, xcb_xfixes_id))
+        return;
+    // The server refuses whoever has not told a version. The toolkit asks for the same events on
+    // this connection, so all of them are asked for here as well.
+    xcb_discard_reply(connection, xcb_xfixes_query_version(connection, XCB_XFIXES_MAJOR_VERSION,
+                                                           XCB_XFIXES_MINOR_VERSION)
+                                      .sequence);
+    m_selectionEvent = xcb_get_extension_data(connection, &xcb_xfixes_id)->first_event +
+                       XCB_XFIXES_SELECTION_NOTIFY;
+    xcb_xfixes_select_selection_input(connection, m_display.root(), compositorSelection(),
+                                      XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER |
+                                          XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_WINDOW_DESTROY |
+                                          XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_CLIENT_CLOSE);
+    QCoreApplication::instance()->installNativeEventFilter(this);
+}
+
+bool X11WindowServer::nativeEventFilter(const QByteArray &, void *message, qintptr *)
+{
+    const auto *event = static_cast<const xcb_generic_event_t *>(message);
+    if ((event->response_type & ~0x80) != m_selectionEvent || !m_compositingHandler)
+        return false;
+    const auto *change = reinterpret_cast<const xcb_xfixes_selection_notify_event_t *>(event);
+    if (change->selection == compositorSelection())
+        m_compositingHandler();
+    return false;
 }
 
 void X11WindowServer::coverArea(QWidget *window, const QRect &area)

@@ -4,11 +4,12 @@
 #include "platform/x11/x11display.h"
 #include "platform/x11/x11pixelreader.h"
 
+#include <QAbstractNativeEventFilter>
 #include <QRegion>
 
 class QPainter;
 
-class X11WindowServer : public WindowServer
+class X11WindowServer : public WindowServer, public QAbstractNativeEventFilter
 {
 public:
     /// `display` outlives this object.
@@ -23,11 +24,14 @@ public:
     void movePointer(QPoint to) override;
     bool hasMenuBar() const override { return false; }
     bool isComposited() override;
+    void setCompositingHandler(std::function<void()> changed) override;
     void coverArea(QWidget *window, const QRect &area) override;
     void moveWindow(QWidget *window, QPoint to) override;
     void keepOutOfTaskBar(QWidget *window) override;
     void dropShadow(QWidget *window) override;
     int numberOf(const QWidget *widget) override;
+
+    bool nativeEventFilter(const QByteArray &eventType, void *message, qintptr *result) override;
 
 private:
     struct Window {
@@ -44,6 +48,8 @@ private:
 
     /// The root's children, the frontmost first.
     QList<Window> topLevels();
+    /// The selection that a running compositor owns.
+    xcb_atom_t compositorSelection();
     void findClients(QList<Window> &windows);
     void readNames(QList<Window> &windows);
     /// The clients that are not on the screen, as the windows that the list shows for them.
@@ -63,4 +69,6 @@ private:
     bool m_hasRandr = false;
     bool m_hasShape = false;
     bool m_hasComposite = false;
+    std::function<void()> m_compositingHandler;
+    int m_selectionEvent = 0;  ///< the number of the server's event; 0 while none is asked for
 };

@@ -14,6 +14,7 @@ class TestDialogCountDown : public QObject
     Q_OBJECT
 private slots:
     void counts();
+    void isBounded();
     void givesUp_data();
     void givesUp();
     void textsFit_data();
@@ -36,6 +37,15 @@ void TestDialogCountDown::counts()
     QCOMPARE(shown(), u"0"_s);
     QVERIFY(panel.getSecond() < 0);
     QVERIFY(!panel.isVisible());
+}
+
+// Any number can be typed into the preferences.
+void TestDialogCountDown::isBounded()
+{
+    DialogCountDown panel;
+    panel.setSecond(2147483647);
+    QCOMPARE(panel.findChild<QLabel *>(u"lblSecond"_s)->text(), u"86400"_s);
+    QCOMPARE(panel.getSecond(), 86399);
 }
 
 void TestDialogCountDown::givesUp_data()

@@ -1,11 +1,8 @@
 // The preferences on their own, and between the main window's settings and its menus.
 
-#include "config/applicationrecord.h"
 #include "config/settings.h"
-#include "config/xmlstore.h"
-#include "fakedesktop.h"
 #include "shell/dialogpreference.h"
-#include "shell/mainwindow.h"
+#include "shellfixture.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -13,9 +10,9 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRegularExpression>
-#include <QSignalSpy>
-#include <QTemporaryDir>
 #include <QTest>
+
+#include <optional>
 
 using namespace Qt::StringLiterals;
 
@@ -24,15 +21,11 @@ class TestPreferences : public QObject
     Q_OBJECT
 
 private slots:
-    void init();
-    void cleanup();
-    void offersAndWindow();
-    void captions();
+    void init() { m_shell.emplace(); }
+    void cleanup() { m_shell.reset(); }
     void typedTimer_data();
     void typedTimer();
-    void timerField();
     void magnification();
-    void everyControlTells();
     void loadingWritesNothing();
     void oneChangeWritesAll();
     void shownAgainKeepsWhatItShowed();
@@ -41,71 +34,11 @@ private slots:
 private:
     DialogPreference *open()
     {
-        m_window->Preference();
-        return m_window->findChild<DialogPreference *>();
+        m_shell->window->Preference();
+        return m_shell->window->findChild<DialogPreference *>();
     }
-    static QStringList entries(const QComboBox *box)
-    {
-        QStringList result;
-        for (int i = 0; i < box->count(); ++i)
-            result.append(box->itemText(i) + u'=' + box->itemData(i).toString());
-        return result;
-    }
-
-    std::unique_ptr<FakeDesktop> m_desktop;
-    std::unique_ptr<QTemporaryDir> m_folder;
-    std::unique_ptr<MainWindow> m_window;
+    std::optional<ShellFixture> m_shell;
 };
-
-void TestPreferences::init()
-{
-    m_desktop = std::make_unique<FakeDesktop>();
-    m_folder = std::make_unique<QTemporaryDir>();
-    g_ResourceFileName = m_folder->filePath(u"SnapWorkbench.xml"_s);
-    QFile file(g_ResourceFileName);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write("<Galeway ver=\"1\"/>");
-    file.close();
-    m_window = std::make_unique<MainWindow>();
-}
-
-void TestPreferences::cleanup()
-{
-    m_window.reset();
-    FreeAllXmlDocument();
-}
-
-void TestPreferences::offersAndWindow()
-{
-    const DialogPreference dialog;
-    QCOMPARE(dialog.windowTitle(), u"Preferences"_s);
-    QCOMPARE(dialog.windowFlags() & Qt::WindowType_Mask, Qt::Tool);
-    QCOMPARE(dialog.minimumSize(), dialog.maximumSize());
-    QCOMPARE(entries(dialog.findChild<QComboBox *>(u"cmbMagnification"_s)),
-             QStringList({u"4x=4"_s, u"6x=6"_s, u"8x=8"_s, u"10x=10"_s, u"12x=12"_s}));
-    const QStringList seconds = entries(dialog.findChild<QComboBox *>(u"cmbTimer"_s));
-    QCOMPARE(seconds.size(), 11);
-    QCOMPARE(seconds.first(), u"0s=0"_s);
-    QCOMPARE(seconds.last(), u"10s=10"_s);
-    // The main window makes an ordinary dialog of it, with a frame that can only be closed.
-    const Qt::WindowFlags flags = open()->windowFlags();
-    QCOMPARE(flags & Qt::WindowType_Mask, Qt::Dialog);
-    QVERIFY(flags.testFlag(Qt::WindowCloseButtonHint));
-    QVERIFY(!(flags & (Qt::WindowMinMaxButtonsHint | Qt::WindowContextHelpButtonHint)));
-}
-
-void TestPreferences::captions()
-{
-    const DialogPreference dialog;
-    const auto caption = [&dialog](const QString &name) {
-        return dialog.findChild<QCheckBox *>(name)->text();
-    };
-    QCOMPARE(caption(u"ChkAutoRun"_s), u"Launch at Login"_s);
-    QCOMPARE(caption(u"ChkRunMin"_s), u"Run Minimized"_s);
-    QCOMPARE(caption(u"ChkHide"_s), u"Hide SnapWorkbench before Snapping"_s);
-    QCOMPARE(caption(u"ChkShow"_s), u"Show SnapWorkbench after Snapping"_s);
-    QCOMPARE(caption(u"ChkShowMag"_s), u"Show Magnification"_s);
-}
 
 void TestPreferences::typedTimer_data()
 {
@@ -137,18 +70,6 @@ void TestPreferences::typedTimer()
     QCOMPARE(GetConfigString(u"ScreenTimer"_s), QString::number(seconds));
 }
 
-void TestPreferences::timerField()
-{
-    DialogPreference dialog;
-    auto *box = dialog.findChild<QComboBox *>(u"cmbTimer"_s);
-    dialog.SetScreenTimer(6);
-    QCOMPARE(box->currentData().toInt(), 6);
-    dialog.SetScreenTimer(25);
-    QCOMPARE(box->currentText(), u"25s"_s);
-    QCOMPARE(dialog.GetScreenTimer(), 25);
-    QCOMPARE(box->count(), 11);
-}
-
 void TestPreferences::magnification()
 {
     DialogPreference dialog;
@@ -164,23 +85,6 @@ void TestPreferences::magnification()
     QCOMPARE(dialog.GetMagnification(), 10);
     dialog.findChild<QCheckBox *>(u"ChkShowMag"_s)->click();
     QVERIFY(box->isEnabled());
-}
-
-void TestPreferences::everyControlTells()
-{
-    DialogPreference dialog;
-    const QSignalSpy changed(&dialog, &DialogPreference::Changed);
-    qsizetype told = 0;
-    for (QCheckBox *box : dialog.findChildren<QCheckBox *>()) {
-        box->click();
-        QVERIFY2(changed.count() > told, qPrintable(box->objectName()));
-        told = changed.count();
-    }
-    for (QComboBox *box : dialog.findChildren<QComboBox *>()) {
-        box->setCurrentIndex(3);
-        QVERIFY2(changed.count() > told, qPrintable(box->objectName()));
-        told = changed.count();
-    }
 }
 
 void TestPreferences::loadingWritesNothing()
@@ -202,7 +106,7 @@ void TestPreferences::oneChangeWritesAll()
     SetConfigString(u"ScreenTimer"_s, u"25"_s);
     DialogPreference *dialog = open();
     dialog->findChild<QCheckBox *>(u"ChkAutoRun"_s)->click();
-    QVERIFY(m_desktop->loginItem->present);
+    QVERIFY(m_shell->desktop.loginItem->present);
     const auto stored = [] {
         QStringList values;
         for (const QString &key : {u"FirstRun"_s, u"RunMinimized"_s, u"AutoHide"_s, u"AutoShow"_s,
@@ -212,10 +116,15 @@ void TestPreferences::oneChangeWritesAll()
     };
     // The dialog shows its first magnification where the setting has no entry.
     QCOMPARE(stored(), u"1 0 0 1 25 0 4"_s);
-    for (const QString &name : {u"ChkAutoRun"_s, u"ChkRunMin"_s, u"ChkHide"_s, u"ChkShow"_s})
-        dialog->findChild<QCheckBox *>(name)->click();
-    QCOMPARE(stored(), u"0 1 1 0 25 0 4"_s);
-    QVERIFY(!m_desktop->loginItem->present);
+    for (QCheckBox *box : dialog->findChildren<QCheckBox *>()) {
+        const QString before = stored();
+        box->click();
+        QVERIFY2(stored() != before, qPrintable(box->objectName()));
+    }
+    dialog->findChild<QComboBox *>(u"cmbMagnification"_s)->setCurrentIndex(3);
+    dialog->findChild<QComboBox *>(u"cmbTimer"_s)->setCurrentIndex(3);
+    QCOMPARE(stored(), u"0 1 1 0 3 1 10"_s);
+    QVERIFY(!m_shell->desktop.loginItem->present);
 }
 
 void TestPreferences::shownAgainKeepsWhatItShowed()
@@ -223,11 +132,11 @@ void TestPreferences::shownAgainKeepsWhatItShowed()
     DialogPreference *dialog = open();
     dialog->close();
     SetConfigString(u"AutoHide"_s, u"1"_s);
-    m_window->findChild<QPushButton *>(u"BtnSetting"_s)->click();
-    QCOMPARE(m_window->findChildren<DialogPreference *>().size(), 1);
+    m_shell->window->findChild<QPushButton *>(u"BtnSetting"_s)->click();
+    QCOMPARE(m_shell->window->findChildren<DialogPreference *>().size(), 1);
     QVERIFY(dialog->isVisible() && !dialog->GetHide());
-    m_window->close();
-    QVERIFY(m_window->findChildren<DialogPreference *>().isEmpty());
+    m_shell->window->close();
+    QVERIFY(m_shell->window->findChildren<DialogPreference *>().isEmpty());
     QVERIFY(open()->GetHide());
 }
 

@@ -1,0 +1,155 @@
+// The program in a session: its icon in the tray, and the session's end.
+
+#include "snapworkbench.h"
+
+#include <QFile>
+#include <QSet>
+#include <QTest>
+
+#include <csignal>
+
+#include <X11/keysym.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QRect s_screen(0, 0, 1600, 1000);
+
+}  // namespace
+
+class TestSession : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+    void trayIcon_data();
+    void trayIcon();
+    void signalKeepsSettings_data();
+    void signalKeepsSettings();
+
+private:
+    std::unique_ptr<TestDesktop> m_desktop;
+    std::unique_ptr<SnapWorkbench> m_program;
+};
+
+void TestSession::init()
+{
+    m_desktop = std::make_unique<TestDesktop>(TestDesktop::Options{});
+    QVERIFY(m_desktop->isReady());
+    m_program = std::make_unique<SnapWorkbench>(*m_desktop);
+}
+
+void TestSession::cleanup()
+{
+    m_program.reset();
+    m_desktop.reset();
+}
+
+void TestSession::trayIcon_data()
+{
+    QTest::addColumn<QByteArray>("picture");
+    QTest::newRow("the skin's") << QByteArray("skin/BtnIcon_normal.png");
+    QTest::newRow("one that is missing") << QByteArray("skin/missing.png");
+    QTest::newRow("one that is none") << QByteArray("SnapWorkbench.xml");
+}
+
+// The menu answers the left button as the right one, and its commands work from there.
+void TestSession::trayIcon()
+{
+    QVERIFY(m_desktop->start(
+        u"trayer"_s,
+        u"--edge top --align left --widthtype pixel --width 120 --height 24"_s.split(u' '),
+        m_desktop->environment()));
+    QFETCH(QByteArray, picture);
+    m_program->writeSettings({});
+    QFile skin(m_program->resourceFile());
+    QVERIFY(skin.open(QIODevice::ReadWrite));
+    const QByteArray text = skin.readAll().replace("skin/BtnIcon_normal.png", picture);
+    QVERIFY(text.contains("NormalImg=\"" + picture + '"'));
+    QVERIFY(skin.resize(0) && skin.write(text) == text.size());
+    skin.close();
+    QVERIFY(m_program->startAndWait());
+    const auto found = [this](const auto &isIt) {
+        const QList<TestDesktop::Window> windows = m_desktop->windows();
+        const auto window = std::find_if(windows.begin(), windows.end(), isIt);
+        return window == windows.end() ? QRect() : window->area;
+    };
+    const auto isIcon = [](const TestDesktop::Window &window) {
+        return window.viewable && window.title == u"SnapWorkbench"_s && window.area.width() > 10;
+    };
+    QVERIFY(waitFor([&] { return found(isIcon).isValid(); }));
+    const QPoint at = found(isIcon).center();
+    QVERIFY(waitFor([&] {
+        const QImage icon = m_desktop->screenshot().copy(found(isIcon));
+        QSet<QRgb> colours;
+        for (int i = 0; i < icon.width(); ++i)
+            colours.insert(icon.pixel(i, icon.height() / 2));
+        return colours.size() > 5;
+    }));
+    const auto isMenu = [&](const TestDesktop::Window &window) {
+        return window.viewable && window.overrideRedirect && window.area.height() > 100 &&
+               window.area.adjusted(-1, -1, 1, 1).contains(at);
+    };
+    for (const int button : {1, 3}) {
+        QVERIFY(!found(isMenu).isValid());
+        m_desktop->click(at, button);
+        QVERIFY(waitFor([&] { return found(isMenu).isValid(); }));
+        m_desktop->key(XK_Escape);
+        QVERIFY(waitFor([&] { return !found(isMenu).isValid(); }));
+    }
+    m_desktop->click(at);
+    QVERIFY(waitFor([&] { return found(isMenu).isValid(); }));
+    m_desktop->key(XK_Down);
+    m_desktop->key(XK_Return);
+    QVERIFY(waitFor([&] { return m_program->hasOverlay(s_screen); }));
+    m_desktop->key(XK_Escape);
+    QVERIFY(waitFor([&] { return !m_program->hasOverlay(s_screen); }));
+}
+
+void TestSession::signalKeepsSettings_data()
+{
+    QTest::addColumn<int>("signal");
+    QTest::addColumn<QString>("during");
+    QTest::newRow("the session ends") << SIGTERM << QString();
+    QTest::newRow("the terminal closes") << SIGHUP << QString();
+    QTest::newRow("while marking") << SIGTERM << u"overlay"_s;
+    QTest::newRow("while counting down") << SIGTERM << u"countdown"_s;
+    QTest::newRow("while asking") << SIGTERM << u"prompt"_s;
+}
+
+// Whatever waits in a loop of its own then: the program ends, and what was set is there again.
+void TestSession::signalKeepsSettings()
+{
+    QFETCH(int, signal);
+    QFETCH(QString, during);
+    m_program->writeSettings({{u"ScreenTimer"_s, u"1000"_s}, {u"AutoShow"_s, u"1"_s}});
+    QVERIFY(m_program->startAndWait());
+    const QRect area(137, 71, 1003, 701);
+    m_desktop->placeWindow(m_program->mainWindow(), area);
+    QVERIFY(waitFor([&] { return m_program->mainWindow().area == area; }));
+    QVERIFY(m_desktop->waitForFocus(m_program->mainWindow()));
+    if (during == u"overlay"_s) {
+        QVERIFY(m_program->openOverlay(s_screen));
+    } else if (during == u"countdown"_s) {
+        const qsizetype before = m_desktop->windows().size();
+        m_desktop->key(XK_t, {XK_Control_L, XK_Alt_L});
+        QVERIFY(waitFor([&] { return m_desktop->windows().size() > before; }));
+    } else if (during == u"prompt"_s) {
+        m_desktop->key(XK_s, {XK_Control_L, XK_Alt_L});
+        QVERIFY(m_program->waitForTitle(u"untitled * - Snap Workbench"_s));
+        const QList<TestDesktop::Window> before = m_desktop->windows();
+        m_desktop->closeWindow(m_program->mainWindow());
+        QVERIFY(m_desktop->waitForNewWindow(before).id != XCB_NONE);
+    }
+    QCOMPARE(kill(static_cast<pid_t>(m_program->process()->processId()), signal), 0);
+    QVERIFY(waitFor([&] { return m_program->process()->state() == QProcess::NotRunning; }));
+    QCOMPARE(m_program->process()->exitStatus(), QProcess::NormalExit);
+    QCOMPARE(m_program->setting(u"WindowLeft"_s), QString::number(area.x()));
+    QCOMPARE(m_program->setting(u"WindowWidth"_s), QString::number(area.width()));
+}
+
+QTEST_GUILESS_MAIN(TestSession)
+#include "test_session.moc"
