@@ -454,20 +454,24 @@ std::optional<Fit> Pair::fit(int distance, bool spots)
     if (fit.last <= fit.first)
         return {};
 
-    // Bands that go their own way (a scroll bar, an animation) are told from those that moved.
-    int apart = 0;
     for (const int band : all) {
         const Counts counts = countIn(band, distance, fit.first, fit.last);
         if (counts.telling > 0 && counts.same >= counts.other)
             fit.bands.push_back(band);
-        else if (counts.other > 0)
-            ++apart;
     }
-    if (apart > std::max<int>(2, static_cast<int>(fit.bands.size()) / 3))
-        return {};
     tally(fit.bands, distance);
     std::tie(fit.first, fit.last) = solidPart(distance);
     if (fit.last <= fit.first)
+        return {};
+
+    // A few bands may go their own way: a scroll bar, an animation.
+    int apart = 0;
+    for (const int band : all) {
+        const Counts counts = countIn(band, distance, fit.first, fit.last);
+        const bool moves = std::binary_search(fit.bands.begin(), fit.bands.end(), band);
+        apart += counts.other > (moves ? counts.same : 0);
+    }
+    if (apart > std::max<int>(3, static_cast<int>(fit.bands.size()) / 3))
         return {};
 
     const auto sumOf = [&](const std::vector<quint16> &counts) {
@@ -483,7 +487,8 @@ std::optional<Fit> Pair::fit(int distance, bool spots)
     if (spots && (fit.unique < s_enough || (other + rest) * 16 > same))
         return {};
     // Where little of the view is in both pictures, one line that comes again could pretend much.
-    if (distance * 2 > m_height && (fit.last - fit.first < 16 || fit.unique < 32))
+    const int span = fit.last - fit.first;
+    if (distance * 2 > m_height && (span < 16 || (span * 4 < m_height && fit.unique < 32)))
         return {};
     return fit;
 }

@@ -188,8 +188,8 @@ void TestMovement::kinds_data()
     add("reflow", textPage(640, 480, 3), textPage(500, 480, 3).copy(0, 0, 640, 480), Kind::Lost);
     add("another page", textPage(640, 480, 3), textPage(640, 480, 4), Kind::Lost);
     QImage pushed = Frame{}.view(text, 100, s_view);
-    QPainter(&pushed).drawImage(0, 300, text, 0, 320, 640, 180);
-    fill(pushed, QRect(0, 200, 640, 100), Qt::gray);
+    QPainter(&pushed).drawImage(0, 260, text, 0, 300, 640, 220);
+    fill(pushed, QRect(0, 200, 640, 60), Qt::gray);
     add("pushed down", Frame{}.view(text, 20, s_view), pushed, Kind::Lost);
     // The last line of one page happens to be the first line of the next one.
     QImage first = textPage(640, 480, 3);
