@@ -107,8 +107,10 @@ struct Fit {
     int rows = 0;
     int first = 0;  ///< the rows of the later picture that certainly moved
     int last = 0;   ///< one after them
-    int unique = 0;
     int explained = 0;
+    int unique = 0;   ///< turns that moved and that either picture has but once
+    int telling = 0;  ///< turns that moved
+    int denying = 0;  ///< turns that changed otherwise
     std::vector<int> bands{};
 };
 
@@ -117,6 +119,7 @@ struct Counts {
     int same = 0;     ///< cells that changed, and are as the distance wants them
     int other = 0;    ///< cells that changed, and are not
     int telling = 0;  ///< those of `same` that follow a different cell, and so are not mere ground
+    int denying = 0;  ///< those of `other` that follow a different cell
 };
 
 /// Two pictures of a view, cell by cell.
@@ -151,7 +154,7 @@ public:
     }
 
     bool changed() const { return !m_bands.empty(); }
-    bool isSpots() const;
+    bool isStill() const;
     std::vector<Fit> fits(int expected);
     Movement movement(const Fit &fit) const;
 
@@ -162,6 +165,7 @@ private:
         std::vector<quint8> turn{};  ///< per row of the later picture: differs from the row above
     };
 
+    std::optional<std::vector<QRect>> spots() const;
     std::vector<int> candidates(int expected);
     void vote(const Band &band);
     void compare(const Band &band, int distance);
@@ -169,7 +173,7 @@ private:
     std::pair<int, int> solidPart(int distance) const;
     Counts countIn(int band, int distance, int first, int last);
     int unexplained(const Fit &fit) const;
-    std::optional<Fit> fit(int distance, bool spots);
+    std::optional<Fit> fit(int distance, bool inSpots);
     std::pair<int, int> movedColumns(const Band &band, const Fit &fit) const;
 
     const QImage &m_before;
@@ -192,8 +196,9 @@ private:
     std::vector<quint8> m_match;  ///< of one band
 };
 
-// Whether all changes lie in places too small for a view that scrolled.
-bool Pair::isSpots() const
+// The places of all changes, in bands and rows; none if they are too large for spots in a view that
+// stands still.
+std::optional<std::vector<QRect>> Pair::spots() const
 {
     constexpr int gap = 16;
     const int tallest = std::max(24, m_height / 4);
@@ -207,31 +212,57 @@ bool Pair::isSpots() const
         }
     }
     if (cells * 16 > static_cast<qsizetype>(m_height) * m_old.bands())
-        return false;
+        return {};
+    std::vector<QRect> result;
     for (int top = 0; top < m_height; ++top) {
         if (!rows[top])
             continue;
-        int bottom = top + 1;
-        for (int y = bottom; y < m_height && y < bottom + gap; ++y)
+        int bottom = top;
+        for (int y = top; y < m_height && y <= bottom + gap; ++y)
             if (rows[y])
-                bottom = y + 1;
-        if (bottom - top > tallest)
-            return false;
-        int start = -1;
-        int previous = -3;
+                bottom = y;
+        QRect spot;
         for (const Band &band : m_bands) {
-            if (std::find(band.changed.begin() + top, band.changed.begin() + bottom, 1) ==
-                band.changed.begin() + bottom)
+            const auto end = band.changed.begin() + bottom + 1;
+            if (std::find(band.changed.begin() + top, end, 1) == end)
                 continue;
-            if (band.index > previous + 2)
-                start = band.index;
-            previous = band.index;
-            if (previous - start >= widest)
-                return false;
+            if (spot.isEmpty() || band.index > spot.right() + 2) {
+                if (!spot.isEmpty())
+                    result.push_back(spot);
+                spot = QRect(QPoint(band.index, top), QPoint(band.index, bottom));
+            }
+            spot.setRight(band.index);
+            if (spot.width() > widest || spot.height() > tallest)
+                return {};
         }
+        result.push_back(spot);
         top = bottom;
     }
-    return true;
+    return result;
+}
+
+// Whether nothing scrolled. A word alone on a page may have scrolled away, so that anything larger
+// than a caret counts as a spot only if there is much above or below it that stayed.
+bool Pair::isStill() const
+{
+    const auto places = spots();
+    if (!places)
+        return false;
+    return std::all_of(places->begin(), places->end(), [this](const QRect &spot) {
+        if (spot.width() <= 2 && spot.height() <= 32)
+            return true;
+        int stayed = 0;
+        for (int y = 1; y < m_height; ++y) {
+            bool stays = false;
+            for (int band = spot.left(); band <= spot.right() && !stays; ++band) {
+                const Hash *was = m_old.band(band);
+                const Hash *is = m_new.band(band);
+                stays = was[y] == is[y] && was[y - 1] == is[y - 1] && is[y] != is[y - 1];
+            }
+            stayed += stays;
+        }
+        return stayed * 8 >= m_height;
+    });
 }
 
 // Each place of the later picture where a band turns from one cell to another one votes for the
@@ -408,6 +439,7 @@ Counts Pair::countIn(int index, int distance, int first, int last)
 {
     const Band &band = m_bands[index];
     compare(band, distance);
+    const Hash *was = m_old.band(band.index);
     Counts counts;
     for (int y = first; y < last; ++y) {
         const int any = band.changed[y] | band.changed[y + distance];
@@ -418,6 +450,8 @@ Counts Pair::countIn(int index, int distance, int first, int last)
         const int any = band.changed[y] | band.changed[y - 1] | band.changed[y + distance] |
                         band.changed[y + distance - 1];
         counts.telling += band.turn[y] & m_match[y] & m_match[y - 1] & any;
+        counts.denying +=
+            (band.turn[y] | (was[y + distance] != was[y + distance - 1])) & (m_match[y] ^ 1) & any;
     }
     return counts;
 }
@@ -444,7 +478,7 @@ int Pair::unexplained(const Fit &fit) const
     return above + least;
 }
 
-std::optional<Fit> Pair::fit(int distance, bool spots)
+std::optional<Fit> Pair::fit(int distance, bool inSpots)
 {
     Fit fit{.rows = distance, .unique = m_unique[distance]};
     std::vector<int> all(m_bands.size());
@@ -470,6 +504,8 @@ std::optional<Fit> Pair::fit(int distance, bool spots)
         const Counts counts = countIn(band, distance, fit.first, fit.last);
         const bool moves = std::binary_search(fit.bands.begin(), fit.bands.end(), band);
         apart += counts.other > (moves ? counts.same : 0);
+        fit.telling += counts.telling;
+        fit.denying += counts.denying;
     }
     if (apart > std::max<int>(3, static_cast<int>(fit.bands.size()) / 3))
         return {};
@@ -481,10 +517,11 @@ std::optional<Fit> Pair::fit(int distance, bool spots)
     const int other = sumOf(m_other);
     const int rest = unexplained(fit);
     fit.explained = same;
-    if (sumOf(m_telling) < s_enough || other * s_against > same || rest * 4 > same)
+    if (fit.telling < s_enough || other * s_against > same || rest * 4 > same ||
+        fit.denying * s_against > fit.telling)
         return {};
     // A spot that seems to have moved has to be one of a kind, and to have moved as a whole.
-    if (spots && (fit.unique < s_enough || (other + rest) * 16 > same))
+    if (inSpots && (fit.unique < s_enough || (other + rest) * 16 > same))
         return {};
     // Where little of the view is in both pictures, one line that comes again could pretend much.
     const int span = fit.last - fit.first;
@@ -495,10 +532,10 @@ std::optional<Fit> Pair::fit(int distance, bool spots)
 
 std::vector<Fit> Pair::fits(int expected)
 {
-    const bool spots = isSpots();
+    const bool inSpots = spots().has_value();
     std::vector<Fit> result;
     for (const int distance : candidates(expected))
-        if (const auto found = fit(distance, spots))
+        if (const auto found = fit(distance, inSpots))
             result.push_back(*found);
     return result;
 }
@@ -559,11 +596,11 @@ Movement findMovement(const QImage &before, const QImage &after, int expected)
 
     const std::vector<Fit> fits = pair.fits(expected);
     if (fits.empty())
-        return {.kind = pair.isSpots() ? Movement::Kind::Still : Movement::Kind::Lost};
+        return {.kind = pair.isStill() ? Movement::Kind::Still : Movement::Kind::Lost};
     const Fit &best = *std::max_element(fits.begin(), fits.end(), [](const Fit &a, const Fit &b) {
         return a.unique != b.unique ? a.unique < b.unique : a.explained < b.explained;
     });
-    const bool decided = best.unique >= s_enough;
+    const bool decided = best.unique >= std::max(s_enough, best.denying);
     std::vector<const Fit *> equal;
     for (const Fit &fit : fits)
         if (!decided || fit.unique * 2 >= best.unique)
