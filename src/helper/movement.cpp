@@ -242,14 +242,19 @@ std::optional<std::vector<QRect>> Pair::spots() const
 }
 
 // Whether nothing scrolled. A word alone on a page may have scrolled away, so that anything larger
-// than a caret counts as a spot only if there is much above or below it that stayed.
+// than a caret counts as a spot only if there is much above or below it that stayed. Several words
+// that change at once are more likely the odd cells of a table, whose other cells look alike.
 bool Pair::isStill() const
 {
     const auto places = spots();
     if (!places)
         return false;
-    return std::all_of(places->begin(), places->end(), [this](const QRect &spot) {
-        if (spot.width() <= 2 && spot.height() <= 32)
+    const auto isCaret = [](const QRect &spot) { return spot.width() <= 2 && spot.height() <= 32; };
+    const auto carets = std::count_if(places->begin(), places->end(), isCaret);
+    if (carets > 4 || static_cast<qsizetype>(places->size()) - carets > 2)
+        return false;
+    return std::all_of(places->begin(), places->end(), [&](const QRect &spot) {
+        if (isCaret(spot))
             return true;
         int stayed = 0;
         for (int y = 1; y < m_height; ++y) {
