@@ -5,6 +5,7 @@
 #include <cstring>
 #include <numeric>
 #include <optional>
+#include <unordered_map>
 #include <vector>
 
 namespace {
@@ -14,7 +15,7 @@ constexpr int s_band = 16;
 // Rows hashed in one go, so that the hashes of a band are written a cache line at a time.
 constexpr int s_block = 8;
 // Matches that are found nowhere else in their band, below which chance could have made them.
-constexpr int s_enough = 6;
+constexpr int s_enough = 10;
 // A cell that contradicts a movement weighs as much as this many that speak for it.
 constexpr int s_against = 3;
 
@@ -242,8 +243,9 @@ std::optional<std::vector<QRect>> Pair::spots() const
 }
 
 // Whether nothing scrolled. A word alone on a page may have scrolled away, so that anything larger
-// than a caret counts as a spot only if there is much above or below it that stayed. Several words
-// that change at once are more likely the odd cells of a table, whose other cells look alike.
+// than a caret counts as a spot only if there is much above or below it that stayed, and that is
+// not found again elsewhere, as the lines of a table are. Several words that change at once are
+// more likely the odd cells of a table, whose other cells look alike.
 bool Pair::isStill() const
 {
     const auto places = spots();
@@ -256,17 +258,18 @@ bool Pair::isStill() const
     return std::all_of(places->begin(), places->end(), [&](const QRect &spot) {
         if (isCaret(spot))
             return true;
-        int stayed = 0;
-        for (int y = 1; y < m_height; ++y) {
-            bool stays = false;
-            for (int band = spot.left(); band <= spot.right() && !stays; ++band) {
-                const Hash *was = m_old.band(band);
-                const Hash *is = m_new.band(band);
-                stays = was[y] == is[y] && was[y - 1] == is[y - 1] && is[y] != is[y - 1];
-            }
-            stayed += stays;
+        std::vector<quint8> stayed(m_height);
+        for (int band = spot.left(); band <= spot.right(); ++band) {
+            const Hash *was = m_old.band(band);
+            const Hash *is = m_new.band(band);
+            std::unordered_map<quint64, int> seen;
+            for (int y = 1; y < m_height; ++y)
+                ++seen[quint64{is[y - 1]} << 32 | is[y]];
+            for (int y = 1; y < m_height; ++y)
+                stayed[y] |= was[y] == is[y] && was[y - 1] == is[y - 1] && is[y] != is[y - 1] &&
+                             seen[quint64{is[y - 1]} << 32 | is[y]] == 1;
         }
-        return stayed * 8 >= m_height;
+        return std::count(stayed.begin(), stayed.end(), 1) * 8 >= m_height;
     });
 }
 
@@ -512,7 +515,8 @@ std::optional<Fit> Pair::fit(int distance, bool inSpots)
         fit.telling += counts.telling;
         fit.denying += counts.denying;
     }
-    if (apart > std::max<int>(3, static_cast<int>(fit.bands.size()) / 3))
+    if (apart > std::max<int>(3, static_cast<int>(fit.bands.size()) / 3) ||
+        fit.bands.size() * 4 < m_bands.size())
         return {};
 
     const auto sumOf = [&](const std::vector<quint16> &counts) {
@@ -530,7 +534,8 @@ std::optional<Fit> Pair::fit(int distance, bool inSpots)
         return {};
     // Where little of the view is in both pictures, one line that comes again could pretend much.
     const int span = fit.last - fit.first;
-    if (distance * 2 > m_height && (span < 16 || (span * 4 < m_height && fit.unique < 32)))
+    if (distance * 2 > m_height &&
+        (span < 16 || fit.denying * 16 > fit.telling || (span * 4 < m_height && fit.unique < 32)))
         return {};
     return fit;
 }
@@ -605,7 +610,7 @@ Movement findMovement(const QImage &before, const QImage &after, int expected)
     const Fit &best = *std::max_element(fits.begin(), fits.end(), [](const Fit &a, const Fit &b) {
         return a.unique != b.unique ? a.unique < b.unique : a.explained < b.explained;
     });
-    const bool decided = best.unique >= std::max(s_enough, best.denying);
+    const bool decided = best.unique >= std::max(s_enough, best.denying * 2);
     std::vector<const Fit *> equal;
     for (const Fit &fit : fits)
         if (!decided || fit.unique * 2 >= best.unique)
