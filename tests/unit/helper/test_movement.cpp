@@ -35,6 +35,18 @@ QImage mapped(int height, const std::function<QRgb(int, int)> &color)
     return page;
 }
 
+// Lines that differ in their number only, as a terminal's.
+QImage numberedLines(int height)
+{
+    QImage page = plainPage(s_view.width(), height, Qt::black);
+    for (int y = 0, line = 10000; y < page.height(); y += 16, ++line) {
+        glyphs().number(page, 10, y, line, Qt::green);
+        for (int x = 80; x < 400; x += 8)
+            glyphs().draw(page, x, y, x / 8 % 20 + 15, Qt::lightGray);
+    }
+    return page;
+}
+
 }  // namespace
 
 class TestMovement : public QObject
@@ -44,6 +56,7 @@ class TestMovement : public QObject
 private slots:
     void kinds_data();
     void kinds();
+    void neverGuessed();
     void bounds_data();
     void bounds();
     void area();
@@ -101,13 +114,7 @@ void TestMovement::kinds_data()
                  Kind::Moved, rows + 20);
     }
 
-    // Lines that differ in their number only, as a terminal's.
-    QImage numbered = plainPage(s_view.width(), 3000, Qt::black);
-    for (int y = 0, line = 10000; y < numbered.height(); y += 16, ++line) {
-        glyphs().number(numbered, 10, y, line, Qt::green);
-        for (int x = 80; x < 400; x += 8)
-            glyphs().draw(numbered, x, y, x / 8 % 20 + 15, Qt::lightGray);
-    }
+    const QImage numbered = numberedLines(3000);
     scrolled("numbered lines", numbered, 0, 16);
     scrolled("numbered lines, 3", numbered, 32, 48);
     scrolled("numbered lines, 20", numbered, 160, 320);
@@ -209,6 +216,42 @@ void TestMovement::kinds()
     QCOMPARE(int(movement.kind), int(kind));
     QCOMPARE(movement.rows, rows);
     QCOMPARE(movement.moved.isEmpty(), kind != Kind::Moved);
+}
+
+// Steps that can't be known, on pages where much looks alike at some other distance. Whether they
+// are doubtful or lost matters less than that nothing is made of them.
+void TestMovement::neverGuessed()
+{
+    QImage sparse = plainPage(s_view.width(), 3000);
+    for (int y = 30; y < 3000; y += 300)
+        glyphs().number(sparse, 60 + y % 200, y, y);
+    // Few kinds of items, in an order without a rule.
+    QImage items = plainPage(s_view.width(), 3000);
+    QRandomGenerator random(17);
+    for (int y = 0; y < 3000; y += 23) {
+        fill(items, QRect(0, y, 640, 1), Qt::lightGray);
+        glyphs().number(items, 10, y + 4, random.bounded(4) * 1111);
+        glyphs().number(items, 300, y + 4, random.bounded(3) * 2222);
+    }
+    const QImage numbered = numberedLines(3000);
+    const QImage odd = table(3000, 20, 29);
+    for (const int header : {0, 50}) {
+        const Frame frame{.header = header, .footer = 20, .scrollBar = 12, .position = true};
+        for (const QImage *page :
+             {&std::as_const(sparse), &std::as_const(items), &numbered, &odd}) {
+            for (const int rows : {-700, -333, -80, -48, 480, 496, 640, 777, 1100}) {
+                const Movement movement = findMovement(frame.view(*page, 800, s_view),
+                                                       frame.view(*page, 800 + rows, s_view));
+                QVERIFY2(movement.kind != Kind::Moved,
+                         qPrintable(u"%1 taken for %2"_s.arg(rows).arg(movement.rows)));
+                if (page != &odd)
+                    QVERIFY2(movement.kind != Kind::Still, QByteArray::number(rows));
+            }
+        }
+    }
+    // The only odd line leaves, while all others come to lie on their like.
+    QVERIFY(findMovement(Frame{}.view(odd, 560, s_view), Frame{}.view(odd, 660, s_view)).kind >
+            Kind::Moved);
 }
 
 void TestMovement::bounds_data()
