@@ -132,7 +132,7 @@ BENCHMARK(stitchingMemory)->Iterations(1)->Repetitions(3);
                    .measured = "movement",
                    .against = "plainMovement",
                    .faster = true,
-                   .limit = "1 or more"}) &&
+                   .limit = "2 or more"}) &&
     addComparison({.what = "memory of stitching 30,000 rows",
                    .measured = "stitchingMemory",
                    .unit = "times the picture",
