@@ -1,0 +1,141 @@
+// Views of a page as large as a browser's window, scrolled by a few turns of the wheel.
+
+#include "comparison.h"
+
+#include "helper/scrollpage.h"
+#include "helper/stitcher.h"
+
+#include <QFile>
+
+#include <benchmark/benchmark.h>
+
+#include <cstring>
+
+#include <malloc.h>
+#include <unistd.h>
+
+namespace {
+
+constexpr QSize s_view(1920, 1000);
+constexpr int s_step = 240;
+constexpr int s_limit = 30000;
+const Frame s_frame{.header = 80, .scrollBar = 15};
+
+const QImage &page()
+{
+    static const QImage s_page = textPage(s_view.width() - s_frame.scrollBar, 4000);
+    return s_page;
+}
+
+QImage view(int offset) { return s_frame.view(page(), offset, s_view); }
+
+void movement(benchmark::State &state)
+{
+    const QImage before = view(100);
+    const QImage after = view(100 + s_step);
+    for (auto _ : state)
+        if (findMovement(before, after).rows != s_step)
+            state.SkipWithError("wrong distance");
+}
+
+// The distance at which most of the later picture's rows are those of the earlier one. The header
+// and the scroll bar are left out, which the program has to find out by itself.
+int plainMovement(const QImage &before, const QImage &after)
+{
+    const size_t width = sizeof(QRgb) * static_cast<size_t>(after.width() - s_frame.scrollBar);
+    int best = 0;
+    int bestCount = 0;
+    for (int distance = 1; distance < after.height(); ++distance) {
+        int count = 0;
+        for (int y = s_frame.header; y + distance < after.height(); ++y)
+            count +=
+                std::memcmp(after.constScanLine(y), before.constScanLine(y + distance), width) == 0;
+        if (count > bestCount) {
+            bestCount = count;
+            best = distance;
+        }
+    }
+    return best;
+}
+
+void plainMovement(benchmark::State &state)
+{
+    const QImage before = view(100);
+    const QImage after = view(100 + s_step);
+    for (auto _ : state)
+        if (plainMovement(before, after) != s_step)
+            state.SkipWithError("wrong distance");
+}
+
+// As an application would show a page too long to be made up in memory beside the result.
+QImage endlessView(int offset)
+{
+    QImage picture = plainPage(s_view.width(), s_view.height());
+    for (int y = 0; y < s_view.height(); ++y) {
+        auto *line = reinterpret_cast<QRgb *>(picture.scanLine(y));
+        for (int x = 0; x < s_view.width(); ++x)
+            line[x] = (static_cast<QRgb>(offset + y) * 2654435761U + static_cast<QRgb>(x)) >> 8;
+    }
+    return picture;
+}
+
+double highestBytes()
+{
+    QFile file(QStringLiteral("/proc/self/status"));
+    if (!file.open(QIODevice::ReadOnly))
+        return 0;
+    for (const QByteArray &line : file.readAll().split('\n'))
+        if (line.startsWith("VmHWM:"))
+            return line.simplified().split(' ').at(1).toDouble() * 1024;
+    return 0;
+}
+
+double residentBytes()
+{
+    malloc_trim(0);
+    QFile file(QStringLiteral("/proc/self/statm"));
+    if (!file.open(QIODevice::ReadOnly))
+        return 0;
+    return file.readAll().split(' ').at(1).toDouble() * static_cast<double>(sysconf(_SC_PAGESIZE));
+}
+
+// The peak, from the first view to the finished picture.
+void stitchingMemory(benchmark::State &state)
+{
+    for (auto _ : state) {
+        QFile peak(QStringLiteral("/proc/self/clear_refs"));
+        const double before = residentBytes();
+        if (peak.open(QIODevice::WriteOnly))
+            peak.write("5");
+        peak.close();
+        ScrollStitcher stitcher(s_limit);
+        for (int offset = 0; !stitcher.isFull(); offset += s_step)
+            stitcher.add(endlessView(offset));
+        const QImage picture = stitcher.finish();
+        if (picture.height() != s_limit)
+            state.SkipWithError("not the whole page");
+        state.counters["value"] =
+            (highestBytes() - before) / static_cast<double>(picture.sizeInBytes());
+    }
+}
+
+BENCHMARK(movement)->Unit(benchmark::kMillisecond)->Repetitions(5);
+BENCHMARK(plainMovement)->Unit(benchmark::kMillisecond)->Repetitions(5);
+BENCHMARK(stitchingMemory)->Iterations(1)->Repetitions(3);
+
+[[maybe_unused]] const bool s_registered =
+    addComparison({.what = "distance that a view has scrolled",
+                   .measured = "movement",
+                   .unit = "ms",
+                   .limit = "under 15 ms"}) &&
+    addComparison({.what = "the same to comparing rows at every distance",
+                   .measured = "movement",
+                   .against = "plainMovement",
+                   .faster = true,
+                   .limit = "2 or more"}) &&
+    addComparison({.what = "memory of stitching 30,000 rows",
+                   .measured = "stitchingMemory",
+                   .unit = "times the picture",
+                   .limit = "at most 2"});
+
+}  // namespace

@@ -1,0 +1,673 @@
+#include "helper/movement.h"
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <numeric>
+#include <optional>
+#include <unordered_map>
+#include <vector>
+
+namespace {
+
+// Pixels in a cell. Narrow bands keep a scroll bar or a caret from spoiling the text beside it.
+constexpr int s_band = 16;
+// Rows hashed in one go, so that the hashes of a band are written a cache line at a time.
+constexpr int s_block = 8;
+// Matches that are found nowhere else in their band, below which chance could have made them.
+constexpr int s_enough = 10;
+// A cell that contradicts a movement weighs as much as this many that speak for it.
+constexpr int s_against = 3;
+
+using Hash = quint32;
+
+QImage plain(const QImage &picture)
+{
+    switch (picture.format()) {
+    case QImage::Format_RGB32:
+    case QImage::Format_ARGB32:
+    case QImage::Format_ARGB32_Premultiplied:
+        return picture;
+    default:
+        return picture.convertToFormat(QImage::Format_ARGB32_Premultiplied);
+    }
+}
+
+// The bits of a pixel that can be seen: the fourth byte of RGB32 is anything.
+QRgb visibleBits(const QImage &before, const QImage &after)
+{
+    return before.format() == QImage::Format_RGB32 || after.format() == QImage::Format_RGB32
+               ? RGB_MASK
+               : 0xffffffff;
+}
+
+const QRgb *row(const QImage &picture, int y)
+{
+    return reinterpret_cast<const QRgb *>(picture.constScanLine(y));
+}
+
+// Sums of products of two pixels, each shifted by its own odd number: one multiplication for two
+// pixels, with nothing that depends on the pair before.
+Hash hashOf(const QRgb *pixels, QRgb mask)
+{
+    static constexpr std::array<quint32, s_band> s_keys{
+        0x9e3779b1, 0x85ebca77, 0xc2b2ae3d, 0x27d4eb2f, 0x165667b1, 0xd6e8feb9,
+        0xcc9e2d51, 0x1b873593, 0xe6546b65, 0xa0761d65, 0xe7037ed1, 0x8ebc6af1,
+        0x589965cd, 0x1d8e4e27, 0xeb44accb, 0x71a3f2c5};
+    quint64 sum = 0;
+    for (int pair = 0; pair < s_band; pair += 2) {
+        const quint32 first = (pixels[pair] & mask) + s_keys[pair];
+        const quint32 second = (pixels[pair + 1] & mask) + s_keys[pair + 1];
+        sum += quint64{first} * second;
+    }
+    return static_cast<Hash>((sum * 0x9e3779b97f4a7c15) >> 32);
+}
+
+/// A hash for each cell of a picture: a row of a band. Those of a band lie side by side.
+class Cells
+{
+public:
+    Cells(const QImage &picture, QRgb mask)
+        : m_rows(picture.height()), m_bands((picture.width() + s_band - 1) / s_band),
+          m_hashes(static_cast<size_t>(m_rows) * m_bands)
+    {
+        const int whole = picture.width() / s_band;
+        const size_t rest = picture.width() % s_band;
+        for (int top = 0; top < m_rows; top += s_block) {
+            const int bottom = std::min(top + s_block, m_rows);
+            std::array<const QRgb *, s_block> lines{};
+            for (int y = top; y < bottom; ++y)
+                lines[y - top] = row(picture, y);
+            for (int band = 0; band < whole; ++band) {
+                Hash *to = m_hashes.data() + static_cast<size_t>(band) * m_rows;
+                for (int y = top; y < bottom; ++y)
+                    to[y] = hashOf(lines[y - top] + band * s_band, mask);
+            }
+            for (int y = top; rest && y < bottom; ++y) {
+                std::array<QRgb, s_band> last{};
+                std::copy_n(lines[y - top] + whole * s_band, rest, last.begin());
+                m_hashes[static_cast<size_t>(whole) * m_rows + y] = hashOf(last.data(), mask);
+            }
+        }
+    }
+
+    int bands() const { return m_bands; }
+    const Hash *band(int band) const
+    {
+        return m_hashes.data() + static_cast<size_t>(band) * m_rows;
+    }
+
+private:
+    int m_rows;
+    int m_bands;
+    std::vector<Hash> m_hashes;
+};
+
+/// What a distance makes of the changes.
+struct Fit {
+    int rows = 0;
+    int first = 0;  ///< the rows of the later picture that certainly moved
+    int last = 0;   ///< one after them
+    int explained = 0;
+    int unique = 0;   ///< turns that moved and that either picture has but once
+    int telling = 0;  ///< turns that moved
+    int denying = 0;  ///< turns that changed otherwise
+    std::vector<int> bands{};
+};
+
+// What a band, or a row, says about a distance.
+struct Counts {
+    int same = 0;     ///< cells that changed, and are as the distance wants them
+    int other = 0;    ///< cells that changed, and are not
+    int telling = 0;  ///< those of `same` that follow a different cell, and so are not mere ground
+    int denying = 0;  ///< those of `other` that follow a different cell
+};
+
+/// Two pictures of a view, cell by cell.
+class Pair
+{
+public:
+    Pair(const QImage &before, const QImage &after)
+        : m_before(before), m_after(after), m_mask(visibleBits(before, after)),
+          m_height(before.height()), m_old(before, m_mask), m_new(after, m_mask), m_same(m_height),
+          m_other(m_height), m_telling(m_height), m_fresh(m_height), m_match(m_height)
+    {
+        const size_t size = static_cast<size_t>(m_height);
+        m_unchangedFrom = 0;
+        for (int band = 0; band < m_old.bands(); ++band) {
+            const Hash *was = m_old.band(band);
+            const Hash *is = m_new.band(band);
+            if (std::memcmp(was, is, size * sizeof(Hash)) == 0)
+                continue;
+            Band changes{.index = band,
+                         .changed = std::vector<quint8>(size),
+                         .turn = std::vector<quint8>(size)};
+            for (int y = 0; y < m_height; ++y)
+                changes.changed[y] = was[y] != is[y];
+            for (int y = 1; y < m_height; ++y)
+                changes.turn[y] = is[y] != is[y - 1];
+            int end = m_height;
+            while (!changes.changed[end - 1])
+                --end;
+            m_unchangedFrom = std::max(m_unchangedFrom, end);
+            m_bands.push_back(std::move(changes));
+        }
+    }
+
+    bool changed() const { return !m_bands.empty(); }
+    bool isStill() const;
+    std::vector<Fit> fits(int expected);
+    Movement movement(const Fit &fit) const;
+
+private:
+    struct Band {
+        int index = 0;
+        std::vector<quint8> changed{};  ///< per row: differs between the pictures
+        std::vector<quint8> turn{};  ///< per row of the later picture: differs from the row above
+    };
+
+    std::optional<std::vector<QRect>> spots() const;
+    std::vector<int> candidates(int expected);
+    void vote(const Band &band);
+    void compare(const Band &band, int distance);
+    void tally(const std::vector<int> &bands, int distance);
+    std::pair<int, int> solidPart(int distance) const;
+    Counts countIn(int band, int distance, int first, int last);
+    int unexplained(const Fit &fit) const;
+    std::optional<Fit> fit(int distance, bool inSpots);
+    std::pair<int, int> movedColumns(const Band &band, const Fit &fit) const;
+
+    const QImage &m_before;
+    const QImage &m_after;
+    QRgb m_mask;
+    int m_height;
+    Cells m_old;
+    Cells m_new;
+    std::vector<Band> m_bands{};  ///< those in which anything changed
+    int m_unchangedFrom = 0;      ///< the rows from here on are the same in both pictures
+    std::vector<int> m_votes{};   ///< per distance
+    std::vector<int> m_unique{};  ///< the same, from what either picture has but once
+
+    // Per row of the later picture, for the distance looked at.
+    std::vector<quint16> m_same;
+    std::vector<quint16> m_other;
+    std::vector<quint16> m_telling;
+    std::vector<quint16>
+        m_fresh;  ///< cells that changed in place and that the distance doesn't explain
+    std::vector<quint8> m_match;  ///< of one band
+};
+
+// The places of all changes, in bands and rows; none if they are too large for spots in a view that
+// stands still.
+std::optional<std::vector<QRect>> Pair::spots() const
+{
+    constexpr int gap = 16;
+    const int tallest = std::max(24, m_height / 4);
+    const int widest = std::max(2, m_old.bands() / 4);
+    qsizetype cells = 0;
+    std::vector<quint8> rows(m_height);
+    for (const Band &band : m_bands) {
+        for (int y = 0; y < m_height; ++y) {
+            cells += band.changed[y];
+            rows[y] |= band.changed[y];
+        }
+    }
+    if (cells * 16 > static_cast<qsizetype>(m_height) * m_old.bands())
+        return {};
+    std::vector<QRect> result;
+    for (int top = 0; top < m_height; ++top) {
+        if (!rows[top])
+            continue;
+        int bottom = top;
+        for (int y = top; y < m_height && y <= bottom + gap; ++y)
+            if (rows[y])
+                bottom = y;
+        QRect spot;
+        for (const Band &band : m_bands) {
+            const auto end = band.changed.begin() + bottom + 1;
+            if (std::find(band.changed.begin() + top, end, 1) == end)
+                continue;
+            if (spot.isEmpty() || band.index > spot.right() + 2) {
+                if (!spot.isEmpty())
+                    result.push_back(spot);
+                spot = QRect(QPoint(band.index, top), QPoint(band.index, bottom));
+            }
+            spot.setRight(band.index);
+            if (spot.width() > widest || spot.height() > tallest)
+                return {};
+        }
+        result.push_back(spot);
+        top = bottom;
+    }
+    return result;
+}
+
+// Whether nothing scrolled. A word alone on a page may have scrolled away, so that anything larger
+// than a caret counts as a spot only if there is much above or below it that stayed, and that is
+// not found again elsewhere, as the lines of a table are. Several words that change at once are
+// more likely the odd cells of a table, whose other cells look alike.
+bool Pair::isStill() const
+{
+    const auto places = spots();
+    if (!places)
+        return false;
+    const auto isCaret = [](const QRect &spot) { return spot.width() <= 2 && spot.height() <= 32; };
+    const auto carets = std::count_if(places->begin(), places->end(), isCaret);
+    if (carets > 4 || static_cast<qsizetype>(places->size()) - carets > 2)
+        return false;
+    return std::all_of(places->begin(), places->end(), [&](const QRect &spot) {
+        if (isCaret(spot))
+            return true;
+        std::vector<quint8> stayed(m_height);
+        for (int band = spot.left(); band <= spot.right(); ++band) {
+            const Hash *was = m_old.band(band);
+            const Hash *is = m_new.band(band);
+            std::unordered_map<quint64, int> seen;
+            for (int y = 1; y < m_height; ++y)
+                ++seen[quint64{is[y - 1]} << 32 | is[y]];
+            for (int y = 1; y < m_height; ++y)
+                stayed[y] |= was[y] == is[y] && was[y - 1] == is[y - 1] && is[y] != is[y - 1] &&
+                             seen[quint64{is[y - 1]} << 32 | is[y]] == 1;
+        }
+        return std::count(stayed.begin(), stayed.end(), 1) * 8 >= m_height;
+    });
+}
+
+// Each place of the later picture where a band turns from one cell to another one votes for the
+// distances to all such places of the earlier picture.
+void Pair::vote(const Band &band)
+{
+    struct Slot {
+        Hash key = 0;
+        int head = -1;
+        int before = 0;
+        int after = 0;
+    };
+    constexpr int many = 64;
+
+    const Hash *was = m_old.band(band.index);
+    const Hash *is = m_new.band(band.index);
+    int bits = 4;
+    while ((1 << bits) < m_height * 2)
+        ++bits;
+    std::vector<Slot> table(size_t{1} << bits);
+    std::vector<int> next(m_height, -1);
+    std::vector<int> slotOf(m_height, -1);
+    const auto find = [&](Hash key) {
+        size_t at = (key * 0x9e3779b1U) >> (32 - bits);
+        while (table[at].before && table[at].key != key)
+            at = (at + 1) & (table.size() - 1);
+        return static_cast<int>(at);
+    };
+    const auto turnAt = [](const Hash *cells, int y) {
+        return cells[y - 1] * 0x85ebca77U + cells[y];
+    };
+
+    for (int y = m_height - 1; y > 0; --y) {
+        if (was[y] == was[y - 1])
+            continue;
+        const Hash key = turnAt(was, y);
+        const int at = find(key);
+        Slot &slot = table[at];
+        slot.key = key;
+        next[y] = slot.head;
+        slot.head = y;
+        ++slot.before;
+    }
+    for (int y = 1; y < m_height; ++y) {
+        if (!band.turn[y])
+            continue;
+        const int at = find(turnAt(is, y));
+        if (table[at].before) {
+            slotOf[y] = at;
+            ++table[at].after;
+        }
+    }
+    for (int y = 1; y < m_height; ++y) {
+        if (slotOf[y] < 0)
+            continue;
+        const Slot &slot = table[slotOf[y]];
+        // What comes very often is heard in samples: it can't decide anything anyway.
+        const int weight = slot.before > many ? 8 : 1;
+        if (weight > 1 && y % weight)
+            continue;
+        const bool unique = slot.before == 1 && slot.after == 1;
+        const bool changed = band.changed[y] | band.changed[y - 1];
+        for (int old = slot.head; old >= 0; old = next[old]) {
+            if (old <= y || !(changed || band.changed[old] || band.changed[old - 1]))
+                continue;
+            m_votes[old - y] += weight;
+            m_unique[old - y] += unique;
+        }
+    }
+}
+
+std::vector<int> Pair::candidates(int expected)
+{
+    constexpr int most = 24;
+    m_votes.assign(m_height, 0);
+    m_unique.assign(m_height, 0);
+    for (const Band &band : m_bands)
+        vote(band);
+
+    std::vector<int> distances(std::max(0, m_height - 1));
+    std::iota(distances.begin(), distances.end(), 1);
+    std::vector<int> result;
+    const auto takeBest = [&](const std::vector<int> &votes, int share) {
+        const size_t count = std::min<size_t>(most, distances.size());
+        std::partial_sort(
+            distances.begin(), distances.begin() + count, distances.end(),
+            [&](int a, int b) { return votes[a] != votes[b] ? votes[a] > votes[b] : a < b; });
+        for (size_t i = 0; i < count; ++i) {
+            const int votesFor = votes[distances[i]];
+            if (votesFor > 0 && votesFor * share >= votes[distances[0]])
+                result.push_back(distances[i]);
+        }
+    };
+    takeBest(m_votes, 8);
+    takeBest(m_unique, 4);
+    if (expected > 0 && expected < m_height)
+        result.push_back(expected);
+    std::sort(result.begin(), result.end());
+    result.erase(std::unique(result.begin(), result.end()), result.end());
+    return result;
+}
+
+void Pair::compare(const Band &band, int distance)
+{
+    const Hash *was = m_old.band(band.index) + distance;
+    const Hash *is = m_new.band(band.index);
+    quint8 *match = m_match.data();
+    const int rows = m_height - distance;
+    for (int y = 0; y < rows; ++y)
+        match[y] = was[y] == is[y];
+}
+
+void Pair::tally(const std::vector<int> &bands, int distance)
+{
+    for (auto *counts : {&m_same, &m_other, &m_telling, &m_fresh})
+        std::fill(counts->begin(), counts->end(), quint16{0});
+    const int rows = m_height - distance;
+    const quint8 *match = m_match.data();
+    for (const int index : bands) {
+        const Band &band = m_bands[index];
+        compare(band, distance);
+        const quint8 *changed = band.changed.data();
+        const quint8 *later = changed + distance;
+        const quint8 *turn = band.turn.data();
+        quint16 *same = m_same.data();
+        quint16 *other = m_other.data();
+        quint16 *telling = m_telling.data();
+        quint16 *fresh = m_fresh.data();
+        for (int y = 0; y < rows; ++y) {
+            const quint8 any = changed[y] | later[y];
+            same[y] += match[y] & any;
+            other[y] += (match[y] ^ 1) & any;
+            fresh[y] += (match[y] ^ 1) & changed[y];
+        }
+        for (int y = 1; y < rows; ++y)
+            telling[y] += turn[y] & match[y] & match[y - 1] &
+                          (changed[y] | changed[y - 1] | later[y] | later[y - 1]);
+        for (int y = rows; y < m_height; ++y)
+            fresh[y] += changed[y];
+    }
+}
+
+// The rows that, taken together, speak most for the distance, begun and ended by rows that tell.
+std::pair<int, int> Pair::solidPart(int distance) const
+{
+    const int rows = m_height - distance;
+    qint64 best = 0;
+    qint64 sum = 0;
+    int first = 0;
+    int bestFirst = 0;
+    int bestLast = 0;
+    for (int y = 0; y < rows; ++y) {
+        if (sum <= 0) {
+            sum = 0;
+            first = y;
+        }
+        sum += m_same[y] + m_telling[y] - s_against * m_other[y];
+        if (sum > best) {
+            best = sum;
+            bestFirst = first;
+            bestLast = y + 1;
+        }
+    }
+    const auto tells = [&](int y) { return m_telling[y] > 0 && m_other[y] <= m_telling[y]; };
+    while (bestFirst < bestLast && !tells(bestFirst))
+        ++bestFirst;
+    while (bestFirst < bestLast && !tells(bestLast - 1))
+        --bestLast;
+    // The last turn may be one from the content's end to an equally plain footer.
+    return {bestFirst, bestLast - 1};
+}
+
+Counts Pair::countIn(int index, int distance, int first, int last)
+{
+    const Band &band = m_bands[index];
+    compare(band, distance);
+    const Hash *was = m_old.band(band.index);
+    Counts counts;
+    for (int y = first; y < last; ++y) {
+        const int any = band.changed[y] | band.changed[y + distance];
+        counts.same += m_match[y] & any;
+        counts.other += (m_match[y] ^ 1) & any;
+    }
+    for (int y = std::max(first, 1); y <= last; ++y) {
+        const int any = band.changed[y] | band.changed[y - 1] | band.changed[y + distance] |
+                        band.changed[y + distance - 1];
+        counts.telling += band.turn[y] & m_match[y] & m_match[y - 1] & any;
+        counts.denying +=
+            (band.turn[y] | (was[y + distance] != was[y + distance - 1])) & (m_match[y] ^ 1) & any;
+    }
+    return counts;
+}
+
+// Changed cells above what moved, and those below it for the lower edge of the view that leaves the
+// fewest: between what moved and that edge lies new content, which may be anything.
+int Pair::unexplained(const Fit &fit) const
+{
+    const int above = std::accumulate(m_fresh.begin(), m_fresh.begin() + fit.first, 0);
+    int edge = fit.last + fit.rows;
+    int below = 0;
+    std::vector<int> changedFrom(m_height + 1);
+    for (int y = m_height - 1; y >= edge; --y) {
+        int changed = 0;
+        for (const int band : fit.bands)
+            changed += m_bands[band].changed[y];
+        changedFrom[y] = changedFrom[y + 1] + changed;
+    }
+    int least = changedFrom[edge];
+    for (; edge < m_height; ++edge) {
+        below += m_fresh[edge - fit.rows];
+        least = std::min(least, below + changedFrom[edge + 1]);
+    }
+    return above + least;
+}
+
+std::optional<Fit> Pair::fit(int distance, bool inSpots)
+{
+    Fit fit{.rows = distance, .unique = m_unique[distance]};
+    std::vector<int> all(m_bands.size());
+    std::iota(all.begin(), all.end(), 0);
+    tally(all, distance);
+    std::tie(fit.first, fit.last) = solidPart(distance);
+    if (fit.last <= fit.first)
+        return {};
+
+    for (const int band : all) {
+        const Counts counts = countIn(band, distance, fit.first, fit.last);
+        if (counts.telling > 0 && counts.same >= counts.other)
+            fit.bands.push_back(band);
+    }
+    tally(fit.bands, distance);
+    std::tie(fit.first, fit.last) = solidPart(distance);
+    if (fit.last <= fit.first)
+        return {};
+
+    // A few bands may go their own way: a scroll bar, an animation.
+    int apart = 0;
+    for (const int band : all) {
+        const Counts counts = countIn(band, distance, fit.first, fit.last);
+        const bool moves = std::binary_search(fit.bands.begin(), fit.bands.end(), band);
+        apart += counts.other > (moves ? counts.same : 0);
+        fit.telling += counts.telling;
+        fit.denying += counts.denying;
+    }
+    if (apart > std::max<int>(3, static_cast<int>(fit.bands.size()) / 3) ||
+        fit.bands.size() * 4 < m_bands.size())
+        return {};
+
+    const auto sumOf = [&](const std::vector<quint16> &counts) {
+        return std::accumulate(counts.begin() + fit.first, counts.begin() + fit.last, 0);
+    };
+    const int same = sumOf(m_same);
+    const int other = sumOf(m_other);
+    const int rest = unexplained(fit);
+    fit.explained = same;
+    if (fit.telling < s_enough || other * s_against > same || rest * 4 > same ||
+        fit.denying * s_against > fit.telling)
+        return {};
+    // A spot that seems to have moved has to be one of a kind, and to have moved as a whole.
+    if (inSpots && (fit.unique < s_enough || (other + rest) * 16 > same))
+        return {};
+    // Where little of the view is in both pictures, one line that comes again could pretend much.
+    const int span = fit.last - fit.first;
+    if (distance * 2 > m_height &&
+        (span < 16 || fit.denying * 16 > fit.telling || (span * 4 < m_height && fit.unique < 32)))
+        return {};
+    return fit;
+}
+
+std::vector<Fit> Pair::fits(int expected)
+{
+    const bool inSpots = spots().has_value();
+    std::vector<Fit> result;
+    for (const int distance : candidates(expected))
+        if (const auto found = fit(distance, inSpots))
+            result.push_back(*found);
+    return result;
+}
+
+// The first and the last column of a band in which something that is not ground moved.
+std::pair<int, int> Pair::movedColumns(const Band &band, const Fit &fit) const
+{
+    const int left = band.index * s_band;
+    const int right = std::min(left + s_band, m_after.width());
+    std::pair<int, int> columns{right, left - 1};
+    const Hash *was = m_old.band(band.index) + fit.rows;
+    const Hash *is = m_new.band(band.index);
+    for (int y = fit.first; y <= fit.last; ++y) {
+        if (y == 0 || !band.turn[y] || was[y] != is[y] || was[y - 1] != is[y - 1])
+            continue;
+        const QRgb *here = row(m_after, y);
+        const QRgb *above = row(m_after, y - 1);
+        const QRgb *hereBefore = row(m_before, y);
+        const QRgb *aboveBefore = row(m_before, y - 1);
+        for (int x = left; x < right; ++x) {
+            if (((here[x] ^ above[x]) & m_mask) &&
+                (((here[x] ^ hereBefore[x]) | (above[x] ^ aboveBefore[x])) & m_mask)) {
+                columns.first = std::min(columns.first, x);
+                columns.second = std::max(columns.second, x);
+            }
+        }
+    }
+    return columns;
+}
+
+Movement Pair::movement(const Fit &fit) const
+{
+    int left = m_after.width();
+    int right = -1;
+    for (const int band : fit.bands) {
+        const auto [first, last] = movedColumns(m_bands[band], fit);
+        left = std::min(left, first);
+        right = std::max(right, last);
+    }
+    const int bottom = std::min(fit.last + fit.rows, m_unchangedFrom);
+    return {.kind = Movement::Kind::Moved,
+            .rows = fit.rows,
+            .moved = QRect(QPoint(left, fit.first), QPoint(right, bottom - 1)),
+            .bottom = bottom};
+}
+
+}  // namespace
+
+Movement findMovement(const QImage &before, const QImage &after, int expected)
+{
+    if (before.isNull() || before.size() != after.size())
+        return {};
+    const QImage earlier = plain(before);
+    const QImage later = plain(after);
+    Pair pair(earlier, later);
+    if (!pair.changed())
+        return {.kind = Movement::Kind::Still};
+
+    const std::vector<Fit> fits = pair.fits(expected);
+    if (fits.empty())
+        return {.kind = pair.isStill() ? Movement::Kind::Still : Movement::Kind::Lost};
+    const Fit &best = *std::max_element(fits.begin(), fits.end(), [](const Fit &a, const Fit &b) {
+        return a.unique != b.unique ? a.unique < b.unique : a.explained < b.explained;
+    });
+    const bool decided = best.unique >= std::max(s_enough, best.denying * 2);
+    std::vector<const Fit *> equal;
+    for (const Fit &fit : fits)
+        if (!decided || fit.unique * 2 >= best.unique)
+            equal.push_back(&fit);
+    if (decided && equal.size() == 1)
+        return pair.movement(best);
+    for (const Fit *fit : equal)
+        if (fit->rows == expected)
+            return pair.movement(*fit);
+    return {.kind = Movement::Kind::Doubtful};
+}
+
+QRect scrollingArea(const QImage &before, const QImage &after, const Movement &movement)
+{
+    const QRect whole = after.rect();
+    if (before.isNull() || before.size() != after.size() || movement.moved.isEmpty() ||
+        !whole.contains(movement.moved))
+        return {};
+    const QImage earlier = plain(before);
+    const QImage later = plain(after);
+    const QRgb mask = visibleBits(earlier, later);
+    QRect area = movement.moved;
+
+    // Whether a line of pixels is of one colour in both pictures, that of `ground`.
+    const auto isGround = [&](const QRect &line, QRgb ground) {
+        for (int y = line.top(); y <= line.bottom(); ++y) {
+            const QRgb *was = row(earlier, y);
+            const QRgb *is = row(later, y);
+            for (int x = line.left(); x <= line.right(); ++x)
+                if (((was[x] ^ ground) | (is[x] ^ ground)) & mask)
+                    return false;
+        }
+        return true;
+    };
+    const auto widen = [&](QPoint step) {
+        std::optional<QRgb> ground;
+        for (;;) {
+            QRect line = area;
+            if (step.x() < 0)
+                line.setRight(area.left());
+            else if (step.x() > 0)
+                line.setLeft(area.right());
+            else if (step.y() < 0)
+                line.setBottom(area.top());
+            else
+                line.setTop(area.bottom());
+            line.translate(step);
+            if (!whole.contains(line))
+                return;
+            if (!ground)
+                ground = row(later, line.top())[line.left()];
+            if (!isGround(line, *ground))
+                return;
+            area |= line;
+        }
+    };
+    for (const QPoint step : {QPoint(-1, 0), QPoint(1, 0), QPoint(0, -1), QPoint(0, 1)})
+        widen(step);
+    return area;
+}

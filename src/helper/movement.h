@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QImage>
+#include <QRect>
+
+/// How the content of a view moved between two pictures of it.
+struct Movement {
+    enum class Kind {
+        Still,     ///< nothing scrolled; small spots may have changed by themselves
+        Moved,     ///< the content moved up by `rows`
+        Doubtful,  ///< several distances explain the pictures equally well
+        Lost       ///< no distance explains them
+    };
+    Kind kind = Kind::Lost;
+    int rows = 0;    ///< above 0 for Moved
+    QRect moved{};   ///< what certainly moved, in the picture; empty unless Moved
+    int bottom = 0;  ///< the rows from here on (a footer, a status line, a frame) did not take part
+};
+
+/// `expected` is the distance that the last steps suggest, 0 for none: it decides between distances
+/// that the pixels alone can't tell apart, and nothing else.
+Movement findMovement(const QImage &before, const QImage &after, int expected = 0);
+
+/// The area that scrolls, for a view of a whole window that nothing else names: what moved, widened
+/// over the plain ground around it up to the next edge (scroll bar, frame, tool bar).
+QRect scrollingArea(const QImage &before, const QImage &after, const Movement &movement);

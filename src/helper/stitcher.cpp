@@ -1,0 +1,206 @@
+#include "helper/stitcher.h"
+
+#include <algorithm>
+#include <cstring>
+#include <unordered_map>
+#include <vector>
+
+namespace {
+
+constexpr quint64 s_factor = 0x9e3779b97f4a7c15;
+
+const QRgb *lineOf(const QImage &view, int y)
+{
+    return reinterpret_cast<const QRgb *>(view.constScanLine(y));
+}
+
+QRgb visibleBits(const QImage &view)
+{
+    return view.format() == QImage::Format_RGB32 ? RGB_MASK : 0xffffffff;
+}
+
+quint64 hashOf(const QRgb *pixels, int count, QRgb mask)
+{
+    quint64 hash = s_factor;
+    for (int x = 0; x < count; ++x) {
+        hash = (hash ^ (pixels[x] & mask)) * s_factor;
+        hash ^= hash >> 32;
+    }
+    return hash;
+}
+
+bool differ(const QRgb *a, const QRgb *b, int count, QRgb mask)
+{
+    QRgb difference = 0;
+    for (int x = 0; x < count; ++x)
+        difference |= a[x] ^ b[x];
+    return difference & mask;
+}
+
+}  // namespace
+
+ScrollStitcher::ScrollStitcher(int heightLimit) : m_heightLimit(std::max(heightLimit, 1)) {}
+
+QRgb *ScrollStitcher::row(int y) const
+{
+    return reinterpret_cast<QRgb *>(m_pixels.get()) + qsizetype{y} * m_last.width();
+}
+
+int ScrollStitcher::rows() const { return std::min(m_heightLimit, m_offset + m_last.height()); }
+
+Movement ScrollStitcher::add(const QImage &view, int expected)
+{
+    if (view.isNull())
+        return {};
+    const QImage::Format format = m_last.isNull() ? view.format() : m_last.format();
+    const bool kept =
+        format == QImage::Format_RGB32 || format == QImage::Format_ARGB32_Premultiplied;
+    const QImage next = view.convertToFormat(kept ? format : QImage::Format_ARGB32_Premultiplied);
+    if (m_last.isNull()) {
+        m_last = next;
+        return {.kind = Movement::Kind::Still};
+    }
+    const Movement movement = findMovement(m_last, next, expected);
+    if (isFull())
+        return movement;
+    if (movement.kind == Movement::Kind::Still) {
+        takeSpots(next);
+        m_last = next;
+    } else if (movement.kind == Movement::Kind::Moved) {
+        if (!appendMoved(next, movement))
+            return {};
+        m_last = next;
+    }
+    return movement;
+}
+
+// The content's rows from the end of what is there to the row `bottom` of a view at `offset`.
+bool ScrollStitcher::append(const QImage &view, int offset, int bottom)
+{
+    const int end = std::min(offset + bottom, m_heightLimit);
+    if (end <= m_end)
+        return true;
+    const size_t bytes = sizeof(QRgb) * static_cast<size_t>(m_last.width());
+    // Exactly what is needed: blocks of this size are moved by their page tables, not byte by byte.
+    void *grown = std::realloc(m_pixels.get(), bytes * static_cast<size_t>(end));
+    if (!grown)
+        return false;
+    static_cast<void>(m_pixels.release());
+    m_pixels.reset(static_cast<uchar *>(grown));
+    for (; m_end < end; ++m_end)
+        std::memcpy(row(m_end), view.constScanLine(m_end - offset), bytes);
+    return true;
+}
+
+bool ScrollStitcher::appendMoved(const QImage &view, const Movement &movement)
+{
+    const int offset = m_offset + movement.rows;
+    // That the last view scrolled down to here is known only now.
+    if (!append(m_last, m_offset, movement.bottom))
+        return false;
+    // What was changed or pushed down near the end since is taken from the later view, as from the
+    // last row that both agree on.
+    const int known = movement.bottom - movement.rows;
+    if (known > movement.moved.top() && offset + known < m_end && !continues(view, offset, known))
+        m_end = offset + known;
+    if (!append(view, offset, movement.bottom))
+        return false;
+    m_offset = offset;
+    m_moved |= movement.moved;
+    return true;
+}
+
+bool ScrollStitcher::continues(const QImage &view, int offset, int from) const
+{
+    for (int y = from; y < view.height() && offset + y < m_end; ++y)
+        if (differ(lineOf(view, y), row(offset + y), view.width(), visibleBits(view)))
+            return false;
+    return true;
+}
+
+void ScrollStitcher::takeSpots(const QImage &view)
+{
+    const QRgb mask = visibleBits(view);
+    const auto differsAt = [mask](const QRgb *a, const QRgb *b, int x) {
+        return (a[x] ^ b[x]) & mask;
+    };
+    for (int y = m_moved.top(); y < view.height() && m_offset + y < m_end; ++y) {
+        const QRgb *was = lineOf(m_last, y);
+        const QRgb *is = lineOf(view, y);
+        if (!differ(was, is, view.width(), mask))
+            continue;
+        for (int x = 0; x < view.width(); ++x)
+            if (differsAt(was, is, x))
+                row(m_offset + y)[x] = is[x];
+    }
+}
+
+std::optional<int> ScrollStitcher::offsetOf(const QImage &view) const
+{
+    if (m_last.isNull() || view.size() != m_last.size())
+        return {};
+    const QImage sought = view.convertToFormat(m_last.format());
+    const QRgb mask = visibleBits(m_last);
+    const int top = m_end ? m_moved.top() : 0;
+    const int bottom = m_end ? m_moved.bottom() + 1 : view.height();
+    const int left = m_end ? m_moved.left() : 0;
+    const int width = m_end ? m_moved.width() : view.width();
+    const int end = m_end ? m_end : view.height();
+
+    std::vector<quint64> content(end);
+    std::unordered_map<quint64, std::vector<int>> places;
+    for (int y = 0; y < end; ++y) {
+        content[y] = hashOf((m_end ? row(y) : lineOf(m_last, y)) + left, width, mask);
+        places[content[y]].push_back(y);
+    }
+    std::vector<quint64> rows(bottom);
+    for (int y = top; y < bottom; ++y)
+        rows[y] = hashOf(lineOf(sought, y) + left, width, mask);
+
+    // Rows with a different one above them, which mere ground hasn't, decide.
+    const auto turns = [&](int y) { return y > top && rows[y] != rows[y - 1]; };
+    std::unordered_map<int, int> votes;
+    int all = 0;
+    for (int y = top; y < bottom; ++y) {
+        if (!turns(y))
+            continue;
+        ++all;
+        const auto found = places.find(rows[y]);
+        if (found == places.end())
+            continue;
+        for (const int place : found->second)
+            if (place > y - 1 && place > 0 && content[place - 1] == rows[y - 1])
+                ++votes[place - y];
+    }
+    int best = 0;
+    int second = 0;
+    int offset = 0;
+    for (const auto &[at, count] : votes) {
+        if (count > best) {
+            second = std::exchange(best, count);
+            offset = at;
+        } else {
+            second = std::max(second, count);
+        }
+    }
+    if (best == 0 || best * 4 < all * 3 || second * 4 > best * 3)
+        return {};
+    return offset;
+}
+
+QImage ScrollStitcher::finish()
+{
+    const int width = m_last.width();
+    const QImage::Format format = m_last.format();
+    if (!m_pixels) {
+        m_last = m_last.copy(0, 0, width, rows());
+        return std::exchange(m_last, {});
+    }
+    append(m_last, m_offset, m_last.height());
+    m_last = {};
+    m_moved = {};
+    m_offset = 0;
+    uchar *pixels = m_pixels.release();
+    return QImage(pixels, width, std::exchange(m_end, 0), qsizetype{width} * 4, format, std::free,
+                  pixels);
+}

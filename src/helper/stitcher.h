@@ -1,0 +1,48 @@
+#pragma once
+
+#include "helper/movement.h"
+
+#include <QImage>
+
+#include <cstdlib>
+#include <memory>
+#include <optional>
+
+/// Puts views of content that scrolls up together to one long picture.
+class ScrollStitcher
+{
+public:
+    explicit ScrollStitcher(int heightLimit);
+
+    /// The first view is kept; Moved appends what is new; Still takes over the spots that changed.
+    /// Doubtful and Lost change nothing, and neither does anything once the picture is full.
+    Movement add(const QImage &view, int expected = 0);
+
+    /// The height that finish() would give.
+    int rows() const;
+    bool isFull() const { return rows() >= m_heightLimit; }
+
+    /// The row of the content at the top of a view seen before; none if it could be several.
+    std::optional<int> offsetOf(const QImage &view) const;
+
+    /// Moves the picture out: a header once at its top, a footer once at its end.
+    QImage finish();
+
+private:
+    struct Free {
+        void operator()(uchar *bytes) const { std::free(bytes); }
+    };
+
+    bool append(const QImage &view, int offset, int bottom);
+    bool appendMoved(const QImage &view, const Movement &movement);
+    bool continues(const QImage &view, int offset, int from) const;
+    void takeSpots(const QImage &view);
+    QRgb *row(int y) const;
+
+    int m_heightLimit;
+    QImage m_last{};
+    std::unique_ptr<uchar, Free> m_pixels{};  ///< rows as wide as a view, without gaps
+    int m_end = 0;                            ///< rows of the content that are in m_pixels
+    int m_offset = 0;                         ///< row of the content at the top of the last view
+    QRect m_moved{};                          ///< what has moved in any view, in its coordinates
+};
