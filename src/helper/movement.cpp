@@ -18,6 +18,8 @@ constexpr int s_block = 8;
 constexpr int s_enough = 10;
 // A cell that contradicts a movement weighs as much as this many that speak for it.
 constexpr int s_against = 3;
+// Every so many pixels are enough to tell a ground.
+constexpr int s_sampling = 4;
 
 using Hash = quint32;
 
@@ -158,6 +160,9 @@ public:
     bool isStill() const;
     std::vector<Fit> fits(int expected);
     Movement movement(const Fit &fit) const;
+    /// Rows that moved by a fit's distance and that either picture has but once, taken across all
+    /// the bands that moved: in a listing whose lines differ by a digit no band alone has any.
+    int uniqueRows(const Fit &fit) const;
 
 private:
     struct Band {
@@ -166,6 +171,7 @@ private:
         std::vector<quint8> turn{};  ///< per row of the later picture: differs from the row above
     };
 
+    bool wentAlong(int index, const Fit &fit) const;
     std::optional<std::vector<QRect>> spots() const;
     std::vector<int> candidates(int expected);
     void vote(const Band &band);
@@ -550,6 +556,54 @@ std::vector<Fit> Pair::fits(int expected)
     return result;
 }
 
+// A band in which nothing changed may have moved all the same, by just as much as its content
+// repeats.
+bool Pair::wentAlong(int index, const Fit &fit) const
+{
+    const auto found = std::find_if(m_bands.begin(), m_bands.end(),
+                                    [index](const Band &band) { return band.index == index; });
+    if (found != m_bands.end())
+        return std::binary_search(fit.bands.begin(), fit.bands.end(),
+                                  static_cast<int>(found - m_bands.begin()));
+    const Hash *was = m_old.band(index) + fit.rows;
+    const Hash *is = m_new.band(index);
+    return std::equal(is + fit.first, is + fit.last, was + fit.first);
+}
+
+int Pair::uniqueRows(const Fit &fit) const
+{
+    constexpr quint64 factor = 0x9e3779b97f4a7c15;
+    std::vector<quint64> was(m_height);
+    std::vector<quint64> is(m_height);
+    std::vector<quint8> changed(m_height);
+    for (const int index : fit.bands) {
+        const Band &band = m_bands[index];
+        for (int y = 0; y < m_height; ++y)
+            changed[y] |= band.changed[y];
+    }
+    for (int index = 0; index < m_old.bands(); ++index) {
+        const Hash *old = m_old.band(index);
+        const Hash *now = m_new.band(index);
+        if (!wentAlong(index, fit))
+            continue;
+        for (int y = 0; y < m_height; ++y) {
+            was[y] = (was[y] ^ old[y]) * factor;
+            was[y] ^= was[y] >> 32;
+            is[y] = (is[y] ^ now[y]) * factor;
+            is[y] ^= is[y] >> 32;
+        }
+    }
+    std::unordered_map<quint64, std::pair<int, int>> seen;
+    for (int y = 0; y < m_height; ++y) {
+        ++seen[was[y]].first;
+        ++seen[is[y]].second;
+    }
+    int result = 0;
+    for (int y = fit.first; y < fit.last; ++y)
+        result += changed[y] && is[y] == was[y + fit.rows] && seen[is[y]] == std::pair(1, 1);
+    return result;
+}
+
 // The first and the last column of a band in which something that is not ground moved.
 std::pair<int, int> Pair::movedColumns(const Band &band, const Fit &fit) const
 {
@@ -592,6 +646,19 @@ Movement Pair::movement(const Fit &fit) const
             .bottom = bottom};
 }
 
+// The colour that most of an area has, looked at here and there.
+QRgb commonColour(const QImage &image, const QRect &area)
+{
+    std::unordered_map<QRgb, int> counts;
+    for (int y = area.top(); y <= area.bottom(); y += s_sampling) {
+        for (int x = area.left(); x <= area.right(); x += s_sampling)
+            ++counts[row(image, y)[x]];
+    }
+    const auto most = std::max_element(counts.begin(), counts.end(),
+                                       [](auto &a, auto &b) { return a.second < b.second; });
+    return most->first;
+}
+
 }  // namespace
 
 Movement findMovement(const QImage &before, const QImage &after, int expected)
@@ -617,6 +684,19 @@ Movement findMovement(const QImage &before, const QImage &after, int expected)
             equal.push_back(&fit);
     if (decided && equal.size() == 1)
         return pair.movement(best);
+    const Fit *clearest = nullptr;
+    int most = 0;
+    int next = 0;
+    for (const Fit *fit : equal) {
+        const int unique = pair.uniqueRows(*fit);
+        next = std::max(next, std::min(unique, most));
+        if (unique <= most)
+            continue;
+        clearest = fit;
+        most = unique;
+    }
+    if (clearest && most >= std::max(s_enough, clearest->denying * 2) && most > next * 2)
+        return pair.movement(*clearest);
     for (const Fit *fit : equal)
         if (fit->rows == expected)
             return pair.movement(*fit);
@@ -633,41 +713,40 @@ QRect scrollingArea(const QImage &before, const QImage &after, const Movement &m
     const QImage later = plain(after);
     const QRgb mask = visibleBits(earlier, later);
     QRect area = movement.moved;
+    const QRgb ground = commonColour(later, area) & mask;
 
-    // Whether a line of pixels is of one colour in both pictures, that of `ground`.
-    const auto isGround = [&](const QRect &line, QRgb ground) {
+    // Whether a line of pixels went along: what was there is there `rows` higher. A line of one
+    // colour always did, and belongs to a scroll bar or a frame if that is not the ground's.
+    const auto wentAlong = [&](const QRect &line) {
+        const QRgb first = row(earlier, line.top())[line.left()] & mask;
+        bool isPlain = true;
         for (int y = line.top(); y <= line.bottom(); ++y) {
             const QRgb *was = row(earlier, y);
-            const QRgb *is = row(later, y);
-            for (int x = line.left(); x <= line.right(); ++x)
-                if (((was[x] ^ ground) | (is[x] ^ ground)) & mask)
+            const QRgb *is = row(later, y - movement.rows);
+            for (int x = line.left(); x <= line.right(); ++x) {
+                if ((was[x] ^ is[x]) & mask)
                     return false;
+                isPlain = isPlain && (was[x] & mask) == first;
+            }
         }
-        return true;
+        return !isPlain || first == ground;
     };
-    const auto widen = [&](QPoint step) {
-        std::optional<QRgb> ground;
-        for (;;) {
-            QRect line = area;
-            if (step.x() < 0)
-                line.setRight(area.left());
-            else if (step.x() > 0)
-                line.setLeft(area.right());
-            else if (step.y() < 0)
-                line.setBottom(area.top());
-            else
-                line.setTop(area.bottom());
-            line.translate(step);
-            if (!whole.contains(line))
-                return;
-            if (!ground)
-                ground = row(later, line.top())[line.left()];
-            if (!isGround(line, *ground))
-                return;
+    // In the earlier picture: the first rows of the area have left it in the later one.
+    const auto widen = [&](const auto &next) {
+        for (QRect line = next();
+             whole.contains(line) && line.top() >= movement.rows && wentAlong(line); line = next())
             area |= line;
-        }
     };
-    for (const QPoint step : {QPoint(-1, 0), QPoint(1, 0), QPoint(0, -1), QPoint(0, 1)})
-        widen(step);
+    const auto side = [&](int x) {
+        return QRect(QPoint(x, std::max(area.top() + movement.rows, movement.rows)),
+                     QPoint(x, area.bottom()));
+    };
+    widen([&] { return side(area.left() - 1); });
+    widen([&] { return side(area.right() + 1); });
+    widen([&] { return QRect(area.left(), area.bottom() + 1, area.width(), 1); });
+    // Upwards it is the later picture that tells, row by row.
+    for (int y = area.top() - 1;
+         y >= 0 && wentAlong(QRect(area.left(), y + movement.rows, area.width(), 1)); --y)
+        area.setTop(y);
     return area;
 }
