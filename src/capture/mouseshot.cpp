@@ -58,7 +58,16 @@ void mouseShot::pickWindow()
     if (pick == m_currentIndex)
         return;
     m_currentIndex = pick;
-    m_ui->widget->update();
+    updateAll();
+}
+
+void mouseShot::updateAll() { m_ui->widget->update(); }
+
+std::optional<WindowServer::Entry> mouseShot::picked() const
+{
+    if (m_currentIndex <= 0 || m_currentIndex >= g_WindowList.WindowInfo.size())
+        return std::nullopt;
+    return g_WindowList.WindowInfo[m_currentIndex];
 }
 
 QPixmap mouseShot::getPixmap(QString *name)
@@ -74,10 +83,12 @@ QPixmap mouseShot::getPixmap(QString *name)
 
 void mouseShot::timerEvent(QTimerEvent *event)
 {
-    if (event->timerId() == m_pickTimer.timerId())
-        pickWindow();
-    else
+    if (event->timerId() != m_pickTimer.timerId()) {
         CaptureOverlay::timerEvent(event);
+        return;
+    }
+    pickWindow();
+    looked();
 }
 
 bool mouseShot::eventFilter(QObject *watched, QEvent *event)
@@ -86,7 +97,8 @@ bool mouseShot::eventFilter(QObject *watched, QEvent *event)
         return CaptureOverlay::eventFilter(watched, event);
     switch (event->type()) {
     case QEvent::Paint:
-        paint(static_cast<QPaintEvent *>(event)->region());
+        paintSheet(static_cast<QPaintEvent *>(event)->region(),
+                   [this](QPainter &painter) { draw(painter); });
         return true;
     case QEvent::MouseButtonPress: {
         const Qt::MouseButtons buttons = static_cast<QMouseEvent *>(event)->buttons();
@@ -109,12 +121,10 @@ bool mouseShot::eventFilter(QObject *watched, QEvent *event)
     }
 }
 
-void mouseShot::paint(const QRegion &exposed)
+void mouseShot::draw(QPainter &painter)
 {
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(s_tint);
     const QPolygon tinted = m_outlines.visible(m_currentIndex).translated(-area().topLeft());
-    paintSheet(exposed, [&tinted](QPainter &painter) {
-        painter.setPen(Qt::NoPen);
-        painter.setBrush(s_tint);
-        painter.drawPolygon(tinted, Qt::OddEvenFill);
-    });
+    painter.drawPolygon(tinted, Qt::OddEvenFill);
 }

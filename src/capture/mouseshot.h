@@ -2,10 +2,12 @@
 
 #include "capture/captureoverlay.h"
 #include "capture/windowoutlines.h"
+#include "platform/windowserver.h"
 
 #include <QBasicTimer>
 
 #include <memory>
+#include <optional>
 
 namespace Ui {
 class mouseShot;
@@ -30,10 +32,17 @@ protected:
     void timerEvent(QTimerEvent *event) override;
     void tick() override {}
 
+    /// The picked window, as the list has it; none while none is picked.
+    std::optional<WindowServer::Entry> picked() const;
+    /// Called whenever the pointer has been looked at.
+    virtual void looked() {}
+    /// Draws the tint, and whatever else belongs on the desktop. Overlay coordinates.
+    virtual void draw(QPainter &painter);
+    void updateAll();
+
 private:
     void readWindows();
     void pickWindow();
-    void paint(const QRegion &exposed);
 
     std::unique_ptr<Ui::mouseShot> m_ui;
     WindowOutlines m_outlines;

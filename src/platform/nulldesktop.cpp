@@ -30,6 +30,7 @@ public:
     }
     QPoint pointer() override { return QCursor::pos(); }
     void movePointer(QPoint to) override { QCursor::setPos(to); }
+    bool turnWheel(QPoint, int) override { return false; }
     bool hasMenuBar() const override { return false; }
     bool isComposited() override { return false; }
     void setCompositingHandler(std::function<void()>) override {}
@@ -53,6 +54,13 @@ public:
     void setHandler(std::function<void(int)>) override {}
     void add(int, char) override {}
     void remove(int) override {}
+};
+
+class NullKeyWatch : public KeyWatch
+{
+public:
+    void start(const QList<Qt::Key> &, std::function<void(Qt::Key)>) override {}
+    void stop() override {}
 };
 
 // Every window that asks for the front gets it: a wait for activation must not last for ever.
@@ -97,6 +105,7 @@ bool createNullDesktop(Services &services)
 {
     services.windows = std::make_unique<NullWindowServer>();
     services.hotKeys = std::make_unique<NullHotKeys>();
+    services.keys = std::make_unique<NullKeyWatch>();
     services.watch = std::make_unique<NullApplicationWatch>();
     services.accessibility = std::make_unique<NullAccessibility>();
     return true;

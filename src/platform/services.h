@@ -3,6 +3,7 @@
 #include "platform/accessibility.h"
 #include "platform/applicationwatch.h"
 #include "platform/hotkeys.h"
+#include "platform/keywatch.h"
 #include "platform/loginitem.h"
 #include "platform/windowserver.h"
 
@@ -13,6 +14,7 @@
 struct Services {
     std::unique_ptr<WindowServer> windows{};
     std::unique_ptr<HotKeys> hotKeys{};
+    std::unique_ptr<KeyWatch> keys{};
     std::unique_ptr<ApplicationWatch> watch{};
     std::unique_ptr<LoginItem> loginItem{};
     std::unique_ptr<Accessibility> accessibility{};

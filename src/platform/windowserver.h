@@ -18,12 +18,20 @@ class QWidget;
 class WindowServer
 {
 public:
+    /// What a window is for, where it says so.
+    enum class Kind {
+        Other,
+        Menu,     ///< a menu that hangs open, or the list of a box
+        Unnamed,  ///< a window that no window manager looks after, and that says nothing
+    };
     struct Entry {
-        int number = 0;   ///< stable while the window lives
-        int layer = 0;    ///< 0 for ordinary windows, higher is nearer the front
-        QRectF bounds{};  ///< with the frame that the window manager drew
-        QString name{};   ///< title; may be empty
-        QString owner{};  ///< application; may be empty
+        int number = 0;    ///< stable while the window lives
+        int layer = 0;     ///< 0 for ordinary windows, higher is nearer the front
+        QRectF bounds{};   ///< with the frame that the window manager drew
+        QString name{};    ///< title; may be empty
+        QString owner{};   ///< application; may be empty
+        uint process = 0;  ///< 0 where the window doesn't tell
+        Kind kind = Kind::Other;
     };
     enum class List { All, OnScreen, AtAndAbove };
 
@@ -54,6 +62,10 @@ public:
     /// Where the pointer is.
     virtual QPoint pointer() = 0;
     virtual void movePointer(QPoint to) = 0;
+
+    /// Turns the mouse wheel at `at`, down for `clicks` above 0, as if the user had, and leaves the
+    /// pointer where it is. False where the window system gives programs no such hand.
+    virtual bool turnWheel(QPoint at, int clicks) = 0;
 
     /// False where the desktop has no menu bar of its own: nothing to look for, nothing to cover
     /// up.

@@ -91,6 +91,7 @@ public:
     QList<QRect> screens() override { return screenList; }
     QPoint pointer() override { return pointerPos; }
     void movePointer(QPoint to) override { pointerPos = to; }
+    bool turnWheel(QPoint, int) override { return false; }
     bool hasMenuBar() const override { return menuBar; }
     bool isComposited() override { return composited; }
     void setCompositingHandler(std::function<void()>) override {}

@@ -3,13 +3,14 @@
 #include "platform/services.h"
 #include "platform/x11/x11applicationwatch.h"
 #include "platform/x11/x11hotkeys.h"
+#include "platform/x11/x11keywatch.h"
 #include "platform/x11/x11windowserver.h"
 
 #include <QGuiApplication>
 
 namespace {
 
-// The three services stand on one display, which has to outlive each of them.
+// The services stand on one display, which has to outlive each of them.
 template<typename Service> class OnDisplay : private std::shared_ptr<X11Display>, public Service
 {
 public:
@@ -31,6 +32,7 @@ bool createX11Desktop(Services &services)
     const auto display = std::make_shared<X11Display>(native->connection());
     services.windows = std::make_unique<OnDisplay<X11WindowServer>>(display);
     services.hotKeys = std::make_unique<OnDisplay<X11HotKeys>>(display);
+    services.keys = std::make_unique<OnDisplay<X11KeyWatch>>(display);
     services.watch = std::make_unique<OnDisplay<X11ApplicationWatch>>(display);
     return true;
 }

@@ -151,6 +151,10 @@ void X11WindowServer::readNames(QList<Window> &windows)
     const xcb_atom_t desktop = m_display.atom("_NET_WM_WINDOW_TYPE_DESKTOP");
     const xcb_atom_t dock = m_display.atom("_NET_WM_WINDOW_TYPE_DOCK");
     const xcb_atom_t above = m_display.atom("_NET_WM_STATE_ABOVE");
+    const std::array<xcb_atom_t, 4> menus{m_display.atom("_NET_WM_WINDOW_TYPE_POPUP_MENU"),
+                                          m_display.atom("_NET_WM_WINDOW_TYPE_DROPDOWN_MENU"),
+                                          m_display.atom("_NET_WM_WINDOW_TYPE_MENU"),
+                                          m_display.atom("_NET_WM_WINDOW_TYPE_COMBO")};
 
     QList<std::array<xcb_get_property_cookie_t, PropertyCount>> cookies(windows.size());
     for (qsizetype i = 0; i < windows.size(); ++i) {
@@ -178,11 +182,17 @@ void X11WindowServer::readNames(QList<Window> &windows)
         if (entry.owner.isEmpty() && !pid.isEmpty())
             entry.owner = processName(pid.first());
         const QList<uint32_t> types = valuesOf(replies[Type]);
+        entry.process = pid.value(0);
+        const bool isPopup = !windows[i].client && windows[i].unmanaged;
+        const bool isMenu = std::any_of(menus.begin(), menus.end(),
+                                        [&types](xcb_atom_t menu) { return types.contains(menu); });
+        if (isPopup && (isMenu || types.isEmpty()))
+            entry.kind = isMenu ? Kind::Menu : Kind::Unnamed;
         if (types.contains(desktop))
             entry.layer = s_desktopLayer;
         else if (types.contains(dock))
             entry.layer = s_dockLayer;
-        else if (!windows[i].client && windows[i].unmanaged)
+        else if (isPopup)
             entry.layer = s_popupLayer;
         else if (valuesOf(replies[State]).contains(above))
             entry.layer = s_aboveLayer;

@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstdlib>
 #include <functional>
 #include <string>
 
@@ -17,8 +18,12 @@
 #include <xcb/randr.h>
 #include <xcb/shape.h>
 #include <xcb/xfixes.h>
+#include <xcb/xtest.h>
 
 namespace {
+
+constexpr uint8_t s_wheelUp = 4;  // pointer buttons
+constexpr uint8_t s_wheelDown = 5;
 
 // Calls back each time a window is about to be shown: by then it has its native window, which is
 // not mapped yet. Owned by the window.
@@ -73,6 +78,7 @@ X11WindowServer::X11WindowServer(X11Display &display) : m_display(display), m_re
     m_hasRandr = hasExtension(connection, xcb_randr_id);
     m_hasShape = hasExtension(connection, xcb_shape_id);
     m_hasComposite = hasExtension(connection, xcb_composite_id);
+    m_hasTest = hasExtension(connection, xcb_test_id);
     // Windows keep pixels of their own from now on, so that covered ones come out whole where no
     // compositor has asked for that.
     if (m_hasComposite) {
@@ -124,6 +130,29 @@ void X11WindowServer::movePointer(QPoint to)
     xcb_warp_pointer(m_display.connection(), XCB_NONE, m_display.root(), 0, 0, 0, 0,
                      static_cast<int16_t>(to.x()), static_cast<int16_t>(to.y()));
     xcb_flush(m_display.connection());
+}
+
+bool X11WindowServer::turnWheel(QPoint at, int clicks)
+{
+    if (!m_hasTest)
+        return false;
+    xcb_connection_t *connection = m_display.connection();
+    const QPoint before = pointer();
+    const auto fake = [&](uint8_t type, uint8_t button) {
+        xcb_test_fake_input(connection, type, button, XCB_CURRENT_TIME, XCB_NONE, 0, 0, 0);
+    };
+    if (before != at)
+        movePointer(at);
+    const uint8_t button = clicks > 0 ? s_wheelDown : s_wheelUp;
+    for (int i = 0; i < std::abs(clicks); ++i) {
+        fake(XCB_BUTTON_PRESS, button);
+        fake(XCB_BUTTON_RELEASE, button);
+    }
+    // The server has put each event where the pointer was: it may leave at once.
+    if (before != at)
+        movePointer(before);
+    xcb_flush(connection);
+    return true;
 }
 
 xcb_atom_t X11WindowServer::compositorSelection()

@@ -22,6 +22,7 @@ public:
     QList<QRect> screens() override;
     QPoint pointer() override;
     void movePointer(QPoint to) override;
+    bool turnWheel(QPoint at, int clicks) override;
     bool hasMenuBar() const override { return false; }
     bool isComposited() override;
     void setCompositingHandler(std::function<void()> changed) override;
@@ -69,6 +70,7 @@ private:
     bool m_hasRandr = false;
     bool m_hasShape = false;
     bool m_hasComposite = false;
+    bool m_hasTest = false;
     std::function<void()> m_compositingHandler;
     int m_selectionEvent = 0;  ///< the number of the server's event; 0 while none is asked for
 };

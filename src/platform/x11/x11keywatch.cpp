@@ -1,0 +1,118 @@
+#include "platform/x11/x11keywatch.h"
+
+#include <QCoreApplication>
+
+#include <array>
+#include <chrono>
+#include <utility>
+
+#include <xcb/xcb_keysyms.h>
+
+using namespace std::chrono_literals;
+
+namespace {
+
+// Shorter than any tap of a finger.
+constexpr auto s_lookInterval = 15ms;
+
+// From X11/keysymdef.h.
+constexpr std::array<std::pair<xcb_keysym_t, Qt::Key>, 3> s_keysyms{
+    {{0xff1b, Qt::Key_Escape}, {0xff0d, Qt::Key_Return}, {0xff8d, Qt::Key_Return}}};
+
+}  // namespace
+
+X11KeyWatch::X11KeyWatch(X11Display &display) : m_display(display)
+{
+    m_look.setInterval(s_lookInterval);
+    connect(&m_look, &QTimer::timeout, this, &X11KeyWatch::look);
+}
+
+X11KeyWatch::~X11KeyWatch() { stop(); }
+
+void X11KeyWatch::start(const QList<Qt::Key> &keys, std::function<void(Qt::Key)> pressed)
+{
+    stop();
+    xcb_connection_t *connection = m_display.connection();
+    xcb_key_symbols_t *symbols = xcb_key_symbols_alloc(connection);
+    for (const auto &[keysym, key] : s_keysyms) {
+        if (!symbols || !keys.contains(key))
+            continue;
+        const Reply<xcb_keycode_t> codes(xcb_key_symbols_get_keycode(symbols, keysym));
+        for (const xcb_keycode_t *code = codes.get(); code && *code != XCB_NO_SYMBOL; ++code)
+            m_keys.insert(*code, key);
+    }
+    if (symbols)
+        xcb_key_symbols_free(symbols);
+    // The grabs keep the keys from the other program. Where one is refused, somebody else has the
+    // key, and pressing it is heard all the same.
+    for (auto it = m_keys.cbegin(); it != m_keys.cend(); ++it) {
+        const xcb_void_cookie_t cookie =
+            xcb_grab_key_checked(connection, 0, m_display.root(), XCB_MOD_MASK_ANY, it.key(),
+                                 XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+        xcb_discard_reply(connection, cookie.sequence);
+    }
+    m_pressed = std::move(pressed);
+    // What is down already was pressed for something else.
+    m_held = m_keys.keys();
+    QCoreApplication::instance()->installNativeEventFilter(this);
+    m_look.start();
+    look();
+}
+
+void X11KeyWatch::stop()
+{
+    if (!m_look.isActive())
+        return;
+    m_look.stop();
+    QCoreApplication::instance()->removeNativeEventFilter(this);
+    xcb_connection_t *connection = m_display.connection();
+    for (auto it = m_keys.cbegin(); it != m_keys.cend(); ++it)
+        xcb_ungrab_key(connection, it.key(), m_display.root(), XCB_MOD_MASK_ANY);
+    xcb_flush(connection);
+    m_keys.clear();
+    m_pressed = {};
+}
+
+bool X11KeyWatch::nativeEventFilter(const QByteArray &, void *message, qintptr *)
+{
+    const auto *event = static_cast<const xcb_generic_event_t *>(message);
+    if ((event->response_type & ~0x80) != XCB_KEY_PRESS)
+        return false;
+    const auto *key = reinterpret_cast<const xcb_key_press_event_t *>(event);
+    if (key->event != m_display.root() || !m_keys.contains(key->detail))
+        return false;
+    press(key->detail);
+    return true;
+}
+
+// Looking at the keyboard hears what no event tells: presses while an open menu has it.
+void X11KeyWatch::look()
+{
+    xcb_connection_t *connection = m_display.connection();
+    const auto keymap = XCB_REPLY(connection, query_keymap, xcb_query_keymap(connection));
+    if (!keymap)
+        return;
+    for (auto it = m_keys.cbegin(); it != m_keys.cend(); ++it) {
+        if (keymap->keys[it.key() / 8] & (1U << (it.key() % 8)))
+            press(it.key());
+        else
+            m_held.removeAll(it.key());
+    }
+}
+
+// Once for each time that the key goes down, whoever tells of it.
+void X11KeyWatch::press(xcb_keycode_t code)
+{
+    if (m_held.contains(code))
+        return;
+    m_held.append(code);
+    // What it leads to may end this watch, and may run event loops, which an event filter must not.
+    const Qt::Key key = m_keys.value(code);
+    QMetaObject::invokeMethod(
+        this,
+        [this, key] {
+            if (const auto pressed = m_pressed)
+                pressed(key);
+        },
+        Qt::QueuedConnection);
+}
