@@ -2,9 +2,11 @@
 #include "config/licensing.h"
 #include "config/resourcefile.h"
 #include "config/texthelpers.h"
+#include "helper/snapworkbenchhelper.h"
 #include "platform/services.h"
 #include "platform/xdg/singleprogram.h"
 #include "shell/buscommands.h"
+#include "shell/capturebridge.h"
 #include "shell/mainwindow.h"
 #include "shell/picturestyle.h"
 #include "shell/sessionend.h"
@@ -52,6 +54,7 @@ int main(int argc, char **argv)
         return 0;
     // Its answer belongs to the licence, which tells the user what is wrong with it.
     Licensing::identityIsValid();
+    GWSnapWorkbenchStartMessageServer(GWCaptureStatusCallback);
     Licensing::setProduct(QString::fromWCharArray(g_AppName), userDataFolder(),
                           QCoreApplication::applicationDirPath() + u'/');
     ProcessLicense();
@@ -70,6 +73,7 @@ int main(int argc, char **argv)
         status = QApplication::exec();
         window.SaveGeometry();
         StopWatchAppActive();
+        GWSnapWorkbenchStartMessageServer(nullptr);
         g_MainWindow = nullptr;
     }
     return status;

@@ -3,8 +3,10 @@
 #include "config/licensing.h"
 #include "config/settings.h"
 #include "config/xmlstore.h"
+#include "helper/snapworkbenchhelper.h"
 #include "platform/services.h"
 #include "platform/windowlist.h"
+#include "shell/capturebridge.h"
 #include "shell/dialogpreference.h"
 #include "shell/windowreach.h"
 #include "ui_mainwindow.h"
@@ -224,6 +226,14 @@ void MainWindow::closeEvent(QCloseEvent *event)
             overlay->reject();
         event->ignore();
         return;
+    }
+    if (m_bHelperWorking) {
+        // Nobody waits for its picture any more. There may be questions to answer.
+        GWSnapWorkbenchStartMessageServer(nullptr);
+        GWSnapWorkbenchStartMessageServer(GWCaptureStatusCallback);
+        m_bHelperWorking = false;
+        if (HasModified(true))
+            showAfterHelper();
     }
     if (!CloseAllFiles()) {
         event->ignore();

@@ -80,6 +80,10 @@ public:
     /// A tab for each file, the first new one in front; one that is open already is only shown.
     void openPictures(const QStringList &paths);
 
+    // While the capture helper works on other programs this one is out of the way.
+    void hideForHelper();
+    void showAfterHelper();
+
     // Focus.
     /// Brings this program to the front and waits for it, without limit. Null means the main
     /// window.
@@ -115,6 +119,9 @@ public slots:
     void ShowAllWindow();
     void ShowSelectWindow(bool);
     void ShowMenuWindow();
+    /// Makes a document of a picture file (UTF-8) and comes to the front. Null does nothing; a file
+    /// that is no picture becomes an empty document.
+    void ShowImportPicture(const char *path);
 
     /// Carries out a request of an overlay. (x, y) is a global position in device pixels; `type` is
     /// the magnifier's.
@@ -225,6 +232,12 @@ private:
     const QPixmap &skinPicture(const QString &section, int attribute);
     bool beginGrab(GrabStart &start);
     void endGrab();
+    /// Brings what is open for the grab under way to the front.
+    void raiseGrab();
+    enum class HelperGrab { None, Menu, Session };
+    void startHelper(HelperGrab grab, void (*start)());
+    /// The wait for a menu gives way to other grabs; a session does not.
+    bool sessionRuns() const { return m_bHelperWorking && m_HelperGrab == HelperGrab::Session; }
     void finishGrab(QPixmap picture, const GrabStart &start, const QPainterPath *path = nullptr,
                     const QPolygonF *polygon = nullptr);
     using MagnifierSlot = void (MainWindow::*)(QWidget *, EShowMagOpr, int, int);
@@ -251,6 +264,10 @@ private:
     Magnifier m_Magnifier;
     bool m_bCapturing = false;  ///< one grab at a time
     bool m_CloseAfterGrab = false;
+    HelperGrab m_HelperGrab = HelperGrab::None;  ///< the last one started
+    bool m_bStartingHelper = false;              ///< it may ask a question first
+    bool m_bHelperWorking = false;
+    bool m_bMinimizedForHelper = false;
     QDialog *m_pFocusDialog = nullptr;
     QDialog *m_pCountDown = nullptr;            ///< while one runs
     DialogPreference *m_pPreference = nullptr;  ///< from its first use on

@@ -9,8 +9,10 @@
 #include "config/licensing.h"
 #include "config/settings.h"
 #include "config/texthelpers.h"
+#include "helper/snapworkbenchhelper.h"
 #include "platform/services.h"
 #include "platform/windowlist.h"
+#include "shell/capturebridge.h"
 #include "ui_mainwindow.h"
 
 #include <QApplication>
@@ -192,21 +194,26 @@ void MainWindow::comeForward()
         showInFront();
 }
 
+// What is open for the grab is the program's front window. The main window, raised, would come to
+// lie above it, would be in the picture, and might get the keyboard.
+void MainWindow::raiseGrab()
+{
+    QWidget *front = QApplication::activeModalWidget();
+    const bool hasMenu = QApplication::activePopupWidget();
+    if (auto *overlay = qobject_cast<CaptureOverlay *>(front); overlay && !hasMenu)
+        overlay->stayOnTop();
+    else if (front && !hasMenu)
+        front->raise();
+    const bool hasCover = m_pFocusDialog && m_pFocusDialog->isVisible();
+    FocusThis(hasCover ? m_pFocusDialog : m_pCountDown ? m_pCountDown : front);
+}
+
 bool MainWindow::beginGrab(GrabStart &start)
 {
-    if (m_bCapturing) {
-        // What is open for the grab is the program's front window. The main window, raised, would
-        // come to lie above it, would be in the picture, and might get the keyboard.
-        QWidget *front = QApplication::activeModalWidget();
-        const bool hasMenu = QApplication::activePopupWidget();
-        if (auto *overlay = qobject_cast<CaptureOverlay *>(front); overlay && !hasMenu)
-            overlay->stayOnTop();
-        else if (front && !hasMenu)
-            front->raise();
-        const bool hasCover = m_pFocusDialog && m_pFocusDialog->isVisible();
-        FocusThis(hasCover ? m_pFocusDialog : m_pCountDown ? m_pCountDown : front);
+    if (m_bCapturing)
+        raiseGrab();
+    if (m_bCapturing || sessionRuns())
         return false;
-    }
     m_bCapturing = true;
     start.wasActive = IsAppActive();
     start.wasMinimized = isMinimized();
@@ -219,6 +226,9 @@ bool MainWindow::beginGrab(GrabStart &start)
 void MainWindow::endGrab()
 {
     m_bCapturing = false;
+    // A wait for a menu that gave way to the grab has left the window so.
+    if (!m_bHelperWorking && std::exchange(m_bMinimizedForHelper, false) && isMinimized())
+        setWindowState(windowState() & ~Qt::WindowMinimized);
     if (std::exchange(m_CloseAfterGrab, false))
         QMetaObject::invokeMethod(this, &MainWindow::close, Qt::QueuedConnection);
 }
@@ -275,6 +285,7 @@ void MainWindow::grabWithOverlay(const std::function<bool(const GrabStart &)> &g
     GrabStart start;
     if (!beginGrab(start))
         return;
+    GWSnapWorkbenchStopMenuItemCapture();
     SetAppFocus();
     if (GetHideFromXML() && !start.wasMinimized) {
         showMinimized();
@@ -414,9 +425,56 @@ void MainWindow::ShowAllWindow()
     endGrab();
 }
 
-void MainWindow::ShowSelectWindow(bool) {}
+void MainWindow::startHelper(HelperGrab grab, void (*start)())
+{
+    if (m_bCapturing)
+        raiseGrab();
+    if (m_bCapturing || m_bStartingHelper || sessionRuns())
+        return;
+    m_bStartingHelper = true;
+    m_HelperGrab = grab;
+    start();
+    m_bStartingHelper = false;
+}
 
-void MainWindow::ShowMenuWindow() {}
+void MainWindow::ShowSelectWindow(bool)
+{
+    startHelper(HelperGrab::Session, GWSnapWorkbenchStartCapture);
+}
+
+void MainWindow::ShowMenuWindow() { startHelper(HelperGrab::Menu, GWSnapWorkbenchMenuCapture); }
+
+void MainWindow::hideForHelper()
+{
+    m_bHelperWorking = true;
+    if (isMinimized())
+        return;
+    m_bMinimizedForHelper = true;
+    showMinimized();
+}
+
+void MainWindow::showAfterHelper()
+{
+    m_bHelperWorking = false;
+    // Above an overlay the window would be in the picture.
+    if (m_bCapturing)
+        return;
+    // A window that the user had minimised stays so.
+    if (std::exchange(m_bMinimizedForHelper, false) || !isMinimized())
+        showInFront();
+}
+
+void MainWindow::ShowImportPicture(const char *path)
+{
+    if (!path)
+        return;
+    QPixmap picture;
+    picture.load(QString::fromUtf8(path));
+    DealPicture(picture, nullptr, nullptr);
+    NewDocument(picture, {});
+    showInFront();
+    activateWindow();
+}
 
 QString MainWindow::GetPictureWidthFile() { return GetBtnAttr(this, u"BtnCaptureRegion"_s, 4); }
 

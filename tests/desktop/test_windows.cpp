@@ -1,4 +1,4 @@
-// Windows as a whole: the browser, the pick, and the full screen after a countdown.
+// Windows as a whole: the browser, and the full screen after a countdown.
 
 #include "pattern.h"
 #include "snapworkbench.h"
@@ -72,8 +72,6 @@ private slots:
     void countdown_data();
     void countdown();
     void everyStateEnds();
-    void pick_data();
-    void pick();
 };
 
 void TestWindows::browserTakesCoveredWindows_data()
@@ -231,66 +229,6 @@ void TestWindows::everyStateEnds()
     // The end of the program ends a count that has long to go.
     QVERIFY(openCountdown(desktop));
     QVERIFY(program.quit());
-}
-
-void TestWindows::pick_data()
-{
-    QTest::addColumn<QStringList>("windowManager");
-    QTest::addColumn<QString>("scale");
-    QTest::newRow("compositing, scale 1.5") << s_compositing << u"1.5"_s;
-    QTest::newRow("openbox") << s_openbox << u"1"_s;
-}
-
-void TestWindows::pick()
-{
-    QFETCH(QStringList, windowManager);
-    QFETCH(QString, scale);
-    TestDesktop desktop({.windowManager = windowManager});
-    QVERIFY(desktop.isReady());
-    const QRect lower(103, 101, 601, 403);
-    const QRect upper(303, 203, 701, 503);
-    QVERIFY(desktop.startPattern(lower, u"Lower"_s));
-    QVERIFY(desktop.startPattern(upper, u"Upper"_s));
-    const QImage before = desktop.screenshot();
-    const auto isTinted = [&](QPoint at) {
-        const QRgb plain = before.pixel(at);
-        const QRgb shown = desktop.pixel(at);
-        return qAbs(qRed(shown) - qRed(plain) * 155 / 255) < 3 &&
-               qAbs(qGreen(shown) - qGreen(plain) * 155 / 255) < 3 && shown != plain;
-    };
-    const auto open = [&] {
-        QProcessEnvironment environment = desktop.environment();
-        environment.insert(u"QT_SCALE_FACTOR"_s, scale);
-        return desktop.start(TestDesktop::pickProgram(), {desktop.home() + u"/pick.png"_s},
-                             environment);
-    };
-    const auto output = [](QProcess *process) {
-        return process->waitForFinished() ? process->readAll().trimmed() : QByteArray();
-    };
-
-    const QPoint inUpper = upper.topLeft() + QPoint(90, 90);
-    const QPoint inLower = lower.topLeft() + QPoint(90, 90);
-    // One that is partly covered is tinted where it is seen, and comes out whole.
-    desktop.movePointer(upper.center());
-    QProcess *program = open();
-    QVERIFY(program);
-    QVERIFY(waitFor([&] { return isTinted(inUpper) && isTinted(upper.bottomRight()); }));
-    desktop.movePointer(inLower);
-    QVERIFY(waitFor([&] {
-        return isTinted({302, 300}) && isTinted({500, 202}) && isTinted(inLower);
-    }));
-    for (const QPoint plain : {inUpper, QPoint(303, 300), QPoint(500, 203), QPoint(50, 50)})
-        QCOMPARE(desktop.pixel(plain), before.pixel(plain));
-    desktop.click(inLower);
-    QCOMPARE(output(program), QByteArray("Lower"));
-    QCOMPARE(QImage(desktop.home() + u"/pick.png"_s).convertToFormat(QImage::Format_RGB32),
-             pattern(lower.size()));
-
-    program = open();
-    QVERIFY(waitFor([&] { return isTinted(inLower); }));
-    desktop.key(XK_Escape);
-    QCOMPARE(output(program), QByteArray("rejected"));
-    QVERIFY(waitFor([&] { return desktop.screenshot() == before; }));
 }
 
 QTEST_GUILESS_MAIN(TestWindows)

@@ -185,7 +185,7 @@ QProcess *TestDesktop::startPattern(const QRect &area, const QString &name, bool
     return waitFor(active) && shown() ? process : nullptr;
 }
 
-QString TestDesktop::pickProgram() { return QStringLiteral(SNAP_PICK); }
+QString TestDesktop::longProgram() { return QStringLiteral(SNAP_LONG); }
 
 void TestDesktop::fake(uint8_t type, uint8_t detail, QPoint at)
 {
@@ -338,7 +338,7 @@ void TestDesktop::collect(xcb_window_t window, bool child, QList<Window> &result
         m_connection, xcb_translate_coordinates(m_connection, window, m_root, 0, 0), nullptr));
     if (!tree || !attributes || !geometry || !origin)
         return;
-    const QString title = QString::fromUtf8(property(window, "_NET_WM_NAME"));
+    const QString title = titleOf(window);
     if (child || !title.isEmpty())
         result.append({.id = window,
                        .title = title,
@@ -402,7 +402,14 @@ QString TestDesktop::activeTitle()
     if (active.size() < 4)
         return {};
     const auto window = *reinterpret_cast<const xcb_window_t *>(active.constData());
-    return window ? QString::fromUtf8(property(window, "_NET_WM_NAME")) : QString();
+    return window ? titleOf(window) : QString();
+}
+
+// Old programs have only the old property.
+QString TestDesktop::titleOf(xcb_window_t window)
+{
+    const QByteArray title = property(window, "_NET_WM_NAME");
+    return QString::fromUtf8(title.isEmpty() ? property(window, "WM_NAME") : title);
 }
 
 void TestDesktop::closeWindow(const Window &window)

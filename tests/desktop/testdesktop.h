@@ -46,8 +46,8 @@ public:
     /// around `area`, more or less, and its pixels are not waited for.
     QProcess *startPattern(const QRect &area, const QString &name = QStringLiteral("pattern"),
                            bool framed = false);
-    /// The program of the window pick.
-    static QString pickProgram();
+    /// The program with a menu and a long picture.
+    static QString longProgram();
 
     // The pointer and the keyboard. Global device pixels.
     void movePointer(QPoint to);
@@ -98,6 +98,7 @@ private:
     void fake(uint8_t type, uint8_t detail, QPoint at = {});
     xcb_keycode_t keycode(xcb_keysym_t keysym);
     QByteArray property(xcb_window_t window, const char *name);
+    QString titleOf(xcb_window_t window);
     xcb_atom_t atom(const char *name);
     bool isInside(xcb_window_t window, xcb_window_t ancestor);
     void collect(xcb_window_t window, bool child, QList<Window> &result);

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <QImage>
+#include <QObject>
+#include <QString>
+
+/// One grab of the helper, from its start to one of the three signals, of which it sends one.
+class HelperJob : public QObject
+{
+    Q_OBJECT
+public:
+    /// What went wrong, as the number that goes with the text.
+    enum Failure { NoWindow = 1, NoPicture = 2, NotWritten = 3, NoWheel = 4 };
+
+    void run();
+    /// Ends it as soon as it can, without a signal, and deletes it then.
+    void dismiss();
+
+signals:
+    void taken(const QImage &picture);
+    void ended();
+    void failed(HelperJob::Failure failure, const QString &text);
+
+protected:
+    /// Does the work, or begins it: it may return when all is over, or at once.
+    virtual void start() = 0;
+    /// Has the work end, without a signal.
+    virtual void abort() = 0;
+
+private:
+    bool m_isRunning = false;  // start() is on the stack
+    bool m_isDismissed = false;
+};
+
+/// Waits, with events running, until no window of this program is on the screen, or for a second.
+void waitUntilHidden();
+/// This process, as the window list tells it.
+uint ownProcess();
+/// Lets events run for a while. False when the program is about to end.
+bool pauseFor(int milliseconds);

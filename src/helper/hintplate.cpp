@@ -1,0 +1,121 @@
+#include "helper/hintplate.h"
+
+#include "platform/services.h"
+
+#include <QLabel>
+#include <QPainter>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr QColor s_plate(35, 40, 45);
+constexpr QColor s_edge(90, 100, 110);
+constexpr int s_radius = 8;
+constexpr int s_padding = 14;
+constexpr int s_columnGap = 16;
+constexpr int s_lineGap = 6;
+constexpr int s_headlineSpan = 2;
+constexpr int s_gap = 12;  // device pixels between the plate and what it tells about
+
+QLabel *label(const QString &text, const QString &colour)
+{
+    auto *result = new QLabel(text);
+    result->setTextFormat(Qt::PlainText);
+    result->setStyleSheet(u"color: %1; background: transparent;"_s.arg(colour));
+    return result;
+}
+
+}  // namespace
+
+HintPlate::HintPlate(QWidget *parent)
+    : QWidget(parent), m_grid(new QGridLayout(this)), m_headline(label({}, u"#ffffff"_s))
+{
+    if (!parent) {
+        setWindowFlags(Qt::Window | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint |
+                       Qt::WindowTransparentForInput | Qt::WindowDoesNotAcceptFocus);
+        setAttribute(Qt::WA_TranslucentBackground);
+        setAttribute(Qt::WA_ShowWithoutActivating);
+    }
+    setAttribute(Qt::WA_TransparentForMouseEvents);
+    m_grid->setContentsMargins(s_padding, s_padding, s_padding, s_padding);
+    m_grid->setHorizontalSpacing(s_columnGap);
+    m_grid->setVerticalSpacing(s_lineGap);
+    m_grid->setColumnStretch(1, 1);
+    QFont bold = font();
+    bold.setBold(true);
+    m_headline->setFont(bold);
+    m_grid->addWidget(m_headline, 0, 0, 1, s_headlineSpan);
+}
+
+void HintPlate::setHeadline(const QString &text) { m_headline->setText(text); }
+
+void HintPlate::addLine(const QString &key, const QString &meaning)
+{
+    const int row = m_grid->rowCount();
+    m_grid->addWidget(label(key, u"#3da5f4"_s), row, 0);
+    m_grid->addWidget(label(meaning, u"#d7dee4"_s), row, 1);
+}
+
+void HintPlate::clearLines()
+{
+    for (QLabel *line : findChildren<QLabel *>()) {
+        if (line != m_headline)
+            delete line;
+    }
+}
+
+QPoint HintPlate::place(QSize size, const QRect &area, const QList<QRect> &screens)
+{
+    const int left = area.x() - s_gap - size.width();
+    const int right = area.x() + area.width() + s_gap;
+    const int above = area.y() - s_gap - size.height();
+    const int below = area.y() + area.height() + s_gap;
+    const auto isOnScreen = [&](QPoint corner) {
+        return std::any_of(screens.begin(), screens.end(), [&](const QRect &screen) {
+            return screen.contains(QRect(corner, size));
+        });
+    };
+    for (const QPoint corner : {QPoint(right, area.y()), QPoint(left, area.y()),
+                                QPoint(area.x(), below), QPoint(area.x(), above)}) {
+        if (isOnScreen(corner))
+            return corner;
+    }
+    // As much of it as can be seen, and there in the corner that text leaves free most often.
+    QRect seen = area;
+    for (const QRect &screen : screens) {
+        if (screen.contains(area.center()))
+            seen &= screen;
+    }
+    return {seen.x() + seen.width() - size.width() - s_gap, seen.y() + s_gap};
+}
+
+void HintPlate::showBeside(const QRect &area)
+{
+    adjustSize();
+    WindowServer &server = *services().windows;
+    const QSize pixels = (QSizeF(size()) * devicePixelRatioF()).toSize();
+    const QPoint corner = place(pixels, area, server.screens());
+    if (isVisible()) {
+        server.moveWindow(this, corner);
+        return;
+    }
+    server.coverArea(this, {corner, pixels});
+    show();
+}
+
+void HintPlate::paintEvent(QPaintEvent * /*event*/)
+{
+    QPainter painter(this);
+    painter.setPen(s_edge);
+    painter.setBrush(s_plate);
+    // Round corners need a ground that shines through.
+    const bool isRound = parentWidget() || services().windows->isComposited();
+    painter.setRenderHint(QPainter::Antialiasing, isRound);
+    const qreal radius = isRound ? s_radius : 0;
+    const qreal half = isRound ? 0.5 : 0;
+    painter.drawRoundedRect(QRectF(rect()).adjusted(half, half, -1 + half, -1 + half), radius,
+                            radius);
+}

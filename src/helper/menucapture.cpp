@@ -1,0 +1,71 @@
+#include "helper/menucapture.h"
+
+#include "platform/services.h"
+
+#include <chrono>
+
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr auto s_lookInterval = 40ms;
+
+QImage windowPicture(int number) { return services().windows->picture(std::nullopt, {number}); }
+
+}  // namespace
+
+void MenuCapture::start()
+{
+    m_clock.start();
+    m_look.setInterval(s_lookInterval);
+    connect(&m_look, &QTimer::timeout, this, &MenuCapture::look);
+    m_look.start();
+    services().keys->start({Qt::Key_Escape}, [this](Qt::Key) {
+        end();
+        emit ended();
+    });
+    look();
+}
+
+void MenuCapture::abort() { end(); }
+
+void MenuCapture::end()
+{
+    m_look.stop();
+    services().keys->stop();
+    m_ring.reset();
+}
+
+void MenuCapture::look()
+{
+    WindowServer &server = *services().windows;
+    QList<WindowServer::Entry> windows = server.windows(WindowServer::List::OnScreen, 0);
+    if (m_ring) {
+        const int ring = server.numberOf(m_ring.get());
+        windows.removeIf([ring](const auto &window) { return window.number == ring; });
+    }
+    const QPoint pointer = server.pointer();
+    switch (m_watch.look(windows, pointer, m_clock.elapsed())) {
+    case MenuWatch::State::Waiting:
+        m_ring.reset();
+        break;
+    case MenuWatch::State::Resting:
+        if (!m_ring)
+            m_ring = std::make_unique<RestRing>();
+        m_ring->show(pointer, m_watch.menus(), m_watch.rest());
+        break;
+    case MenuWatch::State::Ready: {
+        end();
+        const QImage picture = pictureOfMenus(m_watch.menus(), windowPicture);
+        if (picture.isNull())
+            emit failed(NoPicture, tr("The menu gave no picture."));
+        else
+            emit taken(picture);
+        break;
+    }
+    case MenuWatch::State::TimedOut:
+        end();
+        emit ended();
+        break;
+    }
+}

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "helper/helperjob.h"
+#include "helper/menuwatch.h"
+#include "helper/restring.h"
+
+#include <QElapsedTimer>
+#include <QTimer>
+
+#include <memory>
+
+/// Waits until the pointer rests on an open menu of any program, and takes the menu with its open
+/// submenus as they hang there, on a transparent ground.
+///
+/// The program with the menu holds pointer and keyboard meanwhile, so nothing here counts on
+/// events: it looks at the windows and the pointer.
+class MenuCapture : public HelperJob
+{
+    Q_OBJECT
+protected:
+    void start() override;
+    void abort() override;
+
+private:
+    void look();
+    void end();
+
+    MenuWatch m_watch;
+    QTimer m_look;
+    QElapsedTimer m_clock;
+    std::unique_ptr<RestRing> m_ring;
+};

@@ -1,0 +1,94 @@
+#include "helper/restring.h"
+
+#include "platform/services.h"
+
+#include <QPainter>
+
+#include <algorithm>
+#include <limits>
+
+namespace {
+
+constexpr int s_size = 26;  // logical pixels
+constexpr qreal s_stroke = 3;
+constexpr int s_hole = 6;  // how thick a ring is that nothing shines through
+constexpr int s_gap = 6;   // device pixels between ring and menu
+constexpr QColor s_track(35, 40, 45, 200);
+constexpr QColor s_fill(61, 165, 244);
+constexpr int s_fullTurn = 360 * 16;
+constexpr int s_top = 90 * 16;
+
+}  // namespace
+
+RestRing::RestRing()
+    : QWidget(nullptr, Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint |
+                           Qt::WindowTransparentForInput | Qt::WindowDoesNotAcceptFocus)
+{
+    setAttribute(Qt::WA_TranslucentBackground);
+    setAttribute(Qt::WA_ShowWithoutActivating);
+}
+
+QPoint RestRing::place(QPoint pointer, QSize size, const QList<QRect> &menus,
+                       const QList<QRect> &screens)
+{
+    // Beside, above or below each of the menus, as near to the pointer as that goes.
+    const QPoint centred = pointer - QPoint(size.width() / 2, size.height() / 2);
+    QPoint best = centred;
+    int nearest = std::numeric_limits<int>::max();
+    for (const QRect &menu : menus) {
+        const int left = menu.x() - s_gap - size.width();
+        const int right = menu.x() + menu.width() + s_gap;
+        const int above = menu.y() - s_gap - size.height();
+        const int below = menu.y() + menu.height() + s_gap;
+        for (const QPoint corner : {QPoint(right, centred.y()), QPoint(left, centred.y()),
+                                    QPoint(centred.x(), above), QPoint(centred.x(), below)}) {
+            const QRect box(corner, size);
+            const int distance = (corner - centred).manhattanLength();
+            const bool isFree =
+                std::none_of(menus.begin(), menus.end(),
+                             [&box](const QRect &other) { return other.intersects(box); }) &&
+                std::any_of(screens.begin(), screens.end(),
+                            [&box](const QRect &screen) { return screen.contains(box); });
+            if (isFree && distance < nearest) {
+                nearest = distance;
+                best = corner;
+            }
+        }
+    }
+    return best;
+}
+
+void RestRing::show(QPoint pointer, const QList<WindowServer::Entry> &menus, double rest)
+{
+    m_rest = rest;
+    WindowServer &server = *services().windows;
+    QList<QRect> boxes;
+    for (const WindowServer::Entry &menu : menus)
+        boxes.append(menu.bounds.toRect());
+    const QSize size = (QSizeF(s_size, s_size) * devicePixelRatioF()).toSize();
+    const QPoint corner = place(pointer, size, boxes, server.screens());
+    if (isVisible()) {
+        server.moveWindow(this, corner);
+    } else {
+        server.coverArea(this, {corner, size});
+        // Nothing shines through without a compositor: what is not the ring must not be there.
+        if (!server.isComposited())
+            setMask(QRegion(rect(), QRegion::Ellipse) -
+                    QRegion(rect().adjusted(s_hole, s_hole, -s_hole, -s_hole), QRegion::Ellipse));
+        server.dropShadow(this);
+        QWidget::show();
+    }
+    update();
+}
+
+void RestRing::paintEvent(QPaintEvent * /*event*/)
+{
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const qreal margin = s_stroke / 2 + 1;
+    const QRectF circle = QRectF(rect()).adjusted(margin, margin, -margin, -margin);
+    painter.setPen(QPen(s_track, s_stroke));
+    painter.drawEllipse(circle);
+    painter.setPen(QPen(s_fill, s_stroke, Qt::SolidLine, Qt::RoundCap));
+    painter.drawArc(circle, s_top, -static_cast<int>(m_rest * s_fullTurn));
+}

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "helper/helperjob.h"
+#include "helper/sessionoverlay.h"
+
+class HintPlate;
+class ScrollCapture;
+
+/// Lets the user point at a window, and takes it, or all that scrolls in it.
+class SessionCapture : public HelperJob
+{
+    Q_OBJECT
+protected:
+    void start() override;
+    void abort() override;
+
+private:
+    void takeContent(const SessionOverlay::Choice &choice);
+
+    bool m_aborted = false;
+    SessionOverlay *m_overlay = nullptr;  // while it is open
+    ScrollCapture *m_scroll = nullptr;    // while it runs
+};

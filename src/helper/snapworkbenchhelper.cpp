@@ -1,0 +1,151 @@
+#include "helper/snapworkbenchhelper.h"
+
+#include "helper/menucapture.h"
+#include "helper/sessioncapture.h"
+#include "platform/services.h"
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QSaveFile>
+
+#include <memory>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// Fast to write and still far smaller than the pixels: the file is read once and removed.
+constexpr int s_quality = 90;
+
+// The user was asked for the permission and went on without it.
+bool s_answered = false;
+
+class HelperServer : public QObject
+{
+    Q_DECLARE_TR_FUNCTIONS(HelperServer)
+public:
+    explicit HelperServer(GWCaptureStatus callback) : m_callback(callback) {}
+    ~HelperServer() override { drop(); }
+
+    void begin(std::unique_ptr<HelperJob> job, const char *folder)
+    {
+        m_job = std::move(job);
+        m_folder = QString::fromUtf8(folder);
+        connect(m_job.get(), &HelperJob::taken, this, &HelperServer::save);
+        connect(m_job.get(), &HelperJob::ended, this, [this] {
+            drop();
+            report(GWCaptureEnded);
+        });
+        connect(m_job.get(), &HelperJob::failed, this, &HelperServer::fail);
+        report(GWCaptureWorking);
+        // After the report, which makes room for it.
+        QMetaObject::invokeMethod(m_job.get(), &HelperJob::run, Qt::QueuedConnection);
+    }
+
+    bool isWorking() const { return m_job != nullptr; }
+    bool waitsForMenu() const { return qobject_cast<MenuCapture *>(m_job.get()); }
+
+    void stopMenu()
+    {
+        if (!waitsForMenu())
+            return;
+        drop();
+        report(GWCaptureEnded);
+    }
+
+    /// For one grab that takes another's place.
+    void replaceMenu()
+    {
+        if (waitsForMenu())
+            drop();
+    }
+
+private:
+    void drop()
+    {
+        if (m_job)
+            m_job.release()->dismiss();
+    }
+
+    void save(const QImage &picture)
+    {
+        drop();
+        const QString path = m_folder + u"/capture.png"_s;
+        QSaveFile file(path);
+        const bool written = file.open(QIODevice::WriteOnly) &&
+                             picture.save(&file, "PNG", s_quality) && file.commit();
+        if (written)
+            report(GWCaptureFinished, path.toUtf8());
+        else
+            fail(HelperJob::NotWritten,
+                 tr("The picture could not be written: %1").arg(file.errorString()));
+    }
+
+    void fail(HelperJob::Failure failure, const QString &text)
+    {
+        drop();
+        report(GWCaptureFailed, {}, failure, text.toUtf8());
+    }
+
+    void report(int status, const QByteArray &path = {}, int failure = 0,
+                const QByteArray &text = {})
+    {
+        QMetaObject::invokeMethod(
+            this,
+            [=, this] {
+                m_callback(nullptr, status, path.isNull() ? nullptr : path.constData(), failure,
+                           text.constData());
+            },
+            Qt::QueuedConnection);
+    }
+
+    GWCaptureStatus m_callback;
+    std::unique_ptr<HelperJob> m_job;
+    QString m_folder;
+};
+
+std::unique_ptr<HelperServer> s_server;
+
+}  // namespace
+
+void GWSnapWorkbenchStartMessageServer(GWCaptureStatus callback)
+{
+    s_server = callback ? std::make_unique<HelperServer>(callback) : nullptr;
+}
+
+void GWSnapWorkbenchStartMenuItemCapture(const char *folder)
+{
+    if (s_server && folder && !s_server->isWorking())
+        s_server->begin(std::make_unique<MenuCapture>(), folder);
+}
+
+void GWSnapWorkbenchStopMenuItemCapture()
+{
+    if (s_server)
+        s_server->stopMenu();
+}
+
+void GWSnapWorkbenchStartSessionCapture(const char *folder)
+{
+    // It was asked about before, and is started all the same.
+    if (!GWSnapWorkbenchIsEnableAccessibilty())
+        s_answered = true;
+    if (!s_server || !folder)
+        return;
+    s_server->replaceMenu();
+    if (!s_server->isWorking())
+        s_server->begin(std::make_unique<SessionCapture>(), folder);
+}
+
+bool GWSnapWorkbenchIsEnableAccessibilty() { return services().accessibility->isEnabled(); }
+
+int GWSnapWorkbenchTestProcessTrusted(bool *answered)
+{
+    if (answered)
+        *answered = s_answered;
+    return GWSnapWorkbenchIsEnableAccessibilty() ? 1 : 0;
+}
+
+bool GWSnapWorkbenchIsRunningInMavericksOrMore() { return false; }
+
+void GWSnapWorkbenchMakeProcessTrusted() { services().accessibility->enable(); }

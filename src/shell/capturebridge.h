@@ -1,0 +1,47 @@
+#pragma once
+
+#include <QString>
+
+class MainWindow;
+
+/// The bridge between the main window and the capture helper: it starts the helper's grabs, and
+/// turns each of its statuses into a step of the main window. It keeps no state.
+
+/// Shows and hides this application for the helper.
+class AXProjectAppDelegate
+{
+public:
+    static AXProjectAppDelegate *sharedDelegate();
+
+    void showSnapWorkbenchMainWindow();
+    void hideSnapWorkbenchMainWindow();
+};
+
+/// The one instance; null until a grab has been started. Not owned.
+extern AXProjectAppDelegate *Ax_Shared_hlp;
+
+/// Receives the helper's statuses; see GWCaptureStatus.
+void GWCaptureStatusCallback(void *unused, int status, const char *path, int failure,
+                             const char *text);
+
+/// The folder that the helper's picture goes to, made where it is missing; a null text if it
+/// can't be.
+QString GWSnapWorkbenchGetTempPath();
+
+/// Whether a grab may start: 1 to go on, 0 to stop. With `prompt` not 0 it may ask the user.
+signed char GWSnapWorkbenchTestClientStatus(signed char prompt);
+
+/// Start a grab of a picked window or its scrolling content, and of an open menu. They return at
+/// once.
+void GWSnapWorkbenchStartCapture();
+void GWSnapWorkbenchMenuCapture();
+
+void GWSnapWorkbenchStatusDoHide();
+void GWSnapWorkbenchStatusDoShow();
+/// Opens the helper's picture, and removes it and its folder. Null does nothing.
+void GWSnapWorkbenchStatusFinish(const char *path);
+
+/// Shows a text in an alert, and waits for the answer.
+void GWSnapWorkbenchShowStrings(const QString &text);
+
+MainWindow *Ax_GetMainWindow();

@@ -1,0 +1,459 @@
+// The grabs that work on other programs: a picked window, all that scrolls in it, an open menu.
+
+#include "longpicture.h"
+#include "pattern.h"
+#include "snapworkbench.h"
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDir>
+#include <QRegularExpression>
+#include <QTest>
+
+#include <algorithm>
+
+#include <X11/keysym.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QStringList s_compositing{u"xfwm4"_s, u"--compositor=on"_s};
+const QStringList s_openbox{u"openbox"_s};
+
+const QRect s_screen(0, 0, 1600, 1000);
+const QRect s_longWindow(300, 150, 900, 600);
+constexpr int s_longRows = 5000;
+constexpr int s_headerHeight = 48;
+const QString s_untitled = u"untitled * - Snap Workbench"_s;
+const QString s_idleTitle = u"Snap Workbench"_s;
+constexpr int s_captureLimit = 60000;
+
+}  // namespace
+
+class TestHelper : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void cleanup();
+    void picksWindow_data();
+    void picksWindow();
+    void takesContent_data();
+    void takesContent();
+    void takesTerminal();
+    void takesMenu_data();
+    void takesMenu();
+    void givesUp_data();
+    void givesUp();
+    void quitsInBetween_data();
+    void quitsInBetween();
+
+private:
+    bool startDesktop(const QStringList &windowManager, const QString &scale = u"1"_s);
+    /// Presses the hot key, answers the question with "No", and waits for the pick.
+    bool openPick();
+    /// Answers the question with "Enable Scroll Capture", which starts nothing yet, and waits for
+    /// the pick of the next time, with the long window's viewport outlined.
+    bool openPickWithArea();
+    bool startLong(const QStringList &options);
+    void hotKey(xcb_keysym_t letter) { m_desktop->key(letter, {XK_Control_L, XK_Alt_L}); }
+    QStringList leftFiles() const;
+    bool isMinimized();
+    /// The windows of an open menu: those that came without a window manager's say.
+    QList<TestDesktop::Window> popups(const QList<TestDesktop::Window> &before);
+
+    std::unique_ptr<TestDesktop> m_desktop;
+    std::unique_ptr<SnapWorkbench> m_program;
+    QProcess *m_long = nullptr;
+    QRect m_viewport;
+};
+
+void TestHelper::cleanup()
+{
+    m_program.reset();
+    m_desktop.reset();
+}
+
+bool TestHelper::startDesktop(const QStringList &windowManager, const QString &scale)
+{
+    m_desktop = std::make_unique<TestDesktop>(TestDesktop::Options{.windowManager = windowManager});
+    if (!m_desktop->isReady())
+        return false;
+    m_program = std::make_unique<SnapWorkbench>(*m_desktop);
+    m_program->writeSettings({{u"RunMinimized"_s, u"1"_s}});
+    return m_program->startAndWait({{u"QT_SCALE_FACTOR"_s, scale}});
+}
+
+bool TestHelper::openPick()
+{
+    const auto before = m_desktop->windows();
+    hotKey(XK_w);
+    const auto question = m_desktop->waitForNewWindow(before);
+    if (!question.id || !m_desktop->waitForFocus(question))
+        return false;
+    m_desktop->key(XK_Tab);
+    m_desktop->key(XK_space);
+    return waitFor([&] { return m_program->hasOverlay(s_screen); });
+}
+
+bool TestHelper::openPickWithArea()
+{
+    const auto before = m_desktop->windows();
+    hotKey(XK_w);
+    const auto question = m_desktop->waitForNewWindow(before);
+    if (!question.id || !m_desktop->waitForFocus(question))
+        return false;
+    m_desktop->key(XK_Return);
+    if (!waitFor([&] { return m_desktop->activeTitle() == u"long"; }) ||
+        m_program->hasOverlay(s_screen))
+        return false;
+    hotKey(XK_w);
+    const QRgb outline = qRgb(61, 165, 244);
+    return waitFor([&] { return m_program->hasOverlay(s_screen); }) && waitFor([&] {
+               return m_desktop->pixel(m_viewport.topLeft()) == outline &&
+                      m_desktop->pixel(m_viewport.bottomRight()) == outline;
+           }) &&
+           m_desktop->pixel(m_viewport.topLeft() - QPoint(0, 1)) != outline &&
+           m_desktop->pixel(m_viewport.bottomRight() + QPoint(1, 0)) != outline;
+}
+
+bool TestHelper::startLong(const QStringList &options)
+{
+    QStringList arguments;
+    for (const int number : {s_longWindow.x(), s_longWindow.y(), s_longWindow.width(),
+                             s_longWindow.height(), s_longRows})
+        arguments.append(QString::number(number));
+    m_long =
+        m_desktop->start(TestDesktop::longProgram(), arguments + options, m_desktop->environment());
+    if (!m_long || !waitFor([&] { return m_long->canReadLine(); }))
+        return false;
+    const QStringList place = QString::fromLatin1(m_long->readLine()).simplified().split(u' ');
+    if (place.size() != 5)
+        return false;
+    m_viewport = QRect(place[1].toInt(), place[2].toInt(), place[3].toInt(), place[4].toInt());
+    const QImage picture = longPicture({m_viewport.width(), s_longRows});
+    return waitFor([&] {
+        const QImage shown = m_desktop->screenshot().copy(m_viewport);
+        // Clear of the header, and of what may be late.
+        const QRect probe(0, 60, m_viewport.width(), 200);
+        return shown.copy(probe) == picture.copy(probe) && m_desktop->activeTitle() == u"long";
+    });
+}
+
+QStringList TestHelper::leftFiles() const
+{
+    const QDir folder(m_desktop->home() + u"/.cache/Brenvale Snap Workbench/AXTempDrawing"_s);
+    return folder.entryList(QDir::Files | QDir::Hidden);
+}
+
+QList<TestDesktop::Window> TestHelper::popups(const QList<TestDesktop::Window> &before)
+{
+    QList<TestDesktop::Window> result = m_desktop->windows();
+    result.removeIf([&](const TestDesktop::Window &window) {
+        return !window.viewable || !window.overrideRedirect || window.area.width() < 60 ||
+               std::any_of(before.begin(), before.end(),
+                           [&](const auto &old) { return old.id == window.id && old.viewable; });
+    });
+    return result;
+}
+
+void TestHelper::picksWindow_data()
+{
+    QTest::addColumn<QStringList>("windowManager");
+    QTest::addColumn<QString>("scale");
+    QTest::newRow("compositing, scale 1.5") << s_compositing << u"1.5"_s;
+    QTest::newRow("openbox") << s_openbox << u"1"_s;
+}
+
+void TestHelper::picksWindow()
+{
+    QFETCH(QStringList, windowManager);
+    QFETCH(QString, scale);
+    QVERIFY(startDesktop(windowManager, scale));
+    const QRect lower(103, 101, 601, 403);
+    const QRect upper(303, 203, 701, 503);
+    QVERIFY(m_desktop->startPattern(lower, u"Lower"_s));
+    QVERIFY(m_desktop->startPattern(upper, u"Upper"_s));
+    const QImage before = m_desktop->screenshot();
+    const auto isTinted = [&](QPoint at) {
+        const QRgb plain = before.pixel(at);
+        const QRgb shown = m_desktop->pixel(at);
+        return qAbs(qRed(shown) - qRed(plain) * 155 / 255) < 3 &&
+               qAbs(qGreen(shown) - qGreen(plain) * 155 / 255) < 3 && shown != plain;
+    };
+    const QPoint inUpper = upper.topLeft() + QPoint(90, 90);
+    const QPoint inLower = lower.topLeft() + QPoint(90, 90);
+    m_desktop->movePointer(upper.center());
+    QVERIFY(openPick());
+    QVERIFY(waitFor([&] { return isTinted(inUpper); }));
+    m_desktop->movePointer(inLower);
+    QVERIFY(waitFor([&] {
+        return isTinted({302, 300}) && isTinted({500, 202}) && isTinted(inLower);
+    }));
+    for (const QPoint plain : {inUpper, QPoint(303, 300), QPoint(500, 203), QPoint(50, 50)})
+        QCOMPARE(m_desktop->pixel(plain), before.pixel(plain));
+    m_desktop->click(inLower);
+    QVERIFY(m_program->waitForTitle(s_untitled));
+    QVERIFY(waitFor([&] { return m_desktop->activeTitle() == s_untitled; }));
+    QCOMPARE(m_program->saveAs(m_desktop->home() + u"/pick.png"_s), pattern(lower.size()));
+    QVERIFY(leftFiles().isEmpty());
+}
+
+void TestHelper::takesContent_data()
+{
+    QTest::addColumn<QStringList>("windowManager");
+    QTest::addColumn<QStringList>("options");
+    QTest::addColumn<bool>("outlined");
+    QTest::addColumn<bool>("byKey");
+    const QStringList sticky{u"sticky"_s};
+    QTest::newRow("plain") << s_compositing << QStringList{} << false << true;
+    QTest::newRow("plain, outlined") << s_compositing << QStringList{} << true << true;
+    QTest::newRow("sticky header, caret") << s_openbox << sticky << false << false;
+    QTest::newRow("sticky header, caret, outlined") << s_openbox << sticky << true << false;
+    QTest::newRow("smooth") << s_compositing << QStringList{u"smooth"_s} << false << false;
+    QTest::newRow("late content") << s_openbox << QStringList{u"late"_s} << false << true;
+}
+
+void TestHelper::takesContent()
+{
+    QFETCH(QStringList, windowManager);
+    QFETCH(QStringList, options);
+    QFETCH(bool, outlined);
+    QFETCH(bool, byKey);
+    QVERIFY(startDesktop(windowManager));
+    QVERIFY(startLong(options));
+    const QPoint at = m_viewport.center();
+    m_desktop->movePointer(at);
+    // Not from the top: it is to be there again afterwards.
+    for (int i = 0; i < 4; ++i) {
+        m_desktop->press(5);
+        m_desktop->release(5);
+    }
+    QVERIFY(waitFor([&] { return m_long->readAll().contains("at 204\n"); }));
+    QVERIFY(outlined ? openPickWithArea() : openPick());
+    if (byKey) {
+        m_desktop->key(XK_Return);
+    } else {
+        m_desktop->keyDown(XK_Control_L);
+        m_desktop->click(at);
+        m_desktop->keyUp(XK_Control_L);
+    }
+    QVERIFY(m_program->waitForTitle(s_untitled, s_captureLimit));
+    QVERIFY(m_long->readAll().endsWith("at 204\n"));
+    QVERIFY(leftFiles().isEmpty());
+    QImage taken = m_program->saveAs(m_desktop->home() + u"/long.png"_s);
+    QImage expected = longPicture({m_viewport.width(), s_longRows});
+    if (options.contains(u"sticky"_s) && outlined) {
+        // The caret is as it happened to be.
+        for (QImage *image : {&taken, &expected})
+            QPainter(image).fillRect(4, 4, 2, 16, Qt::black);
+    } else if (options.contains(u"sticky"_s)) {
+        // What does not scroll looks like a tool bar to who sees nothing but pixels.
+        expected =
+            expected.copy(0, s_headerHeight, expected.width(), expected.height() - s_headerHeight);
+    }
+    QCOMPARE(taken.size(), expected.size());
+    QCOMPARE(taken, expected);
+}
+
+void TestHelper::takesTerminal()
+{
+    QVERIFY(startDesktop(s_compositing));
+    QVERIFY(m_desktop->start(u"xterm"_s,
+                             {u"-fn"_s, u"fixed"_s, u"-b"_s, u"0"_s, u"-sl"_s, u"4000"_s,
+                              u"-geometry"_s, u"80x40+200+100"_s, u"-title"_s, u"numbers"_s,
+                              u"-e"_s, u"sh"_s, u"-c"_s,
+                              u"seq -f 'line %04g of the listing' 1 2000; exec sleep 1000"_s},
+                             m_desktop->environment()));
+    TestDesktop::Window terminal;
+    QVERIFY(waitFor([&] {
+        for (const TestDesktop::Window &window : m_desktop->windows()) {
+            if (window.title == u"numbers" && window.viewable)
+                terminal = window;
+        }
+        return terminal.id && m_desktop->activeTitle() == u"numbers";
+    }));
+    // A line of the fixed font is 13 pixels high, and the last one is empty.
+    constexpr int rowHeight = 13;
+    const QRect text = terminal.area;
+    QCOMPARE(text.height(), 40 * rowHeight);
+    const auto row = [](const QImage &image, int index) {
+        return image.copy(0, index * rowHeight, 180, rowHeight);
+    };
+    QImage foot;
+    QVERIFY(waitFor([&] {
+        foot = m_desktop->screenshot().copy(text);
+        return row(foot, 38) != row(foot, 37) && row(foot, 38) != row(foot, 39);
+    }));
+    m_desktop->movePointer(text.center());
+    QVERIFY(openPick());
+    m_desktop->key(XK_Return);
+    QVERIFY(m_program->waitForTitle(s_untitled, 2 * s_captureLimit));
+    const QImage taken = m_program->saveAs(m_desktop->home() + u"/terminal.png"_s);
+    // All 2000, each once: the line "n" is the line "n - 40" with other digits, so two alike would
+    // be one that came twice.
+    const int rows = taken.height() / rowHeight;
+    QVERIFY2(rows == 2000 || rows == 2001, qPrintable(QString::number(taken.height())));
+    QSet<QByteArray> seen;
+    for (int i = 0; i < 2000; ++i) {
+        const QImage line = row(taken, i);
+        seen.insert(
+            QByteArray(reinterpret_cast<const char *>(line.constBits()), line.sizeInBytes()));
+    }
+    QCOMPARE(seen.size(), 2000);
+    QCOMPARE(row(taken, 1999), row(foot, 38));
+}
+
+void TestHelper::takesMenu_data()
+{
+    QTest::addColumn<QStringList>("windowManager");
+    QTest::addColumn<QString>("program");
+    QTest::newRow("Qt") << s_compositing << u"qt"_s;
+    QTest::newRow("Qt, openbox") << s_openbox << u"qt"_s;
+    QTest::newRow("GTK") << s_compositing << u"gtk"_s;
+}
+
+void TestHelper::takesMenu()
+{
+    QFETCH(QStringList, windowManager);
+    QFETCH(QString, program);
+    QVERIFY(startDesktop(windowManager));
+    if (program == u"qt") {
+        QVERIFY(startLong({}));
+    } else {
+        QVERIFY(m_desktop->start(u"/usr/bin/python3"_s,
+                                 {QStringLiteral(SNAP_MENUS), u"300"_s, u"150"_s},
+                                 m_desktop->environment()));
+        QVERIFY(waitFor([&] { return m_desktop->activeTitle() == u"menus"; }));
+    }
+    hotKey(XK_v);
+    const auto before = m_desktop->windows();
+    m_desktop->click({318, 160});
+    QVERIFY(waitFor([&] { return popups(before).size() == 1; }));
+    const QRect menu = popups(before).first().area;
+    // The middle one of three entries has the submenu.
+    m_desktop->movePointer(menu.center() - QPoint(10, 0));
+    m_desktop->movePointer(menu.center());
+    const auto menus = [&] {
+        QList<TestDesktop::Window> windows = popups(before);
+        // The ring comes and goes meanwhile.
+        windows.removeIf(
+            [](const auto &window) { return window.area.width() == window.area.height(); });
+        return windows;
+    };
+    QVERIFY(waitFor([&] { return menus().size() == 2; }));
+    QRect both;
+    const auto open = menus();
+    for (const TestDesktop::Window &window : open)
+        both |= window.area;
+    const QImage shown = m_desktop->screenshot();
+    QVERIFY(m_program->waitForTitle(s_untitled));
+    // The menu still hangs there, and has the keyboard.
+    QVERIFY(waitFor([&] {
+        m_desktop->key(XK_Escape);
+        return waitFor([&] { return menus().isEmpty(); }, 500);
+    }));
+    QVERIFY(waitFor([&] { return m_desktop->activeTitle() == s_untitled; }));
+    const QString path = m_desktop->home() + u"/menu.png"_s;
+    QVERIFY(!m_program->saveAs(path).isNull());
+    const QImage taken(path);
+    QCOMPARE(taken.size(), both.size());
+    QVERIFY(taken.hasAlphaChannel());
+    int wrong = 0;
+    int outside = 0;
+    for (int y = 0; y < taken.height(); ++y) {
+        for (int x = 0; x < taken.width(); ++x) {
+            const QPoint at = both.topLeft() + QPoint(x, y);
+            const bool inMenu = std::any_of(open.begin(), open.end(), [&](const auto &window) {
+                return window.area.contains(at);
+            });
+            outside += inMenu ? 0 : 1;
+            // What shines through a shadow, or round a corner, is the ground's.
+            const int alpha = qAlpha(taken.pixel(x, y));
+            if (inMenu ? alpha == 255 && taken.pixel(x, y) != shown.pixel(at) : alpha != 0)
+                ++wrong;
+        }
+    }
+    QCOMPARE(wrong, 0);
+    QVERIFY(outside > 0);
+    QVERIFY(leftFiles().isEmpty());
+}
+
+void TestHelper::givesUp_data()
+{
+    QTest::addColumn<QString>("state");
+    for (const QString &state : {u"pick"_s, u"pick, right button"_s, u"scrolling"_s, u"menu wait"_s,
+                                 u"menu wait, rectangle"_s})
+        QTest::newRow(qPrintable(state)) << state;
+}
+
+// The pointer, the focus and the content stay with the user.
+void TestHelper::givesUp()
+{
+    QFETCH(QString, state);
+    QVERIFY(startDesktop(s_compositing));
+    QVERIFY(startLong({}));
+    const QPoint at = m_viewport.center();
+    m_desktop->movePointer(at);
+    const QImage before = m_desktop->screenshot();
+    if (state.startsWith(u"menu")) {
+        hotKey(XK_v);
+    } else {
+        QVERIFY(openPick());
+    }
+    if (state == u"pick, right button") {
+        m_desktop->click(at, 3);
+    } else if (state == u"scrolling") {
+        m_desktop->key(XK_Return);
+        QVERIFY(waitFor([&] { return m_long->readAll().contains("at "); }));
+    }
+    if (state.endsWith(u"rectangle")) {
+        // The wait gives way, and what opens is not covered by its end.
+        QVERIFY(m_program->openOverlay(s_screen));
+        m_desktop->key(XK_Escape);
+    } else if (!state.endsWith(u"button")) {
+        // The keys of the wait for a menu are taken from the first look on.
+        QVERIFY(waitFor([&] {
+            m_desktop->key(XK_Escape);
+            return waitFor([&] { return m_desktop->screenshot() == before; }, 1500);
+        }));
+    }
+    QVERIFY(waitFor([&] { return m_desktop->screenshot() == before; }));
+    QVERIFY(waitFor([&] { return m_desktop->activeTitle() == u"long"; }));
+    QCOMPARE(m_program->mainWindow().title, s_idleTitle);
+    QVERIFY(leftFiles().isEmpty());
+    // And the next grab starts.
+    QVERIFY(m_program->openOverlay(s_screen));
+    m_desktop->key(XK_Escape);
+}
+
+void TestHelper::quitsInBetween_data()
+{
+    QTest::addColumn<QString>("state");
+    for (const QString &state : {u"pick"_s, u"scrolling"_s, u"menu wait"_s})
+        QTest::newRow(qPrintable(state)) << state;
+}
+
+void TestHelper::quitsInBetween()
+{
+    QFETCH(QString, state);
+    QVERIFY(startDesktop(s_compositing));
+    QVERIFY(startLong({}));
+    m_desktop->movePointer(m_viewport.center());
+    if (state == u"menu wait") {
+        hotKey(XK_v);
+    } else {
+        QVERIFY(openPick());
+    }
+    if (state == u"scrolling") {
+        m_desktop->key(XK_Return);
+        QVERIFY(waitFor([&] { return m_long->readAll().contains("at "); }));
+    }
+    QVERIFY(m_program->quit());
+    QCOMPARE(m_program->process()->exitCode(), 0);
+    QVERIFY(leftFiles().isEmpty());
+}
+
+QTEST_GUILESS_MAIN(TestHelper)
+#include "test_helper.moc"

@@ -1,0 +1,270 @@
+// Taking all that scrolls, against a window that a test moves, changes and takes away.
+
+#include "fakedesktop.h"
+#include "helper/helperjob.h"
+#include "helper/scrollcapture.h"
+
+#include <QTest>
+#include <QTimer>
+
+#include <algorithm>
+#include <random>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int s_number = 42;
+constexpr int s_wheelStep = 53;
+
+QImage noisePage(const QSize &size)
+{
+    QImage page(size, QImage::Format_RGB32);
+    page.fill(Qt::white);
+    QPainter painter(&page);
+    std::mt19937 random(7);
+    for (int y = 0; y < size.height(); y += 16) {
+        for (int x = 10; x < size.width() - 10; x += 9) {
+            if (random() % 4)
+                painter.fillRect(x, y + int(random() % 6), 2 + int(random() % 5), 8, Qt::black);
+        }
+    }
+    return page;
+}
+
+// A window of a tool bar, a view on a page, a scroll bar and a frame.
+class ScrollingServer : public FakeWindowServer
+{
+public:
+    QImage page{};
+    QRect bounds{50, 40, 500, 460};
+    int offset = 0;
+    int turns = 0;
+    int pending = 0;
+    bool stuck = false;              ///< turns are carried out once it no longer is
+    std::function<void()> onTurn{};  ///< called after each turn
+
+    QRect view() const { return {{1, 31}, bounds.size() - QSize(14, 32)}; }
+    void scroll()
+    {
+        if (!stuck)
+            offset = std::clamp(offset + std::exchange(pending, 0) * s_wheelStep, 0, lowest());
+    }
+    int lowest() const { return std::max(0, int(page.height()) - view().height()); }
+
+    QList<Entry> windows(List which, int relativeTo) override
+    {
+        QList<Entry> result = FakeWindowServer::windows(List::OnScreen, 0);
+        result.append({.number = s_number, .bounds = bounds, .process = 3});
+        return which == List::AtAndAbove && relativeTo != s_number ? QList<Entry>{} : result;
+    }
+
+    QImage picture(std::optional<QRectF>, const QList<int> &) override
+    {
+        if (bounds.isEmpty())
+            return {};
+        QImage image(bounds.size(), QImage::Format_RGB32);
+        image.fill(QColor(90, 90, 90));
+        QPainter painter(&image);
+        for (int x = 12; x < bounds.width(); x += 40)
+            painter.fillRect(x, 6, 18, 18, QColor(x % 255, 180, 90));
+        painter.drawImage(view().topLeft(), page, {0, offset, view().width(), view().height()});
+        const QRect groove(view().right() + 1, 31, 12, view().height());
+        painter.fillRect(groove, QColor(230, 230, 230));
+        painter.fillRect(groove.x(), groove.y() + offset * groove.height() / page.height(), 12, 40,
+                         QColor(120, 120, 120));
+        return image;
+    }
+
+    bool turnWheel(QPoint, int clicks) override
+    {
+        pending += clicks;
+        ++turns;
+        scroll();
+        if (onTurn)
+            onTurn();
+        return true;
+    }
+};
+
+}  // namespace
+
+class TestScrollCapture : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void takesAll_data();
+    void takesAll();
+    void waitsForStuckProgram();
+    void endsEarly_data();
+    void endsEarly();
+    void stops_data();
+    void stops();
+    void limit();
+    void nothingScrolls();
+
+private:
+    QRect viewOnScreen() const { return m_server->view().translated(m_server->bounds.topLeft()); }
+    ScrollCapture::Target target(const QRect &area = {}) const
+    {
+        return {.window = s_number, .area = area, .anchor = m_server->bounds.center()};
+    }
+
+    ScrollingServer *m_server = nullptr;
+};
+
+void TestScrollCapture::init()
+{
+    const FakeDesktop desktop;
+    auto server = std::make_unique<ScrollingServer>();
+    m_server = server.get();
+    services().windows = std::move(server);
+    m_server->page = noisePage({m_server->view().width(), 2500});
+}
+
+void TestScrollCapture::takesAll_data()
+{
+    QTest::addColumn<bool>("told");
+    QTest::addColumn<int>("start");
+    QTest::newRow("told area, from the top") << true << 0;
+    QTest::newRow("told area, from the middle") << true << 12 * s_wheelStep;
+    QTest::newRow("found by the pixels") << false << 20 * s_wheelStep;
+}
+
+void TestScrollCapture::takesAll()
+{
+    QFETCH(bool, told);
+    QFETCH(int, start);
+    m_server->offset = start;
+    ScrollCapture capture(target(told ? viewOnScreen() : QRect()));
+    const ScrollCapture::Result result = capture.run();
+    QCOMPARE(result.note, QString());
+    QCOMPARE(result.picture, m_server->page);
+    QCOMPARE(m_server->offset, start);
+}
+
+// What hangs for a while is not at its end.
+void TestScrollCapture::waitsForStuckProgram()
+{
+    m_server->onTurn = [this] {
+        if (m_server->turns != 5)
+            return;
+        m_server->stuck = true;
+        QTimer::singleShot(2500, [this] {
+            m_server->stuck = false;
+            m_server->scroll();
+        });
+    };
+    ScrollCapture capture(target(viewOnScreen()));
+    const ScrollCapture::Result result = capture.run();
+    QCOMPARE(result.note, QString());
+    QCOMPARE(result.picture, m_server->page);
+}
+
+void TestScrollCapture::endsEarly_data()
+{
+    QTest::addColumn<int>("event");
+    QTest::newRow("closed") << 0;
+    QTest::newRow("another size") << 1;
+    QTest::newRow("covered") << 2;
+    QTest::newRow("another page") << 3;
+}
+
+// What there is until then is kept, without a seam, and the reason is told.
+void TestScrollCapture::endsEarly()
+{
+    QFETCH(int, event);
+    m_server->onTurn = [this, event] {
+        if (m_server->turns != 4)
+            return;
+        if (event == 0)
+            m_server->bounds = {};
+        else if (event == 1)
+            m_server->bounds.setWidth(480);
+        else if (event == 2)
+            m_server->list.append({.entry = {.number = 1, .bounds = m_server->bounds}});
+        else
+            m_server->page = noisePage(m_server->page.size()).mirrored();
+    };
+    ScrollCapture capture(target(viewOnScreen()));
+    const ScrollCapture::Result result = capture.run();
+    QVERIFY(!result.note.isEmpty());
+    QVERIFY(result.picture.height() > m_server->view().height());
+    QVERIFY(result.picture.height() < 2000);
+    QCOMPARE(result.picture,
+             noisePage(QSize(result.picture.width(), 2500)).copy(result.picture.rect()));
+}
+
+void TestScrollCapture::stops_data()
+{
+    QTest::addColumn<int>("turn");
+    QTest::addColumn<int>("stop");
+    QTest::newRow("keep") << 5 << 0;
+    QTest::newRow("keep, on the way up") << 1 << 0;
+    QTest::newRow("discard, before anything is known") << 4 << 1;
+    QTest::newRow("discard") << 5 << 1;
+    QTest::newRow("abandon") << 5 << 2;
+}
+
+void TestScrollCapture::stops()
+{
+    QFETCH(int, turn);
+    QFETCH(int, stop);
+    const int start = 30 * s_wheelStep;
+    m_server->offset = start;
+    ScrollCapture capture(target(viewOnScreen()));
+    int turnsAtStop = 0;
+    m_server->onTurn = [&] {
+        if (m_server->turns != turn)
+            return;
+        turnsAtStop = turn;
+        if (stop == 0)
+            capture.keep();
+        else if (stop == 1)
+            capture.discard();
+        else
+            capture.abandon();
+    };
+    const ScrollCapture::Result result = capture.run();
+    QCOMPARE(turnsAtStop, turn);
+    QCOMPARE(result.note, QString());
+    QCOMPARE(result.picture.isNull(), stop != 0);
+    if (stop == 0 && turn > 1)
+        QCOMPARE(result.picture, m_server->page.copy(result.picture.rect()));
+    // Only who leaves at once leaves the content where it is.
+    if (stop == 2)
+        QCOMPARE(m_server->turns, turn);
+    else
+        QCOMPARE(m_server->offset, start);
+}
+
+void TestScrollCapture::limit()
+{
+    m_server->bounds.setHeight(3000);
+    m_server->page = noisePage({m_server->view().width(), 31000});
+    ScrollCapture capture(target(viewOnScreen()));
+    const ScrollCapture::Result result = capture.run();
+    QCOMPARE(result.picture.height(), 30000);
+    QCOMPARE(result.picture, m_server->page.copy(0, 0, m_server->page.width(), 30000));
+    QVERIFY(!result.note.isEmpty());
+}
+
+void TestScrollCapture::nothingScrolls()
+{
+    m_server->page = noisePage(m_server->view().size());
+    ScrollCapture whole(target());
+    ScrollCapture::Result result = whole.run();
+    QCOMPARE(result.picture, m_server->picture({}, {s_number}));
+    QVERIFY(!result.note.isEmpty());
+
+    m_server->bounds = {};
+    ScrollCapture gone(target());
+    result = gone.run();
+    QVERIFY(result.picture.isNull());
+    QVERIFY(!result.note.isEmpty());
+}
+
+QTEST_MAIN(TestScrollCapture)
+#include "test_scrollcapture.moc"

@@ -1,0 +1,153 @@
+// What the helper tells whoever started it, and what it leaves behind.
+
+#include "fakedesktop.h"
+#include "helper/snapworkbenchhelper.h"
+
+#include <QDir>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+struct Status {
+    int code = 0;
+    QString path{};
+    int failure = 0;
+    QString text{};
+};
+QList<Status> s_told;
+
+void listen(void *, int status, const char *path, int failure, const char *text)
+{
+    s_told.append({status, QString::fromUtf8(path), failure, QString::fromUtf8(text)});
+}
+
+QList<int> codes()
+{
+    QList<int> result;
+    for (const Status &status : s_told)
+        result.append(status.code);
+    return result;
+}
+
+}  // namespace
+
+class TestServer : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup() { GWSnapWorkbenchStartMessageServer(nullptr); }
+    void permission();  // first: the answer holds for the whole run
+    void menu();
+    void folderGone();
+    void stopped();
+    void oneAtATime();
+    void closedWhileWaiting();
+
+private:
+    QByteArray folder() const { return m_folder->path().toUtf8(); }
+
+    std::unique_ptr<FakeDesktop> m_desktop;
+    std::unique_ptr<QTemporaryDir> m_folder;
+};
+
+void TestServer::init()
+{
+    m_desktop = std::make_unique<FakeDesktop>();
+    m_desktop->windows->list = {{.entry = {.number = 5,
+                                           .bounds = QRectF(100, 100, 60, 80),
+                                           .process = 9,
+                                           .kind = WindowServer::Kind::Menu},
+                                 .color = Qt::red}};
+    m_folder = std::make_unique<QTemporaryDir>();
+    s_told.clear();
+    GWSnapWorkbenchStartMessageServer(listen);
+}
+
+void TestServer::menu()
+{
+    m_desktop->windows->pointerPos = {120, 120};
+    GWSnapWorkbenchStartMenuItemCapture(folder().constData());
+    // Nothing comes but through the event loop.
+    QVERIFY(s_told.isEmpty());
+    QTRY_COMPARE(codes(), QList<int>({4, 5}));
+    const QImage picture(s_told.last().path);
+    QCOMPARE(picture.size(), QSize(60, 80));
+    QVERIFY(picture.hasAlphaChannel());
+    QCOMPARE(picture.pixelColor(30, 40), QColor(Qt::red));
+    QCOMPARE(QDir(m_folder->path()).entryList(QDir::Files | QDir::Hidden).size(), 1);
+}
+
+void TestServer::folderGone()
+{
+    m_desktop->windows->pointerPos = {120, 120};
+    GWSnapWorkbenchStartMenuItemCapture(folder().constData());
+    m_folder->remove();
+    QTRY_COMPARE(codes(), QList<int>({4, 7}));
+    QVERIFY(s_told.last().failure != 0);
+    QVERIFY(!s_told.last().text.isEmpty());
+    QVERIFY(!QFile::exists(m_folder->path()));
+}
+
+void TestServer::stopped()
+{
+    GWSnapWorkbenchStopMenuItemCapture();
+    GWSnapWorkbenchStartMenuItemCapture(folder().constData());
+    QTRY_COMPARE(codes(), QList<int>({4}));
+    GWSnapWorkbenchStopMenuItemCapture();
+    GWSnapWorkbenchStopMenuItemCapture();
+    QTRY_COMPARE(codes(), QList<int>({4, 6}));
+    // A new one can be started, and is heard of.
+    m_desktop->windows->pointerPos = {120, 120};
+    GWSnapWorkbenchStartMenuItemCapture(folder().constData());
+    QTRY_COMPARE(codes(), QList<int>({4, 6, 4, 5}));
+}
+
+void TestServer::oneAtATime()
+{
+    m_desktop->windows->pointerPos = {120, 120};
+    GWSnapWorkbenchStartMenuItemCapture(folder().constData());
+    GWSnapWorkbenchStartMenuItemCapture(folder().constData());
+    GWSnapWorkbenchStartMenuItemCapture(nullptr);
+    QTRY_COMPARE(codes(), QList<int>({4, 5}));
+    QTest::qWait(50);
+    QCOMPARE(s_told.size(), 2);
+}
+
+void TestServer::closedWhileWaiting()
+{
+    GWSnapWorkbenchStartMenuItemCapture(folder().constData());
+    GWSnapWorkbenchStartMessageServer(nullptr);
+    QCoreApplication::processEvents();
+    QVERIFY(s_told.isEmpty());
+    // Without anybody to tell nothing starts.
+    GWSnapWorkbenchStartMenuItemCapture(folder().constData());
+    GWSnapWorkbenchStartSessionCapture(folder().constData());
+    GWSnapWorkbenchStopMenuItemCapture();
+    QCoreApplication::processEvents();
+    QVERIFY(s_told.isEmpty());
+}
+
+void TestServer::permission()
+{
+    QVERIFY(!GWSnapWorkbenchIsEnableAccessibilty());
+    bool answered = true;
+    QCOMPARE(GWSnapWorkbenchTestProcessTrusted(&answered), 0);
+    QVERIFY(!answered);
+    GWSnapWorkbenchMakeProcessTrusted();
+    QVERIFY(GWSnapWorkbenchIsEnableAccessibilty());
+    QVERIFY(GWSnapWorkbenchTestProcessTrusted(nullptr) != 0);
+    // A session that starts without the permission is the answer "No", for the whole run.
+    m_desktop->accessibility->enabled = false;
+    GWSnapWorkbenchStartMessageServer(nullptr);
+    GWSnapWorkbenchStartSessionCapture(folder().constData());
+    QCOMPARE(GWSnapWorkbenchTestProcessTrusted(&answered), 0);
+    QVERIFY(answered);
+}
+
+QTEST_MAIN(TestServer)
+#include "test_server.moc"

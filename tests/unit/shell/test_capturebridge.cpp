@@ -1,0 +1,189 @@
+// The bridge to the capture helper: statuses, the folder, and the question before a grab.
+
+#include "config/applicationrecord.h"
+#include "config/settings.h"
+#include "config/xmlstore.h"
+#include "fakedesktop.h"
+#include "helper/snapworkbenchhelper.h"
+#include "shell/capturebridge.h"
+#include "shell/mainwindow.h"
+
+#include <QAbstractButton>
+#include <QDir>
+#include <QMessageBox>
+#include <QStandardPaths>
+#include <QTabWidget>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
+
+using namespace Qt::StringLiterals;
+
+class TestCaptureBridge : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+    void statuses();
+    void finish();
+    void failureIsTold();
+    void folder();
+    void asks_data();
+    void asks();
+
+private:
+    int tabs() const { return m_window->findChild<QTabWidget *>(u"tabWidget"_s)->count(); }
+    /// Presses a button of the message box that opens next, or rejects it; keeps its text.
+    void answer(const QString &button);
+
+    std::unique_ptr<FakeDesktop> m_desktop;
+    std::unique_ptr<QTemporaryDir> m_home;
+    std::unique_ptr<MainWindow> m_window;
+    QString m_asked;
+};
+
+void TestCaptureBridge::init()
+{
+    m_desktop = std::make_unique<FakeDesktop>();
+    m_home = std::make_unique<QTemporaryDir>();
+    qputenv("XDG_CACHE_HOME", m_home->path().toUtf8());
+    g_ResourceFileName = m_home->filePath(u"SnapWorkbench.xml"_s);
+    QFile file(g_ResourceFileName);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write("<Galeway ver=\"1\"/>");
+    file.close();
+    m_window = std::make_unique<MainWindow>();
+    m_window->show();
+    g_MainWindow = m_window.get();
+    Ax_Shared_hlp = AXProjectAppDelegate::sharedDelegate();
+    m_asked.clear();
+}
+
+void TestCaptureBridge::cleanup()
+{
+    g_MainWindow = nullptr;
+    m_window.reset();
+    FreeAllXmlDocument();
+}
+
+void TestCaptureBridge::answer(const QString &button)
+{
+    QTimer::singleShot(0, this, [this, button] {
+        auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
+        QVERIFY(box);
+        m_asked = box->text() + u'|' + box->informativeText();
+        for (QAbstractButton *candidate : box->buttons()) {
+            if (candidate->text() == button) {
+                candidate->click();
+                return;
+            }
+        }
+        box->close();
+    });
+}
+
+void TestCaptureBridge::statuses()
+{
+    GWCaptureStatusCallback(nullptr, 4, nullptr, 0, nullptr);
+    QVERIFY(m_window->isMinimized());
+    for (const int unknown : {0, 3, 8, -1})
+        GWCaptureStatusCallback(nullptr, unknown, nullptr, 0, nullptr);
+    QVERIFY(m_window->isMinimized());
+    GWCaptureStatusCallback(nullptr, 6, nullptr, 0, nullptr);
+    QVERIFY(!m_window->isMinimized());
+
+    GWCaptureStatusCallback(nullptr, 4, nullptr, 0, nullptr);
+    GWCaptureStatusCallback(nullptr, 5, nullptr, 0, nullptr);
+    QVERIFY(!m_window->isMinimized());
+    QCOMPARE(tabs(), 0);
+
+    // One that the user minimised is not in the way, and stays so.
+    m_window->showMinimized();
+    GWCaptureStatusCallback(nullptr, 4, nullptr, 0, nullptr);
+    GWCaptureStatusCallback(nullptr, 6, nullptr, 0, nullptr);
+    QVERIFY(m_window->isMinimized());
+
+    // Until a grab has been started there is nobody to carry out a status.
+    m_window->showNormal();
+    Ax_Shared_hlp = nullptr;
+    GWCaptureStatusCallback(nullptr, 4, nullptr, 0, nullptr);
+    QVERIFY(!m_window->isMinimized());
+}
+
+void TestCaptureBridge::finish()
+{
+    const QString folder = GWSnapWorkbenchGetTempPath();
+    const QString path = folder + u"/picture.png"_s;
+    QImage picture(30, 20, QImage::Format_RGB32);
+    picture.fill(Qt::green);
+    QVERIFY(picture.save(path));
+    m_window->showMinimized();
+    GWCaptureStatusCallback(nullptr, 5, path.toUtf8().constData(), 0, nullptr);
+    QCOMPARE(tabs(), 1);
+    QVERIFY(!m_window->isMinimized());
+    QVERIFY(!QFile::exists(path));
+    QVERIFY(!QFile::exists(folder));
+    // One that is gone becomes an empty document.
+    GWCaptureStatusCallback(nullptr, 5, path.toUtf8().constData(), 0, nullptr);
+    QCOMPARE(tabs(), 2);
+}
+
+void TestCaptureBridge::failureIsTold()
+{
+    answer(u"Continue"_s);
+    GWCaptureStatusCallback(nullptr, 7, nullptr, 12, "no such window");
+    QCOMPARE(m_asked, u"Alert|SnapWorkbench is Failing: no such window: 12"_s);
+}
+
+void TestCaptureBridge::folder()
+{
+    const QString expected = m_home->path() + u"/Brenvale Snap Workbench/AXTempDrawing"_s;
+    QCOMPARE(GWSnapWorkbenchGetTempPath(), expected);
+    QVERIFY(QFileInfo(expected).isDir());
+    const auto others = QFile::ReadGroup | QFile::ReadOther | QFile::ExeGroup | QFile::ExeOther;
+    QVERIFY(!(QFile::permissions(expected) & others));
+    QVERIFY(QFile(expected + u"/kept"_s).open(QIODevice::WriteOnly));
+    QCOMPARE(GWSnapWorkbenchGetTempPath(), expected);
+    QVERIFY(QFile::exists(expected + u"/kept"_s));
+
+    // A file where a folder should be: no grab starts, and nothing is asked.
+    QDir(m_home->path() + u"/Brenvale Snap Workbench"_s).removeRecursively();
+    QVERIFY(QFile(m_home->path() + u"/Brenvale Snap Workbench"_s).open(QIODevice::WriteOnly));
+    QVERIFY(GWSnapWorkbenchGetTempPath().isNull());
+    GWSnapWorkbenchStartCapture();
+    QVERIFY(!m_window->isMinimized());
+}
+
+void TestCaptureBridge::asks_data()
+{
+    QTest::addColumn<bool>("enabled");
+    QTest::addColumn<int>("prompt");
+    QTest::addColumn<QString>("button");  // empty: no question comes
+    QTest::addColumn<int>("goesOn");
+    QTest::addColumn<bool>("enabledAfter");
+    // clang-format off
+    QTest::newRow("enabled")         << true  << 1 << QString()                  << 1 << true;
+    QTest::newRow("not to be asked") << false << 0 << QString()                  << 1 << false;
+    QTest::newRow("no")              << false << 1 << u"No"_s                    << 1 << false;
+    QTest::newRow("enable")          << false << 1 << u"Enable Scroll Capture"_s << 0 << true;
+    QTest::newRow("closed")          << false << 1 << u"closed"_s                << 0 << false;
+    // clang-format on
+}
+
+void TestCaptureBridge::asks()
+{
+    QFETCH(bool, enabled);
+    QFETCH(int, prompt);
+    QFETCH(QString, button);
+    m_desktop->accessibility->enabled = enabled;
+    if (!button.isEmpty())
+        answer(button);
+    QTEST(int(GWSnapWorkbenchTestClientStatus(static_cast<signed char>(prompt))), "goesOn");
+    QCOMPARE(m_asked.isEmpty(), button.isEmpty());
+    QTEST(m_desktop->accessibility->enabled, "enabledAfter");
+}
+
+QTEST_MAIN(TestCaptureBridge)
+#include "test_capturebridge.moc"
