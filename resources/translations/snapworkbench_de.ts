@@ -45,6 +45,39 @@
     </message>
 </context>
 <context>
+    <name>CaptureBridge</name>
+    <message>
+        <source>SnapWorkbench is Failing: %1: %2</source>
+        <translation>SnapWorkbench ist gescheitert: %1: %2</translation>
+    </message>
+    <message>
+        <source>Do you want to enable Scroll Capture?</source>
+        <translation>Möchten Sie die Aufnahme von Bildlaufbereichen einschalten?</translation>
+    </message>
+    <message>
+        <source>Scroll Capture allows you to select the scrolling area by just one click. 
+Click No to continue common capture, or Enable Scroll Capture now?</source>
+        <translation>Damit wählen Sie einen Bildlaufbereich mit nur einem Klick aus. 
+Klicken Sie auf „Nein“, um ohne sie fortzufahren, oder möchten Sie sie jetzt einschalten?</translation>
+    </message>
+    <message>
+        <source>Enable Scroll Capture</source>
+        <translation>Einschalten</translation>
+    </message>
+    <message>
+        <source>No</source>
+        <translation>Nein</translation>
+    </message>
+    <message>
+        <source>Alert</source>
+        <translation>Hinweis</translation>
+    </message>
+    <message>
+        <source>Continue</source>
+        <translation>Fortfahren</translation>
+    </message>
+</context>
+<context>
     <name>CaptureOverlay</name>
     <message>
         <source>Dismiss this menu </source>
@@ -165,6 +198,13 @@ Pfeile       1 Pixel bewegen
 Esc          Abbrechen
 Eingabe      Aufnehmen
 Rücktaste    Punkt löschen</translation>
+    </message>
+</context>
+<context>
+    <name>HelperServer</name>
+    <message>
+        <source>The picture could not be written: %1</source>
+        <translation>Das Bild konnte nicht geschrieben werden: %1</translation>
     </message>
 </context>
 <context>
@@ -362,7 +402,7 @@ Rücktaste    Punkt löschen</translation>
         <translation>Beenden</translation>
     </message>
     <message>
-        <source>Save changes to "%1" ?</source>
+        <source>Save changes to &quot;%1&quot; ?</source>
         <translation>Änderungen an „%1“ speichern?</translation>
     </message>
     <message>
@@ -551,6 +591,13 @@ Rücktaste    Punkt löschen</translation>
     </message>
 </context>
 <context>
+    <name>MenuCapture</name>
+    <message>
+        <source>The menu gave no picture.</source>
+        <translation>Das Menü gab kein Bild her.</translation>
+    </message>
+</context>
+<context>
     <name>QFileDialog</name>
     <message>
         <source>%1 already exists.
@@ -575,6 +622,111 @@ Möchten Sie die Datei ersetzen?</translation>
     <message>
         <source>Clear</source>
         <translation>Löschen</translation>
+    </message>
+</context>
+<context>
+    <name>ScrollCapture</name>
+    <message>
+        <source>The window was closed.</source>
+        <translation>Das Fenster wurde geschlossen.</translation>
+    </message>
+    <message>
+        <source>The window changed its size.</source>
+        <translation>Das Fenster hat seine Größe geändert.</translation>
+    </message>
+    <message>
+        <source>This desktop lets no program turn the wheel.</source>
+        <translation>Auf diesem Desktop darf kein Programm das Mausrad drehen.</translation>
+    </message>
+    <message>
+        <source>Nothing scrolls there: it was taken as it is.</source>
+        <translation>Dort lässt sich nichts rollen: Es wurde aufgenommen, wie es ist.</translation>
+    </message>
+    <message>
+        <source>The content could not be followed.</source>
+        <translation>Dem Inhalt war nicht zu folgen.</translation>
+    </message>
+    <message>
+        <source>Nothing new came for a minute.</source>
+        <translation>Eine Minute lang kam nichts Neues.</translation>
+    </message>
+    <message>
+        <source>The picture has reached its limit of %1 pixels.</source>
+        <translation>Das Bild hat seine Grenze von %1 Pixeln erreicht.</translation>
+    </message>
+    <message>
+        <source>Another window came in front.</source>
+        <translation>Ein anderes Fenster kam davor.</translation>
+    </message>
+    <message>
+        <source>The content could not be followed further.</source>
+        <translation>Dem Inhalt war nicht weiter zu folgen.</translation>
+    </message>
+    <message>
+        <source>The program did not answer for a minute.</source>
+        <translation>Das Programm hat eine Minute lang nicht geantwortet.</translation>
+    </message>
+</context>
+<context>
+    <name>SessionCapture</name>
+    <message>
+        <source>There is no such window any more.</source>
+        <translation>Dieses Fenster gibt es nicht mehr.</translation>
+    </message>
+    <message>
+        <source>Scrolling to the top</source>
+        <translation>Rollt zum Anfang</translation>
+    </message>
+    <message>
+        <source>Return</source>
+        <translation>Eingabe</translation>
+    </message>
+    <message>
+        <source>keeps what there is</source>
+        <translation>behält, was da ist</translation>
+    </message>
+    <message>
+        <source>Escape</source>
+        <translation>Escape</translation>
+    </message>
+    <message>
+        <source>gives up</source>
+        <translation>bricht ab</translation>
+    </message>
+    <message>
+        <source>%1 pixels</source>
+        <translation>%1 Pixel</translation>
+    </message>
+</context>
+<context>
+    <name>SessionOverlay</name>
+    <message>
+        <source>Point at a window</source>
+        <translation>Zeigen Sie auf ein Fenster</translation>
+    </message>
+    <message>
+        <source>Click</source>
+        <translation>Klick</translation>
+    </message>
+    <message>
+        <source>takes the window</source>
+        <translation>nimmt das Fenster auf</translation>
+    </message>
+    <message>
+        <source>Ctrl+click, Return</source>
+        <translation>Strg+Klick, Eingabe</translation>
+    </message>
+    <message>
+        <source>takes all that scrolls in it</source>
+        <translation>nimmt alles auf, was darin rollt</translation>
+    </message>
+    <message>
+        <source>Escape</source>
+        <translation>Escape</translation>
+    </message>
+    <message>
+        <source>gives up</source>
+        <translation>bricht ab</translation>
     </message>
 </context>
 <context>

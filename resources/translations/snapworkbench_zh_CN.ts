@@ -45,6 +45,39 @@
     </message>
 </context>
 <context>
+    <name>CaptureBridge</name>
+    <message>
+        <source>SnapWorkbench is Failing: %1: %2</source>
+        <translation>SnapWorkbench 出错：%1：%2</translation>
+    </message>
+    <message>
+        <source>Do you want to enable Scroll Capture?</source>
+        <translation>要启用滚动截图吗？</translation>
+    </message>
+    <message>
+        <source>Scroll Capture allows you to select the scrolling area by just one click. 
+Click No to continue common capture, or Enable Scroll Capture now?</source>
+        <translation>滚动截图让您只需单击一次即可选中滚动区域。
+单击“否”继续普通截图，还是现在启用滚动截图？</translation>
+    </message>
+    <message>
+        <source>Enable Scroll Capture</source>
+        <translation>启用滚动截图</translation>
+    </message>
+    <message>
+        <source>No</source>
+        <translation>否</translation>
+    </message>
+    <message>
+        <source>Alert</source>
+        <translation>提示</translation>
+    </message>
+    <message>
+        <source>Continue</source>
+        <translation>继续</translation>
+    </message>
+</context>
+<context>
     <name>CaptureOverlay</name>
     <message>
         <source>Dismiss this menu </source>
@@ -165,6 +198,13 @@ Ctrl+E       切换视图
 Esc          取消截取
 Enter        完成截取
 Backspace    删除最后一点</translation>
+    </message>
+</context>
+<context>
+    <name>HelperServer</name>
+    <message>
+        <source>The picture could not be written: %1</source>
+        <translation>无法写入图片：%1</translation>
     </message>
 </context>
 <context>
@@ -362,7 +402,7 @@ Backspace    删除最后一点</translation>
         <translation>退出</translation>
     </message>
     <message>
-        <source>Save changes to "%1" ?</source>
+        <source>Save changes to &quot;%1&quot; ?</source>
         <translation>是否保存对“%1”的更改？</translation>
     </message>
     <message>
@@ -551,6 +591,13 @@ Backspace    删除最后一点</translation>
     </message>
 </context>
 <context>
+    <name>MenuCapture</name>
+    <message>
+        <source>The menu gave no picture.</source>
+        <translation>未能获取菜单的图像。</translation>
+    </message>
+</context>
+<context>
     <name>QFileDialog</name>
     <message>
         <source>%1 already exists.
@@ -575,6 +622,111 @@ Do you want to replace it?</source>
     <message>
         <source>Clear</source>
         <translation>清除</translation>
+    </message>
+</context>
+<context>
+    <name>ScrollCapture</name>
+    <message>
+        <source>The window was closed.</source>
+        <translation>窗口已关闭。</translation>
+    </message>
+    <message>
+        <source>The window changed its size.</source>
+        <translation>窗口大小已改变。</translation>
+    </message>
+    <message>
+        <source>This desktop lets no program turn the wheel.</source>
+        <translation>此桌面不允许程序转动鼠标滚轮。</translation>
+    </message>
+    <message>
+        <source>Nothing scrolls there: it was taken as it is.</source>
+        <translation>此处没有可滚动的内容，已按原样截取。</translation>
+    </message>
+    <message>
+        <source>The content could not be followed.</source>
+        <translation>无法跟踪滚动内容。</translation>
+    </message>
+    <message>
+        <source>Nothing new came for a minute.</source>
+        <translation>一分钟内没有新内容。</translation>
+    </message>
+    <message>
+        <source>The picture has reached its limit of %1 pixels.</source>
+        <translation>图片已达到 %1 像素的上限。</translation>
+    </message>
+    <message>
+        <source>Another window came in front.</source>
+        <translation>另一个窗口遮住了它。</translation>
+    </message>
+    <message>
+        <source>The content could not be followed further.</source>
+        <translation>无法继续跟踪滚动内容。</translation>
+    </message>
+    <message>
+        <source>The program did not answer for a minute.</source>
+        <translation>程序一分钟没有响应。</translation>
+    </message>
+</context>
+<context>
+    <name>SessionCapture</name>
+    <message>
+        <source>There is no such window any more.</source>
+        <translation>该窗口已不存在。</translation>
+    </message>
+    <message>
+        <source>Scrolling to the top</source>
+        <translation>正在滚动到顶部</translation>
+    </message>
+    <message>
+        <source>Return</source>
+        <translation>回车键</translation>
+    </message>
+    <message>
+        <source>keeps what there is</source>
+        <translation>保留已截取的部分</translation>
+    </message>
+    <message>
+        <source>Escape</source>
+        <translation>Esc 键</translation>
+    </message>
+    <message>
+        <source>gives up</source>
+        <translation>放弃</translation>
+    </message>
+    <message>
+        <source>%1 pixels</source>
+        <translation>%1 像素</translation>
+    </message>
+</context>
+<context>
+    <name>SessionOverlay</name>
+    <message>
+        <source>Point at a window</source>
+        <translation>请指向一个窗口</translation>
+    </message>
+    <message>
+        <source>Click</source>
+        <translation>单击</translation>
+    </message>
+    <message>
+        <source>takes the window</source>
+        <translation>截取该窗口</translation>
+    </message>
+    <message>
+        <source>Ctrl+click, Return</source>
+        <translation>Ctrl+单击、回车键</translation>
+    </message>
+    <message>
+        <source>takes all that scrolls in it</source>
+        <translation>截取其中全部滚动内容</translation>
+    </message>
+    <message>
+        <source>Escape</source>
+        <translation>Esc 键</translation>
+    </message>
+    <message>
+        <source>gives up</source>
+        <translation>放弃</translation>
     </message>
 </context>
 <context>
