@@ -697,6 +697,10 @@ Möchten Sie die Datei ersetzen?</translation>
         <source>%1 pixels</source>
         <translation>%1 Pixel</translation>
     </message>
+    <message>
+        <source>%1 pixels were taken.</source>
+        <translation>%1 Pixel wurden aufgenommen.</translation>
+    </message>
 </context>
 <context>
     <name>SessionOverlay</name>

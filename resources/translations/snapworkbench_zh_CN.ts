@@ -697,6 +697,10 @@ Do you want to replace it?</source>
         <source>%1 pixels</source>
         <translation>%1 像素</translation>
     </message>
+    <message>
+        <source>%1 pixels were taken.</source>
+        <translation>已截取 %1 像素。</translation>
+    </message>
 </context>
 <context>
     <name>SessionOverlay</name>

@@ -18,6 +18,7 @@ constexpr int s_padding = 14;
 constexpr int s_columnGap = 16;
 constexpr int s_lineGap = 6;
 constexpr int s_headlineSpan = 2;
+constexpr int s_fromEdge = 48;
 constexpr int s_gap = 12;  // device pixels between the plate and what it tells about
 
 QLabel *label(const QString &text, const QString &colour)
@@ -92,18 +93,39 @@ QPoint HintPlate::place(QSize size, const QRect &area, const QList<QRect> &scree
     return {seen.x() + seen.width() - size.width() - s_gap, seen.y() + s_gap};
 }
 
-void HintPlate::showBeside(const QRect &area)
+// To what is on it, in device pixels.
+QSize HintPlate::fitted()
 {
     adjustSize();
+    return (QSizeF(size()) * devicePixelRatioF()).toSize();
+}
+
+void HintPlate::showAt(QPoint corner)
+{
     WindowServer &server = *services().windows;
-    const QSize pixels = (QSizeF(size()) * devicePixelRatioF()).toSize();
-    const QPoint corner = place(pixels, area, server.screens());
     if (isVisible()) {
         server.moveWindow(this, corner);
-        return;
+    } else {
+        server.coverArea(this, {corner, fitted()});
+        show();
     }
-    server.coverArea(this, {corner, pixels});
-    show();
+}
+
+void HintPlate::showBeside(const QRect &area)
+{
+    showAt(place(fitted(), area, services().windows->screens()));
+}
+
+void HintPlate::showAtFoot(QPoint at)
+{
+    const QList<QRect> screens = services().windows->screens();
+    const auto found = std::find_if(screens.begin(), screens.end(),
+                                    [at](const QRect &screen) { return screen.contains(at); });
+    const QRect screen = found == screens.end() ? screens.first() : *found;
+    const QSize box = fitted();
+    const int fromEdge = qRound(s_fromEdge * devicePixelRatioF());
+    showAt({screen.x() + (screen.width() - box.width()) / 2,
+            screen.y() + screen.height() - box.height() - fromEdge});
 }
 
 void HintPlate::paintEvent(QPaintEvent * /*event*/)

@@ -20,6 +20,8 @@ public:
     /// Shows a plate without a parent near a rectangle, on its screen, where it covers least of it.
     /// Global device pixels.
     void showBeside(const QRect &area);
+    /// The same at the foot of the screen that holds a point.
+    void showAtFoot(QPoint at);
 
     /// The place for a box of `size` beside `area`: outside of it where a screen has room, else in
     /// its top right corner. Global device pixels.
@@ -29,6 +31,9 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
+    QSize fitted();
+    void showAt(QPoint corner);
+
     QGridLayout *m_grid;
     QLabel *m_headline;
 };

@@ -93,14 +93,31 @@ QImage ScrollCapture::cropped(const QImage &view) const
     return m_crop == view.rect() ? view : view.copy(m_crop);
 }
 
-bool ScrollCapture::isCovered() const
+// Whether a turn of the wheel would reach the window, and no other.
+bool ScrollCapture::isReachable() const
 {
     const auto windows =
         services().windows->windows(WindowServer::List::AtAndAbove, m_target.window);
-    return std::any_of(windows.begin(), windows.end(), [this](const auto &window) {
-        return window.number != m_target.window && window.process != ownProcess() &&
-               window.bounds.contains(m_target.anchor);
-    });
+    return !windows.isEmpty() &&
+           std::none_of(windows.begin(), windows.end(), [this](const auto &window) {
+               return window.number != m_target.window && window.process != ownProcess() &&
+                      window.bounds.contains(m_target.anchor);
+           });
+}
+
+// What comes in front may be a mere tip. False when the capture ends here.
+bool ScrollCapture::waitUntilReachable()
+{
+    for (int waited = 0; !isReachable(); waited += s_settle) {
+        QImage view;
+        if (!look(view))
+            return false;
+        if (waited >= s_coverPatience)
+            endWith(tr("Another window came in front."));
+        if (m_ended || !pause(s_settle))
+            return false;
+    }
+    return true;
 }
 
 // Turns the wheel, down for more than 0 and not at all for 0, and waits until the view has moved
@@ -109,6 +126,8 @@ ScrollCapture::Turn ScrollCapture::turn(int clicks, int patience)
 {
     const Stop stop = m_stop;
     const QImage before = cropped(m_view);
+    if (clicks != 0 && !isReachable())
+        return Turn::Nothing;
     if (clicks != 0 && !services().windows->turnWheel(m_target.anchor, clicks)) {
         endWith(tr("This desktop lets no program turn the wheel."));
         return Turn::Nothing;
@@ -224,16 +243,8 @@ void ScrollCapture::goDown()
 // to go, and becomes how far to go next.
 bool ScrollCapture::step(int &clicks)
 {
-    for (int waited = 0; isCovered(); waited += s_settle) {
-        if (waited >= s_coverPatience) {
-            endWith(tr("Another window came in front."));
-            return false;
-        }
-        if (!pause(s_settle))
-            return false;
-    }
     // Pictures may have arrived since the last look.
-    if (!look(m_view))
+    if (!waitUntilReachable() || !look(m_view))
         return false;
     m_stitcher.add(cropped(m_view));
     const QImage accepted = cropped(m_view);
@@ -267,7 +278,7 @@ bool ScrollCapture::goesOn()
 {
     Turn answer = turn(-1, s_patienceUp);
     // What it was told it does when it comes to itself, so it is told no more.
-    while (answer == Turn::Nothing && m_stop == Stop::None && !m_ended) {
+    while (answer == Turn::Nothing && m_stop == Stop::None && !m_ended && waitUntilReachable()) {
         if (m_sinceProgress.elapsed() >= s_progressLimit)
             endWith(tr("The program did not answer for a minute."));
         answer = turn(0, s_patienceDown);

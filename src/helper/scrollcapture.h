@@ -69,7 +69,8 @@ private:
     void putBack(const QImage &original);
     bool goTo(int row);
     void goDownTo(const QImage &wanted);
-    bool isCovered() const;
+    bool isReachable() const;
+    bool waitUntilReachable();
     void endWith(const QString &note);
 
     const Target m_target;

@@ -16,11 +16,12 @@ constexpr int s_noteTime = 6000;  // ms
 
 // The picture is on its way; what is to be said about it stays for a while, and goes with the
 // program at the latest.
-void leaveNote(std::unique_ptr<HintPlate> panel, const QString &note, const QRect &beside)
+void leaveNote(std::unique_ptr<HintPlate> panel, const QString &note, int rows, QPoint at)
 {
     panel->clearLines();
-    panel->setHeadline(note);
-    panel->showBeside(beside);
+    panel->setHeadline(note + u' ' +
+                       SessionCapture::tr("%1 pixels were taken.").arg(QLocale().toString(rows)));
+    panel->showAtFoot(at);
     HintPlate *plate = panel.release();
     QTimer::singleShot(s_noteTime, plate, &QObject::deleteLater);
     QObject::connect(qApp, &QCoreApplication::aboutToQuit, plate, &QObject::deleteLater);
@@ -87,7 +88,7 @@ void SessionCapture::takeContent(const SessionOverlay::Choice &choice)
         return;
     if (!result.picture.isNull()) {
         if (!result.note.isEmpty())
-            leaveNote(std::move(panel), result.note, beside);
+            leaveNote(std::move(panel), result.note, result.picture.height(), choice.pointer);
         emit taken(std::exchange(result.picture, {}));
     } else if (!result.note.isEmpty()) {
         panel.reset();
