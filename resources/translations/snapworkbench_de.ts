@@ -593,8 +593,8 @@ Rücktaste    Punkt löschen</translation>
 <context>
     <name>MenuCapture</name>
     <message>
-        <source>The menu gave no picture.</source>
-        <translation>Das Menü gab kein Bild her.</translation>
+        <source>The menu gave no picture</source>
+        <translation>Das Menü gab kein Bild her</translation>
     </message>
 </context>
 <context>
@@ -627,56 +627,64 @@ Möchten Sie die Datei ersetzen?</translation>
 <context>
     <name>ScrollCapture</name>
     <message>
-        <source>The window was closed.</source>
-        <translation>Das Fenster wurde geschlossen.</translation>
+        <source>Scrolling to the top</source>
+        <translation>Rollt zum Anfang</translation>
     </message>
     <message>
-        <source>The window changed its size.</source>
-        <translation>Das Fenster hat seine Größe geändert.</translation>
+        <source>Putting it back</source>
+        <translation>Stellt die alte Stelle wieder her</translation>
     </message>
     <message>
-        <source>This desktop lets no program turn the wheel.</source>
-        <translation>Auf diesem Desktop darf kein Programm das Mausrad drehen.</translation>
+        <source>%1 pixels</source>
+        <translation>%1 Pixel</translation>
     </message>
     <message>
-        <source>Nothing scrolls there: it was taken as it is.</source>
-        <translation>Dort lässt sich nichts rollen: Es wurde aufgenommen, wie es ist.</translation>
+        <source>The window left the screen</source>
+        <translation>Das Fenster ist vom Bildschirm verschwunden</translation>
     </message>
     <message>
-        <source>The content could not be followed.</source>
-        <translation>Dem Inhalt war nicht zu folgen.</translation>
+        <source>The window changed its size</source>
+        <translation>Das Fenster hat seine Größe geändert</translation>
     </message>
     <message>
-        <source>Nothing new came for a minute.</source>
-        <translation>Eine Minute lang kam nichts Neues.</translation>
+        <source>Another window came in front</source>
+        <translation>Ein anderes Fenster kam davor</translation>
     </message>
     <message>
-        <source>The picture has reached its limit of %1 pixels.</source>
-        <translation>Das Bild hat seine Grenze von %1 Pixeln erreicht.</translation>
+        <source>Let go of all keys and buttons</source>
+        <translation>Lassen Sie alle Tasten los</translation>
     </message>
     <message>
-        <source>Another window came in front.</source>
-        <translation>Ein anderes Fenster kam davor.</translation>
+        <source>This desktop lets no program turn the wheel</source>
+        <translation>Auf diesem Desktop darf kein Programm das Mausrad drehen</translation>
     </message>
     <message>
-        <source>The content could not be followed further.</source>
-        <translation>Dem Inhalt war nicht weiter zu folgen.</translation>
+        <source>Nothing scrolls there: it was taken as it is</source>
+        <translation>Dort lässt sich nichts rollen: Es wurde aufgenommen, wie es ist</translation>
     </message>
     <message>
-        <source>The program did not answer for a minute.</source>
-        <translation>Das Programm hat eine Minute lang nicht geantwortet.</translation>
+        <source>The content could not be followed</source>
+        <translation>Dem Inhalt war nicht zu folgen</translation>
+    </message>
+    <message>
+        <source>Nothing new came for a minute</source>
+        <translation>Eine Minute lang kam nichts Neues</translation>
+    </message>
+    <message>
+        <source>The picture has reached its limit of %1 pixels</source>
+        <translation>Das Bild hat seine Grenze von %1 Pixeln erreicht</translation>
+    </message>
+    <message>
+        <source>The content could not be followed further</source>
+        <translation>Dem Inhalt war nicht weiter zu folgen</translation>
+    </message>
+    <message>
+        <source>The program did not answer for a minute</source>
+        <translation>Das Programm hat eine Minute lang nicht geantwortet</translation>
     </message>
 </context>
 <context>
     <name>SessionCapture</name>
-    <message>
-        <source>There is no such window any more.</source>
-        <translation>Dieses Fenster gibt es nicht mehr.</translation>
-    </message>
-    <message>
-        <source>Scrolling to the top</source>
-        <translation>Rollt zum Anfang</translation>
-    </message>
     <message>
         <source>Return</source>
         <translation>Eingabe</translation>
@@ -694,12 +702,12 @@ Möchten Sie die Datei ersetzen?</translation>
         <translation>bricht ab</translation>
     </message>
     <message>
-        <source>%1 pixels</source>
-        <translation>%1 Pixel</translation>
+        <source>There is no such window any more</source>
+        <translation>Dieses Fenster gibt es nicht mehr</translation>
     </message>
     <message>
-        <source>%1 pixels were taken.</source>
-        <translation>%1 Pixel wurden aufgenommen.</translation>
+        <source>%1 (%2 pixels were taken)</source>
+        <translation>%1 (%2 Pixel wurden aufgenommen)</translation>
     </message>
 </context>
 <context>

@@ -593,8 +593,8 @@ Backspace    删除最后一点</translation>
 <context>
     <name>MenuCapture</name>
     <message>
-        <source>The menu gave no picture.</source>
-        <translation>未能获取菜单的图像。</translation>
+        <source>The menu gave no picture</source>
+        <translation>未能获取菜单的图像</translation>
     </message>
 </context>
 <context>
@@ -627,56 +627,64 @@ Do you want to replace it?</source>
 <context>
     <name>ScrollCapture</name>
     <message>
-        <source>The window was closed.</source>
-        <translation>窗口已关闭。</translation>
+        <source>Scrolling to the top</source>
+        <translation>正在滚动到顶部</translation>
     </message>
     <message>
-        <source>The window changed its size.</source>
-        <translation>窗口大小已改变。</translation>
+        <source>Putting it back</source>
+        <translation>正在恢复原位置</translation>
     </message>
     <message>
-        <source>This desktop lets no program turn the wheel.</source>
-        <translation>此桌面不允许程序转动鼠标滚轮。</translation>
+        <source>%1 pixels</source>
+        <translation>%1 像素</translation>
     </message>
     <message>
-        <source>Nothing scrolls there: it was taken as it is.</source>
-        <translation>此处没有可滚动的内容，已按原样截取。</translation>
+        <source>The window left the screen</source>
+        <translation>窗口已从屏幕上消失</translation>
     </message>
     <message>
-        <source>The content could not be followed.</source>
-        <translation>无法跟踪滚动内容。</translation>
+        <source>The window changed its size</source>
+        <translation>窗口大小已改变</translation>
     </message>
     <message>
-        <source>Nothing new came for a minute.</source>
-        <translation>一分钟内没有新内容。</translation>
+        <source>Another window came in front</source>
+        <translation>另一个窗口遮住了它</translation>
     </message>
     <message>
-        <source>The picture has reached its limit of %1 pixels.</source>
-        <translation>图片已达到 %1 像素的上限。</translation>
+        <source>Let go of all keys and buttons</source>
+        <translation>请松开所有按键和鼠标按钮</translation>
     </message>
     <message>
-        <source>Another window came in front.</source>
-        <translation>另一个窗口遮住了它。</translation>
+        <source>This desktop lets no program turn the wheel</source>
+        <translation>此桌面不允许程序转动鼠标滚轮</translation>
     </message>
     <message>
-        <source>The content could not be followed further.</source>
-        <translation>无法继续跟踪滚动内容。</translation>
+        <source>Nothing scrolls there: it was taken as it is</source>
+        <translation>此处没有可滚动的内容，已按原样截取</translation>
     </message>
     <message>
-        <source>The program did not answer for a minute.</source>
-        <translation>程序一分钟没有响应。</translation>
+        <source>The content could not be followed</source>
+        <translation>无法跟踪滚动内容</translation>
+    </message>
+    <message>
+        <source>Nothing new came for a minute</source>
+        <translation>一分钟内没有新内容</translation>
+    </message>
+    <message>
+        <source>The picture has reached its limit of %1 pixels</source>
+        <translation>图片已达到 %1 像素的上限</translation>
+    </message>
+    <message>
+        <source>The content could not be followed further</source>
+        <translation>无法继续跟踪滚动内容</translation>
+    </message>
+    <message>
+        <source>The program did not answer for a minute</source>
+        <translation>程序一分钟没有响应</translation>
     </message>
 </context>
 <context>
     <name>SessionCapture</name>
-    <message>
-        <source>There is no such window any more.</source>
-        <translation>该窗口已不存在。</translation>
-    </message>
-    <message>
-        <source>Scrolling to the top</source>
-        <translation>正在滚动到顶部</translation>
-    </message>
     <message>
         <source>Return</source>
         <translation>回车键</translation>
@@ -694,12 +702,12 @@ Do you want to replace it?</source>
         <translation>放弃</translation>
     </message>
     <message>
-        <source>%1 pixels</source>
-        <translation>%1 像素</translation>
+        <source>There is no such window any more</source>
+        <translation>该窗口已不存在</translation>
     </message>
     <message>
-        <source>%1 pixels were taken.</source>
-        <translation>已截取 %1 像素。</translation>
+        <source>%1 (%2 pixels were taken)</source>
+        <translation>%1（已截取 %2 像素）</translation>
     </message>
 </context>
 <context>

@@ -18,6 +18,8 @@ constexpr int s_hideRounds = 100;
 
 void HelperJob::run()
 {
+    if (m_isDismissed)
+        return;
     m_isRunning = true;
     start();
     m_isRunning = false;

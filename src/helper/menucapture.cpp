@@ -2,6 +2,7 @@
 
 #include "platform/services.h"
 
+#include <algorithm>
 #include <chrono>
 
 using namespace std::chrono_literals;
@@ -13,6 +14,8 @@ constexpr auto s_lookInterval = 40ms;
 QImage windowPicture(int number) { return services().windows->picture(std::nullopt, {number}); }
 
 }  // namespace
+
+MenuCapture::~MenuCapture() { end(); }
 
 void MenuCapture::start()
 {
@@ -31,6 +34,8 @@ void MenuCapture::abort() { end(); }
 
 void MenuCapture::end()
 {
+    if (!m_look.isActive())
+        return;
     m_look.stop();
     services().keys->stop();
     m_ring.reset();
@@ -43,6 +48,13 @@ void MenuCapture::look()
     if (m_ring) {
         const int ring = server.numberOf(m_ring.get());
         windows.removeIf([ring](const auto &window) { return window.number == ring; });
+    }
+    // What fills a screen and says nothing of itself locks it, most likely.
+    const QList<QRect> screens = server.screens();
+    for (WindowServer::Entry &window : windows) {
+        if (std::any_of(screens.begin(), screens.end(),
+                        [&window](const QRect &screen) { return window.bounds.contains(screen); }))
+            window.kind = WindowServer::Kind::Other;
     }
     const QPoint pointer = server.pointer();
     switch (m_watch.look(windows, pointer, m_clock.elapsed())) {
@@ -58,7 +70,7 @@ void MenuCapture::look()
         end();
         const QImage picture = pictureOfMenus(m_watch.menus(), windowPicture);
         if (picture.isNull())
-            emit failed(NoPicture, tr("The menu gave no picture."));
+            emit failed(NoPicture, tr("The menu gave no picture"));
         else
             emit taken(picture);
         break;

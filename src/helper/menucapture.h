@@ -17,6 +17,9 @@
 class MenuCapture : public HelperJob
 {
     Q_OBJECT
+public:
+    ~MenuCapture() override;
+
 protected:
     void start() override;
     void abort() override;

@@ -646,6 +646,20 @@ Movement Pair::movement(const Fit &fit) const
             .bottom = bottom};
 }
 
+std::vector<quint64> rowHashes(const Cells &cells, int rows)
+{
+    constexpr quint64 factor = 0x9e3779b97f4a7c15;
+    std::vector<quint64> result(static_cast<size_t>(rows));
+    for (int index = 0; index < cells.bands(); ++index) {
+        const Hash *band = cells.band(index);
+        for (size_t y = 0; y < result.size(); ++y) {
+            result[y] = (result[y] ^ band[y]) * factor;
+            result[y] ^= result[y] >> 32;
+        }
+    }
+    return result;
+}
+
 // The colour that most of an area has, looked at here and there.
 QRgb commonColour(const QImage &image, const QRect &area)
 {
@@ -701,6 +715,31 @@ Movement findMovement(const QImage &before, const QImage &after, int expected)
         if (fit->rows == expected)
             return pair.movement(*fit);
     return {.kind = Movement::Kind::Doubtful};
+}
+
+// Rows that come but once in a view tell: in a listing, or a table, most cells of a view that has
+// scrolled look as if they were still there.
+bool isInPlace(const QImage &before, const QImage &after)
+{
+    if (before.isNull() || before.size() != after.size())
+        return false;
+    const QImage earlier = plain(before);
+    const QImage later = plain(after);
+    const QRgb mask = visibleBits(earlier, later);
+    const std::vector<quint64> was = rowHashes(Cells(earlier, mask), before.height());
+    const std::vector<quint64> is = rowHashes(Cells(later, mask), before.height());
+    std::unordered_map<quint64, int> seen;
+    for (const quint64 hash : was)
+        ++seen[hash];
+    int unique = 0;
+    int kept = 0;
+    for (size_t y = 0; y < was.size(); ++y) {
+        if (seen[was[y]] != 1)
+            continue;
+        ++unique;
+        kept += was[y] == is[y];
+    }
+    return unique > 0 && kept * 3 >= unique;
 }
 
 QRect scrollingArea(const QImage &before, const QImage &after, const Movement &movement)

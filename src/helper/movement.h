@@ -21,6 +21,10 @@ struct Movement {
 /// that the pixels alone can't tell apart, and nothing else.
 Movement findMovement(const QImage &before, const QImage &after, int expected = 0);
 
+/// Whether most of what can be told apart in a view is where it was, however much of the rest has
+/// changed.
+bool isInPlace(const QImage &before, const QImage &after);
+
 /// The area that scrolls, for a view of a whole window that nothing else names: what moved, widened
 /// over the plain ground around it up to the next edge (scroll bar, frame, tool bar).
 QRect scrollingArea(const QImage &before, const QImage &after, const Movement &movement);

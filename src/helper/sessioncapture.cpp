@@ -12,22 +12,13 @@
 
 namespace {
 
-constexpr int s_noteTime = 6000;  // ms
-
-// The picture is on its way; what is to be said about it stays for a while, and goes with the
-// program at the latest.
-void leaveNote(std::unique_ptr<HintPlate> panel, const QString &note, int rows, QPoint at)
-{
-    panel->clearLines();
-    panel->setHeadline(note + u' ' +
-                       SessionCapture::tr("%1 pixels were taken.").arg(QLocale().toString(rows)));
-    panel->showAtFoot(at);
-    HintPlate *plate = panel.release();
-    QTimer::singleShot(s_noteTime, plate, &QObject::deleteLater);
-    QObject::connect(qApp, &QCoreApplication::aboutToQuit, plate, &QObject::deleteLater);
-}
+constexpr int s_noteTime = 4000;  // ms
 
 }  // namespace
+
+SessionCapture::SessionCapture() = default;
+
+SessionCapture::~SessionCapture() = default;
 
 void SessionCapture::start()
 {
@@ -55,25 +46,24 @@ void SessionCapture::start()
     if (choice && choice->content)
         takeContent(*choice);
     else if (window.isNull())
-        emit failed(NoWindow, tr("There is no such window any more."));
+        emit failed(NoWindow, tr("There is no such window any more"));
     else
         emit taken(window);
 }
 
 void SessionCapture::takeContent(const SessionOverlay::Choice &choice)
 {
-    const QRect beside = choice.area.isEmpty() ? choice.window.bounds.toRect() : choice.area;
-    auto panel = std::make_unique<HintPlate>(nullptr);
-    panel->setHeadline(tr("Scrolling to the top"));
-    panel->addLine(tr("Return"), tr("keeps what there is"));
-    panel->addLine(tr("Escape"), tr("gives up"));
-    panel->showBeside(beside);
-
+    m_panel = std::make_unique<HintPlate>(nullptr);
+    m_panel->addLine(tr("Return"), tr("keeps what there is"));
+    m_panel->addLine(tr("Escape"), tr("gives up"));
+    const QRect beside = choice.window.bounds.toRect();
     ScrollCapture scroll(
         {.window = choice.window.number, .area = choice.area, .anchor = choice.pointer});
-    connect(&scroll, &ScrollCapture::progressed, panel.get(), [&panel](int rows) {
-        panel->setHeadline(tr("%1 pixels").arg(QLocale().toString(rows)));
-    });
+    connect(&scroll, &ScrollCapture::progressed, m_panel.get(),
+            [this, beside](const QString &text) {
+                m_panel->setHeadline(text);
+                m_panel->showBeside(beside);
+            });
     services().keys->start({Qt::Key_Escape, Qt::Key_Return}, [&scroll](Qt::Key key) {
         if (key == Qt::Key_Return)
             scroll.keep();
@@ -83,27 +73,42 @@ void SessionCapture::takeContent(const SessionOverlay::Choice &choice)
     m_scroll = &scroll;
     ScrollCapture::Result result = scroll.run();
     m_scroll = nullptr;
-    services().keys->stop();
     if (m_aborted)
         return;
-    if (!result.picture.isNull()) {
-        if (!result.note.isEmpty())
-            leaveNote(std::move(panel), result.note, result.picture.height(), choice.pointer);
+    services().keys->stop();
+    if (!result.picture.isNull() && !result.note.isEmpty())
+        leaveNote(result.note, result.picture.height(), choice.pointer);
+    m_panel.reset();
+    if (!result.picture.isNull())
         emit taken(std::exchange(result.picture, {}));
-    } else if (!result.note.isEmpty()) {
-        panel.reset();
+    else if (!result.note.isEmpty())
         emit failed(NoPicture, result.note);
-    } else {
-        panel.reset();
+    else
         emit ended();
-    }
 }
 
+// The picture is on its way; what is to be said about it stays for a while, and goes with the
+// program at the latest.
+void SessionCapture::leaveNote(const QString &note, int rows, QPoint at)
+{
+    m_panel->clearLines();
+    m_panel->setHeadline(tr("%1 (%2 pixels were taken)").arg(note, QLocale().toString(rows)));
+    m_panel->hide();
+    m_panel->showAtFoot(at);
+    HintPlate *plate = m_panel.release();
+    QTimer::singleShot(s_noteTime, plate, &QObject::deleteLater);
+    connect(qApp, &QCoreApplication::aboutToQuit, plate, &QObject::deleteLater);
+}
+
+// Questions that the program asks now must get the keys, and must not be covered.
 void SessionCapture::abort()
 {
     m_aborted = true;
     if (m_overlay)
         m_overlay->reject();
-    if (m_scroll)
-        m_scroll->abandon();
+    if (!m_scroll)
+        return;
+    m_scroll->abandon();
+    services().keys->stop();
+    m_panel->hide();
 }

@@ -3,6 +3,8 @@
 #include "helper/helperjob.h"
 #include "helper/sessionoverlay.h"
 
+#include <memory>
+
 class HintPlate;
 class ScrollCapture;
 
@@ -10,14 +12,20 @@ class ScrollCapture;
 class SessionCapture : public HelperJob
 {
     Q_OBJECT
+public:
+    SessionCapture();
+    ~SessionCapture() override;
+
 protected:
     void start() override;
     void abort() override;
 
 private:
+    void leaveNote(const QString &note, int rows, QPoint at);
     void takeContent(const SessionOverlay::Choice &choice);
 
     bool m_aborted = false;
     SessionOverlay *m_overlay = nullptr;  // while it is open
     ScrollCapture *m_scroll = nullptr;    // while it runs
+    std::unique_ptr<HintPlate> m_panel;
 };

@@ -48,8 +48,12 @@ std::optional<SessionOverlay::Choice> SessionOverlay::choice() const
 
 bool SessionOverlay::eventFilter(QObject *watched, QEvent *event)
 {
+    // What can't be taken is not accepted.
+    const bool isPicked = picked().has_value();
     switch (event->type()) {
     case QEvent::MouseButtonPress:
+        if (!isPicked && static_cast<QMouseEvent *>(event)->button() == Qt::LeftButton)
+            return true;
         m_content = static_cast<QMouseEvent *>(event)->modifiers() & Qt::ControlModifier;
         m_chosenAt = pointer();
         break;
@@ -59,7 +63,8 @@ bool SessionOverlay::eventFilter(QObject *watched, QEvent *event)
             break;
         m_content = true;
         m_chosenAt = pointer();
-        accept();
+        if (isPicked)
+            accept();
         return true;
     }
     default:
@@ -78,8 +83,8 @@ void SessionOverlay::looked()
     const bool isOther = window->number != m_askedWindow;
     if (isOther)
         setScrollingArea({});
-    if (isOther ||
-        (!m_scrollingArea.contains(at) && (at - m_askedAt).manhattanLength() >= s_askDistance))
+    // Also within the area that is known: there may be another one in it.
+    if (isOther || (at - m_askedAt).manhattanLength() >= s_askDistance)
         ask(*window, at);
 }
 

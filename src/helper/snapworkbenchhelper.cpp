@@ -14,8 +14,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// Fast to write and still far smaller than the pixels: the file is read once and removed.
-constexpr int s_quality = 90;
+// Light compression: the file is read once and removed, and a long page is mostly ground.
+constexpr int s_quality = 80;
 
 // The user was asked for the permission and went on without it.
 bool s_answered = false;
@@ -25,7 +25,13 @@ class HelperServer : public QObject
     Q_DECLARE_TR_FUNCTIONS(HelperServer)
 public:
     explicit HelperServer(GWCaptureStatus callback) : m_callback(callback) {}
-    ~HelperServer() override { drop(); }
+    ~HelperServer() override
+    {
+        drop();
+        // Nobody has heard of it.
+        if (!m_undelivered.isEmpty())
+            QFile::remove(m_undelivered);
+    }
 
     void begin(std::unique_ptr<HelperJob> job, const char *folder)
     {
@@ -74,11 +80,13 @@ private:
         QSaveFile file(path);
         const bool written = file.open(QIODevice::WriteOnly) &&
                              picture.save(&file, "PNG", s_quality) && file.commit();
-        if (written)
+        if (written) {
+            m_undelivered = path;
             report(GWCaptureFinished, path.toUtf8());
-        else
-            fail(HelperJob::NotWritten,
-                 tr("The picture could not be written: %1").arg(file.errorString()));
+            return;
+        }
+        fail(HelperJob::NotWritten,
+             tr("The picture could not be written: %1").arg(file.errorString()));
     }
 
     void fail(HelperJob::Failure failure, const QString &text)
@@ -93,6 +101,8 @@ private:
         QMetaObject::invokeMethod(
             this,
             [=, this] {
+                if (!path.isNull())
+                    m_undelivered.clear();
                 m_callback(nullptr, status, path.isNull() ? nullptr : path.constData(), failure,
                            text.constData());
             },
@@ -102,6 +112,7 @@ private:
     GWCaptureStatus m_callback;
     std::unique_ptr<HelperJob> m_job;
     QString m_folder;
+    QString m_undelivered;
 };
 
 std::unique_ptr<HelperServer> s_server;

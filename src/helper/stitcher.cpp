@@ -48,14 +48,55 @@ QRgb *ScrollStitcher::row(int y) const
 
 int ScrollStitcher::rows() const { return std::min(m_heightLimit, m_offset + m_last.height()); }
 
+QImage ScrollStitcher::converted(const QImage &view) const
+{
+    const QImage::Format format = m_last.isNull() ? view.format() : m_last.format();
+    const bool kept =
+        format == QImage::Format_RGB32 || format == QImage::Format_ARGB32_Premultiplied;
+    return view.convertToFormat(kept ? format : QImage::Format_ARGB32_Premultiplied);
+}
+
+void ScrollStitcher::takeOver(const QImage &view)
+{
+    if (view.isNull() || view.size() != m_last.size() || isFull())
+        return;
+    const QImage next = converted(view);
+    takeSpots(next);
+    m_last = next;
+}
+
+// One after the last row of a view that can be compared with what is there: a footer can't.
+int ScrollStitcher::comparableEnd(const QImage &view, int offset) const
+{
+    const bool isKnown = !m_last.isNull() && view.size() == m_last.size() && offset >= 0;
+    return isKnown ? std::min(m_moved.bottom() + 1, m_end - offset) : 0;
+}
+
+int ScrollStitcher::rowsThatDiffer(const QImage &view, int offset) const
+{
+    const int end = comparableEnd(view, offset);
+    const QImage seen = converted(view);
+    const int left = m_moved.left();
+    int result = 0;
+    for (int y = m_moved.top(); y < end; ++y)
+        result += differ(lineOf(seen, y) + left, row(offset + y) + left, m_moved.width(),
+                         visibleBits(seen));
+    return result;
+}
+
+void ScrollStitcher::patch(const QImage &view, int offset, int end)
+{
+    const QImage seen = converted(view);
+    const size_t bytes = sizeof(QRgb) * static_cast<size_t>(view.width());
+    for (int y = m_moved.top(); y < std::min(end, comparableEnd(view, offset)); ++y)
+        std::memcpy(row(offset + y), seen.constScanLine(y), bytes);
+}
+
 Movement ScrollStitcher::add(const QImage &view, int expected)
 {
     if (view.isNull())
         return {};
-    const QImage::Format format = m_last.isNull() ? view.format() : m_last.format();
-    const bool kept =
-        format == QImage::Format_RGB32 || format == QImage::Format_ARGB32_Premultiplied;
-    const QImage next = view.convertToFormat(kept ? format : QImage::Format_ARGB32_Premultiplied);
+    const QImage next = converted(view);
     if (m_last.isNull()) {
         m_last = next;
         return {.kind = Movement::Kind::Still};

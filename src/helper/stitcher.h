@@ -18,6 +18,15 @@ public:
     /// Doubtful and Lost change nothing, and neither does anything once the picture is full.
     Movement add(const QImage &view, int expected = 0);
 
+    /// Takes a view for the last one as it is now: nothing has scrolled since.
+    void takeOver(const QImage &view);
+    /// The row of the content at the top of the last view.
+    int offset() const { return m_offset; }
+    /// Rows of the content that are not as a view shows them whose top is at `offset`.
+    int rowsThatDiffer(const QImage &view, int offset) const;
+    /// Takes these over, down to the row `end` of the view.
+    void patch(const QImage &view, int offset, int end);
+
     /// The height that finish() would give.
     int rows() const;
     bool isFull() const { return rows() >= m_heightLimit; }
@@ -37,6 +46,8 @@ private:
     bool appendMoved(const QImage &view, const Movement &movement);
     bool continues(const QImage &view, int offset, int from) const;
     void takeSpots(const QImage &view);
+    int comparableEnd(const QImage &view, int offset) const;
+    QImage converted(const QImage &view) const;
     QRgb *row(int y) const;
 
     int m_heightLimit;

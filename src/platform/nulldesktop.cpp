@@ -30,6 +30,7 @@ public:
     }
     QPoint pointer() override { return QCursor::pos(); }
     void movePointer(QPoint to) override { QCursor::setPos(to); }
+    bool isHandBusy() override { return false; }
     bool turnWheel(QPoint, int) override { return false; }
     bool hasMenuBar() const override { return false; }
     bool isComposited() override { return false; }

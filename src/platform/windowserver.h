@@ -63,6 +63,8 @@ public:
     virtual QPoint pointer() = 0;
     virtual void movePointer(QPoint to) = 0;
 
+    /// Whether the user holds a mouse button or a key that changes what others mean, as Ctrl.
+    virtual bool isHandBusy() = 0;
     /// Turns the mouse wheel at `at`, down for `clicks` above 0, as if the user had, and leaves the
     /// pointer where it is. False where the window system gives programs no such hand.
     virtual bool turnWheel(QPoint at, int clicks) = 0;

@@ -170,7 +170,9 @@ void GWSnapWorkbenchStatusFinish(const char *path)
     if (g_MainWindow)
         g_MainWindow->ShowImportPicture(path);
     QFile::remove(QString::fromUtf8(path));
-    QDir().rmdir(folderPath());
+    // With whatever a crash has left there. Not through a link: that leads to somebody else's.
+    if (!QFileInfo(folderPath()).isSymLink())
+        QDir(folderPath()).removeRecursively();
 }
 
 void GWSnapWorkbenchShowStrings(const QString &informative)

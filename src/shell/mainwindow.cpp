@@ -217,6 +217,17 @@ void MainWindow::saveSettings()
 
 void MainWindow::leaveGrab() { m_CloseAfterGrab = m_bCapturing; }
 
+void MainWindow::dismissHelper()
+{
+    if (!m_bHelperWorking)
+        return;
+    GWSnapWorkbenchStartMessageServer(nullptr);
+    GWSnapWorkbenchStartMessageServer(GWCaptureStatusCallback);
+    m_bHelperWorking = false;
+    if (HasModified(true))
+        showAfterHelper();
+}
+
 void MainWindow::closeEvent(QCloseEvent *event)
 {
     if (m_bCapturing) {
@@ -227,14 +238,7 @@ void MainWindow::closeEvent(QCloseEvent *event)
         event->ignore();
         return;
     }
-    if (m_bHelperWorking) {
-        // Nobody waits for its picture any more. There may be questions to answer.
-        GWSnapWorkbenchStartMessageServer(nullptr);
-        GWSnapWorkbenchStartMessageServer(GWCaptureStatusCallback);
-        m_bHelperWorking = false;
-        if (HasModified(true))
-            showAfterHelper();
-    }
+    dismissHelper();
     if (!CloseAllFiles()) {
         event->ignore();
         return;

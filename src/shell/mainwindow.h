@@ -83,6 +83,9 @@ public:
     // While the capture helper works on other programs this one is out of the way.
     void hideForHelper();
     void showAfterHelper();
+    /// Ends what the helper does: nobody waits for its picture any more, and there may be questions
+    /// to answer.
+    void dismissHelper();
 
     // Focus.
     /// Brings this program to the front and waits for it, without limit. Null means the main

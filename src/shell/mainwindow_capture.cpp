@@ -434,7 +434,10 @@ void MainWindow::startHelper(HelperGrab grab, void (*start)())
     m_bStartingHelper = true;
     m_HelperGrab = grab;
     start();
-    m_bStartingHelper = false;
+    // Not before the helper's first word has come, which waits in the event loop: which grab it is
+    // about must not change until then.
+    QMetaObject::invokeMethod(
+        this, [this] { m_bStartingHelper = false; }, Qt::QueuedConnection);
 }
 
 void MainWindow::ShowSelectWindow(bool)

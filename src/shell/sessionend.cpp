@@ -18,6 +18,7 @@ SessionEnd::SessionEnd(MainWindow &window) : m_window(window), m_signals([this] 
 void SessionEnd::commit(QSessionManager &manager)
 {
     m_committed = false;
+    m_window.dismissHelper();
     if (m_window.HasModified(true) && manager.allowsInteraction()) {
         const bool goesOn = m_window.saveChanges();
         // Not after release(), which tells the session manager that all is well.

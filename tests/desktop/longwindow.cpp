@@ -5,7 +5,7 @@
 //   smooth  scrolls in small steps, as time goes by
 //   late    what comes into view is grey at first
 // It prints where the viewport lies, as "viewport X Y WIDTH HEIGHT", and each new position of the
-// scroll bar, as "at ROW".
+// scroll bar, as "at ROW". The wheel with Ctrl would zoom, and prints "zoomed".
 
 #include <QApplication>
 #include <QElapsedTimer>
@@ -26,7 +26,7 @@ namespace {
 
 constexpr int s_headerHeight = 48;
 constexpr int s_wheelStep = 51;  // no multiple of the lines' height
-constexpr int s_lateness = 60;   // ms
+constexpr int s_lateness = 300;  // ms
 
 class Header : public QWidget
 {
@@ -105,6 +105,11 @@ public:
 protected:
     void wheelEvent(QWheelEvent *event) override
     {
+        if (event->modifiers() & Qt::ControlModifier) {
+            std::printf("zoomed\n");
+            std::fflush(stdout);
+            return;
+        }
         const int step = -event->angleDelta().y() * s_wheelStep / 120;
         const int from = m_timer.isActive() ? m_target : verticalScrollBar()->value();
         m_target = std::clamp(from + step, 0, verticalScrollBar()->maximum());

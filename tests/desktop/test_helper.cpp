@@ -11,6 +11,8 @@
 #include <QTest>
 
 #include <algorithm>
+#include <cstdlib>
+#include <memory>
 
 #include <X11/keysym.h>
 
@@ -59,6 +61,7 @@ private:
     bool startLong(const QStringList &options);
     void hotKey(xcb_keysym_t letter) { m_desktop->key(letter, {XK_Control_L, XK_Alt_L}); }
     QStringList leftFiles() const;
+    QPoint pointer();
     bool isMinimized();
     /// The windows of an open menu: those that came without a window manager's say.
     QList<TestDesktop::Window> popups(const QList<TestDesktop::Window> &before);
@@ -145,6 +148,16 @@ QStringList TestHelper::leftFiles() const
 {
     const QDir folder(m_desktop->home() + u"/.cache/Brenvale Snap Workbench/AXTempDrawing"_s);
     return folder.entryList(QDir::Files | QDir::Hidden);
+}
+
+QPoint TestHelper::pointer()
+{
+    xcb_connection_t *connection = m_desktop->connection();
+    const std::unique_ptr<xcb_query_pointer_reply_t, decltype(&std::free)> reply(
+        xcb_query_pointer_reply(connection, xcb_query_pointer(connection, m_desktop->root()),
+                                nullptr),
+        std::free);
+    return reply ? QPoint(reply->root_x, reply->root_y) : QPoint();
 }
 
 QList<TestDesktop::Window> TestHelper::popups(const QList<TestDesktop::Window> &before)
@@ -237,10 +250,16 @@ void TestHelper::takesContent()
     } else {
         m_desktop->keyDown(XK_Control_L);
         m_desktop->click(at);
+        // Held longer than it takes to begin.
+        QVERIFY(waitFor([&] { return !m_program->hasOverlay(s_screen); }));
+        QVERIFY(!waitFor([&] { return m_long->canReadLine(); }, 500));
         m_desktop->keyUp(XK_Control_L);
     }
     QVERIFY(m_program->waitForTitle(s_untitled, s_captureLimit));
-    QVERIFY(m_long->readAll().endsWith("at 204\n"));
+    const QByteArray said = m_long->readAll();
+    QVERIFY(said.endsWith("at 204\n"));
+    QVERIFY(!said.contains("zoomed"));
+    QCOMPARE(pointer(), at);
     QVERIFY(leftFiles().isEmpty());
     QImage taken = m_program->saveAs(m_desktop->home() + u"/long.png"_s);
     QImage expected = longPicture({m_viewport.width(), s_longRows});
@@ -383,16 +402,21 @@ void TestHelper::takesMenu()
 void TestHelper::givesUp_data()
 {
     QTest::addColumn<QString>("state");
+    QTest::addColumn<QStringList>("windowManager");
     for (const QString &state : {u"pick"_s, u"pick, right button"_s, u"scrolling"_s, u"menu wait"_s,
                                  u"menu wait, rectangle"_s})
-        QTest::newRow(qPrintable(state)) << state;
+        QTest::newRow(qPrintable(state)) << state << s_compositing;
+    // It has keys of its own with Escape.
+    for (const QString &state : {u"scrolling"_s, u"menu wait"_s})
+        QTest::newRow(qPrintable(state + u", openbox"_s)) << state << s_openbox;
 }
 
 // The pointer, the focus and the content stay with the user.
 void TestHelper::givesUp()
 {
     QFETCH(QString, state);
-    QVERIFY(startDesktop(s_compositing));
+    QFETCH(QStringList, windowManager);
+    QVERIFY(startDesktop(windowManager));
     QVERIFY(startLong({}));
     const QPoint at = m_viewport.center();
     m_desktop->movePointer(at);

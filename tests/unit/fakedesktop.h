@@ -29,6 +29,7 @@ public:
     QPoint pointerPos{};
     bool composited = true;
     bool menuBar = false;
+    bool handBusy = false;
     QHash<const QWidget *, int> numbers{};  ///< of this program's windows
     QList<QRect> covered{};                 ///< what coverArea() was asked for
     QList<const QWidget *> keptOutOfTaskBar{};
@@ -91,6 +92,7 @@ public:
     QList<QRect> screens() override { return screenList; }
     QPoint pointer() override { return pointerPos; }
     void movePointer(QPoint to) override { pointerPos = to; }
+    bool isHandBusy() override { return handBusy; }
     bool turnWheel(QPoint, int) override { return false; }
     bool hasMenuBar() const override { return menuBar; }
     bool isComposited() override { return composited; }
@@ -136,6 +138,28 @@ private:
     Handlers m_handlers;
 };
 
+/// Keys that a test presses.
+class FakeKeyWatch : public KeyWatch
+{
+public:
+    QList<Qt::Key> watched{};  ///< empty while nobody listens
+
+    void start(const QList<Qt::Key> &keys, std::function<void(Qt::Key)> pressed) override
+    {
+        watched = keys;
+        m_pressed = std::move(pressed);
+    }
+    void stop() override { watched.clear(); }
+    void press(Qt::Key key)
+    {
+        if (watched.contains(key))
+            m_pressed(key);
+    }
+
+private:
+    std::function<void(Qt::Key)> m_pressed;
+};
+
 class FakeLoginItem : public LoginItem
 {
 public:
@@ -179,6 +203,7 @@ private:
 struct FakeDesktop {
     FakeWindowServer *windows = nullptr;
     FakeApplicationWatch *watch = nullptr;
+    FakeKeyWatch *keys = nullptr;
     FakeLoginItem *loginItem = nullptr;
     FakeAccessibility *accessibility = nullptr;
 
@@ -186,16 +211,19 @@ struct FakeDesktop {
     {
         auto server = std::make_unique<FakeWindowServer>();
         auto applications = std::make_unique<FakeApplicationWatch>();
+        auto keyWatch = std::make_unique<FakeKeyWatch>();
         auto login = std::make_unique<FakeLoginItem>();
         auto interface = std::make_unique<FakeAccessibility>();
         windows = server.get();
         watch = applications.get();
+        keys = keyWatch.get();
         loginItem = login.get();
         accessibility = interface.get();
         Services made;
         createNullDesktop(made);
         made.windows = std::move(server);
         made.watch = std::move(applications);
+        made.keys = std::move(keyWatch);
         made.loginItem = std::move(login);
         made.accessibility = std::move(interface);
         installServices(std::move(made));

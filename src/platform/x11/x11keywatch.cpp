@@ -1,5 +1,7 @@
 #include "platform/x11/x11keywatch.h"
 
+#include "platform/x11/x11keyboard.h"
+
 #include <QCoreApplication>
 
 #include <array>
@@ -44,12 +46,16 @@ void X11KeyWatch::start(const QList<Qt::Key> &keys, std::function<void(Qt::Key)>
     if (symbols)
         xcb_key_symbols_free(symbols);
     // The grabs keep the keys from the other program. Where one is refused, somebody else has the
-    // key, and pressing it is heard all the same.
+    // key, and pressing it is heard all the same. Not with any modifier at once: window managers
+    // have some of those, and one that is refused would be all.
+    m_locks = readX11Keyboard(m_display).locks;
     for (auto it = m_keys.cbegin(); it != m_keys.cend(); ++it) {
-        const xcb_void_cookie_t cookie =
-            xcb_grab_key_checked(connection, 0, m_display.root(), XCB_MOD_MASK_ANY, it.key(),
-                                 XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
-        xcb_discard_reply(connection, cookie.sequence);
+        for (const uint16_t locks : std::as_const(m_locks)) {
+            const xcb_void_cookie_t cookie =
+                xcb_grab_key_checked(connection, 0, m_display.root(), locks, it.key(),
+                                     XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+            xcb_discard_reply(connection, cookie.sequence);
+        }
     }
     m_pressed = std::move(pressed);
     // What is down already was pressed for something else.
@@ -66,8 +72,10 @@ void X11KeyWatch::stop()
     m_look.stop();
     QCoreApplication::instance()->removeNativeEventFilter(this);
     xcb_connection_t *connection = m_display.connection();
-    for (auto it = m_keys.cbegin(); it != m_keys.cend(); ++it)
-        xcb_ungrab_key(connection, it.key(), m_display.root(), XCB_MOD_MASK_ANY);
+    for (auto it = m_keys.cbegin(); it != m_keys.cend(); ++it) {
+        for (const uint16_t locks : std::as_const(m_locks))
+            xcb_ungrab_key(connection, it.key(), m_display.root(), locks);
+    }
     xcb_flush(connection);
     m_keys.clear();
     m_pressed = {};

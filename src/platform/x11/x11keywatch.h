@@ -26,6 +26,7 @@ private:
 
     X11Display &m_display;
     QHash<xcb_keycode_t, Qt::Key> m_keys;
+    QList<uint16_t> m_locks;  ///< every combination of the lock keys
     QList<xcb_keycode_t> m_held;
     std::function<void(Qt::Key)> m_pressed;
     QTimer m_look;

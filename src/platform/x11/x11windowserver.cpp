@@ -132,6 +132,19 @@ void X11WindowServer::movePointer(QPoint to)
     xcb_flush(m_display.connection());
 }
 
+bool X11WindowServer::isHandBusy()
+{
+    // The other modifiers are locks, mostly.
+    constexpr unsigned busy = XCB_KEY_BUT_MASK_SHIFT | XCB_KEY_BUT_MASK_CONTROL |
+                              XCB_KEY_BUT_MASK_MOD_1 | XCB_KEY_BUT_MASK_MOD_4 |
+                              XCB_KEY_BUT_MASK_BUTTON_1 | XCB_KEY_BUT_MASK_BUTTON_2 |
+                              XCB_KEY_BUT_MASK_BUTTON_3;
+    xcb_connection_t *connection = m_display.connection();
+    const auto reply =
+        XCB_REPLY(connection, query_pointer, xcb_query_pointer(connection, m_display.root()));
+    return reply && (reply->mask & busy);
+}
+
 bool X11WindowServer::turnWheel(QPoint at, int clicks)
 {
     if (!m_hasTest)

@@ -22,6 +22,7 @@ public:
     QList<QRect> screens() override;
     QPoint pointer() override;
     void movePointer(QPoint to) override;
+    bool isHandBusy() override;
     bool turnWheel(QPoint at, int clicks) override;
     bool hasMenuBar() const override { return false; }
     bool isComposited() override;

@@ -60,6 +60,7 @@ private slots:
     void bounds_data();
     void bounds();
     void area();
+    void inPlace();
     void anyStep();
     void hostile();
 };
@@ -298,6 +299,23 @@ void TestMovement::area()
     QVERIFY(content.contains(area));
     QVERIFY(area.height() > content.height() - 40);
     QVERIFY(scrollingArea(before, before, findMovement(before, before)).isEmpty());
+}
+
+// What has changed in place is told from what has scrolled, also where most of it looks alike.
+void TestMovement::inPlace()
+{
+    const QImage text = textPage(s_view.width(), 1000);
+    QImage loaded = text;
+    fill(loaded, {40, 60, 400, 220}, Qt::blue);
+    QVERIFY(isInPlace(text.copy(0, 0, 640, 480), loaded.copy(0, 0, 640, 480)));
+    const Frame sticky{.header = 80, .footer = 40};
+    QVERIFY(!isInPlace(sticky.view(text, 0, s_view), sticky.view(text, 90, s_view)));
+    const QImage numbered = numberedLines(1000);
+    for (const int rows : {16, 48, 160})
+        QVERIFY(!isInPlace(numbered.copy(0, 0, 640, 480), numbered.copy(0, rows, 640, 480)));
+    const QImage blank = plainPage(640, 480);
+    QVERIFY(!isInPlace(blank, loaded.copy(0, 0, 640, 480)));
+    QVERIFY(!isInPlace(text, blank));
 }
 
 void TestMovement::anyStep()

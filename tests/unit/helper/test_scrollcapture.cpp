@@ -4,6 +4,8 @@
 #include "helper/helperjob.h"
 #include "helper/scrollcapture.h"
 
+#include <QElapsedTimer>
+#include <QHash>
 #include <QTest>
 #include <QTimer>
 
@@ -16,6 +18,8 @@ namespace {
 
 constexpr int s_number = 42;
 constexpr int s_wheelStep = 53;
+constexpr int s_eventTurn = 4;
+constexpr int s_anotherPage = 3;
 
 QImage noisePage(const QSize &size)
 {
@@ -40,6 +44,8 @@ public:
     QRect bounds{50, 40, 500, 460};
     int offset = 0;
     int turns = 0;
+    QList<QRect> late{};  ///< parts of the page that are grey when they come into view
+    int lateness = 0;     ///< for so long, in milliseconds
     int pending = 0;
     bool stuck = false;              ///< turns are carried out once it no longer is
     std::function<void()> onTurn{};  ///< called after each turn
@@ -55,7 +61,8 @@ public:
     QList<Entry> windows(List which, int relativeTo) override
     {
         QList<Entry> result = FakeWindowServer::windows(List::OnScreen, 0);
-        result.append({.number = s_number, .bounds = bounds, .process = 3});
+        if (!bounds.isEmpty())
+            result.append({.number = s_number, .bounds = bounds, .process = 3});
         return which == List::AtAndAbove && relativeTo != s_number ? QList<Entry>{} : result;
     }
 
@@ -69,6 +76,16 @@ public:
         for (int x = 12; x < bounds.width(); x += 40)
             painter.fillRect(x, 6, 18, 18, QColor(x % 255, 180, 90));
         painter.drawImage(view().topLeft(), page, {0, offset, view().width(), view().height()});
+        const QRect seen(0, offset, view().width(), view().height());
+        for (qsizetype i = 0; i < late.size(); ++i) {
+            if (!late[i].intersects(seen))
+                continue;
+            if (!m_seen.contains(i))
+                m_seen[i].start();
+            const QRect part = (late[i] & seen).translated(view().topLeft() - seen.topLeft());
+            if (m_seen[i].elapsed() < lateness)
+                painter.fillRect(part, Qt::lightGray);
+        }
         const QRect groove(view().right() + 1, 31, 12, view().height());
         painter.fillRect(groove, QColor(230, 230, 230));
         painter.fillRect(groove.x(), groove.y() + offset * groove.height() / page.height(), 12, 40,
@@ -85,6 +102,9 @@ public:
             onTurn();
         return true;
     }
+
+private:
+    QHash<qsizetype, QElapsedTimer> m_seen;
 };
 
 }  // namespace
@@ -97,7 +117,10 @@ private slots:
     void init();
     void takesAll_data();
     void takesAll();
-    void waitsForStuckProgram();
+    void hinders_data();
+    void hinders();
+    void lateContent_data();
+    void lateContent();
     void endsEarly_data();
     void endsEarly();
     void stops_data();
@@ -145,18 +168,57 @@ void TestScrollCapture::takesAll()
     QCOMPARE(m_server->offset, start);
 }
 
-// What hangs for a while is not at its end.
-void TestScrollCapture::waitsForStuckProgram()
+void TestScrollCapture::hinders_data()
 {
-    m_server->onTurn = [this] {
-        if (m_server->turns != 5)
+    QTest::addColumn<int>("turn");
+    QTest::addColumn<int>("hindrance");
+    QTest::newRow("hangs on the way down") << 5 << 0;
+    QTest::newRow("hangs from the first turn on") << 1 << 0;
+    QTest::newRow("is moved") << 5 << 1;
+    QTest::newRow("the user holds a key") << 5 << 2;
+}
+
+// What passes, and has to be waited for or followed.
+void TestScrollCapture::hinders()
+{
+    QFETCH(int, turn);
+    QFETCH(int, hindrance);
+    m_server->onTurn = [this, turn, hindrance] {
+        QVERIFY(!m_server->handBusy);
+        if (m_server->turns != turn)
             return;
-        m_server->stuck = true;
-        QTimer::singleShot(2500, [this] {
+        m_server->stuck = hindrance == 0;
+        m_server->handBusy = hindrance == 2;
+        if (hindrance == 1)
+            m_server->bounds.translate(60, 30);
+        QTimer::singleShot(1500, [this] {
+            m_server->handBusy = false;
             m_server->stuck = false;
             m_server->scroll();
         });
     };
+    ScrollCapture capture(target(viewOnScreen()));
+    const ScrollCapture::Result result = capture.run();
+    QCOMPARE(result.note, QString());
+    QCOMPARE(result.picture, m_server->page);
+    QCOMPARE(m_server->offset, 0);
+}
+
+void TestScrollCapture::lateContent_data()
+{
+    QTest::addColumn<int>("lateness");
+    QTest::newRow("200 ms") << 200;
+    QTest::newRow("500 ms") << 500;
+}
+
+void TestScrollCapture::lateContent()
+{
+    QFETCH(int, lateness);
+    m_server->lateness = lateness;
+    for (int y = 120; y < m_server->page.height(); y += 330) {
+        m_server->late.append({20, y, 280, 150});
+        QPainter(&m_server->page).fillRect(m_server->late.last(), QColor(y % 250, 120, 200));
+    }
     ScrollCapture capture(target(viewOnScreen()));
     const ScrollCapture::Result result = capture.run();
     QCOMPARE(result.note, QString());
@@ -169,7 +231,7 @@ void TestScrollCapture::endsEarly_data()
     QTest::newRow("closed") << 0;
     QTest::newRow("another size") << 1;
     QTest::newRow("covered") << 2;
-    QTest::newRow("another page") << 3;
+    QTest::newRow("another page") << s_anotherPage;
 }
 
 // What there is until then is kept, without a seam, and the reason is told.
@@ -177,7 +239,7 @@ void TestScrollCapture::endsEarly()
 {
     QFETCH(int, event);
     m_server->onTurn = [this, event] {
-        if (m_server->turns != 4)
+        if (m_server->turns != s_eventTurn)
             return;
         if (event == 0)
             m_server->bounds = {};
@@ -191,6 +253,12 @@ void TestScrollCapture::endsEarly()
     ScrollCapture capture(target(viewOnScreen()));
     const ScrollCapture::Result result = capture.run();
     QVERIFY(!result.note.isEmpty());
+    // Neither the window that came in front nor what lay below gets the wheel; what can be put back
+    // is put back.
+    if (event != s_anotherPage)
+        QCOMPARE(m_server->turns, s_eventTurn);
+    else
+        QCOMPARE(m_server->offset, 0);
     QVERIFY(result.picture.height() > m_server->view().height());
     QVERIFY(result.picture.height() < 2000);
     QCOMPARE(result.picture,

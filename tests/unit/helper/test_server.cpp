@@ -40,11 +40,13 @@ class TestServer : public QObject
 
 private slots:
     void init();
-    void cleanup() { GWSnapWorkbenchStartMessageServer(nullptr); }
+    void cleanup();
     void permission();  // first: the answer holds for the whole run
     void menu();
     void folderGone();
     void stopped();
+    void stoppedAtOnce();
+    void escape();
     void oneAtATime();
     void closedWhileWaiting();
 
@@ -66,6 +68,14 @@ void TestServer::init()
     m_folder = std::make_unique<QTemporaryDir>();
     s_told.clear();
     GWSnapWorkbenchStartMessageServer(listen);
+}
+
+// However a grab ended, the keys are the user's again.
+void TestServer::cleanup()
+{
+    GWSnapWorkbenchStartMessageServer(nullptr);
+    QCoreApplication::processEvents();
+    QVERIFY(m_desktop->keys->watched.isEmpty());
 }
 
 void TestServer::menu()
@@ -105,6 +115,23 @@ void TestServer::stopped()
     m_desktop->windows->pointerPos = {120, 120};
     GWSnapWorkbenchStartMenuItemCapture(folder().constData());
     QTRY_COMPARE(codes(), QList<int>({4, 6, 4, 5}));
+}
+
+// Two hot keys that are read together.
+void TestServer::stoppedAtOnce()
+{
+    GWSnapWorkbenchStartMenuItemCapture(folder().constData());
+    GWSnapWorkbenchStopMenuItemCapture();
+    QTRY_COMPARE(codes(), QList<int>({4, 6}));
+    QVERIFY(m_desktop->keys->watched.isEmpty());
+}
+
+void TestServer::escape()
+{
+    GWSnapWorkbenchStartMenuItemCapture(folder().constData());
+    QTRY_VERIFY(!m_desktop->keys->watched.isEmpty());
+    m_desktop->keys->press(Qt::Key_Escape);
+    QTRY_COMPARE(codes(), QList<int>({4, 6}));
 }
 
 void TestServer::oneAtATime()
