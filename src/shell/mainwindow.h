@@ -280,6 +280,7 @@ private:
     bool m_isComposited = false;
     Drag m_Drag = Drag::None;
     QPoint m_DragPos;  ///< where the pointer took hold, in the window
+    QSize m_DragSize;  ///< the window's size then
 };
 
 /// Null until the main window is complete: callbacks that arrive earlier do nothing.

@@ -200,6 +200,7 @@ bool MainWindow::event(QEvent *event)
         const bool inGrip = pos.x() > width() - 1 - s_grip && pos.y() > height() - 1 - s_grip;
         m_Drag = inGrip ? Drag::Resize : Drag::Move;
         m_DragPos = pos;
+        m_DragSize = size();
         break;
     }
     case QEvent::MouseMove: {
@@ -210,10 +211,10 @@ bool MainWindow::event(QEvent *event)
             const QPoint origin = mouse->globalPosition().toPoint() - m_DragPos;
             move(pos() + origin - geometry().topLeft());
         } else if (m_Drag == Drag::Resize) {
-            const QPoint pos = mouse->position().toPoint();
-            const QPoint moved = pos - m_DragPos;
-            resize(size() + QSize(moved.x(), moved.y()));
-            m_DragPos = pos;
+            // From the size at the press: the window manager's answers come later than the moves,
+            // and differences added up would lose some.
+            const QPoint moved = mouse->position().toPoint() - m_DragPos;
+            resize(m_DragSize + QSize(moved.x(), moved.y()));
         }
         break;
     }
