@@ -13,6 +13,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <memory>
+#include <utility>
 
 #include <X11/keysym.h>
 
@@ -283,15 +284,16 @@ void TestHelper::takesTerminal()
                              {u"-fn"_s, u"fixed"_s, u"-b"_s, u"0"_s, u"-sl"_s, u"4000"_s,
                               u"-geometry"_s, u"80x40+200+100"_s, u"-title"_s, u"numbers"_s,
                               u"-e"_s, u"sh"_s, u"-c"_s,
-                              u"seq -f 'line %04g of the listing' 1 2000; exec sleep 1000"_s},
+                              u"seq -f 'line %04g of the listing' 1 2000; "
+                              "printf '\\033]2;listed\\007'; exec sleep 1000"_s},
                              m_desktop->environment()));
     TestDesktop::Window terminal;
     QVERIFY(waitFor([&] {
         for (const TestDesktop::Window &window : m_desktop->windows()) {
-            if (window.title == u"numbers" && window.viewable)
+            if (window.title == u"listed" && window.viewable)
                 terminal = window;
         }
-        return terminal.id && m_desktop->activeTitle() == u"numbers";
+        return terminal.id && m_desktop->activeTitle() == u"listed";
     }));
     // A line of the fixed font is 13 pixels high, and the last one is empty.
     constexpr int rowHeight = 13;
@@ -302,8 +304,9 @@ void TestHelper::takesTerminal()
     };
     QImage foot;
     QVERIFY(waitFor([&] {
-        foot = m_desktop->screenshot().copy(text);
-        return row(foot, 38) != row(foot, 37) && row(foot, 38) != row(foot, 39);
+        // It draws somewhat later than it reads.
+        const QImage before = std::exchange(foot, m_desktop->screenshot().copy(text));
+        return before == foot && row(foot, 38) != row(foot, 37) && row(foot, 38) != row(foot, 39);
     }));
     m_desktop->movePointer(text.center());
     QVERIFY(openPick());
