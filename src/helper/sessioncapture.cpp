@@ -6,6 +6,7 @@
 
 #include <QCoreApplication>
 #include <QLocale>
+#include <QPointer>
 #include <QTimer>
 
 #include <memory>
@@ -13,6 +14,8 @@
 namespace {
 
 constexpr int s_noteTime = 4000;  // ms
+
+QPointer<HintPlate> s_note;  // while it is shown; owned by itself
 
 }  // namespace
 
@@ -95,10 +98,12 @@ void SessionCapture::leaveNote(const QString &note, int rows, QPoint at)
     m_panel->setHeadline(tr("%1 (%2 pixels were taken)").arg(note, QLocale().toString(rows)));
     m_panel->hide();
     m_panel->showAtFoot(at);
-    HintPlate *plate = m_panel.release();
-    QTimer::singleShot(s_noteTime, plate, &QObject::deleteLater);
-    connect(qApp, &QCoreApplication::aboutToQuit, plate, &QObject::deleteLater);
+    s_note = m_panel.release();
+    QTimer::singleShot(s_noteTime, s_note, &QObject::deleteLater);
+    connect(qApp, &QCoreApplication::aboutToQuit, s_note, &QObject::deleteLater);
 }
+
+void SessionCapture::dropNote() { delete s_note; }
 
 // Questions that the program asks now must get the keys, and must not be covered.
 void SessionCapture::abort()

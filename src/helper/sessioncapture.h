@@ -16,6 +16,9 @@ public:
     SessionCapture();
     ~SessionCapture() override;
 
+    /// Takes what the last one had to say off the screen: another grab begins.
+    static void dropNote();
+
 protected:
     void start() override;
     void abort() override;

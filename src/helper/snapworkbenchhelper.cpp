@@ -35,6 +35,7 @@ public:
 
     void begin(std::unique_ptr<HelperJob> job, const char *folder)
     {
+        SessionCapture::dropNote();
         m_job = std::move(job);
         m_folder = QString::fromUtf8(folder);
         connect(m_job.get(), &HelperJob::taken, this, &HelperServer::save);
@@ -53,6 +54,7 @@ public:
 
     void stopMenu()
     {
+        SessionCapture::dropNote();
         if (!waitsForMenu())
             return;
         drop();

@@ -51,6 +51,7 @@ private slots:
     void givesUp();
     void quitsInBetween_data();
     void quitsInBetween();
+    void asksInBetween();
 
 private:
     bool startDesktop(const QStringList &windowManager, const QString &scale = u"1"_s);
@@ -480,6 +481,34 @@ void TestHelper::quitsInBetween()
     QVERIFY(m_program->quit());
     QCOMPARE(m_program->process()->exitCode(), 0);
     QVERIFY(leftFiles().isEmpty());
+}
+
+// What has not been saved is asked about, and the question gets the keys.
+void TestHelper::asksInBetween()
+{
+    QVERIFY(startDesktop(s_compositing));
+    QVERIFY(startLong({}));
+    hotKey(XK_s);
+    QVERIFY(m_program->waitForTitle(s_untitled));
+    QVERIFY(waitFor([&] { return m_desktop->activeTitle() == s_untitled; }));
+    m_desktop->click(m_viewport.topLeft() + QPoint(5, 5));
+    m_desktop->movePointer(m_viewport.topLeft() + QPoint(5, 5));
+    QVERIFY(waitFor([&] { return m_desktop->activeTitle() == u"long"; }));
+    QVERIFY(openPick());
+    m_desktop->key(XK_Return);
+    QVERIFY(waitFor([&] { return m_long->readAll().contains("at "); }));
+    const auto before = m_desktop->windows();
+    m_desktop->closeWindow(m_program->mainWindow());
+    const auto question = m_desktop->waitForNewWindow(before);
+    QVERIFY(question.id && m_desktop->waitForFocus(question));
+    QVERIFY(waitFor([&] {
+        m_desktop->key(XK_Escape);
+        return waitFor([&] { return m_desktop->activeTitle() == s_untitled; }, 1000);
+    }));
+    QCOMPARE(m_program->process()->state(), QProcess::Running);
+    QVERIFY(leftFiles().isEmpty());
+    QVERIFY(m_program->openOverlay(s_screen));
+    m_desktop->key(XK_Escape);
 }
 
 QTEST_GUILESS_MAIN(TestHelper)
