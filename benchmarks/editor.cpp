@@ -2,12 +2,12 @@
 // the paint that follows.
 
 #include "comparison.h"
+#include "memory.h"
 #include "plainpainter.h"
 
 #include "editing/pictureeditor.h"
 
 #include <QApplication>
-#include <QFile>
 #include <QMouseEvent>
 #include <QPainterPath>
 #include <QRandomGenerator>
@@ -19,9 +19,6 @@
 
 #include <cmath>
 #include <memory>
-
-#include <malloc.h>
-#include <unistd.h>
 
 namespace {
 
@@ -235,15 +232,6 @@ void plainUndo(benchmark::State &state, Kind kind)
         stage.painter.history.removeFirst();
         stage.widget.repaint();
     }
-}
-
-double residentBytes()
-{
-    malloc_trim(0);
-    QFile file(QStringLiteral("/proc/self/statm"));
-    if (!file.open(QIODevice::ReadOnly))
-        return 0;
-    return file.readAll().split(' ').at(1).toDouble() * static_cast<double>(sysconf(_SC_PAGESIZE));
 }
 
 // Beyond the picture and the window's own pixels, which any program that shows it needs.

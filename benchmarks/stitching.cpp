@@ -1,6 +1,7 @@
 // Views of a page as large as a browser's window, scrolled by a few turns of the wheel.
 
 #include "comparison.h"
+#include "memory.h"
 
 #include "helper/scrollpage.h"
 #include "helper/stitcher.h"
@@ -10,9 +11,6 @@
 #include <benchmark/benchmark.h>
 
 #include <cstring>
-
-#include <malloc.h>
-#include <unistd.h>
 
 namespace {
 
@@ -88,15 +86,6 @@ double highestBytes()
         if (line.startsWith("VmHWM:"))
             return line.simplified().split(' ').at(1).toDouble() * 1024;
     return 0;
-}
-
-double residentBytes()
-{
-    malloc_trim(0);
-    QFile file(QStringLiteral("/proc/self/statm"));
-    if (!file.open(QIODevice::ReadOnly))
-        return 0;
-    return file.readAll().split(' ').at(1).toDouble() * static_cast<double>(sysconf(_SC_PAGESIZE));
 }
 
 // The peak, from the first view to the finished picture.

@@ -472,9 +472,10 @@ void ScrollCapture::repairOverlap(const Movement &movement, const QImage &before
     if (!m_hasFilm)
         beMorePatient();
     turn(clicks, s_patienceDown);
-    if (isInPlace(lower, cropped(m_view))) {
-        takeOver(cropped(m_view));
-    }
+    if (!isInPlace(lower, cropped(m_view)))
+        return;
+    m_accepted = cropped(m_view);
+    m_stitcher.takeOver(m_accepted);
 }
 
 // Whether there is more to come where a turn of the wheel has moved nothing: a program that is at
