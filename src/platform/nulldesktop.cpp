@@ -109,5 +109,6 @@ bool createNullDesktop(Services &services)
     services.keys = std::make_unique<NullKeyWatch>();
     services.watch = std::make_unique<NullApplicationWatch>();
     services.accessibility = std::make_unique<NullAccessibility>();
+    services.clock = std::make_unique<SystemClock>();
     return true;
 }

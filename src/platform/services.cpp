@@ -26,6 +26,7 @@ Services createServices()
             break;
     }
     result.loginItem = std::make_unique<Autostart>();
+    result.clock = std::make_unique<SystemClock>();
     result.accessibility = std::make_unique<BusAccessibility>();
     return result;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/clock.h"
 #include "platform/accessibility.h"
 #include "platform/applicationwatch.h"
 #include "platform/hotkeys.h"
@@ -18,6 +19,7 @@ struct Services {
     std::unique_ptr<ApplicationWatch> watch{};
     std::unique_ptr<LoginItem> loginItem{};
     std::unique_ptr<Accessibility> accessibility{};
+    std::unique_ptr<Clock> clock{};
 };
 
 /// The services of the desktop that the toolkit runs on. Needs a QGuiApplication.

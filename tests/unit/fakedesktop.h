@@ -4,8 +4,10 @@
 #include "platform/services.h"
 
 #include <QColor>
+#include <QCoreApplication>
 #include <QHash>
 #include <QPainter>
+#include <QPointer>
 #include <QWidget>
 
 #include <algorithm>
@@ -198,6 +200,52 @@ private:
     std::function<void(const QRect &)> m_answer{};
 };
 
+/// Time that passes when somebody waits for it, or a test says so: all at once, with what was due
+/// meanwhile carried out in its order.
+class FakeClock : public Clock
+{
+public:
+    qint64 now() const override { return m_now; }
+    bool pause(int milliseconds) override
+    {
+        advance(milliseconds);
+        return !ending;
+    }
+    void after(int milliseconds, QObject *context, std::function<void()> run) override
+    {
+        m_due.append({m_now + milliseconds, context, std::move(run)});
+    }
+    void advance(int milliseconds)
+    {
+        const qint64 end = m_now + milliseconds;
+        for (;;) {
+            const auto next = std::min_element(m_due.begin(), m_due.end(),
+                                               [](auto &a, auto &b) { return a.time < b.time; });
+            if (next == m_due.end() || next->time > end)
+                break;
+            const Due due = *next;
+            m_due.erase(next);
+            m_now = std::max(m_now, due.time);
+            if (due.context)
+                due.run();
+            QCoreApplication::processEvents();
+        }
+        m_now = std::max(m_now, end);
+        QCoreApplication::processEvents();
+    }
+
+    bool ending = false;  ///< the program has been told to end
+
+private:
+    struct Due {
+        qint64 time = 0;
+        QPointer<QObject> context{};
+        std::function<void()> run{};
+    };
+    qint64 m_now = 0;
+    QList<Due> m_due;
+};
+
 /// Installs a fake desktop as the services in force. The pointers are valid until other services
 /// are installed. Hot keys are those of the desktop that does nothing.
 struct FakeDesktop {
@@ -206,6 +254,7 @@ struct FakeDesktop {
     FakeKeyWatch *keys = nullptr;
     FakeLoginItem *loginItem = nullptr;
     FakeAccessibility *accessibility = nullptr;
+    FakeClock *clock = nullptr;
 
     FakeDesktop()
     {
@@ -214,11 +263,13 @@ struct FakeDesktop {
         auto keyWatch = std::make_unique<FakeKeyWatch>();
         auto login = std::make_unique<FakeLoginItem>();
         auto interface = std::make_unique<FakeAccessibility>();
+        auto time = std::make_unique<FakeClock>();
         windows = server.get();
         watch = applications.get();
         keys = keyWatch.get();
         loginItem = login.get();
         accessibility = interface.get();
+        clock = time.get();
         Services made;
         createNullDesktop(made);
         made.windows = std::move(server);
@@ -226,6 +277,7 @@ struct FakeDesktop {
         made.keys = std::move(keyWatch);
         made.loginItem = std::move(login);
         made.accessibility = std::move(interface);
+        made.clock = std::move(time);
         installServices(std::move(made));
     }
 };
