@@ -598,6 +598,13 @@ Rücktaste    Punkt löschen</translation>
     </message>
 </context>
 <context>
+    <name>NoticeBar</name>
+    <message>
+        <source>Close</source>
+        <translation>Schließen</translation>
+    </message>
+</context>
+<context>
     <name>QFileDialog</name>
     <message>
         <source>%1 already exists.

@@ -1,5 +1,6 @@
 #include "shell/mainwindow.h"
 
+#include "config/applicationrecord.h"
 #include "config/licensing.h"
 #include "config/settings.h"
 #include "config/xmlstore.h"
@@ -8,6 +9,7 @@
 #include "platform/windowlist.h"
 #include "shell/capturebridge.h"
 #include "shell/dialogpreference.h"
+#include "shell/noticebar.h"
 #include "shell/windowreach.h"
 #include "ui_mainwindow.h"
 
@@ -22,6 +24,7 @@
 #include <QScreen>
 #include <QSignalBlocker>
 #include <QTimer>
+#include <QWindow>
 
 #include <utility>
 
@@ -213,6 +216,20 @@ void MainWindow::saveSettings()
 {
     SaveGeometry();
     SaveAllXmlDocument();
+}
+
+void MainWindow::say(const QString &text)
+{
+    if (!m_pNotice)
+        m_pNotice = new NoticeBar(ui->tabWidget);
+    m_pNotice->tell(text);
+    const bool isSeen =
+        isVisible() && !isMinimized() && windowHandle() && windowHandle()->isExposed();
+    if (isSeen || !m_TrayIcon || !QSystemTrayIcon::isSystemTrayAvailable())
+        return;
+    m_TrayIcon->showMessage(QString::fromWCharArray(g_AppName), text, windowIcon());
+    // It has been told: who opens the window hours later need not hear of it.
+    m_pNotice->startTime();
 }
 
 void MainWindow::leaveGrab() { m_CloseAfterGrab = m_bCapturing; }

@@ -16,6 +16,7 @@
 
 class CaptureOverlay;
 class DialogPreference;
+class NoticeBar;
 class QAction;
 class QDialog;
 class QMenu;
@@ -79,6 +80,10 @@ public:
 
     /// A tab for each file, the first new one in front; one that is open already is only shown.
     void openPictures(const QStringList &paths);
+
+    /// Tells the user something that needs no answer: in a quiet bar over the picture, and by the
+    /// tray where the window can't be seen. With no tray either, the bar waits until it can be.
+    void say(const QString &text);
 
     // While the capture helper works on other programs this one is out of the way.
     void hideForHelper();
@@ -274,6 +279,7 @@ private:
     QDialog *m_pFocusDialog = nullptr;
     QDialog *m_pCountDown = nullptr;            ///< while one runs
     DialogPreference *m_pPreference = nullptr;  ///< from its first use on
+    NoticeBar *m_pNotice = nullptr;             ///< from its first use on
     QPixmap m_MenuBarPixmap;
     QPixmap m_FlagPixmap;
     std::map<std::pair<QString, int>, QPixmap> m_SkinPictures;  ///< by section and attribute

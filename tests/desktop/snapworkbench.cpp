@@ -1,5 +1,7 @@
 #include "snapworkbench.h"
 
+#include <QDBusConnection>
+#include <QDBusVariant>
 #include <QDir>
 #include <QDomDocument>
 #include <QFile>
@@ -11,6 +13,9 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+const QString s_name = u"org.example.brenvale.SnapWorkbench"_s;
+constexpr int s_stateLimit = 1000;  // ms; a program that is busy is asked again
+
 QDomDocument parsed(const QString &path)
 {
     QFile file(path);
@@ -21,6 +26,8 @@ QDomDocument parsed(const QString &path)
 }
 
 }  // namespace
+
+SnapWorkbench::~SnapWorkbench() { QDBusConnection::disconnectFromBus(m_desktop.home()); }
 
 QString SnapWorkbench::program() { return QStringLiteral(SNAP_PROGRAM); }
 
@@ -105,6 +112,29 @@ bool SnapWorkbench::quit()
 {
     m_desktop.closeWindow(mainWindow());
     return waitFor([&] { return m_process->state() == QProcess::NotRunning; });
+}
+
+QDBusMessage SnapWorkbench::call(const QString &interface, const QString &method,
+                                 const QVariantList &arguments, int limit)
+{
+    const QString address = m_desktop.environment().value(u"DBUS_SESSION_BUS_ADDRESS"_s);
+    QDBusMessage message = QDBusMessage::createMethodCall(
+        s_name, u"/org/example/brenvale/SnapWorkbench"_s, interface, method);
+    message.setArguments(arguments);
+    return QDBusConnection::connectToBus(address, m_desktop.home())
+        .call(message, QDBus::Block, limit);
+}
+
+QString SnapWorkbench::grabState()
+{
+    const QDBusMessage answer = call(u"org.freedesktop.DBus.Properties"_s, u"Get"_s,
+                                     {s_name, u"GrabState"_s}, s_stateLimit);
+    return answer.arguments().value(0).value<QDBusVariant>().variant().toString();
+}
+
+bool SnapWorkbench::waitForState(const QString &state, int limit)
+{
+    return waitFor([&] { return grabState() == state; }, limit);
 }
 
 bool SnapWorkbench::hasOverlay(const QRect &area)

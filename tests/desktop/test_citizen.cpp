@@ -4,8 +4,6 @@
 #include "pattern.h"
 #include "snapworkbench.h"
 
-#include <QDBusConnection>
-#include <QDBusMessage>
 #include <QDir>
 #include <QFile>
 #include <QTest>
@@ -70,15 +68,7 @@ void TestCitizen::cleanup()
 
 QDBusMessage TestCitizen::call(const QString &method, const QVariantList &arguments)
 {
-    const QString name = u"test"_s;
-    QDBusMessage message = QDBusMessage::createMethodCall(u"org.example.brenvale.SnapWorkbench"_s,
-                                                          u"/org/example/brenvale/SnapWorkbench"_s,
-                                                          u"org.freedesktop.Application"_s, method);
-    message.setArguments(arguments);
-    const QString address = m_desktop->environment().value(u"DBUS_SESSION_BUS_ADDRESS"_s);
-    const QDBusMessage answer = QDBusConnection::connectToBus(address, name).call(message);
-    QDBusConnection::disconnectFromBus(name);
-    return answer;
+    return m_program->call(u"org.freedesktop.Application"_s, method, arguments);
 }
 
 QDBusMessage TestCitizen::activateAction(const QString &name)

@@ -6,8 +6,8 @@
 
 #include <functional>
 
-/// The program on the session bus, as `org.freedesktop.Application` has it. Where there is no bus,
-/// nothing ever calls.
+/// The program on the session bus, as `org.freedesktop.Application` has it, with an interface of
+/// its own that tells what it is at. Where there is no bus, nothing ever calls.
 class ApplicationBus : public QObject
 {
     Q_OBJECT
@@ -32,8 +32,14 @@ public:
     /// most. False when there was none.
     static bool activateOwner();
 
+    /// What others read as the property `GrabState`; each change is told to those who listen,
+    /// before this returns or shortly after, and in order. "Idle" at first.
+    void setGrabState(const QString &state);
+    const QString &grabState() const { return m_grabState; }
+
     const Handlers &handlers() const { return m_handlers; }
 
 private:
     Handlers m_handlers;
+    QString m_grabState = QStringLiteral("Idle");
 };

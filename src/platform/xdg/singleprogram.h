@@ -16,6 +16,8 @@ public:
     /// False when another program runs, which has then been asked to come to the front.
     bool claim();
 
+    ApplicationBus &bus() { return m_bus; }
+
 private:
     ProgramLock m_lock;
     ApplicationBus m_bus;
