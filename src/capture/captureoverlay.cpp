@@ -74,6 +74,12 @@ int CaptureOverlay::exec()
     return result;
 }
 
+void CaptureOverlay::accept()
+{
+    if (canBeTaken())
+        QDialog::accept();
+}
+
 void CaptureOverlay::changeviewmode() { ShowDetailWindow(eMagChangeMode, 0, 0); }
 
 void CaptureOverlay::setVisible(bool visible)
@@ -90,6 +96,8 @@ void CaptureOverlay::setVisible(bool visible)
         takeKeyboard();
         ShowDetailWindow(eMagOpen, 0, 0);
     } else {
+        emit leaves(result() == Accepted);
+        ShowDetailWindow(eMagClose, 0, 0);
         giveKeyboardBack();
         // A menu would outlive the overlay that it belongs to, and its loop would go on.
         for (QMenu *menu : findChildren<QMenu *>())
@@ -176,15 +184,25 @@ void CaptureOverlay::runMenu(QPoint global, const MenuEntry &finish, const QList
         takeKeyboard();
 }
 
-void CaptureOverlay::stopTicks()
+void CaptureOverlay::stopTicks() { m_ticks.removeAll(m_newestTicks); }
+
+void CaptureOverlay::startTicks()
 {
-    if (m_timer != 0)
-        killTimer(std::exchange(m_timer, 0));
+    m_ticks.append(++m_newestTicks);
+    tickLater(m_newestTicks);
 }
 
-void CaptureOverlay::startTicks() { m_timer = startTimer(s_tickInterval); }
+void CaptureOverlay::tickLater(int ticks)
+{
+    services().clock->after(s_tickInterval, this, [this, ticks] {
+        if (!m_ticks.contains(ticks))
+            return;
+        tickLater(ticks);
+        passTick();
+    });
+}
 
-void CaptureOverlay::timerEvent(QTimerEvent * /*event*/)
+void CaptureOverlay::passTick()
 {
     if (finished || !isVisible())
         return;

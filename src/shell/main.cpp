@@ -64,6 +64,8 @@ int main(int argc, char **argv)
     {
         MainWindow window;
         g_MainWindow = &window;
+        QObject::connect(&window, &MainWindow::grabStateChanged, &single.bus(),
+                         &ApplicationBus::setGrabState);
         window.InitShowGeometry();
         if (MainWindow::GetRunInMinimized())
             window.showMinimized();
