@@ -68,7 +68,10 @@ int CaptureOverlay::exec()
     show();
     if (!isVisible())
         return Rejected;
+    m_waitsToOpen = true;
+    tellOpen();
     const int result = QDialog::exec();
+    m_waitsToOpen = false;
     // The end of the program leaves the loop with the window, and the keyboard, where they were.
     hide();
     return result;
@@ -150,6 +153,12 @@ void CaptureOverlay::takeKeyboard()
         m_keyboardTries = 0;
 }
 
+void CaptureOverlay::tellOpen()
+{
+    if (m_keyboardTries <= 0 && std::exchange(m_waitsToOpen, false))
+        emit opened();
+}
+
 void CaptureOverlay::giveKeyboardBack()
 {
     m_keyboardTries = 0;
@@ -216,6 +225,7 @@ void CaptureOverlay::passTick()
         stayOnTop();
     if (m_keyboardTries > 0 && !menuIsOpen)
         takeKeyboard();
+    tellOpen();
     tick();
 }
 

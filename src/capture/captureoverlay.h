@@ -46,7 +46,9 @@ public slots:
     void accept() override;
 
 signals:
-    /// The overlay is about to leave the screen.
+    /// It is on the screen and has the keyboard, or has given up asking for it.
+    void opened();
+    /// It is about to leave the screen.
     void leaves(bool accepted);
     /// `parent` is this overlay; (x, y) is a global position in device pixels.
     void ShowDetailWindowRequest(QWidget *parent, EShowMagOpr opr, int x, int y);
@@ -113,6 +115,7 @@ private:
     bool makeSeeThrough();
     bool fitsDesktop() const;
     void takeKeyboard();
+    void tellOpen();
     void giveKeyboardBack();
     void giveFocusBack();
     void addSheet(QPainter &painter, const QRect &pixels,
@@ -126,4 +129,5 @@ private:
     QList<int> m_ticks;                // those that go on, by number
     int m_newestTicks = 0;
     int m_keyboardTries = 0;
+    bool m_waitsToOpen = false;
 };

@@ -20,7 +20,9 @@ signals:
     void taken(const QImage &picture);
     void ended();
     void failed(HelperJob::Failure failure, const QString &text);
-    /// On the way: it turns the wheel over another program, and is done with that.
+    /// On the way: it waits for the user; it turns the wheel over another program, and is done with
+    /// that.
+    void opened();
     void scrolls();
     void putsBack();
 

@@ -35,6 +35,7 @@ void SessionCapture::start()
     {
         SessionOverlay overlay;
         m_overlay = &overlay;
+        connect(&overlay, &CaptureOverlay::opened, this, &HelperJob::opened);
         const bool accepted = overlay.exec() == QDialog::Accepted;
         overlay.CaptureOverlay::finished = true;
         m_overlay = nullptr;

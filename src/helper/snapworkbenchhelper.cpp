@@ -44,6 +44,7 @@ public:
             report(GWCaptureEnded);
         });
         connect(m_job.get(), &HelperJob::failed, this, &HelperServer::fail);
+        connect(m_job.get(), &HelperJob::opened, this, [this] { report(GWCaptureOpen); });
         connect(m_job.get(), &HelperJob::scrolls, this, [this] { report(GWCaptureScrolling); });
         connect(m_job.get(), &HelperJob::putsBack, this, [this] { report(GWCapturePuttingBack); });
         report(GWCaptureWorking);

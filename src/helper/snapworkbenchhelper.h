@@ -17,8 +17,9 @@ enum GWCaptureStatusCode {
     GWCaptureFinished = 5,      ///< `path` is the picture
     GWCaptureEnded = 6,         ///< no picture, and nothing wrong
     GWCaptureFailed = 7,        ///< `failure` and `text` say why
-    GWCaptureScrolling = 9,     ///< the wheel is turned over the picked window from now on
-    GWCapturePuttingBack = 10,  ///< no more of it is taken: it is put back where it was
+    GWCaptureOpen = 9,          ///< the user can point at a window
+    GWCaptureScrolling = 10,    ///< the wheel is turned over the one that was picked
+    GWCapturePuttingBack = 11,  ///< what that has moved is put back where it was
 };
 
 /// Begins to deliver statuses. Null ends that, and any grab, for good: nobody would hear of it.

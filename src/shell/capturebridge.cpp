@@ -100,6 +100,10 @@ void GWCaptureStatusCallback(void * /*unused*/, int status, const char *path, in
     case GWCaptureWorking:
         GWSnapWorkbenchStatusDoHide();
         break;
+    case GWCaptureOpen:
+        if (MainWindow *window = Ax_GetMainWindow())
+            window->helperOpens();
+        break;
     case GWCaptureScrolling:
         if (MainWindow *window = Ax_GetMainWindow())
             window->helperScrolls();

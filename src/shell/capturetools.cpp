@@ -75,6 +75,7 @@ GrabTools::Take CaptureTools::mark(GrabCommand command)
         if (accepted && m_front.cover())
             m_front.cover()->holdClicks();
     });
+    connect(overlay.dialog.get(), &CaptureOverlay::opened, this, &CaptureTools::opened);
     if (!run(*overlay.dialog))
         return {};
     // The overlay lives as long as somebody may ask for its picture.
@@ -93,6 +94,7 @@ bool CaptureTools::countDown(int seconds)
     // Escape pressed once is meant for it only there; elsewhere the user's program gets it too.
     services().watch->bringToFront(&panel);
     services().keys->listen({Qt::Key_Escape}, [this](Qt::Key) { emit escaped(); });
+    emit opened();
     constexpr int s_slack = 60;
     waitUntil(m_clock, (DialogCountDown::s_longest + s_slack) * 1000,
               [&] { return panel.getSecond() < 0; });
@@ -121,6 +123,8 @@ std::optional<QList<Grab>> CaptureTools::browse()
     // The same for both, on purpose.
     browser.clearFilledFile = GetBtnAttr(&m_window, u"BtnFilterRight"_s, 7);
     browser.clearFilledFocusFile = browser.clearFilledFile;
+    if (!m_isClosed)
+        emit opened();
     if (!run(browser))
         return std::nullopt;
     QList<Grab> grabs;

@@ -33,6 +33,8 @@ public:
     void closeOpen() override;
 
 signals:
+    /// What waits for the user is open.
+    void opened();
     /// Escape, pressed anywhere while the countdown runs.
     void escaped();
 

@@ -30,17 +30,17 @@ using Row = std::array<GrabStep, GrabEventCount>;
 // once, for its steps need no window.
 // clang-format off
 constexpr std::array<Row, GrabStateCount> s_table{{
-    //              Press      Escape     Works      Scrolls    PutsBack   Ends       Quit     DisplayLost
-    /* Idle      */ {s_start,   s_nothing, s_nothing, s_nothing, s_nothing, s_nothing, s_close, s_nothing},
-    /* Freezing  */ {s_bring,   s_giveUp,  s_nothing, s_nothing, s_nothing, s_nothing, s_leave, s_nothing},
-    /* Marking   */ {s_bring,   s_giveUp,  s_nothing, s_nothing, s_nothing, s_nothing, s_leave, s_giveUp},
-    /* Counting  */ {s_keep,    s_count,   s_nothing, s_nothing, s_nothing, s_nothing, s_leave, s_nothing},
-    /* Browsing  */ {s_bring,   s_nothing, s_nothing, s_nothing, s_nothing, s_nothing, s_leave, s_nothing},
-    /* Asking    */ {s_bring,   s_nothing, s_nothing, s_nothing, s_nothing, s_nothing, s_leave, s_nothing},
-    /* MenuWait  */ {s_replace, s_nothing, s_hide,    s_nothing, s_nothing, s_finish,  s_close, s_nothing},
-    /* Picking   */ {s_bring,   s_nothing, s_hide,    s_follow,  s_nothing, s_finish,  s_close, s_giveUp},
-    /* Scrolling */ {s_bring,   s_nothing, s_nothing, s_nothing, s_follow,  s_finish,  s_close, s_nothing},
-    /* Ending    */ {s_keep,    s_nothing, s_nothing, s_nothing, s_nothing, s_finish,  s_leave, s_nothing},
+    //               Press      Escape     Opens      Works      Scrolls    PutsBack   Ends       Quit     DisplayLost
+    /* Idle      */ {s_start,   s_nothing, s_nothing, s_nothing, s_nothing, s_nothing, s_nothing, s_close, s_nothing},
+    /* Freezing  */ {s_bring,   s_giveUp,  s_follow,  s_hide,    s_nothing, s_nothing, s_finish,  s_leave, s_nothing},
+    /* Marking   */ {s_bring,   s_giveUp,  s_nothing, s_nothing, s_nothing, s_nothing, s_nothing, s_leave, s_giveUp},
+    /* Counting  */ {s_keep,    s_count,   s_nothing, s_nothing, s_nothing, s_nothing, s_nothing, s_leave, s_nothing},
+    /* Browsing  */ {s_bring,   s_nothing, s_nothing, s_nothing, s_nothing, s_nothing, s_nothing, s_leave, s_nothing},
+    /* Asking    */ {s_bring,   s_nothing, s_nothing, s_nothing, s_nothing, s_nothing, s_nothing, s_leave, s_nothing},
+    /* MenuWait  */ {s_replace, s_nothing, s_nothing, s_hide,    s_nothing, s_nothing, s_finish,  s_close, s_nothing},
+    /* Picking   */ {s_bring,   s_nothing, s_nothing, s_nothing, s_follow,  s_nothing, s_finish,  s_close, s_giveUp},
+    /* Scrolling */ {s_bring,   s_nothing, s_nothing, s_nothing, s_nothing, s_follow,  s_finish,  s_close, s_nothing},
+    /* Ending    */ {s_keep,    s_nothing, s_nothing, s_nothing, s_nothing, s_nothing, s_finish,  s_leave, s_nothing},
 }};
 // clang-format on
 
@@ -122,7 +122,7 @@ void GrabFlow::hear(GrabEvent event)
             m_window.hideAll(true);
         break;
     case GrabStep::Follow:
-        setState(event == GrabEvent::Scrolls ? GrabState::Scrolling : GrabState::Ending);
+        setState(stateAfter(event));
         break;
     case GrabStep::Finish:
         if (m_helperWorks)
@@ -130,6 +130,24 @@ void GrabFlow::hear(GrabEvent event)
         break;
     default:
         break;
+    }
+}
+
+GrabState GrabFlow::stateAfter(GrabEvent event) const
+{
+    if (event == GrabEvent::Scrolls)
+        return GrabState::Scrolling;
+    if (event == GrabEvent::PutsBack)
+        return GrabState::Ending;
+    switch (m_command) {
+    case GrabCommand::Countdown:
+        return GrabState::Counting;
+    case GrabCommand::Windows:
+        return GrabState::Browsing;
+    case GrabCommand::Window:
+        return GrabState::Picking;
+    default:
+        return GrabState::Marking;
     }
 }
 
@@ -205,10 +223,8 @@ void GrabFlow::mark()
         m_window
             .settle();  // the overlay shows a picture of the desktop, and it has to be gone from it
     GrabTools::Take take;
-    if (!m_isGivenUp) {
-        setState(GrabState::Marking);
+    if (!m_isGivenUp)
         take = m_tools.mark(m_command);
-    }
     setState(GrabState::Ending);
     if (take && !m_closeAfter) {
         m_window.settle();
@@ -231,13 +247,10 @@ void GrabFlow::mark()
 
 void GrabFlow::takeScreen()
 {
+    setState(GrabState::Freezing);
     minimizeBefore();
     const int seconds = m_command == GrabCommand::Countdown ? m_before.countdown : 0;
-    bool goesOn = true;
-    if (seconds > 0) {
-        setState(GrabState::Counting);
-        goesOn = m_tools.countDown(seconds);
-    }
+    const bool goesOn = seconds <= 0 || m_tools.countDown(seconds);
     setState(GrabState::Ending);
     if (goesOn && !m_isGivenUp) {
         m_window.settle();
@@ -257,7 +270,7 @@ void GrabFlow::takeScreen()
 
 void GrabFlow::browse()
 {
-    setState(GrabState::Browsing);
+    setState(GrabState::Freezing);
     std::optional<QList<Grab>> grabs = m_tools.browse();
     setState(GrabState::Ending);
     if (grabs && !m_closeAfter) {
@@ -272,7 +285,7 @@ void GrabFlow::browse()
 void GrabFlow::startHelper()
 {
     const GrabState state =
-        m_command == GrabCommand::Window ? GrabState::Picking : GrabState::MenuWait;
+        m_command == GrabCommand::Window ? GrabState::Freezing : GrabState::MenuWait;
     setState(m_tools.mustAsk(m_command) ? GrabState::Asking : state);
     m_helperWorks = m_tools.startHelper(m_command);
     if (m_helperWorks)

@@ -28,9 +28,9 @@ enum class GrabCommand {
 /// How far a grab has come.
 enum class GrabState {
     Idle,       ///< none is under way
-    Freezing,   ///< this program becomes active, and its window gets out of the way
-    Marking,    ///< an overlay is open
-    Counting,   ///< the countdown runs
+    Freezing,   ///< nothing is open yet: the window gets out of the way
+    Marking,    ///< an overlay is open, and has the keyboard
+    Counting,   ///< the countdown runs, and Escape is heard
     Browsing,   ///< the browser of windows is open
     Asking,     ///< a question has to be answered first
     MenuWait,   ///< the helper waits for a menu
@@ -44,6 +44,7 @@ inline constexpr int GrabStateCount = 10;
 enum class GrabEvent {
     Press,        ///< of a key or button, or a call over the bus
     Escape,       ///< heard by nothing that is open for the grab
+    Opens,        ///< what waits for the user is there
     Works,        ///< the helper's word that it begins
     Scrolls,      ///< its word that it turns the wheel
     PutsBack,     ///< its word that it puts back what it has moved
@@ -51,7 +52,7 @@ enum class GrabEvent {
     Quit,         ///< the program is to be closed
     DisplayLost,  ///< a screen is gone
 };
-inline constexpr int GrabEventCount = 8;
+inline constexpr int GrabEventCount = 9;
 
 /// What follows.
 enum class GrabStep {
@@ -63,7 +64,7 @@ enum class GrabStep {
     GiveUp,   ///< close what is open, with no picture
     Count,    ///< the Escape: the second one within a second gives up
     Hide,     ///< this program gets out of the helper's way
-    Follow,   ///< the helper: the state becomes what its word says
+    Follow,   ///< the state becomes what was told
     Finish,   ///< the helper is done
     Close,    ///< the program, now
     Leave,    ///< give up, and close the program then
@@ -168,6 +169,8 @@ public:
 
     void press(GrabCommand command);
     void escape();
+    /// What waits for the user in the grab under way is open now.
+    void opened() { hear(GrabEvent::Opens); }
     void helperWorks() { hear(GrabEvent::Works); }
     void helperScrolls() { hear(GrabEvent::Scrolls); }
     void helperPutsBack() { hear(GrabEvent::PutsBack); }
@@ -186,6 +189,7 @@ signals:
 
 private:
     void hear(GrabEvent event);
+    GrabState stateAfter(GrabEvent event) const;
     void giveUp();
     void setState(GrabState state);
     void run(GrabCommand command);

@@ -93,6 +93,8 @@ public:
     // The helper's words: it begins, or is done.
     void hideForHelper();
     void showAfterHelper();
+    /// The user can point at a window.
+    void helperOpens();
     /// The helper turns the wheel over the picked window.
     void helperScrolls();
     /// It is done with that, and puts the content back where it was.

@@ -105,6 +105,7 @@ void MainWindow::setUpGrabs()
     m_Tools = std::make_unique<CaptureTools>(*this, *m_Front, clock);
     m_Grabs = std::make_unique<GrabFlow>(*m_Front, *m_Tools, clock);
     connect(m_Front.get(), &FrontWindow::escaped, m_Grabs.get(), &GrabFlow::escape);
+    connect(m_Tools.get(), &CaptureTools::opened, m_Grabs.get(), &GrabFlow::opened);
     connect(m_Tools.get(), &CaptureTools::escaped, m_Grabs.get(), &GrabFlow::escape);
     connect(qGuiApp, &QGuiApplication::screenRemoved, m_Grabs.get(), &GrabFlow::displayLost,
             Qt::QueuedConnection);
@@ -167,6 +168,8 @@ void MainWindow::ShowMenuWindow() { m_Grabs->press(GrabCommand::Menu); }
 void MainWindow::hideForHelper() { m_Grabs->helperWorks(); }
 
 void MainWindow::showAfterHelper() { m_Grabs->helperEnds(); }
+
+void MainWindow::helperOpens() { m_Grabs->opened(); }
 
 void MainWindow::helperScrolls() { m_Grabs->helperScrolls(); }
 

@@ -147,16 +147,9 @@ bool SnapWorkbench::hasOverlay(const QRect &area)
 
 bool SnapWorkbench::openOverlay(const QRect &area, xcb_keysym_t hotKey)
 {
-    // A grab ends with its helper windows gone; until then a hot key only brings the program
-    // forward.
-    const bool idle = waitFor([&] {
-        const QList<TestDesktop::Window> windows = m_desktop.windows();
-        return std::none_of(windows.begin(), windows.end(), [](const TestDesktop::Window &window) {
-            return window.viewable && window.title == u"SnapWorkbench";
-        });
-    });
+    const bool isIdle = waitForState(u"Idle"_s);
     m_desktop.key(hotKey, {XK_Control_L, XK_Alt_L});
-    return idle && waitFor([&] { return hasOverlay(area); });
+    return isIdle && waitForState(u"Marking"_s) && hasOverlay(area);
 }
 
 QImage SnapWorkbench::saveAs(const QString &path)

@@ -26,6 +26,7 @@ public:
     bool asks = false;
     bool isEmpty = false;
     QStringList log{};
+    Hook opened{};  ///< told when what waits for the user opens
     Hook freezing{}, marking{}, counting{}, browsing{}, asking{}, ending{}, showing{};
 
     GrabSituation situation() override { return now; }
@@ -60,7 +61,7 @@ public:
     Take mark(GrabCommand) override
     {
         log.append(u"mark"_s);
-        m_closed = false;
+        open();
         run(marking);
         return accepts && !m_closed ? [this] { return grab(); } : Take();
     }
@@ -72,7 +73,7 @@ public:
     bool countDown(int) override
     {
         log.append(u"count"_s);
-        m_closed = false;
+        open();
         run(counting);
         return accepts && !m_closed;
     }
@@ -80,7 +81,7 @@ public:
     std::optional<QList<Grab>> browse() override
     {
         log.append(u"browse"_s);
-        m_closed = false;
+        open();
         run(browsing);
         return accepts && !m_closed ? std::optional(isEmpty ? QList<Grab>() : QList{grab(), grab()})
                                     : std::nullopt;
@@ -106,6 +107,11 @@ public:
     }
 
 private:
+    void open()
+    {
+        m_closed = false;
+        opened();
+    }
     Grab grab() const { return {.picture = isEmpty ? QPixmap() : QPixmap(2, 2)}; }
     // Once: what comes of it waits as well.
     static void run(Hook &hook)
@@ -151,6 +157,7 @@ void TestGrabFlow::init()
     m_fake = std::make_unique<Fake>();
     m_fake->now = {.isComposited = true, .countdown = 5};
     m_flow = std::make_unique<GrabFlow>(*m_fake, *m_fake, m_clock);
+    m_fake->opened = [this] { m_flow->opened(); };
 }
 
 void TestGrabFlow::in(GrabState state, const Hook &then)
@@ -192,6 +199,7 @@ void TestGrabFlow::in(GrabState state, const Hook &then)
     case GrabState::Picking:
     case GrabState::Scrolling:
         m_flow->press(GrabCommand::Window);
+        m_flow->opened();
         if (state == GrabState::Scrolling)
             m_flow->helperScrolls();
         check();
@@ -211,33 +219,35 @@ void TestGrabFlow::everyEventInEveryState_data()
     QTest::addColumn<GrabState>("becomes");
     QTest::addColumn<QString>("inTheEnd");  // the last that is done about it; empty where it is all
     using S = GrabState;
-    constexpr int s_columns = 8;
+    constexpr int s_columns = 9;
     struct Row {
         S state;
-        std::array<const char *, s_columns> atOnce;  // press, Escape, works, scrolls, puts back,
-                                                     // ends, quit, display lost
+        std::array<const char *, s_columns> atOnce;  // press, Escape, opens, works, scrolls, puts
+                                                     // back, ends, quit, display lost
         const char *pressEnds;
         const char *quitEnds;
     };
     // clang-format off
     constexpr std::array<Row, GrabStateCount> rows{{
-        {S::Idle,      {"other,screen,document", "", "", "", "", "", "", ""}, "", ""},
-        {S::Freezing,  {"bring", "give up", "", "", "", "", "give up", ""}, "", "close"},
-        {S::Marking,   {"bring", "give up", "", "", "", "", "give up", "give up"}, "", "close"},
-        {S::Counting,  {"", "", "", "", "", "", "give up", ""}, "screen", "close"},
-        {S::Browsing,  {"bring", "", "", "", "", "", "give up", ""}, "", "close"},
-        {S::Asking,    {"bring", "", "", "", "", "", "give up", ""}, "", "close"},
-        {S::MenuWait,  {"stop", "", "hide", "", "", "show", "drop", ""}, "", ""},
-        {S::Picking,   {"bring", "", "hide", "", "", "show", "drop", "give up"}, "", ""},
-        {S::Scrolling, {"bring", "", "", "", "", "show", "drop", ""}, "", ""},
-        {S::Ending,    {"", "", "", "", "", "", "give up", ""}, "screen", "close"},
+        {S::Idle,      {"other,screen,document", "", "", "", "", "", "", "", ""}, "", ""},
+        {S::Freezing,  {"bring", "give up", "", "hide", "", "", "", "give up", ""}, "", "close"},
+        {S::Marking,   {"bring", "give up", "", "", "", "", "", "give up", "give up"}, "", "close"},
+        {S::Counting,  {"", "", "", "", "", "", "", "give up", ""}, "screen", "close"},
+        {S::Browsing,  {"bring", "", "", "", "", "", "", "give up", ""}, "", "close"},
+        {S::Asking,    {"bring", "", "", "", "", "", "", "give up", ""}, "", "close"},
+        {S::MenuWait,  {"stop", "", "", "hide", "", "", "show", "drop", ""}, "", ""},
+        {S::Picking,   {"bring", "", "", "", "", "", "show", "drop", "give up"}, "", ""},
+        {S::Scrolling, {"bring", "", "", "", "", "", "show", "drop", ""}, "", ""},
+        {S::Ending,    {"", "", "", "", "", "", "", "give up", ""}, "screen", "close"},
     }};
     // clang-format on
     for (const Row &row : rows) {
         for (int i = 0; i < s_columns; ++i) {
             const auto event = static_cast<GrabEvent>(i);
             S becomes = row.state;
-            if (event == GrabEvent::Scrolls && row.state == S::Picking)
+            if (event == GrabEvent::Opens && row.state == S::Freezing)
+                becomes = S::Marking;
+            else if (event == GrabEvent::Scrolls && row.state == S::Picking)
                 becomes = S::Scrolling;
             else if (event == GrabEvent::PutsBack && row.state == S::Scrolling)
                 becomes = S::Ending;
@@ -269,6 +279,9 @@ void TestGrabFlow::everyEventInEveryState()
             break;
         case GrabEvent::Escape:
             m_flow->escape();
+            break;
+        case GrabEvent::Opens:
+            m_flow->opened();
             break;
         case GrabEvent::Works:
             m_flow->helperWorks();
@@ -460,7 +473,9 @@ void TestGrabFlow::helper()
     QCOMPARE(m_fake->log.join(u','), u"pick,hide,back"_s);
     m_fake->log.clear();
     m_flow->press(GrabCommand::Window);
+    QCOMPARE(m_flow->state(), GrabState::Freezing);
     m_flow->helperWorks();
+    m_flow->opened();
     m_flow->helperScrolls();
     m_flow->helperPutsBack();
     QCOMPARE(m_flow->state(), GrabState::Ending);
