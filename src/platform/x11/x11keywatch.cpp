@@ -29,7 +29,7 @@ X11KeyWatch::X11KeyWatch(X11Display &display) : m_display(display)
     connect(&m_look, &QTimer::timeout, this, &X11KeyWatch::look);
 }
 
-X11KeyWatch::~X11KeyWatch() { stop(); }
+X11KeyWatch::~X11KeyWatch() { X11KeyWatch::stop(); }
 
 void X11KeyWatch::start(const QList<Qt::Key> &keys, std::function<void(Qt::Key)> pressed)
 {
