@@ -64,7 +64,7 @@ qsizetype Canvas::budget() const { return std::max(s_leastBudget, m_picture.size
 
 QRegion Canvas::add(const EditEntry &entry)
 {
-    const QRegion area = coverage(entry.geometry, entry.style, m_picture.size());
+    QRegion area = coverage(entry.geometry, entry.style, m_picture.size());
     if (m_isDrawn)
         push(entry, area);
     m_stale += area;
@@ -73,7 +73,7 @@ QRegion Canvas::add(const EditEntry &entry)
 
 QRegion Canvas::takeBack(const EditEntry &entry)
 {
-    const QRegion area = coverage(entry.geometry, entry.style, m_picture.size());
+    QRegion area = coverage(entry.geometry, entry.style, m_picture.size());
     m_stale += area;
     if (m_isDrawn && !m_below.empty()) {
         const Below &below = m_below.back();

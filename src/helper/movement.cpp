@@ -73,22 +73,22 @@ public:
         : m_rows(picture.height()), m_bands((picture.width() + s_band - 1) / s_band),
           m_hashes(static_cast<size_t>(m_rows) * m_bands)
     {
-        const int whole = picture.width() / s_band;
+        const ptrdiff_t whole = picture.width() / s_band;
         const size_t rest = picture.width() % s_band;
         for (int top = 0; top < m_rows; top += s_block) {
             const int bottom = std::min(top + s_block, m_rows);
             std::array<const QRgb *, s_block> lines{};
             for (int y = top; y < bottom; ++y)
                 lines[y - top] = row(picture, y);
-            for (int band = 0; band < whole; ++band) {
-                Hash *to = m_hashes.data() + static_cast<size_t>(band) * m_rows;
+            for (ptrdiff_t band = 0; band < whole; ++band) {
+                Hash *to = m_hashes.data() + band * m_rows;
                 for (int y = top; y < bottom; ++y)
                     to[y] = hashOf(lines[y - top] + band * s_band, mask);
             }
             for (int y = top; rest && y < bottom; ++y) {
                 std::array<QRgb, s_band> last{};
                 std::copy_n(lines[y - top] + whole * s_band, rest, last.begin());
-                m_hashes[static_cast<size_t>(whole) * m_rows + y] = hashOf(last.data(), mask);
+                m_hashes[whole * m_rows + y] = hashOf(last.data(), mask);
             }
         }
     }
@@ -360,11 +360,11 @@ std::vector<int> Pair::candidates(int expected)
     std::iota(distances.begin(), distances.end(), 1);
     std::vector<int> result;
     const auto takeBest = [&](const std::vector<int> &votes, int share) {
-        const size_t count = std::min<size_t>(most, distances.size());
+        const auto count = std::min<ptrdiff_t>(most, std::ssize(distances));
         std::partial_sort(
             distances.begin(), distances.begin() + count, distances.end(),
             [&](int a, int b) { return votes[a] != votes[b] ? votes[a] > votes[b] : a < b; });
-        for (size_t i = 0; i < count; ++i) {
+        for (ptrdiff_t i = 0; i < count; ++i) {
             const int votesFor = votes[distances[i]];
             if (votesFor > 0 && votesFor * share >= votes[distances[0]])
                 result.push_back(distances[i]);

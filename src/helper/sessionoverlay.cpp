@@ -29,7 +29,7 @@ SessionOverlay::SessionOverlay()
     m_hint->addLine(tr("Escape"), tr("gives up"));
     placeHint();
     m_hint->show();
-    looked();
+    SessionOverlay::looked();
 }
 
 SessionOverlay::~SessionOverlay() { services().accessibility->dropQuestion(); }

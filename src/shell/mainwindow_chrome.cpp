@@ -182,9 +182,11 @@ bool MainWindow::event(QEvent *event)
 {
     switch (event->type()) {
     case QEvent::ApplicationFontChange:
-        // A new font does not reach what a style sheet is in force for.
+        // A new font does not reach what a style sheet is in force for. The tabs take theirs from
+        // the widget that has the sheet: newer toolkits take back at once what is set on the bar
+        // itself.
         for (QWidget *widget :
-             {ui->layMenuBar->itemAt(0)->widget(), static_cast<QWidget *>(ui->tabWidget->tabBar()),
+             {ui->layMenuBar->itemAt(0)->widget(), static_cast<QWidget *>(ui->tabWidget),
               static_cast<QWidget *>(ui->CmbFont), static_cast<QWidget *>(ui->CmbFontSize)})
             widget->setFont(QApplication::font());
         break;

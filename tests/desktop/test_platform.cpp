@@ -132,7 +132,8 @@ void TestPlatform::hotKeyFollowsTheLayout_data()
     QTest::addColumn<QStringList>("layout");
     QTest::addColumn<bool>("second");
     QTest::addColumn<uint8_t>("key");
-    QTest::newRow("letters move") << QStringList{u"dvorak"_s} << false << s_keyO;
+    QTest::newRow("letters move") << QStringList{u"us"_s, u"-variant"_s, u"dvorak"_s} << false
+                                  << s_keyO;
     QTest::newRow("no Latin letters") << QStringList{u"ru"_s} << false << s_keyR;
     // On one and the same key the first layout has S and the second one R.
     const QStringList two{u"us,us"_s, u"-variant"_s, u",colemak"_s, u"-option"_s,

@@ -185,7 +185,7 @@ QProcess *TestDesktop::startPattern(const QRect &area, const QString &name, bool
     return waitFor(active) && shown() ? process : nullptr;
 }
 
-QString TestDesktop::longProgram() { return QStringLiteral(SNAP_LONG); }
+QString TestDesktop::longProgram() { return QStringLiteral(SNAP_LONG_WINDOW); }
 
 void TestDesktop::fake(uint8_t type, uint8_t detail, QPoint at)
 {

@@ -26,7 +26,7 @@ uint8_t usKey(char letter)
 QList<uint8_t> keysElsewhere(const QList<KeyLayout::Group> &groups, char letter)
 {
     for (const KeyLayout::Group &group : groups) {
-        const QList<uint8_t> keys = group.keys(letter);
+        QList<uint8_t> keys = group.keys(letter);
         if (!keys.isEmpty())
             return keys;
     }

@@ -34,7 +34,7 @@ X11KeyWatch::X11KeyWatch(X11Display &display) : m_display(display)
         m_inputOpcode = input->major_opcode;
 }
 
-X11KeyWatch::~X11KeyWatch() { stop(); }
+X11KeyWatch::~X11KeyWatch() { X11KeyWatch::stop(); }
 
 void X11KeyWatch::readCodes(const QList<Qt::Key> &keys)
 {

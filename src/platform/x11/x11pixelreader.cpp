@@ -102,7 +102,7 @@ bool X11PixelReader::attach()
     if (id == -1)
         return false;
     void *memory = shmat(id, nullptr, 0);
-    if (memory != reinterpret_cast<void *>(-1)) {
+    if (reinterpret_cast<intptr_t>(memory) != -1) {
         m_segment = xcb_generate_id(connection);
         const Reply<xcb_generic_error_t> error(
             xcb_request_check(connection, xcb_shm_attach_checked(connection, m_segment,

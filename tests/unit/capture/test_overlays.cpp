@@ -253,7 +253,7 @@ void TestOverlays::polygonKeysMovePointer()
     m_desktop->clock->advance(100);
     QCOMPARE(spy.constFirst().at(2).toInt(), -301);
     const std::unique_ptr<QPolygonF> polygon(overlay.getPolygon());
-    QCOMPARE(*polygon, QPolygonF({{0, 0}, {202, 24}}));
+    QCOMPARE(*polygon, (QPolygonF{{0, 0}, {202, 24}}));
 }
 
 void TestOverlays::polygonMenu()

@@ -70,8 +70,8 @@ void TestCutting::equalsContains_data()
     };
     row("nothing", [](QPainterPath &) {});
     row("a point", [](QPainterPath &path) { path.moveTo(5, 5); });
-    row("upright line", [](QPainterPath &path) { path.addPolygon(QPolygonF({{5, 5}, {5, 50}})); });
-    row("level line", [](QPainterPath &path) { path.addPolygon(QPolygonF({{5, 5}, {50, 5}})); });
+    row("upright line", [](QPainterPath &path) { path.addPolygon(QPolygonF{{5, 5}, {5, 50}}); });
+    row("level line", [](QPainterPath &path) { path.addPolygon(QPolygonF{{5, 5}, {50, 5}}); });
     row("as large", [](QPainterPath &path) { path.addRect({0, 0, 97, 83}); });
     row("beyond all sides", [](QPainterPath &path) { path.addRect({-1e9, -1e9, 3e9, 3e9}); });
     row("outside", [](QPainterPath &path) { path.addEllipse({200, 10, 30, 30}); });
@@ -79,7 +79,7 @@ void TestCutting::equalsContains_data()
     row("flat ellipse", [](QPainterPath &path) { path.addEllipse({3, 10, 90, 0}); });
     // Its sides are all but level at a row, and left out there, so that the row stays open.
     row("all but level", [](QPainterPath &path) {
-        path.addPolygon(QPolygonF({{9, 40}, {60, 40.00000000001}}));
+        path.addPolygon(QPolygonF{{9, 40}, {60, 40.00000000001}});
     });
     row("all but closed", [](QPainterPath &path) {
         path.addPolygon(QPolygonF({{9, 0}, {60, 40}, {5, 60}, {9, 1e-13}}));
