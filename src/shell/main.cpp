@@ -4,6 +4,7 @@
 #include "config/texthelpers.h"
 #include "helper/snapworkbenchhelper.h"
 #include "platform/services.h"
+#include "platform/xdg/lastingbus.h"
 #include "platform/xdg/singleprogram.h"
 #include "shell/buscommands.h"
 #include "shell/capturebridge.h"
@@ -34,6 +35,7 @@ int main(int argc, char **argv)
     const QApplication application(argc, argv);
     QApplication::setStyle(new PictureStyle);
     installTranslations();
+    outliveSessionBus();
     // A tool that waits in the tray ends by its own command only.
     QGuiApplication::setQuitOnLastWindowClosed(false);
     QImageReader::setAllocationLimit(s_pictureLimit);

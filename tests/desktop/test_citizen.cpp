@@ -4,6 +4,9 @@
 #include "pattern.h"
 #include "snapworkbench.h"
 
+#include <QDBusConnection>
+#include <QDBusConnectionInterface>
+#include <QDBusReply>
 #include <QDir>
 #include <QFile>
 #include <QTest>
@@ -36,6 +39,8 @@ private slots:
     void startsInTheSameInstant();
     void startWhileTheFirstEnds();
     void openedPictures();
+    void busEnds_data();
+    void busEnds();
     void overlayActions_data();
     void overlayActions();
     void otherActions();
@@ -184,6 +189,38 @@ void TestCitizen::openedPictures()
     QVERIFY(m_program->waitForTitle(oneTitle));
     m_desktop->key(XK_w, {XK_Control_L});
     QVERIFY(m_program->waitForTitle(s_title));
+}
+
+void TestCitizen::busEnds_data()
+{
+    QTest::addColumn<QString>("dialogs");
+    QTest::newRow("dialogs of our toolkit") << QString();
+    QTest::newRow("GTK's dialogs") << u"gtk3"_s;
+}
+
+// With a picture that has not been saved.
+void TestCitizen::busEnds()
+{
+    QFETCH(QString, dialogs);
+    QVERIFY(m_program->startAndWait({{u"QT_QPA_PLATFORMTHEME"_s, dialogs}}));
+    const auto isInFront = [&] { return m_desktop->activeTitle() == s_title; };
+    QVERIFY(waitFor(isInFront));
+    const QString address = m_desktop->environment().value(u"DBUS_SESSION_BUS_ADDRESS"_s);
+    QDBusConnection bus = QDBusConnection::connectToBus(address, u"names"_s);
+    const auto names = [&] { return bus.interface()->registeredServiceNames().value().size(); };
+    const qsizetype before = names();
+    m_desktop->key(XK_o, {XK_Control_L});
+    QVERIFY(waitFor([&] { return !isInFront() && (dialogs.isEmpty() || names() > before); }));
+    m_desktop->key(XK_Escape);
+    QVERIFY(waitFor(isInFront));
+    m_desktop->key(XK_s, {XK_Control_L, XK_Alt_L});
+    QVERIFY(m_program->waitForTitle(u"untitled * - "_s + s_title));
+
+    QDBusConnection::disconnectFromBus(bus.name());
+    m_desktop->endBus();
+    m_desktop->key(XK_s, {XK_Control_L, XK_Alt_L});
+    QVERIFY(m_program->waitForTitle(u"untitled 1 * - "_s + s_title));
+    QVERIFY(isRunning(m_program->process()));
 }
 
 void TestCitizen::overlayActions_data()

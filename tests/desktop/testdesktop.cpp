@@ -120,13 +120,19 @@ bool TestDesktop::startServer(const Options &options)
 
 bool TestDesktop::startBus()
 {
-    QProcess *bus = start(u"dbus-daemon"_s, {u"--session"_s, u"--nofork"_s, u"--print-address=1"_s},
-                          m_environment);
-    if (!bus || !waitFor([&] { return bus->canReadLine(); }))
+    m_bus = start(u"dbus-daemon"_s, {u"--session"_s, u"--nofork"_s, u"--print-address=1"_s},
+                  m_environment);
+    if (!m_bus || !waitFor([&] { return m_bus->canReadLine(); }))
         return false;
     m_environment.insert(u"DBUS_SESSION_BUS_ADDRESS"_s,
-                         QString::fromLatin1(bus->readLine().trimmed()));
+                         QString::fromLatin1(m_bus->readLine().trimmed()));
     return true;
+}
+
+void TestDesktop::endBus()
+{
+    m_bus->kill();
+    m_bus->waitForFinished();
 }
 
 bool TestDesktop::startWindowManager(const Options &options)
