@@ -797,6 +797,10 @@ Möchten Sie die Datei ersetzen?</translation>
 <context>
     <name>main</name>
     <message>
+        <source>%1 is running already, but does not answer. End that program, and then start it again.</source>
+        <translation>%1 läuft bereits, antwortet aber nicht. Beenden Sie das Programm und starten Sie es dann neu.</translation>
+    </message>
+    <message>
         <source>SnapWorkbench.xml is missing so that it can not work properly</source>
         <translation>SnapWorkbench.xml fehlt, daher ist kein Betrieb möglich</translation>
     </message>

@@ -797,6 +797,10 @@ Do you want to replace it?</source>
 <context>
     <name>main</name>
     <message>
+        <source>%1 is running already, but does not answer. End that program, and then start it again.</source>
+        <translation>%1 已在运行，但没有响应。请先结束该程序，然后重新启动。</translation>
+    </message>
+    <message>
         <source>SnapWorkbench.xml is missing so that it can not work properly</source>
         <translation>缺少 SnapWorkbench.xml，无法正常工作</translation>
     </message>
