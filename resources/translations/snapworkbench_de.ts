@@ -210,6 +210,10 @@ Rücktaste    Punkt löschen</translation>
 <context>
     <name>MainWindow</name>
     <message>
+        <source>Pictures of the screen can't be taken in a Wayland session yet. Log in to an X11 session for that; opening and editing pictures works here too.</source>
+        <translation>In einer Wayland-Sitzung lassen sich noch keine Bilder vom Bildschirm aufnehmen. Melden Sie sich dafür in einer X11-Sitzung an; das Öffnen und Bearbeiten von Bildern ist auch hier möglich.</translation>
+    </message>
+    <message>
         <source>Snap Workbench</source>
         <translation>Snap Workbench</translation>
     </message>

@@ -210,6 +210,10 @@ Backspace    删除最后一点</translation>
 <context>
     <name>MainWindow</name>
     <message>
+        <source>Pictures of the screen can't be taken in a Wayland session yet. Log in to an X11 session for that; opening and editing pictures works here too.</source>
+        <translation>目前还不能在 Wayland 会话中截取屏幕。如需截图，请登录 X11 会话；在此处仍可打开和编辑图片。</translation>
+    </message>
+    <message>
         <source>Snap Workbench</source>
         <translation>Snap Workbench</translation>
     </message>

@@ -9,6 +9,7 @@
 #include "platform/xdg/singleprogram.h"
 #include "shell/buscommands.h"
 #include "shell/capturebridge.h"
+#include "shell/capturerefusal.h"
 #include "shell/mainwindow.h"
 #include "shell/picturestyle.h"
 #include "shell/sessionend.h"
@@ -93,6 +94,8 @@ int main(int argc, char **argv)
             window.showMinimized();
         else
             window.setVisible(true);
+        if (const QString refusal = captureRefusal(); !refusal.isEmpty())
+            window.say(refusal);
         const SessionEnd sessionEnd(window);
         status = QApplication::exec();
         window.SaveGeometry();

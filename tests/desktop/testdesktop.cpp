@@ -37,7 +37,7 @@ TestDesktop::TestDesktop(const Options &options)
 {
     for (const auto &name :
          {u"DISPLAY"_s, u"QT_QPA_PLATFORM"_s, u"QT_SCALE_FACTOR"_s, u"DBUS_SESSION_BUS_ADDRESS"_s,
-          u"SESSION_MANAGER"_s, u"WAYLAND_DISPLAY"_s})
+          u"SESSION_MANAGER"_s, u"WAYLAND_DISPLAY"_s, u"XDG_SESSION_TYPE"_s})
         m_environment.remove(name);
     m_environment.insert(u"HOME"_s, home());
     m_environment.insert(u"XDG_DATA_HOME"_s, home() + u"/data"_s);
