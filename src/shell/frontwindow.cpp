@@ -3,6 +3,7 @@
 #include "capture/grab.h"
 #include "platform/applicationwatch.h"
 #include "platform/services.h"
+#include "shell/capturerefusal.h"
 #include "shell/mainwindow.h"
 
 #include <QApplication>
@@ -27,7 +28,8 @@ GrabSituation FrontWindow::situation()
             .isComposited = services().windows->isComposited(),
             .hideBefore = MainWindow::GetHideFromXML(),
             .showAfter = MainWindow::GetShowFromXML(),
-            .countdown = MainWindow::GetScreenTimerFromXML()};
+            .countdown = MainWindow::GetScreenTimerFromXML(),
+            .refusal = captureRefusal()};
 }
 
 void FrontWindow::place(Place place)

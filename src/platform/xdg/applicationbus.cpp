@@ -92,7 +92,9 @@ ApplicationBus::Claim ApplicationBus::claim()
 {
     QDBusConnection bus = QDBusConnection::sessionBus();
     // Before the name: who finds the name calls at once.
-    if (!bus.isConnected() || !bus.registerObject(s_path, this))
+    if (!m_isRegistered)
+        m_isRegistered = bus.isConnected() && bus.registerObject(s_path, this);
+    if (!m_isRegistered)
         return Claim::NoBus;
     const QDBusReply<QDBusConnectionInterface::RegisterServiceReply> reply =
         bus.interface()->registerService(s_name, QDBusConnectionInterface::QueueService);

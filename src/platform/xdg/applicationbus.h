@@ -26,7 +26,8 @@ public:
 
     explicit ApplicationBus(Handlers handlers);
 
-    /// Takes the program's name. One that another has comes to this program when that one ends.
+    /// Takes the program's name. One that another has comes to this program when that one ends. May
+    /// be called again.
     Claim claim();
     /// Asks the owner of the name to come to the front; waits for the answer, two seconds at the
     /// most. False when there was none.
@@ -41,5 +42,6 @@ public:
 
 private:
     Handlers m_handlers;
+    bool m_isRegistered = false;
     QString m_grabState = QStringLiteral("Idle");
 };
