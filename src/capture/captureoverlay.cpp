@@ -40,6 +40,8 @@ CaptureOverlay::CaptureOverlay(QWidget *parent, qreal sheetOpacity)
     : QDialog(parent), m_area(desktopBox()), m_sheetOpacity(sheetOpacity)
 {
     setWindowFlags(windowFlags() | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
+    // Before it is shown for the first time, or another dialog would keep its keys from it.
+    setModal(true);
     setAttribute(Qt::WA_TranslucentBackground, !hasSheet());
     startTicks();
 }
@@ -64,7 +66,6 @@ void CaptureOverlay::ShowDetailWindow(EShowMagOpr opr, int x, int y)
 // can't be shown, or that was closed while it was being shown, would never return.
 int CaptureOverlay::exec()
 {
-    setModal(true);
     show();
     if (!isVisible())
         return Rejected;

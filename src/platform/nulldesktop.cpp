@@ -45,6 +45,7 @@ public:
         window->move(to / window->devicePixelRatioF());
     }
     void keepOutOfTaskBar(QWidget *) override {}
+    void setOnScreen(QWidget *, bool) override {}
     void dropShadow(QWidget *) override {}
     int numberOf(const QWidget *) override { return 0; }
 };

@@ -90,6 +90,11 @@ public:
     /// Keeps a window of this program, not shown yet, out of task bars and switchers.
     virtual void keepOutOfTaskBar(QWidget *window) = 0;
 
+    /// Takes a window of this program off the screen that the toolkit goes on to count as shown, or
+    /// puts it back. (A dialog that the toolkit hides is answered by that, and one that is
+    /// minimised comes back with the focus.)
+    virtual void setOnScreen(QWidget *window, bool onScreen) = 0;
+
     /// Keeps the compositor from drawing a shadow around a window of this program.
     virtual void dropShadow(QWidget *window) = 0;
 

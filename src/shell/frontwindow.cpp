@@ -51,25 +51,27 @@ void FrontWindow::place(Place place)
     }
 }
 
-// Dialogs are windows of their own, which stay where they are when the main window goes.
 void FrontWindow::hideAll(bool hide)
 {
-    if (hide) {
-        for (QWidget *window : QApplication::topLevelWidgets()) {
-            const bool isInTheWay = window->isVisible() && !window->isMinimized() &&
-                                    (window == &m_window || qobject_cast<QDialog *>(window)) &&
-                                    window != m_cover.get();
-            if (!isInTheWay)
-                continue;
-            m_hidden.append(window);
-            window->showMinimized();
+    if (!hide) {
+        if (std::exchange(m_isMinimizedForHelper, false) && m_window.isMinimized())
+            unminimize(m_window);
+        for (const QPointer<QWidget> &dialog : std::exchange(m_hiddenDialogs, {})) {
+            if (dialog && dialog->isVisible())
+                services().windows->setOnScreen(dialog, true);
         }
         return;
     }
-    for (const QPointer<QWidget> &window : std::exchange(m_hidden, {})) {
-        if (window && window->isMinimized())
-            unminimize(*window);
+    for (QWidget *window : QApplication::topLevelWidgets()) {
+        const bool isDialog = qobject_cast<QDialog *>(window) && window != m_cover.get();
+        if (!isDialog || !window->isVisible())
+            continue;
+        m_hiddenDialogs.append(window);
+        services().windows->setOnScreen(window, false);
     }
+    m_isMinimizedForHelper = !m_window.isMinimized();
+    if (m_isMinimizedForHelper)
+        m_window.showMinimized();
 }
 
 void FrontWindow::close()

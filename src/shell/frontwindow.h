@@ -42,5 +42,6 @@ private:
     MainWindow &m_window;
     Front m_front;
     std::unique_ptr<FocusCover> m_cover;
-    QList<QPointer<QWidget>> m_hidden;  // minimised for the helper
+    QList<QPointer<QWidget>> m_hiddenDialogs;  // for the helper
+    bool m_isMinimizedForHelper = false;
 };

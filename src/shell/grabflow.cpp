@@ -299,6 +299,8 @@ void GrabFlow::helperTakes(Grab grab)
     // One that comes by another way, with no grab under way, is shown all the same.
     if (m_helperWorks)
         setState(GrabState::Ending);
+    if (!m_kept)
+        comeBack();
     // It comes to the front with the window, whatever the setting says.
     m_before.showAfter = true;
     deliver(std::move(grab));

@@ -52,6 +52,9 @@ private slots:
     void quitsInBetween_data();
     void quitsInBetween();
     void asksInBetween();
+    void question_data();
+    void question();
+    void keysGoWhereTheUserGoes();
 
 private:
     bool startDesktop(const QStringList &windowManager, const QString &scale = u"1"_s);
@@ -514,6 +517,95 @@ void TestHelper::asksInBetween()
     QVERIFY(leftFiles().isEmpty());
     QVERIFY(m_program->openOverlay(s_screen));
     m_desktop->key(XK_Escape);
+}
+
+void TestHelper::question_data()
+{
+    QTest::addColumn<QStringList>("windowManager");
+    QTest::newRow("compositing") << s_compositing;
+    QTest::newRow("openbox") << s_openbox;
+}
+
+// It is found again, Escape in it is "No", and it leaves nothing of this program under the pick.
+void TestHelper::question()
+{
+    QFETCH(QStringList, windowManager);
+    QVERIFY(startDesktop(windowManager));
+    QVERIFY(m_desktop->startPattern({100, 100, 500, 400}));
+    const QImage before = m_desktop->screenshot();
+    m_program->call(u"org.freedesktop.Application"_s, u"Activate"_s, {QVariantMap()});
+    QVERIFY(waitFor([&] { return m_desktop->activeTitle() == s_idleTitle; }));
+    const QString about = u"About Snap Workbench"_s;
+    m_desktop->key(XK_s, {XK_Alt_L});
+    QVERIFY(waitFor([&] {
+        m_desktop->key(XK_a);
+        return waitFor([&] { return m_desktop->activeTitle() == about; }, 500);
+    }));
+
+    const auto windows = m_desktop->windows();
+    hotKey(XK_w);
+    const auto box = m_desktop->waitForNewWindow(windows);
+    QVERIFY(box.id && m_desktop->waitForFocus(box));
+    QProcess *cover = m_desktop->startPattern(s_screen, u"Cover"_s);
+    QVERIFY(cover);
+    // Any press brings it forward.
+    hotKey(XK_r);
+    QVERIFY(m_desktop->waitForFocus(box));
+    QCOMPARE(m_program->grabState(), u"Asking"_s);
+    cover->terminate();
+    QVERIFY(cover->waitForFinished());
+    QVERIFY(m_desktop->waitForFocus(box));
+    m_desktop->key(XK_Escape);
+    QVERIFY(m_program->waitForState(u"Picking"_s));
+    // Above the hint at the foot.
+    const QRect upper(0, 0, 1600, 800);
+    m_desktop->movePointer({1500, 100});
+    QVERIFY(waitFor([&] { return m_desktop->screenshot().copy(upper) == before.copy(upper); }));
+    m_desktop->key(XK_Escape);
+    QVERIFY(m_program->waitForState(u"Idle"_s));
+    QVERIFY(waitFor([&] { return m_desktop->activeTitle() == about; }));
+    m_desktop->key(XK_Escape);
+    QVERIFY(waitFor([&] { return m_desktop->activeTitle() == s_idleTitle; }));
+    // It is not asked again.
+    hotKey(XK_w);
+    QVERIFY(m_program->waitForState(u"Picking"_s));
+    m_desktop->key(XK_Escape);
+    QVERIFY(m_program->waitForState(u"Idle"_s));
+}
+
+// While something scrolls, Escape pressed in another window is for that one, and the first one
+// that is not gives the keyboard back at once.
+void TestHelper::keysGoWhereTheUserGoes()
+{
+    QVERIFY(startDesktop(s_compositing));
+    QProcess *other = m_desktop->startPattern({20, 20, 200, 100});
+    QVERIFY(other);
+    QVERIFY(startLong({u"late"_s}));
+    m_desktop->movePointer(m_viewport.center());
+    QVERIFY(openPick());
+    m_desktop->key(XK_Return);
+    QVERIFY(m_program->waitForState(u"Scrolling"_s));
+    const auto hearsEscape = [&] {
+        m_desktop->key(XK_Escape);
+        return waitFor([&] { return other->readAll().contains("key 16777216"); });
+    };
+    QVERIFY(waitFor([&] { return m_desktop->isTaken(XK_Escape); }));
+    m_desktop->click({100, 100});
+    QVERIFY(waitFor([&] { return m_desktop->activeTitle() == u"pattern"; }));
+    QVERIFY(waitFor([&] { return !m_desktop->isTaken(XK_Escape); }));
+    QVERIFY(hearsEscape());
+    QCOMPARE(m_program->grabState(), u"Scrolling"_s);
+    m_desktop->click(m_viewport.topLeft() + QPoint(5, 5));
+    QVERIFY(waitFor([&] { return m_desktop->activeTitle() == u"long"; }));
+    QVERIFY(waitFor([&] { return m_desktop->isTaken(XK_Escape); }));
+    m_desktop->key(XK_Escape);
+    QVERIFY(waitFor([&] { return !m_desktop->isTaken(XK_Escape); }));
+    QVERIFY(m_program->waitForState(u"Ending"_s));
+    m_desktop->click({100, 100});
+    QVERIFY(waitFor([&] { return m_desktop->activeTitle() == u"pattern"; }));
+    QVERIFY(hearsEscape());
+    QVERIFY(m_program->waitForState(u"Idle"_s, s_captureLimit));
+    QCOMPARE(m_program->mainWindow().title, s_idleTitle);
 }
 
 QTEST_GUILESS_MAIN(TestHelper)

@@ -279,6 +279,19 @@ void TestDesktop::key(xcb_keysym_t keysym, const QList<xcb_keysym_t> &modifiers)
         keyUp(modifier);
 }
 
+bool TestDesktop::isTaken(xcb_keysym_t keysym)
+{
+    const xcb_keycode_t code = keycode(keysym);
+    xcb_generic_error_t *refusal = xcb_request_check(
+        m_connection, xcb_grab_key_checked(m_connection, 0, m_root, 0, code, XCB_GRAB_MODE_ASYNC,
+                                           XCB_GRAB_MODE_ASYNC));
+    if (!refusal)
+        xcb_ungrab_key(m_connection, code, m_root, 0);
+    xcb_flush(m_connection);
+    return std::unique_ptr<xcb_generic_error_t, decltype(&std::free)>(refusal, std::free) !=
+           nullptr;
+}
+
 void TestDesktop::type(const QString &text)
 {
     for (const QChar character : text) {

@@ -63,6 +63,8 @@ public:
     void key(xcb_keysym_t keysym, const QList<xcb_keysym_t> &modifiers = {});
     void keyDown(xcb_keysym_t keysym);
     void keyUp(xcb_keysym_t keysym);
+    /// Whether a program keeps a key, pressed alone, from all others.
+    bool isTaken(xcb_keysym_t keysym);
     /// Types ASCII text.
     void type(const QString &text);
 

@@ -108,6 +108,7 @@ public:
     }
     void moveWindow(QWidget *window, QPoint to) override { covered.append({to, window->size()}); }
     void keepOutOfTaskBar(QWidget *window) override { keptOutOfTaskBar.append(window); }
+    void setOnScreen(QWidget *, bool) override {}
     void dropShadow(QWidget *) override {}
     int numberOf(const QWidget *widget) override { return numbers.value(widget); }
 };

@@ -258,6 +258,33 @@ void X11WindowServer::keepOutOfTaskBar(QWidget *window)
     });
 }
 
+void X11WindowServer::setOnScreen(QWidget *window, bool onScreen)
+{
+    xcb_connection_t *connection = m_display.connection();
+    const auto id = static_cast<xcb_window_t>(window->winId());
+    const xcb_atom_t property = m_display.atom("_NET_WM_STATE");
+    const char *const kept = "statesOffScreen";
+    if (!onScreen) {
+        // The window manager takes them away from a window that goes.
+        window->setProperty(kept,
+                            QVariant::fromValue(m_display.values(id, property, XCB_ATOM_ATOM)));
+        xcb_unmap_window(connection, id);
+        xcb_unmap_notify_event_t gone{};
+        gone.response_type = XCB_UNMAP_NOTIFY;
+        gone.event = m_display.root();
+        gone.window = id;
+        xcb_send_event(connection, 0, m_display.root(),
+                       XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
+                       reinterpret_cast<const char *>(&gone));
+    } else {
+        const auto states = window->property(kept).value<QList<uint32_t>>();
+        xcb_change_property(connection, XCB_PROP_MODE_REPLACE, id, property, XCB_ATOM_ATOM, 32,
+                            static_cast<uint32_t>(states.size()), states.constData());
+        xcb_map_window(connection, id);
+    }
+    xcb_flush(connection);
+}
+
 void X11WindowServer::dropShadow(QWidget *window)
 {
     // Compositors that draw shadows around any window look for this property before they do.

@@ -30,6 +30,7 @@ public:
     void coverArea(QWidget *window, const QRect &area) override;
     void moveWindow(QWidget *window, QPoint to) override;
     void keepOutOfTaskBar(QWidget *window) override;
+    void setOnScreen(QWidget *window, bool onScreen) override;
     void dropShadow(QWidget *window) override;
     int numberOf(const QWidget *widget) override;
 

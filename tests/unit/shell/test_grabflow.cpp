@@ -480,7 +480,7 @@ void TestGrabFlow::helper()
     m_flow->helperPutsBack();
     QCOMPARE(m_flow->state(), GrabState::Ending);
     m_flow->helperTakes({.picture = QPixmap(2, 2)});
-    QCOMPARE(m_fake->log.mid(2).join(u','), u"document,show"_s);
+    QCOMPARE(m_fake->log.mid(2).join(u','), u"back,document,show"_s);
     QCOMPARE(m_flow->state(), GrabState::Ending);
     m_flow->helperEnds();
     QCOMPARE(m_flow->state(), GrabState::Idle);
