@@ -210,6 +210,10 @@ Rücktaste    Punkt löschen</translation>
 <context>
     <name>MainWindow</name>
     <message>
+        <source>Pictures of the screen can't be taken in a Wayland session yet. Log in to an X11 session for that; opening and editing pictures works here too.</source>
+        <translation>In einer Wayland-Sitzung lassen sich noch keine Bilder vom Bildschirm aufnehmen. Melden Sie sich dafür in einer X11-Sitzung an; das Öffnen und Bearbeiten von Bildern ist auch hier möglich.</translation>
+    </message>
+    <message>
         <source>Snap Workbench</source>
         <translation>Snap Workbench</translation>
     </message>
@@ -598,6 +602,13 @@ Rücktaste    Punkt löschen</translation>
     </message>
 </context>
 <context>
+    <name>NoticeBar</name>
+    <message>
+        <source>Close</source>
+        <translation>Schließen</translation>
+    </message>
+</context>
+<context>
     <name>QFileDialog</name>
     <message>
         <source>%1 already exists.
@@ -789,6 +800,10 @@ Möchten Sie die Datei ersetzen?</translation>
 </context>
 <context>
     <name>main</name>
+    <message>
+        <source>%1 is running already, but does not answer. End that program, and then start it again.</source>
+        <translation>%1 läuft bereits, antwortet aber nicht. Beenden Sie das Programm und starten Sie es dann neu.</translation>
+    </message>
     <message>
         <source>SnapWorkbench.xml is missing so that it can not work properly</source>
         <translation>SnapWorkbench.xml fehlt, daher ist kein Betrieb möglich</translation>

@@ -210,6 +210,10 @@ Backspace    删除最后一点</translation>
 <context>
     <name>MainWindow</name>
     <message>
+        <source>Pictures of the screen can't be taken in a Wayland session yet. Log in to an X11 session for that; opening and editing pictures works here too.</source>
+        <translation>目前还不能在 Wayland 会话中截取屏幕。如需截图，请登录 X11 会话；在此处仍可打开和编辑图片。</translation>
+    </message>
+    <message>
         <source>Snap Workbench</source>
         <translation>Snap Workbench</translation>
     </message>
@@ -598,6 +602,13 @@ Backspace    删除最后一点</translation>
     </message>
 </context>
 <context>
+    <name>NoticeBar</name>
+    <message>
+        <source>Close</source>
+        <translation>关闭</translation>
+    </message>
+</context>
+<context>
     <name>QFileDialog</name>
     <message>
         <source>%1 already exists.
@@ -789,6 +800,10 @@ Do you want to replace it?</source>
 </context>
 <context>
     <name>main</name>
+    <message>
+        <source>%1 is running already, but does not answer. End that program, and then start it again.</source>
+        <translation>%1 已在运行，但没有响应。请先结束该程序，然后重新启动。</translation>
+    </message>
     <message>
         <source>SnapWorkbench.xml is missing so that it can not work properly</source>
         <translation>缺少 SnapWorkbench.xml，无法正常工作</translation>

@@ -30,6 +30,21 @@ public:
     void after(int milliseconds, QObject *context, std::function<void()> run) override;
 };
 
+/// Tells how long something takes.
+class Stopwatch
+{
+public:
+    /// Starts. `clock` outlives this object.
+    explicit Stopwatch(const Clock &clock) : m_clock(&clock), m_start(clock.now()) {}
+
+    void restart() { m_start = m_clock->now(); }
+    qint64 elapsed() const { return m_clock->now() - m_start; }
+
+private:
+    const Clock *m_clock;
+    qint64 m_start;
+};
+
 /// Waits, with events running, until `condition` holds; it is asked before the first pause and
 /// after each, every 10 ms. False when it did not hold within `limit` milliseconds, or the program
 /// has been told to end.

@@ -68,10 +68,19 @@ int CaptureOverlay::exec()
     show();
     if (!isVisible())
         return Rejected;
+    m_waitsToOpen = true;
+    tellOpen();
     const int result = QDialog::exec();
+    m_waitsToOpen = false;
     // The end of the program leaves the loop with the window, and the keyboard, where they were.
     hide();
     return result;
+}
+
+void CaptureOverlay::accept()
+{
+    if (canBeTaken())
+        QDialog::accept();
 }
 
 void CaptureOverlay::changeviewmode() { ShowDetailWindow(eMagChangeMode, 0, 0); }
@@ -90,6 +99,8 @@ void CaptureOverlay::setVisible(bool visible)
         takeKeyboard();
         ShowDetailWindow(eMagOpen, 0, 0);
     } else {
+        emit leaves(result() == Accepted);
+        ShowDetailWindow(eMagClose, 0, 0);
         giveKeyboardBack();
         // A menu would outlive the overlay that it belongs to, and its loop would go on.
         for (QMenu *menu : findChildren<QMenu *>())
@@ -142,6 +153,12 @@ void CaptureOverlay::takeKeyboard()
         m_keyboardTries = 0;
 }
 
+void CaptureOverlay::tellOpen()
+{
+    if (m_keyboardTries <= 0 && std::exchange(m_waitsToOpen, false))
+        emit opened();
+}
+
 void CaptureOverlay::giveKeyboardBack()
 {
     m_keyboardTries = 0;
@@ -176,15 +193,25 @@ void CaptureOverlay::runMenu(QPoint global, const MenuEntry &finish, const QList
         takeKeyboard();
 }
 
-void CaptureOverlay::stopTicks()
+void CaptureOverlay::stopTicks() { m_ticks.removeAll(m_newestTicks); }
+
+void CaptureOverlay::startTicks()
 {
-    if (m_timer != 0)
-        killTimer(std::exchange(m_timer, 0));
+    m_ticks.append(++m_newestTicks);
+    tickLater(m_newestTicks);
 }
 
-void CaptureOverlay::startTicks() { m_timer = startTimer(s_tickInterval); }
+void CaptureOverlay::tickLater(int ticks)
+{
+    services().clock->after(s_tickInterval, this, [this, ticks] {
+        if (!m_ticks.contains(ticks))
+            return;
+        tickLater(ticks);
+        passTick();
+    });
+}
 
-void CaptureOverlay::timerEvent(QTimerEvent * /*event*/)
+void CaptureOverlay::passTick()
 {
     if (finished || !isVisible())
         return;
@@ -198,6 +225,7 @@ void CaptureOverlay::timerEvent(QTimerEvent * /*event*/)
         stayOnTop();
     if (m_keyboardTries > 0 && !menuIsOpen)
         takeKeyboard();
+    tellOpen();
     tick();
 }
 

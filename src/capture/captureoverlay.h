@@ -1,5 +1,6 @@
 #pragma once
 
+#include "capture/grab.h"
 #include "capture/magnifierrequest.h"
 
 #include <QDialog>
@@ -28,6 +29,9 @@ public:
 
     void ShowDetailWindow(EShowMagOpr opr, int x, int y);
 
+    /// What was marked, read from the desktop as it is now: after the overlay has left it.
+    virtual Grab take() = 0;
+
     /// Raises the overlay, and its child windows above it.
     void stayOnTop();
 
@@ -38,8 +42,14 @@ public slots:
     /// Ends by itself, rejected, if the desktop changes so that the overlay no longer fits it.
     int exec() override;
     void changeviewmode();
+    /// Does nothing while there is nothing that could be taken.
+    void accept() override;
 
 signals:
+    /// It is on the screen and has the keyboard, or has given up asking for it.
+    void opened();
+    /// It is about to leave the screen.
+    void leaves(bool accepted);
     /// `parent` is this overlay; (x, y) is a global position in device pixels.
     void ShowDetailWindowRequest(QWidget *parent, EShowMagOpr opr, int x, int y);
 
@@ -52,14 +62,15 @@ protected:
     /// once, when the form has been built.
     void setSurface(QWidget *surface);
 
+    /// Whether what is marked has an area.
+    virtual bool canBeTaken() const = 0;
+
     /// Every 100 ms while the overlay is shown, until `finished`.
     virtual void tick() = 0;
-    /// Ends the newest ticks; those of a timer that was started before it go on.
+    /// Ends the newest ticks; those that were started before them go on.
     void stopTicks();
     /// Starts ticks of their own, beside any that run.
     void startTicks();
-
-    void timerEvent(QTimerEvent *event) override;
 
     /// The desktop's box, global.
     const QRect &area() const { return m_area; }
@@ -98,10 +109,13 @@ protected:
     void paintSheet(const QRegion &exposed, const std::function<void(QPainter &)> &draw);
 
 private:
+    void tickLater(int ticks);
+    void passTick();
     bool hasSheet() const { return m_sheetOpacity > 0; }
     bool makeSeeThrough();
     bool fitsDesktop() const;
     void takeKeyboard();
+    void tellOpen();
     void giveKeyboardBack();
     void giveFocusBack();
     void addSheet(QPainter &painter, const QRect &pixels,
@@ -112,6 +126,8 @@ private:
     QPixmap m_dimmed;  // the desktop under the black sheet; null where a compositor mixes the two
     QWidget *m_surface = nullptr;
     QPointer<QWidget> m_windowBefore;  // the program's active window when the overlay opened
-    int m_timer = 0;                   // the newest; 0 once it has been stopped
+    QList<int> m_ticks;                // those that go on, by number
+    int m_newestTicks = 0;
     int m_keyboardTries = 0;
+    bool m_waitsToOpen = false;
 };

@@ -11,6 +11,7 @@ class Dialog : public RegionOverlay
 public:
     explicit Dialog(QWidget *parent = nullptr);
 
+    Grab take() override { return {.picture = getPixmap()}; }
     /// The region's outline in overlay coordinates, null without a region. The caller owns it.
     QPainterPath *getPolygonF() const;
 

@@ -14,8 +14,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int s_interval = 1000;         // ms
-constexpr int s_longest = 24 * 60 * 60;  // seconds
+constexpr int s_interval = 1000;  // ms
 constexpr int s_cancelled = -100;
 constexpr qreal s_radius = 20;
 constexpr int s_hintMargin = 8;  // to each edge of the panel
@@ -60,7 +59,7 @@ DialogCountDown::DialogCountDown(QWidget *parent)
     services().windows->keepOutOfTaskBar(this);
     m_ui->lblHint->setText(tr("Press ESC to cancel"));
     fitFont(*m_ui->lblHint, m_ui->lblHint->width() - 2 * s_hintMargin);
-    startTimer(s_interval);
+    tickLater();
 }
 
 DialogCountDown::~DialogCountDown() = default;
@@ -71,6 +70,23 @@ void DialogCountDown::setSecond(int second)
     m_ui->lblSecond->setText(QString::number(m_Second));
     fitFont(*m_ui->lblSecond, m_ui->lblSecond->width());
     timerEvent(nullptr);
+}
+
+void DialogCountDown::restart(int second)
+{
+    ++m_count;
+    tickLater();
+    setSecond(second);
+}
+
+void DialogCountDown::tickLater()
+{
+    services().clock->after(s_interval, this, [this, count = m_count] {
+        if (count != m_count)
+            return;
+        tickLater();
+        timerEvent(nullptr);
+    });
 }
 
 void DialogCountDown::timerEvent(QTimerEvent * /*event*/)

@@ -101,6 +101,16 @@ QPolygonF *dlgFreeHand::getPolygon() const
     return std::make_unique<QPolygonF>(m_selection.polygonInBox()).release();
 }
 
+Grab dlgFreeHand::take()
+{
+    Grab grab{.picture = getPixmap()};
+    if (const std::unique_ptr<QPolygonF> polygon(getPolygon()); polygon)
+        grab.outline = *polygon;
+    return grab;
+}
+
+bool dlgFreeHand::canBeTaken() const { return !m_selection.box().isEmpty(); }
+
 void dlgFreeHand::deletelastpoint()
 {
     m_selection.deletelastpoint();

@@ -19,6 +19,7 @@ class dlgFreeHand : public CaptureOverlay
 public:
     explicit dlgFreeHand(QWidget *parent = nullptr);
 
+    Grab take() override;
     /// Takes the picture of the box around the polygon. Where that has no area, the picture taken
     /// last: null at first.
     QPixmap getPixmap();
@@ -35,6 +36,7 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
     void contextMenuEvent(QContextMenuEvent *event) override;
     void tick() override;
+    bool canBeTaken() const override;
 
 private:
     struct Look {

@@ -23,7 +23,7 @@ mouseShot::mouseShot(QWidget *parent)
 {
     m_ui->setupUi(this);
     setSurface(m_ui->widget);
-    m_pickTimer.start(s_pickInterval, this);
+    pickLater();
     // Before the list is read: the first window in it is this one.
     show();
     raise();
@@ -70,6 +70,13 @@ std::optional<WindowServer::Entry> mouseShot::picked() const
     return g_WindowList.WindowInfo[m_currentIndex];
 }
 
+Grab mouseShot::take()
+{
+    Grab grab;
+    grab.picture = getPixmap(&grab.name);
+    return grab;
+}
+
 QPixmap mouseShot::getPixmap(QString *name)
 {
     if (m_currentIndex <= 0)
@@ -81,14 +88,13 @@ QPixmap mouseShot::getPixmap(QString *name)
     return QPixmap::fromImage(picture);
 }
 
-void mouseShot::timerEvent(QTimerEvent *event)
+void mouseShot::pickLater()
 {
-    if (event->timerId() != m_pickTimer.timerId()) {
-        CaptureOverlay::timerEvent(event);
-        return;
-    }
-    pickWindow();
-    looked();
+    services().clock->after(s_pickInterval, this, [this] {
+        pickLater();
+        pickWindow();
+        looked();
+    });
 }
 
 bool mouseShot::eventFilter(QObject *watched, QEvent *event)

@@ -4,8 +4,6 @@
 #include "capture/windowoutlines.h"
 #include "platform/windowserver.h"
 
-#include <QBasicTimer>
-
 #include <memory>
 #include <optional>
 
@@ -22,6 +20,7 @@ public:
     explicit mouseShot(QWidget *parent = nullptr);
     ~mouseShot() override;
 
+    Grab take() override;
     /// The picked window's picture, whatever covers it, and in `name`, if not null, its
     /// application. Null, with `name` as it was, while none is picked, and null for a window that
     /// has closed. No other window list may have been taken meanwhile.
@@ -29,8 +28,8 @@ public:
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
-    void timerEvent(QTimerEvent *event) override;
     void tick() override {}
+    bool canBeTaken() const override { return picked().has_value(); }
 
     /// The picked window, as the list has it; none while none is picked.
     std::optional<WindowServer::Entry> picked() const;
@@ -43,9 +42,9 @@ protected:
 private:
     void readWindows();
     void pickWindow();
+    void pickLater();
 
     std::unique_ptr<Ui::mouseShot> m_ui;
     WindowOutlines m_outlines;
-    QBasicTimer m_pickTimer;
     int m_currentIndex = 0;  // the pick: a position in the window list; 0 for none
 };

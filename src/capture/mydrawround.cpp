@@ -16,6 +16,14 @@ QPainterPath *MyDrawRound::getEllipse() const
     return path.release();
 }
 
+Grab MyDrawRound::take()
+{
+    Grab grab{.picture = getPixmap()};
+    if (const std::unique_ptr<QPainterPath> ellipse(getEllipse()); ellipse)
+        grab.outline = *ellipse;
+    return grab;
+}
+
 void MyDrawRound::myDrawEllipse(QPainter &p, int x, int y, int w, int h)
 {
     p.drawEllipse(x, y, w, h);

@@ -12,6 +12,7 @@ class MyDrawRound : public RegionOverlay
 public:
     explicit MyDrawRound(QWidget *parent = nullptr);
 
+    Grab take() override;
     /// The ellipse in the picture's coordinates, which the caller owns. Null only where the region
     /// has no height.
     QPainterPath *getEllipse() const;

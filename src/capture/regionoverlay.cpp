@@ -121,11 +121,7 @@ QPixmap RegionOverlay::getPixmap()
     return m_grabbed;
 }
 
-void RegionOverlay::on_pushButton_clicked()
-{
-    if (hasArea())
-        accept();
-}
+void RegionOverlay::on_pushButton_clicked() { accept(); }
 
 void RegionOverlay::dialog_clear()
 {

@@ -46,6 +46,7 @@ protected:
     static void drawHandles(QPainter &painter, const QRect &region,
                             std::initializer_list<int> zones);
     QRect region() const { return m_selection.region(); }
+    bool canBeTaken() const override { return hasArea(); }
     bool hasArea() const;
     static bool isCommandHeld();
 

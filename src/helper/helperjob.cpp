@@ -2,17 +2,13 @@
 
 #include "platform/services.h"
 
-#include <QEventLoop>
-#include <QTimer>
-
 #include <algorithm>
 
 #include <unistd.h>
 
 namespace {
 
-constexpr int s_round = 10;  // ms
-constexpr int s_hideRounds = 100;
+constexpr int s_hideLimit = 1000;  // ms
 
 }  // namespace
 
@@ -41,21 +37,10 @@ uint ownProcess() { return static_cast<uint>(getpid()); }
 
 void waitUntilHidden()
 {
-    for (int round = 0; round < s_hideRounds; ++round) {
+    waitUntil(*services().clock, s_hideLimit, [] {
         const auto windows = services().windows->windows(WindowServer::List::OnScreen, 0);
-        const bool shown = std::any_of(windows.begin(), windows.end(), [](const auto &window) {
+        return std::none_of(windows.begin(), windows.end(), [](const auto &window) {
             return window.process == ownProcess() && window.kind == WindowServer::Kind::Other;
         });
-        if (!shown || !pauseFor(s_round))
-            return;
-    }
-}
-
-// A loop of its own, and not one step of the running one: this returns at once when the program
-// has been told to quit.
-bool pauseFor(int milliseconds)
-{
-    QEventLoop loop;
-    QTimer::singleShot(milliseconds, &loop, &QEventLoop::quit);
-    return loop.exec() == 0;
+    });
 }

@@ -4,7 +4,7 @@
 #include <QObject>
 #include <QString>
 
-/// One grab of the helper, from its start to one of the three signals, of which it sends one.
+/// One grab of the helper, from its start to one of the first three signals, of which it sends one.
 class HelperJob : public QObject
 {
     Q_OBJECT
@@ -20,6 +20,11 @@ signals:
     void taken(const QImage &picture);
     void ended();
     void failed(HelperJob::Failure failure, const QString &text);
+    /// On the way: it waits for the user; it turns the wheel over another program, and is done with
+    /// that.
+    void opened();
+    void scrolls();
+    void putsBack();
 
 protected:
     /// Does the work, or begins it: it may return when all is over, or at once.
@@ -36,5 +41,3 @@ private:
 void waitUntilHidden();
 /// This process, as the window list tells it.
 uint ownProcess();
-/// Lets events run for a while. False when the program is about to end.
-bool pauseFor(int milliseconds);

@@ -3,13 +3,11 @@
 #include "platform/services.h"
 
 #include <algorithm>
-#include <chrono>
-
-using namespace std::chrono_literals;
+#include <utility>
 
 namespace {
 
-constexpr auto s_lookInterval = 40ms;
+constexpr int s_lookInterval = 40;  // ms
 
 QImage windowPicture(int number) { return services().windows->picture(std::nullopt, {number}); }
 
@@ -19,10 +17,7 @@ MenuCapture::~MenuCapture() { end(); }
 
 void MenuCapture::start()
 {
-    m_clock.start();
-    m_look.setInterval(s_lookInterval);
-    connect(&m_look, &QTimer::timeout, this, &MenuCapture::look);
-    m_look.start();
+    m_isLooking = true;
     services().keys->start({Qt::Key_Escape}, [this](Qt::Key) {
         end();
         emit ended();
@@ -34,11 +29,18 @@ void MenuCapture::abort() { end(); }
 
 void MenuCapture::end()
 {
-    if (!m_look.isActive())
+    if (!std::exchange(m_isLooking, false))
         return;
-    m_look.stop();
     services().keys->stop();
     m_ring.reset();
+}
+
+void MenuCapture::lookSoon()
+{
+    services().clock->after(s_lookInterval, this, [this] {
+        if (m_isLooking)
+            look();
+    });
 }
 
 void MenuCapture::look()
@@ -57,14 +59,16 @@ void MenuCapture::look()
             window.kind = WindowServer::Kind::Other;
     }
     const QPoint pointer = server.pointer();
-    switch (m_watch.look(windows, pointer, m_clock.elapsed())) {
+    switch (m_watch.look(windows, pointer, services().clock->now())) {
     case MenuWatch::State::Waiting:
         m_ring.reset();
+        lookSoon();
         break;
     case MenuWatch::State::Resting:
         if (!m_ring)
             m_ring = std::make_unique<RestRing>();
         m_ring->show(pointer, m_watch.menus(), m_watch.rest());
+        lookSoon();
         break;
     case MenuWatch::State::Ready: {
         end();

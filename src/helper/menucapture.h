@@ -4,9 +4,6 @@
 #include "helper/menuwatch.h"
 #include "helper/restring.h"
 
-#include <QElapsedTimer>
-#include <QTimer>
-
 #include <memory>
 
 /// Waits until the pointer rests on an open menu of any program, and takes the menu with its open
@@ -26,10 +23,10 @@ protected:
 
 private:
     void look();
+    void lookSoon();
     void end();
 
     MenuWatch m_watch;
-    QTimer m_look;
-    QElapsedTimer m_clock;
+    bool m_isLooking = false;
     std::unique_ptr<RestRing> m_ring;
 };

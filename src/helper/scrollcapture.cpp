@@ -60,7 +60,8 @@ int rowsThatDiffer(const QImage &before, const QImage &after, const Movement &mo
 }  // namespace
 
 ScrollCapture::ScrollCapture(const Target &target)
-    : m_target(target), m_stitcher(s_heightLimit), m_rest(s_rest)
+    : m_clock(*services().clock), m_target(target), m_stitcher(s_heightLimit), m_rest(s_rest),
+      m_sinceProgress(m_clock)
 {
 }
 
@@ -72,7 +73,7 @@ ScrollCapture::Result ScrollCapture::run()
     }
     m_crop = QRect(QPoint(), m_bounds.size());
     m_anchor = m_target.anchor - m_bounds.topLeft();
-    m_sinceProgress.start();
+    m_sinceProgress.restart();
     QImage original;
     if (!look(original))
         return {.note = m_note};
@@ -83,6 +84,7 @@ ScrollCapture::Result ScrollCapture::run()
         goDown();
     if (m_stop != Stop::Abandon) {
         emit progressed(tr("Putting it back"));
+        emit puttingBack();
         putBack(original);
     }
     if (m_stop == Stop::Abandon || m_stop == Stop::Discard)
@@ -90,14 +92,9 @@ ScrollCapture::Result ScrollCapture::run()
     return {.picture = m_stitcher.finish(), .note = m_note};
 }
 
-void ScrollCapture::discard()
-{
-    m_stop = m_stop == Stop::Discard || m_stop == Stop::Abandon ? Stop::Abandon : Stop::Discard;
-}
-
 bool ScrollCapture::pause(int milliseconds)
 {
-    if (!pauseFor(milliseconds))
+    if (!m_clock.pause(milliseconds))
         abandon();
     return m_stop != Stop::Abandon;
 }
@@ -173,8 +170,7 @@ bool ScrollCapture::waitUntilReachable()
 bool ScrollCapture::waitForFreeHand()
 {
     const Stop stop = m_stop;
-    QElapsedTimer clock;
-    clock.start();
+    Stopwatch clock(m_clock);
     for (bool told = false; services().windows->isHandBusy();) {
         if (!told && clock.elapsed() >= s_handPatience) {
             emit progressed(tr("Let go of all keys and buttons"));
@@ -202,9 +198,8 @@ ScrollCapture::Turn ScrollCapture::turn(int clicks, int patience)
     const QImage before = cropped(m_view);
     QImage last = before;
     bool hasMoved = false;
-    QElapsedTimer sinceTurn;
-    sinceTurn.start();
-    QElapsedTimer sinceChange = sinceTurn;
+    Stopwatch sinceTurn(m_clock);
+    Stopwatch sinceChange = sinceTurn;
     while (pause(s_round) && m_stop == stop) {
         QImage view;
         if (!look(view))
@@ -236,13 +231,11 @@ ScrollCapture::Turn ScrollCapture::turn(int clicks, int patience)
 bool ScrollCapture::climb()
 {
     const Stop stop = m_stop;
-    QElapsedTimer clock;
-    clock.start();
+    Stopwatch clock(m_clock);
     bool hasMoved = false;
     int clicks = s_firstClimb;
     for (int films = 0; m_stop == stop && clock.elapsed() < s_progressLimit && films < s_films;) {
-        QElapsedTimer sinceTurn;
-        sinceTurn.start();
+        Stopwatch sinceTurn(m_clock);
         if (turn(-clicks, m_isSlow ? s_slowPatience : s_patienceUp) == Turn::Nothing)
             break;
         hasMoved = true;

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "base/clock.h"
 #include "helper/movement.h"
 #include "helper/stitcher.h"
 
-#include <QElapsedTimer>
 #include <QImage>
 #include <QObject>
 #include <QPoint>
@@ -38,15 +38,16 @@ public:
     Result run();
     /// Ends run() with what there is.
     void keep() { m_stop = m_stop == Stop::None ? Stop::Keep : m_stop; }
-    /// Ends run() without a picture. The content still goes back to where it was, unless this is
-    /// said again.
-    void discard();
+    /// Ends run() without a picture. The content still goes back to where it was.
+    void discard() { m_stop = m_stop == Stop::None ? Stop::Discard : m_stop; }
     /// Ends run() at once, and leaves everything as it is.
     void abandon() { m_stop = Stop::Abandon; }
 
 signals:
     /// What is going on, for the user.
     void progressed(const QString &text);
+    /// No more is taken, for one reason or another.
+    void puttingBack();
 
 private:
     enum class Stop { None, Keep, Discard, Abandon };
@@ -86,6 +87,7 @@ private:
     bool goTo(int row);
     void goDownTo(const QImage &wanted);
 
+    Clock &m_clock;
     const Target m_target;
     QRect m_bounds;     // the window's, global
     QPoint m_anchor;    // where the wheel is turned, in the window's picture
@@ -102,5 +104,5 @@ private:
     Stop m_stop = Stop::None;
     bool m_ended = false;
     QString m_note;
-    QElapsedTimer m_sinceProgress;
+    Stopwatch m_sinceProgress;
 };

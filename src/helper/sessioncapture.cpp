@@ -7,13 +7,15 @@
 #include <QCoreApplication>
 #include <QLocale>
 #include <QPointer>
-#include <QTimer>
 
 #include <memory>
+#include <utility>
 
 namespace {
 
-constexpr int s_noteTime = 4000;  // ms
+// Milliseconds.
+constexpr int s_noteTime = 4000;
+constexpr int s_followInterval = 100;
 
 QPointer<HintPlate> s_note;  // while it is shown; owned by itself
 
@@ -33,6 +35,7 @@ void SessionCapture::start()
     {
         SessionOverlay overlay;
         m_overlay = &overlay;
+        connect(&overlay, &CaptureOverlay::opened, this, &HelperJob::opened);
         const bool accepted = overlay.exec() == QDialog::Accepted;
         overlay.CaptureOverlay::finished = true;
         m_overlay = nullptr;
@@ -67,18 +70,21 @@ void SessionCapture::takeContent(const SessionOverlay::Choice &choice)
                 m_panel->setHeadline(text);
                 m_panel->showBeside(beside);
             });
-    services().keys->start({Qt::Key_Escape, Qt::Key_Return}, [&scroll](Qt::Key key) {
-        if (key == Qt::Key_Return)
-            scroll.keep();
-        else
-            scroll.discard();
+    // From then on nothing is to be decided any more, and the keys are the user's again.
+    connect(&scroll, &ScrollCapture::puttingBack, this, [this] {
+        letKeysGo();
+        emit putsBack();
     });
+    m_process = choice.window.process;
+    m_wantsKeys = true;
     m_scroll = &scroll;
+    followFront();
+    emit scrolls();
     ScrollCapture::Result result = scroll.run();
     m_scroll = nullptr;
     if (m_aborted)
         return;
-    services().keys->stop();
+    letKeysGo();
     if (!result.picture.isNull() && !result.note.isEmpty())
         leaveNote(result.note, result.picture.height(), choice.pointer);
     m_panel.reset();
@@ -90,6 +96,47 @@ void SessionCapture::takeContent(const SessionOverlay::Choice &choice)
         emit ended();
 }
 
+// Escape and Return are heard wherever the user has left the keyboard, and in the window that
+// scrolls. Whoever turns to another one means them for that.
+void SessionCapture::followFront()
+{
+    if (!m_wantsKeys)
+        return;
+    ApplicationWatch &watch = *services().watch;
+    const unsigned front = watch.frontWindow();
+    const uint process = watch.frontProcess();
+    if (m_front == 0 && process != ownProcess())
+        m_front = front;
+    watchKeys(front == m_front || front == 0 || process == ownProcess() ||
+              (process != 0 && process == m_process));
+    services().clock->after(s_followInterval, this, [this] { followFront(); });
+}
+
+void SessionCapture::watchKeys(bool watch)
+{
+    if (watch == std::exchange(m_watchesKeys, watch))
+        return;
+    if (!watch) {
+        services().keys->stop();
+        return;
+    }
+    services().keys->start({Qt::Key_Escape, Qt::Key_Return}, [this](Qt::Key key) {
+        if (!m_scroll || !m_wantsKeys)
+            return;
+        letKeysGo();
+        if (key == Qt::Key_Return)
+            m_scroll->keep();
+        else
+            m_scroll->discard();
+    });
+}
+
+void SessionCapture::letKeysGo()
+{
+    m_wantsKeys = false;
+    watchKeys(false);
+}
+
 // The picture is on its way; what is to be said about it stays for a while, and goes with the
 // program at the latest.
 void SessionCapture::leaveNote(const QString &note, int rows, QPoint at)
@@ -99,7 +146,7 @@ void SessionCapture::leaveNote(const QString &note, int rows, QPoint at)
     m_panel->hide();
     m_panel->showAtFoot(at);
     s_note = m_panel.release();
-    QTimer::singleShot(s_noteTime, s_note, &QObject::deleteLater);
+    services().clock->after(s_noteTime, s_note, [note = s_note] { note->deleteLater(); });
     connect(qApp, &QCoreApplication::aboutToQuit, s_note, &QObject::deleteLater);
 }
 
@@ -114,6 +161,6 @@ void SessionCapture::abort()
     if (!m_scroll)
         return;
     m_scroll->abandon();
-    services().keys->stop();
+    letKeysGo();
     m_panel->hide();
 }

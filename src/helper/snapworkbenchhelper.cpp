@@ -44,6 +44,9 @@ public:
             report(GWCaptureEnded);
         });
         connect(m_job.get(), &HelperJob::failed, this, &HelperServer::fail);
+        connect(m_job.get(), &HelperJob::opened, this, [this] { report(GWCaptureOpen); });
+        connect(m_job.get(), &HelperJob::scrolls, this, [this] { report(GWCaptureScrolling); });
+        connect(m_job.get(), &HelperJob::putsBack, this, [this] { report(GWCapturePuttingBack); });
         report(GWCaptureWorking);
         // After the report, which makes room for it.
         QMetaObject::invokeMethod(m_job.get(), &HelperJob::run, Qt::QueuedConnection);
@@ -59,13 +62,6 @@ public:
             return;
         drop();
         report(GWCaptureEnded);
-    }
-
-    /// For one grab that takes another's place.
-    void replaceMenu()
-    {
-        if (waitsForMenu())
-            drop();
     }
 
 private:
@@ -143,10 +139,7 @@ void GWSnapWorkbenchStartSessionCapture(const char *folder)
     // It was asked about before, and is started all the same.
     if (!GWSnapWorkbenchIsEnableAccessibilty())
         s_answered = true;
-    if (!s_server || !folder)
-        return;
-    s_server->replaceMenu();
-    if (!s_server->isWorking())
+    if (s_server && folder && !s_server->isWorking())
         s_server->begin(std::make_unique<SessionCapture>(), folder);
 }
 

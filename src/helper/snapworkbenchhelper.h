@@ -13,10 +13,13 @@ using GWCaptureStatus = void (*)(void *unused, int status, const char *path, int
 
 /// The statuses.
 enum GWCaptureStatusCode {
-    GWCaptureWorking = 4,   ///< this application should get out of the way
-    GWCaptureFinished = 5,  ///< `path` is the picture
-    GWCaptureEnded = 6,     ///< no picture, and nothing wrong
-    GWCaptureFailed = 7     ///< `failure` and `text` say why
+    GWCaptureWorking = 4,       ///< this application should get out of the way
+    GWCaptureFinished = 5,      ///< `path` is the picture
+    GWCaptureEnded = 6,         ///< no picture, and nothing wrong
+    GWCaptureFailed = 7,        ///< `failure` and `text` say why
+    GWCaptureOpen = 9,          ///< the user can point at a window
+    GWCaptureScrolling = 10,    ///< the wheel is turned over the one that was picked
+    GWCapturePuttingBack = 11,  ///< what that has moved is put back where it was
 };
 
 /// Begins to deliver statuses. Null ends that, and any grab, for good: nobody would hear of it.
@@ -27,7 +30,8 @@ void GWSnapWorkbenchStartMessageServer(GWCaptureStatus callback);
 void GWSnapWorkbenchStartMenuItemCapture(const char *folder);
 /// Ends the wait for a menu, if there is one, with status 6.
 void GWSnapWorkbenchStopMenuItemCapture();
-/// Lets the user pick a window, or what scrolls in it, and takes that. Ends a wait for a menu.
+/// Lets the user pick a window, or what scrolls in it, and takes that. While a grab is under way
+/// nothing is started.
 void GWSnapWorkbenchStartSessionCapture(const char *folder);
 
 /// Whether the session's accessibility switch is on.

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QtGlobal>
+
 #include <functional>
 
 class QWidget;
@@ -21,6 +23,8 @@ public:
 
     /// The window that is in front now, to be handed to activate() later; 0 if none.
     virtual unsigned frontWindow() = 0;
+    /// The process that it belongs to; 0 where it doesn't tell.
+    virtual uint frontProcess() = 0;
     /// Brings another application's window to the front; a window that is gone changes nothing.
     virtual void activate(unsigned window) = 0;
     /// Asks for a window of this program to come to the front. It may be refused: ask again.

@@ -16,5 +16,7 @@ public:
     /// From now on `pressed` is called from the event loop, once a press. Escape and Return
     /// only; the keypad's Enter counts as Return. A watch that was on ends.
     virtual void start(const QList<Qt::Key> &keys, std::function<void(Qt::Key)> pressed) = 0;
+    /// The same, but the other program gets the keys as well.
+    virtual void listen(const QList<Qt::Key> &keys, std::function<void(Qt::Key)> pressed) = 0;
     virtual void stop() = 0;
 };

@@ -61,6 +61,7 @@ class NullKeyWatch : public KeyWatch
 {
 public:
     void start(const QList<Qt::Key> &, std::function<void(Qt::Key)>) override {}
+    void listen(const QList<Qt::Key> &, std::function<void(Qt::Key)>) override {}
     void stop() override {}
 };
 
@@ -71,6 +72,7 @@ public:
     void start(Handlers handlers) override { m_handlers = std::move(handlers); }
     void stop() override { m_handlers = {}; }
     unsigned frontWindow() override { return 0; }
+    uint frontProcess() override { return 0; }
     void activate(unsigned) override {}
     void bringToFront(QWidget *) override
     {

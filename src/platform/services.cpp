@@ -16,6 +16,13 @@ constexpr std::array<Factory, 2> s_desktops{createX11Desktop, createNullDesktop}
 
 Services s_services;
 
+// The X server of such a session shows this program its own windows, and black for all others.
+bool isWaylandSession()
+{
+    return !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") ||
+           qgetenv("XDG_SESSION_TYPE") == "wayland";
+}
+
 }  // namespace
 
 Services createServices()
@@ -25,6 +32,7 @@ Services createServices()
         if (create(result))
             break;
     }
+    result.abilities.pictures = !isWaylandSession();
     result.loginItem = std::make_unique<Autostart>();
     result.clock = std::make_unique<SystemClock>();
     result.accessibility = std::make_unique<BusAccessibility>();

@@ -10,6 +10,11 @@
 
 #include <memory>
 
+/// What the desktop can do, to be asked before a command that needs it.
+struct Abilities {
+    bool pictures = true;  ///< shows this program what is on the screen
+};
+
 /// What the program needs of the desktop. Every member is set: where the desktop lacks a service,
 /// one that does nothing stands in.
 struct Services {
@@ -20,6 +25,7 @@ struct Services {
     std::unique_ptr<LoginItem> loginItem{};
     std::unique_ptr<Accessibility> accessibility{};
     std::unique_ptr<Clock> clock{};
+    Abilities abilities{};
 };
 
 /// The services of the desktop that the toolkit runs on. Needs a QGuiApplication.

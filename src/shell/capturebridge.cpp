@@ -1,6 +1,5 @@
 #include "shell/capturebridge.h"
 
-#include "config/texthelpers.h"
 #include "helper/snapworkbenchhelper.h"
 #include "platform/services.h"
 #include "shell/mainwindow.h"
@@ -13,11 +12,13 @@
 #include <QStandardPaths>
 #include <QTimer>
 
+#include <utility>
+
 using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr unsigned long s_permissionPause = 10;  // ms
+constexpr int s_permissionPause = 10;  // ms
 constexpr auto s_private = QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner;
 
 struct CaptureBridge {
@@ -34,6 +35,19 @@ void ensureDelegate()
 {
     if (!Ax_Shared_hlp)
         Ax_Shared_hlp = AXProjectAppDelegate::sharedDelegate();
+}
+
+QMessageBox *s_question = nullptr;  // while it is open
+
+// For a grab that the user waits for.
+QByteArray askedFolder()
+{
+    const QString folder = GWSnapWorkbenchGetTempPath();
+    MainWindow *window = Ax_GetMainWindow();
+    if (folder.isNull() && window)
+        window->say(
+            CaptureBridge::tr("The folder for the picture can't be made: %1").arg(folderPath()));
+    return folder.isNull() ? QByteArray() : folder.toUtf8();
 }
 
 // In front of the application that the user is in: the question is about what they asked for there.
@@ -86,6 +100,18 @@ void GWCaptureStatusCallback(void * /*unused*/, int status, const char *path, in
     case GWCaptureWorking:
         GWSnapWorkbenchStatusDoHide();
         break;
+    case GWCaptureOpen:
+        if (MainWindow *window = Ax_GetMainWindow())
+            window->helperOpens();
+        break;
+    case GWCaptureScrolling:
+        if (MainWindow *window = Ax_GetMainWindow())
+            window->helperScrolls();
+        break;
+    case GWCapturePuttingBack:
+        if (MainWindow *window = Ax_GetMainWindow())
+            window->helperPutsBack();
+        break;
     case GWCaptureFinished:
         GWSnapWorkbenchStatusFinish(path);
         GWSnapWorkbenchStatusDoShow();
@@ -113,15 +139,21 @@ QString GWSnapWorkbenchGetTempPath()
     return made && QFile::exists(path) ? path : QString();
 }
 
+bool GWSnapWorkbenchMustAsk()
+{
+    if (GWSnapWorkbenchIsEnableAccessibilty() || GWSnapWorkbenchIsRunningInMavericksOrMore())
+        return false;
+    bool answered = false;
+    return GWSnapWorkbenchTestProcessTrusted(&answered) == 0 && !answered;
+}
+
 signed char GWSnapWorkbenchTestClientStatus(signed char prompt)
 {
     if (GWSnapWorkbenchIsEnableAccessibilty())
         return 1;
-    bool answered = false;
-    const bool trusted = GWSnapWorkbenchTestProcessTrusted(&answered) != 0;
     if (GWSnapWorkbenchIsRunningInMavericksOrMore())
-        return trusted ? 1 : 0;
-    if (trusted || answered || prompt == 0)
+        return GWSnapWorkbenchTestProcessTrusted(nullptr) != 0 ? 1 : 0;
+    if (prompt == 0 || !GWSnapWorkbenchMustAsk())
         return 1;
 
     const QString question = CaptureBridge::tr("Do you want to enable Scroll Capture?");
@@ -133,34 +165,45 @@ signed char GWSnapWorkbenchTestClientStatus(signed char prompt)
         box.addButton(CaptureBridge::tr("Enable Scroll Capture"), QMessageBox::ActionRole);
     QPushButton *no = box.addButton(CaptureBridge::tr("No"), QMessageBox::ActionRole);
     box.setDefaultButton(enable);
-    // Escape and the close button are neither answer. The box takes them only for a button.
-    QPushButton *neither = box.addButton(QMessageBox::Cancel);
-    box.setEscapeButton(neither);
-    neither->hide();
+    box.setEscapeButton(no);
+    s_question = &box;
     askInFront(box);
-    if (box.clickedButton() == no)
+    // Withdrawn by whoever ends the program.
+    if (!std::exchange(s_question, nullptr))
+        return 0;
+    if (box.clickedButton() != enable)
         return 1;
-    if (box.clickedButton() == enable) {
-        GWSnapWorkbenchMakeProcessTrusted();
-        gwsleep(s_permissionPause);
-    }
+    GWSnapWorkbenchMakeProcessTrusted();
+    services().clock->pause(s_permissionPause);
     return 0;
 }
 
-void GWSnapWorkbenchStartCapture()
+QDialog *GWSnapWorkbenchQuestion() { return s_question; }
+
+void GWSnapWorkbenchWithdrawQuestion()
 {
-    ensureDelegate();
-    const QString folder = GWSnapWorkbenchGetTempPath();
-    if (!folder.isNull() && GWSnapWorkbenchTestClientStatus(1) == 1)
-        GWSnapWorkbenchStartSessionCapture(folder.toUtf8().constData());
+    if (QMessageBox *question = std::exchange(s_question, nullptr))
+        question->reject();
 }
 
-void GWSnapWorkbenchMenuCapture()
+bool GWSnapWorkbenchStartCapture()
 {
     ensureDelegate();
-    const QString folder = GWSnapWorkbenchGetTempPath();
-    if (!folder.isNull() && GWSnapWorkbenchTestClientStatus(0) == 1)
-        GWSnapWorkbenchStartMenuItemCapture(folder.toUtf8().constData());
+    const QByteArray folder = askedFolder();
+    if (folder.isNull() || GWSnapWorkbenchTestClientStatus(1) != 1)
+        return false;
+    GWSnapWorkbenchStartSessionCapture(folder.constData());
+    return true;
+}
+
+bool GWSnapWorkbenchMenuCapture()
+{
+    ensureDelegate();
+    const QByteArray folder = askedFolder();
+    if (folder.isNull() || GWSnapWorkbenchTestClientStatus(0) != 1)
+        return false;
+    GWSnapWorkbenchStartMenuItemCapture(folder.constData());
+    return true;
 }
 
 void GWSnapWorkbenchStatusFinish(const char *path)

@@ -3,9 +3,10 @@
 #include <QString>
 
 class MainWindow;
+class QDialog;
 
 /// The bridge between the main window and the capture helper: it starts the helper's grabs, and
-/// turns each of its statuses into a step of the main window. It keeps no state.
+/// turns each of its statuses into a step of the main window.
 
 /// Shows and hides this application for the helper.
 class AXProjectAppDelegate
@@ -30,11 +31,17 @@ QString GWSnapWorkbenchGetTempPath();
 
 /// Whether a grab may start: 1 to go on, 0 to stop. With `prompt` not 0 it may ask the user.
 signed char GWSnapWorkbenchTestClientStatus(signed char prompt);
+/// Whether it would ask.
+bool GWSnapWorkbenchMustAsk();
+/// The question that is open; null while none is.
+QDialog *GWSnapWorkbenchQuestion();
+/// Closes it unanswered: no grab starts, and another one asks again.
+void GWSnapWorkbenchWithdrawQuestion();
 
-/// Start a grab of a picked window or its scrolling content, and of an open menu. They return at
-/// once.
-void GWSnapWorkbenchStartCapture();
-void GWSnapWorkbenchMenuCapture();
+/// Start a grab of a picked window or its scrolling content, which may ask first, and of an open
+/// menu. They return at once otherwise, and give true when the helper was told.
+bool GWSnapWorkbenchStartCapture();
+bool GWSnapWorkbenchMenuCapture();
 
 void GWSnapWorkbenchStatusDoHide();
 void GWSnapWorkbenchStatusDoShow();

@@ -1,13 +1,15 @@
 #include "shell/mainwindow.h"
 
+#include "config/applicationrecord.h"
 #include "config/licensing.h"
 #include "config/settings.h"
 #include "config/xmlstore.h"
-#include "helper/snapworkbenchhelper.h"
 #include "platform/services.h"
-#include "platform/windowlist.h"
-#include "shell/capturebridge.h"
+#include "shell/capturetools.h"
 #include "shell/dialogpreference.h"
+#include "shell/frontwindow.h"
+#include "shell/grabflow.h"
+#include "shell/noticebar.h"
 #include "shell/windowreach.h"
 #include "ui_mainwindow.h"
 
@@ -15,13 +17,13 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QCursor>
-#include <QDialog>
 #include <QGuiApplication>
 #include <QMenu>
 #include <QPainter>
 #include <QScreen>
 #include <QSignalBlocker>
 #include <QTimer>
+#include <QWindow>
 
 #include <utility>
 
@@ -78,6 +80,7 @@ MainWindow::MainWindow()
     setWindowIcon(iconFrom(GetBtnAttr(this, u"BtnIcon"_s, 4)));
     ui->LblCaption->setText(windowTitle());
 
+    setUpGrabs();
     initHotKey(HotkeyCallBack);
     SetAppActiveChangeCallback(ActiveCallBack);
 
@@ -215,40 +218,33 @@ void MainWindow::saveSettings()
     SaveAllXmlDocument();
 }
 
-void MainWindow::leaveGrab() { m_CloseAfterGrab = m_bCapturing; }
-
-void MainWindow::dismissHelper()
+void MainWindow::say(const QString &text)
 {
-    if (!m_bHelperWorking)
+    if (!m_pNotice)
+        m_pNotice = new NoticeBar(ui->tabWidget);
+    m_pNotice->tell(text);
+    const bool isSeen =
+        isVisible() && !isMinimized() && windowHandle() && windowHandle()->isExposed();
+    if (isSeen || !m_TrayIcon || !QSystemTrayIcon::isSystemTrayAvailable())
         return;
-    GWSnapWorkbenchStartMessageServer(nullptr);
-    GWSnapWorkbenchStartMessageServer(GWCaptureStatusCallback);
-    m_bHelperWorking = false;
-    if (HasModified(true))
-        showAfterHelper();
+    m_TrayIcon->showMessage(QString::fromWCharArray(g_AppName), text, windowIcon());
+    // It has been told: who opens the window hours later need not hear of it.
+    m_pNotice->startTime();
 }
 
 void MainWindow::closeEvent(QCloseEvent *event)
 {
-    if (m_bCapturing) {
-        // The grab waits for windows that would be gone, and its picture has not been asked about.
-        leaveGrab();
-        if (auto *overlay = qobject_cast<QDialog *>(QApplication::activeModalWidget()))
-            overlay->reject();
+    // The grab may wait for windows that would be gone, and its picture has not been asked about.
+    if (m_bCapturing && !m_Grabs->quit()) {
         event->ignore();
         return;
     }
-    dismissHelper();
     if (!CloseAllFiles()) {
         event->ignore();
         return;
     }
     event->accept();
-    if (m_pFocusDialog) {
-        g_widgetExcept = nullptr;
-        delete m_pFocusDialog;
-        m_pFocusDialog = nullptr;
-    }
+    m_Front->dropCover();
     delete std::exchange(m_pPreference, nullptr);
     QCoreApplication::quit();
 }
@@ -261,10 +257,7 @@ bool MainWindow::eventFilter(QObject *watched, QEvent *event)
         DrawToolBackgound();
     else if (event->type() == QEvent::Paint && watched == ui->widPicture)
         DrawPictureBackgound();
-    else if (event->type() == QEvent::Paint && m_pFocusDialog && watched == m_pFocusDialog) {
-        QPainter(m_pFocusDialog).drawPixmap(0, 0, m_MenuBarPixmap);
-        return true;
-    } else if (event->type() == QEvent::Resize && watched == ui->scrollArea)
+    else if (event->type() == QEvent::Resize && watched == ui->scrollArea)
         PictureChanged(TPictureEditor::SizeChange, 0);
     else if (event->type() == QEvent::Resize && watched == ui->tabWidget)
         ShowPictureInTab(m_CurDocument);

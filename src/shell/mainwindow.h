@@ -8,19 +8,22 @@
 #include <QPointer>
 #include <QSystemTrayIcon>
 
-#include <functional>
 #include <map>
 #include <memory>
 #include <utility>
 #include <vector>
 
-class CaptureOverlay;
+class CaptureTools;
 class DialogPreference;
+class FrontWindow;
+class GrabFlow;
+class NoticeBar;
 class QAction;
-class QDialog;
 class QMenu;
 class QMenuBar;
 class QPushButton;
+
+struct Grab;
 
 namespace Ui {
 class MainWindow;
@@ -80,27 +83,41 @@ public:
     /// A tab for each file, the first new one in front; one that is open already is only shown.
     void openPictures(const QStringList &paths);
 
-    // While the capture helper works on other programs this one is out of the way.
+    /// Tells the user something that needs no answer: in a quiet bar over the picture, and by the
+    /// tray where the window can't be seen. With no tray either, the bar waits until it can be.
+    void say(const QString &text);
+
+    /// Makes a document of what was grabbed, with its outline cut out.
+    void addGrab(Grab grab);
+
+    // The helper's words: it begins, or is done.
     void hideForHelper();
     void showAfterHelper();
+    /// The user can point at a window.
+    void helperOpens();
+    /// The helper turns the wheel over the picked window.
+    void helperScrolls();
+    /// It is done with that, and puts the content back where it was.
+    void helperPutsBack();
     /// Ends what the helper does: nobody waits for its picture any more, and there may be questions
     /// to answer.
     void dismissHelper();
 
     // Focus.
-    /// Brings this program to the front and waits for it, without limit. Null means the main
-    /// window.
+    /// Brings this program to the front and waits for it, some seconds at the most. Null means the
+    /// main window.
     void FocusThis(QWidget *widget);
     /// Shows the main window, minimised or not, and brings it to the front.
     void showInFront();
-    /// The same for a request from outside, which leaves a grab that is under way alone.
+    /// The same for a request from outside: while a grab is under way what is open for it comes to
+    /// the front, or the window does so afterwards.
     void comeForward();
     /// Makes this program active before an overlay opens.
     void SetAppFocus();
     /// Gives the focus back to the other application, and waits about a second at the most.
     static void FocusPreApp();
     void RestoreAppFocus(bool giveBack);
-    /// Gives up a countdown that runs, and closes the window once the grab is over.
+    /// Gives up the grab that is under way, and closes the window once it is over.
     void leaveGrab();
     /// Half a second in which windows that have closed leave the screen.
     static void WaitFor();
@@ -122,8 +139,8 @@ public slots:
     void ShowAllWindow();
     void ShowSelectWindow(bool);
     void ShowMenuWindow();
-    /// Makes a document of a picture file (UTF-8) and comes to the front. Null does nothing; a file
-    /// that is no picture becomes an empty document.
+    /// Makes a document of a picture file (UTF-8) and comes to the front. Null does nothing; of a
+    /// file that is no picture the user is told.
     void ShowImportPicture(const char *path);
 
     /// Carries out a request of an overlay. (x, y) is a global position in device pixels; `type` is
@@ -154,6 +171,10 @@ public slots:
     void Register();
 
     void MovePicture(int dx, int dy);
+
+signals:
+    /// A grab has come to another state, whose name this is.
+    void grabStateChanged(const QString &state);
 
 protected:
     void closeEvent(QCloseEvent *event) override;
@@ -194,14 +215,6 @@ private slots:
 private:
     enum class Drag { None, Move, Resize };
 
-    // How things stood when a grab began.
-    struct GrabStart {
-        bool wasActive = false;
-        bool wasMinimized = false;
-        bool showAfter = false;
-        QPointer<QWidget> activeWindow{};
-    };
-
     friend long PictureChanged(long code, long unused);
     friend long ActiveCallBack(bool active);
 
@@ -233,27 +246,9 @@ private:
     void DrawToolBackgound();
     void DrawPictureBackgound();
     const QPixmap &skinPicture(const QString &section, int attribute);
-    bool beginGrab(GrabStart &start);
-    void endGrab();
-    /// Brings what is open for the grab under way to the front.
-    void raiseGrab();
-    enum class HelperGrab { None, Menu, Session };
-    void startHelper(HelperGrab grab, void (*start)());
-    /// The wait for a menu gives way to other grabs; a session does not.
-    bool sessionRuns() const { return m_bHelperWorking && m_HelperGrab == HelperGrab::Session; }
-    void finishGrab(QPixmap picture, const GrabStart &start, const QPainterPath *path = nullptr,
-                    const QPolygonF *polygon = nullptr);
-    using MagnifierSlot = void (MainWindow::*)(QWidget *, EShowMagOpr, int, int);
-    /// Runs an overlay, and gives true when what was marked in it can be grabbed.
-    bool runOverlay(CaptureOverlay &overlay, const GrabStart &start, MagnifierSlot magnifier);
-    /// The first and the last steps of a grab with an overlay; `grab` runs it and takes the
-    /// picture, and gives false when there is none.
-    void grabWithOverlay(const std::function<bool(const GrabStart &)> &grab);
-    void restoreMinimized(const GrabStart &start);
-    bool countDown(int seconds);  ///< false when it was given up
+    void setUpGrabs();
     void LoadPixmapFromXml(QPixmap &pixmap, const QString &section, int attribute);
     void LoadPixmapFlag();
-    void DealPicture(QPixmap &pixmap, const QPainterPath *path, const QPolygonF *polygon);
 
     std::unique_ptr<Ui::MainWindow> ui;
     std::unique_ptr<QSystemTrayIcon> m_TrayIcon;
@@ -265,16 +260,12 @@ private:
     std::unique_ptr<TPictureEditor> m_pEditor;
     float m_Scale = 1.0F;  ///< zoom of the current document
     Magnifier m_Magnifier;
-    bool m_bCapturing = false;  ///< one grab at a time
-    bool m_CloseAfterGrab = false;
-    HelperGrab m_HelperGrab = HelperGrab::None;  ///< the last one started
-    bool m_bStartingHelper = false;              ///< it may ask a question first
-    bool m_bHelperWorking = false;
-    bool m_bMinimizedForHelper = false;
-    QDialog *m_pFocusDialog = nullptr;
-    QDialog *m_pCountDown = nullptr;            ///< while one runs
+    bool m_bCapturing = false;  ///< a grab is under way
+    std::unique_ptr<FrontWindow> m_Front;
+    std::unique_ptr<CaptureTools> m_Tools;
+    std::unique_ptr<GrabFlow> m_Grabs;          ///< works with the two before it
     DialogPreference *m_pPreference = nullptr;  ///< from its first use on
-    QPixmap m_MenuBarPixmap;
+    NoticeBar *m_pNotice = nullptr;             ///< from its first use on
     QPixmap m_FlagPixmap;
     std::map<std::pair<QString, int>, QPixmap> m_SkinPictures;  ///< by section and attribute
     bool m_isComposited = false;

@@ -1,24 +1,16 @@
 #include "shell/mainwindow.h"
 
-#include "capture/dialog.h"
-#include "capture/dialogcountdown.h"
 #include "capture/digdetail.h"
-#include "capture/dlgfreehand.h"
-#include "capture/mydrawround.h"
-#include "capture/windowspreview.h"
+#include "capture/grab.h"
 #include "config/licensing.h"
 #include "config/settings.h"
-#include "config/texthelpers.h"
-#include "helper/snapworkbenchhelper.h"
 #include "platform/services.h"
-#include "platform/windowlist.h"
-#include "shell/capturebridge.h"
-#include "ui_mainwindow.h"
+#include "shell/capturetools.h"
+#include "shell/frontwindow.h"
+#include "shell/grabflow.h"
 
 #include <QApplication>
-#include <QDialog>
-#include <QPainterPath>
-#include <QPolygonF>
+#include <QScreen>
 
 #include <algorithm>
 #include <array>
@@ -27,12 +19,6 @@
 using namespace Qt::StringLiterals;
 
 namespace {
-
-constexpr unsigned long s_round = 10;  // milliseconds
-constexpr int s_settleRounds = 50;
-constexpr int s_giveBackRounds = 100;
-constexpr int s_inactiveRounds = 10;
-constexpr int s_roundsBetweenRequests = 20;
 
 using Command = void (*)(MainWindow &);
 
@@ -68,7 +54,7 @@ constexpr std::array<NamedCommand, 15> s_commands{
      {QT_TRANSLATE_NOOP("MainWindow", "Capture Menu"),
       [](MainWindow &window) { window.ShowMenuWindow(); }},
      {QT_TRANSLATE_NOOP("MainWindow", "Show Snapworkbench"),
-      [](MainWindow &window) { window.showInFront(); }},
+      [](MainWindow &window) { window.comeForward(); }},
      {QT_TRANSLATE_NOOP("MainWindow", "Quit"), [](MainWindow &window) { window.close(); }}}};
 
 // By number, from 1. The last is reached by no key.
@@ -81,7 +67,7 @@ constexpr std::array<Command, 9> s_hotKeyCommands{
      [](MainWindow &window) { window.ShowFullScreen(false, false); },
      [](MainWindow &window) { window.ShowFullScreen(false, true); },
      [](MainWindow &window) { window.ShowMenuWindow(); },
-     [](MainWindow &window) { window.showInFront(); }}};
+     [](MainWindow &window) { window.comeForward(); }}};
 
 Command commandFor(const QString &caption)
 {
@@ -112,26 +98,26 @@ long HotkeyCallBack(long id, long /*unused*/)
     return 0;
 }
 
-void MainWindow::WaitFor()
+void MainWindow::setUpGrabs()
 {
-    for (int round = 0; round < s_settleRounds; ++round) {
-        gwsleep(s_round);
-        QCoreApplication::processEvents();
-    }
+    Clock &clock = *services().clock;
+    m_Front = std::make_unique<FrontWindow>(*this, clock);
+    m_Tools = std::make_unique<CaptureTools>(*this, *m_Front, clock);
+    m_Grabs = std::make_unique<GrabFlow>(*m_Front, *m_Tools, clock);
+    connect(m_Front.get(), &FrontWindow::escaped, m_Grabs.get(), &GrabFlow::escape);
+    connect(m_Tools.get(), &CaptureTools::opened, m_Grabs.get(), &GrabFlow::opened);
+    connect(m_Tools.get(), &CaptureTools::escaped, m_Grabs.get(), &GrabFlow::escape);
+    connect(qGuiApp, &QGuiApplication::screenRemoved, m_Grabs.get(), &GrabFlow::displayLost,
+            Qt::QueuedConnection);
+    connect(m_Grabs.get(), &GrabFlow::stateChanged, this, [this](GrabState state) {
+        m_bCapturing = state != GrabState::Idle;
+        emit grabStateChanged(GrabFlow::nameOf(state));
+    });
 }
 
-void MainWindow::FocusThis(QWidget *widget)
-{
-    const QPointer<QWidget> target = widget ? widget : this;
-    target->raise();
-    // A window manager may refuse at first, so the request is made again from time to time.
-    for (int round = 0; target && target->isVisible() && !IsAppActive(); ++round) {
-        if (round % s_roundsBetweenRequests == 0)
-            services().watch->bringToFront(target);
-        QCoreApplication::processEvents();
-        gwsleep(s_round);
-    }
-}
+void MainWindow::WaitFor() { Front(*services().clock).settle(); }
+
+void MainWindow::FocusThis(QWidget *widget) { m_Front->front().bring(widget ? *widget : *this); }
 
 // Raising alone leaves a minimised window where it is.
 void MainWindow::showInFront()
@@ -141,204 +127,58 @@ void MainWindow::showInFront()
     FocusThis(nullptr);
 }
 
-void MainWindow::FocusPreApp()
-{
-    SetPreAppActive();
-    int inactive = 0;
-    for (int round = 0; round < s_giveBackRounds; ++round) {
-        QCoreApplication::processEvents();
-        if (!IsAppActive() && ++inactive == s_inactiveRounds)
-            break;
-        gwsleep(s_round);
-    }
-}
+void MainWindow::FocusPreApp() { Front(*services().clock).giveBack(); }
 
-void MainWindow::RestoreAppFocus(bool giveBack)
-{
-    if (giveBack)
-        FocusPreApp();
-    if (m_pFocusDialog)
-        m_pFocusDialog->hide();
-}
+void MainWindow::RestoreAppFocus(bool giveBack) { m_Front->dropFocus(giveBack); }
 
-// Where the desktop has a menu bar that changes with the active program, a picture of it covers it
-// up meanwhile. Without one the window is there only to be active.
-void MainWindow::SetAppFocus()
-{
-    QCoreApplication::processEvents();
-    if (!m_pFocusDialog) {
-        m_pFocusDialog = new QDialog;
-        m_pFocusDialog->setStyleSheet(u"QDialog{background-color: rgba(200,200,200,5%);} "
-                                      "QGraphicsView{background-color: rgba(96,96,255,0%);}"_s);
-        m_pFocusDialog->setWindowFlags(Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
-        m_pFocusDialog->setGeometry({});
-        m_pFocusDialog->installEventFilter(this);
-        services().windows->keepOutOfTaskBar(m_pFocusDialog);
-        g_widgetExcept = m_pFocusDialog;
-    }
-    m_MenuBarPixmap = screenMenu();
-    // A window has one pixel at least; a shape that lies outside keeps it off the screen.
-    m_pFocusDialog->setGeometry(QRect({}, m_MenuBarPixmap.size().expandedTo({1, 1})));
-    if (m_MenuBarPixmap.isNull())
-        m_pFocusDialog->setMask(QRegion(-1, -1, 1, 1));
-    m_pFocusDialog->show();
-    SetWindowNoShadown(m_pFocusDialog);
-    FocusThis(m_pFocusDialog);
-    m_pFocusDialog->activateWindow();
-}
+void MainWindow::SetAppFocus() { m_Front->takeFocus(); }
 
-// Above an overlay the window would be in the picture.
-void MainWindow::comeForward()
-{
-    if (!m_bCapturing)
-        showInFront();
-}
+void MainWindow::comeForward() { m_Grabs->press(GrabCommand::Show); }
 
-// What is open for the grab is the program's front window. The main window, raised, would come to
-// lie above it, would be in the picture, and might get the keyboard.
-void MainWindow::raiseGrab()
-{
-    QWidget *front = QApplication::activeModalWidget();
-    const bool hasMenu = QApplication::activePopupWidget();
-    if (auto *overlay = qobject_cast<CaptureOverlay *>(front); overlay && !hasMenu)
-        overlay->stayOnTop();
-    else if (front && !hasMenu)
-        front->raise();
-    const bool hasCover = m_pFocusDialog && m_pFocusDialog->isVisible();
-    FocusThis(hasCover ? m_pFocusDialog : m_pCountDown ? m_pCountDown : front);
-}
+void MainWindow::leaveGrab() { m_Grabs->quit(); }
 
-bool MainWindow::beginGrab(GrabStart &start)
-{
-    if (m_bCapturing)
-        raiseGrab();
-    if (m_bCapturing || sessionRuns())
-        return false;
-    m_bCapturing = true;
-    start.wasActive = IsAppActive();
-    start.wasMinimized = isMinimized();
-    start.showAfter = GetShowFromXML();
-    if (start.wasActive)
-        start.activeWindow = QApplication::activeWindow();
-    return true;
-}
+void MainWindow::dismissHelper() { m_Grabs->dropHelper(); }
 
-void MainWindow::endGrab()
-{
-    m_bCapturing = false;
-    // A wait for a menu that gave way to the grab has left the window so.
-    if (!m_bHelperWorking && std::exchange(m_bMinimizedForHelper, false) && isMinimized())
-        setWindowState(windowState() & ~Qt::WindowMinimized);
-    if (std::exchange(m_CloseAfterGrab, false))
-        QMetaObject::invokeMethod(this, &MainWindow::close, Qt::QueuedConnection);
-}
-
-void MainWindow::restoreMinimized(const GrabStart &start)
-{
-    if (start.wasActive && !start.wasMinimized && isMinimized())
-        showNormal();
-}
-
-void MainWindow::DealPicture(QPixmap &pixmap, const QPainterPath *path, const QPolygonF *polygon)
+void MainWindow::addGrab(Grab grab)
 {
     LoadPixmapFlag();
-    TPictureEditor::EditPolyPixmap(pixmap, m_FlagPixmap, Licensing::status().registered, path,
-                                   polygon);
+    TPictureEditor::EditPolyPixmap(grab.picture, m_FlagPixmap, Licensing::status().registered,
+                                   std::get_if<QPainterPath>(&grab.outline),
+                                   std::get_if<QPolygonF>(&grab.outline));
+    NewDocument(grab.picture, grab.name);
 }
 
-void MainWindow::finishGrab(QPixmap picture, const GrabStart &start, const QPainterPath *path,
-                            const QPolygonF *polygon)
+void MainWindow::ShowGrabRectWindow(bool) { m_Grabs->press(GrabCommand::Rectangle); }
+
+void MainWindow::ShowGrabEllipseWindow(bool) { m_Grabs->press(GrabCommand::Ellipse); }
+
+void MainWindow::ShowGrabPolygonWindow(bool) { m_Grabs->press(GrabCommand::Polygon); }
+
+void MainWindow::ShowFullScreen(bool, bool withTimer)
 {
-    // A window that is not shown can't be brought to the front, and the wait would not end.
-    if (!start.wasActive && m_pFocusDialog && m_pFocusDialog->isVisible())
-        FocusThis(m_pFocusDialog);
-    DealPicture(picture, path, polygon);
-    NewDocument(picture, {});
-    if (start.showAfter) {
-        showInFront();
-        activateWindow();
-    }
+    m_Grabs->press(withTimer ? GrabCommand::Countdown : GrabCommand::Screen);
 }
 
-bool MainWindow::runOverlay(CaptureOverlay &overlay, const GrabStart &start,
-                            MagnifierSlot magnifier)
-{
-    connect(&overlay, &CaptureOverlay::ShowDetailWindowRequest, this, magnifier);
-    const bool accepted = overlay.exec() == QDialog::Accepted;
-    overlay.finished = true;
-    (this->*magnifier)(nullptr, eMagClose, 0, 0);
-    if (!accepted)
-        return false;
-    WaitFor();
-    // Only now are the pixels read: the overlay has left, and the other program is in front again.
-    if (!start.wasActive) {
-        FocusPreApp();
-    } else if (start.activeWindow) {
-        start.activeWindow->activateWindow();
-        QCoreApplication::processEvents();
-    }
-    return true;
-}
+void MainWindow::ShowAllWindow() { m_Grabs->press(GrabCommand::Windows); }
 
-void MainWindow::grabWithOverlay(const std::function<bool(const GrabStart &)> &grab)
-{
-    GrabStart start;
-    if (!beginGrab(start))
-        return;
-    GWSnapWorkbenchStopMenuItemCapture();
-    SetAppFocus();
-    if (GetHideFromXML() && !start.wasMinimized) {
-        showMinimized();
-        // Where the overlay shows a picture of the desktop, the window has to be gone from it.
-        if (!services().windows->isComposited())
-            WaitFor();
-    }
-    const bool accepted = !m_CloseAfterGrab && grab(start);
-    if (!accepted)
-        restoreMinimized(start);
-    RestoreAppFocus(!start.wasActive && (!accepted || !start.showAfter));
-    endGrab();
-}
+void MainWindow::ShowSelectWindow(bool) { m_Grabs->press(GrabCommand::Window); }
 
-void MainWindow::ShowGrabRectWindow(bool)
-{
-    grabWithOverlay([this](const GrabStart &start) {
-        Dialog overlay(nullptr);
-        overlay.SetPictureWidth(GetPictureWidthFile());
-        overlay.SetPictureHeight(GetPictureHeightFile());
-        if (!runOverlay(overlay, start, &MainWindow::ShowDetailWindowRequest_Rect))
-            return false;
-        finishGrab(overlay.getPixmap(), start);
-        return true;
-    });
-}
+void MainWindow::ShowMenuWindow() { m_Grabs->press(GrabCommand::Menu); }
 
-void MainWindow::ShowGrabEllipseWindow(bool)
-{
-    grabWithOverlay([this](const GrabStart &start) {
-        MyDrawRound overlay(nullptr);
-        overlay.SetPictureWidth(GetPictureWidthFile());
-        overlay.SetPictureHeight(GetPictureHeightFile());
-        if (!runOverlay(overlay, start, &MainWindow::ShowDetailWindowRequest_Ellipse))
-            return false;
-        const QPixmap picture = overlay.getPixmap();
-        const std::unique_ptr<QPainterPath> ellipse(overlay.getEllipse());
-        finishGrab(picture, start, ellipse.get());
-        return true;
-    });
-}
+void MainWindow::hideForHelper() { m_Grabs->helperWorks(); }
 
-void MainWindow::ShowGrabPolygonWindow(bool)
+void MainWindow::showAfterHelper() { m_Grabs->helperEnds(); }
+
+void MainWindow::helperOpens() { m_Grabs->opened(); }
+
+void MainWindow::helperScrolls() { m_Grabs->helperScrolls(); }
+
+void MainWindow::helperPutsBack() { m_Grabs->helperPutsBack(); }
+
+void MainWindow::ShowImportPicture(const char *path)
 {
-    grabWithOverlay([this](const GrabStart &start) {
-        dlgFreeHand overlay(nullptr);
-        if (!runOverlay(overlay, start, &MainWindow::ShowDetailWindowRequest_Poly))
-            return false;
-        const QPixmap picture = overlay.getPixmap();
-        const std::unique_ptr<QPolygonF> polygon(overlay.getPolygon());
-        finishGrab(picture, start, nullptr, polygon.get());
-        return true;
-    });
+    if (path)
+        m_Grabs->helperTakes({.picture = QPixmap(QString::fromUtf8(path))});
 }
 
 void MainWindow::ShowDetailWindowRequest(QWidget *parent, EShowMagOpr opr, int x, int y, int type)
@@ -360,123 +200,6 @@ void MainWindow::ShowDetailWindowRequest_Ellipse(QWidget *parent, EShowMagOpr op
 void MainWindow::ShowDetailWindowRequest_Poly(QWidget *parent, EShowMagOpr opr, int x, int y)
 {
     ShowDetailWindowRequest(parent, opr, x, y, DigDetail::s_polygon);
-}
-
-bool MainWindow::countDown(int seconds)
-{
-    DialogCountDown countdown(nullptr);
-    m_pCountDown = &countdown;
-    countdown.setSecond(seconds);
-    countdown.show();
-    // Escape reaches it only there.
-    services().watch->bringToFront(&countdown);
-    while (countdown.getSecond() >= 0 && !m_CloseAfterGrab) {
-        gwsleep(s_round);
-        QCoreApplication::processEvents();
-    }
-    m_pCountDown = nullptr;
-    return countdown.getResult() == 1;
-}
-
-void MainWindow::ShowFullScreen(bool, bool withTimer)
-{
-    GrabStart start;
-    if (!beginGrab(start))
-        return;
-    if (GetHideFromXML() && !start.wasMinimized)
-        showMinimized();
-    const int seconds = withTimer ? GetScreenTimerFromXML() : 0;
-    if (seconds <= 0 || countDown(seconds)) {
-        WaitFor();
-        if (!start.wasActive)
-            FocusPreApp();
-        finishGrab(screenWindow(0, 0, -1, -1, true, nullptr), start);
-    } else if (start.wasActive) {
-        restoreMinimized(start);
-    } else {
-        SetPreAppActive();
-    }
-    endGrab();
-}
-
-void MainWindow::ShowAllWindow()
-{
-    GrabStart start;
-    if (!beginGrab(start))
-        return;
-    WindowsPreView browser(this);
-    // A minimised window would take its dialog along.
-    showInFront();
-    browser.findNormalFile = GetBtnAttr(this, u"BtnFilterLeft"_s, 4);
-    browser.findFocusFile = GetBtnAttr(this, u"BtnFilterLeft"_s, 6);
-    browser.clearNormalFile = GetBtnAttr(this, u"BtnFilterRight"_s, 4);
-    browser.clearFocusFile = GetBtnAttr(this, u"BtnFilterRight"_s, 6);
-    // The same for both, on purpose.
-    browser.clearFilledFile = GetBtnAttr(this, u"BtnFilterRight"_s, 7);
-    browser.clearFilledFocusFile = browser.clearFilledFile;
-    if (!m_CloseAfterGrab && browser.exec() == QDialog::Accepted) {
-        const QList<QString> &names = *browser.getNameList();
-        for (qsizetype i = 0; i < names.size(); ++i) {
-            QPixmap picture = browser.getPixmap()->at(i);
-            DealPicture(picture, nullptr, nullptr);
-            NewDocument(picture, names[i]);
-        }
-    }
-    endGrab();
-}
-
-void MainWindow::startHelper(HelperGrab grab, void (*start)())
-{
-    if (m_bCapturing)
-        raiseGrab();
-    if (m_bCapturing || m_bStartingHelper || sessionRuns())
-        return;
-    m_bStartingHelper = true;
-    m_HelperGrab = grab;
-    start();
-    // Not before the helper's first word has come, which waits in the event loop: which grab it is
-    // about must not change until then.
-    QMetaObject::invokeMethod(
-        this, [this] { m_bStartingHelper = false; }, Qt::QueuedConnection);
-}
-
-void MainWindow::ShowSelectWindow(bool)
-{
-    startHelper(HelperGrab::Session, GWSnapWorkbenchStartCapture);
-}
-
-void MainWindow::ShowMenuWindow() { startHelper(HelperGrab::Menu, GWSnapWorkbenchMenuCapture); }
-
-void MainWindow::hideForHelper()
-{
-    m_bHelperWorking = true;
-    if (isMinimized())
-        return;
-    m_bMinimizedForHelper = true;
-    showMinimized();
-}
-
-void MainWindow::showAfterHelper()
-{
-    m_bHelperWorking = false;
-    // Above an overlay the window would be in the picture.
-    if (m_bCapturing)
-        return;
-    // A window that the user had minimised stays so.
-    if (std::exchange(m_bMinimizedForHelper, false) || !isMinimized())
-        showInFront();
-}
-
-void MainWindow::ShowImportPicture(const char *path)
-{
-    if (!path)
-        return;
-    QPixmap picture;
-    picture.load(QString::fromUtf8(path));
-    DealPicture(picture, nullptr, nullptr);
-    NewDocument(picture, {});
-    showInFront();
-    activateWindow();
 }
 
 QString MainWindow::GetPictureWidthFile() { return GetBtnAttr(this, u"BtnCaptureRegion"_s, 4); }

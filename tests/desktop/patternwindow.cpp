@@ -7,6 +7,7 @@
 #include <QBackingStore>
 #include <QGuiApplication>
 #include <QKeyEvent>
+#include <QMouseEvent>
 #include <QPainter>
 #include <QRasterWindow>
 
@@ -18,6 +19,13 @@ class PatternWindow : public QRasterWindow
 {
 protected:
     void paintEvent(QPaintEvent *) override { QPainter(this).drawImage(0, 0, pattern(size())); }
+    void mousePressEvent(QMouseEvent *event) override
+    {
+        const QPoint at = event->position().toPoint();
+        std::printf("press %d,%d\n", at.x(), at.y());
+        std::fflush(stdout);
+    }
+    void mouseDoubleClickEvent(QMouseEvent *event) override { mousePressEvent(event); }
     void keyPressEvent(QKeyEvent *event) override
     {
         std::printf("key %d\n", event->key());

@@ -1,5 +1,7 @@
 #include "snapworkbench.h"
 
+#include <QDBusConnection>
+#include <QDBusVariant>
 #include <QDir>
 #include <QDomDocument>
 #include <QFile>
@@ -11,6 +13,9 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+const QString s_name = u"org.example.brenvale.SnapWorkbench"_s;
+constexpr int s_stateLimit = 1000;  // ms; a program that is busy is asked again
+
 QDomDocument parsed(const QString &path)
 {
     QFile file(path);
@@ -21,6 +26,8 @@ QDomDocument parsed(const QString &path)
 }
 
 }  // namespace
+
+SnapWorkbench::~SnapWorkbench() { QDBusConnection::disconnectFromBus(m_desktop.home()); }
 
 QString SnapWorkbench::program() { return QStringLiteral(SNAP_PROGRAM); }
 
@@ -107,6 +114,29 @@ bool SnapWorkbench::quit()
     return waitFor([&] { return m_process->state() == QProcess::NotRunning; });
 }
 
+QDBusMessage SnapWorkbench::call(const QString &interface, const QString &method,
+                                 const QVariantList &arguments, int limit)
+{
+    const QString address = m_desktop.environment().value(u"DBUS_SESSION_BUS_ADDRESS"_s);
+    QDBusMessage message = QDBusMessage::createMethodCall(
+        s_name, u"/org/example/brenvale/SnapWorkbench"_s, interface, method);
+    message.setArguments(arguments);
+    return QDBusConnection::connectToBus(address, m_desktop.home())
+        .call(message, QDBus::Block, limit);
+}
+
+QString SnapWorkbench::grabState()
+{
+    const QDBusMessage answer = call(u"org.freedesktop.DBus.Properties"_s, u"Get"_s,
+                                     {s_name, u"GrabState"_s}, s_stateLimit);
+    return answer.arguments().value(0).value<QDBusVariant>().variant().toString();
+}
+
+bool SnapWorkbench::waitForState(const QString &state, int limit)
+{
+    return waitFor([&] { return grabState() == state; }, limit);
+}
+
 bool SnapWorkbench::hasOverlay(const QRect &area)
 {
     const QList<TestDesktop::Window> windows = m_desktop.windows();
@@ -117,16 +147,9 @@ bool SnapWorkbench::hasOverlay(const QRect &area)
 
 bool SnapWorkbench::openOverlay(const QRect &area, xcb_keysym_t hotKey)
 {
-    // A grab ends with its helper windows gone; until then a hot key only brings the program
-    // forward.
-    const bool idle = waitFor([&] {
-        const QList<TestDesktop::Window> windows = m_desktop.windows();
-        return std::none_of(windows.begin(), windows.end(), [](const TestDesktop::Window &window) {
-            return window.viewable && window.title == u"SnapWorkbench";
-        });
-    });
+    const bool isIdle = waitForState(u"Idle"_s);
     m_desktop.key(hotKey, {XK_Control_L, XK_Alt_L});
-    return idle && waitFor([&] { return hasOverlay(area); });
+    return isIdle && waitForState(u"Marking"_s) && hasOverlay(area);
 }
 
 QImage SnapWorkbench::saveAs(const QString &path)

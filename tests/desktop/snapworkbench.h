@@ -2,13 +2,18 @@
 
 #include "testdesktop.h"
 
+#include <QDBusMessage>
 #include <QMap>
+#include <QVariantList>
 
 /// The program under test on a test desktop, in the desktop's home folder.
 class SnapWorkbench
 {
 public:
     explicit SnapWorkbench(TestDesktop &desktop) : m_desktop(desktop) {}
+    ~SnapWorkbench();
+    SnapWorkbench(const SnapWorkbench &) = delete;
+    SnapWorkbench &operator=(const SnapWorkbench &) = delete;
 
     static QString program();
     static QString shippedFile();
@@ -35,6 +40,13 @@ public:
     /// Closes the main window as its frame's button would, and waits for the end of the process.
     bool quit();
     QProcess *process() const { return m_process; }
+
+    /// Calls a method of the program over the session bus, and waits for the answer.
+    QDBusMessage call(const QString &interface, const QString &method,
+                      const QVariantList &arguments, int limit = 20000);
+    /// What the program tells on the session bus that its grab is at; empty while it tells nothing.
+    QString grabState();
+    bool waitForState(const QString &state, int limit = 20000);
 
     /// Presses the hot key of an overlay, the rectangle's if none is told, and waits for the
     /// overlay, which covers `area`.

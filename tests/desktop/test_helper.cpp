@@ -92,6 +92,8 @@ bool TestHelper::startDesktop(const QStringList &windowManager, const QString &s
 
 bool TestHelper::openPick()
 {
+    if (!m_program->waitForState(u"Idle"_s))
+        return false;
     const auto before = m_desktop->windows();
     hotKey(XK_w);
     const auto question = m_desktop->waitForNewWindow(before);
@@ -99,7 +101,7 @@ bool TestHelper::openPick()
         return false;
     m_desktop->key(XK_Tab);
     m_desktop->key(XK_space);
-    return waitFor([&] { return m_program->hasOverlay(s_screen); });
+    return m_program->waitForState(u"Picking"_s);
 }
 
 bool TestHelper::openPickWithArea()
@@ -110,12 +112,12 @@ bool TestHelper::openPickWithArea()
     if (!question.id || !m_desktop->waitForFocus(question))
         return false;
     m_desktop->key(XK_Return);
-    if (!waitFor([&] { return m_desktop->activeTitle() == u"long"; }) ||
-        m_program->hasOverlay(s_screen))
+    if (!m_program->waitForState(u"Idle"_s) ||
+        !waitFor([&] { return m_desktop->activeTitle() == u"long"; }))
         return false;
     hotKey(XK_w);
     const QRgb outline = qRgb(61, 165, 244);
-    return waitFor([&] { return m_program->hasOverlay(s_screen); }) && waitFor([&] {
+    return m_program->waitForState(u"Picking"_s) && waitFor([&] {
                return m_desktop->pixel(m_viewport.topLeft()) == outline &&
                       m_desktop->pixel(m_viewport.bottomRight()) == outline;
            }) &&
@@ -427,6 +429,7 @@ void TestHelper::givesUp()
     const QImage before = m_desktop->screenshot();
     if (state.startsWith(u"menu")) {
         hotKey(XK_v);
+        QVERIFY(m_program->waitForState(u"MenuWait"_s));
     } else {
         QVERIFY(openPick());
     }
@@ -434,17 +437,19 @@ void TestHelper::givesUp()
         m_desktop->click(at, 3);
     } else if (state == u"scrolling") {
         m_desktop->key(XK_Return);
+        QVERIFY(m_program->waitForState(u"Scrolling"_s));
         QVERIFY(waitFor([&] { return m_long->readAll().contains("at "); }));
     }
     if (state.endsWith(u"rectangle")) {
         // The wait gives way, and what opens is not covered by its end.
-        QVERIFY(m_program->openOverlay(s_screen));
+        hotKey(XK_r);
+        QVERIFY(m_program->waitForState(u"Marking"_s));
         m_desktop->key(XK_Escape);
     } else if (!state.endsWith(u"button")) {
         // The keys of the wait for a menu are taken from the first look on.
         QVERIFY(waitFor([&] {
             m_desktop->key(XK_Escape);
-            return waitFor([&] { return m_desktop->screenshot() == before; }, 1500);
+            return m_program->waitForState(u"Idle"_s, 1500);
         }));
     }
     QVERIFY(waitFor([&] { return m_desktop->screenshot() == before; }));

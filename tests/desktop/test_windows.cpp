@@ -18,17 +18,10 @@ const QStringList s_openbox{u"openbox"_s};
 
 const QRect s_whole(0, 0, 1600, 1000);
 const QString s_browser = u"All Windows"_s;
+const QByteArray s_escape("key 16777216");
 const QString s_idleTitle = u"Snap Workbench"_s;
 
 using Windows = QList<TestDesktop::Window>;
-
-bool isShown(TestDesktop &desktop, const QString &title)
-{
-    const Windows windows = desktop.windows();
-    return std::any_of(windows.begin(), windows.end(), [&](const TestDesktop::Window &window) {
-        return window.viewable && window.title == title;
-    });
-}
 
 // The countdown has no title but the program's, and is no speck.
 bool hasCountdown(TestDesktop &desktop)
@@ -44,20 +37,21 @@ void pressHotKey(TestDesktop &desktop, xcb_keysym_t letter)
     desktop.key(letter, {XK_Control_L, XK_Alt_L});
 }
 
-bool openBrowser(TestDesktop &desktop)
+bool openBrowser(TestDesktop &desktop, SnapWorkbench &program)
 {
+    if (!program.waitForState(u"Idle"_s))
+        return false;
     pressHotKey(desktop, XK_l);
-    return waitFor([&] { return desktop.activeTitle() == s_browser; });
+    return program.waitForState(u"Browsing"_s) &&
+           waitFor([&] { return desktop.activeTitle() == s_browser; });
 }
 
-// A grab that has been given up takes a moment to give the focus back; until then hot keys start
-// nothing.
-bool openCountdown(TestDesktop &desktop)
+bool openCountdown(TestDesktop &desktop, SnapWorkbench &program)
 {
-    return waitFor([&] {
-        pressHotKey(desktop, XK_t);
-        return waitFor([&] { return hasCountdown(desktop); }, 500);
-    });
+    if (!program.waitForState(u"Idle"_s))
+        return false;
+    pressHotKey(desktop, XK_t);
+    return program.waitForState(u"Counting"_s) && waitFor([&] { return hasCountdown(desktop); });
 }
 
 }  // namespace
@@ -72,6 +66,8 @@ private slots:
     void countdown_data();
     void countdown();
     void everyStateEnds();
+    void pressedTwice();
+    void doubleClickStaysHere();
 };
 
 void TestWindows::browserTakesCoveredWindows_data()
@@ -101,7 +97,7 @@ void TestWindows::browserTakesCoveredWindows()
     QVERIFY(cover);
 
     // The front one is current; the two behind it are taken.
-    QVERIFY(openBrowser(desktop));
+    QVERIFY(openBrowser(desktop, program));
     desktop.key(XK_Right);
     desktop.key(XK_Right, {XK_Shift_L});
     desktop.key(XK_Return);
@@ -153,7 +149,7 @@ void TestWindows::countdown()
     QVERIFY(other);
     const QImage before = desktop.screenshot();
 
-    QVERIFY(openCountdown(desktop));
+    QVERIFY(openCountdown(desktop, program));
     QVERIFY(waitFor([&] {
         desktop.key(XK_Escape);
         return !hasCountdown(desktop);
@@ -165,7 +161,7 @@ void TestWindows::countdown()
     }));
     QVERIFY(program.waitForTitle(s_idleTitle));
 
-    QVERIFY(openCountdown(desktop));
+    QVERIFY(openCountdown(desktop, program));
     QVERIFY(waitFor([&] { return desktop.screenshot() != before; }));
     QVERIFY(program.waitForTitle(u"untitled * - Snap Workbench"_s));
     QVERIFY(!hasCountdown(desktop));
@@ -173,7 +169,7 @@ void TestWindows::countdown()
         return;
     QVERIFY(waitFor([&] { return desktop.activeTitle() == u"pattern"; }));
     // Brings the program forward; what it grabbed does not show that.
-    QVERIFY(openBrowser(desktop));
+    QVERIFY(openBrowser(desktop, program));
     desktop.key(XK_Escape);
     QVERIFY(waitFor([&] { return desktop.activeTitle() == u"untitled * - Snap Workbench"; }));
     QCOMPARE(program.saveAs(desktop.home() + u"/whole.png"_s), before);
@@ -187,48 +183,107 @@ void TestWindows::everyStateEnds()
     SnapWorkbench program(desktop);
     program.writeSettings({{u"ScreenTimer"_s, u"1000"_s}});
     QVERIFY(program.startAndWait());
-    QVERIFY(desktop.startPattern({100, 100, 500, 400}));
+    QProcess *other = desktop.startPattern({100, 100, 500, 400});
+    QVERIFY(other);
 
-    const auto pressAll = [&] {
-        for (const xcb_keysym_t letter : {XK_r, XK_s, XK_l, XK_t})
-            pressHotKey(desktop, letter);
-    };
-    const auto isGone = [&] {
-        return waitFor([&] { return !isShown(desktop, s_browser) && !hasCountdown(desktop); });
-    };
-    QVERIFY(openBrowser(desktop));
+    QVERIFY(openBrowser(desktop, program));
     // The list shows the next item once the keys before have been heard.
     const QImage before = desktop.screenshot();
-    pressAll();
+    for (const xcb_keysym_t letter : {XK_r, XK_s, XK_l, XK_t})
+        pressHotKey(desktop, letter);
     desktop.key(XK_Right);
     QVERIFY(waitFor([&] { return desktop.screenshot() != before; }));
-    QVERIFY(!program.hasOverlay(s_whole) && !hasCountdown(desktop));
+    QCOMPARE(program.grabState(), u"Browsing"_s);
     desktop.key(XK_Escape);
-    QVERIFY(isGone());
+    QVERIFY(program.waitForState(u"Idle"_s));
 
-    QVERIFY(openBrowser(desktop));
+    QVERIFY(openBrowser(desktop, program));
     const Windows windows = desktop.windows();
     const auto browser =
         std::find_if(windows.begin(), windows.end(),
                      [](const TestDesktop::Window &window) { return window.title == s_browser; });
     desktop.closeWindow(*browser);
-    QVERIFY(isGone());
+    QVERIFY(program.waitForState(u"Idle"_s));
 
-    QVERIFY(openCountdown(desktop));
-    pressAll();
-    QVERIFY(!program.hasOverlay(s_whole) && !isShown(desktop, s_browser));
+    // The last press of those in a countdown runs after it, but the countdown's own key.
+    QVERIFY(openCountdown(desktop, program));
+    for (const xcb_keysym_t letter : {XK_l, XK_r, XK_t})
+        pressHotKey(desktop, letter);
+    // Another program has the keyboard, and gets every Escape as well.
+    desktop.click({300, 300});
+    QVERIFY(waitFor([&] { return desktop.activeTitle() == u"pattern"; }));
+    desktop.key(XK_Escape);
+    QVERIFY(waitFor([&] { return other->readAll().contains(s_escape); }));
+    QCOMPARE(program.grabState(), u"Counting"_s);
     QVERIFY(waitFor([&] {
         desktop.key(XK_Escape);
-        return !hasCountdown(desktop);
+        desktop.key(XK_Escape);
+        return waitFor([&] { return program.grabState() != u"Counting"; }, 500);
     }));
+    QVERIFY(program.waitForState(u"Marking"_s));
     QVERIFY(program.waitForTitle(s_idleTitle));
-
-    QVERIFY(program.openOverlay(s_whole));
     desktop.key(XK_Escape);
-    QVERIFY(waitFor([&] { return !program.hasOverlay(s_whole); }));
+    QVERIFY(program.waitForState(u"Idle"_s));
+
     // The end of the program ends a count that has long to go.
-    QVERIFY(openCountdown(desktop));
+    QVERIFY(openCountdown(desktop, program));
     QVERIFY(program.quit());
+}
+
+// The window comes to the front after each grab, but not into the next one, which was asked for
+// before the first was over.
+void TestWindows::pressedTwice()
+{
+    TestDesktop desktop({.windowManager = s_compositing});
+    QVERIFY(desktop.isReady());
+    SnapWorkbench program(desktop);
+    program.writeSettings({{u"RunMinimized"_s, u"1"_s}});
+    QVERIFY(program.startAndWait());
+    QVERIFY(desktop.startPattern({100, 100, 500, 400}));
+    const QImage before = desktop.screenshot();
+    pressHotKey(desktop, XK_s);
+    QVERIFY(program.waitForState(u"Ending"_s));
+    // The second one must not look like the first one held down.
+    QVERIFY(waitFor([&] {
+        pressHotKey(desktop, XK_s);
+        return program.waitForTitle(u"untitled 1 * - Snap Workbench"_s, 100);
+    }));
+    QVERIFY(program.waitForState(u"Idle"_s));
+    QVERIFY(waitFor([&] { return desktop.activeTitle() == program.mainWindow().title; }));
+    QCOMPARE(program.saveAs(desktop.home() + u"/second.png"_s), before);
+}
+
+// The second click of a double click comes when the overlay has gone.
+void TestWindows::doubleClickStaysHere()
+{
+    TestDesktop desktop({.windowManager = s_compositing});
+    QVERIFY(desktop.isReady());
+    SnapWorkbench program(desktop);
+    program.writeSettings({{u"RunMinimized"_s, u"1"_s}});
+    QVERIFY(program.startAndWait());
+    QProcess *other = desktop.startPattern(s_whole);
+    QVERIFY(other);
+    QVERIFY(program.openOverlay(s_whole));
+    QVERIFY(desktop.drag({200, 200}, {700, 500}, [&] {
+        return qRed(desktop.pixel({600, 400})) > 140;
+    }));
+    // The button lies right below the marked rectangle's right end.
+    const QPoint button(660, 536);
+    QVERIFY(waitFor([&] { return desktop.pixel(button) != desktop.pixel({100, 536}); }));
+    desktop.click(button);
+    desktop.click(button);
+    QVERIFY(program.waitForState(u"Idle"_s));
+    QVERIFY(program.waitForTitle(u"untitled * - Snap Workbench"_s));
+    // It hears clicks: this one is the first.
+    desktop.key(XK_m, {XK_Control_L});
+    QVERIFY(waitFor([&] { return desktop.activeTitle() == u"pattern"; }));
+    desktop.click({50, 60});
+    QByteArray heard;
+    QVERIFY(waitFor([&] {
+        heard += other->readAll();
+        return heard.contains("press 50,60");
+    }));
+    QCOMPARE(heard.count("press"), 1);
 }
 
 QTEST_GUILESS_MAIN(TestWindows)

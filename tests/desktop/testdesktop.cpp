@@ -37,7 +37,7 @@ TestDesktop::TestDesktop(const Options &options)
 {
     for (const auto &name :
          {u"DISPLAY"_s, u"QT_QPA_PLATFORM"_s, u"QT_SCALE_FACTOR"_s, u"DBUS_SESSION_BUS_ADDRESS"_s,
-          u"SESSION_MANAGER"_s, u"WAYLAND_DISPLAY"_s})
+          u"SESSION_MANAGER"_s, u"WAYLAND_DISPLAY"_s, u"XDG_SESSION_TYPE"_s})
         m_environment.remove(name);
     m_environment.insert(u"HOME"_s, home());
     m_environment.insert(u"XDG_DATA_HOME"_s, home() + u"/data"_s);
@@ -120,13 +120,19 @@ bool TestDesktop::startServer(const Options &options)
 
 bool TestDesktop::startBus()
 {
-    QProcess *bus = start(u"dbus-daemon"_s, {u"--session"_s, u"--nofork"_s, u"--print-address=1"_s},
-                          m_environment);
-    if (!bus || !waitFor([&] { return bus->canReadLine(); }))
+    m_bus = start(u"dbus-daemon"_s, {u"--session"_s, u"--nofork"_s, u"--print-address=1"_s},
+                  m_environment);
+    if (!m_bus || !waitFor([&] { return m_bus->canReadLine(); }))
         return false;
     m_environment.insert(u"DBUS_SESSION_BUS_ADDRESS"_s,
-                         QString::fromLatin1(bus->readLine().trimmed()));
+                         QString::fromLatin1(m_bus->readLine().trimmed()));
     return true;
+}
+
+void TestDesktop::endBus()
+{
+    m_bus->kill();
+    m_bus->waitForFinished();
 }
 
 bool TestDesktop::startWindowManager(const Options &options)

@@ -41,6 +41,8 @@ public:
     /// Starts a program on this desktop; owned by it.
     QProcess *start(const QString &program, const QStringList &arguments,
                     const QProcessEnvironment &environment);
+    /// Ends the session bus, as a crash of it would.
+    void endBus();
     /// Starts the pattern program with its window at `area`, and waits until it is shown and
     /// active. Null when it never was. `name` is the application's. A framed window has its frame
     /// around `area`, more or less, and its pixels are not waited for.
@@ -106,6 +108,7 @@ private:
     QTemporaryDir m_home;
     QProcessEnvironment m_environment;
     std::vector<std::unique_ptr<QProcess>> m_processes;
+    QProcess *m_bus = nullptr;
     xcb_connection_t *m_connection = nullptr;
     xcb_window_t m_root = XCB_NONE;
     xcb_key_symbols_t *m_symbols = nullptr;

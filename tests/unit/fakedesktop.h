@@ -117,12 +117,14 @@ class FakeApplicationWatch : public ApplicationWatch
 {
 public:
     unsigned front = 0;
+    uint process = 0;
     QList<unsigned> activatedWindows{};
     QList<QWidget *> broughtToFront{};
 
     void start(Handlers handlers) override { m_handlers = std::move(handlers); }
     void stop() override { m_handlers = {}; }
     unsigned frontWindow() override { return front; }
+    uint frontProcess() override { return process; }
     void activate(unsigned window) override { activatedWindows.append(window); }
     void bringToFront(QWidget *window) override { broughtToFront.append(window); }
 
@@ -150,6 +152,10 @@ public:
     {
         watched = keys;
         m_pressed = std::move(pressed);
+    }
+    void listen(const QList<Qt::Key> &keys, std::function<void(Qt::Key)> pressed) override
+    {
+        start(keys, std::move(pressed));
     }
     void stop() override { watched.clear(); }
     void press(Qt::Key key)

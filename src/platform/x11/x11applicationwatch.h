@@ -14,6 +14,7 @@ public:
     void start(Handlers handlers) override;
     void stop() override;
     unsigned frontWindow() override { return m_front; }
+    uint frontProcess() override { return m_pid > 0 ? static_cast<uint>(m_pid) : 0; }
     void activate(unsigned window) override;
     void bringToFront(QWidget *window) override;
 

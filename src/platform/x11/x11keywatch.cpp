@@ -9,6 +9,7 @@
 #include <utility>
 
 #include <xcb/xcb_keysyms.h>
+#include <xcb/xinput.h>
 
 using namespace std::chrono_literals;
 
@@ -27,13 +28,16 @@ X11KeyWatch::X11KeyWatch(X11Display &display) : m_display(display)
 {
     m_look.setInterval(s_lookInterval);
     connect(&m_look, &QTimer::timeout, this, &X11KeyWatch::look);
+    const xcb_query_extension_reply_t *input =
+        xcb_get_extension_data(m_display.connection(), &xcb_input_id);
+    if (input && input->present)
+        m_inputOpcode = input->major_opcode;
 }
 
 X11KeyWatch::~X11KeyWatch() { X11KeyWatch::stop(); }
 
-void X11KeyWatch::start(const QList<Qt::Key> &keys, std::function<void(Qt::Key)> pressed)
+void X11KeyWatch::readCodes(const QList<Qt::Key> &keys)
 {
-    stop();
     xcb_connection_t *connection = m_display.connection();
     xcb_key_symbols_t *symbols = xcb_key_symbols_alloc(connection);
     for (const auto &[keysym, key] : s_keysyms) {
@@ -45,6 +49,37 @@ void X11KeyWatch::start(const QList<Qt::Key> &keys, std::function<void(Qt::Key)>
     }
     if (symbols)
         xcb_key_symbols_free(symbols);
+}
+
+// What the devices say, whoever the keys are for.
+void X11KeyWatch::selectRawKeys(bool select)
+{
+    struct {
+        xcb_input_event_mask_t head;
+        uint32_t mask;
+    } request{.head = {.deviceid = XCB_INPUT_DEVICE_ALL_MASTER, .mask_len = 1},
+              .mask = select ? uint32_t{XCB_INPUT_XI_EVENT_MASK_RAW_KEY_PRESS} : 0};
+    xcb_input_xi_select_events(m_display.connection(), m_display.root(), 1, &request.head);
+    xcb_flush(m_display.connection());
+}
+
+void X11KeyWatch::listen(const QList<Qt::Key> &keys, std::function<void(Qt::Key)> pressed)
+{
+    stop();
+    if (m_inputOpcode == 0)
+        return;
+    readCodes(keys);
+    m_pressed = std::move(pressed);
+    m_isListening = true;
+    QCoreApplication::instance()->installNativeEventFilter(this);
+    selectRawKeys(true);
+}
+
+void X11KeyWatch::start(const QList<Qt::Key> &keys, std::function<void(Qt::Key)> pressed)
+{
+    stop();
+    xcb_connection_t *connection = m_display.connection();
+    readCodes(keys);
     // The grabs keep the keys from the other program. Where one is refused, somebody else has the
     // key, and pressing it is heard all the same. Not with any modifier at once: window managers
     // have some of those, and one that is refused would be all.
@@ -67,10 +102,12 @@ void X11KeyWatch::start(const QList<Qt::Key> &keys, std::function<void(Qt::Key)>
 
 void X11KeyWatch::stop()
 {
-    if (!m_look.isActive())
+    if (!m_look.isActive() && !m_isListening)
         return;
     m_look.stop();
     QCoreApplication::instance()->removeNativeEventFilter(this);
+    if (std::exchange(m_isListening, false))
+        selectRawKeys(false);
     xcb_connection_t *connection = m_display.connection();
     for (auto it = m_keys.cbegin(); it != m_keys.cend(); ++it) {
         for (const uint16_t locks : std::as_const(m_locks))
@@ -78,12 +115,22 @@ void X11KeyWatch::stop()
     }
     xcb_flush(connection);
     m_keys.clear();
+    m_locks.clear();
     m_pressed = {};
 }
 
 bool X11KeyWatch::nativeEventFilter(const QByteArray &, void *message, qintptr *)
 {
     const auto *event = static_cast<const xcb_generic_event_t *>(message);
+    if (m_isListening && event->response_type == XCB_GE_GENERIC) {
+        const auto *raw = reinterpret_cast<const xcb_input_raw_key_press_event_t *>(event);
+        const bool isPress = raw->extension == m_inputOpcode &&
+                             raw->event_type == XCB_INPUT_RAW_KEY_PRESS &&
+                             !(raw->flags & XCB_INPUT_KEY_EVENT_FLAGS_KEY_REPEAT);
+        if (isPress && m_keys.contains(static_cast<xcb_keycode_t>(raw->detail)))
+            tell(static_cast<xcb_keycode_t>(raw->detail));
+        return false;
+    }
     if ((event->response_type & ~0x80) != XCB_KEY_PRESS)
         return false;
     const auto *key = reinterpret_cast<const xcb_key_press_event_t *>(event);
@@ -114,6 +161,11 @@ void X11KeyWatch::press(xcb_keycode_t code)
     if (m_held.contains(code))
         return;
     m_held.append(code);
+    tell(code);
+}
+
+void X11KeyWatch::tell(xcb_keycode_t code)
+{
     // What it leads to may end this watch, and may run event loops, which an event filter must not.
     const Qt::Key key = m_keys.value(code);
     QMetaObject::invokeMethod(

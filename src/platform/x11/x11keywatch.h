@@ -16,12 +16,16 @@ public:
     ~X11KeyWatch() override;
 
     void start(const QList<Qt::Key> &keys, std::function<void(Qt::Key)> pressed) override;
+    void listen(const QList<Qt::Key> &keys, std::function<void(Qt::Key)> pressed) override;
     void stop() override;
 
     bool nativeEventFilter(const QByteArray &eventType, void *message, qintptr *result) override;
 
 private:
+    void readCodes(const QList<Qt::Key> &keys);
+    void selectRawKeys(bool select);
     void press(xcb_keycode_t code);
+    void tell(xcb_keycode_t code);
     void look();
 
     X11Display &m_display;
@@ -29,5 +33,7 @@ private:
     QList<uint16_t> m_locks;  ///< every combination of the lock keys
     QList<xcb_keycode_t> m_held;
     std::function<void(Qt::Key)> m_pressed;
-    QTimer m_look;
+    QTimer m_look;  ///< runs while the keys are kept from other programs
+    uint8_t m_inputOpcode = 0;
+    bool m_isListening = false;
 };

@@ -11,7 +11,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// The desktop entry and the service file bear the same name.
+// The desktop entry and the service file bear the same name, and so does the interface.
 const auto s_name = "org.example.brenvale.SnapWorkbench"_L1;
 const auto s_path = "/org/example/brenvale/SnapWorkbench"_L1;
 const auto s_interface = "org.freedesktop.Application"_L1;
@@ -65,18 +65,36 @@ private:
     ApplicationBus &m_bus;
 };
 
+class StateAdaptor : public QDBusAbstractAdaptor
+{
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.example.brenvale.SnapWorkbench")
+    Q_PROPERTY(QString GrabState READ grabState)
+
+public:
+    explicit StateAdaptor(ApplicationBus &bus) : QDBusAbstractAdaptor(&bus), m_bus(bus) {}
+
+    QString grabState() const { return m_bus.grabState(); }
+
+private:
+    ApplicationBus &m_bus;
+};
+
 }  // namespace
 
 ApplicationBus::ApplicationBus(Handlers handlers) : m_handlers(std::move(handlers))
 {
     new ApplicationAdaptor(*this);
+    new StateAdaptor(*this);
 }
 
 ApplicationBus::Claim ApplicationBus::claim()
 {
     QDBusConnection bus = QDBusConnection::sessionBus();
     // Before the name: who finds the name calls at once.
-    if (!bus.isConnected() || !bus.registerObject(s_path, this))
+    if (!m_isRegistered)
+        m_isRegistered = bus.isConnected() && bus.registerObject(s_path, this);
+    if (!m_isRegistered)
         return Claim::NoBus;
     const QDBusReply<QDBusConnectionInterface::RegisterServiceReply> reply =
         bus.interface()->registerService(s_name, QDBusConnectionInterface::QueueService);
@@ -95,6 +113,18 @@ bool ApplicationBus::activateOwner()
     const QDBusMessage answer =
         QDBusConnection::sessionBus().call(call, QDBus::Block, s_answerLimit);
     return answer.type() == QDBusMessage::ReplyMessage;
+}
+
+// The toolkit's thread for the bus sends it, whatever this one does next.
+void ApplicationBus::setGrabState(const QString &state)
+{
+    if (state == m_grabState)
+        return;
+    m_grabState = state;
+    QDBusMessage changed = QDBusMessage::createSignal(s_path, u"org.freedesktop.DBus.Properties"_s,
+                                                      u"PropertiesChanged"_s);
+    changed << QString(s_name) << QVariantMap{{u"GrabState"_s, state}} << QStringList();
+    QDBusConnection::sessionBus().send(changed);
 }
 
 #include "applicationbus.moc"

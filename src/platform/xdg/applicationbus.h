@@ -6,8 +6,8 @@
 
 #include <functional>
 
-/// The program on the session bus, as `org.freedesktop.Application` has it. Where there is no bus,
-/// nothing ever calls.
+/// The program on the session bus, as `org.freedesktop.Application` has it, with an interface of
+/// its own that tells what it is at. Where there is no bus, nothing ever calls.
 class ApplicationBus : public QObject
 {
     Q_OBJECT
@@ -26,14 +26,22 @@ public:
 
     explicit ApplicationBus(Handlers handlers);
 
-    /// Takes the program's name. One that another has comes to this program when that one ends.
+    /// Takes the program's name. One that another has comes to this program when that one ends. May
+    /// be called again.
     Claim claim();
     /// Asks the owner of the name to come to the front; waits for the answer, two seconds at the
     /// most. False when there was none.
     static bool activateOwner();
 
+    /// What others read as the property `GrabState`; each change is told to those who listen,
+    /// before this returns or shortly after, and in order. "Idle" at first.
+    void setGrabState(const QString &state);
+    const QString &grabState() const { return m_grabState; }
+
     const Handlers &handlers() const { return m_handlers; }
 
 private:
     Handlers m_handlers;
+    bool m_isRegistered = false;
+    QString m_grabState = QStringLiteral("Idle");
 };

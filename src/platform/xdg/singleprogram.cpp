@@ -1,15 +1,13 @@
 #include "platform/xdg/singleprogram.h"
 
-#include "config/texthelpers.h"
-
-#include <QDeadlineTimer>
+#include "platform/services.h"
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int s_patience = 1500;       // milliseconds
-constexpr unsigned long s_pause = 20;  // milliseconds
+// A first program that has only just been started may need it on a busy machine.
+constexpr int s_patience = 3000;  // milliseconds
 
 }  // namespace
 
@@ -20,23 +18,19 @@ SingleProgram::SingleProgram(const QString &folder, ApplicationBus::Handlers han
 
 // The other program may be on its way up, with no name on the bus yet, or on its way down: a start
 // right after "Quit" is meant to leave a program.
-bool SingleProgram::claim()
+SingleProgram::Claim SingleProgram::claim()
 {
-    const QDeadlineTimer deadline(s_patience);
-    for (;;) {
-        switch (m_lock.acquire()) {
-        case ProgramLock::State::Held:
-            m_bus.claim();
-            return true;
-        case ProgramLock::State::Impossible:
-            if (m_bus.claim() != ApplicationBus::Claim::OwnedByAnother)
-                return true;
-            ApplicationBus::activateOwner();
-            return false;
-        case ProgramLock::State::Taken:
-            if (ApplicationBus::activateOwner() || deadline.hasExpired())
-                return false;
-        }
-        gwsleep(s_pause);
-    }
+    Claim result = Claim::Unanswered;
+    waitUntil(*services().clock, s_patience, [&] {
+        const ProgramLock::State lock = m_lock.acquire();
+        const bool isFirst = lock != ProgramLock::State::Taken &&
+                             (m_bus.claim() != ApplicationBus::Claim::OwnedByAnother ||
+                              lock == ProgramLock::State::Held);
+        if (isFirst)
+            result = Claim::First;
+        else if (ApplicationBus::activateOwner())
+            result = Claim::Activated;
+        return result != Claim::Unanswered;
+    });
+    return result;
 }

@@ -10,11 +10,19 @@
 class SingleProgram
 {
 public:
+    enum class Claim {
+        First,
+        Activated,   ///< another program runs, and has been asked to come to the front
+        Unanswered,  ///< another program runs, and does not answer
+    };
+
     /// `folder` is the user's data folder, with a trailing separator.
     SingleProgram(const QString &folder, ApplicationBus::Handlers handlers);
 
-    /// False when another program runs, which has then been asked to come to the front.
-    bool claim();
+    /// Waits some seconds at the most. Needs the clock of the services.
+    Claim claim();
+
+    ApplicationBus &bus() { return m_bus; }
 
 private:
     ProgramLock m_lock;

@@ -202,16 +202,16 @@ void TestDialog::feedsMagnifier()
     next(eMagChangeMode, 0, 0);
     // The tick follows a pointer that moves unseen, to the pixel.
     m_desktop->windows->pointerPos = {-301, 77};
-    QTRY_VERIFY(!spy.isEmpty());
+    m_desktop->clock->advance(100);
     next(eMagUpdate, -301, 77);
     // While a button is held, and once the overlay has finished, it sends nothing.
     mouse(QEvent::MouseButtonPress, {10, 10}, Qt::LeftButton);
     spy.clear();
-    QTest::qWait(250);
+    m_desktop->clock->advance(250);
     QVERIFY(spy.isEmpty());
     mouse(QEvent::MouseButtonRelease, {10, 10}, Qt::NoButton);
     m_dialog->finished = true;
-    QTest::qWait(250);
+    m_desktop->clock->advance(250);
     QVERIFY(spy.isEmpty());
 }
 
@@ -253,15 +253,17 @@ void TestDialog::leavesChangedDesktop()
     FakeWindowServer &desktop = *m_desktop->windows;
     open();
     desktop.screenList.append({600, 0, 600, 450});
-    QTRY_VERIFY(!m_dialog->isVisible());
+    m_desktop->clock->advance(100);
+    QVERIFY(!m_dialog->isVisible());
     open();
     desktop.composited = false;
-    QTRY_VERIFY(!m_dialog->isVisible());
+    m_desktop->clock->advance(100);
+    QVERIFY(!m_dialog->isVisible());
     // With a picture of the desktop it needs no compositor, and one may come.
     open();
-    QTest::qWait(150);
+    m_desktop->clock->advance(150);
     desktop.composited = true;
-    QTest::qWait(150);
+    m_desktop->clock->advance(150);
     QVERIFY(m_dialog->isVisible());
     // No compositor, and nothing to take a picture of.
     desktop.composited = false;

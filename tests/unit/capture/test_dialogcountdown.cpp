@@ -5,7 +5,6 @@
 #include <QFontMetrics>
 #include <QLabel>
 #include <QTest>
-#include <QTimerEvent>
 
 using namespace Qt::StringLiterals;
 
@@ -33,7 +32,13 @@ void TestDialogCountDown::counts()
     QCOMPARE(shown(), u"1"_s);
     QCOMPARE(panel.getResult(), 0);
     QCOMPARE(panel.getSecond(), 0);
-    QTRY_COMPARE(panel.getResult(), 1);
+    m_desktop.clock->advance(600);
+    panel.restart(1);
+    // A whole second from then on.
+    m_desktop.clock->advance(999);
+    QCOMPARE(panel.getResult(), 0);
+    m_desktop.clock->advance(1);
+    QCOMPARE(panel.getResult(), 1);
     QCOMPARE(shown(), u"0"_s);
     QVERIFY(panel.getSecond() < 0);
     QVERIFY(!panel.isVisible());
@@ -69,8 +74,7 @@ void TestDialogCountDown::givesUp()
         panel.close();
     QVERIFY(panel.getSecond() < 0);
     // Ticks that come later change nothing.
-    QTimerEvent tick(0);
-    QCoreApplication::sendEvent(&panel, &tick);
+    m_desktop.clock->advance(3000);
     QCOMPARE(panel.getResult(), 0);
     QVERIFY(panel.getSecond() < 0);
 }

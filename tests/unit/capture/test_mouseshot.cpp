@@ -91,7 +91,8 @@ void TestMouseShot::followsThePointer()
     QCOMPARE(m_overlay->getPixmap(&name).size(), QSize(400, 300));
     QCOMPARE(name, u"Шрифт"_s);
     m_desktop->windows->pointerPos = {-100, 100};
-    QTRY_COMPARE(m_overlay->getPixmap(&name).size(), QSize(200, 150));
+    m_desktop->clock->advance(200);
+    QCOMPARE(m_overlay->getPixmap(&name).size(), QSize(200, 150));
     QCOMPARE(name, u"Mail"_s);
     // The list is that of the moment when the overlay opened. What has closed has no picture.
     m_desktop->windows->list.remove(1);

@@ -4,10 +4,8 @@
 #include "helper/helperjob.h"
 #include "helper/scrollcapture.h"
 
-#include <QElapsedTimer>
 #include <QHash>
 #include <QTest>
-#include <QTimer>
 
 #include <algorithm>
 #include <random>
@@ -80,10 +78,11 @@ public:
         for (qsizetype i = 0; i < late.size(); ++i) {
             if (!late[i].intersects(seen))
                 continue;
+            const qint64 now = services().clock->now();
             if (!m_seen.contains(i))
-                m_seen[i].start();
+                m_seen[i] = now;
             const QRect part = (late[i] & seen).translated(view().topLeft() - seen.topLeft());
-            if (m_seen[i].elapsed() < lateness)
+            if (now - m_seen[i] < lateness)
                 painter.fillRect(part, Qt::lightGray);
         }
         const QRect groove(view().right() + 1, 31, 12, view().height());
@@ -104,7 +103,7 @@ public:
     }
 
 private:
-    QHash<qsizetype, QElapsedTimer> m_seen;
+    QHash<qsizetype, qint64> m_seen;
 };
 
 }  // namespace
@@ -191,7 +190,7 @@ void TestScrollCapture::hinders()
         m_server->handBusy = hindrance == 2;
         if (hindrance == 1)
             m_server->bounds.translate(60, 30);
-        QTimer::singleShot(1500, [this] {
+        services().clock->after(1500, this, [this] {
             m_server->handBusy = false;
             m_server->stuck = false;
             m_server->scroll();

@@ -7,6 +7,7 @@
 #include "helper/snapworkbenchhelper.h"
 #include "shell/capturebridge.h"
 #include "shell/mainwindow.h"
+#include "shell/noticebar.h"
 
 #include <QAbstractButton>
 #include <QDir>
@@ -86,6 +87,7 @@ void TestCaptureBridge::answer(const QString &button)
 
 void TestCaptureBridge::statuses()
 {
+    m_window->ShowMenuWindow();
     GWCaptureStatusCallback(nullptr, 4, nullptr, 0, nullptr);
     QVERIFY(m_window->isMinimized());
     for (const int unknown : {0, 3, 8, -1})
@@ -94,6 +96,7 @@ void TestCaptureBridge::statuses()
     GWCaptureStatusCallback(nullptr, 6, nullptr, 0, nullptr);
     QVERIFY(!m_window->isMinimized());
 
+    m_window->ShowMenuWindow();
     GWCaptureStatusCallback(nullptr, 4, nullptr, 0, nullptr);
     GWCaptureStatusCallback(nullptr, 5, nullptr, 0, nullptr);
     QVERIFY(!m_window->isMinimized());
@@ -101,15 +104,10 @@ void TestCaptureBridge::statuses()
 
     // One that the user minimised is not in the way, and stays so.
     m_window->showMinimized();
+    m_window->ShowMenuWindow();
     GWCaptureStatusCallback(nullptr, 4, nullptr, 0, nullptr);
     GWCaptureStatusCallback(nullptr, 6, nullptr, 0, nullptr);
     QVERIFY(m_window->isMinimized());
-
-    // Until a grab has been started there is nobody to carry out a status.
-    m_window->showNormal();
-    Ax_Shared_hlp = nullptr;
-    GWCaptureStatusCallback(nullptr, 4, nullptr, 0, nullptr);
-    QVERIFY(!m_window->isMinimized());
 }
 
 void TestCaptureBridge::finish()
@@ -125,9 +123,10 @@ void TestCaptureBridge::finish()
     QVERIFY(!m_window->isMinimized());
     QVERIFY(!QFile::exists(path));
     QVERIFY(!QFile::exists(folder));
-    // One that is gone becomes an empty document.
+    // One that is gone opens no tab, and the user is told.
     GWCaptureStatusCallback(nullptr, 5, path.toUtf8().constData(), 0, nullptr);
-    QCOMPARE(tabs(), 2);
+    QCOMPARE(tabs(), 1);
+    QVERIFY(!m_window->findChild<NoticeBar *>()->text().isEmpty());
 }
 
 void TestCaptureBridge::failureIsTold()
@@ -148,12 +147,13 @@ void TestCaptureBridge::folder()
     QCOMPARE(GWSnapWorkbenchGetTempPath(), expected);
     QVERIFY(QFile::exists(expected + u"/kept"_s));
 
-    // A file where a folder should be: no grab starts, and nothing is asked.
+    // A file where a folder should be: no grab starts, nothing is asked, and the user is told.
     QDir(m_home->path() + u"/Brenvale Snap Workbench"_s).removeRecursively();
     QVERIFY(QFile(m_home->path() + u"/Brenvale Snap Workbench"_s).open(QIODevice::WriteOnly));
     QVERIFY(GWSnapWorkbenchGetTempPath().isNull());
-    GWSnapWorkbenchStartCapture();
+    QVERIFY(!GWSnapWorkbenchStartCapture());
     QVERIFY(!m_window->isMinimized());
+    QVERIFY(m_window->findChild<NoticeBar *>()->text().contains(expected));
 }
 
 void TestCaptureBridge::asks_data()
@@ -168,7 +168,7 @@ void TestCaptureBridge::asks_data()
     QTest::newRow("not to be asked") << false << 0 << QString()                  << 1 << false;
     QTest::newRow("no")              << false << 1 << u"No"_s                    << 1 << false;
     QTest::newRow("enable")          << false << 1 << u"Enable Scroll Capture"_s << 0 << true;
-    QTest::newRow("closed")          << false << 1 << u"closed"_s                << 0 << false;
+    QTest::newRow("closed")          << false << 1 << u"closed"_s                << 1 << false;
     // clang-format on
 }
 

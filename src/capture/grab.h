@@ -1,0 +1,16 @@
+#pragma once
+
+#include <QPainterPath>
+#include <QPixmap>
+#include <QPolygonF>
+#include <QString>
+
+#include <variant>
+
+/// What one grab brings.
+struct Grab {
+    QPixmap picture{};  ///< device pixels; null where nothing could be read
+    /// What is kept of the picture, in its coordinates; all of it where there is none.
+    std::variant<std::monostate, QPainterPath, QPolygonF> outline{};
+    QString name{};  ///< the document's; may be empty
+};

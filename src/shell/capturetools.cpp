@@ -1,0 +1,189 @@
+#include "shell/capturetools.h"
+
+#include "base/clock.h"
+#include "capture/dialog.h"
+#include "capture/dialogcountdown.h"
+#include "capture/dlgfreehand.h"
+#include "capture/grab.h"
+#include "capture/mydrawround.h"
+#include "capture/windowspreview.h"
+#include "config/settings.h"
+#include "helper/snapworkbenchhelper.h"
+#include "platform/services.h"
+#include "platform/windowlist.h"
+#include "shell/capturebridge.h"
+#include "shell/frontwindow.h"
+#include "shell/mainwindow.h"
+
+#include <QApplication>
+
+#include <memory>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+using MagnifierSlot = void (MainWindow::*)(QWidget *, EShowMagOpr, int, int);
+
+struct Overlay {
+    std::shared_ptr<CaptureOverlay> dialog{};
+    MagnifierSlot magnifier = nullptr;
+};
+
+template<typename Region> std::shared_ptr<CaptureOverlay> regionOverlay(MainWindow &window)
+{
+    auto overlay = std::make_shared<Region>(nullptr);
+    overlay->SetPictureWidth(window.GetPictureWidthFile());
+    overlay->SetPictureHeight(window.GetPictureHeightFile());
+    return overlay;
+}
+
+Overlay overlayFor(GrabCommand command, MainWindow &window)
+{
+    switch (command) {
+    case GrabCommand::Ellipse:
+        return {regionOverlay<MyDrawRound>(window), &MainWindow::ShowDetailWindowRequest_Ellipse};
+    case GrabCommand::Polygon:
+        return {std::make_shared<dlgFreeHand>(nullptr), &MainWindow::ShowDetailWindowRequest_Poly};
+    default:
+        return {regionOverlay<Dialog>(window), &MainWindow::ShowDetailWindowRequest_Rect};
+    }
+}
+
+}  // namespace
+
+// False where it was given up, or is to be before it has opened.
+bool CaptureTools::run(QDialog &dialog)
+{
+    if (m_isClosed)
+        return false;
+    m_open = &dialog;
+    const bool accepted = dialog.exec() == QDialog::Accepted;
+    m_open.clear();
+    return accepted;
+}
+
+GrabTools::Take CaptureTools::mark(GrabCommand command)
+{
+    m_isClosed = false;
+    GWSnapWorkbenchStopMenuItemCapture();
+    const Overlay overlay = overlayFor(command, m_window);
+    connect(overlay.dialog.get(), &CaptureOverlay::ShowDetailWindowRequest, &m_window,
+            overlay.magnifier);
+    // Before it leaves: the second click of a double click on its button comes right behind.
+    connect(overlay.dialog.get(), &CaptureOverlay::leaves, this, [this](bool accepted) {
+        if (accepted && m_front.cover())
+            m_front.cover()->holdClicks();
+    });
+    connect(overlay.dialog.get(), &CaptureOverlay::opened, this, &CaptureTools::opened);
+    if (!run(*overlay.dialog))
+        return {};
+    // The overlay lives as long as somebody may ask for its picture.
+    return [dialog = overlay.dialog] { return dialog->take(); };
+}
+
+Grab CaptureTools::takeScreen() { return {.picture = screenWindow(0, 0, -1, -1, true, nullptr)}; }
+
+bool CaptureTools::countDown(int seconds)
+{
+    DialogCountDown panel(nullptr);
+    m_countdown = &panel;
+    m_open = &panel;
+    panel.setSecond(seconds);
+    panel.show();
+    // Escape pressed once is meant for it only there; elsewhere the user's program gets it too.
+    services().watch->bringToFront(&panel);
+    services().keys->listen({Qt::Key_Escape}, [this](Qt::Key) { emit escaped(); });
+    emit opened();
+    constexpr int s_slack = 60;
+    waitUntil(m_clock, (DialogCountDown::s_longest + s_slack) * 1000,
+              [&] { return panel.getSecond() < 0; });
+    services().keys->stop();
+    m_countdown = nullptr;
+    m_open.clear();
+    return panel.getResult() == 1;
+}
+
+void CaptureTools::restartCountDown(int seconds)
+{
+    if (m_countdown && seconds > 0)
+        m_countdown->restart(seconds);
+}
+
+std::optional<QList<Grab>> CaptureTools::browse()
+{
+    m_isClosed = false;
+    WindowsPreView browser(&m_window);
+    // A minimised window would take its dialog along.
+    m_window.showInFront();
+    browser.findNormalFile = GetBtnAttr(&m_window, u"BtnFilterLeft"_s, 4);
+    browser.findFocusFile = GetBtnAttr(&m_window, u"BtnFilterLeft"_s, 6);
+    browser.clearNormalFile = GetBtnAttr(&m_window, u"BtnFilterRight"_s, 4);
+    browser.clearFocusFile = GetBtnAttr(&m_window, u"BtnFilterRight"_s, 6);
+    // The same for both, on purpose.
+    browser.clearFilledFile = GetBtnAttr(&m_window, u"BtnFilterRight"_s, 7);
+    browser.clearFilledFocusFile = browser.clearFilledFile;
+    if (!m_isClosed)
+        emit opened();
+    if (!run(browser))
+        return std::nullopt;
+    QList<Grab> grabs;
+    for (qsizetype i = 0; i < browser.getPixmap()->size(); ++i)
+        grabs.append({.picture = browser.getPixmap()->at(i), .name = browser.getNameList()->at(i)});
+    return grabs;
+}
+
+bool CaptureTools::mustAsk(GrabCommand command)
+{
+    return command == GrabCommand::Window && GWSnapWorkbenchMustAsk();
+}
+
+bool CaptureTools::startHelper(GrabCommand command)
+{
+    return command == GrabCommand::Window ? GWSnapWorkbenchStartCapture()
+                                          : GWSnapWorkbenchMenuCapture();
+}
+
+void CaptureTools::stopMenuWait() { GWSnapWorkbenchStopMenuItemCapture(); }
+
+void CaptureTools::dropHelper()
+{
+    GWSnapWorkbenchStartMessageServer(nullptr);
+    GWSnapWorkbenchStartMessageServer(GWCaptureStatusCallback);
+}
+
+// The pick's overlay is the helper's own.
+QDialog *CaptureTools::openDialog() const
+{
+    if (m_open)
+        return m_open;
+    if (QDialog *question = GWSnapWorkbenchQuestion())
+        return question;
+    return qobject_cast<CaptureOverlay *>(QApplication::activeModalWidget());
+}
+
+// The main window, raised, would come to lie above it, would be in the picture, and might get the
+// keyboard.
+void CaptureTools::bringForward()
+{
+    QDialog *dialog = openDialog();
+    if (!dialog)
+        return;
+    if (!QApplication::activePopupWidget()) {
+        if (auto *overlay = qobject_cast<CaptureOverlay *>(dialog))
+            overlay->stayOnTop();
+        else
+            dialog->raise();
+    }
+    FocusCover *cover = m_front.cover();
+    m_front.front().bring(cover && cover->isVisible() ? *cover : *dialog);
+}
+
+void CaptureTools::closeOpen()
+{
+    m_isClosed = true;
+    if (GWSnapWorkbenchQuestion())
+        GWSnapWorkbenchWithdrawQuestion();
+    else if (QDialog *dialog = openDialog())
+        dialog->reject();
+}

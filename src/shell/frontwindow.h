@@ -1,0 +1,46 @@
+#pragma once
+
+#include "shell/focuscover.h"
+#include "shell/grabflow.h"
+
+#include <memory>
+
+class MainWindow;
+
+/// The main window and the desktop's front, as the grab flow needs them.
+class FrontWindow : public QObject, public GrabFront
+{
+    Q_OBJECT
+public:
+    /// `window` and `clock` outlive this object.
+    FrontWindow(MainWindow &window, Clock &clock) : m_window(window), m_front(clock) {}
+
+    GrabSituation situation() override;
+    void place(Place place) override;
+    void hideAll(bool hide) override;
+    void close() override;
+    void takeFocus() override;
+    void regainFocus() override;
+    void dropFocus(bool giveBack) override;
+    void focusOther() override;
+    void focusOwn(QWidget *window) override;
+    void settle() override;
+    void freeClicks() override;
+    void addDocument(Grab grab) override;
+    void say(const QString &text) override;
+
+    const Front &front() const { return m_front; }
+    /// What the program is active through; null before the first grab that needs it.
+    FocusCover *cover() { return m_cover.get(); }
+    void dropCover() { m_cover.reset(); }
+
+signals:
+    /// Escape, while nothing is open that hears it.
+    void escaped();
+
+private:
+    MainWindow &m_window;
+    Front m_front;
+    std::unique_ptr<FocusCover> m_cover;
+    QList<QPointer<QWidget>> m_hidden;  // minimised for the helper
+};

@@ -1,0 +1,395 @@
+#include "shell/grabflow.h"
+
+#include "base/clock.h"
+#include "capture/grab.h"
+
+#include <array>
+#include <utility>
+
+namespace {
+
+constexpr int s_escapePair = 1000;  // ms
+
+constexpr auto s_nothing = GrabStep::Nothing;
+constexpr auto s_start = GrabStep::Start;
+constexpr auto s_bring = GrabStep::Bring;
+constexpr auto s_keep = GrabStep::Keep;
+constexpr auto s_replace = GrabStep::Replace;
+constexpr auto s_giveUp = GrabStep::GiveUp;
+constexpr auto s_count = GrabStep::Count;
+constexpr auto s_hide = GrabStep::Hide;
+constexpr auto s_follow = GrabStep::Follow;
+constexpr auto s_finish = GrabStep::Finish;
+constexpr auto s_close = GrabStep::Close;
+constexpr auto s_leave = GrabStep::Leave;
+
+using Row = std::array<GrabStep, GrabEventCount>;
+
+// Escape is here where nothing that is open hears it: overlays, the browser, the question and the
+// helper have the keyboard, or a watch on it. While the helper works the program can be closed at
+// once, for its steps need no window.
+// clang-format off
+constexpr std::array<Row, GrabStateCount> s_table{{
+    //               Press      Escape     Opens      Works      Scrolls    PutsBack   Ends       Quit     DisplayLost
+    /* Idle      */ {s_start,   s_nothing, s_nothing, s_nothing, s_nothing, s_nothing, s_nothing, s_close, s_nothing},
+    /* Freezing  */ {s_bring,   s_giveUp,  s_follow,  s_hide,    s_nothing, s_nothing, s_finish,  s_leave, s_nothing},
+    /* Marking   */ {s_bring,   s_giveUp,  s_nothing, s_nothing, s_nothing, s_nothing, s_nothing, s_leave, s_giveUp},
+    /* Counting  */ {s_keep,    s_count,   s_nothing, s_nothing, s_nothing, s_nothing, s_nothing, s_leave, s_nothing},
+    /* Browsing  */ {s_bring,   s_nothing, s_nothing, s_nothing, s_nothing, s_nothing, s_nothing, s_leave, s_nothing},
+    /* Asking    */ {s_bring,   s_nothing, s_nothing, s_nothing, s_nothing, s_nothing, s_nothing, s_leave, s_nothing},
+    /* MenuWait  */ {s_replace, s_nothing, s_nothing, s_hide,    s_nothing, s_nothing, s_finish,  s_close, s_nothing},
+    /* Picking   */ {s_bring,   s_nothing, s_nothing, s_nothing, s_follow,  s_nothing, s_finish,  s_close, s_giveUp},
+    /* Scrolling */ {s_bring,   s_nothing, s_nothing, s_nothing, s_nothing, s_follow,  s_finish,  s_close, s_nothing},
+    /* Ending    */ {s_keep,    s_nothing, s_nothing, s_nothing, s_nothing, s_nothing, s_finish,  s_leave, s_nothing},
+}};
+// clang-format on
+
+constexpr std::array<const char *, GrabStateCount> s_names{
+    "Idle",   "Freezing", "Marking", "Counting",  "Browsing",
+    "Asking", "MenuWait", "Picking", "Scrolling", "Ending"};
+
+}  // namespace
+
+GrabStep grabStep(GrabState state, GrabEvent event)
+{
+    return s_table.at(static_cast<size_t>(state)).at(static_cast<size_t>(event));
+}
+
+QString GrabFlow::nameOf(GrabState state)
+{
+    return QString::fromLatin1(s_names.at(static_cast<size_t>(state)));
+}
+
+void GrabFlow::setState(GrabState state)
+{
+    if (state == m_state)
+        return;
+    m_state = state;
+    emit stateChanged(state);
+}
+
+void GrabFlow::press(GrabCommand command)
+{
+    switch (grabStep(m_state, GrabEvent::Press)) {
+    case GrabStep::Start:
+        run(command);
+        break;
+    case GrabStep::Bring:
+        m_tools.bringForward();
+        break;
+    case GrabStep::Replace:
+        m_kept = command;
+        m_tools.stopMenuWait();
+        break;
+    case GrabStep::Keep:
+        if (m_state == GrabState::Counting && command == m_command)
+            m_tools.restartCountDown(m_window.situation().countdown);
+        else
+            m_kept = command;
+        break;
+    default:
+        break;
+    }
+}
+
+void GrabFlow::escape()
+{
+    const GrabStep step = grabStep(m_state, GrabEvent::Escape);
+    if (step == GrabStep::Count) {
+        const qint64 now = m_clock.now();
+        const auto before = std::exchange(m_escapeTime, now);
+        if (!before || now - *before > s_escapePair)
+            return;
+    }
+    if (step != GrabStep::Nothing)
+        giveUp();
+}
+
+void GrabFlow::giveUp()
+{
+    m_isGivenUp = true;
+    m_tools.closeOpen();
+}
+
+void GrabFlow::hear(GrabEvent event)
+{
+    switch (grabStep(m_state, event)) {
+    case GrabStep::GiveUp:
+        giveUp();
+        break;
+    case GrabStep::Hide:
+        if (!std::exchange(m_isOutOfTheWay, true))
+            m_window.hideAll(true);
+        break;
+    case GrabStep::Follow:
+        setState(stateAfter(event));
+        break;
+    case GrabStep::Finish:
+        if (m_helperWorks)
+            finishHelper();
+        break;
+    default:
+        break;
+    }
+}
+
+GrabState GrabFlow::stateAfter(GrabEvent event) const
+{
+    if (event == GrabEvent::Scrolls)
+        return GrabState::Scrolling;
+    if (event == GrabEvent::PutsBack)
+        return GrabState::Ending;
+    switch (m_command) {
+    case GrabCommand::Countdown:
+        return GrabState::Counting;
+    case GrabCommand::Windows:
+        return GrabState::Browsing;
+    case GrabCommand::Window:
+        return GrabState::Picking;
+    default:
+        return GrabState::Marking;
+    }
+}
+
+bool GrabFlow::quit()
+{
+    dropHelper();
+    if (grabStep(m_state, GrabEvent::Quit) == GrabStep::Close)
+        return true;
+    m_closeAfter = true;
+    giveUp();
+    return false;
+}
+
+void GrabFlow::dropHelper()
+{
+    if (!std::exchange(m_helperWorks, false))
+        return;
+    m_kept.reset();
+    m_tools.dropHelper();
+    comeBack();
+    setState(GrabState::Idle);
+}
+
+void GrabFlow::begin(GrabCommand command)
+{
+    const bool wasMinimized = m_before.isMinimized;
+    m_before = m_window.situation();
+    // For the helper, whose wait gave way to this grab: that is not how the user had it.
+    if (m_isOutOfTheWay)
+        m_before.isMinimized = wasMinimized;
+    m_command = command;
+    m_isGivenUp = false;
+    m_isRaised = false;
+    m_escapeTime.reset();
+}
+
+void GrabFlow::run(GrabCommand command)
+{
+    begin(command);
+    if (command == GrabCommand::Show) {
+        m_owesShow = true;
+        finish();
+        return;
+    }
+    if (!m_before.refusal.isEmpty()) {
+        m_window.say(m_before.refusal);
+        finish();
+        return;
+    }
+    switch (command) {
+    case GrabCommand::Screen:
+    case GrabCommand::Countdown:
+        takeScreen();
+        break;
+    case GrabCommand::Windows:
+        browse();
+        break;
+    case GrabCommand::Window:
+    case GrabCommand::Menu:
+        startHelper();
+        break;
+    default:
+        mark();
+        break;
+    }
+}
+
+void GrabFlow::mark()
+{
+    setState(GrabState::Freezing);
+    m_window.takeFocus();
+    if (minimizeBefore() && !m_before.isComposited)
+        m_window
+            .settle();  // the overlay shows a picture of the desktop, and it has to be gone from it
+    GrabTools::Take take;
+    if (!m_isGivenUp)
+        take = m_tools.mark(m_command);
+    setState(GrabState::Ending);
+    if (take && !m_closeAfter) {
+        m_window.settle();
+        m_window.freeClicks();
+        // Only now are the pixels read: the overlay has left, and what was in front is again.
+        if (!m_before.isActive)
+            m_window.focusOther();
+        else if (m_before.active)
+            m_window.focusOwn(m_before.active);
+        Grab grab = take();
+        if (!m_before.isActive)
+            m_window.regainFocus();
+        deliver(std::move(grab));
+    } else {
+        restoreMinimized();
+    }
+    m_window.dropFocus(!m_before.isActive && !m_isRaised);
+    finish();
+}
+
+void GrabFlow::takeScreen()
+{
+    setState(GrabState::Freezing);
+    minimizeBefore();
+    const int seconds = m_command == GrabCommand::Countdown ? m_before.countdown : 0;
+    const bool goesOn = seconds <= 0 || m_tools.countDown(seconds);
+    setState(GrabState::Ending);
+    if (goesOn && !m_isGivenUp) {
+        m_window.settle();
+        if (!m_before.isActive)
+            m_window.focusOther();
+        Grab grab = m_tools.takeScreen();
+        if (!m_before.isActive)
+            m_window.regainFocus();
+        deliver(std::move(grab));
+    } else if (m_before.isActive) {
+        restoreMinimized();
+    } else {
+        m_window.focusOther();
+    }
+    finish();
+}
+
+void GrabFlow::browse()
+{
+    setState(GrabState::Freezing);
+    std::optional<QList<Grab>> grabs = m_tools.browse();
+    setState(GrabState::Ending);
+    if (grabs && !m_closeAfter) {
+        for (Grab &grab : *grabs)
+            m_window.addDocument(std::move(grab));
+        if (grabs->isEmpty())
+            m_window.say(tr("No window was chosen: there is no picture."));
+    }
+    finish();
+}
+
+void GrabFlow::startHelper()
+{
+    const GrabState state =
+        m_command == GrabCommand::Window ? GrabState::Freezing : GrabState::MenuWait;
+    setState(m_tools.mustAsk(m_command) ? GrabState::Asking : state);
+    m_helperWorks = m_tools.startHelper(m_command);
+    if (m_helperWorks)
+        setState(state);
+    else
+        finish();
+}
+
+void GrabFlow::helperTakes(Grab grab)
+{
+    // One that comes by another way, with no grab under way, is shown all the same.
+    if (m_helperWorks)
+        setState(GrabState::Ending);
+    // It comes to the front with the window, whatever the setting says.
+    m_before.showAfter = true;
+    deliver(std::move(grab));
+}
+
+void GrabFlow::finishHelper()
+{
+    m_helperWorks = false;
+    setState(GrabState::Ending);
+    // A window that the user had minimised stays so.
+    if (!m_before.isMinimized || !m_window.situation().isMinimized)
+        m_owesShow = true;
+    finish();
+}
+
+// With a press that waits the window stays away: it is not to be in the next picture.
+void GrabFlow::deliver(Grab grab)
+{
+    if (grab.picture.isNull()) {
+        m_window.say(tr("Nothing could be read there: there is no picture."));
+        restoreMinimized();
+        return;
+    }
+    m_window.addDocument(std::move(grab));
+    if (!m_before.showAfter)
+        return;
+    m_owesShow = m_kept.has_value();
+    m_isRaised = !m_owesShow;
+    if (m_isRaised)
+        m_window.place(GrabFront::Place::InFront);
+}
+
+bool GrabFlow::minimizeBefore()
+{
+    const bool minimizes = m_before.hideBefore && !m_before.isMinimized;
+    if (minimizes)
+        m_window.place(GrabFront::Place::Minimized);
+    return minimizes;
+}
+
+void GrabFlow::restoreMinimized()
+{
+    if (m_before.isActive && !m_before.isMinimized && m_window.situation().isMinimized)
+        m_window.place(GrabFront::Place::Restored);
+}
+
+void GrabFlow::comeBack()
+{
+    if (std::exchange(m_isOutOfTheWay, false))
+        m_window.hideAll(false);
+}
+
+void GrabFlow::finish()
+{
+    if (std::exchange(m_closeAfter, false)) {
+        m_kept.reset();
+        m_owesShow = false;
+        comeBack();
+        setState(GrabState::Idle);
+        m_window.close();
+        return;
+    }
+    if (!m_kept) {
+        comeBack();
+        if (std::exchange(m_owesShow, false)) {
+            m_isRaised = true;
+            m_window.place(GrabFront::Place::InFront);
+        }
+    }
+    // A press may have come just now.
+    if (!m_kept) {
+        setState(GrabState::Idle);
+        return;
+    }
+    if (std::exchange(m_isRaised, false) && !m_before.isActive && *m_kept != GrabCommand::Show) {
+        // It came after the window had been shown, and is about what was there before.
+        m_window.place(m_before.isMinimized ? GrabFront::Place::Minimized
+                                            : GrabFront::Place::Behind);
+        m_window.focusOther();
+        m_owesShow = true;
+    }
+    setState(GrabState::Ending);
+    // From the event loop: presses that follow one another must not pile up on the stack.
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            const auto kept = std::exchange(m_kept, std::nullopt);
+            if (kept && !m_closeAfter)
+                run(*kept);
+            else
+                finish();
+        },
+        Qt::QueuedConnection);
+}

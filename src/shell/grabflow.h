@@ -1,0 +1,225 @@
+#pragma once
+
+#include <QList>
+#include <QObject>
+#include <QPointer>
+#include <QString>
+#include <QWidget>
+
+#include <functional>
+#include <optional>
+
+class Clock;
+struct Grab;
+
+/// What a press asks for, by hot key, button, menu or bus.
+enum class GrabCommand {
+    Rectangle,
+    Ellipse,
+    Polygon,
+    Windows,
+    Window,
+    Screen,
+    Countdown,
+    Menu,
+    Show
+};
+
+/// How far a grab has come.
+enum class GrabState {
+    Idle,       ///< none is under way
+    Freezing,   ///< nothing is open yet: the window gets out of the way
+    Marking,    ///< an overlay is open, and has the keyboard
+    Counting,   ///< the countdown runs, and Escape is heard
+    Browsing,   ///< the browser of windows is open
+    Asking,     ///< a question has to be answered first
+    MenuWait,   ///< the helper waits for a menu
+    Picking,    ///< the user points at a window
+    Scrolling,  ///< the helper turns the wheel over it
+    Ending      ///< the picture is taken, and everything put back
+};
+inline constexpr int GrabStateCount = 10;
+
+/// What can happen at any moment.
+enum class GrabEvent {
+    Press,        ///< of a key or button, or a call over the bus
+    Escape,       ///< heard by nothing that is open for the grab
+    Opens,        ///< what waits for the user is there
+    Works,        ///< the helper's word that it begins
+    Scrolls,      ///< its word that it turns the wheel
+    PutsBack,     ///< its word that it puts back what it has moved
+    Ends,         ///< its last word, with a picture or without
+    Quit,         ///< the program is to be closed
+    DisplayLost,  ///< a screen is gone
+};
+inline constexpr int GrabEventCount = 9;
+
+/// What follows.
+enum class GrabStep {
+    Nothing,
+    Start,    ///< the command of the press
+    Bring,    ///< what is open to the front
+    Keep,     ///< the press, until the grab is over
+    Replace,  ///< keep the press, and end the wait that gives way to it
+    GiveUp,   ///< close what is open, with no picture
+    Count,    ///< the Escape: the second one within a second gives up
+    Hide,     ///< this program gets out of the helper's way
+    Follow,   ///< the state becomes what was told
+    Finish,   ///< the helper is done
+    Close,    ///< the program, now
+    Leave,    ///< give up, and close the program then
+};
+
+/// The table of all this.
+GrabStep grabStep(GrabState state, GrabEvent event);
+
+/// How things stand.
+struct GrabSituation {
+    bool isActive = false;       ///< this program is in front
+    QPointer<QWidget> active{};  ///< its active window; null where it has none
+    bool isMinimized = false;    ///< the main window
+    bool isComposited = false;   ///< translucent windows show what lies behind them
+    bool hideBefore = false;     ///< the setting: the window gets out of the way
+    bool showAfter = false;      ///< the setting: it comes to the front with the picture
+    int countdown = 0;           ///< the setting, in seconds; 0 and below is none
+    QString refusal{};           ///< why nothing can be grabbed here; empty where it can
+};
+
+/// What a grab needs of the main window and of the desktop's front. All that waits runs events.
+class GrabFront
+{
+public:
+    virtual ~GrabFront() = default;
+
+    virtual GrabSituation situation() = 0;
+
+    enum class Place { Minimized, Restored, Behind, InFront };
+    /// Puts the main window there. In front may mean a question of its own that is open.
+    virtual void place(Place place) = 0;
+    /// Every window of this program out of the way of a grab that it has no part in, or back.
+    virtual void hideAll(bool hide) = 0;
+    virtual void close() = 0;  ///< soon
+
+    /// Makes this program active through a window that shows nothing.
+    virtual void takeFocus() = 0;
+    /// Makes it active again, if that window is there.
+    virtual void regainFocus() = 0;
+    /// Hides that window, and gives the front back before if told so.
+    virtual void dropFocus(bool giveBack) = 0;
+    /// Brings the application that was in front back there.
+    virtual void focusOther() = 0;
+    /// Brings a window of this program to the front.
+    virtual void focusOwn(QWidget *window) = 0;
+    /// Waits until what has been closed has left the screen.
+    virtual void settle() = 0;
+    /// Lets clicks reach other programs again.
+    virtual void freeClicks() = 0;
+
+    virtual void addDocument(Grab grab) = 0;
+    virtual void say(const QString &text) = 0;
+};
+
+/// What takes the pictures. What waits for the user runs events, in which the flow may be told of
+/// anything.
+class GrabTools
+{
+public:
+    virtual ~GrabTools() = default;
+
+    /// Runs an overlay. Gives what reads the picture once the overlay has left the screen; null
+    /// where the user gave up. Clicks that follow an accepted one reach no other program, until
+    /// they are freed.
+    using Take = std::function<Grab()>;
+    virtual Take mark(GrabCommand command) = 0;
+    virtual Grab takeScreen() = 0;
+    /// Runs the countdown; false where it was given up.
+    virtual bool countDown(int seconds) = 0;
+    virtual void restartCountDown(int seconds) = 0;
+    /// Runs the browser; nothing where the user gave up.
+    virtual std::optional<QList<Grab>> browse() = 0;
+
+    /// Whether a question comes before this grab of the helper's.
+    virtual bool mustAsk(GrabCommand command) = 0;
+    /// Asks it, and starts the grab: its words follow, later. False where the grab ends there.
+    virtual bool startHelper(GrabCommand command) = 0;
+    virtual void stopMenuWait() = 0;  ///< the helper's last word follows
+    virtual void dropHelper() = 0;    ///< no word follows
+
+    /// Brings what is open for the grab to the front.
+    virtual void bringForward() = 0;
+    /// Closes it as the user would who gives up. What runs it returns then, and starts nothing.
+    virtual void closeOpen() = 0;
+};
+
+/// Knows whether a grab is under way, and leads it from the press to its end: one at a time, and
+/// whatever happens meanwhile as the table says.
+class GrabFlow : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// They outlive this object.
+    GrabFlow(GrabFront &window, GrabTools &tools, Clock &clock)
+        : m_window(window), m_tools(tools), m_clock(clock)
+    {
+    }
+
+    GrabState state() const { return m_state; }
+    static QString nameOf(GrabState state);
+
+    void press(GrabCommand command);
+    void escape();
+    /// What waits for the user in the grab under way is open now.
+    void opened() { hear(GrabEvent::Opens); }
+    void helperWorks() { hear(GrabEvent::Works); }
+    void helperScrolls() { hear(GrabEvent::Scrolls); }
+    void helperPutsBack() { hear(GrabEvent::PutsBack); }
+    /// A picture of the helper's, which its last word follows.
+    void helperTakes(Grab grab);
+    void helperEnds() { hear(GrabEvent::Ends); }
+    void displayLost() { hear(GrabEvent::DisplayLost); }
+    /// The program is to be closed. True when it can be now; otherwise the window is told to close
+    /// when the grab is over.
+    bool quit();
+    /// Ends what the helper does: nobody waits for its picture any more.
+    void dropHelper();
+
+signals:
+    void stateChanged(GrabState state);
+
+private:
+    void hear(GrabEvent event);
+    GrabState stateAfter(GrabEvent event) const;
+    void giveUp();
+    void setState(GrabState state);
+    void run(GrabCommand command);
+    void begin(GrabCommand command);
+    void mark();
+    void takeScreen();
+    void browse();
+    void startHelper();
+    void deliver(Grab grab);
+    bool minimizeBefore();
+    void restoreMinimized();
+    void comeBack();
+    void finishHelper();
+    void finish();
+
+    GrabFront &m_window;
+    GrabTools &m_tools;
+    Clock &m_clock;
+    GrabState m_state = GrabState::Idle;
+
+    // The grab under way, and how things stood when it began.
+    GrabCommand m_command = GrabCommand::Show;
+    GrabSituation m_before{};
+    bool m_isGivenUp = false;
+    bool m_helperWorks = false;
+    bool m_isRaised = false;  // the window was, with a picture
+
+    std::optional<GrabCommand> m_kept;  // the last press, which runs afterwards
+    bool m_owesShow = false;            // the window is to be shown, but for a press that was kept
+    bool m_isOutOfTheWay = false;       // for the helper
+    bool m_closeAfter = false;
+    std::optional<qint64> m_escapeTime;  // of the last one
+};
