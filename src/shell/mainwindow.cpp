@@ -51,7 +51,7 @@ QList<QRect> screenAreas()
 // A skin without this picture, or with one that can't be read, must not leave a hole in the tray.
 QIcon iconFrom(const QString &path)
 {
-    const QIcon icon(path);
+    QIcon icon(path);
     if (!icon.pixmap(s_iconSize).isNull())
         return icon;
     return QIcon::fromTheme(u"snapworkbench"_s, QIcon(QCoreApplication::applicationDirPath() +

@@ -4,7 +4,6 @@
 #include "shell/mainwindow.h"
 
 #include <QApplication>
-#include <QSessionManager>
 
 SessionEnd::SessionEnd(MainWindow &window) : m_window(window), m_signals([this] { endBySignal(); })
 {

@@ -2,8 +2,9 @@
 
 #include "platform/xdg/endsignals.h"
 
+#include <QSessionManager>
+
 class MainWindow;
-class QSessionManager;
 
 /// Ends the program with the session, or by a signal, with its settings kept.
 class SessionEnd : public QObject
