@@ -4,6 +4,7 @@
 #include "config/texthelpers.h"
 #include "helper/snapworkbenchhelper.h"
 #include "platform/services.h"
+#include "platform/xdg/accessibilitygate.h"
 #include "platform/xdg/lastingbus.h"
 #include "platform/xdg/notification.h"
 #include "platform/xdg/singleprogram.h"
@@ -52,6 +53,7 @@ int main(int argc, char **argv)
     QApplication::setStyle(new PictureStyle);
     installTranslations();
     outliveSessionBus();
+    AccessibilityGate accessibility;
     // A tool that waits in the tray ends by its own command only.
     QGuiApplication::setQuitOnLastWindowClosed(false);
     QImageReader::setAllocationLimit(s_pictureLimit);
@@ -86,6 +88,7 @@ int main(int argc, char **argv)
     StartWatchAppActive();
 
     int status = 0;
+    accessibility.decide();
     {
         MainWindow window;
         g_MainWindow = &window;

@@ -1,16 +1,22 @@
-// What other programs tell of the areas that scroll in them, asked over a real accessibility bus.
+// What other programs tell of the areas that scroll in them, asked over a real accessibility bus,
+// and what this one tells of itself.
 
 #include "platform/xdg/busaccessibility.h"
-#include "testdesktop.h"
+#include "snapworkbench.h"
 
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
+#include <QDBusMessage>
+#include <QDBusReply>
+#include <QDBusVariant>
 #include <QElapsedTimer>
+#include <QScopeGuard>
 #include <QTest>
 #include <QTimer>
 
 #include <optional>
 
+#include <X11/keysym.h>
 #include <signal.h>
 
 using namespace Qt::StringLiterals;
@@ -26,6 +32,9 @@ const QPoint s_fitting(60, 270);  // in a pane without a scroll bar
 // A search gives up after a second; the rest is for a loaded machine.
 constexpr int s_answerLimit = 3000;
 
+// The toolkit would wait for most of a minute.
+constexpr int s_startLimit = 10000;
+
 }  // namespace
 
 class TestAccessibility : public QObject
@@ -40,6 +49,8 @@ private slots:
     void areaOfAnotherProgram();
     void programThatIsStuck();
     void strangerThatIsStuck();
+    void ownWindows_data();
+    void ownWindows();
     void busThatWasReplaced();
 
 private:
@@ -229,6 +240,51 @@ void TestAccessibility::strangerThatIsStuck()
     stranger->waitForFinished();
     QVERIFY(!known.isNull());
     QCOMPARE(unknown, known);
+}
+
+void TestAccessibility::ownWindows_data()
+{
+    QTest::addColumn<bool>("stuck");
+    QTest::newRow("a registry that answers") << false;
+    QTest::newRow("one that never does") << true;
+}
+
+void TestAccessibility::ownWindows()
+{
+    QFETCH(bool, stuck);
+    m_service->enable();
+    const QString registry = u"org.a11y.atspi.Registry"_s;
+    const QDBusReply<QString> address =
+        QDBusConnection::sessionBus().call(QDBusMessage::createMethodCall(
+            u"org.a11y.Bus"_s, u"/org/a11y/bus"_s, u"org.a11y.Bus"_s, u"GetAddress"_s));
+    QVERIFY(address.isValid());
+    QDBusConnection bus = QDBusConnection::connectToBus(address, u"programs"_s);
+    const auto programs = [&] {
+        QDBusMessage count =
+            QDBusMessage::createMethodCall(registry, u"/org/a11y/atspi/accessible/root"_s,
+                                           u"org.freedesktop.DBus.Properties"_s, u"Get"_s);
+        count << u"org.a11y.atspi.Accessible"_s << u"ChildCount"_s;
+        return bus.call(count).arguments().value(0).value<QDBusVariant>().variant().toInt();
+    };
+    const int before = programs();
+    const auto pid = pid_t(bus.interface()->servicePid(registry).value());
+    QVERIFY(pid > 0);
+    if (stuck)
+        QCOMPARE(kill(pid, SIGSTOP), 0);
+    const auto goOn = qScopeGuard([&] {
+        kill(pid, SIGCONT);
+        QDBusConnection::disconnectFromBus(bus.name());
+    });
+    SnapWorkbench program(*m_desktop);
+    QElapsedTimer timer;
+    timer.start();
+    QVERIFY(program.startAndWait());
+    m_program = program.process();
+    m_desktop->key('s', {XK_Control_L, XK_Alt_L});
+    QVERIFY(program.waitForTitle(u"untitled * - Snap Workbench"_s, s_startLimit));
+    QVERIFY2(timer.elapsed() < s_startLimit, qPrintable(QString::number(timer.elapsed())));
+    if (!stuck)
+        QVERIFY(waitFor([&] { return programs() == before + 1; }));
 }
 
 void TestAccessibility::busThatWasReplaced()

@@ -20,19 +20,35 @@ public:
     }
 };
 
+// Ask for the name: the offscreen platform offers the X11 interface too, with no connection behind
+// it.
+std::shared_ptr<X11Display> openDisplay()
+{
+    if (QGuiApplication::platformName() != u"xcb")
+        return nullptr;
+    auto *native = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
+    return std::make_shared<X11Display>(native->connection());
+}
+
 }  // namespace
 
 bool createX11Desktop(Services &services)
 {
-    // Ask for the name: the offscreen platform offers the X11 interface too, with no connection
-    // behind it.
-    if (QGuiApplication::platformName() != u"xcb")
+    const auto display = openDisplay();
+    if (!display)
         return false;
-    auto *native = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-    const auto display = std::make_shared<X11Display>(native->connection());
     services.windows = std::make_unique<OnDisplay<X11WindowServer>>(display);
     services.hotKeys = std::make_unique<OnDisplay<X11HotKeys>>(display);
     services.keys = std::make_unique<OnDisplay<X11KeyWatch>>(display);
     services.watch = std::make_unique<OnDisplay<X11ApplicationWatch>>(display);
     return true;
+}
+
+QString accessibilityBusOfX11()
+{
+    const auto display = openDisplay();
+    if (!display)
+        return {};
+    return QString::fromLatin1(
+        display->property(display->root(), display->atom("AT_SPI_BUS"), XCB_ATOM_STRING, 8));
 }
