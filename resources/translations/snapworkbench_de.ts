@@ -76,6 +76,10 @@ Klicken Sie auf „Nein“, um ohne sie fortzufahren, oder möchten Sie sie jetz
         <source>Continue</source>
         <translation>Fortfahren</translation>
     </message>
+    <message>
+        <source>The folder for the picture can&apos;t be made: %1</source>
+        <translation>Der Ordner für das Bild kann nicht angelegt werden: %1</translation>
+    </message>
 </context>
 <context>
     <name>CaptureOverlay</name>
@@ -201,6 +205,17 @@ Rücktaste    Punkt löschen</translation>
     </message>
 </context>
 <context>
+    <name>GrabFlow</name>
+    <message>
+        <source>No window was chosen: there is no picture.</source>
+        <translation>Kein Fenster wurde gewählt: Es gibt kein Bild.</translation>
+    </message>
+    <message>
+        <source>Nothing could be read there: there is no picture.</source>
+        <translation>Dort war nichts zu lesen: Es gibt kein Bild.</translation>
+    </message>
+</context>
+<context>
     <name>HelperServer</name>
     <message>
         <source>The picture could not be written: %1</source>
@@ -210,7 +225,7 @@ Rücktaste    Punkt löschen</translation>
 <context>
     <name>MainWindow</name>
     <message>
-        <source>Pictures of the screen can't be taken in a Wayland session yet. Log in to an X11 session for that; opening and editing pictures works here too.</source>
+        <source>Pictures of the screen can&apos;t be taken in a Wayland session yet. Log in to an X11 session for that; opening and editing pictures works here too.</source>
         <translation>In einer Wayland-Sitzung lassen sich noch keine Bilder vom Bildschirm aufnehmen. Melden Sie sich dafür in einer X11-Sitzung an; das Öffnen und Bearbeiten von Bildern ist auch hier möglich.</translation>
     </message>
     <message>

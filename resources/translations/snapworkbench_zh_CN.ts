@@ -76,6 +76,10 @@ Click No to continue common capture, or Enable Scroll Capture now?</source>
         <source>Continue</source>
         <translation>继续</translation>
     </message>
+    <message>
+        <source>The folder for the picture can&apos;t be made: %1</source>
+        <translation>无法创建存放图片的文件夹：%1</translation>
+    </message>
 </context>
 <context>
     <name>CaptureOverlay</name>
@@ -201,6 +205,17 @@ Backspace    删除最后一点</translation>
     </message>
 </context>
 <context>
+    <name>GrabFlow</name>
+    <message>
+        <source>No window was chosen: there is no picture.</source>
+        <translation>没有选择窗口：没有图片。</translation>
+    </message>
+    <message>
+        <source>Nothing could be read there: there is no picture.</source>
+        <translation>那里读不到任何内容：没有图片。</translation>
+    </message>
+</context>
+<context>
     <name>HelperServer</name>
     <message>
         <source>The picture could not be written: %1</source>
@@ -210,7 +225,7 @@ Backspace    删除最后一点</translation>
 <context>
     <name>MainWindow</name>
     <message>
-        <source>Pictures of the screen can't be taken in a Wayland session yet. Log in to an X11 session for that; opening and editing pictures works here too.</source>
+        <source>Pictures of the screen can&apos;t be taken in a Wayland session yet. Log in to an X11 session for that; opening and editing pictures works here too.</source>
         <translation>目前还不能在 Wayland 会话中截取屏幕。如需截图，请登录 X11 会话；在此处仍可打开和编辑图片。</translation>
     </message>
     <message>
