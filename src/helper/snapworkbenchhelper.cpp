@@ -113,25 +113,31 @@ private:
     QString m_undelivered;
 };
 
-std::unique_ptr<HelperServer> s_server;
+// Never destroyed by the end of the process, which may come in the midst of a grab when the display
+// is lost: what the grab would take off the screen is gone by then.
+std::unique_ptr<HelperServer> &server()
+{
+    static auto *const s_server = new std::unique_ptr<HelperServer>;
+    return *s_server;
+}
 
 }  // namespace
 
 void GWSnapWorkbenchStartMessageServer(GWCaptureStatus callback)
 {
-    s_server = callback ? std::make_unique<HelperServer>(callback) : nullptr;
+    server() = callback ? std::make_unique<HelperServer>(callback) : nullptr;
 }
 
 void GWSnapWorkbenchStartMenuItemCapture(const char *folder)
 {
-    if (s_server && folder && !s_server->isWorking())
-        s_server->begin(std::make_unique<MenuCapture>(), folder);
+    if (server() && folder && !server()->isWorking())
+        server()->begin(std::make_unique<MenuCapture>(), folder);
 }
 
 void GWSnapWorkbenchStopMenuItemCapture()
 {
-    if (s_server)
-        s_server->stopMenu();
+    if (server())
+        server()->stopMenu();
 }
 
 void GWSnapWorkbenchStartSessionCapture(const char *folder)
@@ -139,8 +145,8 @@ void GWSnapWorkbenchStartSessionCapture(const char *folder)
     // It was asked about before, and is started all the same.
     if (!GWSnapWorkbenchIsEnableAccessibilty())
         s_answered = true;
-    if (s_server && folder && !s_server->isWorking())
-        s_server->begin(std::make_unique<SessionCapture>(), folder);
+    if (server() && folder && !server()->isWorking())
+        server()->begin(std::make_unique<SessionCapture>(), folder);
 }
 
 bool GWSnapWorkbenchIsEnableAccessibilty() { return services().accessibility->isEnabled(); }
