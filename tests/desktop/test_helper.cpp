@@ -8,6 +8,7 @@
 #include <QDBusMessage>
 #include <QDir>
 #include <QRegularExpression>
+#include <QSet>
 #include <QTest>
 
 #include <algorithm>
@@ -31,6 +32,18 @@ constexpr int s_headerHeight = 48;
 const QString s_untitled = u"untitled * - Snap Workbench"_s;
 const QString s_idleTitle = u"Snap Workbench"_s;
 constexpr int s_captureLimit = 60000;
+
+// Whether a menu has its text already: on plain ground its soft edges are many colours.
+bool isDrawn(const QImage &screen, const QRect &menu)
+{
+    const QRect inside = menu.adjusted(10, 10, -10, -10);
+    QSet<QRgb> colors;
+    for (int y = inside.top(); y <= inside.bottom(); ++y) {
+        for (int x = inside.left(); x <= inside.right(); ++x)
+            colors.insert(screen.pixel(x, y));
+    }
+    return colors.size() > 16;
+}
 
 }  // namespace
 
@@ -375,7 +388,12 @@ void TestHelper::takesMenu()
     const auto open = menus();
     for (const TestDesktop::Window &window : open)
         both |= window.area;
-    const QImage shown = m_desktop->screenshot();
+    QImage shown;
+    QVERIFY(waitFor([&] {
+        shown = m_desktop->screenshot();
+        return std::all_of(open.begin(), open.end(),
+                           [&](const auto &window) { return isDrawn(shown, window.area); });
+    }));
     QVERIFY(m_program->waitForTitle(s_untitled));
     // The menu still hangs there, and has the keyboard.
     QVERIFY(waitFor([&] {
