@@ -40,8 +40,9 @@ CaptureOverlay::CaptureOverlay(QWidget *parent, qreal sheetOpacity)
     : QDialog(parent), m_area(desktopBox()), m_sheetOpacity(sheetOpacity)
 {
     setWindowFlags(windowFlags() | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
-    // Before it is shown for the first time, or another dialog would keep its keys from it.
-    setModal(true);
+    // Before it is shown for the first time, or a dialog that is open would keep its keys from it.
+    // Otherwise not yet: one that is shown before it is run leaves the window its close button.
+    setModal(QApplication::activeModalWidget());
     setAttribute(Qt::WA_TranslucentBackground, !hasSheet());
     startTicks();
 }
@@ -66,6 +67,7 @@ void CaptureOverlay::ShowDetailWindow(EShowMagOpr opr, int x, int y)
 // can't be shown, or that was closed while it was being shown, would never return.
 int CaptureOverlay::exec()
 {
+    setModal(true);
     show();
     if (!isVisible())
         return Rejected;
