@@ -154,6 +154,8 @@ bool SnapWorkbench::openOverlay(const QRect &area, xcb_keysym_t hotKey)
 
 QImage SnapWorkbench::saveAs(const QString &path)
 {
+    if (!waitForState(u"Idle"_s))
+        return {};
     const QList<TestDesktop::Window> before = m_desktop.windows();
     m_desktop.key(XK_s, {XK_Control_L});
     const TestDesktop::Window dialog = m_desktop.waitForNewWindow(before);

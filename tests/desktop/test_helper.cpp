@@ -276,8 +276,11 @@ void TestHelper::takesContent()
         m_desktop->keyUp(XK_Control_L);
     }
     QVERIFY(m_program->waitForTitle(s_untitled, s_captureLimit));
-    const QByteArray said = m_long->readAll();
-    QVERIFY(said.endsWith("at 204\n"));
+    QByteArray said;
+    QVERIFY(waitFor([&] {
+        said += m_long->readAll();
+        return said.endsWith("at 204\n");
+    }));
     QVERIFY(!said.contains("zoomed"));
     QCOMPARE(pointer(), at);
     QVERIFY(leftFiles().isEmpty());
