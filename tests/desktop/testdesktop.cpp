@@ -292,6 +292,21 @@ bool TestDesktop::isTaken(xcb_keysym_t keysym)
            nullptr;
 }
 
+bool TestDesktop::isPointerTaken()
+{
+    const std::unique_ptr<xcb_grab_pointer_reply_t, decltype(&std::free)> reply(
+        xcb_grab_pointer_reply(m_connection,
+                               xcb_grab_pointer(m_connection, 0, m_root, 0, XCB_GRAB_MODE_ASYNC,
+                                                XCB_GRAB_MODE_ASYNC, XCB_NONE, XCB_NONE,
+                                                XCB_CURRENT_TIME),
+                               nullptr),
+        std::free);
+    if (reply && reply->status == XCB_GRAB_STATUS_SUCCESS)
+        xcb_ungrab_pointer(m_connection, XCB_CURRENT_TIME);
+    xcb_flush(m_connection);
+    return reply && reply->status == XCB_GRAB_STATUS_ALREADY_GRABBED;
+}
+
 void TestDesktop::type(const QString &text)
 {
     for (const QChar character : text) {

@@ -65,6 +65,8 @@ public:
     void keyUp(xcb_keysym_t keysym);
     /// Whether a program keeps a key, pressed alone, from all others.
     bool isTaken(xcb_keysym_t keysym);
+    /// Whether a program keeps the pointer from all others.
+    bool isPointerTaken();
     /// Types ASCII text.
     void type(const QString &text);
 
