@@ -10,6 +10,7 @@
 #include "shell/capturebridge.h"
 #include "shell/dialogpreference.h"
 #include "shell/noticebar.h"
+#include "shell/trayreach.h"
 #include "shell/windowreach.h"
 #include "ui_mainwindow.h"
 
@@ -23,6 +24,7 @@
 #include <QPainter>
 #include <QScreen>
 #include <QSignalBlocker>
+#include <QThread>
 #include <QTimer>
 #include <QWindow>
 
@@ -37,6 +39,7 @@ namespace {
 constexpr QSize s_smallestSize(950, 650);
 constexpr QSize s_iconSize(64, 64);
 constexpr int s_widestLine = 1000;  // picture pixels
+constexpr int s_unwindTime = 10;    // ms in which a dialog's loop ends
 
 QRect availableGeometry() { return QGuiApplication::primaryScreen()->availableGeometry(); }
 
@@ -143,6 +146,7 @@ void MainWindow::setUpEditor()
 
 void MainWindow::setUpTray()
 {
+    new TrayReach(m_TrayMenu, this);
     // The desktop's tray answers late, and the window need not wait for it.
     QTimer::singleShot(0, this, [this] {
         m_TrayIcon = std::make_unique<QSystemTrayIcon>();
@@ -243,6 +247,24 @@ void MainWindow::dismissHelper()
     m_bHelperWorking = false;
     if (HasModified(true))
         showAfterHelper();
+}
+
+// What a dialog was opened by goes on after it, and needs the window. A dialog of the desktop's has
+// a loop that is none of the toolkit's.
+void MainWindow::quit()
+{
+    QWidget *modal = QApplication::activeModalWidget();
+    if (!m_bCapturing && (modal || QThread::currentThread()->loopLevel() > 1)) {
+        auto *dialog = qobject_cast<QDialog *>(modal);
+        if (dialog && !dialog->close())
+            dialog->reject();
+        services().clock->after(s_unwindTime, this, [this] { quit(); });
+        return;
+    }
+    // The question would stay with a window that is minimised.
+    if (HasModified(true))
+        showInFront();
+    close();
 }
 
 void MainWindow::closeEvent(QCloseEvent *event)

@@ -100,6 +100,9 @@ public:
     void showInFront();
     /// The same for a request from outside, which leaves a grab that is under way alone.
     void comeForward();
+    /// Closes the window, as soon as the dialogs that are open have been cancelled: a command from
+    /// outside of it, which may come at any time.
+    void quit();
     /// Makes this program active before an overlay opens.
     void SetAppFocus();
     /// Gives the focus back to the other application, and waits about a second at the most.
