@@ -76,7 +76,7 @@ void FrontWindow::hideAll(bool hide)
 
 void FrontWindow::close()
 {
-    QMetaObject::invokeMethod(&m_window, &QWidget::close, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(&m_window, &MainWindow::quit, Qt::QueuedConnection);
 }
 
 void FrontWindow::takeFocus()

@@ -10,6 +10,7 @@
 #include "shell/frontwindow.h"
 #include "shell/grabflow.h"
 #include "shell/noticebar.h"
+#include "shell/trayreach.h"
 #include "shell/windowreach.h"
 #include "ui_mainwindow.h"
 
@@ -22,6 +23,7 @@
 #include <QPainter>
 #include <QScreen>
 #include <QSignalBlocker>
+#include <QThread>
 #include <QTimer>
 #include <QWindow>
 
@@ -36,6 +38,7 @@ namespace {
 constexpr QSize s_smallestSize(950, 650);
 constexpr QSize s_iconSize(64, 64);
 constexpr int s_widestLine = 1000;  // picture pixels
+constexpr int s_unwindTime = 10;    // ms in which a dialog's loop ends
 
 QRect availableGeometry() { return QGuiApplication::primaryScreen()->availableGeometry(); }
 
@@ -143,6 +146,7 @@ void MainWindow::setUpEditor()
 
 void MainWindow::setUpTray()
 {
+    new TrayReach(m_TrayMenu, this);
     // The desktop's tray answers late, and the window need not wait for it.
     QTimer::singleShot(0, this, [this] {
         m_TrayIcon = std::make_unique<QSystemTrayIcon>();
@@ -230,6 +234,24 @@ void MainWindow::say(const QString &text)
     m_TrayIcon->showMessage(QString::fromWCharArray(g_AppName), text, windowIcon());
     // It has been told: who opens the window hours later need not hear of it.
     m_pNotice->startTime();
+}
+
+// What a dialog was opened by goes on after it, and needs the window. A dialog of the desktop's has
+// a loop that is none of the toolkit's.
+void MainWindow::quit()
+{
+    QWidget *modal = QApplication::activeModalWidget();
+    if (!m_bCapturing && (modal || QThread::currentThread()->loopLevel() > 1)) {
+        auto *dialog = qobject_cast<QDialog *>(modal);
+        if (dialog && !dialog->close())
+            dialog->reject();
+        services().clock->after(s_unwindTime, this, [this] { quit(); });
+        return;
+    }
+    // The question would stay with a window that is minimised. A grab comes to its end first.
+    if (!m_bCapturing && HasModified(true))
+        showInFront();
+    close();
 }
 
 void MainWindow::closeEvent(QCloseEvent *event)

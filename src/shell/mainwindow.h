@@ -112,6 +112,9 @@ public:
     /// The same for a request from outside: while a grab is under way what is open for it comes to
     /// the front, or the window does so afterwards.
     void comeForward();
+    /// Closes the window, as soon as the dialogs that are open have been cancelled: a command from
+    /// outside of it, which may come at any time.
+    void quit();
     /// Makes this program active before an overlay opens.
     void SetAppFocus();
     /// Gives the focus back to the other application, and waits about a second at the most.

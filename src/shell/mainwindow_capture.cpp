@@ -55,7 +55,7 @@ constexpr std::array<NamedCommand, 15> s_commands{
       [](MainWindow &window) { window.ShowMenuWindow(); }},
      {QT_TRANSLATE_NOOP("MainWindow", "Show Snapworkbench"),
       [](MainWindow &window) { window.comeForward(); }},
-     {QT_TRANSLATE_NOOP("MainWindow", "Quit"), [](MainWindow &window) { window.close(); }}}};
+     {QT_TRANSLATE_NOOP("MainWindow", "Quit"), [](MainWindow &window) { window.quit(); }}}};
 
 // By number, from 1. The last is reached by no key.
 constexpr std::array<Command, 9> s_hotKeyCommands{

@@ -27,10 +27,22 @@ private slots:
     void cleanup();
     void trayIcon_data();
     void trayIcon();
+    void trayWithADialog_data();
+    void trayWithADialog();
     void signalKeepsSettings_data();
     void signalKeepsSettings();
 
 private:
+    bool startTray();
+    QRect find(const std::function<bool(const TestDesktop::Window &)> &isIt);
+    QRect trayIconArea();
+    bool waitForTrayIcon();  ///< with a picture in it
+    QRect trayMenuArea();
+    /// The window with the keyboard.
+    xcb_window_t focus();
+    /// Opens the menu by a click; gives its area.
+    QRect openTrayMenu(int button = 1);
+
     std::unique_ptr<TestDesktop> m_desktop;
     std::unique_ptr<SnapWorkbench> m_program;
 };
@@ -56,13 +68,73 @@ void TestSession::trayIcon_data()
     QTest::newRow("one that is none") << QByteArray("SnapWorkbench.xml");
 }
 
+bool TestSession::startTray()
+{
+    return m_desktop->start(
+        u"trayer"_s,
+        u"--edge top --align left --widthtype pixel --width 120 --height 24"_s.split(u' '),
+        m_desktop->environment());
+}
+
+QRect TestSession::find(const std::function<bool(const TestDesktop::Window &)> &isIt)
+{
+    const QList<TestDesktop::Window> windows = m_desktop->windows();
+    const auto window = std::find_if(windows.begin(), windows.end(), isIt);
+    return window == windows.end() ? QRect() : window->area;
+}
+
+QRect TestSession::trayIconArea()
+{
+    return find([](const TestDesktop::Window &window) {
+        return window.viewable && window.title == u"SnapWorkbench"_s && window.area.width() > 10;
+    });
+}
+
+bool TestSession::waitForTrayIcon()
+{
+    return waitFor([&] {
+        const QRect area = trayIconArea();
+        if (!area.isValid())
+            return false;
+        const QImage icon = m_desktop->screenshot().copy(area);
+        QSet<QRgb> colours;
+        for (int i = 0; i < icon.width(); ++i)
+            colours.insert(icon.pixel(i, icon.height() / 2));
+        return colours.size() > 5;
+    });
+}
+
+QRect TestSession::trayMenuArea()
+{
+    const QPoint at = trayIconArea().center();
+    return find([&](const TestDesktop::Window &window) {
+        return window.viewable && window.overrideRedirect && window.area.height() > 100 &&
+               window.area.adjusted(-1, -1, 1, 1).contains(at);
+    });
+}
+
+xcb_window_t TestSession::focus()
+{
+    xcb_connection_t *connection = m_desktop->connection();
+    auto *reply = xcb_get_input_focus_reply(connection, xcb_get_input_focus(connection), nullptr);
+    const xcb_window_t window = reply ? reply->focus : XCB_NONE;
+    free(reply);
+    return window;
+}
+
+QRect TestSession::openTrayMenu(int button)
+{
+    if (trayMenuArea().isValid())
+        return {};
+    m_desktop->click(trayIconArea().center(), button);
+    waitFor([&] { return trayMenuArea().isValid(); });
+    return trayMenuArea();
+}
+
 // The menu answers the left button as the right one, and its commands work from there.
 void TestSession::trayIcon()
 {
-    QVERIFY(m_desktop->start(
-        u"trayer"_s,
-        u"--edge top --align left --widthtype pixel --width 120 --height 24"_s.split(u' '),
-        m_desktop->environment()));
+    QVERIFY(startTray());
     QFETCH(QByteArray, picture);
     m_program->writeSettings({});
     QFile skin(m_program->resourceFile());
@@ -72,41 +144,73 @@ void TestSession::trayIcon()
     QVERIFY(skin.resize(0) && skin.write(text) == text.size());
     skin.close();
     QVERIFY(m_program->startAndWait());
-    const auto found = [this](const auto &isIt) {
-        const QList<TestDesktop::Window> windows = m_desktop->windows();
-        const auto window = std::find_if(windows.begin(), windows.end(), isIt);
-        return window == windows.end() ? QRect() : window->area;
-    };
-    const auto isIcon = [](const TestDesktop::Window &window) {
-        return window.viewable && window.title == u"SnapWorkbench"_s && window.area.width() > 10;
-    };
-    QVERIFY(waitFor([&] { return found(isIcon).isValid(); }));
-    const QPoint at = found(isIcon).center();
-    QVERIFY(waitFor([&] {
-        const QImage icon = m_desktop->screenshot().copy(found(isIcon));
-        QSet<QRgb> colours;
-        for (int i = 0; i < icon.width(); ++i)
-            colours.insert(icon.pixel(i, icon.height() / 2));
-        return colours.size() > 5;
-    }));
-    const auto isMenu = [&](const TestDesktop::Window &window) {
-        return window.viewable && window.overrideRedirect && window.area.height() > 100 &&
-               window.area.adjusted(-1, -1, 1, 1).contains(at);
-    };
+    QVERIFY(waitForTrayIcon());
     for (const int button : {1, 3}) {
-        QVERIFY(!found(isMenu).isValid());
-        m_desktop->click(at, button);
-        QVERIFY(waitFor([&] { return found(isMenu).isValid(); }));
+        QVERIFY(openTrayMenu(button).isValid());
         m_desktop->key(XK_Escape);
-        QVERIFY(waitFor([&] { return !found(isMenu).isValid(); }));
+        QVERIFY(waitFor([&] { return !trayMenuArea().isValid(); }));
     }
-    m_desktop->click(at);
-    QVERIFY(waitFor([&] { return found(isMenu).isValid(); }));
+    QVERIFY(openTrayMenu().isValid());
     m_desktop->key(XK_Down);
     m_desktop->key(XK_Return);
     QVERIFY(waitFor([&] { return m_program->hasOverlay(s_screen); }));
     m_desktop->key(XK_Escape);
     QVERIFY(waitFor([&] { return !m_program->hasOverlay(s_screen); }));
+}
+
+void TestSession::trayWithADialog_data()
+{
+    using Keys = QList<xcb_keysym_t>;
+    QTest::addColumn<Keys>("keys");  // the first one held with the second
+    QTest::addColumn<QString>("theme");
+    const Keys open{XK_Control_L, XK_o};
+    QTest::newRow("open a file") << open << QString();
+    QTest::newRow("open a file, GTK's dialog") << open << u"gtk3"_s;
+    QTest::newRow("colour") << Keys{XK_Control_L, XK_k} << QString();
+    QTest::newRow("colour, GTK's dialog") << Keys{XK_Control_L, XK_k} << u"gtk3"_s;
+    QTest::newRow("save changes?") << Keys{XK_Control_L, XK_w} << QString();
+    QTest::newRow("about") << Keys{XK_Alt_L, XK_s} << QString();  // first in that menu
+}
+
+// "Show" brings the dialog to the front; "Quit" cancels it, asks about the picture, and quits.
+void TestSession::trayWithADialog()
+{
+    QFETCH(QList<xcb_keysym_t>, keys);
+    QFETCH(QString, theme);
+    QVERIFY(startTray());
+    QVERIFY(m_program->startAndWait({{u"QT_QPA_PLATFORMTHEME"_s, theme}}));
+    const QString title = u"untitled * - Snap Workbench"_s;
+    QVERIFY(m_desktop->waitForFocus(m_program->mainWindow()));
+    m_desktop->key('s', {XK_Control_L, XK_Alt_L});
+    QVERIFY(m_program->waitForTitle(title));
+    QVERIFY(m_desktop->waitForFocus(m_program->mainWindow()));
+    m_desktop->key(keys[1], {keys[0]});
+    if (keys[0] == XK_Alt_L)
+        m_desktop->key(XK_Return);
+    QVERIFY(waitFor([&] { return m_desktop->activeTitle() != title; }));
+    const xcb_window_t dialog = focus();
+    QVERIFY(dialog != XCB_NONE);
+
+    QVERIFY(m_desktop->startPattern({300, 200, 700, 500}));
+    QVERIFY(waitForTrayIcon());
+    QVERIFY(openTrayMenu().isValid());
+    m_desktop->key(XK_Up);
+    m_desktop->key(XK_Up);
+    m_desktop->key(XK_Return);
+    QVERIFY(waitFor([&] { return focus() == dialog; }));
+
+    // Another button: two clicks of the same may be one double click.
+    const QRect menu = openTrayMenu(3);
+    QVERIFY(menu.isValid());
+    const QList<TestDesktop::Window> before = m_desktop->windows();
+    m_desktop->click(menu.bottomLeft() + QPoint(40, -12));
+    const TestDesktop::Window question = m_desktop->waitForNewWindow(before);
+    QVERIFY(m_desktop->waitForFocus(question));
+    // From "Cancel" to "Discard".
+    m_desktop->key(XK_Left);
+    m_desktop->key(XK_space);
+    QVERIFY(waitFor([&] { return m_program->process()->state() == QProcess::NotRunning; }));
+    QCOMPARE(m_program->process()->exitStatus(), QProcess::NormalExit);
 }
 
 void TestSession::signalKeepsSettings_data()
