@@ -38,8 +38,6 @@ private:
     QRect trayIconArea();
     bool waitForTrayIcon();  ///< with a picture in it
     QRect trayMenuArea();
-    /// The window with the keyboard.
-    xcb_window_t focus();
     /// Opens the menu by a click; gives its area.
     QRect openTrayMenu(int button = 1);
 
@@ -113,15 +111,6 @@ QRect TestSession::trayMenuArea()
     });
 }
 
-xcb_window_t TestSession::focus()
-{
-    xcb_connection_t *connection = m_desktop->connection();
-    auto *reply = xcb_get_input_focus_reply(connection, xcb_get_input_focus(connection), nullptr);
-    const xcb_window_t window = reply ? reply->focus : XCB_NONE;
-    free(reply);
-    return window;
-}
-
 QRect TestSession::openTrayMenu(int button)
 {
     if (trayMenuArea().isValid())
@@ -184,12 +173,15 @@ void TestSession::trayWithADialog()
     m_desktop->key('s', {XK_Control_L, XK_Alt_L});
     QVERIFY(m_program->waitForTitle(title));
     QVERIFY(m_desktop->waitForFocus(m_program->mainWindow()));
+    const xcb_window_t before = m_desktop->activeWindow();
     m_desktop->key(keys[1], {keys[0]});
     if (keys[0] == XK_Alt_L)
         m_desktop->key(XK_Return);
-    QVERIFY(waitFor([&] { return m_desktop->activeTitle() != title; }));
-    const xcb_window_t dialog = focus();
-    QVERIFY(dialog != XCB_NONE);
+    xcb_window_t dialog = XCB_NONE;
+    QVERIFY(waitFor([&] {
+        dialog = m_desktop->activeWindow();
+        return dialog != XCB_NONE && dialog != before;
+    }));
 
     QVERIFY(m_desktop->startPattern({300, 200, 700, 500}));
     QVERIFY(waitForTrayIcon());
@@ -197,14 +189,14 @@ void TestSession::trayWithADialog()
     m_desktop->key(XK_Up);
     m_desktop->key(XK_Up);
     m_desktop->key(XK_Return);
-    QVERIFY(waitFor([&] { return focus() == dialog; }));
+    QVERIFY(waitFor([&] { return m_desktop->activeWindow() == dialog; }));
 
     // Another button: two clicks of the same may be one double click.
     const QRect menu = openTrayMenu(3);
     QVERIFY(menu.isValid());
-    const QList<TestDesktop::Window> before = m_desktop->windows();
+    const QList<TestDesktop::Window> windows = m_desktop->windows();
     m_desktop->click(menu.bottomLeft() + QPoint(40, -12));
-    const TestDesktop::Window question = m_desktop->waitForNewWindow(before);
+    const TestDesktop::Window question = m_desktop->waitForNewWindow(windows);
     QVERIFY(m_desktop->waitForFocus(question));
     // From "Cancel" to "Discard".
     m_desktop->key(XK_Left);

@@ -430,12 +430,16 @@ bool TestDesktop::isInside(xcb_window_t window, xcb_window_t ancestor)
            (tree->parent == ancestor || isInside(tree->parent, ancestor));
 }
 
-QString TestDesktop::activeTitle()
+xcb_window_t TestDesktop::activeWindow()
 {
     const QByteArray active = property(m_root, "_NET_ACTIVE_WINDOW");
-    if (active.size() < 4)
-        return {};
-    const auto window = *reinterpret_cast<const xcb_window_t *>(active.constData());
+    return active.size() < 4 ? XCB_NONE
+                             : *reinterpret_cast<const xcb_window_t *>(active.constData());
+}
+
+QString TestDesktop::activeTitle()
+{
+    const xcb_window_t window = activeWindow();
     return window ? titleOf(window) : QString();
 }
 

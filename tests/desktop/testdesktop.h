@@ -86,6 +86,8 @@ public:
     Window waitForNewWindow(const QList<Window> &before, int limit = 20000);
     /// Waits until a window has the keyboard.
     bool waitForFocus(const Window &window);
+    /// The window that the window manager has in front; no id where there is none.
+    xcb_window_t activeWindow();
     QString activeTitle();
     /// Asks a window to close.
     void closeWindow(const Window &window);
