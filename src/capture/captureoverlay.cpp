@@ -5,6 +5,7 @@
 #include "platform/windowlist.h"
 
 #include <QApplication>
+#include <QKeyEvent>
 #include <QMenu>
 #include <QPainter>
 #include <QWindow>
@@ -84,6 +85,16 @@ void CaptureOverlay::accept()
 {
     if (canBeTaken())
         QDialog::accept();
+}
+
+bool CaptureOverlay::isHeldEnd(const QEvent &event)
+{
+    if (event.type() != QEvent::KeyPress)
+        return false;
+    const auto &key = static_cast<const QKeyEvent &>(event);
+    const bool ends =
+        key.key() == Qt::Key_Escape || key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter;
+    return ends && key.isAutoRepeat();
 }
 
 void CaptureOverlay::changeviewmode() { ShowDetailWindow(eMagChangeMode, 0, 0); }

@@ -62,6 +62,10 @@ protected:
     /// once, when the form has been built.
     void setSurface(QWidget *surface);
 
+    /// Whether a key that ends an overlay comes from one that is held down: it was pressed for
+    /// something else.
+    static bool isHeldEnd(const QEvent &event);
+
     /// Whether what is marked has an area.
     virtual bool canBeTaken() const = 0;
 

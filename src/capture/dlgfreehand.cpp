@@ -131,6 +131,8 @@ void dlgFreeHand::slots_freehandAccept()
 
 bool dlgFreeHand::eventFilter(QObject *watched, QEvent *event)
 {
+    if (isHeldEnd(*event))
+        return true;
     if (watched != m_surface)
         return CaptureOverlay::eventFilter(watched, event);
     switch (event->type()) {

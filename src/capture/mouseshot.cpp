@@ -61,6 +61,13 @@ void mouseShot::pickWindow()
     updateAll();
 }
 
+void mouseShot::readAgain()
+{
+    readWindows();
+    m_currentIndex = 0;
+    pickWindow();
+}
+
 void mouseShot::updateAll() { m_ui->widget->update(); }
 
 std::optional<WindowServer::Entry> mouseShot::picked() const
@@ -99,6 +106,8 @@ void mouseShot::pickLater()
 
 bool mouseShot::eventFilter(QObject *watched, QEvent *event)
 {
+    if (isHeldEnd(*event))
+        return true;
     if (watched != m_ui->widget)
         return CaptureOverlay::eventFilter(watched, event);
     switch (event->type()) {

@@ -38,6 +38,8 @@ protected:
     /// Draws the tint, and whatever else belongs on the desktop. Overlay coordinates.
     virtual void draw(QPainter &painter);
     void updateAll();
+    /// Takes the windows as they are now.
+    void readAgain();
 
 private:
     void readWindows();

@@ -3,6 +3,7 @@
 #include "capture/arrowkeys.h"
 #include "editing/planegeometry.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 
@@ -67,6 +68,24 @@ bool PolygonSelection::endIsLastVertex() const
         return false;
     const QPointF offset = m_points.at(0) - m_points.at(1);
     return std::abs(offset.x()) <= s_same && std::abs(offset.y()) <= s_same;
+}
+
+// Whether no vertex lies a pixel or more from the line through the first one and the one that is
+// furthest from it.
+bool PolygonSelection::isFlat() const
+{
+    const QPointF first = m_points.constLast();
+    QPointF along;
+    for (auto point = m_points.cbegin() + 1; point != m_points.cend(); ++point) {
+        const QPointF offset = *point - first;
+        if (QPointF::dotProduct(offset, offset) > QPointF::dotProduct(along, along))
+            along = offset;
+    }
+    const double length = std::hypot(along.x(), along.y());
+    return std::all_of(m_points.cbegin() + 1, m_points.cend(), [&](const QPointF &point) {
+        const QPointF offset = point - first;
+        return std::abs(along.x() * offset.y() - along.y() * offset.x()) < length || length < 1;
+    });
 }
 
 bool PolygonSelection::isNearFirst(QPoint pointer) const

@@ -34,14 +34,15 @@ public:
     void move(QPoint pos, Qt::KeyboardModifiers modifiers);
     /// `surface` is the size of what is drawn on.
     KeyResult key(int key, Qt::KeyboardModifiers modifiers, QSize surface);
-    /// Completes the polygon with the vertices set so far; false when they are fewer than three.
+    /// Completes the polygon with the vertices set so far; false when they are fewer than three, or
+    /// lie on a line.
     bool finish();
     void deletelastpoint();
     void clear() { m_points.clear(); }
 
     /// The newest first. The first one is the end of the rubber segment, and no vertex yet.
     const QPolygonF &points() const { return m_points; }
-    bool canFinish() const { return m_points.size() >= s_fewestPoints; }
+    bool canFinish() const { return m_points.size() >= s_fewestPoints && !isFlat(); }
     bool isPressed() const { return m_state == State::Pressed; }
 
     /// What is to be drawn as an open line.
@@ -61,6 +62,7 @@ private:
 
     static constexpr qsizetype s_fewestPoints = 4;  // three vertices and the rubber end
 
+    bool isFlat() const;
     bool endIsLastVertex() const;
     bool isNearFirst(QPoint pointer) const;
     void moveEnd(int axis, double to, KeyResult &result);

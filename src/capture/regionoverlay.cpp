@@ -209,6 +209,8 @@ void RegionOverlay::setExtent()
 
 bool RegionOverlay::eventFilter(QObject *watched, QEvent *event)
 {
+    if (isHeldEnd(*event))
+        return true;
     if (watched == m_ui->widget && surfaceEvent(event))
         return true;
     if (watched == m_ui->widget_2 && event->type() == QEvent::Paint)

@@ -1,6 +1,10 @@
 #include "helper/helperjob.h"
 
 #include "platform/services.h"
+#include "platform/windowlist.h"
+
+#include <QApplication>
+#include <QDialog>
 
 #include <algorithm>
 
@@ -43,4 +47,10 @@ void waitUntilHidden()
             return window.process == ownProcess() && window.kind == WindowServer::Kind::Other;
         });
     });
+    // Of a window that has been taken off the screen the frame may be left for a moment, and says
+    // nothing of whose it is.
+    for (const QWidget *window : QApplication::topLevelWidgets()) {
+        if (qobject_cast<const QDialog *>(window))
+            waitUntilGone(*window);
+    }
 }

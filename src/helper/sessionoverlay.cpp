@@ -7,6 +7,8 @@
 #include <QMouseEvent>
 #include <QPainter>
 
+#include <algorithm>
+
 namespace {
 
 constexpr QColor s_outline(61, 165, 244);
@@ -48,6 +50,10 @@ std::optional<SessionOverlay::Choice> SessionOverlay::choice() const
 
 bool SessionOverlay::eventFilter(QObject *watched, QEvent *event)
 {
+    if (isHeldEnd(*event))
+        return true;
+    if (event->type() == QEvent::MouseButtonPress || event->type() == QEvent::KeyPress)
+        followWindows();
     // What can't be taken is not accepted.
     const bool isPicked = picked().has_value();
     switch (event->type()) {
@@ -73,8 +79,21 @@ bool SessionOverlay::eventFilter(QObject *watched, QEvent *event)
     return mouseShot::eventFilter(watched, event);
 }
 
+// A window that has gone, or the frame that one has left behind for a moment, can't be taken.
+void SessionOverlay::followWindows()
+{
+    const auto window = picked();
+    const auto windows = services().windows->windows(WindowServer::List::OnScreen, 0);
+    const bool isGone =
+        window && std::none_of(windows.begin(), windows.end(),
+                               [&](const auto &entry) { return entry.number == window->number; });
+    if (isGone)
+        readAgain();
+}
+
 void SessionOverlay::looked()
 {
+    followWindows();
     placeHint();
     const auto window = picked();
     if (!window || !m_asks)

@@ -28,6 +28,7 @@ protected:
     void draw(QPainter &painter) override;
 
 private:
+    void followWindows();
     void ask(const WindowServer::Entry &window, QPoint at);
     void setScrollingArea(const QRect &global);
     void placeHint();

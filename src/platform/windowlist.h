@@ -50,5 +50,8 @@ QImage GrabFullWindow(int x, int y, int width, int height, bool clip, QWidget *e
 /// there without a window and its child windows. Global device pixels, not fitted to the desktop.
 QImage pictureBehind(const QRect &area, const QWidget &except);
 QPixmap screenWindow(int x, int y, int width, int height, bool clip, QWidget *except);
+/// Waits, with events running, until the window manager has taken a window of this program off the
+/// screen that is hidden already, frame and all; a second at the most.
+void waitUntilGone(const QWidget &window);
 /// The desktop's menu bar; null where there is none.
 QPixmap screenMenu();

@@ -2,6 +2,7 @@
 
 #include "helper/snapworkbenchhelper.h"
 #include "platform/services.h"
+#include "platform/windowlist.h"
 #include "shell/mainwindow.h"
 
 #include <QCoreApplication>
@@ -168,6 +169,8 @@ signed char GWSnapWorkbenchTestClientStatus(signed char prompt)
     box.setEscapeButton(no);
     s_question = &box;
     askInFront(box);
+    // What is on the screen now can be picked.
+    waitUntilGone(box);
     // Withdrawn by whoever ends the program.
     if (!std::exchange(s_question, nullptr))
         return 0;

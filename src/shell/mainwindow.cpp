@@ -240,16 +240,19 @@ void MainWindow::say(const QString &text)
 // a loop that is none of the toolkit's.
 void MainWindow::quit()
 {
+    // A grab comes to its end first, and quits then.
+    if (m_bCapturing && !m_Grabs->quit())
+        return;
     QWidget *modal = QApplication::activeModalWidget();
-    if (!m_bCapturing && (modal || QThread::currentThread()->loopLevel() > 1)) {
+    if (modal || QThread::currentThread()->loopLevel() > 1) {
         auto *dialog = qobject_cast<QDialog *>(modal);
         if (dialog && !dialog->close())
             dialog->reject();
         services().clock->after(s_unwindTime, this, [this] { quit(); });
         return;
     }
-    // The question would stay with a window that is minimised. A grab comes to its end first.
-    if (!m_bCapturing && HasModified(true))
+    // The question would stay with a window that is minimised.
+    if (HasModified(true))
         showInFront();
     close();
 }

@@ -172,6 +172,10 @@ void TestPolygonSelection::finishing()
     QVERIFY(selection.line().isEmpty());
     selection.move({300, 300}, s_none);
     QCOMPARE(inOrder(selection), polygon);
+    // A line has no inside, wherever its end has been led.
+    PolygonSelection flat = clicked({{10, 10}, {50, 50}, {91, 90}}, {200, 10});
+    QVERIFY(!flat.key(Qt::Key_Return, s_none, s_surface).finished);
+    QCOMPARE(flat.line().size(), 4);
 }
 
 void TestPolygonSelection::deleting_data()
