@@ -8,6 +8,7 @@
 #include <variant>
 
 /// What one grab brings.
+// The check believes that moving a variant can throw. NOLINTNEXTLINE(bugprone-exception-escape)
 struct Grab {
     QPixmap picture{};  ///< device pixels; null where nothing could be read
     /// What is kept of the picture, in its coordinates; all of it where there is none.

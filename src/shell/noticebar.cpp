@@ -138,7 +138,7 @@ QAccessibleInterface *alertFor(const QString & /*className*/, QObject *object)
 }  // namespace
 
 NoticeBar::NoticeBar(QWidget *area)
-    : QWidget(area->parentWidget()), m_area(area), m_text(new WrappedText), m_buttons(nullptr)
+    : QWidget(area->parentWidget()), m_area(area), m_text(new WrappedText)
 {
     QAccessible::installFactory(alertFor);
     hide();

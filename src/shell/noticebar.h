@@ -54,7 +54,7 @@ private:
 
     QWidget *m_area;
     QLabel *m_text;
-    QBoxLayout *m_buttons;
+    QBoxLayout *m_buttons = nullptr;
     QList<Notice> m_notices{};  ///< the last is shown
     int m_round = 0;            ///< tells the time that runs from those of earlier texts
     bool m_isTimed = false;
