@@ -51,6 +51,6 @@ void waitUntilHidden()
     // nothing of whose it is.
     for (const QWidget *window : QApplication::topLevelWidgets()) {
         if (qobject_cast<const QDialog *>(window))
-            waitUntilGone(*window);
+            waitUntilGone(services().windows->numberOf(window));
     }
 }

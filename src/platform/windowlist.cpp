@@ -14,7 +14,7 @@ namespace {
 
 constexpr int s_menuBarLayer = 24;
 constexpr qsizetype s_titleCapacity = 256;
-constexpr int s_goneLimit = 1000;  // ms
+constexpr int s_goneLimit = 5000;  // ms
 
 bool isValid(int index) { return index >= 0 && index < g_WindowList.Count; }
 
@@ -166,10 +166,9 @@ QPixmap screenWindow(int x, int y, int width, int height, bool clip, QWidget *ex
     return QPixmap::fromImage(GrabFullWindow(x, y, width, height, clip, except));
 }
 
-void waitUntilGone(const QWidget &window)
+void waitUntilGone(int number)
 {
     WindowServer &server = *services().windows;
-    const int number = server.numberOf(&window);
     waitUntil(*services().clock, s_goneLimit, [&] {
         const auto windows = server.windows(WindowServer::List::OnScreen, 0);
         return std::none_of(windows.begin(), windows.end(),

@@ -51,7 +51,7 @@ QImage GrabFullWindow(int x, int y, int width, int height, bool clip, QWidget *e
 QImage pictureBehind(const QRect &area, const QWidget &except);
 QPixmap screenWindow(int x, int y, int width, int height, bool clip, QWidget *except);
 /// Waits, with events running, until the window manager has taken a window of this program off the
-/// screen that is hidden already, frame and all; a second at the most.
-void waitUntilGone(const QWidget &window);
+/// screen that is hidden already, frame and all; some seconds at the most.
+void waitUntilGone(int number);
 /// The desktop's menu bar; null where there is none.
 QPixmap screenMenu();

@@ -38,6 +38,20 @@ void ensureDelegate()
         Ax_Shared_hlp = AXProjectAppDelegate::sharedDelegate();
 }
 
+// Knows its number in the window list beyond the moment in which it leaves the screen.
+struct Question : QMessageBox {
+    Question(const QString &title, const QString &text)
+        : QMessageBox(QMessageBox::Question, title, text)
+    {
+    }
+    void done(int result) override
+    {
+        number = services().windows->numberOf(this);
+        QMessageBox::done(result);
+    }
+    int number = 0;
+};
+
 QMessageBox *s_question = nullptr;  // while it is open
 
 // For a grab that the user waits for.
@@ -133,7 +147,7 @@ void GWCaptureStatusCallback(void * /*unused*/, int status, const char *path, in
 
 QString GWSnapWorkbenchGetTempPath()
 {
-    const QString path = folderPath();
+    QString path = folderPath();
     if (QFile::exists(path))
         return path;
     const bool made = QDir().mkpath(path) && QFile::setPermissions(path, s_private);
@@ -158,7 +172,7 @@ signed char GWSnapWorkbenchTestClientStatus(signed char prompt)
         return 1;
 
     const QString question = CaptureBridge::tr("Do you want to enable Scroll Capture?");
-    QMessageBox box(QMessageBox::Question, MainWindow::tr("Snap Workbench"), question);
+    Question box(MainWindow::tr("Snap Workbench"), question);
     box.setInformativeText(CaptureBridge::tr(
         "Scroll Capture allows you to select the scrolling area by just one click. \n"
         "Click No to continue common capture, or Enable Scroll Capture now?"));
@@ -170,7 +184,7 @@ signed char GWSnapWorkbenchTestClientStatus(signed char prompt)
     s_question = &box;
     askInFront(box);
     // What is on the screen now can be picked.
-    waitUntilGone(box);
+    waitUntilGone(box.number);
     // Withdrawn by whoever ends the program.
     if (!std::exchange(s_question, nullptr))
         return 0;
