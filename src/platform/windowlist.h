@@ -50,8 +50,8 @@ QImage GrabFullWindow(int x, int y, int width, int height, bool clip, QWidget *e
 /// there without a window and its child windows. Global device pixels, not fitted to the desktop.
 QImage pictureBehind(const QRect &area, const QWidget &except);
 QPixmap screenWindow(int x, int y, int width, int height, bool clip, QWidget *except);
-/// Waits, with events running, until the window manager has taken a window of this program off the
-/// screen that is hidden already, frame and all; some seconds at the most.
+/// Waits, with events running, until a window is off the screen, frame and all, by its number in
+/// the list; some seconds at the most. For one of this program that is hidden already.
 void waitUntilGone(int number);
 /// The desktop's menu bar; null where there is none.
 QPixmap screenMenu();
