@@ -44,10 +44,11 @@ struct Question : QMessageBox {
         : QMessageBox(QMessageBox::Question, title, text)
     {
     }
-    void done(int result) override
+    void setVisible(bool isVisible) override
     {
-        number = services().windows->numberOf(this);
-        QMessageBox::done(result);
+        if (!isVisible)
+            number = services().windows->numberOf(this);
+        QMessageBox::setVisible(isVisible);
     }
     int number = 0;
 };

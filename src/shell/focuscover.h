@@ -3,9 +3,6 @@
 #include <QDialog>
 #include <QPixmap>
 
-#include <functional>
-#include <memory>
-
 class Clock;
 
 /// Brings windows and programs to the front, and waits for it with events running: never for ever,

@@ -80,7 +80,6 @@ private:
     void hotKey(xcb_keysym_t letter) { m_desktop->key(letter, {XK_Control_L, XK_Alt_L}); }
     QStringList leftFiles() const;
     QPoint pointer();
-    bool isMinimized();
     /// The windows of an open menu: those that came without a window manager's say.
     QList<TestDesktop::Window> popups(const QList<TestDesktop::Window> &before);
 

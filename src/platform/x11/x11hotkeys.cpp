@@ -23,7 +23,7 @@ constexpr uint8_t s_newMap = 1;
 X11HotKeys::X11HotKeys(X11Display &display) : m_display(display)
 {
     m_releaseWatch.setInterval(s_releaseInterval);
-    connect(&m_releaseWatch, &QTimer::timeout, this, &X11HotKeys::forgetReleasedKeys);
+    connect(&m_releaseWatch, &QTimer::timeout, this, &X11HotKeys::forgetReleasedKey);
     // A new keymap comes as a burst of events.
     m_keyboardChange.setInterval(0ms);
     m_keyboardChange.setSingleShot(true);
@@ -135,11 +135,10 @@ bool X11HotKeys::pressed(const xcb_key_press_event_t &key)
     const int number = m_letters.key(letter, -1);
     if (letter == 0 || number == -1)
         return false;
-    // A key that is held down repeats, and where the release goes depends on who has the focus by
-    // then: the keyboard's own state tells when the key is up.
-    if (m_held.contains(key.detail))
+    // A key that is held down repeats, until another one is pressed. Where the release goes depends
+    // on who has the focus by then: the keyboard's own state tells when the key is up.
+    if (std::exchange(m_held, key.detail) == key.detail)
         return true;
-    m_held.append(key.detail);
     m_releaseWatch.start();
     // The commands run event loops of their own, which an event filter must not.
     QMetaObject::invokeMethod(
@@ -152,13 +151,12 @@ bool X11HotKeys::pressed(const xcb_key_press_event_t &key)
     return true;
 }
 
-void X11HotKeys::forgetReleasedKeys()
+void X11HotKeys::forgetReleasedKey()
 {
     xcb_connection_t *connection = m_display.connection();
     const auto keymap = XCB_REPLY(connection, query_keymap, xcb_query_keymap(connection));
-    m_held.removeIf([&](xcb_keycode_t keycode) {
-        return !keymap || !(keymap->keys[keycode / 8] & (1U << (keycode % 8)));
-    });
-    if (m_held.isEmpty())
-        m_releaseWatch.stop();
+    if (keymap && (keymap->keys[m_held / 8] & (1U << (m_held % 8))))
+        return;
+    m_held = 0;
+    m_releaseWatch.stop();
 }

@@ -26,15 +26,15 @@ private:
     void changeKeyboard();
     void grabKeys();
     bool pressed(const xcb_key_press_event_t &key);
-    void forgetReleasedKeys();
+    void forgetReleasedKey();
 
     X11Display &m_display;
     std::function<void(int)> m_handler;
     QMap<int, char> m_letters;  ///< by number
     X11Keyboard m_keyboard;
     QList<xcb_keycode_t> m_grabbed;
-    int m_keyboardEvent = -1;     ///< the type of the keyboard extension's events
-    QTimer m_keyboardChange;      ///< runs until the keyboard is read anew
-    QList<xcb_keycode_t> m_held;  ///< hot keys that are still down
-    QTimer m_releaseWatch;        ///< runs while one is
+    int m_keyboardEvent = -1;  ///< the type of the keyboard extension's events
+    QTimer m_keyboardChange;   ///< runs until the keyboard is read anew
+    xcb_keycode_t m_held = 0;  ///< the last hot key pressed, while it is down
+    QTimer m_releaseWatch;     ///< runs while there is one
 };
