@@ -104,6 +104,13 @@ public:
     }
 
 protected:
+    // The pointer leaves a button that goes away under it without a word.
+    void hideEvent(QHideEvent *event) override
+    {
+        setAttribute(Qt::WA_UnderMouse, false);
+        QPushButton::hideEvent(event);
+    }
+
     void paintEvent(QPaintEvent * /*event*/) override
     {
         QPainter painter(this);

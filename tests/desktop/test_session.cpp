@@ -31,6 +31,7 @@ private slots:
     void trayWithADialog();
     void signalKeepsSettings_data();
     void signalKeepsSettings();
+    void refusedInAWaylandSession();
 
 private:
     bool startTray();
@@ -248,6 +249,50 @@ void TestSession::signalKeepsSettings()
     QCOMPARE(m_program->process()->exitStatus(), QProcess::NormalExit);
     QCOMPARE(m_program->setting(u"WindowLeft"_s), QString::number(area.x()));
     QCOMPARE(m_program->setting(u"WindowWidth"_s), QString::number(area.width()));
+}
+
+// No grab opens anything, and each one says why in the same words.
+void TestSession::refusedInAWaylandSession()
+{
+    QVERIFY(m_program->startAndWait({{u"XDG_SESSION_TYPE"_s, u"wayland"_s}}));
+    QVERIFY(m_desktop->waitForFocus(m_program->mainWindow()));
+    const QRect window = m_program->mainWindow().area;
+    // The bar, as the lower half of the picture area shows it: the only thing there that is dark.
+    QImage shown;
+    const auto bar = [&] {
+        shown = m_desktop->screenshot().copy(window.adjusted(20, window.height() / 2, -20, -60));
+        QRect area;
+        const bool isPainted = qGray(shown.pixel(0, 0)) > 200;
+        for (int y = 0; isPainted && y < shown.height(); ++y) {
+            for (int x = 0; x < shown.width(); ++x) {
+                if (qGray(shown.pixel(x, y)) < 60)
+                    area |= QRect(x, y, 1, 1);
+            }
+        }
+        return area;
+    };
+    QVERIFY(waitFor([&] { return !bar().isEmpty(); }));
+    const QImage told = shown;
+    const QPoint close =
+        window.topLeft() + QPoint(20, window.height() / 2) + bar().topRight() + QPoint(-24, 24);
+    const auto isTold = [&] { return waitFor([&] { return !bar().isEmpty() && shown == told; }); };
+    const auto isClosed = [&] {
+        m_desktop->click(close);
+        m_desktop->movePointer({5, 5});
+        return waitFor([&] { return bar().isEmpty(); });
+    };
+    for (const xcb_keysym_t letter : {XK_r, XK_e, XK_a, XK_l, XK_w, XK_s, XK_t, XK_v}) {
+        QVERIFY(isClosed());
+        m_desktop->key(letter, {XK_Control_L, XK_Alt_L});
+        QVERIFY(isTold());
+        QCOMPARE(m_program->grabState(), u"Idle"_s);
+    }
+    QVERIFY(isClosed());
+    const QVariantList windows{u"capture-windows"_s, QVariantList(), QVariantMap()};
+    m_program->call(u"org.freedesktop.Application"_s, u"ActivateAction"_s, windows);
+    QVERIFY(isTold());
+    QVERIFY(m_program->waitForTitle(u"Snap Workbench"_s));  // no tab
+    QVERIFY(m_program->quit());
 }
 
 QTEST_GUILESS_MAIN(TestSession)
