@@ -1,5 +1,6 @@
 #include "config/filters.h"
 
+#include <QFileInfo>
 #include <QImageWriter>
 
 using namespace Qt::StringLiterals;
@@ -37,6 +38,12 @@ QString GetSavePictureFilter(const QString &fileName, QString &selected,
         filter += label + u"|*."_s + name + u'|';
     }
     return filter.isEmpty() ? filter : filter + u'|';
+}
+
+bool HasSavableEnding(const QString &path)
+{
+    return QImageWriter::supportedImageFormats().contains(
+        QFileInfo(path).suffix().toLower().toLatin1());
 }
 
 QString GetMacFilter(const QString &filter)

@@ -18,6 +18,9 @@ QString GetSavePictureFilter(const QString &fileName, QString &selected);
 QString GetSavePictureFilter(const QString &fileName, QString &selected,
                              const QList<QByteArray> &formats);
 
+/// Whether a picture can be written in the format that the path's ending names.
+bool HasSavableEnding(const QString &path);
+
 /// Turns pipe form, with the "||" at its end, into what the toolkit's dialogs take: the labels,
 /// joined by
 /// ";;", with blanks between the patterns.

@@ -1,9 +1,14 @@
 #include "editing/picturedocument.h"
 
+#include "base/wholefile.h"
 #include "config/texthelpers.h"
 #include "editing/pictureeditor.h"
 
+#include <QBuffer>
 #include <QCoreApplication>
+#include <QFileInfo>
+#include <QImageReader>
+#include <QImageWriter>
 #include <QPainter>
 
 std::map<QString, int> g_mapNameIndex;
@@ -31,9 +36,14 @@ QPictureDocument::QPictureDocument(const QPixmap &pixmap) : m_Pixmap(pixmap)
     m_Pixmap.setDevicePixelRatio(1);
 }
 
-QPictureDocument::QPictureDocument(const QString &path) : m_FileName(path)
+QPictureDocument::QPictureDocument(const QString &path)
+    : m_FileName(path), m_File(FileIdentity::of(path))
 {
-    m_Pixmap.load(path);
+    if (!m_Pixmap.load(path)) {
+        QImageReader reader(path);
+        reader.read();
+        m_Failure = reader.errorString();
+    }
     // A picture is its pixels: the toolkit reads a scale out of names that end in "@2x".
     m_Pixmap.setDevicePixelRatio(1);
 }
@@ -60,6 +70,11 @@ QPixmap &QPictureDocument::GetUnitePixmap()
 
 bool QPictureDocument::save(const QString &path, const char *format, int quality)
 {
+    if (m_Pixmap.isNull()) {
+        if (m_Failure.isEmpty())
+            m_Failure = QCoreApplication::translate("QPictureDocument", "There is no picture.");
+        return false;
+    }
     QPixmap picture = GetUnitePixmap();
     if (isOpaqueFormat(path) && picture.hasAlpha()) {
         QPixmap opaque(picture.size());
@@ -67,5 +82,31 @@ bool QPictureDocument::save(const QString &path, const char *format, int quality
         QPainter(&opaque).drawPixmap(0, 0, picture);
         picture = opaque;
     }
-    return picture.save(path, format, quality);
+    QBuffer bytes;
+    QImageWriter writer(&bytes, format ? QByteArray(format) : QFileInfo(path).suffix().toLatin1());
+    if (quality >= 0)
+        writer.setQuality(quality);
+    if (!writer.write(picture.toImage())) {
+        m_Failure = writer.errorString();
+        return false;
+    }
+    WholeFile file(path);
+    if (!file.write(bytes.data())) {
+        m_Failure = file.error();
+        return false;
+    }
+    m_File = FileIdentity::of(path);
+    return true;
+}
+
+bool QPictureDocument::isAnotherFile() const
+{
+    const std::optional<FileIdentity> now = FileIdentity::of(m_FileName);
+    return now && now != m_File;
+}
+
+int QPictureDocument::nextNumber()
+{
+    static int s_last = 0;
+    return ++s_last;
 }

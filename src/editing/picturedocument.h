@@ -1,11 +1,13 @@
 #pragma once
 
+#include "base/fileidentity.h"
 #include "editing/shapes.h"
 
 #include <QPixmap>
 #include <QString>
 
 #include <map>
+#include <optional>
 
 /// The last running number given out for each name of an unsaved picture. None is ever given back.
 extern std::map<QString, int> g_mapNameIndex;
@@ -17,7 +19,8 @@ class QPictureDocument
 public:
     QPictureDocument() = default;
     explicit QPictureDocument(const QPixmap &pixmap);
-    /// Loads a picture file. One that can't be read leaves the picture null.
+    /// Loads a picture file. One that can't be read leaves the picture null, and m_Failure says
+    /// why.
     explicit QPictureDocument(const QString &path);
 
     /// True while the document is bound to no file.
@@ -30,17 +33,28 @@ public:
     /// Renders the picture with its shapes.
     QPixmap &GetUnitePixmap();
     /// Writes the united picture. `format` null and `quality` -1 leave the choice to the path and
-    /// the toolkit. False when it could not be written.
+    /// the toolkit. False when it could not be written: a file that was there is as it was, and
+    /// m_Failure says why.
     bool save(const QString &path, const char *format, int quality);
+    /// Whether the file holds something else than was last read from it or written into it here.
+    bool isAnotherFile() const;
+
+    int m_Number = nextNumber();  ///< this document's alone, and that of its copies
 
     QString m_FileName{};  ///< path of the file, or the name that the grab came with
     bool m_Modified = false;
     int m_NameIndex = -1;     ///< running number of an unsaved document; -1 for one bound to a file
     QPixmap m_Pixmap{};       ///< never changed by editing
     QPixmap m_UnitePixmap{};  ///< the last result of GetUnitePixmap
+    std::optional<FileIdentity> m_File{};  ///< the file when it was last read or written
+    QString m_Failure{};                   ///< why it could not be, for the user
+    QString m_Notice{};                    ///< what the user has been told of it
     EditHistory m_VecUnDo{};
     EditHistory m_VecReDo{};
     int m_ScrollX = 0;  ///< scroll bars when the document was last left
     int m_ScrollY = 0;
     float m_Scale = 1.0F;  ///< zoom when the document was last left
+
+private:
+    static int nextNumber();
 };

@@ -222,11 +222,11 @@ void MainWindow::saveSettings()
     SaveAllXmlDocument();
 }
 
-void MainWindow::say(const QString &text)
+void MainWindow::say(const QString &text, const QList<NoticeBar::Action> &actions)
 {
     if (!m_pNotice)
         m_pNotice = new NoticeBar(ui->tabWidget);
-    m_pNotice->tell(text);
+    m_pNotice->tell(text, actions);
     const bool isSeen =
         isVisible() && !isMinimized() && windowHandle() && windowHandle()->isExposed();
     if (isSeen || !m_TrayIcon || !QSystemTrayIcon::isSystemTrayAvailable())

@@ -3,6 +3,7 @@
 #include "capture/magnifier.h"
 #include "editing/picturedocument.h"
 #include "editing/pictureeditor.h"
+#include "shell/noticebar.h"
 
 #include <QMainWindow>
 #include <QPointer>
@@ -17,8 +18,8 @@ class CaptureTools;
 class DialogPreference;
 class FrontWindow;
 class GrabFlow;
-class NoticeBar;
 class QAction;
+class QLabel;
 class QMenu;
 class QMenuBar;
 class QPushButton;
@@ -71,7 +72,8 @@ public:
     void RefillTabList();
     void ShowPictureInTab(int index);
     void SetCurDocumentIndex(int index);
-    int GetDocumentIndex(const QString &name) const;  ///< by file name, without regard to case
+    /// The document that is bound to the file, whatever path or link leads there.
+    int GetDocumentIndex(const QString &name) const;
     QString GetFileShowName(int index) const;
     void RefreshWindowTitle(int index);
     bool HasModified(bool all) const;
@@ -85,7 +87,7 @@ public:
 
     /// Tells the user something that needs no answer: in a quiet bar over the picture, and by the
     /// tray where the window can't be seen. With no tray either, the bar waits until it can be.
-    void say(const QString &text);
+    void say(const QString &text, const QList<NoticeBar::Action> &actions = {});
 
     /// Makes a document of what was grabbed, with its outline cut out.
     void addGrab(Grab grab);
@@ -231,6 +233,15 @@ private:
     void setUpEditor();
     void setUpTray();
     bool isDocument(int index) const;
+    int indexOf(int number) const;  ///< of the document with that number; -1 when it is closed
+    /// Writes the document with its own shapes, and tells the user where that fails.
+    bool writeDocument(int index, const QString &path);
+    /// Tells what has become of a document's file, in place of what was told of it before, and
+    /// offers to save it elsewhere.
+    void sayOfFile(int index, const QString &text, QList<NoticeBar::Action> actions = {});
+    void withdrawNotice(QPictureDocument &document);
+    /// The reason stands where the picture would be.
+    void showMissingPicture();
     void fitPictureArea();
     void zoomTo(float scale);
     void parkHistory(QPictureDocument &document) const;
@@ -269,6 +280,7 @@ private:
     std::unique_ptr<GrabFlow> m_Grabs;          ///< works with the two before it
     DialogPreference *m_pPreference = nullptr;  ///< from its first use on
     NoticeBar *m_pNotice = nullptr;             ///< from its first use on
+    QLabel *m_pMissing = nullptr;               ///< why there is no picture; from its first use on
     QPixmap m_FlagPixmap;
     std::map<std::pair<QString, int>, QPixmap> m_SkinPictures;  ///< by section and attribute
     bool m_isComposited = false;

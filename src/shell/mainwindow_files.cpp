@@ -10,9 +10,12 @@
 #include <QClipboard>
 #include <QDir>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QGuiApplication>
 #include <QMenu>
 #include <QMessageBox>
+
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -45,8 +48,6 @@ QString captionOf(const QAction &action) { return action.text().remove(u'&'); }
 
 }  // namespace
 
-// The editor's shapes go into the document whichever it is, also into one that is not current,
-// which then takes over the current one's.
 bool MainWindow::SaveFile(int index)
 {
     m_pEditor->EndEdit();
@@ -54,18 +55,22 @@ bool MainWindow::SaveFile(int index)
         index = m_CurDocument;
     if (!isDocument(index))
         return false;
-    if (m_Documents[index].IsNewFile()) {
-        if (!SaveAsFile(index))
-            return false;
-    } else {
-        QPictureDocument &document = m_Documents[index];
-        parkHistory(document);
-        document.save(document.m_FileName, nullptr, -1);
-    }
-    m_Documents[index].m_Modified = false;
-    m_Documents[index].SetIsNotNewFile();
-    RefillTabList();
-    return true;
+    QPictureDocument &document = m_Documents[index];
+    if (document.IsNewFile() || !HasSavableEnding(document.m_FileName))
+        return SaveAsFile(index);
+    if (!document.isAnotherFile())
+        return writeDocument(index, document.m_FileName);
+    const auto overwrite = [this, number = document.m_Number] {
+        if (const int now = indexOf(number); isDocument(now)) {
+            m_Documents[now].m_File = FileIdentity::of(m_Documents[now].m_FileName);
+            SaveFile(now);
+        }
+    };
+    sayOfFile(index,
+              tr("\"%1\" was not saved: another program or another tab has changed the file.")
+                  .arg(document.GetShowName()),
+              {{tr("&Overwrite"), overwrite}});
+    return false;
 }
 
 bool MainWindow::SaveAsFile(int index)
@@ -75,34 +80,67 @@ bool MainWindow::SaveAsFile(int index)
         index = m_CurDocument;
     if (!isDocument(index))
         return false;
+    const QPictureDocument &asked = m_Documents[index];
+    const int number = asked.m_Number;
     // A window's title is no path.
-    const QString path = m_Documents[index].IsNewFile()
-                             ? mediaDirectory() + PathSep() +
-                                   m_Documents[index].GetShowName().replace(PathSep(), u"_"_s)
-                             : m_Documents[index].m_FileName;
-    // While the dialog is open a hot key may make another document the current one.
-    const bool wasCurrent = index == m_CurDocument;
-    if (wasCurrent)
-        parkHistory(m_Documents[index]);
+    QString path = asked.IsNewFile() ? mediaDirectory() + PathSep() +
+                                           asked.GetShowName().replace(PathSep(), u"_"_s)
+                                     : asked.m_FileName;
+    const bool isSavable = HasSavableEnding(path);
+    const bool isOwn = !asked.IsNewFile() && isSavable && !asked.isAnotherFile();
+    if (!asked.IsNewFile() && !isSavable)
+        path = QFileInfo(path).path() + PathSep() + QFileInfo(path).completeBaseName() + u".png"_s;
     QString selected;
     const QString filters = GetMacFilter(GetSavePictureFilter(path, selected));
     if (selected.isEmpty())
         selected = GetConfigString(u"SaveMediaFilterIdx"_s);
-    const QString answer = askSaveFileName(this, path, filters, selected);
+    const QString answer = askSaveFileName(this, path, filters, selected, isOwn);
     // The dialog ran an event loop, and the tray can close everything from there.
+    index = indexOf(number);
     if (answer.isEmpty() || !isDocument(index))
         return false;
     SetConfigString(u"SaveMediaFilterIdx"_s, selected);
+    if (!writeDocument(index, answer))
+        return false;
     SetConfigString(u"MediaDir"_s, GetDirectory(answer));
+    return true;
+}
+
+bool MainWindow::writeDocument(int index, const QString &path)
+{
     QPictureDocument &document = m_Documents[index];
-    if (!wasCurrent)
+    // The editor has the shapes of the current document; the others have their own.
+    if (index == m_CurDocument)
         parkHistory(document);
-    document.save(answer, nullptr, -1);
-    document.m_FileName = answer;
+    if (!document.save(path, nullptr, -1)) {
+        sayOfFile(index, tr("\"%1\" could not be saved: %2")
+                             .arg(QFileInfo(path).fileName(), document.m_Failure));
+        return false;
+    }
+    document.m_FileName = path;
     document.m_Modified = false;
     document.SetIsNotNewFile();
+    withdrawNotice(document);
     RefillTabList();
     return true;
+}
+
+void MainWindow::sayOfFile(int index, const QString &text, QList<NoticeBar::Action> actions)
+{
+    QPictureDocument &document = m_Documents[index];
+    withdrawNotice(document);
+    document.m_Notice = text;
+    actions.prepend({tr("Save &As..."), [this, number = document.m_Number] {
+                         if (const int now = indexOf(number); isDocument(now))
+                             SaveAsFile(now);
+                     }});
+    say(text, actions);
+}
+
+void MainWindow::withdrawNotice(QPictureDocument &document)
+{
+    if (m_pNotice && !document.m_Notice.isEmpty())
+        m_pNotice->withdraw(std::exchange(document.m_Notice, {}));
 }
 
 bool MainWindow::SaveAllFiles()
@@ -123,21 +161,21 @@ void MainWindow::CloseFile(int index)
     if (!isDocument(index))
         return;
     if (m_Documents[index].m_Modified) {
-        // While the prompt is up a hot key or the bus may make another document the current one,
-        // and saving takes the shapes of the current one.
-        const bool wasCurrent = index == m_CurDocument;
+        const int number = m_Documents[index].m_Number;
         const auto answer =
             ask(this, tr("Save changes to \"%1\" ?").arg(m_Documents[index].GetShowName()),
                 QMessageBox::Save);
+        // While the prompt is up the bus or the tray may open and close others.
+        index = indexOf(number);
         if (answer == QMessageBox::Cancel || !isDocument(index))
             return;
-        if (answer == QMessageBox::Save) {
-            if (wasCurrent)
-                SetCurDocumentIndex(index);
-            if (!SaveFile(index) || !isDocument(index))
-                return;
-        }
+        if (answer == QMessageBox::Save && !SaveFile(index))
+            return;
+        index = indexOf(number);
+        if (!isDocument(index))
+            return;
     }
+    withdrawNotice(m_Documents[index]);
     // The switch below parks nothing, and the document that stays current must not lose what is
     // new.
     if (isDocument(m_CurDocument) && m_CurDocument != index)
@@ -179,6 +217,8 @@ bool MainWindow::CloseAllFiles()
 {
     if (!saveChanges())
         return false;
+    for (QPictureDocument &document : m_Documents)
+        withdrawNotice(document);
     m_Documents.clear();
     RefillTabList();
     SetCurDocumentIndex(-1);

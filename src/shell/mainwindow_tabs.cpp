@@ -2,11 +2,17 @@
 
 #include "ui_mainwindow.h"
 
+#include <QBoxLayout>
+#include <QDir>
+#include <QFileInfo>
+#include <QLabel>
 #include <QScrollBar>
 #include <QTabBar>
 
 #include <algorithm>
 #include <cmath>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -108,10 +114,26 @@ void MainWindow::SetCurDocumentIndex(int index)
 
 int MainWindow::GetDocumentIndex(const QString &name) const
 {
+    const QString path = QDir::cleanPath(QFileInfo(name).absoluteFilePath());
+    const std::optional<FileIdentity> file = FileIdentity::of(name);
     const auto found =
         std::find_if(m_Documents.begin(), m_Documents.end(), [&](const QPictureDocument &document) {
-            return document.m_FileName.compare(name, Qt::CaseInsensitive) == 0;
+            if (document.IsNewFile())
+                return false;
+            const QFileInfo other(document.m_FileName);
+            if (QDir::cleanPath(other.absoluteFilePath()) == path)
+                return true;
+            const std::optional<FileIdentity> its = FileIdentity::of(document.m_FileName);
+            return file && its && file->isSameFile(*its);
         });
+    return found == m_Documents.end() ? -1 : static_cast<int>(found - m_Documents.begin());
+}
+
+int MainWindow::indexOf(int number) const
+{
+    const auto found = std::find_if(
+        m_Documents.begin(), m_Documents.end(),
+        [number](const QPictureDocument &document) { return document.m_Number == number; });
     return found == m_Documents.end() ? -1 : static_cast<int>(found - m_Documents.begin());
 }
 
@@ -146,8 +168,31 @@ bool MainWindow::HasModified(bool all) const
 
 void MainWindow::RedrawPicture()
 {
-    if (isDocument(m_CurDocument))
-        m_pEditor->setPixmap(m_Documents[m_CurDocument].m_Pixmap);
+    if (!isDocument(m_CurDocument))
+        return;
+    m_pEditor->setPixmap(m_Documents[m_CurDocument].m_Pixmap);
+    showMissingPicture();
+}
+
+void MainWindow::showMissingPicture()
+{
+    const QPictureDocument &document = m_Documents[m_CurDocument];
+    const bool isMissing = document.m_Pixmap.isNull() && !document.m_Failure.isEmpty();
+    if (isMissing && !m_pMissing) {
+        m_pMissing = new QLabel(ui->scrollArea->viewport());
+        m_pMissing->setObjectName(u"LblNoPicture"_s);
+        m_pMissing->setAlignment(Qt::AlignCenter);
+        m_pMissing->setTextFormat(Qt::PlainText);
+        m_pMissing->setWordWrap(true);
+        m_pMissing->setAttribute(Qt::WA_TransparentForMouseEvents);
+        auto *layout = new QVBoxLayout(ui->scrollArea->viewport());
+        layout->addWidget(m_pMissing);
+    }
+    if (!m_pMissing)
+        return;
+    m_pMissing->setVisible(isMissing);
+    m_pMissing->setText(
+        tr("\"%1\" can't be shown: %2").arg(document.GetShowName(), document.m_Failure));
 }
 
 void MainWindow::parkHistory(QPictureDocument &document) const

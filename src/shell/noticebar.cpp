@@ -172,9 +172,16 @@ NoticeBar::NoticeBar(QWidget *area)
 
 void NoticeBar::tell(const QString &text, const QList<Action> &actions)
 {
-    m_notices.removeIf([](const Notice &notice) { return notice.actions.isEmpty(); });
+    m_notices.removeIf(
+        [&text](const Notice &notice) { return notice.actions.isEmpty() || notice.text == text; });
     m_notices.append({text, actions});
     showLast();
+}
+
+void NoticeBar::withdraw(const QString &text)
+{
+    if (m_notices.removeIf([&text](const Notice &notice) { return notice.text == text; }) > 0)
+        showLast();
 }
 
 QString NoticeBar::text() const { return m_notices.isEmpty() ? QString() : m_notices.last().text; }
@@ -198,8 +205,10 @@ void NoticeBar::showLast()
     for (const Action &action : notice.actions) {
         auto *button = new PlateButton(action.text);
         connect(button, &QPushButton::clicked, this, [this, run = action.run] {
+            // The button goes with the notice, and this function with the button.
+            const std::function<void()> next = run;
             leave();
-            run();
+            next();
         });
         m_buttons->addWidget(button);
     }

@@ -13,6 +13,7 @@ class QLabel;
 /// when it appears, and goes by itself after some ten seconds, but not under the pointer, nor while
 /// it has the focus. One that offers something to do stays until it is answered or closed, and
 /// comes back when a later one that covers it is gone; of those that only tell, the last is shown.
+/// What is told again takes the place of what was told before.
 class NoticeBar : public QWidget
 {
     Q_OBJECT
@@ -28,6 +29,8 @@ public:
 
     /// Shows a text, as plain as it is. Its time counts from when it can first be seen.
     void tell(const QString &text, const QList<Action> &actions = {});
+    /// Takes back what no longer holds; a text that is not there does nothing.
+    void withdraw(const QString &text);
     /// Its time counts from now on, seen or not.
     void startTime();
     /// The text that is shown; empty for none.

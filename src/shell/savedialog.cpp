@@ -1,11 +1,13 @@
 #include "shell/savedialog.h"
 
+#include "config/filters.h"
+
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
-#include <QImageWriter>
 #include <QMessageBox>
+#include <QRegularExpression>
 
 using namespace Qt::StringLiterals;
 
@@ -13,12 +15,6 @@ namespace {
 
 // "png(*.png)" gives "png".
 QString formatOf(const QString &filter) { return filter.section(u'(', 0, 0).trimmed(); }
-
-bool hasPictureEnding(const QString &path)
-{
-    return QImageWriter::supportedImageFormats().contains(
-        QFileInfo(path).suffix().toLower().toLatin1());
-}
 
 bool mayReplace(QWidget *parent, const QString &path)
 {
@@ -31,10 +27,29 @@ bool mayReplace(QWidget *parent, const QString &path)
                                 QMessageBox::No) == QMessageBox::Yes;
 }
 
+// The name itself, or with the next number that is free. Without the ending of a picture format it
+// will get that of `format`.
+QString freeName(const QDir &folder, const QString &name, const QString &format)
+{
+    const QString own = HasSavableEnding(name) ? u'.' + QFileInfo(name).suffix() : QString();
+    const QString ending = own.isEmpty() ? u'.' + format : own;
+    // A longer number is a year, say, and part of the name.
+    static const QRegularExpression s_numbered(u"^(.*) (\\d{1,3})$"_s);
+    QString stem = name.chopped(own.size());
+    const QRegularExpressionMatch match = s_numbered.match(stem);
+    QString result = stem;
+    if (match.hasMatch())
+        stem = match.captured(1);
+    for (int number = match.captured(2).toInt();
+         QFileInfo::exists(folder.filePath(result + ending));)
+        result = stem + u' ' + QString::number(++number);
+    return result + own;
+}
+
 }  // namespace
 
 QString askSaveFileName(QWidget *parent, const QString &path, const QString &filters,
-                        QString &selected)
+                        QString &selected, bool mayExist)
 {
     const QString folder = QFileInfo(path).path();
     QFileDialog dialog(parent, QString(), QDir(folder).exists() ? folder : QDir::homePath(),
@@ -50,11 +65,14 @@ QString askSaveFileName(QWidget *parent, const QString &path, const QString &fil
     useEnding(dialog.selectedNameFilter());
     // The name alone: of a whole path the dialog would cut its own folder off, and not always
     // rightly.
-    dialog.selectFile(QFileInfo(path).fileName());
+    const QString name = QFileInfo(path).fileName();
+    dialog.selectFile(
+        mayExist ? name
+                 : freeName(dialog.directory(), name, formatOf(dialog.selectedNameFilter())));
     while (dialog.exec() == QDialog::Accepted) {
         selected = dialog.selectedNameFilter();
         QString answer = dialog.selectedFiles().value(0);
-        if (answer.isEmpty() || hasPictureEnding(answer))
+        if (answer.isEmpty() || HasSavableEnding(answer))
             return answer;
         // The dialog takes any dot for an ending, and has asked about the name without one.
         QString whole = answer + u'.' + formatOf(selected);

@@ -1,11 +1,14 @@
-// What arrives while the main window asks whether to save.
+// Saving, and what arrives while the main window asks whether to save.
 
 #include "config/applicationrecord.h"
+#include "config/settings.h"
 #include "config/xmlstore.h"
 #include "fakedesktop.h"
 #include "shell/mainwindow.h"
 
 #include <QApplication>
+#include <QFileDialog>
+#include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QTabWidget>
@@ -13,6 +16,7 @@
 #include <QTest>
 #include <QTimer>
 
+#include <algorithm>
 #include <functional>
 
 using namespace Qt::StringLiterals;
@@ -30,6 +34,28 @@ void answer(QMessageBox::StandardButton button, const std::function<void()> &mea
         box->button(button)->click();
     });
 }
+
+// Gives the name that the next file dialog proposes, and cancels that.
+void cancelSaveAs(QString &proposed)
+{
+    QTimer::singleShot(1, [&proposed] {
+        auto *dialog = qobject_cast<QFileDialog *>(QApplication::activeModalWidget());
+        if (!dialog)
+            return cancelSaveAs(proposed);
+        proposed = QFileInfo(dialog->selectedFiles().value(0)).fileName();
+        dialog->reject();
+    });
+}
+
+QByteArray contentOf(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+// One pixel.
+const QByteArray s_gif =
+    QByteArray::fromHex("47494638396101000100800100ff0000ffffff2c00000000010001000002024401003b");
 
 QPixmap picture()
 {
@@ -59,8 +85,20 @@ private slots:
     void newPicturesAreNotDiscarded_data();
     void newPicturesAreNotDiscarded();
     void savingChangesClosesNothing();
+    void eachFileGetsItsOwnShapes_data();
+    void eachFileGetsItsOwnShapes();
+    void failuresAreTold();
+    void otherFormatsAreSavedElsewhere_data();
+    void otherFormatsAreSavedElsewhere();
+    void anotherFileIsNotOverwritten();
+    void freeNamesAreProposed();
+    void filesAreKnown();
 
 private:
+    QString at(const QString &name) const { return m_folder.filePath(name); }
+    /// Opens a file, or shows the one that is open, and draws a rectangle with its left edge at 5.
+    void markUp(const QString &path);
+    QString told() const { return m_window->findChild<NoticeBar *>()->text(); }
     int tabs() const { return m_window->findChild<QTabWidget *>(u"tabWidget"_s)->count(); }
 
     FakeDesktop m_desktop;
@@ -76,7 +114,7 @@ void TestPrompts::init()
     file.write("<Galeway ver=\"1\"/>");
     file.close();
     for (const auto &name : {u"a.png"_s, u"b.png"_s})
-        QVERIFY(picture().save(m_folder.filePath(name)));
+        QVERIFY(picture().save(at(name)));
     m_window = std::make_unique<MainWindow>();
     g_MainWindow = m_window.get();
     m_window->show();
@@ -87,6 +125,14 @@ void TestPrompts::cleanup()
     g_MainWindow = nullptr;
     m_window.reset();
     FreeAllXmlDocument();
+}
+
+void TestPrompts::markUp(const QString &path)
+{
+    m_window->openPictures({path});
+    const EditHistory history = redRectangle();
+    m_window->findChild<TPictureEditor *>()->setVecUnDo(&history);
+    PictureChanged(TPictureEditor::HistoryChange, 0);
 }
 
 void TestPrompts::shapesReachTheirFile_data()
@@ -102,11 +148,7 @@ void TestPrompts::shapesReachTheirFile()
 {
     QFETCH(bool, byBus);
     const QString path = m_folder.filePath(u"a.png"_s);
-    m_window->openPictures({path});
-    auto *editor = m_window->findChild<TPictureEditor *>();
-    const EditHistory history = redRectangle();
-    editor->setVecUnDo(&history);
-    PictureChanged(TPictureEditor::HistoryChange, 0);
+    markUp(path);
     answer(QMessageBox::Save, [&] {
         if (byBus)
             m_window->openPictures({m_folder.filePath(u"b.png"_s)});
@@ -117,7 +159,7 @@ void TestPrompts::shapesReachTheirFile()
     QCOMPARE(QImage(path).pixelColor(5, 10), QColor(Qt::red));
     QCOMPARE(m_window->GetDocumentIndex(path), -1);
     QCOMPARE(tabs(), 1);
-    QVERIFY(editor->getVecUnDo().isEmpty());
+    QVERIFY(m_window->findChild<TPictureEditor *>()->getVecUnDo().isEmpty());
 }
 
 void TestPrompts::newPicturesAreNotDiscarded_data()
@@ -143,9 +185,7 @@ void TestPrompts::newPicturesAreNotDiscarded()
 void TestPrompts::savingChangesClosesNothing()
 {
     const QString path = m_folder.filePath(u"a.png"_s);
-    m_window->openPictures({path});
-    const EditHistory history = redRectangle();
-    m_window->findChild<TPictureEditor *>()->setVecUnDo(&history);
+    markUp(path);
     for (const auto button : {QMessageBox::Cancel, QMessageBox::Discard, QMessageBox::SaveAll}) {
         PictureChanged(TPictureEditor::HistoryChange, 0);
         answer(button, [] {});
@@ -154,6 +194,149 @@ void TestPrompts::savingChangesClosesNothing()
         QCOMPARE(m_window->HasModified(true), button != QMessageBox::SaveAll);
     }
     QCOMPARE(QImage(path).pixelColor(5, 10), QColor(Qt::red));
+}
+
+void TestPrompts::eachFileGetsItsOwnShapes_data()
+{
+    QTest::addColumn<bool>("byTheTab");
+    QTest::newRow("all are saved") << false;
+    QTest::newRow("the tab that is not in front is closed") << true;
+}
+
+void TestPrompts::eachFileGetsItsOwnShapes()
+{
+    QFETCH(bool, byTheTab);
+    markUp(at(u"a.png"_s));
+    m_window->openPictures({at(u"b.png"_s)});
+    PictureChanged(TPictureEditor::HistoryChange, 0);
+    answer(byTheTab ? QMessageBox::Save : QMessageBox::SaveAll, [] {});
+    if (byTheTab)
+        m_window->CloseFile(0);
+    else
+        QVERIFY(m_window->CloseAllFiles());
+    QCOMPARE(QImage(at(u"a.png"_s)).pixelColor(5, 10), QColor(Qt::red));
+    QCOMPARE(QImage(at(u"b.png"_s)).pixelColor(5, 10), QColor(Qt::blue));
+}
+
+// The picture stays modified, and whatever wanted to close it stops; until a save works.
+void TestPrompts::failuresAreTold()
+{
+    const QString gone = at(u"gone"_s);
+    QVERIFY(QDir().mkpath(gone) && QFile::copy(at(u"a.png"_s), gone + u"/a.png"_s));
+    markUp(gone + u"/a.png"_s);
+    QVERIFY(QDir(gone).removeRecursively());
+    QVERIFY(!m_window->SaveFile());
+    QVERIFY(told().startsWith(u"\"a.png\" could not be saved: "_s));
+    answer(QMessageBox::SaveAll, [] {});
+    QVERIFY(!m_window->CloseAllFiles());
+    answer(QMessageBox::Save, [] {});
+    m_window->CloseFile();
+    QCOMPARE(m_window->windowTitle(), u"a.png * - Snap Workbench"_s);
+    QVERIFY(QDir().mkpath(gone));
+    QVERIFY(m_window->SaveFile());
+    QCOMPARE(told(), QString());
+    QCOMPARE(m_window->windowTitle(), u"a.png - Snap Workbench"_s);
+}
+
+void TestPrompts::otherFormatsAreSavedElsewhere_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("proposed");
+    QTest::newRow("read only") << u"a.gif"_s << u"a.png"_s;
+    QTest::newRow("no ending") << u"a"_s << u"a 1.png"_s;
+}
+
+void TestPrompts::otherFormatsAreSavedElsewhere()
+{
+    QFETCH(QString, name);
+    QFile file(at(name));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(s_gif);
+    file.close();
+    if (name == u"a.gif")
+        QFile::remove(at(u"a.png"_s));
+    markUp(at(name));
+    QString proposed;
+    cancelSaveAs(proposed);
+    QVERIFY(!m_window->SaveFile());
+    QTEST(proposed, "proposed");
+    QCOMPARE(contentOf(at(name)), s_gif);
+    QVERIFY(m_window->HasModified(false));
+}
+
+void TestPrompts::anotherFileIsNotOverwritten()
+{
+    const QString path = at(u"a.png"_s);
+    markUp(path);
+    QPixmap theirs(33, 33);
+    theirs.fill(Qt::green);
+    QVERIFY(theirs.save(path));
+    QVERIFY(!m_window->SaveFile());
+    QCOMPARE(QImage(path).width(), 33);
+    QVERIFY(told().contains(u"another program"_s));
+    QString proposed;
+    cancelSaveAs(proposed);
+    const auto press = [this](const QString &text) {
+        const auto buttons = m_window->findChild<NoticeBar *>()->findChildren<QPushButton *>();
+        const auto found = std::find_if(buttons.begin(), buttons.end(), [&](auto *button) {
+            return button->text() == text && button->isVisible();
+        });
+        if (found != buttons.end())
+            (*found)->click();
+    };
+    press(u"Save &As..."_s);
+    QCOMPARE(proposed, u"a 1.png"_s);
+    QVERIFY(!m_window->SaveFile());
+    press(u"&Overwrite"_s);
+    QCOMPARE(QImage(path).pixelColor(5, 10), QColor(Qt::red));
+    QVERIFY(!m_window->HasModified(false));
+    // One that is gone is written again.
+    QVERIFY(QFile::remove(path));
+    QVERIFY(m_window->SaveFile());
+}
+
+void TestPrompts::freeNamesAreProposed()
+{
+    SetConfigString(u"MediaDir"_s, m_folder.path());
+    SetConfigString(u"SaveMediaFilterIdx"_s, u"png(*.png)"_s);
+    const QList<std::pair<QString, QString>> names{{u"Mail"_s, u"Mail"_s},
+                                                   {u"b"_s, u"b 1"_s},
+                                                   {u"b 7"_s, u"b 8"_s},
+                                                   {u"b 2024"_s, u"b 2024 1"_s}};
+    for (const auto &[name, expected] : names) {
+        if (name.startsWith(u'b'))
+            QVERIFY(picture().save(at(name + u".png"_s)));
+        m_window->NewDocument(picture(), name);
+        QString proposed;
+        cancelSaveAs(proposed);
+        QVERIFY(!m_window->SaveFile());
+        QCOMPARE(proposed, QString(expected + u".png"_s));
+    }
+}
+
+void TestPrompts::filesAreKnown()
+{
+    QVERIFY(QFile::copy(at(u"a.png"_s), at(u"A.png"_s)));
+    QVERIFY(QFile::link(u"a.png"_s, at(u"link.png"_s)));
+    QFile text(at(u"text.png"_s));
+    QVERIFY(text.open(QIODevice::WriteOnly) && text.write("no picture") > 0);
+    text.close();
+    m_window->openPictures({at(u"a.png"_s), at(u"A.png"_s), at(u"link.png"_s), at(u"text.png"_s),
+                            at(u"none.png"_s), m_folder.path() + u"/./none.png"_s});
+    QCOMPARE(tabs(), 4);
+    QCOMPARE(m_window->GetDocumentIndex(at(u"link.png"_s)), 0);
+    m_window->NewDocument(picture(), at(u"b.png"_s));  // a window of that name is no file
+    QCOMPARE(m_window->GetDocumentIndex(at(u"b.png"_s)), -1);
+
+    // What can't be read says why, and nothing can be written over it.
+    m_window->SetCurDocumentIndex(2);
+    auto *reason = m_window->findChild<QLabel *>(u"LblNoPicture"_s);
+    QVERIFY(reason && reason->text().startsWith(u"\"text.png\" can't be shown: "_s));
+    PictureChanged(TPictureEditor::HistoryChange, 0);
+    QVERIFY(!m_window->SaveFile());
+    QCOMPARE(contentOf(at(u"text.png"_s)), QByteArray("no picture"));
+    m_window->SetCurDocumentIndex(0);
+    QVERIFY(reason->isHidden());
 }
 
 QTEST_MAIN(TestPrompts)
