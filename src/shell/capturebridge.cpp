@@ -1,5 +1,6 @@
 #include "shell/capturebridge.h"
 
+#include "helper/helperjob.h"
 #include "helper/snapworkbenchhelper.h"
 #include "platform/services.h"
 #include "platform/windowlist.h"
@@ -73,6 +74,19 @@ int askInFront(QMessageBox &box)
     return box.exec();
 }
 
+// A picture that is lost is worth a question box; a grab that found nothing to take is not.
+void tellFailure(int failure, const QString &text)
+{
+    MainWindow *window = Ax_GetMainWindow();
+    const bool isEmpty = failure == HelperJob::NoWindow || failure == HelperJob::NoPicture ||
+                         failure == HelperJob::NoWheel;
+    if (isEmpty && window)
+        window->say(text);
+    else
+        GWSnapWorkbenchShowStrings(
+            CaptureBridge::tr("SnapWorkbench is Failing: %1: %2").arg(text).arg(failure));
+}
+
 }  // namespace
 
 AXProjectAppDelegate *Ax_Shared_hlp = nullptr;
@@ -137,9 +151,7 @@ void GWCaptureStatusCallback(void * /*unused*/, int status, const char *path, in
         break;
     case GWCaptureFailed:
         GWSnapWorkbenchStatusDoShow();
-        GWSnapWorkbenchShowStrings(CaptureBridge::tr("SnapWorkbench is Failing: %1: %2")
-                                       .arg(QString::fromUtf8(failureText))
-                                       .arg(failure));
+        tellFailure(failure, QString::fromUtf8(failureText));
         break;
     default:
         break;

@@ -27,6 +27,7 @@
 #include <QTimer>
 #include <QWindow>
 
+#include <algorithm>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -222,14 +223,32 @@ void MainWindow::saveSettings()
     SaveAllXmlDocument();
 }
 
+// Whether the user can see all of a part of this window. A window that is covered is exposed all
+// the same where there is a compositor.
+bool MainWindow::isUncovered(const QWidget &part) const
+{
+    if (!isVisible() || isMinimized() || !windowHandle() || !windowHandle()->isExposed())
+        return false;
+    WindowServer &server = *services().windows;
+    const int number = server.numberOf(this);
+    const auto above = server.windows(WindowServer::List::AtAndAbove, number);
+    const auto own = std::find_if(above.begin(), above.end(),
+                                  [&](const auto &entry) { return entry.number == number; });
+    if (own == above.end())
+        return true;
+    const qreal scale = devicePixelRatioF();
+    const QRectF area(own->bounds.topLeft() + QPointF(part.mapTo(this, QPoint())) * scale,
+                      QSizeF(part.size()) * scale);
+    return std::none_of(above.begin(), own,
+                        [&](const auto &entry) { return entry.bounds.intersects(area); });
+}
+
 void MainWindow::say(const QString &text, const QList<NoticeBar::Action> &actions)
 {
     if (!m_pNotice)
         m_pNotice = new NoticeBar(ui->tabWidget);
     m_pNotice->tell(text, actions);
-    const bool isSeen =
-        isVisible() && !isMinimized() && windowHandle() && windowHandle()->isExposed();
-    if (isSeen || !m_TrayIcon || !QSystemTrayIcon::isSystemTrayAvailable())
+    if (isUncovered(*m_pNotice) || !m_TrayIcon || !QSystemTrayIcon::isSystemTrayAvailable())
         return;
     m_TrayIcon->showMessage(QString::fromWCharArray(g_AppName), text, windowIcon());
     // It has been told: who opens the window hours later need not hear of it.

@@ -225,6 +225,7 @@ private:
 
     void setUpCaption();
     void comeWithinReach();
+    bool isUncovered(const QWidget &part) const;
     /// Cuts the window to its corners' pictures where no compositor lets the desktop show through;
     /// a maximised one has corners to fill the screen's.
     void cutCorners();

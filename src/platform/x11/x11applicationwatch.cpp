@@ -119,6 +119,11 @@ void X11ApplicationWatch::bringToFront(QWidget *widget)
     if (m_display.hasWindowManager()) {
         widget->window()->raise();
         waitUntilManaged(window);
+        // Not every window manager fetches it from another desktop, or goes there.
+        const QList<uint32_t> current = currentDesktop();
+        if (!isOnDesktop(window, current))
+            m_display.sendToRoot(window, m_display.atom("_NET_WM_DESKTOP"),
+                                 {current.first(), s_sourcePager, 0, 0, 0});
         m_display.sendToRoot(window, m_display.atom("_NET_ACTIVE_WINDOW"),
                              {s_sourcePager, XCB_CURRENT_TIME, XCB_NONE, 0, 0});
         return;
@@ -138,11 +143,20 @@ bool X11ApplicationWatch::isInView(xcb_window_t window)
         XCB_REPLY(connection, get_window_attributes, xcb_get_window_attributes(connection, window));
     if (!attributes || attributes->map_state != XCB_MAP_STATE_VIEWABLE)
         return false;
+    return isOnDesktop(window, currentDesktop());
+}
+
+QList<uint32_t> X11ApplicationWatch::currentDesktop()
+{
+    return m_display.values(m_display.root(), m_display.atom("_NET_CURRENT_DESKTOP"),
+                            XCB_ATOM_CARDINAL);
+}
+
+bool X11ApplicationWatch::isOnDesktop(xcb_window_t window, const QList<uint32_t> &desktop)
+{
     const QList<uint32_t> own =
         m_display.values(window, m_display.atom("_NET_WM_DESKTOP"), XCB_ATOM_CARDINAL);
-    const QList<uint32_t> current = m_display.values(
-        m_display.root(), m_display.atom("_NET_CURRENT_DESKTOP"), XCB_ATOM_CARDINAL);
-    return own.isEmpty() || current.isEmpty() || own == current || own.first() == s_allDesktops;
+    return own.isEmpty() || desktop.isEmpty() || own == desktop || own.first() == s_allDesktops;
 }
 
 // A window manager knows nothing yet of a window that was shown a moment ago, and would drop a

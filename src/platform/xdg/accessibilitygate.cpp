@@ -6,9 +6,19 @@
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusPendingReply>
+#include <QScopeGuard>
 #include <QVariantMap>
 
 #include <algorithm>
+#include <cerrno>
+#include <cstddef>
+#include <cstring>
+#include <optional>
+
+#include <poll.h>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
@@ -38,6 +48,50 @@ bool isOn(const QVariantMap &status)
     return status.value(u"IsEnabled"_s).toBool() ||
            status.value(u"ScreenReaderEnabled"_s).toBool() ||
            qEnvironmentVariableIsSet("QT_LINUX_ACCESSIBILITY_ALWAYS_ON");
+}
+
+// The first address of a list, where it is a socket of this machine.
+std::optional<sockaddr_un> socketOf(const QString &address)
+{
+    const QByteArray first = address.section(u';', 0, 0).toUtf8();
+    if (!first.startsWith("unix:"))
+        return {};
+    for (const QByteArray &part : first.mid(5).split(',')) {
+        const QByteArray value = QByteArray::fromPercentEncoding(part.mid(part.indexOf('=') + 1));
+        const bool isAbstract = part.startsWith("abstract=");
+        sockaddr_un result{};
+        result.sun_family = AF_UNIX;
+        if ((!isAbstract && !part.startsWith("path=")) ||
+            value.size() + 1 >= qsizetype(sizeof(result.sun_path)))
+            continue;
+        std::copy(value.begin(), value.end(), result.sun_path + (isAbstract ? 1 : 0));
+        return result;
+    }
+    return {};
+}
+
+// Whether the bus says anything to a client's first words. What is no socket here, and what
+// refuses, is left to the connecting.
+bool isBusAwake(const QString &address, int limit)
+{
+    const std::optional<sockaddr_un> target = socketOf(address);
+    const int client = target ? socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0) : -1;
+    if (client < 0)
+        return true;
+    const auto close = qScopeGuard([client] { ::close(client); });
+    // An abstract name ends where it ends, and a path with a zero.
+    const auto length =
+        static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) +
+                               (target->sun_path[0] != 0 ? strlen(target->sun_path) + 1
+                                                         : 1 + strlen(target->sun_path + 1)));
+    if (connect(client, reinterpret_cast<const sockaddr *>(&*target), length) != 0)
+        return errno != EAGAIN;  // so many wait already that nobody seems to answer
+    const QByteArray words =
+        QByteArray(1, '\0') + "AUTH EXTERNAL " + QByteArray::number(getuid()).toHex() + "\r\n";
+    if (send(client, words.constData(), words.size(), MSG_NOSIGNAL) < 0)
+        return true;
+    pollfd wait{.fd = client, .events = POLLIN, .revents = 0};
+    return poll(&wait, 1, limit) != 0;
 }
 
 }  // namespace
@@ -74,6 +128,9 @@ bool AccessibilityGate::isAnswered()
     }
     if (address.isEmpty())
         return true;
+    // Connecting has no limit of its own.
+    if (!isBusAwake(address, remaining()))
+        return false;
     const QString name = u"accessibility gate"_s;
     const QDBusMessage call =
         QDBusMessage::createMethodCall(u"org.a11y.atspi.Registry"_s, u"/org/a11y/atspi/registry"_s,

@@ -144,6 +144,9 @@ void TestCaptureBridge::failureIsTold()
     answer(u"Continue"_s);
     GWCaptureStatusCallback(nullptr, 7, nullptr, 12, "no such window");
     QCOMPARE(m_asked, u"Alert|SnapWorkbench is Failing: no such window: 12"_s);
+    // A grab that found nothing is told without a box.
+    GWCaptureStatusCallback(nullptr, 7, nullptr, 2, "nothing there");
+    QCOMPARE(m_window->findChild<NoticeBar *>()->text(), u"nothing there"_s);
 }
 
 void TestCaptureBridge::folder()
