@@ -11,6 +11,7 @@
 #include "shell/buscommands.h"
 #include "shell/capturebridge.h"
 #include "shell/capturerefusal.h"
+#include "shell/clipboardkeeper.h"
 #include "shell/mainwindow.h"
 #include "shell/picturestyle.h"
 #include "shell/sessionend.h"
@@ -105,6 +106,7 @@ int main(int argc, char **argv)
         status = QApplication::exec();
         window.SaveGeometry();
         StopWatchAppActive();
+        leaveClipboard();
         GWSnapWorkbenchStartMessageServer(nullptr);
         g_MainWindow = nullptr;
     }

@@ -63,6 +63,7 @@ private slots:
     void openedPictures();
     void busEnds_data();
     void busEnds();
+    void copiedStays();
     void overlayActions_data();
     void overlayActions();
     void otherActions();
@@ -399,6 +400,48 @@ void TestCitizen::loginItem()
     QVERIFY(inTheWay.open(QIODevice::WriteOnly));
     for (const QString &setting : {u"1"_s, u"0"_s})
         QVERIFY(startOnceWith(setting));
+}
+
+// The picture outlives the program, and who keeps it goes when another program copies something.
+void TestCitizen::copiedStays()
+{
+    const auto xclip = [this](const QStringList &arguments, const QByteArray &input = {}) {
+        QProcess process;
+        process.setProcessEnvironment(m_desktop->environment());
+        process.start(u"xclip"_s, QStringList{u"-selection"_s, u"clipboard"_s} + arguments);
+        process.write(input);
+        process.closeWriteChannel();
+        // One that copies leaves a process behind that holds the output open.
+        return process.waitForFinished() && input.isEmpty() ? process.readAll() : QByteArray();
+    };
+    const auto isKept = [&] {
+        const QByteArray home = "HOME=" + QFile::encodeName(m_desktop->home());
+        const QStringList processes = QDir(u"/proc"_s).entryList(QDir::Dirs);
+        return std::any_of(processes.begin(), processes.end(), [&](const QString &process) {
+            const QString folder = u"/proc/"_s + process;
+            QFile environment(folder + u"/environ"_s);
+            return QFile::symLinkTarget(folder + u"/exe"_s)
+                       .endsWith(u"/snapworkbench-clipboard"_s) &&
+                   environment.open(QIODevice::ReadOnly) &&
+                   environment.readAll().split('\0').contains(home);
+        });
+    };
+    QVERIFY(m_program->startAndWait());
+    QVERIFY(m_desktop->waitForFocus(m_program->mainWindow()));
+    m_desktop->key(XK_s, {XK_Control_L, XK_Alt_L});
+    QVERIFY(m_program->waitForTitle(u"untitled * - Snap Workbench"_s));
+    QVERIFY(m_program->waitForState(u"Idle"_s));
+    m_desktop->key(XK_c, {XK_Control_L});
+    const QStringList image{u"-t"_s, u"image/png"_s, u"-o"_s};
+    QImage copied;
+    QVERIFY(waitFor([&] { return copied.loadFromData(xclip(image)); }));
+    QCOMPARE(kill(pid_t(m_program->process()->processId()), SIGTERM), 0);
+    QVERIFY(waitForEnd(m_program->process()));
+    QVERIFY(isKept());
+    QCOMPARE(QImage::fromData(xclip(image)), copied);
+    xclip({u"-i"_s}, "something else");
+    QVERIFY(waitFor([&] { return !isKept(); }));
+    QCOMPARE(xclip({u"-o"_s}), QByteArray("something else"));
 }
 
 QTEST_GUILESS_MAIN(TestCitizen)
