@@ -22,7 +22,7 @@ constexpr int s_uncompressed = 100;    // the toolkit's quality for that
 void leaveClipboard()
 {
     QClipboard *clipboard = QGuiApplication::clipboard();
-    if (!clipboard->ownsClipboard() || services().windows->keepsClipboard())
+    if (!clipboard->ownsClipboard())
         return;
     const bool isImage = clipboard->mimeData()->hasImage();
     // A file and no pipe: nobody is left here to fill one.
@@ -35,7 +35,8 @@ void leaveClipboard()
         return;
     QProcess keeper;
     keeper.setProgram(QCoreApplication::applicationDirPath() + u"/snapworkbench-clipboard"_s);
-    keeper.setArguments({isImage ? u"image"_s : u"text"_s});
+    keeper.setArguments({isImage ? u"image/png"_s : u"text/plain"_s,
+                         services().windows->keepsClipboard() ? u"hand-over"_s : u"keep"_s});
     keeper.setWorkingDirectory(u"/"_s);
     keeper.setStandardInputFile(content.fileName());
     keeper.setStandardOutputFile(QProcess::nullDevice());

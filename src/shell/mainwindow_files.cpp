@@ -233,7 +233,9 @@ bool MainWindow::CopyFile()
     m_pEditor->EndEdit();
     QPictureDocument &document = m_Documents[m_CurDocument];
     parkHistory(document);
-    QGuiApplication::clipboard()->setPixmap(document.GetUnitePixmap());
+    // An image and no pixmap: the toolkit hands it to a clipboard manager when the program is all
+    // but gone, and a pixmap with it.
+    QGuiApplication::clipboard()->setImage(document.GetUnitePixmap().toImage());
     return true;
 }
 
