@@ -1,5 +1,5 @@
 // What a start makes of the files that it finds, with real files, real ends of the process, and
-// kills at any moment.
+// kills at any moment; also of a picture that is being saved.
 
 #include "snapworkbench.h"
 
@@ -8,8 +8,12 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QTest>
+#include <QUrl>
 
+#include <algorithm>
 #include <random>
+
+#include <X11/keysym.h>
 
 using namespace Qt::StringLiterals;
 
@@ -21,7 +25,8 @@ const QString s_own = u"7"_s;
 const QString s_fromBackup = u"8"_s;
 const QString s_shipped = u"3"_s;
 
-constexpr int s_kills = 24;
+constexpr int s_allKills = 200;
+constexpr int s_kills = 21;
 constexpr int s_killWindow = 200;  // milliseconds; longer than a start takes to prove its file
 
 QByteArray read(const QString &path)
@@ -163,26 +168,52 @@ void TestStartup::states()
         QVERIFY(QFileInfo(data.filePath(folder) + u"/kept"_s).isDir());
 }
 
+// While it starts, while it ends, and while it writes a picture over an old one.
 void TestStartup::killsAtAnyMoment()
 {
     SnapWorkbench program(*m_desktop);
     std::mt19937 random(20261121);
-    for (int kill = 0; kill < s_kills; ++kill) {
+    const QString path = m_desktop->home() + u"/picture.png"_s;
+    QImage picture(1200, 900, QImage::Format_RGB32);
+    std::generate(reinterpret_cast<quint32 *>(picture.bits()),
+                  reinterpret_cast<quint32 *>(picture.bits() + picture.sizeInBytes()),
+                  [&random] { return random() | 0xff000000; });
+    QVERIFY(picture.save(path));
+    const int kills = qEnvironmentVariableIsSet("SNAP_LONG") ? s_allKills : s_kills;
+    for (int kill = 0; kill < kills; ++kill) {
         program.writeSettings({{s_key, s_own}});
         QFile::remove(program.backupFile());
         QVERIFY(QFile::copy(program.resourceFile(), program.backupFile()));
-        QProcess *process = program.start();
+        const int doing = kill % 3;
+        if (doing == 0) {
+            program.start();
+        } else {
+            QCOMPARE(startsUntilUp(program), 1);
+        }
+        if (doing == 1) {
+            m_desktop->closeWindow(program.mainWindow());
+        } else if (doing == 2) {
+            program.call(u"org.freedesktop.Application"_s, u"Open"_s,
+                         {QStringList{QUrl::fromLocalFile(path).toString()}, QVariantMap()});
+            QVERIFY(program.waitForTitle(u"picture.png - Snap Workbench"_s));
+            QVERIFY(m_desktop->waitForFocus(program.mainWindow()));
+            // Leaves a record that draws nothing.
+            m_desktop->click(program.mainWindow().area.center(), 3);
+            QVERIFY(program.waitForTitle(u"picture.png * - Snap Workbench"_s));
+            m_desktop->key(XK_s, {XK_Control_L});
+        }
         QElapsedTimer timer;
         timer.start();
         const qint64 moment = static_cast<qint64>(random() % s_killWindow);
         while (timer.elapsed() < moment) {
         }
-        process->kill();
-        QVERIFY(waitFor([&] { return process->state() == QProcess::NotRunning; }));
+        program.process()->kill();
+        QVERIFY(waitFor([&] { return program.process()->state() == QProcess::NotRunning; }));
         // A good file whose backup still stands is never lost, whenever the end came.
         QCOMPARE(startsUntilUp(program), 1);
         QCOMPARE(program.setting(s_key), s_own);
         QVERIFY(!QFile::exists(program.markerFile()));
+        QVERIFY(QImage(path) == picture);
         QVERIFY(program.quit());
     }
     QCOMPARE(QDir(program.dataFolder()).entryList(QDir::Files).size(), 2);
