@@ -230,6 +230,9 @@ private:
     void setUpPictureArea();
     void setUpEditor();
     void setUpTray();
+    /// Some seconds from now, once for all changes until then, and again until it works. A failure
+    /// is told once.
+    void saveSettingsSoon();
     bool isDocument(int index) const;
     void fitPictureArea();
     void zoomTo(float scale);
@@ -272,6 +275,8 @@ private:
     QPixmap m_FlagPixmap;
     std::map<std::pair<QString, int>, QPixmap> m_SkinPictures;  ///< by section and attribute
     bool m_isComposited = false;
+    bool m_isSaveDue = false;
+    bool m_isSaveFailureTold = false;
     Drag m_Drag = Drag::None;
     QPoint m_DragPos;  ///< where the pointer took hold, in the window
     QSize m_DragSize;  ///< the window's size then
