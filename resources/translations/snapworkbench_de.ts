@@ -608,6 +608,10 @@ Rücktaste    Punkt löschen</translation>
         <source>F11</source>
         <translation>F11</translation>
     </message>
+    <message>
+        <source>The settings can&apos;t be saved: %1</source>
+        <translation>Die Einstellungen lassen sich nicht speichern: %1</translation>
+    </message>
 </context>
 <context>
     <name>MenuCapture</name>
@@ -822,6 +826,18 @@ Möchten Sie die Datei ersetzen?</translation>
     <message>
         <source>SnapWorkbench.xml is missing so that it can not work properly</source>
         <translation>SnapWorkbench.xml fehlt, daher ist kein Betrieb möglich</translation>
+    </message>
+    <message>
+        <source>%1 can&apos;t start: %2 is missing or damaged. Install the program again.</source>
+        <translation>%1 kann nicht starten: %2 fehlt oder ist beschädigt. Installieren Sie das Programm neu.</translation>
+    </message>
+    <message>
+        <source>%1 can&apos;t start, since it can&apos;t write %2: %3</source>
+        <translation>%1 kann nicht starten, weil es %2 nicht schreiben kann: %3</translation>
+    </message>
+    <message>
+        <source>%1 was being saved when the program was cut off, and has been changed since then. What was to be saved is in %2.</source>
+        <translation>%1 wurde gerade gespeichert, als das Programm abbrach, und ist seither verändert worden. Was gespeichert werden sollte, steht in %2.</translation>
     </message>
 </context>
 </TS>

@@ -608,6 +608,10 @@ Backspace    删除最后一点</translation>
         <source>F11</source>
         <translation>F11</translation>
     </message>
+    <message>
+        <source>The settings can&apos;t be saved: %1</source>
+        <translation>无法保存设置：%1</translation>
+    </message>
 </context>
 <context>
     <name>MenuCapture</name>
@@ -822,6 +826,18 @@ Do you want to replace it?</source>
     <message>
         <source>SnapWorkbench.xml is missing so that it can not work properly</source>
         <translation>缺少 SnapWorkbench.xml，无法正常工作</translation>
+    </message>
+    <message>
+        <source>%1 can&apos;t start: %2 is missing or damaged. Install the program again.</source>
+        <translation>%1 无法启动：%2 缺失或已损坏。请重新安装程序。</translation>
+    </message>
+    <message>
+        <source>%1 can&apos;t start, since it can&apos;t write %2: %3</source>
+        <translation>%1 无法启动，因为无法写入 %2：%3</translation>
+    </message>
+    <message>
+        <source>%1 was being saved when the program was cut off, and has been changed since then. What was to be saved is in %2.</source>
+        <translation>程序中断时正在保存 %1，此后该文件已被更改。要保存的内容在 %2 中。</translation>
     </message>
 </context>
 </TS>

@@ -21,9 +21,8 @@ void Magnifier::request(QWidget *parent, EShowMagOpr opr, QPoint pos, int type,
     if (create) {
         m_panel = new DigDetail(parent);
         m_panel->SetType(type);
-        const QString mode = GetConfigString(u"MagnificationMode"_s);
-        if (!mode.isEmpty())
-            m_panel->SetViewMode(mode.toInt());
+        m_panel->SetViewMode(GetConfigNumber(u"MagnificationMode"_s, m_panel->GetViewMode(),
+                                             DigDetail::s_full, DigDetail::s_small));
     }
     if (!m_panel)
         return;

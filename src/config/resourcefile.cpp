@@ -1,6 +1,8 @@
 #include "config/resourcefile.h"
 
+#include "base/wholefile.h"
 #include "config/applicationrecord.h"
+#include "config/resourceupgrade.h"
 #include "config/settings.h"
 #include "config/texthelpers.h"
 #include "config/xmlstore.h"
@@ -11,13 +13,17 @@
 #include <QStandardPaths>
 
 #include <array>
+#include <cerrno>
 #include <cstdio>
+#include <string>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
 const QString s_resourceName = u"SnapWorkbench.xml"_s;
+
+ResourceFileProblem s_problem;
 
 QString markerPath() { return userDataFolder() + u"Exceptionfile.rtf"_s; }
 
@@ -30,48 +36,74 @@ QString backupPath(const QString &resource)
 
 bool isFile(const QString &path) { return QFileInfo(path).isFile(); }
 
-// A folder is never one of our files, but may hold something of the user's: nothing in it is lost.
-void moveFolderAside(const QString &path)
+// Nothing of what stands in the way is lost.
+void moveAside(const QString &path, const QString &ending)
 {
     constexpr int tries = 1000;
-    for (int number = 1; QFileInfo(path).isDir() && number <= tries; ++number)
-        QFile::rename(path, path + u'.' + QString::number(number));
+    for (int number = 1; number <= tries; ++number) {
+        if (QFile::rename(path, path + ending + QString::number(number)))
+            break;
+    }
 }
 
-void removeFile(const QString &path)
+// A folder is never one of our files, but may hold something of the user's.
+void moveFolderAside(const QString &path)
+{
+    if (QFileInfo(path).isDir())
+        moveAside(path, u"."_s);
+}
+
+QByteArray contentOf(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+bool canBeRead(const QString &path) { return ReadXmlDocument(path) != nullptr; }
+
+bool writeFile(const QString &path, const QByteArray &bytes)
 {
     moveFolderAside(path);
-    QFile::remove(path);
+    // Permissions travel with a file, and it may have come from one that is read-only.
+    const QFile::Permissions permissions = QFile::permissions(path);
+    const QFile::Permissions needed = QFile::ReadOwner | QFile::WriteOwner;
+    if (isFile(path) && (permissions & needed) != needed)
+        QFile::setPermissions(path, permissions | needed);
+    if (contentOf(path) == bytes)
+        return true;
+    WholeFile file(path);
+    if (file.write(bytes))
+        return true;
+    s_problem = {path, file.error()};
+    return false;
 }
 
-// The shipped file may be read-only, and permissions travel with the file.
-void letUserWrite(const QString &path)
+// The backup becomes the resource file. Without one that can be read, a resource file that can be
+// read stays. False when there is neither and nothing may be installed: the backup is better.
+bool restore(const QString &backup, const QString &resource)
 {
-    QFile::setPermissions(path, QFile::permissions(path) | QFile::ReadOwner | QFile::WriteOwner);
+    const bool isDamaged =
+        isFile(resource) && QFileInfo(resource).size() > 0 && !canBeRead(resource);
+    if (isDamaged)
+        moveAside(resource, u".damaged."_s);
+    if (!canBeRead(backup))
+        return true;
+    // A full disk has room for a file that is moved.
+    return writeFile(resource, contentOf(backup)) ||
+           std::rename(QFile::encodeName(backup).constData(),
+                       QFile::encodeName(resource).constData()) == 0 ||
+           canBeRead(resource);
 }
 
-// Stops at any point with the old target or the new one in place. Without a readable source the old
-// target stays.
-void replaceFile(const QString &source, const QString &target)
+// A copy of the older file stays beside the new one. Where there is no room the older one stays in
+// use, and the next start tries again.
+void upgrade(const QString &shipped, const QString &resource)
 {
-    const QString fresh = target + u".new"_s;
-    removeFile(fresh);
-    if (!QFile::copy(source, fresh))
-        return;
-    letUserWrite(fresh);
-    moveFolderAside(target);
-    // QFile::rename() would not replace a file.
-    std::rename(QFile::encodeName(fresh).constData(), QFile::encodeName(target).constData());
-}
-
-// The backup becomes the resource file. Moved, and not copied, so that a full disk costs nothing.
-void restore(const QString &backup, const QString &resource)
-{
-    removeFile(resource);
-    if (isFile(backup)) {
-        QFile::rename(backup, resource);
-        letUserWrite(resource);
-    }
+    const QDomDocument &user = *GetXmlDocument(resource.toStdWString().c_str(), false);
+    const int version = user.documentElement().attribute(u"ver"_s).toInt();
+    const QString copy = userDataFolder() + u"SnapWorkbench.%1.xml"_s.arg(version);
+    if (writeFile(copy, contentOf(resource)))
+        writeFile(resource, upgraded(user, *GetXmlDocument(shipped.toStdWString().c_str(), false)));
 }
 
 int readNumber(const QString &file, const QString &element, const QString &attribute)
@@ -96,28 +128,49 @@ bool ProcessResourceFile(const QString &)
     const QString resource = userDataFolder() + s_resourceName;
     const QString backup = backupPath(resource);
     g_ResourceFileName = resource;
+    s_problem = {};
 
     const bool lastStartFailed = isFile(markerPath());
     CreateExceptionFile();
-    if (lastStartFailed || !isFile(resource) || QFileInfo(resource).size() <= 0)
-        restore(backup, resource);
+    if (lastStartFailed || !isFile(resource) || QFileInfo(resource).size() <= 0) {
+        if (!restore(backup, resource))
+            return false;
+    }
 
-    if (!isFile(resource) || XmlIsOld(shipped, resource, u"Galeway"_s, u"ver"_s)) {
-        // The store holds the old file by now.
+    if (!isFile(resource) || QFileInfo(resource).size() <= 0) {
+        if (!canBeRead(shipped))
+            s_problem = {shipped, {}};
+        else
+            writeFile(resource, contentOf(shipped));
+        if (!s_problem.path.isEmpty())
+            return false;
+    } else if (XmlIsOld(shipped, resource, u"Galeway"_s, u"ver"_s)) {
+        upgrade(shipped, resource);
+        // The store holds the old file.
         FreeAllXmlDocument();
-        replaceFile(shipped, resource);
     }
     try {
         // Any read will do: it makes the store parse a file that has just been installed.
         GetString(u"test"_s);
-        replaceFile(resource, backup);
+        writeFile(backup, contentOf(resource));
         DeleteExceptionFile();
         return true;
     } catch (...) {
-        removeFile(resource);
-        replaceFile(backup, resource);
+        s_problem = {resource, qt_error_string(ENOMEM)};
+        restore(backup, resource);
         return false;
     }
+}
+
+ResourceFileProblem resourceFileProblem() { return s_problem; }
+
+QString SaveResourceFile()
+{
+    const std::wstring name = g_ResourceFileName.toStdWString();
+    if (SaveXmlDocument(name.c_str()))
+        writeFile(backupPath(g_ResourceFileName), contentOf(g_ResourceFileName));
+    const TXmlDocItem *item = g_XmlDocSet.Find(name.c_str());
+    return item ? item->SaveError : QString();
 }
 
 bool XmlIsOld(const QString &shippedXml, const QString &userXml, const QString &element,

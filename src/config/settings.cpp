@@ -6,8 +6,10 @@
 #include <QCoreApplication>
 #include <QObject>
 
+#include <algorithm>
 #include <array>
 #include <optional>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -20,38 +22,63 @@ constexpr std::array s_attributes{
 constexpr int s_firstPath = 4;
 constexpr int s_lastPath = 10;
 
-std::wstring configPath(const QString &key)
-{
-    return (u"Galeway\\Config\\"_s + key.trimmed()).toStdWString();
-}
+QString configPath(const QString &key) { return u"Galeway\\Config\\"_s + key.trimmed(); }
+
+std::function<void()> s_handler;
 
 // Nothing when the attribute is not there.
-std::optional<QString> readAttribute(const std::wstring &path, const wchar_t *attribute, int size)
+std::optional<QString> readAttribute(const QString &file, const QString &path,
+                                     const wchar_t *attribute, int size)
 {
     std::array<wchar_t, WideTextCapacity> text;
-    if (!GetTextFromXML_W(g_ResourceFileName.toStdWString().c_str(), path.c_str(), attribute,
+    if (!GetTextFromXML_W(file.toStdWString().c_str(), path.toStdWString().c_str(), attribute,
                           text.data(), size))
         return std::nullopt;
     return QString::fromWCharArray(text.data());
+}
+
+// The same from the user's file, or the shipped one where the user's has no such element.
+std::optional<QString> readEither(const QString &path, const wchar_t *attribute, int size)
+{
+    const auto hasElement = [&](const QString &file) {
+        return XmlHasElement(file.toStdWString().c_str(), path.toUtf8().constData());
+    };
+    std::optional<QString> text = readAttribute(g_ResourceFileName, path, attribute, size);
+    const QString shipped = QCoreApplication::applicationDirPath() + u"/SnapWorkbench.xml"_s;
+    if (text || hasElement(g_ResourceFileName) || !hasElement(shipped))
+        return text;
+    return readAttribute(shipped, path, attribute, size);
 }
 
 }  // namespace
 
 void SetConfigString(const QString &key, const QString &value, int)
 {
-    SetTextToXML_W(g_ResourceFileName.toStdWString().c_str(), configPath(key).c_str(), L"data",
+    const std::wstring file = g_ResourceFileName.toStdWString();
+    SetTextToXML_W(file.c_str(), configPath(key).toStdWString().c_str(), L"data",
                    value.toStdWString().c_str(), WideTextCapacity);
+    const TXmlDocItem *item = g_XmlDocSet.Find(file.c_str());
+    if (s_handler && item && item->Dirty)
+        s_handler();
 }
+
+void setSettingsHandler(std::function<void()> handler) { s_handler = std::move(handler); }
 
 QString GetConfigString(const QString &key, int size)
 {
-    return readAttribute(configPath(key), L"data", size).value_or(u""_s);
+    return readAttribute(g_ResourceFileName, configPath(key), L"data", size).value_or(u""_s);
+}
+
+int GetConfigNumber(const QString &key, int fallback, int least, int most)
+{
+    const QString text = GetConfigString(key);
+    return text.isEmpty() ? fallback : std::clamp(text.toInt(), least, most);
 }
 
 QString GetString(const QString &key, int size)
 {
-    const QString path = u"Galeway\\Default\\Strings\\"_s + key.trimmed();
-    return readAttribute(path.toStdWString(), L"data", size).value_or(u""_s);
+    return readEither(u"Galeway\\Default\\Strings\\"_s + key.trimmed(), L"data", size)
+        .value_or(u""_s);
 }
 
 QString GetBtnAttr(const QObject *widget, const QString &section, int kind)
@@ -60,8 +87,7 @@ QString GetBtnAttr(const QObject *widget, const QString &section, int kind)
         return u""_s;
     const QString path = u"Galeway\\Default\\Buttons\\"_s +
                          (widget ? widget->objectName() : QString()) + u'\\' + section.trimmed();
-    const std::optional<QString> text =
-        readAttribute(path.toStdWString(), s_attributes[kind - 1], WideTextCapacity);
+    const std::optional<QString> text = readEither(path, s_attributes[kind - 1], WideTextCapacity);
     if (!text)
         return {};
     const QString value = text->trimmed();

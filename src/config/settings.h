@@ -4,10 +4,13 @@
 
 #include <QString>
 
+#include <functional>
+
 class QObject;
 
 /// Settings, texts and skin attributes: all of them in the tree of the file g_ResourceFileName,
-/// which is kept in memory and reaches the disk with SaveAllXmlDocument.
+/// which is kept in memory and reaches the disk with SaveResourceFile. A text or a section that it
+/// lacks altogether is taken from the shipped file.
 ///
 /// Keys and sections may have white space around them. Values of more than WideTextCapacity - 1
 /// characters are cut, or of `size` - 1 where that is less.
@@ -15,8 +18,15 @@ class QObject;
 /// `size` has no effect.
 void SetConfigString(const QString &key, const QString &value, int size = WideTextCapacity);
 
+/// Called whenever there is a setting to save, until another function is set, or none.
+void setSettingsHandler(std::function<void()> handler);
+
 /// Empty, but never null, when the setting was never written.
 QString GetConfigString(const QString &key, int size = WideTextCapacity);
+
+/// The number of a setting, held between `least` and `most`; `fallback` where it is empty. What is
+/// no number counts as 0.
+int GetConfigNumber(const QString &key, int fallback, int least, int most);
 
 /// A text of the resource file; empty, but never null, when it has none under that key.
 QString GetString(const QString &key, int size = WideTextCapacity);

@@ -3,6 +3,7 @@
 #include <QThread>
 
 #include <algorithm>
+#include <cerrno>
 #include <limits>
 #include <string_view>
 
@@ -24,13 +25,20 @@ int CreateFolder(const char *path)
     if (!path)
         return 0;
     const std::string_view whole(path);
+    int failure = 0;
     // The search begins behind the last stop, so that the root's separator is no stop of its own.
     for (size_t stop = 0; stop < whole.size();) {
         stop = std::min(whole.find_first_of("\\/", stop + 1), whole.size());
-        if (access(path, F_OK) != 0)
-            mkdir(std::string(whole.substr(0, stop)).c_str(), 0775);
+        if (access(path, F_OK) == 0)
+            return 1;
+        // What is there already may be a file. Of the others the first tells why.
+        if (mkdir(std::string(whole.substr(0, stop)).c_str(), 0775) != 0 && failure == 0)
+            failure = errno == EEXIST ? 0 : errno;
     }
-    return access(path, F_OK) == 0;
+    if (access(path, F_OK) == 0)
+        return 1;
+    errno = failure != 0 ? failure : errno;
+    return 0;
 }
 
 int ChangeFileExt(const wchar_t *path, const wchar_t *extension, wchar_t *output)

@@ -16,7 +16,7 @@ QString PathSep();
 QString GetDirectory(const QString &path);
 
 /// Makes the missing folders of `path` (file name encoding). Returns 0 for null and where the
-/// folder can't be made, else 1.
+/// folder can't be made, with errno telling why, else 1.
 int CreateFolder(const char *path);
 
 /// Writes `path` with its extension changed into `output`, an array of WideTextCapacity characters,

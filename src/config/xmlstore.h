@@ -1,11 +1,15 @@
 #pragma once
 
 #include <QDomDocument>
+#include <QHash>
 #include <QStringList>
 
 #include <array>
 #include <memory>
 #include <string>
+
+/// The elements of a document by their paths, each the first of its path in the file's order.
+using XmlPlaces = QHash<QString, QDomElement>;
 
 /// One loaded XML file.
 struct TXmlDocItem {
@@ -13,6 +17,8 @@ struct TXmlDocItem {
     std::unique_ptr<QDomDocument> Document{};  ///< null in a free slot
     bool LoadFailed = false;                   ///< the file could not be opened or parsed
     bool Dirty = false;                        ///< written by the next save
+    QString SaveError{};                       ///< why the last save failed; empty when it did not
+    XmlPlaces Places{};                        ///< empty until somebody searches
 };
 
 /// The last five files that were loaded, the newest first.
@@ -47,25 +53,37 @@ QDomElement FindElement(const QDomNode &parent, const QStringList &names, int in
 /// it, and makes do with an empty document where the file can't be read; otherwise such a file ends
 /// the process at once, which is what the repair at the next start counts on. The document belongs
 /// to the store and lives until five more files were loaded or the store is cleared. Null for an
-/// empty name.
+/// empty name. Of an element's attributes no more than the first 200 are kept.
 QDomDocument *GetXmlDocument(const wchar_t *fileName, bool forWrite);
 
 /// Values are attributes of elements. An element is addressed by the tags that lead to it, from the
 /// top element down, joined by backslashes: Galeway\Config\LineColor. A path has at most 100 tags.
 ///
 /// SetToXML follows the first match at each level and creates what is missing. It gives 1 when an
-/// attribute was there and has been changed, and 0 when it was created, on purpose. Also 0, with
-/// nothing stored, for a path that is empty or too deep, and for a new tag or attribute whose name
-/// XML can't hold. Characters that XML can't hold are left out of the value.
+/// attribute was there, and 0 when it was created, on purpose. Also 0, with nothing stored, for a
+/// path that is empty or too deep, and for a new tag or attribute whose name XML can't hold.
+/// Characters that XML can't hold are left out of the value. An attribute that holds the value
+/// already gives the next save nothing to write.
 int SetToXML(const wchar_t *fileName, const char *path, const char *attribute,
              const QString &value);
 
 /// Searches all matches. Gives 1, or 0 with `value` left alone when the attribute is not there.
 int GetFromXML(const wchar_t *fileName, const char *path, const char *attribute, QString &value);
 
+/// Whether the file has such an element. One that can't be read has none, and ends nothing.
+bool XmlHasElement(const wchar_t *fileName, const char *path);
+
+/// The file as it is on the disk, whatever the store has of it. Null when it can't be opened or
+/// parsed.
+std::unique_ptr<QDomDocument> ReadXmlDocument(const QString &fileName);
+XmlPlaces PlacesOf(const QDomDocument &document);
+/// A document as a file holds it.
+QByteArray XmlBytes(const QDomDocument &document);
+
 extern "C" {
 
-/// 1 when the file was written; 0 when it is not loaded, not dirty or can't be written.
+/// 1 when the file was written, whole; 0 when it is not loaded, not dirty or can't be written, and
+/// then it is as it was.
 int SaveXmlDocument(const wchar_t *fileName);
 /// Saves what is dirty. A file that can't be written counts as saved.
 void SaveAllXmlDocument();

@@ -1,3 +1,4 @@
+#include "base/wholefile.h"
 #include "config/applicationrecord.h"
 #include "config/licensing.h"
 #include "config/resourcefile.h"
@@ -31,16 +32,44 @@ namespace {
 // Pictures of scrolled pages are larger than the toolkit's limit for pictures from files.
 constexpr int s_pictureLimit = 4096;  // megabytes
 
-// Who started the program sees either; a window of this one would look like the other's.
+// Who started the program sees either, where it has no window.
+void tell(const QString &text)
+{
+    std::fputs(qPrintable(text + u'\n'), stderr);
+    showNotification(QString::fromWCharArray(g_AppName), text);
+}
+
 void tellUnanswered()
 {
+    // A window of this program would look like the other's.
+    tell(QCoreApplication::translate("main", "%1 is running already, but does not answer. End that "
+                                             "program, and then start it again.")
+             .arg(QString::fromWCharArray(g_AppName)));
+}
+
+// An empty reason stands for a shipped file that can't be read.
+void tellNoStart(const QString &path, const QString &reason)
+{
     const QString name = QString::fromWCharArray(g_AppName);
-    const QString text =
-        QCoreApplication::translate("main", "%1 is running already, but does not answer. End that "
-                                            "program, and then start it again.")
-            .arg(name);
-    std::fputs(qPrintable(text + u'\n'), stderr);
-    showNotification(name, text);
+    if (reason.isEmpty())
+        tell(QCoreApplication::translate("main", "%1 can't start: %2 is missing or damaged. "
+                                                 "Install the program again.")
+                 .arg(name, path));
+    else
+        tell(QCoreApplication::translate("main", "%1 can't start, since it can't write %2: %3")
+                 .arg(name, path, reason));
+}
+
+// What an earlier run was kept from writing into a file, and this one could not write either.
+QString told(const QList<WholeFile::Unfinished> &writes)
+{
+    QStringList texts;
+    for (const WholeFile::Unfinished &write : writes)
+        texts.append(QCoreApplication::translate(
+                         "main", "%1 was being saved when the program was cut off, and has been "
+                                 "changed since then. What was to be saved is in %2.")
+                         .arg(write.path, write.copy));
+    return texts.join(u'\n');
 }
 
 }  // namespace
@@ -64,10 +93,15 @@ int main(int argc, char **argv)
 
     Licensing::initialise();
     ReadProfile();
-    CreateFolder(QFile::encodeName(userDataFolder()).constData());
+    const QString folder = userDataFolder();
+    if (!CreateFolder(QFile::encodeName(folder).constData())) {
+        tellNoStart(folder, qt_error_string());
+        return 1;
+    }
+    WholeFile::setSpareFolder(folder + u"writes"_s);
     // Before the resource file: two programs that prove it at once would take each other's marker
     // for a crash.
-    SingleProgram single(userDataFolder(), busCommands());
+    SingleProgram single(folder, busCommands());
     switch (single.claim()) {
     case SingleProgram::Claim::First:
         break;
@@ -77,13 +111,18 @@ int main(int argc, char **argv)
         tellUnanswered();
         return 1;
     }
+    // The resource file may be among them.
+    const QString unfinished = told(WholeFile::finishWrites());
     if (!ProcessResourceFile(QCoreApplication::translate(
-            "main", "SnapWorkbench.xml is missing so that it can not work properly")))
-        return 0;
+            "main", "SnapWorkbench.xml is missing so that it can not work properly"))) {
+        const ResourceFileProblem problem = resourceFileProblem();
+        tellNoStart(problem.path, problem.reason);
+        return 1;
+    }
     // Its answer belongs to the licence, which tells the user what is wrong with it.
     Licensing::identityIsValid();
     GWSnapWorkbenchStartMessageServer(GWCaptureStatusCallback);
-    Licensing::setProduct(QString::fromWCharArray(g_AppName), userDataFolder(),
+    Licensing::setProduct(QString::fromWCharArray(g_AppName), folder,
                           QCoreApplication::applicationDirPath() + u'/');
     ProcessLicense();
     StartWatchAppActive();
@@ -102,6 +141,8 @@ int main(int argc, char **argv)
             window.setVisible(true);
         if (const QString refusal = captureRefusal(); !refusal.isEmpty())
             window.say(refusal);
+        if (!unfinished.isEmpty())
+            window.say(unfinished);
         const SessionEnd sessionEnd(window);
         status = QApplication::exec();
         window.SaveGeometry();
@@ -110,5 +151,8 @@ int main(int argc, char **argv)
         GWSnapWorkbenchStartMessageServer(nullptr);
         g_MainWindow = nullptr;
     }
+    // The window has tried.
+    if (const QString reason = SaveResourceFile(); !reason.isEmpty())
+        tell(MainWindow::tr("The settings can't be saved: %1").arg(reason));
     return status;
 }

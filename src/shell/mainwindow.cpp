@@ -2,8 +2,8 @@
 
 #include "config/applicationrecord.h"
 #include "config/licensing.h"
+#include "config/resourcefile.h"
 #include "config/settings.h"
-#include "config/xmlstore.h"
 #include "platform/services.h"
 #include "shell/capturetools.h"
 #include "shell/dialogpreference.h"
@@ -39,7 +39,10 @@ namespace {
 constexpr QSize s_smallestSize(950, 650);
 constexpr QSize s_iconSize(64, 64);
 constexpr int s_widestLine = 1000;  // picture pixels
-constexpr int s_unwindTime = 10;    // ms in which a dialog's loop ends
+constexpr qreal s_largestText = 500;
+constexpr int s_farthest = 32767;  // where a window system can put a window
+constexpr int s_unwindTime = 10;   // ms in which a dialog's loop ends
+constexpr int s_saveDelay = 3000;  // ms from a change of a setting; more changes may follow
 
 QRect availableGeometry() { return QGuiApplication::primaryScreen()->availableGeometry(); }
 
@@ -62,12 +65,6 @@ QIcon iconFrom(const QString &path)
                                                       u"/skin/BtnIcon_normal.png"_s));
 }
 
-int numberOr(const QString &key, int fallback)
-{
-    const QString text = GetConfigString(key);
-    return text.isEmpty() ? fallback : text.toInt();
-}
-
 }  // namespace
 
 MainWindow::MainWindow()
@@ -84,6 +81,7 @@ MainWindow::MainWindow()
     setWindowIcon(iconFrom(GetBtnAttr(this, u"BtnIcon"_s, 4)));
     ui->LblCaption->setText(windowTitle());
 
+    setSettingsHandler([this] { saveSettingsSoon(); });
     setUpGrabs();
     initHotKey(HotkeyCallBack);
     SetAppActiveChangeCallback(ActiveCallBack);
@@ -109,7 +107,8 @@ MainWindow::~MainWindow()
     freeHotKey();
     SetAppActiveChangeCallback(nullptr);
     services().windows->setCompositingHandler(nullptr);
-    SaveAllXmlDocument();
+    setSettingsHandler(nullptr);
+    SaveResourceFile();
 }
 
 void MainWindow::setUpEditor()
@@ -135,6 +134,8 @@ void MainWindow::setUpEditor()
     const QString text = GetConfigString(u"TextFont"_s);
     QFont font;
     if (!text.isEmpty() && font.fromString(text)) {
+        if (font.pointSizeF() > s_largestText || font.pixelSize() > s_largestText)
+            font.setPointSizeF(s_largestText);
         ui->CmbFont->setCurrentFont(font);
         const int size = ui->CmbFontSize->findText(QString::number(font.pointSize()));
         if (size >= 0)
@@ -179,10 +180,12 @@ void MainWindow::InitShowGeometry()
 void MainWindow::ShowNormalGeometry()
 {
     const QRect available = availableGeometry();
-    const int width = numberOr(u"WindowWidth"_s, s_smallestSize.width());
-    const int height = numberOr(u"WindowHeight"_s, s_smallestSize.height());
-    const int left = numberOr(u"WindowLeft"_s, (available.width() - width) / 2);
-    const int top = numberOr(u"WindowTop"_s, (available.height() - height) / 2);
+    const int width = GetConfigNumber(u"WindowWidth"_s, s_smallestSize.width(), 1, s_farthest);
+    const int height = GetConfigNumber(u"WindowHeight"_s, s_smallestSize.height(), 1, s_farthest);
+    const int left =
+        GetConfigNumber(u"WindowLeft"_s, (available.width() - width) / 2, -s_farthest, s_farthest);
+    const int top =
+        GetConfigNumber(u"WindowTop"_s, (available.height() - height) / 2, -s_farthest, s_farthest);
     setGeometry(withinReach(
         {left, top, std::min(width, available.width()), std::min(height, available.height())},
         screenAreas()));
@@ -220,7 +223,23 @@ void MainWindow::SaveGeometry()
 void MainWindow::saveSettings()
 {
     SaveGeometry();
-    SaveAllXmlDocument();
+    SaveResourceFile();
+}
+
+void MainWindow::saveSettingsSoon()
+{
+    if (std::exchange(m_isSaveDue, true))
+        return;
+    services().clock->after(s_saveDelay, this, [this] {
+        m_isSaveDue = false;
+        const QString reason = SaveResourceFile();
+        const bool wasTold = std::exchange(m_isSaveFailureTold, !reason.isEmpty());
+        if (reason.isEmpty())
+            return;
+        if (!wasTold)
+            say(tr("The settings can't be saved: %1").arg(reason));
+        saveSettingsSoon();
+    });
 }
 
 // Whether the user can see all of a part of this window. A window that is covered is exposed all

@@ -233,6 +233,9 @@ private:
     void setUpPictureArea();
     void setUpEditor();
     void setUpTray();
+    /// Some seconds from now, once for all changes until then, and again until it works. A failure
+    /// is told once.
+    void saveSettingsSoon();
     bool isDocument(int index) const;
     int indexOf(int number) const;  ///< of the document with that number; -1 when it is closed
     /// Writes the document with its own shapes, and tells the user where that fails.
@@ -285,6 +288,8 @@ private:
     QPixmap m_FlagPixmap;
     std::map<std::pair<QString, int>, QPixmap> m_SkinPictures;  ///< by section and attribute
     bool m_isComposited = false;
+    bool m_isSaveDue = false;
+    bool m_isSaveFailureTold = false;
     Drag m_Drag = Drag::None;
     QPoint m_DragPos;  ///< where the pointer took hold, in the window
     QSize m_DragSize;  ///< the window's size then

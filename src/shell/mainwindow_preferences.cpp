@@ -4,11 +4,15 @@
 #include "platform/loginitem.h"
 #include "shell/dialogpreference.h"
 
+#include <limits>
+
 using namespace Qt::StringLiterals;
 
 namespace {
 
 constexpr int s_magnification = 8;
+constexpr int s_highestMagnification = 64;
+constexpr int s_longestTimer = 24 * 60 * 60;  // seconds
 
 bool flag(const QString &key) { return GetConfigString(key).toInt() == 1; }
 
@@ -37,7 +41,10 @@ bool MainWindow::GetShowFromXML() { return flag(u"AutoShow"_s); }
 
 void MainWindow::SetShowToXML(bool on) { setFlag(u"AutoShow"_s, on); }
 
-int MainWindow::GetScreenTimerFromXML() { return GetConfigString(u"ScreenTimer"_s).toInt(); }
+int MainWindow::GetScreenTimerFromXML()
+{
+    return GetConfigNumber(u"ScreenTimer"_s, 0, std::numeric_limits<int>::min(), s_longestTimer);
+}
 
 void MainWindow::SetScreenTimerToXML(int seconds)
 {
@@ -50,7 +57,7 @@ void MainWindow::SetShowMagToXML(bool on) { setFlag(u"ShowMagnification"_s, on);
 
 int MainWindow::GetMagnificationFromXML()
 {
-    const int multiple = GetConfigString(u"Magnification"_s).toInt();
+    const int multiple = GetConfigNumber(u"Magnification"_s, 0, 0, s_highestMagnification);
     return multiple > 0 ? multiple : s_magnification;
 }
 

@@ -122,8 +122,8 @@ void TestStartup::states_data()
     QTest::newRow("kept, no backup") << false << Damage(leave) << false << 1 << s_own;
     QTest::newRow("kept, read-only") << false << Damage(makeReadOnly) << true << 1 << s_own;
     QTest::newRow("kept, newer") << false << Damage(newer) << true << 1 << s_own;
-    QTest::newRow("older") << false << Damage(older) << true << 1 << s_shipped;
-    QTest::newRow("no version") << false << Damage(withoutVersion) << true << 1 << s_shipped;
+    QTest::newRow("older") << false << Damage(older) << true << 1 << s_own;
+    QTest::newRow("no version") << false << Damage(withoutVersion) << true << 1 << s_own;
     QTest::newRow("missing") << false << Damage(removeIt) << true << 1 << s_fromBackup;
     QTest::newRow("missing, no backup") << false << Damage(removeIt) << false << 1 << s_shipped;
     QTest::newRow("empty") << false << Damage(emptyIt) << true << 1 << s_fromBackup;
@@ -134,7 +134,7 @@ void TestStartup::states_data()
     QTest::newRow("folder, no backup") << false << Damage(putFolder) << false << 1 << s_shipped;
     QTest::newRow("marker") << true << Damage(leave) << true << 1 << s_fromBackup;
     QTest::newRow("marker, not XML") << true << Damage(garble) << true << 1 << s_fromBackup;
-    QTest::newRow("marker, no backup") << true << Damage(leave) << false << 1 << s_shipped;
+    QTest::newRow("marker, no backup") << true << Damage(leave) << false << 1 << s_own;
 }
 
 void TestStartup::states()

@@ -1,11 +1,16 @@
 #pragma once
 
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QTemporaryDir>
 
-// A folder for the files of one test; it goes with the object.
+// A folder for the files of one test, in memory where that can be; it goes with the object.
 struct Scratch {
-    QTemporaryDir folder{};
+    QTemporaryDir folder{(QFileInfo(QStringLiteral("/dev/shm")).isWritable()
+                              ? QStringLiteral("/dev/shm")
+                              : QDir::tempPath()) +
+                         QStringLiteral("/test-XXXXXX")};
 
     QString path(const QString &name) const { return folder.filePath(name); }
 

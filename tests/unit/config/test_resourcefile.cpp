@@ -1,8 +1,13 @@
+// Each start is a process of its own, forked from this one: a copy of the test in a folder of its
+// own, beside its own shipped files.
+
 #include "config/applicationrecord.h"
 #include "config/resourcefile.h"
+#include "config/resourceupgrade.h"
 #include "config/settings.h"
 #include "config/texthelpers.h"
 #include "config/xmlstore.h"
+#include "killed.h"
 #include "scratch.h"
 
 #include <QDir>
@@ -10,68 +15,116 @@
 #include <QTest>
 
 #include <csignal>
+#include <random>
+
+#include <sys/resource.h>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
+using Files = QMap<QString, QByteArray>;
+
 // States of a file other than its bytes: a null array is a missing file.
 const QByteArray s_folder = "(folder)";
 
-const QString s_shipped = u"SnapWorkbench.xml"_s;
-const QString s_marker = u"data/App/Exceptionfile.rtf"_s;
-const QString s_resource = u"data/App/SnapWorkbench.xml"_s;
-const QString s_backup = u"data/App/SnapWorkbench.~xml"_s;
+const QString s_marker = u"App/Exceptionfile.rtf"_s;
+const QString s_resource = u"App/SnapWorkbench.xml"_s;
+const QString s_backup = u"App/SnapWorkbench.~xml"_s;
+
+QString besideProgram(const QString &name)
+{
+    return QCoreApplication::applicationDirPath() + u'/' + name;
+}
+
+QByteArray contentOf(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+void put(const QString &path, const QByteArray &bytes)
+{
+    QFile::remove(path);
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    QCOMPARE(file.write(bytes), bytes.size());
+}
+
+void ship(const QByteArray &bytes) { put(besideProgram(u"SnapWorkbench.xml"_s), bytes); }
 
 QByteArray xml(const QByteArray &version, const QByteArray &content)
 {
     return "<Galeway ver='" + version + "'><Config><" + content + "/></Config></Galeway>";
 }
 
-// What the program does from its start to its end, with a setting changed in between.
-int runOnce(int argc, char **argv)
+// As the program writes it.
+QByteArray document(const QByteArray &content)
 {
-    const QCoreApplication app(argc, argv);
+    return R"(<?xml version="1.0" encoding="UTF-8"?>)"
+           "\n<Galeway ver=\"5\">\n <Config>\n  " +
+           content + "\n </Config>\n</Galeway>\n";
+}
+
+void begin()
+{
     ReadProfile();
     CreateFolder(QFile::encodeName(userDataFolder()));
     if (!ProcessResourceFile(QString()))
-        return 1;
-    if (*argv[2])
-        SetConfigString(u"K"_s, QString::fromUtf8(argv[2]));
-    SaveAllXmlDocument();
-    return 0;
+        _exit(1);
+}
+
+void fillDisk()
+{
+    signal(SIGXFSZ, SIG_IGN);
+    const rlimit none{};
+    setrlimit(RLIMIT_FSIZE, &none);
+}
+
+int statusOf(const std::function<void()> &work)
+{
+    const pid_t child = fork();
+    if (child == 0) {
+        signal(SIGABRT, SIG_DFL);
+        work();
+        _exit(0);
+    }
+    int status = 0;
+    waitpid(child, &status, 0);
+    return status;
 }
 
 }  // namespace
 
-// Every start is a process of its own, a copy of this program beside its own shipped files.
 class TestResourceFile : public QObject
 {
     Q_OBJECT
 
     std::unique_ptr<Scratch> m_scratch;
 
-    void put(const QString &name, const QByteArray &state) const
+    void putState(const QString &name, const QByteArray &state) const
     {
+        const QString path = m_scratch->path(name);
+        QFile::remove(path);
         if (state == s_folder)
-            QVERIFY(QDir().mkpath(m_scratch->path(name + u"/kept"_s)));
+            QVERIFY(QDir().mkpath(path + u"/kept"_s));
         else if (!state.isNull())
             QFile::setPermissions(m_scratch->put(name, state), QFile::ReadOwner);
     }
 
-    // How many starts in a row die, of SIGABRT and with the marker left behind.
+    // How many starts in a row die, of SIGABRT and with the marker left behind. -1 when one ends in
+    // another way.
     int deaths(int limit, const QString &setting = {}) const
     {
-        QProcess process;
-        auto environment = QProcessEnvironment::systemEnvironment();
-        environment.insert(u"XDG_DATA_HOME"_s, m_scratch->path(u"data"_s));
-        process.setProcessEnvironment(environment);
         for (int count = 0; count < limit; ++count) {
-            process.start(m_scratch->path(u"program"_s), {u"--start"_s, setting});
-            process.waitForFinished();
-            const bool died = process.exitStatus() == QProcess::CrashExit;
-            if (process.exitCode() != (died ? SIGABRT : 0) ||
-                QFileInfo(m_scratch->path(s_marker)).isFile() != died)
+            const int status = statusOf([&] {
+                begin();
+                if (!setting.isEmpty())
+                    SetConfigString(u"K"_s, setting);
+                SaveResourceFile();
+            });
+            const bool died = WIFSIGNALED(status) && WTERMSIG(status) == SIGABRT;
+            if ((!died && status != 0) || QFileInfo(m_scratch->path(s_marker)).isFile() != died)
                 return -1;
             if (!died)
                 return count;
@@ -79,17 +132,48 @@ class TestResourceFile : public QObject
         return limit;
     }
 
+    // The settings in the resource file and the backup.
+    QStringList settings() const
+    {
+        QStringList result;
+        for (const QString &name : {s_resource, s_backup}) {
+            const auto file = ReadXmlDocument(m_scratch->path(name));
+            result.append(
+                file
+                    ? PlacesOf(*file).value(u"Galeway\\Config\\K"_s).attribute(u"data"_s, u"none"_s)
+                    : u"no file"_s);
+        }
+        return result;
+    }
+
+    Files files() const
+    {
+        Files result;
+        const QDir folder(m_scratch->path(u"App"_s));
+        for (const QString &name : folder.entryList(QDir::Files | QDir::Hidden))
+            result.insert(u"App/"_s + name, m_scratch->get(u"App/"_s + name));
+        return result;
+    }
+
+    // These and no others.
+    bool putFiles(const Files &wanted) const
+    {
+        FreeAllXmlDocument();
+        QDir(m_scratch->path(u"App"_s)).removeRecursively();
+        const bool isMade = QDir().mkpath(m_scratch->path(u"App"_s));
+        for (auto it = wanted.begin(); it != wanted.end(); ++it)
+            m_scratch->put(it.key(), *it);
+        return isMade;
+    }
+
 private slots:
     void init()
     {
         m_scratch = std::make_unique<Scratch>();
-        QVERIFY(
-            QFile::copy(QCoreApplication::applicationFilePath(), m_scratch->path(u"program"_s)));
-        QVERIFY(QDir().mkpath(m_scratch->path(u"data/App"_s)));
-        // The company is too long for its array.
-        put(u"gwprofile_r.data"_s,
-            "[gwprofile_r]\napp=App,\ncompany=" + QByteArray(900, 'c') + ",\n");
+        qputenv("XDG_DATA_HOME", QFile::encodeName(m_scratch->folder.path()));
+        QVERIFY(QDir().mkpath(m_scratch->path(u"App"_s)));
     }
+    void cleanup() { FreeAllXmlDocument(); }
 
     void starts_data()
     {
@@ -100,6 +184,8 @@ private slots:
         const QByteArray user = xml("5", "User");
         const QByteArray newer = xml("6", "Newer");
         const QByteArray older = xml("4", "Older");
+        const QByteArray bare = document("<Shipped/>");
+        const QByteArray upgraded = document("<Shipped/>\n  <Older/>");
         const QByteArray saved = xml("5", "Saved");
         const QByteArray cut = user.chopped(9);
         const QByteArray empty = "";
@@ -108,18 +194,18 @@ private slots:
         QTest::newRow("first start")               << none     << none     << none     << shipped << 0;
         QTest::newRow("kept")                      << none     << user     << saved    << user    << 0;
         QTest::newRow("kept, newer")               << none     << newer    << none     << newer   << 0;
-        QTest::newRow("older: replaced")           << none     << older    << saved    << shipped << 0;
-        QTest::newRow("no version: replaced")      << none     << "<Galeway/>"_ba << saved << shipped << 0;
+        QTest::newRow("older: upgraded")           << none     << older    << saved    << upgraded << 0;
+        QTest::newRow("no version: upgraded")      << none     << "<Galeway/>"_ba << saved << bare << 0;
         QTest::newRow("missing: restored")         << none     << none     << saved    << saved   << 0;
         QTest::newRow("empty: restored")           << none     << empty    << saved    << saved   << 0;
         QTest::newRow("empty: installed")          << none     << empty    << none     << shipped << 0;
-        QTest::newRow("old backup: replaced")      << none     << none     << older    << shipped << 0;
+        QTest::newRow("old backup: upgraded")      << none     << none     << older    << upgraded << 0;
         QTest::newRow("marker: restored")          << empty    << user     << saved    << saved   << 0;
-        QTest::newRow("marker: removed")           << empty    << user     << none     << shipped << 0;
+        QTest::newRow("marker: kept")              << empty    << user     << none     << user    << 0;
         QTest::newRow("marker: bad, restored")     << "x"_ba   << "junk"_ba << saved   << saved   << 0;
         QTest::newRow("cut short: dies, restored") << none     << cut      << saved    << saved   << 1;
         QTest::newRow("no XML: dies, installed")   << none     << "junk"_ba << none    << shipped << 1;
-        QTest::newRow("bad backup: dies twice")    << none     << cut      << cut      << shipped << 2;
+        QTest::newRow("bad backup: installed")     << none     << cut      << cut      << shipped << 1;
         QTest::newRow("folder: restored")          << none     << s_folder << saved    << saved   << 0;
         QTest::newRow("folders: installed")        << none     << s_folder << s_folder << shipped << 0;
         QTest::newRow("folder for the marker")     << s_folder << user     << s_folder << user    << 0;
@@ -131,10 +217,10 @@ private slots:
         QFETCH(QByteArray, resource);
         QFETCH(QByteArray, backup);
         QFETCH(QByteArray, expected);
-        put(s_shipped, xml("5", "Shipped"));
-        put(s_marker, marker);
-        put(s_resource, resource);
-        put(s_backup, backup);
+        ship(xml("5", "Shipped"));
+        putState(s_marker, marker);
+        putState(s_resource, resource);
+        putState(s_backup, backup);
 
         QTEST(deaths(5), "dead");
         QCOMPARE(m_scratch->get(s_resource), expected);
@@ -145,51 +231,251 @@ private slots:
         };
         QVERIFY(canWrite(s_backup));
         QCOMPARE(canWrite(s_resource), resource != expected);
-        const QDir folder(m_scratch->path(u"data/App"_s));
+        // What stood in the way or could not be read has been set aside.
+        const QDir folder(m_scratch->path(u"App"_s));
         QCOMPARE(folder.entryList({u"*.1"_s}, QDir::Dirs).size(),
                  QList({marker, resource, backup}).count(s_folder));
+        const QStringList damaged = folder.entryList({u"*.damaged.*"_s}, QDir::Files);
+        QCOMPARE(damaged.size(), resource == "junk" || resource.endsWith('<'));
+        for (const QString &name : damaged)
+            QCOMPARE(m_scratch->get(u"App/"_s + name), resource);
     }
 
     void settingsSurvive()
     {
-        put(s_shipped, xml("5", "K data='shipped'"));
+        ship(xml("5", "K data='shipped'"));
         QCOMPARE(deaths(1, u"changed"_s), 0);
-        QCOMPARE(deaths(1), 0);
-        QVERIFY(m_scratch->get(s_backup).contains("\"changed\""));
-        // The settings of an older file go, also those that were read from it.
-        QVERIFY(QFile::remove(m_scratch->path(s_shipped)));
-        put(s_shipped, xml("6", "L data='shipped'"));
-        QCOMPARE(deaths(1, u"again"_s), 0);
-        QVERIFY(m_scratch->get(s_resource).contains("<L data=\"shipped\""));
-        QCOMPARE(deaths(1), 0);
-        // As if the disk had filled up while settings were saved.
+        QCOMPARE(settings(), QStringList({u"changed"_s, u"changed"_s}));
+        // As if another program had cut the file.
         QVERIFY(QFile::resize(m_scratch->path(s_resource), 50));
         QCOMPARE(deaths(5), 1);
-        QVERIFY(m_scratch->get(s_resource).contains("\"again\""));
+        QCOMPARE(settings(), QStringList({u"changed"_s, u"changed"_s}));
+        QFile::remove(m_scratch->path(s_backup));
+        QVERIFY(QFile::link(u"no/folder"_s, m_scratch->path(s_backup)));
+        QCOMPARE(deaths(1, u"again"_s), 0);
+        QCOMPARE(settings(), QStringList({u"again"_s, u"no file"_s}));
+    }
+
+    // A version 1 file in which everything has been changed.
+    void anUpgradeKeepsSettings()
+    {
+        const QByteArray first = contentOf(shippedInVersion(1));
+        QByteArray user = first;
+        const qsizetype end = user.indexOf("</Config>");
+        user.replace(0, end, user.first(end).replace(" data=\"", " data=\"changed"));
+        user.replace("NormalImg=\"skin/BtnMin_normal.png\"", "MaskImg=\"mine\"");
+        user.replace("</MainWindow>", "<BtnMine HintString=\"mine\"/></MainWindow>");
+        QVERIFY(user.count("mine") == 2 && user.count("changed") > 15);
+        QByteArray newer = first;
+        newer.replace("ver=\"1\"", "ver=\"2\"")
+            .replace("HintString=\"Close\"", "HintString=\"New\"");
+        newer.replace("</Config>", "<Later data=\"7\"/></Config>")
+            .replace("data=\"test\"", "data=\"2\"");
+        newer.replace("HintString=\"Minimize\"", "HintString=\"New\" FontColorDown=\"1\"");
+        ship(newer);
+        putState(s_resource, user);
+        QCOMPARE(deaths(1), 0);
+        QCOMPARE(m_scratch->get(u"App/SnapWorkbench.1.xml"_s), user);
+        const auto file = ReadXmlDocument(m_scratch->path(s_resource));
+        const auto before = ReadXmlDocument(m_scratch->path(u"App/SnapWorkbench.1.xml"_s));
+        QVERIFY(file && before);
+        const XmlPlaces now = PlacesOf(*file);
+        const XmlPlaces then = PlacesOf(*before);
+        const auto value = [&](const XmlPlaces &places, const QString &path, const QString &name) {
+            return places.value(u"Galeway"_s + path).attribute(name, u"none"_s);
+        };
+        for (auto it = then.begin(); it != then.end(); ++it) {
+            if (it.key().startsWith(u"Galeway\\Config\\"))
+                QCOMPARE(now.value(it.key()).attribute(u"data"_s), it->attribute(u"data"_s));
+        }
+        const QString buttons = u"\\Default\\Buttons\\MainWindow\\"_s;
+        QCOMPARE(value(now, {}, u"ver"_s), u"2"_s);
+        QCOMPARE(value(now, u"\\Config\\Later"_s, u"data"_s), u"7"_s);
+        QCOMPARE(value(now, u"\\Default\\Strings\\test"_s, u"data"_s), u"2"_s);
+        QCOMPARE(value(now, buttons + u"BtnClose"_s, u"HintString"_s), u"New"_s);
+        QCOMPARE(value(now, buttons + u"BtnMin"_s, u"HintString"_s), u"Minimize"_s);
+        QCOMPARE(value(now, buttons + u"BtnMin"_s, u"MaskImg"_s), u"mine"_s);
+        QCOMPARE(value(now, buttons + u"BtnMin"_s, u"NormalImg"_s), u"none"_s);
+        QCOMPARE(value(now, buttons + u"BtnMin"_s, u"FontColorDown"_s), u"none"_s);
+        QCOMPARE(value(now, buttons + u"BtnMine"_s, u"HintString"_s), u"mine"_s);
+    }
+
+    // Whoever changes the shipped file raises its version, and puts a copy into the history.
+    void everyVersionIsKept()
+    {
+        const QByteArray shipped = contentOf(QStringLiteral(SNAP_SHIPPED));
+        QDomDocument current;
+        QVERIFY(current.setContent(shipped));
+        const int version = current.documentElement().attribute(u"ver"_s).toInt();
+        QVERIFY(version >= 1);
+        QCOMPARE(contentOf(shippedInVersion(version)), shipped);
+        for (int older = 1; older < version; ++older) {
+            const auto file = ReadXmlDocument(shippedInVersion(older));
+            QVERIFY(file && file->documentElement().attribute(u"ver"_s).toInt() == older);
+        }
+    }
+
+    void whatTheFileLacksIsTheShippedOnes()
+    {
+        const QByteArray content =
+            "<Galeway ver='5'><Default><Strings>%1</Strings><Buttons><W><A %2/>"
+            "</W></Buttons></Default></Galeway>";
+        ship(QByteArray(content)
+                 .replace("%1", "<s data='shipped'/>")
+                 .replace("<A %2/>",
+                          "<A HintString='shipped' Caption='shipped'/><B HintString='shipped'/>"));
+        putState(s_resource, QByteArray(content).replace("%1", "").replace("%2", "Caption='own'"));
+        begin();
+        QObject widget;
+        widget.setObjectName(u"W"_s);
+        const auto texts = [&] {
+            return QStringList({GetString(u"s"_s), GetBtnAttr(&widget, u"A"_s, 1),
+                                GetBtnAttr(&widget, u"A"_s, 3), GetBtnAttr(&widget, u"B"_s, 3)});
+        };
+        QCOMPARE(texts(), QStringList({u"shipped"_s, u"own"_s, {}, u"shipped"_s}));
+        for (const QByteArray &damage : {"junk"_ba, QByteArray()}) {
+            FreeAllXmlDocument();
+            ship(damage);
+            QCOMPARE(texts(), QStringList({{}, u"own"_s, {}, {}}));
+        }
     }
 
     void aBadShippedFileMayBeMended()
     {
-        put(s_shipped, "junk");
-        put(s_resource, xml("5", "User"));
-        put(s_backup, xml("5", "Saved"));
-        QCOMPARE(deaths(2), 2);
-        QCOMPARE(m_scratch->get(s_resource), xml("5", "Saved"));
-        QCOMPARE(deaths(1), 1);
-        QVERIFY(QFile::remove(m_scratch->path(s_shipped)));
-        put(s_shipped, xml("5", "Mended"));
+        ship("junk");
+        putState(s_resource, xml("5", "User"));
+        putState(s_backup, xml("5", "Saved"));
+        QCOMPARE(deaths(3), 3);
+        ship(xml("6", "Mended"));
         QCOMPARE(deaths(1), 0);
-        QCOMPARE(m_scratch->get(s_resource), xml("5", "Mended"));
+        QVERIFY(m_scratch->get(s_resource).contains("<Mended/>\n  <Saved/>"));
+    }
+
+    void fullDisk_data()
+    {
+        for (const char *column : {"marker", "resource", "backup"})
+            QTest::addColumn<QByteArray>(column);
+        QTest::addColumn<bool>("starts");
+        QTest::addColumn<QString>("setting");
+        const QByteArray own = xml("5", "K data='own'");
+        const QByteArray none;
+        const QByteArray empty = "";
+        QTest::newRow("first start") << none << none << none << false << u"no file"_s;
+        QTest::newRow("usual start") << none << own << own << true << u"own"_s;
+        QTest::newRow("damaged") << empty << own.chopped(9) << own << true << u"own"_s;
+        QTest::newRow("upgrade") << none << xml("4", "K data='own'") << none << true << u"own"_s;
+    }
+    void fullDisk()
+    {
+        QFETCH(QByteArray, marker);
+        QFETCH(QByteArray, resource);
+        QFETCH(QByteArray, backup);
+        QFETCH(bool, starts);
+        ship(xml("5", "K data='shipped'"));
+        putState(s_marker, marker);
+        putState(s_resource, resource);
+        putState(s_backup, backup);
+        const int status = statusOf([&] {
+            fillDisk();
+            ReadProfile();
+            const bool isUp = ProcessResourceFile({});
+            const bool isTold = !resourceFileProblem().reason.isEmpty();
+            SetConfigString(u"K"_s, u"lost"_s);
+            // Not written, and still to be written.
+            const bool isKept = !SaveResourceFile().isEmpty() && !SaveResourceFile().isEmpty();
+            _exit(isUp ? (isKept ? 0 : 2) : (isTold ? 1 : 3));
+        });
+        QCOMPARE(WEXITSTATUS(status), starts ? 0 : 1);
+        QTEST(settings().first(), "setting");
+        QCOMPARE(deaths(1), 0);
+    }
+
+    void killedAnywhere_data()
+    {
+        for (const char *column : {"marker", "resource"})
+            QTest::addColumn<QByteArray>(column);
+        QTest::addColumn<bool>("saves");
+        QTest::addColumn<QStringList>("outcomes");
+        const QByteArray own = xml("5", "K data='own'");
+        const QByteArray none;
+        const QStringList isOwn{u"own"_s};
+        QTest::newRow("first start") << none << none << false << QStringList{u"shipped"_s};
+        QTest::newRow("usual start") << none << own << false << isOwn;
+        QTest::newRow("with the marker") << ""_ba << own << false << isOwn;
+        QTest::newRow("damaged") << ""_ba << own.chopped(9) << false << isOwn;
+        QTest::newRow("upgrade") << none << xml("4", "K data='own'") << false << isOwn;
+        QTest::newRow("save") << none << own << true << QStringList{u"own"_s, u"new"_s};
+    }
+    // Kills at every system call, and where the marker stands a second one at the next start, in
+    // each state that the first one can leave.
+    void killedAnywhere()
+    {
+        QFETCH(QByteArray, marker);
+        QFETCH(QByteArray, resource);
+        QFETCH(bool, saves);
+        QFETCH(QStringList, outcomes);
+        ship(xml("5", "K data='shipped'"));
+        Files before{{s_marker, marker},
+                     {s_resource, resource},
+                     {s_backup, marker.isNull() ? resource : xml("5", "K data='own'")}};
+        before.removeIf([](const auto &file) { return file->isNull(); });
+        QSet<QString> seen;
+        const auto isWhole = [&] {
+            const bool isUp = deaths(1) == 0;
+            const QStringList now = settings();
+            seen.insert(now.first());
+            return isUp && outcomes.contains(now.first()) && now.first() == now.last();
+        };
+        const auto work = [saves] {
+            if (!saves)
+                return begin();
+            SetConfigString(u"K"_s, u"new"_s);
+            SaveResourceFile();
+        };
+        const bool isLong = qEnvironmentVariableIsSet("SNAP_LONG");
+        constexpr unsigned sample = 20;
+        std::mt19937 random(20261122);
+        QList<Files> states;
+        int call = 0;
+        int kills = 0;
+        for (;; ++call, ++kills) {
+            putFiles(before);
+            if (saves)
+                begin();
+            if (!killedAt(call, work))
+                break;
+            const Files cut = files();
+            QVERIFY2(isWhole(), qPrintable(u"call %1"_s.arg(call)));
+            if (marker.isNull() || states.contains(cut))
+                continue;
+            states.append(cut);
+            for (int second = 0; putFiles(cut) && killedAt(second, work); ++kills) {
+                QVERIFY2(isWhole(), qPrintable(u"calls %1, %2"_s.arg(call).arg(second)));
+                second += isLong ? 1 : 1 + int(random() % sample);
+            }
+        }
+        QVERIFY(call > 5);
+        QCOMPARE(seen.size(), outcomes.size());
+        qInfo("%d system calls, %d states, %d kills", call, int(states.size()), kills);
     }
 };
 
 int main(int argc, char **argv)
 {
-    if (argc > 2 && qstrcmp(argv[1], "--start") == 0)
-        return runOnce(argc, argv);
     QCoreApplication app(argc, argv);
-    TestResourceFile test;
-    return QTest::qExec(&test, argc, argv);
+    const QString profile = u"gwprofile_r.data"_s;
+    if (QFile::exists(besideProgram(profile))) {
+        TestResourceFile test;
+        return QTest::qExec(&test, argc, argv);
+    }
+    // Nothing can be started from a memory that is mounted so.
+    const Scratch own{QTemporaryDir()};
+    // The company is too long for its array.
+    own.put(profile, "[gwprofile_r]\napp=App,\ncompany=" + QByteArray(900, 'c') + ",\n");
+    const QString copy = own.path(u"program"_s);
+    if (!QFile::copy(QCoreApplication::applicationFilePath(), copy))
+        return 1;
+    return QProcess::execute(copy, QCoreApplication::arguments().mid(1));
 }
 
 #include "test_resourcefile.moc"

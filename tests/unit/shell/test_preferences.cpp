@@ -1,15 +1,19 @@
 // The preferences on their own, and between the main window's settings and its menus.
 
+#include "base/fileidentity.h"
 #include "config/settings.h"
 #include "shell/dialogpreference.h"
+#include "shell/noticebar.h"
 #include "shellfixture.h"
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QDir>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRegularExpression>
+#include <QScreen>
 #include <QTest>
 
 #include <optional>
@@ -30,6 +34,9 @@ private slots:
     void oneChangeWritesAll();
     void shownAgainKeepsWhatItShowed();
     void largeFontCutsNothing();
+    void changesAreSaved();
+    void extremeNumbers_data();
+    void extremeNumbers();
 
 private:
     DialogPreference *open()
@@ -157,6 +164,67 @@ void TestPreferences::largeFontCutsNothing()
                  qPrintable(widget->objectName()));
     }
     QApplication::setFont(usual);
+}
+
+// Within five seconds, and where that fails the user is told once, and what could not be written is
+// written later.
+void TestPreferences::changesAreSaved()
+{
+    const QString path = g_ResourceFileName;
+    const auto isOnDisk = [&](const QString &value) {
+        m_shell->desktop.clock->advance(5000);
+        QFile file(path);
+        return file.open(QIODevice::ReadOnly) && file.readAll().contains(value.toUtf8());
+    };
+    SetConfigString(u"MediaDir"_s, u"/one"_s);
+    QVERIFY(isOnDisk(u"/one"_s));
+    const auto written = FileIdentity::of(path);
+    SetConfigString(u"MediaDir"_s, u"/one"_s);
+    QVERIFY(isOnDisk(u"/one"_s));
+    QVERIFY(FileIdentity::of(path) == written);
+
+    QVERIFY(QFile::remove(path) && QDir().mkdir(path));
+    SetConfigString(u"MediaDir"_s, u"/two"_s);
+    QVERIFY(!isOnDisk(u"/two"_s));
+    auto *bar = m_shell->window->findChild<NoticeBar *>();
+    QVERIFY(bar && !bar->text().isEmpty());
+    bar->tell(u"something else"_s);
+    QVERIFY(!isOnDisk(u"/two"_s));
+    QCOMPARE(bar->text(), u"something else"_s);
+    QVERIFY(QDir().rmdir(path));
+    QVERIFY(isOnDisk(u"/two"_s));
+}
+
+void TestPreferences::extremeNumbers_data()
+{
+    QTest::addColumn<QString>("number");
+    for (const char *number : {"2147483647", "-2147483648", "99999999999", "0", "x"})
+        QTest::newRow(number) << QString::fromLatin1(number);
+}
+
+void TestPreferences::extremeNumbers()
+{
+    QFETCH(QString, number);
+    for (const QString &key :
+         {u"WindowLeft"_s, u"WindowTop"_s, u"WindowWidth"_s, u"WindowHeight"_s, u"LineWidth"_s,
+          u"LineColor"_s, u"ScreenTimer"_s, u"Magnification"_s})
+        SetConfigString(key, number);
+    SetConfigString(u"TextFont"_s, u"Sans,%1,-1,5,50,0,0,0,0,0"_s.arg(number));
+    m_shell->end();
+    m_shell->start();
+    MainWindow &window = *m_shell->window;
+    window.InitShowGeometry();
+    const QRect screen = window.screen()->availableGeometry();
+    QVERIFY(window.size() == screen.size().boundedTo(window.size()).expandedTo({950, 650}));
+    QVERIFY(screen.contains(window.pos()));
+    const int seconds = MainWindow::GetScreenTimerFromXML();
+    QVERIFY(seconds <= 24 * 60 * 60);
+    const int multiple = MainWindow::GetMagnificationFromXML();
+    QVERIFY(multiple >= 1 && multiple <= 64);
+    auto *editor = window.findChild<TPictureEditor *>();
+    QVERIFY(editor->getLineWidth() >= 1 && editor->getLineWidth() <= 1000);
+    const QFont font = editor->EditFont();
+    QVERIFY(font.pointSize() <= 500 && font.pixelSize() <= 500);
 }
 
 QTEST_MAIN(TestPreferences)
