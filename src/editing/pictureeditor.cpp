@@ -4,12 +4,13 @@
 #include "editing/rendering.h"
 #include "editing/scaling.h"
 
-#include <QCoreApplication>
+#include <QGuiApplication>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPaintEvent>
 #include <QPainter>
 #include <QPainterPath>
+#include <QTextCursor>
 #include <QTextEdit>
 #include <QWidget>
 
@@ -30,8 +31,8 @@ constexpr QRect s_measure(-1000, -1000, 10, 10);
 // the last one will do.
 void takeEveryMove(bool every)
 {
-    static const bool s_usual = QCoreApplication::testAttribute(Qt::AA_CompressHighFrequencyEvents);
-    QCoreApplication::setAttribute(Qt::AA_CompressHighFrequencyEvents, s_usual && !every);
+    static const bool s_usual = QGuiApplication::testAttribute(Qt::AA_CompressHighFrequencyEvents);
+    QGuiApplication::setAttribute(Qt::AA_CompressHighFrequencyEvents, s_usual && !every);
 }
 
 }  // namespace
@@ -145,6 +146,7 @@ void TPictureEditor::setPixmap(const QPixmap &pixmap)
 {
     m_Pixmap = pixmap;
     m_Canvas.setPicture(pixmap.toImage());
+    m_Gesture.drop();
     setPixmapScaled(1.0F);
 }
 
@@ -154,8 +156,7 @@ void TPictureEditor::setPixmapScaled(float scale)
     m_Shrunk = {};
     notify(SizeChange);
     refreshPreview();
-    if (isTyping())
-        fitTextField();
+    placeTextField();
     updateWidget();
 }
 
@@ -183,9 +184,11 @@ void TPictureEditor::clearShape()
     updateWidget();
 }
 
+// A field is open also while the page or the window around it is hidden: a tab's page goes before
+// anybody hears of the change.
 bool TPictureEditor::isTyping() const
 {
-    return m_State == stateText && m_pTextEdit && m_pTextEdit->isVisible();
+    return m_State == stateText && m_pTextEdit && !m_pTextEdit->isHidden();
 }
 
 void TPictureEditor::EndEdit()
@@ -248,6 +251,17 @@ void TPictureEditor::fitTextField()
     m_pTextEdit->resize(bounds.size() + s_textRoom);
 }
 
+// An open field goes with its place in the picture.
+void TPictureEditor::placeTextField()
+{
+    if (!isTyping())
+        return;
+    const QPointF place = mapping().toWidget(m_TextPos) / m_pWidget->devicePixelRatioF();
+    m_TextAnchor = place.toPoint();
+    m_pTextEdit->move(m_TextAnchor - s_textInset);
+    fitTextField();
+}
+
 // The shapes that were undone stay where they are: they can still come back on top of the new one.
 void TPictureEditor::record(Geometry geometry, EditMsg style)
 {
@@ -301,18 +315,18 @@ void TPictureEditor::press(const QMouseEvent &event)
 {
     const QPoint position = toPixels(event);
     const QPoint logical = event.position().toPoint();
-    m_Gesture.press(position);
     if (m_State == stateText && event.buttons() == Qt::LeftButton) {
         // Only a click here closes what a click opened: after a text that was committed in another
         // way the next click records an empty one.
-        if (!m_TextOpen) {
+        if (m_TextOpen) {
+            saveEditText();
+            m_TextOpen = false;
+        } else {
             m_TextPos = mapping().toPicture(position);
             m_TextAnchor = logical;
             getUserText();
-        } else {
-            saveEditText();
+            m_TextOpen = true;
         }
-        m_TextOpen = !m_TextOpen;
     }
     // The way out of any tool. It leaves a record behind, typed text or not.
     if (event.buttons() == Qt::RightButton && !m_pTextEdit->geometry().contains(logical)) {
@@ -320,11 +334,17 @@ void TPictureEditor::press(const QMouseEvent &event)
         m_State = stateMove;
         notify(ToolChange);
     }
+    takeHold(event);
+}
+
+void TPictureEditor::takeHold(const QMouseEvent &event)
+{
+    m_Gesture.press(toPixels(event), mapping());
     if (m_State == statePoly && event.buttons() == Qt::LeftButton)
         m_Gesture.startLine();
     if (m_State == stateMove)
         m_pWidget->setCursor(Qt::ClosedHandCursor);
-    m_DragOrigin = logical;
+    m_DragOrigin = event.position().toPoint();
     refreshPreview();
 }
 
@@ -349,7 +369,7 @@ void TPictureEditor::move(const QMouseEvent &event)
 void TPictureEditor::release(const QMouseEvent &event)
 {
     if (m_State == stateMove) {
-        m_Gesture.stop();
+        m_Gesture.drop();
         m_pTextEdit->hide();
         m_pWidget->setCursor(Qt::OpenHandCursor);
     } else if (std::optional<Geometry> shape =
@@ -359,14 +379,17 @@ void TPictureEditor::release(const QMouseEvent &event)
     refreshPreview();
 }
 
-// Once in the editor's life, on purpose.
+// A drag is dropped each time. The field is emptied once in the editor's life, on purpose, and its
+// own undo brings the text back.
 bool TPictureEditor::escape()
 {
-    if (std::exchange(m_EscapeSeen, true))
-        return false;
-    m_Gesture.forget();
-    m_pTextEdit->clear();
+    const bool dropped = m_Gesture.drop();
     refreshPreview();
+    if (std::exchange(m_EscapeSeen, true))
+        return dropped;
+    QTextCursor text(m_pTextEdit->document());
+    text.select(QTextCursor::Document);
+    text.removeSelectedText();
     return true;
 }
 
@@ -449,6 +472,11 @@ bool TPictureEditor::eventFilter(QObject *watched, QEvent *event)
     case QEvent::MouseButtonPress:
         press(*static_cast<QMouseEvent *>(event));
         return true;
+    // The second press of two that follow each other at once. A drag may begin with it; it opens
+    // and closes no text.
+    case QEvent::MouseButtonDblClick:
+        takeHold(*static_cast<QMouseEvent *>(event));
+        return true;
     case QEvent::MouseMove:
         move(*static_cast<QMouseEvent *>(event));
         return true;
@@ -461,12 +489,16 @@ bool TPictureEditor::eventFilter(QObject *watched, QEvent *event)
         break;
     case QEvent::Enter:
         takeEveryMove(m_State == statePoly);
+        // Another window took the pointer during a drag, an overlay say, and the end of it.
+        if (QGuiApplication::mouseButtons() == Qt::NoButton && m_Gesture.drop())
+            refreshPreview();
         break;
     case QEvent::Leave:
         takeEveryMove(false);
         break;
     case QEvent::Resize:
         refreshPreview();
+        placeTextField();
         break;
     default:
         break;

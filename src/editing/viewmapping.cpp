@@ -41,6 +41,16 @@ QPoint ViewMapping::toPicture(QPoint position) const
             static_cast<int>(static_cast<float>(inside.y()) / scale)};
 }
 
+QPointF ViewMapping::toPictureExactly(QPoint position) const
+{
+    return QPointF(position - margins()) / scale;
+}
+
+QPointF ViewMapping::toWidget(QPointF picturePoint) const
+{
+    return picturePoint * scale + margins();
+}
+
 QRect ViewMapping::toScaled(const QRect &part) const
 {
     const QSize size = scaledSize();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QPoint>
+#include <QPointF>
 #include <QRect>
 #include <QSize>
 
@@ -21,6 +22,9 @@ struct ViewMapping {
     /// The picture pixel at a position in the widget. Cut toward zero, so up to a whole zoomed
     /// pixel outside of the picture's left or top edge counts as 0; beyond that it is negative.
     QPoint toPicture(QPoint position) const;
+    /// The same without rounding, and the way back from there.
+    QPointF toPictureExactly(QPoint position) const;
+    QPointF toWidget(QPointF picturePoint) const;
     /// Where a part of the picture shows, in pixels of the scaled picture. Rounded outward, and
     /// with what the scaling mixes into the pixels around it.
     QRect toScaled(const QRect &part) const;

@@ -18,7 +18,9 @@
 #include <QTabBar>
 #include <QTabWidget>
 #include <QTest>
+#include <QTextEdit>
 #include <QTimer>
+#include <QWindow>
 
 #include <array>
 #include <cwchar>
@@ -148,6 +150,8 @@ void TestMainWindow::documentsKeepTheirState()
 
 void TestMainWindow::shapesStayWithTheirDocument()
 {
+    const QString path = m_shell->folder.filePath(u"a.png"_s);
+    QVERIFY(picture(20, 20).save(path));
     auto *editor = m_window->findChild<TPictureEditor *>();
     m_window->NewDocument(picture(20, 20), {});
     const EditHistory history{std::make_shared<const EditEntry>()};
@@ -160,6 +164,29 @@ void TestMainWindow::shapesStayWithTheirDocument()
     QCOMPARE(editor->getVecReDo(), history);
     tabs()->setCurrentIndex(1);
     QVERIFY(editor->getVecReDo().isEmpty());
+
+    // What was begun in one ends there or nowhere, also where its star is new and makes new tabs.
+    m_window->openPictures({path});
+    const auto *sheet = m_window->findChild<QWidget *>(u"lblPicture"_s);
+    QWindow *native = m_window->windowHandle();
+    const QPoint middle = sheet->mapTo(m_window, sheet->rect().center());
+    click("BtnDrawText");
+    QTest::mouseClick(native, Qt::LeftButton, {}, middle);
+    QTest::keyClicks(sheet->findChild<QTextEdit *>(), u"mine"_s);
+    QTest::mouseClick(native, Qt::LeftButton, {},
+                      tabs()->tabBar()->mapTo(m_window, tabs()->tabBar()->tabRect(1).center()));
+    QCOMPARE(tabs()->currentIndex(), 1);
+    QVERIFY(editor->getVecUnDo().isEmpty());
+    tabs()->setCurrentIndex(2);
+    QCOMPARE(editor->getVecUnDo().size(), 1);
+    QCOMPARE(editor->getVecUnDo().constFirst()->style.text, u"mine"_s);
+    QCOMPARE(title(), u"a.png * - Snap Workbench"_s);
+    click("BtnDrawRect");
+    QTest::mousePress(native, Qt::LeftButton, {}, middle);
+    QTest::keyClick(tabs(), Qt::Key_Tab, Qt::ControlModifier);
+    QTest::mouseRelease(native, Qt::LeftButton, {}, middle + QPoint(5, 5));
+    QCOMPARE(tabs()->currentIndex(), 0);
+    QVERIFY(editor->getVecUnDo().isEmpty());
 }
 
 void TestMainWindow::zoomLimits_data()
