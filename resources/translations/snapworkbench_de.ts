@@ -608,6 +608,10 @@ Rücktaste    Punkt löschen</translation>
         <source>F11</source>
         <translation>F11</translation>
     </message>
+    <message>
+        <source>Nothing can be drawn outside the picture. A thin line shows where it ends.</source>
+        <translation>Außerhalb des Bildes lässt sich nichts zeichnen. Eine dünne Linie zeigt, wo es endet.</translation>
+    </message>
 </context>
 <context>
     <name>MenuCapture</name>

@@ -608,6 +608,10 @@ Backspace    删除最后一点</translation>
         <source>F11</source>
         <translation>F11</translation>
     </message>
+    <message>
+        <source>Nothing can be drawn outside the picture. A thin line shows where it ends.</source>
+        <translation>无法在图片之外绘制。细线标出了图片的边缘。</translation>
+    </message>
 </context>
 <context>
     <name>MenuCapture</name>

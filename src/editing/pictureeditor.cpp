@@ -1,5 +1,6 @@
 #include "editing/pictureeditor.h"
 
+#include "editing/coverage.h"
 #include "editing/cutting.h"
 #include "editing/rendering.h"
 #include "editing/scaling.h"
@@ -26,6 +27,9 @@ constexpr QPoint s_textInset(5, 5);
 constexpr QSize s_textRoom(50, 20);
 // The text is measured outside of the field, in a place too small for it.
 constexpr QRect s_measure(-1000, -1000, 10, 10);
+
+// Quiet, and seen beside light and dark pictures on a light ground.
+constexpr QColor s_pictureEdge(126, 136, 146);
 
 // The toolkit drops moves that it finds waiting. A freehand line needs them all; for anything else
 // the last one will do.
@@ -321,11 +325,13 @@ void TPictureEditor::press(const QMouseEvent &event)
         if (m_TextOpen) {
             saveEditText();
             m_TextOpen = false;
-        } else {
+        } else if (mapping().shown().contains(position)) {
             m_TextPos = mapping().toPicture(position);
             m_TextAnchor = logical;
             getUserText();
             m_TextOpen = true;
+        } else if (!m_Pixmap.isNull()) {
+            notify(Refusal);
         }
     }
     // The way out of any tool. It leaves a record behind, typed text or not.
@@ -374,7 +380,11 @@ void TPictureEditor::release(const QMouseEvent &event)
         m_pWidget->setCursor(Qt::OpenHandCursor);
     } else if (std::optional<Geometry> shape =
                    m_Gesture.release(m_State, toPixels(event), mapping(), m_LineWidth)) {
-        record(std::move(*shape), {.type = m_State, .width = m_LineWidth, .color = m_PenColor});
+        EditMsg style{.type = m_State, .width = m_LineWidth, .color = m_PenColor};
+        if (!liesOutside(*shape, style, m_Pixmap.size()))
+            record(std::move(*shape), std::move(style));
+        else if (!m_Pixmap.isNull())
+            notify(Refusal);
     }
     refreshPreview();
 }
@@ -414,17 +424,22 @@ const QImage &TPictureEditor::shrunk(QSize size)
 void TPictureEditor::paint(const QPaintEvent &event)
 {
     const ViewMapping view = mapping();
-    const QSize size = view.scaledSize();
-    if (size.isEmpty())
+    const QRect shown = view.shown();
+    if (shown.isEmpty())
         return;
+    const QSize size = shown.size();
     QPainter painter(m_pWidget);
     const QTransform toDevice = painter.deviceTransform();
     const QPoint origin = QPointF(toDevice.dx(), toDevice.dy()).toPoint();
     painter.setWorldTransform(QTransform::fromTranslate(origin.x(), origin.y()) *
                               toDevice.inverted());
 
+    // Beside the picture, so that it covers none of its pixels.
+    for (const QRect &line : QRegion(shown.adjusted(-1, -1, 1, 1)) - shown)
+        painter.fillRect(line, s_pictureEdge);
+
     const qreal ratio = m_pWidget->devicePixelRatioF();
-    const QPoint margins = view.margins();
+    const QPoint margins = shown.topLeft();
     QRegion region;
     for (const QRect &rect : event.region()) {
         region += QRectF(QPointF(rect.topLeft()) * ratio, QSizeF(rect.size()) * ratio)

@@ -25,9 +25,9 @@ class TPictureEditor : public QObject
     Q_OBJECT
 
 public:
-    /// What changed, as told to the callback; its second argument is always 0 and its result
-    /// ignored.
-    enum Change { HistoryChange = 1, SizeChange = 2, ToolChange = 3 };
+    /// What happened, as told to the callback; its second argument is always 0 and its result
+    /// ignored. A refusal is of a text or shape outside of the picture, which is not recorded.
+    enum Change { HistoryChange = 1, SizeChange = 2, ToolChange = 3, Refusal = 4 };
     using Callback = long (*)(long, long);
 
     /// An editor over `widget`, which outlives it.

@@ -34,6 +34,12 @@ QSize ViewMapping::scaledSize() const
                : picture.scaled(room, Qt::KeepAspectRatio).expandedTo({1, 1});
 }
 
+QRect ViewMapping::shown() const
+{
+    const QSize size = scaledSize();
+    return size.isEmpty() ? QRect() : QRect(margins(), size);
+}
+
 QPoint ViewMapping::toPicture(QPoint position) const
 {
     const QPoint inside = position - margins();

@@ -19,6 +19,8 @@ struct ViewMapping {
     /// The size that the picture is scaled to, its proportions kept: up to a pixel less than the
     /// room on one side. Empty where nothing of it is left.
     QSize scaledSize() const;
+    /// Where the picture shows in the widget; null where nothing of it is left.
+    QRect shown() const;
     /// The picture pixel at a position in the widget. Cut toward zero, so up to a whole zoomed
     /// pixel outside of the picture's left or top edge counts as 0; beyond that it is negative.
     QPoint toPicture(QPoint position) const;

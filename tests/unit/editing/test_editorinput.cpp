@@ -141,9 +141,10 @@ void TestEditorInput::presses_data()
 {
     QTest::addColumn<std::function<void()>>("mouse");
     QTest::addColumn<QList<QRect>>("rectangles");
-    const auto row = [](const char *name, const QList<QRect> &rectangles,
+    QTest::addColumn<int>("refusals");
+    const auto row = [](const char *name, const QList<QRect> &rectangles, int refusals,
                         const std::function<void()> &mouse) {
-        QTest::newRow(name) << mouse << rectangles;
+        QTest::newRow(name) << mouse << rectangles << refusals;
     };
     const auto again = [this](QPoint at) {
         send(QEvent::MouseButtonDblClick, at, Qt::LeftButton, Qt::LeftButton);
@@ -155,31 +156,40 @@ void TestEditorInput::presses_data()
         moveTo({100, 75});
         release({100, 75});
     };
-    row("double click", {}, [=, this] {
+    row("double click", {}, 0, [=, this] {
         click({60, 60});
         again({60, 60});
         release({60, 60});
     });
-    row("click and drag", {{QPoint(12, 11), QPoint(40, 30)}}, [=, this] {
+    row("click and drag", {{QPoint(12, 11), QPoint(40, 30)}}, 0, [=, this] {
         click({60, 60});
         again({62, 61});
         moveTo({90, 80});
         release({90, 80});
     });
-    row("Escape", {}, [=, this] {
+    row("Escape", {}, 0, [=, this] {
         for (int i = 0; i < 2; ++i)
             dragAcross([this] { QVERIFY(pressEscape()); });
     });
-    row("another picture", {},
+    row("another picture", {}, 0,
         [=, this] { dragAcross([this] { m_editor->setPixmap(m_editor->getPixmap()); }); });
-    row("released elsewhere", {}, [=, this] {
+    row("released elsewhere", {}, 0, [=, this] {
         dragAcross([this] {
             QEnterEvent enter({70, 70}, {70, 70}, {70, 70});
             QCoreApplication::sendEvent(m_widget.get(), &enter);
         });
     });
-    row("zoom", {{QPoint(10, 10), QPoint(50, 25)}},
+    row("zoom", {{QPoint(10, 10), QPoint(50, 25)}}, 0,
         [=, this] { dragAcross([this] { m_editor->setPixmapScaled(2); }); });
+    row("beside the picture", {}, 1, [this] { drag({10, 10}, {40, 140}); });
+    row("around the picture", {}, 1, [this] { drag({45, 45}, {155, 105}); });
+    row("a wide line reaches in", {{QPoint(-5, -5), QPoint(105, 55)}}, 0, [this] {
+        m_editor->setLineWidth(12);
+        drag({45, 45}, {155, 105});
+    });
+    row("corners outside", {{QPoint(-10, 10), QPoint(110, 20)}}, 0, [this] {
+        drag({40, 60}, {160, 70});
+    });
 }
 
 // Each press makes one shape at the most, from where it was pressed, in the picture for which it
@@ -193,6 +203,7 @@ void TestEditorInput::presses()
     for (const EntryPtr &entry : m_editor->getVecUnDo())
         rectangles.append(std::get<RectShape>(entry->geometry).outline.boundingRect());
     QTEST(rectangles, "rectangles");
+    QTEST(static_cast<int>(g_changes.count(TPictureEditor::Refusal)), "refusals");
 }
 
 void TestEditorInput::handTool()
@@ -242,6 +253,9 @@ void TestEditorInput::rightClick()
 void TestEditorInput::textByClicks()
 {
     m_editor->setState(stateText);
+    click({45, 60});
+    QVERIFY(!field()->isVisible());
+    QCOMPARE(g_changes, QList<long>{TPictureEditor::Refusal});
     click({60, 60});
     QVERIFY(field()->isVisible());
     QCOMPARE(field()->pos(), QPoint(55, 55));

@@ -1,4 +1,5 @@
 #include "config/settings.h"
+#include "shell/noticebar.h"
 #include "shellfixture.h"
 
 #include <QApplication>
@@ -169,7 +170,8 @@ void TestMainWindow::shapesStayWithTheirDocument()
     m_window->openPictures({path});
     const auto *sheet = m_window->findChild<QWidget *>(u"lblPicture"_s);
     QWindow *native = m_window->windowHandle();
-    const QPoint middle = sheet->mapTo(m_window, sheet->rect().center());
+    const auto at = [&](QPoint place) { return sheet->mapTo(m_window, place); };
+    const QPoint middle = at(sheet->rect().center());
     click("BtnDrawText");
     QTest::mouseClick(native, Qt::LeftButton, {}, middle);
     QTest::keyClicks(sheet->findChild<QTextEdit *>(), u"mine"_s);
@@ -187,6 +189,17 @@ void TestMainWindow::shapesStayWithTheirDocument()
     QTest::mouseRelease(native, Qt::LeftButton, {}, middle + QPoint(5, 5));
     QCOMPARE(tabs()->currentIndex(), 0);
     QVERIFY(editor->getVecUnDo().isEmpty());
+
+    // What lies in the margin is told of once.
+    const auto drawBeside = [&] {
+        QTest::mousePress(native, Qt::LeftButton, {}, at({5, 5}));
+        QTest::mouseRelease(native, Qt::LeftButton, {}, at({15, 15}));
+        const auto *notice = m_window->findChild<NoticeBar *>();
+        return notice ? notice->text() : QString();
+    };
+    QVERIFY(drawBeside().contains(u"outside the picture"_s));
+    m_window->say(u"else"_s);
+    QCOMPARE(drawBeside(), u"else"_s);
 }
 
 void TestMainWindow::zoomLimits_data()
