@@ -51,7 +51,6 @@ private slots:
     void textByClicks();
     void textCommitted_data();
     void textCommitted();
-    void clickAfterCommit();
     void fieldFits();
     void escapeOnce();
     void redoAfterNewShape();
@@ -273,74 +272,48 @@ void TestEditorInput::textByClicks()
     QVERIFY(field()->isVisible());
     QVERIFY(field()->toPlainText().isEmpty());
     QCOMPARE(m_editor->getVecUnDo().size(), 1);
+
+    // Only a click closes what a click opened: after another way the next one records an empty
+    // text, and the one after that opens the field.
+    m_editor->EndEdit();
+    click({60, 60});
+    QVERIFY(!field()->isVisible());
+    QCOMPARE(m_editor->getVecUnDo().size(), 3);
+    click({60, 60});
+    QVERIFY(field()->isVisible());
+    QCOMPARE(m_editor->getVecUnDo().size(), 3);
 }
 
 void TestEditorInput::textCommitted_data()
 {
-    QTest::addColumn<int>("way");
-    QTest::newRow("tool") << 0;
-    QTest::newRow("the same tool") << 1;
-    QTest::newRow("EndEdit") << 2;
-    QTest::newRow("right click") << 3;
-    QTest::newRow("undo") << 4;
-    QTest::newRow("redo") << 5;
-    QTest::newRow("on a hidden page") << 6;
+    QTest::addColumn<std::function<void()>>("way");
+    const auto row = [](const char *name, const std::function<void()> &way) {
+        QTest::newRow(name) << way;
+    };
+    row("tool", [this] { m_editor->setState(stateRect); });
+    row("the same tool", [this] { m_editor->setState(stateText); });
+    row("EndEdit, twice", [this] { m_editor->EndEdit(), m_editor->EndEdit(); });
+    row("on a hidden page", [this] { m_widget->hide(), m_editor->EndEdit(); });
+    row("right click", [this] { click({190, 140}, Qt::RightButton); });
+    row("redo", [this] { m_editor->Redo(); });
+    row("undo, which takes it back at once", [this] {
+        m_editor->Undo();
+        QVERIFY(m_editor->getVecUnDo().isEmpty());
+        m_editor->Redo();
+    });
 }
 
 // No way out of the field loses what was typed.
 void TestEditorInput::textCommitted()
 {
-    QFETCH(const int, way);
+    QFETCH(const std::function<void()>, way);
     m_editor->setState(stateText);
     click({60, 60});
     QTest::keyClicks(field(), u"kept"_s);
-    switch (way) {
-    case 0:
-        m_editor->setState(stateRect);
-        break;
-    case 1:
-        m_editor->setState(stateText);
-        break;
-    case 2:
-        m_editor->EndEdit();
-        m_editor->EndEdit();
-        break;
-    case 3:
-        click({190, 140}, Qt::RightButton);
-        break;
-    case 4:
-        // Recorded, and taken back at once.
-        m_editor->Undo();
-        QVERIFY(m_editor->getVecUnDo().isEmpty());
-        m_editor->Redo();
-        break;
-    case 5:
-        m_editor->Redo();
-        break;
-    default:
-        m_widget->hide();
-        m_editor->EndEdit();
-    }
+    way();
     QVERIFY(!field()->isVisible());
     QCOMPARE(m_editor->getVecUnDo().size(), 1);
     QCOMPARE(m_editor->getVecUnDo().constFirst()->style.text, u"kept"_s);
-}
-
-// Only a click closes what a click opened: after another way the next click records an empty text,
-// and the one after that opens the field.
-void TestEditorInput::clickAfterCommit()
-{
-    m_editor->setState(stateText);
-    click({60, 60});
-    QTest::keyClicks(field(), u"a"_s);
-    m_editor->EndEdit();
-    click({60, 60});
-    QVERIFY(!field()->isVisible());
-    QCOMPARE(m_editor->getVecUnDo().size(), 2);
-    QVERIFY(m_editor->getVecUnDo().constFirst()->style.text.isEmpty());
-    click({60, 60});
-    QVERIFY(field()->isVisible());
-    QCOMPARE(m_editor->getVecUnDo().size(), 2);
 }
 
 void TestEditorInput::fieldFits()
