@@ -186,7 +186,8 @@ void drag(benchmark::State &state, Kind kind, float scale)
 void plainDrag(benchmark::State &state, Kind kind, float scale)
 {
     PlainStage stage(kind, 500, scale);
-    stage.painter.gesture.press({500, 300});
+    stage.painter.gesture.press({500, 300},
+                                {.widget = stage.widget.size(), .picture = s_size, .scale = scale});
     int frame = 0;
     for (auto _ : state) {
         stage.painter.gesture.moveTo(corner(++frame));

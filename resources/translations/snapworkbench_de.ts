@@ -612,6 +612,10 @@ Rücktaste    Punkt löschen</translation>
         <source>The settings can&apos;t be saved: %1</source>
         <translation>Die Einstellungen lassen sich nicht speichern: %1</translation>
     </message>
+    <message>
+        <source>Nothing can be drawn outside the picture. A thin line shows where it ends.</source>
+        <translation>Außerhalb des Bildes lässt sich nichts zeichnen. Eine dünne Linie zeigt, wo es endet.</translation>
+    </message>
 </context>
 <context>
     <name>MenuCapture</name>

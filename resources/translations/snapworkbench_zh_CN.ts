@@ -612,6 +612,10 @@ Backspace    删除最后一点</translation>
         <source>The settings can&apos;t be saved: %1</source>
         <translation>无法保存设置：%1</translation>
     </message>
+    <message>
+        <source>Nothing can be drawn outside the picture. A thin line shows where it ends.</source>
+        <translation>无法在图片之外绘制。细线标出了图片的边缘。</translation>
+    </message>
 </context>
 <context>
     <name>MenuCapture</name>

@@ -150,6 +150,40 @@ void add(Tiles &tiles, const TextShape &shape, const EditMsg &style)
     tiles.addRect(bounds.adjusted(-lean, -lean, lean, lean));
 }
 
+// Points that are drawn wherever they are.
+QPolygon pointsOf(const EmptyShape &) { return {}; }
+
+QPolygon pointsOf(const RectShape &shape) { return shape.outline; }
+
+QPolygon pointsOf(const EllipseShape &shape)
+{
+    const QRect &box = shape.bounds;
+    const QPoint middle = box.topLeft() + QPoint(box.width() / 2, box.height() / 2);
+    return QList<QPoint>{{box.left(), middle.y()},
+                         {middle.x(), box.top()},
+                         {box.left() + box.width(), middle.y()},
+                         {middle.x(), box.top() + box.height()}};
+}
+
+QPolygon pointsOf(const ArrowShape &shape) { return shape.points; }
+
+QPolygon pointsOf(const PolylineShape &shape) { return shape.points; }
+
+QPolygon pointsOf(const TextShape &shape) { return QList<QPoint>{shape.position}; }
+
+bool isDrawnIn(const QRect &part, const Geometry &geometry, int lineWidth)
+{
+    QImage image(part.size(), QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.translate(-part.topLeft());
+    drawShape(painter, geometry, {.width = lineWidth, .color = Qt::black});
+    painter.end();
+    const uchar *bytes = image.constBits();
+    return std::any_of(bytes, bytes + image.sizeInBytes(), [](uchar byte) { return byte != 0; });
+}
+
 }  // namespace
 
 QRegion coverage(const Geometry &geometry, const EditMsg &style, QSize picture)
@@ -157,4 +191,18 @@ QRegion coverage(const Geometry &geometry, const EditMsg &style, QSize picture)
     Tiles tiles(picture);
     std::visit([&](const auto &shape) { add(tiles, shape, style); }, geometry);
     return tiles.region();
+}
+
+bool liesOutside(const Geometry &geometry, const EditMsg &style, QSize picture)
+{
+    const QPolygon points = std::visit([](const auto &shape) { return pointsOf(shape); }, geometry);
+    const QRect all(QPoint(), picture);
+    if (points.isEmpty() || std::any_of(points.begin(), points.end(),
+                                        [&](QPoint point) { return all.contains(point); }))
+        return false;
+    // Lines may cross the picture, or reach into it by their width; the tiles are a little more
+    // than that.
+    const QRegion tiles = coverage(geometry, style, picture);
+    return std::none_of(tiles.begin(), tiles.end(),
+                        [&](const QRect &tile) { return isDrawnIn(tile, geometry, style.width); });
 }

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <utility>
 
 namespace {
 
@@ -32,44 +33,52 @@ QPolygon CreateArrowPolygon(const QPoint &start, const QPoint &end, int width)
     return QPolygon({at(length, wing), end, at(length, -wing), at(length, 0), at(half, 0)});
 }
 
-void DrawingGesture::press(QPoint position)
+void DrawingGesture::press(QPoint position, const ViewMapping &view)
 {
-    m_start = position;
-    m_end = {};
+    m_phase = Phase::Pressed;
+    m_start = view.toPicture(position);
+    m_exactStart = view.toPictureExactly(position);
 }
 
 void DrawingGesture::moveTo(QPoint position)
 {
-    m_dragging = true;
+    if (m_phase == Phase::Idle)
+        return;
+    m_phase = Phase::Dragging;
     m_end = position;
 }
 
-void DrawingGesture::forget()
+void DrawingGesture::extendLine(QPoint picturePoint)
 {
-    m_start = {};
-    m_end = {};
+    if (m_phase != Phase::Idle)
+        m_line.append(picturePoint);
+}
+
+bool DrawingGesture::drop()
+{
     m_line.clear();
+    return std::exchange(m_phase, Phase::Idle) != Phase::Idle;
 }
 
 std::optional<Geometry> DrawingGesture::release(stateEnum tool, QPoint position,
                                                 const ViewMapping &view, int lineWidth)
 {
-    m_dragging = false;
-    m_start = view.toPicture(m_start);
-    m_end = view.toPicture({std::clamp(position.x(), 0, view.widget.width()),
-                            std::clamp(position.y(), 0, view.widget.height())});
+    if (std::exchange(m_phase, Phase::Idle) == Phase::Idle)
+        return {};
+    const QPoint end = view.toPicture({std::clamp(position.x(), 0, view.widget.width()),
+                                       std::clamp(position.y(), 0, view.widget.height())});
     // The picture's corner counts as no point at all, on purpose, and so does a drag that ends
     // where it began, however long the way between was.
-    if (m_start.isNull() || m_end.isNull() || m_start == m_end)
+    if (m_start.isNull() || end.isNull() || m_start == end)
         return {};
-    const QRect rect(upperLeft(m_start, m_end), extent(m_start, m_end));
+    const QRect rect(upperLeft(m_start, end), extent(m_start, end));
     switch (tool) {
     case stateRect:
         return rectangle(rect);
     case stateEllipse:
         return EllipseShape{rect};
     case stateArrow:
-        return ArrowShape{CreateArrowPolygon(m_start, m_end, lineWidth)};
+        return ArrowShape{CreateArrowPolygon(m_start, end, lineWidth)};
     case statePoly:
         return PolylineShape{m_line};
     case stateMove:
@@ -82,18 +91,19 @@ std::optional<Geometry> DrawingGesture::release(stateEnum tool, QPoint position,
 std::optional<Geometry> DrawingGesture::preview(stateEnum tool, const ViewMapping &view,
                                                 int lineWidth) const
 {
-    if (!m_dragging)
+    if (m_phase != Phase::Dragging)
         return {};
+    const QPoint start = view.toWidget(m_exactStart).toPoint();
     // The rectangle is cut to whole pixels as one, and not by its corners as at the release.
     const auto rect = [&] {
-        const QPoint corner = view.toPicture(upperLeft(m_start, m_end));
-        const QSize size = extent(m_start, m_end);
+        const QPoint corner = view.toPicture(upperLeft(start, m_end));
+        const QSize size = extent(start, m_end);
         const auto length = [&](int pixels) {
             return static_cast<int>(static_cast<float>(pixels) / view.scale);
         };
         return QRect(corner, QSize(length(size.width()), length(size.height())));
     };
-    const bool hasCorners = !m_start.isNull() && !m_end.isNull();
+    const bool hasCorners = !start.isNull() && !m_end.isNull();
     switch (tool) {
     case stateRect:
         if (hasCorners)
@@ -104,8 +114,7 @@ std::optional<Geometry> DrawingGesture::preview(stateEnum tool, const ViewMappin
             return EllipseShape{rect()};
         break;
     case stateArrow:
-        return ArrowShape{
-            CreateArrowPolygon(view.toPicture(m_start), view.toPicture(m_end), lineWidth)};
+        return ArrowShape{CreateArrowPolygon(m_start, view.toPicture(m_end), lineWidth)};
     case statePoly:
         return PolylineShape{reversed(m_line)};
     case stateMove:

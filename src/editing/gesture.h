@@ -14,26 +14,29 @@ QPolygon CreateArrowPolygon(const QPoint &start, const QPoint &end, int width);
 class DrawingGesture
 {
 public:
-    void press(QPoint position);
+    /// The one moment in which the start is mapped to the picture: it stays there, whatever becomes
+    /// of the zoom and the widget. What moves or is released without a press draws nothing.
+    void press(QPoint position, const ViewMapping &view);
     /// The pointer moved with a button down. From here on there is a preview.
     void moveTo(QPoint position);
     /// Ends the drag, held within the widget at its end. The shape to record, if there is one.
     std::optional<Geometry> release(stateEnum tool, QPoint position, const ViewMapping &view,
                                     int lineWidth);
-    /// Ends the drag with nothing to show for it.
-    void stop() { m_dragging = false; }
-    /// Forgets the points, and goes on dragging.
-    void forget();
+    /// Ends the drag with nothing to show for it. False when none was under way.
+    bool drop();
 
     void startLine() { m_line.clear(); }
-    void extendLine(QPoint picturePoint) { m_line.append(picturePoint); }
+    void extendLine(QPoint picturePoint);
 
     /// The shape as it would be now.
     std::optional<Geometry> preview(stateEnum tool, const ViewMapping &view, int lineWidth) const;
 
 private:
-    QPoint m_start;  ///< after the release the picture's points
+    enum class Phase { Idle, Pressed, Dragging };
+
+    Phase m_phase = Phase::Idle;
+    QPoint m_start;        ///< in picture coordinates
+    QPointF m_exactStart;  ///< the same, not cut to whole pixels
     QPoint m_end;
     QPolygon m_line;  ///< of the freehand line, in picture coordinates
-    bool m_dragging = false;
 };

@@ -1,15 +1,17 @@
 #include "editing/pictureeditor.h"
 
+#include "editing/coverage.h"
 #include "editing/cutting.h"
 #include "editing/rendering.h"
 #include "editing/scaling.h"
 
-#include <QCoreApplication>
+#include <QGuiApplication>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPaintEvent>
 #include <QPainter>
 #include <QPainterPath>
+#include <QTextCursor>
 #include <QTextEdit>
 #include <QWidget>
 
@@ -26,12 +28,15 @@ constexpr QSize s_textRoom(50, 20);
 // The text is measured outside of the field, in a place too small for it.
 constexpr QRect s_measure(-1000, -1000, 10, 10);
 
+// Quiet, and seen beside light and dark pictures on a light ground.
+constexpr QColor s_pictureEdge(126, 136, 146);
+
 // The toolkit drops moves that it finds waiting. A freehand line needs them all; for anything else
 // the last one will do.
 void takeEveryMove(bool every)
 {
-    static const bool s_usual = QCoreApplication::testAttribute(Qt::AA_CompressHighFrequencyEvents);
-    QCoreApplication::setAttribute(Qt::AA_CompressHighFrequencyEvents, s_usual && !every);
+    static const bool s_usual = QGuiApplication::testAttribute(Qt::AA_CompressHighFrequencyEvents);
+    QGuiApplication::setAttribute(Qt::AA_CompressHighFrequencyEvents, s_usual && !every);
 }
 
 }  // namespace
@@ -145,6 +150,7 @@ void TPictureEditor::setPixmap(const QPixmap &pixmap)
 {
     m_Pixmap = pixmap;
     m_Canvas.setPicture(pixmap.toImage());
+    m_Gesture.drop();
     setPixmapScaled(1.0F);
 }
 
@@ -154,8 +160,7 @@ void TPictureEditor::setPixmapScaled(float scale)
     m_Shrunk = {};
     notify(SizeChange);
     refreshPreview();
-    if (isTyping())
-        fitTextField();
+    placeTextField();
     updateWidget();
 }
 
@@ -183,9 +188,11 @@ void TPictureEditor::clearShape()
     updateWidget();
 }
 
+// A field is open also while the page or the window around it is hidden: a tab's page goes before
+// anybody hears of the change.
 bool TPictureEditor::isTyping() const
 {
-    return m_State == stateText && m_pTextEdit && m_pTextEdit->isVisible();
+    return m_State == stateText && m_pTextEdit && !m_pTextEdit->isHidden();
 }
 
 void TPictureEditor::EndEdit()
@@ -248,6 +255,17 @@ void TPictureEditor::fitTextField()
     m_pTextEdit->resize(bounds.size() + s_textRoom);
 }
 
+// An open field goes with its place in the picture.
+void TPictureEditor::placeTextField()
+{
+    if (!isTyping())
+        return;
+    const QPointF place = mapping().toWidget(m_TextPos) / m_pWidget->devicePixelRatioF();
+    m_TextAnchor = place.toPoint();
+    m_pTextEdit->move(m_TextAnchor - s_textInset);
+    fitTextField();
+}
+
 // The shapes that were undone stay where they are: they can still come back on top of the new one.
 void TPictureEditor::record(Geometry geometry, EditMsg style)
 {
@@ -301,18 +319,20 @@ void TPictureEditor::press(const QMouseEvent &event)
 {
     const QPoint position = toPixels(event);
     const QPoint logical = event.position().toPoint();
-    m_Gesture.press(position);
     if (m_State == stateText && event.buttons() == Qt::LeftButton) {
         // Only a click here closes what a click opened: after a text that was committed in another
         // way the next click records an empty one.
-        if (!m_TextOpen) {
+        if (m_TextOpen) {
+            saveEditText();
+            m_TextOpen = false;
+        } else if (mapping().shown().contains(position)) {
             m_TextPos = mapping().toPicture(position);
             m_TextAnchor = logical;
             getUserText();
-        } else {
-            saveEditText();
+            m_TextOpen = true;
+        } else if (!m_Pixmap.isNull()) {
+            notify(Refusal);
         }
-        m_TextOpen = !m_TextOpen;
     }
     // The way out of any tool. It leaves a record behind, typed text or not.
     if (event.buttons() == Qt::RightButton && !m_pTextEdit->geometry().contains(logical)) {
@@ -320,11 +340,17 @@ void TPictureEditor::press(const QMouseEvent &event)
         m_State = stateMove;
         notify(ToolChange);
     }
+    takeHold(event);
+}
+
+void TPictureEditor::takeHold(const QMouseEvent &event)
+{
+    m_Gesture.press(toPixels(event), mapping());
     if (m_State == statePoly && event.buttons() == Qt::LeftButton)
         m_Gesture.startLine();
     if (m_State == stateMove)
         m_pWidget->setCursor(Qt::ClosedHandCursor);
-    m_DragOrigin = logical;
+    m_DragOrigin = event.position().toPoint();
     refreshPreview();
 }
 
@@ -349,24 +375,31 @@ void TPictureEditor::move(const QMouseEvent &event)
 void TPictureEditor::release(const QMouseEvent &event)
 {
     if (m_State == stateMove) {
-        m_Gesture.stop();
+        m_Gesture.drop();
         m_pTextEdit->hide();
         m_pWidget->setCursor(Qt::OpenHandCursor);
     } else if (std::optional<Geometry> shape =
                    m_Gesture.release(m_State, toPixels(event), mapping(), m_LineWidth)) {
-        record(std::move(*shape), {.type = m_State, .width = m_LineWidth, .color = m_PenColor});
+        EditMsg style{.type = m_State, .width = m_LineWidth, .color = m_PenColor};
+        if (!liesOutside(*shape, style, m_Pixmap.size()))
+            record(std::move(*shape), std::move(style));
+        else if (!m_Pixmap.isNull())
+            notify(Refusal);
     }
     refreshPreview();
 }
 
-// Once in the editor's life, on purpose.
+// A drag is dropped each time. The field is emptied once in the editor's life, on purpose, and its
+// own undo brings the text back.
 bool TPictureEditor::escape()
 {
-    if (std::exchange(m_EscapeSeen, true))
-        return false;
-    m_Gesture.forget();
-    m_pTextEdit->clear();
+    const bool dropped = m_Gesture.drop();
     refreshPreview();
+    if (std::exchange(m_EscapeSeen, true))
+        return dropped;
+    QTextCursor text(m_pTextEdit->document());
+    text.select(QTextCursor::Document);
+    text.removeSelectedText();
     return true;
 }
 
@@ -391,17 +424,22 @@ const QImage &TPictureEditor::shrunk(QSize size)
 void TPictureEditor::paint(const QPaintEvent &event)
 {
     const ViewMapping view = mapping();
-    const QSize size = view.scaledSize();
-    if (size.isEmpty())
+    const QRect shown = view.shown();
+    if (shown.isEmpty())
         return;
+    const QSize size = shown.size();
     QPainter painter(m_pWidget);
     const QTransform toDevice = painter.deviceTransform();
     const QPoint origin = QPointF(toDevice.dx(), toDevice.dy()).toPoint();
     painter.setWorldTransform(QTransform::fromTranslate(origin.x(), origin.y()) *
                               toDevice.inverted());
 
+    // Beside the picture, so that it covers none of its pixels.
+    for (const QRect &line : QRegion(shown.adjusted(-1, -1, 1, 1)) - shown)
+        painter.fillRect(line, s_pictureEdge);
+
     const qreal ratio = m_pWidget->devicePixelRatioF();
-    const QPoint margins = view.margins();
+    const QPoint margins = shown.topLeft();
     QRegion region;
     for (const QRect &rect : event.region()) {
         region += QRectF(QPointF(rect.topLeft()) * ratio, QSizeF(rect.size()) * ratio)
@@ -449,6 +487,11 @@ bool TPictureEditor::eventFilter(QObject *watched, QEvent *event)
     case QEvent::MouseButtonPress:
         press(*static_cast<QMouseEvent *>(event));
         return true;
+    // The second press of two that follow each other at once. A drag may begin with it; it opens
+    // and closes no text.
+    case QEvent::MouseButtonDblClick:
+        takeHold(*static_cast<QMouseEvent *>(event));
+        return true;
     case QEvent::MouseMove:
         move(*static_cast<QMouseEvent *>(event));
         return true;
@@ -461,12 +504,16 @@ bool TPictureEditor::eventFilter(QObject *watched, QEvent *event)
         break;
     case QEvent::Enter:
         takeEveryMove(m_State == statePoly);
+        // Another window took the pointer during a drag, an overlay say, and the end of it.
+        if (QGuiApplication::mouseButtons() == Qt::NoButton && m_Gesture.drop())
+            refreshPreview();
         break;
     case QEvent::Leave:
         takeEveryMove(false);
         break;
     case QEvent::Resize:
         refreshPreview();
+        placeTextField();
         break;
     default:
         break;

@@ -25,9 +25,9 @@ class TPictureEditor : public QObject
     Q_OBJECT
 
 public:
-    /// What changed, as told to the callback; its second argument is always 0 and its result
-    /// ignored.
-    enum Change { HistoryChange = 1, SizeChange = 2, ToolChange = 3 };
+    /// What happened, as told to the callback; its second argument is always 0 and its result
+    /// ignored. A refusal is of a text or shape outside of the picture, which is not recorded.
+    enum Change { HistoryChange = 1, SizeChange = 2, ToolChange = 3, Refusal = 4 };
     using Callback = long (*)(long, long);
 
     /// An editor over `widget`, which outlives it.
@@ -51,7 +51,8 @@ public:
     /// The same font, to change in place; an open field shows it when it next paints.
     QFont &EditFont() { return m_Font; }
 
-    /// Shows another picture, at zoom 1; the history stays.
+    /// Shows another picture, at zoom 1; the history stays. A shape that is being dragged was meant
+    /// for the one before, and is dropped.
     void setPixmap(const QPixmap &pixmap);
     QPixmap &getPixmap() { return m_Pixmap; }
     /// Sets the zoom, in device pixels per picture pixel; must not be 0.
@@ -99,12 +100,14 @@ private:
     void refreshPreview();
     void createTextField();
     void fitTextField();
+    void placeTextField();
     bool isTyping() const;
     void record(Geometry geometry, EditMsg style);
     void moveNewest(EditHistory &from, EditHistory &to);
     ViewMapping mapping() const;
     QPoint toPixels(const QMouseEvent &event) const;
     void press(const QMouseEvent &event);
+    void takeHold(const QMouseEvent &event);
     void move(const QMouseEvent &event);
     void release(const QMouseEvent &event);
     bool escape();

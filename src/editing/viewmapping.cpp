@@ -34,11 +34,27 @@ QSize ViewMapping::scaledSize() const
                : picture.scaled(room, Qt::KeepAspectRatio).expandedTo({1, 1});
 }
 
+QRect ViewMapping::shown() const
+{
+    const QSize size = scaledSize();
+    return size.isEmpty() ? QRect() : QRect(margins(), size);
+}
+
 QPoint ViewMapping::toPicture(QPoint position) const
 {
     const QPoint inside = position - margins();
     return {static_cast<int>(static_cast<float>(inside.x()) / scale),
             static_cast<int>(static_cast<float>(inside.y()) / scale)};
+}
+
+QPointF ViewMapping::toPictureExactly(QPoint position) const
+{
+    return QPointF(position - margins()) / scale;
+}
+
+QPointF ViewMapping::toWidget(QPointF picturePoint) const
+{
+    return picturePoint * scale + margins();
 }
 
 QRect ViewMapping::toScaled(const QRect &part) const

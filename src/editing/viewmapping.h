@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QPoint>
+#include <QPointF>
 #include <QRect>
 #include <QSize>
 
@@ -18,9 +19,14 @@ struct ViewMapping {
     /// The size that the picture is scaled to, its proportions kept: up to a pixel less than the
     /// room on one side. Empty where nothing of it is left.
     QSize scaledSize() const;
+    /// Where the picture shows in the widget; null where nothing of it is left.
+    QRect shown() const;
     /// The picture pixel at a position in the widget. Cut toward zero, so up to a whole zoomed
     /// pixel outside of the picture's left or top edge counts as 0; beyond that it is negative.
     QPoint toPicture(QPoint position) const;
+    /// The same without rounding, and the way back from there.
+    QPointF toPictureExactly(QPoint position) const;
+    QPointF toWidget(QPointF picturePoint) const;
     /// Where a part of the picture shows, in pixels of the scaled picture. Rounded outward, and
     /// with what the scaling mixes into the pixels around it.
     QRect toScaled(const QRect &part) const;

@@ -285,6 +285,7 @@ private:
     DialogPreference *m_pPreference = nullptr;  ///< from its first use on
     NoticeBar *m_pNotice = nullptr;             ///< from its first use on
     QLabel *m_pMissing = nullptr;               ///< why there is no picture; from its first use on
+    bool m_ToldOfEdge = false;                  ///< nothing is drawn outside of a picture
     QPixmap m_FlagPixmap;
     std::map<std::pair<QString, int>, QPixmap> m_SkinPictures;  ///< by section and attribute
     bool m_isComposited = false;

@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -244,6 +245,12 @@ long PictureChanged(long code, long /*unused*/)
         break;
     case TPictureEditor::ToolChange:
         window->UpdateDrawButton(nullptr);
+        break;
+    case TPictureEditor::Refusal:
+        if (!std::exchange(window->m_ToldOfEdge, true)) {
+            window->say(MainWindow::tr(
+                "Nothing can be drawn outside the picture. A thin line shows where it ends."));
+        }
         break;
     default:
         break;

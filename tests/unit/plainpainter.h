@@ -63,6 +63,8 @@ private:
             .widget = m_widget->size(), .picture = picture.size(), .scale = scale};
         QPainter painter(m_widget);
         const QImage image = replay();
+        painter.setPen(QColor(126, 136, 146));
+        painter.drawRect(QRect(view.margins() - QPoint(1, 1), view.scaledSize() + QSize(1, 1)));
         const auto show = [&](const QImage &shown) {
             painter.drawPixmap(view.margins(), QPixmap::fromImage(shown).scaled(
                                                    view.shownSize(), Qt::KeepAspectRatio,

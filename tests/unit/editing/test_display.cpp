@@ -148,10 +148,10 @@ void TestDisplay::histories()
             editor.setPenColor(plain.color);
             QPoint at = point();
             send(QEvent::MouseButtonPress, at, Qt::LeftButton);
-            plain.gesture.press(at);
-            plain.gesture.startLine();
             const ViewMapping view{
                 .widget = s_widget, .picture = picture.size(), .scale = plain.scale};
+            plain.gesture.press(at, view);
+            plain.gesture.startLine();
             for (int moves = random.bounded(5); moves >= 0; --moves) {
                 at = point();
                 send(QEvent::MouseMove, at, Qt::LeftButton);
@@ -161,7 +161,7 @@ void TestDisplay::histories()
                 compare();
             }
             send(QEvent::MouseButtonRelease, at, Qt::NoButton);
-            plain.gesture.stop();
+            plain.gesture.drop();
         }
         plain.history = editor.getVecUnDo();
         ++steps;

@@ -13,7 +13,7 @@ ViewMapping zoomed(float scale) { return {.widget{200, 200}, .picture{400, 400},
 std::optional<Geometry> drag(stateEnum tool, QPoint from, QPoint to, const ViewMapping &view)
 {
     DrawingGesture gesture;
-    gesture.press(from);
+    gesture.press(from, view);
     gesture.moveTo(to);
     return gesture.release(tool, to, view, 1);
 }
@@ -138,19 +138,26 @@ void TestGesture::releasedShapes()
 
     // A freehand line has the points of its moves, and neither the press nor the release.
     DrawingGesture gesture;
-    gesture.press({60, 20});
+    gesture.press({60, 20}, s_view);
     gesture.startLine();
     gesture.extendLine({12, 13});
     gesture.extendLine({500, -4});
     const auto line = gesture.release(statePoly, {90, 50}, s_view, 1);
     QCOMPARE(std::get<PolylineShape>(*line).points, QPolygon(QList<QPoint>{{12, 13}, {500, -4}}));
+    QVERIFY(!gesture.release(statePoly, {70, 40}, s_view, 1));
+
+    // The start stays where it was pressed in the picture, whatever becomes of the zoom.
+    gesture.press({60, 20}, s_view);
+    gesture.moveTo({40, 60});
+    QCOMPARE(ellipse(gesture.preview(stateEllipse, zoomed(2), 1)), QRect(10, 10, 10, 20));
+    QCOMPARE(ellipse(gesture.release(stateEllipse, {40, 60}, zoomed(2), 1)), QRect(10, 10, 10, 20));
 }
 
 void TestGesture::previews()
 {
     const ViewMapping view = zoomed(0.75F);
     DrawingGesture gesture;
-    gesture.press({10, 10});
+    gesture.press({10, 10}, view);
     QVERIFY(!gesture.preview(stateArrow, view, 1));
     gesture.moveTo({13, 15});
     // The extent is cut as a whole: 3 and 5 pixels make 4 and 6, where the corners lie 4 and 7
@@ -160,7 +167,7 @@ void TestGesture::previews()
     QVERIFY(!gesture.preview(stateEllipse, view, 1));
 
     // An arrow does not ask where its ends are, and a line is drawn from its last point.
-    gesture.press({0, 0});
+    gesture.press({0, 0}, view);
     gesture.startLine();
     gesture.moveTo({0, 20});
     gesture.extendLine({1, 2});
@@ -170,8 +177,9 @@ void TestGesture::previews()
     const auto line = gesture.preview(statePoly, view, 1);
     QCOMPARE(std::get<PolylineShape>(*line).points, QPolygon(QList<QPoint>{{3, 4}, {1, 2}}));
     QVERIFY(!gesture.preview(stateMove, view, 1));
-    gesture.forget();
-    QVERIFY(std::get<PolylineShape>(*gesture.preview(statePoly, view, 1)).points.isEmpty());
+    QVERIFY(gesture.drop());
+    gesture.moveTo({0, 30});
+    QVERIFY(!gesture.preview(statePoly, view, 1));
 }
 
 QTEST_GUILESS_MAIN(TestGesture)

@@ -1,4 +1,5 @@
 #include "config/settings.h"
+#include "shell/noticebar.h"
 #include "shellfixture.h"
 
 #include <QApplication>
@@ -18,7 +19,9 @@
 #include <QTabBar>
 #include <QTabWidget>
 #include <QTest>
+#include <QTextEdit>
 #include <QTimer>
+#include <QWindow>
 
 #include <array>
 #include <cwchar>
@@ -148,6 +151,8 @@ void TestMainWindow::documentsKeepTheirState()
 
 void TestMainWindow::shapesStayWithTheirDocument()
 {
+    const QString path = m_shell->folder.filePath(u"a.png"_s);
+    QVERIFY(picture(20, 20).save(path));
     auto *editor = m_window->findChild<TPictureEditor *>();
     m_window->NewDocument(picture(20, 20), {});
     const EditHistory history{std::make_shared<const EditEntry>()};
@@ -160,6 +165,35 @@ void TestMainWindow::shapesStayWithTheirDocument()
     QCOMPARE(editor->getVecReDo(), history);
     tabs()->setCurrentIndex(1);
     QVERIFY(editor->getVecReDo().isEmpty());
+
+    // What was typed in one stays there, also where its star is new and makes new tabs.
+    m_window->openPictures({path});
+    const auto *sheet = m_window->findChild<QWidget *>(u"lblPicture"_s);
+    QWindow *native = m_window->windowHandle();
+    const auto at = [&](QPoint place) { return sheet->mapTo(m_window, place); };
+    click("BtnDrawText");
+    QTest::mouseClick(native, Qt::LeftButton, {}, at(sheet->rect().center()));
+    QTest::keyClicks(sheet->findChild<QTextEdit *>(), u"mine"_s);
+    QTest::mouseClick(native, Qt::LeftButton, {},
+                      tabs()->tabBar()->mapTo(m_window, tabs()->tabBar()->tabRect(1).center()));
+    QCOMPARE(tabs()->currentIndex(), 1);
+    QVERIFY(editor->getVecUnDo().isEmpty());
+    tabs()->setCurrentIndex(2);
+    QCOMPARE(editor->getVecUnDo().size(), 1);
+    QCOMPARE(editor->getVecUnDo().constFirst()->style.text, u"mine"_s);
+    QCOMPARE(title(), u"a.png * - Snap Workbench"_s);
+
+    // What lies in the margin is told of once.
+    click("BtnDrawRect");
+    const auto drawBeside = [&] {
+        QTest::mousePress(native, Qt::LeftButton, {}, at({5, 5}));
+        QTest::mouseRelease(native, Qt::LeftButton, {}, at({15, 15}));
+        const auto *notice = m_window->findChild<NoticeBar *>();
+        return notice ? notice->text() : QString();
+    };
+    QVERIFY(drawBeside().contains(u"outside the picture"_s));
+    m_window->say(u"else"_s);
+    QCOMPARE(drawBeside(), u"else"_s);
 }
 
 void TestMainWindow::zoomLimits_data()
