@@ -616,6 +616,26 @@ Rücktaste    Punkt löschen</translation>
         <source>Nothing can be drawn outside the picture. A thin line shows where it ends.</source>
         <translation>Außerhalb des Bildes lässt sich nichts zeichnen. Eine dünne Linie zeigt, wo es endet.</translation>
     </message>
+    <message>
+        <source>&quot;%1&quot; was not saved: another program or another tab has changed the file.</source>
+        <translation>„%1“ wurde nicht gespeichert: Ein anderes Programm oder ein anderer Tab hat die Datei geändert.</translation>
+    </message>
+    <message>
+        <source>&amp;Overwrite</source>
+        <translation>Ü&amp;berschreiben</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; could not be saved: %2</source>
+        <translation>„%1“ konnte nicht gespeichert werden: %2</translation>
+    </message>
+    <message>
+        <source>Save &amp;As...</source>
+        <translation>Speichern &amp;unter...</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; can&apos;t be shown: %2</source>
+        <translation>„%1“ kann nicht angezeigt werden: %2</translation>
+    </message>
 </context>
 <context>
     <name>MenuCapture</name>
@@ -645,6 +665,10 @@ Möchten Sie die Datei ersetzen?</translation>
     <message>
         <source>untitled%1</source>
         <translation>unbenannt%1</translation>
+    </message>
+    <message>
+        <source>There is no picture.</source>
+        <translation>Es gibt kein Bild.</translation>
     </message>
 </context>
 <context>

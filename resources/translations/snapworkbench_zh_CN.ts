@@ -616,6 +616,26 @@ Backspace    删除最后一点</translation>
         <source>Nothing can be drawn outside the picture. A thin line shows where it ends.</source>
         <translation>无法在图片之外绘制。细线标出了图片的边缘。</translation>
     </message>
+    <message>
+        <source>&quot;%1&quot; was not saved: another program or another tab has changed the file.</source>
+        <translation>“%1”未保存：其他程序或其他标签页更改了该文件。</translation>
+    </message>
+    <message>
+        <source>&amp;Overwrite</source>
+        <translation>覆盖(&amp;O)</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; could not be saved: %2</source>
+        <translation>无法保存“%1”：%2</translation>
+    </message>
+    <message>
+        <source>Save &amp;As...</source>
+        <translation>另存为(&amp;A)...</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; can&apos;t be shown: %2</source>
+        <translation>无法显示“%1”：%2</translation>
+    </message>
 </context>
 <context>
     <name>MenuCapture</name>
@@ -645,6 +665,10 @@ Do you want to replace it?</source>
     <message>
         <source>untitled%1</source>
         <translation>未命名%1</translation>
+    </message>
+    <message>
+        <source>There is no picture.</source>
+        <translation>没有图片。</translation>
     </message>
 </context>
 <context>

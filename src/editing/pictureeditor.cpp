@@ -151,6 +151,8 @@ void TPictureEditor::setPixmap(const QPixmap &pixmap)
     m_Pixmap = pixmap;
     m_Canvas.setPicture(pixmap.toImage());
     m_Gesture.drop();
+    // What was typed was for the picture before: the next click begins a text in this one.
+    m_TextOpen = false;
     setPixmapScaled(1.0F);
 }
 
