@@ -1,12 +1,13 @@
 #include "helper/snapworkbenchhelper.h"
 
+#include "base/wholefile.h"
 #include "helper/menucapture.h"
 #include "helper/sessioncapture.h"
 #include "platform/services.h"
 
+#include <QBuffer>
 #include <QCoreApplication>
 #include <QFile>
-#include <QSaveFile>
 
 #include <memory>
 
@@ -75,16 +76,14 @@ private:
     {
         drop();
         const QString path = m_folder + u"/capture.png"_s;
-        QSaveFile file(path);
-        const bool written = file.open(QIODevice::WriteOnly) &&
-                             picture.save(&file, "PNG", s_quality) && file.commit();
-        if (written) {
+        QBuffer bytes;
+        WholeFile file(path);
+        if (picture.save(&bytes, "PNG", s_quality) && file.write(bytes.data())) {
             m_undelivered = path;
             report(GWCaptureFinished, path.toUtf8());
             return;
         }
-        fail(HelperJob::NotWritten,
-             tr("The picture could not be written: %1").arg(file.errorString()));
+        fail(HelperJob::NotWritten, tr("The picture could not be written: %1").arg(file.error()));
     }
 
     void fail(HelperJob::Failure failure, const QString &text)

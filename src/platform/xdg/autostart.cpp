@@ -1,10 +1,11 @@
 #include "platform/xdg/autostart.h"
 
+#include "base/wholefile.h"
+
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
 #include <QStandardPaths>
 
 using namespace Qt::StringLiterals;
@@ -57,12 +58,8 @@ void Autostart::insert()
 {
     const QString path = entryPath();
     QDir().mkpath(QFileInfo(path).path());
-    QSaveFile entry(path);
-    if (!entry.open(QIODevice::WriteOnly))
-        return;
-    entry.write("[Desktop Entry]\nType=Application\nName=Snap Workbench\n" + execLine() +
-                "\nIcon=snapworkbench\nX-GNOME-Autostart-enabled=true\n");
-    entry.commit();
+    WholeFile(path).write("[Desktop Entry]\nType=Application\nName=Snap Workbench\n" + execLine() +
+                          "\nIcon=snapworkbench\nX-GNOME-Autostart-enabled=true\n");
 }
 
 void Autostart::remove() { QFile::remove(entryPath()); }
