@@ -36,6 +36,7 @@ QPolygon CreateArrowPolygon(const QPoint &start, const QPoint &end, int width)
 void DrawingGesture::press(QPoint position, const ViewMapping &view)
 {
     m_phase = Phase::Pressed;
+    m_line.clear();
     m_start = view.toPicture(position);
     m_exactStart = view.toPictureExactly(position);
 }

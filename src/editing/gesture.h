@@ -25,7 +25,6 @@ public:
     /// Ends the drag with nothing to show for it. False when none was under way.
     bool drop();
 
-    void startLine() { m_line.clear(); }
     void extendLine(QPoint picturePoint);
 
     /// The shape as it would be now.

@@ -39,6 +39,9 @@ void takeEveryMove(bool every)
     QGuiApplication::setAttribute(Qt::AA_CompressHighFrequencyEvents, s_usual && !every);
 }
 
+// A drag belongs to the button that began it.
+bool isFirstButton(const QMouseEvent &press) { return press.buttons() == press.button(); }
+
 }  // namespace
 
 TPictureEditor::TPictureEditor(QWidget *widget, QWidget *parent)
@@ -271,6 +274,9 @@ void TPictureEditor::placeTextField()
 // The shapes that were undone stay where they are: they can still come back on top of the new one.
 void TPictureEditor::record(Geometry geometry, EditMsg style)
 {
+    // Nothing can be saved of a document without a picture.
+    if (m_Pixmap.isNull())
+        return;
     notify(HistoryChange);
     m_VecUnDo.prepend(
         std::make_shared<const EditEntry>(EditEntry{std::move(geometry), std::move(style)}));
@@ -348,8 +354,7 @@ void TPictureEditor::press(const QMouseEvent &event)
 void TPictureEditor::takeHold(const QMouseEvent &event)
 {
     m_Gesture.press(toPixels(event), mapping());
-    if (m_State == statePoly && event.buttons() == Qt::LeftButton)
-        m_Gesture.startLine();
+    m_DragButton = event.button();
     if (m_State == stateMove)
         m_pWidget->setCursor(Qt::ClosedHandCursor);
     m_DragOrigin = event.position().toPoint();
@@ -395,10 +400,12 @@ void TPictureEditor::release(const QMouseEvent &event)
 // own undo brings the text back.
 bool TPictureEditor::escape()
 {
-    const bool dropped = m_Gesture.drop();
-    refreshPreview();
+    if (m_Gesture.drop()) {
+        refreshPreview();
+        return true;
+    }
     if (std::exchange(m_EscapeSeen, true))
-        return dropped;
+        return false;
     QTextCursor text(m_pTextEdit->document());
     text.select(QTextCursor::Document);
     text.removeSelectedText();
@@ -487,18 +494,21 @@ bool TPictureEditor::eventFilter(QObject *watched, QEvent *event)
         paint(*static_cast<QPaintEvent *>(event));
         return true;
     case QEvent::MouseButtonPress:
-        press(*static_cast<QMouseEvent *>(event));
+        if (isFirstButton(*static_cast<QMouseEvent *>(event)))
+            press(*static_cast<QMouseEvent *>(event));
         return true;
     // The second press of two that follow each other at once. A drag may begin with it; it opens
     // and closes no text.
     case QEvent::MouseButtonDblClick:
-        takeHold(*static_cast<QMouseEvent *>(event));
+        if (isFirstButton(*static_cast<QMouseEvent *>(event)))
+            takeHold(*static_cast<QMouseEvent *>(event));
         return true;
     case QEvent::MouseMove:
         move(*static_cast<QMouseEvent *>(event));
         return true;
     case QEvent::MouseButtonRelease:
-        release(*static_cast<QMouseEvent *>(event));
+        if (static_cast<QMouseEvent *>(event)->button() == m_DragButton)
+            release(*static_cast<QMouseEvent *>(event));
         return true;
     case QEvent::KeyPress:
         if (static_cast<QKeyEvent *>(event)->key() == Qt::Key_Escape && escape())

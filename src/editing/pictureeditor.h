@@ -68,6 +68,7 @@ public:
 
     /// Opens the field for a text at the place of the last click, and gives what it holds.
     QString getUserText();
+    bool isTyping() const;
     /// Commits a text that is being typed.
     void EndEdit();
     void Undo();
@@ -101,7 +102,6 @@ private:
     void createTextField();
     void fitTextField();
     void placeTextField();
-    bool isTyping() const;
     void record(Geometry geometry, EditMsg style);
     void moveNewest(EditHistory &from, EditHistory &to);
     ViewMapping mapping() const;
@@ -133,5 +133,6 @@ private:
     EditHistory m_VecUnDo;
     EditHistory m_VecReDo;
     bool m_EscapeSeen = false;
+    Qt::MouseButton m_DragButton = Qt::NoButton;  ///< that began what is going on
     QPoint m_DragOrigin;  ///< where the hand took hold, in the widget's logical pixels
 };

@@ -45,6 +45,10 @@ void MainWindow::NewDocument(const QPixmap &pixmap, const QString &name)
 
 void MainWindow::RefillTabList()
 {
+    // What is dragged or typed there goes on hearing the keys.
+    QWidget *focus = focusWidget();
+    if (focus && !ui->WidScrollArea->isAncestorOf(focus))
+        focus = nullptr;
     ui->tabWidget->blockSignals(true);
     ui->tabWidget->setUpdatesEnabled(false);
     // The picture area lives in a page: it has to leave before the pages go.
@@ -63,6 +67,8 @@ void MainWindow::RefillTabList()
     if (m_CurDocument >= 0 && m_CurDocument < ui->tabWidget->count()) {
         ui->tabWidget->setCurrentIndex(m_CurDocument);
         ShowPictureInTab(m_CurDocument);
+        if (focus)
+            focus->setFocus(Qt::OtherFocusReason);
     }
     RefreshWindowTitle(m_CurDocument);
     ui->tabWidget->setUpdatesEnabled(true);
@@ -161,9 +167,12 @@ void MainWindow::RefreshWindowTitle(int index)
 
 bool MainWindow::HasModified(bool all) const
 {
+    // What is being typed will be part of the picture.
+    const bool isTyping = isDocument(m_CurDocument) && m_pEditor->isTyping();
     if (!all)
-        return isDocument(m_CurDocument) && m_Documents[m_CurDocument].m_Modified;
-    return std::any_of(m_Documents.begin(), m_Documents.end(),
+        return isTyping || (isDocument(m_CurDocument) && m_Documents[m_CurDocument].m_Modified);
+    return isTyping ||
+           std::any_of(m_Documents.begin(), m_Documents.end(),
                        [](const QPictureDocument &document) { return document.m_Modified; });
 }
 

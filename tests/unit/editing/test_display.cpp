@@ -151,7 +151,6 @@ void TestDisplay::histories()
             const ViewMapping view{
                 .widget = s_widget, .picture = picture.size(), .scale = plain.scale};
             plain.gesture.press(at, view);
-            plain.gesture.startLine();
             for (int moves = random.bounded(5); moves >= 0; --moves) {
                 at = point();
                 send(QEvent::MouseMove, at, Qt::LeftButton);

@@ -178,6 +178,14 @@ void TestEditorInput::presses_data()
             QCoreApplication::sendEvent(m_widget.get(), &enter);
         });
     });
+    row("another button", {{QPoint(10, 10), QPoint(50, 25)}}, 0, [=, this] {
+        dragAcross([this] {
+            const Qt::MouseButtons both = Qt::LeftButton | Qt::RightButton;
+            send(QEvent::MouseButtonPress, {70, 70}, Qt::RightButton, both);
+            send(QEvent::MouseMove, {80, 75}, Qt::NoButton, both);
+            send(QEvent::MouseButtonRelease, {80, 75}, Qt::RightButton, Qt::LeftButton);
+        });
+    });
     row("zoom", {{QPoint(10, 10), QPoint(50, 25)}}, 0,
         [=, this] { dragAcross([this] { m_editor->setPixmapScaled(2); }); });
     row("beside the picture", {}, 1, [this] { drag({10, 10}, {40, 140}); });
@@ -352,6 +360,11 @@ void TestEditorInput::fieldFits()
 
 void TestEditorInput::escapeOnce()
 {
+    // A drag that is dropped does not count.
+    m_editor->setState(stateRect);
+    press({60, 60});
+    QVERIFY(pressEscape());
+    release({60, 60});
     m_editor->setState(stateText);
     click({60, 60});
     QTest::keyClicks(field(), u"gone"_s);
@@ -417,6 +430,8 @@ void TestEditorInput::nullPicture()
     for (int tool = stateMove; tool <= statePoly; ++tool) {
         m_editor->setState(static_cast<stateEnum>(tool));
         drag({60, 60}, {90, 80});
+        click({60, 60}, Qt::RightButton);
+        QVERIFY(m_editor->getVecUnDo().isEmpty());
         m_editor->setPixmapScaled(1.4F);
         m_widget->repaint();
     }

@@ -139,12 +139,15 @@ void TestGesture::releasedShapes()
     // A freehand line has the points of its moves, and neither the press nor the release.
     DrawingGesture gesture;
     gesture.press({60, 20}, s_view);
-    gesture.startLine();
     gesture.extendLine({12, 13});
     gesture.extendLine({500, -4});
     const auto line = gesture.release(statePoly, {90, 50}, s_view, 1);
     QCOMPARE(std::get<PolylineShape>(*line).points, QPolygon(QList<QPoint>{{12, 13}, {500, -4}}));
     QVERIFY(!gesture.release(statePoly, {70, 40}, s_view, 1));
+    // Each press begins a new one.
+    gesture.press({60, 20}, s_view);
+    const auto next = gesture.release(statePoly, {90, 50}, s_view, 1);
+    QVERIFY(std::get<PolylineShape>(*next).points.isEmpty());
 
     // The start stays where it was pressed in the picture, whatever becomes of the zoom.
     gesture.press({60, 20}, s_view);
@@ -168,7 +171,6 @@ void TestGesture::previews()
 
     // An arrow does not ask where its ends are, and a line is drawn from its last point.
     gesture.press({0, 0}, view);
-    gesture.startLine();
     gesture.moveTo({0, 20});
     gesture.extendLine({1, 2});
     gesture.extendLine({3, 4});

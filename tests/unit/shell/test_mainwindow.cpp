@@ -159,6 +159,11 @@ void TestMainWindow::shapesStayWithTheirDocument()
     editor->setVecUnDo(&history);
     m_window->NewDocument(picture(20, 20), {});
     QVERIFY(editor->getVecUnDo().isEmpty());
+    // New tab texts take the keys from nobody: Escape has to reach a drag.
+    auto *view = m_window->findChild<QWidget *>(u"lblPicture"_s);
+    view->setFocus();
+    m_window->RefillTabList();
+    QCOMPARE(m_window->focusWidget(), view);
     tabs()->setCurrentIndex(0);
     QCOMPARE(editor->getVecUnDo(), history);
     click("BtnUndo");

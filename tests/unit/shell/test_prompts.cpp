@@ -10,6 +10,7 @@
 #include <QFileDialog>
 #include <QLabel>
 #include <QMessageBox>
+#include <QMouseEvent>
 #include <QPushButton>
 #include <QTabWidget>
 #include <QTemporaryDir>
@@ -194,6 +195,14 @@ void TestPrompts::savingChangesClosesNothing()
         QCOMPARE(m_window->HasModified(true), button != QMessageBox::SaveAll);
     }
     QCOMPARE(QImage(path).pixelColor(5, 10), QColor(Qt::red));
+    // A text that is still being typed counts.
+    m_window->findChild<TPictureEditor *>()->setState(stateText);
+    auto *view = m_window->findChild<QWidget *>(u"lblPicture"_s);
+    const QPoint middle = view->rect().center();
+    QMouseEvent press(QEvent::MouseButtonPress, middle, view->mapTo(m_window.get(), middle),
+                      view->mapToGlobal(middle), Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(view, &press);
+    QVERIFY(m_window->HasModified(true));
 }
 
 void TestPrompts::eachFileGetsItsOwnShapes_data()
