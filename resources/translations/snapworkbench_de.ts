@@ -670,6 +670,10 @@ Möchten Sie die Datei ersetzen?</translation>
         <source>There is no picture.</source>
         <translation>Es gibt kein Bild.</translation>
     </message>
+    <message>
+        <source>This is not a file.</source>
+        <translation>Das ist keine Datei.</translation>
+    </message>
 </context>
 <context>
     <name>RegionOverlay</name>

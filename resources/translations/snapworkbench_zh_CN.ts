@@ -670,6 +670,10 @@ Do you want to replace it?</source>
         <source>There is no picture.</source>
         <translation>没有图片。</translation>
     </message>
+    <message>
+        <source>This is not a file.</source>
+        <translation>这不是文件。</translation>
+    </message>
 </context>
 <context>
     <name>RegionOverlay</name>

@@ -1,7 +1,5 @@
 #include "base/wholefile.h"
 
-#include "base/fileidentity.h"
-
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -10,7 +8,9 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <climits>
 #include <cstdio>
+#include <functional>
 #include <utility>
 
 #include <fcntl.h>
@@ -22,9 +22,9 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int s_mostLinks = 40;                     // as many as the system follows
-constexpr qsizetype s_longestName = 200;            // bytes, of a file system's 255
-constexpr qint64 s_longestWrite = 600'000'000'000;  // ns
+constexpr int s_mostLinks = 40;  // as many as the system follows
+constexpr int s_mostNames = 100;
+constexpr qsizetype s_longestName = 200;  // bytes, of a file system's 255
 const QString s_recordEnding = u".write"_s;
 
 QString s_spareFolder;  // without a separator at its end
@@ -81,6 +81,25 @@ bool writeAll(int file, const QByteArray &bytes)
     return true;
 }
 
+// All of it, or as much as can be read.
+QByteArray contentOf(int file)
+{
+    struct stat now {
+    };
+    if (fstat(file, &now) != 0 || !S_ISREG(now.st_mode))
+        return {};
+    QByteArray result(now.st_size, '\0');
+    qsizetype done = 0;
+    while (done < result.size()) {
+        const ssize_t count = pread(file, result.data() + done, result.size() - done, done);
+        if (count == 0 || (count < 0 && errno != EINTR))
+            break;
+        done += std::max<ssize_t>(count, 0);
+    }
+    result.truncate(done);
+    return result;
+}
+
 // A name in a folder is on the disk when the folder is. Some file systems know nothing of that.
 void syncFolder(const QByteArray &folder)
 {
@@ -133,23 +152,46 @@ bool takeOver(int from, const struct stat &old, int to)
     });
 }
 
-// Beside the target, flushed, and then put in its place.
+// Names beside the target that are free, for `make`, which fails with EEXIST where one is not.
+QByteArray madeBeside(const QByteArray &target, const std::function<bool(const QByteArray &)> &make)
+{
+    const QByteArray start =
+        folderOf(target) + "/." + target.mid(target.lastIndexOf('/') + 1).left(s_longestName);
+    for (int number = 0; number < s_mostNames; ++number) {
+        const QByteArray name =
+            start + (number > 0 ? '.' + QByteArray::number(number) : QByteArray()) + ".part";
+        if (make(name))
+            return name;
+        if (errno != EEXIST)
+            break;
+    }
+    return {};
+}
+
+// Beside the target, flushed, and then put in its place. It has no name before it is whole, where
+// the file system knows such files, so that a kill leaves nothing behind.
 Outcome replace(const QByteArray &target, const struct stat *old, const QByteArray &bytes,
-                mode_t mode)
+                mode_t usual)
 {
     if (old && old->st_nlink > 1)
         return Outcome::NotReplaceable;
     const QByteArray folder = folderOf(target);
-    const QByteArray fresh =
-        folder + "/." + target.mid(target.lastIndexOf('/') + 1).left(s_longestName) + ".part";
-    unlink(fresh.constData());  // of a run that was killed
-    Descriptor file(open(fresh.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC,
-                         old ? S_IRUSR | S_IWUSR : mode));
+    const mode_t mode = old ? S_IRUSR | S_IWUSR : usual;
+    QByteArray fresh;
+    int opened = open(folder.constData(), O_WRONLY | O_TMPFILE | O_CLOEXEC, mode);
+    if (opened < 0) {
+        fresh = madeBeside(target, [&](const QByteArray &name) {
+            opened = open(name.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);
+            return opened >= 0;
+        });
+    }
+    Descriptor file(opened);
     if (!file.isOpen())
         return Outcome::NotReplaceable;
     const auto giveUp = [&](Outcome outcome) {
         const int reason = errno;
-        unlink(fresh.constData());
+        if (!fresh.isEmpty())
+            unlink(fresh.constData());
         errno = reason;
         return outcome;
     };
@@ -158,7 +200,18 @@ Outcome replace(const QByteArray &target, const struct stat *old, const QByteArr
         if (!before.isOpen() || !takeOver(before.get(), *old, file.get()))
             return giveUp(Outcome::NotReplaceable);
     }
-    if (!writeAll(file.get(), bytes) || fsync(file.get()) != 0 || !file.close())
+    if (!writeAll(file.get(), bytes) || fsync(file.get()) != 0)
+        return giveUp(Outcome::Failed);
+    if (fresh.isEmpty()) {
+        const QByteArray itself = "/proc/self/fd/" + QByteArray::number(file.get());
+        fresh = madeBeside(target, [&](const QByteArray &name) {
+            return linkat(AT_FDCWD, itself.constData(), AT_FDCWD, name.constData(),
+                          AT_SYMLINK_FOLLOW) == 0;
+        });
+        if (fresh.isEmpty())
+            return Outcome::NotReplaceable;
+    }
+    if (!file.close())
         return giveUp(Outcome::Failed);
     if (rename(fresh.constData(), target.constData()) != 0)
         return giveUp(errno == EPERM || errno == EACCES ? Outcome::NotReplaceable
@@ -185,14 +238,13 @@ bool overwrite(int file, const QByteArray &bytes)
     return writeAll(file, bytes) && ftruncate(file, bytes.size()) == 0 && fsync(file) == 0;
 }
 
-// What is to be written in place, and where, in one file of the spare folder: a line about it, and
-// the bytes.
-QByteArray recordOf(const QByteArray &target, const struct stat &old, const QByteArray &bytes)
+// What is to be written in place, where, and over what, in one file of the spare folder: a line
+// about it, the new bytes and the old ones.
+QByteArray recordOf(const QByteArray &target, const QByteArray &bytes, const QByteArray &before)
 {
     const QJsonObject about{{u"path"_s, QString::fromLatin1(target.toPercentEncoding("/"))},
-                            {u"device"_s, QString::number(old.st_dev)},
-                            {u"inode"_s, QString::number(old.st_ino)}};
-    return QJsonDocument(about).toJson(QJsonDocument::Compact) + '\n' + bytes;
+                            {u"size"_s, QString::number(bytes.size())}};
+    return QJsonDocument(about).toJson(QJsonDocument::Compact) + '\n' + bytes + before;
 }
 
 bool makeSpareFolder()
@@ -222,16 +274,15 @@ bool writeInPlace(const QByteArray &target, const struct stat &old, const QByteA
     const Descriptor file(open(target.constData(), O_RDWR | O_CLOEXEC));
     if (!file.isOpen() || !makeSpareFolder())
         return false;
+    const QByteArray before = contentOf(file.get());
     const QByteArray record = spareName(target, s_recordEnding);
-    if (replace(record, nullptr, recordOf(target, old, bytes), S_IRUSR | S_IWUSR) !=
-        Outcome::Written)
+    if (before.size() != old.st_size || replace(record, nullptr, recordOf(target, bytes, before),
+                                                S_IRUSR | S_IWUSR) != Outcome::Written)
         return false;
-    QByteArray before(old.st_size, '\0');
-    const bool isRead = pread(file.get(), before.data(), before.size(), 0) == before.size();
-    const bool isWritten = isRead && overwrite(file.get(), bytes);
+    const bool isWritten = overwrite(file.get(), bytes);
     const int reason = errno;
     // With neither the new bytes nor the old ones in the file the next start tries again.
-    if (isWritten || !isRead || overwrite(file.get(), before)) {
+    if (isWritten || overwrite(file.get(), before)) {
         unlink(record.constData());
         syncFolder(folderOf(record));
     }
@@ -239,23 +290,26 @@ bool writeInPlace(const QByteArray &target, const struct stat &old, const QByteA
     return isWritten;
 }
 
-// Whether the file is still the one whose write was cut off, and nobody has worked on it since.
-bool isAsLeft(const QJsonObject &about, const FileIdentity &target, const FileIdentity &record)
+// Whether a file holds nothing but what a write that was cut off can have left: what nobody else
+// has written is old or new, or room that was made.
+bool isCutOff(const QByteArray &now, const QByteArray &bytes, const QByteArray &before)
 {
-    return about[u"device"_s].toString() == QString::number(target.device) &&
-           about[u"inode"_s].toString() == QString::number(target.inode) &&
-           target.written < record.written + s_longestWrite;
+    if (now.size() != before.size() && now.size() != std::max(bytes.size(), before.size()))
+        return now == bytes;
+    for (qsizetype i = 0; i < now.size(); ++i) {
+        const bool isNew = i < bytes.size() && now[i] == bytes[i];
+        const bool isOld = i < before.size() ? now[i] == before[i] : now[i] == 0;
+        if (!isNew && !isOld)
+            return false;
+    }
+    return true;
 }
 
-bool finishWrite(const QByteArray &target, const QJsonObject &about, const QByteArray &bytes,
-                 const FileIdentity &record)
+bool finishWrite(const QByteArray &target, const QByteArray &bytes, const QByteArray &before)
 {
-    const QString path = QFile::decodeName(target);
-    const std::optional<FileIdentity> identity = FileIdentity::of(path);
-    if (!identity || !isAsLeft(about, *identity, record))
-        return false;
-    const Descriptor file(open(target.constData(), O_RDWR | O_CLOEXEC));
-    return file.isOpen() && overwrite(file.get(), bytes);
+    const Descriptor file(open(target.constData(), O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+    return file.isOpen() && isCutOff(contentOf(file.get()), bytes, before) &&
+           overwrite(file.get(), bytes);
 }
 
 }  // namespace
@@ -302,14 +356,14 @@ QList<WholeFile::Unfinished> WholeFile::finishWrites()
     for (const QFileInfo &entry :
          folder.entryInfoList({u'*' + s_recordEnding}, QDir::Files, QDir::Name)) {
         QFile record(entry.filePath());
-        const std::optional<FileIdentity> identity = FileIdentity::of(entry.filePath());
-        if (!identity || !record.open(QIODevice::ReadOnly))
+        if (!record.open(QIODevice::ReadOnly))
             continue;
         const QJsonObject about = QJsonDocument::fromJson(record.readLine()).object();
-        const QByteArray bytes = record.readAll();
+        const QByteArray bytes = record.read(about[u"size"_s].toString().toLongLong());
+        const QByteArray before = record.readAll();
         const QByteArray target =
             QByteArray::fromPercentEncoding(about[u"path"_s].toString().toLatin1());
-        if (!finishWrite(target, about, bytes, *identity)) {
+        if (!finishWrite(target, bytes, before)) {
             const QByteArray copy = spareName(target, {});
             // The record stays for the next start where even that fails.
             if (replace(copy, nullptr, bytes, S_IRUSR | S_IWUSR) != Outcome::Written)

@@ -101,8 +101,15 @@ void upgrade(const QString &shipped, const QString &resource)
 {
     const QDomDocument &user = *GetXmlDocument(resource.toStdWString().c_str(), false);
     const int version = user.documentElement().attribute(u"ver"_s).toInt();
-    const QString copy = userDataFolder() + u"SnapWorkbench.%1.xml"_s.arg(version);
-    if (writeFile(copy, contentOf(resource)))
+    const QByteArray before = contentOf(resource);
+    const auto named = [version](int number) {
+        const QString again = number > 1 ? u"-%1"_s.arg(number) : QString();
+        return userDataFolder() + u"SnapWorkbench.%1%2.xml"_s.arg(version).arg(again);
+    };
+    int number = 1;
+    while (QFileInfo::exists(named(number)) && contentOf(named(number)) != before)
+        ++number;
+    if (writeFile(named(number), before))
         writeFile(resource, upgraded(user, *GetXmlDocument(shipped.toStdWString().c_str(), false)));
 }
 

@@ -6,6 +6,7 @@
 
 #include <QBuffer>
 #include <QCoreApplication>
+#include <QFile>
 #include <QFileInfo>
 #include <QImageReader>
 #include <QImageWriter>
@@ -39,10 +40,19 @@ QPictureDocument::QPictureDocument(const QPixmap &pixmap) : m_Pixmap(pixmap)
 QPictureDocument::QPictureDocument(const QString &path)
     : m_FileName(path), m_File(FileIdentity::of(path))
 {
-    if (!m_Pixmap.load(path)) {
+    // Not through the toolkit's store of pixmaps, which knows a file by its name, size and second.
+    QFile file(path);
+    if (QFileInfo::exists(path) && !QFileInfo(path).isFile()) {
+        // A pipe or a device would block or never end.
+        m_Failure = QCoreApplication::translate("QPictureDocument", "This is not a file.");
+    } else if (!file.open(QIODevice::ReadOnly)) {
+        m_Failure = file.errorString();
+    } else {
         QImageReader reader(path);
-        reader.read();
-        m_Failure = reader.errorString();
+        const QImage image = reader.read();
+        m_Pixmap = QPixmap::fromImage(image);
+        if (image.isNull())
+            m_Failure = reader.errorString();
     }
     // A picture is its pixels: the toolkit reads a scale out of names that end in "@2x".
     m_Pixmap.setDevicePixelRatio(1);

@@ -34,7 +34,6 @@ public:
     bool turnWheel(QPoint, int) override { return false; }
     bool hasMenuBar() const override { return false; }
     bool isComposited() override { return false; }
-    bool keepsClipboard() override { return false; }
     void setCompositingHandler(std::function<void()>) override {}
     void coverArea(QWidget *window, const QRect &area) override
     {

@@ -80,9 +80,6 @@ public:
     /// null for none.
     virtual void setCompositingHandler(std::function<void()> changed) = 0;
 
-    /// True when another program takes over what this one has copied when that ends.
-    virtual bool keepsClipboard() = 0;
-
     /// Makes a window that is not shown yet cover `area`, over panels and every screen, without the
     /// window manager's say. The widget keeps its own stacking and opacity.
     virtual void coverArea(QWidget *window, const QRect &area) = 0;

@@ -35,8 +35,7 @@ void leaveClipboard()
         return;
     QProcess keeper;
     keeper.setProgram(QCoreApplication::applicationDirPath() + u"/snapworkbench-clipboard"_s);
-    keeper.setArguments({isImage ? u"image/png"_s : u"text/plain"_s,
-                         services().windows->keepsClipboard() ? u"hand-over"_s : u"keep"_s});
+    keeper.setArguments({isImage ? u"image/png"_s : u"text/plain"_s});
     keeper.setWorkingDirectory(u"/"_s);
     keeper.setStandardInputFile(content.fileName());
     keeper.setStandardOutputFile(QProcess::nullDevice());

@@ -226,12 +226,20 @@ void MainWindow::saveSettings()
     SaveResourceFile();
 }
 
+void MainWindow::moveEvent(QMoveEvent *event)
+{
+    QMainWindow::moveEvent(event);
+    saveSettingsSoon();
+}
+
 void MainWindow::saveSettingsSoon()
 {
     if (std::exchange(m_isSaveDue, true))
         return;
     services().clock->after(s_saveDelay, this, [this] {
         m_isSaveDue = false;
+        if (isVisible())
+            SaveGeometry();
         const QString reason = SaveResourceFile();
         const bool wasTold = std::exchange(m_isSaveFailureTold, !reason.isEmpty());
         if (reason.isEmpty())

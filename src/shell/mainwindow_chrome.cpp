@@ -105,6 +105,7 @@ void MainWindow::resizeEvent(QResizeEvent *event)
 {
     QMainWindow::resizeEvent(event);
     cutCorners();
+    saveSettingsSoon();
 }
 
 void MainWindow::cutCorners()

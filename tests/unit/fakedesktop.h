@@ -98,7 +98,6 @@ public:
     bool turnWheel(QPoint, int) override { return false; }
     bool hasMenuBar() const override { return menuBar; }
     bool isComposited() override { return composited; }
-    bool keepsClipboard() override { return true; }
     void setCompositingHandler(std::function<void()>) override {}
     void coverArea(QWidget *window, const QRect &area) override
     {

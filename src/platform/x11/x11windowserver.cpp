@@ -173,17 +173,13 @@ xcb_atom_t X11WindowServer::compositorSelection()
     return m_display.atom("_NET_WM_CM_S" + std::to_string(m_display.screenNumber()));
 }
 
-bool X11WindowServer::hasOwner(xcb_atom_t selection)
+bool X11WindowServer::isComposited()
 {
     xcb_connection_t *connection = m_display.connection();
-    const auto reply =
-        XCB_REPLY(connection, get_selection_owner, xcb_get_selection_owner(connection, selection));
+    const auto reply = XCB_REPLY(connection, get_selection_owner,
+                                 xcb_get_selection_owner(connection, compositorSelection()));
     return reply && reply->owner != XCB_NONE;
 }
-
-bool X11WindowServer::isComposited() { return hasOwner(compositorSelection()); }
-
-bool X11WindowServer::keepsClipboard() { return hasOwner(m_display.atom("CLIPBOARD_MANAGER")); }
 
 void X11WindowServer::setCompositingHandler(std::function<void()> changed)
 {

@@ -26,7 +26,6 @@ public:
     bool turnWheel(QPoint at, int clicks) override;
     bool hasMenuBar() const override { return false; }
     bool isComposited() override;
-    bool keepsClipboard() override;
     void setCompositingHandler(std::function<void()> changed) override;
     void coverArea(QWidget *window, const QRect &area) override;
     void moveWindow(QWidget *window, QPoint to) override;
@@ -54,7 +53,6 @@ private:
     QList<Window> topLevels();
     /// The selection that a running compositor owns.
     xcb_atom_t compositorSelection();
-    bool hasOwner(xcb_atom_t selection);
     void findClients(QList<Window> &windows);
     void readNames(QList<Window> &windows);
     /// The clients that are not on the screen, as the windows that the list shows for them.

@@ -20,6 +20,8 @@
 #include <algorithm>
 #include <functional>
 
+#include <sys/stat.h>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -346,6 +348,9 @@ void TestPrompts::filesAreKnown()
     QCOMPARE(contentOf(at(u"text.png"_s)), QByteArray("no picture"));
     m_window->SetCurDocumentIndex(0);
     QVERIFY(reason->isHidden());
+    QCOMPARE(mkfifo(QFile::encodeName(at(u"pipe.png"_s)).constData(), 0600), 0);
+    m_window->openPictures({at(u"pipe.png"_s)});
+    QCOMPARE(reason->text(), u"\"pipe.png\" can't be shown: This is not a file."_s);
 }
 
 QTEST_MAIN(TestPrompts)
