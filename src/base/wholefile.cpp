@@ -158,7 +158,7 @@ QByteArray madeBeside(const QByteArray &target, const std::function<bool(const Q
     const QByteArray start =
         folderOf(target) + "/." + target.mid(target.lastIndexOf('/') + 1).left(s_longestName);
     for (int number = 0; number < s_mostNames; ++number) {
-        const QByteArray name =
+        QByteArray name =
             start + (number > 0 ? '.' + QByteArray::number(number) : QByteArray()) + ".part";
         if (make(name))
             return name;
