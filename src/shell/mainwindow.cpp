@@ -238,7 +238,7 @@ void MainWindow::saveSettingsSoon()
         return;
     services().clock->after(s_saveDelay, this, [this] {
         m_isSaveDue = false;
-        if (isVisible() && !isMinimized())
+        if (isVisible())
             SaveGeometry();
         const QString reason = SaveResourceFile();
         const bool wasTold = std::exchange(m_isSaveFailureTold, !reason.isEmpty());

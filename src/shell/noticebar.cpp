@@ -285,7 +285,7 @@ void NoticeBar::keyPressEvent(QKeyEvent *event)
 // Not for the window, which a press on its body moves.
 void NoticeBar::mousePressEvent(QMouseEvent *event) { event->accept(); }
 
-// Painted is seen, or as good as.
+// Painted is seen, or as good as, but in a window that is minimised.
 void NoticeBar::paintEvent(QPaintEvent * /*event*/)
 {
     QPainter painter(this);
@@ -293,6 +293,6 @@ void NoticeBar::paintEvent(QPaintEvent * /*event*/)
     painter.setPen(s_edge);
     painter.setBrush(s_plate);
     painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), s_radius, s_radius);
-    if (!m_isTimed)
+    if (!m_isTimed && !window()->isMinimized())
         startTime();
 }
