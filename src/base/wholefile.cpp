@@ -5,6 +5,7 @@
 #include <QFileInfo>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QMutex>
 
 #include <algorithm>
 #include <cerrno>
@@ -12,6 +13,7 @@
 #include <cstdio>
 #include <functional>
 #include <utility>
+#include <vector>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -25,9 +27,14 @@ namespace {
 constexpr int s_mostLinks = 40;  // as many as the system follows
 constexpr int s_mostNames = 100;
 constexpr qsizetype s_longestName = 200;  // bytes, of a file system's 255
+constexpr qint64 s_atOnce = 1 << 20;      // bytes copied from file to file
+constexpr int s_sizeDigits = 20;
 const QString s_recordEnding = u".write"_s;
 
 QString s_spareFolder;  // without a separator at its end
+
+// From choosing a name in the spare folder until it is taken.
+QMutex s_spareNames;
 
 enum class Outcome { Written, Failed, NotReplaceable };
 
@@ -36,8 +43,12 @@ class Descriptor
 public:
     explicit Descriptor(int descriptor) : m_descriptor(descriptor) {}
     ~Descriptor() { close(); }
-    Descriptor(const Descriptor &) = delete;
-    Descriptor &operator=(const Descriptor &) = delete;
+    Descriptor(Descriptor &&other) noexcept : m_descriptor(std::exchange(other.m_descriptor, -1)) {}
+    Descriptor &operator=(Descriptor &&other) noexcept
+    {
+        std::swap(m_descriptor, other.m_descriptor);
+        return *this;
+    }
 
     bool isOpen() const { return m_descriptor >= 0; }
     int get() const { return m_descriptor; }
@@ -70,11 +81,35 @@ QByteArray followed(const QString &path)
     return {};
 }
 
-bool writeAll(int file, const QByteArray &bytes)
+bool writeAt(int file, qint64 offset, QByteArrayView bytes)
 {
     for (qsizetype done = 0; done < bytes.size();) {
-        const ssize_t count = pwrite(file, bytes.constData() + done, bytes.size() - done, done);
+        const ssize_t count = pwrite(file, bytes.data() + done, bytes.size() - done, offset + done);
         if (count < 0 && errno != EINTR)
+            return false;
+        done += std::max<ssize_t>(count, 0);
+    }
+    return true;
+}
+
+// A stretch of a file.
+struct Stretch {
+    int file = -1;
+    qint64 offset = 0;
+    qint64 size = 0;
+};
+
+bool copyTo(int file, qint64 offset, const Stretch &from)
+{
+    std::vector<char> bytes(std::min(from.size, s_atOnce));
+    for (qint64 done = 0; done < from.size;) {
+        const ssize_t count = pread(from.file, bytes.data(), std::min(from.size - done, s_atOnce),
+                                    from.offset + done);
+        if (count == 0)
+            errno = EIO;
+        if (count == 0 || (count < 0 && errno != EINTR))
+            return false;
+        if (count > 0 && !writeAt(file, offset + done, {bytes.data(), count}))
             return false;
         done += std::max<ssize_t>(count, 0);
     }
@@ -168,83 +203,120 @@ QByteArray madeBeside(const QByteArray &target, const std::function<bool(const Q
     return {};
 }
 
-// Beside the target, flushed, and then put in its place. It has no name before it is whole, where
-// the file system knows such files, so that a kill leaves nothing behind.
-Outcome replace(const QByteArray &target, const struct stat *old, const QByteArray &bytes,
-                mode_t usual)
+// New bytes beside the file that they are meant for, until they are put in its place. They have no
+// name before they are whole, where the file system knows such files, so that a kill leaves nothing
+// behind.
+class Part
 {
-    if (old && old->st_nlink > 1)
-        return Outcome::NotReplaceable;
-    const QByteArray folder = folderOf(target);
-    const mode_t mode = old ? S_IRUSR | S_IWUSR : usual;
-    QByteArray fresh;
-    int opened = open(folder.constData(), O_WRONLY | O_TMPFILE | O_CLOEXEC, mode);
-    if (opened < 0) {
-        fresh = madeBeside(target, [&](const QByteArray &name) {
-            opened = open(name.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);
-            return opened >= 0;
-        });
+public:
+    Part() = default;
+    ~Part() { discard(); }
+    Part(const Part &) = delete;
+    Part &operator=(const Part &) = delete;
+
+    bool open(const QByteArray &target, mode_t mode)
+    {
+        discard();
+        m_target = target;
+        int opened = ::open(folderOf(target).constData(), O_RDWR | O_TMPFILE | O_CLOEXEC, mode);
+        if (opened < 0) {
+            m_name = madeBeside(target, [&](const QByteArray &name) {
+                opened = ::open(name.constData(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, mode);
+                return opened >= 0;
+            });
+        }
+        m_file = Descriptor(opened);
+        return m_file.isOpen();
     }
-    Descriptor file(opened);
-    if (!file.isOpen())
-        return Outcome::NotReplaceable;
-    const auto giveUp = [&](Outcome outcome) {
+
+    int file() const { return m_file.get(); }
+    qint64 size() const { return m_size; }
+
+    bool append(QByteArrayView bytes)
+    {
+        if (!writeAt(m_file.get(), m_size, bytes))
+            return false;
+        m_size += bytes.size();
+        return true;
+    }
+
+    bool append(const Stretch &from)
+    {
+        if (!copyTo(m_file.get(), m_size, from))
+            return false;
+        m_size += from.size;
+        return true;
+    }
+
+    // Unless it is written the bytes can still be read here.
+    Outcome put()
+    {
+        if (fsync(m_file.get()) != 0)
+            return Outcome::Failed;
+        if (m_name.isEmpty()) {
+            const QByteArray itself = "/proc/self/fd/" + QByteArray::number(m_file.get());
+            m_name = madeBeside(m_target, [&](const QByteArray &name) {
+                return linkat(AT_FDCWD, itself.constData(), AT_FDCWD, name.constData(),
+                              AT_SYMLINK_FOLLOW) == 0;
+            });
+            if (m_name.isEmpty())
+                return Outcome::NotReplaceable;
+        }
+        Descriptor again(fcntl(m_file.get(), F_DUPFD_CLOEXEC, 0));
+        if (!again.isOpen() || !m_file.close())
+            return Outcome::Failed;
+        m_file = std::move(again);
+        if (rename(m_name.constData(), m_target.constData()) != 0)
+            return errno == EPERM || errno == EACCES ? Outcome::NotReplaceable : Outcome::Failed;
+        m_name.clear();
+        syncFolder(folderOf(m_target));
+        return Outcome::Written;
+    }
+
+    // What is left of it goes, and the reason for that stays.
+    void discard()
+    {
         const int reason = errno;
-        if (!fresh.isEmpty())
-            unlink(fresh.constData());
+        if (!m_name.isEmpty())
+            unlink(m_name.constData());
+        m_name.clear();
+        m_file = Descriptor(-1);
+        m_size = 0;
         errno = reason;
-        return outcome;
-    };
-    if (old) {
-        const Descriptor before(open(target.constData(), O_RDONLY | O_CLOEXEC));
-        if (!before.isOpen() || !takeOver(before.get(), *old, file.get()))
-            return giveUp(Outcome::NotReplaceable);
     }
-    if (!writeAll(file.get(), bytes) || fsync(file.get()) != 0)
-        return giveUp(Outcome::Failed);
-    if (fresh.isEmpty()) {
-        const QByteArray itself = "/proc/self/fd/" + QByteArray::number(file.get());
-        fresh = madeBeside(target, [&](const QByteArray &name) {
-            return linkat(AT_FDCWD, itself.constData(), AT_FDCWD, name.constData(),
-                          AT_SYMLINK_FOLLOW) == 0;
-        });
-        if (fresh.isEmpty())
-            return Outcome::NotReplaceable;
-    }
-    if (!file.close())
-        return giveUp(Outcome::Failed);
-    if (rename(fresh.constData(), target.constData()) != 0)
-        return giveUp(errno == EPERM || errno == EACCES ? Outcome::NotReplaceable
-                                                        : Outcome::Failed);
-    syncFolder(folder);
-    return Outcome::Written;
-}
+
+private:
+    QByteArray m_target;
+    QByteArray m_name;  // where it has one
+    Descriptor m_file{-1};
+    qint64 m_size = 0;
+};
 
 // Room is made before the first byte is changed: a full disk costs nothing.
-bool overwrite(int file, const QByteArray &bytes)
+bool overwrite(int file, const Stretch &from)
 {
     struct stat old {
     };
     if (fstat(file, &old) != 0)
         return false;
-    if (bytes.size() > old.st_size) {
-        const int failure = posix_fallocate(file, old.st_size, bytes.size() - old.st_size);
+    if (from.size > old.st_size) {
+        const int failure = posix_fallocate(file, old.st_size, from.size - old.st_size);
         if (failure != 0) {
             (void)!ftruncate(file, old.st_size);
             errno = failure;
             return false;
         }
     }
-    return writeAll(file, bytes) && ftruncate(file, bytes.size()) == 0 && fsync(file) == 0;
+    return copyTo(file, 0, from) && ftruncate(file, from.size) == 0 && fsync(file) == 0;
 }
 
-// What is to be written in place, where, and over what, in one file of the spare folder: a line
-// about it, the new bytes and the old ones.
-QByteArray recordOf(const QByteArray &target, const QByteArray &bytes, const QByteArray &before)
+// What is to be written in place, where, and over what, is one file of the spare folder: a line
+// about it, the new bytes and the old ones. The line is as long for any number of bytes.
+QByteArray recordLine(const QByteArray &target, qint64 size)
 {
     const QJsonObject about{{u"path"_s, QString::fromLatin1(target.toPercentEncoding("/"))},
-                            {u"size"_s, QString::number(bytes.size())}};
-    return QJsonDocument(about).toJson(QJsonDocument::Compact) + '\n' + bytes + before;
+                            {u"size"_s, QString::number(size).rightJustified(s_sizeDigits, u'0')}};
+    return QJsonDocument(about).toJson(QJsonDocument::Compact) + '\n';
 }
 
 bool makeSpareFolder()
@@ -269,25 +341,16 @@ QByteArray spareName(const QByteArray &target, const QString &ending)
     }
 }
 
-bool writeInPlace(const QByteArray &target, const struct stat &old, const QByteArray &bytes)
+// The bytes, under a name of the spare folder. Empty, with errno set, where they can't be kept.
+QByteArray keepSpare(const QByteArray &target, const QString &ending,
+                     const std::function<bool(Part &)> &fill)
 {
-    const Descriptor file(open(target.constData(), O_RDWR | O_CLOEXEC));
-    if (!file.isOpen() || !makeSpareFolder())
-        return false;
-    const QByteArray before = contentOf(file.get());
-    const QByteArray record = spareName(target, s_recordEnding);
-    if (before.size() != old.st_size || replace(record, nullptr, recordOf(target, bytes, before),
-                                                S_IRUSR | S_IWUSR) != Outcome::Written)
-        return false;
-    const bool isWritten = overwrite(file.get(), bytes);
-    const int reason = errno;
-    // With neither the new bytes nor the old ones in the file the next start tries again.
-    if (isWritten || overwrite(file.get(), before)) {
-        unlink(record.constData());
-        syncFolder(folderOf(record));
-    }
-    errno = reason;
-    return isWritten;
+    const QMutexLocker locker(&s_spareNames);
+    QByteArray name = spareName(target, ending);
+    Part part;
+    if (!part.open(name, S_IRUSR | S_IWUSR) || !fill(part) || part.put() != Outcome::Written)
+        return {};
+    return name;
 }
 
 // Whether a file holds nothing but what a write that was cut off can have left: what nobody else
@@ -305,40 +368,116 @@ bool isCutOff(const QByteArray &now, const QByteArray &bytes, const QByteArray &
     return true;
 }
 
-bool finishWrite(const QByteArray &target, const QByteArray &bytes, const QByteArray &before)
+bool finishWrite(const QByteArray &target, const QByteArray &bytes, const QByteArray &before,
+                 const Stretch &kept)
 {
     const Descriptor file(open(target.constData(), O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
     return file.isOpen() && isCutOff(contentOf(file.get()), bytes, before) &&
-           overwrite(file.get(), bytes);
+           overwrite(file.get(), kept);
 }
 
 }  // namespace
 
-bool WholeFile::write(const QByteArray &bytes)
-{
-    const auto end = [this](bool isWritten) {
-        m_error = isWritten ? 0 : errno;
-        return isWritten;
-    };
-    const QByteArray target = followed(m_path);
-    if (target.isEmpty())
-        return end(false);
+// The new bytes beside the target or, where it can't be replaced, in the spare folder.
+struct WholeFile::Writing {
+    QByteArray target{};
     struct stat old {
     };
-    const bool exists = stat(target.constData(), &old) == 0;
-    if (exists && !S_ISREG(old.st_mode)) {
-        errno = S_ISDIR(old.st_mode) ? EISDIR : EINVAL;
-        return end(false);
+    bool exists = false;
+    Part part{};
+
+    bool begin(const QString &path)
+    {
+        target = followed(path);
+        if (target.isEmpty())
+            return false;
+        exists = stat(target.constData(), &old) == 0;
+        if (exists && !S_ISREG(old.st_mode)) {
+            errno = S_ISDIR(old.st_mode) ? EISDIR : EINVAL;
+            return false;
+        }
+        // A file that is protected from writing could be replaced all the same.
+        if (exists && faccessat(AT_FDCWD, target.constData(), W_OK, AT_EACCESS) != 0)
+            return false;
+        constexpr mode_t usual = 0666;  // less what the user's mask takes
+        if (!exists)
+            return part.open(target, usual);
+        if (old.st_nlink == 1 && part.open(target, S_IRUSR | S_IWUSR)) {
+            const Descriptor before(open(target.constData(), O_RDONLY | O_CLOEXEC));
+            if (before.isOpen() && takeOver(before.get(), old, part.file()))
+                return true;
+        }
+        isInPlace = true;
+        return makeSpareFolder() && part.open(spareName(target, {}), S_IRUSR | S_IWUSR);
     }
-    // A file that is protected from writing could be replaced all the same.
-    if (exists && faccessat(AT_FDCWD, target.constData(), W_OK, AT_EACCESS) != 0)
-        return end(false);
-    constexpr mode_t usual = 0666;  // less what the user's mask takes
-    const Outcome outcome = replace(target, exists ? &old : nullptr, bytes, usual);
-    if (outcome == Outcome::NotReplaceable && exists)
-        return end(writeInPlace(target, old, bytes));
-    return end(outcome == Outcome::Written);
+
+    bool commit()
+    {
+        if (!isInPlace) {
+            const Outcome outcome = part.put();
+            if (outcome != Outcome::NotReplaceable || !exists)
+                return outcome == Outcome::Written;
+        }
+        return writeInPlace();
+    }
+
+private:
+    bool isInPlace = false;
+
+    bool writeInPlace()
+    {
+        const Descriptor file(open(target.constData(), O_RDWR | O_CLOEXEC));
+        struct stat now {
+        };
+        if (!file.isOpen() || fstat(file.get(), &now) != 0 || !makeSpareFolder())
+            return false;
+        const QByteArray line = recordLine(target, part.size());
+        const QByteArray record = keepSpare(target, s_recordEnding, [&](Part &spare) {
+            return spare.append(line) &&
+                   spare.append(Stretch{.file = part.file(), .size = part.size()}) &&
+                   spare.append(Stretch{.file = file.get(), .size = now.st_size});
+        });
+        if (record.isEmpty())
+            return false;
+        const Descriptor before(open(record.constData(), O_RDONLY | O_CLOEXEC));
+        const bool isWritten = overwrite(file.get(), {.file = part.file(), .size = part.size()});
+        const int reason = errno;
+        // With neither the new bytes nor the old ones in the file the next start tries again.
+        if (isWritten || overwrite(file.get(), {.file = before.get(),
+                                                .offset = line.size() + part.size(),
+                                                .size = now.st_size})) {
+            unlink(record.constData());
+            syncFolder(folderOf(record));
+        }
+        errno = reason;
+        return isWritten;
+    }
+};
+
+WholeFile::WholeFile(QString path) : m_path(std::move(path)) {}
+
+WholeFile::~WholeFile() = default;
+
+bool WholeFile::end(bool isDone)
+{
+    m_error = isDone ? 0 : errno;
+    m_writing.reset();
+    return isDone;
 }
+
+bool WholeFile::append(QByteArrayView bytes)
+{
+    if (!m_writing) {
+        if (m_error != 0)
+            return false;
+        m_writing = std::make_unique<Writing>();
+        if (!m_writing->begin(m_path))
+            return end(false);
+    }
+    return m_writing->part.append(bytes) || end(false);
+}
+
+bool WholeFile::commit() { return m_writing && end(m_writing->commit()); }
 
 QString WholeFile::error() const { return qt_error_string(m_error); }
 
@@ -363,10 +502,14 @@ QList<WholeFile::Unfinished> WholeFile::finishWrites()
         const QByteArray before = record.readAll();
         const QByteArray target =
             QByteArray::fromPercentEncoding(about[u"path"_s].toString().toLatin1());
-        if (!finishWrite(target, bytes, before)) {
-            const QByteArray copy = spareName(target, {});
+        const Stretch kept{.file = record.handle(),
+                           .offset = record.pos() - bytes.size() - before.size(),
+                           .size = bytes.size()};
+        if (!finishWrite(target, bytes, before, kept)) {
+            const QByteArray copy =
+                keepSpare(target, {}, [&](Part &spare) { return spare.append(bytes); });
             // The record stays for the next start where even that fails.
-            if (replace(copy, nullptr, bytes, S_IRUSR | S_IWUSR) != Outcome::Written)
+            if (copy.isEmpty())
                 continue;
             result.append({QFile::decodeName(target), QFile::decodeName(copy)});
         }

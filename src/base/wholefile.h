@@ -1,8 +1,11 @@
 #pragma once
 
 #include <QByteArray>
+#include <QByteArrayView>
 #include <QList>
 #include <QString>
+
+#include <memory>
 
 /// Writes a file whole or not at all: whatever fails, and whenever the program is killed, the file
 /// holds all of its old bytes or all of the new ones. One that is replaced keeps its owner, mode,
@@ -15,11 +18,18 @@
 class WholeFile
 {
 public:
-    explicit WholeFile(QString path) : m_path(std::move(path)) {}
+    explicit WholeFile(QString path);
+    /// Gives up what was not committed.
+    ~WholeFile();
 
-    /// False when the file could not be written; it is as it was then. The bytes have reached the
-    /// disk when this returns.
-    bool write(const QByteArray &bytes);
+    /// Takes the next of the new bytes; the file stays as it is. False when there is no room, or
+    /// the file can't be written: commit() is false then as well.
+    bool append(QByteArrayView bytes);
+    /// Puts what was appended into the file, all at once. False when the file could not be
+    /// written; it is as it was then. The bytes have reached the disk when this returns.
+    bool commit();
+    /// Both, with all of the bytes.
+    bool write(const QByteArray &bytes) { return append(bytes) && commit(); }
     /// Why not, in the system's words.
     QString error() const;
 
@@ -38,6 +48,11 @@ public:
     static QList<Unfinished> finishWrites();
 
 private:
+    struct Writing;
+
+    bool end(bool isDone);
+
     QString m_path;
+    std::unique_ptr<Writing> m_writing;  ///< from the first byte to the commit
     int m_error = 0;
 };
