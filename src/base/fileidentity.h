@@ -21,4 +21,5 @@ struct FileIdentity {
 
     /// Nothing where there is no file.
     static std::optional<FileIdentity> of(const QString &path);
+    static std::optional<FileIdentity> of(int descriptor);
 };

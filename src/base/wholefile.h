@@ -30,6 +30,8 @@ public:
     bool commit();
     /// Both, with all of the bytes.
     bool write(const QByteArray &bytes) { return append(bytes) && commit(); }
+    /// Whether the file could not be written.
+    bool hasFailed() const { return m_error != 0; }
     /// Why not, in the system's words.
     QString error() const;
 

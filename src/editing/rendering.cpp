@@ -1,6 +1,19 @@
 #include "editing/rendering.h"
 
+#include "editing/coverage.h"
+
+#include <algorithm>
+#include <cstring>
+#include <vector>
+
+#include <sys/mman.h>
+#include <unistd.h>
+
 namespace {
+
+constexpr qint64 s_bandBytes = 16 << 20;
+constexpr int s_fewestRows = 16;
+constexpr int s_fewestBands = 16;  // a band is a small part of the picture
 
 constexpr QSize s_textBox(1000, 1000);  // picture pixels
 constexpr int s_textFlags = Qt::AlignLeft | Qt::AlignTop;
@@ -31,6 +44,72 @@ void draw(QPainter &painter, const TextShape &shape, const EditMsg &style)
 {
     painter.setFont(style.font);
     painter.drawText(QRect(shape.position, s_textBox), s_textFlags, style.text);
+}
+
+// Room for a whole picture, of which only the rows that are written to take memory. A shape is
+// drawn with the picture's own coordinates and size then, and its pixels are those of a drawing
+// that was made at once.
+class SparseRows
+{
+public:
+    SparseRows(QSize size, QImage::Format format)
+        : m_line(qsizetype{4} * size.width()), m_size(m_line * size.height()),
+          m_memory(mmap(nullptr, m_size, PROT_READ | PROT_WRITE,
+                        MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0))
+    {
+        if (isThere())
+            m_image = QImage(row(0), size.width(), size.height(), m_line, format);
+    }
+    ~SparseRows()
+    {
+        if (isThere())
+            munmap(m_memory, m_size);
+    }
+    SparseRows(const SparseRows &) = delete;
+    SparseRows &operator=(const SparseRows &) = delete;
+
+    bool isThere() const { return m_memory != MAP_FAILED; }
+    QImage &image() { return m_image; }
+
+    /// The rows, to be written to.
+    QImage band(int top, int rows)
+    {
+        return {row(top), m_image.width(), rows, m_line, m_image.format()};
+    }
+    /// Gives back what all rows above have taken.
+    void release(int bottom)
+    {
+        const qsizetype page = sysconf(_SC_PAGESIZE);
+        const qsizetype end = m_line * bottom / page * page;
+        madvise(static_cast<uchar *>(m_memory) + m_released, end - m_released, MADV_DONTNEED);
+        m_released = end;
+    }
+
+private:
+    uchar *row(int y) { return static_cast<uchar *>(m_memory) + m_line * y; }
+
+    qsizetype m_line;
+    qsizetype m_size;
+    void *m_memory;
+    qsizetype m_released = 0;
+    QImage m_image;
+};
+
+int rowsOfBand(const QImage &picture)
+{
+    const qint64 most = std::min(s_bandBytes / (qint64{4} * picture.width()),
+                                 qint64{picture.height()} / s_fewestBands);
+    return std::max(s_fewestRows, static_cast<int>(most));
+}
+
+// Rows of the picture in the format, without a copy where it has that already.
+QImage rowsOf(const QImage &picture, int top, int rows, QImage::Format format)
+{
+    QImage result(picture.constScanLine(top), picture.width(), rows, picture.bytesPerLine(),
+                  picture.format());
+    if (picture.colorCount() > 0)
+        result.setColorTable(picture.colorTable());
+    return result.convertToFormat(format);
 }
 
 }  // namespace
@@ -129,4 +208,57 @@ QImage replayed(const QImage &picture, const EditHistory &history, const QColor 
         result.setDotsPerMeterY(dots.y());
     }
     return cleanPixmap(picture, result, background);
+}
+
+QImage::Format pixmapFormat(const QImage &picture)
+{
+    return picture.hasAlphaChannel() ? QImage::Format_ARGB32_Premultiplied : QImage::Format_RGB32;
+}
+
+bool replayedInBands(const QImage &picture, const EditHistory &history,
+                     const std::function<bool(const QImage &band, int top)> &take)
+{
+    const QImage::Format format = pixmapFormat(picture);
+    const int rows = rowsOfBand(picture);
+    const auto forEachBand = [&](const auto &work) {
+        for (int top = 0; top < picture.height(); top += rows) {
+            const int count = std::min(rows, picture.height() - top);
+            if (!work(top, rowsOf(picture, top, count, format)))
+                return false;
+        }
+        return true;
+    };
+    if (history.isEmpty()) {
+        return forEachBand([&](int top, QImage band) {
+            const QImage base = band;
+            return take(cleanPixmap(base, band, QColor(0, 0, 0, 0)), top);
+        });
+    }
+    SparseRows sparse(picture.size(), format);
+    if (!sparse.isThere())
+        return false;
+    std::vector<QRect> places;
+    std::transform(
+        history.begin(), history.end(), std::back_inserter(places), [&](const EntryPtr &entry) {
+            return coverage(entry->geometry, entry->style, picture.size()).boundingRect();
+        });
+    QPainter painter(&sparse.image());
+    painter.setRenderHint(QPainter::Antialiasing);
+    return forEachBand([&](int top, const QImage &base) {
+        if (base.isNull())
+            return false;
+        QImage band = sparse.band(top, base.height());
+        for (int y = 0; y < base.height(); ++y)
+            std::memcpy(band.scanLine(y), base.constScanLine(y), band.bytesPerLine());
+        const QRect part(0, top, picture.width(), base.height());
+        painter.setClipRect(part);
+        for (qsizetype i = history.size() - 1; i >= 0; --i) {
+            if (places[i].intersects(part))
+                drawShape(painter, history[i]->geometry, history[i]->style);
+        }
+        cleanPixmap(base, band, QColor(0, 0, 0, 0));
+        const bool goesOn = take(band, top);
+        sparse.release(part.bottom() + 1);
+        return goesOn;
+    });
 }

@@ -6,6 +6,8 @@
 #include <QImage>
 #include <QPainter>
 
+#include <functional>
+
 class QPainterPath;
 class QPolygonF;
 
@@ -34,3 +36,12 @@ QPoint useScreenDots(QImage &image);
 /// The one way from a history to pixels: `picture` with all shapes over it, the oldest first, cut
 /// to the picture's own outline.
 QImage replayed(const QImage &picture, const EditHistory &history, const QColor &background);
+
+/// The same from top to bottom in bands, so that it need not lie in memory whole. Each has the
+/// pixels that `replayed` gives for the picture as a pixmap holds it, with nothing where the
+/// picture ends, and is gone when `take` returns. False when `take` was false or there was too
+/// little memory. The picture's pixel ratio is 1.
+bool replayedInBands(const QImage &picture, const EditHistory &history,
+                     const std::function<bool(const QImage &band, int top)> &take);
+/// The format of such bands.
+QImage::Format pixmapFormat(const QImage &picture);

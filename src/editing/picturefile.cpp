@@ -1,0 +1,276 @@
+#include "editing/picturefile.h"
+
+#include "base/memory.h"
+#include "base/wholefile.h"
+#include "editing/drawingcheck.h"
+#include "editing/rendering.h"
+#include "editing/rowwriter.h"
+
+#include <QBuffer>
+#include <QCoreApplication>
+#include <QFile>
+#include <QFileInfo>
+#include <QImageReader>
+#include <QImageWriter>
+#include <QLocale>
+
+#include <algorithm>
+#include <cerrno>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int s_done = 1000;             // permille
+constexpr qint64 s_bytesOfAPixel = 12;   // decoded, shown, and while it is drawn on
+constexpr qint64 s_largestDecoded = 8;   // bytes a pixel
+constexpr qsizetype s_atOnce = 1 << 20;  // bytes
+
+QString tr(const char *source) { return QCoreApplication::translate("QPictureDocument", source); }
+
+// A file that counts what is read of it, and can't be read any more once that is not wanted.
+class CountedFile : public QFile
+{
+public:
+    explicit CountedFile(PictureProgress &progress) : m_progress(progress) {}
+
+protected:
+    qint64 readData(char *data, qint64 size) override
+    {
+        if (m_progress.isCancelled)
+            return -1;
+        const qint64 count = QFile::readData(data, size);
+        // A reader that looks again at what it knows makes no progress.
+        m_furthest = std::max(m_furthest, QFile::pos() + std::max<qint64>(count, 0));
+        if (const qint64 whole = QFile::size(); whole > 0)
+            m_progress.permille =
+                static_cast<int>(std::min(m_furthest * s_done / whole, qint64{s_done}));
+        return count;
+    }
+
+private:
+    PictureProgress &m_progress;
+    qint64 m_furthest = 0;
+};
+
+// Bytes that can't be written any more once that is not wanted.
+class GivenUpBuffer : public QBuffer
+{
+public:
+    explicit GivenUpBuffer(const PictureProgress &progress) : m_progress(progress) {}
+
+protected:
+    qint64 writeData(const char *data, qint64 size) override
+    {
+        return m_progress.isCancelled ? -1 : QBuffer::writeData(data, size);
+    }
+
+private:
+    const PictureProgress &m_progress;
+};
+
+// Why a picture of that many pixels is too large. Empty where it is not.
+QString tooLarge(qint64 pixels)
+{
+    const qint64 needed = pixels * s_bytesOfAPixel;
+    const qint64 allowed = availableMemory() / 2;
+    if (needed <= allowed)
+        return {};
+    const QLocale locale;
+    return tr(QT_TRANSLATE_NOOP("QPictureDocument",
+                                "The picture needs %1 of memory, and only %2 can be used now."))
+        .arg(locale.formattedDataSize(needed), locale.formattedDataSize(allowed));
+}
+
+bool isOpaque(const QImage &picture)
+{
+    for (int y = 0; y < picture.height(); ++y) {
+        const auto *line = reinterpret_cast<const QRgb *>(picture.constScanLine(y));
+        if (!std::all_of(line, line + picture.width(),
+                         [](QRgb pixel) { return qAlpha(pixel) == 255; }))
+            return false;
+    }
+    return true;
+}
+
+// As a pixmap holds it, so that nothing is left to do for the thread that shows it.
+QImage asPixmap(QImage picture)
+{
+    const QImage::Format format = pixmapFormat(picture);
+    picture = std::move(picture).convertToFormat(format);
+    if (format != QImage::Format_RGB32 && isOpaque(picture))
+        picture = std::move(picture).convertToFormat(QImage::Format_RGB32);
+    return picture;
+}
+
+QImage decode(QImageReader &reader, qint64 otherPixels, QString &failure)
+{
+    const QSize size = reader.size();
+    failure = tooLarge(otherPixels + qint64{size.width()} * size.height());
+    if (!failure.isEmpty())
+        return {};
+    QImage picture = reader.read();
+    if (picture.isNull())
+        failure = reader.errorString();
+    return asPixmap(std::move(picture));
+}
+
+QImage decodeDrawing(QIODevice &file, QString &failure)
+{
+    std::optional<QByteArray> text = drawingText(file.readAll());
+    if (!text) {
+        failure = tr(QT_TRANSLATE_NOOP("QPictureDocument",
+                                       "The drawing can't be unpacked or is too large."));
+        return {};
+    }
+    const DrawingCheck check = checkDrawing(*text);
+    failure = check.failure;
+    if (!failure.isEmpty())
+        return {};
+    QBuffer buffer(&*text);
+    QImageReader reader(&buffer, "svg");
+    return decode(reader, check.pixels, failure);
+}
+
+// Formats that hold no transparency, told by the end of the name. The dot is not asked for.
+bool isOpaqueFormat(const QString &path)
+{
+    const QString upper = path.toUpper();
+    return upper.endsWith(u"BMP"_s) || upper.endsWith(u"JPG"_s) || upper.endsWith(u"JPEG"_s);
+}
+
+QImage onWhite(const QImage &picture)
+{
+    QImage result(picture.size(), QImage::Format_RGB32);
+    result.fill(Qt::white);
+    QPainter(&result).drawImage(0, 0, picture);
+    return result;
+}
+
+QString outOfMemory()
+{
+    return tr(QT_TRANSLATE_NOOP("QPictureDocument", "There is not enough memory."));
+}
+
+// Both ways give the file all of its bytes, and false, mostly with a failure, where they can't.
+
+bool writeRows(RowWriter &writer, const QImage &picture, const EditHistory &shapes, bool isFlat,
+               PictureProgress &progress, QString &failure)
+{
+    if (std::max(picture.width(), picture.height()) > writer.longestSide()) {
+        failure =
+            tr(QT_TRANSLATE_NOOP("QPictureDocument",
+                                 "A file of this kind can't be wider or higher than %1 pixels."))
+                .arg(QLocale().toString(writer.longestSide()));
+        return false;
+    }
+    const auto take = [&](const QImage &band, int top) {
+        progress.permille = static_cast<int>(qint64{top} * s_done / picture.height());
+        return !progress.isCancelled && writer.add(isFlat ? onWhite(band) : band);
+    };
+    return writer.begin() && replayedInBands(picture, shapes, take) && writer.end();
+}
+
+bool writeWhole(WholeFile &file, const QByteArray &format, int quality, const QImage &picture,
+                const EditHistory &shapes, bool isFlat, PictureProgress &progress, QString &failure)
+{
+    GivenUpBuffer buffer(progress);
+    QImageWriter writer(&buffer, format);
+    if (quality >= 0)
+        writer.setQuality(quality);
+    if (!writer.canWrite()) {
+        failure = writer.errorString();
+        return false;
+    }
+    QImage united =
+        replayed(picture.convertToFormat(pixmapFormat(picture)), shapes, QColor(0, 0, 0, 0));
+    if (isFlat)
+        united = onWhite(united);
+    if (!writer.write(united)) {
+        failure = writer.errorString();
+        return false;
+    }
+    united = {};
+    const QByteArray &bytes = buffer.data();
+    for (qsizetype done = 0; done < bytes.size(); done += s_atOnce) {
+        progress.permille = static_cast<int>((s_done + s_done * done / bytes.size()) / 2);
+        const QByteArrayView piece =
+            QByteArrayView(bytes).sliced(done, std::min(s_atOnce, bytes.size() - done));
+        if (progress.isCancelled || !file.append(piece))
+            return false;
+    }
+    return true;
+}
+
+}  // namespace
+
+PictureRead readPicture(const QString &path, PictureProgress &progress)
+{
+    PictureRead result;
+    // A pipe would block, and what is asked of the path may be true of another file a moment later.
+    const int opened = open(QFile::encodeName(path).constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    if (opened < 0) {
+        result.failure = qt_error_string(errno);
+        result.file = FileIdentity::of(path);
+        return result;
+    }
+    struct stat state {
+    };
+    const bool isRegular = fstat(opened, &state) == 0 && S_ISREG(state.st_mode);
+    result.file = FileIdentity::of(opened);
+    CountedFile file(progress);
+    if (!isRegular || !file.open(opened, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle)) {
+        result.failure = isRegular
+                             ? file.errorString()
+                             : tr(QT_TRANSLATE_NOOP("QPictureDocument", "This is not a file."));
+        close(opened);
+    } else {
+        QImageReader reader(&file);
+        // Some formats are known by the name only.
+        if (!reader.canRead())
+            reader.setFormat(QFileInfo(path).suffix().toLatin1());
+        result.picture = reader.format().startsWith("svg") ? decodeDrawing(file, result.failure)
+                                                           : decode(reader, 0, result.failure);
+    }
+    if (progress.isCancelled)
+        return {.file = result.file};
+    return result;
+}
+
+PictureWrite writePicture(const QImage &picture, const EditHistory &shapes, const QString &path,
+                          const QByteArray &format, int quality, PictureProgress &progress)
+{
+    PictureWrite result;
+    if (picture.isNull()) {
+        result.failure = tr(QT_TRANSLATE_NOOP("QPictureDocument", "There is no picture."));
+        return result;
+    }
+    const QByteArray used = format.isEmpty() ? QFileInfo(path).suffix().toLatin1() : format;
+    const bool isFlat = picture.hasAlphaChannel() && isOpaqueFormat(path);
+    WholeFile file(path);
+    const std::unique_ptr<RowWriter> rows =
+        RowWriter::create(used, picture, isFlat ? QImage::Format_RGB32 : pixmapFormat(picture),
+                          quality, [&](QByteArrayView bytes) { return file.append(bytes); });
+    result.isWritten =
+        rows ? writeRows(*rows, picture, shapes, isFlat, progress, result.failure)
+             : writeWhole(file, used, quality, picture, shapes, isFlat, progress, result.failure);
+    if (progress.isCancelled) {
+        result.isWritten = false;
+        result.failure.clear();
+        return result;
+    }
+    result.isWritten = result.isWritten && file.commit();
+    if (result.isWritten) {
+        progress.permille = s_done;
+        result.file = FileIdentity::of(path);
+    } else if (result.failure.isEmpty()) {
+        result.failure = file.hasFailed() ? file.error() : outOfMemory();
+    }
+    return result;
+}
+
+qint64 largestUntoldPicture() { return totalMemory() / 2 / s_bytesOfAPixel * s_largestDecoded; }
