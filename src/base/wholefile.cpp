@@ -386,7 +386,7 @@ struct WholeFile::Writing {
     bool exists = false;
     Part part{};
 
-    bool begin(const QString &path)
+    bool begin(const QString &path, mode_t usual)
     {
         target = followed(path);
         if (target.isEmpty())
@@ -399,7 +399,6 @@ struct WholeFile::Writing {
         // A file that is protected from writing could be replaced all the same.
         if (exists && faccessat(AT_FDCWD, target.constData(), W_OK, AT_EACCESS) != 0)
             return false;
-        constexpr mode_t usual = 0666;  // less what the user's mask takes
         if (!exists)
             return part.open(target, usual);
         if (old.st_nlink == 1 && part.open(target, S_IRUSR | S_IWUSR)) {
@@ -454,7 +453,7 @@ private:
     }
 };
 
-WholeFile::WholeFile(QString path) : m_path(std::move(path)) {}
+WholeFile::WholeFile(QString path, Readers readers) : m_path(std::move(path)), m_readers(readers) {}
 
 WholeFile::~WholeFile() = default;
 
@@ -471,7 +470,9 @@ bool WholeFile::append(QByteArrayView bytes)
         if (m_error != 0)
             return false;
         m_writing = std::make_unique<Writing>();
-        if (!m_writing->begin(m_path))
+        // Less what the user's mask takes.
+        const mode_t mode = m_readers == Readers::User ? S_IRUSR | S_IWUSR : 0666;
+        if (!m_writing->begin(m_path, mode))
             return end(false);
     }
     return m_writing->part.append(bytes) || end(false);

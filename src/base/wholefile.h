@@ -18,7 +18,9 @@
 class WholeFile
 {
 public:
-    explicit WholeFile(QString path);
+    /// Who can read a file that is new: whom the user's mask lets, or the user alone.
+    enum class Readers { Usual, User };
+    explicit WholeFile(QString path, Readers readers = Readers::Usual);
     /// Gives up what was not committed.
     ~WholeFile();
 
@@ -55,6 +57,7 @@ private:
     bool end(bool isDone);
 
     QString m_path;
+    Readers m_readers;
     std::unique_ptr<Writing> m_writing;  ///< from the first byte to the commit
     int m_error = 0;
 };

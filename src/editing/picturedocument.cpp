@@ -33,6 +33,42 @@ QPictureDocument::QPictureDocument(const QString &path) : m_FileName(path)
     m_File = read.file;
 }
 
+QPictureDocument QPictureDocument::awaited(const UnsavedWork &work)
+{
+    QPictureDocument result;
+    result.m_FileName = work.name;
+    result.m_NameIndex = work.number;
+    result.m_File = work.file;
+    result.m_Origin = work.origin;
+    result.m_VecUnDo = work.shapes;
+    result.m_VecReDo = work.undone;
+    result.m_IsAwaited = true;
+    return result;
+}
+
+QImage QPictureDocument::picture() const
+{
+    return m_Packed.isNull() ? m_Pixmap.toImage() : m_Packed.unpacked();
+}
+
+void QPictureDocument::setPicture(QImage picture)
+{
+    // A picture is its pixels: the toolkit reads a scale out of names that end in "@2x".
+    picture.setDevicePixelRatio(1);
+    m_Packed = {};
+    m_Pixmap = QPixmap::fromImage(std::move(picture));
+}
+
+UnsavedWork QPictureDocument::unsavedWork() const
+{
+    return {.shapes = m_VecUnDo,
+            .undone = m_VecReDo,
+            .name = m_FileName,
+            .number = m_NameIndex,
+            .file = m_File,
+            .origin = m_Origin};
+}
+
 QString QPictureDocument::GetShowName() const
 {
     if (!IsNewFile())
@@ -46,7 +82,7 @@ QString QPictureDocument::GetEmptyName() { return untitled({}); }
 QPixmap &QPictureDocument::GetUnitePixmap()
 {
     TPictureEditor editor(static_cast<QObject *>(nullptr));
-    editor.setPixmap(m_Pixmap);
+    editor.setPixmap(m_Packed.isNull() ? m_Pixmap : QPixmap::fromImage(picture()));
     editor.setVecUnDo(&m_VecUnDo);
     editor.setVecReDo(&m_VecReDo);
     m_UnitePixmap = editor.sendPixmap(QColor(0, 0, 0, 0));
@@ -56,12 +92,12 @@ QPixmap &QPictureDocument::GetUnitePixmap()
 bool QPictureDocument::save(const QString &path, const char *format, int quality)
 {
     // One that could not be read says why.
-    if (m_Pixmap.isNull() && !m_Failure.isEmpty())
+    if (!hasPicture() && !m_Failure.isEmpty())
         return false;
     m_UnitePixmap = {};
     PictureProgress progress;
     const PictureWrite written =
-        writePicture(m_Pixmap.toImage(), m_VecUnDo, path, format, quality, progress);
+        writePicture(picture(), m_VecUnDo, path, format, quality, progress);
     if (written.isWritten)
         m_File = written.file;
     else

@@ -71,6 +71,7 @@ void TPictureEditor::createTextField()
     m_pTextEdit->installEventFilter(this);
     m_pTextEdit->hide();
     connect(m_pTextEdit, &QTextEdit::textChanged, this, &TPictureEditor::fitTextField);
+    connect(m_pTextEdit, &QTextEdit::textChanged, this, &TPictureEditor::typed);
 }
 
 void TPictureEditor::notify(Change change)
@@ -206,18 +207,31 @@ void TPictureEditor::EndEdit()
         saveEditText();
 }
 
-// Typed text is recorded whatever it is, an empty one too: it takes one undo. Committed in another
-// tool, as a right click does, the record draws nothing.
+// Committed in another tool, as a right click does, the record draws nothing.
+EditEntry TPictureEditor::textEntry() const
+{
+    Geometry geometry;
+    if (m_State == stateText)
+        geometry = TextShape{m_TextPos};
+    return {
+        geometry,
+        {.type = m_State, .color = m_PenColor, .text = m_pTextEdit->toPlainText(), .font = m_Font}};
+}
+
+EntryPtr TPictureEditor::typedText() const
+{
+    if (!isTyping() || m_pTextEdit->document()->isEmpty())
+        return nullptr;
+    return std::make_shared<const EditEntry>(textEntry());
+}
+
+// Typed text is recorded whatever it is, an empty one too: it takes one undo.
 void TPictureEditor::saveEditText()
 {
     if (!m_pTextEdit)
         return;
-    Geometry geometry;
-    if (m_State == stateText)
-        geometry = TextShape{m_TextPos};
-    record(
-        std::move(geometry),
-        {.type = m_State, .color = m_PenColor, .text = m_pTextEdit->toPlainText(), .font = m_Font});
+    EditEntry text = textEntry();
+    record(std::move(text.geometry), std::move(text.style));
     m_pTextEdit->clear();
     m_pTextEdit->hide();
 }

@@ -69,6 +69,8 @@ public:
     /// Opens the field for a text at the place of the last click, and gives what it holds.
     QString getUserText();
     bool isTyping() const;
+    /// The text that is being typed, as it would be recorded now; null where there is none.
+    EntryPtr typedText() const;
     /// Commits a text that is being typed.
     void EndEdit();
     void Undo();
@@ -88,6 +90,8 @@ public:
 signals:
     /// The hand moved the picture by that much, in the widget's pixels, as scroll bars count.
     void movealue(int dx, int dy);
+    /// The text that is being typed has changed.
+    void typed();
 
 public slots:
     /// Records the typed text, and hides the field.
@@ -102,6 +106,7 @@ private:
     void createTextField();
     void fitTextField();
     void placeTextField();
+    EditEntry textEntry() const;
     void record(Geometry geometry, EditMsg style);
     void moveNewest(EditHistory &from, EditHistory &to);
     ViewMapping mapping() const;

@@ -1,7 +1,6 @@
 #include "editing/picturefile.h"
 
 #include "base/memory.h"
-#include "base/wholefile.h"
 #include "editing/drawingcheck.h"
 #include "editing/rendering.h"
 #include "editing/rowwriter.h"
@@ -95,16 +94,6 @@ bool isOpaque(const QImage &picture)
             return false;
     }
     return true;
-}
-
-// As a pixmap holds it, so that nothing is left to do for the thread that shows it.
-QImage asPixmap(QImage picture)
-{
-    const QImage::Format format = pixmapFormat(picture);
-    picture = std::move(picture).convertToFormat(format);
-    if (format != QImage::Format_RGB32 && isOpaque(picture))
-        picture = std::move(picture).convertToFormat(QImage::Format_RGB32);
-    return picture;
 }
 
 QImage decode(QImageReader &reader, qint64 otherPixels, QString &failure)
@@ -208,6 +197,15 @@ bool writeWhole(WholeFile &file, const QByteArray &format, int quality, const QI
 
 }  // namespace
 
+QImage asPixmap(QImage picture)
+{
+    const QImage::Format format = pixmapFormat(picture);
+    picture = std::move(picture).convertToFormat(format);
+    if (format != QImage::Format_RGB32 && isOpaque(picture))
+        picture = std::move(picture).convertToFormat(QImage::Format_RGB32);
+    return picture;
+}
+
 PictureRead readPicture(const QString &path, PictureProgress &progress)
 {
     PictureRead result;
@@ -242,7 +240,8 @@ PictureRead readPicture(const QString &path, PictureProgress &progress)
 }
 
 PictureWrite writePicture(const QImage &picture, const EditHistory &shapes, const QString &path,
-                          const QByteArray &format, int quality, PictureProgress &progress)
+                          const QByteArray &format, int quality, PictureProgress &progress,
+                          WholeFile::Readers readers)
 {
     PictureWrite result;
     if (picture.isNull()) {
@@ -251,7 +250,7 @@ PictureWrite writePicture(const QImage &picture, const EditHistory &shapes, cons
     }
     const QByteArray used = format.isEmpty() ? QFileInfo(path).suffix().toLatin1() : format;
     const bool isFlat = picture.hasAlphaChannel() && isOpaqueFormat(path);
-    WholeFile file(path);
+    WholeFile file(path, readers);
     const std::unique_ptr<RowWriter> rows =
         RowWriter::create(used, picture, isFlat ? QImage::Format_RGB32 : pixmapFormat(picture),
                           quality, [&](QByteArrayView bytes) { return file.append(bytes); });

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/fileidentity.h"
+#include "base/wholefile.h"
 #include "editing/shapes.h"
 
 #include <QImage>
@@ -26,6 +27,9 @@ struct PictureRead {
 /// read, and a picture that needs more than half of the memory there is, is refused.
 PictureRead readPicture(const QString &path, PictureProgress &progress);
 
+/// A picture in the format of a pixmap, so that nothing is left to do for the thread that shows it.
+QImage asPixmap(QImage picture);
+
 struct PictureWrite {
     bool isWritten = false;
     QString failure{};                   ///< why not, for the user; empty when it was cancelled
@@ -36,7 +40,8 @@ struct PictureWrite {
 /// choice to the path and the toolkit. A file that was there is as it was unless the picture was
 /// written. Formats that are written row by row take little memory beyond the picture's own.
 PictureWrite writePicture(const QImage &picture, const EditHistory &shapes, const QString &path,
-                          const QByteArray &format, int quality, PictureProgress &progress);
+                          const QByteArray &format, int quality, PictureProgress &progress,
+                          WholeFile::Readers readers = WholeFile::Readers::Usual);
 
 /// Bytes up to which a picture is decoded whose file does not tell its size: what a machine with
 /// nothing else to do would allow.

@@ -28,6 +28,7 @@ GrabSituation FrontWindow::situation()
             .isComposited = services().windows->isComposited(),
             .hideBefore = MainWindow::GetHideFromXML(),
             .showAfter = MainWindow::GetShowFromXML(),
+            .process = services().watch->frontProcess(),
             .countdown = MainWindow::GetScreenTimerFromXML(),
             .refusal = captureRefusal()};
 }

@@ -48,6 +48,10 @@ constexpr std::array<const char *, GrabStateCount> s_names{
     "Idle",   "Freezing", "Marking", "Counting",  "Browsing",
     "Asking", "MenuWait", "Picking", "Scrolling", "Ending"};
 
+// In the order of the commands.
+constexpr std::array<const char *, 9> s_kinds{
+    "rectangle", "ellipse", "polygon", "window", "content", "screen", "screen", "menu", ""};
+
 }  // namespace
 
 GrabStep grabStep(GrabState state, GrabEvent event)
@@ -275,7 +279,7 @@ void GrabFlow::browse()
     setState(GrabState::Ending);
     if (grabs && !m_closeAfter) {
         for (Grab &grab : *grabs)
-            m_window.addDocument(std::move(grab));
+            addDocument(std::move(grab));
         if (grabs->isEmpty())
             m_window.say(tr("No window was chosen: there is no picture."));
     }
@@ -324,13 +328,20 @@ void GrabFlow::deliver(Grab grab)
         restoreMinimized();
         return;
     }
-    m_window.addDocument(std::move(grab));
+    addDocument(std::move(grab));
     if (!m_before.showAfter)
         return;
     m_owesShow = m_kept.has_value();
     m_isRaised = !m_owesShow;
     if (m_isRaised)
         m_window.place(GrabFront::Place::InFront);
+}
+
+void GrabFlow::addDocument(Grab grab)
+{
+    grab.kind = QString::fromLatin1(s_kinds.at(static_cast<size_t>(m_command)));
+    grab.process = m_before.process;
+    m_window.addDocument(std::move(grab));
 }
 
 bool GrabFlow::minimizeBefore()

@@ -81,6 +81,7 @@ struct GrabSituation {
     bool isComposited = false;   ///< translucent windows show what lies behind them
     bool hideBefore = false;     ///< the setting: the window gets out of the way
     bool showAfter = false;      ///< the setting: it comes to the front with the picture
+    uint process = 0;            ///< that is in front; 0 where it doesn't tell
     int countdown = 0;           ///< the setting, in seconds; 0 and below is none
     QString refusal{};           ///< why nothing can be grabbed here; empty where it can
 };
@@ -199,6 +200,8 @@ private:
     void browse();
     void startHelper();
     void deliver(Grab grab);
+    /// With what is known of where it comes from.
+    void addDocument(Grab grab);
     bool minimizeBefore();
     void restoreMinimized();
     void comeBack();

@@ -135,7 +135,9 @@ int main(int argc, char **argv)
         QObject::connect(&window, &MainWindow::grabStateChanged, &single.bus(),
                          &ApplicationBus::setGrabState);
         window.InitShowGeometry();
-        if (MainWindow::GetRunInMinimized())
+        // What came back is to be seen.
+        const bool isBack = window.startRecovery(folder + u"recovery"_s);
+        if (MainWindow::GetRunInMinimized() && !isBack)
             window.showMinimized();
         else
             window.setVisible(true);
@@ -145,6 +147,7 @@ int main(int argc, char **argv)
             window.say(unfinished);
         const SessionEnd sessionEnd(window);
         status = QApplication::exec();
+        window.keepUnsaved();
         window.SaveGeometry();
         StopWatchAppActive();
         leaveClipboard();

@@ -10,6 +10,7 @@
 #include "shell/frontwindow.h"
 #include "shell/grabflow.h"
 #include "shell/noticebar.h"
+#include "shell/progressplate.h"
 #include "shell/trayreach.h"
 #include "shell/windowreach.h"
 #include "ui_mainwindow.h"
@@ -86,6 +87,9 @@ MainWindow::MainWindow()
     initHotKey(HotkeyCallBack);
     SetAppActiveChangeCallback(ActiveCallBack);
 
+    m_Jobs = std::make_unique<PictureJobs>(*services().clock, this);
+    m_pProgress = new ProgressPlate(ui->tabWidget, *m_Jobs, *services().clock);
+    packUnseen();
     setUpPictureArea();
     setUpEditor();
 
@@ -130,6 +134,7 @@ void MainWindow::setUpEditor()
         m_pEditor->setLineWidth(width);
         ui->SliderLineWidth->setValue(width - 1);
     }
+    connect(m_pEditor.get(), &TPictureEditor::typed, this, [this] { touchRecovery(); });
     connect(m_pEditor.get(), &TPictureEditor::movealue, this, &MainWindow::MovePicture);
     const QString text = GetConfigString(u"TextFont"_s);
     QFont font;
@@ -289,6 +294,7 @@ void MainWindow::quit()
     // A grab comes to its end first, and quits then.
     if (m_bCapturing && !m_Grabs->quit())
         return;
+    // What waits for a file that is being written is a loop like a dialog's.
     QWidget *modal = QApplication::activeModalWidget();
     if (modal || QThread::currentThread()->loopLevel() > 1) {
         auto *dialog = qobject_cast<QDialog *>(modal);
@@ -308,6 +314,11 @@ void MainWindow::closeEvent(QCloseEvent *event)
     // The grab may wait for windows that would be gone, and its picture has not been asked about.
     if (m_bCapturing && !m_Grabs->quit()) {
         event->ignore();
+        return;
+    }
+    if (m_Jobs->find(PictureJobs::Kind::Write, 0)) {
+        event->ignore();
+        services().clock->after(s_unwindTime, this, [this] { quit(); });
         return;
     }
     if (!CloseAllFiles()) {

@@ -4,6 +4,8 @@
 #include "editing/picturedocument.h"
 #include "editing/pictureeditor.h"
 #include "shell/noticebar.h"
+#include "shell/picturejobs.h"
+#include "shell/recovery.h"
 
 #include <QMainWindow>
 #include <QPointer>
@@ -22,6 +24,7 @@ class QAction;
 class QLabel;
 class QMenu;
 class QMenuBar;
+class ProgressPlate;
 class QPushButton;
 
 struct Grab;
@@ -32,7 +35,7 @@ class MainWindow;
 
 /// The one main window: a tab for each open picture, and the commands. It owns the documents and
 /// the editor that works on the current one.
-class MainWindow : public QMainWindow
+class MainWindow : public QMainWindow, public Recovery::Source
 {
     Q_OBJECT
 
@@ -68,7 +71,8 @@ public:
     static void SetMagnificationToXML(int multiple);
 
     // Tabs. Indices are positions in the vector of documents, -1 for none.
-    void NewDocument(const QPixmap &pixmap, const QString &name);
+    void NewDocument(const QPixmap &pixmap, const QString &name, const PictureOrigin &origin = {});
+    /// Brings the tabs in line with the documents.
     void RefillTabList();
     void ShowPictureInTab(int index);
     void SetCurDocumentIndex(int index);
@@ -81,6 +85,12 @@ public:
     /// Asks about all changes, and saves them if told so; closes nothing. False when the user
     /// cancelled, or a picture arrived that has not been asked about.
     bool saveChanges();
+
+    /// Keeps what is not saved in a folder from now on, and opens what an earlier run has left
+    /// there, as modified documents. True when there is something.
+    bool startRecovery(const QString &folder);
+    /// Waits, some seconds at the most, until what is not saved is on the disk.
+    void keepUnsaved();
 
     /// A tab for each file, the first new one in front; one that is open already is only shown.
     void openPictures(const QStringList &paths);
@@ -220,6 +230,7 @@ private slots:
 
 private:
     enum class Drag { None, Move, Resize };
+    struct Returning;
 
     friend long PictureChanged(long code, long unused);
     friend long ActiveCallBack(bool active);
@@ -241,12 +252,36 @@ private:
     int indexOf(int number) const;  ///< of the document with that number; -1 when it is closed
     /// Writes the document with its own shapes, and tells the user where that fails.
     bool writeDocument(int index, const QString &path);
+    bool written(int number, const QString &path, const EditHistory &shapes,
+                 const PictureWrite &result);
     /// Tells what has become of a document's file, in place of what was told of it before, and
     /// offers to save it elsewhere.
     void sayOfFile(int index, const QString &text, QList<NoticeBar::Action> actions = {});
     void withdrawNotice(QPictureDocument &document);
     /// The reason stands where the picture would be.
     void showMissingPicture();
+    void removeClosedPages();
+    std::optional<UnsavedWork> unsaved(int document) override;
+    QImage unsavedPicture(int document) override;
+    /// Something of the current document has changed.
+    void touchRecovery();
+    /// The document is new, saved or closed.
+    void touchRecovery(int number);
+    void bringBack(const RecoveryFolder::Content &content);
+    /// Lets a worker read the picture of a document; "%1" in `text` becomes its name. `done` hears
+    /// whether there is one.
+    void awaitPicture(int number, const QString &text,
+                      std::function<PictureRead(PictureProgress &)> read,
+                      std::function<void(bool hasPicture)> done);
+    void takePicture(int number, PictureRead read, const PackedPicture &packed);
+    /// Packs the pictures that nobody has looked at for a while.
+    void packUnseen();
+    void unpack(QPictureDocument &document);
+    /// Runs events until nothing of the document is being read or written. False when it was closed
+    /// meanwhile, or the program is to end.
+    bool waitForJobs(int number);
+    /// Closes the document, and asks nothing.
+    void dropDocument(int index);
     void fitPictureArea();
     void zoomTo(float scale);
     void parkHistory(QPictureDocument &document) const;
@@ -276,6 +311,10 @@ private:
     QMenu *m_HelpMenu = nullptr;
     std::vector<QPictureDocument> m_Documents;
     int m_CurDocument = -1;
+    std::unique_ptr<PictureJobs> m_Jobs;
+    std::unique_ptr<Recovery> m_Recovery;  ///< null while nothing is kept
+    ProgressPlate *m_pProgress = nullptr;
+    QString m_RecoveryNotice;  ///< what has been told of it, while it holds
     std::unique_ptr<TPictureEditor> m_pEditor;
     float m_Scale = 1.0F;  ///< zoom of the current document
     Magnifier m_Magnifier;
@@ -286,6 +325,7 @@ private:
     DialogPreference *m_pPreference = nullptr;  ///< from its first use on
     NoticeBar *m_pNotice = nullptr;             ///< from its first use on
     QLabel *m_pMissing = nullptr;               ///< why there is no picture; from its first use on
+    bool m_isDiscarded = false;                 ///< what is unsaved now, as the user said
     bool m_ToldOfEdge = false;                  ///< nothing is drawn outside of a picture
     QPixmap m_FlagPixmap;
     std::map<std::pair<QString, int>, QPixmap> m_SkinPictures;  ///< by section and attribute

@@ -78,6 +78,18 @@ Command commandFor(const QString &caption)
     return found == s_commands.end() ? nullptr : found->run;
 }
 
+// The application that was in front before a grab, and the title of its window.
+std::pair<QString, QString> frontBefore(const Grab &grab)
+{
+    const auto entries = services().windows->windows(WindowServer::List::OnScreen, 0);
+    const auto found =
+        std::find_if(entries.begin(), entries.end(), [&](const WindowServer::Entry &entry) {
+            return grab.process != 0 && entry.process == grab.process && entry.layer == 0;
+        });
+    return found == entries.end() ? std::pair<QString, QString>()
+                                  : std::pair(found->owner, found->name);
+}
+
 }  // namespace
 
 bool MainWindow::hasCaptureCommand(const QString &caption) { return commandFor(caption); }
@@ -141,11 +153,18 @@ void MainWindow::dismissHelper() { m_Grabs->dropHelper(); }
 
 void MainWindow::addGrab(Grab grab)
 {
+    // One that has a name is of a window that was chosen, and not of the one in front.
+    const auto [owner, title] =
+        grab.name.isEmpty() ? frontBefore(grab) : std::pair(QString(), grab.name);
     LoadPixmapFlag();
     TPictureEditor::EditPolyPixmap(grab.picture, m_FlagPixmap, Licensing::status().registered,
                                    std::get_if<QPainterPath>(&grab.outline),
                                    std::get_if<QPolygonF>(&grab.outline));
-    NewDocument(grab.picture, grab.name);
+    NewDocument(grab.picture, grab.name,
+                {.time = QDateTime::currentDateTime(),
+                 .kind = grab.kind,
+                 .application = owner,
+                 .title = title});
 }
 
 void MainWindow::ShowGrabRectWindow(bool) { m_Grabs->press(GrabCommand::Rectangle); }

@@ -4,6 +4,8 @@
 #include "config/filters.h"
 #include "config/settings.h"
 #include "config/texthelpers.h"
+#include "shell/copiedpicture.h"
+#include "shell/openfiles.h"
 #include "shell/savedialog.h"
 #include "ui_mainwindow.h"
 
@@ -15,6 +17,8 @@
 #include <QMenu>
 #include <QMessageBox>
 
+#include <algorithm>
+#include <memory>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -108,20 +112,57 @@ bool MainWindow::SaveAsFile(int index)
 
 bool MainWindow::writeDocument(int index, const QString &path)
 {
+    const int number = m_Documents[index].m_Number;
+    if (!waitForJobs(number))
+        return false;
+    index = indexOf(number);
     QPictureDocument &document = m_Documents[index];
     // The editor has the shapes of the current document; the others have their own.
     if (index == m_CurDocument)
         parkHistory(document);
-    if (!document.save(path, nullptr, -1)) {
-        sayOfFile(index, tr("\"%1\" could not be saved: %2")
-                             .arg(QFileInfo(path).fileName(), document.m_Failure));
+    const EditHistory shapes = document.m_VecUnDo;
+    const auto result = std::make_shared<PictureWrite>();
+    if (document.hasPicture()) {
+        const QString name = QFileInfo(path).fileName();
+        const auto job = m_Jobs->start(
+            PictureJobs::Kind::Write, number, tr("Saving \"%1\"...").arg(name),
+            [picture = document.picture(), shapes, path, result](PictureProgress &progress) {
+                *result = writePicture(picture, shapes, path, {}, -1, progress);
+            },
+            {});
+        if (!PictureJobs::waitFor(job))
+            return false;
+    } else {
+        result->failure =
+            document.m_Failure.isEmpty() ? tr("There is no picture.") : document.m_Failure;
+    }
+    return written(number, path, shapes, *result);
+}
+
+bool MainWindow::written(int number, const QString &path, const EditHistory &shapes,
+                         const PictureWrite &result)
+{
+    // While the worker wrote, the user went on with the document, and may have closed others.
+    const int index = indexOf(number);
+    if (!isDocument(index))
+        return false;
+    QPictureDocument &document = m_Documents[index];
+    if (!result.isWritten) {
+        // Nothing is said to who gave it up.
+        if (!result.failure.isEmpty())
+            sayOfFile(index, tr("\"%1\" could not be saved: %2")
+                                 .arg(QFileInfo(path).fileName(), result.failure));
         return false;
     }
+    if (index == m_CurDocument)
+        parkHistory(document);
+    document.m_File = result.file;
     document.m_FileName = path;
-    document.m_Modified = false;
+    document.m_Modified = document.m_VecUnDo != shapes;
     document.SetIsNotNewFile();
     withdrawNotice(document);
     RefillTabList();
+    touchRecovery(number);
     return true;
 }
 
@@ -146,11 +187,14 @@ void MainWindow::withdrawNotice(QPictureDocument &document)
 bool MainWindow::SaveAllFiles()
 {
     m_pEditor->EndEdit();
-    for (int i = 0; isDocument(i); ++i) {
-        if (m_Documents[i].m_Modified && !SaveFile(i))
-            return false;
-    }
-    return true;
+    // Events run while a file is written, and documents may come and go.
+    QList<int> numbers;
+    for (const QPictureDocument &document : m_Documents)
+        numbers.append(document.m_Number);
+    return std::all_of(numbers.begin(), numbers.end(), [this](int number) {
+        const int index = indexOf(number);
+        return !isDocument(index) || !m_Documents[index].m_Modified || SaveFile(index);
+    });
 }
 
 void MainWindow::CloseFile(int index)
@@ -160,8 +204,13 @@ void MainWindow::CloseFile(int index)
         index = m_CurDocument;
     if (!isDocument(index))
         return;
-    if (m_Documents[index].m_Modified) {
-        const int number = m_Documents[index].m_Number;
+    const int number = m_Documents[index].m_Number;
+    // What is only read is given up.
+    const auto write = m_Jobs->find(PictureJobs::Kind::Write, number);
+    if (write && !PictureJobs::waitFor(write))
+        return;
+    index = indexOf(number);
+    if (isDocument(index) && m_Documents[index].m_Modified) {
         const auto answer =
             ask(this, tr("Save changes to \"%1\" ?").arg(m_Documents[index].GetShowName()),
                 QMessageBox::Save);
@@ -172,9 +221,15 @@ void MainWindow::CloseFile(int index)
         if (answer == QMessageBox::Save && !SaveFile(index))
             return;
         index = indexOf(number);
-        if (!isDocument(index))
-            return;
     }
+    if (isDocument(index))
+        dropDocument(index);
+}
+
+void MainWindow::dropDocument(int index)
+{
+    const int number = m_Documents[index].m_Number;
+    m_Jobs->cancel(number);
     withdrawNotice(m_Documents[index]);
     // The switch below parks nothing, and the document that stays current must not lose what is
     // new.
@@ -188,6 +243,7 @@ void MainWindow::CloseFile(int index)
     m_CurDocument = -1;
     SetCurDocumentIndex(isDocument(before) ? before : before - 1);
     forgetLastPicture();
+    touchRecovery(number);
 }
 
 // The editor holds the current document's picture and shapes, also when that was the last one.
@@ -209,20 +265,31 @@ bool MainWindow::saveChanges()
     const auto answer = ask(this, tr("Save all changes ?"), QMessageBox::SaveAll);
     if (answer == QMessageBox::Cancel || (answer == QMessageBox::SaveAll && !SaveAllFiles()))
         return false;
+    m_isDiscarded = answer == QMessageBox::Discard;
     // A grab that arrived meanwhile has not been asked about.
     return m_Documents.size() <= asked;
 }
 
 bool MainWindow::CloseAllFiles()
 {
+    while (const auto write = m_Jobs->find(PictureJobs::Kind::Write, 0)) {
+        if (!PictureJobs::waitFor(write))
+            return false;
+    }
     if (!saveChanges())
         return false;
-    for (QPictureDocument &document : m_Documents)
+    QList<int> numbers;
+    for (QPictureDocument &document : m_Documents) {
+        numbers.append(document.m_Number);
+        m_Jobs->cancel(document.m_Number);
         withdrawNotice(document);
+    }
     m_Documents.clear();
     RefillTabList();
     SetCurDocumentIndex(-1);
     forgetLastPicture();
+    for (const int number : numbers)
+        touchRecovery(number);
     return true;
 }
 
@@ -233,9 +300,10 @@ bool MainWindow::CopyFile()
     m_pEditor->EndEdit();
     QPictureDocument &document = m_Documents[m_CurDocument];
     parkHistory(document);
-    // An image and no pixmap: the toolkit hands it to a clipboard manager when the program is all
-    // but gone, and a pixmap with it.
-    QGuiApplication::clipboard()->setImage(document.GetUnitePixmap().toImage());
+    auto *copied = new CopiedPicture(document.GetUnitePixmap().toImage());
+    document.m_UnitePixmap = {};
+    copied->pack(*m_Jobs);
+    QGuiApplication::clipboard()->setMimeData(copied);
     return true;
 }
 
@@ -259,18 +327,35 @@ void MainWindow::openPictures(const QStringList &paths)
 {
     const int before = static_cast<int>(m_Documents.size());
     int firstOpen = -1;
+    OpenFiles open(m_Documents);
     for (const QString &path : paths) {
-        const int open = GetDocumentIndex(path);
-        if (open < 0)
-            m_Documents.emplace_back(path);
-        else if (firstOpen < 0)
-            firstOpen = open;
+        const int index = open.indexOf(path);
+        if (index >= 0) {
+            firstOpen = firstOpen < 0 ? index : firstOpen;
+            continue;
+        }
+        m_Documents.push_back(
+            QPictureDocument::awaited({.name = path, .file = FileIdentity::of(path)}));
+        open.add(path, static_cast<int>(m_Documents.size()) - 1);
     }
-    if (isDocument(before)) {
-        RefillTabList();
-        SetCurDocumentIndex(before);
-    } else if (firstOpen >= 0) {
-        SetCurDocumentIndex(firstOpen);
+    if (!isDocument(before)) {
+        if (firstOpen >= 0)
+            SetCurDocumentIndex(firstOpen);
+        return;
+    }
+    RefillTabList();
+    SetCurDocumentIndex(before);
+    for (int i = before; isDocument(i); ++i) {
+        const int number = m_Documents[i].m_Number;
+        const auto read = [path = m_Documents[i].m_FileName](PictureProgress &progress) {
+            return readPicture(path, progress);
+        };
+        awaitPicture(number, tr("Opening \"%1\"..."), read, [this, number](bool hasPicture) {
+            // Of one that can't be read the reason is shown. This one was given up.
+            const int index = indexOf(number);
+            if (!hasPicture && isDocument(index) && m_Documents[index].m_Failure.isEmpty())
+                dropDocument(index);
+        });
     }
 }
 

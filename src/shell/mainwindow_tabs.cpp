@@ -1,10 +1,11 @@
 #include "shell/mainwindow.h"
 
+#include "platform/services.h"
+#include "shell/openfiles.h"
+#include "shell/progressplate.h"
 #include "ui_mainwindow.h"
 
 #include <QBoxLayout>
-#include <QDir>
-#include <QFileInfo>
 #include <QLabel>
 #include <QScrollBar>
 #include <QTabBar>
@@ -23,6 +24,9 @@ constexpr double s_smallestWidth = 50;  // of a picture as shown
 constexpr double s_largestWidth = 3000;
 constexpr double s_widthSlack = 0.001;
 
+// Which document a page of the tabs belongs to.
+constexpr const char *s_pageNumber = "document";
+
 }  // namespace
 
 bool MainWindow::isDocument(int index) const
@@ -30,7 +34,8 @@ bool MainWindow::isDocument(int index) const
     return index >= 0 && index < static_cast<int>(m_Documents.size());
 }
 
-void MainWindow::NewDocument(const QPixmap &pixmap, const QString &name)
+void MainWindow::NewDocument(const QPixmap &pixmap, const QString &name,
+                             const PictureOrigin &origin)
 {
     const auto [entry, isNew] = g_mapNameIndex.try_emplace(name, 0);
     if (!isNew)
@@ -39,40 +44,71 @@ void MainWindow::NewDocument(const QPixmap &pixmap, const QString &name)
     document.m_FileName = name;
     document.m_NameIndex = entry->second;
     document.m_Modified = true;
+    document.m_Origin = origin;
+    const int number = document.m_Number;
     RefillTabList();
     SetCurDocumentIndex(static_cast<int>(m_Documents.size()) - 1);
+    touchRecovery(number);
 }
 
 void MainWindow::RefillTabList()
 {
-    // What is dragged or typed there goes on hearing the keys.
+    QTabWidget &tabs = *ui->tabWidget;
+    // What is dragged or typed in the picture goes on hearing the keys.
     QWidget *focus = focusWidget();
-    if (focus && !ui->WidScrollArea->isAncestorOf(focus))
-        focus = nullptr;
-    ui->tabWidget->blockSignals(true);
-    ui->tabWidget->setUpdatesEnabled(false);
-    // The picture area lives in a page: it has to leave before the pages go.
-    ui->WidScrollArea->setParent(ui->widPicture);
-    while (ui->tabWidget->count() > 0)
-        delete ui->tabWidget->widget(0);
-    for (int i = 0; i < static_cast<int>(m_Documents.size()); ++i) {
+    tabs.blockSignals(true);
+    tabs.setUpdatesEnabled(false);
+    removeClosedPages();
+    // The bar measures every tab each time that one is added to it, but not while it is hidden.
+    const bool areMany = static_cast<int>(m_Documents.size()) > tabs.count() + 1;
+    if (areMany)
+        tabs.tabBar()->hide();
+    for (int i = 0; isDocument(i); ++i) {
         QString text = GetFileShowName(i);
         if (m_Documents[i].m_Modified)
             text += QStringLiteral(" *");
-        auto *page = new QWidget(this);
-        page->setGeometry(ui->tabWidget->childrenRect());
         // A single "&" in a tab's text would be taken for a mnemonic.
-        ui->tabWidget->addTab(page, text.replace(u'&', QStringLiteral("&&")));
+        text.replace(u'&', QStringLiteral("&&"));
+        if (i == tabs.count()) {
+            auto *page = new QWidget(this);
+            page->setProperty(s_pageNumber, m_Documents[i].m_Number);
+            page->setGeometry(tabs.childrenRect());
+            tabs.addTab(page, text);
+        } else if (tabs.tabText(i) != text) {
+            tabs.setTabText(i, text);
+        }
     }
-    if (m_CurDocument >= 0 && m_CurDocument < ui->tabWidget->count()) {
-        ui->tabWidget->setCurrentIndex(m_CurDocument);
+    if (areMany)
+        tabs.tabBar()->show();
+    if (m_CurDocument >= 0 && m_CurDocument < tabs.count()) {
+        tabs.setCurrentIndex(m_CurDocument);
         ShowPictureInTab(m_CurDocument);
-        if (focus)
+        if (focus && focus != focusWidget() &&
+            (ui->WidScrollArea->isAncestorOf(focus) || focus == tabs.tabBar()))
             focus->setFocus(Qt::OtherFocusReason);
     }
     RefreshWindowTitle(m_CurDocument);
-    ui->tabWidget->setUpdatesEnabled(true);
-    ui->tabWidget->blockSignals(false);
+    tabs.setUpdatesEnabled(true);
+    tabs.blockSignals(false);
+}
+
+// The pages are in the order of their documents.
+void MainWindow::removeClosedPages()
+{
+    int document = 0;
+    for (int i = 0; i < ui->tabWidget->count();) {
+        QWidget *page = ui->tabWidget->widget(i);
+        if (isDocument(document) &&
+            page->property(s_pageNumber).toInt() == m_Documents[document].m_Number) {
+            ++document;
+            ++i;
+            continue;
+        }
+        // The picture area must not go with its page.
+        if (page->isAncestorOf(ui->WidScrollArea))
+            ui->WidScrollArea->setParent(ui->widPicture);
+        delete page;
+    }
 }
 
 void MainWindow::ShowPictureInTab(int index)
@@ -102,6 +138,7 @@ void MainWindow::SetCurDocumentIndex(int index)
     if (isDocument(m_CurDocument))
         parkState(m_Documents[m_CurDocument]);
     m_CurDocument = index;
+    m_pProgress->setDocument(isDocument(index) ? m_Documents[index].m_Number : 0);
     RedrawPicture();
     ShowPictureInTab(index);
     RefreshWindowTitle(index);
@@ -121,19 +158,7 @@ void MainWindow::SetCurDocumentIndex(int index)
 
 int MainWindow::GetDocumentIndex(const QString &name) const
 {
-    const QString path = QDir::cleanPath(QFileInfo(name).absoluteFilePath());
-    const std::optional<FileIdentity> file = FileIdentity::of(name);
-    const auto found =
-        std::find_if(m_Documents.begin(), m_Documents.end(), [&](const QPictureDocument &document) {
-            if (document.IsNewFile())
-                return false;
-            const QFileInfo other(document.m_FileName);
-            if (QDir::cleanPath(other.absoluteFilePath()) == path)
-                return true;
-            const std::optional<FileIdentity> its = FileIdentity::of(document.m_FileName);
-            return file && its && file->isSameFile(*its);
-        });
-    return found == m_Documents.end() ? -1 : static_cast<int>(found - m_Documents.begin());
+    return OpenFiles(m_Documents).indexOf(name);
 }
 
 int MainWindow::indexOf(int number) const
@@ -180,14 +205,16 @@ void MainWindow::RedrawPicture()
 {
     if (!isDocument(m_CurDocument))
         return;
-    m_pEditor->setPixmap(m_Documents[m_CurDocument].m_Pixmap);
+    QPictureDocument &document = m_Documents[m_CurDocument];
+    unpack(document);
+    m_pEditor->setPixmap(document.m_Pixmap);
     showMissingPicture();
 }
 
 void MainWindow::showMissingPicture()
 {
     const QPictureDocument &document = m_Documents[m_CurDocument];
-    const bool isMissing = document.m_Pixmap.isNull() && !document.m_Failure.isEmpty();
+    const bool isMissing = !document.hasPicture() && !document.m_Failure.isEmpty();
     if (isMissing && !m_pMissing) {
         m_pMissing = new QLabel(ui->scrollArea->viewport());
         m_pMissing->setObjectName(u"LblNoPicture"_s);
@@ -216,6 +243,7 @@ void MainWindow::parkState(QPictureDocument &document) const
     document.m_ScrollX = ui->scrollArea->horizontalScrollBar()->value();
     document.m_ScrollY = ui->scrollArea->verticalScrollBar()->value();
     document.m_Scale = m_Scale;
+    document.m_LastLook = services().clock->now();
     parkHistory(document);
 }
 
@@ -241,6 +269,7 @@ long PictureChanged(long code, long /*unused*/)
         return 0;
     switch (code) {
     case TPictureEditor::HistoryChange:
+        window->touchRecovery();
         // Only the first change of a saved document costs a new tab bar.
         if (window->isDocument(window->m_CurDocument) &&
             !window->m_Documents[window->m_CurDocument].m_Modified) {

@@ -1,6 +1,7 @@
 #include "shell/noticebar.h"
 
 #include "platform/services.h"
+#include "shell/plate.h"
 
 #include <QAccessibleWidget>
 #include <QApplication>
@@ -18,15 +19,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr QColor s_plate(35, 40, 45);
-constexpr QColor s_edge(90, 100, 110);
-constexpr QColor s_textColor(215, 222, 228);
-constexpr QColor s_over(58, 66, 74);
-constexpr QColor s_down(28, 126, 214);
-constexpr QColor s_focus(61, 165, 244);
-constexpr qreal s_radius = 8;
-constexpr qreal s_buttonRadius = 5;
-constexpr qreal s_stroke = 1.75;
 constexpr int s_padding = 12;
 constexpr int s_gap = 8;
 constexpr int s_fromSides = 16;
@@ -71,7 +63,7 @@ protected:
     void paintEvent(QPaintEvent * /*event*/) override
     {
         QPainter painter(this);
-        painter.setPen(s_textColor);
+        painter.setPen(PlateText);
         painter.drawText(QRectF(rect()), text(), option());
     }
 
@@ -82,56 +74,6 @@ private:
         result.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
         result.setTextDirection(layoutDirection());
         return result;
-    }
-};
-
-// Its text on a plate, or a cross where it has none.
-class PlateButton : public QPushButton
-{
-public:
-    explicit PlateButton(const QString &text) : QPushButton(text)
-    {
-        setFocusPolicy(Qt::StrongFocus);
-        setAttribute(Qt::WA_Hover);
-        setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
-    }
-
-    QSize sizeHint() const override
-    {
-        const int height = fontMetrics().height() + s_gap;
-        const int width = fontMetrics().size(Qt::TextShowMnemonic, text()).width();
-        return {text().isEmpty() ? height : width + 2 * s_padding, height};
-    }
-
-protected:
-    // The pointer leaves a button that goes away under it without a word.
-    void hideEvent(QHideEvent *event) override
-    {
-        setAttribute(Qt::WA_UnderMouse, false);
-        QPushButton::hideEvent(event);
-    }
-
-    void paintEvent(QPaintEvent * /*event*/) override
-    {
-        QPainter painter(this);
-        painter.setRenderHint(QPainter::Antialiasing);
-        const QRectF plate = QRectF(rect()).adjusted(1, 1, -1, -1);
-        const bool hasPlate = !text().isEmpty() || underMouse() || isDown();
-        painter.setPen(hasFocus()         ? QPen(s_focus, 2)
-                       : text().isEmpty() ? QPen(Qt::NoPen)
-                                          : QPen(s_edge));
-        if (hasPlate)
-            painter.setBrush(isDown() ? s_down : underMouse() ? s_edge : s_over);
-        painter.drawRoundedRect(plate, s_buttonRadius, s_buttonRadius);
-        painter.setPen(QPen(s_textColor, s_stroke, Qt::SolidLine, Qt::RoundCap));
-        if (!text().isEmpty()) {
-            painter.drawText(rect(), Qt::AlignCenter | Qt::TextShowMnemonic, text());
-            return;
-        }
-        const qreal arm = height() / 5.0;
-        const QPointF middle = plate.center();
-        painter.drawLine(middle - QPointF(arm, arm), middle + QPointF(arm, arm));
-        painter.drawLine(middle - QPointF(arm, -arm), middle + QPointF(arm, -arm));
     }
 };
 
@@ -288,11 +230,7 @@ void NoticeBar::mousePressEvent(QMouseEvent *event) { event->accept(); }
 // Painted is seen, or as good as, but in a window that is minimised.
 void NoticeBar::paintEvent(QPaintEvent * /*event*/)
 {
-    QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(s_edge);
-    painter.setBrush(s_plate);
-    painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), s_radius, s_radius);
+    paintPlate(*this);
     if (!m_isTimed && !window()->isMinimized())
         startTime();
 }

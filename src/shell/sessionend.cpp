@@ -40,7 +40,8 @@ bool SessionEnd::eventFilter(QObject *watched, QEvent *event)
     return true;
 }
 
-// Nobody can be asked, and whoever sent the signal does not wait: what has not been saved is lost.
+// Nobody can be asked, and whoever sent the signal does not wait: what has not been saved comes
+// back at the next start.
 void SessionEnd::endBySignal()
 {
     m_window.saveSettings();

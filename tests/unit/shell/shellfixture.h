@@ -7,8 +7,18 @@
 
 #include <QFile>
 #include <QTemporaryDir>
+#include <QTest>
 
 #include <memory>
+
+/// Waits until workers have done what was begun for the open pictures.
+inline void awaitJobs(const MainWindow &window)
+{
+    const auto *jobs = window.findChild<PictureJobs *>();
+    QTRY_VERIFY(!jobs->find(PictureJobs::Kind::Read, 0) &&
+                !jobs->find(PictureJobs::Kind::Write, 0) &&
+                !jobs->find(PictureJobs::Kind::Pack, 0));
+}
 
 /// A main window, not shown, on a fake desktop, with a resource file of its own that is empty.
 struct ShellFixture {

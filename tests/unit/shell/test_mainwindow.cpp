@@ -173,6 +173,7 @@ void TestMainWindow::shapesStayWithTheirDocument()
 
     // What was typed in one stays there, also where its star is new and makes new tabs.
     m_window->openPictures({path});
+    awaitJobs(*m_window);
     const auto *sheet = m_window->findChild<QWidget *>(u"lblPicture"_s);
     QWindow *native = m_window->windowHandle();
     const auto at = [&](QPoint place) { return sheet->mapTo(m_window, place); };

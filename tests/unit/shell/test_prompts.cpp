@@ -1,10 +1,7 @@
 // Saving, and what arrives while the main window asks whether to save.
 
-#include "config/applicationrecord.h"
 #include "config/settings.h"
-#include "config/xmlstore.h"
-#include "fakedesktop.h"
-#include "shell/mainwindow.h"
+#include "shellfixture.h"
 
 #include <QApplication>
 #include <QFileDialog>
@@ -98,41 +95,31 @@ private slots:
     void filesAreKnown();
 
 private:
-    QString at(const QString &name) const { return m_folder.filePath(name); }
+    QString at(const QString &name) const { return m_shell->folder.filePath(name); }
     /// Opens a file, or shows the one that is open, and draws a rectangle with its left edge at 5.
     void markUp(const QString &path);
     QString told() const { return m_window->findChild<NoticeBar *>()->text(); }
     int tabs() const { return m_window->findChild<QTabWidget *>(u"tabWidget"_s)->count(); }
 
-    FakeDesktop m_desktop;
-    QTemporaryDir m_folder;
-    std::unique_ptr<MainWindow> m_window;
+    std::unique_ptr<ShellFixture> m_shell;
+    MainWindow *m_window = nullptr;
 };
 
 void TestPrompts::init()
 {
-    g_ResourceFileName = m_folder.filePath(u"SnapWorkbench.xml"_s);
-    QFile file(g_ResourceFileName);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write("<Galeway ver=\"1\"/>");
-    file.close();
+    m_shell = std::make_unique<ShellFixture>();
+    m_window = m_shell->window.get();
     for (const auto &name : {u"a.png"_s, u"b.png"_s})
         QVERIFY(picture().save(at(name)));
-    m_window = std::make_unique<MainWindow>();
-    g_MainWindow = m_window.get();
     m_window->show();
 }
 
-void TestPrompts::cleanup()
-{
-    g_MainWindow = nullptr;
-    m_window.reset();
-    FreeAllXmlDocument();
-}
+void TestPrompts::cleanup() { m_shell.reset(); }
 
 void TestPrompts::markUp(const QString &path)
 {
     m_window->openPictures({path});
+    awaitJobs(*m_window);
     const EditHistory history = redRectangle();
     m_window->findChild<TPictureEditor *>()->setVecUnDo(&history);
     PictureChanged(TPictureEditor::HistoryChange, 0);
@@ -150,11 +137,11 @@ void TestPrompts::shapesReachTheirFile_data()
 void TestPrompts::shapesReachTheirFile()
 {
     QFETCH(bool, byBus);
-    const QString path = m_folder.filePath(u"a.png"_s);
+    const QString path = at(u"a.png"_s);
     markUp(path);
     answer(QMessageBox::Save, [&] {
         if (byBus)
-            m_window->openPictures({m_folder.filePath(u"b.png"_s)});
+            m_window->openPictures({at(u"b.png"_s)});
         else
             m_window->NewDocument(picture(), {});
     });
@@ -187,7 +174,7 @@ void TestPrompts::newPicturesAreNotDiscarded()
 // At the end of a session another program may still say no, and the pictures must be there then.
 void TestPrompts::savingChangesClosesNothing()
 {
-    const QString path = m_folder.filePath(u"a.png"_s);
+    const QString path = at(u"a.png"_s);
     markUp(path);
     for (const auto button : {QMessageBox::Cancel, QMessageBox::Discard, QMessageBox::SaveAll}) {
         PictureChanged(TPictureEditor::HistoryChange, 0);
@@ -201,7 +188,7 @@ void TestPrompts::savingChangesClosesNothing()
     m_window->findChild<TPictureEditor *>()->setState(stateText);
     auto *view = m_window->findChild<QWidget *>(u"lblPicture"_s);
     const QPoint middle = view->rect().center();
-    QMouseEvent press(QEvent::MouseButtonPress, middle, view->mapTo(m_window.get(), middle),
+    QMouseEvent press(QEvent::MouseButtonPress, middle, view->mapTo(m_window, middle),
                       view->mapToGlobal(middle), Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
     QCoreApplication::sendEvent(view, &press);
     QVERIFY(m_window->HasModified(true));
@@ -308,7 +295,7 @@ void TestPrompts::anotherFileIsNotOverwritten()
 
 void TestPrompts::freeNamesAreProposed()
 {
-    SetConfigString(u"MediaDir"_s, m_folder.path());
+    SetConfigString(u"MediaDir"_s, m_shell->folder.path());
     SetConfigString(u"SaveMediaFilterIdx"_s, u"png(*.png)"_s);
     const QList<std::pair<QString, QString>> names{{u"Mail"_s, u"Mail"_s},
                                                    {u"b"_s, u"b 1"_s},
@@ -333,13 +320,14 @@ void TestPrompts::filesAreKnown()
     QVERIFY(text.open(QIODevice::WriteOnly) && text.write("no picture") > 0);
     text.close();
     m_window->openPictures({at(u"a.png"_s), at(u"A.png"_s), at(u"link.png"_s), at(u"text.png"_s),
-                            at(u"none.png"_s), m_folder.path() + u"/./none.png"_s});
+                            at(u"none.png"_s), m_shell->folder.path() + u"/./none.png"_s});
     QCOMPARE(tabs(), 4);
     QCOMPARE(m_window->GetDocumentIndex(at(u"link.png"_s)), 0);
     m_window->NewDocument(picture(), at(u"b.png"_s));  // a window of that name is no file
     QCOMPARE(m_window->GetDocumentIndex(at(u"b.png"_s)), -1);
 
     // What can't be read says why, and nothing can be written over it.
+    awaitJobs(*m_window);
     m_window->SetCurDocumentIndex(2);
     auto *reason = m_window->findChild<QLabel *>(u"LblNoPicture"_s);
     QVERIFY(reason && reason->text().startsWith(u"\"text.png\" can't be shown: "_s));
@@ -350,6 +338,7 @@ void TestPrompts::filesAreKnown()
     QVERIFY(reason->isHidden());
     QCOMPARE(mkfifo(QFile::encodeName(at(u"pipe.png"_s)).constData(), 0600), 0);
     m_window->openPictures({at(u"pipe.png"_s)});
+    awaitJobs(*m_window);
     QCOMPARE(reason->text(), u"\"pipe.png\" can't be shown: This is not a file."_s);
 }
 

@@ -1,0 +1,221 @@
+#include "editing/recoveryfolder.h"
+
+#include "base/wholefile.h"
+#include "editing/picturefile.h"
+#include "editing/shapefile.h"
+
+#include <QAtomicInteger>
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QImageReader>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include <algorithm>
+#include <cerrno>
+
+#include <sys/stat.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int s_version = 1;
+constexpr qint64 s_longestState = 256 << 20;  // bytes
+constexpr int s_quickly = 89;  // the toolkit's quality for a picture that is packed in a hurry
+const QString s_picture = u"/picture.png"_s;
+const QString s_state = u"/state.json"_s;
+const QString s_damaged = u"damaged"_s;
+const QString s_removed = u".removed-"_s;
+
+QJsonObject toJson(const FileIdentity &file)
+{
+    // As text: a number of JSON does not hold 64 bits.
+    return {{u"device"_s, QString::number(file.device)},
+            {u"inode"_s, QString::number(file.inode)},
+            {u"size"_s, QString::number(file.size)},
+            {u"written"_s, QString::number(file.written)}};
+}
+
+std::optional<FileIdentity> identityFrom(const QJsonObject &from)
+{
+    if (from.isEmpty())
+        return {};
+    return FileIdentity{.device = from[u"device"_s].toString().toULongLong(),
+                        .inode = from[u"inode"_s].toString().toULongLong(),
+                        .size = from[u"size"_s].toString().toLongLong(),
+                        .written = from[u"written"_s].toString().toLongLong()};
+}
+
+QByteArray bytesOf(const UnsavedWork &work)
+{
+    QJsonObject state{{u"version"_s, s_version},
+                      {u"name"_s, work.name},
+                      {u"number"_s, work.number},
+                      {u"shapes"_s, toJson(work.shapes)},
+                      {u"undone"_s, toJson(work.undone)},
+                      {u"time"_s, work.origin.time.toString(Qt::ISODateWithMs)},
+                      {u"kind"_s, work.origin.kind},
+                      {u"application"_s, work.origin.application},
+                      {u"title"_s, work.origin.title}};
+    if (work.file)
+        state[u"file"_s] = toJson(*work.file);
+    return QJsonDocument(state).toJson(QJsonDocument::Compact);
+}
+
+enum class State { Read, Damaged, Newer };
+
+State readState(const QByteArray &bytes, UnsavedWork &work)
+{
+    const QJsonObject state = QJsonDocument::fromJson(bytes).object();
+    const int version = state[u"version"_s].toInt();
+    if (version > s_version)
+        return State::Newer;
+    const auto shapes = historyFromJson(state[u"shapes"_s].toArray());
+    const auto undone = historyFromJson(state[u"undone"_s].toArray());
+    const int number = state[u"number"_s].toInt(-1);
+    if (version != s_version || !shapes || !undone || number < -1)
+        return State::Damaged;
+    work = {
+        .shapes = *shapes,
+        .undone = *undone,
+        .name = state[u"name"_s].toString(),
+        .number = number,
+        .file = identityFrom(state[u"file"_s].toObject()),
+        .origin = {.time = QDateTime::fromString(state[u"time"_s].toString(), Qt::ISODateWithMs),
+                   .kind = state[u"kind"_s].toString(),
+                   .application = state[u"application"_s].toString(),
+                   .title = state[u"title"_s].toString()}};
+    return State::Read;
+}
+
+// Nothing where that is no file, a link to one, or one that nothing here has written.
+std::optional<QByteArray> contentOf(const QString &path)
+{
+    const QFileInfo info(path);
+    QFile file(path);
+    if (info.isSymLink() || !info.isFile() || info.size() > s_longestState ||
+        !file.open(QIODevice::ReadOnly))
+        return {};
+    return file.readAll();
+}
+
+// The entries, but no others that may lie there.
+QFileInfoList foldersIn(const QString &path)
+{
+    QFileInfoList folders = QDir(path).entryInfoList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name);
+    folders.removeIf([](const QFileInfo &folder) {
+        return folder.isSymLink() || folder.fileName() == s_damaged;
+    });
+    return folders;
+}
+
+QString makeFolder(const QString &path)
+{
+    if (QDir().mkpath(path) && chmod(QFile::encodeName(path).constData(), S_IRWXU) == 0)
+        return {};
+    return qt_error_string();
+}
+
+}  // namespace
+
+bool RecoveryFolder::isEmpty() const { return foldersIn(m_path).isEmpty(); }
+
+RecoveryFolder::Content RecoveryFolder::read() const
+{
+    Content result;
+    const QDir folder(m_path);
+    // What was removed had been saved or discarded.
+    for (const QFileInfo &left :
+         folder.entryInfoList({s_removed + u'*'}, QDir::Dirs | QDir::Hidden)) {
+        if (!left.isSymLink())
+            QDir(left.filePath()).removeRecursively();
+    }
+    for (const QFileInfo &info : foldersIn(m_path)) {
+        const QString name = info.fileName();
+        const bool hasPicture = QFileInfo(info.filePath() + s_picture).isFile();
+        const bool hasState = QFileInfo::exists(info.filePath() + s_state);
+        // Made, and cut off before the first file was whole.
+        if (!hasPicture && !hasState && folder.rmdir(name))
+            continue;
+        Entry entry{.name = name};
+        State state = hasPicture ? State::Read : State::Damaged;
+        if (hasState)
+            state =
+                readState(contentOf(info.filePath() + s_state).value_or(QByteArray()), entry.work);
+        if (state == State::Newer) {
+            result.newer.append(info.filePath());
+        } else if (state == State::Damaged || !hasPicture) {
+            result.damaged.append(setAside(name));
+        } else {
+            if (!entry.work.origin.time.isValid())
+                entry.work.origin.time = info.lastModified();
+            result.entries.append(entry);
+        }
+    }
+    std::stable_sort(
+        result.entries.begin(), result.entries.end(),
+        [](const Entry &a, const Entry &b) { return a.work.origin.time < b.work.origin.time; });
+    return result;
+}
+
+QImage RecoveryFolder::picture(const QString &entry) const
+{
+    const QFileInfo info(pathOf(entry) + s_picture);
+    if (info.isSymLink() || !info.isFile())
+        return {};
+    // However large it is: the program has had it before.
+    return asPixmap(QImageReader(info.filePath(), "png").read());
+}
+
+QString RecoveryFolder::setAside(const QString &entry) const
+{
+    QDir folder(m_path);
+    folder.mkdir(s_damaged);
+    for (int number = 0;; ++number) {
+        const QString to =
+            s_damaged + u'/' + entry + (number > 0 ? u'-' + QString::number(number) : QString());
+        if (folder.rename(entry, to))
+            return folder.filePath(to);
+        // Where it can't be moved it stays, and is told of again at the next start.
+        if (!folder.exists(to))
+            return pathOf(entry);
+    }
+}
+
+QString RecoveryFolder::newName()
+{
+    static QAtomicInteger<int> s_last;
+    return QDateTime::currentDateTimeUtc().toString(u"yyyyMMdd-HHmmss-zzz"_s) + u'-' +
+           QString::number(s_last.fetchAndAddRelaxed(1));
+}
+
+QString RecoveryFolder::writePicture(const QString &entry, const QImage &picture,
+                                     PictureProgress &progress) const
+{
+    for (const QString &folder : {m_path, pathOf(entry)}) {
+        if (const QString reason = makeFolder(folder); !reason.isEmpty())
+            return reason;
+    }
+    const PictureWrite written = ::writePicture(picture, {}, pathOf(entry) + s_picture, "png",
+                                                s_quickly, progress, WholeFile::Readers::User);
+    if (written.isWritten)
+        return {};
+    return written.failure.isEmpty() ? qt_error_string(ECANCELED) : written.failure;
+}
+
+QString RecoveryFolder::writeWork(const QString &entry, const UnsavedWork &work) const
+{
+    WholeFile file(pathOf(entry) + s_state, WholeFile::Readers::User);
+    return file.write(bytesOf(work)) ? QString() : file.error();
+}
+
+// At one stroke: one that is cut off half-way must not come back.
+void RecoveryFolder::remove(const QString &entry) const
+{
+    const QString removed = s_removed + entry;
+    if (QDir(m_path).rename(entry, removed))
+        QDir(m_path + u'/' + removed).removeRecursively();
+}

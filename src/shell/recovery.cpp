@@ -1,0 +1,156 @@
+#include "shell/recovery.h"
+
+#include "base/clock.h"
+#include "editing/picturefile.h"
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+
+#include <algorithm>
+#include <utility>
+
+namespace {
+
+constexpr int s_delay = 200;   // ms from a change until it is written; more may follow
+constexpr int s_retry = 3000;  // ms
+constexpr int s_workers = 2;   // what is small need not wait for a picture that is large
+
+}  // namespace
+
+Recovery::Recovery(const QString &folder, Source &source, Clock &clock)
+    : m_folder(folder), m_source(source), m_clock(clock)
+{
+    m_workers.setMaxThreadCount(s_workers);
+}
+
+Recovery::~Recovery()
+{
+    for (auto &[document, item] : m_items) {
+        if (item.writing)
+            item.writing->isCancelled = true;
+    }
+    m_workers.waitForDone();
+}
+
+void Recovery::touch(int document)
+{
+    m_items[document].isChanged = true;
+    // While nothing can be written the next try is due already.
+    flushSoon(s_delay);
+}
+
+void Recovery::touchAtOnce(int document)
+{
+    m_items[document].isChanged = true;
+    if (!m_isPaused)
+        flush();
+}
+
+void Recovery::adopt(int document, const QString &entry)
+{
+    m_items[document] = {.entry = entry, .hasPicture = true};
+}
+
+void Recovery::release(int document) { m_items.erase(document); }
+
+void Recovery::flushSoon(int milliseconds)
+{
+    if (std::exchange(m_isFlushDue, true))
+        return;
+    m_clock.after(milliseconds, this, [this] {
+        m_isFlushDue = false;
+        flush();
+        const auto isOwed = [](const auto &item) {
+            return item.second.isChanged || item.second.writing;
+        };
+        if (std::none_of(m_items.begin(), m_items.end(), isOwed))
+            resume();
+    });
+}
+
+void Recovery::resume()
+{
+    if (std::exchange(m_isPaused, false))
+        emit resumed();
+}
+
+void Recovery::flush()
+{
+    // A document that has nothing unsaved has no item any more.
+    for (auto at = m_items.begin(); at != m_items.end();) {
+        auto &[document, item] = *at++;
+        if (item.isChanged)
+            write(document, item);
+    }
+}
+
+void Recovery::write(int document, Item &item)
+{
+    std::optional<UnsavedWork> work = m_source.unsaved(document);
+    if (item.writing) {
+        // Looked at again when the worker is done.
+        if (!work)
+            item.writing->isCancelled = true;
+        return;
+    }
+    if (!work) {
+        if (!item.entry.isEmpty())
+            m_workers.start([folder = m_folder, entry = item.entry] { folder.remove(entry); });
+        m_items.erase(document);
+        return;
+    }
+    if (item.entry.isEmpty())
+        item.entry = RecoveryFolder::newName();
+    item.isChanged = false;
+    item.writing = std::make_shared<PictureProgress>();
+    const QImage picture = item.hasPicture ? QImage() : m_source.unsavedPicture(document);
+    m_workers.start([this, document, folder = m_folder, entry = item.entry, picture,
+                     work = std::move(*work), progress = item.writing] {
+        QString reason;
+        if (!picture.isNull())
+            reason = folder.writePicture(entry, picture, *progress);
+        if (reason.isEmpty())
+            reason = folder.writeWork(entry, work);
+        QMetaObject::invokeMethod(
+            this,
+            [this, document, withPicture = !picture.isNull(), reason] {
+                written(document, withPicture, reason);
+            },
+            Qt::QueuedConnection);
+    });
+}
+
+void Recovery::written(int document, bool withPicture, const QString &reason)
+{
+    Item &item = m_items.at(document);
+    const bool isCancelled = std::exchange(item.writing, nullptr)->isCancelled;
+    if (reason.isEmpty()) {
+        item.hasPicture = item.hasPicture || withPicture;
+        resume();
+    } else if (!isCancelled) {
+        item.isChanged = true;
+        flushSoon(s_retry);
+        if (!std::exchange(m_isPaused, true))
+            emit paused(reason);
+        return;
+    }
+    if (item.isChanged && !m_isPaused)
+        flush();
+}
+
+void Recovery::finish(int milliseconds)
+{
+    QElapsedTimer time;
+    time.start();
+    const auto isUnfinished = [](const auto &item) {
+        return item.second.isChanged || item.second.writing;
+    };
+    m_isPaused = false;
+    flush();
+    while (!m_isPaused && std::any_of(m_items.begin(), m_items.end(), isUnfinished) &&
+           time.elapsed() < milliseconds) {
+        m_workers.waitForDone(milliseconds - static_cast<int>(time.elapsed()));
+        QCoreApplication::sendPostedEvents(this, QEvent::MetaCall);
+    }
+    m_workers.waitForDone(std::max(0, milliseconds - static_cast<int>(time.elapsed())));
+}
