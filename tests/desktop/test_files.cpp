@@ -167,6 +167,10 @@ void TestFiles::unwritableFolder()
     QVERIFY(dismiss(XK_Return));
     QVERIFY(m_desktop->waitForFocus(m_program->mainWindow()));
     QCOMPARE(m_program->mainWindow().title, u"untitled * - Snap Workbench"_s);
+    // The bar tells of it, with a way out.
+    const QRect window = m_program->mainWindow().area;
+    const QPoint bar(window.center().x(), window.bottom() - 80);
+    QVERIFY(waitFor([&] { return m_desktop->pixel(bar) == qRgb(35, 40, 45); }));
     QVERIFY(openDialog(XK_a, {XK_Alt_L}));
     m_desktop->type(m_desktop->home() + u"/a.png"_s);
     QVERIFY(m_program->confirm(u"a.png - Snap Workbench"_s));
