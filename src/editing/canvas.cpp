@@ -104,6 +104,7 @@ void Canvas::push(const EditEntry &entry, const QRegion &area)
         m_belowBytes -= m_below.front().pixels.size();
         m_below.pop_front();
     }
+    useScreenDots(m_image);
     drawOver(m_image, m_picture, entry.geometry, entry.style, area);
 }
 
@@ -122,7 +123,6 @@ void Canvas::replay(const EditHistory &history)
         ++single;
     }
     m_image = replayed(m_picture, history.sliced(single), QColor(0, 0, 0, 0));
-    useScreenDots(m_image);
     m_isDrawn = true;
     m_previewImage = {};
     while (single > 0) {
@@ -154,6 +154,7 @@ const QImage &Canvas::preview(const EditHistory &history)
     const QImage &image = recorded(history);
     if (m_previewImage.isNull()) {
         m_previewImage = image.copy();
+        useScreenDots(m_previewImage);
         m_stale = m_previewArea;
     }
     if (!m_stale.isEmpty()) {

@@ -196,6 +196,9 @@ QPoint useScreenDots(QImage &image)
 
 QImage replayed(const QImage &picture, const EditHistory &history, const QColor &background)
 {
+    // No copy, however large it is.
+    if (history.isEmpty() && background.alpha() == 0)
+        return picture;
     QImage result = picture;
     if (!history.isEmpty() && !result.isNull()) {
         const QPoint dots = useScreenDots(result);

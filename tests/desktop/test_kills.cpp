@@ -22,6 +22,9 @@ constexpr int s_rectangle = 59;
 constexpr int s_text = 179;
 constexpr int s_stripHeight = 25;  // of their middle above the window's bottom
 
+const QRgb s_frame = qRgb(35, 40, 45);
+const QRgb s_black = qRgb(0, 0, 0);
+
 constexpr int s_promise = 1000;  // ms
 constexpr int s_longest = 900;   // ms between what is under way and the kill
 
@@ -50,8 +53,12 @@ private:
     bool start();
     Kept kept() const;
     QPoint place(int round) const;
-    /// Whether a picture is shown, and not only its tab.
-    bool isBlack() const { return m_desktop->pixel(m_origin + QPoint(3, 3)) == qRgb(0, 0, 0); }
+    /// Whether the window shows a picture, and not only its tab.
+    bool isBlack() const
+    {
+        return m_desktop->pixel({m_window.left() + 2, m_window.center().y()}) == s_frame &&
+               m_desktop->pixel(m_origin + QPoint(3, 3)) == s_black;
+    }
     void pressButton(int x) const;
     /// Marks up the current picture at a place of this round's own, and sees it there.
     bool markUp(int round) const;
@@ -181,16 +188,12 @@ void TestKills::killedAtAnyMoment()
     QVERIFY(m_program->waitForTitle(u"untitled * - Snap Workbench"_s));
     m_window = m_program->mainWindow().area;
     const QPoint middle = m_window.center();
-    const QPoint frame(m_window.left() + 2, middle.y());
-    QVERIFY(waitFor([&] {
-        return m_desktop->pixel(frame) == qRgb(35, 40, 45) &&
-               m_desktop->pixel(middle) == qRgb(0, 0, 0);
-    }));
     m_origin = middle;
+    QVERIFY(waitFor([&] { return isBlack(); }));
     const QImage screen = m_desktop->screenshot();
-    while (screen.pixel(m_origin - QPoint(1, 0)) == qRgb(0, 0, 0))
+    while (screen.pixel(m_origin - QPoint(1, 0)) == s_black)
         m_origin.rx() -= 1;
-    while (screen.pixel(m_origin - QPoint(0, 1)) == qRgb(0, 0, 0))
+    while (screen.pixel(m_origin - QPoint(0, 1)) == s_black)
         m_origin.ry() -= 1;
 
     for (int round = 0; round < rounds; ++round) {

@@ -15,11 +15,13 @@
 #include <QTimer>
 
 #include <algorithm>
+#include <chrono>
 #include <functional>
 
 #include <sys/stat.h>
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace {
 
@@ -71,6 +73,45 @@ EditHistory redRectangle()
         EditEntry{RectShape{outline}, {.type = stateRect, .width = 3, .color = Qt::red}})};
 }
 
+constexpr qint64 s_heldUp = 100;  // ms
+
+// The longest time in which the event loop did not turn. What this thread waited for a processor
+// does not count: others may be busy.
+class LoopWatch : public QObject
+{
+public:
+    LoopWatch()
+    {
+        startTimer(1);
+        restart();
+    }
+    void restart()
+    {
+        m_longest = 0;
+        m_last = now();
+    }
+    qint64 longest() const { return m_longest / 1'000'000; }
+
+protected:
+    void timerEvent(QTimerEvent * /*event*/) override
+    {
+        const qint64 time = now();
+        m_longest = std::max(m_longest, time - m_last);
+        m_last = time;
+    }
+
+private:
+    static qint64 now()
+    {
+        const QByteArray waited = contentOf(u"/proc/thread-self/schedstat"_s);
+        return std::chrono::steady_clock::now().time_since_epoch() / 1ns -
+               waited.split(' ').value(1).toLongLong();
+    }
+
+    qint64 m_longest = 0;
+    qint64 m_last = 0;
+};
+
 }  // namespace
 
 class TestPrompts : public QObject
@@ -93,6 +134,7 @@ private slots:
     void anotherFileIsNotOverwritten();
     void freeNamesAreProposed();
     void filesAreKnown();
+    void theWindowAnswersMeanwhile();
 
 private:
     QString at(const QString &name) const { return m_shell->folder.filePath(name); }
@@ -340,6 +382,59 @@ void TestPrompts::filesAreKnown()
     m_window->openPictures({at(u"pipe.png"_s)});
     awaitJobs(*m_window);
     QCOMPARE(reason->text(), u"\"pipe.png\" can't be shown: This is not a file."_s);
+}
+
+// Opened and saved, a large picture never holds the window up. It can be drawn on while it is
+// saved, and what is new since then is saved next.
+void TestPrompts::theWindowAnswersMeanwhile()
+{
+    const QString path = at(u"large.png"_s);
+    {
+        QImage large(4000, 3000, QImage::Format_RGB32);
+        for (int y = 0; y < large.height(); ++y) {
+            auto *line = reinterpret_cast<QRgb *>(large.scanLine(y));
+            for (int x = 0; x < large.width(); ++x)
+                line[x] = qRgb(x * y, x / 7, y);
+        }
+        QVERIFY(large.save(path, "PNG", 90));
+    }
+    const QByteArray before = contentOf(path);
+    const auto *jobs = m_window->findChild<PictureJobs *>();
+    const auto isSaving = [&] { return jobs->find(PictureJobs::Kind::Write, 0) != nullptr; };
+    LoopWatch watch;
+    m_window->openPictures({path});
+    awaitJobs(*m_window);
+    QVERIFY2(watch.longest() < s_heldUp, qPrintable(QString::number(watch.longest())));
+
+    // Given up by Escape: the file is the old one.
+    auto *editor = m_window->findChild<TPictureEditor *>();
+    EditHistory shapes = redRectangle();
+    editor->setVecUnDo(&shapes);
+    PictureChanged(TPictureEditor::HistoryChange, 0);
+    QTimer::singleShot(0, this, [&] {
+        m_shell->desktop.clock->advance(1000);
+        QVERIFY(m_window->findChild<QWidget *>(u"WidProgress"_s)->isVisible());
+        QTest::keyClick(m_window, Qt::Key_Escape);
+    });
+    QVERIFY(!m_window->SaveFile());
+    QVERIFY(contentOf(path) == before);
+    QVERIFY(m_window->HasModified(false));
+
+    QTimer::singleShot(0, this, [&] {
+        QVERIFY(isSaving());
+        shapes.prepend(shapes.first());
+        editor->setVecUnDo(&shapes);
+        PictureChanged(TPictureEditor::HistoryChange, 0);
+        QVERIFY(!m_window->close());
+    });
+    watch.restart();
+    QVERIFY(m_window->SaveFile());
+    QVERIFY2(watch.longest() < s_heldUp, qPrintable(QString::number(watch.longest())));
+    QVERIFY(m_window->HasModified(false));
+    QTimer::singleShot(0, this, [&] { QVERIFY(m_window->SaveFile() && !isSaving()); });
+    QVERIFY(m_window->SaveFile());
+    QVERIFY(!m_window->HasModified(false));
+    QCOMPARE(QImage(path).pixelColor(5, 10), QColor(Qt::red));
 }
 
 QTEST_MAIN(TestPrompts)
