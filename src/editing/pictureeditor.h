@@ -69,6 +69,9 @@ public:
     /// Opens the field for a text at the place of the last click, and gives what it holds.
     QString getUserText();
     bool isTyping() const;
+    /// Gives the keyboard back to a text that is being typed, with the caret where it was. False
+    /// where there is none.
+    bool goOnTyping();
     /// Commits a text that is being typed.
     void EndEdit();
     void Undo();
