@@ -195,6 +195,8 @@ bool MainWindow::event(QEvent *event)
         // The other screen may have another scale.
         PictureChanged(TPictureEditor::SizeChange, 0);
         break;
+    // A press that follows another one soon is a press all the same.
+    case QEvent::MouseButtonDblClick:
     case QEvent::MouseButtonPress: {
         const auto *mouse = static_cast<QMouseEvent *>(event);
         if (mouse->button() != Qt::LeftButton)

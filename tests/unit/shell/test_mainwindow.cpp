@@ -2,6 +2,7 @@
 #include "shell/noticebar.h"
 #include "shellfixture.h"
 
+#include <QAbstractItemView>
 #include <QApplication>
 #include <QClipboard>
 #include <QColorDialog>
@@ -90,6 +91,8 @@ private slots:
     void damagedPicture();
     void lineColour();
     void focusIsSeen();
+    void fontWhileTyping();
+    void doubleClickMoves();
     void aboutBox();
     void wholeDesktopGrab();
     void everyWayToACommand_data();
@@ -489,6 +492,53 @@ void TestMainWindow::focusIsSeen()
     QCOMPARE(edge(), plain);
     QTest::mouseClick(area->viewport(), Qt::LeftButton);
     QCOMPARE(edge(), plain);
+}
+
+// The caret stays where it was, whichever box was used and whatever was chosen in it.
+void TestMainWindow::fontWhileTyping()
+{
+    m_window->NewDocument(picture(400, 300, Qt::white), {});
+    m_window->activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(m_window));
+    auto *view = m_window->findChild<QWidget *>(u"lblPicture"_s);
+    click("BtnDrawText");
+    QTest::mouseClick(m_window->windowHandle(), Qt::LeftButton, {},
+                      view->mapTo(m_window, view->rect().center()));
+    auto *field = view->findChild<QTextEdit *>();
+    QTest::keyClicks(field, u"abcd"_s);
+    QTest::keyClick(field, Qt::Key_Left);
+    for (const auto &name : {u"CmbFont"_s, u"CmbFontSize"_s}) {
+        auto *box = m_window->findChild<QComboBox *>(name);
+        for (const auto key : {Qt::Key_Down, Qt::Key_Space}) {
+            box->setFocus();
+            box->showPopup();
+            // No font's name is cut in the list.
+            QVERIFY(name == u"CmbFontSize" ||
+                    box->view()->viewport()->width() >= box->view()->sizeHintForColumn(0));
+            if (key == Qt::Key_Down)
+                QTest::keyClick(box->view(), key);
+            QTest::keyClick(box->view(), Qt::Key_Return);
+            QCOMPARE(m_window->focusWidget(), field);
+        }
+    }
+    QTest::keyClicks(field, u"X"_s);
+    QCOMPARE(field->toPlainText(), u"abcX"_s);
+    QVERIFY(m_window->findChild<TPictureEditor *>()->getVecUnDo().isEmpty());
+}
+
+// How a press on the caption comes that follows another one soon.
+void TestMainWindow::doubleClickMoves()
+{
+    const QPoint before = m_window->pos();
+    const QPointF hold(300, 1);
+    const auto send = [&](QEvent::Type type, QPointF at, Qt::MouseButtons buttons) {
+        QMouseEvent event(type, at, m_window->pos() + at, Qt::LeftButton, buttons, Qt::NoModifier);
+        QCoreApplication::sendEvent(m_window, &event);
+    };
+    send(QEvent::MouseButtonDblClick, hold, Qt::LeftButton);
+    send(QEvent::MouseMove, hold + QPointF(40, 30), Qt::LeftButton);
+    send(QEvent::MouseButtonRelease, hold, Qt::NoButton);
+    QCOMPARE(m_window->pos(), before + QPoint(40, 30));
 }
 
 void TestMainWindow::aboutBox()
