@@ -93,6 +93,7 @@ MainWindow::MainWindow()
             &MainWindow::on_Idle);
     CreateMenus();
     InitImgButton();
+    setUpStrips();
     ui->widSysTool->hide();
     ui->tabWidget->setFocus(Qt::OtherFocusReason);
     SetAutoRunToXML(GetAutoRunFromXML());
@@ -100,6 +101,13 @@ MainWindow::MainWindow()
     // After the toolkit and the window manager have moved what they move themselves.
     connect(qGuiApp, &QGuiApplication::screenRemoved, this, &MainWindow::comeWithinReach,
             Qt::QueuedConnection);
+    const auto follow = [this](QScreen *screen) {
+        connect(screen, &QScreen::availableGeometryChanged, this, &MainWindow::comeWithinReach,
+                Qt::QueuedConnection);
+    };
+    for (QScreen *screen : QGuiApplication::screens())
+        follow(screen);
+    connect(qGuiApp, &QGuiApplication::screenAdded, this, follow);
 }
 
 MainWindow::~MainWindow()
@@ -169,12 +177,17 @@ void MainWindow::on_Idle() { Licensing::status(); }
 
 void MainWindow::InitShowGeometry()
 {
+    holdToScreen();
     // The exact text counts here, and not the number.
     if (GetConfigString(u"WindowMaxed"_s) == u"1")
         ShowMaxedGeometry();
     else
         ShowNormalGeometry();
-    setMinimumSize(s_smallestSize);
+}
+
+void MainWindow::holdToScreen()
+{
+    setMinimumSize(s_smallestSize.boundedTo(screen()->availableSize()));
 }
 
 void MainWindow::ShowNormalGeometry()
@@ -191,9 +204,12 @@ void MainWindow::ShowNormalGeometry()
         screenAreas()));
 }
 
-// A window that stood on a monitor that is gone comes to one that is there.
+// A window that stood on a monitor that is gone comes to one that is there, and one whose monitor
+// has become smaller with it.
 void MainWindow::comeWithinReach()
 {
+    holdToScreen();
+    resize(size().boundedTo(screen()->availableVirtualSize()));
     const QRect area = withinReach(geometry(), screenAreas());
     if (area != geometry())
         setGeometry(area);

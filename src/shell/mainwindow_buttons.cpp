@@ -215,10 +215,15 @@ bool MainWindow::filterButton(QPushButton &button, QEvent &event)
     return true;
 }
 
+bool MainWindow::isChosenTool(const QAbstractButton &button) const
+{
+    return button.objectName() == QLatin1StringView(s_toolButtons[m_pEditor->getState()]);
+}
+
 void MainWindow::showButtonPicture(QPushButton &button, int picture)
 {
     QString section = button.objectName();
-    if (section == QLatin1StringView(s_toolButtons[m_pEditor->getState()]))
+    if (isChosenTool(button))
         section += u"_Sel"_s;
     const QString path = GetBtnAttr(this, section, picture);
     if (!QFile::exists(path))

@@ -9,6 +9,7 @@
 #include <QComboBox>
 #include <QDir>
 #include <QLabel>
+#include <QLayout>
 #include <QMenu>
 #include <QMenuBar>
 #include <QMessageBox>
@@ -86,6 +87,7 @@ private slots:
     void fileMenu();
     void longTitle();
     void largeFont();
+    void narrowWindow();
     void keysWithoutAMenu();
     void controlsHaveNames();
     void damagedPicture();
@@ -294,8 +296,7 @@ void TestMainWindow::everyCaptureItemHasACommand()
 {
     int items = 0;
     for (const QMenu *menu : m_window->findChildren<QMenu *>()) {
-        const QString first = menu->actions().value(0)->text();
-        if (!first.endsWith(u"Rectangular"_s))
+        if (menu->isEmpty() || !menu->actions().constFirst()->text().endsWith(u"Rectangular"_s))
             continue;
         for (const QAction *action : menu->actions()) {
             if (action->isSeparator())
@@ -394,6 +395,59 @@ void TestMainWindow::largeFont()
     QVERIFY(bar->width() >= bar->sizeHint().width() && bar->height() >= bar->sizeHint().height());
     QVERIFY(bars->tabRect(0).height() >= QFontMetrics(bars->font()).height());
     QApplication::setFont(usual);
+}
+
+// What has no room on a strip works from the menu at its end, and comes back with the room.
+void TestMainWindow::narrowWindow()
+{
+    QCOMPARE(m_window->minimumSize(), QSize(950, 650).boundedTo(m_window->screen()->size()));
+    m_window->NewDocument(picture(100, 100), {});
+    auto *strip = m_window->findChild<QWidget *>(u"widPictureEdit"_s);
+    auto *fold = m_window->findChild<QPushButton *>(u"FoldPictureEdit"_s);
+    const auto order = [strip] {
+        QStringList names;
+        for (int i = 0; i < strip->layout()->count(); ++i) {
+            if (const QWidget *widget = strip->layout()->itemAt(i)->widget())
+                names.append(widget->objectName());
+        }
+        return names;
+    };
+    const QStringList whole = order();
+    auto *editor = m_window->findChild<TPictureEditor *>();
+    m_window->setMinimumSize(1, 1);
+    for (const int width : {560, 200}) {
+        m_window->resize(width, 400);
+        QTRY_VERIFY(fold->isVisible() && strip->layout()->minimumSize().width() <= strip->width());
+        QVERIFY(strip->rect().contains(fold->geometry()));
+        QStringList texts;
+        QTimer::singleShot(0, this, [&] {
+            for (const QAction *action : fold->menu()->actions())
+                texts.append(action->text() + (action->isChecked() ? u"!"_s : QString()));
+            auto *box = m_window->findChild<QComboBox *>(u"CmbFontSize"_s);
+            QVERIFY(box->isVisible() && fold->menu()->isAncestorOf(box));
+            box->setCurrentIndex(7);
+            QTest::keyClick(fold->menu(), Qt::Key_Escape);
+        });
+        fold->showMenu();
+        QVERIFY2(texts.contains(u"Zoom in\tCtrl+="_s) || texts.contains(u"Zoom in"_s),
+                 qPrintable(texts.join(u'|')));
+        QCOMPARE(order(), whole);
+    }
+    QTimer::singleShot(0, this, [&] {
+        const QList<QAction *> actions = fold->menu()->actions();
+        (*std::find_if(actions.begin(), actions.end(), [](const QAction *action) {
+            return action->text().startsWith(u"Freehand line"_s);
+        }))->trigger();
+        fold->menu()->close();
+    });
+    fold->showMenu();
+    QCOMPARE(editor->getState(), statePoly);
+    m_window->resize(950, 650);
+    QTRY_VERIFY(!fold->isVisible());
+    for (const QString &name : whole) {
+        const QWidget *widget = strip->findChild<QWidget *>(name);
+        QVERIFY2(widget == fold || widget->isVisible(), qPrintable(name));
+    }
 }
 
 void TestMainWindow::keysWithoutAMenu()
