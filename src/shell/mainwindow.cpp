@@ -209,8 +209,9 @@ void MainWindow::ShowNormalGeometry()
 void MainWindow::comeWithinReach()
 {
     holdToScreen();
-    resize(size().boundedTo(screen()->availableVirtualSize()));
-    const QRect area = withinReach(geometry(), screenAreas());
+    QRect area(geometry().topLeft(), size().boundedTo(screen()->availableVirtualSize()));
+    area = area == geometry() ? withinReach(area, screenAreas())
+                              : movedInto(area, screen()->availableGeometry());
     if (area != geometry())
         setGeometry(area);
 }

@@ -368,6 +368,12 @@ void TestFace::monitorUnplugged()
     m_desktop->start(u"xrandr"_s, {u"--delmonitor"_s, u"R"_s}, m_desktop->environment());
     area.moveLeft(250);
     QVERIFY(stands(area));
+    // And then the last one has become too small for it.
+    for (const QStringList &change :
+         {QStringList{u"--delmonitor"_s, u"L"_s},
+          {u"--setmonitor"_s, u"N"_s, u"900/250x560/150+0+0"_s, u"screen"_s}})
+        m_desktop->start(u"xrandr"_s, change, m_desktop->environment())->waitForFinished();
+    QVERIFY(stands({0, 0, 900, 560}));
 }
 
 void TestFace::smallScreens_data()
