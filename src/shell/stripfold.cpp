@@ -204,6 +204,8 @@ void StripFold::addRow(QWidget &widget)
     line->addStretch();
     line->addWidget(&widget);
     widget.show();
+    // The arrow keys and Tab, which go through the items, reach the widget by it.
+    row->setFocusPolicy(widget.focusPolicy());
     row->setFocusProxy(&widget);
     auto *action = new QWidgetAction(m_menu);
     action->setDefaultWidget(row);

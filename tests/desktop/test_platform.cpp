@@ -188,7 +188,7 @@ void TestPlatform::eitherAltKey()
     const int keys = mapping->keycodes_per_modifier;
     xcb_keycode_t *codes = xcb_get_modifier_mapping_keycodes(mapping.get());
     std::replace(codes, codes + qsizetype(8) * keys, s_keyAltRight, xcb_keycode_t(0));
-    codes[XCB_MAP_INDEX_3 * keys] = s_keyAltRight;
+    codes[qsizetype(XCB_MAP_INDEX_3) * keys] = s_keyAltRight;
     free(xcb_set_modifier_mapping_reply(
         connection, xcb_set_modifier_mapping(connection, mapping->keycodes_per_modifier, codes),
         nullptr));
