@@ -636,6 +636,22 @@ Rücktaste    Punkt löschen</translation>
         <source>&quot;%1&quot; can&apos;t be shown: %2</source>
         <translation>„%1“ kann nicht angezeigt werden: %2</translation>
     </message>
+    <message>
+        <source>More tools</source>
+        <translation>Weitere Werkzeuge</translation>
+    </message>
+    <message>
+        <source>Ctrl+Shift+E</source>
+        <translation>Ctrl+Shift+E</translation>
+    </message>
+    <message>
+        <source>More commands</source>
+        <translation>Weitere Befehle</translation>
+    </message>
+    <message>
+        <source>Ctrl+Shift+G</source>
+        <translation>Ctrl+Shift+G</translation>
+    </message>
 </context>
 <context>
     <name>MenuCapture</name>

@@ -636,6 +636,22 @@ Backspace    删除最后一点</translation>
         <source>&quot;%1&quot; can&apos;t be shown: %2</source>
         <translation>无法显示“%1”：%2</translation>
     </message>
+    <message>
+        <source>More tools</source>
+        <translation>更多工具</translation>
+    </message>
+    <message>
+        <source>Ctrl+Shift+E</source>
+        <translation>Ctrl+Shift+E</translation>
+    </message>
+    <message>
+        <source>More commands</source>
+        <translation>更多命令</translation>
+    </message>
+    <message>
+        <source>Ctrl+Shift+G</source>
+        <translation>Ctrl+Shift+G</translation>
+    </message>
 </context>
 <context>
     <name>MenuCapture</name>

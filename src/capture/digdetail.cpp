@@ -16,6 +16,7 @@ namespace {
 // Sizes in logical pixels: the panel is laid out like any other of our windows.
 constexpr QSize s_texts(108, 122);  // what the full view adds to the small one
 constexpr QSize s_polygonTexts(108, 151);
+constexpr QSize s_textGap(8, 10);  // part of both
 constexpr int s_height = 314;
 constexpr int s_polygonHeight = 343;
 constexpr int s_helpHeight = 112;
@@ -116,6 +117,9 @@ void DigDetail::SetViewMode(int mode)
     const QSize texts = m_Type == s_region ? s_texts : s_polygonTexts;
     m_ui->WidCurInfo->setVisible(mode == s_full);
     m_ui->widget_2->setVisible(mode == s_full);
+    // The gaps to the texts would stay without them, and take their width from the view.
+    m_ui->gridLayout->setHorizontalSpacing(mode == s_full ? s_textGap.width() : 0);
+    m_ui->gridLayout->setVerticalSpacing(mode == s_full ? s_textGap.height() : 0);
     setPanelSize(mode == s_full ? size() + texts : size() - texts);
 }
 

@@ -1,5 +1,6 @@
 #include "capture/regionoverlay.h"
 
+#include "platform/services.h"
 #include "platform/windowlist.h"
 #include "ui_dialog.h"
 
@@ -29,6 +30,7 @@ constexpr QColor s_frameColor(89, 90, 92);
 
 constexpr int s_captionFont = 12;  // pixels, if the texts fit
 constexpr int s_smallestFont = 8;
+constexpr int s_buttonMargin = 8;  // logical pixels beside the button's text
 
 QPixmap maskedIcon(const QString &path)
 {
@@ -70,7 +72,7 @@ RegionOverlay::RegionOverlay(QWidget *parent, const RegionPolicy &policy)
 {
     m_ui->setupUi(this);
     setSurface(m_ui->widget);
-    fitCaptionFont();
+    fitCaption();
     m_ui->widget_2->hide();
     m_ui->pushButton->hide();
     m_ui->widget_2->installEventFilter(this);
@@ -79,8 +81,9 @@ RegionOverlay::RegionOverlay(QWidget *parent, const RegionPolicy &policy)
 
 RegionOverlay::~RegionOverlay() = default;
 
-// One size for both texts, in which the longest one of this desktop is not cut.
-void RegionOverlay::fitCaptionFont()
+// One size for both texts, in which the longest one of this desktop is not cut, and room for that
+// of the button.
+void RegionOverlay::fitCaption()
 {
     const QString longest = u":%1 px"_s.arg(std::max(area().width(), area().height()));
     QFont captionFont = font();
@@ -93,6 +96,13 @@ void RegionOverlay::fitCaptionFont()
     m_ui->label_8->setFont(captionFont);
     captionFont.setPixelSize(s_captionFont);
     m_ui->pushButton->setFont(captionFont);
+    // A language with a longer word has a wider frame.
+    const int text = QFontMetrics(captionFont).horizontalAdvance(m_ui->pushButton->text());
+    const int missing = text + 2 * s_buttonMargin - m_ui->pushButton->width();
+    if (missing > 0) {
+        m_ui->pushButton->resize(m_ui->pushButton->size() + QSize(missing, 0));
+        m_ui->widget_2->resize(m_ui->widget_2->size() + QSize(missing, 0));
+    }
 }
 
 void RegionOverlay::SetPictureWidth(QString path)
@@ -204,7 +214,11 @@ RegionSelection::Input RegionOverlay::input(QPoint pos) const
 
 void RegionOverlay::setExtent()
 {
-    m_selection.setExtent({surfaceSize(), area().size(), toPixels(m_ui->widget_2->size())});
+    QList<QRect> screens = services().windows->screens();
+    for (QRect &screen : screens)
+        screen.translate(-area().topLeft());
+    m_selection.setExtent(
+        {surfaceSize(), area().size(), toPixels(m_ui->widget_2->size()), screens});
 }
 
 bool RegionOverlay::eventFilter(QObject *watched, QEvent *event)

@@ -64,7 +64,7 @@ private:
     RegionSelection::Input input(QPoint pos) const;
     Look look() const;
     QRegion damage(const Look &before, const Look &after) const;
-    void fitCaptionFont();
+    void fitCaption();
     void setExtent();
     void press(QPoint pos, Qt::MouseButtons buttons);
     void move(QPoint pos);

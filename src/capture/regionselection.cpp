@@ -3,6 +3,7 @@
 #include "capture/arrowkeys.h"
 
 #include <QPainterPath>
+#include <QRegion>
 
 #include <algorithm>
 #include <array>
@@ -184,7 +185,8 @@ QList<QRect> RegionSelection::shapes() const
     QList<QRect> result;
     if (m_rubberBand)
         result.append(band());
-    if (!m_dragging || (m_rubberBand && m_startPoint == m_endPoint))
+    // Before anything is marked there is nothing to draw, no handle either.
+    if ((!m_dragging || (m_rubberBand && m_startPoint == m_endPoint)) && m_regionSize != QPoint())
         result.append(region());
     return result;
 }
@@ -205,7 +207,7 @@ RegionSelection::Caption RegionSelection::bandCaption() const
     int y = bottom + s_captionGap;
     if (bottom > m_extent.overlay.height() - reach)
         y = rect.y() >= reach ? rect.y() - reach : bottom - reach;
-    return {{x, y}, u"%1 px"_s.arg(rect.width()), u"%1 px"_s.arg(rect.height())};
+    return {onScreen({x, y}, rect), u"%1 px"_s.arg(rect.width()), u"%1 px"_s.arg(rect.height())};
 }
 
 // The test for x looks at the band and the result at the region: this mix is meant, as are the
@@ -220,7 +222,34 @@ RegionSelection::Caption RegionSelection::regionCaption() const
     if (farCorner.y() > m_extent.overlay.height() - reach)
         y = (m_regionPos.y() >= reach ? m_regionPos.y() : farCorner.y()) - reach;
     const QString text = m_policy.keyCaptionHasUnit ? u":%1 px"_s : u":%1"_s;
-    return {{x, y}, text.arg(m_regionSize.x()), text.arg(m_regionSize.y())};
+    return {onScreen({x, y}, region().normalized()), text.arg(m_regionSize.x()),
+            text.arg(m_regionSize.y())};
+}
+
+// Where monitors differ in height, a part of the overlay lies on none of them. A caption that would
+// have a part there comes to the screen that shows most of what is marked.
+QPoint RegionSelection::onScreen(QPoint caption, const QRect &marked) const
+{
+    QRegion hidden = QRect(caption, m_extent.frame) & QRect(QPoint(), m_extent.overlay);
+    for (const QRect &screen : m_extent.screens)
+        hidden -= screen;
+    if (hidden.isEmpty() || m_extent.screens.isEmpty())
+        return caption;
+    const auto shown = [&](const QRect &screen) {
+        const QRect part = screen & marked.adjusted(-1, -1, 1, 1);
+        return static_cast<qint64>(part.width()) * part.height();
+    };
+    const QRect home =
+        *std::max_element(m_extent.screens.begin(), m_extent.screens.end(),
+                          [&](const QRect &a, const QRect &b) { return shown(a) < shown(b); });
+    const QSize room = home.size() - m_extent.frame;
+    const int bottom = std::min(marked.y() + marked.height(), home.y() + home.height());
+    const int reach = s_captionGap + m_extent.frame.height();
+    int y = bottom + s_captionGap;
+    if (y > home.y() + room.height())
+        y = (marked.y() - home.y() >= reach ? marked.y() : bottom) - reach;
+    return {std::clamp(caption.x(), home.x(), home.x() + std::max(0, room.width())),
+            std::clamp(y, home.y(), home.y() + std::max(0, room.height()))};
 }
 
 RegionSelection::Cursor RegionSelection::cursor(const Input &input, const QRect &frame) const

@@ -24,9 +24,10 @@ class RegionSelection
 {
 public:
     struct Extent {
-        QSize surface{0, 0};  ///< what is drawn on: bounds the pointer and the key steps
-        QSize overlay{0, 0};  ///< the desktop's box: bounds squares, moves and the caption
-        QSize frame{0, 0};    ///< the caption's frame
+        QSize surface{0, 0};     ///< what is drawn on: bounds the pointer and the key steps
+        QSize overlay{0, 0};     ///< the desktop's box: bounds squares, moves and the caption
+        QSize frame{0, 0};       ///< the caption's frame
+        QList<QRect> screens{};  ///< overlay coordinates; none: the overlay is one screen
     };
 
     /// Where the pointer is at an event, told in two ways: three of the rules compare the global
@@ -107,6 +108,7 @@ private:
     void dragHandle(QPoint pos);
     void dragRegion(QPoint pos);
     void arrow(int axis, int step, Qt::KeyboardModifiers modifiers);
+    QPoint onScreen(QPoint caption, const QRect &marked) const;
 
     RegionPolicy m_policy;
     Extent m_extent;

@@ -15,6 +15,7 @@
 #include <QTextEdit>
 #include <QWidget>
 
+#include <cmath>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -37,6 +38,26 @@ void takeEveryMove(bool every)
 {
     static const bool s_usual = QGuiApplication::testAttribute(Qt::AA_CompressHighFrequencyEvents);
     QGuiApplication::setAttribute(Qt::AA_CompressHighFrequencyEvents, s_usual && !every);
+}
+
+// The pixel at which the widget begins. Half ones go up on both sides of 0: a widget that is
+// scrolled takes the pixels that are there along, and must not come to lie one beside them.
+QPoint wholePixel(QPointF position)
+{
+    return {static_cast<int>(std::floor(position.x() + 0.5)),
+            static_cast<int>(std::floor(position.y() + 0.5))};
+}
+
+// A record knows one direction for all of its lines, and draws a tab as a space.
+void layOutAsRecorded(QTextDocument &document, bool toTheLeft, qreal space)
+{
+    const Qt::LayoutDirection direction = toTheLeft ? Qt::RightToLeft : Qt::LeftToRight;
+    QTextOption option = document.defaultTextOption();
+    if (option.textDirection() == direction && option.tabStopDistance() == space)
+        return;
+    option.setTextDirection(direction);
+    option.setTabStopDistance(space);
+    document.setDefaultTextOption(option);
 }
 
 // A drag belongs to the button that began it.
@@ -201,6 +222,13 @@ bool TPictureEditor::isTyping() const
     return m_State == stateText && m_pTextEdit && !m_pTextEdit->isHidden();
 }
 
+bool TPictureEditor::goOnTyping()
+{
+    if (isTyping())
+        m_pTextEdit->setFocus(Qt::OtherFocusReason);
+    return isTyping();
+}
+
 void TPictureEditor::EndEdit()
 {
     if (isTyping())
@@ -244,7 +272,6 @@ QString TPictureEditor::getUserText()
     m_pTextEdit->setLineWrapMode(QTextEdit::NoWrap);
     m_pTextEdit->setOverwriteMode(true);
     m_pTextEdit->setFocus(Qt::OtherFocusReason);
-    m_pTextEdit->move(m_TextAnchor - s_textInset);
     fitTextField();
     m_pTextEdit->show();
     return m_pTextEdit->toPlainText();
@@ -268,10 +295,15 @@ void TPictureEditor::fitTextField()
         m_pTextEdit->setPalette(palette);
     }
     const QString text = m_pTextEdit->toPlainText();
-    const QRect bounds =
-        QFontMetrics(font, m_pTextEdit)
-            .boundingRect(s_measure, Qt::AlignLeft | Qt::AlignTop, text.isEmpty() ? u"a"_s : text);
-    m_pTextEdit->resize(bounds.size() + s_textRoom);
+    const QFontMetrics metrics(font, m_pTextEdit);
+    const bool toTheLeft = text.isRightToLeft();
+    layOutAsRecorded(*m_pTextEdit->document(), toTheLeft,
+                     QFontMetricsF(font, m_pTextEdit).horizontalAdvance(u' '));
+    const QRect bounds = metrics.boundingRect(s_measure, Qt::AlignLeft | Qt::AlignTop,
+                                              text.isEmpty() ? u"a"_s : text);
+    // Letters come at the end, and the room for them has to be there.
+    const QPoint room(toTheLeft ? s_textRoom.width() - 2 * s_textInset.x() : 0, 0);
+    m_pTextEdit->setGeometry(QRect(m_TextAnchor - s_textInset - room, bounds.size() + s_textRoom));
 }
 
 // An open field goes with its place in the picture.
@@ -281,7 +313,6 @@ void TPictureEditor::placeTextField()
         return;
     const QPointF place = mapping().toWidget(m_TextPos) / m_pWidget->devicePixelRatioF();
     m_TextAnchor = place.toPoint();
-    m_pTextEdit->move(m_TextAnchor - s_textInset);
     fitTextField();
 }
 
@@ -334,7 +365,7 @@ QPoint TPictureEditor::toPixels(const QMouseEvent &event) const
 {
     const qreal ratio = m_pWidget->devicePixelRatioF();
     const QPointF origin = m_pWidget->mapTo(m_pWidget->window(), QPoint());
-    return (event.scenePosition() * ratio).toPoint() - (origin * ratio).toPoint();
+    return (event.scenePosition() * ratio).toPoint() - wholePixel(origin * ratio);
 }
 
 void TPictureEditor::press(const QMouseEvent &event)
@@ -453,7 +484,7 @@ void TPictureEditor::paint(const QPaintEvent &event)
     const QSize size = shown.size();
     QPainter painter(m_pWidget);
     const QTransform toDevice = painter.deviceTransform();
-    const QPoint origin = QPointF(toDevice.dx(), toDevice.dy()).toPoint();
+    const QPoint origin = wholePixel({toDevice.dx(), toDevice.dy()});
     painter.setWorldTransform(QTransform::fromTranslate(origin.x(), origin.y()) *
                               toDevice.inverted());
 

@@ -71,6 +71,9 @@ public:
     bool isTyping() const;
     /// The text that is being typed, as it would be recorded now; null where there is none.
     EntryPtr typedText() const;
+    /// Gives the keyboard back to a text that is being typed, with the caret where it was. False
+    /// where there is none.
+    bool goOnTyping();
     /// Commits a text that is being typed.
     void EndEdit();
     void Undo();

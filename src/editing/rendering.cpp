@@ -16,7 +16,6 @@ constexpr int s_fewestRows = 16;
 constexpr int s_fewestBands = 16;  // a band is a small part of the picture
 
 constexpr QSize s_textBox(1000, 1000);  // picture pixels
-constexpr int s_textFlags = Qt::AlignLeft | Qt::AlignTop;
 
 void draw(QPainter &, const EmptyShape &, const EditMsg &) {}
 
@@ -40,10 +39,28 @@ void draw(QPainter &painter, const PolylineShape &shape, const EditMsg &)
     painter.drawPolyline(shape.points);
 }
 
+struct TextLayout {
+    QRect box{};
+    int flags = 0;
+};
+
+// Lines that run from right to left have a common right side. It lies where the longest of them
+// begins at `position`: there they stood in the field in which they were typed.
+TextLayout layoutOf(QPainter &painter, QPoint position, const QString &text)
+{
+    const TextLayout leftToRight{QRect(position, s_textBox), Qt::AlignLeft | Qt::AlignTop};
+    if (!text.isRightToLeft())
+        return leftToRight;
+    const int width = painter.boundingRect(leftToRight.box, leftToRight.flags, text).width();
+    return {leftToRight.box.translated(std::min(width, s_textBox.width()) - s_textBox.width(), 0),
+            Qt::AlignRight | Qt::AlignTop};
+}
+
 void draw(QPainter &painter, const TextShape &shape, const EditMsg &style)
 {
     painter.setFont(style.font);
-    painter.drawText(QRect(shape.position, s_textBox), s_textFlags, style.text);
+    const TextLayout layout = layoutOf(painter, shape.position, style.text);
+    painter.drawText(layout.box, layout.flags, style.text);
 }
 
 // Room for a whole picture, of which only the rows that are written to take memory. A shape is
@@ -145,8 +162,8 @@ void drawShape(QPainter &painter, const Geometry &geometry, const EditMsg &style
 QRect textBounds(QPainter &painter, QPoint position, const QString &text)
 {
     // What is longer is cut off when it is drawn.
-    const QRect box(position, s_textBox);
-    return painter.boundingRect(box, s_textFlags, text) & box;
+    const TextLayout layout = layoutOf(painter, position, text);
+    return painter.boundingRect(layout.box, layout.flags, text) & layout.box;
 }
 
 QImage &cleanPixmap(const QImage &base, QImage &target, const QColor &color)

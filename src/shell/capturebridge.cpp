@@ -1,5 +1,6 @@
 #include "shell/capturebridge.h"
 
+#include "config/applicationrecord.h"
 #include "helper/helperjob.h"
 #include "helper/snapworkbenchhelper.h"
 #include "platform/services.h"
@@ -41,8 +42,8 @@ void ensureDelegate()
 
 // Knows its number in the window list beyond the moment in which it leaves the screen.
 struct Question : QMessageBox {
-    Question(const QString &title, const QString &text)
-        : QMessageBox(QMessageBox::Question, title, text)
+    explicit Question(const QString &text)
+        : QMessageBox(QMessageBox::Question, QString::fromWCharArray(g_AppName), text)
     {
     }
     void setVisible(bool isVisible) override
@@ -184,8 +185,7 @@ signed char GWSnapWorkbenchTestClientStatus(signed char prompt)
     if (prompt == 0 || !GWSnapWorkbenchMustAsk())
         return 1;
 
-    const QString question = CaptureBridge::tr("Do you want to enable Scroll Capture?");
-    Question box(MainWindow::tr("Snap Workbench"), question);
+    Question box(CaptureBridge::tr("Do you want to enable Scroll Capture?"));
     box.setInformativeText(CaptureBridge::tr(
         "Scroll Capture allows you to select the scrolling area by just one click. \n"
         "Click No to continue common capture, or Enable Scroll Capture now?"));
@@ -250,8 +250,8 @@ void GWSnapWorkbenchStatusFinish(const char *path)
 
 void GWSnapWorkbenchShowStrings(const QString &informative)
 {
-    const QString title = CaptureBridge::tr("Alert");
-    QMessageBox box(QMessageBox::Warning, MainWindow::tr("Snap Workbench"), title);
+    QMessageBox box(QMessageBox::Warning, QString::fromWCharArray(g_AppName),
+                    CaptureBridge::tr("Alert"));
     box.setInformativeText(informative);
     box.addButton(CaptureBridge::tr("Continue"), QMessageBox::AcceptRole);
     askInFront(box);

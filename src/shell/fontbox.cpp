@@ -1,8 +1,13 @@
 #include "shell/fontbox.h"
 
+#include <QAbstractItemView>
 #include <QFontDatabase>
 #include <QLineEdit>
+#include <QScreen>
+#include <QScrollBar>
 #include <QSignalBlocker>
+
+#include <algorithm>
 
 FontBox::FontBox(QWidget *parent) : QComboBox(parent), m_font(font())
 {
@@ -25,6 +30,10 @@ void FontBox::setCurrentFont(const QFont &font)
 void FontBox::showPopup()
 {
     fill();
+    // The list is as wide as the box, and cuts longer names, unless it is told otherwise.
+    const int beside = 2 * view()->frameWidth() + view()->verticalScrollBar()->sizeHint().width();
+    view()->setMinimumWidth(
+        std::min(view()->sizeHintForColumn(0) + beside, screen()->availableSize().width()));
     QComboBox::showPopup();
 }
 

@@ -97,6 +97,7 @@ MainWindow::MainWindow()
             &MainWindow::on_Idle);
     CreateMenus();
     InitImgButton();
+    setUpStrips();
     ui->widSysTool->hide();
     ui->tabWidget->setFocus(Qt::OtherFocusReason);
     SetAutoRunToXML(GetAutoRunFromXML());
@@ -104,6 +105,13 @@ MainWindow::MainWindow()
     // After the toolkit and the window manager have moved what they move themselves.
     connect(qGuiApp, &QGuiApplication::screenRemoved, this, &MainWindow::comeWithinReach,
             Qt::QueuedConnection);
+    const auto follow = [this](QScreen *screen) {
+        connect(screen, &QScreen::availableGeometryChanged, this, &MainWindow::comeWithinReach,
+                Qt::QueuedConnection);
+    };
+    for (QScreen *screen : QGuiApplication::screens())
+        follow(screen);
+    connect(qGuiApp, &QGuiApplication::screenAdded, this, follow);
 }
 
 MainWindow::~MainWindow()
@@ -174,12 +182,17 @@ void MainWindow::on_Idle() { Licensing::status(); }
 
 void MainWindow::InitShowGeometry()
 {
+    holdToScreen();
     // The exact text counts here, and not the number.
     if (GetConfigString(u"WindowMaxed"_s) == u"1")
         ShowMaxedGeometry();
     else
         ShowNormalGeometry();
-    setMinimumSize(s_smallestSize);
+}
+
+void MainWindow::holdToScreen()
+{
+    setMinimumSize(s_smallestSize.boundedTo(screen()->availableSize()));
 }
 
 void MainWindow::ShowNormalGeometry()
@@ -196,10 +209,14 @@ void MainWindow::ShowNormalGeometry()
         screenAreas()));
 }
 
-// A window that stood on a monitor that is gone comes to one that is there.
+// A window that stood on a monitor that is gone comes to one that is there, and one whose monitor
+// has become smaller with it.
 void MainWindow::comeWithinReach()
 {
-    const QRect area = withinReach(geometry(), screenAreas());
+    holdToScreen();
+    QRect area(geometry().topLeft(), size().boundedTo(screen()->availableVirtualSize()));
+    area = area == geometry() ? withinReach(area, screenAreas())
+                              : movedInto(area, screen()->availableGeometry());
     if (area != geometry())
         setGeometry(area);
 }

@@ -20,6 +20,7 @@ class CaptureTools;
 class DialogPreference;
 class FrontWindow;
 class GrabFlow;
+class QAbstractButton;
 class QAction;
 class QLabel;
 class QMenu;
@@ -243,6 +244,9 @@ private:
     void cutCorners();
     void followCompositor();
     void setUpPictureArea();
+    void setUpStrips();
+    /// The window can be made as small as its screen is.
+    void holdToScreen();
     void setUpEditor();
     void setUpTray();
     /// Some seconds from now, once for all changes until then, and again until it works. A failure
@@ -293,6 +297,7 @@ private:
     /// A font with the size that the size box shows.
     QFont chosenFont(const QFont &font) const;
     void chooseTool(stateEnum tool, QPushButton *button);
+    bool isChosenTool(const QAbstractButton &button) const;
     bool filterButton(QPushButton &button, QEvent &event);
     void showButtonPicture(QPushButton &button, int picture);
     /// Shows the tool buttons as the editor's state is; `over`, if not null, as under the pointer.

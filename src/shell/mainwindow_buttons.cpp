@@ -193,6 +193,9 @@ void MainWindow::InitImgButton()
     connect(ui->BtnRegister, &QPushButton::clicked, this, &MainWindow::Register);
     connect(ui->BtnCopy, &QPushButton::clicked, this, &MainWindow::CopyFile);
     connect(ui->BtnSave, &QPushButton::clicked, this, [this] { SaveFile(); });
+    // Also after the choice of what was chosen already.
+    for (QComboBox *box : {static_cast<QComboBox *>(ui->CmbFont), ui->CmbFontSize})
+        connect(box, &QComboBox::activated, this, [this] { m_pEditor->goOnTyping(); });
 }
 
 bool MainWindow::filterButton(QPushButton &button, QEvent &event)
@@ -212,10 +215,15 @@ bool MainWindow::filterButton(QPushButton &button, QEvent &event)
     return true;
 }
 
+bool MainWindow::isChosenTool(const QAbstractButton &button) const
+{
+    return button.objectName() == QLatin1StringView(s_toolButtons[m_pEditor->getState()]);
+}
+
 void MainWindow::showButtonPicture(QPushButton &button, int picture)
 {
     QString section = button.objectName();
-    if (section == QLatin1StringView(s_toolButtons[m_pEditor->getState()]))
+    if (isChosenTool(button))
         section += u"_Sel"_s;
     const QString path = GetBtnAttr(this, section, picture);
     if (!QFile::exists(path))
@@ -303,7 +311,8 @@ void MainWindow::on_CmbFont_currentFontChanged(const QFont &font)
     const QFont chosen = chosenFont(font);
     m_pEditor->set_m_Font(chosen);
     SetConfigString(u"TextFont"_s, chosen.toString());
-    ui->tabWidget->setFocus(Qt::OtherFocusReason);
+    if (!m_pEditor->goOnTyping())
+        ui->tabWidget->setFocus(Qt::OtherFocusReason);
 }
 
 void MainWindow::on_CmbFontSize_currentIndexChanged(int /*index*/)

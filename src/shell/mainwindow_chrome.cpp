@@ -2,6 +2,7 @@
 
 #include "platform/services.h"
 #include "shell/focusring.h"
+#include "shell/stripfold.h"
 #include "ui_mainwindow.h"
 
 #include <QApplication>
@@ -22,6 +23,9 @@ constexpr QColor s_stripEdgeColor(176, 183, 189);
 
 constexpr QColor s_captionColor(215, 222, 228);
 constexpr int s_captionSize = 13;  // pixels
+
+constexpr QColor s_inkOnDark(201, 211, 220);
+constexpr QColor s_inkOnBright(70, 82, 94);
 
 constexpr int s_grip = 11;  // pixels at the corner that resizes
 
@@ -62,6 +66,36 @@ void MainWindow::setUpPictureArea()
     // The buttons stay as large as they are, and the boxes beside them grow with their font.
     for (int i = 0; i < ui->layPictureEdit->count(); ++i)
         ui->layPictureEdit->itemAt(i)->setAlignment(Qt::AlignVCenter);
+}
+
+// What is needed least, or has its keys, leaves first.
+void MainWindow::setUpStrips()
+{
+    const auto isTool = [this](const QAbstractButton &button) { return isChosenTool(button); };
+    new StripFold(
+        ui->widPictureEdit,
+        {{ui->CmbFont, ui->CmbFontSize},
+         {ui->lblSep3, ui->BtnZoomIn, ui->BtnZoomOut, ui->BtnRealSize},
+         {ui->lblLineMin, ui->SliderLineWidth, ui->lblLineMax},
+         {ui->BtnColor},
+         {ui->lblSep2, ui->BtnUndo, ui->BtnRedo},
+         {ui->BtnCopy, ui->BtnSave},
+         {ui->lblSep1, ui->BtnDrawText},
+         {ui->BtnDrawPoly},
+         {ui->BtnDrawArrow},
+         {ui->BtnDrawEllipse}},
+        {u"FoldPictureEdit"_s, tr("More tools"), tr("Ctrl+Shift+E"), s_inkOnBright, Qt::white},
+        isTool);
+    new StripFold(
+        ui->widTool,
+        {{ui->lblComm},
+         {ui->BtnMenuCapture},
+         {ui->BtnFullScreen},
+         {ui->BtnAllWindows},
+         {ui->BtnSelectWindow},
+         {ui->BtnFramePolygon},
+         {ui->BtnFrameEllipse}},
+        {u"FoldTool"_s, tr("More commands"), tr("Ctrl+Shift+G"), s_inkOnDark, s_bodyColor}, isTool);
 }
 
 // A picture whose file is missing is asked for again at each paint.
@@ -192,9 +226,12 @@ bool MainWindow::event(QEvent *event)
             widget->setFont(QApplication::font());
         break;
     case QEvent::ScreenChangeInternal:
+        holdToScreen();
         // The other screen may have another scale.
         PictureChanged(TPictureEditor::SizeChange, 0);
         break;
+    // A press that follows another one soon is a press all the same.
+    case QEvent::MouseButtonDblClick:
     case QEvent::MouseButtonPress: {
         const auto *mouse = static_cast<QMouseEvent *>(event);
         if (mouse->button() != Qt::LeftButton)

@@ -1,5 +1,6 @@
 #include "shell/savedialog.h"
 
+#include "config/applicationrecord.h"
 #include "config/filters.h"
 
 #include <QCoreApplication>
@@ -22,9 +23,9 @@ bool mayReplace(QWidget *parent, const QString &path)
         return true;
     const QString question = QCoreApplication::translate(
         "QFileDialog", "%1 already exists.\nDo you want to replace it?");
-    return QMessageBox::warning(parent, QString(), question.arg(QFileInfo(path).fileName()),
-                                QMessageBox::Yes | QMessageBox::No,
-                                QMessageBox::No) == QMessageBox::Yes;
+    return QMessageBox::warning(
+               parent, QString::fromWCharArray(g_AppName), question.arg(QFileInfo(path).fileName()),
+               QMessageBox::Yes | QMessageBox::No, QMessageBox::No) == QMessageBox::Yes;
 }
 
 // The name itself, or with the next number that is free. Without the ending of a picture format it

@@ -23,10 +23,13 @@ bool install(const QString &file, const QString &folder)
 void installTranslations()
 {
     const QString folder = QCoreApplication::applicationDirPath() + u"/../Resources/Translations"_s;
-    for (QString language : QLocale::system().uiLanguages()) {
+    QStringList languages = QLocale::system().uiLanguages();
+    languages.append(u"en"_s);
+    for (QString language : languages) {
         language.replace(u'-', u'_');
+        // The texts in the source are English but for the names of keys on another system.
         if (language == u"C" || language.section(u'_', 0, 0) == u"en")
-            return;
+            language = u"en"_s;
         if (install(u"snapworkbench_"_s + language, folder)) {
             // The toolkit's own texts, where they are installed.
             install(u"qtbase_"_s + language, QLibraryInfo::path(QLibraryInfo::TranslationsPath));

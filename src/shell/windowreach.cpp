@@ -19,9 +19,13 @@ QRect withinReach(const QRect &window, const QList<QRect> &areas)
     });
     if (isReachable || areas.isEmpty())
         return window;
-    const QRect home = areas.first();
+    return movedInto(window, areas.first());
+}
+
+QRect movedInto(const QRect &window, const QRect &area)
+{
     QRect moved = window;
-    moved.moveTo(std::max(home.left(), std::min(window.left(), home.right() + 1 - window.width())),
-                 std::max(home.top(), std::min(window.top(), home.bottom() + 1 - window.height())));
+    moved.moveTo(std::max(area.left(), std::min(window.left(), area.right() + 1 - window.width())),
+                 std::max(area.top(), std::min(window.top(), area.bottom() + 1 - window.height())));
     return moved;
 }

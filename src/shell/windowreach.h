@@ -7,3 +7,6 @@
 /// enough of its top edge lies on one of the areas, else moved into the first of them, which is
 /// where windows go by default. Sizes stay. No areas: unchanged.
 QRect withinReach(const QRect &window, const QList<QRect> &areas);
+
+/// The window as far inside of an area as it fits; its top left corner is always there.
+QRect movedInto(const QRect &window, const QRect &area);

@@ -72,6 +72,8 @@ private slots:
     void frameByHand();
     void outOfReach();
     void monitorUnplugged();
+    void smallScreens_data();
+    void smallScreens();
     void preferencesComeBack();
 
 private:
@@ -366,6 +368,53 @@ void TestFace::monitorUnplugged()
     m_desktop->start(u"xrandr"_s, {u"--delmonitor"_s, u"R"_s}, m_desktop->environment());
     area.moveLeft(250);
     QVERIFY(stands(area));
+    // And then the last one has become too small for it.
+    for (const QStringList &change :
+         {QStringList{u"--delmonitor"_s, u"L"_s},
+          {u"--setmonitor"_s, u"N"_s, u"900/250x560/150+0+0"_s, u"screen"_s}})
+        m_desktop->start(u"xrandr"_s, change, m_desktop->environment())->waitForFinished();
+    QVERIFY(stands({0, 0, 900, 560}));
+}
+
+void TestFace::smallScreens_data()
+{
+    QTest::addColumn<QSize>("screen");
+    QTest::addColumn<QString>("scale");
+    QTest::addColumn<QSize>("window");
+    QTest::newRow("1.25") << QSize(1366, 768) << u"1.25"_s << QSize(1188, 768);
+    QTest::newRow("1.6") << QSize(1600, 1000) << u"1.6"_s << QSize(1520, 1000);
+    QTest::newRow("2") << QSize(1920, 1080) << u"2"_s << QSize(1900, 1080);
+    QTest::newRow("2, smaller than all texts need")
+        << QSize(1600, 1000) << u"2"_s << QSize(1600, 1000);
+}
+
+// No part of the window lies beyond the screen, and it can be made to fill it, and be put back.
+void TestFace::smallScreens()
+{
+    QFETCH(const QSize, screen);
+    QFETCH(const QString, scale);
+    QFETCH(const QSize, window);
+    m_desktop = std::make_unique<TestDesktop>(
+        TestDesktop::Options{.size = screen, .windowManager = s_plain});
+    QVERIFY(m_desktop->isReady());
+    m_program = std::make_unique<SnapWorkbench>(*m_desktop);
+    m_program->writeSettings({{u"WindowLeft"_s, u"4000"_s}, {u"WindowTop"_s, u"3000"_s}});
+    QVERIFY(m_program->startAndWait({{u"QT_SCALE_FACTOR"_s, scale}}));
+    const QPoint corner(screen.width() - window.width(), 0);
+    const auto covers = [&](const QRect &area) {
+        return waitFor([&] {
+            const QRect now = m_program->mainWindow().area;
+            // A logical pixel may be more than one.
+            return (now.topLeft() - area.topLeft()).manhattanLength() <= 2 &&
+                   now.size() == area.size();
+        });
+    };
+    QVERIFY(covers({corner, window}));
+    QVERIFY(m_desktop->waitForFocus(m_program->mainWindow()));
+    m_desktop->key(XK_F11);
+    QVERIFY(covers({QPoint(), screen}));
+    m_desktop->key(XK_F11);
+    QVERIFY(covers({corner, window}));
 }
 
 void TestFace::preferencesComeBack()

@@ -5,6 +5,7 @@
 
 #include <QTest>
 
+#include <algorithm>
 #include <string_view>
 
 #include <X11/keysym.h>
@@ -23,6 +24,7 @@ constexpr uint8_t s_keyS = 39;
 constexpr uint8_t s_keyMenu = 135;
 constexpr uint8_t s_keyCtrl = 37;
 constexpr uint8_t s_keyAlt = 64;
+constexpr uint8_t s_keyAltRight = 108;
 
 void tap(TestDesktop &desktop, const QList<uint8_t> &keys)
 {
@@ -87,6 +89,7 @@ private slots:
     void overlayCoversTheDesktop();
     void hotKeyFollowsTheLayout_data();
     void hotKeyFollowsTheLayout();
+    void eitherAltKey();
     void minimisedWindowStaysThere();
 };
 
@@ -171,6 +174,33 @@ void TestPlatform::hotKeyFollowsTheLayout()
     QVERIFY(program.waitForState(u"Idle"_s));
     // And nothing else was set off by the same key.
     QVERIFY(program.waitForTitle(u"Snap Workbench"_s));
+}
+
+// Where the two are different modifiers, no one presses both.
+void TestPlatform::eitherAltKey()
+{
+    TestDesktop desktop({.windowManager = {u"openbox"_s}});
+    QVERIFY(desktop.isReady());
+    xcb_connection_t *connection = desktop.connection();
+    const std::unique_ptr<xcb_get_modifier_mapping_reply_t, decltype(&free)> mapping(
+        xcb_get_modifier_mapping_reply(connection, xcb_get_modifier_mapping(connection), nullptr),
+        &free);
+    const int keys = mapping->keycodes_per_modifier;
+    xcb_keycode_t *codes = xcb_get_modifier_mapping_keycodes(mapping.get());
+    std::replace(codes, codes + qsizetype(8) * keys, s_keyAltRight, xcb_keycode_t(0));
+    codes[qsizetype(XCB_MAP_INDEX_3) * keys] = s_keyAltRight;
+    free(xcb_set_modifier_mapping_reply(
+        connection, xcb_set_modifier_mapping(connection, mapping->keycodes_per_modifier, codes),
+        nullptr));
+    SnapWorkbench program(desktop);
+    program.writeSettings({{u"RunMinimized"_s, u"1"_s}});
+    QVERIFY(program.startAndWait());
+    for (const uint8_t alt : {s_keyAlt, s_keyAltRight}) {
+        tap(desktop, {s_keyCtrl, alt, s_keyR});
+        QVERIFY(program.waitForState(u"Marking"_s));
+        desktop.key(XK_Escape);
+        QVERIFY(program.waitForState(u"Idle"_s));
+    }
 }
 
 void TestPlatform::minimisedWindowStaysThere()

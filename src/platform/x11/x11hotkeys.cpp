@@ -47,7 +47,7 @@ void X11HotKeys::setHandler(std::function<void(int)> handler) { m_handler = std:
 
 void X11HotKeys::add(int number, char letter)
 {
-    if (m_keyboard.modifiers == 0)
+    if (m_keyboard.modifiers.isEmpty())
         m_keyboard = readX11Keyboard(m_display);
     m_letters[number] = letter;
     grabKeys();
@@ -64,7 +64,7 @@ void X11HotKeys::remove(int number)
 void X11HotKeys::changeKeyboard()
 {
     const X11Keyboard keyboard = readX11Keyboard(m_display);
-    if (keyboard.modifiers == 0)
+    if (keyboard.modifiers.isEmpty())
         return;
     if (keyboard.modifiers != m_keyboard.modifiers || keyboard.locks != m_keyboard.locks) {
         const QMap<int, char> letters = std::exchange(m_letters, {});
@@ -81,26 +81,31 @@ void X11HotKeys::grabKeys()
     QList<xcb_keycode_t> needed;
     for (const char letter : std::as_const(m_letters))
         needed += m_keyboard.layout.keysOf(letter);
-    xcb_connection_t *connection = m_display.connection();
     // A grab holds for an exact set of modifiers, and a lock that is on is one of them.
-    for (const uint16_t locks : std::as_const(m_keyboard.locks)) {
-        const uint16_t modifiers = m_keyboard.modifiers | locks;
-        for (const xcb_keycode_t key : std::as_const(m_grabbed)) {
-            if (!needed.contains(key))
-                xcb_ungrab_key(connection, key, m_display.root(), modifiers);
-        }
-        for (const xcb_keycode_t key : std::as_const(needed)) {
-            if (m_grabbed.contains(key))
-                continue;
-            const xcb_void_cookie_t cookie =
-                xcb_grab_key_checked(connection, 0, m_display.root(), modifiers, key,
-                                     XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
-            // A refusal is nobody's business, and nobody waits for it.
-            xcb_discard_reply(connection, cookie.sequence);
-        }
+    for (const uint16_t modifiers : std::as_const(m_keyboard.modifiers)) {
+        for (const uint16_t locks : std::as_const(m_keyboard.locks))
+            grabKeysWith(modifiers | locks, needed);
     }
     m_grabbed = needed;
-    xcb_flush(connection);
+    xcb_flush(m_display.connection());
+}
+
+void X11HotKeys::grabKeysWith(uint16_t modifiers, const QList<xcb_keycode_t> &needed)
+{
+    xcb_connection_t *connection = m_display.connection();
+    for (const xcb_keycode_t key : std::as_const(m_grabbed)) {
+        if (!needed.contains(key))
+            xcb_ungrab_key(connection, key, m_display.root(), modifiers);
+    }
+    for (const xcb_keycode_t key : needed) {
+        if (m_grabbed.contains(key))
+            continue;
+        const xcb_void_cookie_t cookie =
+            xcb_grab_key_checked(connection, 0, m_display.root(), modifiers, key,
+                                 XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+        // A refusal is nobody's business, and nobody waits for it.
+        xcb_discard_reply(connection, cookie.sequence);
+    }
 }
 
 bool X11HotKeys::nativeEventFilter(const QByteArray &, void *message, qintptr *)
@@ -124,7 +129,8 @@ bool X11HotKeys::pressed(const xcb_key_press_event_t &key)
 {
     // An overlay that holds the keyboard receives the keys itself, so the window does not count.
     const uint16_t locks = m_keyboard.locks.isEmpty() ? 0 : m_keyboard.locks.last();
-    if (m_letters.isEmpty() || (key.state & 0xff & ~locks) != m_keyboard.modifiers)
+    const auto modifiers = static_cast<uint16_t>(key.state & 0xff & ~locks);
+    if (m_letters.isEmpty() || !m_keyboard.modifiers.contains(modifiers))
         return false;
     if (key.event == m_display.root()) {
         // The press froze the keyboard for this program; the other one goes on typing.

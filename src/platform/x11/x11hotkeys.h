@@ -25,6 +25,7 @@ public:
 private:
     void changeKeyboard();
     void grabKeys();
+    void grabKeysWith(uint16_t modifiers, const QList<xcb_keycode_t> &needed);
     bool pressed(const xcb_key_press_event_t &key);
     void forgetReleasedKey();
 

@@ -124,8 +124,12 @@ X11Keyboard readX11Keyboard(X11Display &display)
         return modifierOf(*mapping, keycodesOf(symbols.get(), keysym));
     };
     X11Keyboard result;
-    const uint16_t alt = modifier(s_altLeft) | modifier(s_altRight);
-    result.modifiers = XCB_MOD_MASK_CONTROL | (alt ? alt : static_cast<uint16_t>(XCB_MOD_MASK_1));
+    for (const uint16_t alt : {modifier(s_altLeft), modifier(s_altRight)}) {
+        if (alt && !result.modifiers.contains(XCB_MOD_MASK_CONTROL | alt))
+            result.modifiers.append(XCB_MOD_MASK_CONTROL | alt);
+    }
+    if (result.modifiers.isEmpty())
+        result.modifiers = {XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_1};
     result.locks = {0};
     for (const uint16_t lock :
          {static_cast<uint16_t>(XCB_MOD_MASK_LOCK), modifier(s_numLock), modifier(s_scrollLock)}) {

@@ -6,7 +6,8 @@
 /// The keyboard as hot keys need it.
 struct X11Keyboard {
     KeyLayout layout{};
-    uint16_t modifiers = 0;   ///< Ctrl and Alt
+    /// Ctrl with an Alt, once for each modifier that one of the two Alt keys is.
+    QList<uint16_t> modifiers{};
     QList<uint16_t> locks{};  ///< every combination of the lock keys; the last one is all of them
 };
 

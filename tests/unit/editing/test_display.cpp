@@ -2,11 +2,16 @@
 #include "editing/scaling.h"
 #include "plainpainter.h"
 
+#include <QApplication>
+#include <QBackingStore>
 #include <QPainterPath>
 #include <QRandomGenerator>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QTest>
 
 #include <cmath>
+#include <tuple>
 
 using namespace Qt::StringLiterals;
 
@@ -172,5 +177,66 @@ void TestDisplay::histories()
     QVERIFY(plain.history.size() > 20);
 }
 
-QTEST_MAIN(TestDisplay)
+/// On a desktop whose scale is not whole, where widgets begin between two pixels.
+class TestScaledDisplay : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void scrolled();
+};
+
+// What is scrolled is not painted anew, and what is drawn then has to fit to it.
+void TestScaledDisplay::scrolled()
+{
+    QRandomGenerator random(3);
+    QImage image(900, 300, QImage::Format_RGB32);
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x)
+            image.setPixel(x, y, random.generate());
+    }
+    QWidget window;
+    window.resize(330, 220);
+    QScrollArea area(&window);
+    area.setFrameShape(QFrame::NoFrame);
+    area.setGeometry(5, 5, 301, 203);
+    auto *view = new QWidget;
+    view->resize(700, 300);
+    area.setWidget(view);
+    TPictureEditor editor(view, nullptr);
+    editor.setPixmap(QPixmap::fromImage(image));
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    area.horizontalScrollBar()->setValue(14);
+    QCoreApplication::processEvents();
+    editor.setState(stateRect);
+    for (const auto &[type, at, buttons] :
+         {std::tuple(QEvent::MouseButtonPress, QPoint(60, 60), Qt::LeftButton),
+          {QEvent::MouseButtonRelease, QPoint(160, 120), Qt::NoButton}}) {
+        QMouseEvent event(type, at, view->mapTo(&window, at), view->mapToGlobal(at), Qt::LeftButton,
+                          buttons, Qt::NoModifier);
+        QCoreApplication::sendEvent(view, &event);
+    }
+    QCoreApplication::processEvents();
+    const auto onScreen = [&] {
+        return dynamic_cast<QImage *>(window.backingStore()->paintDevice())->copy();
+    };
+    const QImage drawn = onScreen();
+    view->repaint();
+    QVERIFY(drawn == onScreen());
+}
+
+int main(int argc, char *argv[])
+{
+    int failures = 0;
+    const auto run = [&](const char *scale, QObject &&test) {
+        qputenv("QT_SCALE_FACTOR", scale);
+        const QApplication application(argc, argv);
+        failures += QTest::qExec(&test, argc, argv);
+    };
+    run("1", TestDisplay());
+    run("1.5", TestScaledDisplay());
+    return failures;
+}
+
 #include "test_display.moc"

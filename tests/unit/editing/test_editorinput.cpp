@@ -9,6 +9,7 @@
 
 #include <malloc.h>
 
+#include <cstdlib>
 #include <functional>
 
 using namespace Qt::StringLiterals;
@@ -52,6 +53,8 @@ private slots:
     void textCommitted_data();
     void textCommitted();
     void fieldFits();
+    void textStaysThere_data();
+    void textStaysThere();
     void escapeOnce();
     void redoAfterNewShape();
     void hugePictures_data();
@@ -356,6 +359,50 @@ void TestEditorInput::fieldFits()
     m_editor->EndEdit();
     QCOMPARE(m_editor->getVecUnDo().constFirst()->style.font.pointSize(), 6);
     QCOMPARE(m_editor->getVecUnDo().constFirst()->style.color, QColor(Qt::magenta));
+}
+
+void TestEditorInput::textStaysThere_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::newRow("left to right") << u"fjord"_s;
+    QTest::newRow("right to left") << u"שלום"_s;
+    QTest::newRow("lines of both") << u"שלום עולם\nab\nש"_s;
+    QTest::newRow("lines of both, the other way") << u"ab\nשלום"_s;
+    QTest::newRow("tabs") << u"a\t\t\tb"_s;
+}
+
+// The field shows a text where the picture will have it, and all of it.
+void TestEditorInput::textStaysThere()
+{
+    QFETCH(const QString, text);
+    QPixmap picture(200, 150);
+    picture.fill(Qt::white);
+    m_editor->setPixmap(picture);
+    m_editor->setPenColor(Qt::red);
+    m_editor->set_m_Font(QFont(u"Sans Serif"_s, 12));
+    m_editor->setState(stateText);
+    click({60, 40});
+    field()->setCursorWidth(0);
+    field()->setPlainText(text);
+    QVERIFY(field()->document()->idealWidth() <= field()->viewport()->width());
+    const auto ink = [](const QImage &image) {
+        QRect result;
+        for (int y = 0; y < image.height(); ++y) {
+            for (int x = 0; x < image.width(); ++x) {
+                if (const QColor color = image.pixelColor(x, y); color.red() > color.green() + 99)
+                    result |= QRect(x, y, 1, 1);
+            }
+        }
+        return result;
+    };
+    const QRect typed = ink(m_widget->grab().toImage());
+    m_editor->EndEdit();
+    const QRect recorded = ink(m_editor->sendPixmap(Qt::transparent).toImage());
+    QVERIFY(typed.width() > 5);
+    // A field spaces its letters a little differently.
+    const auto near = [](int a, int b) { return std::abs(a - b) <= 6; };
+    QVERIFY(near(typed.left(), recorded.left()) && near(typed.right(), recorded.right()));
+    QVERIFY(near(typed.top(), recorded.top()) && near(typed.bottom(), recorded.bottom()));
 }
 
 void TestEditorInput::escapeOnce()

@@ -18,6 +18,8 @@
 #include <QTest>
 #include <QTimer>
 
+#include <cwchar>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -61,6 +63,7 @@ void TestCaptureBridge::init()
     QVERIFY(file.open(QIODevice::WriteOnly));
     file.write("<Galeway ver=\"1\"/>");
     file.close();
+    wcscpy(g_AppName, L"Our Name");
     m_window = std::make_unique<MainWindow>();
     m_window->show();
     g_MainWindow = m_window.get();
@@ -81,6 +84,7 @@ void TestCaptureBridge::answer(const QString &button)
         auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
         QVERIFY(box);
         m_asked = box->text() + u'|' + box->informativeText();
+        QCOMPARE(box->windowTitle(), u"Our Name"_s);
         // Its frame stays for a moment after it.
         m_desktop->windows->numbers[box] = s_frame;
         m_desktop->windows->list = {{.entry = {.number = s_frame}}};

@@ -1,5 +1,6 @@
 // The whole program under a German desktop.
 
+#include "capture/dialog.h"
 #include "config/applicationrecord.h"
 #include "config/xmlstore.h"
 #include "fakedesktop.h"
@@ -23,6 +24,7 @@ private slots:
     void hints();
     void toolkitTexts();
     void helpPages();
+    void overlayButton();
 };
 
 // The resource file has them in English; what a user wrote into it is shown as written.
@@ -64,6 +66,17 @@ void TestGerman::helpPages()
                MainWindow::tr("../Resources/Help/index.html"));
     QVERIFY(page.open(QIODevice::ReadOnly));
     QVERIFY(page.readAll().contains("<html lang=\"de\">"));
+}
+
+// Its word is longer than the English one.
+void TestGerman::overlayButton()
+{
+    const FakeDesktop desktop;
+    const Dialog overlay;
+    const auto *button = overlay.findChild<QPushButton *>(u"pushButton"_s);
+    QCOMPARE(button->text(), u"Aufnehmen"_s);
+    QVERIFY(QFontMetrics(button->font()).horizontalAdvance(button->text()) < button->width());
+    QVERIFY(button->parentWidget()->rect().contains(button->geometry().adjusted(0, 0, 13, 0)));
 }
 
 int main(int argc, char **argv)

@@ -2,12 +2,14 @@
 #include "shell/noticebar.h"
 #include "shellfixture.h"
 
+#include <QAbstractItemView>
 #include <QApplication>
 #include <QClipboard>
 #include <QColorDialog>
 #include <QComboBox>
 #include <QDir>
 #include <QLabel>
+#include <QLayout>
 #include <QMenu>
 #include <QMenuBar>
 #include <QMessageBox>
@@ -85,11 +87,14 @@ private slots:
     void fileMenu();
     void longTitle();
     void largeFont();
+    void narrowWindow();
     void keysWithoutAMenu();
     void controlsHaveNames();
     void damagedPicture();
     void lineColour();
     void focusIsSeen();
+    void fontWhileTyping();
+    void doubleClickMoves();
     void aboutBox();
     void wholeDesktopGrab();
     void everyWayToACommand_data();
@@ -292,8 +297,7 @@ void TestMainWindow::everyCaptureItemHasACommand()
 {
     int items = 0;
     for (const QMenu *menu : m_window->findChildren<QMenu *>()) {
-        const QString first = menu->actions().value(0)->text();
-        if (!first.endsWith(u"Rectangular"_s))
+        if (menu->isEmpty() || !menu->actions().constFirst()->text().endsWith(u"Rectangular"_s))
             continue;
         for (const QAction *action : menu->actions()) {
             if (action->isSeparator())
@@ -394,6 +398,59 @@ void TestMainWindow::largeFont()
     QApplication::setFont(usual);
 }
 
+// What has no room on a strip works from the menu at its end, and comes back with the room.
+void TestMainWindow::narrowWindow()
+{
+    QCOMPARE(m_window->minimumSize(), QSize(950, 650).boundedTo(m_window->screen()->size()));
+    m_window->NewDocument(picture(100, 100), {});
+    auto *strip = m_window->findChild<QWidget *>(u"widPictureEdit"_s);
+    auto *fold = m_window->findChild<QPushButton *>(u"FoldPictureEdit"_s);
+    const auto order = [strip] {
+        QStringList names;
+        for (int i = 0; i < strip->layout()->count(); ++i) {
+            if (const QWidget *widget = strip->layout()->itemAt(i)->widget())
+                names.append(widget->objectName());
+        }
+        return names;
+    };
+    const QStringList whole = order();
+    auto *editor = m_window->findChild<TPictureEditor *>();
+    m_window->setMinimumSize(1, 1);
+    for (const int width : {560, 200}) {
+        m_window->resize(width, 400);
+        QTRY_VERIFY(fold->isVisible() && strip->layout()->minimumSize().width() <= strip->width());
+        QVERIFY(strip->rect().contains(fold->geometry()));
+        QStringList texts;
+        QTimer::singleShot(0, this, [&] {
+            for (const QAction *action : fold->menu()->actions())
+                texts.append(action->text() + (action->isChecked() ? u"!"_s : QString()));
+            auto *box = m_window->findChild<QComboBox *>(u"CmbFontSize"_s);
+            QVERIFY(box->isVisible() && fold->menu()->isAncestorOf(box));
+            box->setCurrentIndex(7);
+            QTest::keyClick(fold->menu(), Qt::Key_Escape);
+        });
+        fold->showMenu();
+        QVERIFY2(texts.contains(u"Zoom in\tCtrl+="_s) || texts.contains(u"Zoom in"_s),
+                 qPrintable(texts.join(u'|')));
+        QCOMPARE(order(), whole);
+    }
+    QTimer::singleShot(0, this, [&] {
+        const QList<QAction *> actions = fold->menu()->actions();
+        (*std::find_if(actions.begin(), actions.end(), [](const QAction *action) {
+            return action->text().startsWith(u"Freehand line"_s);
+        }))->trigger();
+        fold->menu()->close();
+    });
+    fold->showMenu();
+    QCOMPARE(editor->getState(), statePoly);
+    m_window->resize(950, 650);
+    QTRY_VERIFY(!fold->isVisible());
+    for (const QString &name : whole) {
+        const QWidget *widget = strip->findChild<QWidget *>(name);
+        QVERIFY2(widget == fold || widget->isVisible(), qPrintable(name));
+    }
+}
+
 void TestMainWindow::keysWithoutAMenu()
 {
     auto *editor = m_window->findChild<TPictureEditor *>();
@@ -490,6 +547,53 @@ void TestMainWindow::focusIsSeen()
     QCOMPARE(edge(), plain);
     QTest::mouseClick(area->viewport(), Qt::LeftButton);
     QCOMPARE(edge(), plain);
+}
+
+// The caret stays where it was, whichever box was used and whatever was chosen in it.
+void TestMainWindow::fontWhileTyping()
+{
+    m_window->NewDocument(picture(400, 300, Qt::white), {});
+    m_window->activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(m_window));
+    auto *view = m_window->findChild<QWidget *>(u"lblPicture"_s);
+    click("BtnDrawText");
+    QTest::mouseClick(m_window->windowHandle(), Qt::LeftButton, {},
+                      view->mapTo(m_window, view->rect().center()));
+    auto *field = view->findChild<QTextEdit *>();
+    QTest::keyClicks(field, u"abcd"_s);
+    QTest::keyClick(field, Qt::Key_Left);
+    for (const auto &name : {u"CmbFont"_s, u"CmbFontSize"_s}) {
+        auto *box = m_window->findChild<QComboBox *>(name);
+        for (const auto key : {Qt::Key_Down, Qt::Key_Space}) {
+            box->setFocus();
+            box->showPopup();
+            // No font's name is cut in the list.
+            QVERIFY(name == u"CmbFontSize" ||
+                    box->view()->viewport()->width() >= box->view()->sizeHintForColumn(0));
+            if (key == Qt::Key_Down)
+                QTest::keyClick(box->view(), key);
+            QTest::keyClick(box->view(), Qt::Key_Return);
+            QCOMPARE(m_window->focusWidget(), field);
+        }
+    }
+    QTest::keyClicks(field, u"X"_s);
+    QCOMPARE(field->toPlainText(), u"abcX"_s);
+    QVERIFY(m_window->findChild<TPictureEditor *>()->getVecUnDo().isEmpty());
+}
+
+// How a press on the caption comes that follows another one soon.
+void TestMainWindow::doubleClickMoves()
+{
+    const QPoint before = m_window->pos();
+    const QPointF hold(300, 1);
+    const auto send = [&](QEvent::Type type, QPointF at, Qt::MouseButtons buttons) {
+        QMouseEvent event(type, at, m_window->pos() + at, Qt::LeftButton, buttons, Qt::NoModifier);
+        QCoreApplication::sendEvent(m_window, &event);
+    };
+    send(QEvent::MouseButtonDblClick, hold, Qt::LeftButton);
+    send(QEvent::MouseMove, hold + QPointF(40, 30), Qt::LeftButton);
+    send(QEvent::MouseButtonRelease, hold, Qt::NoButton);
+    QCOMPARE(m_window->pos(), before + QPoint(40, 30));
 }
 
 void TestMainWindow::aboutBox()

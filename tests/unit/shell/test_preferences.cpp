@@ -215,7 +215,9 @@ void TestPreferences::extremeNumbers()
     MainWindow &window = *m_shell->window;
     window.InitShowGeometry();
     const QRect screen = window.screen()->availableGeometry();
-    QVERIFY(window.size() == screen.size().boundedTo(window.size()).expandedTo({950, 650}));
+    QVERIFY(window.size() == screen.size()
+                                 .boundedTo(window.size())
+                                 .expandedTo(QSize(950, 650).boundedTo(screen.size())));
     QVERIFY(screen.contains(window.pos()));
     const int seconds = MainWindow::GetScreenTimerFromXML();
     QVERIFY(seconds <= 24 * 60 * 60);

@@ -1,5 +1,8 @@
+#include "capture/digdetail.h"
+#include "fakedesktop.h"
 #include "shell/mainwindow.h"
 
+#include <QLabel>
 #include <QSet>
 #include <QTest>
 #include <QTranslator>
@@ -15,6 +18,7 @@ class TestTranslation : public QObject
 private slots:
     void capturesStart_data();
     void capturesStart();
+    void englishKeys();
 };
 
 void TestTranslation::capturesStart_data()
@@ -60,6 +64,21 @@ void TestTranslation::capturesStart()
     QCOMPARE(translated.size(), qsizetype(captions.size()));
     // Keys are the same in every language.
     QCOMPARE(MainWindow::CreateShortkey(u"redo"_s), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z));
+}
+
+// The source has them as they are called on another system.
+void TestTranslation::englishKeys()
+{
+    QTranslator translator;
+    QVERIFY(translator.load(u"snapworkbench_en"_s, QStringLiteral(SNAP_TRANSLATIONS)));
+    QVERIFY(QCoreApplication::installTranslator(&translator));
+    const FakeDesktop desktop;
+    DigDetail panel(nullptr);
+    const auto *help = panel.findChild<QLabel *>(u"label"_s);
+    for (const int type : {DigDetail::s_region, DigDetail::s_polygon}) {
+        panel.SetType(type);
+        QVERIFY(help->text().contains(u"Ctrl+E  "_s) && !help->text().contains(u"Command"_s));
+    }
 }
 
 QTEST_MAIN(TestTranslation)
