@@ -23,8 +23,9 @@ struct PictureRead {
 };
 
 /// Reads a picture file, on any thread. Only a regular file is opened, nothing that it refers to is
-/// read, and a picture that needs more than half of the memory there is, is refused.
-PictureRead readPicture(const QString &path, PictureProgress &progress);
+/// read. A picture that needs more than half of the memory there is, is refused, unless this
+/// program has taken it itself.
+PictureRead readPicture(const QString &path, PictureProgress &progress, bool isOwn = false);
 
 struct PictureWrite {
     bool isWritten = false;

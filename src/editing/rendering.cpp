@@ -244,6 +244,9 @@ bool replayedInBands(const QImage &picture, const EditHistory &history,
         });
     QPainter painter(&sparse.image());
     painter.setRenderHint(QPainter::Antialiasing);
+    // The edges of a line depend a little on where the clip begins and ends.
+    const QRegion corners =
+        QRegion(0, 0, 1, 1) + QRegion(picture.width() - 1, picture.height() - 1, 1, 1);
     return forEachBand([&](int top, const QImage &base) {
         if (base.isNull())
             return false;
@@ -251,7 +254,7 @@ bool replayedInBands(const QImage &picture, const EditHistory &history,
         for (int y = 0; y < base.height(); ++y)
             std::memcpy(band.scanLine(y), base.constScanLine(y), band.bytesPerLine());
         const QRect part(0, top, picture.width(), base.height());
-        painter.setClipRect(part);
+        painter.setClipRegion(QRegion(part) + corners);
         for (qsizetype i = history.size() - 1; i >= 0; --i) {
             if (places[i].intersects(part))
                 drawShape(painter, history[i]->geometry, history[i]->style);
