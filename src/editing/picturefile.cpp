@@ -29,6 +29,7 @@ constexpr int s_done = 1000;             // permille
 constexpr qint64 s_bytesOfAPixel = 12;   // decoded, shown, and while it is drawn on
 constexpr qint64 s_largestDecoded = 8;   // bytes a pixel
 constexpr qsizetype s_atOnce = 1 << 20;  // bytes
+constexpr int s_rowsAtOnce = 32;
 
 // A file that counts what is read of it, and can't be read any more once that is not wanted.
 class CountedFile : public QFile
@@ -170,8 +171,15 @@ bool writeRows(RowWriter &writer, const QImage &picture, const EditHistory &shap
         return false;
     }
     const auto take = [&](const QImage &band, int top) {
-        progress.permille = static_cast<int>(qint64{top} * s_done / picture.height());
-        return !progress.isCancelled && writer.add(isFlat ? onWhite(band) : band);
+        for (int y = 0; y < band.height(); y += s_rowsAtOnce) {
+            progress.permille = static_cast<int>(qint64{top + y} * s_done / picture.height());
+            const QImage rows(band.constScanLine(y), band.width(),
+                              std::min(s_rowsAtOnce, band.height() - y), band.bytesPerLine(),
+                              band.format());
+            if (progress.isCancelled || !writer.add(isFlat ? onWhite(rows) : rows))
+                return false;
+        }
+        return true;
     };
     return writer.begin() && replayedInBands(picture, shapes, take) && writer.end();
 }
