@@ -42,7 +42,7 @@ QList<uint32_t> valuesOf(const WindowProperty &property)
 
 QString windowName(const WindowProperty &netName, const WindowProperty &name, uint32_t utf8)
 {
-    const QString result = QString::fromUtf8(textOf(netName));
+    QString result = QString::fromUtf8(textOf(netName));
     if (!result.isEmpty())
         return result;
     return name.type == utf8 ? QString::fromUtf8(textOf(name)) : QString::fromLatin1(textOf(name));
