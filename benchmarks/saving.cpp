@@ -78,11 +78,11 @@ void saveWhole(benchmark::State &state, const char *name)
 
 template<typename Save> void memoryOf(benchmark::State &state, Save save, const char *name)
 {
-    const double before = residentBytes() - static_cast<double>(picture().sizeInBytes());
+    const auto size = static_cast<double>(picture().sizeInBytes());
+    const double before = residentBytes() - size;
     forgetHighestBytes();
     save(state, name);
-    state.counters["value"] =
-        (highestBytes() - before) / static_cast<double>(picture().sizeInBytes());
+    state.counters["value"] = (highestBytes() - before) / size;
 }
 
 void savedPng(benchmark::State &state) { save(state, "a.png"); }
