@@ -6,8 +6,6 @@
 #include "helper/scrollpage.h"
 #include "helper/stitcher.h"
 
-#include <QFile>
-
 #include <benchmark/benchmark.h>
 
 #include <cstring>
@@ -77,26 +75,12 @@ QImage endlessView(int offset)
     return picture;
 }
 
-double highestBytes()
-{
-    QFile file(QStringLiteral("/proc/self/status"));
-    if (!file.open(QIODevice::ReadOnly))
-        return 0;
-    for (const QByteArray &line : file.readAll().split('\n'))
-        if (line.startsWith("VmHWM:"))
-            return line.simplified().split(' ').at(1).toDouble() * 1024;
-    return 0;
-}
-
 // The peak, from the first view to the finished picture.
 void stitchingMemory(benchmark::State &state)
 {
     for (auto _ : state) {
-        QFile peak(QStringLiteral("/proc/self/clear_refs"));
         const double before = residentBytes();
-        if (peak.open(QIODevice::WriteOnly))
-            peak.write("5");
-        peak.close();
+        forgetHighestBytes();
         ScrollStitcher stitcher(s_limit);
         for (int offset = 0; !stitcher.isFull(); offset += s_step)
             stitcher.add(endlessView(offset));

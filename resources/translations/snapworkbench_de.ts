@@ -77,8 +77,8 @@ Klicken Sie auf „Nein“, um ohne sie fortzufahren, oder möchten Sie sie jetz
         <translation>Fortfahren</translation>
     </message>
     <message>
-        <source>The folder for the picture can&apos;t be made: %1</source>
-        <translation>Der Ordner für das Bild kann nicht angelegt werden: %1</translation>
+        <source>The folder for the picture, %1, can&apos;t be used: %2</source>
+        <translation>Der Ordner für das Bild, %1, kann nicht verwendet werden: %2</translation>
     </message>
 </context>
 <context>
@@ -668,6 +668,13 @@ Rücktaste    Punkt löschen</translation>
     </message>
 </context>
 <context>
+    <name>PrivateFolder</name>
+    <message>
+        <source>It belongs to somebody else, or others may write to it.</source>
+        <translation>Er gehört jemand anderem, oder andere dürfen darin schreiben.</translation>
+    </message>
+</context>
+<context>
     <name>QFileDialog</name>
     <message>
         <source>%1 already exists.
@@ -689,6 +696,30 @@ Möchten Sie die Datei ersetzen?</translation>
     <message>
         <source>This is not a file.</source>
         <translation>Das ist keine Datei.</translation>
+    </message>
+    <message>
+        <source>The drawing refers to other files, which are not read.</source>
+        <translation>Die Zeichnung verweist auf andere Dateien, die nicht gelesen werden.</translation>
+    </message>
+    <message>
+        <source>The drawing is too complicated.</source>
+        <translation>Die Zeichnung ist zu kompliziert.</translation>
+    </message>
+    <message>
+        <source>The picture needs %1 of memory, and only %2 can be used now.</source>
+        <translation>Das Bild braucht %1 Speicher, und nur %2 sind jetzt verfügbar.</translation>
+    </message>
+    <message>
+        <source>The drawing can&apos;t be unpacked or is too large.</source>
+        <translation>Die Zeichnung lässt sich nicht entpacken oder ist zu groß.</translation>
+    </message>
+    <message>
+        <source>There is not enough memory.</source>
+        <translation>Der Speicher reicht nicht aus.</translation>
+    </message>
+    <message>
+        <source>A file of this kind can&apos;t be wider or higher than %1 pixels.</source>
+        <translation>Eine Datei dieser Art kann nicht breiter oder höher als %1 Pixel sein.</translation>
     </message>
 </context>
 <context>

@@ -77,8 +77,8 @@ Click No to continue common capture, or Enable Scroll Capture now?</source>
         <translation>继续</translation>
     </message>
     <message>
-        <source>The folder for the picture can&apos;t be made: %1</source>
-        <translation>无法创建存放图片的文件夹：%1</translation>
+        <source>The folder for the picture, %1, can&apos;t be used: %2</source>
+        <translation>无法使用图片文件夹 %1：%2</translation>
     </message>
 </context>
 <context>
@@ -668,6 +668,13 @@ Backspace    删除最后一点</translation>
     </message>
 </context>
 <context>
+    <name>PrivateFolder</name>
+    <message>
+        <source>It belongs to somebody else, or others may write to it.</source>
+        <translation>它属于其他用户，或其他用户可以写入。</translation>
+    </message>
+</context>
+<context>
     <name>QFileDialog</name>
     <message>
         <source>%1 already exists.
@@ -689,6 +696,30 @@ Do you want to replace it?</source>
     <message>
         <source>This is not a file.</source>
         <translation>这不是文件。</translation>
+    </message>
+    <message>
+        <source>The drawing refers to other files, which are not read.</source>
+        <translation>该图形引用了其他文件，这些文件不会被读取。</translation>
+    </message>
+    <message>
+        <source>The drawing is too complicated.</source>
+        <translation>该图形过于复杂。</translation>
+    </message>
+    <message>
+        <source>The picture needs %1 of memory, and only %2 can be used now.</source>
+        <translation>该图片需要 %1 内存，目前只有 %2 可用。</translation>
+    </message>
+    <message>
+        <source>The drawing can&apos;t be unpacked or is too large.</source>
+        <translation>该图形无法解压缩或过大。</translation>
+    </message>
+    <message>
+        <source>There is not enough memory.</source>
+        <translation>内存不足。</translation>
+    </message>
+    <message>
+        <source>A file of this kind can&apos;t be wider or higher than %1 pixels.</source>
+        <translation>此类文件的宽度或高度不能超过 %1 像素。</translation>
     </message>
 </context>
 <context>

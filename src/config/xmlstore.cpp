@@ -264,7 +264,9 @@ int SetToXML(const wchar_t *fileName, const char *path, const char *attribute, c
     for (int i = 0; i < names.size(); ++i) {
         QDomElement next = FindElement(current, names, i, i + 1);
         if (next.isNull()) {
-            if (!isXmlName(names[i]))
+            // A document has one top element, and could not be read again with two.
+            const bool isSecondTop = i == 0 && !item->Document->documentElement().isNull();
+            if (isSecondTop || !isXmlName(names[i]))
                 return 0;
             next = item->Document->createElement(names[i]);
             current.appendChild(next);

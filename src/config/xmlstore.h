@@ -61,7 +61,8 @@ QDomDocument *GetXmlDocument(const wchar_t *fileName, bool forWrite);
 ///
 /// SetToXML follows the first match at each level and creates what is missing. It gives 1 when an
 /// attribute was there, and 0 when it was created, on purpose. Also 0, with nothing stored, for a
-/// path that is empty or too deep, and for a new tag or attribute whose name XML can't hold.
+/// path that is empty, too deep or leads to another top element than there is, and for a new tag or
+/// attribute whose name XML can't hold.
 /// Characters that XML can't hold are left out of the value. An attribute that holds the value
 /// already gives the next save nothing to write.
 int SetToXML(const wchar_t *fileName, const char *path, const char *attribute,

@@ -21,17 +21,15 @@ constexpr qsizetype s_longestText = 64 << 20;
 constexpr size_t s_deepest = 256;           // elements in elements
 constexpr qint64 s_mostElements = 1 << 20;  // drawn, with each use of one counted
 
-QString text(const char *source) { return QCoreApplication::translate("QPictureDocument", source); }
-
 QString readsOthers()
 {
-    return text(QT_TRANSLATE_NOOP("QPictureDocument",
-                                  "The drawing refers to other files, which are not read."));
+    return QCoreApplication::translate("QPictureDocument",
+                                       "The drawing refers to other files, which are not read.");
 }
 
 QString isTooMuch()
 {
-    return text(QT_TRANSLATE_NOOP("QPictureDocument", "The drawing is too complicated."));
+    return QCoreApplication::translate("QPictureDocument", "The drawing is too complicated.");
 }
 
 QStringView withoutPrefix(QStringView name) { return name.mid(name.lastIndexOf(u':') + 1); }
@@ -140,7 +138,11 @@ private:
                                : QByteArray::fromBase64(value.mid(start + mark.size()).toLatin1());
         QBuffer buffer(&bytes);
         QImageReader reader(&buffer);
-        refuseIf(reader.format().startsWith("svg"));
+        // Not even its size is asked for: the toolkit reads a drawing for that.
+        if (reader.format().startsWith("svg")) {
+            refuseIf(true);
+            return;
+        }
         const QSize size = reader.size();
         m_result.pixels += qint64{size.width()} * size.height();
     }

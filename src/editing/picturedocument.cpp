@@ -56,7 +56,8 @@ void QPictureDocument::setPicture(QImage picture)
     // A picture is its pixels: the toolkit reads a scale out of names that end in "@2x".
     picture.setDevicePixelRatio(1);
     m_Packed = {};
-    m_Pixmap = QPixmap::fromImage(std::move(picture));
+    // A worker has looked whether it is opaque.
+    m_Pixmap = QPixmap::fromImage(std::move(picture), Qt::NoOpaqueDetection);
 }
 
 UnsavedWork QPictureDocument::unsavedWork() const

@@ -28,8 +28,7 @@ constexpr int s_done = 1000;             // permille
 constexpr qint64 s_bytesOfAPixel = 12;   // decoded, shown, and while it is drawn on
 constexpr qint64 s_largestDecoded = 8;   // bytes a pixel
 constexpr qsizetype s_atOnce = 1 << 20;  // bytes
-
-QString tr(const char *source) { return QCoreApplication::translate("QPictureDocument", source); }
+constexpr int s_rowsAtOnce = 32;
 
 // A file that counts what is read of it, and can't be read any more once that is not wanted.
 class CountedFile : public QFile
@@ -80,9 +79,15 @@ QString tooLarge(qint64 pixels)
     if (needed <= allowed)
         return {};
     const QLocale locale;
-    return tr(QT_TRANSLATE_NOOP("QPictureDocument",
-                                "The picture needs %1 of memory, and only %2 can be used now."))
+    return QCoreApplication::translate(
+               "QPictureDocument", "The picture needs %1 of memory, and only %2 can be used now.")
         .arg(locale.formattedDataSize(needed), locale.formattedDataSize(allowed));
+}
+
+qint64 pixelsOf(const QImageReader &reader)
+{
+    const QSize size = reader.size();
+    return qint64{size.width()} * size.height();
 }
 
 bool isOpaque(const QImage &picture)
@@ -96,12 +101,18 @@ bool isOpaque(const QImage &picture)
     return true;
 }
 
-QImage decode(QImageReader &reader, qint64 otherPixels, QString &failure)
+// As a pixmap holds it, so that nothing is left to do for the thread that shows it.
+QImage asPixmap(QImage picture)
 {
-    const QSize size = reader.size();
-    failure = tooLarge(otherPixels + qint64{size.width()} * size.height());
-    if (!failure.isEmpty())
-        return {};
+    const QImage::Format format = pixmapFormat(picture);
+    picture = std::move(picture).convertToFormat(format);
+    if (format != QImage::Format_RGB32 && isOpaque(picture))
+        picture = std::move(picture).convertToFormat(QImage::Format_RGB32);
+    return picture;
+}
+
+QImage decode(QImageReader &reader, QString &failure)
+{
     QImage picture = reader.read();
     if (picture.isNull())
         failure = reader.errorString();
@@ -112,8 +123,8 @@ QImage decodeDrawing(QIODevice &file, QString &failure)
 {
     std::optional<QByteArray> text = drawingText(file.readAll());
     if (!text) {
-        failure = tr(QT_TRANSLATE_NOOP("QPictureDocument",
-                                       "The drawing can't be unpacked or is too large."));
+        failure = QCoreApplication::translate("QPictureDocument",
+                                              "The drawing can't be unpacked or is too large.");
         return {};
     }
     const DrawingCheck check = checkDrawing(*text);
@@ -122,7 +133,8 @@ QImage decodeDrawing(QIODevice &file, QString &failure)
         return {};
     QBuffer buffer(&*text);
     QImageReader reader(&buffer, "svg");
-    return decode(reader, check.pixels, failure);
+    failure = tooLarge(check.pixels + pixelsOf(reader));
+    return failure.isEmpty() ? decode(reader, failure) : QImage();
 }
 
 // Formats that hold no transparency, told by the end of the name. The dot is not asked for.
@@ -142,7 +154,7 @@ QImage onWhite(const QImage &picture)
 
 QString outOfMemory()
 {
-    return tr(QT_TRANSLATE_NOOP("QPictureDocument", "There is not enough memory."));
+    return QCoreApplication::translate("QPictureDocument", "There is not enough memory.");
 }
 
 // Both ways give the file all of its bytes, and false, mostly with a failure, where they can't.
@@ -152,14 +164,21 @@ bool writeRows(RowWriter &writer, const QImage &picture, const EditHistory &shap
 {
     if (std::max(picture.width(), picture.height()) > writer.longestSide()) {
         failure =
-            tr(QT_TRANSLATE_NOOP("QPictureDocument",
-                                 "A file of this kind can't be wider or higher than %1 pixels."))
+            QCoreApplication::translate(
+                "QPictureDocument", "A file of this kind can't be wider or higher than %1 pixels.")
                 .arg(QLocale().toString(writer.longestSide()));
         return false;
     }
     const auto take = [&](const QImage &band, int top) {
-        progress.permille = static_cast<int>(qint64{top} * s_done / picture.height());
-        return !progress.isCancelled && writer.add(isFlat ? onWhite(band) : band);
+        for (int y = 0; y < band.height(); y += s_rowsAtOnce) {
+            progress.permille = static_cast<int>(qint64{top + y} * s_done / picture.height());
+            const QImage rows(band.constScanLine(y), band.width(),
+                              std::min(s_rowsAtOnce, band.height() - y), band.bytesPerLine(),
+                              band.format());
+            if (progress.isCancelled || !writer.add(isFlat ? onWhite(rows) : rows))
+                return false;
+        }
+        return true;
     };
     return writer.begin() && replayedInBands(picture, shapes, take) && writer.end();
 }
@@ -197,16 +216,7 @@ bool writeWhole(WholeFile &file, const QByteArray &format, int quality, const QI
 
 }  // namespace
 
-QImage asPixmap(QImage picture)
-{
-    const QImage::Format format = pixmapFormat(picture);
-    picture = std::move(picture).convertToFormat(format);
-    if (format != QImage::Format_RGB32 && isOpaque(picture))
-        picture = std::move(picture).convertToFormat(QImage::Format_RGB32);
-    return picture;
-}
-
-PictureRead readPicture(const QString &path, PictureProgress &progress)
+PictureRead readPicture(const QString &path, PictureProgress &progress, bool isOwn)
 {
     PictureRead result;
     // A pipe would block, and what is asked of the path may be true of another file a moment later.
@@ -222,17 +232,22 @@ PictureRead readPicture(const QString &path, PictureProgress &progress)
     result.file = FileIdentity::of(opened);
     CountedFile file(progress);
     if (!isRegular || !file.open(opened, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle)) {
-        result.failure = isRegular
-                             ? file.errorString()
-                             : tr(QT_TRANSLATE_NOOP("QPictureDocument", "This is not a file."));
+        result.failure =
+            isRegular ? file.errorString()
+                      : QCoreApplication::translate("QPictureDocument", "This is not a file.");
         close(opened);
     } else {
         QImageReader reader(&file);
         // Some formats are known by the name only.
         if (!reader.canRead())
             reader.setFormat(QFileInfo(path).suffix().toLatin1());
-        result.picture = reader.format().startsWith("svg") ? decodeDrawing(file, result.failure)
-                                                           : decode(reader, 0, result.failure);
+        if (reader.format().startsWith("svg")) {
+            result.picture = decodeDrawing(file, result.failure);
+        } else {
+            result.failure = isOwn ? QString() : tooLarge(pixelsOf(reader));
+            if (result.failure.isEmpty())
+                result.picture = decode(reader, result.failure);
+        }
     }
     if (progress.isCancelled)
         return {.file = result.file};
@@ -245,7 +260,7 @@ PictureWrite writePicture(const QImage &picture, const EditHistory &shapes, cons
 {
     PictureWrite result;
     if (picture.isNull()) {
-        result.failure = tr(QT_TRANSLATE_NOOP("QPictureDocument", "There is no picture."));
+        result.failure = QCoreApplication::translate("QPictureDocument", "There is no picture.");
         return result;
     }
     const QByteArray used = format.isEmpty() ? QFileInfo(path).suffix().toLatin1() : format;

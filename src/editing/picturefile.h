@@ -24,11 +24,9 @@ struct PictureRead {
 };
 
 /// Reads a picture file, on any thread. Only a regular file is opened, nothing that it refers to is
-/// read, and a picture that needs more than half of the memory there is, is refused.
-PictureRead readPicture(const QString &path, PictureProgress &progress);
-
-/// A picture in the format of a pixmap, so that nothing is left to do for the thread that shows it.
-QImage asPixmap(QImage picture);
+/// read. A picture that needs more than half of the memory there is, is refused, unless this
+/// program has taken it itself.
+PictureRead readPicture(const QString &path, PictureProgress &progress, bool isOwn = false);
 
 struct PictureWrite {
     bool isWritten = false;

@@ -9,7 +9,6 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QImageReader>
 #include <QJsonDocument>
 #include <QJsonObject>
 
@@ -163,11 +162,8 @@ RecoveryFolder::Content RecoveryFolder::read() const
 
 QImage RecoveryFolder::picture(const QString &entry) const
 {
-    const QFileInfo info(pathOf(entry) + s_picture);
-    if (info.isSymLink() || !info.isFile())
-        return {};
-    // However large it is: the program has had it before.
-    return asPixmap(QImageReader(info.filePath(), "png").read());
+    PictureProgress progress;
+    return readPicture(pathOf(entry) + s_picture, progress, true).picture;
 }
 
 QString RecoveryFolder::setAside(const QString &entry) const

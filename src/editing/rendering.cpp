@@ -11,9 +11,9 @@
 
 namespace {
 
-constexpr qint64 s_bandBytes = 16 << 20;
+// Each band is a small part of the picture, but each draws its shapes once more.
+constexpr int s_bands = 10;
 constexpr int s_fewestRows = 16;
-constexpr int s_fewestBands = 16;  // a band is a small part of the picture
 
 constexpr QSize s_textBox(1000, 1000);  // picture pixels
 
@@ -111,13 +111,6 @@ private:
     qsizetype m_released = 0;
     QImage m_image;
 };
-
-int rowsOfBand(const QImage &picture)
-{
-    const qint64 most = std::min(s_bandBytes / (qint64{4} * picture.width()),
-                                 qint64{picture.height()} / s_fewestBands);
-    return std::max(s_fewestRows, static_cast<int>(most));
-}
 
 // Rows of the picture in the format, without a copy where it has that already.
 QImage rowsOf(const QImage &picture, int top, int rows, QImage::Format format)
@@ -239,7 +232,7 @@ bool replayedInBands(const QImage &picture, const EditHistory &history,
                      const std::function<bool(const QImage &band, int top)> &take)
 {
     const QImage::Format format = pixmapFormat(picture);
-    const int rows = rowsOfBand(picture);
+    const int rows = std::max(s_fewestRows, picture.height() / s_bands);
     const auto forEachBand = [&](const auto &work) {
         for (int top = 0; top < picture.height(); top += rows) {
             const int count = std::min(rows, picture.height() - top);
@@ -264,6 +257,9 @@ bool replayedInBands(const QImage &picture, const EditHistory &history,
         });
     QPainter painter(&sparse.image());
     painter.setRenderHint(QPainter::Antialiasing);
+    // The edges of a line depend a little on where the clip begins and ends.
+    const QRegion corners =
+        QRegion(0, 0, 1, 1) + QRegion(picture.width() - 1, picture.height() - 1, 1, 1);
     return forEachBand([&](int top, const QImage &base) {
         if (base.isNull())
             return false;
@@ -271,7 +267,7 @@ bool replayedInBands(const QImage &picture, const EditHistory &history,
         for (int y = 0; y < base.height(); ++y)
             std::memcpy(band.scanLine(y), base.constScanLine(y), band.bytesPerLine());
         const QRect part(0, top, picture.width(), base.height());
-        painter.setClipRect(part);
+        painter.setClipRegion(QRegion(part) + corners);
         for (qsizetype i = history.size() - 1; i >= 0; --i) {
             if (places[i].intersects(part))
                 drawShape(painter, history[i]->geometry, history[i]->style);

@@ -1,11 +1,9 @@
 #include "helper/snapworkbenchhelper.h"
 
-#include "base/wholefile.h"
 #include "helper/menucapture.h"
 #include "helper/sessioncapture.h"
 #include "platform/services.h"
 
-#include <QBuffer>
 #include <QCoreApplication>
 #include <QFile>
 
@@ -76,14 +74,20 @@ private:
     {
         drop();
         const QString path = m_folder + u"/capture.png"_s;
-        QBuffer bytes;
-        WholeFile file(path);
-        if (picture.save(&bytes, "PNG", s_quality) && file.write(bytes.data())) {
+        // For the user alone from its first byte, and in nothing that is there already.
+        QFile::remove(path);
+        QFile file(path);
+        if (file.open(QIODevice::WriteOnly | QIODevice::NewOnly,
+                      QFile::ReadOwner | QFile::WriteOwner) &&
+            picture.save(&file, "PNG", s_quality) && file.flush()) {
             m_undelivered = path;
             report(GWCaptureFinished, path.toUtf8());
             return;
         }
-        fail(HelperJob::NotWritten, tr("The picture could not be written: %1").arg(file.error()));
+        if (file.isOpen())
+            file.remove();
+        fail(HelperJob::NotWritten,
+             tr("The picture could not be written: %1").arg(file.errorString()));
     }
 
     void fail(HelperJob::Failure failure, const QString &text)

@@ -1,5 +1,6 @@
 #include "shell/capturebridge.h"
 
+#include "base/privatefolder.h"
 #include "config/applicationrecord.h"
 #include "helper/helperjob.h"
 #include "helper/snapworkbenchhelper.h"
@@ -8,7 +9,6 @@
 #include "shell/mainwindow.h"
 
 #include <QCoreApplication>
-#include <QDir>
 #include <QFile>
 #include <QMessageBox>
 #include <QPushButton>
@@ -22,16 +22,15 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int s_permissionPause = 10;  // ms
-constexpr auto s_private = QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner;
 
 struct CaptureBridge {
     Q_DECLARE_TR_FUNCTIONS(CaptureBridge)
 };
 
-QString folderPath()
+PrivateFolder pictureFolder()
 {
-    return QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation) +
-           u"/Brenvale Snap Workbench/AXTempDrawing"_s;
+    return {QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation),
+            {u"Brenvale Snap Workbench"_s, u"AXTempDrawing"_s}};
 }
 
 void ensureDelegate()
@@ -60,12 +59,13 @@ QMessageBox *s_question = nullptr;  // while it is open
 // For a grab that the user waits for.
 QByteArray askedFolder()
 {
-    const QString folder = GWSnapWorkbenchGetTempPath();
-    MainWindow *window = Ax_GetMainWindow();
-    if (folder.isNull() && window)
-        window->say(
-            CaptureBridge::tr("The folder for the picture can't be made: %1").arg(folderPath()));
-    return folder.isNull() ? QByteArray() : folder.toUtf8();
+    PrivateFolder folder = pictureFolder();
+    if (folder.make())
+        return folder.path().toUtf8();
+    if (MainWindow *window = Ax_GetMainWindow())
+        window->say(CaptureBridge::tr("The folder for the picture, %1, can't be used: %2")
+                        .arg(folder.path(), folder.error()));
+    return {};
 }
 
 // In front of the application that the user is in: the question is about what they asked for there.
@@ -161,12 +161,11 @@ void GWCaptureStatusCallback(void * /*unused*/, int status, const char *path, in
 
 QString GWSnapWorkbenchGetTempPath()
 {
-    QString path = folderPath();
-    if (QFile::exists(path))
-        return path;
-    const bool made = QDir().mkpath(path) && QFile::setPermissions(path, s_private);
-    return made && QFile::exists(path) ? path : QString();
+    PrivateFolder folder = pictureFolder();
+    return folder.make() ? folder.path() : QString();
 }
+
+void GWSnapWorkbenchRemoveTempFiles() { pictureFolder().remove(); }
 
 bool GWSnapWorkbenchMustAsk()
 {
@@ -243,9 +242,7 @@ void GWSnapWorkbenchStatusFinish(const char *path)
     if (g_MainWindow)
         g_MainWindow->ShowImportPicture(path);
     QFile::remove(QString::fromUtf8(path));
-    // With whatever a crash has left there. Not through a link: that leads to somebody else's.
-    if (!QFileInfo(folderPath()).isSymLink())
-        QDir(folderPath()).removeRecursively();
+    GWSnapWorkbenchRemoveTempFiles();
 }
 
 void GWSnapWorkbenchShowStrings(const QString &informative)

@@ -25,9 +25,11 @@ extern AXProjectAppDelegate *Ax_Shared_hlp;
 void GWCaptureStatusCallback(void *unused, int status, const char *path, int failure,
                              const char *text);
 
-/// The folder that the helper's picture goes to, made where it is missing; a null text if it
-/// can't be.
+/// The folder that the helper's picture goes to, for the user alone and made where it is missing; a
+/// null text if it can't be had.
 QString GWSnapWorkbenchGetTempPath();
+/// Removes it with what is left in it, if it is the user's own.
+void GWSnapWorkbenchRemoveTempFiles();
 
 /// Whether a grab may start: 1 to go on, 0 to stop. With `prompt` not 0 it may ask the user.
 signed char GWSnapWorkbenchTestClientStatus(signed char prompt);

@@ -3,6 +3,7 @@
 #include "config/licensing.h"
 #include "config/resourcefile.h"
 #include "config/texthelpers.h"
+#include "editing/picturefile.h"
 #include "helper/snapworkbenchhelper.h"
 #include "platform/services.h"
 #include "platform/xdg/accessibilitygate.h"
@@ -28,9 +29,6 @@
 using namespace Qt::StringLiterals;
 
 namespace {
-
-// Pictures of scrolled pages are larger than the toolkit's limit for pictures from files.
-constexpr int s_pictureLimit = 4096;  // megabytes
 
 // Who started the program sees either, where it has no window.
 void tell(const QString &text)
@@ -86,7 +84,8 @@ int main(int argc, char **argv)
     AccessibilityGate accessibility;
     // A tool that waits in the tray ends by its own command only.
     QGuiApplication::setQuitOnLastWindowClosed(false);
-    QImageReader::setAllocationLimit(s_pictureLimit);
+    // The size of a picture is looked at before it is read, unless its file does not tell.
+    QImageReader::setAllocationLimit(static_cast<int>(largestUntoldPicture() >> 20));
     installServices(createServices());
     // They must not outlive the connection that they speak over.
     const auto withdrawServices = qScopeGuard([] { installServices({}); });
@@ -121,6 +120,8 @@ int main(int argc, char **argv)
     }
     // Its answer belongs to the licence, which tells the user what is wrong with it.
     Licensing::identityIsValid();
+    // What a crash has left there.
+    GWSnapWorkbenchRemoveTempFiles();
     GWSnapWorkbenchStartMessageServer(GWCaptureStatusCallback);
     Licensing::setProduct(QString::fromWCharArray(g_AppName), folder,
                           QCoreApplication::applicationDirPath() + u'/');

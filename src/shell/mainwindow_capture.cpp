@@ -4,6 +4,7 @@
 #include "capture/grab.h"
 #include "config/licensing.h"
 #include "config/settings.h"
+#include "editing/picturefile.h"
 #include "platform/services.h"
 #include "shell/capturetools.h"
 #include "shell/frontwindow.h"
@@ -196,8 +197,11 @@ void MainWindow::helperPutsBack() { m_Grabs->helperPutsBack(); }
 
 void MainWindow::ShowImportPicture(const char *path)
 {
-    if (path)
-        m_Grabs->helperTakes({.picture = QPixmap(QString::fromUtf8(path))});
+    if (!path)
+        return;
+    PictureProgress progress;
+    m_Grabs->helperTakes({.picture = QPixmap::fromImage(
+                              readPicture(QString::fromUtf8(path), progress, true).picture)});
 }
 
 void MainWindow::ShowDetailWindowRequest(QWidget *parent, EShowMagOpr opr, int x, int y, int type)

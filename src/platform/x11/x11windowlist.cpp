@@ -2,8 +2,9 @@
 
 #include "platform/x11/x11windowserver.h"
 
+#include "platform/x11/windowproperties.h"
+
 #include <QFile>
-#include <QStringDecoder>
 
 #include <algorithm>
 #include <array>
@@ -21,35 +22,14 @@ constexpr int s_popupLayer = 101;
 constexpr int s_frameDepth = 3;
 constexpr uint32_t s_nameLimit = 1 << 14;  // in units of four bytes
 
-QByteArray bytesOf(const Reply<xcb_get_property_reply_t> &reply)
+WindowProperty propertyOf(const Reply<xcb_get_property_reply_t> &reply)
 {
-    if (!reply || reply->format != 8)
+    if (!reply)
         return {};
-    return {static_cast<const char *>(xcb_get_property_value(reply.get())),
-            xcb_get_property_value_length(reply.get())};
-}
-
-// Some programs put the terminator, or more, into a title.
-QByteArray textOf(const Reply<xcb_get_property_reply_t> &reply)
-{
-    const QByteArray bytes = bytesOf(reply);
-    return bytes.contains('\0') ? bytes.left(bytes.indexOf('\0')) : bytes;
-}
-
-QList<uint32_t> valuesOf(const Reply<xcb_get_property_reply_t> &reply)
-{
-    if (!reply || reply->format != 32)
-        return {};
-    const auto *values = static_cast<const uint32_t *>(xcb_get_property_value(reply.get()));
-    return {values, values + xcb_get_property_value_length(reply.get()) / 4};
-}
-
-// Latin-1 by the book, and UTF-8 from most programs that have more to say than ASCII.
-QString classText(const QByteArray &bytes)
-{
-    QStringDecoder decoder(QStringDecoder::Utf8);
-    QString text = decoder(bytes);
-    return decoder.hasError() ? QString::fromLatin1(bytes) : text;
+    return {.type = reply->type,
+            .format = reply->format,
+            .bytes = {static_cast<const char *>(xcb_get_property_value(reply.get())),
+                      xcb_get_property_value_length(reply.get())}};
 }
 
 QString processName(uint32_t pid)
@@ -164,24 +144,18 @@ void X11WindowServer::readNames(QList<Window> &windows)
                                              XCB_GET_PROPERTY_TYPE_ANY, 0, s_nameLimit);
     }
     for (qsizetype i = 0; i < windows.size(); ++i) {
-        std::array<Reply<xcb_get_property_reply_t>, PropertyCount> replies;
+        std::array<WindowProperty, PropertyCount> told;
         for (size_t p = 0; p < PropertyCount; ++p)
-            replies[p] = XCB_REPLY(connection, get_property, cookies[i][p]);
+            told[p] = propertyOf(XCB_REPLY(connection, get_property, cookies[i][p]));
         Entry &entry = windows[i].entry;
         entry.number = static_cast<int>(windows[i].frame);
         entry.bounds = windows[i].bounds;
-        entry.name = QString::fromUtf8(textOf(replies[NetName]));
-        if (entry.name.isEmpty())
-            entry.name = replies[Name] && replies[Name]->type == utf8
-                             ? QString::fromUtf8(textOf(replies[Name]))
-                             : QString::fromLatin1(textOf(replies[Name]));
-        // Two strings, each with its terminator: the instance and the class.
-        const QList<QByteArray> classes = bytesOf(replies[Class]).split('\0');
-        const QList<uint32_t> pid = valuesOf(replies[Pid]);
-        entry.owner = classText(classes.value(1));
+        entry.name = windowName(told[NetName], told[Name], utf8);
+        const QList<uint32_t> pid = valuesOf(told[Pid]);
+        entry.owner = windowClass(told[Class]);
         if (entry.owner.isEmpty() && !pid.isEmpty())
             entry.owner = processName(pid.first());
-        const QList<uint32_t> types = valuesOf(replies[Type]);
+        const QList<uint32_t> types = valuesOf(told[Type]);
         entry.process = pid.value(0);
         const bool isPopup = !windows[i].client && windows[i].unmanaged;
         const bool isMenu = std::any_of(menus.begin(), menus.end(),
@@ -194,7 +168,7 @@ void X11WindowServer::readNames(QList<Window> &windows)
             entry.layer = s_dockLayer;
         else if (isPopup)
             entry.layer = s_popupLayer;
-        else if (valuesOf(replies[State]).contains(above))
+        else if (valuesOf(told[State]).contains(above))
             entry.layer = s_aboveLayer;
     }
 }

@@ -96,6 +96,7 @@ void TestServer::menu()
     QVERIFY(picture.hasAlphaChannel());
     QCOMPARE(picture.pixelColor(30, 40), QColor(Qt::red));
     QCOMPARE(QDir(m_folder->path()).entryList(QDir::Files | QDir::Hidden).size(), 1);
+    QVERIFY(!(QFile::permissions(s_told.last().path) & (QFile::ReadGroup | QFile::ReadOther)));
 }
 
 void TestServer::folderGone()

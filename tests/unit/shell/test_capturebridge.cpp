@@ -18,7 +18,11 @@
 #include <QTest>
 #include <QTimer>
 
+#include <cerrno>
 #include <cwchar>
+
+#include <sys/stat.h>
+#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
@@ -155,22 +159,60 @@ void TestCaptureBridge::failureIsTold()
 
 void TestCaptureBridge::folder()
 {
-    const QString expected = m_home->path() + u"/Brenvale Snap Workbench/AXTempDrawing"_s;
+    const QString parent = m_home->path() + u"/Brenvale Snap Workbench"_s;
+    const QString expected = parent + u"/AXTempDrawing"_s;
+    const auto mode = [](const QString &path) {
+        struct stat state {
+        };
+        return stat(QFile::encodeName(path).constData(), &state) == 0 ? state.st_mode & 07777 : 0;
+    };
+    const auto setMode = [](const QString &path, mode_t now) {
+        return chmod(QFile::encodeName(path).constData(), now) == 0;
+    };
+    umask(0);  // others are kept out whatever the user's mask says
     QCOMPARE(GWSnapWorkbenchGetTempPath(), expected);
-    QVERIFY(QFileInfo(expected).isDir());
-    const auto others = QFile::ReadGroup | QFile::ReadOther | QFile::ExeGroup | QFile::ExeOther;
-    QVERIFY(!(QFile::permissions(expected) & others));
+    umask(022);
+    QVERIFY(mode(parent) == 0700 && mode(expected) == 0700);
+    QVERIFY(setMode(parent, 0755) && setMode(expected, 0755));
     QVERIFY(QFile(expected + u"/kept"_s).open(QIODevice::WriteOnly));
     QCOMPARE(GWSnapWorkbenchGetTempPath(), expected);
+    QVERIFY(mode(parent) == 0700 && mode(expected) == 0700);
     QVERIFY(QFile::exists(expected + u"/kept"_s));
 
-    // A file where a folder should be: no grab starts, nothing is asked, and the user is told.
-    QDir(m_home->path() + u"/Brenvale Snap Workbench"_s).removeRecursively();
-    QVERIFY(QFile(m_home->path() + u"/Brenvale Snap Workbench"_s).open(QIODevice::WriteOnly));
-    QVERIFY(GWSnapWorkbenchGetTempPath().isNull());
-    QVERIFY(!GWSnapWorkbenchStartCapture());
-    QVERIFY(!m_window->isMinimized());
-    QVERIFY(m_window->findChild<NoticeBar *>()->text().contains(expected));
+    // What is not the user's alone: no grab starts, nothing is asked, the user is told, and nothing
+    // is removed there.
+    const QString other = m_home->path() + u"/other"_s;
+    QVERIFY(QDir().mkpath(other + u"/AXTempDrawing"_s));
+    QVERIFY(QFile(other + u"/AXTempDrawing/kept"_s).open(QIODevice::WriteOnly));
+    const auto isRefused = [&](const QString &reason) {
+        GWSnapWorkbenchRemoveTempFiles();
+        const bool isTold = !GWSnapWorkbenchStartCapture() && m_asked.isEmpty() &&
+                            m_window->findChild<NoticeBar *>()->text().contains(
+                                u"%1, can't be used: %2"_s.arg(expected, reason));
+        return isTold && GWSnapWorkbenchGetTempPath().isNull() && !m_window->isMinimized() &&
+               (QFileInfo(parent).isFile() || QFile::exists(expected + u"/kept"_s));
+    };
+    const QString theirs = u"It belongs to somebody else, or others may write to it."_s;
+    for (const QString &open : {parent, expected}) {
+        QVERIFY(setMode(open, 0770));
+        QVERIFY(isRefused(theirs));
+        QVERIFY(setMode(open, 0700));
+    }
+    if (geteuid() == 0) {
+        QCOMPARE(chown(QFile::encodeName(expected).constData(), 1, 1), 0);
+        QVERIFY(isRefused(theirs));
+        QCOMPARE(chown(QFile::encodeName(expected).constData(), 0, 0), 0);
+    }
+    GWSnapWorkbenchRemoveTempFiles();
+    QVERIFY(!QFile::exists(expected));
+    QVERIFY(QFile::link(other + u"/AXTempDrawing"_s, expected));
+    QVERIFY(isRefused(qt_error_string(ENOTDIR)));
+    QVERIFY(QFile::remove(expected) && QDir().rmdir(parent));
+    QVERIFY(QFile::link(other, parent));
+    QVERIFY(isRefused(qt_error_string(ENOTDIR)));
+    QVERIFY(QFile::remove(parent));
+    QVERIFY(QFile(parent).open(QIODevice::WriteOnly));
+    QVERIFY(isRefused(qt_error_string(ENOTDIR)));
 }
 
 void TestCaptureBridge::asks_data()

@@ -1,0 +1,126 @@
+// A picture as large as a wall of screens, with shapes all over it, into a file.
+
+#include "comparison.h"
+#include "memory.h"
+
+#include "base/wholefile.h"
+#include "editing/picturefile.h"
+#include "editing/rendering.h"
+
+#include <QBuffer>
+#include <QImageWriter>
+#include <QTemporaryDir>
+
+#include <benchmark/benchmark.h>
+
+namespace {
+
+constexpr int s_side = 20000;
+
+// Ground, lines of marks like letters, and a photograph's noise in a corner.
+const QImage &picture()
+{
+    static const QImage s_picture = [] {
+        QImage result(s_side, s_side, QImage::Format_RGB32);
+        for (int y = 0; y < s_side; ++y) {
+            auto *line = reinterpret_cast<QRgb *>(result.scanLine(y));
+            for (int x = 0; x < s_side; ++x) {
+                const auto mix = static_cast<QRgb>(x / 2 * 73856093 ^ y / 2 * 19349663);
+                const bool isInk = y % 20 < 12 && x % 900 < 700 && mix % 5 == 0;
+                line[x] = isInk ? 0xff202020 : 0xfff8f8f8;
+                if (x < s_side / 8 && y < s_side / 8)
+                    line[x] = 0xff000000 | (mix * 2654435761U >> 8);
+            }
+        }
+        return result;
+    }();
+    return s_picture;
+}
+
+EditHistory shapes()
+{
+    EditHistory result;
+    for (int i = 0; i < 100; ++i) {
+        const QRect bounds(i * 190, i * 170 % 15000, 900 + i * 20, 4000);
+        result.append(std::make_shared<const EditEntry>(
+            EditEntry{EllipseShape{bounds},
+                      {.type = stateEllipse, .width = 5, .color = QColor(200, 30, 30, 180)}}));
+    }
+    return result;
+}
+
+void save(benchmark::State &state, const char *name)
+{
+    const QTemporaryDir folder;
+    const QImage &large = picture();
+    for (auto _ : state) {
+        PictureProgress progress;
+        if (!writePicture(large, shapes(), folder.filePath(QString::fromLatin1(name)), {}, -1,
+                          progress)
+                 .isWritten)
+            state.SkipWithError("not written");
+    }
+}
+
+// All of the picture with the shapes, then all of the file's bytes, and then the file.
+void saveWhole(benchmark::State &state, const char *name)
+{
+    const QTemporaryDir folder;
+    const QImage &large = picture();
+    for (auto _ : state) {
+        QBuffer bytes;
+        QImageWriter writer(&bytes, QByteArray(name).mid(2));
+        if (!writer.write(replayed(large, shapes(), Qt::transparent)) ||
+            !WholeFile(folder.filePath(QString::fromLatin1(name))).write(bytes.data()))
+            state.SkipWithError("not written");
+    }
+}
+
+template<typename Save> void memoryOf(benchmark::State &state, Save save, const char *name)
+{
+    const auto size = static_cast<double>(picture().sizeInBytes());
+    const double before = residentBytes() - size;
+    forgetHighestBytes();
+    save(state, name);
+    state.counters["value"] = (highestBytes() - before) / size;
+}
+
+void savedPng(benchmark::State &state) { save(state, "a.png"); }
+void savedPngWhole(benchmark::State &state) { saveWhole(state, "a.png"); }
+void savedJpeg(benchmark::State &state) { save(state, "a.jpg"); }
+void savedJpegWhole(benchmark::State &state) { saveWhole(state, "a.jpg"); }
+void savedPngMemory(benchmark::State &state) { memoryOf(state, save, "a.png"); }
+void savedPngWholeMemory(benchmark::State &state) { memoryOf(state, saveWhole, "a.png"); }
+void savedJpegMemory(benchmark::State &state) { memoryOf(state, save, "a.jpg"); }
+
+BENCHMARK(savedPng)->Iterations(1)->Repetitions(2)->Unit(benchmark::kSecond);
+BENCHMARK(savedPngWhole)->Iterations(1)->Repetitions(2)->Unit(benchmark::kSecond);
+BENCHMARK(savedJpeg)->Iterations(1)->Repetitions(2)->Unit(benchmark::kSecond);
+BENCHMARK(savedJpegWhole)->Iterations(1)->Repetitions(2)->Unit(benchmark::kSecond);
+BENCHMARK(savedPngMemory)->Iterations(1)->Repetitions(2);
+BENCHMARK(savedPngWholeMemory)->Iterations(1)->Repetitions(2);
+BENCHMARK(savedJpegMemory)->Iterations(1)->Repetitions(2);
+
+[[maybe_unused]] const bool s_registered =
+    addComparison({.what = "saving 20,000 x 20,000 as PNG, to writing it whole",
+                   .measured = "savedPng",
+                   .against = "savedPngWhole",
+                   .limit = "at most 1.2"}) &&
+    addComparison({.what = "the same as JPEG",
+                   .measured = "savedJpeg",
+                   .against = "savedJpegWhole",
+                   .limit = "at most 1.2"}) &&
+    addComparison({.what = "memory while that PNG is written",
+                   .measured = "savedPngMemory",
+                   .unit = "times the picture",
+                   .limit = "at most 1.2"}) &&
+    addComparison({.what = "the same, to writing it whole",
+                   .measured = "savedPngMemory",
+                   .against = "savedPngWholeMemory",
+                   .limit = "at most 0.6"}) &&
+    addComparison({.what = "memory while that JPEG is written",
+                   .measured = "savedJpegMemory",
+                   .unit = "times the picture",
+                   .limit = "at most 1.2"});
+
+}  // namespace
