@@ -24,8 +24,6 @@ constexpr double s_smallestWidth = 50;  // of a picture as shown
 constexpr double s_largestWidth = 3000;
 constexpr double s_widthSlack = 0.001;
 
-constexpr int s_fewTabs = 20;
-
 // Which document a page of the tabs belongs to.
 constexpr const char *s_pageNumber = "document";
 
@@ -61,11 +59,6 @@ void MainWindow::RefillTabList()
     tabs.blockSignals(true);
     tabs.setUpdatesEnabled(false);
     removeClosedPages();
-    // Every tab is measured each time that one is added, but not while they are hidden.
-    const bool areMany =
-        isVisible() && static_cast<int>(m_Documents.size()) > tabs.count() + s_fewTabs;
-    if (areMany)
-        tabs.hide();
     for (int i = 0; isDocument(i); ++i) {
         QString text = GetFileShowName(i);
         if (m_Documents[i].m_Modified)
@@ -81,8 +74,6 @@ void MainWindow::RefillTabList()
             tabs.setTabText(i, text);
         }
     }
-    if (areMany)
-        tabs.show();
     if (m_CurDocument >= 0 && m_CurDocument < tabs.count()) {
         tabs.setCurrentIndex(m_CurDocument);
         ShowPictureInTab(m_CurDocument);
