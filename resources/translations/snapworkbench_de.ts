@@ -652,6 +652,42 @@ Rücktaste    Punkt löschen</translation>
         <source>Ctrl+Shift+G</source>
         <translation>Ctrl+Shift+G</translation>
     </message>
+    <message>
+        <source>Saving &quot;%1&quot;...</source>
+        <translation>„%1“ wird gespeichert ...</translation>
+    </message>
+    <message>
+        <source>There is no picture.</source>
+        <translation>Es gibt kein Bild.</translation>
+    </message>
+    <message>
+        <source>Opening &quot;%1&quot;...</source>
+        <translation>„%1“ wird geöffnet ...</translation>
+    </message>
+    <message>
+        <source>What is not saved can&apos;t be kept for the next start at the moment: %1</source>
+        <translation>Was nicht gespeichert ist, kann zurzeit nicht für den nächsten Start aufgehoben werden: %1</translation>
+    </message>
+    <message>
+        <source>A picture that had not been saved is damaged. What is left of it is in %1.</source>
+        <translation>Ein Bild, das nicht gespeichert war, ist beschädigt. Was davon übrig ist, liegt in %1.</translation>
+    </message>
+    <message>
+        <source>A later version of this program has left a picture in %1. It was not touched.</source>
+        <translation>Eine neuere Version dieses Programms hat ein Bild in %1 hinterlassen. Es wurde nicht angetastet.</translation>
+    </message>
+    <message>
+        <source>Bringing back &quot;%1&quot;...</source>
+        <translation>„%1“ wird wiederhergestellt ...</translation>
+    </message>
+    <message>
+        <source>Showing &quot;%1&quot;...</source>
+        <translation>„%1“ wird angezeigt ...</translation>
+    </message>
+    <message>
+        <source>Pictures that had not been saved are back: %1</source>
+        <translation>Bilder, die nicht gespeichert waren, sind wieder da: %1</translation>
+    </message>
 </context>
 <context>
     <name>MenuCapture</name>
@@ -672,6 +708,17 @@ Rücktaste    Punkt löschen</translation>
     <message>
         <source>It belongs to somebody else, or others may write to it.</source>
         <translation>Er gehört jemand anderem, oder andere dürfen darin schreiben.</translation>
+    </message>
+</context>
+<context>
+    <name>ProgressPlate</name>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>Cancel (Esc)</source>
+        <translation>Abbrechen (Esc)</translation>
     </message>
 </context>
 <context>
@@ -848,6 +895,13 @@ Möchten Sie die Datei ersetzen?</translation>
     <message>
         <source>gives up</source>
         <translation>bricht ab</translation>
+    </message>
+</context>
+<context>
+    <name>TabWidget</name>
+    <message>
+        <source>Close Tab</source>
+        <translation>Tab schließen</translation>
     </message>
 </context>
 <context>

@@ -652,6 +652,42 @@ Backspace    删除最后一点</translation>
         <source>Ctrl+Shift+G</source>
         <translation>Ctrl+Shift+G</translation>
     </message>
+    <message>
+        <source>Saving &quot;%1&quot;...</source>
+        <translation>正在保存“%1”...</translation>
+    </message>
+    <message>
+        <source>There is no picture.</source>
+        <translation>没有图片。</translation>
+    </message>
+    <message>
+        <source>Opening &quot;%1&quot;...</source>
+        <translation>正在打开“%1”...</translation>
+    </message>
+    <message>
+        <source>What is not saved can&apos;t be kept for the next start at the moment: %1</source>
+        <translation>目前无法为下次启动保留未保存的内容：%1</translation>
+    </message>
+    <message>
+        <source>A picture that had not been saved is damaged. What is left of it is in %1.</source>
+        <translation>一张未保存的图片已损坏，剩余部分在 %1。</translation>
+    </message>
+    <message>
+        <source>A later version of this program has left a picture in %1. It was not touched.</source>
+        <translation>此程序的较新版本在 %1 中留下了一张图片，未作改动。</translation>
+    </message>
+    <message>
+        <source>Bringing back &quot;%1&quot;...</source>
+        <translation>正在恢复“%1”...</translation>
+    </message>
+    <message>
+        <source>Showing &quot;%1&quot;...</source>
+        <translation>正在显示“%1”...</translation>
+    </message>
+    <message>
+        <source>Pictures that had not been saved are back: %1</source>
+        <translation>未保存的图片已恢复：%1</translation>
+    </message>
 </context>
 <context>
     <name>MenuCapture</name>
@@ -672,6 +708,17 @@ Backspace    删除最后一点</translation>
     <message>
         <source>It belongs to somebody else, or others may write to it.</source>
         <translation>它属于其他用户，或其他用户可以写入。</translation>
+    </message>
+</context>
+<context>
+    <name>ProgressPlate</name>
+    <message>
+        <source>Cancel</source>
+        <translation>取消</translation>
+    </message>
+    <message>
+        <source>Cancel (Esc)</source>
+        <translation>取消 (Esc)</translation>
     </message>
 </context>
 <context>
@@ -848,6 +895,13 @@ Do you want to replace it?</source>
     <message>
         <source>gives up</source>
         <translation>放弃</translation>
+    </message>
+</context>
+<context>
+    <name>TabWidget</name>
+    <message>
+        <source>Close Tab</source>
+        <translation>关闭标签页</translation>
     </message>
 </context>
 <context>

@@ -52,7 +52,7 @@ struct MainWindow::Returning {
     {
         QStringList texts;
         if (came > 0)
-            texts.append(tr("Pictures that had not been saved are back: %n", nullptr, came));
+            texts.append(tr("Pictures that had not been saved are back: %1").arg(came));
         for (const QString &path : damaged)
             texts.append(
                 tr("A picture that had not been saved is damaged. What is left of it is in %1.")
