@@ -749,6 +749,10 @@ Möchten Sie die Datei ersetzen?</translation>
         <translation>Die Zeichnung verweist auf andere Dateien, die nicht gelesen werden.</translation>
     </message>
     <message>
+        <source>The drawing is damaged.</source>
+        <translation>Die Zeichnung ist beschädigt.</translation>
+    </message>
+    <message>
         <source>The drawing is too complicated.</source>
         <translation>Die Zeichnung ist zu kompliziert.</translation>
     </message>

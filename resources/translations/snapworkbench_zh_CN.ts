@@ -749,6 +749,10 @@ Do you want to replace it?</source>
         <translation>该图形引用了其他文件，这些文件不会被读取。</translation>
     </message>
     <message>
+        <source>The drawing is damaged.</source>
+        <translation>绘图已损坏。</translation>
+    </message>
+    <message>
         <source>The drawing is too complicated.</source>
         <translation>该图形过于复杂。</translation>
     </message>

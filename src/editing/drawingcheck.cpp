@@ -17,9 +17,9 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr qsizetype s_longestText = 64 << 20;
-constexpr size_t s_deepest = 256;           // elements in elements
-constexpr qint64 s_mostElements = 1 << 20;  // drawn, with each use of one counted
+constexpr qsizetype s_longestText = 16 << 20;
+constexpr qsizetype s_deepest = 64;         // elements in elements, and uses of uses
+constexpr qint64 s_mostElements = 1 << 18;  // drawn, with each use of one counted
 
 QString readsOthers()
 {
@@ -55,8 +55,11 @@ public:
     {
         while (!m_xml.atEnd() && m_result.failure.isEmpty())
             take(m_xml.readNext());
-        // What is not well formed is drawn up to there, or not at all.
-        if (m_result.failure.isEmpty() && countOf({}, {}) > s_mostElements)
+        // What can't be understood here may still be something to whoever draws.
+        if (m_result.failure.isEmpty() && m_xml.hasError())
+            m_result.failure =
+                QCoreApplication::translate("QPictureDocument", "The drawing is damaged.");
+        if (m_result.failure.isEmpty() && countOf({}) > s_mostElements)
             m_result.failure = isTooMuch();
         return m_result;
     }
@@ -108,7 +111,8 @@ private:
                 refuseIf(leadsOut(value));
         }
         m_open.push_back(id);
-        if (m_open.size() > s_deepest)
+        if (static_cast<qsizetype>(m_open.size()) > s_deepest ||
+            m_groups.value({}).elements > s_mostElements)
             m_result.failure = isTooMuch();
         ++m_groups[{}].elements;
         for (const QString &around : openIds())
@@ -162,21 +166,21 @@ private:
 
     // Elements that are drawn, up to a little more than is allowed. One that uses itself is never
     // done.
-    qint64 countOf(const QString &id, const QSet<QString> &around)
+    qint64 countOf(const QString &id)
     {
-        if (around.contains(id))
+        if (m_around.contains(id) || m_around.size() > s_deepest)
             return s_mostElements + 1;
         if (const auto known = m_counts.constFind(id); known != m_counts.constEnd())
             return *known;
         const Group group = m_groups.value(id);
-        QSet<QString> inside = around;
-        inside.insert(id);
+        m_around.insert(id);
         qint64 count = group.elements;
         for (const QString &used : group.uses) {
             if (count > s_mostElements)
                 break;
-            count += countOf(used, inside);
+            count += countOf(used);
         }
+        m_around.remove(id);
         m_counts.insert(id, count);
         return count;
     }
@@ -187,6 +191,7 @@ private:
     std::vector<QString> m_open;      // the names of the elements around, from the outermost
     QHash<QString, Group> m_groups;   // by name; without one, the whole drawing
     QHash<QString, qint64> m_counts;  // elements drawn with each
+    QSet<QString> m_around;           // whose elements are being counted
 };
 
 }  // namespace

@@ -46,9 +46,13 @@ QPictureDocument QPictureDocument::awaited(const UnsavedWork &work)
     return result;
 }
 
-QImage QPictureDocument::picture() const
+QImage QPictureDocument::picture() const { return pictureLater()(); }
+
+std::function<QImage()> QPictureDocument::pictureLater() const
 {
-    return m_Packed.isNull() ? m_Pixmap.toImage() : m_Packed.unpacked();
+    return [picture = m_Pixmap.toImage(), packed = m_Packed] {
+        return packed.isNull() ? picture : packed.unpacked();
+    };
 }
 
 void QPictureDocument::setPicture(QImage picture)

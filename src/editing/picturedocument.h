@@ -8,6 +8,7 @@
 #include <QPixmap>
 #include <QString>
 
+#include <functional>
 #include <map>
 #include <optional>
 
@@ -30,6 +31,8 @@ public:
 
     /// The picture without its shapes, packed or not; null where there is none.
     QImage picture() const;
+    /// The same for a worker: a large one takes its time to unpack.
+    std::function<QImage()> pictureLater() const;
     /// False for one that could not be read, or has still to be.
     bool hasPicture() const { return !m_Pixmap.isNull() || !m_Packed.isNull(); }
     void setPicture(QImage picture);

@@ -220,14 +220,20 @@ PictureRead readPicture(const QString &path, PictureProgress &progress, bool isO
 {
     PictureRead result;
     // A pipe would block, and what is asked of the path may be true of another file a moment later.
-    const int opened = open(QFile::encodeName(path).constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    const QByteArray name = QFile::encodeName(path);
+    struct stat state {
+    };
+    // To open it is enough for some devices to do something.
+    if (stat(name.constData(), &state) == 0 && !S_ISREG(state.st_mode)) {
+        result.failure = QCoreApplication::translate("QPictureDocument", "This is not a file.");
+        return result;
+    }
+    const int opened = open(name.constData(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
     if (opened < 0) {
         result.failure = qt_error_string(errno);
         result.file = FileIdentity::of(path);
         return result;
     }
-    struct stat state {
-    };
     const bool isRegular = fstat(opened, &state) == 0 && S_ISREG(state.st_mode);
     result.file = FileIdentity::of(opened);
     CountedFile file(progress);

@@ -16,6 +16,7 @@
 #include <cerrno>
 
 #include <sys/stat.h>
+#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
@@ -69,7 +70,7 @@ enum class State { Read, Damaged, Newer };
 State readState(const QByteArray &bytes, UnsavedWork &work)
 {
     const QJsonObject state = QJsonDocument::fromJson(bytes).object();
-    const int version = state[u"version"_s].toInt();
+    const double version = state[u"version"_s].toDouble();
     if (version > s_version)
         return State::Newer;
     const auto shapes = historyFromJson(state[u"shapes"_s].toArray());
@@ -106,7 +107,8 @@ QFileInfoList foldersIn(const QString &path)
 {
     QFileInfoList folders = QDir(path).entryInfoList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name);
     folders.removeIf([](const QFileInfo &folder) {
-        return folder.isSymLink() || folder.fileName() == s_damaged;
+        return folder.isSymLink() || folder.fileName() == s_damaged ||
+               folder.ownerId() != geteuid();
     });
     return folders;
 }
@@ -126,6 +128,10 @@ RecoveryFolder::Content RecoveryFolder::read() const
 {
     Content result;
     const QDir folder(m_path);
+    for (const QString &kept : {m_path, m_path + u'/' + s_damaged}) {
+        if (QFileInfo(kept).isDir())
+            makeFolder(kept);
+    }
     // What was removed had been saved or discarded.
     for (const QFileInfo &left :
          folder.entryInfoList({s_removed + u'*'}, QDir::Dirs | QDir::Hidden)) {
@@ -139,14 +145,18 @@ RecoveryFolder::Content RecoveryFolder::read() const
         // Made, and cut off before the first file was whole.
         if (!hasPicture && !hasState && folder.rmdir(name))
             continue;
-        Entry entry{.name = name};
+        Entry entry{.name = name, .hasPicture = hasPicture};
+        // Cut off between the two files: the picture is all there is.
+        entry.work.number = 0;
         State state = hasPicture ? State::Read : State::Damaged;
         if (hasState)
             state =
                 readState(contentOf(info.filePath() + s_state).value_or(QByteArray()), entry.work);
+        const bool isInFile =
+            entry.work.file && FileIdentity::of(entry.work.name) == entry.work.file;
         if (state == State::Newer) {
             result.newer.append(info.filePath());
-        } else if (state == State::Damaged || !hasPicture) {
+        } else if (state == State::Damaged || (!hasPicture && !isInFile)) {
             result.damaged.append(setAside(name));
         } else {
             if (!entry.work.origin.time.isValid())
@@ -160,10 +170,14 @@ RecoveryFolder::Content RecoveryFolder::read() const
     return result;
 }
 
-QImage RecoveryFolder::picture(const QString &entry) const
+QImage RecoveryFolder::picture(const Entry &entry) const
 {
+    if (!entry.hasPicture) {
+        PictureProgress progress;
+        return readPicture(entry.work.name, progress, true).picture;
+    }
     PictureProgress progress;
-    return readPicture(pathOf(entry) + s_picture, progress, true).picture;
+    return readPicture(pathOf(entry.name) + s_picture, progress, true).picture;
 }
 
 QString RecoveryFolder::setAside(const QString &entry) const
@@ -188,13 +202,17 @@ QString RecoveryFolder::newName()
            QString::number(s_last.fetchAndAddRelaxed(1));
 }
 
+QString RecoveryFolder::makeEntry(const QString &entry) const
+{
+    QString reason = makeFolder(m_path);
+    return reason.isEmpty() ? makeFolder(pathOf(entry)) : reason;
+}
+
 QString RecoveryFolder::writePicture(const QString &entry, const QImage &picture,
                                      PictureProgress &progress) const
 {
-    for (const QString &folder : {m_path, pathOf(entry)}) {
-        if (const QString reason = makeFolder(folder); !reason.isEmpty())
-            return reason;
-    }
+    if (const QString reason = makeEntry(entry); !reason.isEmpty())
+        return reason;
     const PictureWrite written = ::writePicture(picture, {}, pathOf(entry) + s_picture, "png",
                                                 s_quickly, progress, WholeFile::Readers::User);
     if (written.isWritten)
@@ -204,6 +222,8 @@ QString RecoveryFolder::writePicture(const QString &entry, const QImage &picture
 
 QString RecoveryFolder::writeWork(const QString &entry, const UnsavedWork &work) const
 {
+    if (const QString reason = makeEntry(entry); !reason.isEmpty())
+        return reason;
     WholeFile file(pathOf(entry) + s_state, WholeFile::Readers::User);
     return file.write(bytesOf(work)) ? QString() : file.error();
 }

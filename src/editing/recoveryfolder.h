@@ -40,7 +40,8 @@ public:
     explicit RecoveryFolder(QString path) : m_path(std::move(path)) {}
 
     struct Entry {
-        QString name{};  ///< of its folder
+        QString name{};           ///< of its folder
+        bool hasPicture = false;  ///< else it is in the file still, which nobody has changed
         UnsavedWork work{};
     };
     struct Content {
@@ -52,7 +53,7 @@ public:
     bool isEmpty() const;
     Content read() const;
     /// The picture of an entry. Null for one that is damaged, which is then to be set aside.
-    QImage picture(const QString &entry) const;
+    QImage picture(const Entry &entry) const;
     /// Takes an entry that can't be used out of the way, and gives the folder in which it is now.
     QString setAside(const QString &entry) const;
 
@@ -65,6 +66,7 @@ public:
     void remove(const QString &entry) const;
 
 private:
+    QString makeEntry(const QString &entry) const;
     QString pathOf(const QString &entry) const { return m_path + u'/' + entry; }
 
     QString m_path;

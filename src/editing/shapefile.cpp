@@ -172,7 +172,7 @@ std::optional<EditHistory> historyFromJson(const QJsonArray &shapes)
 {
     EditHistory result;
     result.reserve(shapes.size());
-    for (const QJsonValue &shape : shapes) {
+    for (const auto &shape : shapes) {
         Parts parts(shape.toObject());
         result.append(std::make_shared<const EditEntry>(entryFrom(parts)));
         if (!parts.areUsable())

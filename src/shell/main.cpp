@@ -25,6 +25,7 @@
 #include <QScopeGuard>
 
 #include <cstdio>
+#include <cstdlib>
 
 using namespace Qt::StringLiterals;
 
@@ -158,5 +159,7 @@ int main(int argc, char **argv)
     // The window has tried.
     if (const QString reason = SaveResourceFile(); !reason.isEmpty())
         tell(MainWindow::tr("The settings can't be saved: %1").arg(reason));
+    if (PictureJobs::isStuck())
+        std::_Exit(status);
     return status;
 }

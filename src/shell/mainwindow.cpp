@@ -88,6 +88,10 @@ MainWindow::MainWindow()
     SetAppActiveChangeCallback(ActiveCallBack);
 
     m_Jobs = std::make_unique<PictureJobs>(*services().clock, this);
+    connect(m_Jobs.get(), &PictureJobs::givenUp, this, [this](PictureJobs::Kind kind, int number) {
+        if (kind == PictureJobs::Kind::Read && isDocument(indexOf(number)))
+            dropDocument(indexOf(number));
+    });
     m_pProgress = new ProgressPlate(ui->tabWidget, *m_Jobs, *services().clock);
     packUnseen();
     setUpPictureArea();

@@ -266,7 +266,7 @@ private:
     void showMissingPicture();
     void removeClosedPages();
     std::optional<UnsavedWork> unsaved(int document) override;
-    QImage unsavedPicture(int document) override;
+    std::function<QImage()> unsavedPicture(int document) override;
     /// Something of the current document has changed.
     void touchRecovery();
     /// The document is new, saved or closed.
@@ -274,7 +274,7 @@ private:
     void bringBack(const RecoveryFolder::Content &content);
     /// Lets a worker read the picture of a document; "%1" in `text` becomes its name. `done` hears
     /// whether there is one.
-    void awaitPicture(int number, const QString &text,
+    void awaitPicture(int number, PictureJobs::Kind kind, const QString &text,
                       std::function<PictureRead(PictureProgress &)> read,
                       std::function<void(bool hasPicture)> done);
     void takePicture(int number, PictureRead read, const PackedPicture &packed);

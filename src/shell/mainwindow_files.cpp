@@ -5,13 +5,12 @@
 #include "config/settings.h"
 #include "config/texthelpers.h"
 #include "shell/copiedpicture.h"
+#include "shell/filedialogs.h"
 #include "shell/openfiles.h"
-#include "shell/savedialog.h"
 #include "ui_mainwindow.h"
 
 #include <QClipboard>
 #include <QDir>
-#include <QFileDialog>
 #include <QFileInfo>
 #include <QGuiApplication>
 #include <QMenu>
@@ -44,7 +43,9 @@ QMessageBox::StandardButton ask(QWidget *parent, const QString &text,
     box.setDefaultButton(QMessageBox::Cancel);
     // A picture's name may look like markup.
     box.setTextFormat(Qt::PlainText);
-    return static_cast<QMessageBox::StandardButton>(box.exec());
+    box.exec();
+    // One that was hidden, since the program is to end, has not been answered.
+    return box.clickedButton() ? box.standardButton(box.clickedButton()) : QMessageBox::Cancel;
 }
 
 // Some styles put a mnemonic of their own into a menu's texts.
@@ -113,30 +114,38 @@ bool MainWindow::SaveAsFile(int index)
 bool MainWindow::writeDocument(int index, const QString &path)
 {
     const int number = m_Documents[index].m_Number;
+    const bool waited = m_Jobs->find(PictureJobs::Kind::Write, number) != nullptr;
     if (!waitForJobs(number))
         return false;
     index = indexOf(number);
     QPictureDocument &document = m_Documents[index];
+    // The save that was waited for has done it all.
+    if (waited && path == document.m_FileName && !document.IsNewFile() && !document.m_Modified)
+        return true;
     // The editor has the shapes of the current document; the others have their own.
     if (index == m_CurDocument)
         parkHistory(document);
     const EditHistory shapes = document.m_VecUnDo;
-    const auto result = std::make_shared<PictureWrite>();
-    if (document.hasPicture()) {
-        const QString name = QFileInfo(path).fileName();
-        const auto job = m_Jobs->start(
-            PictureJobs::Kind::Write, number, tr("Saving \"%1\"...").arg(name),
-            [picture = document.picture(), shapes, path, result](PictureProgress &progress) {
-                *result = writePicture(picture, shapes, path, {}, -1, progress);
-            },
-            {});
-        if (!PictureJobs::waitFor(job))
-            return false;
-    } else {
-        result->failure =
+    if (!document.hasPicture()) {
+        const QString failure =
             document.m_Failure.isEmpty() ? tr("There is no picture.") : document.m_Failure;
+        return written(number, path, shapes, {.failure = failure});
     }
-    return written(number, path, shapes, *result);
+    struct Outcome {
+        PictureWrite result{};
+        bool isSaved = false;
+    };
+    const auto outcome = std::make_shared<Outcome>();
+    const auto job = m_Jobs->start(
+        PictureJobs::Kind::Write, number, tr("Saving \"%1\"...").arg(QFileInfo(path).fileName()),
+        [picture = document.pictureLater(), shapes, path, outcome](PictureProgress &progress) {
+            outcome->result = writePicture(picture(), shapes, path, {}, -1, progress);
+        },
+        // At once: whoever else waits for this save goes on before its own caller does.
+        [this, number, path, shapes, outcome] {
+            outcome->isSaved = written(number, path, shapes, outcome->result);
+        });
+    return PictureJobs::waitFor(job) && outcome->isSaved;
 }
 
 bool MainWindow::written(int number, const QString &path, const EditHistory &shapes,
@@ -218,9 +227,12 @@ void MainWindow::CloseFile(int index)
         index = indexOf(number);
         if (answer == QMessageBox::Cancel || !isDocument(index))
             return;
-        if (answer == QMessageBox::Save && !SaveFile(index))
+        if (answer == QMessageBox::Save) {
+            // What was drawn while the file was written is asked about.
+            if (SaveFile(index) && isDocument(indexOf(number)))
+                CloseFile(indexOf(number));
             return;
-        index = indexOf(number);
+        }
     }
     if (isDocument(index))
         dropDocument(index);
@@ -257,17 +269,24 @@ void MainWindow::forgetLastPicture()
 
 bool MainWindow::saveChanges()
 {
-    m_pEditor->EndEdit();
-    if (!HasModified(true))
-        return true;
-    showInFront();
-    const size_t asked = m_Documents.size();
-    const auto answer = ask(this, tr("Save all changes ?"), QMessageBox::SaveAll);
-    if (answer == QMessageBox::Cancel || (answer == QMessageBox::SaveAll && !SaveAllFiles()))
-        return false;
-    m_isDiscarded = answer == QMessageBox::Discard;
-    // A grab that arrived meanwhile has not been asked about.
-    return m_Documents.size() <= asked;
+    for (m_pEditor->EndEdit(); HasModified(true); m_pEditor->EndEdit()) {
+        showInFront();
+        QList<int> asked;
+        for (const QPictureDocument &document : m_Documents)
+            asked.append(document.m_Number);
+        const auto answer = ask(this, tr("Save all changes ?"), QMessageBox::SaveAll);
+        if (answer == QMessageBox::Cancel || (answer == QMessageBox::SaveAll && !SaveAllFiles()))
+            return false;
+        // A grab that arrived meanwhile has not been asked about; nor has what was drawn while the
+        // files were written.
+        m_isDiscarded =
+            answer == QMessageBox::Discard &&
+            std::all_of(m_Documents.begin(), m_Documents.end(),
+                        [&](const auto &document) { return asked.contains(document.m_Number); });
+        if (answer == QMessageBox::Discard)
+            return m_isDiscarded;
+    }
+    return true;
 }
 
 bool MainWindow::CloseAllFiles()
@@ -314,8 +333,7 @@ void MainWindow::OpenFile()
     if (selected.isEmpty())
         selected = filters;
     filters = GetMacFilter(filters) + u";;"_s;
-    const QStringList paths =
-        QFileDialog::getOpenFileNames(this, QString(), mediaDirectory(), filters, &selected);
+    const QStringList paths = askOpenFileNames(this, mediaDirectory(), filters, selected);
     if (paths.isEmpty())
         return;
     SetConfigString(u"MediaFilterIdx"_s, selected);
@@ -350,12 +368,7 @@ void MainWindow::openPictures(const QStringList &paths)
         const auto read = [path = m_Documents[i].m_FileName](PictureProgress &progress) {
             return readPicture(path, progress);
         };
-        awaitPicture(number, tr("Opening \"%1\"..."), read, [this, number](bool hasPicture) {
-            // Of one that can't be read the reason is shown. This one was given up.
-            const int index = indexOf(number);
-            if (!hasPicture && isDocument(index) && m_Documents[index].m_Failure.isEmpty())
-                dropDocument(index);
-        });
+        awaitPicture(number, PictureJobs::Kind::Read, tr("Opening \"%1\"..."), read, [](bool) {});
     }
 }
 

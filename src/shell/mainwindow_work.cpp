@@ -76,7 +76,7 @@ void MainWindow::bringBack(const RecoveryFolder::Content &content)
         QPictureDocument &document =
             m_Documents.emplace_back(QPictureDocument::awaited(entry.work));
         document.m_Modified = true;
-        m_Recovery->adopt(document.m_Number, entry.name);
+        m_Recovery->adopt(document.m_Number, entry.name, entry.hasPicture);
         // What is grabbed from now on gets a number of its own.
         if (document.IsNewFile()) {
             const auto [known, isNew] =
@@ -95,9 +95,9 @@ void MainWindow::bringBack(const RecoveryFolder::Content &content)
     for (int i = 0; i < content.entries.size(); ++i) {
         const int number = m_Documents[before + i].m_Number;
         const RecoveryFolder folder = m_Recovery->folder();
-        const QString entry = content.entries.at(i).name;
+        const RecoveryFolder::Entry &entry = content.entries.at(i);
         awaitPicture(
-            number, tr("Bringing back \"%1\"..."),
+            number, PictureJobs::Kind::Fetch, tr("Bringing back \"%1\"..."),
             [folder, entry](PictureProgress &) {
                 return PictureRead{.picture = folder.picture(entry)};
             },
@@ -105,9 +105,11 @@ void MainWindow::bringBack(const RecoveryFolder::Content &content)
                 const int index = indexOf(number);
                 if (hasPicture) {
                     ++returning->came;
+                    if (!entry.hasPicture)
+                        touchRecovery(number);
                 } else if (isDocument(index)) {
                     m_Recovery->release(number);
-                    returning->damaged.append(folder.setAside(entry));
+                    returning->damaged.append(folder.setAside(entry.name));
                     dropDocument(index);
                 }
                 if (--returning->expected == 0)
@@ -148,7 +150,11 @@ std::optional<UnsavedWork> MainWindow::unsaved(int document)
     return isUnsaved ? std::optional(work) : std::nullopt;
 }
 
-QImage MainWindow::unsavedPicture(int document) { return m_Documents[indexOf(document)].picture(); }
+std::function<QImage()> MainWindow::unsavedPicture(int document)
+{
+    const QPictureDocument &found = m_Documents[indexOf(document)];
+    return found.hasPicture() ? found.pictureLater() : nullptr;
+}
 
 void MainWindow::touchRecovery()
 {
@@ -164,7 +170,7 @@ void MainWindow::touchRecovery(int number)
         m_Recovery->touchAtOnce(number);
 }
 
-void MainWindow::awaitPicture(int number, const QString &text,
+void MainWindow::awaitPicture(int number, PictureJobs::Kind kind, const QString &text,
                               std::function<PictureRead(PictureProgress &)> read,
                               std::function<void(bool hasPicture)> done)
 {
@@ -177,7 +183,7 @@ void MainWindow::awaitPicture(int number, const QString &text,
     document.m_IsAwaited = true;
     const bool isSeen = indexOf(number) == m_CurDocument;
     m_Jobs->start(
-        PictureJobs::Kind::Read, number, text.arg(document.GetShowName()),
+        kind, number, text.arg(document.GetShowName()),
         [read = std::move(read), result, isSeen](PictureProgress &progress) {
             result->read = read(progress);
             // Who opens many looks at one.
@@ -218,6 +224,8 @@ bool MainWindow::waitForJobs(int number)
         if (!job)
             job = m_Jobs->find(PictureJobs::Kind::Read, number);
         if (!job)
+            job = m_Jobs->find(PictureJobs::Kind::Fetch, number);
+        if (!job)
             return isDocument(indexOf(number));
         if (!PictureJobs::waitFor(job))
             return false;
@@ -236,7 +244,7 @@ void MainWindow::packUnseen()
         const auto packed = std::make_shared<PackedPicture>();
         m_Jobs->start(
             PictureJobs::Kind::Pack, document.m_Number, {},
-            [picture = document.picture(), packed](PictureProgress &) {
+            [picture = document.m_Pixmap.toImage(), packed](PictureProgress &) {
                 *packed = PackedPicture(picture);
             },
             [this, number = document.m_Number, packed, now] {
@@ -265,7 +273,7 @@ void MainWindow::unpack(QPictureDocument &document)
         return;
     }
     awaitPicture(
-        document.m_Number, tr("Showing \"%1\"..."),
+        document.m_Number, PictureJobs::Kind::Fetch, tr("Showing \"%1\"..."),
         [packed = document.m_Packed](PictureProgress &) {
             return PictureRead{.picture = packed.unpacked()};
         },

@@ -13,13 +13,18 @@ namespace {
 // One that is looked at goes before those that are only tidied up.
 int priorityOf(PictureJobs::Kind kind) { return kind == PictureJobs::Kind::Pack ? 0 : 1; }
 
-constexpr int s_lookAgain = 20;  // ms
+constexpr int s_lookAgain = 20;    // ms
+constexpr int s_readers = 2;       // one that takes long does not keep the others waiting
+constexpr int s_patience = 2'000;  // ms
 
 }  // namespace
 
-PictureJobs::PictureJobs(const Clock &clock, QObject *parent) : QObject(parent), m_clock(clock)
+bool PictureJobs::s_isStuck = false;
+
+PictureJobs::PictureJobs(const Clock &clock, QObject *parent)
+    : QObject(parent), m_clock(clock), m_readers(std::make_unique<QThreadPool>())
 {
-    m_readers.setMaxThreadCount(1);
+    m_readers->setMaxThreadCount(s_readers);
     m_writers.setMaxThreadCount(1);
 }
 
@@ -27,8 +32,12 @@ PictureJobs::~PictureJobs()
 {
     for (const JobPtr &job : std::as_const(m_jobs))
         job->progress.isCancelled = true;
-    m_readers.waitForDone();
     m_writers.waitForDone();
+    // What is being drawn from a file that was made to take long can't be stopped.
+    if (!m_readers->waitForDone(s_patience)) {
+        s_isStuck = true;
+        m_readers.release();
+    }
 }
 
 PictureJobs::JobPtr PictureJobs::start(Kind kind, int document, const QString &text,
@@ -74,6 +83,12 @@ void PictureJobs::cancel(int document)
         if (job->document == document)
             job->progress.isCancelled = true;
     }
+}
+
+void PictureJobs::giveUp(Job &job)
+{
+    job.progress.isCancelled = true;
+    emit givenUp(job.kind, job.document);
 }
 
 // Loops may lie one in another, and each ends with its own job only, in whatever order they come.

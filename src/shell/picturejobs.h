@@ -20,7 +20,8 @@ class PictureJobs : public QObject
     Q_OBJECT
 
 public:
-    enum class Kind { Read, Write, Pack };
+    /// What is fetched is the program's own, and is not given up while its document is open.
+    enum class Kind { Read, Fetch, Write, Pack };
     struct Job {
         Kind kind = Kind::Read;
         int document = 0;  ///< its number
@@ -33,8 +34,10 @@ public:
 
     /// `clock` outlives this object.
     PictureJobs(const Clock &clock, QObject *parent);
-    /// Gives up what is under way, and waits for the workers.
+    /// Gives up what is under way, and waits for the workers, but not for ever for those that read.
     ~PictureJobs() override;
+    /// Whether a worker still reads for one that is gone: the process must end without clearing up.
+    static bool isStuck() { return s_isStuck; }
 
     /// `work` runs in a worker, and `done` on this thread afterwards, given up or not; what the one
     /// finds out for the other they share.
@@ -44,6 +47,8 @@ public:
     JobPtr find(Kind kind, int document) const;
     /// Gives up what is done for a document that is closed.
     void cancel(int document);
+    /// The user gives one up. A worker may take its time to hear of it.
+    void giveUp(Job &job);
     /// Waits with events running. False when the program has been told to end first; the job is
     /// given up then.
     static bool waitFor(const JobPtr &job);
@@ -51,12 +56,15 @@ public:
 signals:
     /// One has begun or is done.
     void changed();
+    void givenUp(PictureJobs::Kind kind, int document);
 
 private:
-    QThreadPool &poolFor(Kind kind) { return kind == Kind::Write ? m_writers : m_readers; }
+    QThreadPool &poolFor(Kind kind) { return kind == Kind::Write ? m_writers : *m_readers; }
+
+    static bool s_isStuck;
 
     const Clock &m_clock;
     QList<JobPtr> m_jobs{};  ///< in the order in which they began
-    QThreadPool m_readers;
+    std::unique_ptr<QThreadPool> m_readers;
     QThreadPool m_writers;  ///< a file to be saved does not wait for those that are being opened
 };

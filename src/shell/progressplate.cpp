@@ -48,7 +48,7 @@ protected:
 
 ProgressPlate::ProgressPlate(QWidget *area, PictureJobs &jobs, Clock &clock)
     : QWidget(area->parentWidget()), m_area(area), m_jobs(jobs), m_clock(clock),
-      m_text(new ElidedLabel), m_bar(new QProgressBar),
+      m_text(new ElidedLabel), m_bar(new QProgressBar), m_cancel(new PlateButton({})),
       m_escape(new QShortcut(Qt::Key_Escape, area->window()))
 {
     hide();
@@ -62,14 +62,13 @@ ProgressPlate::ProgressPlate(QWidget *area, PictureJobs &jobs, Clock &clock)
     m_bar->setStyleSheet(
         u"QProgressBar { border: none; border-radius: 3px; background: rgb(58, 66, 74); }"
         "QProgressBar::chunk { border-radius: 3px; background: rgb(61, 165, 244); }"_s);
-    auto *cancel = new PlateButton({});
-    cancel->setObjectName(u"BtnCancelProgress"_s);
-    cancel->setAccessibleName(tr("Cancel"));
-    cancel->setToolTip(tr("Cancel (Esc)"));
+    m_cancel->setObjectName(u"BtnCancelProgress"_s);
+    m_cancel->setAccessibleName(tr("Cancel"));
+    m_cancel->setToolTip(tr("Cancel (Esc)"));
     auto *top = new QHBoxLayout;
     top->setSpacing(s_gap);
     top->addWidget(m_text, 1);
-    top->addWidget(cancel);
+    top->addWidget(m_cancel);
     auto *rows = new QVBoxLayout(this);
     rows->setContentsMargins(s_padding, s_padding, s_padding, s_padding);
     rows->setSpacing(s_gap);
@@ -77,9 +76,9 @@ ProgressPlate::ProgressPlate(QWidget *area, PictureJobs &jobs, Clock &clock)
     rows->addWidget(m_bar);
     const auto giveUp = [this] {
         if (m_job)
-            m_job->progress.isCancelled = true;
+            m_jobs.giveUp(*m_job);
     };
-    connect(cancel, &QPushButton::clicked, this, giveUp);
+    connect(m_cancel, &QPushButton::clicked, this, giveUp);
     m_escape->setEnabled(false);
     connect(m_escape, &QShortcut::activated, this, giveUp);
     connect(&jobs, &PictureJobs::changed, this, &ProgressPlate::look);
@@ -97,6 +96,8 @@ void ProgressPlate::look()
     m_job = m_jobs.find(PictureJobs::Kind::Write, 0);
     if (!m_job && m_document != 0)
         m_job = m_jobs.find(PictureJobs::Kind::Read, m_document);
+    if (!m_job && m_document != 0)
+        m_job = m_jobs.find(PictureJobs::Kind::Fetch, m_document);
     if (m_job && !m_isLookDue) {
         m_isLookDue = true;
         m_clock.after(s_interval, this, [this] {
@@ -111,9 +112,11 @@ void ProgressPlate::look()
         m_bar->setAccessibleName(m_job->text);
         m_bar->setValue(m_job->progress.permille);
     }
-    if (isShown == m_escape->isEnabled())
+    const bool canCancel = isShown && m_job->kind != PictureJobs::Kind::Fetch;
+    m_escape->setEnabled(canCancel);
+    m_cancel->setVisible(canCancel);
+    if (isShown == isVisible())
         return;
-    m_escape->setEnabled(isShown);
     const bool hadFocus = isAncestorOf(window()->focusWidget());
     if (isShown) {
         fit();

@@ -4,6 +4,7 @@
 
 #include <QWidget>
 
+class PlateButton;
 class QLabel;
 class QProgressBar;
 class QShortcut;
@@ -36,6 +37,7 @@ private:
     Clock &m_clock;
     QLabel *m_text;
     QProgressBar *m_bar;
+    PlateButton *m_cancel;
     QShortcut *m_escape;
     PictureJobs::JobPtr m_job;  ///< that is told of
     int m_document = 0;

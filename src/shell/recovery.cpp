@@ -46,9 +46,9 @@ void Recovery::touchAtOnce(int document)
         flush();
 }
 
-void Recovery::adopt(int document, const QString &entry)
+void Recovery::adopt(int document, const QString &entry, bool hasPicture)
 {
-    m_items[document] = {.entry = entry, .hasPicture = true};
+    m_items[document] = {.entry = entry, .hasPicture = hasPicture};
 }
 
 void Recovery::release(int document) { m_items.erase(document); }
@@ -79,8 +79,12 @@ void Recovery::flush()
     // A document that has nothing unsaved has no item any more.
     for (auto at = m_items.begin(); at != m_items.end();) {
         auto &[document, item] = *at++;
-        if (item.isChanged)
-            write(document, item);
+        if (!item.isChanged)
+            continue;
+        write(document, item);
+        // One is enough to find out whether there is room again.
+        if (m_isPaused)
+            break;
     }
 }
 
@@ -99,21 +103,29 @@ void Recovery::write(int document, Item &item)
         m_items.erase(document);
         return;
     }
+    std::function<QImage()> picture;
+    if (!item.hasPicture)
+        picture = m_source.unsavedPicture(document);
+    item.isChanged = false;
+    // Without a picture there would be nothing to come back to.
+    if (!picture && !item.hasPicture)
+        return;
     if (item.entry.isEmpty())
         item.entry = RecoveryFolder::newName();
-    item.isChanged = false;
     item.writing = std::make_shared<PictureProgress>();
-    const QImage picture = item.hasPicture ? QImage() : m_source.unsavedPicture(document);
     m_workers.start([this, document, folder = m_folder, entry = item.entry, picture,
                      work = std::move(*work), progress = item.writing] {
+        // While the file is as it was, it has the picture.
         QString reason;
-        if (!picture.isNull())
-            reason = folder.writePicture(entry, picture, *progress);
+        if (picture && work.file)
+            reason = folder.writeWork(entry, work);
+        if (picture && reason.isEmpty())
+            reason = folder.writePicture(entry, picture(), *progress);
         if (reason.isEmpty())
             reason = folder.writeWork(entry, work);
         QMetaObject::invokeMethod(
             this,
-            [this, document, withPicture = !picture.isNull(), reason] {
+            [this, document, withPicture = bool(picture), reason] {
                 written(document, withPicture, reason);
             },
             Qt::QueuedConnection);

@@ -5,6 +5,7 @@
 #include <QObject>
 #include <QThreadPool>
 
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -26,8 +27,8 @@ public:
         virtual ~Source() = default;
         /// Nothing for one that is closed, or has nothing that is not saved.
         virtual std::optional<UnsavedWork> unsaved(int document) = 0;
-        /// Without its shapes. Never null for one that has something unsaved.
-        virtual QImage unsavedPicture(int document) = 0;
+        /// What gives the picture without its shapes, in a worker; null where there is none.
+        virtual std::function<QImage()> unsavedPicture(int document) = 0;
     };
 
     /// `source` and `clock` outlive this object.
@@ -41,7 +42,7 @@ public:
     /// The same, and not a moment later: it is new, saved or closed.
     void touchAtOnce(int document);
     /// A document that came back goes on with its entry.
-    void adopt(int document, const QString &entry);
+    void adopt(int document, const QString &entry, bool hasPicture);
     /// Knows no more of a document, and leaves its entry as it is.
     void release(int document);
     /// Everything is on the disk when this returns, or can't be written, or the time is over.

@@ -2,8 +2,9 @@
 
 #include <QAbstractButton>
 #include <QBoxLayout>
+#include <QComboBox>
 #include <QCoreApplication>
-#include <QEvent>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QMenu>
 #include <QPainter>
@@ -68,6 +69,13 @@ private:
     QColor m_color;
 };
 
+// After a menu a button takes itself to be under the pointer.
+void leave(QAbstractButton &button)
+{
+    QEvent event(QEvent::Leave);
+    QCoreApplication::sendEvent(&button, &event);
+}
+
 // A hint ends with two spaces and the keys; a menu shows these at its other side.
 QString itemText(const QAbstractButton &button)
 {
@@ -102,12 +110,36 @@ StripFold::StripFold(QWidget *strip, QList<Unit> units, const Look &look,
     // A hidden button's keys are nobody's.
     new QShortcut(look.keys, m_button, [this] { m_button->showMenu(); });
     connect(m_menu, &QMenu::aboutToShow, this, &StripFold::fillMenu);
-    connect(m_menu, &QMenu::aboutToHide, this, &StripFold::giveBack);
+    connect(m_menu, &QMenu::aboutToHide, this, [this] {
+        giveBack();
+        leave(*m_button);
+    });
     strip->installEventFilter(this);
+}
+
+// Up and down go through the items of the menu, and do not change what they pass.
+bool StripFold::passKey(QObject &widget, QKeyEvent &key)
+{
+    if (key.key() != Qt::Key_Up && key.key() != Qt::Key_Down)
+        return false;
+    if (key.modifiers() == Qt::NoModifier) {
+        m_menu->setFocus(Qt::OtherFocusReason);
+        QCoreApplication::sendEvent(m_menu, &key);
+        return true;
+    }
+    auto *box = qobject_cast<QComboBox *>(&widget);
+    if (box && key.modifiers() == Qt::AltModifier)
+        box->showPopup();
+    return box;
 }
 
 bool StripFold::eventFilter(QObject *watched, QEvent *event)
 {
+    if (watched != m_strip) {
+        const bool isKey = event->type() == QEvent::KeyPress;
+        return (isKey && passKey(*watched, *static_cast<QKeyEvent *>(event))) ||
+               QObject::eventFilter(watched, event);
+    }
     if (event->type() == QEvent::Resize)
         m_menu->close();
     // What stands in the menu is counted once it is back, which the strip hears of.
@@ -182,9 +214,7 @@ void StripFold::addItem(QAbstractButton &button)
     action->setChecked(isChosen);
     connect(action, &QAction::triggered, &button, [&button] {
         button.click();
-        // It takes itself to be under the pointer.
-        QEvent leave(QEvent::Leave);
-        QCoreApplication::sendEvent(&button, &leave);
+        leave(button);
     });
 }
 
@@ -204,6 +234,7 @@ void StripFold::addRow(QWidget &widget)
     line->addStretch();
     line->addWidget(&widget);
     widget.show();
+    widget.installEventFilter(this);
     // The arrow keys and Tab, which go through the items, reach the widget by it.
     row->setFocusPolicy(widget.focusPolicy());
     row->setFocusProxy(&widget);
@@ -217,6 +248,7 @@ void StripFold::giveBack()
     while (!m_borrowed.isEmpty()) {
         const Borrowed last = m_borrowed.takeLast();
         last.widget->hide();
+        last.widget->removeEventFilter(this);
         layout().insertWidget(last.index, last.widget, 0, last.alignment);
         // The layout shows what it takes in, later.
         last.widget->hide();

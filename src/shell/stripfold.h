@@ -9,6 +9,7 @@
 
 class QAbstractButton;
 class QBoxLayout;
+class QKeyEvent;
 class QMenu;
 class QPushButton;
 class QWidget;
@@ -52,6 +53,7 @@ private:
     void fillMenu();
     void addItem(QAbstractButton &button);
     void addRow(QWidget &widget);
+    bool passKey(QObject &widget, QKeyEvent &key);
     void giveBack();
 
     QWidget *m_strip;

@@ -97,7 +97,7 @@ Kept TestKills::kept() const
             continue;
         ++result.pictures;
         result.names.append(state[u"name"_s].toString());
-        for (const QJsonValue &shape : state[u"shapes"_s].toArray()) {
+        for (const QJsonValue shape : state[u"shapes"_s].toArray()) {
             const QString text = shape[u"text"_s].toString();
             if (text.isEmpty())
                 ++result.shapes;
@@ -189,7 +189,7 @@ void TestKills::killedAtAnyMoment()
     m_window = m_program->mainWindow().area;
     const QPoint middle = m_window.center();
     m_origin = middle;
-    QVERIFY(waitFor([&] { return isBlack(); }));
+    QVERIFY(waitFor([&] { return isBlack() && kept().pictures == 1; }));
     const QImage screen = m_desktop->screenshot();
     while (screen.pixel(m_origin - QPoint(1, 0)) == s_black)
         m_origin.rx() -= 1;

@@ -375,6 +375,13 @@ void TestDocument::refusedFiles_data()
         << drawing(R"(<g id="a"><use href="#b"/></g><g id="b"><use href="#a"/></g>)") << tooMuch;
     QTest::newRow("deep") << drawing(QByteArray("<g>").repeated(100'000)) << tooMuch;
     QTest::newRow("packed") << packed(drawing({})) << QString();
+    QByteArray chain;
+    for (int i = 0; i < 200; ++i)
+        chain += "<g id=\"g" + QByteArray::number(i) + "\"><use xlink:href=\"#g" +
+                 QByteArray::number(i + 1) + "\"/></g>";
+    QTest::newRow("uses of uses of uses") << drawing(chain) << tooMuch;
+    QTest::newRow("packed twice") << packed(packed(drawing("<image xlink:href=\"FIFO\"/>")))
+                                  << u"The drawing is damaged."_s;
     QTest::newRow("packed, refers") << packed(drawing("<use href=\"a.svg#b\"/>")) << outside;
     QTest::newRow("packed without an end")
         << packed(QByteArray(65 << 20, ' ')) << u"The drawing can't be unpacked or is too large."_s;

@@ -16,6 +16,7 @@ inline void awaitJobs(const MainWindow &window)
 {
     const auto *jobs = window.findChild<PictureJobs *>();
     QTRY_VERIFY(!jobs->find(PictureJobs::Kind::Read, 0) &&
+                !jobs->find(PictureJobs::Kind::Fetch, 0) &&
                 !jobs->find(PictureJobs::Kind::Write, 0) &&
                 !jobs->find(PictureJobs::Kind::Pack, 0));
 }

@@ -135,6 +135,7 @@ private slots:
     void freeNamesAreProposed();
     void filesAreKnown();
     void theWindowAnswersMeanwhile();
+    void questionsThatGoAwayDiscardNothing();
 
 private:
     QString at(const QString &name) const { return m_shell->folder.filePath(name); }
@@ -401,6 +402,11 @@ void TestPrompts::theWindowAnswersMeanwhile()
     const QByteArray before = contentOf(path);
     const auto *jobs = m_window->findChild<PictureJobs *>();
     const auto isSaving = [&] { return jobs->find(PictureJobs::Kind::Write, 0) != nullptr; };
+    const QObject here;
+    const std::function<void(const std::function<void()> &)> whenSaving =
+        [&](const std::function<void()> &run) {
+            QTimer::singleShot(1, &here, [&, run] { isSaving() ? run() : whenSaving(run); });
+        };
     LoopWatch watch;
     m_window->openPictures({path});
     awaitJobs(*m_window);
@@ -435,6 +441,48 @@ void TestPrompts::theWindowAnswersMeanwhile()
     QVERIFY(m_window->SaveFile());
     QVERIFY(!m_window->HasModified(false));
     QCOMPARE(QImage(path).pixelColor(5, 10), QColor(Qt::red));
+
+    // Who closes is asked once more about what was drawn while the file was written.
+    const auto drawWhileSaved = [&](QMessageBox::StandardButton save) {
+        PictureChanged(TPictureEditor::HistoryChange, 0);
+        answer(save, [&] {
+            whenSaving([&] {
+                shapes.prepend(shapes.first());
+                editor->setVecUnDo(&shapes);
+                PictureChanged(TPictureEditor::HistoryChange, 0);
+                answer(QMessageBox::Cancel, [] {});
+            });
+        });
+    };
+    drawWhileSaved(QMessageBox::SaveAll);
+    QVERIFY(!m_window->CloseAllFiles());
+    QCOMPARE(shapes.size(), 3);
+    drawWhileSaved(QMessageBox::Save);
+    m_window->CloseFile();
+    QCOMPARE(shapes.size(), 4);
+    QVERIFY(m_window->HasModified(false));
+}
+
+// The program may be told to end while it asks.
+void TestPrompts::questionsThatGoAwayDiscardNothing()
+{
+    markUp(at(u"a.png"_s));
+    const auto hideNext = [] {
+        QTimer::singleShot(10, [] { QApplication::activeModalWidget()->hide(); });
+    };
+    hideNext();
+    m_window->CloseFile();
+    hideNext();
+    QVERIFY(!m_window->CloseAllFiles());
+    QVERIFY(m_window->HasModified(false));
+    // What was told to be discarded, but not closed, is kept all the same.
+    const QString kept = at(u"recovery"_s);
+    m_window->startRecovery(kept);
+    PictureChanged(TPictureEditor::HistoryChange, 0);
+    answer(QMessageBox::Discard, [this] { m_window->NewDocument(picture(), {}); });
+    QVERIFY(!m_window->CloseAllFiles());
+    m_window->keepUnsaved();
+    QCOMPARE(QDir(kept).entryList(QDir::Dirs | QDir::NoDotAndDotDot).size(), 2);
 }
 
 QTEST_MAIN(TestPrompts)

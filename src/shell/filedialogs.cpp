@@ -1,4 +1,4 @@
-#include "shell/savedialog.h"
+#include "shell/filedialogs.h"
 
 #include "config/applicationrecord.h"
 #include "config/filters.h"
@@ -6,6 +6,7 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileDialog>
+#include <QFileIconProvider>
 #include <QFileInfo>
 #include <QMessageBox>
 #include <QRegularExpression>
@@ -16,6 +17,21 @@ namespace {
 
 // "png(*.png)" gives "png".
 QString formatOf(const QString &filter) { return filter.section(u'(', 0, 0).trimmed(); }
+
+// The toolkit's own looks into each file that the dialog lists, to tell what kind it is, and waits
+// for ever in one that is a pipe or a log of the system.
+class NameIcons : public QFileIconProvider
+{
+public:
+    QIcon icon(const QFileInfo &file) const override
+    {
+        return QFileIconProvider::icon(file.isDir() ? Folder : File);
+    }
+    QString type(const QFileInfo &file) const override
+    {
+        return file.isDir() ? QFileDialog::tr("Folder") : file.suffix().toUpper();
+    }
+};
 
 bool mayReplace(QWidget *parent, const QString &path)
 {
@@ -49,12 +65,28 @@ QString freeName(const QDir &folder, const QString &name, const QString &format)
 
 }  // namespace
 
+QStringList askOpenFileNames(QWidget *parent, const QString &folder, const QString &filters,
+                             QString &selected)
+{
+    NameIcons icons;
+    QFileDialog dialog(parent, QString(), folder, filters);
+    dialog.setIconProvider(&icons);
+    dialog.setFileMode(QFileDialog::ExistingFiles);
+    dialog.selectNameFilter(selected);
+    if (dialog.exec() != QDialog::Accepted)
+        return {};
+    selected = dialog.selectedNameFilter();
+    return dialog.selectedFiles();
+}
+
 QString askSaveFileName(QWidget *parent, const QString &path, const QString &filters,
                         QString &selected, bool mayExist)
 {
     const QString folder = QFileInfo(path).path();
+    NameIcons icons;
     QFileDialog dialog(parent, QString(), QDir(folder).exists() ? folder : QDir::homePath(),
                        filters);
+    dialog.setIconProvider(&icons);
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setFileMode(QFileDialog::AnyFile);
     const auto useEnding = [&dialog](const QString &filter) {

@@ -1,8 +1,14 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 class QWidget;
+
+/// Asks for pictures to open. `filters` are joined by ";;"; `selected` names one of them, and is
+/// replaced by the one that the user left. Empty when the user cancelled.
+QStringList askOpenFileNames(QWidget *parent, const QString &folder, const QString &filters,
+                             QString &selected);
 
 /// Asks for the file to save a picture in. `filters` are joined by ";;"; `selected` names one of
 /// them, and is replaced by the one that the user left. A name without the ending of a picture
