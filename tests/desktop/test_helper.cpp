@@ -519,6 +519,8 @@ void TestHelper::asksInBetween()
     hotKey(XK_s);
     QVERIFY(m_program->waitForTitle(s_untitled));
     QVERIFY(waitFor([&] { return m_desktop->activeTitle() == s_untitled; }));
+    // Until then the program brings its window to the front.
+    QVERIFY(m_program->waitForState(u"Idle"_s));
     m_desktop->click(m_viewport.topLeft() + QPoint(5, 5));
     m_desktop->movePointer(m_viewport.topLeft() + QPoint(5, 5));
     QVERIFY(waitFor([&] { return m_desktop->activeTitle() == u"long"; }));
