@@ -29,6 +29,7 @@ const QString s_picture = u"/picture.png"_s;
 const QString s_state = u"/state.json"_s;
 const QString s_damaged = u"damaged"_s;
 const QString s_removed = u".removed-"_s;
+const QString s_time = u"yyyyMMdd-HHmmss-zzz"_s;  // a name begins with when it was made
 
 QJsonObject toJson(const FileIdentity &file)
 {
@@ -113,6 +114,13 @@ QFileInfoList foldersIn(const QString &path)
     return folders;
 }
 
+QDateTime timeOf(const QString &entry)
+{
+    QDateTime time = QDateTime::fromString(entry.left(s_time.size()), s_time);
+    time.setTimeSpec(Qt::UTC);
+    return time;
+}
+
 QString makeFolder(const QString &path)
 {
     if (QDir().mkpath(path) && chmod(QFile::encodeName(path).constData(), S_IRWXU) == 0)
@@ -160,7 +168,7 @@ RecoveryFolder::Content RecoveryFolder::read() const
             result.damaged.append(setAside(name));
         } else {
             if (!entry.work.origin.time.isValid())
-                entry.work.origin.time = info.lastModified();
+                entry.work.origin.time = timeOf(name);
             result.entries.append(entry);
         }
     }
@@ -198,8 +206,8 @@ QString RecoveryFolder::setAside(const QString &entry) const
 QString RecoveryFolder::newName()
 {
     static QAtomicInteger<int> s_last;
-    return QDateTime::currentDateTimeUtc().toString(u"yyyyMMdd-HHmmss-zzz"_s) + u'-' +
-           QString::number(s_last.fetchAndAddRelaxed(1));
+    return QDateTime::currentDateTimeUtc().toString(s_time) + u'-' +
+           QString::number(s_last.fetchAndAddRelaxed(1)).rightJustified(4, u'0');
 }
 
 QString RecoveryFolder::makeEntry(const QString &entry) const

@@ -78,12 +78,14 @@ void Recovery::flush()
 {
     // A document that has nothing unsaved has no item any more.
     for (auto at = m_items.begin(); at != m_items.end();) {
-        auto &[document, item] = *at++;
+        const int document = at->first;
+        Item &item = at++->second;
         if (!item.isChanged)
             continue;
         write(document, item);
         // One is enough to find out whether there is room again.
-        if (m_isPaused)
+        const auto tried = m_items.find(document);
+        if (m_isPaused && tried != m_items.end() && tried->second.writing)
             break;
     }
 }
@@ -134,10 +136,15 @@ void Recovery::write(int document, Item &item)
 
 void Recovery::written(int document, bool withPicture, const QString &reason)
 {
-    Item &item = m_items.at(document);
+    const auto found = m_items.find(document);
+    if (found == m_items.end())
+        return;
+    Item &item = found->second;
     const bool isCancelled = std::exchange(item.writing, nullptr)->isCancelled;
+    bool isOwed = item.isChanged;
     if (reason.isEmpty()) {
         item.hasPicture = item.hasPicture || withPicture;
+        isOwed = isOwed || m_isPaused;
         resume();
     } else if (!isCancelled) {
         item.isChanged = true;
@@ -146,7 +153,7 @@ void Recovery::written(int document, bool withPicture, const QString &reason)
             emit paused(reason);
         return;
     }
-    if (item.isChanged && !m_isPaused)
+    if (isOwed && !m_isPaused)
         flush();
 }
 
