@@ -219,7 +219,7 @@ QString RecoveryFolder::makeEntry(const QString &entry) const
 QString RecoveryFolder::writePicture(const QString &entry, const QImage &picture,
                                      PictureProgress &progress) const
 {
-    if (const QString reason = makeEntry(entry); !reason.isEmpty())
+    if (QString reason = makeEntry(entry); !reason.isEmpty())
         return reason;
     const PictureWrite written = ::writePicture(picture, {}, pathOf(entry) + s_picture, "png",
                                                 s_quickly, progress, WholeFile::Readers::User);
@@ -230,7 +230,7 @@ QString RecoveryFolder::writePicture(const QString &entry, const QImage &picture
 
 QString RecoveryFolder::writeWork(const QString &entry, const UnsavedWork &work) const
 {
-    if (const QString reason = makeEntry(entry); !reason.isEmpty())
+    if (QString reason = makeEntry(entry); !reason.isEmpty())
         return reason;
     WholeFile file(pathOf(entry) + s_state, WholeFile::Readers::User);
     return file.write(bytesOf(work)) ? QString() : file.error();

@@ -36,7 +36,7 @@ PictureJobs::~PictureJobs()
     // What is being drawn from a file that was made to take long can't be stopped.
     if (!m_readers->waitForDone(s_patience)) {
         s_isStuck = true;
-        m_readers.release();
+        (void)m_readers.release();
     }
 }
 
