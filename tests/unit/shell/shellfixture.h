@@ -15,10 +15,9 @@
 inline void awaitJobs(const MainWindow &window)
 {
     const auto *jobs = window.findChild<PictureJobs *>();
-    QTRY_VERIFY(!jobs->find(PictureJobs::Kind::Read, 0) &&
-                !jobs->find(PictureJobs::Kind::Fetch, 0) &&
-                !jobs->find(PictureJobs::Kind::Write, 0) &&
-                !jobs->find(PictureJobs::Kind::Pack, 0));
+    QTRY_VERIFY(
+        !jobs->find(PictureJobs::Kind::Read, 0) && !jobs->find(PictureJobs::Kind::Fetch, 0) &&
+        !jobs->find(PictureJobs::Kind::Write, 0) && !jobs->find(PictureJobs::Kind::Pack, 0));
 }
 
 /// A main window, not shown, on a fake desktop, with a resource file of its own that is empty.
