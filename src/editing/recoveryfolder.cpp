@@ -11,6 +11,7 @@
 #include <QFileInfo>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QTimeZone>
 
 #include <algorithm>
 #include <cerrno>
@@ -116,9 +117,8 @@ QFileInfoList foldersIn(const QString &path)
 
 QDateTime timeOf(const QString &entry)
 {
-    QDateTime time = QDateTime::fromString(entry.left(s_time.size()), s_time);
-    time.setTimeSpec(Qt::UTC);
-    return time;
+    const QDateTime time = QDateTime::fromString(entry.left(s_time.size()), s_time);
+    return {time.date(), time.time(), QTimeZone::utc()};
 }
 
 QString makeFolder(const QString &path)
