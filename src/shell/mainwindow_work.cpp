@@ -209,10 +209,10 @@ void MainWindow::takePicture(int number, PictureRead read, const PackedPicture &
     document.m_Failure = read.failure;
     if (read.file)
         document.m_File = read.file;
-    if (packed.isNull())
-        document.setPicture(std::move(read.picture));
-    else
+    if (!packed.isNull())
         document.m_Packed = packed;
+    else if (!read.picture.isNull() || !document.hasPicture())
+        document.setPicture(std::move(read.picture));
     if (index == m_CurDocument)
         RedrawPicture();
 }
@@ -269,7 +269,9 @@ void MainWindow::unpack(QPictureDocument &document)
     if (document.m_Packed.isNull() || document.m_IsAwaited)
         return;
     if (pixelsOf(document.m_Packed.size()) <= s_quickPixels) {
-        document.setPicture(document.picture());
+        // Where there is no memory for it, it stays packed.
+        if (QImage picture = document.picture(); !picture.isNull())
+            document.setPicture(std::move(picture));
         return;
     }
     awaitPicture(

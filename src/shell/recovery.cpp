@@ -153,7 +153,9 @@ void Recovery::written(int document, bool withPicture, const QString &reason)
             emit paused(reason);
         return;
     }
-    if (isOwed && !m_isPaused)
+    if (isOwed && m_isPaused)
+        flushSoon(s_retry);
+    else if (isOwed)
         flush();
 }
 
