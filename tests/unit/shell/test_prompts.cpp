@@ -73,7 +73,12 @@ EditHistory redRectangle()
         EditEntry{RectShape{outline}, {.type = stateRect, .width = 3, .color = Qt::red}})};
 }
 
-constexpr qint64 s_heldUp = 100;  // ms
+// Milliseconds. Under the sanitizers memory alone is several times slower.
+#ifdef __SANITIZE_ADDRESS__
+constexpr qint64 s_heldUp = 400;
+#else
+constexpr qint64 s_heldUp = 100;
+#endif
 
 // The longest time in which the event loop did not turn. What this thread waited for a processor
 // does not count: others may be busy.
