@@ -266,7 +266,7 @@ Movement ScrollCapture::firstStep()
         return movement;
     // What is told about the area counts as far as the pixels agree.
     const QRect around = told.adjusted(-s_tolerance, -s_tolerance, s_tolerance, s_tolerance);
-    m_crop = !told.isEmpty() && around.contains(movement.moved)
+    m_crop = m_target.marked || (!told.isEmpty() && around.contains(movement.moved))
                  ? told
                  : scrollingArea(first, m_view, movement);
     m_rowsPerClick = movement.rows;

@@ -23,9 +23,11 @@ class ScrollCapture : public QObject
     Q_OBJECT
 public:
     struct Target {
-        int window = 0;   ///< in the window list
-        QRect area{};     ///< what is said to scroll, global; empty where nobody said
-        QPoint anchor{};  ///< a point of what scrolls, global
+        int window = 0;       ///< in the window list
+        QRect area{};         ///< what is said to scroll, global; empty where nobody said
+        QPoint anchor{};      ///< a point of what scrolls, global
+        bool marked = false;  ///< the user has said it, and means just that
+        bool across = false;  ///< also what lies beside the view
     };
     struct Result {
         QImage picture{};  ///< null where there is none
@@ -40,6 +42,8 @@ public:
     void keep() { m_stop = m_stop == Stop::None ? Stop::Keep : m_stop; }
     /// Ends run() without a picture. The content still goes back to where it was.
     void discard() { m_stop = m_stop == Stop::None ? Stop::Discard : m_stop; }
+    /// What there is so far, no larger than a box, for a look.
+    QImage overview(QSize box) const { return m_stitcher.overview(box); }
     /// Ends run() at once, and leaves everything as it is.
     void abandon() { m_stop = Stop::Abandon; }
 

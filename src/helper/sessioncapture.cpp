@@ -4,20 +4,14 @@
 #include "helper/scrollcapture.h"
 #include "platform/services.h"
 
-#include <QCoreApplication>
 #include <QLocale>
-#include <QPointer>
 
 #include <memory>
 #include <utility>
 
 namespace {
 
-// Milliseconds.
-constexpr int s_noteTime = 4000;
-constexpr int s_followInterval = 100;
-
-QPointer<HintPlate> s_note;  // while it is shown; owned by itself
+constexpr int s_followInterval = 100;  // ms
 
 }  // namespace
 
@@ -46,15 +40,24 @@ void SessionCapture::start()
             return;
         }
         choice = overlay.choice();
-        if (choice && !choice->content)
+        if (choice && choice->way == SessionOverlay::Way::Window)
             window = overlay.getPixmap(nullptr).toImage();
     }
-    if (choice && choice->content)
+    if (choice && choice->way != SessionOverlay::Way::Window)
         takeContent(*choice);
     else if (window.isNull())
         emit failed(NoWindow, tr("There is no such window any more"));
     else
         emit taken(window);
+}
+
+// Where the picture ends, for a user who has to know whether what matters is on it.
+QString SessionCapture::told(const ScrollCapture::Result &result)
+{
+    if (result.note.isEmpty())
+        return {};
+    return tr("%1. The picture ends at row %2.")
+        .arg(result.note, QLocale().toString(result.picture.height()));
 }
 
 void SessionCapture::takeContent(const SessionOverlay::Choice &choice)
@@ -63,13 +66,13 @@ void SessionCapture::takeContent(const SessionOverlay::Choice &choice)
     m_panel->addLine(tr("Return"), tr("keeps what there is"));
     m_panel->addLine(tr("Escape"), tr("gives up"));
     const QRect beside = choice.window.bounds.toRect();
-    ScrollCapture scroll(
-        {.window = choice.window.number, .area = choice.area, .anchor = choice.pointer});
+    ScrollCapture scroll({.window = choice.window.number,
+                          .area = choice.area,
+                          .anchor = choice.pointer,
+                          .marked = choice.marked,
+                          .across = choice.across});
     connect(&scroll, &ScrollCapture::progressed, m_panel.get(),
-            [this, beside](const QString &text) {
-                m_panel->setHeadline(text);
-                m_panel->showBeside(beside);
-            });
+            [this, beside](const QString &text) { showPanel(text, beside); });
     // From then on nothing is to be decided any more, and the keys are the user's again.
     connect(&scroll, &ScrollCapture::puttingBack, this, [this] {
         letKeysGo();
@@ -85,15 +88,22 @@ void SessionCapture::takeContent(const SessionOverlay::Choice &choice)
     if (m_aborted)
         return;
     letKeysGo();
-    if (!result.picture.isNull() && !result.note.isEmpty())
-        leaveNote(result.note, result.picture.height(), choice.pointer);
     m_panel.reset();
     if (!result.picture.isNull())
-        emit taken(std::exchange(result.picture, {}));
+        emit taken(std::exchange(result.picture, {}), told(result));
     else if (!result.note.isEmpty())
         emit failed(NoPicture, result.note);
     else
         emit ended();
+}
+
+void SessionCapture::showPanel(const QString &text, const QRect &beside)
+{
+    m_panel->setHeadline(text);
+    const QImage seen = m_scroll ? m_scroll->overview(m_panel->pictureBox()) : QImage();
+    if (!seen.isNull())
+        m_panel->setPicture(seen, tr("What has been taken so far"), text);
+    m_panel->showBeside(beside);
 }
 
 // Escape and Return are heard wherever the user has left the keyboard, and in the window that
@@ -136,21 +146,6 @@ void SessionCapture::letKeysGo()
     m_wantsKeys = false;
     watchKeys(false);
 }
-
-// The picture is on its way; what is to be said about it stays for a while, and goes with the
-// program at the latest.
-void SessionCapture::leaveNote(const QString &note, int rows, QPoint at)
-{
-    m_panel->clearLines();
-    m_panel->setHeadline(tr("%1 (%2 pixels were taken)").arg(note, QLocale().toString(rows)));
-    m_panel->hide();
-    m_panel->showAtFoot(at);
-    s_note = m_panel.release();
-    services().clock->after(s_noteTime, s_note, [note = s_note] { note->deleteLater(); });
-    connect(qApp, &QCoreApplication::aboutToQuit, s_note, &QObject::deleteLater);
-}
-
-void SessionCapture::dropNote() { delete s_note; }
 
 // Questions that the program asks now must get the keys, and must not be covered.
 void SessionCapture::abort()

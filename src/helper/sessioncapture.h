@@ -1,12 +1,12 @@
 #pragma once
 
 #include "helper/helperjob.h"
+#include "helper/scrollcapture.h"
 #include "helper/sessionoverlay.h"
 
 #include <memory>
 
 class HintPlate;
-class ScrollCapture;
 
 /// Lets the user point at a window, and takes it, or all that scrolls in it.
 class SessionCapture : public HelperJob
@@ -16,16 +16,14 @@ public:
     SessionCapture();
     ~SessionCapture() override;
 
-    /// Takes what the last one had to say off the screen: another grab begins.
-    static void dropNote();
-
 protected:
     void start() override;
     void abort() override;
 
 private:
-    void leaveNote(const QString &note, int rows, QPoint at);
     void takeContent(const SessionOverlay::Choice &choice);
+    static QString told(const ScrollCapture::Result &result);
+    void showPanel(const QString &text, const QRect &beside);
 
     void followFront();
     void watchKeys(bool watch);

@@ -1,5 +1,7 @@
 #include "helper/stitcher.h"
 
+#include "helper/overview.h"
+
 #include <algorithm>
 #include <cstring>
 #include <unordered_map>
@@ -244,4 +246,11 @@ QImage ScrollStitcher::finish()
     uchar *pixels = m_pixels.release();
     return QImage(pixels, width, std::exchange(m_end, 0), qsizetype{width} * 4, format, std::free,
                   pixels);
+}
+
+QImage ScrollStitcher::overview(QSize box) const
+{
+    return sampledOverview({m_last.width(), rows()}, box, [this](int x, int y) {
+        return (y < m_end ? row(y) : lineOf(m_last, y - m_offset))[x];
+    });
 }
