@@ -153,17 +153,21 @@ void HintPlate::showBeside(const QRect &area)
     showAt(place(fitted(), area, services().windows->screens()));
 }
 
-void HintPlate::showOutside(const QRect &area)
+void HintPlate::showOutside(const QRect &area, const QRect &window)
 {
     const QList<QRect> screens = services().windows->screens();
-    for (const bool brief : {false, true}) {
-        setBrief(brief);
-        if (const auto corner = placeOutside(fitted(), area, screens)) {
-            showAt(*corner);
-            return;
-        }
+    setBrief(false);
+    auto corner = placeOutside(fitted(), area | window, screens);
+    if (!corner)
+        corner = placeOutside(fitted(), area, screens);
+    if (!corner) {
+        setBrief(true);
+        corner = placeOutside(fitted(), area, screens);
     }
-    hide();
+    if (corner)
+        showAt(*corner);
+    else
+        hide();
 }
 
 void HintPlate::setBrief(bool brief)

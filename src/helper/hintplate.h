@@ -30,9 +30,10 @@ public:
     /// Shows a plate without a parent near a rectangle, on its screen, where it covers least of it.
     /// Global device pixels.
     void showBeside(const QRect &area);
-    /// The same where it covers nothing of the rectangle: with its headline alone where there is no
-    /// more room, and not at all where there is none.
-    void showOutside(const QRect &area);
+    /// The same where it covers nothing of the rectangle, and of the window that this lies in if
+    /// there is room: with its headline alone where there is no more, and not at all where there is
+    /// none.
+    void showOutside(const QRect &area, const QRect &window);
 
     /// The place for a box of `size` beside `area`: outside of it where a screen has room, else in
     /// its top right corner. Global device pixels.

@@ -1,5 +1,6 @@
 #include "helper/sessioncapture.h"
 
+#include "helper/handcapture.h"
 #include "helper/hintplate.h"
 #include "helper/scrollcapture.h"
 #include "platform/services.h"
@@ -12,6 +13,25 @@
 namespace {
 
 constexpr int s_followInterval = 100;  // ms
+
+ScrollCapture::Target targetOf(const SessionOverlay::Choice &choice)
+{
+    return {.window = choice.window.number,
+            .area = choice.area,
+            .anchor = choice.pointer,
+            .marked = choice.marked,
+            .across = choice.across};
+}
+
+// What there is so far beside what is told of it.
+template<typename Capture>
+void tellOn(HintPlate &panel, const Capture &capture, const QString &text)
+{
+    panel.setHeadline(text);
+    const QImage seen = capture.overview(panel.pictureBox());
+    if (!seen.isNull())
+        panel.setPicture(seen, SessionCapture::tr("What has been taken so far"), text);
+}
 
 }  // namespace
 
@@ -43,67 +63,83 @@ void SessionCapture::start()
         if (choice && choice->way == SessionOverlay::Way::Window)
             window = overlay.getPixmap(nullptr).toImage();
     }
-    if (choice && choice->way != SessionOverlay::Way::Window)
+    if (choice && choice->way == SessionOverlay::Way::Content)
         takeContent(*choice);
+    else if (choice && choice->way == SessionOverlay::Way::Hands)
+        takeScrolledByHand(*choice);
     else if (window.isNull())
         emit failed(NoWindow, tr("There is no such window any more"));
     else
         emit taken(window);
 }
 
-// Where the picture ends, for a user who has to know whether what matters is on it.
-QString SessionCapture::told(const ScrollCapture::Result &result)
-{
-    if (result.note.isEmpty())
-        return {};
-    return tr("%1. The picture ends at row %2.")
-        .arg(result.note, QLocale().toString(result.picture.height()));
-}
-
-void SessionCapture::takeContent(const SessionOverlay::Choice &choice)
+void SessionCapture::openPanel()
 {
     m_panel = std::make_unique<HintPlate>(nullptr);
     m_panel->addLine(tr("Return"), tr("keeps what there is"));
     m_panel->addLine(tr("Escape"), tr("gives up"));
-    const QRect beside = choice.window.bounds.toRect();
-    ScrollCapture scroll({.window = choice.window.number,
-                          .area = choice.area,
-                          .anchor = choice.pointer,
-                          .marked = choice.marked,
-                          .across = choice.across});
+}
+
+template<typename Capture>
+ScrollCapture::Result SessionCapture::run(Capture &capture, const WindowServer::Entry &window)
+{
+    m_process = window.process;
+    m_wantsKeys = true;
+    m_keep = [&capture] { capture.keep(); };
+    m_discard = [&capture] { capture.discard(); };
+    m_abandon = [&capture] { capture.abandon(); };
+    followFront();
+    emit scrolls();
+    ScrollCapture::Result result = capture.run();
+    m_keep = m_discard = m_abandon = nullptr;
+    return result;
+}
+
+void SessionCapture::takeContent(const SessionOverlay::Choice &choice)
+{
+    openPanel();
+    ScrollCapture scroll(targetOf(choice));
     connect(&scroll, &ScrollCapture::progressed, m_panel.get(),
-            [this, beside](const QString &text) { showPanel(text, beside); });
+            [this, &scroll, beside = choice.window.bounds.toRect()](const QString &text) {
+                tellOn(*m_panel, scroll, text);
+                m_panel->showBeside(beside);
+            });
     // From then on nothing is to be decided any more, and the keys are the user's again.
     connect(&scroll, &ScrollCapture::puttingBack, this, [this] {
         letKeysGo();
         emit putsBack();
     });
-    m_process = choice.window.process;
-    m_wantsKeys = true;
-    m_scroll = &scroll;
-    followFront();
-    emit scrolls();
-    ScrollCapture::Result result = scroll.run();
-    m_scroll = nullptr;
+    ScrollCapture::Result result = run(scroll, choice.window);
+    // The user has to know whether what matters is on it.
+    if (!result.note.isEmpty() && !result.picture.isNull())
+        result.note = tr("%1. The picture ends at row %2.")
+                          .arg(result.note, QLocale().toString(result.picture.height()));
+    deliver(std::move(result));
+}
+
+void SessionCapture::takeScrolledByHand(const SessionOverlay::Choice &choice)
+{
+    openPanel();
+    HandCapture hands(targetOf(choice));
+    connect(&hands, &HandCapture::progressed, m_panel.get(), [this, &hands](const QString &text) {
+        tellOn(*m_panel, hands, text);
+        m_panel->showOutside(hands.area(), hands.window());
+    });
+    deliver(run(hands, choice.window));
+}
+
+void SessionCapture::deliver(ScrollCapture::Result result)
+{
     if (m_aborted)
         return;
     letKeysGo();
     m_panel.reset();
     if (!result.picture.isNull())
-        emit taken(std::exchange(result.picture, {}), told(result));
+        emit taken(std::exchange(result.picture, {}), result.note);
     else if (!result.note.isEmpty())
         emit failed(NoPicture, result.note);
     else
         emit ended();
-}
-
-void SessionCapture::showPanel(const QString &text, const QRect &beside)
-{
-    m_panel->setHeadline(text);
-    const QImage seen = m_scroll ? m_scroll->overview(m_panel->pictureBox()) : QImage();
-    if (!seen.isNull())
-        m_panel->setPicture(seen, tr("What has been taken so far"), text);
-    m_panel->showBeside(beside);
 }
 
 // Escape and Return are heard wherever the user has left the keyboard, and in the window that
@@ -131,13 +167,10 @@ void SessionCapture::watchKeys(bool watch)
         return;
     }
     services().keys->start({Qt::Key_Escape, Qt::Key_Return}, [this](Qt::Key key) {
-        if (!m_scroll || !m_wantsKeys)
+        if (!m_keep || !m_wantsKeys)
             return;
         letKeysGo();
-        if (key == Qt::Key_Return)
-            m_scroll->keep();
-        else
-            m_scroll->discard();
+        (key == Qt::Key_Return ? m_keep : m_discard)();
     });
 }
 
@@ -153,9 +186,9 @@ void SessionCapture::abort()
     m_aborted = true;
     if (m_overlay)
         m_overlay->reject();
-    if (!m_scroll)
+    if (!m_abandon)
         return;
-    m_scroll->abandon();
+    m_abandon();
     letKeysGo();
     m_panel->hide();
 }

@@ -75,6 +75,7 @@ void SessionOverlay::tellKeys()
         m_hint->addLine(tr("Ctrl+click, Return"), tr("takes all that scrolls in it, by the wheel"));
     }
     m_hint->addLine(tr("Shift held"), tr("also what lies beside the view"));
+    m_hint->addLine(tr("H"), tr("takes what you scroll with your own hands"));
     m_hint->addLine(tr("Drag"), m_markedWindow ? tr("marks another part of a window")
                                                : tr("marks the part of a window that scrolls"));
     m_hint->addLine(tr("Escape"), tr("gives up"));
@@ -104,7 +105,7 @@ bool SessionOverlay::eventFilter(QObject *watched, QEvent *event)
             return true;
         break;
     case QEvent::MouseMove:
-        dragged(*static_cast<QMouseEvent *>(event));
+        dragged();
         break;
     case QEvent::MouseButtonRelease:
         released(*static_cast<QMouseEvent *>(event));
@@ -112,10 +113,10 @@ bool SessionOverlay::eventFilter(QObject *watched, QEvent *event)
     case QEvent::KeyPress: {
         const auto &key = *static_cast<QKeyEvent *>(event);
         const bool isReturn = key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter;
-        if (!isReturn)
+        if (!isReturn && key.key() != Qt::Key_H)
             break;
         if (!m_isPressed)
-            choose(Way::Content, key.modifiers());
+            choose(isReturn ? Way::Content : Way::Hands, key.modifiers());
         return true;
     }
     default:
@@ -137,9 +138,9 @@ bool SessionOverlay::pressed(const QMouseEvent &event)
     return true;
 }
 
-void SessionOverlay::dragged(const QMouseEvent &event)
+void SessionOverlay::dragged()
 {
-    if (!m_isPressed || !(event.buttons() & Qt::LeftButton) || !m_pressedWindow)
+    if (!m_isPressed || !m_pressedWindow)
         return;
     const QPoint way = pointer() - m_pressedAt;
     const qreal started = QApplication::startDragDistance() * devicePixelRatioF();
@@ -158,6 +159,8 @@ void SessionOverlay::released(const QMouseEvent &event)
 {
     if (event.button() != Qt::LeftButton || !m_isPressed)
         return;
+    // The last of the way may be told by the release alone.
+    dragged();
     if (!m_isDragged) {
         // What can't be taken is not accepted.
         const bool isContent = m_pressedKeys & Qt::ControlModifier;

@@ -16,8 +16,9 @@ public:
     ~SessionOverlay() override;
 
     enum class Way {
-        Window,  ///< the window as it is
-        Content  ///< what scrolls in it, by the wheel
+        Window,   ///< the window as it is
+        Content,  ///< what scrolls in it, by the wheel
+        Hands     ///< the same, scrolled by the user
     };
     struct Choice {
         WindowServer::Entry window{};
@@ -42,7 +43,7 @@ private:
     void setScrollingArea(const QRect &global);
     void choose(Way way, Qt::KeyboardModifiers modifiers);
     bool pressed(const QMouseEvent &event);
-    void dragged(const QMouseEvent &event);
+    void dragged();
     void released(const QMouseEvent &event);
     void unmark();
     void tellKeys();
