@@ -1,5 +1,6 @@
 #include "helper/stitcher.h"
 
+#include "helper/overview.h"
 #include "helper/pixelrows.h"
 
 #include <algorithm>
@@ -268,4 +269,11 @@ QImage ScrollStitcher::finish(const QImage &above, const QImage &below)
     uchar *pixels = m_pixels.release();
     return QImage(pixels, width, std::exchange(m_end, 0), qsizetype{width} * 4, format, std::free,
                   pixels);
+}
+
+QImage ScrollStitcher::overview(QSize box) const
+{
+    return sampledOverview({m_last.width(), rows()}, box, [this](int x, int y) {
+        return (y < m_end ? row(y) : pixelRow(m_last, y - m_offset))[x];
+    });
 }
