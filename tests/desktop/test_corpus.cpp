@@ -21,7 +21,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-const QString s_untitled = u"untitled * - Snap Workbench"_s;
 const QRect s_mainPlace(1430, 60, 950, 650);
 const QPoint s_otherPlace(60, 50);  // and clear of the main window
 constexpr int s_captureLimit = 120000;
@@ -354,13 +353,16 @@ void TestCorpus::takesAll()
     clock.start();
     m_desktop->key(XK_Return);
     QVERIFY(m_program->waitForState(u"Scrolling"_s));
-    QVERIFY(m_program->waitForState(u"Idle"_s, s_captureLimit));
+    const bool isDone = m_program->waitForState(u"Idle"_s, s_captureLimit);
     const double seconds = static_cast<double>(clock.elapsed()) / 1000;
     const QDir kept(qEnvironmentVariable("SNAP_PICTURES"));
     const QString name = one.name().replace(u", "_s, u"-"_s).replace(u' ', u'_');
     if (qEnvironmentVariableIsSet("SNAP_PICTURES"))
         m_desktop->screenshot().save(kept.filePath(name + u"-screen.png"_s));
-    QVERIFY(waitFor([&] { return m_desktop->activeTitle() == s_untitled; }));
+    QVERIFY(isDone);
+    if (!waitFor([&] { return m_desktop->activeTitle().startsWith(u"untitled"); }))
+        qWarning() << m_desktop->activeTitle() << m_program->mainWindow().title;
+    QVERIFY(waitFor([&] { return m_desktop->activeTitle().startsWith(u"untitled"); }));
     const QImage picture = m_program->saveAs(m_desktop->home() + u"/%1.png"_s.arg(index));
     QVERIFY(!picture.isNull());
     if (qEnvironmentVariableIsSet("SNAP_PICTURES"))
