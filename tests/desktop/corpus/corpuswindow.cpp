@@ -235,7 +235,8 @@ int main(int argc, char **argv)
     column->addWidget(area, 1);
     if (s_options.contains(u"status"_s))
         column->addWidget(new QLabel(u"That many entries"_s));
-    window.resize(number(u"width"_s, 640), number(u"height"_s, 520));
+    // A list is much wider than its text, as in file managers.
+    window.resize(qobject_cast<QListWidget *>(area) ? 1200 : 640, 520);
     QObject::connect(area->verticalScrollBar(), &QScrollBar::valueChanged, &window, [&](int value) {
         if (value >= s_menuAfter)
             openMenu(window);

@@ -6,9 +6,9 @@ corpuswindow.py gtk3|gtk4 list|table|zebra|tree|editor [OPTION...]
 corpuswindow.py gtk3 web [OPTION...]
 corpuswindow.py page FILE [OPTION...]      writes the page of "web" for any browser
 
-The options: rows=N, width=PIXELS, height=PIXELS, mark=ROW (selected, or with the caret),
-banner and status (above and below the view), menu (opens by itself after some way, for a while),
-bar (a scroll bar with a place of its own), smooth (the page scrolls in small steps).
+The options: rows=N, mark=ROW (selected, or with the caret), banner and status (above and
+below the view), menu (opens by itself after some way, for a while), bar (a scroll bar with a place of
+its own), smooth (the page scrolls in small steps).
 """
 
 import base64
@@ -154,7 +154,8 @@ def gtk4_list_view():
         def set_up(_factory, item):
             box = Gtk.Box(spacing=8)
             for part in parts:
-                box.append(Gtk.Picture(can_shrink=False, valign=Gtk.Align.CENTER)
+                box.append(Gtk.Picture(can_shrink=False, valign=Gtk.Align.CENTER,
+                                       content_fit=Gtk.ContentFit.SCALE_DOWN)
                            if part == "code" else Gtk.Label(xalign=0))
             if kind == "tree":
                 item.set_child(Gtk.TreeExpander(child=box))
@@ -247,7 +248,8 @@ def open_menu(adjustment):
 
 
 window = Gtk.Window(title="corpus")
-window.set_default_size(int(options.get("width", 640)), int(options.get("height", 520)))
+# A list is much wider than its text, as in file managers.
+window.set_default_size(1200 if kind == "list" else 640, 520)
 outside = Gtk.Box(orientation=Gtk.Orientation.VERTICAL)
 if "banner" in options:
     pack(outside, Gtk.Label(label="Something to be told, above what scrolls", height_request=40))
