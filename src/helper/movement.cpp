@@ -177,6 +177,7 @@ private:
     void vote(const Band &band);
     void compare(const Band &band, int distance);
     void tally(const std::vector<int> &bands, int distance);
+    std::pair<int, int> bestRun(int from, int to) const;
     std::pair<int, int> solidPart(int distance) const;
     Counts countIn(int band, int distance, int first, int last);
     int unexplained(const Fit &fit) const;
@@ -419,16 +420,16 @@ void Pair::tally(const std::vector<int> &bands, int distance)
     }
 }
 
-// The rows that, taken together, speak most for the distance, begun and ended by rows that tell.
-std::pair<int, int> Pair::solidPart(int distance) const
+// The rows from `from` to before `to` that, taken together, speak most for the distance, begun and
+// ended by rows that tell. Empty where none does.
+std::pair<int, int> Pair::bestRun(int from, int to) const
 {
-    const int rows = m_height - distance;
     qint64 best = 0;
     qint64 sum = 0;
-    int first = 0;
-    int bestFirst = 0;
-    int bestLast = 0;
-    for (int y = 0; y < rows; ++y) {
+    int first = from;
+    int bestFirst = from;
+    int bestLast = from;
+    for (int y = from; y < to; ++y) {
         if (sum <= 0) {
             sum = 0;
             first = y;
@@ -445,8 +446,26 @@ std::pair<int, int> Pair::solidPart(int distance) const
         ++bestFirst;
     while (bestFirst < bestLast && !tells(bestLast - 1))
         --bestLast;
+    return {bestFirst, bestLast};
+}
+
+// What moved by the distance. A row that is hovered, or an animation, may lie in its midst: beyond
+// it the rows go on that moved just as far, and say so often enough by themselves.
+std::pair<int, int> Pair::solidPart(int distance) const
+{
+    const auto isOfWeight = [&](const std::pair<int, int> &run) {
+        return std::accumulate(m_telling.begin() + run.first, m_telling.begin() + run.second, 0) >=
+               s_enough;
+    };
+    const int rows = m_height - distance;
+    std::pair<int, int> part = bestRun(0, rows);
+    for (auto above = bestRun(0, part.first); isOfWeight(above); above = bestRun(0, part.first))
+        part.first = above.first;
+    for (auto below = bestRun(part.second, rows); isOfWeight(below);
+         below = bestRun(part.second, rows))
+        part.second = below.second;
     // The last turn may be one from the content's end to an equally plain footer.
-    return {bestFirst, bestLast - 1};
+    return {part.first, part.second - 1};
 }
 
 Counts Pair::countIn(int index, int distance, int first, int last)
@@ -495,35 +514,25 @@ int Pair::unexplained(const Fit &fit) const
 std::optional<Fit> Pair::fit(int distance, bool inSpots)
 {
     Fit fit{.rows = distance, .unique = m_unique[distance]};
-    std::vector<int> all(m_bands.size());
-    std::iota(all.begin(), all.end(), 0);
-    tally(all, distance);
-    std::tie(fit.first, fit.last) = solidPart(distance);
-    if (fit.last <= fit.first)
-        return {};
-
-    for (const int band : all) {
-        const Counts counts = countIn(band, distance, fit.first, fit.last);
-        if (counts.telling > 0 && counts.same >= counts.other)
-            fit.bands.push_back(band);
+    // First by all rows, then by those that moved: what lies above and below them has its own ways.
+    fit.last = m_height - distance - 1;
+    for (int round = 0; round < 2; ++round) {
+        fit.bands.clear();
+        for (int band = 0; band < static_cast<int>(m_bands.size()); ++band) {
+            const Counts counts = countIn(band, distance, fit.first, fit.last);
+            if (counts.telling > 0 && counts.same >= counts.other)
+                fit.bands.push_back(band);
+        }
+        tally(fit.bands, distance);
+        std::tie(fit.first, fit.last) = solidPart(distance);
+        if (fit.last <= fit.first)
+            return {};
     }
-    tally(fit.bands, distance);
-    std::tie(fit.first, fit.last) = solidPart(distance);
-    if (fit.last <= fit.first)
-        return {};
-
-    // A few bands may go their own way: a scroll bar, an animation.
-    int apart = 0;
-    for (const int band : all) {
+    for (int band = 0; band < static_cast<int>(m_bands.size()); ++band) {
         const Counts counts = countIn(band, distance, fit.first, fit.last);
-        const bool moves = std::binary_search(fit.bands.begin(), fit.bands.end(), band);
-        apart += counts.other > (moves ? counts.same : 0);
         fit.telling += counts.telling;
         fit.denying += counts.denying;
     }
-    if (apart > std::max<int>(3, static_cast<int>(fit.bands.size()) / 3) ||
-        fit.bands.size() * 4 < m_bands.size())
-        return {};
 
     const auto sumOf = [&](const std::vector<quint16> &counts) {
         return std::accumulate(counts.begin() + fit.first, counts.begin() + fit.last, 0);

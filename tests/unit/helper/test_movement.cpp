@@ -35,6 +35,22 @@ QImage mapped(int height, const std::function<QRgb(int, int)> &color)
     return page;
 }
 
+// A wide list of numbered rows, whose names take a tenth of it: narrow evidence. A bar lies on row
+// `marked` from edge to edge; with `hovered`, on the row that is at that height of the view.
+QImage listView(int offset, int marked, int hovered = -1)
+{
+    constexpr int pitch = 24;
+    QImage view = plainPage(1200, s_view.height());
+    for (int row = offset / pitch; row * pitch < offset + view.height(); ++row) {
+        const QRect bar(0, row * pitch - offset, view.width(), pitch);
+        if (row == marked || (hovered >= 0 && bar.contains(0, hovered)))
+            fill(view, bar, row == marked ? QColor(53, 132, 228) : QColor(235, 235, 235));
+        glyphs().number(view, 10, bar.top() + 6, row * 7 + 10000);
+        glyphs().number(view, 60, bar.top() + 6, row * row + 3);
+    }
+    return view;
+}
+
 // Lines that differ in their number only, as a terminal's.
 QImage numberedLines(int height)
 {
@@ -191,6 +207,29 @@ void TestMovement::kinds_data()
         return view;
     };
     add("caret on a table", lined(caret), lined({}), Kind::Still);
+
+    // What crosses the whole view, and is denied by a tenth of it.
+    for (const int rows : {24, 72, 144, 312}) {
+        const QByteArray step = QByteArray::number(rows);
+        const auto list = [&](const char *name, int marked, int hovered = -1) {
+            add(name + step, listView(0, marked, hovered), listView(rows, marked, hovered),
+                Kind::Moved, rows);
+        };
+        list("marked row that leaves, ", 0);
+        list("marked row that stays in sight, ", 15);
+        list("hovered row, ", -1, 300);
+        list("hovered row at the top, ", -1, 10);
+        list("hovered row at the end, ", -1, 470);
+        list("marked and hovered, ", 0, 200);
+    }
+    // A bar that fades while it is looked at, over the text's end.
+    const auto fading = [&](int offset, int grey) {
+        QImage view = Frame{}.view(text, offset, s_view);
+        fill(view, {590, offset / 6, 8, 80}, QColor(grey, grey, grey));
+        return view;
+    };
+    add("fading bar", fading(0, 120), fading(120, 160), Kind::Moved, 120);
+    add("a bar that fades away", fading(0, 120), with(0, {}, Qt::red), Kind::Still);
 
     // The same words in other lines, other text, and a picture that came in between.
     add("reflow", textPage(640, 480, 3), textPage(500, 480, 3).copy(0, 0, 640, 480), Kind::Lost);
