@@ -379,5 +379,12 @@ void TestCorpus::takesAll()
     QVERIFY2(wrong.isEmpty(), qPrintable(wrong.join(u", "_s)));
 }
 
-QTEST_GUILESS_MAIN(TestCorpus)
+int main(int argc, char **argv)
+{
+    // All cases are one function.
+    qputenv("QTEST_FUNCTION_TIMEOUT", "3000000");
+    QCoreApplication application(argc, argv);
+    TestCorpus test;
+    return QTest::qExec(&test, argc, argv);
+}
 #include "test_corpus.moc"
