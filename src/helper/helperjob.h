@@ -17,7 +17,8 @@ public:
     void dismiss();
 
 signals:
-    void taken(const QImage &picture);
+    /// `note` says why the picture may be less than was asked for; empty where it is all.
+    void taken(const QImage &picture, const QString &note = {});
     void ended();
     void failed(HelperJob::Failure failure, const QString &text);
     /// On the way: it waits for the user; it turns the wheel over another program, and is done with

@@ -18,8 +18,9 @@ constexpr int s_padding = 14;
 constexpr int s_columnGap = 16;
 constexpr int s_lineGap = 6;
 constexpr int s_headlineSpan = 2;
-constexpr int s_fromEdge = 48;
 constexpr int s_gap = 12;  // device pixels between the plate and what it tells about
+constexpr int s_pictureColumn = 2;
+constexpr QSize s_picture(132, 176);
 
 QLabel *label(const QString &text, const QString &colour)
 {
@@ -63,12 +64,32 @@ void HintPlate::addLine(const QString &key, const QString &meaning)
 void HintPlate::clearLines()
 {
     for (QLabel *line : findChildren<QLabel *>()) {
-        if (line != m_headline)
+        if (line != m_headline && line != m_picture)
             delete line;
     }
 }
 
-QPoint HintPlate::place(QSize size, const QRect &area, const QList<QRect> &screens)
+QSize HintPlate::pictureBox() const { return (QSizeF(s_picture) * devicePixelRatioF()).toSize(); }
+
+void HintPlate::setPicture(const QImage &picture, const QString &name, const QString &description)
+{
+    if (!m_picture) {
+        m_picture = new QLabel;
+        m_picture->setFixedSize(s_picture);
+        m_picture->setAlignment(Qt::AlignHCenter | Qt::AlignTop);
+        m_grid->addWidget(m_picture, 0, s_pictureColumn, -1, 1, Qt::AlignTop);
+        // What is left of the picture's height lies below the lines.
+        m_grid->setRowStretch(m_grid->rowCount(), 1);
+    }
+    QPixmap shown = QPixmap::fromImage(picture);
+    shown.setDevicePixelRatio(devicePixelRatioF());
+    m_picture->setPixmap(shown);
+    m_picture->setAccessibleName(name);
+    m_picture->setAccessibleDescription(description);
+}
+
+std::optional<QPoint> HintPlate::placeOutside(QSize size, const QRect &area,
+                                              const QList<QRect> &screens)
 {
     const int left = area.x() - s_gap - size.width();
     const int right = area.x() + area.width() + s_gap;
@@ -84,6 +105,22 @@ QPoint HintPlate::place(QSize size, const QRect &area, const QList<QRect> &scree
         if (isOnScreen(corner))
             return corner;
     }
+    // An area that reaches beyond its screen has no corner there to begin at.
+    for (const QRect &screen : screens) {
+        for (const int x : {screen.x() + screen.width() - size.width(), screen.x()}) {
+            for (const int y : {screen.y(), screen.y() + screen.height() - size.height()}) {
+                if (isOnScreen({x, y}) && !area.intersects(QRect({x, y}, size)))
+                    return QPoint(x, y);
+            }
+        }
+    }
+    return {};
+}
+
+QPoint HintPlate::place(QSize size, const QRect &area, const QList<QRect> &screens)
+{
+    if (const auto outside = placeOutside(size, area, screens))
+        return *outside;
     // As much of it as can be seen, and there in the corner that text leaves free most often.
     QRect seen = area;
     for (const QRect &screen : screens) {
@@ -116,16 +153,29 @@ void HintPlate::showBeside(const QRect &area)
     showAt(place(fitted(), area, services().windows->screens()));
 }
 
-void HintPlate::showAtFoot(QPoint at)
+void HintPlate::showOutside(const QRect &area, const QRect &window)
 {
     const QList<QRect> screens = services().windows->screens();
-    const auto found = std::find_if(screens.begin(), screens.end(),
-                                    [at](const QRect &screen) { return screen.contains(at); });
-    const QRect screen = found == screens.end() ? screens.first() : *found;
-    const QSize box = fitted();
-    const int fromEdge = qRound(s_fromEdge * devicePixelRatioF());
-    showAt({screen.x() + (screen.width() - box.width()) / 2,
-            screen.y() + screen.height() - box.height() - fromEdge});
+    setBrief(false);
+    auto corner = placeOutside(fitted(), area | window, screens);
+    if (!corner)
+        corner = placeOutside(fitted(), area, screens);
+    if (!corner) {
+        setBrief(true);
+        corner = placeOutside(fitted(), area, screens);
+    }
+    if (corner)
+        showAt(*corner);
+    else
+        hide();
+}
+
+void HintPlate::setBrief(bool brief)
+{
+    for (QLabel *line : findChildren<QLabel *>()) {
+        if (line != m_headline)
+            line->setHidden(brief);
+    }
 }
 
 void HintPlate::paintEvent(QPaintEvent * /*event*/)

@@ -1,12 +1,16 @@
 #pragma once
 
 #include <QGridLayout>
+#include <QImage>
 #include <QWidget>
+
+#include <optional>
 
 class QLabel;
 
-/// A dark plate with a headline and lines that tell which key does what. It takes no click and no
-/// key. With a parent it lies on it; without one it is a window of its own, above all others.
+/// A dark plate with a headline and lines that tell which key does what, and a small picture beside
+/// them where there is one. It takes no click and no key. With a parent it lies on it; without one
+/// it is a window of its own, above all others.
 class HintPlate : public QWidget
 {
     Q_OBJECT
@@ -17,15 +21,26 @@ public:
     void addLine(const QString &key, const QString &meaning);
     void clearLines();
 
+    /// The room that a picture has, in device pixels. It is kept from the first picture on, so that
+    /// a picture that grows moves nothing.
+    QSize pictureBox() const;
+    /// No larger than that. `name` and `description` are what a screen reader says of it.
+    void setPicture(const QImage &picture, const QString &name, const QString &description);
+
     /// Shows a plate without a parent near a rectangle, on its screen, where it covers least of it.
     /// Global device pixels.
     void showBeside(const QRect &area);
-    /// The same at the foot of the screen that holds a point.
-    void showAtFoot(QPoint at);
+    /// The same where it covers nothing of the rectangle, and of the window that this lies in if
+    /// there is room: with its headline alone where there is no more, and not at all where there is
+    /// none.
+    void showOutside(const QRect &area, const QRect &window);
 
     /// The place for a box of `size` beside `area`: outside of it where a screen has room, else in
     /// its top right corner. Global device pixels.
     static QPoint place(QSize size, const QRect &area, const QList<QRect> &screens);
+    /// The place outside of `area`; none where no screen has room.
+    static std::optional<QPoint> placeOutside(QSize size, const QRect &area,
+                                              const QList<QRect> &screens);
 
 protected:
     void paintEvent(QPaintEvent *event) override;
@@ -33,7 +48,9 @@ protected:
 private:
     QSize fitted();
     void showAt(QPoint corner);
+    void setBrief(bool brief);
 
     QGridLayout *m_grid;
     QLabel *m_headline;
+    QLabel *m_picture = nullptr;
 };

@@ -1,23 +1,37 @@
 #include "helper/sessioncapture.h"
 
+#include "helper/handcapture.h"
 #include "helper/hintplate.h"
 #include "helper/scrollcapture.h"
 #include "platform/services.h"
 
-#include <QCoreApplication>
 #include <QLocale>
-#include <QPointer>
 
 #include <memory>
 #include <utility>
 
 namespace {
 
-// Milliseconds.
-constexpr int s_noteTime = 4000;
-constexpr int s_followInterval = 100;
+constexpr int s_followInterval = 100;  // ms
 
-QPointer<HintPlate> s_note;  // while it is shown; owned by itself
+ScrollCapture::Target targetOf(const SessionOverlay::Choice &choice)
+{
+    return {.window = choice.window.number,
+            .area = choice.area,
+            .anchor = choice.pointer,
+            .marked = choice.marked,
+            .across = choice.across};
+}
+
+// What there is so far beside what is told of it.
+template<typename Capture>
+void tellOn(HintPlate &panel, const Capture &capture, const QString &text)
+{
+    panel.setHeadline(text);
+    const QImage seen = capture.overview(panel.pictureBox());
+    if (!seen.isNull())
+        panel.setPicture(seen, SessionCapture::tr("What has been taken so far"), text);
+}
 
 }  // namespace
 
@@ -46,28 +60,48 @@ void SessionCapture::start()
             return;
         }
         choice = overlay.choice();
-        if (choice && !choice->content)
+        if (choice && choice->way == SessionOverlay::Way::Window)
             window = overlay.getPixmap(nullptr).toImage();
     }
-    if (choice && choice->content)
+    if (choice && choice->way == SessionOverlay::Way::Content)
         takeContent(*choice);
+    else if (choice && choice->way == SessionOverlay::Way::Hands)
+        takeScrolledByHand(*choice);
     else if (window.isNull())
         emit failed(NoWindow, tr("There is no such window any more"));
     else
         emit taken(window);
 }
 
-void SessionCapture::takeContent(const SessionOverlay::Choice &choice)
+void SessionCapture::openPanel()
 {
     m_panel = std::make_unique<HintPlate>(nullptr);
     m_panel->addLine(tr("Return"), tr("keeps what there is"));
     m_panel->addLine(tr("Escape"), tr("gives up"));
-    const QRect beside = choice.window.bounds.toRect();
-    ScrollCapture scroll(
-        {.window = choice.window.number, .area = choice.area, .anchor = choice.pointer});
+}
+
+template<typename Capture>
+ScrollCapture::Result SessionCapture::run(Capture &capture, const WindowServer::Entry &window)
+{
+    m_process = window.process;
+    m_wantsKeys = true;
+    m_keep = [&capture] { capture.keep(); };
+    m_discard = [&capture] { capture.discard(); };
+    m_abandon = [&capture] { capture.abandon(); };
+    followFront();
+    emit scrolls();
+    ScrollCapture::Result result = capture.run();
+    m_keep = m_discard = m_abandon = nullptr;
+    return result;
+}
+
+void SessionCapture::takeContent(const SessionOverlay::Choice &choice)
+{
+    openPanel();
+    ScrollCapture scroll(targetOf(choice));
     connect(&scroll, &ScrollCapture::progressed, m_panel.get(),
-            [this, beside](const QString &text) {
-                m_panel->setHeadline(text);
+            [this, &scroll, beside = choice.window.bounds.toRect()](const QString &text) {
+                tellOn(*m_panel, scroll, text);
                 m_panel->showBeside(beside);
             });
     // From then on nothing is to be decided any more, and the keys are the user's again.
@@ -75,21 +109,33 @@ void SessionCapture::takeContent(const SessionOverlay::Choice &choice)
         letKeysGo();
         emit putsBack();
     });
-    m_process = choice.window.process;
-    m_wantsKeys = true;
-    m_scroll = &scroll;
-    followFront();
-    emit scrolls();
-    ScrollCapture::Result result = scroll.run();
-    m_scroll = nullptr;
+    ScrollCapture::Result result = run(scroll, choice.window);
+    // The user has to know whether what matters is on it.
+    if (!result.note.isEmpty() && !result.picture.isNull())
+        result.note = tr("%1. The picture ends at row %2.")
+                          .arg(result.note, QLocale().toString(result.picture.height()));
+    deliver(std::move(result));
+}
+
+void SessionCapture::takeScrolledByHand(const SessionOverlay::Choice &choice)
+{
+    openPanel();
+    HandCapture hands(targetOf(choice));
+    connect(&hands, &HandCapture::progressed, m_panel.get(), [this, &hands](const QString &text) {
+        tellOn(*m_panel, hands, text);
+        m_panel->showOutside(hands.area(), hands.window());
+    });
+    deliver(run(hands, choice.window));
+}
+
+void SessionCapture::deliver(ScrollCapture::Result result)
+{
     if (m_aborted)
         return;
     letKeysGo();
-    if (!result.picture.isNull() && !result.note.isEmpty())
-        leaveNote(result.note, result.picture.height(), choice.pointer);
     m_panel.reset();
     if (!result.picture.isNull())
-        emit taken(std::exchange(result.picture, {}));
+        emit taken(std::exchange(result.picture, {}), result.note);
     else if (!result.note.isEmpty())
         emit failed(NoPicture, result.note);
     else
@@ -121,13 +167,10 @@ void SessionCapture::watchKeys(bool watch)
         return;
     }
     services().keys->start({Qt::Key_Escape, Qt::Key_Return}, [this](Qt::Key key) {
-        if (!m_scroll || !m_wantsKeys)
+        if (!m_keep || !m_wantsKeys)
             return;
         letKeysGo();
-        if (key == Qt::Key_Return)
-            m_scroll->keep();
-        else
-            m_scroll->discard();
+        (key == Qt::Key_Return ? m_keep : m_discard)();
     });
 }
 
@@ -137,30 +180,15 @@ void SessionCapture::letKeysGo()
     watchKeys(false);
 }
 
-// The picture is on its way; what is to be said about it stays for a while, and goes with the
-// program at the latest.
-void SessionCapture::leaveNote(const QString &note, int rows, QPoint at)
-{
-    m_panel->clearLines();
-    m_panel->setHeadline(tr("%1 (%2 pixels were taken)").arg(note, QLocale().toString(rows)));
-    m_panel->hide();
-    m_panel->showAtFoot(at);
-    s_note = m_panel.release();
-    services().clock->after(s_noteTime, s_note, [note = s_note] { note->deleteLater(); });
-    connect(qApp, &QCoreApplication::aboutToQuit, s_note, &QObject::deleteLater);
-}
-
-void SessionCapture::dropNote() { delete s_note; }
-
 // Questions that the program asks now must get the keys, and must not be covered.
 void SessionCapture::abort()
 {
     m_aborted = true;
     if (m_overlay)
         m_overlay->reject();
-    if (!m_scroll)
+    if (!m_abandon)
         return;
-    m_scroll->abandon();
+    m_abandon();
     letKeysGo();
     m_panel->hide();
 }

@@ -1,12 +1,13 @@
 #pragma once
 
 #include "helper/helperjob.h"
+#include "helper/scrollcapture.h"
 #include "helper/sessionoverlay.h"
 
+#include <functional>
 #include <memory>
 
 class HintPlate;
-class ScrollCapture;
 
 /// Lets the user point at a window, and takes it, or all that scrolls in it.
 class SessionCapture : public HelperJob
@@ -16,16 +17,18 @@ public:
     SessionCapture();
     ~SessionCapture() override;
 
-    /// Takes what the last one had to say off the screen: another grab begins.
-    static void dropNote();
-
 protected:
     void start() override;
     void abort() override;
 
 private:
-    void leaveNote(const QString &note, int rows, QPoint at);
     void takeContent(const SessionOverlay::Choice &choice);
+    void takeScrolledByHand(const SessionOverlay::Choice &choice);
+    void openPanel();
+    /// Runs what takes the content.
+    template<typename Capture>
+    ScrollCapture::Result run(Capture &capture, const WindowServer::Entry &window);
+    void deliver(ScrollCapture::Result result);
 
     void followFront();
     void watchKeys(bool watch);
@@ -33,7 +36,10 @@ private:
 
     bool m_aborted = false;
     SessionOverlay *m_overlay = nullptr;  // while it is open
-    ScrollCapture *m_scroll = nullptr;    // while it runs
+    // Tell what runs to end: with what there is, or without, or at once; null while nothing does.
+    std::function<void()> m_keep;
+    std::function<void()> m_discard;
+    std::function<void()> m_abandon;
     std::unique_ptr<HintPlate> m_panel;
     uint m_process = 0;        // of the window that scrolls
     unsigned m_front = 0;      // the window in front when that began; 0 while it is not known

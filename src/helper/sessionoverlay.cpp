@@ -3,11 +3,13 @@
 #include "helper/hintplate.h"
 #include "platform/services.h"
 
+#include <QApplication>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
 
 #include <algorithm>
+#include <cstdlib>
 
 namespace {
 
@@ -19,16 +21,15 @@ constexpr int s_fromEdge = 48;
 constexpr int s_hintDistance = 60;
 // The pointer has to go this far, in device pixels, before another program is asked again.
 constexpr int s_askDistance = 12;
+// A side of what is marked, in device pixels: less tells nothing of how it moves.
+constexpr int s_smallestMark = 24;
 
 }  // namespace
 
 SessionOverlay::SessionOverlay()
     : mouseShot(nullptr), m_hint(new HintPlate(this)), m_asks(services().accessibility->isEnabled())
 {
-    m_hint->setHeadline(tr("Point at a window"));
-    m_hint->addLine(tr("Click"), tr("takes the window"));
-    m_hint->addLine(tr("Ctrl+click, Return"), tr("takes all that scrolls in it"));
-    m_hint->addLine(tr("Escape"), tr("gives up"));
+    tellKeys();
     placeHint();
     m_hint->show();
     SessionOverlay::looked();
@@ -38,14 +39,58 @@ SessionOverlay::~SessionOverlay() { services().accessibility->dropQuestion(); }
 
 std::optional<SessionOverlay::Choice> SessionOverlay::choice() const
 {
+    Choice choice = m_chosen;
+    if (choice.marked && m_markedWindow) {
+        choice.window = *m_markedWindow;
+        choice.area = m_marked;
+        if (!m_marked.contains(choice.pointer))
+            choice.pointer = m_marked.center();
+        return choice;
+    }
     const auto window = picked();
     if (!window)
         return std::nullopt;
-    const bool isKnown = m_askedWindow == window->number && m_scrollingArea.contains(m_chosenAt);
-    return Choice{.window = *window,
-                  .content = m_content,
-                  .area = isKnown ? m_scrollingArea : QRect(),
-                  .pointer = m_chosenAt};
+    choice.window = *window;
+    choice.marked = false;
+    if (m_askedWindow == window->number && m_scrollingArea.contains(choice.pointer))
+        choice.area = m_scrollingArea;
+    return choice;
+}
+
+bool SessionOverlay::canBeTaken() const
+{
+    return (m_chosen.marked && m_markedWindow) || mouseShot::canBeTaken();
+}
+
+void SessionOverlay::tellKeys()
+{
+    m_hint->clearLines();
+    if (m_markedWindow) {
+        m_hint->setHeadline(
+            tr("Marked: %1 x %2 pixels").arg(m_marked.width()).arg(m_marked.height()));
+        m_hint->addLine(tr("Return"), tr("takes all that scrolls there, by the wheel"));
+    } else {
+        m_hint->setHeadline(tr("Point at a window"));
+        m_hint->addLine(tr("Click"), tr("takes the window"));
+        m_hint->addLine(tr("Ctrl+click, Return"), tr("takes all that scrolls in it, by the wheel"));
+    }
+    m_hint->addLine(tr("Shift held"), tr("also what lies beside the view"));
+    m_hint->addLine(tr("H"), tr("takes what you scroll with your own hands"));
+    m_hint->addLine(tr("Drag"), m_markedWindow ? tr("marks another part of a window")
+                                               : tr("marks the part of a window that scrolls"));
+    m_hint->addLine(tr("Escape"), tr("gives up"));
+    m_hint->adjustSize();
+}
+
+void SessionOverlay::choose(Way way, Qt::KeyboardModifiers modifiers)
+{
+    m_chosen.way = way;
+    m_chosen.across = way == Way::Content && modifiers.testFlag(Qt::ShiftModifier);
+    m_chosen.pointer = pointer();
+    // A click means what lies under it, a key what has been marked.
+    m_chosen.marked =
+        m_markedWindow && way != Way::Window && (!m_isPressed || m_marked.contains(m_pressedAt));
+    accept();
 }
 
 bool SessionOverlay::eventFilter(QObject *watched, QEvent *event)
@@ -54,23 +99,24 @@ bool SessionOverlay::eventFilter(QObject *watched, QEvent *event)
         return true;
     if (event->type() == QEvent::MouseButtonPress || event->type() == QEvent::KeyPress)
         followWindows();
-    // What can't be taken is not accepted.
-    const bool isPicked = picked().has_value();
     switch (event->type()) {
     case QEvent::MouseButtonPress:
-        if (!isPicked && static_cast<QMouseEvent *>(event)->button() == Qt::LeftButton)
+        if (pressed(*static_cast<QMouseEvent *>(event)))
             return true;
-        m_content = static_cast<QMouseEvent *>(event)->modifiers() & Qt::ControlModifier;
-        m_chosenAt = pointer();
+        break;
+    case QEvent::MouseMove:
+        dragged();
+        break;
+    case QEvent::MouseButtonRelease:
+        released(*static_cast<QMouseEvent *>(event));
         break;
     case QEvent::KeyPress: {
-        const int key = static_cast<QKeyEvent *>(event)->key();
-        if (key != Qt::Key_Return && key != Qt::Key_Enter)
+        const auto &key = *static_cast<QKeyEvent *>(event);
+        const bool isReturn = key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter;
+        if (!isReturn && key.key() != Qt::Key_H)
             break;
-        m_content = true;
-        m_chosenAt = pointer();
-        if (isPicked)
-            accept();
+        if (!m_isPressed)
+            choose(isReturn ? Way::Content : Way::Hands, key.modifiers());
         return true;
     }
     default:
@@ -79,15 +125,80 @@ bool SessionOverlay::eventFilter(QObject *watched, QEvent *event)
     return mouseShot::eventFilter(watched, event);
 }
 
+// What the left button means is told by its way: a click takes something, a drag marks.
+bool SessionOverlay::pressed(const QMouseEvent &event)
+{
+    if (event.button() != Qt::LeftButton)
+        return false;
+    m_isPressed = true;
+    m_isDragged = false;
+    m_pressedAt = pointer();
+    m_pressedKeys = event.modifiers();
+    m_pressedWindow = picked();
+    return true;
+}
+
+void SessionOverlay::dragged()
+{
+    if (!m_isPressed || !m_pressedWindow)
+        return;
+    const QPoint way = pointer() - m_pressedAt;
+    const qreal started = QApplication::startDragDistance() * devicePixelRatioF();
+    m_isDragged = m_isDragged || way.manhattanLength() >= started;
+    if (!m_isDragged)
+        return;
+    const QRect drawn = QRect(QPoint(std::min(way.x(), 0), std::min(way.y(), 0)),
+                              QSize(std::abs(way.x()), std::abs(way.y())))
+                            .translated(m_pressedAt);
+    m_markedWindow = m_pressedWindow;
+    m_marked = drawn & m_pressedWindow->bounds.toRect() & area();
+    updateAll();
+}
+
+void SessionOverlay::released(const QMouseEvent &event)
+{
+    if (event.button() != Qt::LeftButton || !m_isPressed)
+        return;
+    // The last of the way may be told by the release alone.
+    dragged();
+    if (!m_isDragged) {
+        // What can't be taken is not accepted.
+        const bool isContent = m_pressedKeys & Qt::ControlModifier;
+        choose(isContent ? Way::Content : Way::Window, m_pressedKeys);
+    } else if (m_marked.width() < s_smallestMark || m_marked.height() < s_smallestMark) {
+        unmark();
+    } else {
+        tellKeys();
+        placeHint();
+    }
+    m_isPressed = false;
+    m_isDragged = false;
+}
+
+void SessionOverlay::unmark()
+{
+    m_markedWindow.reset();
+    m_marked = {};
+    tellKeys();
+    placeHint();
+    updateAll();
+}
+
 // A window that has gone, or the frame that one has left behind for a moment, can't be taken.
 void SessionOverlay::followWindows()
 {
     const auto window = picked();
     const auto windows = services().windows->windows(WindowServer::List::OnScreen, 0);
-    const bool isGone =
-        window && std::none_of(windows.begin(), windows.end(),
-                               [&](const auto &entry) { return entry.number == window->number; });
-    if (isGone)
+    const auto isGone = [&windows](const std::optional<WindowServer::Entry> &sought) {
+        return sought && std::none_of(windows.begin(), windows.end(), [&](const auto &entry) {
+                   return entry.number == sought->number;
+               });
+    };
+    if (isGone(m_markedWindow)) {
+        m_isPressed = false;
+        unmark();
+    }
+    if (isGone(window))
         readAgain();
 }
 
@@ -151,11 +262,13 @@ void SessionOverlay::draw(QPainter &painter)
 {
     mouseShot::draw(painter);
     const auto window = picked();
-    if (m_scrollingArea.isEmpty() || !window || window->number != m_askedWindow)
+    const bool isTold = window && window->number == m_askedWindow;
+    const QRect outlined = m_markedWindow ? m_marked : isTold ? m_scrollingArea : QRect();
+    if (outlined.isEmpty())
         return;
     const qreal width = s_outlineWidth * devicePixelRatioF();
     painter.setPen(QPen(s_outline, width, Qt::SolidLine, Qt::SquareCap, Qt::MiterJoin));
     painter.setBrush(s_outlineFill);
-    const QRectF inside = QRectF(m_scrollingArea.translated(-area().topLeft()));
+    const QRectF inside = QRectF(outlined.translated(-area().topLeft()));
     painter.drawRect(inside.adjusted(width / 2, width / 2, -width / 2, -width / 2));
 }

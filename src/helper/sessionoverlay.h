@@ -3,9 +3,11 @@
 #include "capture/mouseshot.h"
 
 class HintPlate;
+class QMouseEvent;
 
 /// The window pick with a choice: the window as it is, or all of its scrolling content. Where other
-/// programs tell about themselves it outlines the area that scrolls under the pointer.
+/// programs tell about themselves it outlines the area that scrolls under the pointer; dragging
+/// marks it by hand.
 class SessionOverlay : public mouseShot
 {
     Q_OBJECT
@@ -13,17 +15,25 @@ public:
     SessionOverlay();
     ~SessionOverlay() override;
 
+    enum class Way {
+        Window,   ///< the window as it is
+        Content,  ///< what scrolls in it, by the wheel
+        Hands     ///< the same, scrolled by the user
+    };
     struct Choice {
         WindowServer::Entry window{};
-        bool content = false;  ///< what scrolls, and not the window
-        QRect area{};          ///< the outlined area, global device pixels; empty for none
-        QPoint pointer{};      ///< where it was chosen, global device pixels
+        Way way = Way::Window;
+        QRect area{};         ///< the outlined area, global device pixels; empty for none
+        bool marked = false;  ///< the user has drawn it, and means just that
+        bool across = false;  ///< Content: also what lies beside the view
+        QPoint pointer{};     ///< where it was chosen, global device pixels
     };
     /// What was accepted; none where nothing was picked.
     std::optional<Choice> choice() const;
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
+    bool canBeTaken() const override;
     void looked() override;
     void draw(QPainter &painter) override;
 
@@ -31,13 +41,26 @@ private:
     void followWindows();
     void ask(const WindowServer::Entry &window, QPoint at);
     void setScrollingArea(const QRect &global);
+    void choose(Way way, Qt::KeyboardModifiers modifiers);
+    bool pressed(const QMouseEvent &event);
+    void dragged();
+    void released(const QMouseEvent &event);
+    void unmark();
+    void tellKeys();
     void placeHint();
 
     HintPlate *m_hint;
     const bool m_asks;  // whether other programs can be asked
-    bool m_content = false;
-    QPoint m_chosenAt;
-    QRect m_scrollingArea;  // global
+    Choice m_chosen;
+    // The left button, from its press on.
+    bool m_isPressed = false;
+    bool m_isDragged = false;
+    QPoint m_pressedAt;  // global
+    Qt::KeyboardModifiers m_pressedKeys;
+    std::optional<WindowServer::Entry> m_pressedWindow;
+    std::optional<WindowServer::Entry> m_markedWindow;  // the one that the mark lies in
+    QRect m_marked;                                     // global
+    QRect m_scrollingArea;                              // global
     int m_askedWindow = 0;
     QPoint m_askedAt;
 };

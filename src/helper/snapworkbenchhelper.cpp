@@ -34,7 +34,6 @@ public:
 
     void begin(std::unique_ptr<HelperJob> job, const char *folder)
     {
-        SessionCapture::dropNote();
         m_job = std::move(job);
         m_folder = QString::fromUtf8(folder);
         connect(m_job.get(), &HelperJob::taken, this, &HelperServer::save);
@@ -56,7 +55,6 @@ public:
 
     void stopMenu()
     {
-        SessionCapture::dropNote();
         if (!waitsForMenu())
             return;
         drop();
@@ -70,7 +68,7 @@ private:
             m_job.release()->dismiss();
     }
 
-    void save(const QImage &picture)
+    void save(const QImage &picture, const QString &note)
     {
         drop();
         const QString path = m_folder + u"/capture.png"_s;
@@ -81,7 +79,7 @@ private:
                       QFile::ReadOwner | QFile::WriteOwner) &&
             picture.save(&file, "PNG", s_quality) && file.flush()) {
             m_undelivered = path;
-            report(GWCaptureFinished, path.toUtf8());
+            report(GWCaptureFinished, path.toUtf8(), 0, note.toUtf8());
             return;
         }
         if (file.isOpen())

@@ -14,11 +14,11 @@ using GWCaptureStatus = void (*)(void *unused, int status, const char *path, int
 /// The statuses.
 enum GWCaptureStatusCode {
     GWCaptureWorking = 4,       ///< this application should get out of the way
-    GWCaptureFinished = 5,      ///< `path` is the picture
+    GWCaptureFinished = 5,      ///< `path` is the picture; `text` says why it may be less than all
     GWCaptureEnded = 6,         ///< no picture, and nothing wrong
     GWCaptureFailed = 7,        ///< `failure` and `text` say why
     GWCaptureOpen = 9,          ///< the user can point at a window
-    GWCaptureScrolling = 10,    ///< the wheel is turned over the one that was picked
+    GWCaptureScrolling = 10,    ///< the one that was picked is scrolled, by the wheel or the user
     GWCapturePuttingBack = 11,  ///< what that has moved is put back where it was
 };
 

@@ -125,8 +125,9 @@ void GWSnapWorkbenchStatusDoShow()
 }
 
 void GWCaptureStatusCallback(void * /*unused*/, int status, const char *path, int failure,
-                             const char *failureText)
+                             const char *said)
 {
+    const QString text = QString::fromUtf8(said);
     switch (status) {
     case GWCaptureWorking:
         GWSnapWorkbenchStatusDoHide();
@@ -146,13 +147,15 @@ void GWCaptureStatusCallback(void * /*unused*/, int status, const char *path, in
     case GWCaptureFinished:
         GWSnapWorkbenchStatusFinish(path);
         GWSnapWorkbenchStatusDoShow();
+        if (MainWindow *window = Ax_GetMainWindow(); window && !text.isEmpty())
+            window->say(text);
         break;
     case GWCaptureEnded:
         GWSnapWorkbenchStatusDoShow();
         break;
     case GWCaptureFailed:
         GWSnapWorkbenchStatusDoShow();
-        tellFailure(failure, QString::fromUtf8(failureText));
+        tellFailure(failure, text);
         break;
     default:
         break;

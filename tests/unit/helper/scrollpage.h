@@ -107,11 +107,16 @@ struct Frame {
 
     QImage view(const QImage &page, int offset, const QSize &size) const
     {
+        return view(page, QPoint(0, offset), size);
+    }
+    QImage view(const QImage &page, QPoint at, const QSize &size) const
+    {
+        const int offset = at.y();
         QImage picture = plainPage(size.width(), size.height(), QColor(225, 228, 232));
         const QRect area = content(size);
         {
             QPainter painter(&picture);
-            painter.drawImage(area.topLeft(), page, QRect(QPoint(0, offset), area.size()));
+            painter.drawImage(area.topLeft(), page, QRect(at, area.size()));
         }
         for (int y = 6; y + 12 < header; y += 20)
             for (int x = 8; x < size.width() - 40; x += 60)

@@ -1,0 +1,136 @@
+#include "helper/handcapture.h"
+
+#include "platform/services.h"
+
+#include <QLocale>
+
+namespace {
+
+constexpr int s_sideLimit = 30'000;          // pixels
+constexpr qint64 s_areaLimit = 400'000'000;  // pixels
+// Milliseconds.
+constexpr int s_pause = 20;  // between two looks
+constexpr int s_progressLimit = 60'000;
+constexpr int s_lostAfter = 250;  // what is drawn just now has no place for a moment
+constexpr int s_tellInterval = 120;
+// The last known view is shown in half its size: it is to be recognised.
+constexpr int s_reduction = 2;
+
+}  // namespace
+
+HandCapture::HandCapture(const ScrollCapture::Target &target)
+    : m_clock(*services().clock), m_target(target), m_mosaic(s_sideLimit, s_areaLimit),
+      m_sinceMovement(m_clock), m_sinceKnown(m_clock), m_sinceTold(m_clock)
+{
+}
+
+ScrollCapture::Result HandCapture::run()
+{
+    for (const auto &window : services().windows->windows(WindowServer::List::OnScreen, 0)) {
+        if (window.number == m_target.window)
+            m_bounds = window.bounds.toRect();
+    }
+    const QRect whole(QPoint(), m_bounds.size());
+    m_area =
+        m_target.area.isEmpty() ? whole : m_target.area.translated(-m_bounds.topLeft()) & whole;
+    emit progressed(tr("Scroll it with your own hands"));
+    m_sinceMovement.restart();
+    while (m_stop == Stop::None && look()) {
+        tell();
+        if (m_sinceMovement.elapsed() >= s_progressLimit)
+            m_ended = tr("Nothing moved for a minute");
+        if (!m_ended.isEmpty())
+            break;
+        if (!m_clock.pause(s_pause))
+            abandon();
+    }
+    if (m_stop == Stop::Discard)
+        return {};
+    ScrollCapture::Result result{.note = note()};
+    const bool isThere = !m_mosaic.lastView().isNull();
+    result.picture = m_mosaic.finish();
+    if (isThere && result.picture.isNull())
+        result.note = tr("There is not enough memory for the picture");
+    return result;
+}
+
+QString HandCapture::note() const
+{
+    if (!m_ended.isEmpty())
+        return m_ended;
+    if (m_mosaic.isFull())
+        return tr("The picture has reached its limit: %1 pixels each way, and %2 million in all")
+            .arg(QLocale().toString(s_sideLimit))
+            .arg(s_areaLimit / 1'000'000);
+    if (m_isLost)
+        return tr("What was scrolled by at last could not be followed");
+    return {};
+}
+
+// False where the window is not what it was.
+bool HandCapture::look()
+{
+    const QImage picture = services().windows->picture(std::nullopt, {m_target.window});
+    if (picture.isNull())
+        m_ended = tr("The window left the screen");
+    else if (picture.size() != m_bounds.size())
+        m_ended = tr("The window changed its size");
+    if (!m_ended.isEmpty())
+        return false;
+    const Mosaic::Sight sight = m_mosaic.add(picture, m_area);
+    m_isUnclear = sight == Mosaic::Sight::Unclear;
+    if (m_isUnclear) {
+        // Whoever looks for the way back is not idle.
+        const QImage view = picture.copy(m_area);
+        if (view != m_unclear)
+            m_sinceMovement.restart();
+        m_unclear = view;
+    } else {
+        m_unclear = {};
+        m_sinceKnown.restart();
+    }
+    if (sight == Mosaic::Sight::Moved)
+        m_sinceMovement.restart();
+    const bool isLost = m_isUnclear && m_sinceKnown.elapsed() >= s_lostAfter;
+    m_isNew = m_isNew || sight == Mosaic::Sight::Moved || isLost != m_isLost;
+    m_isLost = isLost;
+    return true;
+}
+
+void HandCapture::tell()
+{
+    if (!m_isNew || m_sinceTold.elapsed() < s_tellInterval)
+        return;
+    m_isNew = false;
+    m_sinceTold.restart();
+    // The panel goes where the window goes.
+    for (const auto &window : services().windows->windows(WindowServer::List::OnScreen, 0)) {
+        if (window.number == m_target.window)
+            m_bounds.moveTopLeft(window.bounds.toRect().topLeft());
+    }
+    if (m_isLost) {
+        emit progressed(tr("The place is lost: scroll back to what is shown here"));
+    } else if (m_mosaic.hasMoved()) {
+        const QSize size = m_mosaic.size();
+        const QString rows = QLocale().toString(size.height());
+        emit progressed(m_mosaic.isFull()
+                            ? tr("%1 x %2 pixels: more can't be taken")
+                                  .arg(QLocale().toString(size.width()), rows)
+                            : tr("%1 x %2 pixels").arg(QLocale().toString(size.width()), rows));
+    }
+}
+
+QImage HandCapture::overview(QSize box) const
+{
+    if (!m_isLost)
+        return m_mosaic.overview(box);
+    const QImage &last = m_mosaic.lastView();
+    const QPoint movement = m_mosaic.lastMovement();
+    QRect part(QPoint(), (box * s_reduction).boundedTo(last.size()));
+    if (movement.y() >= 0)
+        part.moveBottom(last.height() - 1);
+    if (movement.x() > 0)
+        part.moveRight(last.width() - 1);
+    return last.copy(part).scaled(part.size() / s_reduction, Qt::IgnoreAspectRatio,
+                                  Qt::SmoothTransformation);
+}

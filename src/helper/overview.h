@@ -1,0 +1,52 @@
+#pragma once
+
+#include <QImage>
+
+#include <algorithm>
+
+/// The size at which a picture is looked at in a box: in its own proportions, but a very long or
+/// wide one is not drawn out to a thread.
+inline QSize overviewSize(QSize picture, QSize box)
+{
+    constexpr int narrowest = 3;  // parts of the box
+    if (picture.isEmpty() || box.isEmpty())
+        return {};
+    QSize size = picture;
+    if (size.width() > box.width() || size.height() > box.height())
+        size.scale(box, Qt::KeepAspectRatio);
+    return size
+        .expandedTo(QSize(std::min(picture.width(), box.width() / narrowest),
+                          std::min(picture.height(), box.height() / narrowest)))
+        .expandedTo(QSize(1, 1));
+}
+
+/// A small picture of a large one from a few pixels for each of its own, whatever the size of the
+/// large one. `at(x, y)` gives a pixel of that.
+template<typename Pixels> QImage sampledOverview(QSize picture, QSize box, const Pixels &at)
+{
+    constexpr int samples = 2;  // each way
+    constexpr int count = samples * samples;
+    const QSize size = overviewSize(picture, box);
+    QImage result(size, QImage::Format_RGB32);
+    const auto place = [](int pixel, int sample, int whole, int shown) {
+        const int part = (pixel * samples + sample) * 2 + 1;
+        return static_cast<int>(qint64{part} * whole / (qint64{2} * samples * shown));
+    };
+    for (int y = 0; y < size.height(); ++y) {
+        auto *line = reinterpret_cast<QRgb *>(result.scanLine(y));
+        for (int x = 0; x < size.width(); ++x) {
+            int red = 0;
+            int green = 0;
+            int blue = 0;
+            for (int i = 0; i < count; ++i) {
+                const QRgb pixel = at(place(x, i % samples, picture.width(), size.width()),
+                                      place(y, i / samples, picture.height(), size.height()));
+                red += qRed(pixel);
+                green += qGreen(pixel);
+                blue += qBlue(pixel);
+            }
+            line[x] = qRgb(red / count, green / count, blue / count);
+        }
+    }
+    return result;
+}

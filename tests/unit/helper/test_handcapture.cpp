@@ -1,0 +1,314 @@
+// Taking what the user scrolls by, against a window that a test moves as a hand would.
+
+#include "fakedesktop.h"
+#include "helper/handcapture.h"
+#include "helper/scrollpage.h"
+
+#include <QTest>
+
+#include <algorithm>
+#include <cmath>
+#include <functional>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int s_number = 42;
+constexpr int s_lookTime = 25;  // ms that a look takes, beside the pause after it
+
+// A window that lies on a page where `path` says, by the time since the first look.
+class HandServer : public FakeWindowServer
+{
+public:
+    QImage page{};
+    QRect bounds{50, 40, 700, 500};
+    Frame frame{};
+    std::function<QPoint(qint64)> path{};
+    std::function<void(qint64)> onLook{};
+    int looks = 0;
+
+    QList<Entry> windows(List, int) override
+    {
+        return bounds.isEmpty()
+                   ? QList<Entry>{}
+                   : QList<Entry>{{.number = s_number, .bounds = bounds, .process = 3}};
+    }
+
+    QImage picture(std::optional<QRectF>, const QList<int> &) override
+    {
+        ++looks;
+        services().clock->pause(s_lookTime);
+        const qint64 now = services().clock->now();
+        if (m_start < 0)
+            m_start = now;
+        if (onLook)
+            onLook(now - m_start);
+        if (bounds.isEmpty())
+            return {};
+        const QSize size = bounds.size();
+        const QSize room = page.size() - frame.content(size).size();
+        const QPoint wanted = path(now - m_start);
+        const QPoint at(std::clamp(wanted.x(), 0, room.width()),
+                        std::clamp(wanted.y(), 0, room.height()));
+        return frame.view(page, at, size);
+    }
+
+private:
+    qint64 m_start = -1;
+};
+
+// From place to place in straight lines, at so many pixels a second, with a rest at each.
+std::function<QPoint(qint64)> walk(QList<QPoint> places, int speed)
+{
+    return [=](qint64 time) {
+        constexpr int rest = 100;  // ms
+        for (qsizetype i = 0; i + 1 < places.size(); ++i) {
+            const QPointF way = places[i + 1] - places[i];
+            const auto leg = static_cast<qint64>(1000 * std::hypot(way.x(), way.y()) / speed);
+            if (time < leg)
+                return (places[i] + way * time / leg).toPoint();
+            time -= leg + rest;
+            if (time < 0)
+                return places[i + 1];
+        }
+        return places.last();
+    };
+}
+
+}  // namespace
+
+class TestHandCapture : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void follows_data();
+    void follows();
+    void losesAndFinds();
+    void whatStays_data();
+    void whatStays();
+    void ends_data();
+    void ends();
+    void limit();
+    void listing();
+
+private:
+    ScrollCapture::Target target() const
+    {
+        return {.window = s_number,
+                .area = m_server->frame.content(m_server->bounds.size())
+                            .translated(m_server->bounds.topLeft())};
+    }
+    /// Runs a capture that is kept after so many milliseconds of the window's time.
+    ScrollCapture::Result takeFor(HandCapture &hands, qint64 time)
+    {
+        m_server->onLook = [&hands, time](qint64 now) {
+            if (now >= time)
+                hands.keep();
+        };
+        return hands.run();
+    }
+
+    HandServer *m_server = nullptr;
+};
+
+void TestHandCapture::init()
+{
+    const FakeDesktop desktop;
+    auto server = std::make_unique<HandServer>();
+    m_server = server.get();
+    services().windows = std::move(server);
+}
+
+void TestHandCapture::follows_data()
+{
+    QTest::addColumn<QList<QPoint>>("places");
+    QTest::addColumn<int>("speed");  // pixels a second
+    const QList<QPoint> upright{{0, 900}, {0, 8000}, {0, 0}};
+    QTest::newRow("500 a second") << QList<QPoint>{{0, 300}, {0, 900}, {0, 0}} << 500;
+    QTest::newRow("2,000 a second") << upright << 2000;
+    QTest::newRow("8,000 a second") << upright << 8000;
+    QTest::newRow("across") << QList<QPoint>{{700, 0}, {3000, 0}, {0, 0}} << 2000;
+    QTest::newRow("both") << QList<QPoint>{{600, 400}, {0, 0},   {600, 30}, {20, 380},
+                                           {600, 400}, {0, 400}, {600, 0}}
+                          << 3000;
+}
+
+// In both directions each way, and slantwise.
+void TestHandCapture::follows()
+{
+    QFETCH(QList<QPoint>, places);
+    QFETCH(int, speed);
+    QRect all;
+    for (const QPoint &place : places)
+        all |= QRect(place, m_server->bounds.size());
+    m_server->page = textPage(all.width(), all.height());
+    m_server->path = walk(places, speed);
+    qint64 end = 0;
+    for (qsizetype i = 0; i + 1 < places.size(); ++i)
+        end += 2000LL * (places[i] - places[i + 1]).manhattanLength() / speed + 200;
+    HandCapture hands(target());
+    const ScrollCapture::Result result = takeFor(hands, end);
+    QCOMPARE(result.note, QString());
+    QCOMPARE(result.picture, m_server->page);
+}
+
+// A jump beyond what two looks share is not guessed at; the way back is shown, and leads on.
+void TestHandCapture::losesAndFinds()
+{
+    m_server->page = textPage(700, 6000);
+    m_server->path = [](qint64 time) {
+        if (time < 1000)
+            return QPoint(0, static_cast<int>(time));
+        if (time < 2500)
+            return QPoint(0, 4000 + static_cast<int>(time % 100));
+        // Back somewhat further than where it was lost, and on.
+        return QPoint(0, 700 + static_cast<int>((time - 2500) / 2));
+    };
+    HandCapture hands(target());
+    QStringList told;
+    int rowsWhileLost = 0;
+    QImage shown;
+    connect(&hands, &HandCapture::progressed, this, [&](const QString &text) {
+        told.append(text);
+        if (hands.isLost()) {
+            shown = hands.overview({200, 100});
+            rowsWhileLost = static_cast<int>(told.size());
+        }
+    });
+    const ScrollCapture::Result result = takeFor(hands, 6500);
+    QCOMPARE(result.note, QString());
+    QCOMPARE(result.picture, m_server->page.copy(0, 0, 700, result.picture.height()));
+    QVERIFY(result.picture.height() > 3100 && result.picture.height() < 3250);
+    // What was at the foot of the last known view, in half its size.
+    QVERIFY(rowsWhileLost > 0 && rowsWhileLost < told.size());
+    QCOMPARE(shown.size(), QSize(200, 100));
+    bool isFound = false;
+    for (int foot = 1300; foot < 1520 && !isFound; ++foot)
+        isFound = m_server->page.copy(0, foot - 200, 400, 200)
+                      .convertToFormat(shown.format())
+                      .scaled(200, 100, Qt::IgnoreAspectRatio, Qt::SmoothTransformation) == shown;
+    QVERIFY(isFound);
+}
+
+void TestHandCapture::whatStays_data()
+{
+    QTest::addColumn<Frame>("frame");
+    QTest::addColumn<bool>("isUp");
+    QTest::newRow("header, footer") << Frame{.header = 50, .footer = 24} << false;
+    QTest::newRow("header, footer, up") << Frame{.header = 50, .footer = 24} << true;
+    QTest::newRow("scroll bar") << Frame{.scrollBar = 14} << false;
+    QTest::newRow("all, and a side bar")
+        << Frame{.header = 50, .footer = 24, .sideBar = 60, .scrollBar = 14} << true;
+}
+
+// The area is the whole window: what stays at its edges comes once, or not at all where it would
+// not reach along the content.
+void TestHandCapture::whatStays()
+{
+    QFETCH(Frame, frame);
+    QFETCH(bool, isUp);
+    m_server->frame = frame;
+    const QRect content = frame.content(m_server->bounds.size());
+    m_server->page = textPage(content.width(), 2000);
+    const int lowest = 2000 - content.height();
+    m_server->path = [=](qint64 time) {
+        const int at = static_cast<int>(std::min<qint64>(time, lowest));
+        return QPoint(0, isUp ? lowest - at : at);
+    };
+    HandCapture hands({.window = s_number});
+    const ScrollCapture::Result result = takeFor(hands, lowest + 200);
+    QCOMPARE(result.note, QString());
+    const QImage view = frame.view(m_server->page, {}, m_server->bounds.size());
+    QCOMPARE(result.picture.size(), QSize(content.width(), 2000 + frame.header + frame.footer));
+    QCOMPARE(result.picture.copy(0, frame.header, content.width(), 2000), m_server->page);
+    QCOMPARE(result.picture.copy(0, 0, content.width(), frame.header),
+             view.copy(content.x(), 0, content.width(), frame.header));
+}
+
+void TestHandCapture::ends_data()
+{
+    QTest::addColumn<QString>("how");
+    QTest::addColumn<bool>("keeps");
+    QTest::addColumn<bool>("told");
+    QTest::newRow("Return") << u"keep"_s << true << false;
+    QTest::newRow("Escape") << u"discard"_s << false << false;
+    QTest::newRow("idle") << u"idle"_s << true << true;
+    QTest::newRow("closed") << u"closed"_s << true << true;
+    QTest::newRow("another size") << u"size"_s << true << true;
+}
+
+void TestHandCapture::ends()
+{
+    QFETCH(QString, how);
+    m_server->page = textPage(700, 2000);
+    m_server->path = [](qint64 time) { return QPoint(0, std::min<int>(600, int(time))); };
+    HandCapture hands(target());
+    constexpr qint64 begin = 1000;
+    qint64 last = 0;
+    m_server->onLook = [&](qint64 now) {
+        last = now;
+        if (now < begin || how == u"idle")
+            return;
+        if (how == u"keep")
+            hands.keep();
+        else if (how == u"discard")
+            hands.discard();
+        else if (how == u"closed")
+            m_server->bounds = {};
+        else
+            m_server->bounds.setWidth(650);
+    };
+    const ScrollCapture::Result result = hands.run();
+    QTEST(!result.picture.isNull(), "keeps");
+    QTEST(!result.note.isEmpty(), "told");
+    if (!result.picture.isNull())
+        QCOMPARE(result.picture, m_server->page.copy(0, 0, 700, 1100));
+    if (how == u"idle")
+        QVERIFY(last >= 60000 && last < 61000);
+    else
+        QVERIFY(last < begin + 100);
+}
+
+// What is beyond is left out, and said; what is within is still followed.
+void TestHandCapture::limit()
+{
+    const QImage page = textPage(900, 2000);
+    const QSize view(500, 300);
+    Mosaic narrow(700, qint64{700} * 640);
+    for (const QPoint at : {QPoint(0, 0), QPoint(120, 100), QPoint(240, 200), QPoint(360, 300),
+                            QPoint(200, 420), QPoint(100, 540), QPoint(90, 400), QPoint(0, 300)})
+        QVERIFY(narrow.add(page.copy({at, view}), {{}, view}) != Mosaic::Sight::Unclear);
+    QVERIFY(narrow.isFull());
+    const QImage taken = narrow.finish();
+    QCOMPARE(taken.size(), QSize(700, 640));
+    const QRect seen(0, 420, 700, 120);
+    QCOMPARE(taken.copy(seen).convertToFormat(QImage::Format_RGB32), page.copy(seen));
+}
+
+// Lines that differ by their numbers alone: a wrong distance explains nearly all of a view.
+void TestHandCapture::listing()
+{
+    QImage page = plainPage(700, 17 * 400);
+    for (int line = 0; line < 400; ++line) {
+        glyphs().number(page, 20, 17 * line + 4, line);
+        for (int x = 100; x < 600; x += 60)
+            glyphs().number(page, x, 17 * line + 4, 31415);
+    }
+    m_server->page = page;
+    m_server->path = [](qint64 time) {
+        // By whole lines, and once by a hundred and a few.
+        const int line = static_cast<int>(time / 12);
+        return QPoint(0, 17 * (time < 2000 ? line : time < 3000 ? 255 + line / 10 : line - 110));
+    };
+    HandCapture hands(target());
+    const ScrollCapture::Result result = takeFor(hands, 5000);
+    QCOMPARE(result.note, QString());
+    QVERIFY(result.picture.height() > 5000);
+    QCOMPARE(result.picture, page.copy(0, 0, 700, result.picture.height()));
+}
+
+QTEST_MAIN(TestHandCapture)
+#include "test_handcapture.moc"
