@@ -66,7 +66,7 @@ def page():
     behavior = "smooth" if "smooth" in options else "auto"
     return f"""<!DOCTYPE html><meta charset="utf-8"><title>corpus</title><style>
 html {{ scroll-behavior: {behavior} }} body {{ margin: 0; font: 15px sans-serif }}
-header {{ position: sticky; top: 0; height: {HEADER_HEIGHT}px; line-height: {HEADER_HEIGHT}px;
+header {{ position: sticky; top: 0; z-index: 1; height: {HEADER_HEIGHT}px; line-height: {HEADER_HEIGHT}px;
   background: #245; color: #fff; box-shadow: 0 4px 12px rgba(0, 0, 0, .5) }}
 p {{ margin: 0; height: 32px; line-height: 32px; position: relative; padding-left: 20px }}
 img {{ vertical-align: middle; margin-right: 12px }}

@@ -137,16 +137,19 @@ int countStrips(const QImage &picture, const QImage &strip, int x)
 {
     if (strip.isNull() || x < 0 || x + strip.width() > picture.width())
         return 0;
+    // What a window has written where the colours have no fourth byte is left out.
+    const QImage column =
+        picture.copy(x, 0, strip.width(), picture.height()).convertToFormat(QImage::Format_RGB888);
+    const QImage wanted = strip.convertToFormat(QImage::Format_RGB888);
+    const auto bytes = static_cast<size_t>(3 * strip.width());
     int result = 0;
-    for (int top = 0; top + strip.height() <= picture.height(); ++top) {
+    for (int top = 0; top + wanted.height() <= column.height(); ++top) {
         bool isThere = true;
-        for (int y = 0; y < strip.height() && isThere; ++y) {
-            const auto *line = reinterpret_cast<const QRgb *>(picture.constScanLine(top + y));
-            isThere = std::memcmp(line + x, strip.constScanLine(y),
-                                  static_cast<size_t>(strip.width()) * sizeof(QRgb)) == 0;
-        }
+        for (int y = 0; y < wanted.height() && isThere; ++y)
+            isThere =
+                std::memcmp(column.constScanLine(top + y), wanted.constScanLine(y), bytes) == 0;
         result += isThere ? 1 : 0;
-        top += isThere ? strip.height() - 1 : 0;
+        top += isThere ? wanted.height() - 1 : 0;
     }
     return result;
 }
