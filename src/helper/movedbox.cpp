@@ -1,0 +1,191 @@
+#include "helper/movedbox.h"
+
+#include "helper/evidence.h"
+
+#include <algorithm>
+#include <numeric>
+#include <utility>
+#include <vector>
+
+namespace {
+
+// The stretch with the largest sum, widened by what counts as nothing.
+std::pair<int, int> bestStretch(const std::vector<int> &scores)
+{
+    qint64 best = 0;
+    qint64 sum = 0;
+    size_t first = 0;
+    std::pair<size_t, size_t> found{0, 0};
+    for (size_t i = 0; i < scores.size(); ++i) {
+        if (sum <= 0) {
+            sum = 0;
+            first = i;
+        }
+        sum += scores[i];
+        if (sum > best) {
+            best = sum;
+            found = {first, i + 1};
+        }
+    }
+    if (best > 0) {
+        while (found.first > 0 && scores[found.first - 1] == 0)
+            --found.first;
+        while (found.second < scores.size() && scores[found.second] == 0)
+            ++found.second;
+    }
+    return {static_cast<int>(found.first), static_cast<int>(found.second)};
+}
+
+/// Two views, one of which the content has moved to, cell by cell: what went along and what stayed.
+class MovedCells
+{
+public:
+    MovedCells(const QImage &before, const QImage &after, QPoint movement)
+        : m_before(before), m_after(after), m_movement(movement),
+          m_bands((after.width() + s_cell - 1) / s_cell), m_rows(after.height()),
+          m_scores(static_cast<size_t>(m_bands) * m_rows)
+    {
+        for (int y = 0; y < m_rows; ++y) {
+            for (int band = 0; band < m_bands; ++band)
+                m_scores[index(band, y)] = scoreOf(band, y);
+        }
+    }
+
+    QRect box() const
+    {
+        auto bands = bestStretch(columnScores({0, m_rows}));
+        const auto rows = bestStretch(rowScores(bands));
+        bands = bestStretch(columnScores(rows));
+        if (bands.first == bands.second || rows.first == rows.second)
+            return {};
+        int explained = 0;
+        int denied = 0;
+        Rows told;
+        for (int y = rows.first; y < rows.second; ++y) {
+            const int explainedBefore = explained;
+            const int deniedBefore = denied;
+            for (int band = bands.first; band < bands.second; ++band) {
+                explained += m_scores[index(band, y)] > 0;
+                denied += m_scores[index(band, y)] < 0;
+            }
+            told.add(explained > explainedBefore, denied > deniedBefore);
+        }
+        if (denied > explained || !told.agree())
+            return {};
+        const QRect rough(
+            QPoint(bands.first * s_cell, rows.first),
+            QPoint(std::min(bands.second * s_cell, m_after.width()) - 1, rows.second - 1));
+        return withEdges(rough);
+    }
+
+private:
+    size_t index(int band, int y) const
+    {
+        return static_cast<size_t>(y) * m_bands + static_cast<size_t>(band);
+    }
+
+    // 1 for what tells of the movement, -1 for what denies it.
+    qint8 scoreOf(int band, int y) const
+    {
+        const int x = band * s_cell;
+        const int count = std::min(s_cell, m_after.width() - x);
+        const QRgb *is = rowOf(m_after, y) + x;
+        const bool stays = isSame(is, rowOf(m_before, y) + x, count);
+        const QPoint from = QPoint(x, y) + m_movement;
+        if (from.y() >= 0 && from.y() < m_rows && from.x() >= 0 &&
+            from.x() + count <= m_before.width()) {
+            const bool follows = isSame(is, rowOf(m_before, from.y()) + from.x(), count);
+            return qint8(follows ? (stays ? 0 : 1) : -1);
+        }
+        // What comes into view is something else than what was there, but for plain ground.
+        if (!stays)
+            return 1;
+        const bool turns = m_movement.x() == 0
+                               ? y > 0 && !isSame(is, rowOf(m_after, y - 1) + x, count)
+                               : count > 1 && !isSame(is, is + 1, count - 1);
+        return turns ? -1 : 0;
+    }
+
+    std::vector<int> columnScores(std::pair<int, int> rows) const
+    {
+        std::vector<int> result(m_bands);
+        for (int y = rows.first; y < rows.second; ++y) {
+            for (int band = 0; band < m_bands; ++band)
+                result[band] += m_scores[index(band, y)];
+        }
+        return result;
+    }
+    std::vector<int> rowScores(std::pair<int, int> bands) const
+    {
+        std::vector<int> result(m_rows);
+        for (int y = 0; y < m_rows; ++y) {
+            const auto from = m_scores.begin() + static_cast<ptrdiff_t>(index(0, y));
+            result[y] = std::accumulate(from + bands.first, from + bands.second, 0);
+        }
+        return result;
+    }
+
+    // A cell holds both the end of what moves and the beginning of a scroll bar: the sides are told
+    // by single columns.
+    QRect withEdges(const QRect &rough) const
+    {
+        constexpr int inside = 3 * s_cell;
+        const int width = m_after.width();
+        const int top = std::max(rough.top(), rough.top() - m_movement.y());
+        const int bottom = std::min(rough.bottom(), rough.bottom() - m_movement.y());
+        const int reach = std::min(inside, rough.width() / 2);
+        const int first = std::max(0, -m_movement.x());
+        const int last = std::min(width, width - m_movement.x()) - 1;
+        std::vector<int> denied(width);
+        std::vector<int> told(width);
+        for (int y = top; y <= bottom; ++y) {
+            const QRgb *is = rowOf(m_after, y);
+            const QRgb *was = rowOf(m_before, y);
+            const QRgb *from = rowOf(m_before, y + m_movement.y()) + m_movement.x();
+            for (int x = first; x <= last; ++x) {
+                if (x == rough.left() + reach)
+                    x = std::max(x, rough.right() + 1 - reach);
+                denied[x] += is[x] != from[x];
+                told[x] += is[x] == from[x] && is[x] != was[x];
+            }
+        }
+        const auto denies = [&](int x) {
+            return x >= first && x <= last && denied[x] > 1 && denied[x] > told[x];
+        };
+        int left = rough.left() + reach;
+        while (left > 0 && !denies(left - 1))
+            --left;
+        int right = rough.right() - reach;
+        while (right < width - 1 && !denies(right + 1))
+            ++right;
+        // Of what stays, the frame lies nearer.
+        const QRgb ground = commonColour(m_after, rough);
+        const auto isFrame = [&](int x) {
+            const QRgb colour = rowOf(m_after, rough.top())[x];
+            for (int y = rough.top(); y <= rough.bottom(); ++y) {
+                if (rowOf(m_after, y)[x] != colour)
+                    return false;
+            }
+            return colour != ground;
+        };
+        while (right < width - 1 && right > left && isFrame(right))
+            --right;
+        while (left > 0 && left < right && isFrame(left))
+            ++left;
+        return {QPoint(left, rough.top()), QPoint(right, rough.bottom())};
+    }
+
+    const QImage &m_before;
+    const QImage &m_after;
+    QPoint m_movement;
+    int m_bands;
+    int m_rows;
+    std::vector<qint8> m_scores;
+};
+
+}  // namespace
+
+QRect movedBox(const QImage &before, const QImage &after, QPoint movement)
+{
+    return MovedCells(before, after, movement).box();
+}
