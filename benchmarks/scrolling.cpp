@@ -60,7 +60,7 @@ public:
     void turn(int clicks)
     {
         m_view = look();
-        services().windows->turnWheel(s_window.center(), clicks);
+        services().windows->turnWheel(s_window.center(), clicks, WindowServer::Wheel::Down);
         settle();
     }
 

@@ -21,7 +21,7 @@ QRgb commonColour(const QImage &picture, const QRect &part)
     std::unordered_map<QRgb, int> counts;
     for (int y = part.top(); y <= part.bottom(); y += every) {
         for (int x = part.left(); x <= part.right(); x += every)
-            ++counts[rowOf(picture, y)[x]];
+            ++counts[pixelRow(picture, y)[x]];
     }
     const auto most = std::max_element(counts.begin(), counts.end(),
                                        [](auto &a, auto &b) { return a.second < b.second; });
@@ -34,8 +34,8 @@ Witnesses witnesses(const QImage &known, const QImage &view, QPoint movement,
     const QRect patch(0, 0, s_landmarkWidth, s_landmarkHeight);
     const auto isThere = [&view](const QImage &picture, QPoint from, QPoint to) {
         for (int y = 0; y < s_landmarkHeight; ++y) {
-            if (!sameCell(rowOf(view, from.y() + y) + from.x(),
-                          rowOf(picture, to.y() + y) + to.x()))
+            if (!sameCell(pixelRow(view, from.y() + y) + from.x(),
+                          pixelRow(picture, to.y() + y) + to.x()))
                 return false;
         }
         return true;
@@ -51,8 +51,8 @@ Witnesses witnesses(const QImage &known, const QImage &view, QPoint movement,
         const QPoint from = at + movement;
         if (!isOnly || !part.contains(patch.translated(at)) ||
             !known.rect().contains(patch.translated(from)) ||
-            rowOf(known, from.y())[from.x()] == 0 ||
-            rowOf(known, from.y() + s_landmarkHeight - 1)[from.x() + s_landmarkWidth - 1] == 0)
+            pixelRow(known, from.y())[from.x()] == 0 ||
+            pixelRow(known, from.y() + s_landmarkHeight - 1)[from.x() + s_landmarkWidth - 1] == 0)
             continue;
         if (isThere(known, at, from))
             ++result.agree;
@@ -98,8 +98,8 @@ Trial trialOf(const QImage &known, const QImage &view, QPoint movement, bool has
     for (int y = 0; y < view.height(); y += step) {
         const int from = y + movement.y();
         const bool hasRow = from >= 0 && from < known.height();
-        const QRgb *is = rowOf(view, y);
-        const QRgb *was = hasRow ? rowOf(known, from) + movement.x() : nullptr;
+        const QRgb *is = pixelRow(view, y);
+        const QRgb *was = hasRow ? pixelRow(known, from) + movement.x() : nullptr;
         for (int x = 0; x < width; x += s_cell) {
             const int count = std::min(s_cell, width - x);
             const bool isKnown = hasRow && x + movement.x() >= 0 &&

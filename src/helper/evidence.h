@@ -1,6 +1,7 @@
 #pragma once
 
 #include "helper/landmarks.h"
+#include "helper/pixelrows.h"
 
 #include <QImage>
 #include <QPoint>
@@ -13,11 +14,6 @@
 
 /// Pixels in a cell, a piece of a row: what is compared at once.
 constexpr int s_cell = 16;
-
-inline const QRgb *rowOf(const QImage &picture, int y)
-{
-    return reinterpret_cast<const QRgb *>(picture.constScanLine(y));
-}
 
 // A loop of known length, which is a few instructions.
 inline bool sameCell(const QRgb *a, const QRgb *b)

@@ -38,7 +38,7 @@ QImage opaque(const QImage &picture, const QRect &area)
         return picture.copy(area).convertToFormat(QImage::Format_ARGB32_Premultiplied);
     QImage result(area.size(), QImage::Format_ARGB32_Premultiplied);
     for (int y = 0; y < area.height(); ++y) {
-        const QRgb *from = rowOf(picture, area.y() + y) + area.x();
+        const QRgb *from = pixelRow(picture, area.y() + y) + area.x();
         auto *to = reinterpret_cast<QRgb *>(result.scanLine(y));
         for (int x = 0; x < area.width(); ++x)
             to[x] = from[x] | ~RGB_MASK;
@@ -199,7 +199,8 @@ bool Mosaic::isInPlace(const QImage &view, const std::vector<Landmark> &landmark
     int spots = 0;
     int last = -gap;
     for (int y = part.top(); y <= part.bottom(); ++y) {
-        if (isSame(rowOf(view, y) + part.left(), rowOf(m_last, y) + part.left(), part.width()))
+        if (isSame(pixelRow(view, y) + part.left(), pixelRow(m_last, y) + part.left(),
+                   part.width()))
             continue;
         ++changed;
         spots += y - last > gap;
@@ -329,10 +330,10 @@ void Mosaic::paintStrip(Side side, const QImage &view, const QRect &part)
         int turns = 0;
         int wrong = 0;
         for (int y = back.y(); y < was.height(); ++y) {
-            const QRgb *wasRow = rowOf(was, y);
-            const QRgb *isRow = rowOf(is, y);
-            const QRgb *wasBack = rowOf(was, y - back.y());
-            const QRgb *isBack = rowOf(is, y - back.y());
+            const QRgb *wasRow = pixelRow(was, y);
+            const QRgb *isRow = pixelRow(is, y);
+            const QRgb *wasBack = pixelRow(was, y - back.y());
+            const QRgb *isBack = pixelRow(is, y - back.y());
             for (int x = back.x(); x < was.width(); ++x) {
                 const int previous = x - back.x();
                 if (wasRow[x] == wasBack[previous] && isRow[x] == isBack[previous])
@@ -366,7 +367,7 @@ QImage Mosaic::overview(QSize box) const
 {
     if (!hasMoved())
         return sampledOverview(m_last.size(), box,
-                               [this](int x, int y) { return rowOf(m_last, y)[x]; });
+                               [this](int x, int y) { return pixelRow(m_last, y)[x]; });
     return sampledOverview(m_extent.size(), box, [this](int x, int y) {
         return m_plane.pixel(m_extent.topLeft() + QPoint(x, y));
     });
@@ -421,12 +422,13 @@ QImage Mosaic::finish()
                             isBottom ? size.height() - corner.height() : 0);
             for (int y = 0; y < corner.height(); ++y)
                 std::memcpy(result.scanLine(to.y() + y) + sizeof(QRgb) * to.x(),
-                            rowOf(m_last, from.y() + y) + from.x(), sizeof(QRgb) * corner.width());
+                            pixelRow(m_last, from.y() + y) + from.x(),
+                            sizeof(QRgb) * corner.width());
         }
     }
     QRgb all = ~QRgb{0};
     for (int y = 0; y < size.height(); ++y) {
-        const QRgb *line = rowOf(result, y);
+        const QRgb *line = pixelRow(result, y);
         all = std::accumulate(line, line + size.width(), all, std::bit_and<>());
     }
     if (qAlpha(all) == 0xff)

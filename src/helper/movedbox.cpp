@@ -89,19 +89,19 @@ private:
     {
         const int x = band * s_cell;
         const int count = std::min(s_cell, m_after.width() - x);
-        const QRgb *is = rowOf(m_after, y) + x;
-        const bool stays = isSame(is, rowOf(m_before, y) + x, count);
+        const QRgb *is = pixelRow(m_after, y) + x;
+        const bool stays = isSame(is, pixelRow(m_before, y) + x, count);
         const QPoint from = QPoint(x, y) + m_movement;
         if (from.y() >= 0 && from.y() < m_rows && from.x() >= 0 &&
             from.x() + count <= m_before.width()) {
-            const bool follows = isSame(is, rowOf(m_before, from.y()) + from.x(), count);
+            const bool follows = isSame(is, pixelRow(m_before, from.y()) + from.x(), count);
             return qint8(follows ? (stays ? 0 : 1) : -1);
         }
         // What comes into view is something else than what was there, but for plain ground.
         if (!stays)
             return 1;
         const bool turns = m_movement.x() == 0
-                               ? y > 0 && !isSame(is, rowOf(m_after, y - 1) + x, count)
+                               ? y > 0 && !isSame(is, pixelRow(m_after, y - 1) + x, count)
                                : count > 1 && !isSame(is, is + 1, count - 1);
         return turns ? -1 : 0;
     }
@@ -139,9 +139,9 @@ private:
         std::vector<int> denied(width);
         std::vector<int> told(width);
         for (int y = top; y <= bottom; ++y) {
-            const QRgb *is = rowOf(m_after, y);
-            const QRgb *was = rowOf(m_before, y);
-            const QRgb *from = rowOf(m_before, y + m_movement.y()) + m_movement.x();
+            const QRgb *is = pixelRow(m_after, y);
+            const QRgb *was = pixelRow(m_before, y);
+            const QRgb *from = pixelRow(m_before, y + m_movement.y()) + m_movement.x();
             for (int x = first; x <= last; ++x) {
                 if (x == rough.left() + reach)
                     x = std::max(x, rough.right() + 1 - reach);
@@ -161,9 +161,9 @@ private:
         // Of what stays, the frame lies nearer.
         const QRgb ground = commonColour(m_after, rough);
         const auto isFrame = [&](int x) {
-            const QRgb colour = rowOf(m_after, rough.top())[x];
+            const QRgb colour = pixelRow(m_after, rough.top())[x];
             for (int y = rough.top(); y <= rough.bottom(); ++y) {
-                if (rowOf(m_after, y)[x] != colour)
+                if (pixelRow(m_after, y)[x] != colour)
                     return false;
             }
             return colour != ground;

@@ -1,5 +1,7 @@
 #include "helper/movement.h"
 
+#include "helper/pixelrows.h"
+
 #include <algorithm>
 #include <array>
 #include <cstring>
@@ -18,35 +20,8 @@ constexpr int s_block = 8;
 constexpr int s_enough = 10;
 // A cell that contradicts a movement weighs as much as this many that speak for it.
 constexpr int s_against = 3;
-// Every so many pixels are enough to tell a ground.
-constexpr int s_sampling = 4;
 
 using Hash = quint32;
-
-QImage plain(const QImage &picture)
-{
-    switch (picture.format()) {
-    case QImage::Format_RGB32:
-    case QImage::Format_ARGB32:
-    case QImage::Format_ARGB32_Premultiplied:
-        return picture;
-    default:
-        return picture.convertToFormat(QImage::Format_ARGB32_Premultiplied);
-    }
-}
-
-// The bits of a pixel that can be seen: the fourth byte of RGB32 is anything.
-QRgb visibleBits(const QImage &before, const QImage &after)
-{
-    return before.format() == QImage::Format_RGB32 || after.format() == QImage::Format_RGB32
-               ? RGB_MASK
-               : 0xffffffff;
-}
-
-const QRgb *row(const QImage &picture, int y)
-{
-    return reinterpret_cast<const QRgb *>(picture.constScanLine(y));
-}
 
 // Sums of products of two pixels, each shifted by its own odd number: one multiplication for two
 // pixels, with nothing that depends on the pair before.
@@ -79,7 +54,7 @@ public:
             const int bottom = std::min(top + s_block, m_rows);
             std::array<const QRgb *, s_block> lines{};
             for (int y = top; y < bottom; ++y)
-                lines[y - top] = row(picture, y);
+                lines[y - top] = pixelRow(picture, y);
             for (ptrdiff_t band = 0; band < whole; ++band) {
                 Hash *to = m_hashes.data() + band * m_rows;
                 for (int y = top; y < bottom; ++y)
@@ -130,7 +105,7 @@ class Pair
 {
 public:
     Pair(const QImage &before, const QImage &after)
-        : m_before(before), m_after(after), m_mask(visibleBits(before, after)),
+        : m_before(before), m_after(after), m_mask(visibleBits(before) & visibleBits(after)),
           m_height(before.height()), m_old(before, m_mask), m_new(after, m_mask), m_same(m_height),
           m_other(m_height), m_telling(m_height), m_fresh(m_height), m_match(m_height)
     {
@@ -624,10 +599,10 @@ std::pair<int, int> Pair::movedColumns(const Band &band, const Fit &fit) const
     for (int y = fit.first; y <= fit.last; ++y) {
         if (y == 0 || !band.turn[y] || was[y] != is[y] || was[y - 1] != is[y - 1])
             continue;
-        const QRgb *here = row(m_after, y);
-        const QRgb *above = row(m_after, y - 1);
-        const QRgb *hereBefore = row(m_before, y);
-        const QRgb *aboveBefore = row(m_before, y - 1);
+        const QRgb *here = pixelRow(m_after, y);
+        const QRgb *above = pixelRow(m_after, y - 1);
+        const QRgb *hereBefore = pixelRow(m_before, y);
+        const QRgb *aboveBefore = pixelRow(m_before, y - 1);
         for (int x = left; x < right; ++x) {
             if (((here[x] ^ above[x]) & m_mask) &&
                 (((here[x] ^ hereBefore[x]) | (above[x] ^ aboveBefore[x])) & m_mask)) {
@@ -669,27 +644,14 @@ std::vector<quint64> rowHashes(const Cells &cells, int rows)
     return result;
 }
 
-// The colour that most of an area has, looked at here and there.
-QRgb commonColour(const QImage &image, const QRect &area)
-{
-    std::unordered_map<QRgb, int> counts;
-    for (int y = area.top(); y <= area.bottom(); y += s_sampling) {
-        for (int x = area.left(); x <= area.right(); x += s_sampling)
-            ++counts[row(image, y)[x]];
-    }
-    const auto most = std::max_element(counts.begin(), counts.end(),
-                                       [](auto &a, auto &b) { return a.second < b.second; });
-    return most->first;
-}
-
 }  // namespace
 
 Movement findMovement(const QImage &before, const QImage &after, int expected)
 {
     if (before.isNull() || before.size() != after.size())
         return {};
-    const QImage earlier = plain(before);
-    const QImage later = plain(after);
+    const QImage earlier = withPixels(before);
+    const QImage later = withPixels(after);
     Pair pair(earlier, later);
     if (!pair.changed())
         return {.kind = Movement::Kind::Still};
@@ -732,9 +694,9 @@ bool isInPlace(const QImage &before, const QImage &after)
 {
     if (before.isNull() || before.size() != after.size())
         return false;
-    const QImage earlier = plain(before);
-    const QImage later = plain(after);
-    const QRgb mask = visibleBits(earlier, later);
+    const QImage earlier = withPixels(before);
+    const QImage later = withPixels(after);
+    const QRgb mask = visibleBits(earlier) & visibleBits(later);
     const std::vector<quint64> was = rowHashes(Cells(earlier, mask), before.height());
     const std::vector<quint64> is = rowHashes(Cells(later, mask), before.height());
     std::unordered_map<quint64, int> seen;
@@ -749,52 +711,4 @@ bool isInPlace(const QImage &before, const QImage &after)
         kept += was[y] == is[y];
     }
     return unique > 0 && kept * 3 >= unique;
-}
-
-QRect scrollingArea(const QImage &before, const QImage &after, const Movement &movement)
-{
-    const QRect whole = after.rect();
-    if (before.isNull() || before.size() != after.size() || movement.moved.isEmpty() ||
-        !whole.contains(movement.moved))
-        return {};
-    const QImage earlier = plain(before);
-    const QImage later = plain(after);
-    const QRgb mask = visibleBits(earlier, later);
-    QRect area = movement.moved;
-    const QRgb ground = commonColour(later, area) & mask;
-
-    // Whether a line of pixels went along: what was there is there `rows` higher. A line of one
-    // colour always did, and belongs to a scroll bar or a frame if that is not the ground's.
-    const auto wentAlong = [&](const QRect &line) {
-        const QRgb first = row(earlier, line.top())[line.left()] & mask;
-        bool isPlain = true;
-        for (int y = line.top(); y <= line.bottom(); ++y) {
-            const QRgb *was = row(earlier, y);
-            const QRgb *is = row(later, y - movement.rows);
-            for (int x = line.left(); x <= line.right(); ++x) {
-                if ((was[x] ^ is[x]) & mask)
-                    return false;
-                isPlain = isPlain && (was[x] & mask) == first;
-            }
-        }
-        return !isPlain || first == ground;
-    };
-    // In the earlier picture: the first rows of the area have left it in the later one.
-    const auto widen = [&](const auto &next) {
-        for (QRect line = next();
-             whole.contains(line) && line.top() >= movement.rows && wentAlong(line); line = next())
-            area |= line;
-    };
-    const auto side = [&](int x) {
-        return QRect(QPoint(x, std::max(area.top() + movement.rows, movement.rows)),
-                     QPoint(x, area.bottom()));
-    };
-    widen([&] { return side(area.left() - 1); });
-    widen([&] { return side(area.right() + 1); });
-    widen([&] { return QRect(area.left(), area.bottom() + 1, area.width(), 1); });
-    // Upwards it is the later picture that tells, row by row.
-    for (int y = area.top() - 1;
-         y >= 0 && wentAlong(QRect(area.left(), y + movement.rows, area.width(), 1)); --y)
-        area.setTop(y);
-    return area;
 }

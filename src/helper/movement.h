@@ -24,7 +24,3 @@ Movement findMovement(const QImage &before, const QImage &after, int expected = 
 /// Whether most of what can be told apart in a view is where it was, however much of the rest has
 /// changed.
 bool isInPlace(const QImage &before, const QImage &after);
-
-/// The area that scrolls, for a view of a whole window that nothing else names: what moved, widened
-/// over the plain ground around it up to the next edge (scroll bar, frame, tool bar).
-QRect scrollingArea(const QImage &before, const QImage &after, const Movement &movement);

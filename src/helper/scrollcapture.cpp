@@ -1,9 +1,10 @@
 #include "helper/scrollcapture.h"
 
-#include "helper/helperjob.h"
+#include "helper/scrollingarea.h"
 #include "platform/services.h"
 
 #include <QLocale>
+#include <QPainter>
 
 #include <algorithm>
 #include <cmath>
@@ -11,19 +12,19 @@
 
 namespace {
 
-constexpr int s_heightLimit = 30000;  // rows
+constexpr int s_longest = 30000;              // pixels, either way
+constexpr qint64 s_mostPixels = 400'000'000;  // in all
 // Milliseconds.
-constexpr int s_round = 12;
-constexpr int s_rest = 90;          // without a change: the view is at rest
-constexpr int s_patientRest = 600;  // the same where content comes late, or is not known not to
+constexpr int s_patientRest = 600;  // where content comes late, or is not known not to
+constexpr int s_firstRest = 180;    // the first step tells how far one click leads
 constexpr int s_longestRest = 1500;
-constexpr int s_restless = 4000;   // it never will be, as a film plays in it
+constexpr int s_restless = 4000;   // a turn took this long: a film plays
 constexpr int s_patienceUp = 400;  // for a first sign of movement
+constexpr int s_leastPatienceUp = 250;
 constexpr int s_patienceDown = 500;
+constexpr int s_leastPatienceDown = 150;
 constexpr int s_slowPatience = 3000;
 constexpr int s_settle = 150;
-constexpr int s_coverPatience = 2000;
-constexpr int s_handPatience = 250;
 constexpr int s_progressLimit = 60000;
 // Clicks of the wheel.
 constexpr int s_firstClimb = 10;
@@ -57,53 +58,53 @@ int rowsThatDiffer(const QImage &before, const QImage &after, const Movement &mo
     return result;
 }
 
+int clicksFor(int distance, double perClick)
+{
+    return perClick > 0 ? static_cast<int>(std::lround(distance / perClick)) : 0;
+}
+
 }  // namespace
 
 ScrollCapture::ScrollCapture(const Target &target)
-    : m_clock(*services().clock), m_target(target), m_stitcher(s_heightLimit), m_rest(s_rest),
-      m_sinceProgress(m_clock)
+    : m_clock(*services().clock), m_target(target), m_window(target.window, target.anchor),
+      m_stitcher(s_longest), m_sinceProgress(m_clock)
 {
+    connect(&m_window, &ScrolledWindow::told, this, &ScrollCapture::progressed);
 }
 
 ScrollCapture::Result ScrollCapture::run()
 {
-    for (const auto &window : services().windows->windows(WindowServer::List::OnScreen, 0)) {
-        if (window.number == m_target.window)
-            m_bounds = window.bounds.toRect();
-    }
-    m_crop = QRect(QPoint(), m_bounds.size());
-    m_anchor = m_target.anchor - m_bounds.topLeft();
     m_sinceProgress.restart();
-    QImage original;
-    if (!look(original))
-        return {.note = m_note};
-    m_view = original;
+    if (!m_window.look())
+        return {.note = m_window.note()};
+    const QImage original = m_window.view();
+    if (m_target.marked)
+        m_window.setCrop(toldArea());
+    m_isAcross = m_target.across && goLeft();
+    const QImage atLeft = m_window.view();
     emit progressed(tr("Scrolling to the top"));
     m_climbed = climb();
-    if (begin())
+    const bool isFollowed = begin();
+    if (isFollowed) {
+        m_window.parkPointer();
         goDown();
-    if (m_stop != Stop::Abandon) {
+    }
+    m_firstRow = m_stitcher.offsetOf(m_window.contentOf(atLeft));
+    // Its rows are needed on the way back, unless there are other columns anyway.
+    const QImage picture = isFollowed && m_isAcross ? sheet() : QImage();
+    if (m_window.stop() != Stop::Abandon) {
         emit progressed(tr("Putting it back"));
         emit puttingBack();
-        putBack(original);
+        putBack(atLeft);
+        if (m_isAcross) {
+            m_window.setAxis(Axis::Across);
+            goDownTo(m_window.contentOf(original));
+        }
     }
-    if (m_stop == Stop::Abandon || m_stop == Stop::Discard)
+    m_window.unparkPointer();
+    if (m_window.stop() == Stop::Abandon || m_window.stop() == Stop::Discard)
         return {};
-    return {.picture = m_stitcher.finish(), .note = m_note};
-}
-
-bool ScrollCapture::pause(int milliseconds)
-{
-    if (!m_clock.pause(milliseconds))
-        abandon();
-    return m_stop != Stop::Abandon;
-}
-
-void ScrollCapture::endWith(const QString &note)
-{
-    m_ended = true;
-    if (m_note.isEmpty())
-        m_note = note;
+    return {.picture = picture.isNull() ? column() : picture, .note = m_window.note()};
 }
 
 void ScrollCapture::tellRows()
@@ -112,208 +113,125 @@ void ScrollCapture::tellRows()
     emit progressed(tr("%1 pixels").arg(QLocale().toString(m_stitcher.rows())));
 }
 
-// The window's own picture: what lies over it, a notice or the panel of this program, is not in
-// it. `view` stays as it is where there is none.
-bool ScrollCapture::look(QImage &view)
-{
-    const QImage now = services().windows->picture(std::nullopt, {m_target.window});
-    if (now.isNull())
-        endWith(tr("The window left the screen"));
-    else if (now.size() != m_bounds.size())
-        endWith(tr("The window changed its size"));
-    else
-        view = now;
-    return !now.isNull() && now.size() == m_bounds.size();
-}
-
-QImage ScrollCapture::cropped(const QImage &view) const
-{
-    return m_crop == view.rect() ? view : view.copy(m_crop);
-}
-
 QRect ScrollCapture::toldArea() const
 {
-    return m_target.area.translated(-m_bounds.topLeft()) & m_view.rect();
-}
-
-// Whether a turn of the wheel would reach the window, and no other. It may have been moved.
-bool ScrollCapture::isReachable()
-{
-    const auto windows =
-        services().windows->windows(WindowServer::List::AtAndAbove, m_target.window);
-    if (windows.isEmpty())
-        return false;
-    m_bounds.moveTopLeft(windows.last().bounds.toRect().topLeft());
-    const QPoint at = m_bounds.topLeft() + m_anchor;
-    return std::none_of(windows.begin(), windows.end(), [&](const auto &window) {
-        return window.number != m_target.window && window.process != ownProcess() &&
-               window.bounds.contains(at);
-    });
-}
-
-// What comes in front may be a mere tip. False when the capture ends here.
-bool ScrollCapture::waitUntilReachable()
-{
-    for (int waited = 0; !isReachable(); waited += s_settle) {
-        QImage view;
-        if (!look(view))
-            return false;
-        if (waited >= s_coverPatience)
-            endWith(tr("Another window came in front"));
-        if (m_ended || !pause(s_settle))
-            return false;
-    }
-    return true;
-}
-
-// With Ctrl held the wheel enlarges, with a button it drags.
-bool ScrollCapture::waitForFreeHand()
-{
-    const Stop stop = m_stop;
-    Stopwatch clock(m_clock);
-    for (bool told = false; services().windows->isHandBusy();) {
-        if (!told && clock.elapsed() >= s_handPatience) {
-            emit progressed(tr("Let go of all keys and buttons"));
-            told = true;
-        }
-        if (clock.elapsed() >= s_progressLimit || !pause(s_round) || m_stop != stop)
-            return false;
-    }
-    return true;
-}
-
-// Turns the wheel, down for more than 0 and not at all for 0, and waits until the view has moved
-// and come to rest.
-ScrollCapture::Turn ScrollCapture::turn(int clicks, int patience)
-{
-    const Stop stop = m_stop;
-    if (clicks != 0) {
-        if (!waitForFreeHand() || !isReachable())
-            return Turn::Nothing;
-        if (!services().windows->turnWheel(m_bounds.topLeft() + m_anchor, clicks)) {
-            endWith(tr("This desktop lets no program turn the wheel"));
-            return Turn::Nothing;
-        }
-    }
-    const QImage before = cropped(m_view);
-    QImage last = before;
-    bool hasMoved = false;
-    Stopwatch sinceTurn(m_clock);
-    Stopwatch sinceChange = sinceTurn;
-    while (pause(s_round) && m_stop == stop) {
-        QImage view;
-        if (!look(view))
-            return Turn::Nothing;
-        const QImage now = cropped(view);
-        if (now != last) {
-            // A caret that blinks meanwhile is no change.
-            const bool hasChanged = findMovement(last, now).kind != Movement::Kind::Still;
-            if (hasChanged) {
-                const bool isLate = hasMoved && sinceChange.elapsed() >= s_rest;
-                m_sawLate = m_sawLate || (isLate && isInPlace(last, now));
-                sinceChange.restart();
-            }
-            // Slow scrolling may look like spots from one look to the next.
-            hasMoved =
-                hasMoved || hasChanged || findMovement(before, now).kind != Movement::Kind::Still;
-            last = now;
-            m_view = view;
-        }
-        if (hasMoved && (sinceChange.elapsed() >= m_rest || sinceTurn.elapsed() >= s_restless))
-            return Turn::Moved;
-        if (!hasMoved && sinceTurn.elapsed() >= patience)
-            return Turn::Nothing;
-    }
-    return Turn::Nothing;
+    return m_window.fromGlobal(m_target.area) & m_window.view().rect();
 }
 
 // To the top, also when the capture has been told to stop. True when the content went up.
 bool ScrollCapture::climb()
 {
-    const Stop stop = m_stop;
+    const Stop stop = m_window.stop();
     Stopwatch clock(m_clock);
     bool hasMoved = false;
     int clicks = s_firstClimb;
-    for (int films = 0; m_stop == stop && clock.elapsed() < s_progressLimit && films < s_films;) {
+    for (int films = 0;
+         m_window.stop() == stop && clock.elapsed() < s_progressLimit && films < s_films;) {
         Stopwatch sinceTurn(m_clock);
-        if (turn(-clicks, m_isSlow ? s_slowPatience : s_patienceUp) == Turn::Nothing)
+        const int patience =
+            m_isSlow ? s_slowPatience : m_window.patience(s_leastPatienceUp, s_patienceUp);
+        if (m_window.turn(-clicks, patience) == Turn::Nothing)
             break;
         hasMoved = true;
         films += sinceTurn.elapsed() >= s_restless;
         clicks = std::min(2 * clicks, s_longestClimb);
     }
     // A turn that was cut short may have moved it.
-    return hasMoved || m_stop != stop;
+    return hasMoved || m_window.stop() != stop;
 }
 
 // The first step, by one click, tells what of the window moves, and how far.
 Movement ScrollCapture::firstStep()
 {
     const QRect told = toldArea();
-    const QImage first = m_view;
-    const Stop stop = m_stop;
-    turn(1, s_patienceDown);
+    const QImage before = m_window.view();
+    const Stop stop = m_window.stop();
+    const int rest = m_window.rest();
+    m_window.setRest(std::max(rest, s_firstRest));
+    m_window.turn(1, s_patienceDown);
     // It is under way, and has to be known to be undone.
-    if (m_stop != stop)
-        turn(0, s_settle);
-    Movement movement = findMovement(first, m_view);
+    if (m_window.stop() != stop)
+        m_window.turn(0, s_settle);
+    m_window.setRest(rest);
+    if (m_target.marked || m_rowsPerClick > 0) {
+        const Movement movement = findMovement(m_window.contentOf(before), content());
+        if (movement.kind == Movement::Kind::Moved)
+            m_rowsPerClick = movement.rows;
+        return movement;
+    }
+    Movement movement = findMovement(before, m_window.view());
     if (movement.kind != Movement::Kind::Moved && !told.isEmpty()) {
         // Much else may go on in the window.
-        movement = findMovement(first.copy(told), m_view.copy(told));
+        movement = findMovement(before.copy(told), m_window.view().copy(told));
         movement.moved.translate(told.topLeft());
     }
-    if (movement.kind != Movement::Kind::Moved)
-        return movement;
+    if (movement.kind == Movement::Kind::Moved)
+        setArea(before, movement);
+    return movement;
+}
+
+void ScrollCapture::setArea(const QImage &before, const Movement &movement)
+{
     // What is told about the area counts as far as the pixels agree.
+    const QRect told = toldArea();
     const QRect around = told.adjusted(-s_tolerance, -s_tolerance, s_tolerance, s_tolerance);
-    m_crop = m_target.marked || (!told.isEmpty() && around.contains(movement.moved))
-                 ? told
-                 : scrollingArea(first, m_view, movement);
+    const bool isTold = !told.isEmpty() && around.contains(movement.moved);
+    const QRect area = isTold ? withoutScrollBar(before, m_window.view(), movement, told)
+                              : scrollingArea(before, m_window.view(), movement);
+    m_window.setCrop(area);
+    m_first = isTold ? QImage() : before;
     m_rowsPerClick = movement.rows;
     // At the edge of what scrolls: in its midst boxes and lists would pass by and take the wheel
     // for themselves.
-    m_anchor = {m_crop.x() + std::min(s_fromEdge, m_crop.width() / 2), m_crop.center().y()};
-    return movement;
+    m_window.setAnchor({area.x() + std::min(s_fromEdge, area.width() / 2), area.center().y()});
 }
 
 // False where nothing scrolls, or it can't be told how far.
 bool ScrollCapture::begin()
 {
-    QImage first = m_view;
+    QImage first = m_window.view();
     Movement movement{.kind = Movement::Kind::Still};
     if (runs())
         movement = firstStep();
     if (movement.kind != Movement::Kind::Moved && runs()) {
         // A slow program carries out only now what it was told on the way up.
-        const bool answers = turn(0, s_slowPatience) == Turn::Moved;
+        const bool answers = m_window.turn(0, s_slowPatience) == Turn::Moved;
         m_isSlow = true;
         if (answers || movement.kind != Movement::Kind::Still) {
             m_climbed = climb() || m_climbed;
-            first = m_view;
+            first = m_window.view();
             movement = runs() ? firstStep() : movement;
         }
     }
     if (movement.kind != Movement::Kind::Moved && !toldArea().isEmpty())
-        m_crop = toldArea();
-    m_stitcher.add(cropped(first));
-    m_accepted = cropped(first);
+        m_window.setCrop(toldArea());
+    m_accepted = m_window.contentOf(first);
+    m_stitcher.add(m_accepted);
     if (movement.kind != Movement::Kind::Moved) {
-        if (m_stop == Stop::None)
-            endWith(movement.kind == Movement::Kind::Still
-                        ? tr("Nothing scrolls there: it was taken as it is")
-                        : tr("The content could not be followed"));
+        if (m_window.stop() == Stop::None)
+            m_window.endWith(movement.kind == Movement::Kind::Still
+                                 ? tr("Nothing scrolls there: it was taken as it is")
+                                 : tr("The content could not be followed"));
         return false;
     }
-    m_accepted = cropped(m_view);
-    m_stitcher.add(m_accepted, movement.rows);
+    const QImage before = m_accepted;
+    m_accepted = content();
+    const Movement found = m_stitcher.add(m_accepted, movement.rows);
+    if (found.kind == Movement::Kind::Moved)
+        repairOverlap(found, before, 1);
     tellRows();
     return true;
 }
 
 int ScrollCapture::usualStep() const
 {
-    return std::clamp(static_cast<int>(s_stepPart * m_crop.height() / m_rowsPerClick), 1,
-                      s_longestStep);
+    const QRect &crop = m_window.crop();
+    const bool isAcross = m_window.axis() == Axis::Across;
+    const double perClick = isAcross ? m_columnsPerClick : m_rowsPerClick;
+    if (perClick <= 0)
+        return 1;
+    const int length = isAcross ? crop.width() : crop.height();
+    return std::clamp(static_cast<int>(s_stepPart * length / perClick), 1, s_longestStep);
 }
 
 // Pictures may have come after their place had gone by. A few places tell, on the way up, whether
@@ -323,12 +241,12 @@ void ScrollCapture::lookAgain()
     const int lowest = m_stitcher.offset();
     int at = lowest;
     bool isLate = false;
-    for (int part = s_secondLooks; part > 0 && m_stop == Stop::None && !isLate; --part) {
+    for (int part = s_secondLooks; part > 0 && m_window.stop() == Stop::None && !isLate; --part) {
         const int row = lowest * part / (s_secondLooks + 1);
         const int clicks = static_cast<int>(std::lround((row - at) / m_rowsPerClick));
-        if (clicks == 0 || turn(clicks, s_patienceUp) == Turn::Nothing)
+        if (clicks == 0 || m_window.turn(clicks, s_patienceUp) == Turn::Nothing)
             return;
-        const QImage now = cropped(m_view);
+        const QImage now = content();
         const std::optional<int> found = m_stitcher.offsetOf(now);
         isLate = !found || m_stitcher.rowsThatDiffer(now, *found) >= s_lateRows;
         at = found.value_or(row);
@@ -336,15 +254,15 @@ void ScrollCapture::lookAgain()
     if (!isLate)
         return;
     const int down = static_cast<int>(std::ceil((lowest - at) / m_rowsPerClick)) + 1;
-    turn(down, s_patienceDown);
-    if (!isInPlace(m_accepted, cropped(m_view)))
+    m_window.turn(down, s_patienceDown);
+    if (!isInPlace(m_accepted, content()))
         return;
-    QImage last = cropped(m_view);
+    QImage last = content();
     m_stitcher.takeOver(last);
-    for (int offset = lowest; offset > 0 && m_stop == Stop::None;) {
-        if (turn(-usualStep(), s_patienceUp) == Turn::Nothing)
+    for (int offset = lowest; offset > 0 && m_window.stop() == Stop::None;) {
+        if (m_window.turn(-usualStep(), s_patienceUp) == Turn::Nothing)
             return;
-        const QImage now = cropped(m_view);
+        const QImage now = content();
         const Movement movement = findMovement(now, last);
         if (movement.kind != Movement::Kind::Moved)
             return;
@@ -364,41 +282,46 @@ void ScrollCapture::takeOver(const QImage &view)
 
 void ScrollCapture::beMorePatient()
 {
-    m_rest = std::min(2 * std::max(m_rest, s_patientRest / 2), s_longestRest);
+    const int rest = std::max(m_window.rest(), s_patientRest / 2);
+    m_window.setRest(std::min(2 * rest, s_longestRest));
 }
 
 void ScrollCapture::goDown()
 {
+    const int rest = m_window.rest();
     int clicks = usualStep();
     while (runs() && step(clicks)) {
         clicks = std::min(clicks, usualStep());
-        if (m_sawLate)
-            m_rest = std::max(m_rest, s_patientRest);
+        if (m_window.sawLate())
+            m_window.setRest(std::max(m_window.rest(), s_patientRest));
         if (m_sinceProgress.elapsed() >= s_progressLimit)
-            endWith(tr("Nothing new came for a minute"));
+            m_window.endWith(tr("Nothing new came for a minute"));
     }
-    m_rest = s_rest;
-    if (m_stop == Stop::None && look(m_view))
+    m_window.setRest(rest);
+    m_last = m_first.isNull() ? QImage() : m_window.view();
+    if (m_window.stop() == Stop::None && m_window.look())
         lookAgain();
     if (m_stitcher.isFull())
-        endWith(tr("The picture has reached its limit of %1 pixels").arg(s_heightLimit));
+        m_window.noteThat(tr("The picture has reached its limit of %1 pixels").arg(s_longest));
 }
 
 // One step down and what it brings. False when there is nothing more to come. `clicks` is how far
 // to go, and becomes how far to go next.
 bool ScrollCapture::step(int &clicks)
 {
-    if (!waitUntilReachable() || !refresh())
+    if (!m_window.waitUntilReachable() || !refresh())
         return false;
-    if (turn(clicks, s_patienceDown) == Turn::Nothing)
+    if (m_window.turn(clicks, m_window.patience(s_leastPatienceDown, s_patienceDown)) ==
+        Turn::Nothing)
         return runs() && goesOn();
     const QImage before = m_accepted;
-    const QImage now = cropped(m_view);
+    const QImage now = content();
     const int expected = static_cast<int>(std::lround(m_rowsPerClick * clicks));
     const Movement movement = m_stitcher.add(now, expected);
     switch (movement.kind) {
     case Movement::Kind::Moved:
         m_accepted = now;
+        m_rowsPerClick = std::max(m_rowsPerClick, 1.0 * movement.rows / clicks);
         repairOverlap(movement, before, clicks);
         tellRows();
         clicks *= 2;
@@ -414,12 +337,18 @@ bool ScrollCapture::step(int &clicks)
         takeOver(now);
         return goesOn();
     }
+    // What was put in above it has pushed it down by more than the wheel has moved it up.
+    if (const Movement back = findMovement(now, before); back.kind == Movement::Kind::Moved) {
+        m_stitcher.goBack(now, back.rows);
+        m_accepted = now;
+        return true;
+    }
     if (goBack(clicks) && clicks > 1) {
         clicks /= 2;
         return true;
     }
-    if (m_stop == Stop::None)
-        endWith(tr("The content could not be followed further"));
+    if (m_window.stop() == Stop::None)
+        m_window.endWith(tr("The content could not be followed further"));
     return false;
 }
 
@@ -427,16 +356,16 @@ bool ScrollCapture::step(int &clicks)
 // of the last movement.
 bool ScrollCapture::refresh()
 {
-    if (!look(m_view))
+    if (!m_window.look())
         return false;
-    const QImage now = cropped(m_view);
+    const QImage now = content();
     if (now == m_accepted)
         return true;
     const Movement movement = m_stitcher.add(now);
     const bool isKnown =
         movement.kind == Movement::Kind::Still || movement.kind == Movement::Kind::Moved;
     if (!isKnown && !isInPlace(m_accepted, now)) {
-        endWith(tr("The content could not be followed further"));
+        m_window.endWith(tr("The content could not be followed further"));
         return false;
     }
     if (!isKnown)
@@ -452,22 +381,21 @@ void ScrollCapture::repairOverlap(const Movement &movement, const QImage &before
     if (m_hasFilm || rowsThatDiffer(before, m_accepted, movement) < s_lateRows)
         return;
     const QImage lower = m_accepted;
-    if (turn(-clicks, s_patienceDown) == Turn::Nothing)
+    if (m_window.turn(-clicks, s_patienceDown) == Turn::Nothing)
         return;
-    const QImage upper = cropped(m_view);
+    const QImage upper = content();
     Movement none = movement;
     none.rows = 0;
     if (rowsThatDiffer(before, upper, none) < s_lateRows)
         m_hasFilm = true;  // it is as it was: what differed lies above the content, and moves
     else if (isInPlace(before, upper))
-        m_stitcher.patch(upper, m_stitcher.offset() - movement.rows,
-                         movement.moved.top() + movement.rows);
+        m_stitcher.patch(upper, m_stitcher.offset() - movement.rows, movement.bottom);
     if (!m_hasFilm)
         beMorePatient();
-    turn(clicks, s_patienceDown);
-    if (!isInPlace(lower, cropped(m_view)))
+    m_window.turn(clicks, s_patienceDown);
+    if (!isInPlace(lower, content()))
         return;
-    m_accepted = cropped(m_view);
+    m_accepted = content();
     m_stitcher.takeOver(m_accepted);
 }
 
@@ -475,17 +403,17 @@ void ScrollCapture::repairOverlap(const Movement &movement, const QImage &before
 // the end goes up when it is told to, and one that hangs does not.
 bool ScrollCapture::goesOn()
 {
-    Turn answer = turn(-1, s_patienceDown);
+    Turn answer = m_window.turn(-1, s_patienceDown);
     // What it was told it does when it comes to itself, so it is told no more.
-    while (answer == Turn::Nothing && runs() && waitUntilReachable()) {
+    while (answer == Turn::Nothing && runs() && m_window.waitUntilReachable()) {
         if (m_sinceProgress.elapsed() >= s_progressLimit)
-            endWith(tr("The program did not answer for a minute"));
-        answer = turn(0, s_patienceDown);
+            m_window.endWith(tr("The program did not answer for a minute"));
+        answer = m_window.turn(0, s_patienceDown);
     }
     if (!runs())
         return false;
-    turn(1, s_patienceDown);
-    const QImage now = cropped(m_view);
+    m_window.turn(1, s_patienceDown);
+    const QImage now = content();
     switch (m_stitcher.add(now).kind) {
     case Movement::Kind::Moved:
         m_accepted = now;
@@ -500,7 +428,7 @@ bool ScrollCapture::goesOn()
     if (isInPlace(m_accepted, now)) {
         takeOver(now);
     } else if (runs()) {
-        endWith(tr("The content could not be followed further"));
+        m_window.endWith(tr("The content could not be followed further"));
     }
     return false;
 }
@@ -508,10 +436,10 @@ bool ScrollCapture::goesOn()
 // Up again, to the view that was accepted last.
 bool ScrollCapture::goBack(int clicks)
 {
-    turn(-clicks, s_patienceDown);
+    m_window.turn(-clicks, s_patienceDown);
     // A step that the content's end cut short leads up too far.
     for (int i = 0; i <= clicks && runs(); ++i) {
-        const QImage now = cropped(m_view);
+        const QImage now = content();
         if (findMovement(m_accepted, now).kind == Movement::Kind::Still)
             return true;
         if (isInPlace(m_accepted, now)) {
@@ -519,57 +447,200 @@ bool ScrollCapture::goBack(int clicks)
             return true;
         }
         if (findMovement(now, m_accepted).kind != Movement::Kind::Moved ||
-            turn(1, s_patienceDown) == Turn::Nothing)
+            m_window.turn(1, s_patienceDown) == Turn::Nothing)
             return false;
     }
     return false;
+}
+
+// The content from its top to where it has been followed, with what stays above and below it.
+QImage ScrollCapture::column()
+{
+    if (m_first.isNull() || m_last.size() != m_first.size())
+        return m_stitcher.finish();
+    const QRect &crop = m_window.crop();
+    const QRect inside = m_window.inside();
+    const RowSpan rows =
+        scrollBarBeside(m_first, m_last, crop).value_or(RowSpan{inside.top(), inside.bottom() + 1});
+    const QRect above(crop.left(), rows.top, crop.width(), crop.top() - rows.top);
+    const QRect below(crop.left(), crop.bottom() + 1, crop.width(),
+                      rows.bottom - crop.bottom() - 1);
+    return m_stitcher.finish(above.isEmpty() ? QImage() : m_first.copy(above),
+                             below.isEmpty() ? QImage() : m_last.copy(below));
+}
+
+// Finds out by which wheel the content goes sideways, and takes it to its left edge. False where it
+// does not.
+bool ScrollCapture::goLeft()
+{
+    m_window.setAxis(Axis::Across);
+    if (const QRect told = toldArea(); !told.isEmpty())
+        m_window.setCrop(told);
+    for (const bool shifted : {false, true}) {
+        m_window.setShifted(shifted);
+        for (const int click : {1, -1}) {
+            const QImage before = content();
+            if (!runs() || m_window.turn(click, s_patienceDown) == Turn::Nothing)
+                continue;
+            const QImage now = content();
+            const Movement movement =
+                click > 0 ? findMovement(before, now) : findMovement(now, before);
+            if (movement.kind == Movement::Kind::Moved)
+                m_columnsPerClick = movement.rows;
+        }
+        if (m_columnsPerClick > 0)
+            break;
+    }
+    if (m_columnsPerClick > 0)
+        climb();
+    m_window.setAxis(Axis::Down);
+    return m_columnsPerClick > 0;
+}
+
+// All of the content, in columns as wide as its view: the first one has been followed to its end.
+QImage ScrollCapture::sheet()
+{
+    QList<Strip> strips{{.picture = column()}};
+    int offset = 0;
+    while (runs()) {
+        climb();
+        const Movement movement = goRight();
+        if (movement.kind != Movement::Kind::Moved)
+            break;
+        // What lies to the right of it stays, and is taken at the end.
+        const int at = offset + movement.bottom;
+        const int from = movement.bottom - movement.rows;
+        const int width = m_window.crop().width();
+        offset += movement.rows;
+        m_first = m_first.isNull() ? QImage() : m_window.view();
+        m_accepted = content();
+        m_stitcher = ScrollStitcher(s_longest);
+        m_stitcher.add(m_accepted);
+        goDown();
+        const QImage picture = column();
+        strips.append({picture.copy(from, 0, width - from, picture.height()), at});
+        const int right = offset + width;
+        if (right > s_longest || qint64{right} * strips.first().picture.height() > s_mostPixels) {
+            m_window.endWith(
+                tr("The picture has reached its limit of %1 pixels")
+                    .arg(QLocale().toString(right > s_longest ? s_longest : s_mostPixels)));
+            break;
+        }
+    }
+    return joined(strips);
+}
+
+// One step to the right, tried smaller where it can't be matched. Not Moved at the content's edge.
+Movement ScrollCapture::goRight()
+{
+    m_window.setAxis(Axis::Across);
+    const QImage before = content();
+    Movement movement{.kind = Movement::Kind::Still};
+    for (int clicks = usualStep(); runs(); clicks /= 2) {
+        if (clicks == 0) {
+            m_window.endWith(tr("The content could not be followed further to the right"));
+            break;
+        }
+        if (m_window.turn(clicks, s_patienceDown) == Turn::Nothing)
+            break;
+        const int expected = static_cast<int>(std::lround(m_columnsPerClick * clicks));
+        movement = findMovement(before, content(), expected);
+        if (movement.kind == Movement::Kind::Moved || movement.kind == Movement::Kind::Still)
+            break;
+        m_window.turn(-clicks, s_patienceDown);
+    }
+    m_window.setAxis(Axis::Down);
+    return movement;
+}
+
+// A column that was ended before the others leaves white below it.
+QImage ScrollCapture::joined(const QList<Strip> &strips)
+{
+    if (strips.size() == 1)
+        return strips.first().picture;
+    int height = 0;
+    int least = s_longest;
+    for (const Strip &strip : strips) {
+        height = std::max(height, strip.picture.height());
+        least = std::min(least, strip.picture.height());
+    }
+    const int width = std::min(strips.last().at + strips.last().picture.width(), s_longest);
+    height = std::min(height, static_cast<int>(s_mostPixels / width));
+    QImage sheet(width, height, strips.first().picture.format());
+    if (sheet.isNull()) {
+        m_window.endWith(tr("There is not enough memory for all of it"));
+        return strips.first().picture;
+    }
+    if (least < height)
+        m_window.noteThat(tr("Not all of it could be followed to the same row"));
+    sheet.fill(Qt::white);
+    QPainter painter(&sheet);
+    painter.setCompositionMode(QPainter::CompositionMode_Source);
+    for (const Strip &strip : strips)
+        painter.drawImage(strip.at, 0, strip.picture);
+    return sheet;
 }
 
 // As near to where it was as the wheel leads: clicks count from wherever the content is, so what
 // can't be met from its end may be met from its top.
 void ScrollCapture::putBack(const QImage &original)
 {
-    turn(0, s_settle);
-    if (!look(m_view) || !isReachable() || original.size() != m_view.size() || original == m_view)
+    m_window.turn(0, s_settle);
+    if (m_isAcross) {
+        m_window.setAxis(Axis::Across);
+        climb();
+        m_window.setAxis(Axis::Down);
+    }
+    if (!m_window.look() || !m_window.isReachable() || original.size() != m_window.view().size())
         return;
-    // It was ended on the way up, or nothing could be told of it.
-    if (m_rowsPerClick <= 0 && m_climbed && firstStep().kind != Movement::Kind::Moved)
+    const QImage wanted = m_window.contentOf(original);
+    if (isAt(wanted))
         return;
-    const QImage wanted = cropped(original);
-    const std::optional<int> target = m_stitcher.offsetOf(wanted);
-    if (m_rowsPerClick > 0 && target && goTo(*target))
+    if (m_firstRow && goTo(*m_firstRow) && isAt(wanted))
         return;
     climb();
-    if (m_climbed && (!target || !goTo(*target)))
+    // Where it did not go up in the beginning it began at the top.
+    if (m_climbed && !(m_firstRow && goTo(*m_firstRow)))
         goDownTo(wanted);
+}
+
+bool ScrollCapture::isAt(const QImage &wanted) const
+{
+    const QImage now = content();
+    return now == wanted || findMovement(wanted, now).kind == Movement::Kind::Still;
 }
 
 // To a row of the content, as near as it gets. True when it is there.
 bool ScrollCapture::goTo(int row)
 {
     for (int i = 0; i < s_corrections; ++i) {
-        const std::optional<int> at = m_stitcher.offsetOf(cropped(m_view));
+        const std::optional<int> at = m_stitcher.offsetOf(content());
         if (!at || *at == row)
             return at.has_value();
-        const int clicks = static_cast<int>(std::lround((row - *at) / m_rowsPerClick));
-        if (clicks == 0 || turn(clicks, s_patienceUp) == Turn::Nothing)
+        const int clicks = clicksFor(row - *at, m_rowsPerClick);
+        if (clicks == 0 || m_window.turn(clicks, s_patienceUp) == Turn::Nothing)
             return false;
     }
     return false;
 }
 
-// To a view that lies below.
+// To a view that lies below, or to the right. Where nothing is known of the distance it is gone
+// click by click, and one back when it has gone by.
 void ScrollCapture::goDownTo(const QImage &wanted)
 {
-    const Stop stop = m_stop;
-    for (int i = 0; i < s_longestWayBack && m_stop == stop; ++i) {
-        const Movement left = findMovement(cropped(m_view), wanted);
-        if (left.kind == Movement::Kind::Still)
+    const Stop stop = m_window.stop();
+    for (int i = 0; i < s_longestWayBack && m_window.stop() == stop && !isAt(wanted); ++i) {
+        const QImage before = content();
+        const double perClick =
+            m_window.axis() == Axis::Across ? m_columnsPerClick : m_rowsPerClick;
+        const Movement left = findMovement(before, wanted);
+        const bool isNear = left.kind == Movement::Kind::Moved && perClick > 0;
+        const int clicks = isNear ? clicksFor(left.rows, perClick) : usualStep();
+        if (clicks == 0 || m_window.turn(clicks, s_patienceUp) == Turn::Nothing)
             return;
-        const bool isNear = left.kind == Movement::Kind::Moved;
-        const int clicks =
-            isNear ? static_cast<int>(std::lround(left.rows / m_rowsPerClick)) : usualStep();
-        if (clicks == 0 || turn(clicks, s_patienceUp) == Turn::Nothing || isNear)
+        if (findMovement(wanted, content()).kind == Movement::Kind::Moved) {
+            m_window.turn(-1, s_patienceUp);
             return;
+        }
     }
 }

@@ -2,6 +2,7 @@
 
 #include "base/clock.h"
 #include "helper/movement.h"
+#include "helper/scrolledwindow.h"
 #include "helper/stitcher.h"
 
 #include <QImage>
@@ -26,8 +27,8 @@ public:
         int window = 0;       ///< in the window list
         QRect area{};         ///< what is said to scroll, global; empty where nobody said
         QPoint anchor{};      ///< a point of what scrolls, global
-        bool marked = false;  ///< the user has said it, and means just that
-        bool across = false;  ///< also what lies beside the view
+        bool marked = false;  ///< `area` is what the user wants, and is taken as it is
+        bool across = false;  ///< what scrolls sideways is taken too
     };
     struct Result {
         QImage picture{};  ///< null where there is none
@@ -39,13 +40,14 @@ public:
     /// Runs it, with events running, until it is done or told to stop.
     Result run();
     /// Ends run() with what there is.
-    void keep() { m_stop = m_stop == Stop::None ? Stop::Keep : m_stop; }
+    void keep() { m_window.setStop(Stop::Keep); }
     /// Ends run() without a picture. The content still goes back to where it was.
-    void discard() { m_stop = m_stop == Stop::None ? Stop::Discard : m_stop; }
+    void discard() { m_window.setStop(Stop::Discard); }
+    /// Ends run() at once, and leaves everything as it is.
+    void abandon() { m_window.setStop(Stop::Abandon); }
+
     /// What there is so far, no larger than a box, for a look.
     QImage overview(QSize box) const { return m_stitcher.overview(box); }
-    /// Ends run() at once, and leaves everything as it is.
-    void abandon() { m_stop = Stop::Abandon; }
 
 signals:
     /// What is going on, for the user.
@@ -54,27 +56,24 @@ signals:
     void puttingBack();
 
 private:
-    enum class Stop { None, Keep, Discard, Abandon };
-    enum class Turn {
-        Moved,   ///< the view has changed, and is at rest
-        Nothing  ///< nothing moved, or the window is not what it was
+    using Stop = ScrolledWindow::Stop;
+    using Turn = ScrolledWindow::Turn;
+    using Axis = ScrolledWindow::Axis;
+
+    /// A column of the content in the sheet that several of them make up.
+    struct Strip {
+        QImage picture{};
+        int at = 0;  ///< where it begins in the sheet
     };
 
-    bool runs() const { return m_stop == Stop::None && !m_ended; }
-    bool pause(int milliseconds);
-    void endWith(const QString &note);
+    bool runs() const { return m_window.runs(); }
     void tellRows();
+    QImage content() const { return m_window.content(); }
+    QRect toldArea() const;  // in the window's picture
 
-    bool look(QImage &view);
-    QImage cropped(const QImage &view) const;
-    QRect toldArea() const;  ///< in the window's picture
-    bool isReachable();
-    bool waitUntilReachable();
-    bool waitForFreeHand();
-
-    Turn turn(int clicks, int patience);
     bool climb();
     Movement firstStep();
+    void setArea(const QImage &before, const Movement &movement);
     bool begin();
     void goDown();
     bool step(int &clicks);
@@ -86,27 +85,31 @@ private:
     void takeOver(const QImage &view);
     void beMorePatient();
     void repairOverlap(const Movement &movement, const QImage &before, int clicks);
+    QImage column();
+
+    bool goLeft();
+    QImage sheet();
+    Movement goRight();
+    QImage joined(const QList<Strip> &strips);
 
     void putBack(const QImage &original);
+    bool isAt(const QImage &wanted) const;
     bool goTo(int row);
     void goDownTo(const QImage &wanted);
 
     Clock &m_clock;
     const Target m_target;
-    QRect m_bounds;     // the window's, global
-    QPoint m_anchor;    // where the wheel is turned, in the window's picture
-    QRect m_crop;       // what of its picture counts; all of it while nothing has moved
-    QImage m_view;      // the window as it was seen last
-    QImage m_accepted;  // what of it the stitcher has got last
+    ScrolledWindow m_window;
+    QImage m_first;     // the window with its content at the top; null where that is of no use
+    QImage m_last;      // and at its end
+    QImage m_accepted;  // what of the view the stitcher has got last
     ScrollStitcher m_stitcher;
     double m_rowsPerClick = 0;
-    bool m_climbed = false;  // the content was not at its top
-    bool m_isSlow = false;   // the program was, in its first answer
-    int m_rest = 0;          // ms without a change: the view is at rest
-    bool m_sawLate = false;  // something came when the view seemed to be at rest
-    bool m_hasFilm = false;  // something moves above the content
-    Stop m_stop = Stop::None;
-    bool m_ended = false;
-    QString m_note;
+    std::optional<int> m_firstRow;  // of the content when it began, in the first column
+    double m_columnsPerClick = 0;
+    bool m_isAcross = false;  // it scrolls sideways
+    bool m_climbed = false;   // the content was not at its top
+    bool m_isSlow = false;    // the program was, in its first answer
+    bool m_hasFilm = false;   // something moves above the content
     Stopwatch m_sinceProgress;
 };

@@ -1,6 +1,7 @@
 #include "helper/stitcher.h"
 
 #include "helper/overview.h"
+#include "helper/pixelrows.h"
 
 #include <algorithm>
 #include <cstring>
@@ -10,16 +11,6 @@
 namespace {
 
 constexpr quint64 s_factor = 0x9e3779b97f4a7c15;
-
-const QRgb *lineOf(const QImage &view, int y)
-{
-    return reinterpret_cast<const QRgb *>(view.constScanLine(y));
-}
-
-QRgb visibleBits(const QImage &view)
-{
-    return view.format() == QImage::Format_RGB32 ? RGB_MASK : 0xffffffff;
-}
 
 quint64 hashOf(const QRgb *pixels, int count, QRgb mask)
 {
@@ -67,6 +58,14 @@ void ScrollStitcher::takeOver(const QImage &view)
     m_last = next;
 }
 
+void ScrollStitcher::goBack(const QImage &view, int rows)
+{
+    if (view.isNull() || view.size() != m_last.size())
+        return;
+    m_last = converted(view);
+    m_offset = std::max(0, m_offset - rows);
+}
+
 // One after the last row of a view that can be compared with what is there: a footer can't.
 int ScrollStitcher::comparableEnd(const QImage &view, int offset) const
 {
@@ -81,7 +80,7 @@ int ScrollStitcher::rowsThatDiffer(const QImage &view, int offset) const
     const int left = m_moved.left();
     int result = 0;
     for (int y = m_moved.top(); y < end; ++y)
-        result += differ(lineOf(seen, y) + left, row(offset + y) + left, m_moved.width(),
+        result += differ(pixelRow(seen, y) + left, row(offset + y) + left, m_moved.width(),
                          visibleBits(seen));
     return result;
 }
@@ -117,19 +116,27 @@ Movement ScrollStitcher::add(const QImage &view, int expected)
     return movement;
 }
 
+bool ScrollStitcher::grow(int rows)
+{
+    // Exactly what is needed: blocks of this size are moved by their page tables, not byte by byte.
+    void *grown = std::realloc(m_pixels.get(), sizeof(QRgb) * static_cast<size_t>(m_last.width()) *
+                                                   static_cast<size_t>(rows));
+    if (!grown)
+        return false;
+    static_cast<void>(m_pixels.release());
+    m_pixels.reset(static_cast<uchar *>(grown));
+    return true;
+}
+
 // The content's rows from the end of what is there to the row `bottom` of a view at `offset`.
 bool ScrollStitcher::append(const QImage &view, int offset, int bottom)
 {
     const int end = std::min(offset + bottom, m_heightLimit);
     if (end <= m_end)
         return true;
-    const size_t bytes = sizeof(QRgb) * static_cast<size_t>(m_last.width());
-    // Exactly what is needed: blocks of this size are moved by their page tables, not byte by byte.
-    void *grown = std::realloc(m_pixels.get(), bytes * static_cast<size_t>(end));
-    if (!grown)
+    if (!grow(end))
         return false;
-    static_cast<void>(m_pixels.release());
-    m_pixels.reset(static_cast<uchar *>(grown));
+    const size_t bytes = sizeof(QRgb) * static_cast<size_t>(m_last.width());
     for (; m_end < end; ++m_end)
         std::memcpy(row(m_end), view.constScanLine(m_end - offset), bytes);
     return true;
@@ -156,7 +163,7 @@ bool ScrollStitcher::appendMoved(const QImage &view, const Movement &movement)
 bool ScrollStitcher::continues(const QImage &view, int offset, int from) const
 {
     for (int y = from; y < view.height() && offset + y < m_end; ++y)
-        if (differ(lineOf(view, y), row(offset + y), view.width(), visibleBits(view)))
+        if (differ(pixelRow(view, y), row(offset + y), view.width(), visibleBits(view)))
             return false;
     return true;
 }
@@ -168,8 +175,8 @@ void ScrollStitcher::takeSpots(const QImage &view)
         return (a[x] ^ b[x]) & mask;
     };
     for (int y = m_moved.top(); y < view.height() && m_offset + y < m_end; ++y) {
-        const QRgb *was = lineOf(m_last, y);
-        const QRgb *is = lineOf(view, y);
+        const QRgb *was = pixelRow(m_last, y);
+        const QRgb *is = pixelRow(view, y);
         if (!differ(was, is, view.width(), mask))
             continue;
         for (int x = 0; x < view.width(); ++x)
@@ -193,12 +200,12 @@ std::optional<int> ScrollStitcher::offsetOf(const QImage &view) const
     std::vector<quint64> content(end);
     std::unordered_map<quint64, std::vector<int>> places;
     for (int y = 0; y < end; ++y) {
-        content[y] = hashOf((m_end ? row(y) : lineOf(m_last, y)) + left, width, mask);
+        content[y] = hashOf((m_end ? row(y) : pixelRow(m_last, y)) + left, width, mask);
         places[content[y]].push_back(y);
     }
     std::vector<quint64> rows(bottom);
     for (int y = top; y < bottom; ++y)
-        rows[y] = hashOf(lineOf(sought, y) + left, width, mask);
+        rows[y] = hashOf(pixelRow(sought, y) + left, width, mask);
 
     // Rows with a different one above them, which mere ground hasn't, decide.
     const auto turns = [&](int y) { return y > top && rows[y] != rows[y - 1]; };
@@ -231,15 +238,31 @@ std::optional<int> ScrollStitcher::offsetOf(const QImage &view) const
     return offset;
 }
 
-QImage ScrollStitcher::finish()
+QImage ScrollStitcher::finish(const QImage &above, const QImage &below)
 {
     const int width = m_last.width();
     const QImage::Format format = m_last.format();
-    if (!m_pixels) {
+    const bool hasMore =
+        (above.width() == width && !above.isNull()) || (below.width() == width && !below.isNull());
+    if (!m_pixels && !hasMore) {
         m_last = m_last.copy(0, 0, width, rows());
         return std::exchange(m_last, {});
     }
     append(m_last, m_offset, m_last.height());
+    if (above.width() == width && !above.isNull()) {
+        const QImage header = converted(above);
+        const int shift = std::min(header.height(), m_heightLimit);
+        const int kept = std::min(m_end, m_heightLimit - shift);
+        const size_t bytes = sizeof(QRgb) * static_cast<size_t>(width);
+        if (grow(std::max(m_end, shift + kept))) {
+            std::memmove(row(shift), row(0), bytes * static_cast<size_t>(kept));
+            for (int y = 0; y < shift; ++y)
+                std::memcpy(row(y), header.constScanLine(y), bytes);
+            m_end = shift + kept;
+        }
+    }
+    if (below.width() == width && !below.isNull())
+        append(converted(below), m_end, below.height());
     m_last = {};
     m_moved = {};
     m_offset = 0;
@@ -251,6 +274,6 @@ QImage ScrollStitcher::finish()
 QImage ScrollStitcher::overview(QSize box) const
 {
     return sampledOverview({m_last.width(), rows()}, box, [this](int x, int y) {
-        return (y < m_end ? row(y) : lineOf(m_last, y - m_offset))[x];
+        return (y < m_end ? row(y) : pixelRow(m_last, y - m_offset))[x];
     });
 }

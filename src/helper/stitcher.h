@@ -20,6 +20,8 @@ public:
 
     /// Takes a view for the last one as it is now: nothing has scrolled since.
     void takeOver(const QImage &view);
+    /// Takes a view that shows content further up than the last one, by so many rows.
+    void goBack(const QImage &view, int rows);
     /// The row of the content at the top of the last view.
     int offset() const { return m_offset; }
     /// Rows of the content that are not as a view shows them whose top is at `offset`.
@@ -34,17 +36,19 @@ public:
     /// The row of the content at the top of a view seen before; none if it could be several.
     std::optional<int> offsetOf(const QImage &view) const;
 
-    /// What finish() would give, no larger than a box, for a look.
+    /// What finish() would give, without what is put around it, no larger than a box, for a look.
     QImage overview(QSize box) const;
 
-    /// Moves the picture out: a header once at its top, a footer once at its end.
-    QImage finish();
+    /// Moves the picture out: a header once at its top, a footer once at its end. What stays above
+    /// and below the views, as wide as they are, is put around it.
+    QImage finish(const QImage &above = {}, const QImage &below = {});
 
 private:
     struct Free {
         void operator()(uchar *bytes) const { std::free(bytes); }
     };
 
+    bool grow(int rows);
     bool append(const QImage &view, int offset, int bottom);
     bool appendMoved(const QImage &view, const Movement &movement);
     bool continues(const QImage &view, int offset, int from) const;

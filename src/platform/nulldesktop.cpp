@@ -31,7 +31,8 @@ public:
     QPoint pointer() override { return QCursor::pos(); }
     void movePointer(QPoint to) override { QCursor::setPos(to); }
     bool isHandBusy() override { return false; }
-    bool turnWheel(QPoint, int) override { return false; }
+    bool turnWheel(QPoint, int, Wheel) override { return false; }
+    std::unique_ptr<ChangeWatch> watchChanges(int) override { return nullptr; }
     bool hasMenuBar() const override { return false; }
     bool isComposited() override { return false; }
     void setCompositingHandler(std::function<void()>) override {}

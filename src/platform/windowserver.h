@@ -2,14 +2,27 @@
 
 #include <QImage>
 #include <QList>
+#include <QMargins>
 #include <QPoint>
 #include <QRect>
 #include <QString>
 
 #include <functional>
+#include <memory>
 #include <optional>
 
 class QWidget;
+
+/// Hears whether a window draws, so that nobody has to compare pictures of one that doesn't.
+class ChangeWatch
+{
+public:
+    virtual ~ChangeWatch() = default;
+
+    /// Whether anything was drawn in the window since the last call. What was drawn before this
+    /// call is in every picture taken after it.
+    virtual bool takeChange() = 0;
+};
 
 /// Windows, their pictures, screens and the pointer, as the window system has them now.
 ///
@@ -28,6 +41,7 @@ public:
         int number = 0;    ///< stable while the window lives
         int layer = 0;     ///< 0 for ordinary windows, higher is nearer the front
         QRectF bounds{};   ///< with the frame that the window manager drew
+        QMargins frame{};  ///< how wide that is, as far as the window tells; device pixels
         QString name{};    ///< title; may be empty
         QString owner{};   ///< application; may be empty
         uint process = 0;  ///< 0 where the window doesn't tell
@@ -65,9 +79,20 @@ public:
 
     /// Whether the user holds a mouse button or a key that changes what others mean, as Ctrl.
     virtual bool isHandBusy() = 0;
-    /// Turns the mouse wheel at `at`, down for `clicks` above 0, as if the user had, and leaves the
-    /// pointer where it is. False where the window system gives programs no such hand.
-    virtual bool turnWheel(QPoint at, int clicks) = 0;
+    enum class Wheel {
+        Down,           ///< clicks above 0 go down
+        Right,          ///< the one that goes sideways; clicks above 0 go to the right
+        DownWithShift,  ///< what many programs take for that
+    };
+    /// Moves the pointer to `at` and turns the mouse wheel there, as if the user had. The pointer
+    /// has to stay until there is an answer: some window managers hold the turn back for a moment,
+    /// and deliver it where the pointer is then. False where the window system gives programs no
+    /// such hand.
+    virtual bool turnWheel(QPoint at, int clicks, Wheel wheel) = 0;
+
+    /// Watches a window's drawing from now on, as long as the watch lives. Null where the window
+    /// system doesn't tell, or the window is gone.
+    virtual std::unique_ptr<ChangeWatch> watchChanges(int number) = 0;
 
     /// False where the desktop has no menu bar of its own: nothing to look for, nothing to cover
     /// up.

@@ -95,7 +95,8 @@ public:
     QPoint pointer() override { return pointerPos; }
     void movePointer(QPoint to) override { pointerPos = to; }
     bool isHandBusy() override { return handBusy; }
-    bool turnWheel(QPoint, int) override { return false; }
+    bool turnWheel(QPoint, int, Wheel) override { return false; }
+    std::unique_ptr<ChangeWatch> watchChanges(int) override { return nullptr; }
     bool hasMenuBar() const override { return menuBar; }
     bool isComposited() override { return composited; }
     void setCompositingHandler(std::function<void()>) override {}

@@ -20,6 +20,8 @@ constexpr int s_popupLayer = 101;
 
 // How deep below a frame a window manager puts the client.
 constexpr int s_frameDepth = 3;
+constexpr int s_sides = 4;
+constexpr uint32_t s_widestFrame = 1000;
 constexpr uint32_t s_nameLimit = 1 << 14;  // in units of four bytes
 
 WindowProperty propertyOf(const Reply<xcb_get_property_reply_t> &reply)
@@ -30,6 +32,15 @@ WindowProperty propertyOf(const Reply<xcb_get_property_reply_t> &reply)
             .format = reply->format,
             .bytes = {static_cast<const char *>(xcb_get_property_value(reply.get())),
                       xcb_get_property_value_length(reply.get())}};
+}
+
+// Left, right, top and bottom, unless they leave nothing of the window.
+QMargins frameMargins(const QList<uint32_t> &told, QSize size)
+{
+    QMargins margins;
+    if (std::all_of(told.begin(), told.end(), [](uint32_t side) { return side < s_widestFrame; }))
+        margins = {int(told[0]), int(told[2]), int(told[1]), int(told[3])};
+    return size.shrunkBy(margins).isEmpty() ? QMargins() : margins;
 }
 
 QString processName(uint32_t pid)
@@ -119,14 +130,15 @@ void X11WindowServer::findClients(QList<Window> &windows)
 
 void X11WindowServer::readNames(QList<Window> &windows)
 {
-    enum Property { NetName, Name, Class, Pid, Type, State, PropertyCount };
+    enum Property { NetName, Name, Class, Pid, Type, State, Frame, PropertyCount };
     xcb_connection_t *connection = m_display.connection();
     const std::array<xcb_atom_t, PropertyCount> names{m_display.atom("_NET_WM_NAME"),
                                                       XCB_ATOM_WM_NAME,
                                                       XCB_ATOM_WM_CLASS,
                                                       m_display.atom("_NET_WM_PID"),
                                                       m_display.atom("_NET_WM_WINDOW_TYPE"),
-                                                      m_display.atom("_NET_WM_STATE")};
+                                                      m_display.atom("_NET_WM_STATE"),
+                                                      m_display.atom("_NET_FRAME_EXTENTS")};
     const xcb_atom_t utf8 = m_display.atom("UTF8_STRING");
     const xcb_atom_t desktop = m_display.atom("_NET_WM_WINDOW_TYPE_DESKTOP");
     const xcb_atom_t dock = m_display.atom("_NET_WM_WINDOW_TYPE_DOCK");
@@ -155,6 +167,10 @@ void X11WindowServer::readNames(QList<Window> &windows)
         entry.owner = windowClass(told[Class]);
         if (entry.owner.isEmpty() && !pid.isEmpty())
             entry.owner = processName(pid.first());
+        // A window without a frame of the window manager's may tell of one all the same.
+        const QList<uint32_t> frame = valuesOf(told[Frame]);
+        if (frame.size() == s_sides && windows[i].client != windows[i].frame)
+            entry.frame = frameMargins(frame, windows[i].bounds.size());
         const QList<uint32_t> types = valuesOf(told[Type]);
         entry.process = pid.value(0);
         const bool isPopup = !windows[i].client && windows[i].unmanaged;

@@ -15,6 +15,7 @@
 #include <string>
 
 #include <xcb/composite.h>
+#include <xcb/damage.h>
 #include <xcb/randr.h>
 #include <xcb/shape.h>
 #include <xcb/xfixes.h>
@@ -24,6 +25,8 @@ namespace {
 
 constexpr uint8_t s_wheelUp = 4;  // pointer buttons
 constexpr uint8_t s_wheelDown = 5;
+constexpr uint8_t s_wheelLeft = 6;
+constexpr uint8_t s_wheelRight = 7;
 
 // Calls back each time a window is about to be shown: by then it has its native window, which is
 // not mapped yet. Owned by the window.
@@ -70,6 +73,21 @@ QScreen *screenOf(const QRect &area)
     return touched;
 }
 
+// A key that works as a modifier; 0 where the keyboard has none.
+xcb_keycode_t modifierKey(xcb_connection_t *connection, int modifier)
+{
+    const auto mapping =
+        XCB_REPLY(connection, get_modifier_mapping, xcb_get_modifier_mapping(connection));
+    if (!mapping)
+        return 0;
+    const xcb_keycode_t *keys = xcb_get_modifier_mapping_keycodes(mapping.get());
+    const int each = mapping->keycodes_per_modifier;
+    const auto *end = keys + (modifier + 1) * each;
+    const auto *found =
+        std::find_if(keys + modifier * each, end, [](auto key) { return key != 0; });
+    return found == end ? xcb_keycode_t{0} : *found;
+}
+
 }  // namespace
 
 X11WindowServer::X11WindowServer(X11Display &display) : m_display(display), m_reader(display)
@@ -79,6 +97,12 @@ X11WindowServer::X11WindowServer(X11Display &display) : m_display(display), m_re
     m_hasShape = hasExtension(connection, xcb_shape_id);
     m_hasComposite = hasExtension(connection, xcb_composite_id);
     m_hasTest = hasExtension(connection, xcb_test_id);
+    if (hasExtension(connection, xcb_damage_id)) {
+        // Who has not asked for the version may ask for nothing else.
+        xcb_discard_reply(connection, xcb_damage_query_version(connection, 1, 1).sequence);
+        m_damageEvent =
+            xcb_get_extension_data(connection, &xcb_damage_id)->first_event + XCB_DAMAGE_NOTIFY;
+    }
     // Windows keep pixels of their own from now on, so that covered ones come out whole where no
     // compositor has asked for that.
     if (m_hasComposite) {
@@ -145,27 +169,86 @@ bool X11WindowServer::isHandBusy()
     return reply && (reply->mask & busy);
 }
 
-bool X11WindowServer::turnWheel(QPoint at, int clicks)
+bool X11WindowServer::turnWheel(QPoint at, int clicks, Wheel wheel)
 {
     if (!m_hasTest)
         return false;
     xcb_connection_t *connection = m_display.connection();
-    const QPoint before = pointer();
-    const auto fake = [&](uint8_t type, uint8_t button) {
-        xcb_test_fake_input(connection, type, button, XCB_CURRENT_TIME, XCB_NONE, 0, 0, 0);
+    const auto fake = [&](uint8_t type, uint8_t detail) {
+        xcb_test_fake_input(connection, type, detail, XCB_CURRENT_TIME, XCB_NONE, 0, 0, 0);
     };
-    if (before != at)
-        movePointer(at);
-    const uint8_t button = clicks > 0 ? s_wheelDown : s_wheelUp;
+    const auto forth = wheel == Wheel::Right ? s_wheelRight : s_wheelDown;
+    const auto back = wheel == Wheel::Right ? s_wheelLeft : s_wheelUp;
+    const uint8_t button = clicks > 0 ? forth : back;
+    const xcb_keycode_t shift =
+        wheel == Wheel::DownWithShift ? modifierKey(connection, XCB_MAP_INDEX_SHIFT) : 0;
+    movePointer(at);
+    if (shift)
+        fake(XCB_KEY_PRESS, shift);
     for (int i = 0; i < std::abs(clicks); ++i) {
         fake(XCB_BUTTON_PRESS, button);
         fake(XCB_BUTTON_RELEASE, button);
     }
-    // The server has put each event where the pointer was: it may leave at once.
-    if (before != at)
-        movePointer(before);
+    if (shift)
+        fake(XCB_KEY_RELEASE, shift);
     xcb_flush(connection);
     return true;
+}
+
+// One report, and no more of them until it has been taken.
+class X11WindowServer::DamageWatch : public ChangeWatch
+{
+public:
+    DamageWatch(X11WindowServer &server, xcb_window_t window)
+        : m_server(server), m_damage(xcb_generate_id(server.m_display.connection()))
+    {
+        xcb_connection_t *connection = m_server.m_display.connection();
+        const Reply<xcb_generic_error_t> error(xcb_request_check(
+            connection, xcb_damage_create_checked(connection, m_damage, window,
+                                                  XCB_DAMAGE_REPORT_LEVEL_NON_EMPTY)));
+        m_isValid = !error;
+        if (m_isValid)
+            m_server.m_damages.insert(m_damage, true);
+    }
+    ~DamageWatch() override
+    {
+        if (!m_isValid)
+            return;
+        m_server.m_damages.remove(m_damage);
+        // It goes with its window, which may be gone: the answer to that is of no use.
+        xcb_connection_t *connection = m_server.m_display.connection();
+        xcb_discard_reply(connection, xcb_damage_destroy_checked(connection, m_damage).sequence);
+    }
+    DamageWatch(const DamageWatch &) = delete;
+    DamageWatch &operator=(const DamageWatch &) = delete;
+
+    bool isValid() const { return m_isValid; }
+    bool takeChange() override
+    {
+        if (!std::exchange(m_server.m_damages[m_damage], false))
+            return false;
+        xcb_connection_t *connection = m_server.m_display.connection();
+        xcb_discard_reply(
+            connection,
+            xcb_damage_subtract_checked(connection, m_damage, XCB_NONE, XCB_NONE).sequence);
+        return true;
+    }
+
+private:
+    X11WindowServer &m_server;
+    xcb_damage_damage_t m_damage;
+    bool m_isValid = false;
+};
+
+std::unique_ptr<ChangeWatch> X11WindowServer::watchChanges(int number)
+{
+    if (m_damageEvent == 0)
+        return nullptr;
+    QCoreApplication::instance()->installNativeEventFilter(this);
+    auto watch = std::make_unique<DamageWatch>(*this, static_cast<xcb_window_t>(number));
+    if (!watch->isValid())
+        return nullptr;
+    return watch;
 }
 
 xcb_atom_t X11WindowServer::compositorSelection()
@@ -204,7 +287,14 @@ void X11WindowServer::setCompositingHandler(std::function<void()> changed)
 bool X11WindowServer::nativeEventFilter(const QByteArray &, void *message, qintptr *)
 {
     const auto *event = static_cast<const xcb_generic_event_t *>(message);
-    if ((event->response_type & ~0x80) != m_selectionEvent || !m_compositingHandler)
+    const int type = event->response_type & ~0x80;
+    if (type != 0 && type == m_damageEvent) {
+        const auto *report = reinterpret_cast<const xcb_damage_notify_event_t *>(event);
+        const auto watched = m_damages.find(report->damage);
+        if (watched != m_damages.end())
+            *watched = true;
+    }
+    if (type != m_selectionEvent || !m_compositingHandler)
         return false;
     const auto *change = reinterpret_cast<const xcb_xfixes_selection_notify_event_t *>(event);
     if (change->selection == compositorSelection())

@@ -5,6 +5,7 @@
 #include "platform/x11/x11pixelreader.h"
 
 #include <QAbstractNativeEventFilter>
+#include <QHash>
 #include <QRegion>
 
 class QPainter;
@@ -23,7 +24,8 @@ public:
     QPoint pointer() override;
     void movePointer(QPoint to) override;
     bool isHandBusy() override;
-    bool turnWheel(QPoint at, int clicks) override;
+    bool turnWheel(QPoint at, int clicks, Wheel wheel) override;
+    std::unique_ptr<ChangeWatch> watchChanges(int number) override;
     bool hasMenuBar() const override { return false; }
     bool isComposited() override;
     void setCompositingHandler(std::function<void()> changed) override;
@@ -37,6 +39,7 @@ public:
     bool nativeEventFilter(const QByteArray &eventType, void *message, qintptr *result) override;
 
 private:
+    class DamageWatch;
     struct Window {
         xcb_window_t frame = XCB_NONE;   ///< the root's child
         xcb_window_t client = XCB_NONE;  ///< the application's window, where the frame has one
@@ -73,6 +76,9 @@ private:
     bool m_hasShape = false;
     bool m_hasComposite = false;
     bool m_hasTest = false;
+    uint8_t m_damageEvent = 0;  ///< the number of the server's event; 0 without damage reports
+    QHash<uint32_t, bool>
+        m_damages{};  ///< those that are watched, and whether they tell of a change
     std::function<void()> m_compositingHandler;
     int m_selectionEvent = 0;  ///< the number of the server's event; 0 while none is asked for
 };

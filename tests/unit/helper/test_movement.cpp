@@ -1,4 +1,5 @@
 #include "helper/movement.h"
+#include "helper/scrollingarea.h"
 
 #include "helper/scrollpage.h"
 

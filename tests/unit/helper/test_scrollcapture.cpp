@@ -92,7 +92,7 @@ public:
         return image;
     }
 
-    bool turnWheel(QPoint, int clicks) override
+    bool turnWheel(QPoint, int clicks, Wheel) override
     {
         pending += clicks;
         ++turns;

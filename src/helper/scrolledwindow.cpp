@@ -1,0 +1,311 @@
+#include "helper/scrolledwindow.h"
+
+#include "helper/helperjob.h"
+#include "helper/movement.h"
+#include "helper/pixelrows.h"
+#include "platform/services.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace {
+
+// Milliseconds.
+constexpr int s_round = 6;
+constexpr int s_rest = 90;          // without a change: the view is at rest
+constexpr int s_shortestRest = 45;  // of a program whose drawing is heard: nearly three frames
+constexpr int s_gapsToRest = 3;
+constexpr int s_restless = 4000;  // it never will be, as a film plays in it
+constexpr int s_coverRound = 100;
+constexpr int s_coverPatience = 10000;
+constexpr int s_handPatience = 250;
+constexpr int s_handLimit = 60000;
+constexpr int s_answersToPatience = 8;
+// Device pixels from the edge of what scrolls.
+constexpr int s_parkingDistance = 8;
+
+// Whether so much differs that the rest need not be asked.
+bool differWidely(const QImage &before, const QImage &after)
+{
+    if (before.size() != after.size())
+        return true;
+    const size_t bytes = sizeof(QRgb) * static_cast<size_t>(after.width());
+    int rows = 0;
+    for (int y = 0; y < after.height(); ++y)
+        rows += std::memcmp(before.constScanLine(y), after.constScanLine(y), bytes) != 0;
+    return rows * 2 > after.height();
+}
+
+QImage turnedOver(const QImage &picture)
+{
+    constexpr int block = 16;
+    const QImage from = withPixels(picture);
+    QImage result(from.height(), from.width(), from.format());
+    if (result.isNull())
+        return {};
+    for (int top = 0; top < from.height(); top += block) {
+        for (int left = 0; left < from.width(); left += block) {
+            const int bottom = std::min(top + block, from.height());
+            for (int x = left; x < std::min(left + block, from.width()); ++x) {
+                auto *line = reinterpret_cast<QRgb *>(result.bits() + x * result.bytesPerLine());
+                for (int y = top; y < bottom; ++y)
+                    line[y] = pixelRow(from, y)[x];
+            }
+        }
+    }
+    return result;
+}
+
+}  // namespace
+
+ScrolledWindow::ScrolledWindow(int number, QPoint anchor)
+    : m_clock(*services().clock), m_number(number),
+      m_changes(services().windows->watchChanges(number)), m_rest(s_rest)
+{
+    for (const auto &window : services().windows->windows(WindowServer::List::OnScreen, 0)) {
+        if (window.number != m_number)
+            continue;
+        m_bounds = window.bounds.toRect();
+        m_frame = window.frame;
+    }
+    m_crop = QRect(QPoint(), m_bounds.size());
+    m_anchor = anchor - m_bounds.topLeft();
+}
+
+ScrolledWindow::~ScrolledWindow() = default;
+
+void ScrolledWindow::setStop(Stop stop)
+{
+    if (m_stop == Stop::None || stop == Stop::Abandon)
+        m_stop = stop;
+}
+
+void ScrolledWindow::endWith(const QString &note)
+{
+    m_ended = true;
+    noteThat(note);
+}
+
+void ScrolledWindow::noteThat(const QString &note)
+{
+    if (m_note.isEmpty())
+        m_note = note;
+}
+
+bool ScrolledWindow::pause()
+{
+    if (!m_clock.pause(s_round))
+        setStop(Stop::Abandon);
+    return m_stop != Stop::Abandon;
+}
+
+bool ScrolledWindow::look()
+{
+    const QImage now = services().windows->picture(std::nullopt, {m_number});
+    if (now.isNull())
+        endWith(tr("The window left the screen"));
+    else if (now.size() != m_bounds.size())
+        endWith(tr("The window changed its size"));
+    else
+        m_view = now;
+    return !now.isNull() && now.size() == m_bounds.size();
+}
+
+QImage ScrolledWindow::contentOf(const QImage &view) const
+{
+    const QImage content = m_crop == view.rect() ? view : view.copy(m_crop);
+    return m_axis == Axis::Across ? turnedOver(content) : content;
+}
+
+QRect ScrolledWindow::inside() const { return m_view.rect().marginsRemoved(m_frame); }
+
+// It may have been moved. A menu that hangs open takes the wheel wherever it is turned.
+ScrolledWindow::Reach ScrolledWindow::reach()
+{
+    const auto windows = services().windows->windows(WindowServer::List::AtAndAbove, m_number);
+    if (windows.isEmpty())
+        return Reach::Gone;
+    m_bounds.moveTopLeft(windows.last().bounds.toRect().topLeft());
+    const QPoint at = m_bounds.topLeft() + m_anchor;
+    const uint process = windows.last().process;
+    for (const auto &window : windows) {
+        if (window.number == m_number || window.process == ownProcess())
+            continue;
+        const bool isMenu =
+            window.kind == WindowServer::Kind::Menu && window.process == process && process != 0;
+        if (!isMenu && !window.bounds.contains(at))
+            continue;
+        const QString name = window.name.isEmpty() ? window.owner : window.name;
+        m_coveredBy = isMenu || name.isEmpty() ? tr("A menu") : tr("\"%1\"").arg(name);
+        return Reach::Covered;
+    }
+    return Reach::Free;
+}
+
+bool ScrolledWindow::isReachable() { return reach() == Reach::Free; }
+
+bool ScrolledWindow::waitUntilReachable()
+{
+    const Stop stop = m_stop;
+    Stopwatch clock(m_clock);
+    bool isTold = false;
+    while (true) {
+        switch (reach()) {
+        case Reach::Free:
+            return true;
+        case Reach::Gone:
+            if (look())
+                endWith(tr("The window left the screen"));
+            return false;
+        case Reach::Covered:
+            break;
+        }
+        if (!isTold)
+            emit told(tr("%1 is in front: waiting until it is gone").arg(m_coveredBy));
+        isTold = true;
+        if (clock.elapsed() >= s_coverPatience)
+            endWith(tr("%1 came in front").arg(m_coveredBy));
+        if (m_ended || m_stop != stop)
+            return false;
+        if (!m_clock.pause(s_coverRound))
+            setStop(Stop::Abandon);
+    }
+}
+
+// With Ctrl held the wheel enlarges, with a button it drags.
+bool ScrolledWindow::waitForFreeHand()
+{
+    const Stop stop = m_stop;
+    Stopwatch clock(m_clock);
+    for (bool isTold = false; services().windows->isHandBusy();) {
+        if (!isTold && clock.elapsed() >= s_handPatience) {
+            emit told(tr("Let go of all keys and buttons"));
+            isTold = true;
+        }
+        if (clock.elapsed() >= s_handLimit || !pause() || m_stop != stop)
+            return false;
+    }
+    return true;
+}
+
+bool ScrolledWindow::turnWheel(int clicks)
+{
+    using Wheel = WindowServer::Wheel;
+    WindowServer &server = *services().windows;
+    const Wheel across = m_shifted ? Wheel::DownWithShift : Wheel::Right;
+    m_turnedAt = m_bounds.topLeft() + m_anchor;
+    m_pointerWas = server.pointer();
+    m_isPointerAway = true;
+    return server.turnWheel(m_turnedAt, clicks, m_axis == Axis::Down ? Wheel::Down : across);
+}
+
+// Back to where the user has it, unless the user has moved it since.
+void ScrolledWindow::returnPointer()
+{
+    if (std::exchange(m_isPointerAway, false) && m_pointerWas != m_turnedAt &&
+        services().windows->pointer() == m_turnedAt)
+        services().windows->movePointer(m_pointerWas);
+}
+
+// Where drawing is heard of, a pause as long as a few of those that it made is enough.
+int ScrolledWindow::restFor(qint64 longestGap) const
+{
+    if (!m_changes || m_rest != s_rest)
+        return m_rest;
+    return std::clamp(static_cast<int>(s_gapsToRest * longestGap), s_shortestRest, s_rest);
+}
+
+int ScrolledWindow::patience(int least, int most) const
+{
+    if (m_slowestAnswer < 0)
+        return most;
+    return std::clamp(static_cast<int>(s_answersToPatience * m_slowestAnswer), least, most);
+}
+
+ScrolledWindow::Turn ScrolledWindow::turn(int clicks, int patience)
+{
+    const Turn result = turnAndWait(clicks, patience);
+    returnPointer();
+    return result;
+}
+
+ScrolledWindow::Turn ScrolledWindow::turnAndWait(int clicks, int patience)
+{
+    const Stop stop = m_stop;
+    if (clicks != 0) {
+        if (!waitForFreeHand() || !isReachable())
+            return Turn::Nothing;
+        if (!turnWheel(clicks)) {
+            endWith(tr("This desktop lets no program turn the wheel"));
+            return Turn::Nothing;
+        }
+    }
+    const QImage before = content();
+    QImage last = before;
+    bool hasMoved = false;
+    qint64 longestGap = 0;
+    Stopwatch sinceTurn(m_clock);
+    Stopwatch sinceChange = sinceTurn;
+    while (pause() && m_stop == stop) {
+        const bool mayDiffer = !m_changes || m_changes->takeChange();
+        if (mayDiffer && !look())
+            return Turn::Nothing;
+        const QImage now = mayDiffer ? content() : last;
+        if (mayDiffer && now != last) {
+            // A caret that blinks meanwhile is no change.
+            const bool hasChanged =
+                differWidely(last, now) || findMovement(last, now).kind != Movement::Kind::Still;
+            if (hasChanged) {
+                if (hasMoved)
+                    longestGap = std::max(longestGap, sinceChange.elapsed());
+                const bool isLate = hasMoved && sinceChange.elapsed() >= s_rest;
+                m_sawLate = m_sawLate || (isLate && isInPlace(last, now));
+                sinceChange.restart();
+            }
+            // Slow scrolling may look like spots from one look to the next.
+            const bool moves =
+                hasMoved || hasChanged || findMovement(before, now).kind != Movement::Kind::Still;
+            if (moves && !hasMoved && clicks != 0)
+                m_slowestAnswer = std::max(m_slowestAnswer, sinceTurn.elapsed());
+            hasMoved = moves;
+            if (moves)
+                returnPointer();
+            last = now;
+        }
+        if (hasMoved &&
+            (sinceChange.elapsed() >= restFor(longestGap) || sinceTurn.elapsed() >= s_restless))
+            return Turn::Moved;
+        if (!hasMoved && sinceTurn.elapsed() >= patience)
+            return Turn::Nothing;
+    }
+    return Turn::Nothing;
+}
+
+// On the window's own title bar if there is one, where nothing answers to a pointer; else as near
+// to the content as in the same window, for some desktops give the keyboard to what is under it.
+void ScrolledWindow::parkPointer()
+{
+    const QPoint at = services().windows->pointer() - m_bounds.topLeft();
+    if (m_isParked || !m_crop.contains(at))
+        return;
+    const QRect window(QPoint(), m_bounds.size());
+    for (const QPoint place :
+         {QPoint(at.x(), m_frame.top() / 2), QPoint(at.x(), m_crop.top() - s_parkingDistance),
+          QPoint(at.x(), m_crop.bottom() + s_parkingDistance),
+          QPoint(m_crop.right() + s_parkingDistance, at.y()),
+          QPoint(m_crop.left() - s_parkingDistance, at.y())}) {
+        if (!window.contains(place) || m_crop.contains(place))
+            continue;
+        m_pointerBefore = at + m_bounds.topLeft();
+        m_parkedAt = place + m_bounds.topLeft();
+        m_isParked = true;
+        services().windows->movePointer(m_parkedAt);
+        return;
+    }
+}
+
+void ScrolledWindow::unparkPointer()
+{
+    if (std::exchange(m_isParked, false) && services().windows->pointer() == m_parkedAt)
+        services().windows->movePointer(m_pointerBefore);
+}
