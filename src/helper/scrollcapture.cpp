@@ -78,8 +78,10 @@ ScrollCapture::Result ScrollCapture::run()
     if (!m_window.look())
         return {.note = m_window.note()};
     const QImage original = m_window.view();
-    if (m_target.marked)
+    if (m_target.marked) {
         m_window.setCrop(toldArea());
+        m_window.setAnchor(toldArea().center());
+    }
     m_isAcross = m_target.across && goLeft();
     const QImage atLeft = m_window.view();
     emit progressed(tr("Scrolling to the top"));
