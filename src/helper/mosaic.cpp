@@ -104,7 +104,7 @@ Mosaic::Sight Mosaic::add(const QImage &picture, const QRect &area)
         const Share share = shareOf(part);
         isHalfDrawn = share == Share::Some;
         if (share == Share::Most) {
-            learn(part);
+            learn(*movement, part);
             // Only now is it known what of the first view is content.
             if (!hasMoved())
                 paint(m_last, m_lastLandmarks, part);
@@ -227,22 +227,32 @@ Mosaic::Share Mosaic::shareOf(const QRect &part) const
 // and a single look may be mistaken about it.
 QRect Mosaic::usualPart() const
 {
-    const auto usual = [this](int (QRect::*edge)() const) {
+    const auto usual = [](const std::vector<QRect> &parts, int (QRect::*edge)() const) {
         std::vector<int> edges;
-        for (const QRect &part : m_parts)
+        for (const QRect &part : parts)
             edges.push_back((part.*edge)());
         std::nth_element(edges.begin(), edges.begin() + std::ssize(edges) / 2, edges.end());
         return edges[edges.size() / 2];
     };
-    return {QPoint(usual(&QRect::left), usual(&QRect::top)),
-            QPoint(usual(&QRect::right), usual(&QRect::bottom))};
+    QRect result = m_last.rect();
+    for (const std::vector<QRect> &parts : m_parts) {
+        if (!parts.empty())
+            result &= QRect(QPoint(usual(parts, &QRect::left), usual(parts, &QRect::top)),
+                            QPoint(usual(parts, &QRect::right), usual(parts, &QRect::bottom)));
+    }
+    return result;
 }
 
-void Mosaic::learn(const QRect &part)
+void Mosaic::learn(QPoint movement, const QRect &part)
 {
-    if (m_parts.size() == s_memory)
-        m_parts.erase(m_parts.begin());
-    m_parts.push_back(part);
+    for (const bool isUpright : {false, true}) {
+        std::vector<QRect> &parts = m_parts.at(isUpright ? 1 : 0);
+        if ((isUpright ? movement.y() : movement.x()) == 0)
+            continue;
+        if (parts.size() == s_memory)
+            parts.erase(parts.begin());
+        parts.push_back(part);
+    }
 }
 
 // Takes the last view's place as that of `view`.

@@ -62,13 +62,18 @@ public:
         int denied = 0;
         Rows told;
         for (int y = rows.first; y < rows.second; ++y) {
-            const int explainedBefore = explained;
-            const int deniedBefore = denied;
+            bool tells = false;
+            bool denies = false;
             for (int band = bands.first; band < bands.second; ++band) {
-                explained += m_scores[index(band, y)] > 0;
-                denied += m_scores[index(band, y)] < 0;
+                const qint8 score = m_scores[index(band, y)];
+                explained += score > 0;
+                denied += score < 0;
+                // The outermost may hold the beginning of what stays.
+                const bool isInside = band > bands.first && band < bands.second - 1;
+                tells = tells || score > 0;
+                denies = denies || (score < 0 && isInside);
             }
-            told.add(explained > explainedBefore, denied > deniedBefore);
+            told.add(tells, denies);
         }
         if (denied > explained || !told.agree())
             return {};

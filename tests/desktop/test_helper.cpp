@@ -616,7 +616,7 @@ void TestHelper::question()
     m_desktop->key(XK_Escape);
     QVERIFY(m_program->waitForState(u"Picking"_s));
     // Above the hint at the foot.
-    const QRect upper(0, 0, 1600, 800);
+    const QRect upper(0, 0, 1600, 700);
     m_desktop->movePointer({1500, 100});
     QVERIFY(waitFor([&] { return m_desktop->screenshot().copy(upper) == before.copy(upper); }));
     m_desktop->key(XK_Escape);
