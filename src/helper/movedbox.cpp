@@ -45,17 +45,14 @@ public:
           m_bands((after.width() + s_cell - 1) / s_cell), m_rows(after.height()),
           m_scores(static_cast<size_t>(m_bands) * m_rows)
     {
-        for (int y = 0; y < m_rows; ++y) {
-            for (int band = 0; band < m_bands; ++band)
-                m_scores[index(band, y)] = scoreOf(band, y);
-        }
+        score(before.rect());
+        // What came out from under a scroll bar or a footer is as new as what came into view.
+        score(roughBox());
     }
 
     QRect box() const
     {
-        auto bands = bestStretch(columnScores({0, m_rows}));
-        const auto rows = bestStretch(rowScores(bands));
-        bands = bestStretch(columnScores(rows));
+        const auto [bands, rows] = stretches();
         if (bands.first == bands.second || rows.first == rows.second)
             return {};
         int explained = 0;
@@ -77,10 +74,7 @@ public:
         }
         if (denied > explained || !told.agree())
             return {};
-        const QRect rough(
-            QPoint(bands.first * s_cell, rows.first),
-            QPoint(std::min(bands.second * s_cell, m_after.width()) - 1, rows.second - 1));
-        return withEdges(rough);
+        return withEdges(withoutPlainRows(roughBox()));
     }
 
 private:
@@ -89,16 +83,47 @@ private:
         return static_cast<size_t>(y) * m_bands + static_cast<size_t>(band);
     }
 
+    // `known` is what of the earlier view may have moved to where the cells are.
+    void score(const QRect &known)
+    {
+        const bool isAgain = known != m_before.rect();
+        for (int y = 0; y < m_rows; ++y) {
+            for (int band = 0; band < m_bands; ++band) {
+                if (!isAgain || !known.contains(placeBefore(band, y)))
+                    m_scores[index(band, y)] = scoreOf(band, y, known);
+            }
+        }
+    }
+
+    QRect placeBefore(int band, int y) const
+    {
+        const int x = band * s_cell;
+        return {x + m_movement.x(), y + m_movement.y(), std::min(s_cell, m_after.width() - x), 1};
+    }
+
+    std::pair<std::pair<int, int>, std::pair<int, int>> stretches() const
+    {
+        const auto first = bestStretch(columnScores({0, m_rows}));
+        const auto rows = bestStretch(rowScores(first));
+        return {bestStretch(columnScores(rows)), rows};
+    }
+
+    QRect roughBox() const
+    {
+        const auto [bands, rows] = stretches();
+        return {QPoint(bands.first * s_cell, rows.first),
+                QPoint(std::min(bands.second * s_cell, m_after.width()) - 1, rows.second - 1)};
+    }
+
     // 1 for what tells of the movement, -1 for what denies it.
-    qint8 scoreOf(int band, int y) const
+    qint8 scoreOf(int band, int y, const QRect &known) const
     {
         const int x = band * s_cell;
         const int count = std::min(s_cell, m_after.width() - x);
         const QRgb *is = pixelRow(m_after, y) + x;
         const bool stays = isSame(is, pixelRow(m_before, y) + x, count);
-        const QPoint from = QPoint(x, y) + m_movement;
-        if (from.y() >= 0 && from.y() < m_rows && from.x() >= 0 &&
-            from.x() + count <= m_before.width()) {
+        const QRect from = placeBefore(band, y);
+        if (known.contains(from)) {
             const bool follows = isSame(is, pixelRow(m_before, from.y()) + from.x(), count);
             return qint8(follows ? (stays ? 0 : 1) : -1);
         }
@@ -128,6 +153,24 @@ private:
             result[y] = std::accumulate(from + bands.first, from + bands.second, 0);
         }
         return result;
+    }
+
+    // Rows of one colour, as a header may have at its edge, have stayed or moved alike: those that
+    // are not of the content's ground belong to what stays beside them.
+    QRect withoutPlainRows(QRect rough) const
+    {
+        const QRgb ground = commonColour(m_after, rough);
+        const auto isFrame = [&](int y) {
+            const QRgb *is = pixelRow(m_after, y);
+            return is[rough.left()] != ground &&
+                   std::all_of(is + rough.left(), is + rough.right() + 1,
+                               [is, &rough](QRgb pixel) { return pixel == is[rough.left()]; });
+        };
+        while (rough.top() > 0 && rough.height() > 1 && isFrame(rough.top()))
+            rough.setTop(rough.top() + 1);
+        while (rough.bottom() < m_rows - 1 && rough.height() > 1 && isFrame(rough.bottom()))
+            rough.setBottom(rough.bottom() - 1);
+        return rough;
     }
 
     // A cell holds both the end of what moves and the beginning of a scroll bar: the sides are told
