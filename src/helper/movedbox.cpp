@@ -43,38 +43,42 @@ public:
     MovedCells(const QImage &before, const QImage &after, QPoint movement)
         : m_before(before), m_after(after), m_movement(movement),
           m_bands((after.width() + s_cell - 1) / s_cell), m_rows(after.height()),
-          m_scores(static_cast<size_t>(m_bands) * m_rows)
+          m_scores(static_cast<size_t>(m_bands) * m_rows), m_known(before.rect())
     {
-        score(before.rect());
+        score();
         // What came out from under a scroll bar or a footer is as new as what came into view.
-        score(roughBox());
+        m_known = roughBox();
+        score();
     }
 
     QRect box() const
     {
-        const auto [bands, rows] = stretches();
-        if (bands.first == bands.second || rows.first == rows.second)
+        const QRect rough = roughBox();
+        if (rough.isEmpty())
             return {};
+        const QRect found = withEdges(withoutPlainRows(rough));
+        // Cells that reach beyond it hold the beginning of what stays.
+        const bool isToTheEnd = found.right() == m_after.width() - 1;
+        const int first = (found.left() + s_cell - 1) / s_cell;
+        const int last = isToTheEnd ? m_bands : (found.right() + 1) / s_cell;
         int explained = 0;
         int denied = 0;
         Rows told;
-        for (int y = rows.first; y < rows.second; ++y) {
+        for (int y = found.top(); y <= found.bottom(); ++y) {
             bool tells = false;
             bool denies = false;
-            for (int band = bands.first; band < bands.second; ++band) {
+            for (int band = first; band < last; ++band) {
                 const qint8 score = m_scores[index(band, y)];
                 explained += score > 0;
-                denied += score < 0;
-                // The outermost may hold the beginning of what stays.
-                const bool isInside = band > bands.first && band < bands.second - 1;
+                // What comes into view may happen to be what was there, as in a table.
+                const bool isDenied = score < 0 && m_known.contains(placeBefore(band, y));
+                denied += isDenied;
                 tells = tells || score > 0;
-                denies = denies || (score < 0 && isInside);
+                denies = denies || isDenied;
             }
             told.add(tells, denies);
         }
-        if (denied > explained || !told.agree())
-            return {};
-        return withEdges(withoutPlainRows(roughBox()));
+        return denied > explained || !told.agree() ? QRect() : found;
     }
 
 private:
@@ -83,14 +87,12 @@ private:
         return static_cast<size_t>(y) * m_bands + static_cast<size_t>(band);
     }
 
-    // `known` is what of the earlier view may have moved to where the cells are.
-    void score(const QRect &known)
+    void score()
     {
-        const bool isAgain = known != m_before.rect();
         for (int y = 0; y < m_rows; ++y) {
             for (int band = 0; band < m_bands; ++band) {
-                if (!isAgain || !known.contains(placeBefore(band, y)))
-                    m_scores[index(band, y)] = scoreOf(band, y, known);
+                if (m_known == m_before.rect() || !m_known.contains(placeBefore(band, y)))
+                    m_scores[index(band, y)] = scoreOf(band, y);
             }
         }
     }
@@ -116,14 +118,14 @@ private:
     }
 
     // 1 for what tells of the movement, -1 for what denies it.
-    qint8 scoreOf(int band, int y, const QRect &known) const
+    qint8 scoreOf(int band, int y) const
     {
         const int x = band * s_cell;
         const int count = std::min(s_cell, m_after.width() - x);
         const QRgb *is = pixelRow(m_after, y) + x;
         const bool stays = isSame(is, pixelRow(m_before, y) + x, count);
         const QRect from = placeBefore(band, y);
-        if (known.contains(from)) {
+        if (m_known.contains(from)) {
             const bool follows = isSame(is, pixelRow(m_before, from.y()) + from.x(), count);
             return qint8(follows ? (stays ? 0 : 1) : -1);
         }
@@ -229,6 +231,7 @@ private:
     int m_bands;
     int m_rows;
     std::vector<qint8> m_scores;
+    QRect m_known;  // what of the earlier view may have moved
 };
 
 }  // namespace
