@@ -184,8 +184,9 @@ private:
         const int top = std::max(rough.top(), rough.top() - m_movement.y());
         const int bottom = std::min(rough.bottom(), rough.bottom() - m_movement.y());
         const int reach = std::min(inside, rough.width() / 2);
-        const int first = std::max(0, -m_movement.x());
-        const int last = std::min(width, width - m_movement.x()) - 1;
+        // What comes from beyond what moves tells nothing of its sides.
+        const int first = m_movement.x() < 0 ? rough.left() - m_movement.x() : 0;
+        const int last = m_movement.x() > 0 ? rough.right() - m_movement.x() : width - 1;
         std::vector<int> denied(width);
         std::vector<int> told(width);
         for (int y = top; y <= bottom; ++y) {
@@ -200,7 +201,9 @@ private:
             }
         }
         const auto denies = [&](int x) {
-            return x >= first && x <= last && denied[x] > 1 && denied[x] > told[x];
+            const bool isKnown = x >= first && x <= last;
+            return isKnown ? denied[x] > 1 && denied[x] > told[x]
+                           : x < rough.left() || x > rough.right();
         };
         int left = rough.left() + reach;
         while (left > 0 && !denies(left - 1))
