@@ -132,8 +132,11 @@ private:
         // What comes into view is something else than what was there, but for plain ground.
         if (!stays)
             return 1;
+        // What stays ends where it turns to what comes in.
+        const int beside = m_movement.y() < 0 ? y + 1 : y - 1;
         const bool turns = m_movement.x() == 0
-                               ? y > 0 && !isSame(is, pixelRow(m_after, y - 1) + x, count)
+                               ? beside >= 0 && beside < m_rows &&
+                                     !isSame(is, pixelRow(m_after, beside) + x, count)
                                : count > 1 && !isSame(is, is + 1, count - 1);
         return turns ? -1 : 0;
     }
@@ -211,6 +214,23 @@ private:
         int right = rough.right() - reach;
         while (right < width - 1 && !denies(right + 1))
             ++right;
+        // There what has changed at all has come into view.
+        const auto changes = [&](int x) {
+            int rows = 0;
+            for (int y = rough.top(); y <= rough.bottom(); ++y)
+                rows += pixelRow(m_after, y)[x] != pixelRow(m_before, y)[x];
+            return rows > 1;
+        };
+        const auto lastChange = [&](int from, int way) {
+            int result = from;
+            for (int x = from - way * s_cell; x != from + way * s_cell; x += way)
+                result = x >= 0 && x < width && changes(x) ? x : result;
+            return result;
+        };
+        if (first > rough.left() && rough.left() > 0)
+            left = lastChange(rough.left(), -1);
+        if (last < rough.right() && rough.right() < width - 1)
+            right = lastChange(rough.right(), 1);
         // Of what stays, the frame lies nearer.
         const QRgb ground = commonColour(m_after, rough);
         const auto isFrame = [&](int x) {
