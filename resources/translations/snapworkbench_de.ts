@@ -216,6 +216,49 @@ Rücktaste    Punkt löschen</translation>
     </message>
 </context>
 <context>
+    <name>HandCapture</name>
+    <message>
+        <source>Scroll it with your own hands</source>
+        <translation>Rollen Sie jetzt selbst</translation>
+    </message>
+    <message>
+        <source>Nothing moved for a minute</source>
+        <translation>Eine Minute lang hat sich nichts bewegt</translation>
+    </message>
+    <message>
+        <source>There is not enough memory for the picture</source>
+        <translation>Für das Bild reicht der Speicher nicht</translation>
+    </message>
+    <message>
+        <source>The picture has reached its limit: %1 pixels each way, and %2 million in all</source>
+        <translation>Das Bild hat seine Grenze erreicht: %1 Pixel je Richtung und %2 Millionen im Ganzen</translation>
+    </message>
+    <message>
+        <source>What was scrolled by at last could not be followed</source>
+        <translation>Was zuletzt vorbeigerollt ist, konnte nicht verfolgt werden</translation>
+    </message>
+    <message>
+        <source>The window left the screen</source>
+        <translation>Das Fenster ist vom Bildschirm verschwunden</translation>
+    </message>
+    <message>
+        <source>The window changed its size</source>
+        <translation>Das Fenster hat seine Größe geändert</translation>
+    </message>
+    <message>
+        <source>The place is lost: scroll back to what is shown here</source>
+        <translation>Die Stelle ist verloren: Rollen Sie zurück zu dem, was hier zu sehen ist</translation>
+    </message>
+    <message>
+        <source>%1 x %2 pixels: more can&apos;t be taken</source>
+        <translation>%1 x %2 Pixel: Mehr kann nicht aufgenommen werden</translation>
+    </message>
+    <message>
+        <source>%1 x %2 pixels</source>
+        <translation>%1 x %2 Pixel</translation>
+    </message>
+</context>
+<context>
     <name>HelperServer</name>
     <message>
         <source>The picture could not be written: %1</source>
@@ -799,26 +842,6 @@ Möchten Sie die Datei ersetzen?</translation>
         <translation>%1 Pixel</translation>
     </message>
     <message>
-        <source>The window left the screen</source>
-        <translation>Das Fenster ist vom Bildschirm verschwunden</translation>
-    </message>
-    <message>
-        <source>The window changed its size</source>
-        <translation>Das Fenster hat seine Größe geändert</translation>
-    </message>
-    <message>
-        <source>Another window came in front</source>
-        <translation>Ein anderes Fenster kam davor</translation>
-    </message>
-    <message>
-        <source>Let go of all keys and buttons</source>
-        <translation>Lassen Sie alle Tasten los</translation>
-    </message>
-    <message>
-        <source>This desktop lets no program turn the wheel</source>
-        <translation>Auf diesem Desktop darf kein Programm das Mausrad drehen</translation>
-    </message>
-    <message>
         <source>Nothing scrolls there: it was taken as it is</source>
         <translation>Dort lässt sich nichts rollen: Es wurde aufgenommen, wie es ist</translation>
     </message>
@@ -841,6 +864,53 @@ Möchten Sie die Datei ersetzen?</translation>
     <message>
         <source>The program did not answer for a minute</source>
         <translation>Das Programm hat eine Minute lang nicht geantwortet</translation>
+    </message>
+    <message>
+        <source>The content could not be followed further to the right</source>
+        <translation>Der Inhalt konnte nach rechts nicht weiter verfolgt werden</translation>
+    </message>
+    <message>
+        <source>There is not enough memory for all of it</source>
+        <translation>Für alles reicht der Speicher nicht</translation>
+    </message>
+    <message>
+        <source>Not all of it could be followed to the same row</source>
+        <translation>Nicht alles konnte bis zur selben Zeile verfolgt werden</translation>
+    </message>
+</context>
+<context>
+    <name>ScrolledWindow</name>
+    <message>
+        <source>The window left the screen</source>
+        <translation>Das Fenster ist vom Bildschirm verschwunden</translation>
+    </message>
+    <message>
+        <source>The window changed its size</source>
+        <translation>Das Fenster hat seine Größe geändert</translation>
+    </message>
+    <message>
+        <source>A menu</source>
+        <translation>Ein Menü</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot;</source>
+        <translation>„%1“</translation>
+    </message>
+    <message>
+        <source>%1 is in front: waiting until it is gone</source>
+        <translation>%1 ist davor: Es wird gewartet, bis es weg ist</translation>
+    </message>
+    <message>
+        <source>%1 came in front</source>
+        <translation>%1 kam davor</translation>
+    </message>
+    <message>
+        <source>Let go of all keys and buttons</source>
+        <translation>Lassen Sie alle Tasten los</translation>
+    </message>
+    <message>
+        <source>This desktop lets no program turn the wheel</source>
+        <translation>Auf diesem Desktop darf kein Programm das Mausrad drehen</translation>
     </message>
 </context>
 <context>
@@ -866,8 +936,12 @@ Möchten Sie die Datei ersetzen?</translation>
         <translation>Dieses Fenster gibt es nicht mehr</translation>
     </message>
     <message>
-        <source>%1 (%2 pixels were taken)</source>
-        <translation>%1 (%2 Pixel wurden aufgenommen)</translation>
+        <source>What has been taken so far</source>
+        <translation>Was bisher aufgenommen ist</translation>
+    </message>
+    <message>
+        <source>%1. The picture ends at row %2.</source>
+        <translation>%1. Das Bild endet bei Zeile %2.</translation>
     </message>
 </context>
 <context>
@@ -889,16 +963,56 @@ Möchten Sie die Datei ersetzen?</translation>
         <translation>Strg+Klick, Eingabe</translation>
     </message>
     <message>
-        <source>takes all that scrolls in it</source>
-        <translation>nimmt alles auf, was darin rollt</translation>
-    </message>
-    <message>
         <source>Escape</source>
         <translation>Escape</translation>
     </message>
     <message>
         <source>gives up</source>
         <translation>bricht ab</translation>
+    </message>
+    <message>
+        <source>Marked: %1 x %2 pixels</source>
+        <translation>Markiert: %1 x %2 Pixel</translation>
+    </message>
+    <message>
+        <source>Return</source>
+        <translation>Eingabe</translation>
+    </message>
+    <message>
+        <source>takes all that scrolls there, by the wheel</source>
+        <translation>nimmt mit dem Mausrad alles auf, was dort rollt</translation>
+    </message>
+    <message>
+        <source>takes all that scrolls in it, by the wheel</source>
+        <translation>nimmt mit dem Mausrad alles auf, was darin rollt</translation>
+    </message>
+    <message>
+        <source>Shift held</source>
+        <translation>Mit Umschalttaste</translation>
+    </message>
+    <message>
+        <source>also what lies beside the view</source>
+        <translation>auch, was neben dem Sichtbaren liegt</translation>
+    </message>
+    <message>
+        <source>H</source>
+        <translation>H</translation>
+    </message>
+    <message>
+        <source>takes what you scroll with your own hands</source>
+        <translation>nimmt auf, was Sie selbst rollen</translation>
+    </message>
+    <message>
+        <source>Drag</source>
+        <translation>Ziehen</translation>
+    </message>
+    <message>
+        <source>marks another part of a window</source>
+        <translation>markiert einen anderen Teil eines Fensters</translation>
+    </message>
+    <message>
+        <source>marks the part of a window that scrolls</source>
+        <translation>markiert den Teil eines Fensters, der rollt</translation>
     </message>
 </context>
 <context>

@@ -216,6 +216,49 @@ Backspace    删除最后一点</translation>
     </message>
 </context>
 <context>
+    <name>HandCapture</name>
+    <message>
+        <source>Scroll it with your own hands</source>
+        <translation>请自行滚动</translation>
+    </message>
+    <message>
+        <source>Nothing moved for a minute</source>
+        <translation>一分钟内没有任何移动</translation>
+    </message>
+    <message>
+        <source>There is not enough memory for the picture</source>
+        <translation>内存不足，无法保存图片</translation>
+    </message>
+    <message>
+        <source>The picture has reached its limit: %1 pixels each way, and %2 million in all</source>
+        <translation>图片已达到上限：每个方向 %1 像素，总共 %2 百万像素</translation>
+    </message>
+    <message>
+        <source>What was scrolled by at last could not be followed</source>
+        <translation>最后滚动的部分无法跟踪</translation>
+    </message>
+    <message>
+        <source>The window left the screen</source>
+        <translation>窗口已从屏幕上消失</translation>
+    </message>
+    <message>
+        <source>The window changed its size</source>
+        <translation>窗口大小已改变</translation>
+    </message>
+    <message>
+        <source>The place is lost: scroll back to what is shown here</source>
+        <translation>位置已丢失：请滚动回此处显示的内容</translation>
+    </message>
+    <message>
+        <source>%1 x %2 pixels: more can&apos;t be taken</source>
+        <translation>%1 x %2 像素：无法截取更多</translation>
+    </message>
+    <message>
+        <source>%1 x %2 pixels</source>
+        <translation>%1 x %2 像素</translation>
+    </message>
+</context>
+<context>
     <name>HelperServer</name>
     <message>
         <source>The picture could not be written: %1</source>
@@ -799,26 +842,6 @@ Do you want to replace it?</source>
         <translation>%1 像素</translation>
     </message>
     <message>
-        <source>The window left the screen</source>
-        <translation>窗口已从屏幕上消失</translation>
-    </message>
-    <message>
-        <source>The window changed its size</source>
-        <translation>窗口大小已改变</translation>
-    </message>
-    <message>
-        <source>Another window came in front</source>
-        <translation>另一个窗口遮住了它</translation>
-    </message>
-    <message>
-        <source>Let go of all keys and buttons</source>
-        <translation>请松开所有按键和鼠标按钮</translation>
-    </message>
-    <message>
-        <source>This desktop lets no program turn the wheel</source>
-        <translation>此桌面不允许程序转动鼠标滚轮</translation>
-    </message>
-    <message>
         <source>Nothing scrolls there: it was taken as it is</source>
         <translation>此处没有可滚动的内容，已按原样截取</translation>
     </message>
@@ -841,6 +864,53 @@ Do you want to replace it?</source>
     <message>
         <source>The program did not answer for a minute</source>
         <translation>程序一分钟没有响应</translation>
+    </message>
+    <message>
+        <source>The content could not be followed further to the right</source>
+        <translation>无法继续向右跟踪滚动内容</translation>
+    </message>
+    <message>
+        <source>There is not enough memory for all of it</source>
+        <translation>内存不足，无法截取全部内容</translation>
+    </message>
+    <message>
+        <source>Not all of it could be followed to the same row</source>
+        <translation>并非所有部分都能跟踪到同一行</translation>
+    </message>
+</context>
+<context>
+    <name>ScrolledWindow</name>
+    <message>
+        <source>The window left the screen</source>
+        <translation>窗口已从屏幕上消失</translation>
+    </message>
+    <message>
+        <source>The window changed its size</source>
+        <translation>窗口大小已改变</translation>
+    </message>
+    <message>
+        <source>A menu</source>
+        <translation>一个菜单</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot;</source>
+        <translation>“%1”</translation>
+    </message>
+    <message>
+        <source>%1 is in front: waiting until it is gone</source>
+        <translation>%1 挡在前面：正在等待其消失</translation>
+    </message>
+    <message>
+        <source>%1 came in front</source>
+        <translation>%1 挡在了前面</translation>
+    </message>
+    <message>
+        <source>Let go of all keys and buttons</source>
+        <translation>请松开所有按键和鼠标按钮</translation>
+    </message>
+    <message>
+        <source>This desktop lets no program turn the wheel</source>
+        <translation>此桌面不允许程序转动鼠标滚轮</translation>
     </message>
 </context>
 <context>
@@ -866,8 +936,12 @@ Do you want to replace it?</source>
         <translation>该窗口已不存在</translation>
     </message>
     <message>
-        <source>%1 (%2 pixels were taken)</source>
-        <translation>%1（已截取 %2 像素）</translation>
+        <source>What has been taken so far</source>
+        <translation>目前已截取的内容</translation>
+    </message>
+    <message>
+        <source>%1. The picture ends at row %2.</source>
+        <translation>%1。图片在第 %2 行结束。</translation>
     </message>
 </context>
 <context>
@@ -889,16 +963,56 @@ Do you want to replace it?</source>
         <translation>Ctrl+单击、回车键</translation>
     </message>
     <message>
-        <source>takes all that scrolls in it</source>
-        <translation>截取其中全部滚动内容</translation>
-    </message>
-    <message>
         <source>Escape</source>
         <translation>Esc 键</translation>
     </message>
     <message>
         <source>gives up</source>
         <translation>放弃</translation>
+    </message>
+    <message>
+        <source>Marked: %1 x %2 pixels</source>
+        <translation>已标记：%1 x %2 像素</translation>
+    </message>
+    <message>
+        <source>Return</source>
+        <translation>回车键</translation>
+    </message>
+    <message>
+        <source>takes all that scrolls there, by the wheel</source>
+        <translation>用滚轮截取该处全部滚动内容</translation>
+    </message>
+    <message>
+        <source>takes all that scrolls in it, by the wheel</source>
+        <translation>用滚轮截取其中全部滚动内容</translation>
+    </message>
+    <message>
+        <source>Shift held</source>
+        <translation>按住 Shift</translation>
+    </message>
+    <message>
+        <source>also what lies beside the view</source>
+        <translation>同时截取可见部分两侧的内容</translation>
+    </message>
+    <message>
+        <source>H</source>
+        <translation>H</translation>
+    </message>
+    <message>
+        <source>takes what you scroll with your own hands</source>
+        <translation>截取您自己滚动的内容</translation>
+    </message>
+    <message>
+        <source>Drag</source>
+        <translation>拖动</translation>
+    </message>
+    <message>
+        <source>marks another part of a window</source>
+        <translation>标记窗口的另一部分</translation>
+    </message>
+    <message>
+        <source>marks the part of a window that scrolls</source>
+        <translation>标记窗口中滚动的部分</translation>
     </message>
 </context>
 <context>

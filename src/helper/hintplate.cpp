@@ -21,6 +21,7 @@ constexpr int s_headlineSpan = 2;
 constexpr int s_gap = 12;  // device pixels between the plate and what it tells about
 constexpr int s_pictureColumn = 2;
 constexpr QSize s_picture(132, 176);
+constexpr int s_tallWidth = 180;
 
 QLabel *label(const QString &text, const QString &colour)
 {
@@ -77,9 +78,8 @@ void HintPlate::setPicture(const QImage &picture, const QString &name, const QSt
         m_picture = new QLabel;
         m_picture->setFixedSize(s_picture);
         m_picture->setAlignment(Qt::AlignHCenter | Qt::AlignTop);
-        m_grid->addWidget(m_picture, 0, s_pictureColumn, -1, 1, Qt::AlignTop);
-        // What is left of the picture's height lies below the lines.
-        m_grid->setRowStretch(m_grid->rowCount(), 1);
+        m_pictureRow = m_grid->rowCount();
+        placePicture();
     }
     QPixmap shown = QPixmap::fromImage(picture);
     shown.setDevicePixelRatio(devicePixelRatioF());
@@ -156,26 +156,49 @@ void HintPlate::showBeside(const QRect &area)
 void HintPlate::showOutside(const QRect &area, const QRect &window)
 {
     const QList<QRect> screens = services().windows->screens();
-    setBrief(false);
-    auto corner = placeOutside(fitted(), area | window, screens);
-    if (!corner)
-        corner = placeOutside(fitted(), area, screens);
-    if (!corner) {
-        setBrief(true);
-        corner = placeOutside(fitted(), area, screens);
+    for (const QRect &clear : {area | window, area}) {
+        for (const Form form : {Form::Wide, Form::Tall}) {
+            setForm(form);
+            if (const auto corner = placeOutside(fitted(), clear, screens)) {
+                showAt(*corner);
+                return;
+            }
+        }
     }
-    if (corner)
+    setForm(Form::Brief);
+    if (const auto corner = placeOutside(fitted(), area, screens))
         showAt(*corner);
     else
         hide();
 }
 
-void HintPlate::setBrief(bool brief)
+void HintPlate::setForm(Form form)
 {
+    if (form == m_form)
+        return;
+    m_form = form;
     for (QLabel *line : findChildren<QLabel *>()) {
         if (line != m_headline)
-            line->setHidden(brief);
+            line->setHidden(form == Form::Brief);
     }
+    m_headline->setWordWrap(form == Form::Tall);
+    m_headline->setMaximumWidth(form == Form::Tall ? s_tallWidth : QWIDGETSIZE_MAX);
+    if (m_picture)
+        placePicture();
+    m_grid->invalidate();
+    m_grid->activate();
+}
+
+void HintPlate::placePicture()
+{
+    m_grid->removeWidget(m_picture);
+    // What is left of the picture's height lies below the lines. A window that stretches is never
+    // lower than 100, so that one with its headline alone does not.
+    m_grid->setRowStretch(m_pictureRow, m_form == Form::Brief ? 0 : 1);
+    if (m_form == Form::Tall)
+        m_grid->addWidget(m_picture, m_pictureRow, 0, 1, s_headlineSpan, Qt::AlignHCenter);
+    else
+        m_grid->addWidget(m_picture, 0, s_pictureColumn, -1, 1, Qt::AlignTop);
 }
 
 void HintPlate::paintEvent(QPaintEvent * /*event*/)

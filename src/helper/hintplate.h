@@ -31,8 +31,8 @@ public:
     /// Global device pixels.
     void showBeside(const QRect &area);
     /// The same where it covers nothing of the rectangle, and of the window that this lies in if
-    /// there is room: with its headline alone where there is no more, and not at all where there is
-    /// none.
+    /// there is room: with the picture below the lines, or the headline alone, where that fits
+    /// better, and not at all where there is no room.
     void showOutside(const QRect &area, const QRect &window);
 
     /// The place for a box of `size` beside `area`: outside of it where a screen has room, else in
@@ -48,9 +48,17 @@ protected:
 private:
     QSize fitted();
     void showAt(QPoint corner);
-    void setBrief(bool brief);
+    enum class Form {
+        Wide,  ///< the picture beside the lines
+        Tall,  ///< the picture below them
+        Brief  ///< the headline alone
+    };
+    void setForm(Form form);
+    void placePicture();
 
     QGridLayout *m_grid;
     QLabel *m_headline;
     QLabel *m_picture = nullptr;
+    int m_pictureRow = 0;  // where it lies below the lines
+    Form m_form = Form::Wide;
 };

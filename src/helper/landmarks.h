@@ -21,6 +21,37 @@ constexpr int s_landmarkHeight = 8;
 /// patches is one; plain ground has none.
 std::vector<Landmark> landmarksOf(const QImage &picture, int rarity);
 
+/// Calls `run` with the landmarks of `sought` that come in `known` too, where neither has many of
+/// the kind.
+template<typename Run>
+void forCommon(const std::vector<Landmark> &known, const std::vector<Landmark> &sought,
+               const Run &run)
+{
+    constexpr size_t mostEqual = 4;
+    const auto endOf = [](const std::vector<Landmark> &all, size_t from) {
+        size_t end = from;
+        while (end < all.size() && all[end].hash == all[from].hash)
+            ++end;
+        return end;
+    };
+    for (size_t i = 0, j = 0; i < known.size() && j < sought.size();) {
+        if (known[i].hash != sought[j].hash) {
+            ++(known[i].hash < sought[j].hash ? i : j);
+            continue;
+        }
+        const size_t lastKnown = endOf(known, i);
+        const size_t lastSought = endOf(sought, j);
+        if (lastKnown - i <= mostEqual && lastSought - j <= mostEqual) {
+            for (size_t a = i; a < lastKnown; ++a) {
+                for (size_t b = j; b < lastSought; ++b)
+                    run(known[a], sought[b]);
+            }
+        }
+        i = lastKnown;
+        j = lastSought;
+    }
+}
+
 /// Landmarks on a plane, to be found by their hashes.
 class LandmarkIndex
 {

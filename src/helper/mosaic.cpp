@@ -1,5 +1,7 @@
 #include "helper/mosaic.h"
 
+#include "helper/evidence.h"
+#include "helper/movedbox.h"
 #include "helper/overview.h"
 
 #include <QRegion>
@@ -14,47 +16,20 @@
 
 namespace {
 
-// Pixels in a cell, a piece of a row: what is compared at once.
-constexpr int s_cell = 16;
-// Rows that are looked at to choose between movements.
-constexpr int s_sampledRows = 256;
 // One patch in 2 to the power of these is a landmark; in a small view more have to be.
 constexpr int s_rarity = 7;
 constexpr int s_smallRarity = 4;
 constexpr int s_smallView = 400'000;  // pixels
-// Of patches that come more often in a view no landmark is made.
-constexpr int s_mostEqual = 4;
-constexpr qsizetype s_candidates = 6;
-constexpr size_t s_witnesses = 1000;
-// Landmarks that have to agree on a movement, cells that have to tell of it, and those that have to
-// tell it from another one.
+// Places that are tried, and landmarks that have to vote for one.
+constexpr ptrdiff_t s_candidates = 6;
 constexpr int s_fewestVotes = 3;
-constexpr int s_enough = 8;
-constexpr int s_decides = 4;
 // A view is known by a sixth of it, somewhat less than the quarter that two looks are asked to
 // share: what stays in its place is no part of that.
 constexpr int s_sharedPart = 6;
 // Looks by which a change of what stays in its place counts.
 constexpr size_t s_memory = 3;
-
-const QRgb *row(const QImage &picture, int y)
-{
-    return reinterpret_cast<const QRgb *>(picture.constScanLine(y));
-}
-
-// A loop of known length, which is a few instructions.
-bool sameCell(const QRgb *a, const QRgb *b)
-{
-    QRgb difference = 0;
-    for (int x = 0; x < s_cell; ++x)
-        difference |= a[x] ^ b[x];
-    return difference == 0;
-}
-
-bool isSame(const QRgb *a, const QRgb *b, int count)
-{
-    return count == s_cell ? sameCell(a, b) : std::memcmp(a, b, sizeof(QRgb) * count) == 0;
-}
+// One pixel in so many may differ in what is the same.
+constexpr int s_decides = 4;
 
 // 32 bits a pixel, opaque where the picture knows no transparency.
 QImage opaque(const QImage &picture, const QRect &area)
@@ -63,7 +38,7 @@ QImage opaque(const QImage &picture, const QRect &area)
         return picture.copy(area).convertToFormat(QImage::Format_ARGB32_Premultiplied);
     QImage result(area.size(), QImage::Format_ARGB32_Premultiplied);
     for (int y = 0; y < area.height(); ++y) {
-        const QRgb *from = row(picture, area.y() + y) + area.x();
+        const QRgb *from = pixelRow(picture, area.y() + y) + area.x();
         auto *to = reinterpret_cast<QRgb *>(result.scanLine(y));
         for (int x = 0; x < area.width(); ++x)
             to[x] = from[x] | ~RGB_MASK;
@@ -102,369 +77,6 @@ private:
     std::unordered_map<quint32, int> m_counts{};
 };
 
-/// Rows of pixels in which a movement explains something, and those of them that deny it as well. A
-/// bar over a row or a film denies rows as a whole; where a wrong distance makes lines of a listing
-/// agree but for a digit, most rows do both.
-struct Rows {
-    int told = 0;
-    int mixed = 0;
-
-    void add(bool tells, bool denies)
-    {
-        told += tells;
-        mixed += tells && denies;
-    }
-    bool agree() const { return told > 0 && mixed * 3 <= told; }
-};
-
-/// What those landmarks of a view that come in it but once say of a movement: in a listing most of
-/// a view is found again at any distance, but not these.
-struct Witnesses {
-    int agree = 0;
-    int deny = 0;
-
-    bool areSure() const { return agree >= s_fewestVotes && agree >= 2 * deny; }
-};
-
-// `known` is where the view was before, or what lies on the plane under it; of that, what is 0 is
-// unknown. Where `last` is not null, what is there as it was tells of what stays.
-Witnesses witnesses(const QImage &known, const QImage &view, QPoint movement,
-                    const std::vector<Landmark> &landmarks, const QRect &part, const QImage &last)
-{
-    const QRect patch(0, 0, s_landmarkWidth, s_landmarkHeight);
-    const auto isThere = [&view](const QImage &picture, QPoint from, QPoint to) {
-        for (int y = 0; y < s_landmarkHeight; ++y) {
-            if (!sameCell(row(view, from.y() + y) + from.x(), row(picture, to.y() + y) + to.x()))
-                return false;
-        }
-        return true;
-    };
-    Witnesses result;
-    // They lie in the order of their hashes: any few of them are from all over the view.
-    const size_t step = landmarks.size() / s_witnesses + 1;
-    for (size_t i = 0; i < landmarks.size(); i += step) {
-        const bool isOnly =
-            (i == 0 || landmarks[i - 1].hash != landmarks[i].hash) &&
-            (i + 1 == landmarks.size() || landmarks[i + 1].hash != landmarks[i].hash);
-        const QPoint at(landmarks[i].x, landmarks[i].y);
-        const QPoint from = at + movement;
-        if (!isOnly || !part.contains(patch.translated(at)) ||
-            !known.rect().contains(patch.translated(from)) || row(known, from.y())[from.x()] == 0 ||
-            row(known, from.y() + s_landmarkHeight - 1)[from.x() + s_landmarkWidth - 1] == 0)
-            continue;
-        if (isThere(known, at, from))
-            ++result.agree;
-        else if (last.isNull() || !isThere(last, at, at))
-            ++result.deny;
-    }
-    return result;
-}
-
-/// What a movement makes of the cells of a few rows of a view.
-struct Trial {
-    enum : quint8 { No, Yes, Unknown };
-
-    QPoint movement{};
-    int bands = 0;  // cells in a row
-    int step = 1;   // from one row to the next
-    std::vector<quint8> cells{};
-
-    /// The rows of a part in which it explains what another one doesn't.
-    Rows rowsOver(const Trial &other, const QRect &part) const
-    {
-        Rows result;
-        const int first = (part.left() + s_cell - 1) / s_cell;
-        const int last = (part.right() + 1) / s_cell;
-        for (int y = 0; y <= part.bottom(); y += step) {
-            const auto from = static_cast<ptrdiff_t>(y / step) * bands;
-            bool tells = false;
-            bool denies = false;
-            for (ptrdiff_t i = from + first; i < from + last; ++i) {
-                tells = tells || (cells[i] == Yes && other.cells[i] == No);
-                denies = denies || cells[i] == No;
-            }
-            if (y >= part.top())
-                result.add(tells, denies);
-        }
-        return result;
-    }
-    /// Cells that this one explains and another one doesn't.
-    int over(const Trial &other) const
-    {
-        int result = 0;
-        for (size_t i = 0; i < cells.size(); ++i)
-            result += cells[i] == Yes && other.cells[i] == No;
-        return result;
-    }
-};
-
-// `known` is where the view was before, or what lies on the plane under it; of that, what is 0 is
-// unknown.
-Trial trialOf(const QImage &known, const QImage &view, QPoint movement, bool hasGaps = false)
-{
-    const int step = std::max(1, view.height() / s_sampledRows);
-    const int width = view.width();
-    Trial trial{.movement = movement, .bands = (width + s_cell - 1) / s_cell, .step = step};
-    trial.cells.reserve(static_cast<size_t>(view.height() / step + 1) * (width / s_cell + 1));
-    for (int y = 0; y < view.height(); y += step) {
-        const int from = y + movement.y();
-        const bool hasRow = from >= 0 && from < known.height();
-        const QRgb *is = row(view, y);
-        const QRgb *was = hasRow ? row(known, from) + movement.x() : nullptr;
-        for (int x = 0; x < width; x += s_cell) {
-            const int count = std::min(s_cell, width - x);
-            const bool isKnown = hasRow && x + movement.x() >= 0 &&
-                                 x + count + movement.x() <= known.width() &&
-                                 !(hasGaps && (was[x] == 0 || was[x + count - 1] == 0));
-            trial.cells.push_back(!isKnown                         ? Trial::Unknown
-                                  : isSame(is + x, was + x, count) ? Trial::Yes
-                                                                   : Trial::No);
-        }
-    }
-    return trial;
-}
-
-// The one that explains what no other one can; null if several do as well. `still` is what is
-// explained without.
-const Trial *decided(const std::vector<Trial> &trials, const Trial &still)
-{
-    if (trials.empty())
-        return nullptr;
-    const Trial *best = &trials.front();
-    for (const Trial &trial : trials) {
-        if (trial.over(*best) > s_decides * best->over(trial) + s_decides)
-            best = &trial;
-    }
-    const int evidence = best->over(still);
-    if (evidence < s_enough)
-        return nullptr;
-    for (const Trial &trial : trials) {
-        if (&trial == best || trial.over(still) * s_decides < evidence)
-            continue;
-        if (best->over(trial) <= s_decides * trial.over(*best) + s_decides)
-            return nullptr;
-    }
-    return best;
-}
-
-// The stretch with the largest sum, widened by what counts as nothing.
-std::pair<int, int> bestStretch(const std::vector<int> &scores)
-{
-    qint64 best = 0;
-    qint64 sum = 0;
-    size_t first = 0;
-    std::pair<size_t, size_t> found{0, 0};
-    for (size_t i = 0; i < scores.size(); ++i) {
-        if (sum <= 0) {
-            sum = 0;
-            first = i;
-        }
-        sum += scores[i];
-        if (sum > best) {
-            best = sum;
-            found = {first, i + 1};
-        }
-    }
-    if (best > 0) {
-        while (found.first > 0 && scores[found.first - 1] == 0)
-            --found.first;
-        while (found.second < scores.size() && scores[found.second] == 0)
-            ++found.second;
-    }
-    return {static_cast<int>(found.first), static_cast<int>(found.second)};
-}
-
-QRgb commonColour(const QImage &picture, const QRect &area)
-{
-    constexpr int every = 8;
-    std::unordered_map<QRgb, int> counts;
-    for (int y = area.top(); y <= area.bottom(); y += every) {
-        for (int x = area.left(); x <= area.right(); x += every)
-            ++counts[row(picture, y)[x]];
-    }
-    const auto most = std::max_element(counts.begin(), counts.end(),
-                                       [](auto &a, auto &b) { return a.second < b.second; });
-    return most == counts.end() ? 0 : most->first;
-}
-
-/// Two views, one of which the content has moved to, cell by cell: what went along and what stayed.
-class MovedCells
-{
-public:
-    MovedCells(const QImage &before, const QImage &after, QPoint movement)
-        : m_before(before), m_after(after), m_movement(movement),
-          m_bands((after.width() + s_cell - 1) / s_cell), m_rows(after.height()),
-          m_scores(static_cast<size_t>(m_bands) * m_rows)
-    {
-        for (int y = 0; y < m_rows; ++y) {
-            for (int band = 0; band < m_bands; ++band)
-                m_scores[index(band, y)] = scoreOf(band, y);
-        }
-    }
-
-    /// The box of what moved; empty where too much of it is not as the movement wants it.
-    QRect box() const
-    {
-        auto bands = bestStretch(columnScores({0, m_rows}));
-        const auto rows = bestStretch(rowScores(bands));
-        bands = bestStretch(columnScores(rows));
-        if (bands.first == bands.second || rows.first == rows.second)
-            return {};
-        int explained = 0;
-        int denied = 0;
-        Rows told;
-        for (int y = rows.first; y < rows.second; ++y) {
-            const int explainedBefore = explained;
-            const int deniedBefore = denied;
-            for (int band = bands.first; band < bands.second; ++band) {
-                explained += m_scores[index(band, y)] > 0;
-                denied += m_scores[index(band, y)] < 0;
-            }
-            told.add(explained > explainedBefore, denied > deniedBefore);
-        }
-        if (denied > explained || !told.agree())
-            return {};
-        const QRect rough(
-            QPoint(bands.first * s_cell, rows.first),
-            QPoint(std::min(bands.second * s_cell, m_after.width()) - 1, rows.second - 1));
-        return withEdges(rough);
-    }
-
-private:
-    size_t index(int band, int y) const
-    {
-        return static_cast<size_t>(y) * m_bands + static_cast<size_t>(band);
-    }
-
-    // 1 for what tells of the movement, -1 for what denies it.
-    qint8 scoreOf(int band, int y) const
-    {
-        const int x = band * s_cell;
-        const int count = std::min(s_cell, m_after.width() - x);
-        const QRgb *is = row(m_after, y) + x;
-        const bool stays = isSame(is, row(m_before, y) + x, count);
-        const QPoint from = QPoint(x, y) + m_movement;
-        if (from.y() >= 0 && from.y() < m_rows && from.x() >= 0 &&
-            from.x() + count <= m_before.width()) {
-            const bool follows = isSame(is, row(m_before, from.y()) + from.x(), count);
-            return qint8(follows ? (stays ? 0 : 1) : -1);
-        }
-        // What comes into view is something else than what was there, but for plain ground.
-        if (!stays)
-            return 1;
-        const bool turns = m_movement.x() == 0
-                               ? y > 0 && !isSame(is, row(m_after, y - 1) + x, count)
-                               : count > 1 && !isSame(is, is + 1, count - 1);
-        return turns ? -1 : 0;
-    }
-
-    std::vector<int> columnScores(std::pair<int, int> rows) const
-    {
-        std::vector<int> result(m_bands);
-        for (int y = rows.first; y < rows.second; ++y) {
-            for (int band = 0; band < m_bands; ++band)
-                result[band] += m_scores[index(band, y)];
-        }
-        return result;
-    }
-    std::vector<int> rowScores(std::pair<int, int> bands) const
-    {
-        std::vector<int> result(m_rows);
-        for (int y = 0; y < m_rows; ++y) {
-            const auto from = m_scores.begin() + static_cast<ptrdiff_t>(index(0, y));
-            result[y] = std::accumulate(from + bands.first, from + bands.second, 0);
-        }
-        return result;
-    }
-
-    // A cell holds both the end of what moves and the beginning of a scroll bar: the sides are told
-    // by single columns.
-    QRect withEdges(const QRect &rough) const
-    {
-        constexpr int inside = 3 * s_cell;
-        const int width = m_after.width();
-        const int top = std::max(rough.top(), rough.top() - m_movement.y());
-        const int bottom = std::min(rough.bottom(), rough.bottom() - m_movement.y());
-        const int reach = std::min(inside, rough.width() / 2);
-        const int first = std::max(0, -m_movement.x());
-        const int last = std::min(width, width - m_movement.x()) - 1;
-        std::vector<int> denied(width);
-        std::vector<int> told(width);
-        for (int y = top; y <= bottom; ++y) {
-            const QRgb *is = row(m_after, y);
-            const QRgb *was = row(m_before, y);
-            const QRgb *from = row(m_before, y + m_movement.y()) + m_movement.x();
-            for (int x = first; x <= last; ++x) {
-                if (x == rough.left() + reach)
-                    x = std::max(x, rough.right() + 1 - reach);
-                denied[x] += is[x] != from[x];
-                told[x] += is[x] == from[x] && is[x] != was[x];
-            }
-        }
-        const auto denies = [&](int x) {
-            return x >= first && x <= last && denied[x] > 1 && denied[x] > told[x];
-        };
-        int left = rough.left() + reach;
-        while (left > 0 && !denies(left - 1))
-            --left;
-        int right = rough.right() - reach;
-        while (right < width - 1 && !denies(right + 1))
-            ++right;
-        // Of what stays, the frame lies nearer.
-        const QRgb ground = commonColour(m_after, rough);
-        const auto isFrame = [&](int x) {
-            const QRgb colour = row(m_after, rough.top())[x];
-            for (int y = rough.top(); y <= rough.bottom(); ++y) {
-                if (row(m_after, y)[x] != colour)
-                    return false;
-            }
-            return colour != ground;
-        };
-        while (right < width - 1 && right > left && isFrame(right))
-            --right;
-        while (left > 0 && left < right && isFrame(left))
-            ++left;
-        return {QPoint(left, rough.top()), QPoint(right, rough.bottom())};
-    }
-
-    const QImage &m_before;
-    const QImage &m_after;
-    QPoint m_movement;
-    int m_bands;
-    int m_rows;
-    std::vector<qint8> m_scores;
-};
-
-// Calls `run` with the landmarks of `sought` that come in `known` too, where neither has many of
-// the kind.
-template<typename Run>
-void forCommon(const std::vector<Landmark> &known, const std::vector<Landmark> &sought,
-               const Run &run)
-{
-    const auto endOf = [](const std::vector<Landmark> &all, size_t from) {
-        size_t end = from;
-        while (end < all.size() && all[end].hash == all[from].hash)
-            ++end;
-        return end;
-    };
-    for (size_t i = 0, j = 0; i < known.size() && j < sought.size();) {
-        if (known[i].hash != sought[j].hash) {
-            ++(known[i].hash < sought[j].hash ? i : j);
-            continue;
-        }
-        const size_t lastKnown = endOf(known, i);
-        const size_t lastSought = endOf(sought, j);
-        if (lastKnown - i <= s_mostEqual && lastSought - j <= s_mostEqual) {
-            for (size_t a = i; a < lastKnown; ++a) {
-                for (size_t b = j; b < lastSought; ++b)
-                    run(known[a], sought[b]);
-            }
-        }
-        i = lastKnown;
-        j = lastSought;
-    }
-}
-
 }  // namespace
 
 Mosaic::Mosaic(int sideLimit, qint64 areaLimit) : m_sideLimit(sideLimit), m_areaLimit(areaLimit) {}
@@ -488,11 +100,11 @@ Mosaic::Sight Mosaic::add(const QImage &picture, const QRect &area)
     }
     bool isHalfDrawn = false;
     if (const auto movement = movementOf(view, landmarks)) {
-        const QRect part = MovedCells(m_last, view, *movement).box();
+        const QRect part = movedBox(m_last, view, *movement);
         const Share share = shareOf(part);
         isHalfDrawn = share == Share::Some;
         if (share == Share::Most) {
-            learn(part);
+            learn(*movement, part);
             // Only now is it known what of the first view is content.
             if (!hasMoved())
                 paint(m_last, m_lastLandmarks, part);
@@ -587,7 +199,8 @@ bool Mosaic::isInPlace(const QImage &view, const std::vector<Landmark> &landmark
     int spots = 0;
     int last = -gap;
     for (int y = part.top(); y <= part.bottom(); ++y) {
-        if (isSame(row(view, y) + part.left(), row(m_last, y) + part.left(), part.width()))
+        if (isSame(pixelRow(view, y) + part.left(), pixelRow(m_last, y) + part.left(),
+                   part.width()))
             continue;
         ++changed;
         spots += y - last > gap;
@@ -614,22 +227,32 @@ Mosaic::Share Mosaic::shareOf(const QRect &part) const
 // and a single look may be mistaken about it.
 QRect Mosaic::usualPart() const
 {
-    const auto usual = [this](int (QRect::*edge)() const) {
+    const auto usual = [](const std::vector<QRect> &parts, int (QRect::*edge)() const) {
         std::vector<int> edges;
-        for (const QRect &part : m_parts)
+        for (const QRect &part : parts)
             edges.push_back((part.*edge)());
         std::nth_element(edges.begin(), edges.begin() + std::ssize(edges) / 2, edges.end());
         return edges[edges.size() / 2];
     };
-    return {QPoint(usual(&QRect::left), usual(&QRect::top)),
-            QPoint(usual(&QRect::right), usual(&QRect::bottom))};
+    QRect result = m_last.rect();
+    for (const std::vector<QRect> &parts : m_parts) {
+        if (!parts.empty())
+            result &= QRect(QPoint(usual(parts, &QRect::left), usual(parts, &QRect::top)),
+                            QPoint(usual(parts, &QRect::right), usual(parts, &QRect::bottom)));
+    }
+    return result;
 }
 
-void Mosaic::learn(const QRect &part)
+void Mosaic::learn(QPoint movement, const QRect &part)
 {
-    if (m_parts.size() == s_memory)
-        m_parts.erase(m_parts.begin());
-    m_parts.push_back(part);
+    for (const bool isUpright : {false, true}) {
+        std::vector<QRect> &parts = m_parts.at(isUpright ? 1 : 0);
+        if ((isUpright ? movement.y() : movement.x()) == 0)
+            continue;
+        if (parts.size() == s_memory)
+            parts.erase(parts.begin());
+        parts.push_back(part);
+    }
 }
 
 // Takes the last view's place as that of `view`.
@@ -712,16 +335,24 @@ void Mosaic::paintStrip(Side side, const QImage &view, const QRect &part)
     const QRect known = strip->extent & to;
     if (known != to && !known.isEmpty() && strip->follows) {
         const QImage was = strip->plane.read(known);
+        const QImage is = view.copy(known.translated(-at));
+        const QPoint back = isAcross ? QPoint(1, 0) : QPoint(0, 1);
         int turns = 0;
-        int other = 0;
-        for (int y = 0; y < was.height(); ++y) {
-            const QRgb *is = row(view, known.y() + y - at.y()) + known.x() - at.x();
-            for (int x = 1; x < was.width(); ++x) {
-                turns += is[x] != is[x - 1];
-                other += is[x] != row(was, y)[x];
+        int wrong = 0;
+        for (int y = back.y(); y < was.height(); ++y) {
+            const QRgb *wasRow = pixelRow(was, y);
+            const QRgb *isRow = pixelRow(is, y);
+            const QRgb *wasBack = pixelRow(was, y - back.y());
+            const QRgb *isBack = pixelRow(is, y - back.y());
+            for (int x = back.x(); x < was.width(); ++x) {
+                const int previous = x - back.x();
+                if (wasRow[x] == wasBack[previous] && isRow[x] == isBack[previous])
+                    continue;
+                ++turns;
+                wrong += wasRow[x] != isRow[x];
             }
         }
-        strip->follows = other * s_decides <= turns;
+        strip->follows = wrong * s_decides <= turns;
     }
     if (!strip->follows || (known == to && !isOutermost))
         return;
@@ -746,7 +377,7 @@ QImage Mosaic::overview(QSize box) const
 {
     if (!hasMoved())
         return sampledOverview(m_last.size(), box,
-                               [this](int x, int y) { return row(m_last, y)[x]; });
+                               [this](int x, int y) { return pixelRow(m_last, y)[x]; });
     return sampledOverview(m_extent.size(), box, [this](int x, int y) {
         return m_plane.pixel(m_extent.topLeft() + QPoint(x, y));
     });
@@ -801,12 +432,13 @@ QImage Mosaic::finish()
                             isBottom ? size.height() - corner.height() : 0);
             for (int y = 0; y < corner.height(); ++y)
                 std::memcpy(result.scanLine(to.y() + y) + sizeof(QRgb) * to.x(),
-                            row(m_last, from.y() + y) + from.x(), sizeof(QRgb) * corner.width());
+                            pixelRow(m_last, from.y() + y) + from.x(),
+                            sizeof(QRgb) * corner.width());
         }
     }
     QRgb all = ~QRgb{0};
     for (int y = 0; y < size.height(); ++y) {
-        const QRgb *line = row(result, y);
+        const QRgb *line = pixelRow(result, y);
         all = std::accumulate(line, line + size.width(), all, std::bit_and<>());
     }
     if (qAlpha(all) == 0xff)

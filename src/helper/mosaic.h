@@ -66,7 +66,7 @@ private:
     enum class Share { Little, Some, Most };
     Share shareOf(const QRect &part) const;
     QRect usualPart() const;
-    void learn(const QRect &part);
+    void learn(QPoint movement, const QRect &part);
     void paint(const QImage &view, const std::vector<Landmark> &landmarks, const QRect &part);
     QRect withinLimits(const QRect &area);
     void paintStrip(Side side, const QImage &view, const QRect &part);
@@ -78,7 +78,8 @@ private:
     std::vector<Landmark> m_lastLandmarks{};
     QPoint m_at{};  ///< the last view's, on the plane
     QPoint m_lastMovement{};
-    std::vector<QRect> m_parts{};  ///< what of the last few views moved
+    /// What of the last few views moved, across and upright: a heading may go along with one.
+    std::array<std::vector<QRect>, 2> m_parts{};
     Plane m_plane{};
     QRect m_extent{};  ///< what of the plane has been painted
     LandmarkIndex m_index{};

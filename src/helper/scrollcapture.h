@@ -43,10 +43,11 @@ public:
     void keep() { m_window.setStop(Stop::Keep); }
     /// Ends run() without a picture. The content still goes back to where it was.
     void discard() { m_window.setStop(Stop::Discard); }
-    /// What there is so far, no larger than a box, for a look.
-    QImage overview(QSize box) const { return m_stitcher.overview(box); }
     /// Ends run() at once, and leaves everything as it is.
     void abandon() { m_window.setStop(Stop::Abandon); }
+
+    /// What there is so far, no larger than a box, for a look.
+    QImage overview(QSize box) const { return m_stitcher.overview(box); }
 
 signals:
     /// What is going on, for the user.

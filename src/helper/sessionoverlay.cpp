@@ -105,7 +105,7 @@ bool SessionOverlay::eventFilter(QObject *watched, QEvent *event)
             return true;
         break;
     case QEvent::MouseMove:
-        dragged();
+        dragged(*static_cast<QMouseEvent *>(event));
         break;
     case QEvent::MouseButtonRelease:
         released(*static_cast<QMouseEvent *>(event));
@@ -132,17 +132,23 @@ bool SessionOverlay::pressed(const QMouseEvent &event)
         return false;
     m_isPressed = true;
     m_isDragged = false;
-    m_pressedAt = pointer();
+    // The pointer may have gone on since.
+    m_pressedAt = placeOf(event);
     m_pressedKeys = event.modifiers();
     m_pressedWindow = picked();
     return true;
 }
 
-void SessionOverlay::dragged()
+QPoint SessionOverlay::placeOf(const QMouseEvent &event) const
+{
+    return toPixels(event.position()) + area().topLeft();
+}
+
+void SessionOverlay::dragged(const QMouseEvent &event)
 {
     if (!m_isPressed || !m_pressedWindow)
         return;
-    const QPoint way = pointer() - m_pressedAt;
+    const QPoint way = placeOf(event) - m_pressedAt;
     const qreal started = QApplication::startDragDistance() * devicePixelRatioF();
     m_isDragged = m_isDragged || way.manhattanLength() >= started;
     if (!m_isDragged)
@@ -160,7 +166,7 @@ void SessionOverlay::released(const QMouseEvent &event)
     if (event.button() != Qt::LeftButton || !m_isPressed)
         return;
     // The last of the way may be told by the release alone.
-    dragged();
+    dragged(event);
     if (!m_isDragged) {
         // What can't be taken is not accepted.
         const bool isContent = m_pressedKeys & Qt::ControlModifier;

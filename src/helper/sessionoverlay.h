@@ -43,7 +43,9 @@ private:
     void setScrollingArea(const QRect &global);
     void choose(Way way, Qt::KeyboardModifiers modifiers);
     bool pressed(const QMouseEvent &event);
-    void dragged();
+    /// Where it happened, global.
+    QPoint placeOf(const QMouseEvent &event) const;
+    void dragged(const QMouseEvent &event);
     void released(const QMouseEvent &event);
     void unmark();
     void tellKeys();

@@ -36,7 +36,7 @@ public:
     /// The row of the content at the top of a view seen before; none if it could be several.
     std::optional<int> offsetOf(const QImage &view) const;
 
-    /// What finish() would give, no larger than a box, for a look.
+    /// What finish() would give, without what is put around it, no larger than a box, for a look.
     QImage overview(QSize box) const;
 
     /// Moves the picture out: a header once at its top, a footer once at its end. What stays above

@@ -57,6 +57,7 @@ private slots:
     void takesContent_data();
     void takesContent();
     void takesTerminal();
+    void takesByHand();
     void takesMenu_data();
     void takesMenu();
     void givesUp_data();
@@ -343,6 +344,46 @@ void TestHelper::takesTerminal()
     QCOMPARE(row(taken, 1999), row(foot, 38));
 }
 
+// A part that was drawn around, scrolled by who wants it, and by nobody else.
+void TestHelper::takesByHand()
+{
+    QVERIFY(startDesktop(s_openbox));
+    QVERIFY(startLong({}));
+    QVERIFY(openPick());
+    const QRect part = m_viewport.adjusted(40, 60, -100, -50);
+    m_desktop->movePointer(part.topLeft());
+    m_desktop->press(1);
+    m_desktop->movePointer(part.center());
+    m_desktop->movePointer(part.bottomRight() + QPoint(1, 1));
+    m_desktop->release(1);
+    const QRgb outline = qRgb(61, 165, 244);
+    QVERIFY(waitFor([&] {
+        return m_desktop->pixel(part.topLeft()) == outline &&
+               m_desktop->pixel(part.bottomRight()) == outline;
+    }));
+    m_desktop->key(XK_h);
+    QVERIFY(m_program->waitForState(u"Scrolling"_s));
+    QVERIFY(waitFor([&] { return m_desktop->isTaken(XK_Return); }));
+    m_desktop->movePointer(m_viewport.center());
+    constexpr int turns = 12;
+    constexpr int wheelStep = 51;
+    for (int i = 1; i <= turns; ++i) {
+        m_desktop->press(5);
+        m_desktop->release(5);
+        const QByteArray at = "at " + QByteArray::number(i * wheelStep) + '\n';
+        QVERIFY(waitFor([&] { return m_long->readAll().contains(at); }));
+    }
+    // It is looked at many times in this.
+    QVERIFY(!waitFor([&] { return m_long->canReadLine(); }, 500));
+    m_desktop->key(XK_Return);
+    QVERIFY(m_program->waitForTitle(s_untitled));
+    const QRect seen(part.topLeft() - m_viewport.topLeft(),
+                     part.size() + QSize(0, turns * wheelStep));
+    QCOMPARE(m_program->saveAs(m_desktop->home() + u"/hand.png"_s),
+             longPicture({m_viewport.width(), s_longRows}).copy(seen));
+    QVERIFY(leftFiles().isEmpty());
+}
+
 void TestHelper::takesMenu_data()
 {
     QTest::addColumn<QStringList>("windowManager");
@@ -575,7 +616,7 @@ void TestHelper::question()
     m_desktop->key(XK_Escape);
     QVERIFY(m_program->waitForState(u"Picking"_s));
     // Above the hint at the foot.
-    const QRect upper(0, 0, 1600, 800);
+    const QRect upper(0, 0, 1600, 700);
     m_desktop->movePointer({1500, 100});
     QVERIFY(waitFor([&] { return m_desktop->screenshot().copy(upper) == before.copy(upper); }));
     m_desktop->key(XK_Escape);

@@ -63,13 +63,14 @@ std::function<QPoint(qint64)> walk(QList<QPoint> places, int speed)
 {
     return [=](qint64 time) {
         constexpr int rest = 100;  // ms
+        auto left = static_cast<double>(time);
         for (qsizetype i = 0; i + 1 < places.size(); ++i) {
             const QPointF way = places[i + 1] - places[i];
-            const auto leg = static_cast<qint64>(1000 * std::hypot(way.x(), way.y()) / speed);
-            if (time < leg)
-                return (places[i] + way * time / leg).toPoint();
-            time -= leg + rest;
-            if (time < 0)
+            const auto leg = std::floor(1000 * std::hypot(way.x(), way.y()) / speed);
+            if (left < leg)
+                return (places[i] + way * left / leg).toPoint();
+            left -= leg + rest;
+            if (left < 0)
                 return places[i + 1];
         }
         return places.last();

@@ -136,15 +136,16 @@ void TestCaptureBridge::finish()
     picture.fill(Qt::green);
     QVERIFY(picture.save(path));
     m_window->showMinimized();
-    GWCaptureStatusCallback(nullptr, 5, path.toUtf8().constData(), 0, nullptr);
+    GWCaptureStatusCallback(nullptr, 5, path.toUtf8().constData(), 0, "It ends at row 20.");
     QCOMPARE(tabs(), 1);
     QVERIFY(!m_window->isMinimized());
+    QCOMPARE(m_window->findChild<NoticeBar *>()->text(), u"It ends at row 20."_s);
     QVERIFY(!QFile::exists(path));
     QVERIFY(!QFile::exists(folder));
     // One that is gone opens no tab, and the user is told.
     GWCaptureStatusCallback(nullptr, 5, path.toUtf8().constData(), 0, nullptr);
     QCOMPARE(tabs(), 1);
-    QVERIFY(!m_window->findChild<NoticeBar *>()->text().isEmpty());
+    QVERIFY(m_window->findChild<NoticeBar *>()->text() != u"It ends at row 20."_s);
 }
 
 void TestCaptureBridge::failureIsTold()

@@ -1,0 +1,265 @@
+#include "helper/movedbox.h"
+
+#include "helper/evidence.h"
+
+#include <algorithm>
+#include <numeric>
+#include <utility>
+#include <vector>
+
+namespace {
+
+// The stretch with the largest sum, widened by what counts as nothing.
+std::pair<int, int> bestStretch(const std::vector<int> &scores)
+{
+    qint64 best = 0;
+    qint64 sum = 0;
+    size_t first = 0;
+    std::pair<size_t, size_t> found{0, 0};
+    for (size_t i = 0; i < scores.size(); ++i) {
+        if (sum <= 0) {
+            sum = 0;
+            first = i;
+        }
+        sum += scores[i];
+        if (sum > best) {
+            best = sum;
+            found = {first, i + 1};
+        }
+    }
+    if (best > 0) {
+        while (found.first > 0 && scores[found.first - 1] == 0)
+            --found.first;
+        while (found.second < scores.size() && scores[found.second] == 0)
+            ++found.second;
+    }
+    return {static_cast<int>(found.first), static_cast<int>(found.second)};
+}
+
+/// Two views, one of which the content has moved to, cell by cell: what went along and what stayed.
+class MovedCells
+{
+public:
+    MovedCells(const QImage &before, const QImage &after, QPoint movement)
+        : m_before(before), m_after(after), m_movement(movement),
+          m_bands((after.width() + s_cell - 1) / s_cell), m_rows(after.height()),
+          m_scores(static_cast<size_t>(m_bands) * m_rows), m_known(before.rect())
+    {
+        score();
+        // What came out from under a scroll bar or a footer is as new as what came into view.
+        m_known = roughBox();
+        score();
+    }
+
+    QRect box() const
+    {
+        const QRect rough = roughBox();
+        if (rough.isEmpty())
+            return {};
+        const QRect found = withEdges(withoutPlainRows(rough));
+        // Cells that reach beyond it hold the beginning of what stays.
+        const bool isToTheEnd = found.right() == m_after.width() - 1;
+        const int first = (found.left() + s_cell - 1) / s_cell;
+        const int last = isToTheEnd ? m_bands : (found.right() + 1) / s_cell;
+        int explained = 0;
+        int denied = 0;
+        Rows told;
+        for (int y = found.top(); y <= found.bottom(); ++y) {
+            bool tells = false;
+            bool denies = false;
+            for (int band = first; band < last; ++band) {
+                const qint8 score = m_scores[index(band, y)];
+                explained += score > 0;
+                // What comes into view may happen to be what was there, as in a table.
+                const bool isDenied = score < 0 && m_known.contains(placeBefore(band, y));
+                denied += isDenied;
+                tells = tells || score > 0;
+                denies = denies || isDenied;
+            }
+            told.add(tells, denies);
+        }
+        return denied > explained || !told.agree() ? QRect() : found;
+    }
+
+private:
+    size_t index(int band, int y) const
+    {
+        return static_cast<size_t>(y) * m_bands + static_cast<size_t>(band);
+    }
+
+    void score()
+    {
+        for (int y = 0; y < m_rows; ++y) {
+            for (int band = 0; band < m_bands; ++band) {
+                if (m_known == m_before.rect() || !m_known.contains(placeBefore(band, y)))
+                    m_scores[index(band, y)] = scoreOf(band, y);
+            }
+        }
+    }
+
+    QRect placeBefore(int band, int y) const
+    {
+        const int x = band * s_cell;
+        return {x + m_movement.x(), y + m_movement.y(), std::min(s_cell, m_after.width() - x), 1};
+    }
+
+    std::pair<std::pair<int, int>, std::pair<int, int>> stretches() const
+    {
+        const auto first = bestStretch(columnScores({0, m_rows}));
+        const auto rows = bestStretch(rowScores(first));
+        return {bestStretch(columnScores(rows)), rows};
+    }
+
+    QRect roughBox() const
+    {
+        const auto [bands, rows] = stretches();
+        return {QPoint(bands.first * s_cell, rows.first),
+                QPoint(std::min(bands.second * s_cell, m_after.width()) - 1, rows.second - 1)};
+    }
+
+    // 1 for what tells of the movement, -1 for what denies it.
+    qint8 scoreOf(int band, int y) const
+    {
+        const int x = band * s_cell;
+        const int count = std::min(s_cell, m_after.width() - x);
+        const QRgb *is = pixelRow(m_after, y) + x;
+        const bool stays = isSame(is, pixelRow(m_before, y) + x, count);
+        const QRect from = placeBefore(band, y);
+        if (m_known.contains(from)) {
+            const bool follows = isSame(is, pixelRow(m_before, from.y()) + from.x(), count);
+            return qint8(follows ? (stays ? 0 : 1) : -1);
+        }
+        // What comes into view is something else than what was there, but for plain ground.
+        if (!stays)
+            return 1;
+        // What stays ends where it turns to what comes in.
+        const int beside = m_movement.y() < 0 ? y + 1 : y - 1;
+        const bool turns = m_movement.x() == 0
+                               ? beside >= 0 && beside < m_rows &&
+                                     !isSame(is, pixelRow(m_after, beside) + x, count)
+                               : count > 1 && !isSame(is, is + 1, count - 1);
+        return turns ? -1 : 0;
+    }
+
+    std::vector<int> columnScores(std::pair<int, int> rows) const
+    {
+        std::vector<int> result(m_bands);
+        for (int y = rows.first; y < rows.second; ++y) {
+            for (int band = 0; band < m_bands; ++band)
+                result[band] += m_scores[index(band, y)];
+        }
+        return result;
+    }
+    std::vector<int> rowScores(std::pair<int, int> bands) const
+    {
+        std::vector<int> result(m_rows);
+        for (int y = 0; y < m_rows; ++y) {
+            const auto from = m_scores.begin() + static_cast<ptrdiff_t>(index(0, y));
+            result[y] = std::accumulate(from + bands.first, from + bands.second, 0);
+        }
+        return result;
+    }
+
+    // Rows of one colour, as a header may have at its edge, have stayed or moved alike: those that
+    // are not of the content's ground belong to what stays beside them.
+    QRect withoutPlainRows(QRect rough) const
+    {
+        const QRgb ground = commonColour(m_after, rough);
+        const auto isFrame = [&](int y) {
+            const QRgb *is = pixelRow(m_after, y);
+            return is[rough.left()] != ground &&
+                   std::all_of(is + rough.left(), is + rough.right() + 1,
+                               [is, &rough](QRgb pixel) { return pixel == is[rough.left()]; });
+        };
+        while (rough.top() > 0 && rough.height() > 1 && isFrame(rough.top()))
+            rough.setTop(rough.top() + 1);
+        while (rough.bottom() < m_rows - 1 && rough.height() > 1 && isFrame(rough.bottom()))
+            rough.setBottom(rough.bottom() - 1);
+        return rough;
+    }
+
+    // A cell holds both the end of what moves and the beginning of a scroll bar: the sides are told
+    // by single columns.
+    QRect withEdges(const QRect &rough) const
+    {
+        constexpr int inside = 3 * s_cell;
+        const int width = m_after.width();
+        const int top = std::max(rough.top(), rough.top() - m_movement.y());
+        const int bottom = std::min(rough.bottom(), rough.bottom() - m_movement.y());
+        const int reach = std::min(inside, rough.width() / 2);
+        // What comes from beyond what moves tells nothing of its sides.
+        const int first = m_movement.x() < 0 ? rough.left() - m_movement.x() : 0;
+        const int last = m_movement.x() > 0 ? rough.right() - m_movement.x() : width - 1;
+        std::vector<int> denied(width);
+        std::vector<int> told(width);
+        for (int y = top; y <= bottom; ++y) {
+            const QRgb *is = pixelRow(m_after, y);
+            const QRgb *was = pixelRow(m_before, y);
+            const QRgb *from = pixelRow(m_before, y + m_movement.y()) + m_movement.x();
+            for (int x = first; x <= last; ++x) {
+                if (x == rough.left() + reach)
+                    x = std::max(x, rough.right() + 1 - reach);
+                denied[x] += is[x] != from[x];
+                told[x] += is[x] == from[x] && is[x] != was[x];
+            }
+        }
+        const auto denies = [&](int x) {
+            const bool isKnown = x >= first && x <= last;
+            return isKnown ? denied[x] > 1 && denied[x] > told[x]
+                           : x < rough.left() || x > rough.right();
+        };
+        int left = rough.left() + reach;
+        while (left > 0 && !denies(left - 1))
+            --left;
+        int right = rough.right() - reach;
+        while (right < width - 1 && !denies(right + 1))
+            ++right;
+        // There what has changed at all has come into view.
+        const auto changes = [&](int x) {
+            int rows = 0;
+            for (int y = rough.top(); y <= rough.bottom(); ++y)
+                rows += pixelRow(m_after, y)[x] != pixelRow(m_before, y)[x];
+            return rows > 1;
+        };
+        const auto lastChange = [&](int from, int way) {
+            int result = from;
+            for (int x = from - way * s_cell; x != from + way * s_cell; x += way)
+                result = x >= 0 && x < width && changes(x) ? x : result;
+            return result;
+        };
+        if (first > rough.left() && rough.left() > 0)
+            left = lastChange(rough.left(), -1);
+        if (last < rough.right() && rough.right() < width - 1)
+            right = lastChange(rough.right(), 1);
+        // Of what stays, the frame lies nearer.
+        const QRgb ground = commonColour(m_after, rough);
+        const auto isFrame = [&](int x) {
+            const QRgb colour = pixelRow(m_after, rough.top())[x];
+            for (int y = rough.top(); y <= rough.bottom(); ++y) {
+                if (pixelRow(m_after, y)[x] != colour)
+                    return false;
+            }
+            return colour != ground;
+        };
+        while (right < width - 1 && right > left && isFrame(right))
+            --right;
+        while (left > 0 && left < right && isFrame(left))
+            ++left;
+        return {QPoint(left, rough.top()), QPoint(right, rough.bottom())};
+    }
+
+    const QImage &m_before;
+    const QImage &m_after;
+    QPoint m_movement;
+    int m_bands;
+    int m_rows;
+    std::vector<qint8> m_scores;
+    QRect m_known;  // what of the earlier view may have moved
+};
+
+}  // namespace
+
+QRect movedBox(const QImage &before, const QImage &after, QPoint movement)
+{
+    return MovedCells(before, after, movement).box();
+}
