@@ -141,7 +141,16 @@ private:
                                ? beside >= 0 && beside < m_rows &&
                                      !isSame(is, pixelRow(m_after, beside) + x, count)
                                : count > 1 && !isSame(is, is + 1, count - 1);
-        return turns ? -1 : 0;
+        return turns && !hasGone(x, y, count) ? -1 : 0;
+    }
+
+    // Whether what was in a cell has moved on: what looks as if it had stayed is what follows on it
+    // in a table.
+    bool hasGone(int x, int y, int count) const
+    {
+        const QPoint to = QPoint(x, y) - m_movement;
+        return m_after.rect().contains(QRect(to, QSize(count, 1))) &&
+               isSame(pixelRow(m_before, y) + x, pixelRow(m_after, to.y()) + to.x(), count);
     }
 
     std::vector<int> columnScores(std::pair<int, int> rows) const
