@@ -1,5 +1,6 @@
 #include "helper/scrollcapture.h"
 
+#include "helper/pixelrows.h"
 #include "helper/scrollingarea.h"
 #include "platform/services.h"
 
@@ -25,6 +26,7 @@ constexpr int s_patienceDown = 500;
 constexpr int s_leastPatienceDown = 150;
 constexpr int s_slowPatience = 3000;
 constexpr int s_settle = 150;
+constexpr int s_glow = 1500;  // at the end of the content: it is gone by then
 constexpr int s_progressLimit = 60000;
 // Clicks of the wheel.
 constexpr int s_firstClimb = 10;
@@ -38,24 +40,37 @@ constexpr int s_tolerance = 2;
 constexpr int s_films = 2;
 // Rows that changed in what two views share: more than a caret or a mark.
 constexpr int s_lateRows = 24;
+constexpr int s_barWidth = 32;  // of a scroll bar, and no more than a part of the view
+constexpr int s_barParts = 8;
 constexpr int s_secondLooks = 2;  // places
 constexpr int s_corrections = 4;
 constexpr int s_longestWayBack = 300;
 constexpr int s_fromEdge = 4;  // pixels
 
-// Rows of the later view that are not what the movement brought there.
+// Rows of the later view that are not what the movement brought there. A scroll bar that lies over
+// the content does not count.
 int rowsThatDiffer(const QImage &before, const QImage &after, const Movement &movement)
 {
     const QRect &moved = movement.moved;
-    const size_t bytes = sizeof(QRgb) * static_cast<size_t>(moved.width());
+    int left = moved.right();
+    int right = moved.left() - 1;
     int result = 0;
     for (int y = moved.top(); y < movement.bottom - movement.rows; ++y) {
-        const auto at = [&](const QImage &view, int row) {
-            return view.constScanLine(row) + sizeof(QRgb) * static_cast<size_t>(moved.left());
-        };
-        result += std::memcmp(at(before, y + movement.rows), at(after, y), bytes) != 0;
+        const QRgb *was = pixelRow(before, y + movement.rows);
+        const QRgb *is = pixelRow(after, y);
+        const auto [first, other] =
+            std::mismatch(is + moved.left(), is + moved.right() + 1, was + moved.left());
+        const int x = static_cast<int>(first - is);
+        if (x > moved.right())
+            continue;
+        ++result;
+        left = std::min(left, x);
+        int last = moved.right();
+        while (is[last] == was[last])
+            --last;
+        right = std::max(right, last);
     }
-    return result;
+    return right - left < std::min(s_barWidth, moved.width() / s_barParts) ? 0 : result;
 }
 
 int clicksFor(int distance, double perClick)
@@ -77,6 +92,7 @@ ScrollCapture::Result ScrollCapture::run()
     m_sinceProgress.restart();
     if (!m_window.look())
         return {.note = m_window.note()};
+    m_window.parkPointer(toldArea());
     const QImage original = m_window.view();
     if (m_target.marked) {
         m_window.setCrop(toldArea());
@@ -87,10 +103,8 @@ ScrollCapture::Result ScrollCapture::run()
     emit progressed(tr("Scrolling to the top"));
     m_climbed = climb();
     const bool isFollowed = begin();
-    if (isFollowed) {
-        m_window.parkPointer();
+    if (isFollowed)
         goDown();
-    }
     m_firstRow = m_stitcher.offsetOf(m_window.contentOf(atLeft));
     // Its rows are needed on the way back, unless there are other columns anyway.
     const QImage picture = isFollowed && m_isAcross ? sheet() : QImage();
@@ -132,7 +146,8 @@ bool ScrollCapture::climb()
         Stopwatch sinceTurn(m_clock);
         const int patience =
             m_isSlow ? s_slowPatience : m_window.patience(s_leastPatienceUp, s_patienceUp);
-        if (m_window.turn(-clicks, patience) == Turn::Nothing)
+        const QImage before = content();
+        if (m_window.turn(-clicks, patience) == Turn::Nothing || !hasScrolled(before, -1))
             break;
         hasMoved = true;
         films += sinceTurn.elapsed() >= s_restless;
@@ -140,6 +155,22 @@ bool ScrollCapture::climb()
     }
     // A turn that was cut short may have moved it.
     return hasMoved || m_window.stop() != stop;
+}
+
+// Whether more has happened since `before` than a glow that some programs show at the end of their
+// content, which goes by. Where that can't be seen one more click tells.
+bool ScrollCapture::hasScrolled(const QImage &before, int click)
+{
+    if (!isAt(before) && !isInPlace(before, content()))
+        return true;
+    m_window.turn(0, s_glow);
+    const QImage settled = content();
+    if (isAt(before))
+        return false;
+    m_window.turn(click, s_patienceUp);
+    const QImage now = content();
+    const Movement movement = click < 0 ? findMovement(now, settled) : findMovement(settled, now);
+    return movement.kind == Movement::Kind::Moved;
 }
 
 // The first step, by one click, tells what of the window moves, and how far.
@@ -183,6 +214,7 @@ void ScrollCapture::setArea(const QImage &before, const Movement &movement)
     m_window.setCrop(area);
     m_first = isTold ? QImage() : before;
     m_rowsPerClick = movement.rows;
+    m_window.parkPointer(area);
     // At the edge of what scrolls: in its midst boxes and lists would pass by and take the wheel
     // for themselves.
     m_window.setAnchor({area.x() + std::min(s_fromEdge, area.width() / 2), area.center().y()});
@@ -335,8 +367,10 @@ bool ScrollCapture::step(int &clicks)
         break;
     }
     if (isInPlace(before, now)) {
-        // Something came, and nothing scrolled.
-        takeOver(now);
+        // Something came, and nothing scrolled. It may go by.
+        m_window.turn(0, s_glow);
+        if (!isAt(before))
+            takeOver(content());
         return goesOn();
     }
     // What was put in above it has pushed it down by more than the wheel has moved it up.
@@ -395,10 +429,17 @@ void ScrollCapture::repairOverlap(const Movement &movement, const QImage &before
     if (!m_hasFilm)
         beMorePatient();
     m_window.turn(clicks, s_patienceDown);
-    if (!isInPlace(lower, content()))
-        return;
-    m_accepted = content();
-    m_stitcher.takeOver(m_accepted);
+    const QImage now = content();
+    if (isInPlace(lower, now)) {
+        m_stitcher.takeOver(now);
+        m_accepted = now;
+    } else if (m_stitcher.add(now).kind == Movement::Kind::Moved) {
+        m_accepted = now;
+    } else if (const Movement back = findMovement(now, lower); back.kind == Movement::Kind::Moved) {
+        // The content's top has cut the way up short.
+        m_stitcher.goBack(now, back.rows);
+        m_accepted = now;
+    }
 }
 
 // Whether there is more to come where a turn of the wheel has moved nothing: a program that is at

@@ -72,6 +72,7 @@ private:
     QRect toldArea() const;  // in the window's picture
 
     bool climb();
+    bool hasScrolled(const QImage &before, int click);
     Movement firstStep();
     void setArea(const QImage &before, const Movement &movement);
     bool begin();

@@ -6,6 +6,7 @@
 #include "platform/services.h"
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 
 namespace {
@@ -16,12 +17,17 @@ constexpr int s_rest = 90;          // without a change: the view is at rest
 constexpr int s_shortestRest = 45;  // of a program whose drawing is heard: nearly three frames
 constexpr int s_gapsToRest = 3;
 constexpr int s_restless = 4000;  // it never will be, as a film plays in it
+constexpr int s_lightRest = 50;   // without a change: what lit up under the pointer has gone out
 constexpr int s_coverRound = 100;
 constexpr int s_coverPatience = 10000;
 constexpr int s_handPatience = 250;
 constexpr int s_handLimit = 60000;
 constexpr int s_answersToPatience = 8;
-// Device pixels from the edge of what scrolls.
+// Turns after which nothing lit up: nothing does.
+constexpr int s_darkTurns = 2;
+// Device pixels.
+constexpr int s_barWidth = 32;  // of a scroll bar, and no more than a part of the view
+constexpr int s_barParts = 8;
 constexpr int s_parkingDistance = 8;
 
 // Whether so much differs that the rest need not be asked.
@@ -34,6 +40,30 @@ bool differWidely(const QImage &before, const QImage &after)
     for (int y = 0; y < after.height(); ++y)
         rows += std::memcmp(before.constScanLine(y), after.constScanLine(y), bytes) != 0;
     return rows * 2 > after.height();
+}
+
+// Whether all that differs is as narrow as a scroll bar, which may fade in and out by itself.
+bool differNarrowly(const QImage &before, const QImage &after)
+{
+    if (before.size() != after.size())
+        return false;
+    int left = after.width();
+    int right = -1;
+    for (int y = 0; y < after.height(); ++y) {
+        const QRgb *was = pixelRow(before, y);
+        const QRgb *is = pixelRow(after, y);
+        for (int x = 0; x < left; ++x) {
+            if (was[x] != is[x])
+                left = x;
+        }
+        for (int x = after.width() - 1; x > right; --x) {
+            if (was[x] != is[x])
+                right = x;
+        }
+        if (right - left >= s_barWidth)
+            return false;
+    }
+    return right - left < std::min<int>(s_barWidth, after.width() / s_barParts);
 }
 
 QImage turnedOver(const QImage &picture)
@@ -199,12 +229,24 @@ bool ScrolledWindow::turnWheel(int clicks)
     return server.turnWheel(m_turnedAt, clicks, m_axis == Axis::Down ? Wheel::Down : across);
 }
 
-// Back to where the user has it, unless the user has moved it since.
+// Back to where the user has it, unless the user has moved it since. Rows that have lit up under it
+// go out again.
 void ScrolledWindow::returnPointer()
 {
-    if (std::exchange(m_isPointerAway, false) && m_pointerWas != m_turnedAt &&
-        services().windows->pointer() == m_turnedAt)
-        services().windows->movePointer(m_pointerWas);
+    if (!std::exchange(m_isPointerAway, false) || m_pointerWas == m_turnedAt ||
+        services().windows->pointer() != m_turnedAt)
+        return;
+    services().windows->movePointer(m_pointerWas);
+    if (m_darkTurns >= s_darkTurns)
+        return;
+    const QImage before = content();
+    Stopwatch sinceChange(m_clock);
+    while (sinceChange.elapsed() < s_lightRest && pause()) {
+        const QImage last = m_view;
+        if ((!m_changes || m_changes->takeChange()) && look() && m_view != last)
+            sinceChange.restart();
+    }
+    m_darkTurns = content() == before ? m_darkTurns + 1 : 0;
 }
 
 // Where drawing is heard of, a pause as long as a few of those that it made is enough.
@@ -254,7 +296,8 @@ ScrolledWindow::Turn ScrolledWindow::turnAndWait(int clicks, int patience)
         if (mayDiffer && now != last) {
             // A caret that blinks meanwhile is no change.
             const bool hasChanged =
-                differWidely(last, now) || findMovement(last, now).kind != Movement::Kind::Still;
+                differWidely(last, now) || (!(hasMoved && differNarrowly(last, now)) &&
+                                            findMovement(last, now).kind != Movement::Kind::Still);
             if (hasChanged) {
                 if (hasMoved)
                     longestGap = std::max(longestGap, sinceChange.elapsed());
@@ -268,8 +311,6 @@ ScrolledWindow::Turn ScrolledWindow::turnAndWait(int clicks, int patience)
             if (moves && !hasMoved && clicks != 0)
                 m_slowestAnswer = std::max(m_slowestAnswer, sinceTurn.elapsed());
             hasMoved = moves;
-            if (moves)
-                returnPointer();
             last = now;
         }
         if (hasMoved &&
@@ -281,20 +322,20 @@ ScrolledWindow::Turn ScrolledWindow::turnAndWait(int clicks, int patience)
     return Turn::Nothing;
 }
 
-// On the window's own title bar if there is one, where nothing answers to a pointer; else as near
-// to the content as in the same window, for some desktops give the keyboard to what is under it.
-void ScrolledWindow::parkPointer()
+// As near to the content as in the same window, for some desktops give the keyboard to what is
+// under it. Never on the frame: there a turn of the wheel that comes late would roll the window up.
+void ScrolledWindow::parkPointer(const QRect &content)
 {
     const QPoint at = services().windows->pointer() - m_bounds.topLeft();
-    if (m_isParked || !m_crop.contains(at))
+    const QRect window = inside();
+    if (m_isParked || !content.contains(at))
         return;
-    const QRect window(QPoint(), m_bounds.size());
-    for (const QPoint place :
-         {QPoint(at.x(), m_frame.top() / 2), QPoint(at.x(), m_crop.top() - s_parkingDistance),
-          QPoint(at.x(), m_crop.bottom() + s_parkingDistance),
-          QPoint(m_crop.right() + s_parkingDistance, at.y()),
-          QPoint(m_crop.left() - s_parkingDistance, at.y())}) {
-        if (!window.contains(place) || m_crop.contains(place))
+    const std::array places{QPoint(at.x(), content.top() - s_parkingDistance),
+                            QPoint(at.x(), content.bottom() + s_parkingDistance),
+                            QPoint(content.right() + s_parkingDistance, at.y()),
+                            QPoint(content.left() - s_parkingDistance, at.y())};
+    for (const QPoint place : places) {
+        if (!window.contains(place))
             continue;
         m_pointerBefore = at + m_bounds.topLeft();
         m_parkedAt = place + m_bounds.topLeft();

@@ -88,7 +88,7 @@ public:
 
     /// Takes the pointer off the content, where rows would light up under it, and puts it back
     /// unless it has been moved since.
-    void parkPointer();
+    void parkPointer(const QRect &content);
     void unparkPointer();
 
 signals:
@@ -123,6 +123,7 @@ private:
     QPoint m_turnedAt;    // global; where the wheel was turned last
     QPoint m_pointerWas;  // before that
     bool m_isPointerAway = false;
+    int m_darkTurns = 0;  // in a row, after which nothing lit up under the pointer
     QPoint m_pointerBefore;
     QPoint m_parkedAt;
     bool m_isParked = false;

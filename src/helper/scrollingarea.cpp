@@ -11,9 +11,12 @@ namespace {
 // Every so many pixels are enough to tell a ground.
 constexpr int s_sampling = 4;
 // Device pixels.
+constexpr int s_edge = 24;       // of what moved: its ground is that of what lies beside it
 constexpr int s_gridLine = 2;    // the widest
 constexpr int s_padding = 8;     // ground beside a grid line, where more of a table follows
 constexpr int s_widestBar = 48;  // a scroll bar of a desktop scaled by 2 and more
+constexpr int s_overlay = 24;    // the same, lying over the content
+constexpr int s_thumbRows = 12;  // of a thumb that has moved: what is as high as that is one
 constexpr int s_thinnestThumb = 2;
 constexpr int s_buttonEdge = 2;  // between the track and the button at its end
 constexpr int s_thumbRoom = 6;   // between a thumb and the end of its track
@@ -54,9 +57,8 @@ public:
     QRect widened() const
     {
         QRect area = m_moved;
-        const auto column = [&](int x) { return kindOf(x, x, m_moved.top(), m_moved.bottom()); };
-        area.setLeft(reach(m_moved.left(), -1, 0, column));
-        area.setRight(reach(m_moved.right(), 1, m_after.width() - 1, column));
+        area.setLeft(leftEnd(0));
+        area.setRight(withoutOverlay(rightEnd(m_after.width() - 1)));
         const auto line = [&](int y) { return kindOf(area.left(), area.right(), y, y + m_rows); };
         area.setTop(reach(m_moved.top(), -1, 0, line));
         // The last rows of what moved are known in the earlier picture only.
@@ -67,17 +69,16 @@ public:
 
     QRect withoutBar(QRect area) const
     {
-        const auto column = [&](int x) { return kindOf(x, x, m_moved.top(), m_moved.bottom()); };
-        const auto isBar = [&](int from, int to) {
-            return std::abs(to - from) < s_widestBar && from != to;
+        const auto isBar = [&](int reached, int step, int end) {
+            return reached != end && std::abs(end - reached) < s_widestBar &&
+                   endsInBar(reached + step, end);
         };
-        const auto trimmed = [&](int from, int step, int end) {
-            const int reached = reach(from, step, end, column);
-            // Blank room beside a bar is the track's.
-            return isBar(reached, end) && endsInBar(reached + step, end) ? reached : end;
-        };
-        area.setRight(std::max(area.left(), trimmed(m_moved.right(), 1, area.right())));
-        area.setLeft(std::min(area.right(), trimmed(m_moved.left(), -1, area.left())));
+        // Blank room beside a bar is its track's.
+        if (const int right = rightEnd(area.right()); isBar(right, 1, area.right()))
+            area.setRight(std::max(area.left(), right));
+        if (const int left = leftEnd(area.left()); isBar(left, -1, area.left()))
+            area.setLeft(std::min(area.right(), left));
+        area.setRight(withoutOverlay(area.right()));
         return area;
     }
 
@@ -88,6 +89,30 @@ private:
         Plain,   ///< it has one other colour, as a grid line, a frame or the track of a scroll bar
         Other    ///< it has not gone along
     };
+
+    // Rows of a column in which what has moved is not what was there.
+    int deniedIn(int x) const
+    {
+        int result = 0;
+        for (int y = m_moved.top(); y + m_rows <= m_moved.bottom(); ++y)
+            result += ((pixelRow(m_before, y + m_rows)[x] ^ pixelRow(m_after, y)[x]) & m_mask) != 0;
+        return result;
+    }
+
+    // A thumb that lies over the content would come out in pieces: the columns that it is in are
+    // left out. Those beside them tell what is usual.
+    int withoutOverlay(int right) const
+    {
+        const int first = right - s_overlay;
+        const int usual = first - s_overlay < m_moved.left()
+                              ? 0
+                              : std::max(deniedIn(first), deniedIn(first - s_overlay / 2));
+        for (int x = first; x <= right && first > m_moved.left(); ++x) {
+            if (deniedIn(x) > usual + s_thumbRows)
+                return x - 1;
+        }
+        return right;
+    }
 
     // Of the pixels in columns [left, right] and rows [top, bottom - rows] of the later picture.
     Kind kindOf(int left, int right, int top, int bottom) const
@@ -108,6 +133,31 @@ private:
         if (!isPlain)
             return Kind::Along;
         return first == m_ground ? Kind::Ground : Kind::Plain;
+    }
+
+    // How far it goes to the sides, at most to a column. The ground may be another one there, as
+    // behind the numbers of lines.
+    int leftEnd(int end) const
+    {
+        const QRect edge(m_moved.left(), m_moved.top(), std::min(m_moved.width(), s_edge),
+                         m_moved.height());
+        return sideEnd(m_moved.left(), -1, end, edge);
+    }
+    int rightEnd(int end) const
+    {
+        const int width = std::min(m_moved.width(), s_edge);
+        const QRect edge(m_moved.right() + 1 - width, m_moved.top(), width, m_moved.height());
+        return sideEnd(m_moved.right(), 1, end, edge);
+    }
+    int sideEnd(int from, int step, int end, const QRect &edge) const
+    {
+        const QRgb ground = commonColour(m_after, edge) & m_mask;
+        return reach(from, step, end, [&](int x) {
+            const Kind kind = kindOf(x, x, m_moved.top(), m_moved.bottom());
+            const bool isGround =
+                kind == Kind::Plain && (pixelRow(m_after, m_moved.top())[x] & m_mask) == ground;
+            return isGround ? Kind::Ground : kind;
+        });
     }
 
     // The last line from `from` towards `end` that belongs to what moved. Lines of one colour do if
@@ -171,8 +221,9 @@ public:
     }
 
     // Where the thumb has left and where it is now, and beyond that the track and its buttons. Only
-    // a bar that lies beside the row `within` counts.
-    std::optional<RowSpan> rows(int within) const
+    // a bar counts that lies beside the row `within`, and not over the content, whose ground shows
+    // where the thumb has left.
+    std::optional<RowSpan> rows(int within, QRgb ground) const
     {
         int bottom = m_first.height();
         int top = 0;
@@ -180,7 +231,7 @@ public:
             ++top;
         while (bottom > top && thickness(bottom - 1) < s_thinnestThumb)
             --bottom;
-        if (top > within || bottom <= within)
+        if (top > within || bottom <= within || liesOver(ground, top))
             return {};
         int width = 0;
         for (int y = top; y < bottom; ++y)
@@ -192,6 +243,19 @@ public:
     }
 
 private:
+    bool liesOver(QRgb ground, int top) const
+    {
+        int blank = 0;
+        int all = 0;
+        for (int x = m_left; x < m_right; ++x) {
+            if (!changes(x, top + s_thumbRows))
+                continue;
+            ++all;
+            blank += ((pixelRow(m_last, top + s_thumbRows)[x] ^ ground) & m_mask) == 0;
+        }
+        return blank * 2 > all || all == 0;
+    }
+
     // Columns of a row in which the two looks differ.
     int thickness(int y) const
     {
@@ -261,8 +325,9 @@ std::optional<RowSpan> scrollBarBeside(const QImage &first, const QImage &last, 
     const int right = area.right() + 1;
     const Bar atRight(first, last, right, std::min(right + s_widestBar, first.width()));
     const Bar atLeft(first, last, std::max(area.left() - s_widestBar, 0), area.left());
+    const QRgb ground = commonColour(withPixels(last), area);
     for (const Bar *bar : {&atRight, &atLeft}) {
-        if (const auto rows = bar->rows(area.center().y()))
+        if (const auto rows = bar->rows(area.center().y(), ground))
             return rows;
     }
     return {};

@@ -2,7 +2,7 @@
 // where the view lies in the window and how high the header in it is, as
 // "view X Y WIDTH HEIGHT HEADER".
 //
-// corpuswindow list|table|zebra|tree|editor [OPTION...]
+// corpuswindow list|icons|table|wide|zebra|tree|editor [OPTION...]
 //
 // The options are those of corpuswindow.py, and "gap": the columns end before the view does.
 
@@ -32,6 +32,7 @@ namespace {
 constexpr int s_menuAfter = 40;  // rows
 constexpr int s_menuTime = 1500;
 constexpr int s_gutter = 40;
+constexpr int s_columns = 24;  // of what is wider than its view
 
 QMap<QString, QString> s_options;  // NOLINT(cert-err58-cpp)
 
@@ -134,7 +135,7 @@ private:
 QAbstractScrollArea *createTable(bool isZebra, int rows)
 {
     auto *table = new QTableWidget(rows, 3);
-    table->setIconSize({RowCode::width, RowCode::height});
+    table->setIconSize({RowCode::cells * RowCode::wideCell, RowCode::height});
     table->setVerticalScrollMode(QAbstractItemView::ScrollPerItem);
     table->horizontalHeader()->setStretchLastSection(!s_options.contains(u"gap"_s));
     table->horizontalHeader()->setVisible(isZebra);
@@ -150,10 +151,41 @@ QAbstractScrollArea *createTable(bool isZebra, int rows)
     return table;
 }
 
+// Each cell has a number of its own, line by line.
+QAbstractScrollArea *createWide(int rows)
+{
+    auto *table = new QTableWidget(rows / s_columns, s_columns);
+    table->setIconSize({RowCode::cells * RowCode::wideCell, RowCode::height});
+    table->setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
+    table->setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
+    table->horizontalHeader()->hide();
+    table->verticalHeader()->hide();
+    for (int i = 0; i < rows; ++i)
+        table->setItem(i / s_columns, i % s_columns, new QTableWidgetItem(icon(i), {}));
+    return table;
+}
+
+// One sheet of paper after the other, with names that differ in a digit.
+QAbstractScrollArea *createIcons(int rows)
+{
+    auto *list = new QListWidget;
+    list->setViewMode(QListView::IconMode);
+    list->setResizeMode(QListView::Adjust);
+    list->setGridSize({124, 90});
+    list->setIconSize({48, 48});
+    for (int row = 0; row < rows; ++row) {
+        QPixmap sheet(48, 48);
+        sheet.fill(QColor(225, 225, 225));
+        QPainter(&sheet).drawImage(14, 30, RowCode::picture(row, 1));
+        new QListWidgetItem(sheet, u"file %1.txt"_s.arg(row, 3, 10, QChar(u'0')), list);
+    }
+    return list;
+}
+
 QAbstractScrollArea *createTree(int rows)
 {
     auto *tree = new QTreeWidget;
-    tree->setIconSize({RowCode::width, RowCode::height});
+    tree->setIconSize({RowCode::cells * RowCode::wideCell, RowCode::height});
     tree->setHeaderHidden(true);
     const std::array<size_t, 8> depths{0, 1, 2, 2, 1, 2, 2, 2};
     std::array<QTreeWidgetItem *, 3> parents{};
@@ -175,10 +207,14 @@ QAbstractScrollArea *create(const QString &kind, int rows)
         return new Editor(rows);
     if (kind == u"tree")
         return createTree(rows);
+    if (kind == u"icons")
+        return createIcons(rows);
+    if (kind == u"wide")
+        return createWide(rows);
     if (kind != u"list")
         return createTable(kind == u"zebra", rows);
     auto *list = new QListWidget;
-    list->setIconSize({RowCode::width, RowCode::height});
+    list->setIconSize({RowCode::cells * RowCode::wideCell, RowCode::height});
     list->setStyleSheet(u"QListWidget::item:hover { background: #cfe0f5 }"_s);
     for (int row = 0; row < rows; ++row)
         new QListWidgetItem(icon(row), text(row), list);
@@ -236,7 +272,7 @@ int main(int argc, char **argv)
     if (s_options.contains(u"status"_s))
         column->addWidget(new QLabel(u"That many entries"_s));
     // A list is much wider than its text, as in file managers.
-    window.resize(qobject_cast<QListWidget *>(area) ? 1200 : 640, 520);
+    window.resize(QString::fromLocal8Bit(argv[1]) == u"list" ? 1200 : 640, 520);
     QObject::connect(area->verticalScrollBar(), &QScrollBar::valueChanged, &window, [&](int value) {
         if (value >= s_menuAfter)
             openMenu(window);

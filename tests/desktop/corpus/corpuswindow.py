@@ -2,7 +2,7 @@
 code (rowcode.h). Prints where the view lies in the window and how high the header in it is, as
 "view X Y WIDTH HEIGHT HEADER", once it is laid out.
 
-corpuswindow.py gtk3|gtk4 list|table|zebra|tree|editor [OPTION...]
+corpuswindow.py gtk3|gtk4 list|table|zebra|tree|editor|icons [OPTION...]   (icons: GTK 3 only)
 corpuswindow.py gtk3 web [OPTION...]
 corpuswindow.py page FILE [OPTION...]      writes the page of "web" for any browser
 
@@ -25,8 +25,8 @@ for part in ("Gdk", "Gtk"):
     gi.require_version(part, "4.0" if is_gtk4 else "3.0")
 from gi.repository import Gdk, GdkPixbuf, Gio, GLib, GObject, Gtk
 
-CELL, BITS, CHECK_BITS, CODE_HEIGHT = 3, 14, 4, 12
-CODE_WIDTH = CELL * (BITS + CHECK_BITS + 2)
+BITS, CHECK_BITS, CODE_HEIGHT = 14, 4, 12
+CELLS = BITS + CHECK_BITS + 2
 HEADER_HEIGHT = 48  # the page's
 MENU_AFTER, MENU_TIME = 900, 1500  # pixels, ms
 WORDS = "amber brook cedar delta ember fjord grove heath inlet jetty knoll ledge marsh".split()
@@ -36,22 +36,20 @@ def text(row):
     return " ".join(WORDS[(row * step) // 7 % len(WORDS)] for step in (3, 5, 11)) + f" {row}"
 
 
-def code_bytes(row):
+def pixbuf(row, cell=3):
     check = (row ^ row >> 4 ^ row >> 8 ^ row >> 12) & 15
     value = row << CHECK_BITS | check
-    line = b"\xff\x00\xff" * CELL
+    line = b"\xff\x00\xff" * cell
     for bit in reversed(range(BITS + CHECK_BITS)):
-        line += (b"\x00\x00\x00" if value >> bit & 1 else b"\xff\xff\xff") * CELL
-    line += b"\x00\xff\xff" * CELL
-    return GLib.Bytes.new(line * CODE_HEIGHT)
+        line += (b"\x00\x00\x00" if value >> bit & 1 else b"\xff\xff\xff") * cell
+    line += b"\x00\xff\xff" * cell
+    return GdkPixbuf.Pixbuf.new_from_bytes(GLib.Bytes.new(line * CODE_HEIGHT),
+                                           GdkPixbuf.Colorspace.RGB, False, 8, cell * CELLS,
+                                           CODE_HEIGHT, len(line))
 
 
 def code(row):
-    if is_gtk4:
-        return Gdk.MemoryTexture.new(CODE_WIDTH, CODE_HEIGHT, Gdk.MemoryFormat.R8G8B8,
-                                     code_bytes(row), 3 * CODE_WIDTH)
-    return GdkPixbuf.Pixbuf.new_from_bytes(code_bytes(row), GdkPixbuf.Colorspace.RGB, False, 8,
-                                           CODE_WIDTH, CODE_HEIGHT, 3 * CODE_WIDTH)
+    return Gdk.Texture.new_for_pixbuf(pixbuf(row)) if is_gtk4 else pixbuf(row)
 
 
 def depth(row):
@@ -62,16 +60,13 @@ def page():
     """Rows of one height, every fourth with a picture that comes when it has been in sight."""
     rows = []
     for row in range(row_count):
-        picture = GdkPixbuf.Pixbuf.new_from_bytes(
-            code_bytes(row), GdkPixbuf.Colorspace.RGB, False, 8, CODE_WIDTH, CODE_HEIGHT,
-            3 * CODE_WIDTH)
-        data = base64.b64encode(picture.save_to_bufferv("png", [], [])[1]).decode()
+        data = base64.b64encode(pixbuf(row).save_to_bufferv("png", [], [])[1]).decode()
         late = f'<i style="--c: hsl({row * 37 % 360} 60% 40%)"></i>' if row % 4 == 0 else ""
         rows.append(f'<p><img src="data:image/png;base64,{data}">{text(row)}{late}</p>')
     behavior = "smooth" if "smooth" in options else "auto"
     return f"""<!DOCTYPE html><meta charset="utf-8"><title>corpus</title><style>
 html {{ scroll-behavior: {behavior} }} body {{ margin: 0; font: 15px sans-serif }}
-header {{ position: sticky; top: 0; height: {HEADER_HEIGHT}px; line-height: {HEADER_HEIGHT}px;
+header {{ position: sticky; top: 0; z-index: 1; height: {HEADER_HEIGHT}px; line-height: {HEADER_HEIGHT}px;
   background: #245; color: #fff; box-shadow: 0 4px 12px rgba(0, 0, 0, .5) }}
 p {{ margin: 0; height: 32px; line-height: 32px; position: relative; padding-left: 20px }}
 img {{ vertical-align: middle; margin-right: 12px }}
@@ -127,6 +122,17 @@ def gtk3_tree_view():
     view.expand_all()
     view.get_selection().select_path(Gtk.TreePath.new_from_indices([mark]))
     return view
+
+
+def gtk3_icons():
+    """One sheet of paper after the other, with names that differ in a digit."""
+    store = Gtk.ListStore(GdkPixbuf.Pixbuf, str)
+    for row in range(row_count):
+        sheet = GdkPixbuf.Pixbuf.new(GdkPixbuf.Colorspace.RGB, False, 8, 48, 48)
+        sheet.fill(0xe1e1e1ff)
+        pixbuf(row, 1).copy_area(0, 0, CELLS, CODE_HEIGHT, sheet, 14, 30)
+        store.append([sheet, f"file {row:03}.txt"])
+    return Gtk.IconView(model=store, pixbuf_column=0, text_column=1, item_width=90)
 
 
 class Row(GObject.Object):
@@ -257,7 +263,10 @@ if kind == "web":
     content = view = web()
     pack(outside, view, True)
 else:
-    view = editor() if kind == "editor" else gtk4_list_view() if is_gtk4 else gtk3_tree_view()
+    if kind in ("editor", "icons"):
+        view = editor() if kind == "editor" else gtk3_icons()
+    else:
+        view = gtk4_list_view() if is_gtk4 else gtk3_tree_view()
     content = Gtk.ScrolledWindow(overlay_scrolling="bar" not in options)
     content.get_vadjustment().connect("value-changed", open_menu)
     if is_gtk4:

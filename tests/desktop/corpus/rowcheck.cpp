@@ -3,18 +3,20 @@
 #include "rowcode.h"
 
 #include <QMap>
-#include <QStringList>
 
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
 constexpr int s_longestList = 6;
 constexpr int s_blur = 90;
 
-// A toolkit may draw a picture between two pixels, so its middle is what counts, more or less.
+// A toolkit may draw a picture between two pixels, so the middle of a cell is what counts, more or
+// less.
 bool isLike(QRgb color, QRgb wanted)
 {
     return std::abs(qRed(color) - qRed(wanted)) < s_blur &&
@@ -25,17 +27,18 @@ bool isLike(QRgb color, QRgb wanted)
 // The number at a place of a line, or -1 where there is none.
 int numberAt(const QRgb *line, int width)
 {
-    constexpr int cells = RowCode::width / RowCode::cell;
-    const auto cell = [&](int index) { return line[index * RowCode::cell + 1]; };
-    if (width < RowCode::width || !isLike(cell(0), RowCode::first) ||
-        !isLike(cell(cells - 1), RowCode::last))
+    const int cell = width > 1 && isLike(line[1], RowCode::first) ? RowCode::wideCell : 1;
+    if (width < cell * RowCode::cells || !isLike(line[0], RowCode::first))
         return -1;
     int value = 0;
-    for (int i = 1; i < cells - 1; ++i) {
-        const bool isOne = isLike(cell(i), RowCode::one);
-        if (!isOne && !isLike(cell(i), RowCode::zero))
+    for (int i = 1; i < RowCode::cells; ++i) {
+        const QRgb color = line[i * cell + cell / 2];
+        const bool isOne = isLike(color, RowCode::one);
+        if (i == RowCode::cells - 1 ? !isLike(color, RowCode::last)
+                                    : !isOne && !isLike(color, RowCode::zero))
             return -1;
-        value = value << 1 | (isOne ? 1 : 0);
+        if (i < RowCode::cells - 1)
+            value = value << 1 | (isOne ? 1 : 0);
     }
     const int number = value >> RowCode::checkBits;
     return RowCode::value(number) == value ? number : -1;
@@ -50,38 +53,55 @@ int usual(const QMap<int, int> &counts)
 
 }  // namespace
 
-QList<CodedRow> codedRows(const QImage &picture)
+QList<CodedRow> codesIn(const QImage &picture)
 {
     const QImage image = picture.convertToFormat(QImage::Format_RGB32);
     QList<CodedRow> result;
+    QMap<int, qsizetype> above;  // by column
     for (int y = 0; y < image.height(); ++y) {
         const auto *line = reinterpret_cast<const QRgb *>(image.constScanLine(y));
         for (int x = 0; x < image.width(); ++x) {
-            if (!isLike(line[x], RowCode::first))
-                continue;
             const int number = numberAt(line + x, image.width() - x);
             if (number < 0)
                 continue;
-            const bool goesOn = !result.isEmpty() && result.last().number == number &&
-                                result.last().at.x() == x &&
-                                result.last().at.y() + result.last().height == y;
-            if (goesOn)
-                ++result.last().height;
-            else
+            const qsizetype last = above.value(x, -1);
+            if (last >= 0 && result[last].number == number &&
+                result[last].at.y() + result[last].height == y) {
+                ++result[last].height;
+            } else {
+                above[x] = result.size();
                 result.append({.number = number, .at = {x, y}, .height = 1});
-            break;
+            }
+            x += RowCode::cells - 1;
         }
     }
     return result;
 }
 
-RowFaults faultsOf(const QList<CodedRow> &rows, int expected)
+QList<CodedRow> rowsOf(const QList<CodedRow> &codes, int columns, int count)
 {
-    RowFaults faults;
+    QList<CodedRow> result;
+    for (qsizetype i = 0; i < codes.size();) {
+        const CodedRow &first = codes[i];
+        qsizetype end = i + 1;
+        while (end < codes.size() && codes[end].at.y() == first.at.y() &&
+               codes[end].height == first.height && codes[end].number == codes[end - 1].number + 1)
+            ++end;
+        const bool isWhole = first.number % columns == 0 &&
+                             (end - i == columns || codes[end - 1].number == count - 1);
+        result.append(first);
+        result.last().number = isWhole ? first.number / columns : -1;
+        i = end;
+    }
+    return result;
+}
+
+QStringList faultsOf(const QList<CodedRow> &rows, int expected)
+{
     QMap<int, int> seen;
     QMap<int, int> steps;
     QMap<int, int> heights;
-    for (int i = 0; i < rows.size(); ++i) {
+    for (qsizetype i = 0; i < rows.size(); ++i) {
         ++seen[rows[i].number];
         ++heights[rows[i].height];
         if (i > 0)
@@ -89,71 +109,47 @@ RowFaults faultsOf(const QList<CodedRow> &rows, int expected)
     }
     const int step = usual(steps);
     const int height = usual(heights);
-    for (int i = 0; i < rows.size(); ++i) {
+    QMap<QString, QStringList> wrong;
+    for (qsizetype i = 0; i < rows.size(); ++i) {
         const CodedRow &row = rows[i];
-        if (row.number >= expected || (i > 0 && row.number < rows[i - 1].number))
-            faults.disordered.append(row.number);
         const bool follows = i > 0 && row.number == rows[i - 1].number + 1;
+        const QString name = QString::number(row.number);
+        if (row.number < 0 || row.number >= expected || (i > 0 && row.number < rows[i - 1].number))
+            wrong[u"out of order"_s].append(name);
         if (row.height != height || (follows && row.at.y() - rows[i - 1].at.y() != step))
-            faults.torn.append(row.number);
+            wrong[u"torn"_s].append(name);
     }
     for (int number = 0; number < expected; ++number) {
-        faults.found += seen.contains(number) ? 1 : 0;
-        if (!seen.contains(number))
-            faults.missing.append(number);
-        else if (seen[number] > 1)
-            faults.doubled.append(number);
+        if (seen.value(number) != 1)
+            wrong[seen.contains(number) ? u"doubled"_s : u"missing"_s].append(
+                QString::number(number));
     }
-    return faults;
-}
-
-bool RowFaults::isEmpty() const
-{
-    return missing.isEmpty() && doubled.isEmpty() && torn.isEmpty() && disordered.isEmpty();
-}
-
-QString RowFaults::text() const
-{
     QStringList result;
-    const auto add = [&](const char *name, const QList<int> &numbers) {
-        if (numbers.isEmpty())
-            return;
-        QStringList shown;
-        for (const int number : numbers.first(std::min<qsizetype>(numbers.size(), s_longestList)))
-            shown.append(QString::number(number));
-        result.append(
-            QStringLiteral("%1 %2 (%3%4)")
-                .arg(numbers.size())
-                .arg(QLatin1String(name), shown.join(u' '),
-                     numbers.size() > s_longestList ? QStringLiteral(" ...") : QString()));
-    };
-    add("missing", missing);
-    add("doubled", doubled);
-    add("torn", torn);
-    add("out of order", disordered);
-    return result.join(QStringLiteral(", "));
+    for (auto it = wrong.cbegin(); it != wrong.cend(); ++it) {
+        const QString more = it->size() > s_longestList ? u" ..."_s : QString();
+        result.append(u"%1 %2 (%3%4)"_s.arg(it->size())
+                          .arg(it.key(), it->mid(0, s_longestList).join(u' '), more));
+    }
+    return result;
 }
 
 int countStrips(const QImage &picture, const QImage &strip, int x)
 {
-    int result = 0;
     if (strip.isNull() || x < 0 || x + strip.width() > picture.width())
         return 0;
-    const auto bytes = static_cast<size_t>(strip.width()) * sizeof(QRgb);
-    const auto isAt = [&](int top) {
-        for (int y = 0; y < strip.height(); ++y) {
-            const uchar *line =
-                picture.constScanLine(top + y) + sizeof(QRgb) * static_cast<size_t>(x);
-            if (std::memcmp(line, strip.constScanLine(y), bytes) != 0)
-                return false;
-        }
-        return true;
-    };
-    for (int y = 0; y + strip.height() <= picture.height(); ++y) {
-        if (!isAt(y))
-            continue;
-        ++result;
-        y += strip.height() - 1;
+    // What a window has written where the colours have no fourth byte is left out.
+    const QImage column =
+        picture.copy(x, 0, strip.width(), picture.height()).convertToFormat(QImage::Format_RGB888);
+    const QImage wanted = strip.convertToFormat(QImage::Format_RGB888);
+    const auto bytes = static_cast<size_t>(3 * strip.width());
+    int result = 0;
+    for (int top = 0; top + wanted.height() <= column.height(); ++top) {
+        bool isThere = true;
+        for (int y = 0; y < wanted.height() && isThere; ++y)
+            isThere =
+                std::memcmp(column.constScanLine(top + y), wanted.constScanLine(y), bytes) == 0;
+        result += isThere ? 1 : 0;
+        top += isThere ? wanted.height() - 1 : 0;
     }
     return result;
 }

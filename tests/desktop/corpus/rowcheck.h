@@ -2,9 +2,9 @@
 
 #include <QImage>
 #include <QList>
-#include <QString>
+#include <QStringList>
 
-/// A row that was read from a picture by its code.
+/// A row that was read from a picture by the code at its beginning.
 struct CodedRow {
     int number = 0;
     QPoint at{};
@@ -13,23 +13,15 @@ struct CodedRow {
     bool operator==(const CodedRow &) const = default;
 };
 
-/// The rows of a picture, from top to bottom. What a cut through a code has left of it counts.
-QList<CodedRow> codedRows(const QImage &picture);
+/// The codes of a picture, line by line. What a cut has left of one counts.
+QList<CodedRow> codesIn(const QImage &picture);
 
-/// What is wrong with the rows of a picture, by their numbers.
-struct RowFaults {
-    int found = 0;
-    QList<int> missing{};
-    QList<int> doubled{};
-    QList<int> torn{};  ///< not as high as the others, or not as far from the last one
-    QList<int> disordered{};
+/// Codes that stand beside each other as one row. One that is not made of `columns` that follow
+/// each other, the last of `count` codes in all, has the number -1.
+QList<CodedRow> rowsOf(const QList<CodedRow> &codes, int columns, int count);
 
-    bool isEmpty() const;
-    QString text() const;
-};
-
-/// Looks for all numbers below `expected`.
-RowFaults faultsOf(const QList<CodedRow> &rows, int expected);
+/// What is wrong with the rows of a picture that should have so many.
+QStringList faultsOf(const QList<CodedRow> &rows, int expected);
 
 /// How often `strip` stands in a picture at column `x`, one below the other.
 int countStrips(const QImage &picture, const QImage &strip, int x);

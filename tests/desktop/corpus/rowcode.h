@@ -2,13 +2,14 @@
 
 #include <QImage>
 
-/// The bar code of a row's number: cells of three pixels, a coloured one at either end, fourteen of
-/// the number and four to check it by.
+/// The bar code of a row's number: a coloured cell at either end, fourteen of the number and four
+/// to check it by. Cells are three pixels wide, or one where a row is to differ little from the
+/// next.
 struct RowCode {
-    static constexpr int cell = 3;
     static constexpr int bits = 14;
     static constexpr int checkBits = 4;
-    static constexpr int width = cell * (bits + checkBits + 2);
+    static constexpr int cells = bits + checkBits + 2;
+    static constexpr int wideCell = 3;
     static constexpr int height = 12;
     static constexpr QRgb first = 0xffff00ff;
     static constexpr QRgb last = 0xff00ffff;
@@ -20,17 +21,13 @@ struct RowCode {
         return row << checkBits | ((row ^ row >> 4 ^ row >> 8 ^ row >> 12) & 15);
     }
 
-    static QImage picture(int row)
+    static QImage picture(int row, int cell = wideCell)
     {
-        QImage result(width, height, QImage::Format_RGB32);
-        for (int x = 0; x < width; ++x) {
-            const int at = x / cell;
-            const int bit = bits + checkBits - at;
-            const QRgb inside = (value(row) >> bit & 1) != 0 ? one : zero;
-            const QRgb color = at == 0 ? first : bit < 0 ? last : inside;
-            for (int y = 0; y < height; ++y)
-                result.setPixel(x, y, color);
-        }
-        return result;
+        QImage line(cells, 1, QImage::Format_RGB32);
+        for (int x = 0; x < cells; ++x)
+            line.setPixel(x, 0, (value(row) >> (cells - 2 - x) & 1) != 0 ? one : zero);
+        line.setPixel(0, 0, first);
+        line.setPixel(cells - 1, 0, last);
+        return line.scaled(cells * cell, height);
     }
 };
