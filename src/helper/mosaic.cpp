@@ -229,6 +229,7 @@ QRect Mosaic::usualPart() const
 {
     const auto usual = [](const std::vector<QRect> &parts, int (QRect::*edge)() const) {
         std::vector<int> edges;
+        edges.reserve(parts.size());
         for (const QRect &part : parts)
             edges.push_back((part.*edge)());
         std::nth_element(edges.begin(), edges.begin() + std::ssize(edges) / 2, edges.end());

@@ -59,7 +59,7 @@ private:
 };
 
 // From place to place in straight lines, at so many pixels a second, with a rest at each.
-std::function<QPoint(qint64)> walk(QList<QPoint> places, int speed)
+std::function<QPoint(qint64)> walk(const QList<QPoint> &places, int speed)
 {
     return [=](qint64 time) {
         constexpr int rest = 100;  // ms
