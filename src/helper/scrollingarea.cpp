@@ -221,9 +221,9 @@ public:
     }
 
     // Where the thumb has left and where it is now, and beyond that the track and its buttons. Only
-    // a bar counts that lies beside the row `within`, and not over the content, whose ground shows
-    // where the thumb has left.
-    std::optional<RowSpan> rows(int within, QRgb ground) const
+    // a bar counts that lies beside the row `within`, and not over the content, whose edge is the
+    // column `beside`.
+    std::optional<RowSpan> rows(int within, int beside) const
     {
         int bottom = m_first.height();
         int top = 0;
@@ -231,7 +231,7 @@ public:
             ++top;
         while (bottom > top && thickness(bottom - 1) < s_thinnestThumb)
             --bottom;
-        if (top > within || bottom <= within || liesOver(ground, top))
+        if (top > within || bottom <= within || liesOver(beside, top, bottom))
             return {};
         int width = 0;
         for (int y = top; y < bottom; ++y)
@@ -243,17 +243,21 @@ public:
     }
 
 private:
-    bool liesOver(QRgb ground, int top) const
+    // Whether where the thumb has left there is what lies beside it, row by row.
+    bool liesOver(int beside, int top, int bottom) const
     {
-        int blank = 0;
+        int same = 0;
         int all = 0;
-        for (int x = m_left; x < m_right; ++x) {
-            if (!changes(x, top + s_thumbRows))
-                continue;
-            ++all;
-            blank += ((pixelRow(m_last, top + s_thumbRows)[x] ^ ground) & m_mask) == 0;
+        for (int y = top; y < top + (bottom - top) / 2; ++y) {
+            const QRgb *line = pixelRow(m_last, y);
+            for (int x = m_left; x < m_right; ++x) {
+                if (!changes(x, y))
+                    continue;
+                ++all;
+                same += ((line[x] ^ line[beside]) & m_mask) == 0;
+            }
         }
-        return blank * 2 > all || all == 0;
+        return same * 2 > all || all == 0;
     }
 
     // Columns of a row in which the two looks differ.
@@ -325,10 +329,7 @@ std::optional<RowSpan> scrollBarBeside(const QImage &first, const QImage &last, 
     const int right = area.right() + 1;
     const Bar atRight(first, last, right, std::min(right + s_widestBar, first.width()));
     const Bar atLeft(first, last, std::max(area.left() - s_widestBar, 0), area.left());
-    const QRgb ground = commonColour(withPixels(last), area);
-    for (const Bar *bar : {&atRight, &atLeft}) {
-        if (const auto rows = bar->rows(area.center().y(), ground))
-            return rows;
-    }
-    return {};
+    if (const auto rows = atRight.rows(area.center().y(), area.right()))
+        return rows;
+    return atLeft.rows(area.center().y(), area.left());
 }
