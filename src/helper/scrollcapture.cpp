@@ -44,7 +44,7 @@ constexpr int s_barWidth = 32;  // of a scroll bar, and no more than a part of t
 constexpr int s_barParts = 8;
 constexpr int s_secondLooks = 2;  // places
 constexpr int s_corrections = 4;
-constexpr int s_near = 2;  // rows: some programs scroll by parts of a row, and round
+constexpr int s_near = 2;  // rows
 constexpr int s_longestWayBack = 300;
 constexpr int s_fromEdge = 12;  // pixels
 
@@ -361,6 +361,9 @@ bool ScrollCapture::step(int &clicks)
     const Taken taken = take(content(), expected);
     switch (taken.kind) {
     case Taken::New:
+        // A program that scrolls by parts of a row rounds its way to the end.
+        if (taken.movement.rows <= s_near && expected > s_lateRows)
+            return goesOn();
         m_rowsPerClick = std::max(m_rowsPerClick, 1.0 * taken.movement.rows / clicks);
         repairOverlap(taken.movement, before, clicks);
         tellRows();
@@ -643,7 +646,7 @@ void ScrollCapture::putBack(const QImage &original)
     const QImage wanted = m_window.contentOf(original);
     if (isAt(wanted))
         return;
-    if (m_firstRow && goTo(*m_firstRow) <= s_near)
+    if (m_firstRow && goTo(*m_firstRow) == 0)
         return;
     climb();
     // Where it did not go up in the beginning it began at the top.
