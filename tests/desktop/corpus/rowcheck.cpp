@@ -13,7 +13,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int s_longestList = 6;
-constexpr int s_blur = 90;
+constexpr int s_blur = 40;
 
 // A toolkit may draw a picture between two pixels, so the middle of a cell is what counts, more or
 // less.
