@@ -17,10 +17,12 @@ constexpr int s_decides = 4;
 
 QRgb commonColour(const QImage &picture, const QRect &part)
 {
-    constexpr int every = 8;
+    constexpr int sides = 64;
+    const int down = std::max(1, part.height() / sides);
+    const int right = std::max(1, part.width() / sides);
     std::unordered_map<QRgb, int> counts;
-    for (int y = part.top(); y <= part.bottom(); y += every) {
-        for (int x = part.left(); x <= part.right(); x += every)
+    for (int y = part.top(); y <= part.bottom(); y += down) {
+        for (int x = part.left(); x <= part.right(); x += right)
             ++counts[pixelRow(picture, y)[x]];
     }
     const auto most = std::max_element(counts.begin(), counts.end(),

@@ -11,11 +11,15 @@ constexpr int s_hashBits = 32;
 constexpr size_t s_firstSlots = 1024;
 constexpr int s_mostEqual = 4;
 
-// A few multiplications and shifts, so that equal bits of neighbours don't cancel each other.
+// Sums and shifts, so that equal bits of neighbours don't cancel each other; products would take
+// several times as long.
 quint32 mixed(quint32 value)
 {
-    value *= 0x9e3779b1U;
-    return value ^ (value >> 15);
+    value += value << 10;
+    value ^= value >> 6;
+    value += value << 3;
+    value ^= value >> 11;
+    return value + (value << 15);
 }
 
 }  // namespace

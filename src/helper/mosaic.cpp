@@ -28,8 +28,8 @@ constexpr int s_fewestVotes = 3;
 constexpr int s_sharedPart = 6;
 // Looks by which a change of what stays in its place counts.
 constexpr size_t s_memory = 3;
-// One pixel in so many may differ in what is the same.
-constexpr int s_decides = 4;
+// One pixel in so many may differ in what is the same: less than the ends of a scroll bar do.
+constexpr int s_strict = 16;
 
 // 32 bits a pixel, opaque where the picture knows no transparency.
 QImage opaque(const QImage &picture, const QRect &area)
@@ -229,6 +229,7 @@ QRect Mosaic::usualPart() const
 {
     const auto usual = [](const std::vector<QRect> &parts, int (QRect::*edge)() const) {
         std::vector<int> edges;
+        edges.reserve(parts.size());
         for (const QRect &part : parts)
             edges.push_back((part.*edge)());
         std::nth_element(edges.begin(), edges.begin() + std::ssize(edges) / 2, edges.end());
@@ -352,7 +353,7 @@ void Mosaic::paintStrip(Side side, const QImage &view, const QRect &part)
                 wrong += wasRow[x] != isRow[x];
             }
         }
-        strip->follows = wrong * s_decides <= turns;
+        strip->follows = wrong * s_strict <= turns;
     }
     if (!strip->follows || (known == to && !isOutermost))
         return;

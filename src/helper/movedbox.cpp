@@ -71,7 +71,7 @@ public:
                 const qint8 score = m_scores[index(band, y)];
                 explained += score > 0;
                 // What comes into view may happen to be what was there, as in a table.
-                const bool isDenied = score < 0 && m_known.contains(placeBefore(band, y));
+                const bool isDenied = score < 0 && isKnown(band, y);
                 denied += isDenied;
                 tells = tells || score > 0;
                 denies = denies || isDenied;
@@ -91,16 +91,19 @@ private:
     {
         for (int y = 0; y < m_rows; ++y) {
             for (int band = 0; band < m_bands; ++band) {
-                if (m_known == m_before.rect() || !m_known.contains(placeBefore(band, y)))
+                if (m_known == m_before.rect() || !isKnown(band, y))
                     m_scores[index(band, y)] = scoreOf(band, y);
             }
         }
     }
 
-    QRect placeBefore(int band, int y) const
+    // Whether what is in a cell may have been in the earlier view.
+    bool isKnown(int band, int y) const
     {
-        const int x = band * s_cell;
-        return {x + m_movement.x(), y + m_movement.y(), std::min(s_cell, m_after.width() - x), 1};
+        const int left = band * s_cell;
+        const int right = std::min(left + s_cell, m_after.width()) - 1;
+        return y + m_movement.y() >= m_known.top() && y + m_movement.y() <= m_known.bottom() &&
+               left + m_movement.x() >= m_known.left() && right + m_movement.x() <= m_known.right();
     }
 
     std::pair<std::pair<int, int>, std::pair<int, int>> stretches() const
@@ -124,8 +127,8 @@ private:
         const int count = std::min(s_cell, m_after.width() - x);
         const QRgb *is = pixelRow(m_after, y) + x;
         const bool stays = isSame(is, pixelRow(m_before, y) + x, count);
-        const QRect from = placeBefore(band, y);
-        if (m_known.contains(from)) {
+        if (isKnown(band, y)) {
+            const QPoint from = QPoint(x, y) + m_movement;
             const bool follows = isSame(is, pixelRow(m_before, from.y()) + from.x(), count);
             return qint8(follows ? (stays ? 0 : 1) : -1);
         }
@@ -138,7 +141,16 @@ private:
                                ? beside >= 0 && beside < m_rows &&
                                      !isSame(is, pixelRow(m_after, beside) + x, count)
                                : count > 1 && !isSame(is, is + 1, count - 1);
-        return turns ? -1 : 0;
+        return turns && !hasGone(x, y, count) ? -1 : 0;
+    }
+
+    // Whether what was in a cell has moved on: what looks as if it had stayed is what follows on it
+    // in a table.
+    bool hasGone(int x, int y, int count) const
+    {
+        const QPoint to = QPoint(x, y) - m_movement;
+        return m_after.rect().contains(QRect(to, QSize(count, 1))) &&
+               isSame(pixelRow(m_before, y) + x, pixelRow(m_after, to.y()) + to.x(), count);
     }
 
     std::vector<int> columnScores(std::pair<int, int> rows) const

@@ -44,6 +44,7 @@ constexpr int s_barWidth = 32;  // of a scroll bar, and no more than a part of t
 constexpr int s_barParts = 8;
 constexpr int s_secondLooks = 2;  // places
 constexpr int s_corrections = 4;
+constexpr int s_near = 2;  // rows: some programs scroll by parts of a row, and round
 constexpr int s_longestWayBack = 300;
 constexpr int s_fromEdge = 4;  // pixels
 
@@ -456,8 +457,15 @@ bool ScrollCapture::goesOn()
     if (!runs())
         return false;
     m_window.turn(1, s_patienceDown);
-    const QImage now = content();
-    switch (m_stitcher.add(now).kind) {
+    QImage now = content();
+    Movement movement = m_stitcher.add(now);
+    if (movement.kind != Movement::Kind::Moved && movement.kind != Movement::Kind::Still) {
+        // A glow at the end goes by.
+        m_window.turn(0, s_glow);
+        now = content();
+        movement = m_stitcher.add(now);
+    }
+    switch (movement.kind) {
     case Movement::Kind::Moved:
         m_accepted = now;
         tellRows();
@@ -639,11 +647,11 @@ void ScrollCapture::putBack(const QImage &original)
     const QImage wanted = m_window.contentOf(original);
     if (isAt(wanted))
         return;
-    if (m_firstRow && goTo(*m_firstRow) && isAt(wanted))
+    if (m_firstRow && goTo(*m_firstRow) <= s_near)
         return;
     climb();
     // Where it did not go up in the beginning it began at the top.
-    if (m_climbed && !(m_firstRow && goTo(*m_firstRow)))
+    if (m_climbed && !(m_firstRow && goTo(*m_firstRow) < m_rowsPerClick))
         goDownTo(wanted);
 }
 
@@ -653,18 +661,19 @@ bool ScrollCapture::isAt(const QImage &wanted) const
     return now == wanted || findMovement(wanted, now).kind == Movement::Kind::Still;
 }
 
-// To a row of the content, as near as it gets. True when it is there.
-bool ScrollCapture::goTo(int row)
+// To a row of the content. How far from it that leads, in rows; more than any content has where it
+// is not known.
+int ScrollCapture::goTo(int row)
 {
     for (int i = 0; i < s_corrections; ++i) {
         const std::optional<int> at = m_stitcher.offsetOf(content());
-        if (!at || *at == row)
-            return at.has_value();
+        if (!at)
+            return s_longest;
         const int clicks = clicksFor(row - *at, m_rowsPerClick);
         if (clicks == 0 || m_window.turn(clicks, s_patienceUp) == Turn::Nothing)
-            return false;
+            return std::abs(row - *at);
     }
-    return false;
+    return s_longest;
 }
 
 // To a view that lies below, or to the right. Where nothing is known of the distance it is gone

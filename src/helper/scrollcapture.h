@@ -95,7 +95,7 @@ private:
 
     void putBack(const QImage &original);
     bool isAt(const QImage &wanted) const;
-    bool goTo(int row);
+    int goTo(int row);
     void goDownTo(const QImage &wanted);
 
     Clock &m_clock;

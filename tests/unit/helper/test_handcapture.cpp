@@ -59,7 +59,7 @@ private:
 };
 
 // From place to place in straight lines, at so many pixels a second, with a rest at each.
-std::function<QPoint(qint64)> walk(QList<QPoint> places, int speed)
+std::function<QPoint(qint64)> walk(const QList<QPoint> &places, int speed)
 {
     return [=](qint64 time) {
         constexpr int rest = 100;  // ms
@@ -94,6 +94,7 @@ private slots:
     void ends();
     void limit();
     void listing();
+    void sheet();
 
 private:
     ScrollCapture::Target target() const
@@ -309,6 +310,51 @@ void TestHandCapture::listing()
     QCOMPARE(result.note, QString());
     QVERIFY(result.picture.height() > 5000);
     QCOMPARE(result.picture, page.copy(0, 0, 700, result.picture.height()));
+}
+
+// A table whose headings go along one way each, with both scroll bars: over the top and down the
+// left they are as long as the cells that have been seen.
+void TestHandCapture::sheet()
+{
+    constexpr int heading = 24;
+    constexpr int side = 50;
+    constexpr int bar = 14;
+    const QSize cell(80, 24);
+    const QSize view(900, 600);
+    const QSize shown(view.width() - side - bar, view.height() - heading - bar);
+    QImage whole = plainPage(side + 1500 + shown.width(), heading + 1500 + shown.height());
+    fill(whole, {0, 0, whole.width(), heading}, Qt::lightGray);
+    fill(whole, {0, 0, side, whole.height()}, Qt::lightGray);
+    for (int y = heading; y < whole.height(); y += cell.height()) {
+        glyphs().number(whole, 4, y + 6, y);
+        fill(whole, {0, y + cell.height() - 1, whole.width(), 1}, Qt::gray);
+        for (int x = side; x < whole.width(); x += cell.width()) {
+            if ((x / cell.width() * 7 + y / cell.height()) % 3)
+                glyphs().number(whole, x + 10, y + 6, (x * 31 + y * 17) % 99999);
+        }
+    }
+    for (int x = side; x < whole.width(); x += cell.width()) {
+        glyphs().number(whole, x + 10, 6, x);
+        fill(whole, {x + cell.width() - 1, 0, 1, whole.height()}, Qt::gray);
+    }
+    const auto look = [&](QPoint at) {
+        QImage result = plainPage(view.width(), view.height(), QColor(240, 240, 240));
+        QPainter painter(&result);
+        painter.drawImage(0, 0, whole, 0, 0, side, heading);
+        painter.drawImage(side, 0, whole, side + at.x(), 0, shown.width(), heading);
+        painter.drawImage(0, heading, whole, 0, heading + at.y(), side, shown.height());
+        painter.drawImage(QPoint(side, heading), whole, QRect(at + QPoint(side, heading), shown));
+        painter.fillRect(view.width() - bar + 2, heading + at.y() / 5, 10, 120, Qt::darkGray);
+        painter.fillRect(side + at.x() / 4, view.height() - bar + 2, 150, 10, Qt::darkGray);
+        return result;
+    };
+    const auto path =
+        walk({{0, 0}, {0, 1500}, {1500, 1500}, {1500, 0}, {750, 0}, {750, 1000}, {0, 1000}, {0, 0}},
+             1600);
+    Mosaic mosaic(30000, 400'000'000);
+    for (int time = 0; time < 6500; time += 45)
+        QVERIFY(mosaic.add(look(path(time)), {{}, view}) != Mosaic::Sight::Unclear);
+    QCOMPARE(mosaic.finish(), whole);
 }
 
 QTEST_MAIN(TestHandCapture)
