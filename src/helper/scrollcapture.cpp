@@ -213,7 +213,8 @@ void ScrollCapture::setArea(const QImage &before, const Movement &movement)
     const QRect area = isTold ? withoutScrollBar(before, m_window.view(), movement, told)
                               : scrollingArea(before, m_window.view(), movement);
     m_window.setCrop(area);
-    m_first = isTold ? QImage() : before;
+    m_isTold = isTold;
+    m_first = before;
     m_rowsPerClick = movement.rows;
     m_window.parkPointer(area);
     // At the edge of what scrolls: in its midst boxes and lists would pass by and take the wheel
@@ -401,7 +402,7 @@ ScrollCapture::Taken ScrollCapture::take(const QImage &now, int expected)
     // end of the content has cut a way short.
     const Movement back = findMovement(now, m_accepted);
     if (back.kind != Movement::Kind::Moved)
-        return {Taken::Lost};
+        return {isNearPlace(m_accepted, now) ? Taken::Same : Taken::Lost};
     m_stitcher.goBack(now, back.rows);
     m_accepted = now;
     return {Taken::Back, back};
@@ -509,9 +510,11 @@ QImage ScrollCapture::column()
     if (m_first.isNull() || m_last.size() != m_first.size())
         return m_stitcher.finish();
     const QRect &crop = m_window.crop();
-    const QRect inside = m_window.inside();
-    const RowSpan rows =
-        scrollBarBeside(m_first, m_last, crop).value_or(RowSpan{inside.top(), inside.bottom() + 1});
+    RowSpan rows{crop.top(), crop.bottom() + 1};
+    if (const auto bar = scrollBarBeside(m_first, m_last, crop))
+        rows = *bar;
+    else if (!m_isTold)
+        rows = withNeighbours(m_first, m_last, crop, m_window.inside());
     const QRect above(crop.left(), rows.top, crop.width(), crop.top() - rows.top);
     const QRect below(crop.left(), crop.bottom() + 1, crop.width(),
                       rows.bottom - crop.bottom() - 1);

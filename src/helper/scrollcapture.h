@@ -124,6 +124,7 @@ private:
     bool m_isAcross = false;      // it scrolls sideways
     bool m_climbed = false;       // the content was not at its top
     bool m_isSlow = false;        // the program was, in its first answer
+    bool m_isTold = false;        // the area is the one that was said to scroll
     bool m_hasOwnAnchor = false;  // the wheel is turned elsewhere than where the user pointed
     bool m_hasFilm = false;       // something moves above the content
     Stopwatch m_sinceProgress;
