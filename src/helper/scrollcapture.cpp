@@ -6,6 +6,7 @@
 
 #include <QLocale>
 #include <QPainter>
+#include <QScopeGuard>
 
 #include <algorithm>
 #include <cmath>
@@ -299,6 +300,9 @@ void ScrollCapture::lookAgain()
         return;
     QImage last = content();
     m_stitcher.takeOver(last);
+    const int rest = m_window.rest();
+    m_window.setRest(s_patientRest);
+    const auto restored = qScopeGuard([&] { m_window.setRest(rest); });
     for (int offset = lowest; offset > 0 && m_window.stop() == Stop::None;) {
         if (m_window.turn(-usualStep(), s_patienceUp) == Turn::Nothing)
             return;
@@ -356,7 +360,7 @@ bool ScrollCapture::step(int &clicks)
         return runs() && goesOn();
     const QImage before = m_accepted;
     // What scrolls nothing may be a glow at the end, which goes by.
-    if (isInPlace(before, content()))
+    if (isInPlace(before, content()) && !isAt(before))
         m_window.turn(0, s_glow);
     const int expected = static_cast<int>(std::lround(m_rowsPerClick * clicks));
     const Taken taken = take(content(), expected);
@@ -463,8 +467,10 @@ bool ScrollCapture::goesOn()
     }
     if (!runs())
         return false;
-    m_window.turn(1, s_patienceDown);
-    if (findMovement(m_accepted, content()).kind > Movement::Kind::Moved)
+    // One more than up: a menu that was open may have swallowed the turn that moved nothing.
+    m_window.turn(2, s_patienceDown);
+    if (findMovement(m_accepted, content()).kind > Movement::Kind::Moved &&
+        !isNearPlace(m_accepted, content()))
         m_window.turn(0, s_glow);
     const Taken taken = take(content());
     switch (taken.kind) {
