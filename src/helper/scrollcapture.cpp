@@ -47,7 +47,8 @@ constexpr int s_secondLooks = 2;  // places
 constexpr int s_corrections = 4;
 constexpr int s_near = 2;  // rows
 constexpr int s_longestWayBack = 300;
-constexpr int s_fromEdge = 12;  // pixels
+constexpr int s_anchorPart = 8;  // of the view's height, from its top
+constexpr int s_fromEdge = 12;   // pixels
 
 // Rows of the later view that are not what the movement brought there. A scroll bar that lies over
 // the content does not count.
@@ -219,8 +220,9 @@ void ScrollCapture::setArea(const QImage &before, const Movement &movement)
     m_rowsPerClick = movement.rows;
     m_window.parkPointer(area);
     // At the edge of what scrolls: in its midst boxes and lists would pass by and take the wheel
-    // for themselves.
-    m_window.setAnchor({area.right() - std::min(s_fromEdge, area.width() / 2), area.center().y()});
+    // for themselves. And near its top: a row that lights up there was taken further down.
+    m_window.setAnchor({area.right() - std::min(s_fromEdge, area.width() / 2),
+                        area.top() + area.height() / s_anchorPart});
     m_hasOwnAnchor = true;
 }
 
@@ -294,15 +296,15 @@ void ScrollCapture::lookAgain()
     }
     if (!isLate)
         return;
+    const int rest = m_window.rest();
+    m_window.setRest(s_patientRest);
+    const auto restored = qScopeGuard([&] { m_window.setRest(rest); });
     const int down = static_cast<int>(std::ceil((lowest - at) / m_rowsPerClick)) + 1;
     m_window.turn(down, s_patienceDown);
     if (!isInPlace(m_accepted, content()))
         return;
     QImage last = content();
     m_stitcher.takeOver(last);
-    const int rest = m_window.rest();
-    m_window.setRest(s_patientRest);
-    const auto restored = qScopeGuard([&] { m_window.setRest(rest); });
     for (int offset = lowest; offset > 0 && m_window.stop() == Stop::None;) {
         if (m_window.turn(-usualStep(), s_patienceUp) == Turn::Nothing)
             return;
@@ -319,9 +321,11 @@ void ScrollCapture::lookAgain()
 // What came into a view that has not scrolled since.
 void ScrollCapture::takeOver(const QImage &view)
 {
+    const bool isLight = m_window.isUnderPointer(m_accepted, view);
     m_accepted = view;
     m_stitcher.takeOver(view);
-    beMorePatient();
+    if (!isLight)
+        beMorePatient();
 }
 
 void ScrollCapture::beMorePatient()
