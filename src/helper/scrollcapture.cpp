@@ -45,7 +45,8 @@ constexpr int s_barWidth = 32;  // of a scroll bar, and no more than a part of t
 constexpr int s_barParts = 8;
 constexpr int s_secondLooks = 2;  // places
 constexpr int s_corrections = 4;
-constexpr int s_near = 2;  // rows
+constexpr int s_waitsToTell = 6;  // for an answer, before the program is told again
+constexpr int s_near = 2;         // rows
 constexpr int s_longestWayBack = 300;
 constexpr int s_anchorPart = 8;  // of the view's height, from its top
 constexpr int s_fromEdge = 12;   // pixels
@@ -463,11 +464,13 @@ bool ScrollCapture::goesOn()
         m_window.setAnchor(m_window.fromGlobal(QRect(m_target.anchor, QSize(1, 1))).topLeft());
         answer = m_window.turn(-1, s_patienceDown);
     }
-    // What it was told it does when it comes to itself, so it is told no more.
-    while (answer == Turn::Nothing && runs() && m_window.waitUntilReachable()) {
+    // What it was told it does when it comes to itself. It is told again only now and then, for a
+    // menu that was open may have swallowed it.
+    for (int waits = 1; answer == Turn::Nothing && runs() && m_window.waitUntilReachable();
+         ++waits) {
         if (m_sinceProgress.elapsed() >= s_progressLimit)
             m_window.endWith(tr("The program did not answer for a minute"));
-        answer = m_window.turn(0, s_patienceDown);
+        answer = m_window.turn(waits % s_waitsToTell ? 0 : -1, s_patienceDown);
     }
     if (!runs())
         return false;
@@ -507,6 +510,8 @@ bool ScrollCapture::goBack(int clicks)
             takeOver(now);
             return true;
         }
+        if (isNearPlace(m_accepted, now))
+            return true;
         if (findMovement(now, m_accepted).kind != Movement::Kind::Moved ||
             m_window.turn(1, s_patienceDown) == Turn::Nothing)
             return false;
