@@ -306,6 +306,7 @@ void ScrollCapture::lookAgain()
         return;
     QImage last = content();
     m_stitcher.takeOver(last);
+    m_stitcher.patch(last, m_stitcher.offset(), last.height());
     for (int offset = lowest; offset > 0 && m_window.stop() == Stop::None;) {
         if (m_window.turn(-usualStep(), s_patienceUp) == Turn::Nothing)
             return;
