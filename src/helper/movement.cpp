@@ -708,9 +708,12 @@ Movement findMovement(const QImage &before, const QImage &after, int expected)
     return {.kind = Movement::Kind::Doubtful};
 }
 
-// Rows that come but once in a view tell: in a listing, or a table, most cells of a view that has
+namespace {
+
+// Whether a third of the rows that come but once in a view are in the later one, at most `slack`
+// rows away. Rows that come but once tell: in a listing, or a table, most cells of a view that has
 // scrolled look as if they were still there.
-bool isInPlace(const QImage &before, const QImage &after)
+bool areThere(const QImage &before, const QImage &after, int slack)
 {
     if (before.isNull() || before.size() != after.size())
         return false;
@@ -724,11 +727,20 @@ bool isInPlace(const QImage &before, const QImage &after)
         ++seen[hash];
     int unique = 0;
     int kept = 0;
-    for (size_t y = 0; y < was.size(); ++y) {
+    const int rows = before.height();
+    for (int y = 0; y < rows; ++y) {
         if (seen[was[y]] != 1)
             continue;
         ++unique;
-        kept += was[y] == is[y];
+        const auto first = is.begin() + std::max(y - slack, 0);
+        const auto last = is.begin() + std::min(y + slack + 1, rows);
+        kept += std::find(first, last, was[y]) != last;
     }
     return unique > 0 && kept * 3 >= unique;
 }
+
+}  // namespace
+
+bool isInPlace(const QImage &before, const QImage &after) { return areThere(before, after, 0); }
+
+bool isNearPlace(const QImage &before, const QImage &after) { return areThere(before, after, 1); }

@@ -24,3 +24,7 @@ Movement findMovement(const QImage &before, const QImage &after, int expected = 
 /// Whether most of what can be told apart in a view is where it was, however much of the rest has
 /// changed.
 bool isInPlace(const QImage &before, const QImage &after);
+
+/// The same for a program that scrolls by parts of a row, and rounds: whether most rows that can be
+/// told apart are where they were, or one row beside that.
+bool isNearPlace(const QImage &before, const QImage &after);

@@ -44,9 +44,9 @@ constexpr int s_barWidth = 32;  // of a scroll bar, and no more than a part of t
 constexpr int s_barParts = 8;
 constexpr int s_secondLooks = 2;  // places
 constexpr int s_corrections = 4;
-constexpr int s_near = 2;  // rows: some programs scroll by parts of a row, and round
+constexpr int s_near = 2;  // rows
 constexpr int s_longestWayBack = 300;
-constexpr int s_fromEdge = 4;  // pixels
+constexpr int s_fromEdge = 12;  // pixels
 
 // Rows of the later view that are not what the movement brought there. A scroll bar that lies over
 // the content does not count.
@@ -213,12 +213,14 @@ void ScrollCapture::setArea(const QImage &before, const Movement &movement)
     const QRect area = isTold ? withoutScrollBar(before, m_window.view(), movement, told)
                               : scrollingArea(before, m_window.view(), movement);
     m_window.setCrop(area);
-    m_first = isTold ? QImage() : before;
+    m_isTold = isTold;
+    m_first = before;
     m_rowsPerClick = movement.rows;
     m_window.parkPointer(area);
     // At the edge of what scrolls: in its midst boxes and lists would pass by and take the wheel
     // for themselves.
-    m_window.setAnchor({area.x() + std::min(s_fromEdge, area.width() / 2), area.center().y()});
+    m_window.setAnchor({area.right() - std::min(s_fromEdge, area.width() / 2), area.center().y()});
+    m_hasOwnAnchor = true;
 }
 
 // False where nothing scrolls, or it can't be told how far.
@@ -273,6 +275,9 @@ int ScrollCapture::usualStep() const
 // any have; only then all of it is looked at again.
 void ScrollCapture::lookAgain()
 {
+    // Who draws the same anew elsewhere tells nothing by what differs.
+    if (m_hasFilm)
+        return;
     const int lowest = m_stitcher.offset();
     int at = lowest;
     bool isLate = false;
@@ -350,35 +355,27 @@ bool ScrollCapture::step(int &clicks)
         Turn::Nothing)
         return runs() && goesOn();
     const QImage before = m_accepted;
-    const QImage now = content();
+    // What scrolls nothing may be a glow at the end, which goes by.
+    if (isInPlace(before, content()))
+        m_window.turn(0, s_glow);
     const int expected = static_cast<int>(std::lround(m_rowsPerClick * clicks));
-    const Movement movement = m_stitcher.add(now, expected);
-    switch (movement.kind) {
-    case Movement::Kind::Moved:
-        m_accepted = now;
-        m_rowsPerClick = std::max(m_rowsPerClick, 1.0 * movement.rows / clicks);
-        repairOverlap(movement, before, clicks);
+    const Taken taken = take(content(), expected);
+    switch (taken.kind) {
+    case Taken::New:
+        // A program that scrolls by parts of a row rounds its way to the end.
+        if (taken.movement.rows <= s_near && expected > s_lateRows)
+            return goesOn();
+        m_rowsPerClick = std::max(m_rowsPerClick, 1.0 * taken.movement.rows / clicks);
+        repairOverlap(taken.movement, before, clicks);
         tellRows();
         clicks *= 2;
         return !m_stitcher.isFull();
-    case Movement::Kind::Still:
+    case Taken::Same:
         return goesOn();
-    case Movement::Kind::Doubtful:
-    case Movement::Kind::Lost:
-        break;
-    }
-    if (isInPlace(before, now)) {
-        // Something came, and nothing scrolled. It may go by.
-        m_window.turn(0, s_glow);
-        if (!isAt(before))
-            takeOver(content());
-        return goesOn();
-    }
-    // What was put in above it has pushed it down by more than the wheel has moved it up.
-    if (const Movement back = findMovement(now, before); back.kind == Movement::Kind::Moved) {
-        m_stitcher.goBack(now, back.rows);
-        m_accepted = now;
+    case Taken::Back:
         return true;
+    case Taken::Lost:
+        break;
     }
     if (goBack(clicks) && clicks > 1) {
         clicks /= 2;
@@ -389,6 +386,28 @@ bool ScrollCapture::step(int &clicks)
     return false;
 }
 
+// Gives the stitcher a view.
+ScrollCapture::Taken ScrollCapture::take(const QImage &now, int expected)
+{
+    const Movement movement = m_stitcher.add(now, expected);
+    if (movement.kind == Movement::Kind::Moved || movement.kind == Movement::Kind::Still) {
+        m_accepted = now;
+        return {movement.kind == Movement::Kind::Moved ? Taken::New : Taken::Same, movement};
+    }
+    if (isInPlace(m_accepted, now)) {
+        takeOver(now);
+        return {Taken::Same};
+    }
+    // What was put in above it has pushed it down by more than the wheel has moved it up, or the
+    // end of the content has cut a way short.
+    const Movement back = findMovement(now, m_accepted);
+    if (back.kind != Movement::Kind::Moved)
+        return {isNearPlace(m_accepted, now) ? Taken::Same : Taken::Lost};
+    m_stitcher.goBack(now, back.rows);
+    m_accepted = now;
+    return {Taken::Back, back};
+}
+
 // The view as it is now, before it is scrolled on: pictures may have arrived since, and a slow end
 // of the last movement.
 bool ScrollCapture::refresh()
@@ -396,19 +415,9 @@ bool ScrollCapture::refresh()
     if (!m_window.look())
         return false;
     const QImage now = content();
-    if (now == m_accepted)
-        return true;
-    const Movement movement = m_stitcher.add(now);
-    const bool isKnown =
-        movement.kind == Movement::Kind::Still || movement.kind == Movement::Kind::Moved;
-    if (!isKnown && !isInPlace(m_accepted, now)) {
+    if (now != m_accepted && take(now).kind == Taken::Lost)
         m_window.endWith(tr("The content could not be followed further"));
-        return false;
-    }
-    if (!isKnown)
-        takeOver(now);
-    m_accepted = now;
-    return true;
+    return runs();
 }
 
 // Where what two views share has changed meanwhile, so may have what went out of sight: back once
@@ -430,17 +439,9 @@ void ScrollCapture::repairOverlap(const Movement &movement, const QImage &before
     if (!m_hasFilm)
         beMorePatient();
     m_window.turn(clicks, s_patienceDown);
-    const QImage now = content();
-    if (isInPlace(lower, now)) {
-        m_stitcher.takeOver(now);
-        m_accepted = now;
-    } else if (m_stitcher.add(now).kind == Movement::Kind::Moved) {
-        m_accepted = now;
-    } else if (const Movement back = findMovement(now, lower); back.kind == Movement::Kind::Moved) {
-        // The content's top has cut the way up short.
-        m_stitcher.goBack(now, back.rows);
-        m_accepted = now;
-    }
+    // The content's top may have cut the way up short.
+    m_accepted = lower;
+    take(content());
 }
 
 // Whether there is more to come where a turn of the wheel has moved nothing: a program that is at
@@ -448,6 +449,12 @@ void ScrollCapture::repairOverlap(const Movement &movement, const QImage &before
 bool ScrollCapture::goesOn()
 {
     Turn answer = m_window.turn(-1, s_patienceDown);
+    if (answer == Turn::Nothing && m_hasOwnAnchor && runs()) {
+        // It may be deaf there, as beside the numbers of lines; where the user pointed it was not.
+        m_hasOwnAnchor = false;
+        m_window.setAnchor(m_window.fromGlobal(QRect(m_target.anchor, QSize(1, 1))).topLeft());
+        answer = m_window.turn(-1, s_patienceDown);
+    }
     // What it was told it does when it comes to itself, so it is told no more.
     while (answer == Turn::Nothing && runs() && m_window.waitUntilReachable()) {
         if (m_sinceProgress.elapsed() >= s_progressLimit)
@@ -457,29 +464,22 @@ bool ScrollCapture::goesOn()
     if (!runs())
         return false;
     m_window.turn(1, s_patienceDown);
-    QImage now = content();
-    Movement movement = m_stitcher.add(now);
-    if (movement.kind != Movement::Kind::Moved && movement.kind != Movement::Kind::Still) {
-        // A glow at the end goes by.
+    if (findMovement(m_accepted, content()).kind > Movement::Kind::Moved)
         m_window.turn(0, s_glow);
-        now = content();
-        movement = m_stitcher.add(now);
-    }
-    switch (movement.kind) {
-    case Movement::Kind::Moved:
-        m_accepted = now;
+    const Taken taken = take(content());
+    switch (taken.kind) {
+    case Taken::New:
         tellRows();
         return !m_stitcher.isFull();
-    case Movement::Kind::Still:
-        return false;
-    case Movement::Kind::Doubtful:
-    case Movement::Kind::Lost:
+    case Taken::Back:
+        // A program may round its way to the end; more than that is a page that has grown.
+        return taken.movement.rows > m_rowsPerClick / 2;
+    case Taken::Same:
         break;
-    }
-    if (isInPlace(m_accepted, now)) {
-        takeOver(now);
-    } else if (runs()) {
-        m_window.endWith(tr("The content could not be followed further"));
+    case Taken::Lost:
+        if (runs())
+            m_window.endWith(tr("The content could not be followed further"));
+        break;
     }
     return false;
 }
@@ -510,9 +510,11 @@ QImage ScrollCapture::column()
     if (m_first.isNull() || m_last.size() != m_first.size())
         return m_stitcher.finish();
     const QRect &crop = m_window.crop();
-    const QRect inside = m_window.inside();
-    const RowSpan rows =
-        scrollBarBeside(m_first, m_last, crop).value_or(RowSpan{inside.top(), inside.bottom() + 1});
+    RowSpan rows{crop.top(), crop.bottom() + 1};
+    if (const auto bar = scrollBarBeside(m_first, m_last, crop))
+        rows = *bar;
+    else if (!m_isTold)
+        rows = withNeighbours(m_first, m_last, crop, m_window.inside());
     const QRect above(crop.left(), rows.top, crop.width(), crop.top() - rows.top);
     const QRect below(crop.left(), crop.bottom() + 1, crop.width(),
                       rows.bottom - crop.bottom() - 1);
@@ -647,7 +649,7 @@ void ScrollCapture::putBack(const QImage &original)
     const QImage wanted = m_window.contentOf(original);
     if (isAt(wanted))
         return;
-    if (m_firstRow && goTo(*m_firstRow) <= s_near)
+    if (m_firstRow && goTo(*m_firstRow) == 0)
         return;
     climb();
     // Where it did not go up in the beginning it began at the top.

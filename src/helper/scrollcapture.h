@@ -66,6 +66,18 @@ private:
         int at = 0;  ///< where it begins in the sheet
     };
 
+    /// What a view has brought.
+    struct Taken {
+        enum Kind {
+            New,   ///< more of the content
+            Same,  ///< nothing has scrolled
+            Back,  ///< content that is known, further up
+            Lost
+        };
+        Kind kind = Lost;
+        Movement movement{};  ///< for New and Back
+    };
+
     bool runs() const { return m_window.runs(); }
     void tellRows();
     QImage content() const { return m_window.content(); }
@@ -78,6 +90,7 @@ private:
     bool begin();
     void goDown();
     bool step(int &clicks);
+    Taken take(const QImage &now, int expected = 0);
     bool refresh();
     bool goesOn();
     bool goBack(int clicks);
@@ -108,9 +121,11 @@ private:
     double m_rowsPerClick = 0;
     std::optional<int> m_firstRow;  // of the content when it began, in the first column
     double m_columnsPerClick = 0;
-    bool m_isAcross = false;  // it scrolls sideways
-    bool m_climbed = false;   // the content was not at its top
-    bool m_isSlow = false;    // the program was, in its first answer
-    bool m_hasFilm = false;   // something moves above the content
+    bool m_isAcross = false;      // it scrolls sideways
+    bool m_climbed = false;       // the content was not at its top
+    bool m_isSlow = false;        // the program was, in its first answer
+    bool m_isTold = false;        // the area is the one that was said to scroll
+    bool m_hasOwnAnchor = false;  // the wheel is turned elsewhere than where the user pointed
+    bool m_hasFilm = false;       // something moves above the content
     Stopwatch m_sinceProgress;
 };

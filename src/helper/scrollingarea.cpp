@@ -3,6 +3,8 @@
 #include "helper/pixelrows.h"
 
 #include <algorithm>
+#include <cstdlib>
+#include <cstring>
 #include <unordered_map>
 #include <vector>
 
@@ -10,13 +12,19 @@ namespace {
 
 // Every so many pixels are enough to tell a ground.
 constexpr int s_sampling = 4;
+// Of a colour's part, from one row of a ground to the next.
+constexpr int s_shade = 6;
 // Device pixels.
-constexpr int s_edge = 24;       // of what moved: its ground is that of what lies beside it
-constexpr int s_gridLine = 2;    // the widest
-constexpr int s_padding = 8;     // ground beside a grid line, where more of a table follows
-constexpr int s_widestBar = 48;  // a scroll bar of a desktop scaled by 2 and more
-constexpr int s_overlay = 24;    // the same, lying over the content
-constexpr int s_thumbRows = 12;  // of a thumb that has moved: what is as high as that is one
+constexpr int s_edge = 24;         // of what moved: its ground is that of what lies beside it
+constexpr int s_gridLine = 2;      // the widest
+constexpr int s_header = 64;       // the highest beside which there is something else
+constexpr int s_highHeader = 160;  // the highest that is as wide as the window
+constexpr int s_sidePane = 60;     // the narrowest
+constexpr int s_shadow = 32;       // the longest
+constexpr int s_padding = 8;       // ground beside a grid line, where more of a table follows
+constexpr int s_widestBar = 48;    // a scroll bar of a desktop scaled by 2 and more
+constexpr int s_overlay = 24;      // the same, lying over the content
+constexpr int s_thumbRows = 12;    // of a thumb that has moved: what is as high as that is one
 constexpr int s_thinnestThumb = 2;
 constexpr int s_buttonEdge = 2;  // between the track and the button at its end
 constexpr int s_thumbRoom = 6;   // between a thumb and the end of its track
@@ -221,9 +229,9 @@ public:
     }
 
     // Where the thumb has left and where it is now, and beyond that the track and its buttons. Only
-    // a bar counts that lies beside the row `within`, and not over the content, whose ground shows
-    // where the thumb has left.
-    std::optional<RowSpan> rows(int within, QRgb ground) const
+    // a bar counts that lies beside the row `within`, and not over the content, whose edge is the
+    // column `beside`.
+    std::optional<RowSpan> rows(int within, int beside) const
     {
         int bottom = m_first.height();
         int top = 0;
@@ -231,7 +239,7 @@ public:
             ++top;
         while (bottom > top && thickness(bottom - 1) < s_thinnestThumb)
             --bottom;
-        if (top > within || bottom <= within || liesOver(ground, top))
+        if (top > within || bottom <= within || liesOver(beside, top, bottom))
             return {};
         int width = 0;
         for (int y = top; y < bottom; ++y)
@@ -243,17 +251,21 @@ public:
     }
 
 private:
-    bool liesOver(QRgb ground, int top) const
+    // Whether where the thumb has left there is what lies beside it, row by row.
+    bool liesOver(int beside, int top, int bottom) const
     {
-        int blank = 0;
+        int same = 0;
         int all = 0;
-        for (int x = m_left; x < m_right; ++x) {
-            if (!changes(x, top + s_thumbRows))
-                continue;
-            ++all;
-            blank += ((pixelRow(m_last, top + s_thumbRows)[x] ^ ground) & m_mask) == 0;
+        for (int y = top; y < top + (bottom - top) / 2; ++y) {
+            const QRgb *line = pixelRow(m_last, y);
+            for (int x = m_left; x < m_right; ++x) {
+                if (!changes(x, y))
+                    continue;
+                ++all;
+                same += ((line[x] ^ line[beside]) & m_mask) == 0;
+            }
         }
-        return blank * 2 > all || all == 0;
+        return same * 2 > all || all == 0;
     }
 
     // Columns of a row in which the two looks differ.
@@ -325,10 +337,62 @@ std::optional<RowSpan> scrollBarBeside(const QImage &first, const QImage &last, 
     const int right = area.right() + 1;
     const Bar atRight(first, last, right, std::min(right + s_widestBar, first.width()));
     const Bar atLeft(first, last, std::max(area.left() - s_widestBar, 0), area.left());
-    const QRgb ground = commonColour(withPixels(last), area);
-    for (const Bar *bar : {&atRight, &atLeft}) {
-        if (const auto rows = bar->rows(area.center().y(), ground))
-            return rows;
-    }
-    return {};
+    if (const auto rows = atRight.rows(area.center().y(), area.right()))
+        return rows;
+    return atLeft.rows(area.center().y(), area.left());
+}
+
+RowSpan withNeighbours(const QImage &first, const QImage &last, const QRect &area,
+                       const QRect &inside)
+{
+    const RowSpan own{area.top(), area.bottom() + 1};
+    if (first.isNull() || first.size() != last.size() || !inside.contains(area))
+        return own;
+    const QImage earlier = withPixels(first);
+    const QImage later = withPixels(last);
+    const QRgb mask = visibleBits(earlier) & visibleBits(later);
+    const bool isWide = inside.width() - area.width() < s_sidePane;
+    const auto rowsBeyond = [&](int edge, int step, int end, const QImage &look) {
+        const auto ground = [&](int y) {
+            return commonColour(look, QRect(area.left(), y, area.width(), 1));
+        };
+        // A shadow that lies on the content changes with it.
+        const auto stays = [&](int y) {
+            const size_t bytes = sizeof(QRgb) * static_cast<size_t>(area.width());
+            return mask == RGB_MASK
+                       ? std::equal(pixelRow(earlier, y) + area.left(),
+                                    pixelRow(earlier, y) + area.right() + 1,
+                                    pixelRow(later, y) + area.left(),
+                                    [](QRgb a, QRgb b) { return ((a ^ b) & RGB_MASK) == 0; })
+                       : std::memcmp(pixelRow(earlier, y) + area.left(),
+                                     pixelRow(later, y) + area.left(), bytes) == 0;
+        };
+        const auto isLeft = [&](int rows) {
+            return (end - (edge + (rows + 1) * step)) * step >= 0;
+        };
+        int rows = 0;
+        while (rows < s_shadow && isLeft(rows) && !stays(edge + (rows + 1) * step))
+            ++rows;
+        const int shadow = rows;
+        const auto isAlike = [&](int a, int b) {
+            const QRgb one = ground(a);
+            const QRgb other = ground(b);
+            return std::abs(qRed(one) - qRed(other)) <= s_shade &&
+                   std::abs(qGreen(one) - qGreen(other)) <= s_shade &&
+                   std::abs(qBlue(one) - qBlue(other)) <= s_shade;
+        };
+        // Its border, its ground, its border.
+        for (int i = 0; i < s_gridLine && isLeft(rows + 1); ++i) {
+            if (!isAlike(edge + (rows + 1) * step, edge + (rows + 2) * step))
+                ++rows;
+        }
+        const int border = rows;
+        while (isLeft(rows + 1) && isAlike(edge + (rows + 1) * step, edge + (rows + 2) * step))
+            ++rows;
+        if (rows > border && isLeft(rows))
+            ++rows;
+        return rows > (isWide ? s_highHeader : s_header) ? shadow : rows;
+    };
+    return {own.top - rowsBeyond(area.top(), -1, inside.top(), earlier),
+            own.bottom + rowsBeyond(area.bottom(), 1, inside.bottom(), later)};
 }

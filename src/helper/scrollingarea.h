@@ -28,3 +28,9 @@ struct RowSpan {
 /// The rows of the scroll bar beside an area, told by a look at the top of the content and one at
 /// its end: a header that stays lies beside it, a tool bar does not. None without a scroll bar.
 std::optional<RowSpan> scrollBarBeside(const QImage &first, const QImage &last, const QRect &area);
+
+/// The rows of an area and of what stays right above and below it, as a header or a status line,
+/// where no scroll bar tells: as far as their ground goes on, and not if that is as high as the
+/// tool bars of a window. `inside` is the window without its frame.
+RowSpan withNeighbours(const QImage &first, const QImage &last, const QRect &area,
+                       const QRect &inside);

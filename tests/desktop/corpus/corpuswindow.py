@@ -219,6 +219,7 @@ def editor():
         buffer.insert(buffer.get_end_iter(), "  " + text(row) + "\n" * (row < row_count - 1))
     place = buffer.get_start_iter()
     place.set_line(mark)
+    place.forward_to_line_end()  # the caret stays off the code
     buffer.place_cursor(place)
     return view
 

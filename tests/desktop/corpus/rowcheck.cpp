@@ -13,7 +13,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int s_longestList = 6;
-constexpr int s_blur = 90;
+constexpr int s_blur = 40;
 
 // A toolkit may draw a picture between two pixels, so the middle of a cell is what counts, more or
 // less.
@@ -141,7 +141,7 @@ int countStrips(const QImage &picture, const QImage &strip, int x)
     const QImage column =
         picture.copy(x, 0, strip.width(), picture.height()).convertToFormat(QImage::Format_RGB888);
     const QImage wanted = strip.convertToFormat(QImage::Format_RGB888);
-    const auto bytes = static_cast<size_t>(3 * strip.width());
+    const size_t bytes = 3 * static_cast<size_t>(strip.width());
     int result = 0;
     for (int top = 0; top + wanted.height() <= column.height(); ++top) {
         bool isThere = true;
