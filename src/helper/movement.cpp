@@ -652,9 +652,8 @@ const Fit *leastDenied(const std::vector<const Fit *> &fits)
     constexpr int hardly = 16;
     constexpr int much = 4;
     const auto share = [](const Fit *fit) { return 1.0 * fit->denying / fit->telling; };
-    const Fit *best =
-        *std::min_element(fits.begin(), fits.end(),
-                          [&](const Fit *a, const Fit *b) { return share(a) < share(b); });
+    const Fit *best = *std::min_element(
+        fits.begin(), fits.end(), [&](const Fit *a, const Fit *b) { return share(a) < share(b); });
     const double limit = much * std::max(share(best), 1.0 / (hardly * hardly));
     const bool isClear = std::all_of(fits.begin(), fits.end(), [&](const Fit *fit) {
         return fit == best || share(fit) >= limit;
