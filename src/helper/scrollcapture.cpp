@@ -618,7 +618,7 @@ void ScrollCapture::takeBeside()
     int offset = 0;
     m_sheet.add(column(), 0, 0);
     while (runs()) {
-        climb();
+        goToStart(lowest);
         const int row = m_sheet.rowWithMost(m_window.crop().height());
         if (const int clicks = clicksFor(std::min(row, lowest), m_rowsPerClick); clicks > 0)
             m_window.turn(clicks, s_patienceDown);
@@ -633,7 +633,7 @@ void ScrollCapture::takeBeside()
                     .arg(s_mostPixels / 1'000'000));
             break;
         }
-        climb();
+        goToStart(lowest);
         // What lies to the right of it stays, and is taken at the end.
         const int at = offset + movement.bottom;
         const int from = movement.bottom - movement.rows;
@@ -648,6 +648,21 @@ void ScrollCapture::takeBeside()
         m_last = m_first.isNull() ? QImage() : m_window.view();
         m_sheet.add(column(), from, at);
     }
+    if (m_window.stop() == Stop::Abandon)
+        return;
+    m_window.setAxis(Axis::Across);
+    goToStart(offset);
+    m_window.setAxis(Axis::Down);
+}
+
+// To the edge that is so far away, also where nothing is to be seen on the way.
+void ScrollCapture::goToStart(int distance)
+{
+    const double perClick = m_window.axis() == Axis::Across ? m_columnsPerClick : m_rowsPerClick;
+    for (int left = clicksFor(distance, perClick); left > 0; left -= s_longestClimb)
+        m_window.turn(-std::min(left, s_longestClimb), s_patienceUp);
+    if (distance > 0)
+        climb();
 }
 
 // One step to the right, tried smaller where it can't be matched. Not Moved at the content's edge.

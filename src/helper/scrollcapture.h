@@ -104,6 +104,7 @@ private:
     bool goLeft();
     void setAreaAcross(const QImage &before, const QImage &after, const Movement &movement);
     void takeBeside();
+    void goToStart(int distance);
     Movement goRight();
     void goDownBeside(int lowest, const QRect &moved);
     bool takeExpected(int rows, const QRect &moved);

@@ -446,11 +446,11 @@ void TestScrollCapture::endsAcross()
 
 void TestScrollCapture::limitAcross()
 {
-    m_server->bounds.setWidth(2600);
-    m_server->page = noisePage({30500, 416});
+    m_server->bounds.setSize({2600, 44 + 64});
+    m_server->page = noisePage({30500, 64});
     ScrollCapture capture(acrossTarget());
     const ScrollCapture::Result result = capture.run();
-    QCOMPARE(result.picture, m_server->page.copy(0, 0, 30000, 416));
+    QCOMPARE(result.picture, m_server->page.copy(0, 0, 30000, 64));
     QCOMPARE(result.lastColumn, 30000);
     QVERIFY(!result.note.isEmpty());
 }
