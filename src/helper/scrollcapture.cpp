@@ -43,6 +43,7 @@ constexpr int s_lateRows = 24;
 constexpr int s_tellingLines = 24;  // that changed: more than a caret or two
 constexpr int s_barWidth = 32;      // of a scroll bar, and no more than a part of the view
 constexpr int s_barParts = 8;
+constexpr int s_overlay = 24;     // a bar over the content is no thicker
 constexpr int s_secondLooks = 2;  // places
 constexpr int s_corrections = 4;
 constexpr int s_near = 2;  // rows
@@ -135,7 +136,7 @@ ScrollCapture::Result ScrollCapture::run()
         emit progressed(tr("Putting it back"));
         emit puttingBack();
         putBack(atLeft);
-        if (m_isAcross) {
+        if (m_isAcross && isAt(m_window.contentOf(atLeft))) {
             m_window.setAxis(Axis::Across);
             goDownTo(m_window.contentOf(original));
         }
@@ -244,7 +245,8 @@ void ScrollCapture::setArea(const QImage &before, const Movement &movement)
     const bool isTold = !told.isEmpty() && around.contains(movement.moved);
     const QRect area = isTold ? withoutScrollBar(before, m_window.view(), movement, told)
                               : scrollingArea(before, m_window.view(), movement);
-    m_window.setCrop(area);
+    m_window.setCrop(m_isAcross ? withoutOverlayBelow(area) : area);
+    m_contentBottom = area.bottom();
     m_isTold = isTold;
     m_first = before;
     m_rowsPerClick = movement.rows;
@@ -253,6 +255,25 @@ void ScrollCapture::setArea(const QImage &before, const Movement &movement)
     // for themselves.
     m_window.setAnchor({area.right() - std::min(s_fromEdge, area.width() / 2), area.center().y()});
     m_hasOwnAnchor = true;
+}
+
+// A scroll bar for the columns that lies over the content shows where these move, and would come
+// out in pieces. What it covers is taken once, at the content's end.
+QRect ScrollCapture::withoutOverlayBelow(const QRect &area) const
+{
+    QRect result = area;
+    if (m_areaAcross.bottom() > area.bottom() - s_overlay)
+        result.setBottom(std::min(area.bottom(), m_areaAcross.bottom()));
+    return result;
+}
+
+// Until such a bar has gone from the view at the content's end.
+void ScrollCapture::waitForOverlay()
+{
+    if (m_first.isNull() || m_contentBottom <= m_window.crop().bottom() || content() != m_accepted)
+        return;
+    m_window.turn(0, s_glow);
+    m_last = m_window.view();
 }
 
 // False where nothing scrolls, or it can't be told how far.
@@ -555,7 +576,8 @@ QImage ScrollCapture::column()
     if (m_isAcross) {
         // What stays where it is would come once in each column.
         rows.top = std::clamp(m_areaAcross.top(), rows.top, crop.top());
-        rows.bottom = std::clamp(m_areaAcross.bottom() + 1, crop.bottom() + 1, rows.bottom);
+        const int end = std::max(m_areaAcross.bottom(), m_contentBottom) + 1;
+        rows.bottom = std::clamp(end, crop.bottom() + 1, std::max(end, rows.bottom));
     }
     const QRect above(crop.left(), rows.top, crop.width(), crop.top() - rows.top);
     const QRect below(crop.left(), crop.bottom() + 1, crop.width(),
@@ -616,6 +638,7 @@ void ScrollCapture::takeBeside()
     const int lowest = m_stitcher.offset();
     const QRect moved = m_stitcher.moved();
     int offset = 0;
+    waitForOverlay();
     m_sheet.add(column(), 0, 0);
     while (runs()) {
         goToStart(lowest);
@@ -646,6 +669,7 @@ void ScrollCapture::takeBeside()
         tellRows();
         goDownBeside(lowest, moved);
         m_last = m_first.isNull() ? QImage() : m_window.view();
+        waitForOverlay();
         m_sheet.add(column(), from, at);
     }
     if (m_window.stop() == Stop::Abandon)
@@ -653,6 +677,26 @@ void ScrollCapture::takeBeside()
     m_window.setAxis(Axis::Across);
     goToStart(offset);
     m_window.setAxis(Axis::Down);
+    goToFirstRow(lowest);
+}
+
+// The stitcher has rows of the last column only, so this goes by clicks: from the top, or else from
+// the end, whichever leads there.
+void ScrollCapture::goToFirstRow(int lowest)
+{
+    goToStart(lowest);
+    const int row = m_firstRow.value_or(0);
+    const auto turn = [this](int clicks) {
+        for (; clicks != 0; clicks -= std::clamp(clicks, -s_longestClimb, s_longestClimb))
+            m_window.turn(std::clamp(clicks, -s_longestClimb, s_longestClimb), s_patienceUp);
+    };
+    const int clicks = clicksFor(row, m_rowsPerClick);
+    if (std::abs(clicks * m_rowsPerClick - row) <= s_near) {
+        turn(clicks);
+    } else {
+        turn(clicksFor(lowest, m_rowsPerClick) + 1);
+        turn(-clicksFor(lowest - row, m_rowsPerClick));
+    }
 }
 
 // To the edge that is so far away, also where nothing is to be seen on the way.

@@ -87,6 +87,8 @@ private:
     bool hasScrolled(const QImage &before, int click);
     Movement firstStep();
     void setArea(const QImage &before, const Movement &movement);
+    QRect withoutOverlayBelow(const QRect &area) const;
+    void waitForOverlay();
     bool begin();
     void goDown();
     bool step(int &clicks);
@@ -105,6 +107,7 @@ private:
     void setAreaAcross(const QImage &before, const QImage &after, const Movement &movement);
     void takeBeside();
     void goToStart(int distance);
+    void goToFirstRow(int lowest);
     Movement goRight();
     void goDownBeside(int lowest, const QRect &moved);
     bool takeExpected(int rows, const QRect &moved);
@@ -127,6 +130,7 @@ private:
     std::optional<int> m_firstRow;  // of the content when it began, in the first column
     double m_columnsPerClick = 0;
     QRect m_areaAcross;           // what of the view goes sideways
+    int m_contentBottom = 0;      // of the view, with what a bar over it covers
     QRect m_movedAcross;          // of the content, turned over
     bool m_isAcross = false;      // it scrolls sideways
     bool m_isAll = false;         // whatever is noted
