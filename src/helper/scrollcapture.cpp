@@ -270,7 +270,8 @@ QRect ScrollCapture::withoutOverlayBelow(const QRect &area) const
 // Until such a bar has gone from the view at the content's end.
 void ScrollCapture::waitForOverlay()
 {
-    if (m_first.isNull() || m_contentBottom <= m_window.crop().bottom() || content() != m_accepted)
+    if (m_first.isNull() || m_last.isNull() || content() != m_accepted ||
+        scrollBarBeside(m_first, m_last, m_window.crop()))
         return;
     m_window.turn(0, s_glow);
     m_last = m_window.view();
@@ -577,7 +578,7 @@ QImage ScrollCapture::column()
         // What stays where it is would come once in each column.
         rows.top = std::clamp(m_areaAcross.top(), rows.top, crop.top());
         const int end = std::max(m_areaAcross.bottom(), m_contentBottom) + 1;
-        rows.bottom = std::clamp(end, crop.bottom() + 1, std::max(end, rows.bottom));
+        rows.bottom = std::clamp(rows.bottom, end, end + s_overlay);
     }
     const QRect above(crop.left(), rows.top, crop.width(), crop.top() - rows.top);
     const QRect below(crop.left(), crop.bottom() + 1, crop.width(),
@@ -592,17 +593,18 @@ bool ScrollCapture::goLeft()
 {
     const QRect whole = m_window.crop();
     m_window.setAxis(Axis::Across);
-    if (const QRect told = toldArea(); !told.isEmpty())
-        m_window.setCrop(told);
     for (const bool shifted : {false, true}) {
         m_window.setShifted(shifted);
         for (const int click : {1, -1}) {
-            const QImage before = content();
+            const QImage before = m_window.view();
             if (!runs() || m_window.turn(click, s_patienceDown) == Turn::Nothing)
                 continue;
-            const QImage now = content();
-            setAreaAcross(click > 0 ? before : now, click > 0 ? now : before,
-                          click > 0 ? findMovement(before, now) : findMovement(now, before));
+            const QImage now = m_window.view();
+            const QImage &earlier = click > 0 ? before : now;
+            const QImage &later = click > 0 ? now : before;
+            // Much else may go on in the window.
+            if (!setAreaAcross(earlier, later, whole) && !toldArea().isEmpty())
+                setAreaAcross(earlier, later, toldArea());
         }
         if (m_columnsPerClick > 0)
             break;
@@ -613,22 +615,26 @@ bool ScrollCapture::goLeft()
     if (m_columnsPerClick > 0 && !runs())
         climb();
     m_window.setAxis(Axis::Down);
-    m_window.setCrop(whole);
     return m_columnsPerClick > 0;
 }
 
-// The pictures are turned over their diagonal.
-void ScrollCapture::setAreaAcross(const QImage &before, const QImage &after,
-                                  const Movement &movement)
+// What of an area has gone sideways; false where that can't be told.
+bool ScrollCapture::setAreaAcross(const QImage &before, const QImage &after, const QRect &area)
 {
+    const QRect crop = m_window.crop();
+    m_window.setCrop(area);
+    const QImage earlier = m_window.contentOf(before);
+    const QImage later = m_window.contentOf(after);
+    m_window.setCrop(crop);
+    const Movement movement = findMovement(earlier, later);
     if (movement.kind != Movement::Kind::Moved)
-        return;
-    const QRect area = toldArea().isEmpty()
-                           ? scrollingArea(before, after, movement)
-                           : withoutScrollBar(before, after, movement, before.rect());
+        return false;
+    // These pictures are turned over.
+    const QRect moved = scrollingArea(earlier, later, movement);
     m_columnsPerClick = movement.rows;
-    m_areaAcross = QRect(area.y(), area.x(), area.height(), area.width())
-                       .translated(m_window.crop().topLeft());
+    m_areaAcross =
+        QRect(moved.y(), moved.x(), moved.height(), moved.width()).translated(area.topLeft());
+    return true;
 }
 
 // What lies beside the first column, which has been followed to its end, in columns as wide as the

@@ -104,7 +104,7 @@ private:
     QImage column();
 
     bool goLeft();
-    void setAreaAcross(const QImage &before, const QImage &after, const Movement &movement);
+    bool setAreaAcross(const QImage &before, const QImage &after, const QRect &area);
     void takeBeside();
     void goToStart(int distance);
     void goToFirstRow(int lowest);
