@@ -27,6 +27,7 @@ constexpr int s_leastPatienceDown = 150;
 constexpr int s_slowPatience = 3000;
 constexpr int s_settle = 150;
 constexpr int s_glow = 1500;  // at the end of the content: it is gone by then
+constexpr int s_fade = 2500;  // of a bar that lies over the content
 constexpr int s_progressLimit = 60000;
 // Clicks of the wheel.
 constexpr int s_firstClimb = 10;
@@ -270,11 +271,12 @@ QRect ScrollCapture::withoutOverlayBelow(const QRect &area) const
 // Until such a bar has gone from the view at the content's end.
 void ScrollCapture::waitForOverlay()
 {
-    if (m_first.isNull() || m_last.isNull() || content() != m_accepted ||
+    if (!runs() || m_first.isNull() || m_last.isNull() || content() != m_accepted ||
         scrollBarBeside(m_first, m_last, m_window.crop()))
         return;
-    m_window.turn(0, s_glow);
-    m_last = m_window.view();
+    m_window.turn(0, s_fade);
+    if (m_window.look())
+        m_last = m_window.view();
 }
 
 // False where nothing scrolls, or it can't be told how far.
@@ -398,6 +400,8 @@ void ScrollCapture::goDown()
     }
     m_window.setRest(rest);
     m_last = m_first.isNull() ? QImage() : m_window.view();
+    if (m_isAcross)
+        waitForOverlay();
     if (m_window.stop() == Stop::None && m_window.look())
         lookAgain();
     if (m_stitcher.isFull())
@@ -644,7 +648,6 @@ void ScrollCapture::takeBeside()
     const int lowest = m_stitcher.offset();
     const QRect moved = m_stitcher.moved();
     int offset = 0;
-    waitForOverlay();
     m_sheet.add(column(), 0, 0);
     while (runs()) {
         goToStart(lowest);
