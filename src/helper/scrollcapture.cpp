@@ -6,6 +6,7 @@
 
 #include <QLocale>
 #include <QPainter>
+#include <QScopeGuard>
 
 #include <algorithm>
 #include <cmath>
@@ -47,9 +48,11 @@ constexpr int s_barParts = 8;
 constexpr int s_overlay = 24;     // a bar over the content is no thicker
 constexpr int s_secondLooks = 2;  // places
 constexpr int s_corrections = 4;
-constexpr int s_near = 2;  // rows
+constexpr int s_waitsToTell = 6;  // for an answer, before the program is told again
+constexpr int s_near = 2;         // rows
 constexpr int s_longestWayBack = 300;
-constexpr int s_fromEdge = 12;  // pixels
+constexpr int s_anchorPart = 8;  // of the view's height, from its top
+constexpr int s_fromEdge = 12;   // pixels
 
 // Rows of the later view that are not what the movement brought there. A scroll bar that lies over
 // the content does not count.
@@ -253,8 +256,9 @@ void ScrollCapture::setArea(const QImage &before, const Movement &movement)
     m_rowsPerClick = movement.rows;
     m_window.parkPointer(area);
     // At the edge of what scrolls: in its midst boxes and lists would pass by and take the wheel
-    // for themselves.
-    m_window.setAnchor({area.right() - std::min(s_fromEdge, area.width() / 2), area.center().y()});
+    // for themselves. And near its top: a row that lights up there was taken further down.
+    m_window.setAnchor({area.right() - std::min(s_fromEdge, area.width() / 2),
+                        area.top() + area.height() / s_anchorPart});
     m_hasOwnAnchor = true;
 }
 
@@ -354,6 +358,9 @@ void ScrollCapture::lookAgain()
     }
     if (!isLate)
         return;
+    const int rest = m_window.rest();
+    m_window.setRest(s_patientRest);
+    const auto restored = qScopeGuard([&] { m_window.setRest(rest); });
     const int down = static_cast<int>(std::ceil((lowest - at) / m_rowsPerClick)) + 1;
     m_window.turn(down, s_patienceDown);
     if (!isInPlace(m_accepted, content()))
@@ -376,9 +383,11 @@ void ScrollCapture::lookAgain()
 // What came into a view that has not scrolled since.
 void ScrollCapture::takeOver(const QImage &view)
 {
+    const bool isLight = m_window.isUnderPointer(m_accepted, view);
     m_accepted = view;
     m_stitcher.takeOver(view);
-    beMorePatient();
+    if (!isLight)
+        beMorePatient();
 }
 
 void ScrollCapture::beMorePatient()
@@ -419,7 +428,7 @@ bool ScrollCapture::step(int &clicks)
         return runs() && goesOn();
     const QImage before = m_accepted;
     // What scrolls nothing may be a glow at the end, which goes by.
-    if (isInPlace(before, content()))
+    if (isInPlace(before, content()) && !isAt(before))
         m_window.turn(0, s_glow);
     const int expected = static_cast<int>(std::lround(m_rowsPerClick * clicks));
     const Taken taken = take(content(), expected);
@@ -518,16 +527,20 @@ bool ScrollCapture::goesOn()
         m_window.setAnchor(m_window.fromGlobal(QRect(m_target.anchor, QSize(1, 1))).topLeft());
         answer = m_window.turn(-1, s_patienceDown);
     }
-    // What it was told it does when it comes to itself, so it is told no more.
-    while (answer == Turn::Nothing && runs() && m_window.waitUntilReachable()) {
+    // What it was told it does when it comes to itself. It is told again only now and then, for a
+    // menu that was open may have swallowed it.
+    for (int waits = 1; answer == Turn::Nothing && runs() && m_window.waitUntilReachable();
+         ++waits) {
         if (m_sinceProgress.elapsed() >= s_progressLimit)
             m_window.endWith(tr("The program did not answer for a minute"));
-        answer = m_window.turn(0, s_patienceDown);
+        answer = m_window.turn(waits % s_waitsToTell ? 0 : -1, s_patienceDown);
     }
     if (!runs())
         return false;
-    m_window.turn(1, s_patienceDown);
-    if (findMovement(m_accepted, content()).kind > Movement::Kind::Moved)
+    // One more than up: a menu that was open may have swallowed the turn that moved nothing.
+    m_window.turn(2, s_patienceDown);
+    if (findMovement(m_accepted, content()).kind > Movement::Kind::Moved &&
+        !isNearPlace(m_accepted, content()))
         m_window.turn(0, s_glow);
     const Taken taken = take(content());
     switch (taken.kind) {
@@ -560,6 +573,8 @@ bool ScrollCapture::goBack(int clicks)
             takeOver(now);
             return true;
         }
+        if (isNearPlace(m_accepted, now))
+            return true;
         if (findMovement(now, m_accepted).kind != Movement::Kind::Moved ||
             m_window.turn(1, s_patienceDown) == Turn::Nothing)
             return false;

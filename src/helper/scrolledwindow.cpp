@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdlib>
 #include <cstring>
 
 namespace {
@@ -29,6 +30,8 @@ constexpr int s_darkTurns = 2;
 constexpr int s_barWidth = 32;  // of a scroll bar, and no more than a part of the view
 constexpr int s_barParts = 8;
 constexpr int s_parkingDistance = 8;
+constexpr int s_border = 2;   // of a frame, the narrowest with room for a pointer
+constexpr int s_litRow = 64;  // the highest, and how far it may be from the pointer
 
 // Whether so much differs that the rest need not be asked.
 bool differWidely(const QImage &before, const QImage &after)
@@ -322,20 +325,38 @@ ScrolledWindow::Turn ScrolledWindow::turnAndWait(int clicks, int patience)
     return Turn::Nothing;
 }
 
+bool ScrolledWindow::isUnderPointer(const QImage &before, const QImage &after) const
+{
+    if (before.size() != after.size() || m_axis != Axis::Down)
+        return false;
+    const size_t bytes = sizeof(QRgb) * static_cast<size_t>(after.width());
+    const int anchor = m_anchor.y() - m_crop.top();
+    const int pointer = services().windows->pointer().y() - m_bounds.top() - m_crop.top();
+    for (int y = 0; y < after.height(); ++y) {
+        if (std::abs(y - anchor) > s_litRow && std::abs(y - pointer) > s_litRow &&
+            std::memcmp(before.constScanLine(y), after.constScanLine(y), bytes) != 0)
+            return false;
+    }
+    return true;
+}
+
 // As near to the content as in the same window, for some desktops give the keyboard to what is
-// under it. Never on the frame: there a turn of the wheel that comes late would roll the window up.
+// under it. Never on the title bar: there a turn of the wheel that comes late would roll the window
+// up.
 void ScrolledWindow::parkPointer(const QRect &content)
 {
     const QPoint at = services().windows->pointer() - m_bounds.topLeft();
     const QRect window = inside();
     if (m_isParked || !content.contains(at))
         return;
+    const int foot = m_bounds.height() - 1 - m_frame.bottom() / 2;
     const std::array places{QPoint(at.x(), content.top() - s_parkingDistance),
                             QPoint(at.x(), content.bottom() + s_parkingDistance),
                             QPoint(content.right() + s_parkingDistance, at.y()),
-                            QPoint(content.left() - s_parkingDistance, at.y())};
+                            QPoint(content.left() - s_parkingDistance, at.y()),
+                            QPoint(at.x(), foot)};
     for (const QPoint place : places) {
-        if (!window.contains(place))
+        if (!window.contains(place) && (place.y() != foot || m_frame.bottom() < s_border))
             continue;
         m_pointerBefore = at + m_bounds.topLeft();
         m_parkedAt = place + m_bounds.topLeft();

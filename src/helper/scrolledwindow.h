@@ -86,6 +86,10 @@ public:
     /// Something came into the view when it seemed to be at rest.
     bool sawLate() const { return m_sawLate; }
 
+    /// Whether two contents differ only where the wheel was turned, or where the pointer is: a row
+    /// lit up there, or went out.
+    bool isUnderPointer(const QImage &before, const QImage &after) const;
+
     /// Takes the pointer off the content, where rows would light up under it, and puts it back
     /// unless it has been moved since.
     void parkPointer(const QRect &content);
