@@ -507,7 +507,7 @@ void ScrollCapture::repairOverlap(const Movement &movement, const QImage &before
     if (rowsThatDiffer(before, upper, none) < s_lateRows)
         m_hasFilm = true;  // it is as it was: what differed lies above the content, and moves
     else if (isInPlace(before, upper))
-        m_stitcher.patch(upper, m_stitcher.offset() - movement.rows, movement.bottom);
+        m_stitcher.patch(upper, m_stitcher.offset() - movement.rows, upper.height());
     if (!m_hasFilm)
         beMorePatient();
     m_window.turn(clicks, s_patienceDown);

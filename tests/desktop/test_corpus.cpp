@@ -27,6 +27,7 @@ const QRect s_mainPlace(1430, 60, 950, 650);
 const QPoint s_otherPlace(60, 50);  // and clear of the main window
 constexpr int s_captureLimit = 90000;
 constexpr int s_clicksDown = 9;
+constexpr int s_rounding = 6;  // pixels
 constexpr int s_rows = 150;
 constexpr int s_columns = 24;
 constexpr int s_edge = 2;  // pixels by which a picture may miss the view, or a frame be in it
@@ -143,7 +144,7 @@ private:
     QList<CodedRow> codesInSight() { return codesIn(m_desktop->screenshot().copy(m_view.area)); }
     /// Waits until the view shows rows, and the same twice.
     bool waitForRest();
-    bool isPutBack(const QImage &before);
+    bool isPutBack(const Case &one, const QImage &before);
     /// What is wrong with a picture; `before` is what the view showed. A scroll bar that lies over
     /// the view is `overlay` wide, and may be left out.
     QStringList faults(const QImage &picture, const QImage &before, int count, int overlay);
@@ -327,15 +328,24 @@ bool TestCorpus::openPick()
 }
 
 // The main window comes in front of it, and is put aside.
-bool TestCorpus::isPutBack(const QImage &before)
+bool TestCorpus::isPutBack(const Case &one, const QImage &before)
 {
     // A bar that lies over the view's end hides a part of what stands there.
     const QRect free(QPoint(), m_view.area.size() - QSize(0, s_overlayBar));
     const QList<CodedRow> wanted = codesIn(before.copy(free));
-    const auto isBack = [&] {
-        return codesIn(m_desktop->screenshot().copy(m_view.area).copy(free)) == wanted;
-    };
     m_desktop->placeWindow(m_program->mainWindow(), s_mainPlace);
+    // One toolkit scrolls by parts of a row and rounds them as it lays its rows out: the same
+    // clicks don't always lead to the same pixel.
+    const int rounding = one.toolkit == u"gtk4" ? s_rounding : 0;
+    const auto isBack = [&] {
+        const QList<CodedRow> after = codesIn(m_desktop->screenshot().copy(m_view.area).copy(free));
+        const auto found = std::find_if(after.begin(), after.end(), [&](const CodedRow &row) {
+            return row.number == wanted[1].number;
+        });
+        return rounding == 0
+                   ? after == wanted
+                   : found != after.end() && std::abs(found->at.y() - wanted[1].at.y()) <= rounding;
+    };
     return waitFor([&] { return !m_program->mainWindow().area.intersects(m_view.area); }) &&
            waitForRest() && waitFor(isBack, 2000);
 }
@@ -429,7 +439,7 @@ void TestCorpus::takesAll()
         picture.save(kept.filePath(name + u".png"_s));
     m_desktop->key(XK_w, {XK_Control_L});
     QVERIFY(m_program->waitForTitle(u"Snap Workbench"_s));
-    const bool isBack = isPutBack(before);
+    const bool isBack = isPutBack(one, before);
     const bool isOverlaid = QStringList{u"gtk3"_s, u"gtk4"_s, u"webkit"_s}.contains(one.toolkit) &&
                             !one.options.contains(u"bar");
     QStringList wrong = faults(picture, before, rows, isOverlaid ? s_overlayBar : 0);
