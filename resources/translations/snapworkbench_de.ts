@@ -874,8 +874,12 @@ Möchten Sie die Datei ersetzen?</translation>
         <translation>Für alles reicht der Speicher nicht</translation>
     </message>
     <message>
-        <source>Not all of it could be followed to the same row</source>
-        <translation>Nicht alles konnte bis zur selben Zeile verfolgt werden</translation>
+        <source>%1 pixels, after %2 columns</source>
+        <translation>%1 Pixel, nach %2 Spalten</translation>
+    </message>
+    <message>
+        <source>The picture has reached its limit: %1 pixels each way, and %2 million in all</source>
+        <translation>Das Bild hat seine Grenze erreicht: %1 Pixel je Richtung und %2 Millionen im Ganzen</translation>
     </message>
 </context>
 <context>
@@ -942,6 +946,10 @@ Möchten Sie die Datei ersetzen?</translation>
     <message>
         <source>%1. The picture ends at row %2.</source>
         <translation>%1. Das Bild endet bei Zeile %2.</translation>
+    </message>
+    <message>
+        <source>%1. The picture ends at column %2.</source>
+        <translation>%1. Das Bild endet bei Spalte %2.</translation>
     </message>
 </context>
 <context>

@@ -874,8 +874,12 @@ Do you want to replace it?</source>
         <translation>内存不足，无法截取全部内容</translation>
     </message>
     <message>
-        <source>Not all of it could be followed to the same row</source>
-        <translation>并非所有部分都能跟踪到同一行</translation>
+        <source>%1 pixels, after %2 columns</source>
+        <translation>%1 像素，此前已有 %2 列像素</translation>
+    </message>
+    <message>
+        <source>The picture has reached its limit: %1 pixels each way, and %2 million in all</source>
+        <translation>图片已达到上限：每个方向 %1 像素，总共 %2 百万像素</translation>
     </message>
 </context>
 <context>
@@ -942,6 +946,10 @@ Do you want to replace it?</source>
     <message>
         <source>%1. The picture ends at row %2.</source>
         <translation>%1。图片在第 %2 行结束。</translation>
+    </message>
+    <message>
+        <source>%1. The picture ends at column %2.</source>
+        <translation>%1。图片在第 %2 列结束。</translation>
     </message>
 </context>
 <context>

@@ -644,6 +644,23 @@ std::vector<quint64> rowHashes(const Cells &cells, int rows)
     return result;
 }
 
+// In a table whose cells differ by little no row may be the only one of its kind, but a wrong
+// distance is denied in many of them. Null unless one is hardly denied, and each other many times
+// as much.
+const Fit *leastDenied(const std::vector<const Fit *> &fits)
+{
+    constexpr int hardly = 16;
+    constexpr int much = 4;
+    const auto share = [](const Fit *fit) { return 1.0 * fit->denying / fit->telling; };
+    const Fit *best = *std::min_element(
+        fits.begin(), fits.end(), [&](const Fit *a, const Fit *b) { return share(a) < share(b); });
+    const double limit = much * std::max(share(best), 1.0 / (hardly * hardly));
+    const bool isClear = std::all_of(fits.begin(), fits.end(), [&](const Fit *fit) {
+        return fit == best || share(fit) >= limit;
+    });
+    return isClear && share(best) * hardly <= 1 ? best : nullptr;
+}
+
 }  // namespace
 
 Movement findMovement(const QImage &before, const QImage &after, int expected)
@@ -685,6 +702,8 @@ Movement findMovement(const QImage &before, const QImage &after, int expected)
     for (const Fit *fit : equal)
         if (fit->rows == expected)
             return pair.movement(*fit);
+    if (const Fit *fit = leastDenied(equal))
+        return pair.movement(*fit);
     return {.kind = Movement::Kind::Doubtful};
 }
 

@@ -28,6 +28,7 @@ constexpr int s_leastPatienceDown = 150;
 constexpr int s_slowPatience = 3000;
 constexpr int s_settle = 150;
 constexpr int s_glow = 1500;  // at the end of the content: it is gone by then
+constexpr int s_fade = 2500;  // of a bar that lies over the content
 constexpr int s_progressLimit = 60000;
 // Clicks of the wheel.
 constexpr int s_firstClimb = 10;
@@ -41,8 +42,10 @@ constexpr int s_tolerance = 2;
 constexpr int s_films = 2;
 // Rows that changed in what two views share: more than a caret or a mark.
 constexpr int s_lateRows = 24;
-constexpr int s_barWidth = 32;  // of a scroll bar, and no more than a part of the view
+constexpr int s_tellingLines = 24;  // that changed: more than a caret or two
+constexpr int s_barWidth = 32;      // of a scroll bar, and no more than a part of the view
 constexpr int s_barParts = 8;
+constexpr int s_overlay = 24;     // a bar over the content is no thicker
 constexpr int s_secondLooks = 2;  // places
 constexpr int s_corrections = 4;
 constexpr int s_waitsToTell = 6;  // for an answer, before the program is told again
@@ -77,6 +80,27 @@ int rowsThatDiffer(const QImage &before, const QImage &after, const Movement &mo
     return right - left < std::min(s_barWidth, moved.width() / s_barParts) ? 0 : result;
 }
 
+// What a single line may be too little for: a movement of at most so many rows that explains each
+// pixel of what moves elsewhere, and something that is seen in both looks.
+Movement exactMovement(const QImage &before, const QImage &after, int most, const QRect &moved)
+{
+    Movement movement{.kind = Movement::Kind::Moved,
+                      .rows = std::min(most, moved.height() - 1),
+                      .moved = {0, moved.y(), before.width(), moved.height()},
+                      .bottom = moved.bottom() + 1};
+    const size_t bytes = sizeof(QRgb) * static_cast<size_t>(before.width());
+    for (; movement.rows > 0; --movement.rows) {
+        if (rowsThatDiffer(before, after, movement) > 0)
+            continue;
+        int telling = 0;
+        for (int y = moved.top(); y + movement.rows <= moved.bottom(); ++y)
+            telling += std::memcmp(pixelRow(after, y), pixelRow(before, y), bytes) != 0;
+        if (telling >= s_tellingLines)
+            return movement;
+    }
+    return {.kind = Movement::Kind::Still};
+}
+
 int clicksFor(int distance, double perClick)
 {
     return perClick > 0 ? static_cast<int>(std::lround(distance / perClick)) : 0;
@@ -86,7 +110,7 @@ int clicksFor(int distance, double perClick)
 
 ScrollCapture::ScrollCapture(const Target &target)
     : m_clock(*services().clock), m_target(target), m_window(target.window, target.anchor),
-      m_stitcher(s_longest), m_sinceProgress(m_clock)
+      m_stitcher(s_longest), m_sheet(s_longest, s_mostPixels), m_sinceProgress(m_clock)
 {
     connect(&m_window, &ScrolledWindow::told, this, &ScrollCapture::progressed);
 }
@@ -103,20 +127,20 @@ ScrollCapture::Result ScrollCapture::run()
         m_window.setAnchor(toldArea().center());
     }
     m_isAcross = m_target.across && goLeft();
-    const QImage atLeft = m_window.view();
+    const QImage atLeft = m_isAcross ? m_window.view() : original;
     emit progressed(tr("Scrolling to the top"));
     m_climbed = climb();
     const bool isFollowed = begin();
-    if (isFollowed)
+    if (isFollowed && m_rowsPerClick > 0)
         goDown();
     m_firstRow = m_stitcher.offsetOf(m_window.contentOf(atLeft));
-    // Its rows are needed on the way back, unless there are other columns anyway.
-    const QImage picture = isFollowed && m_isAcross ? sheet() : QImage();
+    if (isFollowed && m_isAcross)
+        takeBeside();
     if (m_window.stop() != Stop::Abandon) {
         emit progressed(tr("Putting it back"));
         emit puttingBack();
         putBack(atLeft);
-        if (m_isAcross) {
+        if (m_isAcross && isAt(m_window.contentOf(atLeft))) {
             m_window.setAxis(Axis::Across);
             goDownTo(m_window.contentOf(original));
         }
@@ -124,13 +148,23 @@ ScrollCapture::Result ScrollCapture::run()
     m_window.unparkPointer();
     if (m_window.stop() == Stop::Abandon || m_window.stop() == Stop::Discard)
         return {};
-    return {.picture = picture.isNull() ? column() : picture, .note = m_window.note()};
+    if (!m_sheet.isEmpty())
+        return sheet();
+    Result result{.picture = column(), .note = m_window.note()};
+    if (!result.note.isEmpty() && !m_isAll)
+        result.lastRow = result.picture.height();
+    return result;
 }
 
 void ScrollCapture::tellRows()
 {
     m_sinceProgress.restart();
-    emit progressed(tr("%1 pixels").arg(QLocale().toString(m_stitcher.rows())));
+    const QLocale locale;
+    const QString rows = locale.toString(m_stitcher.rows());
+    emit progressed(
+        m_sheet.isEmpty()
+            ? tr("%1 pixels").arg(rows)
+            : tr("%1 pixels, after %2 columns").arg(rows, locale.toString(m_sheet.size().width())));
 }
 
 QRect ScrollCapture::toldArea() const
@@ -215,7 +249,8 @@ void ScrollCapture::setArea(const QImage &before, const Movement &movement)
     const bool isTold = !told.isEmpty() && around.contains(movement.moved);
     const QRect area = isTold ? withoutScrollBar(before, m_window.view(), movement, told)
                               : scrollingArea(before, m_window.view(), movement);
-    m_window.setCrop(area);
+    m_window.setCrop(m_isAcross ? withoutOverlayBelow(area) : area);
+    m_contentBottom = area.bottom();
     m_isTold = isTold;
     m_first = before;
     m_rowsPerClick = movement.rows;
@@ -225,6 +260,27 @@ void ScrollCapture::setArea(const QImage &before, const Movement &movement)
     m_window.setAnchor({area.right() - std::min(s_fromEdge, area.width() / 2),
                         area.top() + area.height() / s_anchorPart});
     m_hasOwnAnchor = true;
+}
+
+// A scroll bar for the columns that lies over the content shows where these move, and would come
+// out in pieces. What it covers is taken once, at the content's end.
+QRect ScrollCapture::withoutOverlayBelow(const QRect &area) const
+{
+    QRect result = area;
+    if (m_areaAcross.bottom() > area.bottom() - s_overlay)
+        result.setBottom(std::min(area.bottom(), m_areaAcross.bottom()));
+    return result;
+}
+
+// Until such a bar has gone from the view at the content's end.
+void ScrollCapture::waitForOverlay()
+{
+    if (!runs() || m_first.isNull() || m_last.isNull() || content() != m_accepted ||
+        scrollBarBeside(m_first, m_last, m_window.crop()))
+        return;
+    m_window.turn(0, s_fade);
+    if (m_window.look())
+        m_last = m_window.view();
 }
 
 // False where nothing scrolls, or it can't be told how far.
@@ -244,15 +300,20 @@ bool ScrollCapture::begin()
             movement = runs() ? firstStep() : movement;
         }
     }
-    if (movement.kind != Movement::Kind::Moved && !toldArea().isEmpty())
+    const bool isFlat = movement.kind == Movement::Kind::Still;
+    if (isFlat && m_isAcross)
+        m_window.setCrop(m_areaAcross);
+    else if (movement.kind != Movement::Kind::Moved && !toldArea().isEmpty())
         m_window.setCrop(toldArea());
     m_accepted = m_window.contentOf(first);
     m_stitcher.add(m_accepted);
+    if (isFlat && m_isAcross)
+        return runs();
     if (movement.kind != Movement::Kind::Moved) {
+        m_isAll = isFlat;
         if (m_window.stop() == Stop::None)
-            m_window.endWith(movement.kind == Movement::Kind::Still
-                                 ? tr("Nothing scrolls there: it was taken as it is")
-                                 : tr("The content could not be followed"));
+            m_window.endWith(isFlat ? tr("Nothing scrolls there: it was taken as it is")
+                                    : tr("The content could not be followed"));
         return false;
     }
     const QImage before = m_accepted;
@@ -349,6 +410,8 @@ void ScrollCapture::goDown()
     }
     m_window.setRest(rest);
     m_last = m_first.isNull() ? QImage() : m_window.view();
+    if (m_isAcross)
+        waitForOverlay();
     if (m_window.stop() == Stop::None && m_window.look())
         lookAgain();
     if (m_stitcher.isFull())
@@ -531,6 +594,12 @@ QImage ScrollCapture::column()
         rows = *bar;
     else if (!m_isTold)
         rows = withNeighbours(m_first, m_last, crop, m_window.inside());
+    if (m_isAcross) {
+        // What stays where it is would come once in each column.
+        rows.top = std::clamp(m_areaAcross.top(), rows.top, crop.top());
+        const int end = std::max(m_areaAcross.bottom(), m_contentBottom) + 1;
+        rows.bottom = std::clamp(rows.bottom, end, end + s_overlay);
+    }
     const QRect above(crop.left(), rows.top, crop.width(), crop.top() - rows.top);
     const QRect below(crop.left(), crop.bottom() + 1, crop.width(),
                       rows.bottom - crop.bottom() - 1);
@@ -542,61 +611,127 @@ QImage ScrollCapture::column()
 // does not.
 bool ScrollCapture::goLeft()
 {
+    const QRect whole = m_window.crop();
     m_window.setAxis(Axis::Across);
-    if (const QRect told = toldArea(); !told.isEmpty())
-        m_window.setCrop(told);
     for (const bool shifted : {false, true}) {
         m_window.setShifted(shifted);
         for (const int click : {1, -1}) {
-            const QImage before = content();
+            const QImage before = m_window.view();
             if (!runs() || m_window.turn(click, s_patienceDown) == Turn::Nothing)
                 continue;
-            const QImage now = content();
-            const Movement movement =
-                click > 0 ? findMovement(before, now) : findMovement(now, before);
-            if (movement.kind == Movement::Kind::Moved)
-                m_columnsPerClick = movement.rows;
+            const QImage now = m_window.view();
+            const QImage &earlier = click > 0 ? before : now;
+            const QImage &later = click > 0 ? now : before;
+            // Much else may go on in the window.
+            if (!setAreaAcross(earlier, later, whole) && !toldArea().isEmpty())
+                setAreaAcross(earlier, later, toldArea());
         }
         if (m_columnsPerClick > 0)
             break;
     }
     if (m_columnsPerClick > 0)
         climb();
+    // Whoever stops it on the way has stopped it in the midst.
+    if (m_columnsPerClick > 0 && !runs())
+        climb();
     m_window.setAxis(Axis::Down);
     return m_columnsPerClick > 0;
 }
 
-// All of the content, in columns as wide as its view: the first one has been followed to its end.
-QImage ScrollCapture::sheet()
+// What of an area has gone sideways; false where that can't be told.
+bool ScrollCapture::setAreaAcross(const QImage &before, const QImage &after, const QRect &area)
 {
-    QList<Strip> strips{{.picture = column()}};
+    const QRect crop = m_window.crop();
+    m_window.setCrop(area);
+    const QImage earlier = m_window.contentOf(before);
+    const QImage later = m_window.contentOf(after);
+    m_window.setCrop(crop);
+    const Movement movement = findMovement(earlier, later);
+    if (movement.kind != Movement::Kind::Moved)
+        return false;
+    // These pictures are turned over.
+    const QRect moved = scrollingArea(earlier, later, movement);
+    m_columnsPerClick = movement.rows;
+    m_areaAcross =
+        QRect(moved.y(), moved.x(), moved.height(), moved.width()).translated(area.topLeft());
+    return true;
+}
+
+// What lies beside the first column, which has been followed to its end, in columns as wide as the
+// view.
+void ScrollCapture::takeBeside()
+{
+    const int lowest = m_stitcher.offset();
+    const QRect moved = m_stitcher.moved();
     int offset = 0;
+    m_sheet.add(column(), 0, 0);
     while (runs()) {
-        climb();
+        goToStart(lowest);
+        const int row = m_sheet.rowWithMost(m_window.crop().height());
+        if (const int clicks = clicksFor(std::min(row, lowest), m_rowsPerClick); clicks > 0)
+            m_window.turn(clicks, s_patienceDown);
         const Movement movement = goRight();
         if (movement.kind != Movement::Kind::Moved)
             break;
+        if (m_sheet.isFull()) {
+            m_isCutAtRight = true;
+            m_window.endWith(
+                tr("The picture has reached its limit: %1 pixels each way, and %2 million in all")
+                    .arg(QLocale().toString(s_longest))
+                    .arg(s_mostPixels / 1'000'000));
+            break;
+        }
+        goToStart(lowest);
         // What lies to the right of it stays, and is taken at the end.
         const int at = offset + movement.bottom;
         const int from = movement.bottom - movement.rows;
-        const int width = m_window.crop().width();
         offset += movement.rows;
         m_first = m_first.isNull() ? QImage() : m_window.view();
         m_accepted = content();
         m_stitcher = ScrollStitcher(s_longest);
         m_stitcher.add(m_accepted);
-        goDown();
-        const QImage picture = column();
-        strips.append({picture.copy(from, 0, width - from, picture.height()), at});
-        const int right = offset + width;
-        if (right > s_longest || qint64{right} * strips.first().picture.height() > s_mostPixels) {
-            m_window.endWith(
-                tr("The picture has reached its limit of %1 pixels")
-                    .arg(QLocale().toString(right > s_longest ? s_longest : s_mostPixels)));
-            break;
-        }
+        m_sheet.begin(from, at);
+        tellRows();
+        goDownBeside(lowest, moved);
+        m_last = m_first.isNull() ? QImage() : m_window.view();
+        waitForOverlay();
+        m_sheet.add(column(), from, at);
     }
-    return joined(strips);
+    if (m_window.stop() == Stop::Abandon)
+        return;
+    m_window.setAxis(Axis::Across);
+    goToStart(offset);
+    m_window.setAxis(Axis::Down);
+    goToFirstRow(lowest);
+}
+
+// The stitcher has rows of the last column only, so this goes by clicks: from the top, or else from
+// the end, whichever leads there.
+void ScrollCapture::goToFirstRow(int lowest)
+{
+    goToStart(lowest);
+    const int row = m_firstRow.value_or(0);
+    const auto turn = [this](int clicks) {
+        for (; clicks != 0; clicks -= std::clamp(clicks, -s_longestClimb, s_longestClimb))
+            m_window.turn(std::clamp(clicks, -s_longestClimb, s_longestClimb), s_patienceUp);
+    };
+    const int clicks = clicksFor(row, m_rowsPerClick);
+    if (std::abs(clicks * m_rowsPerClick - row) <= s_near) {
+        turn(clicks);
+    } else {
+        turn(clicksFor(lowest, m_rowsPerClick) + 1);
+        turn(-clicksFor(lowest - row, m_rowsPerClick));
+    }
+}
+
+// To the edge that is so far away, also where nothing is to be seen on the way.
+void ScrollCapture::goToStart(int distance)
+{
+    const double perClick = m_window.axis() == Axis::Across ? m_columnsPerClick : m_rowsPerClick;
+    for (int left = clicksFor(distance, perClick); left > 0; left -= s_longestClimb)
+        m_window.turn(-std::min(left, s_longestClimb), s_patienceUp);
+    if (distance > 0)
+        climb();
 }
 
 // One step to the right, tried smaller where it can't be matched. Not Moved at the content's edge.
@@ -607,47 +742,91 @@ Movement ScrollCapture::goRight()
     Movement movement{.kind = Movement::Kind::Still};
     for (int clicks = usualStep(); runs(); clicks /= 2) {
         if (clicks == 0) {
+            m_isCutAtRight = true;
             m_window.endWith(tr("The content could not be followed further to the right"));
             break;
         }
-        if (m_window.turn(clicks, s_patienceDown) == Turn::Nothing)
+        m_window.turn(clicks, s_patienceDown);
+        const QImage now = content();
+        if (now == before)
             break;
         const int expected = static_cast<int>(std::lround(m_columnsPerClick * clicks));
-        movement = findMovement(before, content(), expected);
-        if (movement.kind == Movement::Kind::Moved || movement.kind == Movement::Kind::Still)
+        movement = findMovement(before, now, expected);
+        if (movement.kind != Movement::Kind::Moved)
+            movement = exactMovement(before, now, expected, m_movedAcross);
+        if (movement.kind == Movement::Kind::Moved) {
+            m_movedAcross = movement.moved;
             break;
-        m_window.turn(-clicks, s_patienceDown);
+        }
+        if (!hasScrolled(before, 1))
+            break;
+        m_window.turn(-clicks - 1, s_patienceDown);
+        // A step that the content's end has cut short leads back too far.
+        goDownTo(before);
     }
     m_window.setAxis(Axis::Down);
     return movement;
 }
 
-// A column that was ended before the others leaves white below it.
-QImage ScrollCapture::joined(const QList<Strip> &strips)
+// Down a column whose rows are known from the first one: much of it may be blank, as beside lines
+// of which only some are long.
+void ScrollCapture::goDownBeside(int lowest, const QRect &moved)
 {
-    if (strips.size() == 1)
-        return strips.first().picture;
-    int height = 0;
-    int least = s_longest;
-    for (const Strip &strip : strips) {
-        height = std::max(height, strip.picture.height());
-        least = std::min(least, strip.picture.height());
+    while (m_stitcher.offset() < lowest && m_window.waitUntilReachable() && refresh()) {
+        const int left = lowest - m_stitcher.offset();
+        const int most = static_cast<int>(std::ceil(left / m_rowsPerClick));
+        const int clicks = std::min(usualStep(), most);
+        m_window.turn(clicks, m_window.patience(s_leastPatienceDown, s_patienceDown));
+        if (!runs())
+            return;
+        const int rows = std::min(left, static_cast<int>(std::lround(m_rowsPerClick * clicks)));
+        // A slow program gets its time.
+        const bool isTaken =
+            takeExpected(rows, moved) ||
+            (m_window.turn(0, s_slowPatience) == Turn::Moved && takeExpected(rows, moved));
+        if (!isTaken && runs())
+            m_window.endWith(tr("The content could not be followed further"));
+        if (!isTaken)
+            return;
+        tellRows();
     }
-    const int width = std::min(strips.last().at + strips.last().picture.width(), s_longest);
-    height = std::min(height, static_cast<int>(s_mostPixels / width));
-    QImage sheet(width, height, strips.first().picture.format());
-    if (sheet.isNull()) {
-        m_window.endWith(tr("There is not enough memory for all of it"));
-        return strips.first().picture;
+}
+
+// What a step of about so many rows has brought. False where it can't be that step.
+bool ScrollCapture::takeExpected(int rows, const QRect &moved)
+{
+    const QImage now = content();
+    bool isTaken = m_stitcher.add(now, rows).kind == Movement::Kind::Moved;
+    for (const int off : {0, 1, -1}) {
+        const Movement movement{.kind = Movement::Kind::Moved,
+                                .rows = rows + off,
+                                .moved = moved,
+                                .bottom = moved.bottom() + 1};
+        if (isTaken || movement.rows <= 0 || movement.rows >= moved.height() ||
+            rowsThatDiffer(m_accepted, now, movement) > 0)
+            continue;
+        m_stitcher.addKnown(now, movement.rows, moved);
+        isTaken = true;
     }
-    if (least < height)
-        m_window.noteThat(tr("Not all of it could be followed to the same row"));
-    sheet.fill(Qt::white);
-    QPainter painter(&sheet);
-    painter.setCompositionMode(QPainter::CompositionMode_Source);
-    for (const Strip &strip : strips)
-        painter.drawImage(strip.at, 0, strip.picture);
-    return sheet;
+    if (isTaken)
+        m_accepted = now;
+    return isTaken;
+}
+
+ScrollCapture::Result ScrollCapture::sheet()
+{
+    const int common = m_sheet.commonHeight();
+    const QSize size = m_sheet.size();
+    Result result{.picture = m_sheet.finish(), .note = m_window.note()};
+    if (result.picture.isNull())
+        return {.picture = m_sheet.firstColumn(),
+                .note = tr("There is not enough memory for all of it"),
+                .lastColumn = m_sheet.firstColumn().width()};
+    if (m_isCutAtRight)
+        result.lastColumn = size.width();
+    else if (!result.note.isEmpty())
+        result.lastRow = common;
+    return result;
 }
 
 // As near to where it was as the wheel leads: clicks count from wherever the content is, so what
@@ -705,8 +884,9 @@ void ScrollCapture::goDownTo(const QImage &wanted)
             m_window.axis() == Axis::Across ? m_columnsPerClick : m_rowsPerClick;
         const Movement left = findMovement(before, wanted);
         const bool isNear = left.kind == Movement::Kind::Moved && perClick > 0;
-        const int clicks = isNear ? clicksFor(left.rows, perClick) : usualStep();
-        if (clicks == 0 || m_window.turn(clicks, s_patienceUp) == Turn::Nothing)
+        // The content's end may cut a click short just where it was.
+        const int clicks = isNear ? std::max(clicksFor(left.rows, perClick), 1) : usualStep();
+        if (m_window.turn(clicks, s_patienceUp) == Turn::Nothing)
             return;
         if (findMovement(wanted, content()).kind == Movement::Kind::Moved) {
             m_window.turn(-1, s_patienceUp);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/clock.h"
+#include "helper/columnsheet.h"
 #include "helper/movement.h"
 #include "helper/scrolledwindow.h"
 #include "helper/stitcher.h"
@@ -31,8 +32,10 @@ public:
         bool across = false;  ///< what scrolls sideways is taken too
     };
     struct Result {
-        QImage picture{};  ///< null where there is none
-        QString note{};    ///< why it may be less than all; empty where it is all
+        QImage picture{};     ///< null where there is none
+        QString note{};       ///< why it may be less than all, or what else is to be known of it
+        int lastRow = -1;     ///< more may follow below this one; -1 where nothing does
+        int lastColumn = -1;  ///< the same to the right
     };
 
     explicit ScrollCapture(const Target &target);
@@ -47,7 +50,10 @@ public:
     void abandon() { m_window.setStop(Stop::Abandon); }
 
     /// What there is so far, no larger than a box, for a look.
-    QImage overview(QSize box) const { return m_stitcher.overview(box); }
+    QImage overview(QSize box) const
+    {
+        return m_sheet.isEmpty() ? m_stitcher.overview(box) : m_sheet.overview(box, m_stitcher);
+    }
 
 signals:
     /// What is going on, for the user.
@@ -59,12 +65,6 @@ private:
     using Stop = ScrolledWindow::Stop;
     using Turn = ScrolledWindow::Turn;
     using Axis = ScrolledWindow::Axis;
-
-    /// A column of the content in the sheet that several of them make up.
-    struct Strip {
-        QImage picture{};
-        int at = 0;  ///< where it begins in the sheet
-    };
 
     /// What a view has brought.
     struct Taken {
@@ -87,6 +87,8 @@ private:
     bool hasScrolled(const QImage &before, int click);
     Movement firstStep();
     void setArea(const QImage &before, const Movement &movement);
+    QRect withoutOverlayBelow(const QRect &area) const;
+    void waitForOverlay();
     bool begin();
     void goDown();
     bool step(int &clicks);
@@ -102,9 +104,14 @@ private:
     QImage column();
 
     bool goLeft();
-    QImage sheet();
+    bool setAreaAcross(const QImage &before, const QImage &after, const QRect &area);
+    void takeBeside();
+    void goToStart(int distance);
+    void goToFirstRow(int lowest);
     Movement goRight();
-    QImage joined(const QList<Strip> &strips);
+    void goDownBeside(int lowest, const QRect &moved);
+    bool takeExpected(int rows, const QRect &moved);
+    Result sheet();
 
     void putBack(const QImage &original);
     bool isAt(const QImage &wanted) const;
@@ -118,10 +125,16 @@ private:
     QImage m_last;      // and at its end
     QImage m_accepted;  // what of the view the stitcher has got last
     ScrollStitcher m_stitcher;
+    ColumnSheet m_sheet;  // the columns before the one that is in the stitcher
     double m_rowsPerClick = 0;
     std::optional<int> m_firstRow;  // of the content when it began, in the first column
     double m_columnsPerClick = 0;
+    QRect m_areaAcross;           // what of the view goes sideways
+    int m_contentBottom = 0;      // of the view, with what a bar over it covers
+    QRect m_movedAcross;          // of the content, turned over
     bool m_isAcross = false;      // it scrolls sideways
+    bool m_isAll = false;         // whatever is noted
+    bool m_isCutAtRight = false;  // more columns may follow
     bool m_climbed = false;       // the content was not at its top
     bool m_isSlow = false;        // the program was, in its first answer
     bool m_isTold = false;        // the area is the one that was said to scroll

@@ -111,9 +111,12 @@ void SessionCapture::takeContent(const SessionOverlay::Choice &choice)
     });
     ScrollCapture::Result result = run(scroll, choice.window);
     // The user has to know whether what matters is on it.
-    if (!result.note.isEmpty() && !result.picture.isNull())
+    if (result.lastRow >= 0)
         result.note = tr("%1. The picture ends at row %2.")
-                          .arg(result.note, QLocale().toString(result.picture.height()));
+                          .arg(result.note, QLocale().toString(result.lastRow));
+    else if (result.lastColumn >= 0)
+        result.note = tr("%1. The picture ends at column %2.")
+                          .arg(result.note, QLocale().toString(result.lastColumn));
     deliver(std::move(result));
 }
 

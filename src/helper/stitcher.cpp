@@ -116,6 +116,17 @@ Movement ScrollStitcher::add(const QImage &view, int expected)
     return movement;
 }
 
+void ScrollStitcher::addKnown(const QImage &view, int rows, const QRect &moved)
+{
+    if (isFull() || view.size() != m_last.size())
+        return;
+    const QImage next = converted(view);
+    const Movement movement{
+        .kind = Movement::Kind::Moved, .rows = rows, .moved = moved, .bottom = moved.bottom() + 1};
+    if (appendMoved(next, movement))
+        m_last = next;
+}
+
 bool ScrollStitcher::grow(int rows)
 {
     // Exactly what is needed: blocks of this size are moved by their page tables, not byte by byte.
@@ -271,9 +282,13 @@ QImage ScrollStitcher::finish(const QImage &above, const QImage &below)
                   pixels);
 }
 
+QRgb ScrollStitcher::pixel(int x, int y) const
+{
+    return (y < m_end ? row(y) : pixelRow(m_last, y - m_offset))[x];
+}
+
 QImage ScrollStitcher::overview(QSize box) const
 {
-    return sampledOverview({m_last.width(), rows()}, box, [this](int x, int y) {
-        return (y < m_end ? row(y) : pixelRow(m_last, y - m_offset))[x];
-    });
+    return sampledOverview({m_last.width(), rows()}, box,
+                           [this](int x, int y) { return pixel(x, y); });
 }

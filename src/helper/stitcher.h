@@ -18,6 +18,9 @@ public:
     /// Doubtful and Lost change nothing, and neither does anything once the picture is full.
     Movement add(const QImage &view, int expected = 0);
 
+    /// Takes a view that is known to be so many rows further down, though its pixels can't tell.
+    /// `moved` is what moves in other views.
+    void addKnown(const QImage &view, int rows, const QRect &moved);
     /// Takes a view for the last one as it is now: nothing has scrolled since.
     void takeOver(const QImage &view);
     /// Takes a view that shows content further up than the last one, by so many rows.
@@ -29,8 +32,13 @@ public:
     /// Takes these over, down to the row `end` of the view.
     void patch(const QImage &view, int offset, int end);
 
+    /// What has moved in any view, in its coordinates.
+    const QRect &moved() const { return m_moved; }
+
+    int width() const { return m_last.width(); }
     /// The height that finish() would give.
     int rows() const;
+    QRgb pixel(int x, int y) const;
     bool isFull() const { return rows() >= m_heightLimit; }
 
     /// The row of the content at the top of a view seen before; none if it could be several.
@@ -62,5 +70,5 @@ private:
     std::unique_ptr<uchar, Free> m_pixels{};  ///< rows as wide as a view, without gaps
     int m_end = 0;                            ///< rows of the content that are in m_pixels
     int m_offset = 0;                         ///< row of the content at the top of the last view
-    QRect m_moved{};                          ///< what has moved in any view, in its coordinates
+    QRect m_moved{};
 };

@@ -4,7 +4,8 @@
 //
 // corpuswindow list|icons|table|wide|zebra|tree|editor [OPTION...]
 //
-// The options are those of corpuswindow.py, and "gap": the columns end before the view does.
+// The options are those of corpuswindow.py, and "gap": the columns end before the view does,
+// and "frozen": what is wide has headers at its top and at its left.
 
 #include <QApplication>
 #include <QHeaderView>
@@ -158,8 +159,8 @@ QAbstractScrollArea *createWide(int rows)
     table->setIconSize({RowCode::cells * RowCode::wideCell, RowCode::height});
     table->setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
     table->setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
-    table->horizontalHeader()->hide();
-    table->verticalHeader()->hide();
+    table->horizontalHeader()->setVisible(s_options.contains(u"frozen"_s));
+    table->verticalHeader()->setVisible(s_options.contains(u"frozen"_s));
     for (int i = 0; i < rows; ++i)
         table->setItem(i / s_columns, i % s_columns, new QTableWidgetItem(icon(i), {}));
     return table;

@@ -2,7 +2,8 @@
 code (rowcode.h). Prints where the view lies in the window and how high the header in it is, as
 "view X Y WIDTH HEIGHT HEADER", once it is laid out.
 
-corpuswindow.py gtk3|gtk4 list|table|zebra|tree|editor|icons [OPTION...]   (icons: GTK 3 only)
+corpuswindow.py gtk3|gtk4 list|table|zebra|tree|editor|icons|wide|lines [OPTION...]
+                 (the last three: GTK 3 only)
 corpuswindow.py gtk3 web [OPTION...]
 corpuswindow.py page FILE [OPTION...]      writes the page of "web" for any browser
 
@@ -27,6 +28,7 @@ from gi.repository import Gdk, GdkPixbuf, Gio, GLib, GObject, Gtk
 
 BITS, CHECK_BITS, CODE_HEIGHT = 14, 4, 12
 CELLS = BITS + CHECK_BITS + 2
+COLUMNS = 24  # of what is wider than its view
 HEADER_HEIGHT = 48  # the page's
 MENU_AFTER, MENU_TIME = 900, 1500  # pixels, ms
 WORDS = "amber brook cedar delta ember fjord grove heath inlet jetty knoll ledge marsh".split()
@@ -121,6 +123,30 @@ def gtk3_tree_view():
         column("Code", codes, texts)
     view.expand_all()
     view.get_selection().select_path(Gtk.TreePath.new_from_indices([mark]))
+    return view
+
+
+def gtk3_wide():
+    """Each cell has a number of its own, line by line."""
+    store = Gtk.ListStore(*[GdkPixbuf.Pixbuf] * COLUMNS)
+    for row in range(row_count // COLUMNS):
+        store.append([code(row * COLUMNS + column) for column in range(COLUMNS)])
+    view = Gtk.TreeView(model=store)
+    for column in range(COLUMNS):
+        cell = Gtk.CellRendererPixbuf(width=100)
+        view.append_column(Gtk.TreeViewColumn(f"Column {column}", cell, pixbuf=column))
+    return view
+
+
+def gtk3_lines():
+    """Lines that are not wrapped, of which every seventh is long."""
+    view = Gtk.TextView(wrap_mode=Gtk.WrapMode.NONE, monospace=True)
+    buffer = view.get_buffer()
+    for row in range(row_count):
+        buffer.insert_pixbuf(buffer.get_end_iter(), code(row))
+        words = text(row) + (" " + text(row + 5)) * (6 if row % 7 == 3 else row % 2)
+        buffer.insert(buffer.get_end_iter(), "  " + words + "\n" * (row < row_count - 1))
+    buffer.place_cursor(buffer.get_start_iter())
     return view
 
 
@@ -264,8 +290,9 @@ if kind == "web":
     content = view = web()
     pack(outside, view, True)
 else:
-    if kind in ("editor", "icons"):
-        view = editor() if kind == "editor" else gtk3_icons()
+    special = {"editor": editor, "icons": gtk3_icons, "wide": gtk3_wide, "lines": gtk3_lines}
+    if kind in special:
+        view = special[kind]()
     else:
         view = gtk4_list_view() if is_gtk4 else gtk3_tree_view()
     content = Gtk.ScrolledWindow(overlay_scrolling="bar" not in options)

@@ -64,6 +64,31 @@ QImage numberedLines(int height)
     return page;
 }
 
+// A table turned over its diagonal: its cells are numbered by bars, line by line. No line of a
+// column has its like for itself, but most cells differ from the next.
+QImage codedColumns(int length)
+{
+    constexpr int column = 100;
+    constexpr int cell = 30;
+    constexpr int bar = 3;
+    constexpr int bits = 16;
+    QImage page(s_view.width(), length, QImage::Format_RGB32);
+    page.fill(Qt::white);
+    QPainter painter(&page);
+    for (int y = 0; y < length; y += column) {
+        painter.fillRect(0, y, page.width(), 1, Qt::lightGray);
+        for (int x = 0; x < page.width(); x += cell) {
+            const int number = x / cell * 24 + y / column;
+            const int code = number << 4 | ((number ^ number >> 4 ^ number >> 8) & 15);
+            for (int bit = 0; bit < bits; ++bit) {
+                if (code >> bit & 1)
+                    painter.fillRect(x + 9, y + 6 + bar * bit, 12, bar, Qt::black);
+            }
+        }
+    }
+    return page;
+}
+
 }  // namespace
 
 class TestMovement : public QObject
@@ -131,6 +156,9 @@ void TestMovement::kinds_data()
         scrolled("table, odd line, wrong guess, " + step, table(3000, 20, 29), 200, rows, {},
                  Kind::Moved, rows + 20);
     }
+
+    scrolled("coded columns", codedColumns(3000), 0, 267);
+    scrolled("coded columns, backwards", codedColumns(3000), 567, -267, {}, Kind::Lost);
 
     const QImage numbered = numberedLines(3000);
     scrolled("numbered lines", numbered, 0, 16);

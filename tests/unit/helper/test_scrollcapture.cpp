@@ -16,6 +16,7 @@ namespace {
 
 constexpr int s_number = 42;
 constexpr int s_wheelStep = 53;
+constexpr int s_sideStep = 41;
 constexpr int s_eventTurn = 4;
 constexpr int s_anotherPage = 3;
 
@@ -34,13 +35,26 @@ QImage noisePage(const QSize &size)
     return page;
 }
 
-// A window of a tool bar, a view on a page, a scroll bar and a frame.
+// Lines of which a few are longer than a view.
+QImage longLines(const QSize &size)
+{
+    QImage page = noisePage(size);
+    QPainter painter(&page);
+    for (int y = 0; y < size.height(); y += 16) {
+        if (y % 1200 != 0 || y == 0)
+            painter.fillRect(300 + y % 90, y, size.width(), 16, Qt::white);
+    }
+    return page;
+}
+
+// A window of a tool bar, a view on a page, scroll bars and a frame.
 class ScrollingServer : public FakeWindowServer
 {
 public:
     QImage page{};
     QRect bounds{50, 40, 500, 460};
     int offset = 0;
+    int sideOffset = 0;
     int turns = 0;
     QList<QRect> late{};  ///< parts of the page that are grey when they come into view
     int lateness = 0;     ///< for so long, in milliseconds
@@ -48,13 +62,18 @@ public:
     bool stuck = false;              ///< turns are carried out once it no longer is
     std::function<void()> onTurn{};  ///< called after each turn
 
-    QRect view() const { return {{1, 31}, bounds.size() - QSize(14, 32)}; }
+    QRect view() const
+    {
+        const QRect whole({1, 31}, bounds.size() - QSize(14, 32));
+        return page.width() > whole.width() ? whole.adjusted(0, 0, 0, -12) : whole;
+    }
     void scroll()
     {
         if (!stuck)
             offset = std::clamp(offset + std::exchange(pending, 0) * s_wheelStep, 0, lowest());
     }
     int lowest() const { return std::max(0, int(page.height()) - view().height()); }
+    int rightmost() const { return std::max(0, int(page.width()) - view().width()); }
 
     QList<Entry> windows(List which, int relativeTo) override
     {
@@ -73,7 +92,8 @@ public:
         QPainter painter(&image);
         for (int x = 12; x < bounds.width(); x += 40)
             painter.fillRect(x, 6, 18, 18, QColor(x % 255, 180, 90));
-        painter.drawImage(view().topLeft(), page, {0, offset, view().width(), view().height()});
+        painter.drawImage(view().topLeft(), page,
+                          {sideOffset, offset, view().width(), view().height()});
         const QRect seen(0, offset, view().width(), view().height());
         for (qsizetype i = 0; i < late.size(); ++i) {
             if (!late[i].intersects(seen))
@@ -89,12 +109,20 @@ public:
         painter.fillRect(groove, QColor(230, 230, 230));
         painter.fillRect(groove.x(), groove.y() + offset * groove.height() / page.height(), 12, 40,
                          QColor(120, 120, 120));
+        if (rightmost() > 0) {
+            painter.fillRect(1, view().bottom() + 1, bounds.width() - 2, 12, QColor(230, 230, 230));
+            painter.fillRect(1 + sideOffset * view().width() / page.width(), view().bottom() + 1,
+                             40, 12, QColor(120, 120, 120));
+        }
         return image;
     }
 
-    bool turnWheel(QPoint, int clicks, Wheel) override
+    bool turnWheel(QPoint, int clicks, Wheel wheel) override
     {
-        pending += clicks;
+        if (wheel == Wheel::Right)
+            sideOffset = std::clamp(sideOffset + clicks * s_sideStep, 0, rightmost());
+        else if (wheel == Wheel::Down)
+            pending += clicks;
         ++turns;
         scroll();
         if (onTurn)
@@ -126,12 +154,23 @@ private slots:
     void stops();
     void limit();
     void nothingScrolls();
+    void takesAcross_data();
+    void takesAcross();
+    void endsAcross_data();
+    void endsAcross();
+    void limitAcross();
 
 private:
     QRect viewOnScreen() const { return m_server->view().translated(m_server->bounds.topLeft()); }
     ScrollCapture::Target target(const QRect &area = {}) const
     {
         return {.window = s_number, .area = area, .anchor = m_server->bounds.center()};
+    }
+    ScrollCapture::Target acrossTarget(bool told = false) const
+    {
+        ScrollCapture::Target result = target(told ? viewOnScreen() : QRect());
+        result.across = true;
+        return result;
     }
 
     ScrollingServer *m_server = nullptr;
@@ -325,11 +364,94 @@ void TestScrollCapture::nothingScrolls()
     ScrollCapture::Result result = whole.run();
     QCOMPARE(result.picture, m_server->picture({}, {s_number}));
     QVERIFY(!result.note.isEmpty());
+    QCOMPARE(result.lastRow, -1);
 
     m_server->bounds = {};
     ScrollCapture gone(target());
     result = gone.run();
     QVERIFY(result.picture.isNull());
+    QVERIFY(!result.note.isEmpty());
+}
+
+void TestScrollCapture::takesAcross_data()
+{
+    QTest::addColumn<QImage>("page");
+    QTest::addColumn<bool>("told");
+    QTest::addColumn<QPoint>("start");
+    const QImage page = noisePage({1500, 1700});
+    const QPoint midst(11 * s_sideStep, 12 * s_wheelStep);
+    QTest::newRow("told area, from the midst") << page << true << midst;
+    QTest::newRow("found by the pixels, from its end") << page << false << QPoint(9999, 9999);
+    QTest::newRow("a few long lines") << longLines({1500, 2500}) << false << QPoint();
+    QTest::newRow("only wider") << noisePage({1500, 416}) << false << QPoint(midst.x(), 0);
+    QTest::newRow("only higher") << noisePage({486, 1700}) << false << QPoint(0, midst.y());
+}
+
+void TestScrollCapture::takesAcross()
+{
+    QFETCH(QImage, page);
+    QFETCH(bool, told);
+    QFETCH(QPoint, start);
+    m_server->page = page;
+    const QPoint began(std::min(start.x(), m_server->rightmost()),
+                       std::min(start.y(), m_server->lowest()));
+    m_server->sideOffset = began.x();
+    m_server->offset = began.y();
+    ScrollCapture capture(acrossTarget(told));
+    const ScrollCapture::Result result = capture.run();
+    QCOMPARE(result.note, QString());
+    QCOMPARE(result.picture, page);
+    QCOMPARE(QPoint(m_server->sideOffset, m_server->offset), began);
+}
+
+void TestScrollCapture::endsAcross_data()
+{
+    QTest::addColumn<int>("turn");
+    QTest::addColumn<bool>("kept");
+    QTest::newRow("keep, in the second column") << 28 << true;
+    QTest::newRow("discard, in the second column") << 28 << false;
+    QTest::newRow("keep, on the way to the left") << 3 << true;
+}
+
+void TestScrollCapture::endsAcross()
+{
+    QFETCH(int, turn);
+    QFETCH(bool, kept);
+    m_server->page = noisePage({1500, 1700});
+    const QPoint began(11 * s_sideStep, 12 * s_wheelStep);
+    m_server->sideOffset = began.x();
+    m_server->offset = began.y();
+    ScrollCapture capture(acrossTarget());
+    QImage seen;
+    m_server->onTurn = [&] {
+        if (m_server->turns != turn)
+            return;
+        seen = capture.overview({300, 300});
+        kept ? capture.keep() : capture.discard();
+    };
+    const ScrollCapture::Result result = capture.run();
+    QCOMPARE(result.note, QString());
+    QCOMPARE(result.picture.isNull(), !kept);
+    QCOMPARE(QPoint(m_server->sideOffset, m_server->offset), began);
+    if (turn < 20)
+        return;
+    // Wider than high: not the column alone.
+    QVERIFY(seen.width() * 9 > seen.height() * 4);
+    if (kept) {
+        const QRect first(0, 0, m_server->view().width(), m_server->page.height());
+        QVERIFY(result.picture.width() > first.width());
+        QCOMPARE(result.picture.copy(first), m_server->page.copy(first));
+    }
+}
+
+void TestScrollCapture::limitAcross()
+{
+    m_server->bounds.setSize({2600, 44 + 64});
+    m_server->page = noisePage({30500, 64});
+    ScrollCapture capture(acrossTarget());
+    const ScrollCapture::Result result = capture.run();
+    QCOMPARE(result.picture, m_server->page.copy(0, 0, 30000, 64));
+    QCOMPARE(result.lastColumn, 30000);
     QVERIFY(!result.note.isEmpty());
 }
 
