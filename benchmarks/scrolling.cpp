@@ -133,6 +133,6 @@ BENCHMARK(scrolledPageBare)
                            "waiting for it to come to rest",
                    .measured = "scrolledPage",
                    .against = "scrolledPageBare",
-                   .limit = "at most 2 times"});
+                   .limit = "at most 1.3 times"});
 
 }  // namespace

@@ -100,7 +100,7 @@ BENCHMARK(stitchingMemory)->Iterations(1)->Repetitions(3);
     addComparison({.what = "distance that a view has scrolled",
                    .measured = "movement",
                    .unit = "ms",
-                   .limit = "under 15 ms"}) &&
+                   .limit = "at most 8 ms"}) &&
     addComparison({.what = "the same to comparing rows at every distance",
                    .measured = "movement",
                    .against = "plainMovement",
@@ -109,6 +109,6 @@ BENCHMARK(stitchingMemory)->Iterations(1)->Repetitions(3);
     addComparison({.what = "memory of stitching 30,000 rows",
                    .measured = "stitchingMemory",
                    .unit = "times the picture",
-                   .limit = "at most 2"});
+                   .limit = "at most 1.3"});
 
 }  // namespace
