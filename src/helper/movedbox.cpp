@@ -211,6 +211,8 @@ private:
             for (int x = first; x <= last; ++x) {
                 if (x == rough.left() + reach)
                     x = std::max(x, rough.right() + 1 - reach);
+                if (x > last)
+                    break;
                 denied[x] += is[x] != from[x];
                 told[x] += is[x] == from[x] && is[x] != was[x];
             }

@@ -378,7 +378,7 @@ void TestScrollCapture::takesAcross_data()
     QTest::addColumn<QImage>("page");
     QTest::addColumn<bool>("told");
     QTest::addColumn<QPoint>("start");
-    const QImage page = noisePage({1500, 1700});
+    const QImage page = noisePage({1100, 1300});
     const QPoint midst(11 * s_sideStep, 12 * s_wheelStep);
     QTest::newRow("told area, from the midst") << page << true << midst;
     QTest::newRow("found by the pixels, from its end") << page << false << QPoint(9999, 9999);
