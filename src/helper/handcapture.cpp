@@ -1,5 +1,6 @@
 #include "helper/handcapture.h"
 
+#include "helper/movement.h"
 #include "platform/services.h"
 
 #include <QLocale>
@@ -80,9 +81,9 @@ bool HandCapture::look()
     const Mosaic::Sight sight = m_mosaic.add(picture, m_area);
     m_isUnclear = sight == Mosaic::Sight::Unclear;
     if (m_isUnclear) {
-        // Whoever looks for the way back is not idle.
+        // Whoever looks for the way back is not idle; a caret or a clock is.
         const QImage view = picture.copy(m_area);
-        if (view != m_unclear)
+        if (!m_unclear.isNull() && !isInPlace(m_unclear, view))
             m_sinceMovement.restart();
         m_unclear = view;
     } else {

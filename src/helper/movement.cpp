@@ -186,16 +186,10 @@ std::optional<std::vector<QRect>> Pair::spots() const
     constexpr int gap = 16;
     const int tallest = std::max(24, m_height / 4);
     const int widest = std::max(2, m_old.bands() / 4);
-    qsizetype cells = 0;
     std::vector<quint8> rows(m_height);
-    for (const Band &band : m_bands) {
-        for (int y = 0; y < m_height; ++y) {
-            cells += band.changed[y];
+    for (const Band &band : m_bands)
+        for (int y = 0; y < m_height; ++y)
             rows[y] |= band.changed[y];
-        }
-    }
-    if (cells * 16 > static_cast<qsizetype>(m_height) * m_old.bands())
-        return {};
     std::vector<QRect> result;
     for (int top = 0; top < m_height; ++top) {
         if (!rows[top])
@@ -226,17 +220,13 @@ std::optional<std::vector<QRect>> Pair::spots() const
 
 // Whether nothing scrolled. A word alone on a page may have scrolled away, so that anything larger
 // than a caret counts as a spot only if there is much above or below it that stayed, and that is
-// not found again elsewhere, as the lines of a table are. Several words that change at once are
-// more likely the odd cells of a table, whose other cells look alike.
+// not found again elsewhere, as the lines of a table are.
 bool Pair::isStill() const
 {
     const auto places = spots();
     if (!places)
         return false;
     const auto isCaret = [](const QRect &spot) { return spot.width() <= 2 && spot.height() <= 32; };
-    const auto carets = std::count_if(places->begin(), places->end(), isCaret);
-    if (carets > 4 || static_cast<qsizetype>(places->size()) - carets > 2)
-        return false;
     return std::all_of(places->begin(), places->end(), [&](const QRect &spot) {
         if (isCaret(spot))
             return true;
@@ -416,7 +406,7 @@ std::pair<int, int> Pair::bestRun(int from, int to) const
             bestLast = y + 1;
         }
     }
-    const auto tells = [&](int y) { return m_telling[y] > 0 && m_other[y] <= m_telling[y]; };
+    const auto tells = [&](int y) { return m_telling[y] > 0; };
     while (bestFirst < bestLast && !tells(bestFirst))
         ++bestFirst;
     while (bestFirst < bestLast && !tells(bestLast - 1))
@@ -425,18 +415,15 @@ std::pair<int, int> Pair::bestRun(int from, int to) const
 }
 
 // What moved by the distance. A row that is hovered, or an animation, may lie in its midst: beyond
-// it the rows go on that moved just as far, and say so often enough by themselves.
+// it the rows go on that moved just as far, and say so by themselves.
 std::pair<int, int> Pair::solidPart(int distance) const
 {
-    const auto isOfWeight = [&](const std::pair<int, int> &run) {
-        return std::accumulate(m_telling.begin() + run.first, m_telling.begin() + run.second, 0) >=
-               s_enough;
-    };
+    const auto isEmpty = [](const std::pair<int, int> &run) { return run.first == run.second; };
     const int rows = m_height - distance;
     std::pair<int, int> part = bestRun(0, rows);
-    for (auto above = bestRun(0, part.first); isOfWeight(above); above = bestRun(0, part.first))
+    for (auto above = bestRun(0, part.first); !isEmpty(above); above = bestRun(0, part.first))
         part.first = above.first;
-    for (auto below = bestRun(part.second, rows); isOfWeight(below);
+    for (auto below = bestRun(part.second, rows); !isEmpty(below);
          below = bestRun(part.second, rows))
         part.second = below.second;
     // The last turn may be one from the content's end to an equally plain footer.
@@ -509,23 +496,11 @@ std::optional<Fit> Pair::fit(int distance, bool inSpots)
         fit.denying += counts.denying;
     }
 
-    const auto sumOf = [&](const std::vector<quint16> &counts) {
-        return std::accumulate(counts.begin() + fit.first, counts.begin() + fit.last, 0);
-    };
-    const int same = sumOf(m_same);
-    const int other = sumOf(m_other);
-    const int rest = unexplained(fit);
-    fit.explained = same;
-    if (fit.telling < s_enough || other * s_against > same || rest * 4 > same ||
-        fit.denying * s_against > fit.telling)
+    fit.explained = std::accumulate(m_same.begin() + fit.first, m_same.begin() + fit.last, 0);
+    if (unexplained(fit) * 4 > fit.explained || fit.denying * s_against > fit.telling)
         return {};
-    // A spot that seems to have moved has to be one of a kind, and to have moved as a whole.
-    if (inSpots && (fit.unique < s_enough || (other + rest) * 16 > same))
-        return {};
-    // Where little of the view is in both pictures, one line that comes again could pretend much.
-    const int span = fit.last - fit.first;
-    if (distance * 2 > m_height &&
-        (span < 16 || fit.denying * 16 > fit.telling || (span * 4 < m_height && fit.unique < 32)))
+    // A spot that seems to have moved has to be one of a kind.
+    if (inSpots && fit.unique < s_enough)
         return {};
     return fit;
 }
@@ -647,18 +622,18 @@ std::vector<quint64> rowHashes(const Cells &cells, int rows)
 // In a table whose cells differ by little no row may be the only one of its kind, but a wrong
 // distance is denied in many of them. Null unless one is hardly denied, and each other many times
 // as much.
-const Fit *leastDenied(const std::vector<const Fit *> &fits)
+const Fit *leastDenied(const std::vector<Fit> &fits)
 {
     constexpr int hardly = 16;
     constexpr int much = 4;
-    const auto share = [](const Fit *fit) { return 1.0 * fit->denying / fit->telling; };
-    const Fit *best = *std::min_element(
-        fits.begin(), fits.end(), [&](const Fit *a, const Fit *b) { return share(a) < share(b); });
+    const auto share = [](const Fit &fit) { return 1.0 * fit.denying / std::max(fit.telling, 1); };
+    const Fit &best = *std::min_element(
+        fits.begin(), fits.end(), [&](const Fit &a, const Fit &b) { return share(a) < share(b); });
     const double limit = much * std::max(share(best), 1.0 / (hardly * hardly));
-    const bool isClear = std::all_of(fits.begin(), fits.end(), [&](const Fit *fit) {
-        return fit == best || share(fit) >= limit;
+    const bool isClear = std::all_of(fits.begin(), fits.end(), [&](const Fit &fit) {
+        return &fit == &best || share(fit) >= limit;
     });
-    return isClear && share(best) * hardly <= 1 ? best : nullptr;
+    return isClear && share(best) * hardly <= 1 ? &best : nullptr;
 }
 
 }  // namespace
@@ -676,33 +651,30 @@ Movement findMovement(const QImage &before, const QImage &after, int expected)
     const std::vector<Fit> fits = pair.fits(expected);
     if (fits.empty())
         return {.kind = pair.isStill() ? Movement::Kind::Still : Movement::Kind::Lost};
+    // Two movements that go apart deny each other, so that neither passes.
+    const auto isCertain = [](int unique, const Fit &fit) {
+        return unique >= std::max(s_enough, fit.denying * 2);
+    };
     const Fit &best = *std::max_element(fits.begin(), fits.end(), [](const Fit &a, const Fit &b) {
         return a.unique != b.unique ? a.unique < b.unique : a.explained < b.explained;
     });
-    const bool decided = best.unique >= std::max(s_enough, best.denying * 2);
-    std::vector<const Fit *> equal;
-    for (const Fit &fit : fits)
-        if (!decided || fit.unique * 2 >= best.unique)
-            equal.push_back(&fit);
-    if (decided && equal.size() == 1)
+    if (isCertain(best.unique, best))
         return pair.movement(best);
     const Fit *clearest = nullptr;
     int most = 0;
-    int next = 0;
-    for (const Fit *fit : equal) {
-        const int unique = pair.uniqueRows(*fit);
-        next = std::max(next, std::min(unique, most));
+    for (const Fit &fit : fits) {
+        const int unique = pair.uniqueRows(fit);
         if (unique <= most)
             continue;
-        clearest = fit;
+        clearest = &fit;
         most = unique;
     }
-    if (clearest && most >= std::max(s_enough, clearest->denying * 2) && most > next * 2)
+    if (clearest && isCertain(most, *clearest))
         return pair.movement(*clearest);
-    for (const Fit *fit : equal)
-        if (fit->rows == expected)
-            return pair.movement(*fit);
-    if (const Fit *fit = leastDenied(equal))
+    for (const Fit &fit : fits)
+        if (fit.rows == expected)
+            return pair.movement(fit);
+    if (const Fit *fit = leastDenied(fits))
         return pair.movement(*fit);
     return {.kind = Movement::Kind::Doubtful};
 }

@@ -29,6 +29,7 @@ constexpr int s_slowPatience = 3000;
 constexpr int s_settle = 150;
 constexpr int s_glow = 1500;  // at the end of the content: it is gone by then
 constexpr int s_fade = 2500;  // of a bar that lies over the content
+constexpr int s_wayBackPatience = 10000;
 constexpr int s_progressLimit = 60000;
 // Clicks of the wheel.
 constexpr int s_firstClimb = 10;
@@ -185,7 +186,8 @@ bool ScrollCapture::climb()
         const int patience =
             m_isSlow ? s_slowPatience : m_window.patience(s_leastPatienceUp, s_patienceUp);
         const QImage before = content();
-        if (m_window.turn(-clicks, patience) == Turn::Nothing || !hasScrolled(before, -1))
+        if (!m_window.waitUntilReachable() || m_window.turn(-clicks, patience) == Turn::Nothing ||
+            !hasScrolled(before, -1))
             break;
         hasMoved = true;
         films += sinceTurn.elapsed() >= s_restless;
@@ -833,6 +835,11 @@ ScrollCapture::Result ScrollCapture::sheet()
 // can't be met from its end may be met from its top.
 void ScrollCapture::putBack(const QImage &original)
 {
+    // What is in front may go, also when no more is taken because of it.
+    Stopwatch clock(m_clock);
+    while (m_window.look() && !m_window.isReachable() && clock.elapsed() < s_wayBackPatience &&
+           m_window.stop() != Stop::Abandon)
+        m_window.turn(0, s_settle);
     m_window.turn(0, s_settle);
     if (m_isAcross) {
         m_window.setAxis(Axis::Across);

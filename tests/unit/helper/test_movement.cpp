@@ -52,6 +52,19 @@ QImage listView(int offset, int marked, int hovered = -1)
     return view;
 }
 
+// Few kinds of items, in an order without a rule.
+QImage itemPage(int height)
+{
+    QImage page = plainPage(s_view.width(), height);
+    QRandomGenerator random(17);
+    for (int y = 0; y < height; y += 23) {
+        fill(page, QRect(0, y, 640, 1), Qt::lightGray);
+        glyphs().number(page, 10, y + 4, random.bounded(4) * 1111);
+        glyphs().number(page, 300, y + 4, random.bounded(3) * 2222);
+    }
+    return page;
+}
+
 // Lines that differ in their number only, as a terminal's.
 QImage numberedLines(int height)
 {
@@ -184,6 +197,13 @@ void TestMovement::kinds_data()
 
     scrolled("flat blocks", mapped(2000, [](int, int y) { return QRgb(y / 70 * 0x123457); }), 10,
              90);
+    // A single edge in sight, under a header that fills more rows than it does.
+    scrolled("edge under a header",
+             mapped(2000, [](int, int y) { return y < 300 ? 0xff808080 : 0xffffffff; }), 0, 2,
+             {.header = 120}, Kind::Lost);
+    for (const int rows : {234, 270})
+        scrolled("items of few kinds, " + QByteArray::number(rows), itemPage(2000), 469, rows,
+                 {.header = 40, .footer = 30, .scrollBar = 14});
     scrolled("gradient", mapped(2000, [](int, int y) { return qRgb(y / 8, 255 - y / 8, y % 7); }),
              10, 90);
     scrolled("gradient along the rows", mapped(2000, [](int x, int) { return qRgb(x / 3, 9, 9); }),
@@ -236,6 +256,11 @@ void TestMovement::kinds_data()
         return view;
     };
     add("caret on a table", lined(caret), lined({}), Kind::Still);
+    // Many carets, as an editor of several lines at once has, whose lines look alike.
+    QImage carets = numbered.copy(0, 0, 640, 480);
+    for (int y = 32; y < 400; y += 48)
+        fill(carets, {200, y, 2, 12}, Qt::red);
+    add("carets on numbered lines", carets, numbered.copy(0, 0, 640, 480), Kind::Still);
 
     // What crosses the whole view, and is denied by a tenth of it.
     for (const int rows : {24, 72, 144, 312}) {
@@ -294,20 +319,14 @@ void TestMovement::neverGuessed()
     QImage sparse = plainPage(s_view.width(), 3000);
     for (int y = 30; y < 3000; y += 300)
         glyphs().number(sparse, 60 + y % 200, y, y);
-    // Few kinds of items, in an order without a rule.
-    QImage items = plainPage(s_view.width(), 3000);
-    QRandomGenerator random(17);
-    for (int y = 0; y < 3000; y += 23) {
-        fill(items, QRect(0, y, 640, 1), Qt::lightGray);
-        glyphs().number(items, 10, y + 4, random.bounded(4) * 1111);
-        glyphs().number(items, 300, y + 4, random.bounded(3) * 2222);
-    }
+    const QImage items = itemPage(3000);
     const QImage numbered = numberedLines(3000);
     const QImage odd = table(3000, 20, 29);
+    const QImage alike = table(3000, 23);
     for (const int header : {0, 50}) {
         const Frame frame{.header = header, .footer = 20, .scrollBar = 12, .position = true};
         for (const QImage *page :
-             {&std::as_const(sparse), &std::as_const(items), &numbered, &odd}) {
+             {&std::as_const(sparse), &std::as_const(items), &numbered, &odd, &alike}) {
             for (const int rows : {-700, -333, -80, -48, 480, 496, 640, 777, 1100}) {
                 const Movement movement = findMovement(frame.view(*page, 800, s_view),
                                                        frame.view(*page, 800 + rows, s_view));
@@ -366,6 +385,13 @@ void TestMovement::area()
     QCOMPARE(area.right(), content.right());
     QVERIFY(content.contains(area));
     QVERIFY(area.height() > content.height() - 40);
+    // What has its own ways in the midst does not end the area.
+    QImage paused = Frame{}.view(page, 0, s_view);
+    QImage playing = Frame{}.view(page, 10, s_view);
+    fill(paused, {60, 150, 200, 150}, Qt::blue);
+    fill(playing, {60, 150, 200, 150}, Qt::red);
+    const QRect moved = findMovement(paused, playing).moved;
+    QVERIFY2(moved.top() < 30 && moved.bottom() > 420, QByteArray::number(moved.height()));
     QVERIFY(scrollingArea(before, before, findMovement(before, before)).isEmpty());
 }
 
