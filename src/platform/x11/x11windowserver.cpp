@@ -81,7 +81,7 @@ xcb_keycode_t modifierKey(xcb_connection_t *connection, int modifier)
     if (!mapping)
         return 0;
     const xcb_keycode_t *keys = xcb_get_modifier_mapping_keycodes(mapping.get());
-    const int each = mapping->keycodes_per_modifier;
+    const ptrdiff_t each = mapping->keycodes_per_modifier;
     const auto *end = keys + (modifier + 1) * each;
     const auto *found =
         std::find_if(keys + modifier * each, end, [](auto key) { return key != 0; });
