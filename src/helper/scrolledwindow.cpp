@@ -15,7 +15,7 @@ namespace {
 // Milliseconds.
 constexpr int s_round = 6;
 constexpr int s_rest = 90;          // without a change: the view is at rest
-constexpr int s_shortestRest = 45;  // of a program whose drawing is heard: nearly three frames
+constexpr int s_shortestRest = 80;  // of a program whose drawing is heard
 constexpr int s_gapsToRest = 3;
 constexpr int s_restless = 4000;  // it never will be, as a film plays in it
 constexpr int s_lightRest = 50;   // without a change: what lit up under the pointer has gone out
