@@ -1,17 +1,15 @@
 #include "helper/scrollingarea.h"
 
+#include "helper/evidence.h"
 #include "helper/pixelrows.h"
 
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
-#include <unordered_map>
 #include <vector>
 
 namespace {
 
-// Every so many pixels are enough to tell a ground.
-constexpr int s_sampling = 4;
 // Of a colour's part, from one row of a ground to the next.
 constexpr int s_shade = 6;
 // Device pixels.
@@ -28,19 +26,6 @@ constexpr int s_thumbRows = 12;    // of a thumb that has moved: what is as high
 constexpr int s_thinnestThumb = 2;
 constexpr int s_buttonEdge = 2;  // between the track and the button at its end
 constexpr int s_thumbRoom = 6;   // between a thumb and the end of its track
-
-// The colour that most of an area has, looked at here and there.
-QRgb commonColour(const QImage &image, const QRect &area)
-{
-    std::unordered_map<QRgb, int> counts;
-    for (int y = area.top(); y <= area.bottom(); y += s_sampling) {
-        for (int x = area.left(); x <= area.right(); x += s_sampling)
-            ++counts[pixelRow(image, y)[x]];
-    }
-    const auto most = std::max_element(counts.begin(), counts.end(),
-                                       [](auto &a, auto &b) { return a.second < b.second; });
-    return most->first;
-}
 
 /// The lines of pixels around what moved.
 class Surroundings
