@@ -21,6 +21,9 @@ constexpr int s_enough = 10;
 // A cell that contradicts a movement weighs as much as this many that speak for it.
 constexpr int s_against = 3;
 
+// Rows of a scroll bar that lies over the content.
+constexpr int s_flat = 12;
+
 using Hash = quint32;
 
 // Sums of products of two pixels, each shifted by its own odd number: one multiplication for two
@@ -135,9 +138,9 @@ public:
     bool isStill() const;
     std::vector<Fit> fits(int expected);
     Movement movement(const Fit &fit) const;
-    /// Rows that moved by a fit's distance and that either picture has but once, taken across all
+    /// Turns that moved by a fit's distance and that either picture has but once, taken across all
     /// the bands that moved: in a listing whose lines differ by a digit no band alone has any.
-    int uniqueRows(const Fit &fit) const;
+    int uniqueTurns(Fit fit);
 
 private:
     struct Band {
@@ -147,6 +150,7 @@ private:
     };
 
     bool wentAlong(int index, const Fit &fit) const;
+    bool isFlatBar(const QRect &spot) const;
     std::optional<std::vector<QRect>> spots() const;
     std::vector<int> candidates(int expected);
     void vote(const Band &band);
@@ -179,6 +183,19 @@ private:
     std::vector<quint8> m_match;  ///< of one band
 };
 
+// Whether it may be a scroll bar for columns that has come at the foot of the view, or gone: there
+// is the same ground above and below it.
+bool Pair::isFlatBar(const QRect &spot) const
+{
+    if (spot.height() > s_flat || spot.top() * 2 < m_height || spot.bottom() + 1 >= m_height)
+        return false;
+    for (int band = spot.left(); band <= spot.right(); ++band) {
+        if (m_new.band(band)[spot.top() - 1] != m_new.band(band)[spot.bottom() + 1])
+            return false;
+    }
+    return true;
+}
+
 // The places of all changes, in bands and rows; none if they are too large for spots in a view that
 // stands still.
 std::optional<std::vector<QRect>> Pair::spots() const
@@ -209,7 +226,7 @@ std::optional<std::vector<QRect>> Pair::spots() const
                 spot = QRect(QPoint(band.index, top), QPoint(band.index, bottom));
             }
             spot.setRight(band.index);
-            if (spot.width() > widest || spot.height() > tallest)
+            if ((spot.width() > widest && !isFlatBar(spot)) || spot.height() > tallest)
                 return {};
         }
         result.push_back(spot);
@@ -220,7 +237,7 @@ std::optional<std::vector<QRect>> Pair::spots() const
 
 // Whether nothing scrolled. A word alone on a page may have scrolled away, so that anything larger
 // than a caret counts as a spot only if there is much above or below it that stayed, and that is
-// not found again elsewhere, as the lines of a table are.
+// not found again elsewhere, as the lines of a table are. Less of that is enough for a flat bar.
 bool Pair::isStill() const
 {
     const auto places = spots();
@@ -241,7 +258,8 @@ bool Pair::isStill() const
                 stayed[y] |= was[y] == is[y] && was[y - 1] == is[y - 1] && is[y] != is[y - 1] &&
                              seen[quint64{is[y - 1]} << 32 | is[y]] == 1;
         }
-        return std::count(stayed.begin(), stayed.end(), 1) * 8 >= m_height;
+        const int share = places->size() == 1 && isFlatBar(spot) ? 32 : 8;
+        return std::count(stayed.begin(), stayed.end(), 1) * share >= m_height;
     });
 }
 
@@ -529,8 +547,13 @@ bool Pair::wentAlong(int index, const Fit &fit) const
     return std::equal(is + fit.first, is + fit.last, was + fit.first);
 }
 
-int Pair::uniqueRows(const Fit &fit) const
+int Pair::uniqueTurns(Fit fit)
 {
+    // In a band that holds something that stays as well, a title beside a table, no row tells.
+    std::erase_if(fit.bands, [&](int band) {
+        const Counts counts = countIn(band, fit.rows, fit.first, fit.last);
+        return counts.other * s_against > counts.same;
+    });
     constexpr quint64 factor = 0x9e3779b97f4a7c15;
     std::vector<quint64> was(m_height);
     std::vector<quint64> is(m_height);
@@ -552,14 +575,19 @@ int Pair::uniqueRows(const Fit &fit) const
             is[y] ^= is[y] >> 32;
         }
     }
+    // What is drawn in blocks has each row several times, and each turn once.
+    const auto turnAt = [](const std::vector<quint64> &rows, int y) {
+        return rows[y - 1] * factor + rows[y];
+    };
     std::unordered_map<quint64, std::pair<int, int>> seen;
-    for (int y = 0; y < m_height; ++y) {
-        ++seen[was[y]].first;
-        ++seen[is[y]].second;
+    for (int y = 1; y < m_height; ++y) {
+        ++seen[turnAt(was, y)].first;
+        ++seen[turnAt(is, y)].second;
     }
     int result = 0;
-    for (int y = fit.first; y < fit.last; ++y)
-        result += changed[y] && is[y] == was[y + fit.rows] && seen[is[y]] == std::pair(1, 1);
+    for (int y = fit.first + 1; y < fit.last; ++y)
+        result += changed[y] && turnAt(is, y) == turnAt(was, y + fit.rows) &&
+                  seen[turnAt(is, y)] == std::pair(1, 1);
     return result;
 }
 
@@ -624,7 +652,7 @@ std::vector<quint64> rowHashes(const Cells &cells, int rows)
 // as much.
 const Fit *leastDenied(const std::vector<Fit> &fits)
 {
-    constexpr int hardly = 16;
+    constexpr int hardly = 12;
     constexpr int much = 4;
     const auto share = [](const Fit &fit) { return 1.0 * fit.denying / std::max(fit.telling, 1); };
     const Fit &best = *std::min_element(
@@ -663,7 +691,7 @@ Movement findMovement(const QImage &before, const QImage &after, int expected)
     const Fit *clearest = nullptr;
     int most = 0;
     for (const Fit &fit : fits) {
-        const int unique = pair.uniqueRows(fit);
+        const int unique = pair.uniqueTurns(fit);
         if (unique <= most)
             continue;
         clearest = &fit;
@@ -677,6 +705,34 @@ Movement findMovement(const QImage &before, const QImage &after, int expected)
     if (const Fit *fit = leastDenied(fits))
         return pair.movement(*fit);
     return {.kind = Movement::Kind::Doubtful};
+}
+
+namespace {
+
+// White where a pixel differs from the one to its left.
+QImage edgesOf(const QImage &picture)
+{
+    const QImage from = withPixels(picture);
+    const QRgb mask = visibleBits(from);
+    QImage result(from.size(), QImage::Format_RGB32);
+    for (int y = 0; y < result.height(); ++y) {
+        const QRgb *pixels = pixelRow(from, y);
+        auto *to = reinterpret_cast<QRgb *>(result.scanLine(y));
+        to[0] = 0;
+        for (int x = 1; x < result.width(); ++x)
+            to[x] = (pixels[x] ^ pixels[x - 1]) & mask ? RGB_MASK : 0;
+    }
+    return result;
+}
+
+}  // namespace
+
+Movement findByEdges(const QImage &before, const QImage &after, int expected)
+{
+    const Movement movement = findMovement(before, after, expected);
+    if (movement.kind != Movement::Kind::Lost || before.size() != after.size() || before.isNull())
+        return movement;
+    return findMovement(edgesOf(before), edgesOf(after), expected);
 }
 
 namespace {

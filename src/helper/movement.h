@@ -21,6 +21,10 @@ struct Movement {
 /// that the pixels alone can't tell apart, and nothing else.
 Movement findMovement(const QImage &before, const QImage &after, int expected = 0);
 
+/// The same for views that may have different colours, as some programs take others when they lose
+/// the keyboard: where the colours tell nothing the edges may.
+Movement findByEdges(const QImage &before, const QImage &after, int expected = 0);
+
 /// Whether most of what can be told apart in a view is where it was, however much of the rest has
 /// changed.
 bool isInPlace(const QImage &before, const QImage &after);

@@ -137,21 +137,25 @@ ScrollCapture::Result ScrollCapture::run()
     m_firstRow = m_stitcher.offsetOf(m_window.contentOf(atLeft));
     if (isFollowed && m_isAcross)
         takeBeside();
-    if (m_window.stop() != Stop::Abandon) {
+    // What happens on the way back takes nothing from the picture.
+    const QString note = m_window.note();
+    if (m_window.stop() == Stop::Abandon) {
+        putBackUnseen();
+    } else {
         emit progressed(tr("Putting it back"));
         emit puttingBack();
         putBack(atLeft);
         if (m_isAcross && isAt(m_window.contentOf(atLeft))) {
             m_window.setAxis(Axis::Across);
-            goDownTo(m_window.contentOf(original));
+            goToView(m_window.contentOf(original));
         }
     }
     m_window.unparkPointer();
     if (m_window.stop() == Stop::Abandon || m_window.stop() == Stop::Discard)
         return {};
     if (!m_sheet.isEmpty())
-        return sheet();
-    Result result{.picture = column(), .note = m_window.note()};
+        return sheet(note);
+    Result result{.picture = column(), .note = note};
     if (!result.note.isEmpty() && !m_isAll)
         result.lastRow = result.picture.height();
     return result;
@@ -186,8 +190,11 @@ bool ScrollCapture::climb()
         const int patience =
             m_isSlow ? s_slowPatience : m_window.patience(s_leastPatienceUp, s_patienceUp);
         const QImage before = content();
-        if (!m_window.waitUntilReachable() || m_window.turn(-clicks, patience) == Turn::Nothing ||
-            !hasScrolled(before, -1))
+        if (!m_window.waitUntilReachable())
+            break;
+        if (m_window.axis() == Axis::Down)
+            m_clicksUp += clicks;
+        if (m_window.turn(-clicks, patience) == Turn::Nothing || !hasScrolled(before, -1))
             break;
         hasMoved = true;
         films += sinceTurn.elapsed() >= s_restless;
@@ -285,6 +292,23 @@ void ScrollCapture::waitForOverlay()
         m_last = m_window.view();
 }
 
+// Whether the wheel has led to the right, as it does in some programs where nothing lies below.
+// Then back again.
+bool ScrollCapture::hasGoneSideways(const QImage &before)
+{
+    const QRect crop = m_window.crop();
+    if (!toldArea().isEmpty())
+        m_window.setCrop(toldArea());
+    m_window.setAxis(Axis::Across);
+    const Movement movement = findMovement(m_window.contentOf(before), content());
+    m_window.setAxis(Axis::Down);
+    m_window.setCrop(crop);
+    if (movement.kind != Movement::Kind::Moved)
+        return false;
+    m_window.turn(-1, s_patienceDown);
+    return true;
+}
+
 // False where nothing scrolls, or it can't be told how far.
 bool ScrollCapture::begin()
 {
@@ -302,7 +326,8 @@ bool ScrollCapture::begin()
             movement = runs() ? firstStep() : movement;
         }
     }
-    const bool isFlat = movement.kind == Movement::Kind::Still;
+    const bool goesSideways = movement.kind == Movement::Kind::Lost && hasGoneSideways(first);
+    const bool isFlat = goesSideways || movement.kind == Movement::Kind::Still;
     if (isFlat && m_isAcross)
         m_window.setCrop(m_areaAcross);
     else if (movement.kind != Movement::Kind::Moved && !toldArea().isEmpty())
@@ -314,8 +339,11 @@ bool ScrollCapture::begin()
     if (movement.kind != Movement::Kind::Moved) {
         m_isAll = isFlat;
         if (m_window.stop() == Stop::None)
-            m_window.endWith(isFlat ? tr("Nothing scrolls there: it was taken as it is")
-                                    : tr("The content could not be followed"));
+            m_window.endWith(
+                goesSideways
+                    ? tr("It scrolls sideways only: hold Shift to take what lies beside it")
+                : isFlat ? tr("Nothing scrolls there: it was taken as it is")
+                         : tr("The content could not be followed"));
         return false;
     }
     const QImage before = m_accepted;
@@ -343,7 +371,7 @@ int ScrollCapture::usualStep() const
 void ScrollCapture::lookAgain()
 {
     // Who draws the same anew elsewhere tells nothing by what differs.
-    if (m_hasFilm)
+    if (m_looksDifferent)
         return;
     const int lowest = m_stitcher.offset();
     int at = lowest;
@@ -473,9 +501,19 @@ ScrollCapture::Taken ScrollCapture::take(const QImage &now, int expected)
         takeOver(now);
         return {Taken::Same};
     }
+    const Movement recoloured = findByEdges(m_accepted, now, expected);
+    if (recoloured.kind == Movement::Kind::Still)
+        m_stitcher.takeOver(now);
+    if (recoloured.kind == Movement::Kind::Moved)
+        m_stitcher.addKnown(now, recoloured.rows, recoloured.moved);
+    if (recoloured.kind == Movement::Kind::Still || recoloured.kind == Movement::Kind::Moved) {
+        m_accepted = now;
+        m_looksDifferent = true;
+        return {recoloured.kind == Movement::Kind::Moved ? Taken::New : Taken::Same, recoloured};
+    }
     // What was put in above it has pushed it down by more than the wheel has moved it up, or the
     // end of the content has cut a way short.
-    const Movement back = findMovement(now, m_accepted);
+    const Movement back = findByEdges(now, m_accepted);
     if (back.kind != Movement::Kind::Moved)
         return {isNearPlace(m_accepted, now) ? Taken::Same : Taken::Lost};
     m_stitcher.goBack(now, back.rows);
@@ -499,7 +537,7 @@ bool ScrollCapture::refresh()
 // more, and down again.
 void ScrollCapture::repairOverlap(const Movement &movement, const QImage &before, int clicks)
 {
-    if (m_hasFilm || rowsThatDiffer(before, m_accepted, movement) < s_lateRows)
+    if (m_looksDifferent || rowsThatDiffer(before, m_accepted, movement) < s_lateRows)
         return;
     const QImage lower = m_accepted;
     if (m_window.turn(-clicks, s_patienceDown) == Turn::Nothing)
@@ -508,10 +546,11 @@ void ScrollCapture::repairOverlap(const Movement &movement, const QImage &before
     Movement none = movement;
     none.rows = 0;
     if (rowsThatDiffer(before, upper, none) < s_lateRows)
-        m_hasFilm = true;  // it is as it was: what differed lies above the content, and moves
+        m_looksDifferent =
+            true;  // it is as it was: what differed lies above the content, and moves
     else if (isInPlace(before, upper))
         m_stitcher.patch(upper, m_stitcher.offset() - movement.rows, upper.height());
-    if (!m_hasFilm)
+    if (!m_looksDifferent)
         beMorePatient();
     m_window.turn(clicks, s_patienceDown);
     // The content's top may have cut the way up short.
@@ -538,6 +577,7 @@ bool ScrollCapture::goesOn()
             m_window.endWith(tr("The program did not answer for a minute"));
         answer = m_window.turn(waits % s_waitsToTell ? 0 : -1, s_patienceDown);
     }
+    m_hangs = answer == Turn::Nothing;
     if (!runs())
         return false;
     // One more than up: a menu that was open may have swallowed the turn that moved nothing.
@@ -597,8 +637,9 @@ QImage ScrollCapture::column()
     else if (!m_isTold)
         rows = withNeighbours(m_first, m_last, crop, m_window.inside());
     if (m_isAcross) {
-        // What stays where it is would come once in each column.
-        rows.top = std::clamp(m_areaAcross.top(), rows.top, crop.top());
+        // What stays where it is would come once in each column. Headers go along.
+        const int highest = m_isTold ? rows.top : 0;
+        rows.top = std::clamp(m_areaAcross.top(), highest, crop.top());
         const int end = std::max(m_areaAcross.bottom(), m_contentBottom) + 1;
         rows.bottom = std::clamp(rows.bottom, end, end + s_overlay);
     }
@@ -614,25 +655,34 @@ QImage ScrollCapture::column()
 bool ScrollCapture::goLeft()
 {
     const QRect whole = m_window.crop();
+    bool isLost = false;
     m_window.setAxis(Axis::Across);
     for (const bool shifted : {false, true}) {
         m_window.setShifted(shifted);
+        int away = 0;
         for (const int click : {1, -1}) {
             const QImage before = m_window.view();
             if (!runs() || m_window.turn(click, s_patienceDown) == Turn::Nothing)
                 continue;
+            away += click;
             const QImage now = m_window.view();
             const QImage &earlier = click > 0 ? before : now;
             const QImage &later = click > 0 ? now : before;
             // Much else may go on in the window.
             if (!setAreaAcross(earlier, later, whole) && !toldArea().isEmpty())
                 setAreaAcross(earlier, later, toldArea());
+            // This wheel may be one that goes up and down.
+            isLost = isLost || findMovement(earlier, later).kind > Movement::Kind::Moved;
         }
         if (m_columnsPerClick > 0)
             break;
+        if (away != 0)
+            m_window.turn(-away, s_patienceDown);
     }
     if (m_columnsPerClick > 0)
         climb();
+    else if (isLost)
+        m_window.noteThat(tr("What lies beside it could not be followed"));
     // Whoever stops it on the way has stopped it in the midst.
     if (m_columnsPerClick > 0 && !runs())
         climb();
@@ -764,7 +814,7 @@ Movement ScrollCapture::goRight()
             break;
         m_window.turn(-clicks - 1, s_patienceDown);
         // A step that the content's end has cut short leads back too far.
-        goDownTo(before);
+        goToView(before);
     }
     m_window.setAxis(Axis::Down);
     return movement;
@@ -815,11 +865,11 @@ bool ScrollCapture::takeExpected(int rows, const QRect &moved)
     return isTaken;
 }
 
-ScrollCapture::Result ScrollCapture::sheet()
+ScrollCapture::Result ScrollCapture::sheet(const QString &note)
 {
     const int common = m_sheet.commonHeight();
     const QSize size = m_sheet.size();
-    Result result{.picture = m_sheet.finish(), .note = m_window.note()};
+    Result result{.picture = m_sheet.finish(), .note = note};
     if (result.picture.isNull())
         return {.picture = m_sheet.firstColumn(),
                 .note = tr("There is not enough memory for all of it"),
@@ -835,34 +885,51 @@ ScrollCapture::Result ScrollCapture::sheet()
 // can't be met from its end may be met from its top.
 void ScrollCapture::putBack(const QImage &original)
 {
-    // What is in front may go, also when no more is taken because of it.
-    Stopwatch clock(m_clock);
-    while (m_window.look() && !m_window.isReachable() && clock.elapsed() < s_wayBackPatience &&
-           m_window.stop() != Stop::Abandon)
-        m_window.turn(0, s_settle);
+    if (!m_window.waitForReturn())
+        return;
+    if (original.size() != m_window.view().size()) {
+        putBackUnseen();
+        return;
+    }
     m_window.turn(0, s_settle);
     if (m_isAcross) {
         m_window.setAxis(Axis::Across);
         climb();
         m_window.setAxis(Axis::Down);
     }
-    if (!m_window.look() || !m_window.isReachable() || original.size() != m_window.view().size())
-        return;
     const QImage wanted = m_window.contentOf(original);
-    if (isAt(wanted))
+    if (isAt(wanted) || (m_firstRow && goTo(*m_firstRow) == 0))
         return;
-    if (m_firstRow && goTo(*m_firstRow) == 0)
-        return;
+    // Stopped on its way up: as far down again, unless the top has cut that way short.
+    if (m_rowsPerClick <= 0 && m_window.stop() != Stop::None) {
+        putBackUnseen();
+        if (findByEdges(content(), wanted).kind <= Movement::Kind::Moved ||
+            findByEdges(wanted, content()).kind <= Movement::Kind::Moved) {
+            goToView(wanted);
+            return;
+        }
+    }
     climb();
     // Where it did not go up in the beginning it began at the top.
     if (m_climbed && !(m_firstRow && goTo(*m_firstRow) < m_rowsPerClick))
-        goDownTo(wanted);
+        goToView(wanted);
+}
+
+// Where there is no time to look, or nothing to compare with: by as many clicks as it is away.
+void ScrollCapture::putBackUnseen()
+{
+    int clicks = m_rowsPerClick > 0 ? 0 : m_clicksUp;
+    if (m_firstRow && m_sheet.isEmpty())
+        clicks =
+            clicksFor(*m_firstRow - m_stitcher.offset(), m_rowsPerClick) - m_window.unanswered();
+    if (clicks != 0)
+        m_window.turn(clicks, s_patienceDown);
 }
 
 bool ScrollCapture::isAt(const QImage &wanted) const
 {
     const QImage now = content();
-    return now == wanted || findMovement(wanted, now).kind == Movement::Kind::Still;
+    return now == wanted || findByEdges(wanted, now).kind == Movement::Kind::Still;
 }
 
 // To a row of the content. How far from it that leads, in rows; more than any content has where it
@@ -874,30 +941,41 @@ int ScrollCapture::goTo(int row)
         if (!at)
             return s_longest;
         const int clicks = clicksFor(row - *at, m_rowsPerClick);
-        if (clicks == 0 || m_window.turn(clicks, s_patienceUp) == Turn::Nothing)
+        if (clicks == 0)
             return std::abs(row - *at);
+        // A program that hangs goes there when it comes to itself, if it is told nothing else.
+        const int untold = clicks - (m_hangs ? m_window.unanswered() : 0);
+        m_hangs = m_window.turn(untold, s_patienceUp) == Turn::Nothing &&
+                  m_window.turn(0, s_slowPatience) == Turn::Nothing;
+        if (m_hangs)
+            return 0;
     }
     return s_longest;
 }
 
-// To a view that lies below, or to the right. Where nothing is known of the distance it is gone
-// click by click, and one back when it has gone by.
-void ScrollCapture::goDownTo(const QImage &wanted)
+// To another view. Where nothing is known of the distance it lies below, or to the right, and that
+// way is gone click by click.
+void ScrollCapture::goToView(const QImage &wanted)
 {
     const Stop stop = m_window.stop();
+    double &perClick = m_window.axis() == Axis::Across ? m_columnsPerClick : m_rowsPerClick;
+    int last = 0;
     for (int i = 0; i < s_longestWayBack && m_window.stop() == stop && !isAt(wanted); ++i) {
         const QImage before = content();
-        const double perClick =
-            m_window.axis() == Axis::Across ? m_columnsPerClick : m_rowsPerClick;
-        const Movement left = findMovement(before, wanted);
-        const bool isNear = left.kind == Movement::Kind::Moved && perClick > 0;
+        const Movement below = findByEdges(before, wanted);
+        const bool isBelow = below.kind == Movement::Kind::Moved;
+        const Movement above = isBelow ? Movement{} : findByEdges(wanted, before);
+        int clicks = usualStep();
         // The content's end may cut a click short just where it was.
-        const int clicks = isNear ? std::max(clicksFor(left.rows, perClick), 1) : usualStep();
-        if (m_window.turn(clicks, s_patienceUp) == Turn::Nothing)
+        if (isBelow)
+            clicks = std::max(clicksFor(below.rows, perClick), 1);
+        else if (above.kind == Movement::Kind::Moved)
+            clicks = -std::max(clicksFor(above.rows, perClick), 1);
+        if (m_window.turn(clicks, s_patienceUp) == Turn::Nothing || clicks == -last)
             return;
-        if (findMovement(wanted, content()).kind == Movement::Kind::Moved) {
-            m_window.turn(-1, s_patienceUp);
-            return;
-        }
+        last = clicks;
+        const Movement step = findByEdges(before, content());
+        if (perClick <= 0 && step.kind == Movement::Kind::Moved)
+            perClick = 1.0 * step.rows / clicks;
     }
 }

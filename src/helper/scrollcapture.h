@@ -89,6 +89,7 @@ private:
     void setArea(const QImage &before, const Movement &movement);
     QRect withoutOverlayBelow(const QRect &area) const;
     void waitForOverlay();
+    bool hasGoneSideways(const QImage &before);
     bool begin();
     void goDown();
     bool step(int &clicks);
@@ -111,12 +112,13 @@ private:
     Movement goRight();
     void goDownBeside(int lowest, const QRect &moved);
     bool takeExpected(int rows, const QRect &moved);
-    Result sheet();
+    Result sheet(const QString &note);
 
     void putBack(const QImage &original);
+    void putBackUnseen();
     bool isAt(const QImage &wanted) const;
     int goTo(int row);
-    void goDownTo(const QImage &wanted);
+    void goToView(const QImage &wanted);
 
     Clock &m_clock;
     const Target m_target;
@@ -136,9 +138,12 @@ private:
     bool m_isAll = false;         // whatever is noted
     bool m_isCutAtRight = false;  // more columns may follow
     bool m_climbed = false;       // the content was not at its top
+    int m_clicksUp = 0;           // towards there, in the beginning
     bool m_isSlow = false;        // the program was, in its first answer
+    bool m_hangs = false;         // it does not answer any more
     bool m_isTold = false;        // the area is the one that was said to scroll
     bool m_hasOwnAnchor = false;  // the wheel is turned elsewhere than where the user pointed
-    bool m_hasFilm = false;       // something moves above the content
+    // What is drawn anew may look different: something moves above it, or the colours have changed.
+    bool m_looksDifferent = false;
     Stopwatch m_sinceProgress;
 };

@@ -160,6 +160,8 @@ ScrolledWindow::Reach ScrolledWindow::reach()
         return Reach::Gone;
     m_bounds.moveTopLeft(windows.last().bounds.toRect().topLeft());
     const QPoint at = m_bounds.topLeft() + m_anchor;
+    if (!windows.last().bounds.contains(at))
+        return Reach::Gone;
     const uint process = windows.last().process;
     for (const auto &window : windows) {
         if (window.number == m_number || window.process == ownProcess())
@@ -203,6 +205,34 @@ bool ScrolledWindow::waitUntilReachable()
         if (!m_clock.pause(s_coverRound))
             setStop(Stop::Abandon);
     }
+}
+
+bool ScrolledWindow::waitForReturn()
+{
+    Stopwatch clock(m_clock);
+    bool isTold = false;
+    while (m_stop != Stop::Abandon) {
+        const auto windows = services().windows->windows(WindowServer::List::All, 0);
+        const auto own = std::find_if(windows.begin(), windows.end(), [this](const auto &window) {
+            return window.number == m_number;
+        });
+        if (own == windows.end())
+            return false;
+        m_bounds = own->bounds.toRect();
+        if (!QRect(QPoint(), m_bounds.size()).contains(m_anchor))
+            m_anchor = QRect(QPoint(), m_bounds.size()).center();
+        const Reach found = reach();
+        if (found == Reach::Free)
+            return look();
+        if (!std::exchange(isTold, true)) {
+            emit told(found == Reach::Covered
+                          ? tr("%1 is in front: waiting until it is gone").arg(m_coveredBy)
+                          : tr("Bring the window back: its content is not where it was"));
+        }
+        if (clock.elapsed() >= s_coverPatience || !m_clock.pause(s_coverRound))
+            break;
+    }
+    return false;
 }
 
 // With Ctrl held the wheel enlarges, with a button it drags.
@@ -284,6 +314,7 @@ ScrolledWindow::Turn ScrolledWindow::turnAndWait(int clicks, int patience)
             endWith(tr("This desktop lets no program turn the wheel"));
             return Turn::Nothing;
         }
+        m_unanswered += clicks;
     }
     const QImage before = content();
     QImage last = before;
@@ -317,8 +348,10 @@ ScrolledWindow::Turn ScrolledWindow::turnAndWait(int clicks, int patience)
             last = now;
         }
         if (hasMoved &&
-            (sinceChange.elapsed() >= restFor(longestGap) || sinceTurn.elapsed() >= s_restless))
+            (sinceChange.elapsed() >= restFor(longestGap) || sinceTurn.elapsed() >= s_restless)) {
+            m_unanswered = 0;
             return Turn::Moved;
+        }
         if (!hasMoved && sinceTurn.elapsed() >= patience)
             return Turn::Nothing;
     }

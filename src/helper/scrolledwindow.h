@@ -78,6 +78,12 @@ public:
     bool isReachable();
     /// Waits for what has come in front of it to go. False when the capture ends here.
     bool waitUntilReachable();
+    /// The same for the way back, also for a window that was minimised, or has another size now,
+    /// which is taken for its own from here on. False when it does not come.
+    bool waitForReturn();
+    /// By how much the wheel was turned since the view has moved last: a program that hangs does
+    /// that when it comes to itself.
+    int unanswered() const { return m_unanswered; }
 
     /// How long the view has to stay as it is to be at rest, ms. It is never taken to be at rest
     /// sooner than it was seen to pause.
@@ -122,6 +128,7 @@ private:
     std::unique_ptr<ChangeWatch> m_changes;  // null where nobody tells of changes
     int m_rest;
     qint64 m_slowestAnswer = -1;  // ms; -1 while there was none
+    int m_unanswered = 0;         // clicks
     bool m_sawLate = false;
     QString m_coveredBy;
     QPoint m_turnedAt;    // global; where the wheel was turned last

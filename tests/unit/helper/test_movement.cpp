@@ -284,6 +284,12 @@ void TestMovement::kinds_data()
     };
     add("fading bar", fading(0, 120), fading(120, 160), Kind::Moved, 120);
     add("a bar that fades away", fading(0, 120), with(0, {}, Qt::red), Kind::Still);
+    // One for the columns, over a few lines on a page that is blank below them.
+    QImage few = listView(0, 1).copy(0, 0, 640, 480);
+    fill(few, {0, 72, 640, 408}, Qt::white);
+    QImage underlined = few;
+    fill(underlined, {0, 474, 250, 4}, Qt::gray);
+    add("a bar for columns comes", few, underlined, Kind::Still);
 
     // The same words in other lines, other text, and a picture that came in between.
     add("reflow", textPage(640, 480, 3), textPage(500, 480, 3).copy(0, 0, 640, 480), Kind::Lost);
