@@ -726,7 +726,6 @@ void ScrollCapture::takeBeside()
         if (movement.kind != Movement::Kind::Moved)
             break;
         if (m_sheet.isFull()) {
-            m_isCutAtRight = true;
             m_window.endWith(
                 tr("The picture has reached its limit: %1 pixels each way, and %2 million in all")
                     .arg(QLocale().toString(s_longest))
@@ -749,6 +748,7 @@ void ScrollCapture::takeBeside()
         waitForOverlay();
         m_sheet.add(column(), from, at);
     }
+    m_isCutAtRight = !runs();
     if (m_window.stop() == Stop::Abandon)
         return;
     m_window.setAxis(Axis::Across);
@@ -780,7 +780,8 @@ void ScrollCapture::goToFirstRow(int lowest)
 void ScrollCapture::goToStart(int distance)
 {
     const double perClick = m_window.axis() == Axis::Across ? m_columnsPerClick : m_rowsPerClick;
-    for (int left = clicksFor(distance, perClick); left > 0; left -= s_longestClimb)
+    for (int left = clicksFor(distance, perClick); left > 0 && m_window.waitUntilReachable();
+         left -= s_longestClimb)
         m_window.turn(-std::min(left, s_longestClimb), s_patienceUp);
     if (distance > 0)
         climb();
@@ -794,13 +795,14 @@ Movement ScrollCapture::goRight()
     Movement movement{.kind = Movement::Kind::Still};
     for (int clicks = usualStep(); runs(); clicks /= 2) {
         if (clicks == 0) {
-            m_isCutAtRight = true;
             m_window.endWith(tr("The content could not be followed further to the right"));
             break;
         }
-        m_window.turn(clicks, s_patienceDown);
+        while (m_window.waitUntilReachable() &&
+               m_window.turn(clicks, s_patienceDown) == Turn::Nothing && !m_window.isReachable()) {
+        }
         const QImage now = content();
-        if (now == before)
+        if (now == before || !runs())
             break;
         const int expected = static_cast<int>(std::lround(m_columnsPerClick * clicks));
         movement = findMovement(before, now, expected);
@@ -874,9 +876,9 @@ ScrollCapture::Result ScrollCapture::sheet(const QString &note)
         return {.picture = m_sheet.firstColumn(),
                 .note = tr("There is not enough memory for all of it"),
                 .lastColumn = m_sheet.firstColumn().width()};
-    if (m_isCutAtRight)
+    if (!note.isEmpty() && m_isCutAtRight)
         result.lastColumn = size.width();
-    else if (!result.note.isEmpty())
+    else if (!note.isEmpty())
         result.lastRow = common;
     return result;
 }
