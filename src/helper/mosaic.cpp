@@ -135,10 +135,25 @@ Mosaic::Sight Mosaic::add(const QImage &picture, const QRect &area)
 std::optional<QPoint> Mosaic::movementOf(const QImage &view,
                                          const std::vector<Landmark> &landmarks) const
 {
+    if (const auto movement = movementAmong(view, m_lastLandmarks, landmarks))
+        return movement;
+    // Where a pattern repeats itself, as in columns of equal figures, a place further across is as
+    // good as the one straight below, and nobody means that.
+    for (const Qt::Orientation line : {Qt::Vertical, Qt::Horizontal}) {
+        if (const auto movement = movementAmong(view, landmarksInLine(m_lastLandmarks, line),
+                                                landmarksInLine(landmarks, line)))
+            return movement;
+    }
+    return {};
+}
+
+std::optional<QPoint> Mosaic::movementAmong(const QImage &view, const std::vector<Landmark> &known,
+                                            const std::vector<Landmark> &landmarks) const
+{
     Votes votes;
     const int furthestX = view.width() * (s_sharedPart - 1) / s_sharedPart;
     const int furthestY = view.height() * (s_sharedPart - 1) / s_sharedPart;
-    forCommon(m_lastLandmarks, landmarks, [&](const Landmark &was, const Landmark &is) {
+    forCommon(known, landmarks, [&](const Landmark &was, const Landmark &is) {
         const QPoint movement(was.x - is.x, was.y - is.y);
         if (!movement.isNull() && std::abs(movement.x()) <= furthestX &&
             std::abs(movement.y()) <= furthestY)

@@ -61,6 +61,8 @@ private:
 
     std::optional<QPoint> movementOf(const QImage &view,
                                      const std::vector<Landmark> &landmarks) const;
+    std::optional<QPoint> movementAmong(const QImage &view, const std::vector<Landmark> &known,
+                                        const std::vector<Landmark> &landmarks) const;
     std::optional<QPoint> placeOf(const QImage &view, const std::vector<Landmark> &landmarks) const;
     bool isInPlace(const QImage &view, const std::vector<Landmark> &landmarks) const;
     enum class Share { Little, Some, Most };

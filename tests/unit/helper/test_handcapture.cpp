@@ -93,6 +93,7 @@ private slots:
     void ends_data();
     void ends();
     void limit();
+    void listing_data();
     void listing();
     void sheet();
 
@@ -290,14 +291,23 @@ void TestHandCapture::limit()
     QCOMPARE(taken.copy(seen).convertToFormat(QImage::Format_RGB32), page.copy(seen));
 }
 
-// Lines that differ by their numbers alone: a wrong distance explains nearly all of a view.
+void TestHandCapture::listing_data()
+{
+    QTest::addColumn<bool>("repeats");
+    QTest::newRow("numbers at the left") << false;
+    QTest::newRow("the same in each column") << true;
+}
+
+// Lines that differ by their numbers alone: a wrong distance explains nearly all of a view. With a
+// line's number in each of its columns, one further across does as well as the one straight below.
 void TestHandCapture::listing()
 {
+    QFETCH(bool, repeats);
     QImage page = plainPage(700, 17 * 400);
     for (int line = 0; line < 400; ++line) {
         glyphs().number(page, 20, 17 * line + 4, line);
-        for (int x = 100; x < 600; x += 60)
-            glyphs().number(page, x, 17 * line + 4, 31415);
+        for (int x = repeats ? 60 : 100; x < 690; x += repeats ? 40 : 60)
+            glyphs().number(page, x, 17 * line + 4, repeats ? line : 31415);
     }
     m_server->page = page;
     m_server->path = [](qint64 time) {
