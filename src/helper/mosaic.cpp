@@ -378,15 +378,27 @@ void Mosaic::paintStrip(Side side, const QImage &view, const QRect &part)
     strip->extent |= to;
 }
 
-bool Mosaic::reachesAlong(Side side) const
+// Of what is painted beside the content: all of it, or nothing where it would not reach along.
+int Mosaic::thicknessOf(Side side) const
 {
     const Strip *strip = m_strips.at(side).get();
     if (!strip)
-        return false;
-    return side == Top || side == Bottom ? strip->extent.left() <= m_extent.left() &&
-                                               strip->extent.right() >= m_extent.right()
-                                         : strip->extent.top() <= m_extent.top() &&
-                                               strip->extent.bottom() >= m_extent.bottom();
+        return 0;
+    const QRect &extent = strip->extent;
+    if (side == Top || side == Bottom)
+        return extent.left() <= m_extent.left() && extent.right() >= m_extent.right()
+                   ? extent.height()
+                   : 0;
+    return extent.top() <= m_extent.top() && extent.bottom() >= m_extent.bottom() ? extent.width()
+                                                                                  : 0;
+}
+
+QRect Mosaic::lastPlace() const
+{
+    if (!hasMoved())
+        return m_last.rect();
+    return usualPart().translated(m_at).translated(QPoint(thicknessOf(Left), thicknessOf(Top)) -
+                                                   m_extent.topLeft());
 }
 
 QImage Mosaic::overview(QSize box) const
@@ -404,12 +416,8 @@ QImage Mosaic::finish()
     if (!hasMoved())
         return std::exchange(m_last, {});
     std::array<int, 4> thickness{};
-    for (const Side side : {Top, Bottom, Left, Right}) {
-        if (reachesAlong(side)) {
-            const QRect &extent = m_strips.at(side)->extent;
-            thickness.at(side) = side == Top || side == Bottom ? extent.height() : extent.width();
-        }
-    }
+    for (const Side side : {Top, Bottom, Left, Right})
+        thickness.at(side) = thicknessOf(side);
     const QRect inside(QPoint(thickness[Left], thickness[Top]), m_extent.size());
     const QSize size(inside.x() + inside.width() + thickness[Right],
                      inside.y() + inside.height() + thickness[Bottom]);

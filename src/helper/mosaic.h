@@ -42,6 +42,10 @@ public:
     QSize size() const;
     /// The last view that was not unclear.
     const QImage &lastView() const { return m_last; }
+    /// What of it is content, as far as that is known.
+    QRect lastPart() const { return hasMoved() ? usualPart() : m_last.rect(); }
+    /// Where that lies in the picture that finish() gives.
+    QRect lastPlace() const;
     /// How it came there: the last movement.
     QPoint lastMovement() const { return m_lastMovement; }
     /// What there is so far, no larger than a box, for a look.
@@ -72,7 +76,7 @@ private:
     void paint(const QImage &view, const std::vector<Landmark> &landmarks, const QRect &part);
     QRect withinLimits(const QRect &area);
     void paintStrip(Side side, const QImage &view, const QRect &part);
-    bool reachesAlong(Side side) const;
+    int thicknessOf(Side side) const;
 
     int m_sideLimit;
     qint64 m_areaLimit;

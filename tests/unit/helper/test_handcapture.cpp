@@ -24,15 +24,18 @@ public:
     QImage page{};
     QRect bounds{50, 40, 700, 500};
     Frame frame{};
+    int titleBar = 0;  // what of the header is the window manager's
     std::function<QPoint(qint64)> path{};
     std::function<void(qint64)> onLook{};
     int looks = 0;
 
     QList<Entry> windows(List, int) override
     {
-        return bounds.isEmpty()
-                   ? QList<Entry>{}
-                   : QList<Entry>{{.number = s_number, .bounds = bounds, .process = 3}};
+        return bounds.isEmpty() ? QList<Entry>{}
+                                : QList<Entry>{{.number = s_number,
+                                                .bounds = bounds,
+                                                .frame = {0, titleBar, 0, 0},
+                                                .process = 3}};
     }
 
     QImage picture(std::optional<QRectF>, const QList<int> &) override
@@ -162,6 +165,8 @@ void TestHandCapture::follows()
 void TestHandCapture::losesAndFinds()
 {
     m_server->page = textPage(700, 6000);
+    // At its foot there is nothing to be recognised.
+    fill(m_server->page, {0, 1250, 700, 300}, Qt::white);
     m_server->path = [](qint64 time) {
         if (time < 1000)
             return QPoint(0, static_cast<int>(time));
@@ -185,11 +190,11 @@ void TestHandCapture::losesAndFinds()
     QCOMPARE(result.note, QString());
     QCOMPARE(result.picture, m_server->page.copy(0, 0, 700, result.picture.height()));
     QVERIFY(result.picture.height() > 3100 && result.picture.height() < 3250);
-    // What was at the foot of the last known view, in half its size.
+    // The last text of the last known view, in half its size.
     QVERIFY(rowsWhileLost > 0 && rowsWhileLost < told.size());
     QCOMPARE(shown.size(), QSize(200, 100));
     bool isFound = false;
-    for (int foot = 1300; foot < 1520 && !isFound; ++foot)
+    for (int foot = 1225; foot <= 1250 && !isFound; ++foot)
         isFound = m_server->page.copy(0, foot - 200, 400, 200)
                       .convertToFormat(shown.format())
                       .scaled(200, 100, Qt::IgnoreAspectRatio, Qt::SmoothTransformation) == shown;
@@ -207,13 +212,15 @@ void TestHandCapture::whatStays_data()
         << Frame{.header = 50, .footer = 24, .sideBar = 60, .scrollBar = 14} << true;
 }
 
-// The area is the whole window: what stays at its edges comes once, or not at all where it would
-// not reach along the content.
+// The area is the whole window in its frame: what stays at its edges comes once, or not at all
+// where it would not reach along the content.
 void TestHandCapture::whatStays()
 {
     QFETCH(Frame, frame);
     QFETCH(bool, isUp);
     m_server->frame = frame;
+    m_server->titleBar = frame.header / 2;
+    const int header = frame.header - m_server->titleBar;
     const QRect content = frame.content(m_server->bounds.size());
     m_server->page = textPage(content.width(), 2000);
     const int lowest = 2000 - content.height();
@@ -225,10 +232,10 @@ void TestHandCapture::whatStays()
     const ScrollCapture::Result result = takeFor(hands, lowest + 200);
     QCOMPARE(result.note, QString());
     const QImage view = frame.view(m_server->page, {}, m_server->bounds.size());
-    QCOMPARE(result.picture.size(), QSize(content.width(), 2000 + frame.header + frame.footer));
-    QCOMPARE(result.picture.copy(0, frame.header, content.width(), 2000), m_server->page);
-    QCOMPARE(result.picture.copy(0, 0, content.width(), frame.header),
-             view.copy(content.x(), 0, content.width(), frame.header));
+    QCOMPARE(result.picture.size(), QSize(content.width(), 2000 + header + frame.footer));
+    QCOMPARE(result.picture.copy(0, header, content.width(), 2000), m_server->page);
+    QCOMPARE(result.picture.copy(0, 0, content.width(), header),
+             view.copy(content.x(), m_server->titleBar, content.width(), header));
 }
 
 void TestHandCapture::ends_data()
@@ -238,6 +245,7 @@ void TestHandCapture::ends_data()
     QTest::addColumn<bool>("told");
     QTest::newRow("Return") << u"keep"_s << true << false;
     QTest::newRow("Escape") << u"discard"_s << false << false;
+    QTest::newRow("Return, lost") << u"lost"_s << true << true;
     QTest::newRow("idle") << u"idle"_s << true << true;
     QTest::newRow("closed") << u"closed"_s << true << true;
     QTest::newRow("another size") << u"size"_s << true << true;
@@ -246,8 +254,10 @@ void TestHandCapture::ends_data()
 void TestHandCapture::ends()
 {
     QFETCH(QString, how);
-    m_server->page = textPage(700, 2000);
-    m_server->path = [](qint64 time) { return QPoint(0, std::min<int>(600, int(time))); };
+    m_server->page = textPage(700, 2500);
+    m_server->path = [&](qint64 time) {
+        return QPoint(0, how == u"lost" && time > 700 ? 2000 : std::min<int>(600, int(time)));
+    };
     HandCapture hands(target());
     constexpr qint64 begin = 1000;
     qint64 last = 0;
@@ -255,7 +265,7 @@ void TestHandCapture::ends()
         last = now;
         if (now < begin || how == u"idle")
             return;
-        if (how == u"keep")
+        if (how == u"keep" || how == u"lost")
             hands.keep();
         else if (how == u"discard")
             hands.discard();
@@ -269,6 +279,7 @@ void TestHandCapture::ends()
     QTEST(!result.note.isEmpty(), "told");
     if (!result.picture.isNull())
         QCOMPARE(result.picture, m_server->page.copy(0, 0, 700, 1100));
+    QCOMPARE(result.note.contains(QLocale().toString(1100)), how == u"lost");
     if (how == u"idle")
         QVERIFY(last >= 60000 && last < 61000);
     else
