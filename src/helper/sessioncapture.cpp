@@ -77,7 +77,7 @@ void SessionCapture::openPanel()
 {
     m_panel = std::make_unique<HintPlate>(nullptr);
     m_panel->addLine(tr("Return"), tr("keeps what there is"));
-    m_panel->addLine(tr("Escape"), tr("gives up"));
+    m_panel->addLine(tr("Esc"), tr("gives up"));
 }
 
 template<typename Capture>

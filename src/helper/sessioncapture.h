@@ -43,7 +43,7 @@ private:
     std::function<void()> m_abandon;
     std::unique_ptr<HintPlate> m_panel;
     std::unique_ptr<AreaOutline> m_outline;  // while the user scrolls
-    uint m_process = 0;        // of the window that scrolls
+    uint m_process = 0;                      // of the window that scrolls
     unsigned m_front = 0;      // the window in front when that began; 0 while it is not known
     bool m_wantsKeys = false;  // no key has ended it yet
     bool m_watchesKeys = false;
