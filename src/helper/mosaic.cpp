@@ -100,11 +100,11 @@ Mosaic::Sight Mosaic::add(const QImage &picture, const QRect &area)
     }
     bool isHalfDrawn = false;
     if (const auto movement = movementOf(view, landmarks)) {
-        const QRect part = movedBox(m_last, view, *movement);
+        const auto [part, stayed] = movedBox(m_last, view, *movement);
         const Share share = shareOf(part);
         isHalfDrawn = share == Share::Some;
         if (share == Share::Most) {
-            learn(*movement, part);
+            learn(*movement, part, stayed);
             // Only now is it known what of the first view is content.
             if (!hasMoved())
                 paint(m_last, m_lastLandmarks, part);
@@ -116,6 +116,7 @@ Mosaic::Sight Mosaic::add(const QImage &picture, const QRect &area)
         }
     }
     if (!isHalfDrawn && isInPlace(view, landmarks)) {
+        forgetChanged(view);
         if (hasMoved())
             paint(view, landmarks, usualPart());
         accept();
@@ -259,8 +260,11 @@ QRect Mosaic::usualPart() const
     return result;
 }
 
-void Mosaic::learn(QPoint movement, const QRect &part)
+void Mosaic::learn(QPoint movement, const QRect &part, const QRegion &stayed)
 {
+    if (m_stayed.size() == s_memory)
+        m_stayed.erase(m_stayed.begin());
+    m_stayed.push_back(stayed);
     for (const bool isUpright : {false, true}) {
         std::vector<QRect> &parts = m_parts.at(isUpright ? 1 : 0);
         if ((isUpright ? movement.y() : movement.x()) == 0)
@@ -268,6 +272,19 @@ void Mosaic::learn(QPoint movement, const QRect &part)
         if (parts.size() == s_memory)
             parts.erase(parts.begin());
         parts.push_back(part);
+    }
+}
+
+// What changes in its place is drawn late rather than lying over the content.
+void Mosaic::forgetChanged(const QImage &view)
+{
+    for (QRegion &stayed : m_stayed) {
+        QRegion kept;
+        for (const QRect &piece : stayed) {
+            if (view.copy(piece) == m_last.copy(piece))
+                kept |= piece;
+        }
+        stayed = kept;
     }
 }
 
@@ -288,7 +305,15 @@ void Mosaic::paint(const QImage &view, const std::vector<Landmark> &landmarks, c
             m_index.insert(
                 {landmark.hash, static_cast<qint16>(place.x()), static_cast<qint16>(place.y())});
     }
-    m_isFull = !m_plane.paint(m_at, view, shown) || m_isFull;
+    // What lies over the content would be found at each place that it has been over.
+    QRegion over;
+    for (const QRegion &stayed : m_stayed)
+        over |= stayed;
+    over &= shown;
+    for (const QRect &piece : QRegion(shown) - over)
+        m_isFull = !m_plane.paint(m_at, view, piece) || m_isFull;
+    for (const QRect &piece : over)
+        m_isFull = !m_plane.paint(m_at, view, piece, Plane::Over::Nothing) || m_isFull;
     m_extent |= area;
     for (const Side side : {Top, Bottom, Left, Right})
         paintStrip(side, view, shown);

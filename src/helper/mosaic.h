@@ -6,6 +6,7 @@
 #include <QImage>
 #include <QPoint>
 #include <QRect>
+#include <QRegion>
 #include <QSize>
 
 #include <array>
@@ -72,7 +73,8 @@ private:
     enum class Share { Little, Some, Most };
     Share shareOf(const QRect &part) const;
     QRect usualPart() const;
-    void learn(QPoint movement, const QRect &part);
+    void learn(QPoint movement, const QRect &part, const QRegion &stayed);
+    void forgetChanged(const QImage &view);
     void paint(const QImage &view, const std::vector<Landmark> &landmarks, const QRect &part);
     QRect withinLimits(const QRect &area);
     void paintStrip(Side side, const QImage &view, const QRect &part);
@@ -86,6 +88,7 @@ private:
     QPoint m_lastMovement{};
     /// What of the last few views moved, across and upright: a heading may go along with one.
     std::array<std::vector<QRect>, 2> m_parts{};
+    std::vector<QRegion> m_stayed{};  // what lay over the content in them
     Plane m_plane{};
     QRect m_extent{};  ///< what of the plane has been painted
     LandmarkIndex m_index{};

@@ -84,6 +84,56 @@ public:
         return denied > explained || !told.agree() ? QRect() : found;
     }
 
+    // What lies over it and stays is where something else should have come to, and what should have
+    // gone from there has not. Of plain pieces only the edges tell so: the box is theirs.
+    QRegion stayed(const QRect &box) const
+    {
+        constexpr int most = 8;  // a larger part is content that has not been drawn yet
+        const int columns = m_bands;
+        const int rows = (m_rows + s_cell - 1) / s_cell;
+        std::vector<quint8> blocks(static_cast<size_t>(columns) * rows);
+        const auto mark = [&](QPoint at) {
+            const QRect cell(at, QSize(s_cell, 1));
+            if (!box.contains(cell) ||
+                !isSame(after(at.y()) + at.x(), before(at.y()) + at.x(), s_cell))
+                return;
+            const auto row = static_cast<size_t>(at.y() / s_cell) * columns;
+            blocks[row + cell.left() / s_cell] = blocks[row + cell.right() / s_cell] = 1;
+        };
+        for (int y = box.top(); y <= box.bottom(); ++y) {
+            for (int band = 0; band < m_bands; ++band) {
+                if (m_scores[index(band, y)] < 0 && isKnown(band, y)) {
+                    mark({band * s_cell, y});
+                    mark(QPoint(band * s_cell, y) + m_movement);
+                }
+            }
+        }
+        QRegion result;
+        for (int block = 0; block < columns * rows; ++block) {
+            QRect found;
+            std::vector<int> open{block};
+            while (!open.empty()) {
+                const int at = open.back();
+                open.pop_back();
+                if (!std::exchange(blocks[at], 0))
+                    continue;
+                const int x = at % columns;
+                const int y = at / columns;
+                found |= QRect(x * s_cell, y * s_cell, s_cell, s_cell);
+                for (int beside = 0; beside < 9; ++beside) {
+                    const int toX = x + beside % 3 - 1;
+                    const int toY = y + beside / 3 - 1;
+                    if (toX >= 0 && toX < columns && toY >= 0 && toY < rows)
+                        open.push_back(toY * columns + toX);
+                }
+            }
+            found &= box;
+            if (qint64{found.width()} * found.height() * most <= qint64{box.width()} * box.height())
+                result |= found;
+        }
+        return result;
+    }
+
 private:
     size_t index(int band, int y) const
     {
@@ -283,7 +333,9 @@ private:
 
 }  // namespace
 
-QRect movedBox(const QImage &before, const QImage &after, QPoint movement)
+Moved movedBox(const QImage &before, const QImage &after, QPoint movement)
 {
-    return MovedCells(before, after, movement).box();
+    const MovedCells cells(before, after, movement);
+    const QRect box = cells.box();
+    return {.box = box, .stayed = cells.stayed(box)};
 }

@@ -24,6 +24,7 @@ public:
     QImage page{};
     QRect bounds{50, 40, 700, 500};
     Frame frame{};
+    QRect button{};    // lies over the page
     int titleBar = 0;  // what of the header is the window manager's
     std::function<QPoint(qint64)> path{};
     std::function<void(qint64)> onLook{};
@@ -54,7 +55,9 @@ public:
         const QPoint wanted = path(now - m_start);
         const QPoint at(std::clamp(wanted.x(), 0, room.width()),
                         std::clamp(wanted.y(), 0, room.height()));
-        return frame.view(page, at, size);
+        QImage view = frame.view(page, at, size);
+        fill(view, button, Qt::darkGray);
+        return view;
     }
 
 private:
@@ -140,6 +143,8 @@ void TestHandCapture::follows_data()
     QTest::newRow("both") << QList<QPoint>{{600, 400}, {0, 0},   {600, 30}, {20, 380},
                                            {600, 400}, {0, 400}, {600, 0}}
                           << 3000;
+    QTest::newRow("both, a button over it")
+        << QList<QPoint>{{0, 0}, {600, 0}, {600, 200}, {0, 200}, {0, 400}, {600, 400}} << 1500;
 }
 
 // In both directions each way, and slantwise.
@@ -152,6 +157,8 @@ void TestHandCapture::follows()
         all |= QRect(place, m_server->bounds.size());
     m_server->page = textPage(all.width(), all.height());
     m_server->path = walk(places, speed);
+    if (speed == 1500)
+        m_server->button = {400, 200, 60, 90};
     qint64 end = 0;
     for (qsizetype i = 0; i + 1 < places.size(); ++i)
         end += 2000LL * (places[i] - places[i + 1]).manhattanLength() / speed + 200;
