@@ -1028,7 +1028,7 @@ Möchten Sie die Datei ersetzen?</translation>
     </message>
     <message>
         <source>marks this part: Return or H takes what scrolls in it</source>
-        <translation>markiert diesen Teil: Eingabetaste oder H nimmt auf, was darin scrollt</translation>
+        <translation>markiert diesen Teil: Eingabe oder H nimmt auf, was darin scrollt</translation>
     </message>
     <message>
         <source>Esc</source>

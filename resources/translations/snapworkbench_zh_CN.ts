@@ -1028,7 +1028,7 @@ Do you want to replace it?</source>
     </message>
     <message>
         <source>marks this part: Return or H takes what scrolls in it</source>
-        <translation>标记此部分：按 Enter 或 H 截取其中滚动的内容</translation>
+        <translation>标记此部分：按回车键或 H 截取其中滚动的内容</translation>
     </message>
     <message>
         <source>Esc</source>

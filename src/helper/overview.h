@@ -28,6 +28,8 @@ template<typename Pixels> QImage sampledOverview(QSize picture, QSize box, const
     constexpr int samples = 2;  // each way
     constexpr int count = samples * samples;
     const QSize size = overviewSize(picture, box);
+    if (size.isEmpty())
+        return {};
     QImage result(size, QImage::Format_RGB32);
     // A division for each sample would take longer than all the rest.
     const auto places = [](int whole, int shown) {
