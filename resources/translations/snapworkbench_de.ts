@@ -219,7 +219,7 @@ Rücktaste    Punkt löschen</translation>
     <name>HandCapture</name>
     <message>
         <source>Scroll it with your own hands</source>
-        <translation>Rollen Sie jetzt selbst</translation>
+        <translation>Scrollen Sie jetzt selbst</translation>
     </message>
     <message>
         <source>Nothing moved for a minute</source>
@@ -234,10 +234,6 @@ Rücktaste    Punkt löschen</translation>
         <translation>Das Bild hat seine Grenze erreicht: %1 Pixel je Richtung und %2 Millionen im Ganzen</translation>
     </message>
     <message>
-        <source>What was scrolled by at last could not be followed</source>
-        <translation>Was zuletzt vorbeigerollt ist, konnte nicht verfolgt werden</translation>
-    </message>
-    <message>
         <source>The window left the screen</source>
         <translation>Das Fenster ist vom Bildschirm verschwunden</translation>
     </message>
@@ -246,16 +242,24 @@ Rücktaste    Punkt löschen</translation>
         <translation>Das Fenster hat seine Größe geändert</translation>
     </message>
     <message>
-        <source>The place is lost: scroll back to what is shown here</source>
-        <translation>Die Stelle ist verloren: Rollen Sie zurück zu dem, was hier zu sehen ist</translation>
-    </message>
-    <message>
         <source>%1 x %2 pixels: more can&apos;t be taken</source>
         <translation>%1 x %2 Pixel: Mehr kann nicht aufgenommen werden</translation>
     </message>
     <message>
         <source>%1 x %2 pixels</source>
         <translation>%1 x %2 Pixel</translation>
+    </message>
+    <message>
+        <source>The place was lost at column %1, and what you scrolled to after that is missing. Try again, and scroll more slowly there.</source>
+        <translation>Bei Spalte %1 ging die Stelle verloren; was Sie danach gescrollt haben, fehlt im Bild. Versuchen Sie es noch einmal und scrollen Sie dort langsamer.</translation>
+    </message>
+    <message>
+        <source>The place was lost at row %1, and what you scrolled to after that is missing. Try again, and scroll more slowly there.</source>
+        <translation>Bei Zeile %1 ging die Stelle verloren; was Sie danach gescrollt haben, fehlt im Bild. Versuchen Sie es noch einmal und scrollen Sie dort langsamer.</translation>
+    </message>
+    <message>
+        <source>The place is lost: scroll back to what was seen last</source>
+        <translation>Die Stelle ist verloren: Scrollen Sie zurück zu dem, was zuletzt zu sehen war</translation>
     </message>
 </context>
 <context>
@@ -772,6 +776,10 @@ Do you want to replace it?</source>
         <translation>%1 existiert bereits.
 Möchten Sie die Datei ersetzen?</translation>
     </message>
+    <message>
+        <source>Folder</source>
+        <translation>Ordner</translation>
+    </message>
 </context>
 <context>
     <name>QPictureDocument</name>
@@ -831,7 +839,7 @@ Möchten Sie die Datei ersetzen?</translation>
     <name>ScrollCapture</name>
     <message>
         <source>Scrolling to the top</source>
-        <translation>Rollt zum Anfang</translation>
+        <translation>Scrollt zum Anfang</translation>
     </message>
     <message>
         <source>Putting it back</source>
@@ -843,7 +851,7 @@ Möchten Sie die Datei ersetzen?</translation>
     </message>
     <message>
         <source>Nothing scrolls there: it was taken as it is</source>
-        <translation>Dort lässt sich nichts rollen: Es wurde aufgenommen, wie es ist</translation>
+        <translation>Dort lässt sich nichts scrollen: Es wurde aufgenommen, wie es ist</translation>
     </message>
     <message>
         <source>The content could not be followed</source>
@@ -928,10 +936,6 @@ Möchten Sie die Datei ersetzen?</translation>
         <translation>behält, was da ist</translation>
     </message>
     <message>
-        <source>Escape</source>
-        <translation>Escape</translation>
-    </message>
-    <message>
         <source>gives up</source>
         <translation>bricht ab</translation>
     </message>
@@ -951,6 +955,10 @@ Möchten Sie die Datei ersetzen?</translation>
         <source>%1. The picture ends at column %2.</source>
         <translation>%1. Das Bild endet bei Spalte %2.</translation>
     </message>
+    <message>
+        <source>Esc</source>
+        <translation>Esc</translation>
+    </message>
 </context>
 <context>
     <name>SessionOverlay</name>
@@ -959,20 +967,12 @@ Möchten Sie die Datei ersetzen?</translation>
         <translation>Zeigen Sie auf ein Fenster</translation>
     </message>
     <message>
-        <source>Click</source>
-        <translation>Klick</translation>
-    </message>
-    <message>
         <source>takes the window</source>
         <translation>nimmt das Fenster auf</translation>
     </message>
     <message>
         <source>Ctrl+click, Return</source>
         <translation>Strg+Klick, Eingabe</translation>
-    </message>
-    <message>
-        <source>Escape</source>
-        <translation>Escape</translation>
     </message>
     <message>
         <source>gives up</source>
@@ -988,11 +988,11 @@ Möchten Sie die Datei ersetzen?</translation>
     </message>
     <message>
         <source>takes all that scrolls there, by the wheel</source>
-        <translation>nimmt mit dem Mausrad alles auf, was dort rollt</translation>
+        <translation>nimmt mit dem Mausrad alles auf, was dort scrollt</translation>
     </message>
     <message>
         <source>takes all that scrolls in it, by the wheel</source>
-        <translation>nimmt mit dem Mausrad alles auf, was darin rollt</translation>
+        <translation>nimmt mit dem Mausrad alles auf, was darin scrollt</translation>
     </message>
     <message>
         <source>Shift held</source>
@@ -1008,7 +1008,7 @@ Möchten Sie die Datei ersetzen?</translation>
     </message>
     <message>
         <source>takes what you scroll with your own hands</source>
-        <translation>nimmt auf, was Sie selbst rollen</translation>
+        <translation>nimmt auf, was Sie selbst scrollen</translation>
     </message>
     <message>
         <source>Drag</source>
@@ -1020,7 +1020,31 @@ Möchten Sie die Datei ersetzen?</translation>
     </message>
     <message>
         <source>marks the part of a window that scrolls</source>
-        <translation>markiert den Teil eines Fensters, der rollt</translation>
+        <translation>markiert den Teil eines Fensters, der scrollt</translation>
+    </message>
+    <message>
+        <source>Release</source>
+        <translation>Loslassen</translation>
+    </message>
+    <message>
+        <source>marks this part: Return or H takes what scrolls in it</source>
+        <translation>markiert diesen Teil: Eingabe oder H nimmt auf, was darin scrollt</translation>
+    </message>
+    <message>
+        <source>Esc</source>
+        <translation>Esc</translation>
+    </message>
+    <message>
+        <source>Tab</source>
+        <translation>Tab</translation>
+    </message>
+    <message>
+        <source>goes to the next window</source>
+        <translation>geht zum nächsten Fenster</translation>
+    </message>
+    <message>
+        <source>Click, Space</source>
+        <translation>Klick, Leertaste</translation>
     </message>
 </context>
 <context>

@@ -234,10 +234,6 @@ Backspace    删除最后一点</translation>
         <translation>图片已达到上限：每个方向 %1 像素，总共 %2 百万像素</translation>
     </message>
     <message>
-        <source>What was scrolled by at last could not be followed</source>
-        <translation>最后滚动的部分无法跟踪</translation>
-    </message>
-    <message>
         <source>The window left the screen</source>
         <translation>窗口已从屏幕上消失</translation>
     </message>
@@ -246,16 +242,24 @@ Backspace    删除最后一点</translation>
         <translation>窗口大小已改变</translation>
     </message>
     <message>
-        <source>The place is lost: scroll back to what is shown here</source>
-        <translation>位置已丢失：请滚动回此处显示的内容</translation>
-    </message>
-    <message>
         <source>%1 x %2 pixels: more can&apos;t be taken</source>
         <translation>%1 x %2 像素：无法截取更多</translation>
     </message>
     <message>
         <source>%1 x %2 pixels</source>
         <translation>%1 x %2 像素</translation>
+    </message>
+    <message>
+        <source>The place was lost at column %1, and what you scrolled to after that is missing. Try again, and scroll more slowly there.</source>
+        <translation>在第 %1 列处跟丢了位置，之后滚动到的内容不在图片中。请重试，并在该处放慢滚动。</translation>
+    </message>
+    <message>
+        <source>The place was lost at row %1, and what you scrolled to after that is missing. Try again, and scroll more slowly there.</source>
+        <translation>在第 %1 行处跟丢了位置，之后滚动到的内容不在图片中。请重试，并在该处放慢滚动。</translation>
+    </message>
+    <message>
+        <source>The place is lost: scroll back to what was seen last</source>
+        <translation>位置已丢失：请滚动回最后看到的内容</translation>
     </message>
 </context>
 <context>
@@ -772,6 +776,10 @@ Do you want to replace it?</source>
         <translation>%1 已存在。
 要替换它吗？</translation>
     </message>
+    <message>
+        <source>Folder</source>
+        <translation>文件夹</translation>
+    </message>
 </context>
 <context>
     <name>QPictureDocument</name>
@@ -928,10 +936,6 @@ Do you want to replace it?</source>
         <translation>保留已截取的部分</translation>
     </message>
     <message>
-        <source>Escape</source>
-        <translation>Esc 键</translation>
-    </message>
-    <message>
         <source>gives up</source>
         <translation>放弃</translation>
     </message>
@@ -951,6 +955,10 @@ Do you want to replace it?</source>
         <source>%1. The picture ends at column %2.</source>
         <translation>%1。图片在第 %2 列结束。</translation>
     </message>
+    <message>
+        <source>Esc</source>
+        <translation>Esc</translation>
+    </message>
 </context>
 <context>
     <name>SessionOverlay</name>
@@ -959,20 +967,12 @@ Do you want to replace it?</source>
         <translation>请指向一个窗口</translation>
     </message>
     <message>
-        <source>Click</source>
-        <translation>单击</translation>
-    </message>
-    <message>
         <source>takes the window</source>
         <translation>截取该窗口</translation>
     </message>
     <message>
         <source>Ctrl+click, Return</source>
         <translation>Ctrl+单击、回车键</translation>
-    </message>
-    <message>
-        <source>Escape</source>
-        <translation>Esc 键</translation>
     </message>
     <message>
         <source>gives up</source>
@@ -1021,6 +1021,30 @@ Do you want to replace it?</source>
     <message>
         <source>marks the part of a window that scrolls</source>
         <translation>标记窗口中滚动的部分</translation>
+    </message>
+    <message>
+        <source>Release</source>
+        <translation>松开</translation>
+    </message>
+    <message>
+        <source>marks this part: Return or H takes what scrolls in it</source>
+        <translation>标记此部分：按回车键或 H 截取其中滚动的内容</translation>
+    </message>
+    <message>
+        <source>Esc</source>
+        <translation>Esc</translation>
+    </message>
+    <message>
+        <source>Tab</source>
+        <translation>Tab</translation>
+    </message>
+    <message>
+        <source>goes to the next window</source>
+        <translation>转到下一个窗口</translation>
+    </message>
+    <message>
+        <source>Click, Space</source>
+        <translation>点击、空格键</translation>
     </message>
 </context>
 <context>

@@ -8,6 +8,7 @@
 #include <QKeyEvent>
 #include <QPainter>
 
+#include <algorithm>
 #include <array>
 
 namespace {
@@ -49,16 +50,46 @@ void mouseShot::readWindows()
     });
 }
 
-void mouseShot::pickWindow()
+int mouseShot::pickAt(QPoint point) const
 {
     const int except = g_widgetExcept ? GetWindowId(g_widgetExcept) : 0;
-    const int pick = m_outlines.pick(pointer(), m_currentIndex, [except](int index) {
+    return m_outlines.pick(point, m_currentIndex, [except](int index) {
         return g_widgetExcept && getWinid(index) == except;
     });
+}
+
+void mouseShot::pickWindow()
+{
+    const int pick = pickAt(pointer());
     if (pick == m_currentIndex)
         return;
     m_currentIndex = pick;
     updateAll();
+}
+
+// To the next window, front to back, of which something can be seen: the pointer goes there, as
+// everything here follows it.
+void mouseShot::pickBeside(int step)
+{
+    constexpr int places = 8;  // each way
+    const auto count = static_cast<int>(m_outlines.rawPolygons().size());
+    for (int i = 1; i <= count; ++i) {
+        const int pick = (m_currentIndex - 1 + step * i % count + count) % count + 1;
+        const QRect box = m_outlines.visible(pick).boundingRect() & area();
+        QList<QPoint> points{box.center()};
+        for (int place = 0; place < places * places; ++place)
+            points.append(box.topLeft() +
+                          QPoint(box.width() * (place % places * 2 + 1) / (2 * places),
+                                 box.height() * (place / places * 2 + 1) / (2 * places)));
+        const auto isShown = [&](QPoint at) { return box.contains(at) && pickAt(at) == pick; };
+        const auto found = std::find_if(points.cbegin(), points.cend(), isShown);
+        if (pick == m_currentIndex || found == points.cend())
+            continue;
+        services().windows->movePointer(*found);
+        pickWindow();
+        looked();
+        return;
+    }
 }
 
 void mouseShot::readAgain()
@@ -129,6 +160,8 @@ bool mouseShot::eventFilter(QObject *watched, QEvent *event)
             reject();
         else if (key == Qt::Key_Return)
             accept();
+        else if (key == Qt::Key_Tab || key == Qt::Key_Backtab)
+            pickBeside(key == Qt::Key_Tab ? 1 : -1);
         return true;
     }
     default:

@@ -11,7 +11,8 @@ namespace Ui {
 class mouseShot;
 }  // namespace Ui
 
-/// The overlay that tints the window under the pointer, and takes it on a click. The windows are
+/// The overlay that tints the window under the pointer, and takes it on a click. Tab and Shift+Tab
+/// lead the pointer from window to window. The windows are
 /// those of the moment at which it was made: it shows itself then, and the caller runs exec().
 class mouseShot : public CaptureOverlay
 {
@@ -45,6 +46,8 @@ private:
     void readWindows();
     void pickWindow();
     void pickLater();
+    void pickBeside(int step);
+    int pickAt(QPoint point) const;
 
     std::unique_ptr<Ui::mouseShot> m_ui;
     WindowOutlines m_outlines;

@@ -1,9 +1,13 @@
 #include "helper/handcapture.h"
 
+#include "helper/evidence.h"
 #include "helper/movement.h"
 #include "platform/services.h"
 
 #include <QLocale>
+
+#include <algorithm>
+#include <cstdlib>
 
 namespace {
 
@@ -28,13 +32,13 @@ HandCapture::HandCapture(const ScrollCapture::Target &target)
 ScrollCapture::Result HandCapture::run()
 {
     for (const auto &window : services().windows->windows(WindowServer::List::OnScreen, 0)) {
-        if (window.number == m_target.window)
+        if (window.number == m_target.window) {
             m_bounds = window.bounds.toRect();
+            m_area = QRect(QPoint(), m_bounds.size()).marginsRemoved(window.frame);
+        }
     }
-    const QRect whole(QPoint(), m_bounds.size());
-    m_area =
-        m_target.area.isEmpty() ? whole : m_target.area.translated(-m_bounds.topLeft()) & whole;
-    emit progressed(tr("Scroll it with your own hands"));
+    if (!m_target.area.isEmpty())
+        m_area = m_target.area.translated(-m_bounds.topLeft()) & QRect(QPoint(), m_bounds.size());
     m_sinceMovement.restart();
     while (m_stop == Stop::None && look()) {
         tell();
@@ -64,8 +68,23 @@ QString HandCapture::note() const
             .arg(QLocale().toString(s_sideLimit))
             .arg(s_areaLimit / 1'000'000);
     if (m_isLost)
-        return tr("What was scrolled by at last could not be followed");
+        return lossNote();
     return {};
+}
+
+// The edge that it went over.
+QString HandCapture::lossNote() const
+{
+    const QRect place = m_mosaic.lastPlace();
+    const QPoint way = m_mosaic.lastMovement();
+    const QLocale locale;
+    return std::abs(way.x()) > std::abs(way.y())
+               ? tr("The place was lost at column %1, and what you scrolled to after that is "
+                    "missing. Try again, and scroll more slowly there.")
+                     .arg(locale.toString(way.x() > 0 ? place.right() + 1 : place.left() + 1))
+               : tr("The place was lost at row %1, and what you scrolled to after that is "
+                    "missing. Try again, and scroll more slowly there.")
+                     .arg(locale.toString(way.y() < 0 ? place.top() + 1 : place.bottom() + 1));
 }
 
 // False where the window is not what it was.
@@ -110,7 +129,8 @@ void HandCapture::tell()
             m_bounds.moveTopLeft(window.bounds.toRect().topLeft());
     }
     if (m_isLost) {
-        emit progressed(tr("The place is lost: scroll back to what is shown here"));
+        // Not every panel has room for its picture.
+        emit progressed(tr("The place is lost: scroll back to what was seen last"));
     } else if (m_mosaic.hasMoved()) {
         const QSize size = m_mosaic.size();
         const QString rows = QLocale().toString(size.height());
@@ -118,20 +138,53 @@ void HandCapture::tell()
                             ? tr("%1 x %2 pixels: more can't be taken")
                                   .arg(QLocale().toString(size.width()), rows)
                             : tr("%1 x %2 pixels").arg(QLocale().toString(size.width()), rows));
+    } else {
+        emit progressed(tr("Scroll it with your own hands"));
     }
 }
 
 QImage HandCapture::overview(QSize box) const
 {
-    if (!m_isLost)
-        return m_mosaic.overview(box);
+    return m_isLost ? wayBack(box) : m_mosaic.overview(box);
+}
+
+QImage HandCapture::wayBack(QSize box) const
+{
     const QImage &last = m_mosaic.lastView();
+    const QRect content = m_mosaic.lastPart();
     const QPoint movement = m_mosaic.lastMovement();
-    QRect part(QPoint(), (box * s_reduction).boundedTo(last.size()));
+    QRect part(content.topLeft(), (box * s_reduction).boundedTo(content.size()));
+    if (part.isEmpty())
+        return {};
     if (movement.y() >= 0)
-        part.moveBottom(last.height() - 1);
+        part.moveBottom(content.bottom());
     if (movement.x() > 0)
-        part.moveRight(last.width() - 1);
+        part.moveRight(content.right());
+    const QRgb ground = commonColour(last, content);
+    const auto isPlain = [&](const QRect &area) {
+        for (int y = area.top(); y <= area.bottom(); ++y) {
+            const QRgb *row = pixelRow(last, y);
+            if (!std::all_of(row + area.left(), row + area.right() + 1,
+                             [ground](QRgb pixel) { return pixel == ground; }))
+                return false;
+        }
+        return true;
+    };
+    // Blank ground can't be recognised: back to what has something on it, and beside to where that
+    // is in the row.
+    const bool isAcross = std::abs(movement.x()) > std::abs(movement.y());
+    const QPoint up(0, movement.y() < 0 ? 1 : -1);
+    const QPoint left(movement.x() > 0 ? -1 : 1, 0);
+    const QPoint back = isAcross ? left : up;
+    QRect edge =
+        isAcross
+            ? QRect(left.x() < 0 ? part.right() : part.left(), content.y(), 1, content.height())
+            : QRect(content.x(), up.y() < 0 ? part.bottom() : part.top(), content.width(), 1);
+    for (; isPlain(edge) && content.contains(part.translated(back)); edge.translate(back))
+        part.translate(back);
+    const QPoint beside = isAcross ? up * part.height() / 2 : left * part.width() / 2;
+    while (isPlain(part) && content.contains(part.translated(beside)))
+        part.translate(beside);
     return last.copy(part).scaled(part.size() / s_reduction, Qt::IgnoreAspectRatio,
                                   Qt::SmoothTransformation);
 }

@@ -27,9 +27,12 @@ public:
     void abandon() { m_stop = Stop::Discard; }
 
     /// For a look, no larger than a box: what there is so far, or, while the place is lost, the
-    /// part of the last known view that comes into sight first on the way back.
+    /// part of the last known view that comes into sight first on the way back, and has something
+    /// on it.
     QImage overview(QSize box) const;
     bool isLost() const { return m_isLost; }
+    /// Whether the content is being taken: something has moved, and the place is known.
+    bool isTaking() const { return m_mosaic.hasMoved() && !m_isLost; }
     /// What is looked at, and the window, global, as it lies now.
     QRect area() const { return m_area.translated(m_bounds.topLeft()); }
     QRect window() const { return m_bounds; }
@@ -44,6 +47,8 @@ private:
     bool look();
     void tell();
     QString note() const;
+    QString lossNote() const;
+    QImage wayBack(QSize size) const;
 
     Clock &m_clock;
     const ScrollCapture::Target m_target;

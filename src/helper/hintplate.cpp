@@ -21,7 +21,10 @@ constexpr int s_headlineSpan = 2;
 constexpr int s_gap = 12;  // device pixels between the plate and what it tells about
 constexpr int s_pictureColumn = 2;
 constexpr QSize s_picture(132, 176);
+constexpr QSize s_flatPicture(200, 64);
 constexpr int s_tallWidth = 180;
+constexpr int s_linePadding = 3;   // above and below a plate of one line
+constexpr int s_lineDistance = 4;  // device pixels: it has to find room on a title bar
 
 QLabel *label(const QString &text, const QString &colour)
 {
@@ -53,7 +56,26 @@ HintPlate::HintPlate(QWidget *parent)
     m_grid->addWidget(m_headline, 0, 0, 1, s_headlineSpan);
 }
 
-void HintPlate::setHeadline(const QString &text) { m_headline->setText(text); }
+void HintPlate::setHeadline(const QString &text)
+{
+    m_text = text;
+    tellHeadline();
+}
+
+void HintPlate::tellHeadline()
+{
+    QString text = m_text;
+    for (int row = 1; m_form == Form::Line && row < m_grid->rowCount(); ++row) {
+        const auto at = [this, row](int column) {
+            const QLayoutItem *item = m_grid->itemAtPosition(row, column);
+            const auto *found = item ? qobject_cast<QLabel *>(item->widget()) : nullptr;
+            return found && found != m_picture ? found->text() : QString();
+        };
+        if (!at(0).isEmpty())
+            text += u"   ·   %1: %2"_s.arg(at(0), at(1));
+    }
+    m_headline->setText(text);
+}
 
 void HintPlate::addLine(const QString &key, const QString &meaning)
 {
@@ -70,17 +92,25 @@ void HintPlate::clearLines()
     }
 }
 
-QSize HintPlate::pictureBox() const { return (QSizeF(s_picture) * devicePixelRatioF()).toSize(); }
+QSize HintPlate::pictureBox() const
+{
+    if (m_form == Form::Line)
+        return {};
+    const QSize box = m_form == Form::Flat ? s_flatPicture : s_picture;
+    return (QSizeF(box) * devicePixelRatioF()).toSize();
+}
+
+void HintPlate::reservePicture()
+{
+    m_picture = new QLabel;
+    m_pictureRow = m_grid->rowCount();
+    placePicture();
+}
 
 void HintPlate::setPicture(const QImage &picture, const QString &name, const QString &description)
 {
-    if (!m_picture) {
-        m_picture = new QLabel;
-        m_picture->setFixedSize(s_picture);
-        m_picture->setAlignment(Qt::AlignHCenter | Qt::AlignTop);
-        m_pictureRow = m_grid->rowCount();
-        placePicture();
-    }
+    if (!m_picture)
+        reservePicture();
     QPixmap shown = QPixmap::fromImage(picture);
     shown.setDevicePixelRatio(devicePixelRatioF());
     m_picture->setPixmap(shown);
@@ -89,12 +119,12 @@ void HintPlate::setPicture(const QImage &picture, const QString &name, const QSt
 }
 
 std::optional<QPoint> HintPlate::placeOutside(QSize size, const QRect &area,
-                                              const QList<QRect> &screens)
+                                              const QList<QRect> &screens, int gap)
 {
-    const int left = area.x() - s_gap - size.width();
-    const int right = area.x() + area.width() + s_gap;
-    const int above = area.y() - s_gap - size.height();
-    const int below = area.y() + area.height() + s_gap;
+    const int left = area.x() - gap - size.width();
+    const int right = area.x() + area.width() + gap;
+    const int above = area.y() - gap - size.height();
+    const int below = area.y() + area.height() + gap;
     const auto isOnScreen = [&](QPoint corner) {
         return std::any_of(screens.begin(), screens.end(), [&](const QRect &screen) {
             return screen.contains(QRect(corner, size));
@@ -119,7 +149,7 @@ std::optional<QPoint> HintPlate::placeOutside(QSize size, const QRect &area,
 
 QPoint HintPlate::place(QSize size, const QRect &area, const QList<QRect> &screens)
 {
-    if (const auto outside = placeOutside(size, area, screens))
+    if (const auto outside = placeOutside(size, area, screens, s_gap))
         return *outside;
     // As much of it as can be seen, and there in the corner that text leaves free most often.
     QRect seen = area;
@@ -153,21 +183,27 @@ void HintPlate::showBeside(const QRect &area)
     showAt(place(fitted(), area, services().windows->screens()));
 }
 
-void HintPlate::showOutside(const QRect &area, const QRect &window)
+void HintPlate::showOutside(const QRect &area, const QRect &window, bool mayCover)
 {
     const QList<QRect> screens = services().windows->screens();
+    const auto isShown = [&](Form form, const QRect &clear, int gap) {
+        setForm(form);
+        const auto corner = placeOutside(fitted(), clear, screens, gap);
+        if (corner)
+            showAt(*corner);
+        return corner.has_value();
+    };
     for (const QRect &clear : {area | window, area}) {
-        for (const Form form : {Form::Wide, Form::Tall}) {
-            setForm(form);
-            if (const auto corner = placeOutside(fitted(), clear, screens)) {
-                showAt(*corner);
+        for (const Form form : {Form::Wide, Form::Tall, Form::Flat}) {
+            if (isShown(form, clear, s_gap))
                 return;
-            }
         }
     }
-    setForm(Form::Brief);
-    if (const auto corner = placeOutside(fitted(), area, screens))
-        showAt(*corner);
+    if (isShown(Form::Line, area, s_lineDistance))
+        return;
+    setForm(Form::Wide);
+    if (mayCover)
+        showBeside(area);
     else
         hide();
 }
@@ -177,12 +213,17 @@ void HintPlate::setForm(Form form)
     if (form == m_form)
         return;
     m_form = form;
+    const bool isLine = form == Form::Line;
     for (QLabel *line : findChildren<QLabel *>()) {
         if (line != m_headline)
-            line->setHidden(form == Form::Brief);
+            line->setHidden(isLine);
     }
+    const int padding = isLine ? s_linePadding : s_padding;
+    m_grid->setContentsMargins(s_padding, padding, s_padding, padding);
+    m_grid->setVerticalSpacing(isLine ? 0 : s_lineGap);
     m_headline->setWordWrap(form == Form::Tall);
     m_headline->setMaximumWidth(form == Form::Tall ? s_tallWidth : QWIDGETSIZE_MAX);
+    tellHeadline();
     if (m_picture)
         placePicture();
     m_grid->invalidate();
@@ -191,10 +232,14 @@ void HintPlate::setForm(Form form)
 
 void HintPlate::placePicture()
 {
+    m_picture->setFixedSize(m_form == Form::Flat ? s_flatPicture : s_picture);
+    m_picture->setAlignment(m_form == Form::Flat ? Qt::AlignRight | Qt::AlignTop
+                                                 : Qt::AlignHCenter | Qt::AlignTop);
     m_grid->removeWidget(m_picture);
     // What is left of the picture's height lies below the lines. A window that stretches is never
-    // lower than 100, so that one with its headline alone does not.
-    m_grid->setRowStretch(m_pictureRow, m_form == Form::Brief ? 0 : 1);
+    // lower than 100, so that one of a few lines does not.
+    const bool isLow = m_form == Form::Line || m_form == Form::Flat;
+    m_grid->setRowStretch(m_pictureRow, isLow ? 0 : 1);
     if (m_form == Form::Tall)
         m_grid->addWidget(m_picture, m_pictureRow, 0, 1, s_headlineSpan, Qt::AlignHCenter);
     else

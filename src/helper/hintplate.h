@@ -21,8 +21,10 @@ public:
     void addLine(const QString &key, const QString &meaning);
     void clearLines();
 
-    /// The room that a picture has, in device pixels. It is kept from the first picture on, so that
-    /// a picture that grows moves nothing.
+    /// Keeps room for a picture, so that one that comes or grows moves nothing.
+    void reservePicture();
+    /// The room that a picture has as the plate is laid out now, in device pixels; none where it
+    /// shows none.
     QSize pictureBox() const;
     /// No larger than that. `name` and `description` are what a screen reader says of it.
     void setPicture(const QImage &picture, const QString &name, const QString &description);
@@ -31,16 +33,16 @@ public:
     /// Global device pixels.
     void showBeside(const QRect &area);
     /// The same where it covers nothing of the rectangle, and of the window that this lies in if
-    /// there is room: with the picture below the lines, or the headline alone, where that fits
-    /// better, and not at all where there is no room.
-    void showOutside(const QRect &area, const QRect &window);
+    /// there is room, laid out as fits best. Where there is none it lies on the rectangle, or, if
+    /// it must not cover that, is hidden.
+    void showOutside(const QRect &area, const QRect &window, bool mayCover);
 
     /// The place for a box of `size` beside `area`: outside of it where a screen has room, else in
     /// its top right corner. Global device pixels.
     static QPoint place(QSize size, const QRect &area, const QList<QRect> &screens);
-    /// The place outside of `area`; none where no screen has room.
+    /// The place outside of `area`, `gap` away; none where no screen has room.
     static std::optional<QPoint> placeOutside(QSize size, const QRect &area,
-                                              const QList<QRect> &screens);
+                                              const QList<QRect> &screens, int gap);
 
 protected:
     void paintEvent(QPaintEvent *event) override;
@@ -51,13 +53,16 @@ private:
     enum class Form {
         Wide,  ///< the picture beside the lines
         Tall,  ///< the picture below them
-        Brief  ///< the headline alone
+        Flat,  ///< a low one beside them
+        Line   ///< all that is told on one line, no higher than a title bar, and no picture
     };
     void setForm(Form form);
     void placePicture();
+    void tellHeadline();
 
     QGridLayout *m_grid;
     QLabel *m_headline;
+    QString m_text;  // the headline's own
     QLabel *m_picture = nullptr;
     int m_pictureRow = 0;  // where it lies below the lines
     Form m_form = Form::Wide;

@@ -22,6 +22,12 @@ quint32 mixed(quint32 value)
     return value + (value << 15);
 }
 
+void sort(std::vector<Landmark> &landmarks)
+{
+    std::sort(landmarks.begin(), landmarks.end(),
+              [](const Landmark &a, const Landmark &b) { return a.hash < b.hash; });
+}
+
 }  // namespace
 
 // Hashes of columns eight pixels high roll down the picture, and of sixteen of these beside each
@@ -69,9 +75,16 @@ std::vector<Landmark> landmarksOf(const QImage &picture, int rarity)
             before = hash;
         }
     }
-    std::sort(result.begin(), result.end(),
-              [](const Landmark &a, const Landmark &b) { return a.hash < b.hash; });
+    sort(result);
     return result;
+}
+
+std::vector<Landmark> landmarksInLine(std::vector<Landmark> landmarks, Qt::Orientation line)
+{
+    for (Landmark &landmark : landmarks)
+        landmark.hash = mixed(landmark.hash + (line == Qt::Vertical ? landmark.x : landmark.y)) | 1;
+    sort(landmarks);
+    return landmarks;
 }
 
 void LandmarkIndex::insert(const Landmark &landmark)

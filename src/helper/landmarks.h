@@ -21,6 +21,10 @@ constexpr int s_landmarkHeight = 8;
 /// patches is one; plain ground has none.
 std::vector<Landmark> landmarksOf(const QImage &picture, int rarity);
 
+/// The same ones, each told by its column, or by its row, as well: what comes often beside each
+/// other is still a landmark for what moves straight up or down.
+std::vector<Landmark> landmarksInLine(std::vector<Landmark> landmarks, Qt::Orientation line);
+
 /// Calls `run` with the landmarks of `sought` that come in `known` too, where neither has many of
 /// the kind.
 template<typename Run>

@@ -100,11 +100,11 @@ Mosaic::Sight Mosaic::add(const QImage &picture, const QRect &area)
     }
     bool isHalfDrawn = false;
     if (const auto movement = movementOf(view, landmarks)) {
-        const QRect part = movedBox(m_last, view, *movement);
+        const auto [part, stayed] = movedBox(m_last, view, *movement);
         const Share share = shareOf(part);
         isHalfDrawn = share == Share::Some;
         if (share == Share::Most) {
-            learn(*movement, part);
+            learn(*movement, part, stayed);
             // Only now is it known what of the first view is content.
             if (!hasMoved())
                 paint(m_last, m_lastLandmarks, part);
@@ -116,6 +116,7 @@ Mosaic::Sight Mosaic::add(const QImage &picture, const QRect &area)
         }
     }
     if (!isHalfDrawn && isInPlace(view, landmarks)) {
+        forgetChanged(view);
         if (hasMoved())
             paint(view, landmarks, usualPart());
         accept();
@@ -135,10 +136,25 @@ Mosaic::Sight Mosaic::add(const QImage &picture, const QRect &area)
 std::optional<QPoint> Mosaic::movementOf(const QImage &view,
                                          const std::vector<Landmark> &landmarks) const
 {
+    if (const auto movement = movementAmong(view, m_lastLandmarks, landmarks))
+        return movement;
+    // Where a pattern repeats itself, as in columns of equal figures, a place further across is as
+    // good as the one straight below, and nobody means that.
+    for (const Qt::Orientation line : {Qt::Vertical, Qt::Horizontal}) {
+        if (const auto movement = movementAmong(view, landmarksInLine(m_lastLandmarks, line),
+                                                landmarksInLine(landmarks, line)))
+            return movement;
+    }
+    return {};
+}
+
+std::optional<QPoint> Mosaic::movementAmong(const QImage &view, const std::vector<Landmark> &known,
+                                            const std::vector<Landmark> &landmarks) const
+{
     Votes votes;
     const int furthestX = view.width() * (s_sharedPart - 1) / s_sharedPart;
     const int furthestY = view.height() * (s_sharedPart - 1) / s_sharedPart;
-    forCommon(m_lastLandmarks, landmarks, [&](const Landmark &was, const Landmark &is) {
+    forCommon(known, landmarks, [&](const Landmark &was, const Landmark &is) {
         const QPoint movement(was.x - is.x, was.y - is.y);
         if (!movement.isNull() && std::abs(movement.x()) <= furthestX &&
             std::abs(movement.y()) <= furthestY)
@@ -244,8 +260,11 @@ QRect Mosaic::usualPart() const
     return result;
 }
 
-void Mosaic::learn(QPoint movement, const QRect &part)
+void Mosaic::learn(QPoint movement, const QRect &part, const QRegion &stayed)
 {
+    if (m_stayed.size() == s_memory)
+        m_stayed.erase(m_stayed.begin());
+    m_stayed.push_back(stayed);
     for (const bool isUpright : {false, true}) {
         std::vector<QRect> &parts = m_parts.at(isUpright ? 1 : 0);
         if ((isUpright ? movement.y() : movement.x()) == 0)
@@ -253,6 +272,19 @@ void Mosaic::learn(QPoint movement, const QRect &part)
         if (parts.size() == s_memory)
             parts.erase(parts.begin());
         parts.push_back(part);
+    }
+}
+
+// What changes in its place is drawn late rather than lying over the content.
+void Mosaic::forgetChanged(const QImage &view)
+{
+    for (QRegion &stayed : m_stayed) {
+        QRegion kept;
+        for (const QRect &piece : stayed) {
+            if (view.copy(piece) == m_last.copy(piece))
+                kept |= piece;
+        }
+        stayed = kept;
     }
 }
 
@@ -273,7 +305,15 @@ void Mosaic::paint(const QImage &view, const std::vector<Landmark> &landmarks, c
             m_index.insert(
                 {landmark.hash, static_cast<qint16>(place.x()), static_cast<qint16>(place.y())});
     }
-    m_isFull = !m_plane.paint(m_at, view, shown) || m_isFull;
+    // What lies over the content would be found at each place that it has been over.
+    QRegion over;
+    for (const QRegion &stayed : m_stayed)
+        over |= stayed;
+    over &= shown;
+    for (const QRect &piece : QRegion(shown) - over)
+        m_isFull = !m_plane.paint(m_at, view, piece) || m_isFull;
+    for (const QRect &piece : over)
+        m_isFull = !m_plane.paint(m_at, view, piece, Plane::Over::Nothing) || m_isFull;
     m_extent |= area;
     for (const Side side : {Top, Bottom, Left, Right})
         paintStrip(side, view, shown);
@@ -363,15 +403,27 @@ void Mosaic::paintStrip(Side side, const QImage &view, const QRect &part)
     strip->extent |= to;
 }
 
-bool Mosaic::reachesAlong(Side side) const
+// Of what is painted beside the content: all of it, or nothing where it would not reach along.
+int Mosaic::thicknessOf(Side side) const
 {
     const Strip *strip = m_strips.at(side).get();
     if (!strip)
-        return false;
-    return side == Top || side == Bottom ? strip->extent.left() <= m_extent.left() &&
-                                               strip->extent.right() >= m_extent.right()
-                                         : strip->extent.top() <= m_extent.top() &&
-                                               strip->extent.bottom() >= m_extent.bottom();
+        return 0;
+    const QRect &extent = strip->extent;
+    if (side == Top || side == Bottom)
+        return extent.left() <= m_extent.left() && extent.right() >= m_extent.right()
+                   ? extent.height()
+                   : 0;
+    return extent.top() <= m_extent.top() && extent.bottom() >= m_extent.bottom() ? extent.width()
+                                                                                  : 0;
+}
+
+QRect Mosaic::lastPlace() const
+{
+    if (!hasMoved())
+        return m_last.rect();
+    return usualPart().translated(m_at).translated(QPoint(thicknessOf(Left), thicknessOf(Top)) -
+                                                   m_extent.topLeft());
 }
 
 QImage Mosaic::overview(QSize box) const
@@ -389,12 +441,8 @@ QImage Mosaic::finish()
     if (!hasMoved())
         return std::exchange(m_last, {});
     std::array<int, 4> thickness{};
-    for (const Side side : {Top, Bottom, Left, Right}) {
-        if (reachesAlong(side)) {
-            const QRect &extent = m_strips.at(side)->extent;
-            thickness.at(side) = side == Top || side == Bottom ? extent.height() : extent.width();
-        }
-    }
+    for (const Side side : {Top, Bottom, Left, Right})
+        thickness.at(side) = thicknessOf(side);
     const QRect inside(QPoint(thickness[Left], thickness[Top]), m_extent.size());
     const QSize size(inside.x() + inside.width() + thickness[Right],
                      inside.y() + inside.height() + thickness[Bottom]);

@@ -6,6 +6,7 @@
 #include <QImage>
 #include <QPoint>
 #include <QRect>
+#include <QRegion>
 #include <QSize>
 
 #include <array>
@@ -42,6 +43,10 @@ public:
     QSize size() const;
     /// The last view that was not unclear.
     const QImage &lastView() const { return m_last; }
+    /// What of it is content, as far as that is known.
+    QRect lastPart() const { return hasMoved() ? usualPart() : m_last.rect(); }
+    /// Where that lies in the picture that finish() gives.
+    QRect lastPlace() const;
     /// How it came there: the last movement.
     QPoint lastMovement() const { return m_lastMovement; }
     /// What there is so far, no larger than a box, for a look.
@@ -61,16 +66,19 @@ private:
 
     std::optional<QPoint> movementOf(const QImage &view,
                                      const std::vector<Landmark> &landmarks) const;
+    std::optional<QPoint> movementAmong(const QImage &view, const std::vector<Landmark> &known,
+                                        const std::vector<Landmark> &landmarks) const;
     std::optional<QPoint> placeOf(const QImage &view, const std::vector<Landmark> &landmarks) const;
     bool isInPlace(const QImage &view, const std::vector<Landmark> &landmarks) const;
     enum class Share { Little, Some, Most };
     Share shareOf(const QRect &part) const;
     QRect usualPart() const;
-    void learn(QPoint movement, const QRect &part);
+    void learn(QPoint movement, const QRect &part, const QRegion &stayed);
+    void forgetChanged(const QImage &view);
     void paint(const QImage &view, const std::vector<Landmark> &landmarks, const QRect &part);
     QRect withinLimits(const QRect &area);
     void paintStrip(Side side, const QImage &view, const QRect &part);
-    bool reachesAlong(Side side) const;
+    int thicknessOf(Side side) const;
 
     int m_sideLimit;
     qint64 m_areaLimit;
@@ -80,6 +88,7 @@ private:
     QPoint m_lastMovement{};
     /// What of the last few views moved, across and upright: a heading may go along with one.
     std::array<std::vector<QRect>, 2> m_parts{};
+    std::vector<QRegion> m_stayed{};  // what lay over the content in them
     Plane m_plane{};
     QRect m_extent{};  ///< what of the plane has been painted
     LandmarkIndex m_index{};

@@ -41,7 +41,10 @@ class MovedCells
 {
 public:
     MovedCells(const QImage &before, const QImage &after, QPoint movement)
-        : m_before(before), m_after(after), m_movement(movement),
+        : m_before(before), m_after(after), m_beforePixels(pixelRow(before, 0)),
+          m_afterPixels(pixelRow(after, 0)),
+          m_beforeStride(before.bytesPerLine() / qsizetype{sizeof(QRgb)}),
+          m_afterStride(after.bytesPerLine() / qsizetype{sizeof(QRgb)}), m_movement(movement),
           m_bands((after.width() + s_cell - 1) / s_cell), m_rows(after.height()),
           m_scores(static_cast<size_t>(m_bands) * m_rows), m_known(before.rect())
     {
@@ -79,6 +82,56 @@ public:
             told.add(tells, denies);
         }
         return denied > explained || !told.agree() ? QRect() : found;
+    }
+
+    // What lies over it and stays is where something else should have come to, and what should have
+    // gone from there has not. Of plain pieces only the edges tell so: the box is theirs.
+    QRegion stayed(const QRect &box) const
+    {
+        constexpr int most = 8;  // a larger part is content that has not been drawn yet
+        const int columns = m_bands;
+        const int rows = (m_rows + s_cell - 1) / s_cell;
+        std::vector<quint8> blocks(static_cast<size_t>(columns) * rows);
+        const auto mark = [&](QPoint at) {
+            const QRect cell(at, QSize(s_cell, 1));
+            if (!box.contains(cell) ||
+                !isSame(after(at.y()) + at.x(), before(at.y()) + at.x(), s_cell))
+                return;
+            const auto row = static_cast<size_t>(at.y() / s_cell) * columns;
+            blocks[row + cell.left() / s_cell] = blocks[row + cell.right() / s_cell] = 1;
+        };
+        for (int y = box.top(); y <= box.bottom(); ++y) {
+            for (int band = 0; band < m_bands; ++band) {
+                if (m_scores[index(band, y)] < 0 && isKnown(band, y)) {
+                    mark({band * s_cell, y});
+                    mark(QPoint(band * s_cell, y) + m_movement);
+                }
+            }
+        }
+        QRegion result;
+        for (int block = 0; block < columns * rows; ++block) {
+            QRect found;
+            std::vector<int> open{block};
+            while (!open.empty()) {
+                const int at = open.back();
+                open.pop_back();
+                if (!std::exchange(blocks[at], 0))
+                    continue;
+                const int x = at % columns;
+                const int y = at / columns;
+                found |= QRect(x * s_cell, y * s_cell, s_cell, s_cell);
+                for (int beside = 0; beside < 9; ++beside) {
+                    const int toX = x + beside % 3 - 1;
+                    const int toY = y + beside / 3 - 1;
+                    if (toX >= 0 && toX < columns && toY >= 0 && toY < rows)
+                        open.push_back(toY * columns + toX);
+                }
+            }
+            found &= box;
+            if (qint64{found.width()} * found.height() * most <= qint64{box.width()} * box.height())
+                result |= found;
+        }
+        return result;
     }
 
 private:
@@ -125,11 +178,11 @@ private:
     {
         const int x = band * s_cell;
         const int count = std::min(s_cell, m_after.width() - x);
-        const QRgb *is = pixelRow(m_after, y) + x;
-        const bool stays = isSame(is, pixelRow(m_before, y) + x, count);
+        const QRgb *is = after(y) + x;
+        const bool stays = isSame(is, before(y) + x, count);
         if (isKnown(band, y)) {
             const QPoint from = QPoint(x, y) + m_movement;
-            const bool follows = isSame(is, pixelRow(m_before, from.y()) + from.x(), count);
+            const bool follows = isSame(is, before(from.y()) + from.x(), count);
             return qint8(follows ? (stays ? 0 : 1) : -1);
         }
         // What comes into view is something else than what was there, but for plain ground.
@@ -137,10 +190,9 @@ private:
             return 1;
         // What stays ends where it turns to what comes in.
         const int beside = m_movement.y() < 0 ? y + 1 : y - 1;
-        const bool turns = m_movement.x() == 0
-                               ? beside >= 0 && beside < m_rows &&
-                                     !isSame(is, pixelRow(m_after, beside) + x, count)
-                               : count > 1 && !isSame(is, is + 1, count - 1);
+        const bool turns = m_movement.x() == 0 ? beside >= 0 && beside < m_rows &&
+                                                     !isSame(is, after(beside) + x, count)
+                                               : count > 1 && !isSame(is, is + 1, count - 1);
         return turns && !hasGone(x, y, count) ? -1 : 0;
     }
 
@@ -150,7 +202,7 @@ private:
     {
         const QPoint to = QPoint(x, y) - m_movement;
         return m_after.rect().contains(QRect(to, QSize(count, 1))) &&
-               isSame(pixelRow(m_before, y) + x, pixelRow(m_after, to.y()) + to.x(), count);
+               isSame(before(y) + x, after(to.y()) + to.x(), count);
     }
 
     std::vector<int> columnScores(std::pair<int, int> rows) const
@@ -262,8 +314,16 @@ private:
         return {QPoint(left, rough.top()), QPoint(right, rough.bottom())};
     }
 
+    // For each cell anew: a call into the toolkit would take longer than what is done with it.
+    const QRgb *before(int y) const { return m_beforePixels + y * m_beforeStride; }
+    const QRgb *after(int y) const { return m_afterPixels + y * m_afterStride; }
+
     const QImage &m_before;
     const QImage &m_after;
+    const QRgb *m_beforePixels;
+    const QRgb *m_afterPixels;
+    qsizetype m_beforeStride;  // in pixels
+    qsizetype m_afterStride;
     QPoint m_movement;
     int m_bands;
     int m_rows;
@@ -273,7 +333,9 @@ private:
 
 }  // namespace
 
-QRect movedBox(const QImage &before, const QImage &after, QPoint movement)
+Moved movedBox(const QImage &before, const QImage &after, QPoint movement)
 {
-    return MovedCells(before, after, movement).box();
+    const MovedCells cells(before, after, movement);
+    const QRect box = cells.box();
+    return {.box = box, .stayed = cells.stayed(box)};
 }

@@ -3,6 +3,7 @@
 #include <QImage>
 
 #include <algorithm>
+#include <vector>
 
 /// The size at which a picture is looked at in a box: in its own proportions, but a very long or
 /// wide one is not drawn out to a thread.
@@ -27,11 +28,18 @@ template<typename Pixels> QImage sampledOverview(QSize picture, QSize box, const
     constexpr int samples = 2;  // each way
     constexpr int count = samples * samples;
     const QSize size = overviewSize(picture, box);
+    if (size.isEmpty())
+        return {};
     QImage result(size, QImage::Format_RGB32);
-    const auto place = [](int pixel, int sample, int whole, int shown) {
-        const int part = (pixel * samples + sample) * 2 + 1;
-        return static_cast<int>(qint64{part} * whole / (qint64{2} * samples * shown));
+    // A division for each sample would take longer than all the rest.
+    const auto places = [](int whole, int shown) {
+        std::vector<int> all(size_t{samples} * shown);
+        for (size_t i = 0; i < all.size(); ++i)
+            all[i] = static_cast<int>((2 * i + 1) * whole / (2 * all.size()));
+        return all;
     };
+    const std::vector<int> columns = places(picture.width(), size.width());
+    const std::vector<int> rows = places(picture.height(), size.height());
     for (int y = 0; y < size.height(); ++y) {
         auto *line = reinterpret_cast<QRgb *>(result.scanLine(y));
         for (int x = 0; x < size.width(); ++x) {
@@ -39,8 +47,8 @@ template<typename Pixels> QImage sampledOverview(QSize picture, QSize box, const
             int green = 0;
             int blue = 0;
             for (int i = 0; i < count; ++i) {
-                const QRgb pixel = at(place(x, i % samples, picture.width(), size.width()),
-                                      place(y, i / samples, picture.height(), size.height()));
+                const QRgb pixel =
+                    at(columns[samples * x + i % samples], rows[samples * y + i / samples]);
                 red += qRed(pixel);
                 green += qGreen(pixel);
                 blue += qBlue(pixel);

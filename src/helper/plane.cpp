@@ -1,5 +1,7 @@
 #include "helper/plane.h"
 
+#include "helper/pixelrows.h"
+
 #include <algorithm>
 #include <cstring>
 #include <new>
@@ -17,7 +19,7 @@ template<typename Run> void Plane::forTiles(const QRect &area, const Run &run)
     }
 }
 
-bool Plane::paint(QPoint at, const QImage &picture, const QRect &part)
+bool Plane::paint(QPoint at, const QImage &picture, const QRect &part, Over over)
 {
     bool isWhole = true;
     forTiles(part.translated(at), [&](const QRect &piece) {
@@ -29,10 +31,15 @@ bool Plane::paint(QPoint at, const QImage &picture, const QRect &part)
             return;
         }
         const QPoint from = piece.topLeft() - at;
-        for (int y = 0; y < piece.height(); ++y)
-            std::memcpy(pixels(tile.get(), piece.x(), piece.y() + y),
-                        picture.constScanLine(from.y() + y) + sizeof(QRgb) * from.x(),
-                        sizeof(QRgb) * piece.width());
+        for (int y = 0; y < piece.height(); ++y) {
+            QRgb *to = pixels(tile.get(), piece.x(), piece.y() + y);
+            const QRgb *row = pixelRow(picture, from.y() + y) + from.x();
+            if (over == Over::All)
+                std::memcpy(to, row, sizeof(QRgb) * piece.width());
+            else
+                std::transform(to, to + piece.width(), row, to,
+                               [](QRgb was, QRgb is) { return was ? was : is; });
+        }
     });
     return isWhole;
 }

@@ -14,9 +14,13 @@ class Plane
 public:
     Plane();
 
+    enum class Over {
+        All,
+        Nothing  ///< only where nobody has painted
+    };
     /// Paints `part` of a picture, whose top left corner lies at `at`. False, with some of it
     /// painted, where there is no memory left.
-    bool paint(QPoint at, const QImage &picture, const QRect &part);
+    bool paint(QPoint at, const QImage &picture, const QRect &part, Over over = Over::All);
     QRgb pixel(QPoint at) const
     {
         const Tile &tile = m_tiles[indexOf(at.x(), at.y())];

@@ -1,5 +1,6 @@
 #include "helper/sessioncapture.h"
 
+#include "helper/areaoutline.h"
 #include "helper/handcapture.h"
 #include "helper/hintplate.h"
 #include "helper/scrollcapture.h"
@@ -25,9 +26,8 @@ ScrollCapture::Target targetOf(const SessionOverlay::Choice &choice)
 
 // What there is so far beside what is told of it.
 template<typename Capture>
-void tellOn(HintPlate &panel, const Capture &capture, const QString &text)
+void showSoFar(HintPlate &panel, const Capture &capture, const QString &text)
 {
-    panel.setHeadline(text);
     const QImage seen = capture.overview(panel.pictureBox());
     if (!seen.isNull())
         panel.setPicture(seen, SessionCapture::tr("What has been taken so far"), text);
@@ -77,7 +77,7 @@ void SessionCapture::openPanel()
 {
     m_panel = std::make_unique<HintPlate>(nullptr);
     m_panel->addLine(tr("Return"), tr("keeps what there is"));
-    m_panel->addLine(tr("Escape"), tr("gives up"));
+    m_panel->addLine(tr("Esc"), tr("gives up"));
 }
 
 template<typename Capture>
@@ -101,7 +101,8 @@ void SessionCapture::takeContent(const SessionOverlay::Choice &choice)
     ScrollCapture scroll(targetOf(choice));
     connect(&scroll, &ScrollCapture::progressed, m_panel.get(),
             [this, &scroll, beside = choice.window.bounds.toRect()](const QString &text) {
-                tellOn(*m_panel, scroll, text);
+                m_panel->setHeadline(text);
+                showSoFar(*m_panel, scroll, text);
                 m_panel->showBeside(beside);
             });
     // From then on nothing is to be decided any more, and the keys are the user's again.
@@ -124,9 +125,15 @@ void SessionCapture::takeScrolledByHand(const SessionOverlay::Choice &choice)
 {
     openPanel();
     HandCapture hands(targetOf(choice));
+    m_outline = std::make_unique<AreaOutline>();
+    m_panel->reservePicture();
     connect(&hands, &HandCapture::progressed, m_panel.get(), [this, &hands](const QString &text) {
-        tellOn(*m_panel, hands, text);
-        m_panel->showOutside(hands.area(), hands.window());
+        m_outline->show(hands.area());
+        m_panel->setHeadline(text);
+        // Where the screen has no room beside the area, nobody would learn how it ends, or that
+        // the place is lost: while nothing is being taken it may lie over that.
+        m_panel->showOutside(hands.area(), hands.window(), !hands.isTaking());
+        showSoFar(*m_panel, hands, text);
     });
     deliver(run(hands, choice.window));
 }
@@ -137,6 +144,7 @@ void SessionCapture::deliver(ScrollCapture::Result result)
         return;
     letKeysGo();
     m_panel.reset();
+    m_outline.reset();
     if (!result.picture.isNull())
         emit taken(std::exchange(result.picture, {}), result.note);
     else if (!result.note.isEmpty())
@@ -194,4 +202,5 @@ void SessionCapture::abort()
     m_abandon();
     letKeysGo();
     m_panel->hide();
+    m_outline.reset();
 }

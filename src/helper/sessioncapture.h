@@ -7,6 +7,7 @@
 #include <functional>
 #include <memory>
 
+class AreaOutline;
 class HintPlate;
 
 /// Lets the user point at a window, and takes it, or all that scrolls in it.
@@ -41,7 +42,8 @@ private:
     std::function<void()> m_discard;
     std::function<void()> m_abandon;
     std::unique_ptr<HintPlate> m_panel;
-    uint m_process = 0;        // of the window that scrolls
+    std::unique_ptr<AreaOutline> m_outline;  // while the user scrolls
+    uint m_process = 0;                      // of the window that scrolls
     unsigned m_front = 0;      // the window in front when that began; 0 while it is not known
     bool m_wantsKeys = false;  // no key has ended it yet
     bool m_watchesKeys = false;

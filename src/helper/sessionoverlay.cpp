@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <utility>
 
 namespace {
 
@@ -65,21 +66,33 @@ bool SessionOverlay::canBeTaken() const
 void SessionOverlay::tellKeys()
 {
     m_hint->clearLines();
+    if (m_markedWindow)
+        tellMark();
+    if (m_isDragged) {
+        m_hint->addLine(tr("Release"), tr("marks this part: Return or H takes what scrolls in it"));
+        m_hint->addLine(tr("Esc"), tr("gives up"));
+        m_hint->adjustSize();
+        return;
+    }
     if (m_markedWindow) {
-        m_hint->setHeadline(
-            tr("Marked: %1 x %2 pixels").arg(m_marked.width()).arg(m_marked.height()));
         m_hint->addLine(tr("Return"), tr("takes all that scrolls there, by the wheel"));
     } else {
         m_hint->setHeadline(tr("Point at a window"));
-        m_hint->addLine(tr("Click"), tr("takes the window"));
+        m_hint->addLine(tr("Tab"), tr("goes to the next window"));
+        m_hint->addLine(tr("Click, Space"), tr("takes the window"));
         m_hint->addLine(tr("Ctrl+click, Return"), tr("takes all that scrolls in it, by the wheel"));
     }
     m_hint->addLine(tr("Shift held"), tr("also what lies beside the view"));
     m_hint->addLine(tr("H"), tr("takes what you scroll with your own hands"));
     m_hint->addLine(tr("Drag"), m_markedWindow ? tr("marks another part of a window")
                                                : tr("marks the part of a window that scrolls"));
-    m_hint->addLine(tr("Escape"), tr("gives up"));
+    m_hint->addLine(tr("Esc"), tr("gives up"));
     m_hint->adjustSize();
+}
+
+void SessionOverlay::tellMark()
+{
+    m_hint->setHeadline(tr("Marked: %1 x %2 pixels").arg(m_marked.width()).arg(m_marked.height()));
 }
 
 void SessionOverlay::choose(Way way, Qt::KeyboardModifiers modifiers)
@@ -113,10 +126,11 @@ bool SessionOverlay::eventFilter(QObject *watched, QEvent *event)
     case QEvent::KeyPress: {
         const auto &key = *static_cast<QKeyEvent *>(event);
         const bool isReturn = key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter;
-        if (!isReturn && key.key() != Qt::Key_H)
+        const bool isSpace = key.key() == Qt::Key_Space;
+        if (!isReturn && !isSpace && key.key() != Qt::Key_H)
             break;
         if (!m_isPressed)
-            choose(isReturn ? Way::Content : Way::Hands, key.modifiers());
+            choose(isReturn ? Way::Content : isSpace ? Way::Window : Way::Hands, key.modifiers());
         return true;
     }
     default:
@@ -150,7 +164,8 @@ void SessionOverlay::dragged(const QMouseEvent &event)
         return;
     const QPoint way = placeOf(event) - m_pressedAt;
     const qreal started = QApplication::startDragDistance() * devicePixelRatioF();
-    m_isDragged = m_isDragged || way.manhattanLength() >= started;
+    const bool wasDragged =
+        std::exchange(m_isDragged, m_isDragged || way.manhattanLength() >= started);
     if (!m_isDragged)
         return;
     const QRect drawn = QRect(QPoint(std::min(way.x(), 0), std::min(way.y(), 0)),
@@ -158,6 +173,10 @@ void SessionOverlay::dragged(const QMouseEvent &event)
                             .translated(m_pressedAt);
     m_markedWindow = m_pressedWindow;
     m_marked = drawn & m_pressedWindow->bounds.toRect() & area();
+    if (wasDragged)
+        tellMark();
+    else
+        tellKeys();
     updateAll();
 }
 
@@ -167,7 +186,8 @@ void SessionOverlay::released(const QMouseEvent &event)
         return;
     // The last of the way may be told by the release alone.
     dragged(event);
-    if (!m_isDragged) {
+    const bool wasDragged = std::exchange(m_isDragged, false);
+    if (!wasDragged) {
         // What can't be taken is not accepted.
         const bool isContent = m_pressedKeys & Qt::ControlModifier;
         choose(isContent ? Way::Content : Way::Window, m_pressedKeys);
@@ -178,7 +198,6 @@ void SessionOverlay::released(const QMouseEvent &event)
         placeHint();
     }
     m_isPressed = false;
-    m_isDragged = false;
 }
 
 void SessionOverlay::unmark()
@@ -201,7 +220,7 @@ void SessionOverlay::followWindows()
                });
     };
     if (isGone(m_markedWindow)) {
-        m_isPressed = false;
+        m_isPressed = m_isDragged = false;
         unmark();
     }
     if (isGone(window))

@@ -49,6 +49,7 @@ private:
     void released(const QMouseEvent &event);
     void unmark();
     void tellKeys();
+    void tellMark();
     void placeHint();
 
     HintPlate *m_hint;

@@ -94,6 +94,11 @@ void TestMouseShot::followsThePointer()
     m_desktop->clock->advance(200);
     QCOMPARE(m_overlay->getPixmap(&name).size(), QSize(200, 150));
     QCOMPARE(name, u"Mail"_s);
+    // By keys, to the one in front and back: of that the middle is covered.
+    QTest::keyClick(surface(), Qt::Key_Tab);
+    QCOMPARE(m_overlay->getPixmap(nullptr).size(), QSize(400, 300));
+    QTest::keyClick(surface(), Qt::Key_Tab, Qt::ShiftModifier);
+    QCOMPARE(m_overlay->getPixmap(nullptr).size(), QSize(200, 150));
     // The list is that of the moment when the overlay opened. What has closed has no picture.
     m_desktop->windows->list.remove(1);
     QVERIFY(m_overlay->getPixmap(nullptr).isNull());

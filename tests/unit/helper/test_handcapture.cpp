@@ -24,15 +24,19 @@ public:
     QImage page{};
     QRect bounds{50, 40, 700, 500};
     Frame frame{};
+    QRect button{};    // lies over the page
+    int titleBar = 0;  // what of the header is the window manager's
     std::function<QPoint(qint64)> path{};
     std::function<void(qint64)> onLook{};
     int looks = 0;
 
     QList<Entry> windows(List, int) override
     {
-        return bounds.isEmpty()
-                   ? QList<Entry>{}
-                   : QList<Entry>{{.number = s_number, .bounds = bounds, .process = 3}};
+        return bounds.isEmpty() ? QList<Entry>{}
+                                : QList<Entry>{{.number = s_number,
+                                                .bounds = bounds,
+                                                .frame = {0, titleBar, 0, 0},
+                                                .process = 3}};
     }
 
     QImage picture(std::optional<QRectF>, const QList<int> &) override
@@ -51,7 +55,9 @@ public:
         const QPoint wanted = path(now - m_start);
         const QPoint at(std::clamp(wanted.x(), 0, room.width()),
                         std::clamp(wanted.y(), 0, room.height()));
-        return frame.view(page, at, size);
+        QImage view = frame.view(page, at, size);
+        fill(view, button, Qt::darkGray);
+        return view;
     }
 
 private:
@@ -93,6 +99,7 @@ private slots:
     void ends_data();
     void ends();
     void limit();
+    void listing_data();
     void listing();
     void sheet();
 
@@ -136,6 +143,8 @@ void TestHandCapture::follows_data()
     QTest::newRow("both") << QList<QPoint>{{600, 400}, {0, 0},   {600, 30}, {20, 380},
                                            {600, 400}, {0, 400}, {600, 0}}
                           << 3000;
+    QTest::newRow("both, a button over it")
+        << QList<QPoint>{{0, 0}, {600, 0}, {600, 200}, {0, 200}, {0, 400}, {600, 400}} << 1500;
 }
 
 // In both directions each way, and slantwise.
@@ -148,6 +157,8 @@ void TestHandCapture::follows()
         all |= QRect(place, m_server->bounds.size());
     m_server->page = textPage(all.width(), all.height());
     m_server->path = walk(places, speed);
+    if (speed == 1500)
+        m_server->button = {400, 200, 60, 90};
     qint64 end = 0;
     for (qsizetype i = 0; i + 1 < places.size(); ++i)
         end += 2000LL * (places[i] - places[i + 1]).manhattanLength() / speed + 200;
@@ -161,6 +172,8 @@ void TestHandCapture::follows()
 void TestHandCapture::losesAndFinds()
 {
     m_server->page = textPage(700, 6000);
+    // At its foot there is nothing to be recognised.
+    fill(m_server->page, {0, 1250, 700, 300}, Qt::white);
     m_server->path = [](qint64 time) {
         if (time < 1000)
             return QPoint(0, static_cast<int>(time));
@@ -184,11 +197,11 @@ void TestHandCapture::losesAndFinds()
     QCOMPARE(result.note, QString());
     QCOMPARE(result.picture, m_server->page.copy(0, 0, 700, result.picture.height()));
     QVERIFY(result.picture.height() > 3100 && result.picture.height() < 3250);
-    // What was at the foot of the last known view, in half its size.
+    // The last text of the last known view, in half its size.
     QVERIFY(rowsWhileLost > 0 && rowsWhileLost < told.size());
     QCOMPARE(shown.size(), QSize(200, 100));
     bool isFound = false;
-    for (int foot = 1300; foot < 1520 && !isFound; ++foot)
+    for (int foot = 1225; foot <= 1250 && !isFound; ++foot)
         isFound = m_server->page.copy(0, foot - 200, 400, 200)
                       .convertToFormat(shown.format())
                       .scaled(200, 100, Qt::IgnoreAspectRatio, Qt::SmoothTransformation) == shown;
@@ -206,13 +219,15 @@ void TestHandCapture::whatStays_data()
         << Frame{.header = 50, .footer = 24, .sideBar = 60, .scrollBar = 14} << true;
 }
 
-// The area is the whole window: what stays at its edges comes once, or not at all where it would
-// not reach along the content.
+// The area is the whole window in its frame: what stays at its edges comes once, or not at all
+// where it would not reach along the content.
 void TestHandCapture::whatStays()
 {
     QFETCH(Frame, frame);
     QFETCH(bool, isUp);
     m_server->frame = frame;
+    m_server->titleBar = frame.header / 2;
+    const int header = frame.header - m_server->titleBar;
     const QRect content = frame.content(m_server->bounds.size());
     m_server->page = textPage(content.width(), 2000);
     const int lowest = 2000 - content.height();
@@ -224,10 +239,10 @@ void TestHandCapture::whatStays()
     const ScrollCapture::Result result = takeFor(hands, lowest + 200);
     QCOMPARE(result.note, QString());
     const QImage view = frame.view(m_server->page, {}, m_server->bounds.size());
-    QCOMPARE(result.picture.size(), QSize(content.width(), 2000 + frame.header + frame.footer));
-    QCOMPARE(result.picture.copy(0, frame.header, content.width(), 2000), m_server->page);
-    QCOMPARE(result.picture.copy(0, 0, content.width(), frame.header),
-             view.copy(content.x(), 0, content.width(), frame.header));
+    QCOMPARE(result.picture.size(), QSize(content.width(), 2000 + header + frame.footer));
+    QCOMPARE(result.picture.copy(0, header, content.width(), 2000), m_server->page);
+    QCOMPARE(result.picture.copy(0, 0, content.width(), header),
+             view.copy(content.x(), m_server->titleBar, content.width(), header));
 }
 
 void TestHandCapture::ends_data()
@@ -237,6 +252,7 @@ void TestHandCapture::ends_data()
     QTest::addColumn<bool>("told");
     QTest::newRow("Return") << u"keep"_s << true << false;
     QTest::newRow("Escape") << u"discard"_s << false << false;
+    QTest::newRow("Return, lost") << u"lost"_s << true << true;
     QTest::newRow("idle") << u"idle"_s << true << true;
     QTest::newRow("closed") << u"closed"_s << true << true;
     QTest::newRow("another size") << u"size"_s << true << true;
@@ -245,8 +261,10 @@ void TestHandCapture::ends_data()
 void TestHandCapture::ends()
 {
     QFETCH(QString, how);
-    m_server->page = textPage(700, 2000);
-    m_server->path = [](qint64 time) { return QPoint(0, std::min<int>(600, int(time))); };
+    m_server->page = textPage(700, 2500);
+    m_server->path = [&](qint64 time) {
+        return QPoint(0, how == u"lost" && time > 700 ? 2000 : std::min<int>(600, int(time)));
+    };
     HandCapture hands(target());
     constexpr qint64 begin = 1000;
     qint64 last = 0;
@@ -254,7 +272,7 @@ void TestHandCapture::ends()
         last = now;
         if (now < begin || how == u"idle")
             return;
-        if (how == u"keep")
+        if (how == u"keep" || how == u"lost")
             hands.keep();
         else if (how == u"discard")
             hands.discard();
@@ -268,6 +286,7 @@ void TestHandCapture::ends()
     QTEST(!result.note.isEmpty(), "told");
     if (!result.picture.isNull())
         QCOMPARE(result.picture, m_server->page.copy(0, 0, 700, 1100));
+    QCOMPARE(result.note.contains(QLocale().toString(1100)), how == u"lost");
     if (how == u"idle")
         QVERIFY(last >= 60000 && last < 61000);
     else
@@ -290,14 +309,23 @@ void TestHandCapture::limit()
     QCOMPARE(taken.copy(seen).convertToFormat(QImage::Format_RGB32), page.copy(seen));
 }
 
-// Lines that differ by their numbers alone: a wrong distance explains nearly all of a view.
+void TestHandCapture::listing_data()
+{
+    QTest::addColumn<bool>("repeats");
+    QTest::newRow("numbers at the left") << false;
+    QTest::newRow("the same in each column") << true;
+}
+
+// Lines that differ by their numbers alone: a wrong distance explains nearly all of a view. With a
+// line's number in each of its columns, one further across does as well as the one straight below.
 void TestHandCapture::listing()
 {
+    QFETCH(bool, repeats);
     QImage page = plainPage(700, 17 * 400);
     for (int line = 0; line < 400; ++line) {
         glyphs().number(page, 20, 17 * line + 4, line);
-        for (int x = 100; x < 600; x += 60)
-            glyphs().number(page, x, 17 * line + 4, 31415);
+        for (int x = repeats ? 60 : 100; x < 690; x += repeats ? 40 : 60)
+            glyphs().number(page, x, 17 * line + 4, repeats ? line : 31415);
     }
     m_server->page = page;
     m_server->path = [](qint64 time) {
