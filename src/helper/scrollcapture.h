@@ -4,6 +4,7 @@
 #include "helper/columnsheet.h"
 #include "helper/movement.h"
 #include "helper/scrolledwindow.h"
+#include "helper/scrolltravel.h"
 #include "helper/stitcher.h"
 
 #include <QImage>
@@ -62,6 +63,10 @@ signals:
     void puttingBack();
 
 private:
+    static constexpr int s_longest = 30000;              // pixels, either way
+    static constexpr qint64 s_mostPixels = 400'000'000;  // in all
+    static constexpr int s_near = 2;                     // rows
+
     using Stop = ScrolledWindow::Stop;
     using Turn = ScrolledWindow::Turn;
     using Axis = ScrolledWindow::Axis;
@@ -83,8 +88,6 @@ private:
     QImage content() const { return m_window.content(); }
     QRect toldArea() const;  // in the window's picture
 
-    bool climb();
-    bool hasScrolled(const QImage &before, int click);
     Movement firstStep();
     void setArea(const QImage &before, const Movement &movement);
     QRect withoutOverlayBelow(const QRect &area) const;
@@ -97,7 +100,6 @@ private:
     bool refresh();
     bool goesOn();
     bool goBack(int clicks);
-    int usualStep() const;  // clicks
     void lookAgain();
     void takeOver(const QImage &view);
     void beMorePatient();
@@ -107,7 +109,6 @@ private:
     bool goLeft();
     bool setAreaAcross(const QImage &before, const QImage &after, const QRect &area);
     void takeBeside();
-    void goToStart(int distance);
     void goToFirstRow(int lowest);
     Movement goRight();
     void goDownBeside(int lowest, const QRect &moved);
@@ -116,33 +117,28 @@ private:
 
     void putBack(const QImage &original);
     void putBackUnseen();
-    bool isAt(const QImage &wanted) const;
     int goTo(int row);
-    void goToView(const QImage &wanted);
 
     Clock &m_clock;
     const Target m_target;
     ScrolledWindow m_window;
+    ScrollTravel m_travel;
     QImage m_first;     // the window with its content at the top; null where that is of no use
     QImage m_last;      // and at its end
     QImage m_accepted;  // what of the view the stitcher has got last
     ScrollStitcher m_stitcher;
-    ColumnSheet m_sheet;  // the columns before the one that is in the stitcher
-    double m_rowsPerClick = 0;
+    ColumnSheet m_sheet;            // the columns before the one that is in the stitcher
     std::optional<int> m_firstRow;  // of the content when it began, in the first column
-    double m_columnsPerClick = 0;
-    QRect m_areaAcross;           // what of the view goes sideways
-    int m_contentBottom = 0;      // of the view, with what a bar over it covers
-    QRect m_movedAcross;          // of the content, turned over
-    bool m_isAcross = false;      // it scrolls sideways
-    bool m_isAll = false;         // whatever is noted
-    bool m_isCutAtRight = false;  // more columns may follow
-    bool m_climbed = false;       // the content was not at its top
-    int m_clicksUp = 0;           // towards there, in the beginning
-    bool m_isSlow = false;        // the program was, in its first answer
-    bool m_hangs = false;         // it does not answer any more
-    bool m_isTold = false;        // the area is the one that was said to scroll
-    bool m_hasOwnAnchor = false;  // the wheel is turned elsewhere than where the user pointed
+    QRect m_areaAcross;             // what of the view goes sideways
+    int m_contentBottom = 0;        // of the view, with what a bar over it covers
+    QRect m_movedAcross;            // of the content, turned over
+    bool m_isAcross = false;        // it scrolls sideways
+    bool m_isAll = false;           // whatever is noted
+    bool m_isCutAtRight = false;    // more columns may follow
+    bool m_climbed = false;         // the content was not at its top
+    bool m_hangs = false;           // it does not answer any more
+    bool m_isTold = false;          // the area is the one that was said to scroll
+    bool m_hasOwnAnchor = false;    // the wheel is turned elsewhere than where the user pointed
     // What is drawn anew may look different: something moves above it, or the colours have changed.
     bool m_looksDifferent = false;
     Stopwatch m_sinceProgress;

@@ -1,0 +1,130 @@
+#include "helper/scrolltravel.h"
+
+#include "helper/movement.h"
+#include "platform/services.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+using Stop = ScrolledWindow::Stop;
+using Turn = ScrolledWindow::Turn;
+
+constexpr int s_leastPatienceUp = 250;  // milliseconds
+constexpr int s_climbLimit = 60000;
+constexpr int s_restless = 4000;  // a turn took this long: a film plays
+// Restless turns at the top: a film, and no content that goes by.
+constexpr int s_films = 2;
+// Clicks of the wheel.
+constexpr int s_firstClimb = 10;
+constexpr int s_longestClimb = 80;
+constexpr int s_longestStep = 40;
+constexpr int s_longestWayBack = 300;  // steps
+// How much of the view a step may move: the rest is what the match is made of.
+constexpr double s_stepPart = 0.7;
+
+}  // namespace
+
+ScrollTravel::ScrollTravel(ScrolledWindow &window) : m_clock(*services().clock), m_window(window) {}
+
+int ScrollTravel::clicksFor(int distance) const
+{
+    return perClick() > 0 ? static_cast<int>(std::lround(distance / perClick())) : 0;
+}
+
+bool ScrollTravel::climb()
+{
+    const Stop stop = m_window.stop();
+    Stopwatch clock(m_clock);
+    bool hasMoved = false;
+    int clicks = s_firstClimb;
+    for (int films = 0;
+         m_window.stop() == stop && clock.elapsed() < s_climbLimit && films < s_films;) {
+        Stopwatch sinceTurn(m_clock);
+        const int patience =
+            m_isSlow ? Patience::slow : m_window.patience(s_leastPatienceUp, Patience::up);
+        const QImage before = m_window.content();
+        if (!m_window.waitUntilReachable())
+            break;
+        const bool isAnswered = m_window.turn(-clicks, patience) == Turn::Moved;
+        if (!isAcross() && (isAnswered || m_window.stop() != stop))
+            m_clicksUp += clicks;
+        if (!isAnswered || !hasScrolled(before, -1))
+            break;
+        hasMoved = true;
+        films += sinceTurn.elapsed() >= s_restless;
+        clicks = std::min(2 * clicks, s_longestClimb);
+    }
+    // A turn that was cut short may have moved it.
+    return hasMoved || m_window.stop() != stop;
+}
+
+bool ScrollTravel::hasScrolled(const QImage &before, int click)
+{
+    if (!isAt(before) && !isInPlace(before, m_window.content()))
+        return true;
+    m_window.turn(0, Patience::glow);
+    const QImage settled = m_window.content();
+    if (isAt(before))
+        return false;
+    m_window.turn(click, Patience::up);
+    const QImage now = m_window.content();
+    const Movement movement = click < 0 ? findMovement(now, settled) : findMovement(settled, now);
+    return movement.kind == Movement::Kind::Moved;
+}
+
+int ScrollTravel::usualStep() const
+{
+    const QRect &crop = m_window.crop();
+    if (perClick() <= 0)
+        return 1;
+    const int length = isAcross() ? crop.width() : crop.height();
+    return std::clamp(static_cast<int>(s_stepPart * length / perClick()), 1, s_longestStep);
+}
+
+void ScrollTravel::goBy(int clicks)
+{
+    while (clicks != 0 && m_window.waitUntilReachable()) {
+        const int part = std::clamp(clicks, -s_longestClimb, s_longestClimb);
+        m_window.turn(part, Patience::up);
+        clicks -= part;
+    }
+}
+
+void ScrollTravel::goToStart(int distance)
+{
+    goBy(-clicksFor(distance));
+    if (distance > 0)
+        climb();
+}
+
+bool ScrollTravel::isAt(const QImage &wanted) const
+{
+    const QImage now = m_window.content();
+    return now == wanted || findByEdges(wanted, now).kind == Movement::Kind::Still;
+}
+
+void ScrollTravel::goToView(const QImage &wanted)
+{
+    const Stop stop = m_window.stop();
+    int last = 0;
+    for (int i = 0; i < s_longestWayBack && m_window.stop() == stop && !isAt(wanted); ++i) {
+        const QImage before = m_window.content();
+        const Movement below = findByEdges(before, wanted);
+        const bool isBelow = below.kind == Movement::Kind::Moved;
+        const Movement above = isBelow ? Movement{} : findByEdges(wanted, before);
+        int clicks = usualStep();
+        // The content's end may cut a click short just where it was.
+        if (isBelow)
+            clicks = std::max(clicksFor(below.rows), 1);
+        else if (above.kind == Movement::Kind::Moved)
+            clicks = -std::max(clicksFor(above.rows), 1);
+        if (m_window.turn(clicks, Patience::up) == Turn::Nothing || clicks == -last)
+            return;
+        last = clicks;
+        const Movement step = findByEdges(before, m_window.content());
+        if (perClick() <= 0 && step.kind == Movement::Kind::Moved)
+            setPerClick(1.0 * step.rows / clicks);
+    }
+}
