@@ -19,6 +19,7 @@ constexpr int s_firstRest = 180;    // the first step tells how far one click le
 constexpr int s_longestRest = 1500;
 constexpr int s_settle = 150;
 constexpr int s_fade = 2500;  // of a bar that lies over the content
+constexpr int s_fadings = 3;
 constexpr int s_progressLimit = 60000;
 // Rows and columns by which a told area may miss what moves.
 constexpr int s_tolerance = 2;
@@ -165,10 +166,12 @@ QRect ScrollCapture::withoutOverlayBelow(const QRect &area) const
 // Until such a bar has gone from the view at the content's end.
 void ScrollCapture::waitForOverlay()
 {
-    if (!runs() || m_first.isNull() || m_last.isNull() || content() != m_accepted ||
+    if (!runs() || m_first.isNull() || m_last.isNull() || !m_travel.isAt(m_accepted) ||
         scrollBarBeside(m_first, m_last, m_window.crop()))
         return;
-    m_window.turn(0, s_fade);
+    // It becomes narrow first, and fades later.
+    for (int i = 0; i < s_fadings && m_window.turn(0, s_fade) == Turn::Moved; ++i) {
+    }
     if (m_window.look())
         m_last = m_window.view();
 }
