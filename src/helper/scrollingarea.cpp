@@ -19,10 +19,12 @@ constexpr int s_header = 64;       // the highest beside which there is somethin
 constexpr int s_highHeader = 160;  // the highest that is as wide as the window
 constexpr int s_sidePane = 60;     // the narrowest
 constexpr int s_shadow = 32;       // the longest
-constexpr int s_padding = 8;       // ground beside a grid line, where more of a table follows
-constexpr int s_widestBar = 48;    // a scroll bar of a desktop scaled by 2 and more
-constexpr int s_overlay = 24;      // the same, lying over the content
-constexpr int s_thumbRows = 12;    // of a thumb that has moved: what is as high as that is one
+constexpr int s_leastShadow = 3;
+constexpr int s_shadowStep = 16;  // of grey, from row to row
+constexpr int s_padding = 8;      // ground beside a grid line, where more of a table follows
+constexpr int s_widestBar = 48;   // a scroll bar of a desktop scaled by 2 and more
+constexpr int s_overlay = 24;     // the same, lying over the content
+constexpr int s_thumbRows = 12;   // of a thumb that has moved: what is as high as that is one
 constexpr int s_thinnestThumb = 2;
 constexpr int s_buttonEdge = 2;  // between the track and the button at its end
 constexpr int s_thumbRoom = 6;   // between a thumb and the end of its track
@@ -230,7 +232,8 @@ public:
         for (int y = top; y < bottom; ++y)
             width = std::max(width, thickness(y));
         const int room = s_thumbRoom + width * 3 / 2;
-        return RowSpan{top - trackBeyond(m_last, top, -1, std::min(room, top)),
+        const int start = top - trackBeyond(m_last, top, -1, std::min(room, top));
+        return RowSpan{start - shadowAbove(start, end(top)),
                        bottom + trackBeyond(m_first, bottom - 1, 1,
                                             std::min(room, m_first.height() - bottom))};
     }
@@ -268,10 +271,7 @@ private:
     // Rows beyond `y`, at most `most`, through which a column of the track goes on.
     int trackBeyond(const QImage &look, int y, int step, int most) const
     {
-        // Up to the thumb's other side: what lies beyond the bar is no part of it.
-        int right = m_right;
-        while (right > m_left + 1 && !changes(right - 1, y))
-            --right;
+        const int right = end(y);
         int longest = 0;
         for (int x = m_left; x < right; ++x) {
             const QRgb track = pixelRow(look, y)[x] & m_mask;
@@ -283,6 +283,34 @@ private:
             longest = std::max(longest, length);
         }
         return longest;
+    }
+
+    // Up to the thumb's other side, in a row where it has moved: what lies beyond the bar is no
+    // part of it.
+    int end(int y) const
+    {
+        int right = m_right;
+        while (right > m_left + 1 && !changes(right - 1, y))
+            --right;
+        return right;
+    }
+    // Rows above `y` that grow darker upwards beside the arrow of a button: what lies above the bar
+    // casts a shadow on it.
+    int shadowAbove(int y, int right) const
+    {
+        int rows = 0;
+        const auto goesOn = [&] {
+            int darker = 0;
+            for (int x = m_left; x < right; ++x) {
+                const int here = qGray(pixelRow(m_last, y - rows)[x]);
+                const int above = qGray(pixelRow(m_last, y - rows - 1)[x]);
+                darker += above < here && here - above <= s_shadowStep;
+            }
+            return darker * 3 >= (right - m_left) * 2;
+        };
+        while (rows < y && goesOn())
+            ++rows;
+        return rows < s_leastShadow ? 0 : rows;
     }
 
     QImage m_first;
