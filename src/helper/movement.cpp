@@ -21,6 +21,8 @@ constexpr int s_enough = 10;
 // A cell that contradicts a movement weighs as much as this many that speak for it.
 constexpr int s_against = 3;
 
+// Spots that are more than a caret here and there.
+constexpr int s_manySpots = 4;
 // Rows of a scroll bar that lies over the content.
 constexpr int s_flat = 12;
 
@@ -151,6 +153,7 @@ private:
 
     bool wentAlong(int index, const Fit &fit) const;
     bool isFlatBar(const QRect &spot) const;
+    bool tellsBeside() const;
     std::optional<std::vector<QRect>> spots() const;
     std::vector<int> candidates(int expected);
     void vote(const Band &band);
@@ -235,6 +238,28 @@ std::optional<std::vector<QRect>> Pair::spots() const
     return result;
 }
 
+// Whether the bands in which nothing has changed could tell a movement: they have turns that come
+// but once. Where only the names below rows of icons differ, they have none.
+bool Pair::tellsBeside() const
+{
+    std::vector<quint64> rows(m_height);
+    auto next = m_bands.begin();
+    for (int index = 0; index < m_new.bands(); ++index) {
+        if (next != m_bands.end() && next->index == index) {
+            ++next;
+            continue;
+        }
+        const Hash *cells = m_new.band(index);
+        for (int y = 0; y < m_height; ++y)
+            rows[y] = (rows[y] ^ cells[y]) * 0x9e3779b97f4a7c15;
+    }
+    std::unordered_map<quint64, int> seen;
+    for (int y = 1; y < m_height; ++y)
+        seen[rows[y - 1] * 0x85ebca77U + rows[y]] += rows[y] != rows[y - 1];
+    return std::count_if(seen.begin(), seen.end(),
+                         [](const auto &turn) { return turn.second == 1; }) >= s_enough;
+}
+
 // Whether nothing scrolled. A word alone on a page may have scrolled away, so that anything larger
 // than a caret counts as a spot only if there is much above or below it that stayed, and that is
 // not found again elsewhere, as the lines of a table are. Less of that is enough for a flat bar.
@@ -244,6 +269,8 @@ bool Pair::isStill() const
     if (!places)
         return false;
     const auto isCaret = [](const QRect &spot) { return spot.width() <= 2 && spot.height() <= 32; };
+    if (std::ssize(*places) >= s_manySpots && !tellsBeside())
+        return false;
     return std::all_of(places->begin(), places->end(), [&](const QRect &spot) {
         if (isCaret(spot))
             return true;
@@ -496,13 +523,19 @@ std::optional<Fit> Pair::fit(int distance, bool inSpots)
     Fit fit{.rows = distance, .unique = m_unique[distance]};
     // First by all rows, then by those that moved: what lies above and below them has its own ways.
     fit.last = m_height - distance - 1;
-    for (int round = 0; round < 2; ++round) {
+    const auto takeBands = [&](int weight) {
         fit.bands.clear();
         for (int band = 0; band < static_cast<int>(m_bands.size()); ++band) {
             const Counts counts = countIn(band, distance, fit.first, fit.last);
-            if (counts.telling > 0 && counts.same >= counts.other)
+            if (counts.telling > 0 && counts.same * weight >= counts.other)
                 fit.bands.push_back(band);
         }
+    };
+    for (int round = 0; round < 2; ++round) {
+        takeBands(1);
+        // In a low view, after a long way, most of the rows that moved have gone or come.
+        if (fit.bands.empty())
+            takeBands(s_against);
         tally(fit.bands, distance);
         std::tie(fit.first, fit.last) = solidPart(distance);
         if (fit.last <= fit.first)

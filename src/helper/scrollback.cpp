@@ -28,6 +28,10 @@ void ScrollCapture::putBack(const QImage &original)
         m_window.setAxis(Axis::Down);
     }
     const QImage wanted = m_window.contentOf(original);
+    if (m_travel.isExact()) {
+        m_travel.goToView(wanted);
+        return;
+    }
     if (m_travel.isAt(wanted) || (m_firstRow && goTo(*m_firstRow) == 0))
         return;
     // Stopped on its way up: as far down again, unless the top has cut that way short.

@@ -1,6 +1,7 @@
 #include "helper/scrollcapture.h"
 
 #include "helper/exactmovement.h"
+#include "helper/pixelrows.h"
 #include "helper/scrollingarea.h"
 #include "platform/services.h"
 
@@ -193,6 +194,16 @@ bool ScrollCapture::hasGoneSideways(const QImage &before)
     return true;
 }
 
+// Whether what seems to stand still, but for spots, is another part of the content: it goes back by
+// as much when it is told to.
+bool ScrollCapture::leadsTooFar(const QImage &before)
+{
+    if (isSpot(differingPart(before, m_window.view())))
+        return false;
+    m_window.turn(-1, Patience::down);
+    return isSpot(differingPart(before, m_window.view()));
+}
+
 // False where nothing scrolls, or it can't be told how far.
 bool ScrollCapture::begin()
 {
@@ -211,6 +222,12 @@ bool ScrollCapture::begin()
         }
     }
     const bool goesSideways = movement.kind == Movement::Kind::Lost && hasGoneSideways(first);
+    if (movement.kind == Movement::Kind::Still && runs() && leadsTooFar(first)) {
+        m_travel.setExact();
+        m_window.endWith(tr("One click of the wheel leads too far to be followed here: make the "
+                            "window higher, or scroll it by hand"));
+        movement = {};
+    }
     const bool isFlat = goesSideways || movement.kind == Movement::Kind::Still;
     if (isFlat && m_isAcross)
         m_window.setCrop(m_areaAcross);

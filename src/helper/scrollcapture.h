@@ -93,6 +93,7 @@ private:
     QRect withoutOverlayBelow(const QRect &area) const;
     void waitForOverlay();
     bool hasGoneSideways(const QImage &before);
+    bool leadsTooFar(const QImage &before);
     bool begin();
     void goDown();
     bool step(int &clicks);

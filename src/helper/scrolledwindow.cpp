@@ -50,23 +50,8 @@ bool differNarrowly(const QImage &before, const QImage &after)
 {
     if (before.size() != after.size())
         return false;
-    int left = after.width();
-    int right = -1;
-    for (int y = 0; y < after.height(); ++y) {
-        const QRgb *was = pixelRow(before, y);
-        const QRgb *is = pixelRow(after, y);
-        for (int x = 0; x < left; ++x) {
-            if (was[x] != is[x])
-                left = x;
-        }
-        for (int x = after.width() - 1; x > right; --x) {
-            if (was[x] != is[x])
-                right = x;
-        }
-        if (right - left >= s_barWidth)
-            return false;
-    }
-    return right - left < std::min<int>(s_barWidth, after.width() / s_barParts);
+    return differingPart(before, after).width() <=
+           std::min<int>(s_barWidth, after.width() / s_barParts);
 }
 
 QImage turnedOver(const QImage &picture)

@@ -1,6 +1,7 @@
 #include "helper/scrolltravel.h"
 
 #include "helper/movement.h"
+#include "helper/pixelrows.h"
 #include "platform/services.h"
 
 #include <algorithm>
@@ -21,10 +22,30 @@ constexpr int s_firstClimb = 10;
 constexpr int s_longestClimb = 80;
 constexpr int s_longestStep = 40;
 constexpr int s_longestWayBack = 300;  // steps
+constexpr int s_spot = 48;             // pixels; a row or a scroll bar at the most
 // How much of the view a step may move: the rest is what the match is made of.
 constexpr double s_stepPart = 0.7;
 
+// Whether so much has changed, and none of it is found at its place, that it can't be a glow at the
+// end of the content.
+bool differWidely(const QImage &before, const QImage &after)
+{
+    if (before.size() != after.size())
+        return true;
+    const QRect part = differingPart(before, after);
+    const QImage earlier = withPixels(before.copy(part));
+    const QImage later = withPixels(after.copy(part));
+    int rows = 0;
+    for (int y = 0; y < part.height(); ++y)
+        rows +=
+            differingPart(earlier.copy(0, y, part.width(), 1), later.copy(0, y, part.width(), 1))
+                .width() > s_spot;
+    return rows * 2 > after.height() && !isInPlace(earlier, later);
+}
+
 }  // namespace
+
+bool isSpot(const QRect &part) { return part.width() <= s_spot || part.height() <= s_spot; }
 
 ScrollTravel::ScrollTravel(ScrolledWindow &window) : m_clock(*services().clock), m_window(window) {}
 
@@ -37,7 +58,7 @@ bool ScrollTravel::climb()
 {
     const Stop stop = m_window.stop();
     Stopwatch clock(m_clock);
-    bool hasMoved = false;
+    const QImage start = m_window.content();
     int clicks = s_firstClimb;
     for (int films = 0;
          m_window.stop() == stop && clock.elapsed() < s_climbLimit && films < s_films;) {
@@ -52,23 +73,25 @@ bool ScrollTravel::climb()
             m_clicksUp += clicks;
         if (!isAnswered || !hasScrolled(before, -1))
             break;
-        hasMoved = true;
         films += sinceTurn.elapsed() >= s_restless;
         clicks = std::min(2 * clicks, s_longestClimb);
     }
     // A turn that was cut short may have moved it.
-    return hasMoved || m_window.stop() != stop;
+    return m_window.stop() != stop || !isAt(start);
 }
 
 bool ScrollTravel::hasScrolled(const QImage &before, int click)
 {
+    if (differWidely(before, m_window.content()))
+        return true;
     if (!isAt(before) && !isInPlace(before, m_window.content()))
         return true;
     m_window.turn(0, Patience::glow);
     const QImage settled = m_window.content();
     if (isAt(before))
         return false;
-    m_window.turn(click, Patience::up);
+    if (m_window.turn(click, Patience::up) == Turn::Moved && !isAcross())
+        m_clicksUp -= click;
     const QImage now = m_window.content();
     const Movement movement = click < 0 ? findMovement(now, settled) : findMovement(settled, now);
     return movement.kind == Movement::Kind::Moved;
@@ -102,23 +125,27 @@ void ScrollTravel::goToStart(int distance)
 bool ScrollTravel::isAt(const QImage &wanted) const
 {
     const QImage now = m_window.content();
+    if (m_isExact)
+        return now.size() == wanted.size() && isSpot(differingPart(now, wanted));
     return now == wanted || findByEdges(wanted, now).kind == Movement::Kind::Still;
 }
 
 void ScrollTravel::goToView(const QImage &wanted)
 {
     const Stop stop = m_window.stop();
+    int longest = s_longestStep;
     int last = 0;
     for (int i = 0; i < s_longestWayBack && m_window.stop() == stop && !isAt(wanted); ++i) {
         const QImage before = m_window.content();
         const Movement below = findByEdges(before, wanted);
         const bool isBelow = below.kind == Movement::Kind::Moved;
         const Movement above = isBelow ? Movement{} : findByEdges(wanted, before);
-        int clicks = usualStep();
+        const bool isAbove = above.kind == Movement::Kind::Moved;
+        int clicks = std::min(usualStep(), longest);
         // The content's end may cut a click short just where it was.
         if (isBelow)
             clicks = std::max(clicksFor(below.rows), 1);
-        else if (above.kind == Movement::Kind::Moved)
+        else if (isAbove)
             clicks = -std::max(clicksFor(above.rows), 1);
         if (m_window.turn(clicks, Patience::up) == Turn::Nothing || clicks == -last)
             return;
@@ -126,5 +153,10 @@ void ScrollTravel::goToView(const QImage &wanted)
         const Movement step = findByEdges(before, m_window.content());
         if (perClick() <= 0 && step.kind == Movement::Kind::Moved)
             setPerClick(1.0 * step.rows / clicks);
+        // It may have gone by.
+        if (!isBelow && !isAbove && clicks > 1 && step.kind != Movement::Kind::Moved) {
+            m_window.turn(-clicks, Patience::up);
+            longest = 1;
+        }
     }
 }

@@ -14,6 +14,9 @@ inline constexpr int slow = 3000;  ///< of a program that has needed long before
 inline constexpr int glow = 1500;  ///< that some programs show at the end of their content
 }  // namespace Patience
 
+/// Whether what has changed may be a caret, a row that has lit up, or a scroll bar.
+bool isSpot(const QRect &part);
+
 /// Leads what a window shows from one place of its content to another, by the wheel and by what is
 /// seen on the way. All of it goes along the axis that the window has at that time.
 class ScrollTravel
@@ -43,6 +46,10 @@ public:
     void goBy(int clicks);
     /// To the start that is so many pixels away, also where nothing is to be seen on the way.
     void goToStart(int distance);
+    /// What looks as if only spots had changed has scrolled here, by whole rows of icons: only what
+    /// is the same but for a caret or a row is at its place from now on.
+    void setExact() { m_isExact = true; }
+    bool isExact() const { return m_isExact; }
     /// Whether the content is where it was in a picture of it.
     bool isAt(const QImage &wanted) const;
     /// To a view that was seen before. Where nothing is known of the distance it is taken to lie
@@ -58,4 +65,5 @@ private:
     double m_columnsPerClick = 0;
     int m_clicksUp = 0;
     bool m_isSlow = false;
+    bool m_isExact = false;
 };

@@ -11,6 +11,9 @@
 namespace {
 
 constexpr quint64 s_factor = 0x9e3779b97f4a7c15;
+// A view is where so many rows deny it at most, and so many times as many any other place.
+constexpr int s_hardly = 2;
+constexpr int s_clearly = 4;
 
 quint64 hashOf(const QRgb *pixels, int count, QRgb mask)
 {
@@ -244,7 +247,11 @@ std::optional<int> ScrollStitcher::offsetOf(const QImage &view) const
             second = std::max(second, count);
         }
     }
-    if (best == 0 || best * 4 < all * 3 || second * 4 > best * 3)
+    // Among rows of icons whose names differ by a digit most rows look alike in many places, but
+    // all of them in one only.
+    const bool isClear =
+        second * 4 <= best * 3 || all - second >= s_clearly * std::max(all - best, s_hardly);
+    if (best == 0 || best * 4 < all * 3 || !isClear)
         return {};
     return offset;
 }
