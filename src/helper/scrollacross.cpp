@@ -185,7 +185,7 @@ void ScrollCapture::goDownBeside(int lowest, const QRect &moved)
             takeExpected(rows, moved) ||
             (m_window.turn(0, Patience::slow) == Turn::Moved && takeExpected(rows, moved));
         if (!isTaken && runs())
-            m_window.endWith(tr("The content could not be followed further"));
+            endColumn();
         if (!isTaken)
             return;
         tellRows();
@@ -222,9 +222,9 @@ ScrollCapture::Result ScrollCapture::sheet(const QString &note)
         return {.picture = m_sheet.firstColumn(),
                 .note = tr("There is not enough memory for all of it"),
                 .lastColumn = m_sheet.firstColumn().width()};
-    if (!note.isEmpty() && m_isCutAtRight)
+    if (!m_isAll && m_isCutAtRight)
         result.lastColumn = size.width();
-    else if (!note.isEmpty())
+    else if (!m_isAll)
         result.lastRow = common;
     return result;
 }

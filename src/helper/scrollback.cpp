@@ -12,14 +12,14 @@ constexpr int s_settle = 150;
 }  // namespace
 
 // As near to where it was as the wheel leads: clicks count from wherever the content is, so what
-// can't be met from its end may be met from its top.
-void ScrollCapture::putBack(const QImage &original)
+// can't be met from its end may be met from its top. False where it can't be told to be there.
+bool ScrollCapture::putBack(const QImage &original)
 {
     if (!m_window.waitForReturn())
-        return;
+        return m_window.isGone();
     if (original.size() != m_window.view().size()) {
         putBackUnseen();
-        return;
+        return true;
     }
     m_window.turn(0, s_settle);
     if (m_isAcross) {
@@ -30,23 +30,31 @@ void ScrollCapture::putBack(const QImage &original)
     const QImage wanted = m_window.contentOf(original);
     if (m_travel.isExact()) {
         m_travel.goToView(wanted);
-        return;
+        return true;
     }
     if (m_travel.isAt(wanted) || (m_firstRow && goTo(*m_firstRow) == 0))
-        return;
+        return true;
     // Stopped on its way up: as far down again, unless the top has cut that way short.
     if (m_travel.perClick() <= 0 && m_window.stop() != Stop::None) {
         putBackUnseen();
-        if (findByEdges(content(), wanted).kind <= Movement::Kind::Moved ||
-            findByEdges(wanted, content()).kind <= Movement::Kind::Moved) {
+        if (isNear(wanted)) {
             m_travel.goToView(wanted);
-            return;
+            return true;
         }
     }
     m_travel.climb();
     // Where it did not go up in the beginning it began at the top.
-    if (m_climbed && !(m_firstRow && goTo(*m_firstRow) < m_travel.perClick()))
-        m_travel.goToView(wanted);
+    if (!m_climbed || (m_firstRow && goTo(*m_firstRow) < m_travel.perClick()))
+        return true;
+    m_travel.goToView(wanted);
+    return m_looksDifferent || isNear(wanted);
+}
+
+// Whether a view that was seen before lies so near that the two share rows.
+bool ScrollCapture::isNear(const QImage &wanted) const
+{
+    return findByEdges(content(), wanted).kind <= Movement::Kind::Moved ||
+           findByEdges(wanted, content()).kind <= Movement::Kind::Moved;
 }
 
 // Where there is no time to look, or nothing to compare with: by as many clicks as it is away.

@@ -64,13 +64,17 @@ ScrollCapture::Result ScrollCapture::run()
     if (isFollowed && m_isAcross)
         takeBeside();
     // What happens on the way back takes nothing from the picture.
-    const QString note = m_window.note();
+    QString note = m_window.note();
+    m_isAll = m_isAll || note.isEmpty();
     if (m_window.stop() == Stop::Abandon) {
         putBackUnseen();
     } else {
         emit progressed(tr("Putting it back"));
         emit puttingBack();
-        putBack(atLeft);
+        if (!putBack(atLeft)) {
+            const QString left = tr("The content could not be put back to where it was");
+            note = note.isEmpty() ? left : note + QStringLiteral(". ") + left;
+        }
         if (m_isAcross && m_travel.isAt(m_window.contentOf(atLeft))) {
             m_window.setAxis(Axis::Across);
             m_travel.goToView(m_window.contentOf(original));
@@ -375,7 +379,7 @@ bool ScrollCapture::step(int &clicks)
         return true;
     }
     if (m_window.stop() == Stop::None)
-        m_window.endWith(tr("The content could not be followed further"));
+        endColumn();
     return false;
 }
 
@@ -418,9 +422,20 @@ bool ScrollCapture::refresh()
     if (!m_window.look())
         return false;
     const QImage now = content();
-    if (now != m_accepted && take(now).kind == Taken::Lost)
-        m_window.endWith(tr("The content could not be followed further"));
-    return runs();
+    if (now == m_accepted || take(now).kind != Taken::Lost)
+        return runs();
+    endColumn();
+    return false;
+}
+
+// It can't be followed further down. What lies beside it still can.
+void ScrollCapture::endColumn()
+{
+    const QString note = tr("The content could not be followed further");
+    if (m_isAcross)
+        m_window.noteThat(note);
+    else
+        m_window.endWith(note);
 }
 
 // Where what two views share has changed meanwhile, so may have what went out of sight: back once
@@ -487,7 +502,7 @@ bool ScrollCapture::goesOn()
         break;
     case Taken::Lost:
         if (runs())
-            m_window.endWith(tr("The content could not be followed further"));
+            endColumn();
         break;
     }
     return false;

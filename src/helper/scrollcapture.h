@@ -99,6 +99,7 @@ private:
     bool step(int &clicks);
     Taken take(const QImage &now, int expected = 0);
     bool refresh();
+    void endColumn();
     bool goesOn();
     bool goBack(int clicks);
     void lookAgain();
@@ -116,7 +117,8 @@ private:
     bool takeExpected(int rows, const QRect &moved);
     Result sheet(const QString &note);
 
-    void putBack(const QImage &original);
+    bool putBack(const QImage &original);
+    bool isNear(const QImage &wanted) const;
     void putBackUnseen();
     int goTo(int row);
 

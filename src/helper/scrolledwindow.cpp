@@ -192,18 +192,26 @@ bool ScrolledWindow::waitUntilReachable()
     }
 }
 
+std::optional<QRect> ScrolledWindow::boundsNow() const
+{
+    for (const auto &window : services().windows->windows(WindowServer::List::All, 0)) {
+        if (window.number == m_number)
+            return window.bounds.toRect();
+    }
+    return {};
+}
+
+bool ScrolledWindow::isGone() const { return !boundsNow(); }
+
 bool ScrolledWindow::waitForReturn()
 {
     Stopwatch clock(m_clock);
     bool isTold = false;
     while (m_stop != Stop::Abandon) {
-        const auto windows = services().windows->windows(WindowServer::List::All, 0);
-        const auto own = std::find_if(windows.begin(), windows.end(), [this](const auto &window) {
-            return window.number == m_number;
-        });
-        if (own == windows.end())
+        const auto bounds = boundsNow();
+        if (!bounds)
             return false;
-        m_bounds = own->bounds.toRect();
+        m_bounds = *bounds;
         if (!QRect(QPoint(), m_bounds.size()).contains(m_anchor))
             m_anchor = QRect(QPoint(), m_bounds.size()).center();
         const Reach found = reach();

@@ -9,6 +9,7 @@
 #include <QString>
 
 #include <memory>
+#include <optional>
 
 class ChangeWatch;
 
@@ -81,6 +82,8 @@ public:
     /// The same for the way back, also for a window that was minimised, or has another size now,
     /// which is taken for its own from here on. False when it does not come.
     bool waitForReturn();
+    /// There is no such window any more.
+    bool isGone() const;
     /// By how much the wheel was turned since the view has moved last: a program that hangs does
     /// that when it comes to itself.
     int unanswered() const { return m_unanswered; }
@@ -109,6 +112,7 @@ private:
     enum class Reach { Free, Gone, Covered };
 
     bool pause();
+    std::optional<QRect> boundsNow() const;
     Reach reach();
     bool waitForFreeHand();
     bool turnWheel(int clicks);
