@@ -21,6 +21,7 @@ constexpr int s_sidePane = 60;     // the narrowest
 constexpr int s_shadow = 32;       // the longest
 constexpr int s_leastShadow = 3;
 constexpr int s_shadowStep = 16;  // of grey, from row to row
+constexpr int s_beside = 8;       // ground at either side of an area's edge
 constexpr int s_padding = 8;      // ground beside a grid line, where more of a table follows
 constexpr int s_widestBar = 48;   // a scroll bar of a desktop scaled by 2 and more
 constexpr int s_overlay = 24;     // the same, lying over the content
@@ -232,10 +233,10 @@ public:
         for (int y = top; y < bottom; ++y)
             width = std::max(width, thickness(y));
         const int room = s_thumbRoom + width * 3 / 2;
-        const int start = top - trackBeyond(m_last, top, -1, std::min(room, top));
+        const int start = top - trackBeyond(m_last, top, -1, std::min(room, top), beside);
         return RowSpan{start - shadowAbove(start, end(top)),
                        bottom + trackBeyond(m_first, bottom - 1, 1,
-                                            std::min(room, m_first.height() - bottom))};
+                                            std::min(room, m_first.height() - bottom), beside)};
     }
 
 private:
@@ -268,17 +269,25 @@ private:
     {
         return ((pixelRow(m_first, y)[x] ^ pixelRow(m_last, y)[x]) & m_mask) != 0;
     }
-    // Rows beyond `y`, at most `most`, through which a column of the track goes on.
-    int trackBeyond(const QImage &look, int y, int step, int most) const
+    // Rows beyond `y`, at most `most`, through which a column of the track goes on. A line that
+    // runs from the content over the bar is the frame around both.
+    int trackBeyond(const QImage &look, int y, int step, int most, int beside) const
     {
         const int right = end(y);
+        const int from = beside < m_left ? std::max(beside - s_edge, 0) : m_left;
+        const int to = beside < m_left ? right : std::min(beside + s_edge, look.width());
         int longest = 0;
         for (int x = m_left; x < right; ++x) {
             const QRgb track = pixelRow(look, y)[x] & m_mask;
             int length = 0;
             for (int i = 1; i <= most && i <= length + 1 + s_buttonEdge; ++i) {
-                if ((pixelRow(look, y + i * step)[x] & m_mask) == track)
+                const QRgb *line = pixelRow(look, y + i * step);
+                const QRgb pixel = line[x] & m_mask;
+                if (pixel == track)
                     length = i;
+                else if (std::all_of(line + from, line + to,
+                                     [&](QRgb other) { return (other & m_mask) == pixel; }))
+                    break;
             }
             longest = std::max(longest, length);
         }
@@ -365,6 +374,22 @@ RowSpan withNeighbours(const QImage &first, const QImage &last, const QRect &are
     const QImage later = withPixels(last);
     const QRgb mask = visibleBits(earlier) & visibleBits(later);
     const bool isWide = inside.width() - area.width() < s_sidePane;
+    // Whether a bar above or below goes on to the side without a border, over a pane that lies
+    // there.
+    const auto goesBeyond = [&](int edge, int step, int rows) {
+        int left = 0;
+        int right = 0;
+        for (int i = 1; i <= rows; ++i) {
+            const QRgb *line = pixelRow(earlier, edge + i * step);
+            const auto isPlain = [&](int from) {
+                return std::all_of(line + from, line + from + 2 * s_beside,
+                                   [&](QRgb pixel) { return ((pixel ^ line[from]) & mask) == 0; });
+            };
+            left += area.left() - s_beside >= inside.left() && isPlain(area.left() - s_beside);
+            right += area.right() + s_beside < inside.right() && isPlain(area.right() - s_beside);
+        }
+        return std::max(left, right) * 2 > rows;
+    };
     const auto rowsBeyond = [&](int edge, int step, int end, const QImage &look) {
         const auto ground = [&](int y) {
             return commonColour(look, QRect(area.left(), y, area.width(), 1));
@@ -404,7 +429,8 @@ RowSpan withNeighbours(const QImage &first, const QImage &last, const QRect &are
             ++rows;
         if (rows > border && isLeft(rows))
             ++rows;
-        return rows > (isWide ? s_highHeader : s_header) ? shadow : rows;
+        return rows > (isWide ? s_highHeader : s_header) || goesBeyond(edge, step, rows) ? shadow
+                                                                                         : rows;
     };
     return {own.top - rowsBeyond(area.top(), -1, inside.top(), earlier),
             own.bottom + rowsBeyond(area.bottom(), 1, inside.bottom(), later)};
