@@ -21,7 +21,7 @@ constexpr int s_sidePane = 60;     // the narrowest
 constexpr int s_shadow = 32;       // the longest
 constexpr int s_leastShadow = 3;
 constexpr int s_shadowStep = 16;  // of grey, from row to row
-constexpr int s_beside = 8;       // ground at either side of an area's edge
+constexpr int s_acrossEdge = 16;  // ground at both sides of an area's edge
 constexpr int s_padding = 8;      // ground beside a grid line, where more of a table follows
 constexpr int s_widestBar = 48;   // a scroll bar of a desktop scaled by 2 and more
 constexpr int s_overlay = 24;     // the same, lying over the content
@@ -382,11 +382,13 @@ RowSpan withNeighbours(const QImage &first, const QImage &last, const QRect &are
         for (int i = 1; i <= rows; ++i) {
             const QRgb *line = pixelRow(earlier, edge + i * step);
             const auto isPlain = [&](int from) {
-                return std::all_of(line + from, line + from + 2 * s_beside,
+                return std::all_of(line + from, line + from + s_acrossEdge,
                                    [&](QRgb pixel) { return ((pixel ^ line[from]) & mask) == 0; });
             };
-            left += area.left() - s_beside >= inside.left() && isPlain(area.left() - s_beside);
-            right += area.right() + s_beside < inside.right() && isPlain(area.right() - s_beside);
+            left += area.left() - s_acrossEdge / 2 >= inside.left() &&
+                    isPlain(area.left() - s_acrossEdge / 2);
+            right += area.right() + s_acrossEdge / 2 < inside.right() &&
+                     isPlain(area.right() - s_acrossEdge / 2);
         }
         return std::max(left, right) * 2 > rows;
     };
