@@ -15,8 +15,11 @@ namespace {
 // Milliseconds.
 constexpr int s_round = 6;
 constexpr int s_rest = 90;          // without a change: the view is at rest
-constexpr int s_shortestRest = 80;  // of a program whose drawing is heard
+constexpr int s_shortestRest = 45;  // of a program whose drawing is heard: nearly three frames
 constexpr int s_gapsToRest = 3;
+// A round that takes longer than it needs tells of a busy machine, where all answers come late.
+constexpr int s_roundsToRest = 4;
+constexpr int s_roundsToPatience = 16;
 constexpr int s_restless = 4000;  // it never will be, as a film plays in it
 constexpr int s_lightRest = 50;   // without a change: what lit up under the pointer has gone out
 constexpr int s_coverRound = 100;
@@ -280,14 +283,17 @@ int ScrolledWindow::restFor(qint64 longestGap) const
 {
     if (!m_changes || m_rest != s_rest)
         return m_rest;
-    return std::clamp(static_cast<int>(s_gapsToRest * longestGap), s_shortestRest, s_rest);
+    const qint64 wanted = std::max(s_gapsToRest * longestGap, s_roundsToRest * m_longestRound);
+    return std::clamp(static_cast<int>(wanted), s_shortestRest, s_rest);
 }
 
 int ScrolledWindow::patience(int least, int most) const
 {
     if (m_slowestAnswer < 0)
         return most;
-    return std::clamp(static_cast<int>(s_answersToPatience * m_slowestAnswer), least, most);
+    const qint64 wanted =
+        std::max(s_answersToPatience * m_slowestAnswer, s_roundsToPatience * m_longestRound);
+    return std::clamp(static_cast<int>(wanted), least, most);
 }
 
 ScrolledWindow::Turn ScrolledWindow::turn(int clicks, int patience)
@@ -315,7 +321,11 @@ ScrolledWindow::Turn ScrolledWindow::turnAndWait(int clicks, int patience)
     qint64 longestGap = 0;
     Stopwatch sinceTurn(m_clock);
     Stopwatch sinceChange = sinceTurn;
+    Stopwatch sinceRound = sinceTurn;
+    m_longestRound = 0;
     while (pause() && m_stop == stop) {
+        m_longestRound = std::max(m_longestRound, sinceRound.elapsed());
+        sinceRound.restart();
         const bool mayDiffer = !m_changes || m_changes->takeChange();
         if (mayDiffer && !look())
             return Turn::Nothing;

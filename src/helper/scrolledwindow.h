@@ -133,6 +133,7 @@ private:
     int m_rest;
     qint64 m_slowestAnswer = -1;  // ms; -1 while there was none
     int m_unanswered = 0;         // clicks
+    qint64 m_longestRound = 0;    // ms, of looking and waiting, in the last turn
     bool m_sawLate = false;
     QString m_coveredBy;
     QPoint m_turnedAt;    // global; where the wheel was turned last

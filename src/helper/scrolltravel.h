@@ -9,7 +9,7 @@
 namespace Patience {
 inline constexpr int up = 400;  ///< for a first sign of movement
 inline constexpr int down = 500;
-inline constexpr int leastDown = 400;
+inline constexpr int leastDown = 150;
 inline constexpr int slow = 3000;  ///< of a program that has needed long before
 inline constexpr int glow = 1500;  ///< that some programs show at the end of their content
 }  // namespace Patience
