@@ -209,8 +209,7 @@ void HintPlate::showAt(QPoint corner)
 {
     WindowServer &server = *services().windows;
     if (isVisible()) {
-        if (corner != m_corner)
-            server.moveWindow(this, corner);
+        server.moveWindow(this, corner);
     } else {
         server.coverArea(this, {corner, fitted()});
         show();
