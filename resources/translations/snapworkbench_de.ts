@@ -242,14 +242,6 @@ Rücktaste    Punkt löschen</translation>
         <translation>Das Fenster hat seine Größe geändert</translation>
     </message>
     <message>
-        <source>%1 x %2 pixels: more can&apos;t be taken</source>
-        <translation>%1 x %2 Pixel: Mehr kann nicht aufgenommen werden</translation>
-    </message>
-    <message>
-        <source>%1 x %2 pixels</source>
-        <translation>%1 x %2 Pixel</translation>
-    </message>
-    <message>
         <source>The place was lost at column %1, and what you scrolled to after that is missing. Try again, and scroll more slowly there.</source>
         <translation>Bei Spalte %1 ging die Stelle verloren; was Sie danach gescrollt haben, fehlt im Bild. Versuchen Sie es noch einmal und scrollen Sie dort langsamer.</translation>
     </message>
@@ -260,6 +252,14 @@ Rücktaste    Punkt löschen</translation>
     <message>
         <source>The place is lost: scroll back to what was seen last</source>
         <translation>Die Stelle ist verloren: Scrollen Sie zurück zu dem, was zuletzt zu sehen war</translation>
+    </message>
+    <message>
+        <source>%1 × %2 pixels: more can&apos;t be taken</source>
+        <translation>%1 × %2 Pixel: Mehr kann nicht aufgenommen werden</translation>
+    </message>
+    <message>
+        <source>%1 × %2 pixels</source>
+        <translation>%1 × %2 Pixel</translation>
     </message>
 </context>
 <context>
@@ -959,6 +959,10 @@ Möchten Sie die Datei ersetzen?</translation>
         <source>Esc</source>
         <translation>Esc</translation>
     </message>
+    <message>
+        <source>Another window</source>
+        <translation>Ein anderes Fenster</translation>
+    </message>
 </context>
 <context>
     <name>SessionOverlay</name>
@@ -977,14 +981,6 @@ Möchten Sie die Datei ersetzen?</translation>
     <message>
         <source>gives up</source>
         <translation>bricht ab</translation>
-    </message>
-    <message>
-        <source>Marked: %1 x %2 pixels</source>
-        <translation>Markiert: %1 x %2 Pixel</translation>
-    </message>
-    <message>
-        <source>Return</source>
-        <translation>Eingabe</translation>
     </message>
     <message>
         <source>takes all that scrolls there, by the wheel</source>
@@ -1045,6 +1041,10 @@ Möchten Sie die Datei ersetzen?</translation>
     <message>
         <source>Click, Space</source>
         <translation>Klick, Leertaste</translation>
+    </message>
+    <message>
+        <source>Marked: %1 × %2 pixels</source>
+        <translation>Markiert: %1 × %2 Pixel</translation>
     </message>
 </context>
 <context>

@@ -242,14 +242,6 @@ Backspace    删除最后一点</translation>
         <translation>窗口大小已改变</translation>
     </message>
     <message>
-        <source>%1 x %2 pixels: more can&apos;t be taken</source>
-        <translation>%1 x %2 像素：无法截取更多</translation>
-    </message>
-    <message>
-        <source>%1 x %2 pixels</source>
-        <translation>%1 x %2 像素</translation>
-    </message>
-    <message>
         <source>The place was lost at column %1, and what you scrolled to after that is missing. Try again, and scroll more slowly there.</source>
         <translation>在第 %1 列处跟丢了位置，之后滚动到的内容不在图片中。请重试，并在该处放慢滚动。</translation>
     </message>
@@ -260,6 +252,14 @@ Backspace    删除最后一点</translation>
     <message>
         <source>The place is lost: scroll back to what was seen last</source>
         <translation>位置已丢失：请滚动回最后看到的内容</translation>
+    </message>
+    <message>
+        <source>%1 × %2 pixels: more can&apos;t be taken</source>
+        <translation>%1 × %2 像素：无法截取更多</translation>
+    </message>
+    <message>
+        <source>%1 × %2 pixels</source>
+        <translation>%1 × %2 像素</translation>
     </message>
 </context>
 <context>
@@ -959,6 +959,10 @@ Do you want to replace it?</source>
         <source>Esc</source>
         <translation>Esc</translation>
     </message>
+    <message>
+        <source>Another window</source>
+        <translation>另一个窗口</translation>
+    </message>
 </context>
 <context>
     <name>SessionOverlay</name>
@@ -977,14 +981,6 @@ Do you want to replace it?</source>
     <message>
         <source>gives up</source>
         <translation>放弃</translation>
-    </message>
-    <message>
-        <source>Marked: %1 x %2 pixels</source>
-        <translation>已标记：%1 x %2 像素</translation>
-    </message>
-    <message>
-        <source>Return</source>
-        <translation>回车键</translation>
     </message>
     <message>
         <source>takes all that scrolls there, by the wheel</source>
@@ -1045,6 +1041,10 @@ Do you want to replace it?</source>
     <message>
         <source>Click, Space</source>
         <translation>点击、空格键</translation>
+    </message>
+    <message>
+        <source>Marked: %1 × %2 pixels</source>
+        <translation>已标记：%1 × %2 像素</translation>
     </message>
 </context>
 <context>

@@ -108,6 +108,16 @@ std::optional<WindowServer::Entry> mouseShot::picked() const
     return g_WindowList.WindowInfo[m_currentIndex];
 }
 
+int mouseShot::indexOf(int number) const
+{
+    const auto &windows = g_WindowList.WindowInfo;
+    const auto found = std::find_if(windows.begin(), windows.end(),
+                                    [number](const auto &entry) { return entry.number == number; });
+    return found == windows.end() ? 0 : static_cast<int>(found - windows.begin());
+}
+
+void mouseShot::pick(int number) { m_currentIndex = indexOf(number); }
+
 Grab mouseShot::take()
 {
     Grab grab;
@@ -171,8 +181,12 @@ bool mouseShot::eventFilter(QObject *watched, QEvent *event)
 
 void mouseShot::draw(QPainter &painter)
 {
+    const auto window = shown();
+    if (!window)
+        return;
     painter.setPen(Qt::NoPen);
     painter.setBrush(s_tint);
-    const QPolygon tinted = m_outlines.visible(m_currentIndex).translated(-area().topLeft());
+    const QPolygon tinted =
+        m_outlines.visible(indexOf(window->number)).translated(-area().topLeft());
     painter.drawPolygon(tinted, Qt::OddEvenFill);
 }

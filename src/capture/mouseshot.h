@@ -34,6 +34,10 @@ protected:
 
     /// The picked window, as the list has it; none while none is picked.
     std::optional<WindowServer::Entry> picked() const;
+    /// The one that is shown as such.
+    virtual std::optional<WindowServer::Entry> shown() const { return picked(); }
+    /// Picks a window of the list by its number, until the pointer is looked at again.
+    void pick(int number);
     /// Called whenever the pointer has been looked at.
     virtual void looked() {}
     /// Draws the tint, and whatever else belongs on the desktop. Overlay coordinates.
@@ -48,6 +52,7 @@ private:
     void pickLater();
     void pickBeside(int step);
     int pickAt(QPoint point) const;
+    int indexOf(int number) const;
 
     std::unique_ptr<Ui::mouseShot> m_ui;
     WindowOutlines m_outlines;

@@ -41,6 +41,7 @@ ScrollCapture::Result HandCapture::run()
         m_area = m_target.area.translated(-m_bounds.topLeft()) & QRect(QPoint(), m_bounds.size());
     m_sinceMovement.restart();
     while (m_stop == Stop::None && look()) {
+        follow();
         tell();
         if (m_sinceMovement.elapsed() >= s_progressLimit)
             m_ended = tr("Nothing moved for a minute");
@@ -117,30 +118,47 @@ bool HandCapture::look()
     return true;
 }
 
+void HandCapture::follow()
+{
+    for (const auto &window : services().windows->windows(WindowServer::List::OnScreen, 0)) {
+        const QPoint corner = window.bounds.toRect().topLeft();
+        if (window.number != m_target.window || corner == m_bounds.topLeft())
+            continue;
+        m_bounds.moveTopLeft(corner);
+        emit moved();
+    }
+}
+
 void HandCapture::tell()
 {
     if (!m_isNew || m_sinceTold.elapsed() < s_tellInterval)
         return;
     m_isNew = false;
     m_sinceTold.restart();
-    // The panel goes where the window goes.
-    for (const auto &window : services().windows->windows(WindowServer::List::OnScreen, 0)) {
-        if (window.number == m_target.window)
-            m_bounds.moveTopLeft(window.bounds.toRect().topLeft());
-    }
-    if (m_isLost) {
-        // Not every panel has room for its picture.
-        emit progressed(tr("The place is lost: scroll back to what was seen last"));
-    } else if (m_mosaic.hasMoved()) {
-        const QSize size = m_mosaic.size();
-        const QString rows = QLocale().toString(size.height());
-        emit progressed(m_mosaic.isFull()
-                            ? tr("%1 x %2 pixels: more can't be taken")
-                                  .arg(QLocale().toString(size.width()), rows)
-                            : tr("%1 x %2 pixels").arg(QLocale().toString(size.width()), rows));
-    } else {
-        emit progressed(tr("Scroll it with your own hands"));
-    }
+    emit progressed(m_isLost              ? lostText()
+                    : m_mosaic.hasMoved() ? sizeText(m_mosaic.size(), m_mosaic.isFull())
+                                          : beginText());
+}
+
+QString HandCapture::beginText() { return tr("Scroll it with your own hands"); }
+
+// Not every panel has room for the picture of it.
+QString HandCapture::lostText()
+{
+    return tr("The place is lost: scroll back to what was seen last");
+}
+
+QString HandCapture::sizeText(QSize size, bool isFull)
+{
+    const QString columns = QLocale().toString(size.width());
+    const QString rows = QLocale().toString(size.height());
+    return isFull ? tr("%1 × %2 pixels: more can't be taken").arg(columns, rows)
+                  : tr("%1 × %2 pixels").arg(columns, rows);
+}
+
+QStringList HandCapture::longestTexts()
+{
+    return {beginText(), lostText(), sizeText({s_sideLimit, s_sideLimit}, true)};
 }
 
 QImage HandCapture::overview(QSize box) const

@@ -7,6 +7,7 @@
 #include <QObject>
 #include <QRect>
 #include <QString>
+#include <QStringList>
 
 /// Takes what the user scrolls by, with the wheel, a bar, keys or by dragging: it looks at the
 /// window, many times a second, and touches nothing.
@@ -36,16 +37,24 @@ public:
     /// What is looked at, and the window, global, as it lies now.
     QRect area() const { return m_area.translated(m_bounds.topLeft()); }
     QRect window() const { return m_bounds; }
+    /// What progressed() may tell at its longest, so that room can be kept for it.
+    static QStringList longestTexts();
 
 signals:
     /// What is going on, for the user.
     void progressed(const QString &text);
+    /// The window, and the area with it, lies elsewhere.
+    void moved();
 
 private:
     enum class Stop { None, Keep, Discard };
 
     bool look();
+    void follow();
     void tell();
+    static QString beginText();
+    static QString lostText();
+    static QString sizeText(QSize size, bool isFull);
     QString note() const;
     QString lossNote() const;
     QImage wayBack(QSize size) const;

@@ -6,6 +6,9 @@
 #include <QPainter>
 
 #include <algorithm>
+#include <array>
+#include <numeric>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -30,7 +33,9 @@ QLabel *label(const QString &text, const QString &colour)
 {
     auto *result = new QLabel(text);
     result->setTextFormat(Qt::PlainText);
-    result->setStyleSheet(u"color: %1; background: transparent;"_s.arg(colour));
+    result->setStyleSheet(
+        u"QLabel { color: %1; background: transparent; } QLabel:disabled { color: #6c757d; }"_s.arg(
+            colour));
     return result;
 }
 
@@ -39,6 +44,7 @@ QLabel *label(const QString &text, const QString &colour)
 HintPlate::HintPlate(QWidget *parent)
     : QWidget(parent), m_grid(new QGridLayout(this)), m_headline(label({}, u"#ffffff"_s))
 {
+    m_headline->setAlignment(Qt::AlignLeft | Qt::AlignTop);
     if (!parent) {
         setWindowFlags(Qt::Window | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint |
                        Qt::WindowTransparentForInput | Qt::WindowDoesNotAcceptFocus);
@@ -65,7 +71,7 @@ void HintPlate::setHeadline(const QString &text)
 void HintPlate::tellHeadline()
 {
     QString text = m_text;
-    for (int row = 1; m_form == Form::Line && row < m_grid->rowCount(); ++row) {
+    for (int row = 1; m_form == Form::Line && m_areKeysHeard && row < m_grid->rowCount(); ++row) {
         const auto at = [this, row](int column) {
             const QLayoutItem *item = m_grid->itemAtPosition(row, column);
             const auto *found = item ? qobject_cast<QLabel *>(item->widget()) : nullptr;
@@ -82,6 +88,23 @@ void HintPlate::addLine(const QString &key, const QString &meaning)
     const int row = m_grid->rowCount();
     m_grid->addWidget(label(key, u"#3da5f4"_s), row, 0);
     m_grid->addWidget(label(meaning, u"#d7dee4"_s), row, 1);
+}
+
+void HintPlate::reserveHeadlines(const QStringList &texts)
+{
+    m_longest = texts;
+    sizeHeadline();
+}
+
+void HintPlate::setKeysHeard(bool heard)
+{
+    if (heard == std::exchange(m_areKeysHeard, heard))
+        return;
+    for (QLabel *line : findChildren<QLabel *>()) {
+        if (line != m_headline && line != m_picture)
+            line->setEnabled(heard);
+    }
+    tellHeadline();
 }
 
 void HintPlate::clearLines()
@@ -118,28 +141,39 @@ void HintPlate::setPicture(const QImage &picture, const QString &name, const QSt
     m_picture->setAccessibleDescription(description);
 }
 
-std::optional<QPoint> HintPlate::placeOutside(QSize size, const QRect &area,
-                                              const QList<QRect> &screens, int gap)
+namespace {
+
+bool isOnScreen(const QRect &box, const QList<QRect> &screens)
+{
+    return std::any_of(screens.begin(), screens.end(),
+                       [&](const QRect &screen) { return screen.contains(box); });
+}
+
+// At one of the corners of `area`, `gap` away; none where no screen has room.
+std::optional<QPoint> placeAtSide(QSize size, const QRect &area, const QList<QRect> &screens,
+                                  int gap)
 {
     const int left = area.x() - gap - size.width();
     const int right = area.x() + area.width() + gap;
     const int above = area.y() - gap - size.height();
     const int below = area.y() + area.height() + gap;
-    const auto isOnScreen = [&](QPoint corner) {
-        return std::any_of(screens.begin(), screens.end(), [&](const QRect &screen) {
-            return screen.contains(QRect(corner, size));
-        });
-    };
     for (const QPoint corner : {QPoint(right, area.y()), QPoint(left, area.y()),
                                 QPoint(area.x(), below), QPoint(area.x(), above)}) {
-        if (isOnScreen(corner))
+        if (isOnScreen({corner, size}, screens))
             return corner;
     }
-    // An area that reaches beyond its screen has no corner there to begin at.
+    return {};
+}
+
+// An area that reaches beyond its screen has no corner there to begin at: in a corner of a screen,
+// outside of it.
+std::optional<QPoint> placeInCorner(QSize size, const QRect &area, const QList<QRect> &screens)
+{
     for (const QRect &screen : screens) {
         for (const int x : {screen.x() + screen.width() - size.width(), screen.x()}) {
             for (const int y : {screen.y(), screen.y() + screen.height() - size.height()}) {
-                if (isOnScreen({x, y}) && !area.intersects(QRect({x, y}, size)))
+                const QRect box({x, y}, size);
+                if (isOnScreen(box, screens) && !area.intersects(box))
                     return QPoint(x, y);
             }
         }
@@ -147,10 +181,14 @@ std::optional<QPoint> HintPlate::placeOutside(QSize size, const QRect &area,
     return {};
 }
 
+}  // namespace
+
 QPoint HintPlate::place(QSize size, const QRect &area, const QList<QRect> &screens)
 {
-    if (const auto outside = placeOutside(size, area, screens, s_gap))
-        return *outside;
+    if (const auto beside = placeAtSide(size, area, screens, s_gap))
+        return *beside;
+    if (const auto corner = placeInCorner(size, area, screens))
+        return *corner;
     // As much of it as can be seen, and there in the corner that text leaves free most often.
     QRect seen = area;
     for (const QRect &screen : screens) {
@@ -176,6 +214,7 @@ void HintPlate::showAt(QPoint corner)
         server.coverArea(this, {corner, fitted()});
         show();
     }
+    m_corner = corner;
 }
 
 void HintPlate::showBeside(const QRect &area)
@@ -183,24 +222,46 @@ void HintPlate::showBeside(const QRect &area)
     showAt(place(fitted(), area, services().windows->screens()));
 }
 
+bool HintPlate::goesAlong(const QRect &area, const QList<QRect> &screens)
+{
+    if (!isVisible() || m_outside.size() != area.size())
+        return false;
+    const QRect box(m_corner + area.topLeft() - m_outside.topLeft(), fitted());
+    if (!isOnScreen(box, screens) || area.intersects(box))
+        return false;
+    showAt(box.topLeft());
+    m_outside = area;
+    return true;
+}
+
 void HintPlate::showOutside(const QRect &area, const QRect &window, bool mayCover)
 {
     const QList<QRect> screens = services().windows->screens();
-    const auto isShown = [&](Form form, const QRect &clear, int gap) {
+    if (goesAlong(area, screens))
+        return;
+    const auto isShown = [&](Form form, const auto &placed) {
         setForm(form);
-        const auto corner = placeOutside(fitted(), clear, screens, gap);
-        if (corner)
+        const std::optional<QPoint> corner = placed(fitted());
+        if (corner) {
             showAt(*corner);
+            m_outside = area;
+        }
         return corner.has_value();
     };
+    const std::array forms{Form::Wide, Form::Tall, Form::Flat};
     for (const QRect &clear : {area | window, area}) {
-        for (const Form form : {Form::Wide, Form::Tall, Form::Flat}) {
-            if (isShown(form, clear, s_gap))
-                return;
-        }
+        const auto atSide = [&](QSize size) { return placeAtSide(size, clear, screens, s_gap); };
+        const auto inCorner = [&](QSize size) { return placeInCorner(size, clear, screens); };
+        if (std::any_of(forms.begin(), forms.end(),
+                        [&](Form form) { return isShown(form, atSide); }) ||
+            std::any_of(forms.begin(), forms.end(),
+                        [&](Form form) { return isShown(form, inCorner); }))
+            return;
     }
-    if (isShown(Form::Line, area, s_lineDistance))
+    if (isShown(Form::Line,
+                [&](QSize size) { return placeAtSide(size, area, screens, s_lineDistance); }))
         return;
+    m_outside = {};
     setForm(Form::Wide);
     if (mayCover)
         showBeside(area);
@@ -221,13 +282,39 @@ void HintPlate::setForm(Form form)
     const int padding = isLine ? s_linePadding : s_padding;
     m_grid->setContentsMargins(s_padding, padding, s_padding, padding);
     m_grid->setVerticalSpacing(isLine ? 0 : s_lineGap);
-    m_headline->setWordWrap(form == Form::Tall);
-    m_headline->setMaximumWidth(form == Form::Tall ? s_tallWidth : QWIDGETSIZE_MAX);
+    sizeHeadline();
     tellHeadline();
     if (m_picture)
         placePicture();
     m_grid->invalidate();
     m_grid->activate();
+}
+
+void HintPlate::sizeHeadline()
+{
+    m_headline->setMinimumSize(0, 0);
+    m_headline->setMaximumSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX);
+    const bool isLine = m_form == Form::Line;
+    m_headline->setWordWrap(!isLine && !m_longest.isEmpty());
+    if (isLine || m_longest.isEmpty())
+        return;
+    std::array<int, s_headlineSpan> columns{};
+    for (int row = 1; row < m_grid->rowCount(); ++row) {
+        for (int column = 0; column < s_headlineSpan; ++column) {
+            const QLayoutItem *item = m_grid->itemAtPosition(row, column);
+            if (item && item->widget() != m_picture)
+                columns.at(column) = std::max(columns.at(column), item->sizeHint().width());
+        }
+    }
+    const int lines = std::accumulate(columns.begin(), columns.end(), s_columnGap);
+    const QSize room(std::max(lines, s_tallWidth), QWIDGETSIZE_MAX);
+    int height = 0;
+    for (const QString &text : std::as_const(m_longest)) {
+        const QRect needed =
+            m_headline->fontMetrics().boundingRect(QRect({}, room), Qt::TextWordWrap, text);
+        height = std::max(height, needed.height());
+    }
+    m_headline->setFixedSize(room.width(), height);
 }
 
 void HintPlate::placePicture()

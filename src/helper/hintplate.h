@@ -2,6 +2,7 @@
 
 #include <QGridLayout>
 #include <QImage>
+#include <QStringList>
 #include <QWidget>
 
 #include <optional>
@@ -18,8 +19,13 @@ public:
     explicit HintPlate(QWidget *parent);
 
     void setHeadline(const QString &text);
+    /// Keeps room for the longest of what the headline may say, so that nothing moves when it does.
+    /// Wrapped to the width of the lines, which are to be there.
+    void reserveHeadlines(const QStringList &texts);
     void addLine(const QString &key, const QString &meaning);
     void clearLines();
+    /// Whether the keys do what the lines tell, as they do at first.
+    void setKeysHeard(bool heard);
 
     /// Keeps room for a picture, so that one that comes or grows moves nothing.
     void reservePicture();
@@ -33,16 +39,14 @@ public:
     /// Global device pixels.
     void showBeside(const QRect &area);
     /// The same where it covers nothing of the rectangle, and of the window that this lies in if
-    /// there is room, laid out as fits best. Where there is none it lies on the rectangle, or, if
-    /// it must not cover that, is hidden.
+    /// there is room, laid out as fits best. It goes along with the rectangle, and changes place
+    /// and layout only where they fit no more. Where there is no room it lies on the rectangle, or,
+    /// if it must not cover that, is hidden.
     void showOutside(const QRect &area, const QRect &window, bool mayCover);
 
     /// The place for a box of `size` beside `area`: outside of it where a screen has room, else in
     /// its top right corner. Global device pixels.
     static QPoint place(QSize size, const QRect &area, const QList<QRect> &screens);
-    /// The place outside of `area`, `gap` away; none where no screen has room.
-    static std::optional<QPoint> placeOutside(QSize size, const QRect &area,
-                                              const QList<QRect> &screens, int gap);
 
 protected:
     void paintEvent(QPaintEvent *event) override;
@@ -50,6 +54,7 @@ protected:
 private:
     QSize fitted();
     void showAt(QPoint corner);
+    bool goesAlong(const QRect &area, const QList<QRect> &screens);
     enum class Form {
         Wide,  ///< the picture beside the lines
         Tall,  ///< the picture below them
@@ -57,13 +62,18 @@ private:
         Line   ///< all that is told on one line, no higher than a title bar, and no picture
     };
     void setForm(Form form);
+    void sizeHeadline();
     void placePicture();
     void tellHeadline();
 
     QGridLayout *m_grid;
     QLabel *m_headline;
-    QString m_text;  // the headline's own
+    QString m_text;           // the headline's own
+    QStringList m_longest{};  // of its texts
+    bool m_areKeysHeard = true;
     QLabel *m_picture = nullptr;
     int m_pictureRow = 0;  // where it lies below the lines
     Form m_form = Form::Wide;
+    QRect m_outside{};  // what it was last shown outside of
+    QPoint m_corner{};  // where it was last shown; global device pixels
 };

@@ -431,8 +431,14 @@ QImage Mosaic::overview(QSize box) const
     if (!hasMoved())
         return sampledOverview(m_last.size(), box,
                                [this](int x, int y) { return pixelRow(m_last, y)[x]; });
-    return sampledOverview(m_extent.size(), box, [this](int x, int y) {
-        return m_plane.pixel(m_extent.topLeft() + QPoint(x, y));
+    // What has not been seen must not be taken for content, which may be of any one colour.
+    constexpr int field = 6;  // pixels of what is shown
+    constexpr std::array<QRgb, 2> grounds{qRgb(236, 239, 242), qRgb(196, 202, 208)};
+    const int shown = overviewSize(m_extent.size(), box).width();
+    const int side = std::max(1, field * m_extent.width() / std::max(1, shown));
+    return sampledOverview(m_extent.size(), box, [&](int x, int y) {
+        const QRgb pixel = m_plane.pixel(m_extent.topLeft() + QPoint(x, y));
+        return pixel ? pixel : grounds.at((x / side + y / side) % 2);
     });
 }
 

@@ -49,7 +49,7 @@ public:
     QRect lastPlace() const;
     /// How it came there: the last movement.
     QPoint lastMovement() const { return m_lastMovement; }
-    /// What there is so far, no larger than a box, for a look.
+    /// What there is so far, no larger than a box, for a look; chequered where no view has been.
     QImage overview(QSize box) const;
 
     /// Moves the picture out. What no view has shown is transparent.

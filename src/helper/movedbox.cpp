@@ -3,6 +3,7 @@
 #include "helper/evidence.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <numeric>
 #include <utility>
 #include <vector>
@@ -46,9 +47,11 @@ public:
           m_beforeStride(before.bytesPerLine() / qsizetype{sizeof(QRgb)}),
           m_afterStride(after.bytesPerLine() / qsizetype{sizeof(QRgb)}), m_movement(movement),
           m_bands((after.width() + s_cell - 1) / s_cell), m_rows(after.height()),
-          m_scores(static_cast<size_t>(m_bands) * m_rows), m_known(before.rect())
+          m_scores(static_cast<size_t>(m_bands) * m_rows), m_known(before.rect()),
+          m_limits(after.rect())
     {
         score();
+        m_limits = withoutBars();
         // What came out from under a scroll bar or a footer is as new as what came into view.
         m_known = roughBox();
         score();
@@ -59,7 +62,7 @@ public:
         const QRect rough = roughBox();
         if (rough.isEmpty())
             return {};
-        const QRect found = withEdges(withoutPlainRows(rough));
+        const QRect found = withEdges(withoutPlainRows(rough)) & m_limits;
         // Cells that reach beyond it hold the beginning of what stays.
         const bool isToTheEnd = found.right() == m_after.width() - 1;
         const int first = (found.left() + s_cell - 1) / s_cell;
@@ -169,8 +172,62 @@ private:
     QRect roughBox() const
     {
         const auto [bands, rows] = stretches();
-        return {QPoint(bands.first * s_cell, rows.first),
-                QPoint(std::min(bands.second * s_cell, m_after.width()) - 1, rows.second - 1)};
+        return QRect(
+                   QPoint(bands.first * s_cell, rows.first),
+                   QPoint(std::min(bands.second * s_cell, m_after.width()) - 1, rows.second - 1)) &
+               m_limits;
+    }
+
+    // Beside what comes into view nothing is known that a plain bar could deny. But what lay there
+    // before has gone inwards, if it is not a bar.
+    QRect withoutBars() const
+    {
+        const QRect rough = roughBox();
+        QRect result = m_after.rect();
+        if (m_movement.x() > 0)
+            result.setRight(result.right() - barAt(result.topRight(), {-1, 0}, rough));
+        else if (m_movement.x() < 0)
+            result.setLeft(barAt(result.topLeft(), {1, 0}, rough));
+        if (m_movement.y() > 0)
+            result.setBottom(result.bottom() - barAt(result.bottomLeft(), {0, -1}, rough));
+        else if (m_movement.y() < 0)
+            result.setTop(barAt(result.topLeft(), {0, 1}, rough));
+        return result;
+    }
+
+    // How many lines in from a corner's side have not gone along.
+    int barAt(QPoint corner, QPoint inwards, const QRect &rough) const
+    {
+        constexpr int mostPlain = 32;  // a plain margin is wider than a bar's
+        constexpr int samples = 512;
+        const bool isColumn = inwards.x() != 0;
+        // Of each line, what was and is beside nothing else that stays.
+        const QRect inside = rough & rough.translated(m_movement);
+        const int length = isColumn ? inside.height() : inside.width();
+        const QPoint along = QPoint(isColumn ? 0 : 1, isColumn ? 1 : 0);
+        const int step = length / samples + 1;
+        const int size = isColumn ? m_after.width() : m_rows;
+        const int shared = size - std::abs(isColumn ? m_movement.x() : m_movement.y());
+        const int most = std::min(size / 4, shared);
+        QPoint line = isColumn ? QPoint(corner.x(), inside.y()) : QPoint(inside.x(), corner.y());
+        int result = 0;
+        for (int depth = 0; depth < most && depth - result < mostPlain; ++depth, line += inwards) {
+            int denied = 0;
+            int told = 0;
+            for (int i = 0; i < length; i += step) {
+                const QPoint from = line + along * i;
+                const QPoint to = from - m_movement;
+                const QRgb is = after(to.y())[to.x()];
+                const bool follows = is == before(from.y())[from.x()];
+                denied += !follows;
+                told += follows && is != before(to.y())[to.x()];
+            }
+            if (told > denied)
+                break;
+            if (denied > 1)
+                result = depth + 1;
+        }
+        return result;
     }
 
     // 1 for what tells of the movement, -1 for what denies it.
@@ -328,7 +385,8 @@ private:
     int m_bands;
     int m_rows;
     std::vector<qint8> m_scores;
-    QRect m_known;  // what of the earlier view may have moved
+    QRect m_known;   // what of the earlier view may have moved
+    QRect m_limits;  // without the bars on the sides that something comes in from
 };
 
 }  // namespace

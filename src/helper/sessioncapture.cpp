@@ -4,6 +4,7 @@
 #include "helper/handcapture.h"
 #include "helper/hintplate.h"
 #include "helper/scrollcapture.h"
+#include "helper/scrolledwindow.h"
 #include "platform/services.h"
 
 #include <QLocale>
@@ -14,6 +15,7 @@
 namespace {
 
 constexpr int s_followInterval = 100;  // ms
+constexpr int s_nameLimit = 32;
 
 ScrollCapture::Target targetOf(const SessionOverlay::Choice &choice)
 {
@@ -31,6 +33,27 @@ void showSoFar(HintPlate &panel, const Capture &capture, const QString &text)
     const QImage seen = capture.overview(panel.pictureBox());
     if (!seen.isNull())
         panel.setPicture(seen, SessionCapture::tr("What has been taken so far"), text);
+}
+
+// The other window that has the keys now; long names are cut.
+QString nameOfFront(uint process)
+{
+    QString name;
+    for (const auto &window : services().windows->windows(WindowServer::List::OnScreen, 0)) {
+        if (window.process == process) {
+            name = window.name.isEmpty() ? window.owner : window.name;
+            break;
+        }
+    }
+    if (name.size() > s_nameLimit)
+        name = name.left(s_nameLimit - 1) + u'…';
+    return name.isEmpty() ? SessionCapture::tr("Another window")
+                          : ScrolledWindow::tr("\"%1\"").arg(name);
+}
+
+QString frontText(const QString &name)
+{
+    return ScrolledWindow::tr("%1 is in front: waiting until it is gone").arg(name);
 }
 
 }  // namespace
@@ -91,7 +114,7 @@ ScrollCapture::Result SessionCapture::run(Capture &capture, const WindowServer::
     followFront();
     emit scrolls();
     ScrollCapture::Result result = capture.run();
-    m_keep = m_discard = m_abandon = nullptr;
+    m_keep = m_discard = m_abandon = m_tellAgain = nullptr;
     return result;
 }
 
@@ -127,14 +150,29 @@ void SessionCapture::takeScrolledByHand(const SessionOverlay::Choice &choice)
     HandCapture hands(targetOf(choice));
     m_outline = std::make_unique<AreaOutline>();
     m_panel->reservePicture();
-    connect(&hands, &HandCapture::progressed, m_panel.get(), [this, &hands](const QString &text) {
+    m_panel->reserveHeadlines(HandCapture::longestTexts() << frontText(QString(s_nameLimit, u'n')));
+    QString told;
+    const auto place = [this, &hands] {
         m_outline->show(hands.area());
-        m_panel->setHeadline(text);
         // Where the screen has no room beside the area, nobody would learn how it ends, or that
         // the place is lost: while nothing is being taken it may lie over that.
         m_panel->showOutside(hands.area(), hands.window(), !hands.isTaking());
+    };
+    const auto tell = [this, &told] {
+        m_panel->setHeadline(m_inFront.isEmpty() ? told : frontText(m_inFront));
+        m_panel->setKeysHeard(m_inFront.isEmpty());
+    };
+    connect(&hands, &HandCapture::moved, m_panel.get(), place);
+    connect(&hands, &HandCapture::progressed, m_panel.get(), [&](const QString &text) {
+        told = text;
+        tell();
+        place();
         showSoFar(*m_panel, hands, text);
     });
+    m_tellAgain = [&] {
+        tell();
+        place();
+    };
     deliver(run(hands, choice.window));
 }
 
@@ -164,8 +202,12 @@ void SessionCapture::followFront()
     const uint process = watch.frontProcess();
     if (m_front == 0 && process != ownProcess())
         m_front = front;
-    watchKeys(front == m_front || front == 0 || process == ownProcess() ||
-              (process != 0 && process == m_process));
+    const bool isElsewhere = front != m_front && front != 0 && process != ownProcess() &&
+                             (process == 0 || process != m_process);
+    watchKeys(!isElsewhere);
+    const QString name = isElsewhere ? nameOfFront(process) : QString();
+    if (name != std::exchange(m_inFront, name) && m_tellAgain)
+        m_tellAgain();
     services().clock->after(s_followInterval, this, [this] { followFront(); });
 }
 

@@ -41,10 +41,12 @@ private:
     std::function<void()> m_keep;
     std::function<void()> m_discard;
     std::function<void()> m_abandon;
+    std::function<void()> m_tellAgain;
     std::unique_ptr<HintPlate> m_panel;
     std::unique_ptr<AreaOutline> m_outline;  // while the user scrolls
     uint m_process = 0;                      // of the window that scrolls
     unsigned m_front = 0;      // the window in front when that began; 0 while it is not known
+    QString m_inFront;         // the other window that has the keys; empty while none has
     bool m_wantsKeys = false;  // no key has ended it yet
     bool m_watchesKeys = false;
 };

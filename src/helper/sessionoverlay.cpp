@@ -7,6 +7,7 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QStyle>
 
 #include <algorithm>
 #include <cstdlib>
@@ -74,14 +75,14 @@ void SessionOverlay::tellKeys()
         m_hint->adjustSize();
         return;
     }
-    if (m_markedWindow) {
-        m_hint->addLine(tr("Return"), tr("takes all that scrolls there, by the wheel"));
-    } else {
+    if (!m_markedWindow) {
         m_hint->setHeadline(tr("Point at a window"));
         m_hint->addLine(tr("Tab"), tr("goes to the next window"));
-        m_hint->addLine(tr("Click, Space"), tr("takes the window"));
-        m_hint->addLine(tr("Ctrl+click, Return"), tr("takes all that scrolls in it, by the wheel"));
     }
+    m_hint->addLine(tr("Click, Space"), tr("takes the window"));
+    m_hint->addLine(tr("Ctrl+click, Return"),
+                    m_markedWindow ? tr("takes all that scrolls there, by the wheel")
+                                   : tr("takes all that scrolls in it, by the wheel"));
     m_hint->addLine(tr("Shift held"), tr("also what lies beside the view"));
     m_hint->addLine(tr("H"), tr("takes what you scroll with your own hands"));
     m_hint->addLine(tr("Drag"), m_markedWindow ? tr("marks another part of a window")
@@ -92,11 +93,14 @@ void SessionOverlay::tellKeys()
 
 void SessionOverlay::tellMark()
 {
-    m_hint->setHeadline(tr("Marked: %1 x %2 pixels").arg(m_marked.width()).arg(m_marked.height()));
+    m_hint->setHeadline(tr("Marked: %1 × %2 pixels").arg(m_marked.width()).arg(m_marked.height()));
 }
 
 void SessionOverlay::choose(Way way, Qt::KeyboardModifiers modifiers)
 {
+    // A key means the window that is shown, a click the one under it.
+    if (m_markedWindow && !m_isPressed)
+        pick(m_markedWindow->number);
     m_chosen.way = way;
     m_chosen.across = way == Way::Content && modifiers.testFlag(Qt::ShiftModifier);
     m_chosen.pointer = pointer();
@@ -177,6 +181,7 @@ void SessionOverlay::dragged(const QMouseEvent &event)
         tellMark();
     else
         tellKeys();
+    placeHint();
     updateAll();
 }
 
@@ -261,7 +266,13 @@ void SessionOverlay::setScrollingArea(const QRect &global)
     updateAll();
 }
 
-// At the foot of the pointer's screen, or at its head while the pointer is at the foot.
+std::optional<WindowServer::Entry> SessionOverlay::shown() const
+{
+    return m_markedWindow ? m_markedWindow : picked();
+}
+
+// At the foot of the pointer's screen, or elsewhere at its edge while the pointer, or the mark that
+// is drawn, is there.
 void SessionOverlay::placeHint()
 {
     m_hint->adjustSize();
@@ -274,13 +285,29 @@ void SessionOverlay::placeHint()
     const QPoint corner = screen.topLeft() - area().topLeft();
     const QPoint farCorner = corner + QPoint(screen.width(), screen.height());
     const QRect logical(toLogical(corner), toLogical(farCorner) - QPoint(1, 1));
-    const int x = logical.x() + (logical.width() - m_hint->width()) / 2;
-    const int foot = logical.y() + logical.height() - m_hint->height() - s_fromEdge;
-    const QRect atFoot(QPoint(x, foot), m_hint->size());
-    const QRect around =
-        atFoot.adjusted(-s_hintDistance, -s_hintDistance, s_hintDistance, s_hintDistance);
-    const bool isNear = around.contains(toLogical(at - area().topLeft()));
-    m_hint->move(isNear ? QPoint(x, logical.y() + s_fromEdge) : atFoot.topLeft());
+    const QRect room = logical.adjusted(s_fromEdge, s_fromEdge, -s_fromEdge, -s_fromEdge);
+    const QPoint pointed = toLogical(at - area().topLeft());
+    const QRect marked(toLogical(m_marked.topLeft() - area().topLeft()),
+                       toLogical(m_marked.bottomRight() - area().topLeft()));
+    std::optional<QRect> chosen;
+    for (const Qt::Alignment side : {Qt::AlignHCenter, Qt::AlignLeft, Qt::AlignRight}) {
+        for (const Qt::Alignment end : {Qt::AlignBottom, Qt::AlignTop}) {
+            const QRect box =
+                QStyle::alignedRect(Qt::LeftToRight, side | end, m_hint->size(), room);
+            const QRect around =
+                box.adjusted(-s_hintDistance, -s_hintDistance, s_hintDistance, s_hintDistance);
+            if (around.contains(pointed))
+                continue;
+            // Where nothing is free of the mark, it keeps off the pointer alone.
+            if (!chosen)
+                chosen = box;
+            if (m_marked.isEmpty() || !box.intersects(marked)) {
+                m_hint->move(box.topLeft());
+                return;
+            }
+        }
+    }
+    m_hint->move(chosen.value_or(room).topLeft());
 }
 
 void SessionOverlay::draw(QPainter &painter)

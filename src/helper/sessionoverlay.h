@@ -35,6 +35,7 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
     bool canBeTaken() const override;
     void looked() override;
+    std::optional<WindowServer::Entry> shown() const override;
     void draw(QPainter &painter) override;
 
 private:
