@@ -889,6 +889,22 @@ Möchten Sie die Datei ersetzen?</translation>
         <source>The picture has reached its limit: %1 pixels each way, and %2 million in all</source>
         <translation>Das Bild hat seine Grenze erreicht: %1 Pixel je Richtung und %2 Millionen im Ganzen</translation>
     </message>
+    <message>
+        <source>What lies beside it could not be followed</source>
+        <translation>Was daneben liegt, konnte nicht verfolgt werden</translation>
+    </message>
+    <message>
+        <source>The content could not be put back to where it was</source>
+        <translation>Der Inhalt konnte nicht dorthin zurückgestellt werden, wo er war</translation>
+    </message>
+    <message>
+        <source>One click of the wheel leads too far to be followed here: make the window higher, or scroll it by hand</source>
+        <translation>Eine Raste des Mausrads führt hier zu weit, um verfolgt zu werden: Machen Sie das Fenster höher, oder scrollen Sie selbst</translation>
+    </message>
+    <message>
+        <source>It scrolls sideways only: hold Shift to take what lies beside it</source>
+        <translation>Es scrollt nur seitwärts: Halten Sie die Umschalttaste, um auch aufzunehmen, was daneben liegt</translation>
+    </message>
 </context>
 <context>
     <name>ScrolledWindow</name>
@@ -923,6 +939,10 @@ Möchten Sie die Datei ersetzen?</translation>
     <message>
         <source>This desktop lets no program turn the wheel</source>
         <translation>Auf diesem Desktop darf kein Programm das Mausrad drehen</translation>
+    </message>
+    <message>
+        <source>Bring the window back: its content is not where it was</source>
+        <translation>Holen Sie das Fenster zurück: Sein Inhalt steht nicht mehr, wo er war</translation>
     </message>
 </context>
 <context>

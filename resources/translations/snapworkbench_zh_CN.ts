@@ -889,6 +889,22 @@ Do you want to replace it?</source>
         <source>The picture has reached its limit: %1 pixels each way, and %2 million in all</source>
         <translation>图片已达到上限：每个方向 %1 像素，总共 %2 百万像素</translation>
     </message>
+    <message>
+        <source>What lies beside it could not be followed</source>
+        <translation>旁边的内容无法跟踪</translation>
+    </message>
+    <message>
+        <source>The content could not be put back to where it was</source>
+        <translation>内容无法恢复到原来的位置</translation>
+    </message>
+    <message>
+        <source>One click of the wheel leads too far to be followed here: make the window higher, or scroll it by hand</source>
+        <translation>滚轮每格滚动得太远，无法跟踪：请将窗口调高，或者手动滚动</translation>
+    </message>
+    <message>
+        <source>It scrolls sideways only: hold Shift to take what lies beside it</source>
+        <translation>此处只能横向滚动：按住 Shift 可截取旁边的内容</translation>
+    </message>
 </context>
 <context>
     <name>ScrolledWindow</name>
@@ -923,6 +939,10 @@ Do you want to replace it?</source>
     <message>
         <source>This desktop lets no program turn the wheel</source>
         <translation>此桌面不允许程序转动鼠标滚轮</translation>
+    </message>
+    <message>
+        <source>Bring the window back: its content is not where it was</source>
+        <translation>请恢复该窗口：其内容不在原来的位置</translation>
     </message>
 </context>
 <context>

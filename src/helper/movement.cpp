@@ -583,10 +583,14 @@ bool Pair::wentAlong(int index, const Fit &fit) const
 int Pair::uniqueTurns(Fit fit)
 {
     // In a band that holds something that stays as well, a title beside a table, no row tells.
-    std::erase_if(fit.bands, [&](int band) {
+    std::vector<int> clear;
+    for (const int band : fit.bands) {
         const Counts counts = countIn(band, fit.rows, fit.first, fit.last);
-        return counts.other * s_against > counts.same;
-    });
+        if (counts.other * s_against <= counts.same)
+            clear.push_back(band);
+    }
+    if (std::ssize(clear) * 4 >= std::ssize(fit.bands) * 3)
+        fit.bands = std::move(clear);
     constexpr quint64 factor = 0x9e3779b97f4a7c15;
     std::vector<quint64> was(m_height);
     std::vector<quint64> is(m_height);
@@ -686,6 +690,7 @@ std::vector<quint64> rowHashes(const Cells &cells, int rows)
 const Fit *leastDenied(const std::vector<Fit> &fits)
 {
     constexpr int hardly = 12;
+    constexpr int least = 16;  // rows
     constexpr int much = 4;
     const auto share = [](const Fit &fit) { return 1.0 * fit.denying / std::max(fit.telling, 1); };
     const Fit &best = *std::min_element(
@@ -694,7 +699,9 @@ const Fit *leastDenied(const std::vector<Fit> &fits)
     const bool isClear = std::all_of(fits.begin(), fits.end(), [&](const Fit &fit) {
         return &fit == &best || share(fit) >= limit;
     });
-    return isClear && share(best) * hardly <= 1 ? &best : nullptr;
+    // The border of a table is found again at the border of any other.
+    const bool isHigh = best.last - best.first >= least;
+    return isClear && isHigh && share(best) * hardly <= 1 ? &best : nullptr;
 }
 
 }  // namespace

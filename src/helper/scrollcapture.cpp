@@ -407,7 +407,7 @@ ScrollCapture::Taken ScrollCapture::take(const QImage &now, int expected)
     }
     // What was put in above it has pushed it down by more than the wheel has moved it up, or the
     // end of the content has cut a way short.
-    const Movement back = findByEdges(now, m_accepted);
+    const Movement back = findMovement(now, m_accepted);
     if (back.kind != Movement::Kind::Moved)
         return {isNearPlace(m_accepted, now) ? Taken::Same : Taken::Lost};
     m_stitcher.goBack(now, back.rows);
