@@ -4,6 +4,7 @@
 #include <QRect>
 
 #include <algorithm>
+#include <utility>
 
 /// Rows of pixels of 32 bits.
 
@@ -31,29 +32,31 @@ inline const QRgb *pixelRow(const QImage &picture, int y)
     return reinterpret_cast<const QRgb *>(picture.constScanLine(y));
 }
 
+/// The first and the last column in which a row of two pictures of one size differs, and those of
+/// nothing where it is equal: the last before the first.
+inline std::pair<int, int> differingColumns(const QImage &before, const QImage &after, int y)
+{
+    const QRgb *was = pixelRow(before, y);
+    const QRgb *is = pixelRow(after, y);
+    const int width = after.width();
+    const int first = static_cast<int>(std::mismatch(is, is + width, was).first - is);
+    int last = first < width ? width - 1 : first - 1;
+    while (last > first && is[last] == was[last])
+        --last;
+    return {first, last};
+}
+
 /// The smallest rectangle that holds all pixels in which two pictures of one size differ; empty
 /// where they are equal.
 inline QRect differingPart(const QImage &before, const QImage &after)
 {
     const QImage earlier = withPixels(before);
     const QImage later = withPixels(after);
-    int left = later.width();
-    int right = -1;
-    int top = later.height();
-    int bottom = -1;
+    QRect part;
     for (int y = 0; y < later.height(); ++y) {
-        const QRgb *was = pixelRow(earlier, y);
-        const QRgb *is = pixelRow(later, y);
-        const auto first = std::mismatch(is, is + later.width(), was).first;
-        if (first == is + later.width())
-            continue;
-        int last = later.width() - 1;
-        while (is[last] == was[last])
-            --last;
-        left = std::min(left, static_cast<int>(first - is));
-        right = std::max(right, last);
-        top = std::min(top, y);
-        bottom = y;
+        const auto [first, last] = differingColumns(earlier, later, y);
+        if (first <= last)
+            part |= QRect(QPoint(first, y), QPoint(last, y));
     }
-    return {QPoint(left, top), QPoint(right, bottom)};
+    return part;
 }

@@ -5,6 +5,8 @@
 #include "helper/pixelrows.h"
 #include "platform/services.h"
 
+#include <QThread>
+
 #include <algorithm>
 #include <array>
 #include <cstdlib>
@@ -22,6 +24,8 @@ constexpr int s_roundsToRest = 4;
 constexpr int s_roundsToPatience = 16;
 constexpr int s_restless = 4000;  // it never will be, as a film plays in it
 constexpr int s_lightRest = 50;   // without a change: what lit up under the pointer has gone out
+constexpr int s_lastLooks = 100;  // at the end of the program
+constexpr int s_looksToRest = 12;
 constexpr int s_coverRound = 100;
 constexpr int s_coverPatience = 10000;
 constexpr int s_handPatience = 250;
@@ -303,6 +307,19 @@ ScrolledWindow::Turn ScrolledWindow::turn(int clicks, int patience)
     return result;
 }
 
+// No events come any more, and still the pointer has to stay until all of the turn has arrived.
+void ScrolledWindow::waitUnheard()
+{
+    const QImage before = content();
+    QImage last = before;
+    int equal = 0;
+    for (int i = 0; i < s_lastLooks && look() && (last == before || equal < s_looksToRest); ++i) {
+        equal = content() == last ? equal + 1 : 0;
+        last = content();
+        QThread::msleep(s_round);
+    }
+}
+
 ScrolledWindow::Turn ScrolledWindow::turnAndWait(int clicks, int patience)
 {
     const Stop stop = m_stop;
@@ -316,6 +333,8 @@ ScrolledWindow::Turn ScrolledWindow::turnAndWait(int clicks, int patience)
         m_unanswered += clicks;
     }
     const QImage before = content();
+    if (m_stop == Stop::Abandon && clicks != 0)
+        waitUnheard();
     QImage last = before;
     bool hasMoved = false;
     qint64 longestGap = 0;

@@ -117,6 +117,7 @@ private:
     bool waitForFreeHand();
     bool turnWheel(int clicks);
     void returnPointer();
+    void waitUnheard();
     Turn turnAndWait(int clicks, int patience);
     int restFor(qint64 longestGap) const;
 

@@ -32,15 +32,15 @@ bool differWidely(const QImage &before, const QImage &after)
 {
     if (before.size() != after.size())
         return true;
-    const QRect part = differingPart(before, after);
-    const QImage earlier = withPixels(before.copy(part));
-    const QImage later = withPixels(after.copy(part));
+    const QImage earlier = withPixels(before);
+    const QImage later = withPixels(after);
     int rows = 0;
-    for (int y = 0; y < part.height(); ++y)
-        rows +=
-            differingPart(earlier.copy(0, y, part.width(), 1), later.copy(0, y, part.width(), 1))
-                .width() > s_spot;
-    return rows * 2 > after.height() && !isInPlace(earlier, later);
+    for (int y = 0; y < later.height(); ++y) {
+        const auto [first, last] = differingColumns(earlier, later, y);
+        rows += last - first >= s_spot;
+    }
+    const QRect part = differingPart(earlier, later);
+    return rows * 2 > later.height() && !isInPlace(earlier.copy(part), later.copy(part));
 }
 
 }  // namespace
@@ -135,12 +135,17 @@ void ScrollTravel::goToView(const QImage &wanted)
     const Stop stop = m_window.stop();
     int longest = s_longestStep;
     int last = 0;
+    bool isKnown = false;
     for (int i = 0; i < s_longestWayBack && m_window.stop() == stop && !isAt(wanted); ++i) {
         const QImage before = m_window.content();
         const Movement below = findByEdges(before, wanted);
         const bool isBelow = below.kind == Movement::Kind::Moved;
         const Movement above = isBelow ? Movement{} : findByEdges(wanted, before);
         const bool isAbove = above.kind == Movement::Kind::Moved;
+        // Whoever was led there by what both views share, and sees no more of it, is there.
+        if (isKnown && !isBelow && !isAbove)
+            return;
+        isKnown = isBelow || isAbove;
         int clicks = std::min(usualStep(), longest);
         // The content's end may cut a click short just where it was.
         if (isBelow)
