@@ -2,6 +2,7 @@
 
 #include "helper/evidence.h"
 #include "helper/movedbox.h"
+#include "helper/movement.h"
 #include "helper/overview.h"
 
 #include <QRegion>
@@ -145,6 +146,12 @@ std::optional<QPoint> Mosaic::movementOf(const QImage &view,
                                                 landmarksInLine(landmarks, line)))
             return movement;
     }
+    // Lines that differ by a digit only have no landmarks of their own: all their rows together
+    // tell.
+    if (const Movement up = findMovement(m_last, view); up.kind == Movement::Kind::Moved)
+        return QPoint(0, up.rows);
+    if (const Movement down = findMovement(view, m_last); down.kind == Movement::Kind::Moved)
+        return QPoint(0, -down.rows);
     return {};
 }
 
