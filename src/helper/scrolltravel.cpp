@@ -155,11 +155,13 @@ void ScrollTravel::goToView(const QImage &wanted)
         if (m_window.turn(clicks, Patience::up) == Turn::Nothing || clicks == -last)
             return;
         last = clicks;
+        if (isKnown && perClick() > 0)
+            continue;
         const Movement step = findByEdges(before, m_window.content());
         if (perClick() <= 0 && step.kind == Movement::Kind::Moved)
             setPerClick(1.0 * step.rows / clicks);
         // It may have gone by.
-        if (!isBelow && !isAbove && clicks > 1 && step.kind != Movement::Kind::Moved) {
+        if (!isKnown && clicks > 1 && step.kind != Movement::Kind::Moved) {
             m_window.turn(-clicks, Patience::up);
             longest = 1;
         }
