@@ -2,7 +2,7 @@
 
 #include "comparison.h"
 
-#include "capture/windowspreview.h"
+#include "capture/windowbrowser.h"
 
 #include <QCoreApplication>
 #include <QGuiApplication>

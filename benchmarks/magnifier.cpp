@@ -1,7 +1,7 @@
 #include "comparison.h"
 
-#include "capture/dlgfreehand.h"
 #include "capture/magnifier.h"
+#include "capture/polygonoverlay.h"
 #include "config/applicationrecord.h"
 
 #include <QApplication>

@@ -3,7 +3,7 @@
 #include "comparison.h"
 #include "runningprogram.h"
 
-#include "capture/dialog.h"
+#include "capture/rectangleoverlay.h"
 #include "config/applicationrecord.h"
 
 #include <QElapsedTimer>

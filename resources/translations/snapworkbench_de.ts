@@ -985,7 +985,7 @@ Möchten Sie die Datei ersetzen?</translation>
     </message>
 </context>
 <context>
-    <name>SessionOverlay</name>
+    <name>ContentPick</name>
     <message>
         <source>Point at a window</source>
         <translation>Zeigen Sie auf ein Fenster</translation>

@@ -985,7 +985,7 @@ Do you want to replace it?</source>
     </message>
 </context>
 <context>
-    <name>SessionOverlay</name>
+    <name>ContentPick</name>
     <message>
         <source>Point at a window</source>
         <translation>请指向一个窗口</translation>

@@ -2,6 +2,7 @@
 
 #include <QDeadlineTimer>
 #include <QEventLoop>
+#include <QThread>
 #include <QTimer>
 
 namespace {
@@ -24,6 +25,8 @@ void SystemClock::after(int milliseconds, QObject *context, std::function<void()
 {
     QTimer::singleShot(milliseconds, Qt::PreciseTimer, context, std::move(run));
 }
+
+void gwsleep(unsigned long milliseconds) { QThread::msleep(milliseconds); }
 
 bool waitUntil(Clock &clock, int limit, const std::function<bool()> &condition)
 {

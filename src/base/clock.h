@@ -45,6 +45,9 @@ private:
     qint64 m_start;
 };
 
+/// Sleeps for the whole time; no events are processed.
+void gwsleep(unsigned long milliseconds);
+
 /// Waits, with events running, until `condition` holds; it is asked before the first pause and
 /// after each, every 10 ms. False when it did not hold within `limit` milliseconds, or the program
 /// has been told to end.

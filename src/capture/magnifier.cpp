@@ -1,6 +1,6 @@
 #include "capture/magnifier.h"
 
-#include "capture/digdetail.h"
+#include "capture/magnifierpanel.h"
 #include "config/settings.h"
 #include "platform/windowlist.h"
 

@@ -1,7 +1,7 @@
 #include "capture/polygonselection.h"
 
-#include "capture/arrowkeys.h"
-#include "editing/planegeometry.h"
+#include "base/arrowkeys.h"
+#include "base/planegeometry.h"
 
 #include <algorithm>
 #include <array>

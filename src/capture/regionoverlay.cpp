@@ -2,7 +2,7 @@
 
 #include "platform/services.h"
 #include "platform/windowlist.h"
-#include "ui_dialog.h"
+#include "ui_rectangleoverlay.h"
 
 #include <QApplication>
 #include <QBitmap>

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "base/regionselection.h"
 #include "capture/captureoverlay.h"
-#include "capture/regionselection.h"
 
 #include <QPixmap>
 #include <QString>

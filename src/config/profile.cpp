@@ -1,7 +1,8 @@
 #include "config/profile.h"
 
+#include "base/boundedtext.h"
+#include "base/textencoding.h"
 #include "config/licensing.h"
-#include "config/texthelpers.h"
 
 #include <QFile>
 

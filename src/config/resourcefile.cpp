@@ -1,10 +1,11 @@
 #include "config/resourcefile.h"
 
+#include "base/boundedtext.h"
+#include "base/paths.h"
 #include "base/wholefile.h"
 #include "config/applicationrecord.h"
 #include "config/resourceupgrade.h"
 #include "config/settings.h"
-#include "config/texthelpers.h"
 #include "config/xmlstore.h"
 
 #include <QCoreApplication>

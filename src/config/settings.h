@@ -1,6 +1,6 @@
 #pragma once
 
-#include "config/texthelpers.h"
+#include "base/boundedtext.h"
 
 #include <QString>
 

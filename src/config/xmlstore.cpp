@@ -1,7 +1,8 @@
 #include "config/xmlstore.h"
 
+#include "base/boundedtext.h"
+#include "base/textencoding.h"
 #include "base/wholefile.h"
-#include "config/texthelpers.h"
 
 #include <QFile>
 #include <QFileInfo>

@@ -1,6 +1,6 @@
 #include "editing/gesture.h"
 
-#include "editing/planegeometry.h"
+#include "base/planegeometry.h"
 
 #include <algorithm>
 #include <cstdlib>

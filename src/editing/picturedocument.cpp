@@ -1,6 +1,6 @@
 #include "editing/picturedocument.h"
 
-#include "config/texthelpers.h"
+#include "base/paths.h"
 #include "editing/pictureeditor.h"
 #include "editing/picturefile.h"
 

@@ -66,7 +66,7 @@ void MenuCapture::look()
         break;
     case MenuWatch::State::Resting:
         if (!m_ring)
-            m_ring = std::make_unique<RestRing>();
+            m_ring = std::make_unique<DwellRing>();
         m_ring->show(pointer, m_watch.menus(), m_watch.rest());
         lookSoon();
         break;

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "helper/dwellring.h"
 #include "helper/helperjob.h"
 #include "helper/menuwatch.h"
-#include "helper/restring.h"
 
 #include <memory>
 
@@ -28,5 +28,5 @@ private:
 
     MenuWatch m_watch;
     bool m_isLooking = false;
-    std::unique_ptr<RestRing> m_ring;
+    std::unique_ptr<DwellRing> m_ring;
 };

@@ -3,7 +3,7 @@
 #include "base/privatefolder.h"
 #include "config/applicationrecord.h"
 #include "helper/helperjob.h"
-#include "helper/snapworkbenchhelper.h"
+#include "helper/helperserver.h"
 #include "platform/services.h"
 #include "platform/windowlist.h"
 #include "shell/mainwindow.h"

@@ -1,10 +1,10 @@
+#include "base/paths.h"
 #include "base/wholefile.h"
 #include "config/applicationrecord.h"
 #include "config/licensing.h"
 #include "config/resourcefile.h"
-#include "config/texthelpers.h"
 #include "editing/picturefile.h"
-#include "helper/snapworkbenchhelper.h"
+#include "helper/helperserver.h"
 #include "platform/services.h"
 #include "platform/xdg/accessibilitygate.h"
 #include "platform/xdg/lastingbus.h"
@@ -14,8 +14,8 @@
 #include "shell/capturebridge.h"
 #include "shell/capturerefusal.h"
 #include "shell/clipboardkeeper.h"
+#include "shell/leanstyle.h"
 #include "shell/mainwindow.h"
-#include "shell/picturestyle.h"
 #include "shell/sessionend.h"
 #include "shell/translation.h"
 
@@ -79,7 +79,7 @@ int main(int argc, char **argv)
     QCoreApplication::setOrganizationDomain(u"brenvale.example.org"_s);
     QCoreApplication::setApplicationName(u"SnapWorkbench"_s);
     const QApplication application(argc, argv);
-    QApplication::setStyle(new PictureStyle);
+    QApplication::setStyle(new LeanStyle);
     installTranslations();
     outliveSessionBus();
     AccessibilityGate accessibility;

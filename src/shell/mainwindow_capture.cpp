@@ -1,7 +1,7 @@
 #include "shell/mainwindow.h"
 
-#include "capture/digdetail.h"
 #include "capture/grab.h"
+#include "capture/magnifierpanel.h"
 #include "config/licensing.h"
 #include "config/settings.h"
 #include "editing/picturefile.h"

@@ -1,9 +1,9 @@
 #include "shell/mainwindow.h"
 
+#include "base/paths.h"
 #include "config/applicationrecord.h"
 #include "config/filters.h"
 #include "config/settings.h"
-#include "config/texthelpers.h"
 #include "shell/copiedpicture.h"
 #include "shell/filedialogs.h"
 #include "shell/openfiles.h"

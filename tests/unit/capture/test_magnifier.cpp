@@ -1,6 +1,6 @@
-#include "capture/digdetail.h"
-#include "capture/dlgfreehand.h"
 #include "capture/magnifier.h"
+#include "capture/magnifierpanel.h"
+#include "capture/polygonoverlay.h"
 #include "config/applicationrecord.h"
 #include "config/settings.h"
 #include "config/xmlstore.h"

@@ -1,7 +1,7 @@
 // The overlays of the ellipse and of the polygon, as far as they differ from the rectangle's.
 
-#include "capture/dlgfreehand.h"
-#include "capture/mydrawround.h"
+#include "capture/ellipseoverlay.h"
+#include "capture/polygonoverlay.h"
 
 #include "fakedesktop.h"
 

@@ -1,11 +1,11 @@
 // Each start is a process of its own, forked from this one: a copy of the test in a folder of its
 // own, beside its own shipped files.
 
+#include "base/paths.h"
 #include "config/applicationrecord.h"
 #include "config/resourcefile.h"
 #include "config/resourceupgrade.h"
 #include "config/settings.h"
-#include "config/texthelpers.h"
 #include "config/xmlstore.h"
 #include "killed.h"
 #include "scratch.h"

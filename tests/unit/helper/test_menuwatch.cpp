@@ -1,8 +1,8 @@
 // Which open menus a resting pointer means, when, and where the ring beside it goes.
 
+#include "helper/dwellring.h"
 #include "helper/hintplate.h"
 #include "helper/menuwatch.h"
-#include "helper/restring.h"
 
 #include <QTest>
 
@@ -143,7 +143,7 @@ void TestMenuWatch::ringStaysOffMenus()
 {
     QFETCH(QList<QRect>, menus);
     QFETCH(QPoint, pointer);
-    QTEST(RestRing::place(pointer, {20, 20}, menus, {{0, 0, 800, 600}}), "place");
+    QTEST(DwellRing::place(pointer, {20, 20}, menus, {{0, 0, 800, 600}}), "place");
 }
 
 void TestMenuWatch::plateStaysOutside_data()

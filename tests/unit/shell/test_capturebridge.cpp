@@ -4,7 +4,7 @@
 #include "config/settings.h"
 #include "config/xmlstore.h"
 #include "fakedesktop.h"
-#include "helper/snapworkbenchhelper.h"
+#include "helper/helperserver.h"
 #include "shell/capturebridge.h"
 #include "shell/mainwindow.h"
 #include "shell/noticebar.h"

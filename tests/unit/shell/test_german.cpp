@@ -1,6 +1,6 @@
 // The whole program under a German desktop.
 
-#include "capture/dialog.h"
+#include "capture/rectangleoverlay.h"
 #include "config/applicationrecord.h"
 #include "config/xmlstore.h"
 #include "fakedesktop.h"

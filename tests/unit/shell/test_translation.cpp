@@ -1,4 +1,4 @@
-#include "capture/digdetail.h"
+#include "capture/magnifierpanel.h"
 #include "fakedesktop.h"
 #include "shell/mainwindow.h"
 

@@ -1,4 +1,4 @@
-#include "helper/restring.h"
+#include "helper/dwellring.h"
 
 #include "platform/services.h"
 
@@ -20,7 +20,7 @@ constexpr int s_top = 90 * 16;
 
 }  // namespace
 
-RestRing::RestRing()
+DwellRing::DwellRing()
     : QWidget(nullptr, Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint |
                            Qt::WindowTransparentForInput | Qt::WindowDoesNotAcceptFocus)
 {
@@ -28,8 +28,8 @@ RestRing::RestRing()
     setAttribute(Qt::WA_ShowWithoutActivating);
 }
 
-QPoint RestRing::place(QPoint pointer, QSize size, const QList<QRect> &menus,
-                       const QList<QRect> &screens)
+QPoint DwellRing::place(QPoint pointer, QSize size, const QList<QRect> &menus,
+                        const QList<QRect> &screens)
 {
     // Beside, above or below each of the menus, as near to the pointer as that goes.
     const QPoint centred = pointer - QPoint(size.width() / 2, size.height() / 2);
@@ -58,7 +58,7 @@ QPoint RestRing::place(QPoint pointer, QSize size, const QList<QRect> &menus,
     return best;
 }
 
-void RestRing::show(QPoint pointer, const QList<WindowServer::Entry> &menus, double rest)
+void DwellRing::show(QPoint pointer, const QList<WindowServer::Entry> &menus, double rest)
 {
     m_rest = rest;
     WindowServer &server = *services().windows;
@@ -81,7 +81,7 @@ void RestRing::show(QPoint pointer, const QList<WindowServer::Entry> &menus, dou
     update();
 }
 
-void RestRing::paintEvent(QPaintEvent * /*event*/)
+void DwellRing::paintEvent(QPaintEvent * /*event*/)
 {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);

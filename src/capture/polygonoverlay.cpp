@@ -1,4 +1,4 @@
-#include "capture/dlgfreehand.h"
+#include "capture/polygonoverlay.h"
 
 #include "platform/services.h"
 #include "platform/windowlist.h"

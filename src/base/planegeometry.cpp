@@ -1,4 +1,4 @@
-#include "editing/planegeometry.h"
+#include "base/planegeometry.h"
 
 #include <algorithm>
 #include <cmath>

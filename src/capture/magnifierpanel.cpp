@@ -1,9 +1,9 @@
-#include "capture/digdetail.h"
+#include "capture/magnifierpanel.h"
 
 #include "config/settings.h"
 #include "platform/services.h"
 #include "platform/windowlist.h"
-#include "ui_digdetail.h"
+#include "ui_magnifierpanel.h"
 
 #include <QBitmap>
 #include <QEvent>

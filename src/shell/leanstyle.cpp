@@ -1,4 +1,4 @@
-#include "shell/picturestyle.h"
+#include "shell/leanstyle.h"
 
 #include <QIconEngine>
 #include <QPainter>
@@ -30,16 +30,16 @@ public:
 
 }  // namespace
 
-QIcon PictureStyle::standardIcon(StandardPixmap standardIcon, const QStyleOption *option,
-                                 const QWidget *widget) const
+QIcon LeanStyle::standardIcon(StandardPixmap standardIcon, const QStyleOption *option,
+                              const QWidget *widget) const
 {
     if (standardIcon == SP_ToolBarHorizontalExtensionButton)
         return QIcon(new MoreIcon);
     return QProxyStyle::standardIcon(standardIcon, option, widget);
 }
 
-QSize PictureStyle::sizeFromContents(ContentsType type, const QStyleOption *option,
-                                     const QSize &size, const QWidget *widget) const
+QSize LeanStyle::sizeFromContents(ContentsType type, const QStyleOption *option, const QSize &size,
+                                  const QWidget *widget) const
 {
     QSize result = QProxyStyle::sizeFromContents(type, option, size, widget);
     const auto *item = qstyleoption_cast<const QStyleOptionMenuItem *>(option);

@@ -1,42 +1,9 @@
 #pragma once
 
 #include <QByteArray>
-#include <QString>
 #include <QVarLengthArray>
 
 #include <string>
-
-/// What the buffers of wide text at this layer hold, in characters, terminator included.
-inline constexpr int WideTextCapacity = 4096;
-
-/// The separator of folders in a path: "/".
-QString PathSep();
-
-/// The text before the last separator, without it; a path without a separator comes back as it is.
-QString GetDirectory(const QString &path);
-
-/// Makes the missing folders of `path` (file name encoding). Returns 0 for null and where the
-/// folder can't be made, with errno telling why, else 1.
-int CreateFolder(const char *path);
-
-/// Writes `path` with its extension changed into `output`, an array of WideTextCapacity characters,
-/// and returns 1. An extension that begins with "." or is empty (or null) is put behind the stem as
-/// it is. The dot is looked for in the whole path, folders included. A longer result is cut.
-/// `output` may be `path` itself.
-int ChangeFileExt(const wchar_t *path, const wchar_t *extension, wchar_t *output);
-
-/// Sleeps for the whole time; no events are processed.
-void gwsleep(unsigned long milliseconds);
-
-/// Compares without regard to the case of ASCII letters: 0 when equal, else the difference of the
-/// first two characters that differ. Null counts as empty.
-int wcsicmp(const wchar_t *left, const wchar_t *right);
-
-/// Copies as much of `text` as fits into `out`, an array of `capacity` characters, and always
-/// terminates it. A character of several bytes is never cut in two. Returns the length copied;
-/// writes nothing when `out` is null or `capacity` is 0 or less. `text` may lie inside `out`.
-int copyText(QByteArrayView text, char *out, qsizetype capacity);
-int copyText(const wchar_t *text, wchar_t *out, qsizetype capacity);
 
 /// What the outputs of the six conversions below must hold, in bytes, terminator included.
 inline constexpr int ConversionCapacity = 16384;

@@ -1,4 +1,4 @@
-#include "capture/dialog.h"
+#include "capture/rectangleoverlay.h"
 
 #include "fakedesktop.h"
 
@@ -21,7 +21,7 @@
 using namespace Qt::StringLiterals;
 
 // Everything here is told in device pixels, so the same rows hold at every scale.
-class TestDialog : public QObject
+class TestRectangleOverlay : public QObject
 {
     Q_OBJECT
 private slots:
@@ -52,7 +52,7 @@ private:
     std::unique_ptr<Dialog> m_dialog;
 };
 
-void TestDialog::init()
+void TestRectangleOverlay::init()
 {
     m_dialog.reset();
     m_desktop = std::make_unique<FakeDesktop>();
@@ -62,14 +62,14 @@ void TestDialog::init()
         {.entry = {.number = 1, .bounds = {-600, 0, 1200, 450}}, .color = QColor(200, 40, 7)}};
 }
 
-void TestDialog::open()
+void TestRectangleOverlay::open()
 {
     m_dialog = std::make_unique<Dialog>();
     m_dialog->show();
     QVERIFY(QTest::qWaitForWindowExposed(m_dialog.get()));
 }
 
-void TestDialog::mouse(QEvent::Type type, QPoint pixel, Qt::MouseButtons buttons)
+void TestRectangleOverlay::mouse(QEvent::Type type, QPoint pixel, Qt::MouseButtons buttons)
 {
     const QRect box = m_desktop->windows->covered.constLast();
     m_desktop->windows->pointerPos = box.topLeft() + pixel;
@@ -78,7 +78,7 @@ void TestDialog::mouse(QEvent::Type type, QPoint pixel, Qt::MouseButtons buttons
     QApplication::sendEvent(surface(), &event);
 }
 
-void TestDialog::drag(QPoint from, QPoint to)
+void TestRectangleOverlay::drag(QPoint from, QPoint to)
 {
     mouse(QEvent::MouseButtonPress, from, Qt::LeftButton);
     mouse(QEvent::MouseMove, to, Qt::LeftButton);
@@ -87,14 +87,14 @@ void TestDialog::drag(QPoint from, QPoint to)
     QApplication::processEvents();
 }
 
-void TestDialog::contextMenu(const std::function<void()> &meanwhile)
+void TestRectangleOverlay::contextMenu(const std::function<void()> &meanwhile)
 {
     QTimer::singleShot(0, this, meanwhile);
     QContextMenuEvent event(QContextMenuEvent::Mouse, {9, 9}, {9, 9});
     QApplication::sendEvent(surface(), &event);  // returns when the menu does
 }
 
-QImage TestDialog::onScreen() const
+QImage TestRectangleOverlay::onScreen() const
 {
     const auto *image = dynamic_cast<QImage *>(m_dialog->backingStore()->paintDevice());
     QImage copy = image->convertToFormat(QImage::Format_RGB32);
@@ -102,7 +102,7 @@ QImage TestDialog::onScreen() const
     return copy;
 }
 
-void TestDialog::coversDesktop()
+void TestRectangleOverlay::coversDesktop()
 {
     m_desktop->windows->screenList = {{0, 0, 600, 450}, {-600, 30, 600, 480}};
     open();
@@ -115,7 +115,7 @@ void TestDialog::coversDesktop()
     QCOMPARE(QWidget::keyboardGrabber(), nullptr);
 }
 
-void TestDialog::looksLikeCompositor()
+void TestRectangleOverlay::looksLikeCompositor()
 {
     m_desktop->windows->composited = false;
     open();
@@ -131,7 +131,7 @@ void TestDialog::looksLikeCompositor()
     QCOMPARE(shown.pixelColor(302, 130), QColor(80, 16, 3));
 }
 
-void TestDialog::marksEveryPixel()
+void TestRectangleOverlay::marksEveryPixel()
 {
     // The scale does not divide this size.
     m_desktop->windows->screenList = {{0, 0, 601, 451}, {-600, 0, 600, 450}};
@@ -152,7 +152,7 @@ void TestDialog::marksEveryPixel()
 }
 
 // Only what changes is painted: after any step the window must look as if all of it had been.
-void TestDialog::partialRepaintEqualsFull()
+void TestRectangleOverlay::partialRepaintEqualsFull()
 {
     m_desktop->windows->composited = false;
     open();
@@ -183,7 +183,7 @@ void TestDialog::partialRepaintEqualsFull()
     compare();
 }
 
-void TestDialog::feedsMagnifier()
+void TestRectangleOverlay::feedsMagnifier()
 {
     m_desktop->windows->screenList = {{0, 0, 600, 450}, {-600, 0, 600, 450}};
     m_dialog = std::make_unique<Dialog>();
@@ -215,7 +215,7 @@ void TestDialog::feedsMagnifier()
     QVERIFY(spy.isEmpty());
 }
 
-void TestDialog::ends()
+void TestRectangleOverlay::ends()
 {
     const auto resultOf = [this](const std::function<void()> &end) {
         m_dialog = std::make_unique<Dialog>();
@@ -248,7 +248,7 @@ void TestDialog::ends()
     QCOMPARE(QWidget::keyboardGrabber(), nullptr);
 }
 
-void TestDialog::leavesChangedDesktop()
+void TestRectangleOverlay::leavesChangedDesktop()
 {
     FakeWindowServer &desktop = *m_desktop->windows;
     open();
@@ -274,7 +274,7 @@ void TestDialog::leavesChangedDesktop()
     QCOMPARE(m_dialog->exec(), QDialog::Rejected);
 }
 
-void TestDialog::menuEndsDrag()
+void TestRectangleOverlay::menuEndsDrag()
 {
     open();
     QStringList disabled;
@@ -302,7 +302,7 @@ void TestDialog::menuEndsDrag()
 }
 
 // The longest text of a desktop of this size, as a key writes it.
-void TestDialog::captionFits()
+void TestRectangleOverlay::captionFits()
 {
     m_desktop->windows->screenList = {{0, 0, 3840, 2160}};
     open();
@@ -312,7 +312,7 @@ void TestDialog::captionFits()
         QVERIFY2(text->sizeHint().width() <= text->width(), qPrintable(text->text()));
 }
 
-void TestDialog::icons()
+void TestRectangleOverlay::icons()
 {
     const QTemporaryDir folder;
     const QString file = folder.filePath(u"icon.png"_s);
@@ -333,10 +333,10 @@ int main(int argc, char *argv[])
     for (const char *scale : {"1", "1.5", "2"}) {
         qputenv("QT_SCALE_FACTOR", scale);
         const QApplication application(argc, argv);
-        TestDialog test;
+        TestRectangleOverlay test;
         failures += QTest::qExec(&test, argc, argv);
     }
     return failures;
 }
 
-#include "test_dialog.moc"
+#include "test_rectangleoverlay.moc"

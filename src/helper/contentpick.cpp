@@ -1,4 +1,4 @@
-#include "helper/sessionoverlay.h"
+#include "helper/contentpick.h"
 
 #include "helper/hintplate.h"
 #include "platform/services.h"
@@ -28,18 +28,18 @@ constexpr int s_smallestMark = 24;
 
 }  // namespace
 
-SessionOverlay::SessionOverlay()
+ContentPick::ContentPick()
     : mouseShot(nullptr), m_hint(new HintPlate(this)), m_asks(services().accessibility->isEnabled())
 {
     tellKeys();
     placeHint();
     m_hint->show();
-    SessionOverlay::looked();
+    ContentPick::looked();
 }
 
-SessionOverlay::~SessionOverlay() { services().accessibility->dropQuestion(); }
+ContentPick::~ContentPick() { services().accessibility->dropQuestion(); }
 
-std::optional<SessionOverlay::Choice> SessionOverlay::choice() const
+std::optional<ContentPick::Choice> ContentPick::choice() const
 {
     Choice choice = m_chosen;
     if (choice.marked && m_markedWindow) {
@@ -59,12 +59,12 @@ std::optional<SessionOverlay::Choice> SessionOverlay::choice() const
     return choice;
 }
 
-bool SessionOverlay::canBeTaken() const
+bool ContentPick::canBeTaken() const
 {
     return (m_chosen.marked && m_markedWindow) || mouseShot::canBeTaken();
 }
 
-void SessionOverlay::tellKeys()
+void ContentPick::tellKeys()
 {
     m_hint->clearLines();
     if (m_markedWindow)
@@ -91,12 +91,12 @@ void SessionOverlay::tellKeys()
     m_hint->adjustSize();
 }
 
-void SessionOverlay::tellMark()
+void ContentPick::tellMark()
 {
     m_hint->setHeadline(tr("Marked: %1 × %2 pixels").arg(m_marked.width()).arg(m_marked.height()));
 }
 
-void SessionOverlay::choose(Way way, Qt::KeyboardModifiers modifiers)
+void ContentPick::choose(Way way, Qt::KeyboardModifiers modifiers)
 {
     // A key means the window that is shown, a click the one under it.
     if (m_markedWindow && !m_isPressed)
@@ -110,7 +110,7 @@ void SessionOverlay::choose(Way way, Qt::KeyboardModifiers modifiers)
     accept();
 }
 
-bool SessionOverlay::eventFilter(QObject *watched, QEvent *event)
+bool ContentPick::eventFilter(QObject *watched, QEvent *event)
 {
     if (isHeldEnd(*event))
         return true;
@@ -144,7 +144,7 @@ bool SessionOverlay::eventFilter(QObject *watched, QEvent *event)
 }
 
 // What the left button means is told by its way: a click takes something, a drag marks.
-bool SessionOverlay::pressed(const QMouseEvent &event)
+bool ContentPick::pressed(const QMouseEvent &event)
 {
     if (event.button() != Qt::LeftButton)
         return false;
@@ -157,12 +157,12 @@ bool SessionOverlay::pressed(const QMouseEvent &event)
     return true;
 }
 
-QPoint SessionOverlay::placeOf(const QMouseEvent &event) const
+QPoint ContentPick::placeOf(const QMouseEvent &event) const
 {
     return toPixels(event.position()) + area().topLeft();
 }
 
-void SessionOverlay::dragged(const QMouseEvent &event)
+void ContentPick::dragged(const QMouseEvent &event)
 {
     if (!m_isPressed || !m_pressedWindow)
         return;
@@ -185,7 +185,7 @@ void SessionOverlay::dragged(const QMouseEvent &event)
     updateAll();
 }
 
-void SessionOverlay::released(const QMouseEvent &event)
+void ContentPick::released(const QMouseEvent &event)
 {
     if (event.button() != Qt::LeftButton || !m_isPressed)
         return;
@@ -205,7 +205,7 @@ void SessionOverlay::released(const QMouseEvent &event)
     m_isPressed = false;
 }
 
-void SessionOverlay::unmark()
+void ContentPick::unmark()
 {
     m_markedWindow.reset();
     m_marked = {};
@@ -215,7 +215,7 @@ void SessionOverlay::unmark()
 }
 
 // A window that has gone, or the frame that one has left behind for a moment, can't be taken.
-void SessionOverlay::followWindows()
+void ContentPick::followWindows()
 {
     const auto window = picked();
     const auto windows = services().windows->windows(WindowServer::List::OnScreen, 0);
@@ -232,7 +232,7 @@ void SessionOverlay::followWindows()
         readAgain();
 }
 
-void SessionOverlay::looked()
+void ContentPick::looked()
 {
     followWindows();
     placeHint();
@@ -248,7 +248,7 @@ void SessionOverlay::looked()
         ask(*window, at);
 }
 
-void SessionOverlay::ask(const WindowServer::Entry &window, QPoint at)
+void ContentPick::ask(const WindowServer::Entry &window, QPoint at)
 {
     m_askedWindow = window.number;
     m_askedAt = at;
@@ -258,7 +258,7 @@ void SessionOverlay::ask(const WindowServer::Entry &window, QPoint at)
         [this, bounds](const QRect &found) { setScrollingArea(found & bounds); });
 }
 
-void SessionOverlay::setScrollingArea(const QRect &global)
+void ContentPick::setScrollingArea(const QRect &global)
 {
     if (global == m_scrollingArea)
         return;
@@ -266,14 +266,14 @@ void SessionOverlay::setScrollingArea(const QRect &global)
     updateAll();
 }
 
-std::optional<WindowServer::Entry> SessionOverlay::shown() const
+std::optional<WindowServer::Entry> ContentPick::shown() const
 {
     return m_markedWindow ? m_markedWindow : picked();
 }
 
 // At the foot of the pointer's screen, or elsewhere at its edge while the pointer, or the mark that
 // is drawn, is there.
-void SessionOverlay::placeHint()
+void ContentPick::placeHint()
 {
     m_hint->adjustSize();
     const QPoint at = pointer();
@@ -310,7 +310,7 @@ void SessionOverlay::placeHint()
     m_hint->move(chosen.value_or(room).topLeft());
 }
 
-void SessionOverlay::draw(QPainter &painter)
+void ContentPick::draw(QPainter &painter)
 {
     mouseShot::draw(painter);
     const auto window = picked();

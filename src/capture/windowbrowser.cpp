@@ -1,8 +1,8 @@
-#include "capture/windowspreview.h"
+#include "capture/windowbrowser.h"
 
 #include "platform/applicationwatch.h"
 #include "platform/windowlist.h"
-#include "ui_windowspreview.h"
+#include "ui_windowbrowser.h"
 
 #include <QBitmap>
 #include <QEvent>

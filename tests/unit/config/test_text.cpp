@@ -1,5 +1,7 @@
+#include "base/boundedtext.h"
+#include "base/paths.h"
+#include "base/textencoding.h"
 #include "config/filters.h"
-#include "config/texthelpers.h"
 #include "scratch.h"
 
 #include <QFileInfo>
@@ -7,7 +9,7 @@
 
 using namespace Qt::StringLiterals;
 
-class TestTextRules : public QObject
+class TestText : public QObject
 {
     Q_OBJECT
 
@@ -81,5 +83,5 @@ private slots:
     }
 };
 
-QTEST_APPLESS_MAIN(TestTextRules)
-#include "test_textrules.moc"
+QTEST_APPLESS_MAIN(TestText)
+#include "test_text.moc"

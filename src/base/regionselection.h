@@ -1,6 +1,6 @@
 #pragma once
 
-#include "capture/regionpolicy.h"
+#include "base/regionpolicy.h"
 
 #include <QList>
 #include <QPoint>

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "helper/contentpick.h"
 #include "helper/helperjob.h"
 #include "helper/scrollcapture.h"
-#include "helper/sessionoverlay.h"
 
 #include <functional>
 #include <memory>
@@ -11,20 +11,20 @@ class AreaOutline;
 class HintPlate;
 
 /// Lets the user point at a window, and takes it, or all that scrolls in it.
-class SessionCapture : public HelperJob
+class ContentCapture : public HelperJob
 {
     Q_OBJECT
 public:
-    SessionCapture();
-    ~SessionCapture() override;
+    ContentCapture();
+    ~ContentCapture() override;
 
 protected:
     void start() override;
     void abort() override;
 
 private:
-    void takeContent(const SessionOverlay::Choice &choice);
-    void takeScrolledByHand(const SessionOverlay::Choice &choice);
+    void takeContent(const ContentPick::Choice &choice);
+    void takeScrolledByHand(const ContentPick::Choice &choice);
     void openPanel();
     /// Runs what takes the content.
     template<typename Capture>
@@ -36,7 +36,7 @@ private:
     void letKeysGo();
 
     bool m_aborted = false;
-    SessionOverlay *m_overlay = nullptr;  // while it is open
+    ContentPick *m_overlay = nullptr;  // while it is open
     // Tell what runs to end: with what there is, or without, or at once; null while nothing does.
     std::function<void()> m_keep;
     std::function<void()> m_discard;

@@ -1,9 +1,9 @@
-#include "capture/mouseshot.h"
+#include "capture/windowpick.h"
 
 #include "platform/applicationwatch.h"
 #include "platform/services.h"
 #include "platform/windowlist.h"
-#include "ui_mouseshot.h"
+#include "ui_windowpick.h"
 
 #include <QKeyEvent>
 #include <QPainter>

@@ -1,4 +1,4 @@
-#include "capture/mydrawround.h"
+#include "capture/ellipseoverlay.h"
 
 #include <QPainter>
 #include <QPainterPath>

@@ -1,6 +1,6 @@
-#include "capture/regionselection.h"
+#include "base/regionselection.h"
 
-#include "capture/arrowkeys.h"
+#include "base/arrowkeys.h"
 
 #include <QPainterPath>
 #include <QRegion>

@@ -1,7 +1,7 @@
-#include "helper/snapworkbenchhelper.h"
+#include "helper/helperserver.h"
 
+#include "helper/contentcapture.h"
 #include "helper/menucapture.h"
-#include "helper/sessioncapture.h"
 #include "platform/services.h"
 
 #include <QCoreApplication>
@@ -147,7 +147,7 @@ void GWSnapWorkbenchStartSessionCapture(const char *folder)
     if (!GWSnapWorkbenchIsEnableAccessibilty())
         s_answered = true;
     if (server() && folder && !server()->isWorking())
-        server()->begin(std::make_unique<SessionCapture>(), folder);
+        server()->begin(std::make_unique<ContentCapture>(), folder);
 }
 
 bool GWSnapWorkbenchIsEnableAccessibilty() { return services().accessibility->isEnabled(); }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "capture/mouseshot.h"
+#include "capture/windowpick.h"
 
 class HintPlate;
 class QMouseEvent;
@@ -8,12 +8,12 @@ class QMouseEvent;
 /// The window pick with a choice: the window as it is, or all of its scrolling content. Where other
 /// programs tell about themselves it outlines the area that scrolls under the pointer; dragging
 /// marks it by hand.
-class SessionOverlay : public mouseShot
+class ContentPick : public mouseShot
 {
     Q_OBJECT
 public:
-    SessionOverlay();
-    ~SessionOverlay() override;
+    ContentPick();
+    ~ContentPick() override;
 
     enum class Way {
         Window,   ///< the window as it is

@@ -1,4 +1,4 @@
-#include "capture/windowspreview.h"
+#include "capture/windowbrowser.h"
 
 #include "fakedesktop.h"
 #include "platform/windowlist.h"
@@ -42,7 +42,7 @@ FakeWindowServer::Window window(int number, const QString &owner, QSize size, co
 
 }  // namespace
 
-class TestWindowsPreView : public QObject
+class TestWindowBrowser : public QObject
 {
     Q_OBJECT
 private slots:
@@ -93,7 +93,7 @@ private:
     std::unique_ptr<WindowsPreView> m_browser;
 };
 
-void TestWindowsPreView::init()
+void TestWindowBrowser::init()
 {
     m_browser.reset();
     g_widgetExcept = nullptr;
@@ -109,7 +109,7 @@ void TestWindowsPreView::init()
                       window(14, u"Terminal"_s, {40, 20}, Qt::cyan)};
 }
 
-void TestWindowsPreView::thumbnails_data()
+void TestWindowBrowser::thumbnails_data()
 {
     QTest::addColumn<int>("size");
     QTest::newRow("smallest") << 75;
@@ -117,7 +117,7 @@ void TestWindowsPreView::thumbnails_data()
     QTest::newRow("largest") << 225;
 }
 
-void TestWindowsPreView::thumbnails()
+void TestWindowBrowser::thumbnails()
 {
     QFETCH(int, size);
     open();
@@ -152,7 +152,7 @@ void TestWindowsPreView::thumbnails()
     QCOMPARE(boxOf(2, Qt::cyan), centred({40, 20}));
 }
 
-void TestWindowsPreView::windowsOfAllKinds()
+void TestWindowBrowser::windowsOfAllKinds()
 {
     m_server->list = {window(1, QString(), {1, 1}, Qt::red),
                       window(2, u"x"_s.repeated(10000), {5000, 3}, Qt::green),
@@ -177,7 +177,7 @@ void TestWindowsPreView::windowsOfAllKinds()
     QCOMPARE(m_browser->getPixmap()->size(), 1);
 }
 
-void TestWindowsPreView::eachPictureOnce()
+void TestWindowBrowser::eachPictureOnce()
 {
     open();
     QCOMPARE(captions(), (QStringList{u"Mail"_s, u"Editor"_s, u"Terminal"_s}));
@@ -194,7 +194,7 @@ void TestWindowsPreView::eachPictureOnce()
     QCOMPARE(m_server->taken.size(), 4);
 }
 
-void TestWindowsPreView::filter()
+void TestWindowBrowser::filter()
 {
     open();
     choose(u"All"_s);
@@ -219,7 +219,7 @@ void TestWindowsPreView::filter()
     QVERIFY(m_browser->getPixmap()->isEmpty() && m_browser->getNameList()->isEmpty());
 }
 
-void TestWindowsPreView::selection()
+void TestWindowBrowser::selection()
 {
     const auto click = [this](int row, Qt::KeyboardModifiers modifiers) {
         QTest::mouseClick(list()->viewport(), Qt::LeftButton, modifiers,
@@ -256,7 +256,7 @@ void TestWindowsPreView::selection()
 }
 
 // The item of the first record carries a place in the list of windows, and is looked up by it.
-void TestWindowsPreView::firstKeyIsAListPosition()
+void TestWindowBrowser::firstKeyIsAListPosition()
 {
     m_server->closing = {11};
     open();
@@ -270,7 +270,7 @@ void TestWindowsPreView::firstKeyIsAListPosition()
     QVERIFY(m_browser->getPixmap()->isEmpty());
 }
 
-void TestWindowsPreView::leavesWindowsOut()
+void TestWindowBrowser::leavesWindowsOut()
 {
     QWidget cover;
     g_widgetExcept = &cover;
@@ -280,7 +280,7 @@ void TestWindowsPreView::leavesWindowsOut()
     g_widgetExcept = nullptr;
 }
 
-void TestWindowsPreView::fieldDecorations()
+void TestWindowBrowser::fieldDecorations()
 {
     const QTemporaryDir folder;
     const auto file = [&](const QString &name, QSize size) {
@@ -313,10 +313,10 @@ int main(int argc, char *argv[])
     for (const char *scale : {"1", "1.5", "2"}) {
         qputenv("QT_SCALE_FACTOR", scale);
         const QApplication application(argc, argv);
-        TestWindowsPreView test;
+        TestWindowBrowser test;
         failures += QTest::qExec(&test, argc, argv);
     }
     return failures;
 }
 
-#include "test_windowspreview.moc"
+#include "test_windowbrowser.moc"

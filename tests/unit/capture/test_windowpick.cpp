@@ -1,4 +1,4 @@
-#include "capture/mouseshot.h"
+#include "capture/windowpick.h"
 
 #include "fakedesktop.h"
 #include "platform/windowlist.h"
@@ -12,7 +12,7 @@
 
 using namespace Qt::StringLiterals;
 
-class TestMouseShot : public QObject
+class TestWindowPick : public QObject
 {
     Q_OBJECT
 private slots:
@@ -37,7 +37,7 @@ private:
     std::unique_ptr<mouseShot> m_overlay;
 };
 
-void TestMouseShot::init()
+void TestWindowPick::init()
 {
     m_overlay.reset();
     g_widgetExcept = nullptr;
@@ -53,14 +53,14 @@ void TestMouseShot::init()
     m_desktop->windows->pointerPos = {-280, 50};
 }
 
-void TestMouseShot::tintsWhatIsSeen_data()
+void TestWindowPick::tintsWhatIsSeen_data()
 {
     QTest::addColumn<bool>("composited");
     QTest::newRow("compositor") << true;
     QTest::newRow("no compositor") << false;
 }
 
-void TestMouseShot::tintsWhatIsSeen()
+void TestWindowPick::tintsWhatIsSeen()
 {
     QFETCH(bool, composited);
     m_desktop->windows->composited = composited;
@@ -84,7 +84,7 @@ void TestMouseShot::tintsWhatIsSeen()
     QCOMPARE(at(-50, 209), tinted);
 }
 
-void TestMouseShot::followsThePointer()
+void TestWindowPick::followsThePointer()
 {
     m_overlay = std::make_unique<mouseShot>();
     QString name;
@@ -110,16 +110,16 @@ void TestMouseShot::followsThePointer()
     QCOMPARE(name, u"as it was"_s);
 }
 
-void TestMouseShot::ends_data()
+void TestWindowPick::ends_data()
 {
-    using End = std::function<void(TestMouseShot &)>;
+    using End = std::function<void(TestWindowPick &)>;
     QTest::addColumn<End>("end");
     QTest::addColumn<int>("result");
     const auto pressing = [](Qt::MouseButton button, Qt::MouseButtons buttons) {
-        return End([=](TestMouseShot &test) { test.press(button, buttons); });
+        return End([=](TestWindowPick &test) { test.press(button, buttons); });
     };
     const auto key = [](Qt::Key code) {
-        return End([=](TestMouseShot &test) { QTest::keyClick(test.surface(), code); });
+        return End([=](TestWindowPick &test) { QTest::keyClick(test.surface(), code); });
     };
     QTest::newRow("left") << pressing(Qt::LeftButton, Qt::LeftButton) << 1;
     QTest::newRow("right") << pressing(Qt::RightButton, Qt::RightButton) << 0;
@@ -127,12 +127,12 @@ void TestMouseShot::ends_data()
     QTest::newRow("Return") << key(Qt::Key_Return) << 1;
     QTest::newRow("Escape") << key(Qt::Key_Escape) << 0;
     QTest::newRow("the end of the program")
-        << End([](TestMouseShot &) { QApplication::exit(); }) << 0;
+        << End([](TestWindowPick &) { QApplication::exit(); }) << 0;
 }
 
-void TestMouseShot::ends()
+void TestWindowPick::ends()
 {
-    using End = std::function<void(TestMouseShot &)>;
+    using End = std::function<void(TestWindowPick &)>;
     QFETCH(End, end);
     m_overlay = std::make_unique<mouseShot>();
     int result = -1;
@@ -151,7 +151,7 @@ void TestMouseShot::ends()
     QCOMPARE(QWidget::keyboardGrabber(), nullptr);
 }
 
-void TestMouseShot::leavesWindowsOut()
+void TestWindowPick::leavesWindowsOut()
 {
     QWidget cover;
     cover.winId();
@@ -173,10 +173,10 @@ int main(int argc, char *argv[])
     for (const char *scale : {"1", "1.5", "2"}) {
         qputenv("QT_SCALE_FACTOR", scale);
         const QApplication application(argc, argv);
-        TestMouseShot test;
+        TestWindowPick test;
         failures += QTest::qExec(&test, argc, argv);
     }
     return failures;
 }
 
-#include "test_mouseshot.moc"
+#include "test_windowpick.moc"

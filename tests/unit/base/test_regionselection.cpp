@@ -1,4 +1,4 @@
-#include "capture/regionselection.h"
+#include "base/regionselection.h"
 
 #include <QTest>
 

@@ -6,11 +6,11 @@
 
 /// A thin ring beside the pointer that fills while the pointer rests on a menu. It takes no click
 /// and no key, and never covers a menu.
-class RestRing : public QWidget
+class DwellRing : public QWidget
 {
     Q_OBJECT
 public:
-    RestRing();
+    DwellRing();
 
     /// Places it near `pointer`, outside of the menus, and shows how much of the rest is over, 0 to
     /// 1. Global device pixels.

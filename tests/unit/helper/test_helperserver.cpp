@@ -1,7 +1,7 @@
 // What the helper tells whoever started it, and what it leaves behind.
 
 #include "fakedesktop.h"
-#include "helper/snapworkbenchhelper.h"
+#include "helper/helperserver.h"
 
 #include <QDir>
 #include <QTemporaryDir>
@@ -34,7 +34,7 @@ QList<int> codes()
 
 }  // namespace
 
-class TestServer : public QObject
+class TestHelperServer : public QObject
 {
     Q_OBJECT
 
@@ -63,7 +63,7 @@ private:
     std::unique_ptr<QTemporaryDir> m_folder;
 };
 
-void TestServer::init()
+void TestHelperServer::init()
 {
     m_desktop = std::make_unique<FakeDesktop>();
     m_desktop->windows->list = {{.entry = {.number = 5,
@@ -77,14 +77,14 @@ void TestServer::init()
 }
 
 // However a grab ended, the keys are the user's again.
-void TestServer::cleanup()
+void TestHelperServer::cleanup()
 {
     GWSnapWorkbenchStartMessageServer(nullptr);
     QCoreApplication::processEvents();
     QVERIFY(m_desktop->keys->watched.isEmpty());
 }
 
-void TestServer::menu()
+void TestHelperServer::menu()
 {
     m_desktop->windows->pointerPos = {120, 120};
     GWSnapWorkbenchStartMenuItemCapture(folder().constData());
@@ -99,7 +99,7 @@ void TestServer::menu()
     QVERIFY(!(QFile::permissions(s_told.last().path) & (QFile::ReadGroup | QFile::ReadOther)));
 }
 
-void TestServer::folderGone()
+void TestHelperServer::folderGone()
 {
     m_desktop->windows->pointerPos = {120, 120};
     GWSnapWorkbenchStartMenuItemCapture(folder().constData());
@@ -110,7 +110,7 @@ void TestServer::folderGone()
     QVERIFY(!QFile::exists(m_folder->path()));
 }
 
-void TestServer::stopped()
+void TestHelperServer::stopped()
 {
     GWSnapWorkbenchStopMenuItemCapture();
     GWSnapWorkbenchStartMenuItemCapture(folder().constData());
@@ -125,7 +125,7 @@ void TestServer::stopped()
 }
 
 // Two hot keys that are read together.
-void TestServer::stoppedAtOnce()
+void TestHelperServer::stoppedAtOnce()
 {
     GWSnapWorkbenchStartMenuItemCapture(folder().constData());
     GWSnapWorkbenchStopMenuItemCapture();
@@ -133,7 +133,7 @@ void TestServer::stoppedAtOnce()
     QVERIFY(m_desktop->keys->watched.isEmpty());
 }
 
-void TestServer::escape()
+void TestHelperServer::escape()
 {
     GWSnapWorkbenchStartMenuItemCapture(folder().constData());
     QCOMPARE(heard(1), QList<int>({4}));
@@ -142,7 +142,7 @@ void TestServer::escape()
     QCOMPARE(heard(2), QList<int>({4, 6}));
 }
 
-void TestServer::oneAtATime()
+void TestHelperServer::oneAtATime()
 {
     m_desktop->windows->pointerPos = {120, 120};
     GWSnapWorkbenchStartMenuItemCapture(folder().constData());
@@ -153,7 +153,7 @@ void TestServer::oneAtATime()
     QCOMPARE(s_told.size(), 2);
 }
 
-void TestServer::closedWhileWaiting()
+void TestHelperServer::closedWhileWaiting()
 {
     GWSnapWorkbenchStartMenuItemCapture(folder().constData());
     GWSnapWorkbenchStartMessageServer(nullptr);
@@ -167,7 +167,7 @@ void TestServer::closedWhileWaiting()
     QVERIFY(s_told.isEmpty());
 }
 
-void TestServer::permission()
+void TestHelperServer::permission()
 {
     QVERIFY(!GWSnapWorkbenchIsEnableAccessibilty());
     bool answered = true;
@@ -184,5 +184,5 @@ void TestServer::permission()
     QVERIFY(answered);
 }
 
-QTEST_MAIN(TestServer)
-#include "test_server.moc"
+QTEST_MAIN(TestHelperServer)
+#include "test_helperserver.moc"

@@ -1,4 +1,4 @@
-#include "helper/sessioncapture.h"
+#include "helper/contentcapture.h"
 
 #include "helper/areaoutline.h"
 #include "helper/handcapture.h"
@@ -17,7 +17,7 @@ namespace {
 constexpr int s_followInterval = 100;  // ms
 constexpr int s_nameLimit = 32;
 
-ScrollCapture::Target targetOf(const SessionOverlay::Choice &choice)
+ScrollCapture::Target targetOf(const ContentPick::Choice &choice)
 {
     return {.window = choice.window.number,
             .area = choice.area,
@@ -32,7 +32,7 @@ void showSoFar(HintPlate &panel, const Capture &capture, const QString &text)
 {
     const QImage seen = capture.overview(panel.pictureBox());
     if (!seen.isNull())
-        panel.setPicture(seen, SessionCapture::tr("What has been taken so far"), text);
+        panel.setPicture(seen, ContentCapture::tr("What has been taken so far"), text);
 }
 
 // The other window that has the keys now; long names are cut.
@@ -47,7 +47,7 @@ QString nameOfFront(uint process)
     }
     if (name.size() > s_nameLimit)
         name = name.left(s_nameLimit - 1) + u'…';
-    return name.isEmpty() ? SessionCapture::tr("Another window")
+    return name.isEmpty() ? ContentCapture::tr("Another window")
                           : ScrolledWindow::tr("\"%1\"").arg(name);
 }
 
@@ -58,19 +58,19 @@ QString frontText(const QString &name)
 
 }  // namespace
 
-SessionCapture::SessionCapture() = default;
+ContentCapture::ContentCapture() = default;
 
-SessionCapture::~SessionCapture() = default;
+ContentCapture::~ContentCapture() = default;
 
-void SessionCapture::start()
+void ContentCapture::start()
 {
     waitUntilHidden();
     if (m_aborted)
         return;
-    std::optional<SessionOverlay::Choice> choice;
+    std::optional<ContentPick::Choice> choice;
     QImage window;
     {
-        SessionOverlay overlay;
+        ContentPick overlay;
         m_overlay = &overlay;
         connect(&overlay, &CaptureOverlay::opened, this, &HelperJob::opened);
         const bool accepted = overlay.exec() == QDialog::Accepted;
@@ -83,12 +83,12 @@ void SessionCapture::start()
             return;
         }
         choice = overlay.choice();
-        if (choice && choice->way == SessionOverlay::Way::Window)
+        if (choice && choice->way == ContentPick::Way::Window)
             window = overlay.getPixmap(nullptr).toImage();
     }
-    if (choice && choice->way == SessionOverlay::Way::Content)
+    if (choice && choice->way == ContentPick::Way::Content)
         takeContent(*choice);
-    else if (choice && choice->way == SessionOverlay::Way::Hands)
+    else if (choice && choice->way == ContentPick::Way::Hands)
         takeScrolledByHand(*choice);
     else if (window.isNull())
         emit failed(NoWindow, tr("There is no such window any more"));
@@ -96,7 +96,7 @@ void SessionCapture::start()
         emit taken(window);
 }
 
-void SessionCapture::openPanel()
+void ContentCapture::openPanel()
 {
     m_panel = std::make_unique<HintPlate>(nullptr);
     m_panel->addLine(tr("Return"), tr("keeps what there is"));
@@ -104,7 +104,7 @@ void SessionCapture::openPanel()
 }
 
 template<typename Capture>
-ScrollCapture::Result SessionCapture::run(Capture &capture, const WindowServer::Entry &window)
+ScrollCapture::Result ContentCapture::run(Capture &capture, const WindowServer::Entry &window)
 {
     m_process = window.process;
     m_wantsKeys = true;
@@ -118,7 +118,7 @@ ScrollCapture::Result SessionCapture::run(Capture &capture, const WindowServer::
     return result;
 }
 
-void SessionCapture::takeContent(const SessionOverlay::Choice &choice)
+void ContentCapture::takeContent(const ContentPick::Choice &choice)
 {
     openPanel();
     ScrollCapture scroll(targetOf(choice));
@@ -144,7 +144,7 @@ void SessionCapture::takeContent(const SessionOverlay::Choice &choice)
     deliver(std::move(result));
 }
 
-void SessionCapture::takeScrolledByHand(const SessionOverlay::Choice &choice)
+void ContentCapture::takeScrolledByHand(const ContentPick::Choice &choice)
 {
     openPanel();
     HandCapture hands(targetOf(choice));
@@ -176,7 +176,7 @@ void SessionCapture::takeScrolledByHand(const SessionOverlay::Choice &choice)
     deliver(run(hands, choice.window));
 }
 
-void SessionCapture::deliver(ScrollCapture::Result result)
+void ContentCapture::deliver(ScrollCapture::Result result)
 {
     if (m_aborted)
         return;
@@ -193,7 +193,7 @@ void SessionCapture::deliver(ScrollCapture::Result result)
 
 // Escape and Return are heard wherever the user has left the keyboard, and in the window that
 // scrolls. Whoever turns to another one means them for that.
-void SessionCapture::followFront()
+void ContentCapture::followFront()
 {
     if (!m_wantsKeys)
         return;
@@ -211,7 +211,7 @@ void SessionCapture::followFront()
     services().clock->after(s_followInterval, this, [this] { followFront(); });
 }
 
-void SessionCapture::watchKeys(bool watch)
+void ContentCapture::watchKeys(bool watch)
 {
     if (watch == std::exchange(m_watchesKeys, watch))
         return;
@@ -227,14 +227,14 @@ void SessionCapture::watchKeys(bool watch)
     });
 }
 
-void SessionCapture::letKeysGo()
+void ContentCapture::letKeysGo()
 {
     m_wantsKeys = false;
     watchKeys(false);
 }
 
 // Questions that the program asks now must get the keys, and must not be covered.
-void SessionCapture::abort()
+void ContentCapture::abort()
 {
     m_aborted = true;
     if (m_overlay)

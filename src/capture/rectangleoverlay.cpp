@@ -1,4 +1,4 @@
-#include "capture/dialog.h"
+#include "capture/rectangleoverlay.h"
 
 #include <QPainter>
 #include <QPainterPath>
