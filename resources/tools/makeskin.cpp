@@ -7,6 +7,8 @@
 // tiles, marks) is drawn here from numbers. In the end the resource file is held against what was
 // written: a path that names no picture, or a picture that nothing names, fails the build.
 
+#include "base/palette.h"
+
 #include <QColor>
 #include <QDir>
 #include <QFile>
@@ -29,14 +31,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-const QColor s_frame(35, 40, 45);
-const QColor s_stripTop(58, 66, 74);
-const QColor s_stripBottom(44, 51, 57);
-const QColor s_line(176, 183, 189);
-const QColor s_onDark(201, 211, 220);
-const QColor s_onLight(70, 82, 94);
-const QColor s_over(61, 165, 244);
-const QColor s_down(28, 126, 214);
 constexpr qreal s_disabledOpacity = 0.4;
 
 constexpr int s_frameRadius = 8;
@@ -62,22 +56,22 @@ Looks looksOn(const QString &surface)
 {
     const QColor none(0, 0, 0, 0);
     if (surface == u"dark") {
-        return {Look{u"normal"_s, s_onDark, none},
-                Look{u"over"_s, s_over, QColor(255, 255, 255, 24)},
-                Look{u"down"_s, s_down, QColor(0, 0, 0, 72)},
-                Look{u"disabled"_s, s_onDark, none, s_disabledOpacity}};
+        return {Look{u"normal"_s, Palette::glyphOnDark, none},
+                Look{u"over"_s, Palette::accent, QColor(255, 255, 255, 24)},
+                Look{u"down"_s, Palette::accentDown, QColor(0, 0, 0, 72)},
+                Look{u"disabled"_s, Palette::glyphOnDark, none, s_disabledOpacity}};
     }
     if (surface == u"light") {
-        return {Look{u"normal"_s, s_onLight, none},
-                Look{u"over"_s, s_over, QColor(255, 255, 255, 210)},
-                Look{u"down"_s, s_down, QColor(28, 126, 214, 40)},
-                Look{u"disabled"_s, s_onLight, none, s_disabledOpacity}};
+        return {Look{u"normal"_s, Palette::glyphOnBright, none},
+                Look{u"over"_s, Palette::accent, QColor(255, 255, 255, 210)},
+                Look{u"down"_s, Palette::accentDown, Palette::translucent(Palette::accentDown, 40)},
+                Look{u"disabled"_s, Palette::glyphOnBright, none, s_disabledOpacity}};
     }
     if (surface == u"selected") {
-        return {Look{u"normal"_s, Qt::white, s_down},
-                Look{u"over"_s, Qt::white, s_down.lighter(112)},
-                Look{u"down"_s, Qt::white, s_down.darker(116)},
-                Look{u"disabled"_s, Qt::white, s_down, s_disabledOpacity}};
+        return {Look{u"normal"_s, Qt::white, Palette::accentDown},
+                Look{u"over"_s, Qt::white, Palette::accentDown.lighter(112)},
+                Look{u"down"_s, Qt::white, Palette::accentDown.darker(116)},
+                Look{u"disabled"_s, Qt::white, Palette::accentDown, s_disabledOpacity}};
     }
     throw Failure(u"no such surface: "_s + surface);
 }
@@ -246,21 +240,21 @@ void fillOutside(QPainter &painter, QRectF area, QPointF arc, qreal radius)
     corner.addRect(area);
     QPainterPath inside;
     inside.addEllipse(arc, radius, radius);
-    painter.fillPath(corner.subtracted(inside), s_frame);
+    painter.fillPath(corner.subtracted(inside), Palette::dark);
 }
 
 void fillStrip(QPainter &painter, QRectF area)
 {
     QLinearGradient gradient(0, 0, 0, s_stripHeight);
-    gradient.setColorAt(0, s_stripTop);
-    gradient.setColorAt(1, s_stripBottom);
+    gradient.setColorAt(0, Palette::darkRaised);
+    gradient.setColorAt(1, Palette::darkSunken);
     painter.fillRect(area, gradient);
 }
 
 void strokeMark(QPainter &painter, QSizeF size, qreal width)
 {
     constexpr qreal reach = 13;  // the caps included, so that both marks are equally long
-    painter.setPen(QPen(s_onLight, width, Qt::SolidLine, Qt::RoundCap));
+    painter.setPen(QPen(Palette::glyphOnBright, width, Qt::SolidLine, Qt::RoundCap));
     const qreal left = (size.width() - reach + width) / 2;
     painter.drawLine(QPointF(left, size.height() / 2),
                      QPointF(size.width() - left, size.height() / 2));
@@ -273,7 +267,7 @@ void Skin::drawPieces()
     constexpr int r = s_frameRadius;
     const auto disc = [](QPointF centre) {
         return [centre](QPainter &painter) {
-            painter.setBrush(s_frame);
+            painter.setBrush(Palette::dark);
             painter.drawEllipse(centre, s_frameRadius, s_frameRadius);
         };
     };
@@ -316,7 +310,7 @@ void Skin::drawPieces()
           [](QPainter &painter) {
               constexpr int arc = grip - c;
               fillOutside(painter, QRectF(arc, arc, c + right, c + bottom), {arc, arc}, c);
-              painter.setPen(QPen(s_line, 1.25, Qt::SolidLine, Qt::RoundCap));
+              painter.setPen(QPen(Palette::brightEdge, 1.25, Qt::SolidLine, Qt::RoundCap));
               painter.drawLine(QPointF(5.5, 12.5), QPointF(12.5, 5.5));
               painter.drawLine(QPointF(9.5, 12.5), QPointF(12.5, 9.5));
           });
@@ -326,7 +320,7 @@ void Skin::drawPieces()
         painter.drawRoundedRect(QRectF(0, 0, 146, 40), 8, 8);
     });
     write(u"BtnSep_normal"_s, {1, 20},
-          [](QPainter &painter) { painter.fillRect(QRectF(0, 0, 1, 20), QColor(197, 205, 212)); });
+          [](QPainter &painter) { painter.fillRect(QRectF(0, 0, 1, 20), Palette::stripLine); });
     write(u"BtnLineWidth_thin"_s, {16, 16}, [](QPainter &painter) {
         strokeMark(painter, {16, 16}, 1.5);
     });
@@ -337,7 +331,8 @@ void Skin::drawPieces()
     // The window fills the pixels 5 to 19 across and 4 to 18 down with the pen's colour: a hair of
     // white, then the border, stand around them.
     for (const Look &look : looksOn(u"light"_s)) {
-        const QColor border = look.state == u"over" || look.state == u"down" ? look.glyph : s_line;
+        const QColor border =
+            look.state == u"over" || look.state == u"down" ? look.glyph : Palette::brightEdge;
         write(u"BtnColor_"_s + look.state, {24, 22}, [&](QPainter &painter) {
             painter.setBrush(Qt::white);
             painter.setPen(QPen(border, 1));

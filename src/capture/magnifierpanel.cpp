@@ -1,5 +1,6 @@
 #include "capture/magnifierpanel.h"
 
+#include "base/palette.h"
 #include "config/settings.h"
 #include "platform/services.h"
 #include "platform/windowlist.h"
@@ -22,8 +23,6 @@ constexpr int s_polygonHeight = 343;
 constexpr int s_helpHeight = 112;
 constexpr int s_polygonHelpHeight = 141;
 constexpr int s_helpFont = 12;
-
-constexpr QColor s_frameColor(152, 161, 168);
 
 const char *const s_regionHelp =
     QT_TRANSLATE_NOOP("DigDetail", "Mouse Left   Accept point\n"
@@ -199,7 +198,7 @@ void DigDetail::paintHelp()
 void DigDetail::paintEvent(QPaintEvent * /*event*/)
 {
     QPainter painter(this);
-    painter.setPen(s_frameColor);
+    painter.setPen(Palette::magnifierFrame);
     painter.drawRect(rect().adjusted(0, 0, -1, -1));
 }
 
@@ -216,7 +215,7 @@ void DigDetail::paintView()
     if (visible != whole)
         painter.fillRect(whole, Qt::black);
     painter.drawImage(visible, m_Zoom, visible);
-    painter.setPen(QPen(s_frameColor, 2));
+    painter.setPen(QPen(Palette::magnifierFrame, 2));
     painter.drawRect(QRect(visible.topLeft() + QPoint(1, 1), visible.bottomRight() - QPoint(1, 1)));
     painter.setPen(QColor::fromRgb(~m_CenterColor | 0xff000000U));
     painter.drawRect(shown.centreMark());

@@ -1,5 +1,6 @@
 #include "capture/regionoverlay.h"
 
+#include "base/palette.h"
 #include "platform/services.h"
 #include "platform/windowlist.h"
 #include "ui_rectangleoverlay.h"
@@ -23,10 +24,6 @@ constexpr qreal s_sheetOpacity = 0.6;
 // From a handle's centre to its circle's left and top, and the circle's diameter.
 constexpr int s_handleRadius = 5;
 constexpr int s_handleDiameter = 10;
-
-constexpr QColor s_markColor(255, 255, 255);
-constexpr QColor s_handleColor(90, 90, 90);
-constexpr QColor s_frameColor(89, 90, 92);
 
 constexpr int s_captionFont = 12;  // pixels, if the texts fit
 constexpr int s_smallestFont = 8;
@@ -143,7 +140,7 @@ void RegionOverlay::dialog_clear()
 void RegionOverlay::drawHandles(QPainter &painter, const QRect &region,
                                 std::initializer_list<int> zones)
 {
-    painter.setBrush(s_handleColor);
+    painter.setBrush(Palette::overlayHandle);
     // A stamp, because a circle that is rasterised anew comes out a shade different wherever it is
     // drawn and clipped: parts of one that are painted at different times would not fit together.
     QImage stamp(s_handleDiameter + 2, s_handleDiameter + 2, QImage::Format_ARGB32_Premultiplied);
@@ -378,8 +375,8 @@ void RegionOverlay::paintSurface(const QRegion &exposed)
     }
     paintSheet(exposed, [this, &now](QPainter &painter) {
         for (const QRect &shape : now.shapes) {
-            painter.setPen(s_markColor);
-            painter.setBrush(s_markColor);
+            painter.setPen(Qt::white);
+            painter.setBrush(Qt::white);
             draw(painter, shape);
         }
     });
@@ -390,7 +387,7 @@ void RegionOverlay::paintFrame()
 {
     QPainter painter(m_ui->widget_2);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(s_frameColor);
+    painter.setPen(Palette::overlayFrame);
     painter.setBrush(Qt::black);
     painter.drawRoundedRect(QRectF(m_ui->widget_2->rect()).adjusted(2.0, 2.0, -2.0, -2.0), 10.0,
                             10.0, Qt::AbsoluteSize);

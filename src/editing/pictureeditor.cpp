@@ -1,5 +1,6 @@
 #include "editing/pictureeditor.h"
 
+#include "base/palette.h"
 #include "editing/coverage.h"
 #include "editing/cutting.h"
 #include "editing/rendering.h"
@@ -28,9 +29,6 @@ constexpr QPoint s_textInset(5, 5);
 constexpr QSize s_textRoom(50, 20);
 // The text is measured outside of the field, in a place too small for it.
 constexpr QRect s_measure(-1000, -1000, 10, 10);
-
-// Quiet, and seen beside light and dark pictures on a light ground.
-constexpr QColor s_pictureEdge(126, 136, 146);
 
 // The toolkit drops moves that it finds waiting. A freehand line needs them all; for anything else
 // the last one will do.
@@ -490,7 +488,7 @@ void TPictureEditor::paint(const QPaintEvent &event)
 
     // Beside the picture, so that it covers none of its pixels.
     for (const QRect &line : QRegion(shown.adjusted(-1, -1, 1, 1)) - shown)
-        painter.fillRect(line, s_pictureEdge);
+        painter.fillRect(line, Palette::pictureEdge);
 
     const qreal ratio = m_pWidget->devicePixelRatioF();
     const QPoint margins = shown.topLeft();

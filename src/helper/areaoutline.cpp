@@ -1,12 +1,12 @@
 #include "helper/areaoutline.h"
 
+#include "base/palette.h"
 #include "platform/services.h"
 
 #include <cmath>
 
 namespace {
 
-constexpr QColor s_outline(61, 165, 244);
 constexpr qreal s_width = 2;  // logical pixels
 
 }  // namespace
@@ -17,7 +17,7 @@ AreaOutline::AreaOutline()
         side.setWindowFlags(Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint |
                             Qt::WindowTransparentForInput | Qt::WindowDoesNotAcceptFocus);
         side.setAttribute(Qt::WA_ShowWithoutActivating);
-        side.setPalette(s_outline);
+        side.setPalette(Palette::accent);
     }
 }
 

@@ -1,5 +1,6 @@
 #include "helper/contentpick.h"
 
+#include "base/palette.h"
 #include "helper/hintplate.h"
 #include "platform/services.h"
 
@@ -15,8 +16,6 @@
 
 namespace {
 
-constexpr QColor s_outline(61, 165, 244);
-constexpr QColor s_outlineFill(61, 165, 244, 40);
 constexpr qreal s_outlineWidth = 2;  // logical pixels
 constexpr int s_fromEdge = 48;
 // The hint keeps this far from the pointer.
@@ -319,8 +318,8 @@ void ContentPick::draw(QPainter &painter)
     if (outlined.isEmpty())
         return;
     const qreal width = s_outlineWidth * devicePixelRatioF();
-    painter.setPen(QPen(s_outline, width, Qt::SolidLine, Qt::SquareCap, Qt::MiterJoin));
-    painter.setBrush(s_outlineFill);
+    painter.setPen(QPen(Palette::accent, width, Qt::SolidLine, Qt::SquareCap, Qt::MiterJoin));
+    painter.setBrush(Palette::translucent(Palette::accent, 40));
     const QRectF inside = QRectF(outlined.translated(-area().topLeft()));
     painter.drawRect(inside.adjusted(width / 2, width / 2, -width / 2, -width / 2));
 }

@@ -1,5 +1,6 @@
 #include "helper/dwellring.h"
 
+#include "base/palette.h"
 #include "platform/services.h"
 
 #include <QPainter>
@@ -13,8 +14,6 @@ constexpr int s_size = 26;  // logical pixels
 constexpr qreal s_stroke = 3;
 constexpr int s_hole = 6;  // how thick a ring is that nothing shines through
 constexpr int s_gap = 6;   // device pixels between ring and menu
-constexpr QColor s_track(35, 40, 45, 200);
-constexpr QColor s_fill(61, 165, 244);
 constexpr int s_fullTurn = 360 * 16;
 constexpr int s_top = 90 * 16;
 
@@ -87,8 +86,8 @@ void DwellRing::paintEvent(QPaintEvent * /*event*/)
     painter.setRenderHint(QPainter::Antialiasing);
     const qreal margin = s_stroke / 2 + 1;
     const QRectF circle = QRectF(rect()).adjusted(margin, margin, -margin, -margin);
-    painter.setPen(QPen(s_track, s_stroke));
+    painter.setPen(QPen(Palette::translucent(Palette::dark, 200), s_stroke));
     painter.drawEllipse(circle);
-    painter.setPen(QPen(s_fill, s_stroke, Qt::SolidLine, Qt::RoundCap));
+    painter.setPen(QPen(Palette::accent, s_stroke, Qt::SolidLine, Qt::RoundCap));
     painter.drawArc(circle, s_top, -static_cast<int>(m_rest * s_fullTurn));
 }

@@ -1,5 +1,6 @@
 #include "helper/hintplate.h"
 
+#include "base/palette.h"
 #include "platform/services.h"
 
 #include <QLabel>
@@ -14,8 +15,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr QColor s_plate(35, 40, 45);
-constexpr QColor s_edge(90, 100, 110);
 constexpr int s_radius = 8;
 constexpr int s_padding = 14;
 constexpr int s_columnGap = 16;
@@ -29,20 +28,20 @@ constexpr int s_tallWidth = 180;
 constexpr int s_linePadding = 3;   // above and below a plate of one line
 constexpr int s_lineDistance = 4;  // device pixels: it has to find room on a title bar
 
-QLabel *label(const QString &text, const QString &colour)
+QLabel *label(const QString &text, const QColor &color)
 {
     auto *result = new QLabel(text);
     result->setTextFormat(Qt::PlainText);
     result->setStyleSheet(
-        u"QLabel { color: %1; background: transparent; } QLabel:disabled { color: #6c757d; }"_s.arg(
-            colour));
+        u"QLabel { color: %1; background: transparent; } QLabel:disabled { color: %2; }"_s.arg(
+            color.name(), Palette::quietOnDark.name()));
     return result;
 }
 
 }  // namespace
 
 HintPlate::HintPlate(QWidget *parent)
-    : QWidget(parent), m_grid(new QGridLayout(this)), m_headline(label({}, u"#ffffff"_s))
+    : QWidget(parent), m_grid(new QGridLayout(this)), m_headline(label({}, Qt::white))
 {
     m_headline->setAlignment(Qt::AlignLeft | Qt::AlignTop);
     if (!parent) {
@@ -86,8 +85,8 @@ void HintPlate::tellHeadline()
 void HintPlate::addLine(const QString &key, const QString &meaning)
 {
     const int row = m_grid->rowCount();
-    m_grid->addWidget(label(key, u"#3da5f4"_s), row, 0);
-    m_grid->addWidget(label(meaning, u"#d7dee4"_s), row, 1);
+    m_grid->addWidget(label(key, Palette::accent), row, 0);
+    m_grid->addWidget(label(meaning, Palette::textOnDark), row, 1);
 }
 
 void HintPlate::reserveHeadlines(const QStringList &texts)
@@ -336,8 +335,8 @@ void HintPlate::placePicture()
 void HintPlate::paintEvent(QPaintEvent * /*event*/)
 {
     QPainter painter(this);
-    painter.setPen(s_edge);
-    painter.setBrush(s_plate);
+    painter.setPen(Palette::darkEdge);
+    painter.setBrush(Palette::dark);
     // Round corners need a ground that shines through.
     const bool isRound = parentWidget() || services().windows->isComposited();
     painter.setRenderHint(QPainter::Antialiasing, isRound);

@@ -1,5 +1,6 @@
 #include "helper/mosaic.h"
 
+#include "base/palette.h"
 #include "helper/evidence.h"
 #include "helper/movedbox.h"
 #include "helper/movement.h"
@@ -440,7 +441,7 @@ QImage Mosaic::overview(QSize box) const
                                [this](int x, int y) { return pixelRow(m_last, y)[x]; });
     // What has not been seen must not be taken for content, which may be of any one colour.
     constexpr int field = 6;  // pixels of what is shown
-    constexpr std::array<QRgb, 2> grounds{qRgb(236, 239, 242), qRgb(196, 202, 208)};
+    const std::array grounds{Palette::unseenBright.rgb(), Palette::unseenDark.rgb()};
     const int shown = overviewSize(m_extent.size(), box).width();
     const int side = std::max(1, field * m_extent.width() / std::max(1, shown));
     return sampledOverview(m_extent.size(), box, [&](int x, int y) {
