@@ -13,7 +13,7 @@ struct RegionPolicy {
     bool keyCaptionHasUnit = true;
 
     // In the overlay.
-    /// corner handles are drawn only with Command, but always work
+    /// Corner handles are drawn only with Command, but always work.
     bool cornersNeedCommand = false;
     bool releaseShowsButton = true;  ///< any release shows the button; otherwise only a drag does
     bool doubleClickPresses = true;  ///< a second press begins a drag, too

@@ -47,7 +47,7 @@ public:
 
     struct Cursor {
         Qt::CursorShape shape = Qt::CrossCursor;
-        /// sets the cursor of the caption's frame and leaves that of the drawing surface alone
+        /// Sets the cursor of the caption's frame and leaves that of the drawing surface alone.
         bool onFrame = false;
     };
 

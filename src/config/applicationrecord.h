@@ -12,7 +12,7 @@ inline constexpr std::size_t RecordTextCapacity = 256;
 
 extern wchar_t g_GUID[RecordTextCapacity];        ///< identity of the product
 extern wchar_t g_AppCompany[RecordTextCapacity];  ///< maker
-/// names the data folder and is the title of every message
+/// Names the data folder and is the title of every message.
 extern wchar_t g_AppName[RecordTextCapacity];
 extern wchar_t g_Logo[RecordTextCapacity];
 extern wchar_t g_Ver[RecordTextCapacity];

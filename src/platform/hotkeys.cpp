@@ -11,7 +11,8 @@ struct Combination {
     char letter;
 };
 
-// The letters are fixed, and one differs from what the menus promise: V takes a menu, M is free.
+// A reader would expect Menu to have the letter M, as the other letters follow the menus, but its
+// letter is V, on purpose.
 constexpr std::array<Combination, 8> s_combinations{
     {{1, 'R'}, {2, 'E'}, {3, 'A'}, {4, 'L'}, {5, 'W'}, {6, 'S'}, {7, 'T'}, {8, 'V'}}};
 
