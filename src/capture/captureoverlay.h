@@ -27,6 +27,7 @@ public:
     /// The caller sets this after the modal loop; then nothing more is sent or raised.
     bool finished = false;
 
+    /// Emits ShowDetailWindowRequest. (x, y) is a global position in device pixels.
     void ShowDetailWindow(EShowMagOpr opr, int x, int y);
 
     /// Takes the marked part of the desktop as it is now. To be called after the overlay has left

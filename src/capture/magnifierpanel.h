@@ -38,11 +38,13 @@ public:
     void SetType(int type);
     void SetViewMode(int mode);
     int GetViewMode() const { return m_ViewMode; }
+    /// Set the texts for the position.
     void SetCoordX(const QString &text);
     void SetCoordY(const QString &text);
 
     /// The panel's rectangle in global device pixels, also before it is shown.
     QRect area() const;
+    /// Moves the top left corner, in global device pixels.
     void moveTo(QPoint corner);
     /// Shows the panel at that position above its parent, as an override-redirect window without
     /// the focus.

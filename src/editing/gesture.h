@@ -26,6 +26,7 @@ public:
     /// Ends the drag without a shape. Returns false if there was no drag.
     bool drop();
 
+    /// Adds a point to the freehand line, in picture coordinates. Ignored without a press.
     void extendLine(QPoint picturePoint);
 
     /// The shape if the drag ended now.

@@ -36,12 +36,14 @@ public:
     std::function<QImage()> pictureLater() const;
     /// False if the picture could not be read or is not loaded yet.
     bool hasPicture() const { return !m_Pixmap.isNull() || !m_Packed.isNull(); }
+    /// Sets the picture without its shapes; its pixel ratio becomes 1.
     void setPicture(QImage picture);
     /// The data that would be lost with the document. The shapes are those that were parked here.
     UnsavedWork unsavedWork() const;
 
     /// Whether the document is not bound to a file.
     bool IsNewFile() const { return m_NameIndex >= 0; }
+    /// Binds the document to the file in m_FileName.
     void SetIsNotNewFile() { m_NameIndex = -1; }
     /// The document's name in tab, list and title.
     QString GetShowName() const;

@@ -23,6 +23,7 @@ public:
     /// the headline. The headline is wrapped to the width of the lines, which must have been added
     /// before.
     void reserveHeadlines(const QStringList &texts);
+    /// Adds a line with a key's name and what the key does.
     void addLine(const QString &key, const QString &meaning);
     void clearLines();
     /// Sets whether the keys have an effect at present; they have at first.

@@ -42,7 +42,9 @@ public:
     /// Whether the capture continues: it was not stopped and has not ended.
     bool runs() const { return m_stop == Stop::None && !m_ended; }
     Stop stop() const { return m_stop; }
+    /// Stops the capture. Only Abandon replaces an earlier stop.
     void setStop(Stop stop);
+    /// Ends the capture with a note for the user.
     void endWith(const QString &note);
     /// Adds a note without ending the capture; only the first note is kept.
     void noteThat(const QString &note);
@@ -63,8 +65,10 @@ public:
     QRect fromGlobal(const QRect &area) const { return area.translated(-m_bounds.topLeft()); }
     /// The picture's rectangle without the window manager's frame.
     QRect inside() const;
+    /// The part of the picture that is the content; all of it at first.
     const QRect &crop() const { return m_crop; }
     void setCrop(const QRect &crop) { m_crop = crop; }
+    /// Unlike the constructor's, this anchor is in the picture's coordinates.
     void setAnchor(QPoint anchor) { m_anchor = anchor; }
     Axis axis() const { return m_axis; }
     void setAxis(Axis axis) { m_axis = axis; }

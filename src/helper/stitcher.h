@@ -38,6 +38,7 @@ public:
     int width() const { return m_last.width(); }
     /// The height of the result of finish().
     int rows() const;
+    /// A pixel of the content, for which y counts from its top.
     QRgb pixel(int x, int y) const;
     bool isFull() const { return rows() >= m_heightLimit; }
 

@@ -40,6 +40,7 @@ QImage GrabWindow(int index, wchar_t *title, wchar_t *owner, int *windowNumber);
 
 /// The bounding box of all screens and the origin, in global device pixels.
 void getScreenGem(int &left, int &top, int &width, int &height);
+/// The size of that box.
 void getScreenSize(int &width, int &height);
 /// The number (from 1) of the screen that contains a point, with the screen's rectangle in `rect`.
 /// If no screen contains it, returns -1, and `rect` is the last screen. Global device pixels.
@@ -52,6 +53,7 @@ QImage GrabFullWindow(int x, int y, int width, int height, bool clip, QWidget *e
 /// The same without a new snapshot, which would cost more than a small picture. The rectangle is in
 /// global device pixels and is not limited to the desktop.
 QImage pictureBehind(const QRect &area, const QWidget &except);
+/// GrabFullWindow as a pixmap.
 QPixmap screenWindow(int x, int y, int width, int height, bool clip, QWidget *except);
 /// Waits, with events running, until a window has left the screen together with its frame, for some
 /// seconds at most. `number` is its number in the list. Used for windows of this program that have
