@@ -250,7 +250,7 @@ public:
         return true;
     }
 
-    // Replaces the target. Unless the result is Written, the bytes can still be read from file().
+    // Replaces the target. If it is NotReplaceable, the bytes can still be read from file().
     Outcome put()
     {
         if (fsync(m_file.get()) != 0)
