@@ -26,7 +26,7 @@ constexpr uint16_t s_width = 1280;
 constexpr uint16_t s_height = 800;
 constexpr uint16_t s_tile = 64;
 
-// Windows of another program, one upon the other, each with a picture of its own.
+// Stacked windows of another program, each with different contents.
 class Windows
 {
 public:
@@ -54,7 +54,7 @@ public:
             xcb_map_window(m_connection, window);
             m_windows.append(window);
         }
-        // The answer says that they are there.
+        // The reply means that the windows exist.
         std::free(
             xcb_get_input_focus_reply(m_connection, xcb_get_input_focus(m_connection), nullptr));
     }
@@ -80,7 +80,7 @@ void windowsByToolkit(benchmark::State &state)
     }
 }
 
-// Until it is exposed, and by then painted.
+// Measures until the browser has been exposed and therefore painted.
 void browserOpens(benchmark::State &state)
 {
     const Windows windows;

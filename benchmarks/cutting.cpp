@@ -15,8 +15,8 @@
 namespace {
 
 constexpr QSize s_picture(3840, 2160);
-// Asking for each pixel takes minutes there: it is done on a picture whose sides are that many
-// times shorter, and its time counts for the area.
+// The plain method takes minutes for such a picture, so it is measured with sides that are this
+// many times shorter, and its time is scaled by the area.
 constexpr int s_shorter = 8;
 
 QPainterPath ellipse()
@@ -26,7 +26,7 @@ QPainterPath ellipse()
     return path;
 }
 
-// Corners on a circle, each drawn in or out a little.
+// Points on a circle, moved in or out slightly.
 QPainterPath polygon()
 {
     QPolygonF points;
@@ -41,7 +41,7 @@ QPainterPath polygon()
     return path;
 }
 
-// A hand that goes around with a tremble.
+// A closed line as drawn by a trembling hand.
 QPainterPath freehand()
 {
     QRandomGenerator random(7);

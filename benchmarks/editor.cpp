@@ -1,5 +1,5 @@
-// The editor's frames on a picture as large as a big screen, as the mouse makes them: an event, and
-// the paint that follows.
+// The editor's frames for a picture as large as a big screen: a mouse event and the following
+// paint.
 
 #include "comparison.h"
 #include "memory.h"
@@ -46,7 +46,7 @@ QPixmap picture(Kind kind)
     return pixmap;
 }
 
-// What people draw: some large, most of a hand's breadth.
+// Typical shapes: a few large ones, but most of them small.
 EditHistory shapes(int count)
 {
     QRandomGenerator random(3);
@@ -88,7 +88,7 @@ EditHistory shapes(int count)
     return history;
 }
 
-/// The drawing widget in a scroll area, as the main window has it, on an ordinary screen.
+/// The drawing widget in a scroll area as in the main window, on an ordinary screen.
 struct Stage {
     Stage()
     {
@@ -153,7 +153,7 @@ struct PlainStage : Stage {
     PlainPainter painter;
 };
 
-// The corner of a drag, some way further each time.
+// The corner of a drag, which moves with each frame.
 QPoint corner(int frame) { return {900 + frame * 7 % 300, 600 + frame * 5 % 200}; }
 
 void repaint(benchmark::State &state, Kind kind)
@@ -235,7 +235,8 @@ void plainUndo(benchmark::State &state, Kind kind)
     }
 }
 
-// Beyond the picture and the window's own pixels, which any program that shows it needs.
+// Measures memory beyond the picture and the window's own pixels, which every program that shows it
+// needs.
 void memory(benchmark::State &state)
 {
     for (auto _ : state) {

@@ -1,4 +1,4 @@
-// A QMainWindow with nothing in it, of the size and at the place that the program takes.
+// An empty QMainWindow with the size and position of the program's window.
 
 #include <QApplication>
 #include <QMainWindow>

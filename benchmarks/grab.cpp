@@ -18,8 +18,7 @@
 
 namespace {
 
-// A picture stays open in its tab while the next is taken, so its memory is not there to be used
-// again.
+// Keeps a picture while the next one is taken, as a tab does, so that its memory is not reused.
 class Open
 {
 public:
@@ -48,7 +47,7 @@ void wholeDesktop(benchmark::State &state)
         pictures.keep(screenWindow(0, 0, -1, -1, true, nullptr));
 }
 
-// The least that a picture of the screen can cost: the server's copy into memory that it shares.
+// The lowest possible cost of a picture of the screen: the server's copy into shared memory.
 void wholeDesktopBare(benchmark::State &state)
 {
     xcb_connection_t *connection = xcb_connect(nullptr, nullptr);

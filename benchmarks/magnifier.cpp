@@ -17,8 +17,8 @@ namespace {
 
 constexpr int s_windows = 20;
 
-// A move of the pointer over an overlay, on a desktop with some windows: grab, scale, texts, paint.
-// The pointer stays away from the magnifier, as it mostly does.
+// A pointer move over an overlay with several windows behind it: grab, scaling, texts and painting.
+// The pointer stays away from the magnifier, as it usually does.
 void magnifierRefresh(benchmark::State &state)
 {
     g_ResourceFileName =

@@ -1,5 +1,5 @@
-// Every benchmark stands beside the plain way of doing the same work, and the closing table tells
-// their ratios: the times themselves are a machine's, the ratios are the program's.
+// Each benchmark is compared to a plain implementation of the same work. The final table shows the
+// ratios, because times depend on the machine and ratios on the program.
 
 #include "comparison.h"
 
@@ -31,7 +31,7 @@ public:
         for (const Run &run : runs) {
             if (run.aggregate_name != "median")
                 continue;
-            // A benchmark of something else than time tells it in a counter.
+            // A benchmark that does not measure time stores its result in a counter.
             const auto value = run.counters.find("value");
             m_medians[run.run_name.function_name] =
                 value == run.counters.end() ? run.GetAdjustedRealTime() : value->second.value;

@@ -5,7 +5,8 @@
 #include <malloc.h>
 #include <unistd.h>
 
-/// What this process has in memory, with freed memory given back first.
+/// The resident memory of this process in bytes, after freed memory has been returned to the
+/// system.
 inline double residentBytes()
 {
     malloc_trim(0);
@@ -15,7 +16,7 @@ inline double residentBytes()
     return file.readAll().split(' ').at(1).toDouble() * static_cast<double>(sysconf(_SC_PAGESIZE));
 }
 
-/// The most that it has had since the start, or since it was told to forget.
+/// The highest resident memory in bytes since the start or since forgetHighestBytes().
 inline double highestBytes()
 {
     QFile file(QStringLiteral("/proc/self/status"));

@@ -1,4 +1,5 @@
-// Many pictures, and large ones, in the main window: each beside the plain way where there is one.
+// Many pictures and large pictures in the main window, compared to a plain implementation where
+// there is one.
 
 #include "comparison.h"
 #include "fakedesktop.h"
@@ -34,7 +35,7 @@ constexpr double s_megabyte = 1e6;
 constexpr int s_minute = 60'000;  // ms
 constexpr int s_tick = 10'000;    // ms
 
-// Text and a few pictures, as on a screen; each one another.
+// A picture like a screen with text and some pictures, different for each number.
 QPixmap screen(QSize size, int number)
 {
     QPixmap result(size);
@@ -52,7 +53,7 @@ QPixmap screen(QSize size, int number)
     return result;
 }
 
-// The main window on a desktop that does nothing, with a resource file of its own.
+// The main window on the null desktop, with a resource file of its own.
 struct OpenWindow {
     OpenWindow()
     {
@@ -82,7 +83,7 @@ struct OpenWindow {
         for (int i = 0; i < count; ++i)
             window->addGrab({.picture = screen(size, i), .name = u"window %1"_s.arg(i)});
     }
-    /// Until the workers have nothing to do.
+    /// Waits until the workers have nothing to do.
     void settle() const
     {
         const auto *jobs = window->findChild<PictureJobs *>();
@@ -189,7 +190,7 @@ void tabSwitched(benchmark::State &state)
     }
 }
 
-// From the tab to the moment in which the next start would find it.
+// Measures from the new tab until the next start would find the picture.
 void keptOnDisk(benchmark::State &state)
 {
     for (auto _ : state) {

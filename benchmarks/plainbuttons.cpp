@@ -1,4 +1,4 @@
-// The main window's form with plain buttons in it, each with its picture as an icon.
+// The main window's form with plain buttons that show their pictures as icons.
 
 #include "ui_mainwindow.h"
 

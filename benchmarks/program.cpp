@@ -1,4 +1,4 @@
-// The running program beside one that has an empty window and nothing else.
+// The running program compared to a program with an empty window.
 
 #include "comparison.h"
 #include "runningprogram.h"
@@ -60,7 +60,7 @@ void programIdle(benchmark::State &state)
     }
 }
 
-// From the hot key to the overlay on the screen.
+// Measures from the hot key until the overlay is on the screen.
 void hotKeyToOverlay(benchmark::State &state)
 {
     Program program(BENCH_PROGRAM);
@@ -87,7 +87,7 @@ void hotKeyToOverlay(benchmark::State &state)
     }
 }
 
-// The same overlay over one white window, in this program.
+// The same overlay in this program, over one white window.
 void bareOverlay(benchmark::State &state)
 {
     g_ResourceFileName =

@@ -21,8 +21,8 @@
 
 constexpr int startLimit = 20000;  // milliseconds
 
-/// The screen as the server has it, with its pointer and keyboard. The pixel in its middle keeps
-/// the root's colour until a window paints over it.
+/// Access to the X server's screen, pointer and keyboard. The pixel in the middle of the screen has
+/// the root's colour until a window is painted over it.
 class PixelWatch
 {
 public:
@@ -34,7 +34,8 @@ public:
     PixelWatch(const PixelWatch &) = delete;
     PixelWatch &operator=(const PixelWatch &) = delete;
 
-    /// Presses and releases keys, given by their codes, in this order and back.
+    /// Presses keys in this order and releases them in reverse order; keys are given by their
+    /// codes.
     void press(const QList<uint8_t> &keys)
     {
         for (const uint8_t key : keys)
@@ -61,7 +62,7 @@ public:
                             static_cast<int16_t>(to.x()), static_cast<int16_t>(to.y()), 0);
         xcb_flush(m_connection);
     }
-    /// The window of this size that is shown; none where there is no such window.
+    /// The visible window of this size; none if there is no such window.
     xcb_window_t findWindow(QSize size)
     {
         auto *tree = xcb_query_tree_reply(m_connection,
@@ -87,7 +88,8 @@ public:
         xcb_flush(m_connection);
     }
 
-    /// Waits for another colour in the middle of the screen. False when none came.
+    /// Waits until the middle of the screen has another colour. Returns false if that does not
+    /// happen.
     bool waitForChange(uint32_t before)
     {
         QElapsedTimer timer;
@@ -104,7 +106,7 @@ public:
 
     QRect screen() const { return {0, 0, m_screen->width_in_pixels, m_screen->height_in_pixels}; }
 
-    /// What the screen shows there; one pixel at least.
+    /// The pixels of a part of the screen; at least one.
     QList<uint32_t> pixels(const QRect &area)
     {
         auto *reply = xcb_get_image_reply(
@@ -131,8 +133,8 @@ private:
     const xcb_screen_t *m_screen = nullptr;
 };
 
-/// A home of its own, kept over the starts: what is measured is the second start and not the first
-/// ever.
+/// A program with a home folder that is kept between starts, so that second and later starts are
+/// measured.
 class Program
 {
 public:
@@ -148,7 +150,7 @@ public:
     Program(const Program &) = delete;
     Program &operator=(const Program &) = delete;
 
-    /// Seconds from the start to the first paint; negative when none came.
+    /// Seconds from the start to the first paint; negative if nothing was painted.
     double start(const QStringList &arguments = {})
     {
         PixelWatch watch;
@@ -177,12 +179,13 @@ public:
     }
     long ticks() const
     {
-        // The name in parentheses may hold blanks; user and system time are fields 14 and 15.
+        // The process name in parentheses may contain blanks, so counts from there; user and system
+        // time are fields 14 and 15.
         const QByteArray stat = proc("stat");
         const QList<QByteArray> fields = stat.mid(stat.lastIndexOf(')') + 2).split(' ');
         return fields.value(11).toLong() + fields.value(12).toLong();
     }
-    /// Seconds of the processor, of all threads; finer than the ticks.
+    /// Processor time of all threads in seconds; more precise than ticks().
     double processorTime() const
     {
         clockid_t clock = 0;
@@ -200,7 +203,7 @@ public:
         }
         return 0;
     }
-    /// Waits until the process has used no time for a second.
+    /// Waits until the process has used no processor time for a second.
     void settle() const
     {
         long before = -1;

@@ -1,4 +1,4 @@
-// A picture as large as a wall of screens, with shapes all over it, into a file.
+// Saves a picture as large as a wall of screens, with shapes all over it.
 
 #include "comparison.h"
 #include "memory.h"
@@ -17,7 +17,7 @@ namespace {
 
 constexpr int s_side = 20000;
 
-// Ground, lines of marks like letters, and a photograph's noise in a corner.
+// Plain background, lines of marks like letters, and noise like a photograph's in a corner.
 const QImage &picture()
 {
     static const QImage s_picture = [] {
@@ -62,7 +62,8 @@ void save(benchmark::State &state, const char *name)
     }
 }
 
-// All of the picture with the shapes, then all of the file's bytes, and then the file.
+// The plain method: renders the whole picture with its shapes, then encodes it in memory, then
+// writes the file.
 void saveWhole(benchmark::State &state, const char *name)
 {
     const QTemporaryDir folder;

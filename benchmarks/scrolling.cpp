@@ -18,13 +18,13 @@ namespace {
 const QRect s_window(100, 50, 1300, 900);
 constexpr int s_screens = 20;
 constexpr int s_rows = s_screens * 880;
-constexpr int s_wheelStep = 51;  // of the program that scrolls
+constexpr int s_wheelStep = 51;  // step of the program that scrolls
 constexpr int s_clicks = 12;     // about 0.7 of its view
 constexpr int s_round = 12;      // ms
 constexpr int s_rest = 90;
 constexpr int s_patience = 500;
 
-// Another program with a long page, at its top.
+// Another program with a long page, scrolled to its top.
 class Page
 {
 public:
@@ -72,7 +72,7 @@ private:
         loop.exec();
     }
     QImage look() const { return services().windows->picture(std::nullopt, {m_number}); }
-    // Until something has changed and nothing changes any more.
+    // Waits until something has changed and then nothing changes any more.
     void settle()
     {
         const QImage before = m_view;

@@ -10,7 +10,7 @@
 
 namespace {
 
-// The last button of the full tree, so that the walk is as long as it gets.
+// Reads an attribute of the last button in the tree, so that the search is as long as possible.
 void buttonAttribute(benchmark::State &state)
 {
     g_ResourceFileName =

@@ -1,4 +1,4 @@
-// Views of a page as large as a browser's window, scrolled by a few turns of the wheel.
+// Views of a page in a browser-sized window, scrolled by a few clicks of the wheel.
 
 #include "comparison.h"
 #include "memory.h"
@@ -34,8 +34,8 @@ void movement(benchmark::State &state)
             state.SkipWithError("wrong distance");
 }
 
-// The distance at which most of the later picture's rows are those of the earlier one. The header
-// and the scroll bar are left out, which the program has to find out by itself.
+// The distance at which most rows of the later picture equal those of the earlier one. Header and
+// scroll bar are excluded here, which the program has to find out itself.
 int plainMovement(const QImage &before, const QImage &after)
 {
     const size_t width = sizeof(QRgb) * static_cast<size_t>(after.width() - s_frame.scrollBar);
@@ -63,7 +63,7 @@ void plainMovement(benchmark::State &state)
             state.SkipWithError("wrong distance");
 }
 
-// As an application would show a page too long to be made up in memory beside the result.
+// Computes a view of a page that is too long to be in memory besides the result.
 QImage endlessView(int offset)
 {
     QImage picture = plainPage(s_view.width(), s_view.height());
@@ -75,7 +75,7 @@ QImage endlessView(int offset)
     return picture;
 }
 
-// The peak, from the first view to the finished picture.
+// The highest memory usage from the first view to the finished picture.
 void stitchingMemory(benchmark::State &state)
 {
     for (auto _ : state) {

@@ -1,4 +1,4 @@
-// The main window under the pointer and while it is resized, each beside a plain window.
+// The main window under a moving pointer and while it is resized, compared to plain windows.
 
 #include "comparison.h"
 #include "runningprogram.h"
@@ -19,7 +19,7 @@ constexpr int s_steps = 120;
 constexpr QSize s_step(2, 1);
 constexpr int s_paintLimit = 2000;  // milliseconds
 
-// Where the form has them, in the window.
+// The rectangles of the form's buttons in the window.
 QList<QRect> buttonPlaces()
 {
     QMainWindow window;
@@ -44,7 +44,7 @@ QPoint windowOrigin(const PixelWatch &watch)
     return {around.width() / 2, around.height() / 2};
 }
 
-// Each button is waited for, so none is passed without being shown as under the pointer.
+// Waits for each button, so that each is painted in its hover state.
 bool sweep(PixelWatch &watch, const QList<QRect> &buttons)
 {
     for (const QRect &button : buttons) {
@@ -89,8 +89,8 @@ void pointerSweep(benchmark::State &state, const char *path)
 void programSweep(benchmark::State &state) { pointerSweep(state, BENCH_PROGRAM); }
 void plainSweep(benchmark::State &state) { pointerSweep(state, BENCH_PLAIN); }
 
-// Milliseconds, the median of all steps: from the server's word of the new size to the far corner's
-// pixels on the screen.
+// The median of all steps in milliseconds, from the request for the new size until the far corner
+// is painted on the screen.
 double resizeStep(PixelWatch &watch, xcb_window_t window)
 {
     const QPoint origin = windowOrigin(watch);
@@ -108,7 +108,7 @@ double resizeStep(PixelWatch &watch, xcb_window_t window)
         while (corner(size) != painted) {
             if (timer.elapsed() > s_paintLimit)
                 return -1;
-            usleep(100);  // the server has other things to do than to answer
+            usleep(100);  // keeps the server from being busy with these requests only
         }
         times.push_back(static_cast<double>(timer.nsecsElapsed()) * 1e-6);
     }

@@ -2,10 +2,10 @@
 //
 // makeskin <skin.list> <resource file> <output folder>
 //
-// Glyphs are templates: every "currentColor" in them becomes the colour of a state, so one drawing
-// gives the normal, over, down and disabled pictures of a button. What has no glyph (corners,
-// tiles, marks) is drawn here from numbers. In the end the resource file is held against what was
-// written: a path that names no picture, or a picture that nothing names, fails the build.
+// Glyphs are templates: each "currentColor" in them is replaced by the colour of a state, so one
+// drawing results in the normal, over, down and disabled pictures of a button. Pictures without a
+// glyph (corners, tiles, marks) are drawn here. Finally the resource file is compared to the
+// pictures: a path without a picture, or a picture that is not used, fails the build.
 
 #include "base/palette.h"
 
@@ -43,7 +43,7 @@ public:
     explicit Failure(const QString &text) : std::runtime_error(text.toStdString()) {}
 };
 
-// One state of a button. No plate where its alpha is 0.
+// The look of a button in one state. Without a plate if the plate's alpha is 0.
 struct Look {
     QString state{};
     QColor glyph{};
@@ -76,10 +76,10 @@ Looks looksOn(const QString &surface)
     throw Failure(u"no such surface: "_s + surface);
 }
 
-// Buttons of one kind share everything but their glyph.
+// Buttons of one kind share everything except for their glyph.
 struct Kind {
     QSize size{};
-    int glyph = 0;  // side of the square that the 24 grid is drawn into
+    int glyph = 0;  // side of the square into which the 24 x 24 grid is drawn
     int plateRadius = 0;
     QString surface{};
 };
@@ -135,15 +135,17 @@ QRectF centred(QSizeF size, qreal side)
     return {(size.width() - side) / 2, (size.height() - side) / 2, side, side};
 }
 
-// Fades what has been drawn as a whole: strokes that cross would show in a glyph drawn translucent.
+// Fades the drawing as a whole, because crossing strokes would be visible in a glyph that is drawn
+// translucent.
 void fade(QPainter &painter, QSize size, qreal opacity)
 {
     painter.setCompositionMode(QPainter::CompositionMode_DestinationIn);
     painter.fillRect(QRect(QPoint(), size), QColor(0, 0, 0, qRound(255 * opacity)));
 }
 
-// `dense` adds a picture of twice the pixels, under the name by which the toolkit's icons look for
-// it on a scaled desktop. Pieces that are placed by their own width must not have one.
+// Writes a picture. With `dense` also writes one of twice the size, under the name that the
+// toolkit's icons use on a scaled desktop; pictures that are placed by their own width must not
+// have one.
 void Skin::write(const QString &name, QSize size, const Draw &draw, bool dense)
 {
     if (m_written.contains(name))
@@ -233,7 +235,7 @@ void Skin::drawList(const QString &path)
     }
 }
 
-// What lies between a corner's arc and the corner itself, `arc` being the centre of the arc.
+// Fills the part between a corner and its arc; `arc` is the arc's centre.
 void fillOutside(QPainter &painter, QRectF area, QPointF arc, qreal radius)
 {
     QPainterPath corner;
@@ -253,7 +255,7 @@ void fillStrip(QPainter &painter, QRectF area)
 
 void strokeMark(QPainter &painter, QSizeF size, qreal width)
 {
-    constexpr qreal reach = 13;  // the caps included, so that both marks are equally long
+    constexpr qreal reach = 13;  // includes the line caps, so that both marks have the same length
     painter.setPen(QPen(Palette::glyphOnBright, width, Qt::SolidLine, Qt::RoundCap));
     const qreal left = (size.width() - reach + width) / 2;
     painter.drawLine(QPointF(left, size.height() / 2),
@@ -262,8 +264,8 @@ void strokeMark(QPainter &painter, QSizeF size, qreal width)
 
 void Skin::drawPieces()
 {
-    // The window's rounded corners: a quarter of a disc each, its centre towards the window's
-    // inside.
+    // The window's rounded corners: quarters of a disc, whose centre is towards the inside of the
+    // window.
     constexpr int r = s_frameRadius;
     const auto disc = [](QPointF centre) {
         return [centre](QPainter &painter) {
@@ -276,7 +278,8 @@ void Skin::drawPieces()
     write(u"BtnBackground_bottomleft"_s, {r, r}, disc({r, 0}));
     write(u"BtnBackground_bottomright"_s, {r, r}, disc({0, 0}));
 
-    // The ends go over the tiles, so what is outside their arcs has to be the frame's colour.
+    // The ends are drawn over the tiles, so the parts outside of their arcs have the frame's
+    // colour.
     constexpr int c = s_cardRadius;
     write(u"BtnToolBackground_tile"_s, {16, s_stripHeight},
           [](QPainter &painter) { fillStrip(painter, QRectF(0, 0, 16, s_stripHeight)); });
@@ -291,8 +294,8 @@ void Skin::drawPieces()
     write(u"BtnToolBackground_left"_s, {c, s_stripHeight}, end(0, c));
     write(u"BtnToolBackground_right"_s, {c, s_stripHeight}, end(0, 0));
 
-    // The picture area draws these reaching 2 pixels beyond its left edge, 4 beyond its right one
-    // and 3 beyond its bottom.
+    // The picture area draws these pictures so that they extend 2 pixels beyond its left edge, 4
+    // beyond its right edge and 3 beyond its bottom edge.
     constexpr int left = 2;
     constexpr int right = 4;
     constexpr int bottom = 3;
@@ -328,8 +331,8 @@ void Skin::drawPieces()
         strokeMark(painter, {16, 16}, 6);
     });
 
-    // The window fills the pixels 5 to 19 across and 4 to 18 down with the pen's colour: a hair of
-    // white, then the border, stand around them.
+    // The window fills the pixels 5 to 19 across and 4 to 18 down with the pen's colour. Around
+    // them is a thin white line and then the border.
     for (const Look &look : looksOn(u"light"_s)) {
         const QColor border =
             look.state == u"over" || look.state == u"down" ? look.glyph : Palette::brightEdge;

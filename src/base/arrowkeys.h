@@ -4,7 +4,8 @@
 
 #include <array>
 
-/// An arrow key, and where it leads: `axis` 0 for x and 1 for y, `step` in that direction.
+/// An arrow key and its direction: `axis` is 0 for x and 1 for y, `step` is 1 or -1 along that
+/// axis.
 struct ArrowKey {
     int key = 0;
     int axis = 0;

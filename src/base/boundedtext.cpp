@@ -17,7 +17,7 @@ int wcsicmp(const wchar_t *left, const wchar_t *right)
         ++left;
         ++right;
     }
-    // Wide characters of broken text may be any number.
+    // Wide characters in broken text may have any value, so their difference may not fit.
     return int(std::clamp<qint64>(lower(*left) - lower(*right), std::numeric_limits<int>::min(),
                                   std::numeric_limits<int>::max()));
 }

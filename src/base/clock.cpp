@@ -13,7 +13,8 @@ constexpr int s_round = 10;  // ms
 
 qint64 SystemClock::now() const { return QDeadlineTimer::current().deadline(); }
 
-// A loop of its own, and not one step of the running one: it ends at once with the program.
+// Uses an event loop of its own instead of processing pending events, since a loop ends at once
+// when the program quits.
 bool SystemClock::pause(int milliseconds)
 {
     QEventLoop loop;

@@ -22,7 +22,7 @@ QByteArray contentOf(const QString &path)
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-// The number in the line that begins with the word.
+// The number that follows `word` in the line that begins with it.
 std::optional<qint64> numberIn(const QByteArray &text, const QByteArray &word)
 {
     for (const QByteArray &line : text.split('\n')) {
@@ -37,7 +37,7 @@ std::optional<qint64> numberIn(const QByteArray &text, const QByteArray &word)
     return {};
 }
 
-// What files that were read fill can be had back, and counts as free on the machine too.
+// Memory filled with cached files counts as free, as it does in the machine's own number.
 qint64 leftInGroup(const QString &folder, const QString &limitName, const QString &usedName,
                    const QByteArray &filesWord)
 {
@@ -59,7 +59,8 @@ qint64 availableMemory(const QString &root)
         numberIn(contentOf(root + u"/proc/meminfo"_s), "MemAvailable:");
     qint64 result = machine ? *machine * s_kilobyte : s_noLimit;
     for (const QByteArray &line : contentOf(root + u"/proc/self/cgroup"_s).split('\n')) {
-        // A number, the controllers, none of them for the one tree of version 2, and the path.
+        // The fields of a line are a number, the controllers (none in the single hierarchy of
+        // version 2) and the path.
         const QList<QByteArray> parts = line.split(':');
         if (parts.size() < 3)
             continue;

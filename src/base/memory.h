@@ -2,9 +2,9 @@
 
 #include <QString>
 
-/// Bytes that can still be used: what the machine has, or what the control group leaves that this
-/// process is in, or one of those around it. `root` is the folder in which the system's own files
-/// are found. Without them there is no limit.
+/// The bytes of memory that this process can still use: the least of what the machine has available
+/// and what the limits of its control group and the groups around that leave. `root` is the folder
+/// that holds /proc and /sys, for tests. Returns the largest number if the system tells nothing.
 qint64 availableMemory(const QString &root = {});
-/// Bytes that the machine has.
+/// The machine's memory in bytes.
 qint64 totalMemory();

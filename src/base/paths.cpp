@@ -26,12 +26,14 @@ int CreateFolder(const char *path)
         return 0;
     const std::string_view whole(path);
     int failure = 0;
-    // The search begins behind the last stop, so that the root's separator is no stop of its own.
+    // The search skips the position of the last stop, so that a leading separator does not count as
+    // a stop.
     for (size_t stop = 0; stop < whole.size();) {
         stop = std::min(whole.find_first_of("\\/", stop + 1), whole.size());
         if (access(path, F_OK) == 0)
             return 1;
-        // What is there already may be a file. Of the others the first tells why.
+        // EEXIST is no failure, since the folder may exist already. The first other failure is the
+        // one to report.
         if (mkdir(std::string(whole.substr(0, stop)).c_str(), 0775) != 0 && failure == 0)
             failure = errno == EEXIST ? 0 : errno;
     }

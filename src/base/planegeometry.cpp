@@ -7,7 +7,8 @@
 
 namespace {
 
-// These factors are as rough as they look, on purpose: shapes come out the same as they always did.
+// A reader would expect exact factors, but the rough ones are kept on purpose: shapes must come out
+// as they always did.
 constexpr double s_degreesPerRadian = 57.29578;
 constexpr double s_radiansPerDegree = 0.0174533;
 constexpr double s_equal = 0.00004;
@@ -19,7 +20,7 @@ constexpr double s_slack = 0.1;
 
 bool within(double value, double limit) { return value > -limit && value < limit; }
 
-/// The quarter turns, 0 to 3, of a line along an axis.
+/// The direction of a line along an axis, in quarter turns from 0 to 3.
 std::optional<int> axisOf(double dx, double dy)
 {
     if (within(dx, s_axis) || std::abs(dy) > std::abs(s_axisRatio * dx)) {
@@ -155,7 +156,8 @@ bool LineCrossLine(const QPointF &a1, const QPointF &a2, const QPointF &b1, cons
         const double x = a.meanX();
         crossing = {x, bSloped ? b.slope() * x + b2.y() - b.slope() * b2.x() : b.meanY()};
     } else if (b.isVertical()) {
-        // The height is taken at the line's first point and not at its mean, on purpose.
+        // A reader would expect the mean height, but the height at the line's first point is used,
+        // on purpose.
         crossing = {b.meanX(), a.slope() * b1.x() + a.intercept()};
     } else if (b.isHorizontal()) {
         crossing = {(b1.y() - a.intercept()) / a.slope(), b.meanY()};

@@ -4,9 +4,10 @@
 
 // Points and angles in the plane, in screen coordinates: x grows to the right, y downward, and
 // angles grow clockwise. Values that are nearly equal count as equal, and angles near the axes snap
-// to them, so that a nearly straight line comes out straight. Single precision is part of it.
+// to them, so that a nearly straight line comes out straight. The tolerances rely on single
+// precision.
 
-/// The nearest whole number; a half goes up.
+/// The nearest whole number; halves are rounded up.
 int RoundTo(long double value);
 /// True when the difference, in single precision, is under 0.00004.
 bool EquFloat(float a, float b);
@@ -20,12 +21,13 @@ float DistanceTo(const QPointF &a, const QPointF &b);
 QPointF RotateByRad(float angle, const QPointF &point, const QPointF &origin);
 /// `point` turned about `origin` by an angle in degrees.
 QPointF RotateByDeg(float angle, const QPointF &point, const QPointF &origin);
-/// Direction of a line in degrees, from 0 up to 360; 0 for two points that are one.
+/// The direction of the line in degrees, from 0 up to but not including 360. 0 if both points are
+/// equal.
 double CalAngle_Deg(const QPointF &from, const QPointF &to);
 /// The same in radians.
 double CalAngle(const QPointF &from, const QPointF &to);
-/// True when two segments cross, with 0.1 to spare at their ends. `crossing` then holds the point;
-/// when the result is false it may hold where the lines would have met. It stands unwritten for
-/// parallel ones.
+/// Whether two segments cross, with a tolerance of 0.1 at their ends. If so, `crossing` is the
+/// point. If not, `crossing` may be the point where the lines would meet; for parallel lines it is
+/// left alone.
 bool LineCrossLine(const QPointF &a1, const QPointF &a2, const QPointF &b1, const QPointF &b2,
                    QPointF &crossing);

@@ -27,12 +27,12 @@ bool PrivateFolder::make()
 
 void PrivateFolder::remove()
 {
-    // Links in it are removed and not followed.
+    // removeRecursively() removes symbolic links without following them.
     if (reach(false))
         QDir(path()).removeRecursively();
 }
 
-// Each name from the folder before it, so that nothing can be exchanged on the way.
+// Opens each folder relative to its parent, so that nobody can exchange a folder on the way.
 bool PrivateFolder::reach(bool isMade)
 {
     constexpr int how = O_RDONLY | O_DIRECTORY | O_CLOEXEC;

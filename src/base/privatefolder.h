@@ -3,19 +3,20 @@
 #include <QString>
 #include <QStringList>
 
-/// A folder that nobody but the user can look into or put anything in the way of: `names`, one in
-/// the other, in `base`, which is made where it is missing. Each of the names is a folder of the
-/// user's own, no link, and closed to others; one that others could write to until now is refused,
-/// since what lies there may be theirs.
+/// A folder that only the user can read and write: `names`, nested in each other, inside `base`,
+/// which is created if it is missing. Each of the named folders must belong to the user and must
+/// not be a symbolic link, and is closed to others. A folder that others could write to until now
+/// is refused, since its content may be theirs.
 class PrivateFolder
 {
 public:
     PrivateFolder(QString base, QStringList names);
 
     QString path() const;
-    /// Makes it where it is missing, and closes it. False where it can't be had; error() says why.
+    /// Creates the folder if it is missing, and closes it to others. Returns false if that fails;
+    /// error() tells why.
     bool make();
-    /// Takes away all that lies in it, and the folder itself. One that can't be had is left alone.
+    /// Removes the folder with all its content. Does nothing if the folder is not the user's own.
     void remove();
     QString error() const { return m_error; }
 

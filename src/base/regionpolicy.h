@@ -1,21 +1,23 @@
 #pragma once
 
-/// In what marking an ellipse differs from marking a rectangle. All of it is meant.
+/// The ways in which marking an ellipse differs from marking a rectangle. All of these differences
+/// are kept on purpose.
 struct RegionPolicy {
-    bool ellipse = false;  ///< what is drawn in the region; otherwise the rectangle itself
+    bool ellipse = false;  ///< draws an ellipse in the region; otherwise a rectangle
 
     // In the selection.
-    bool arrowInsideEllipse = false;  ///< the cursor tells the ellipse; a press, the rectangle
-    bool clampsAnchor = false;        ///< a press can't begin outside the surface
-    bool missKeepsZone = false;       ///< a press that hits nothing forgets no lost release
-    bool captionWhileFlat = false;    ///< a drag shows it before its band has an area
+    bool arrowInsideEllipse = false;  ///< the cursor tests the ellipse, a press the rectangle
+    bool clampsAnchor = false;        ///< a press outside the surface begins at its edge
+    bool missKeepsZone = false;       ///< a miss keeps the zone of a drag whose release was lost
+    bool captionWhileFlat = false;    ///< a drag shows the caption before its band has an area
     bool keyCaptionHasUnit = true;
 
     // In the overlay.
-    bool cornersNeedCommand = false;  ///< they are drawn only then; they are live at all times
-    bool releaseShowsButton = true;   ///< without a drag before it
-    bool doubleClickPresses = true;   ///< a press soon after a click begins a drag like any other
-    bool ticksWhilePressed = true;    ///< otherwise any release starts further ticks
+    /// Corner handles are drawn only with Command, but always work.
+    bool cornersNeedCommand = false;
+    bool releaseShowsButton = true;  ///< any release shows the button; otherwise only a drag does
+    bool doubleClickPresses = true;  ///< a second press begins a drag, too
+    bool ticksWhilePressed = true;   ///< otherwise a press stops ticks, and any release starts more
 };
 
 constexpr RegionPolicy s_rectanglePolicy{};

@@ -15,13 +15,13 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr float s_handleReach = 5.0F;
-constexpr int s_captionGap = 15;  // between the region and the caption under it
+constexpr int s_captionGap = 15;  // between the region and the caption below it
 
-// Columns and rows count half sizes from the top left corner: 0, 1 or 2.
+// Columns and rows count in halves of the size, from the top left corner: 0, 1 or 2.
 struct Handle {
     int column = 0;
     int row = 0;
-    int anchorColumn = 0;  // the corner that stays while the handle is dragged
+    int anchorColumn = 0;  // the corner that stays in place while this handle is dragged
     int anchorRow = 0;
     Qt::CursorShape cursor = Qt::ArrowCursor;
 
@@ -57,13 +57,13 @@ QPoint pointAt(const QRect &rect, int column, int row)
 
 int &along(QPoint &point, int axis) { return axis == 0 ? point.rx() : point.ry(); }
 
-// Both coordinates, as the guards of the key steps ask of both axes whichever one the key moves
-// along.
+// Compares both coordinates, because the limits of the key steps test both axes, whichever axis the
+// key moves along.
 bool isBelow(QPoint a, QPoint b) { return a.x() < b.x() && a.y() < b.y(); }
 
 QPoint toPoint(QSize size) { return {size.width(), size.height()}; }
 
-// Keeps a length that starts at `from` between 0 and `limit`.
+// The start of a length, moved so that the whole length lies between 0 and `limit`.
 int slid(int from, int length, int limit)
 {
     return from < 0 ? 0 : from > limit - length ? limit - length : from;
@@ -124,8 +124,8 @@ void RegionSelection::release(const Input &input)
     m_rubberBand = false;
 }
 
-// The steps run one after the other, each by itself: Alt with an arrow nudges first, since it has
-// no Shift, and then goes to the edge.
+// A reader would expect one action per key, but the steps run one after the other: Alt with an
+// arrow key first nudges the region, since Shift is not held, and then moves the edge.
 RegionSelection::Request RegionSelection::key(int key, Qt::KeyboardModifiers modifiers)
 {
     const bool hasArea = isBelow({0, 0}, m_regionSize);
@@ -171,7 +171,8 @@ void RegionSelection::arrow(int axis, int step, Qt::KeyboardModifiers modifiers)
     }
 }
 
-// A clear leaves m_hasRegion alone: the next press is still hit tested, against nothing at (0, 0).
+// A reader would expect m_hasRegion to be reset, but it is kept on purpose: the next press is still
+// hit tested, against an empty region at (0, 0).
 void RegionSelection::clear()
 {
     m_startPoint = {};
@@ -185,7 +186,7 @@ QList<QRect> RegionSelection::shapes() const
     QList<QRect> result;
     if (m_rubberBand)
         result.append(band());
-    // Before anything is marked there is nothing to draw, no handle either.
+    // An empty region is not drawn, not even its handles.
     if ((!m_dragging || (m_rubberBand && m_startPoint == m_endPoint)) && m_regionSize != QPoint())
         result.append(region());
     return result;
@@ -210,8 +211,8 @@ RegionSelection::Caption RegionSelection::bandCaption() const
     return {onScreen({x, y}, rect), u"%1 px"_s.arg(rect.width()), u"%1 px"_s.arg(rect.height())};
 }
 
-// The test for x looks at the band and the result at the region: this mix is meant, as are the
-// colon and the unit that an ellipse does without.
+// A reader would expect both x values from the region, but the condition uses the band, on purpose.
+// The colon and the missing unit for an ellipse are intended as well.
 RegionSelection::Caption RegionSelection::regionCaption() const
 {
     const QPoint farCorner = m_regionPos + m_regionSize;
@@ -226,8 +227,8 @@ RegionSelection::Caption RegionSelection::regionCaption() const
             text.arg(m_regionSize.y())};
 }
 
-// Where monitors differ in height, a part of the overlay lies on none of them. A caption that would
-// have a part there comes to the screen that shows most of what is marked.
+// If the monitors differ in height, parts of the overlay lie on no monitor. A caption that would be
+// partly hidden moves to the screen that shows most of the marked area.
 QPoint RegionSelection::onScreen(QPoint caption, const QRect &marked) const
 {
     QRegion hidden = QRect(caption, m_extent.frame) & QRect(QPoint(), m_extent.overlay);
@@ -296,8 +297,8 @@ int RegionSelection::handleAt(QPoint pos) const
     return s_nothing;
 }
 
-// Both edges count, the far one too, as the handles are centred on it. QRect::contains() leaves it
-// out.
+// The far edges count as inside, because the handles are centred on them. QRect::contains()
+// excludes them.
 bool RegionSelection::regionContains(QPoint point) const
 {
     const QPoint offset = point - m_regionPos;
@@ -330,8 +331,8 @@ QPoint RegionSelection::clamped(QPoint point) const
             std::clamp(point.y(), 0, m_extent.surface.height())};
 }
 
-// Only one coordinate of an edge follows the pointer, and it is not clamped: an edge can be dragged
-// past the overlay's border.
+// Only one coordinate follows the pointer. It is not clamped: an edge can be dragged beyond the
+// overlay.
 QPoint RegionSelection::edgeEnd(QPoint pos) const
 {
     const Handle &edge = handle(m_hitZone);
@@ -339,8 +340,8 @@ QPoint RegionSelection::edgeEnd(QPoint pos) const
     return edge.column == 1 ? QPoint(fixed.x(), pos.y()) : QPoint(pos.x(), fixed.y());
 }
 
-// The corner of a square on the band's anchor. Three of the limits are not mirror images of the
-// others, which is meant.
+// The corner of a square that has the band's anchor as its opposite corner. A reader would expect
+// all limits to mirror each other, but three don't, on purpose.
 QPoint RegionSelection::squareEnd(QPoint pointer) const
 {
     const QPoint start = m_startPoint;
@@ -372,8 +373,8 @@ QPoint RegionSelection::squareEnd(QPoint pointer) const
     return limits.at((vertical ? 4U : 0U) + (left ? 2U : 0U) + (down ? 1U : 0U));
 }
 
-// A press with Command goes on with the region instead of starting anew. The last two tests look at
-// the anchor that an earlier drag left, not at the region, which is meant.
+// With Command a press continues with the existing region. A reader would expect the last two tests
+// to use the region, but they use the anchor of an earlier drag, on purpose.
 void RegionSelection::anchorOnRegion(QPoint pos)
 {
     const QPoint origin = m_regionPos;
@@ -401,8 +402,8 @@ void RegionSelection::anchorOnRegion(QPoint pos)
     m_endPoint = row->end;
 }
 
-// A corner turns into a free drag from the opposite corner at the first move; an edge stays an edge
-// until the release. The band counts again once it has been painted.
+// A corner handle becomes a free drag from the opposite corner at the first move; an edge remains
+// an edge until the release. The region counts again once its band has been painted.
 void RegionSelection::dragHandle(QPoint pos)
 {
     const Handle &dragged = handle(m_hitZone);

@@ -11,28 +11,28 @@
 
 #include <optional>
 
-/// What the pointer and the keys mark on the desktop while a region is being chosen.
+/// The region that the user marks on the desktop with the pointer and the keys.
 ///
-/// It stands apart from the overlay because its tables (eight handles, the square rule, the key
-/// steps) are what users notice, and here they need no window, screen or setting.
+/// This class is separate from the overlay so that its rules (eight handles, squares, key steps)
+/// can be tested without a window, a screen or a setting.
 ///
-/// Everything is in device pixels. Positions are overlay coordinates, from the overlay's top left
-/// corner, except where "global" is said. A region's far edge is its position plus its size;
-/// QRect::right() and bottom() are one less and are not used. Keys can make a region's size
+/// All values are in device pixels. Positions are overlay coordinates, relative to the overlay's
+/// top left corner, unless they are called global. A region's far edge is its position plus its
+/// size; QRect::right() and bottom() are one less and are not used. Keys can make a region's size
 /// negative.
 class RegionSelection
 {
 public:
     struct Extent {
-        QSize surface{0, 0};     ///< what is drawn on: bounds the pointer and the key steps
-        QSize overlay{0, 0};     ///< the desktop's box: bounds squares, moves and the caption
-        QSize frame{0, 0};       ///< the caption's frame
-        QList<QRect> screens{};  ///< overlay coordinates; none: the overlay is one screen
+        QSize surface{0, 0};  ///< the size that is drawn on; limits the pointer and the key steps
+        QSize overlay{0, 0};  ///< the size of the desktop; limits squares, moves and the caption
+        QSize frame{0, 0};    ///< the size of the caption's frame
+        QList<QRect> screens{};  ///< in overlay coordinates; empty if the overlay is one screen
     };
 
-    /// Where the pointer is at an event, told in two ways: three of the rules compare the global
-    /// position with overlay coordinates as it stands, which is meant, and the same thing on a
-    /// desktop whose box begins at (0, 0).
+    /// The pointer at an event, in both coordinate systems. A reader would expect overlay
+    /// coordinates everywhere, but some rules compare the global position with them, on purpose.
+    /// Both are equal if the desktop begins at (0, 0).
     struct Input {
         QPoint pos{};      ///< overlay coordinates
         QPoint pointer{};  ///< global
@@ -47,10 +47,12 @@ public:
 
     struct Cursor {
         Qt::CursorShape shape = Qt::CrossCursor;
-        bool onFrame = false;  ///< for the caption's frame; the drawing surface keeps what it has
+        /// Sets the cursor of the caption's frame and leaves that of the drawing surface alone.
+        bool onFrame = false;
     };
 
-    /// What a key asks of the overlay, beyond what the key did to the region.
+    /// What the overlay has to do after a key, besides showing the region that the key may have
+    /// changed.
     enum class Request { None, ChangeViewMode, Accept, Close, Clear };
 
     static constexpr int s_nothing = 0;
@@ -61,38 +63,40 @@ public:
 
     void setExtent(const Extent &extent) { m_extent = extent; }
 
-    /// `buttons` are all that are down; only a press of the left one alone changes anything.
+    /// `buttons` are all buttons that are down. Only a press of the left button alone changes
+    /// anything.
     void press(const Input &input, Qt::MouseButtons buttons);
-    /// The caption to be shown, if there is a drag, and its band has an area where that is asked
-    /// for.
+    /// Returns the caption to show, or none if no drag is under way. A drag whose band has no area
+    /// has a caption only if the policy says so.
     std::optional<Caption> move(const Input &input);
-    /// A button went up, whichever it was.
+    /// Any button was released.
     void release(const Input &input);
     Request key(int key, Qt::KeyboardModifiers modifiers);
     void clear();
 
-    /// The rectangles to be drawn now, in this order.
+    /// The rectangles to draw now, in this order.
     QList<QRect> shapes() const;
-    /// To be called when shapes() have been drawn: a band counts only once it has been seen.
+    /// Tells that shapes() have been drawn: a band becomes a region only if it has been visible.
     void painted();
 
-    Caption bandCaption() const;    ///< for a drag
-    Caption regionCaption() const;  ///< for a key
+    Caption bandCaption() const;    ///< the caption during a drag
+    Caption regionCaption() const;  ///< the caption after a key
 
-    /// `frame` is where the caption's frame is, shown or not, in overlay coordinates.
+    /// `frame` is the rectangle of the caption's frame in overlay coordinates, whether it is shown
+    /// or not.
     Cursor cursor(const Input &input, const QRect &frame) const;
 
     QRect region() const { return {m_regionPos, QSize(m_regionSize.x(), m_regionSize.y())}; }
-    QRect band() const;  ///< normalised
+    QRect band() const;  ///< the rubber band, normalised
     QPoint startPoint() const { return m_startPoint; }
     QPoint endPoint() const { return m_endPoint; }
     int hitZone() const { return m_hitZone; }
     bool hasRegion() const { return m_hasRegion; }
     bool isPressed() const { return m_leftDown; }
 
-    /// `zone` is 1 to 8.
+    /// The centre of a handle of `rect`. `zone` is 1 to 8.
     static QPoint handleCentre(const QRect &rect, int zone);
-    /// Whether the points are at least as far apart across as they are down.
+    /// Whether the horizontal distance of the points is at least their vertical one.
     static bool distance_XvsY(QPoint a, QPoint b);
     static float distance_PtoP(QPoint a, QPoint b);
 
@@ -112,14 +116,14 @@ private:
 
     RegionPolicy m_policy;
     Extent m_extent;
-    QPoint m_startPoint;  // the band's anchor
-    QPoint m_endPoint;    // the band's corner that follows the pointer
+    QPoint m_startPoint;  // the corner of the band where the drag began
+    QPoint m_endPoint;    // the corner of the band that follows the pointer
     QPoint m_regionPos;
     QPoint m_regionSize;  // x is the width, y the height
-    QPoint m_dragOrigin;  // where a move of the region was pressed
+    QPoint m_dragOrigin;  // where the pointer was when it took hold of the region
     int m_hitZone = s_nothing;
-    bool m_rubberBand = false;  // the drag has made a band
-    bool m_hasRegion = false;   // a band has been seen: presses are hit tested, releases store
+    bool m_rubberBand = false;  // the current drag has made a band
+    bool m_hasRegion = false;   // a band was visible: presses are hit tested, releases store
     bool m_leftDown = false;
     bool m_dragging = false;  // the pointer has moved with the button down
 };

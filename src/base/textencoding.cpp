@@ -9,7 +9,8 @@ namespace {
 QString fromAnsi(const char *text) { return QString::fromLocal8Bit(text); }
 QString fromUtf8(const char *text) { return QString::fromUtf8(text); }
 
-// Characters beyond 16 bits are cut to 16, on purpose.
+// A reader would expect surrogate pairs for characters beyond 16 bits, but they are cut to 16 bits,
+// on purpose.
 QString fromWide(const wchar_t *text)
 {
     QString result;

@@ -5,13 +5,14 @@
 
 #include <string>
 
-/// What the outputs of the six conversions below must hold, in bytes, terminator included.
+/// The capacity that the outputs of the six conversions below must have, in bytes, including the
+/// terminator.
 inline constexpr int ConversionCapacity = 16384;
 
-/// Conversions between the system's narrow encoding ("Ansi"), UTF-8 and wide text. They give 1 when
-/// the whole text fitted. A longer text is cut and gives 0; a null source empties the output and
-/// gives 0. Wide sources keep only the low 16 bits of a character, so those beyond U+FFFF don't
-/// survive.
+/// Conversions between the system's narrow encoding ("Ansi"), UTF-8 and wide text. They return 1 if
+/// the whole text fitted. A text that is too long is cut and returns 0; a null source empties the
+/// output and returns 0. Only the low 16 bits of a wide character are converted, so characters
+/// beyond U+FFFF are lost.
 int AnsiToUnicode(const char *source, wchar_t *output);
 int UnicodeToAnsi(const wchar_t *source, char *output);
 int UTF8ToUnicode(const char *source, wchar_t *output);
@@ -22,12 +23,13 @@ int UTF8ToAnsi(const char *source, char *output);
 inline constexpr unsigned CodePageSystem = 0;
 inline constexpr unsigned CodePageUtf8 = 65001;
 
-/// Empty for a code page other than these two. No null sources here: see CW2AEX and CA2WEX.
+/// Convert one text. The result is empty for any other code page. `source` must not be null; CW2AEX
+/// and CA2WEX handle null.
 QByteArray narrowText(const wchar_t *source, unsigned codePage);
 std::wstring wideText(const char *source, unsigned codePage);
 
-/// Narrow text made of wide text for as long as the object lives. Null stays null; an unknown code
-/// page gives the empty string.
+/// Narrow text converted from wide text, valid while the object lives. A null source gives null; an
+/// unknown code page gives the empty string.
 template<int InlineSize = 128> class CW2AEX
 {
 public:
@@ -41,10 +43,10 @@ public:
     operator const char *() const { return m_text.isEmpty() ? nullptr : m_text.constData(); }
 
 private:
-    QVarLengthArray<char, InlineSize> m_text;  // with its terminator; empty for a null source
+    QVarLengthArray<char, InlineSize> m_text;  // with its terminator; empty if the source was null
 };
 
-/// Wide text made of narrow text; otherwise as CW2AEX.
+/// Wide text converted from narrow text; otherwise like CW2AEX.
 template<int InlineSize = 128> class CA2WEX
 {
 public:

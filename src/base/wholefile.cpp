@@ -24,16 +24,16 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int s_mostLinks = 40;  // as many as the system follows
+constexpr int s_mostLinks = 40;  // the limit of the system itself
 constexpr int s_mostNames = 100;
-constexpr qsizetype s_longestName = 200;  // bytes, of a file system's 255
-constexpr qint64 s_atOnce = 1 << 20;      // bytes copied from file to file
+constexpr qsizetype s_longestName = 200;  // bytes; file systems allow 255
+constexpr qint64 s_atOnce = 1 << 20;      // bytes to copy at once from file to file
 constexpr int s_sizeDigits = 20;
 const QString s_recordEnding = u".write"_s;
 
-QString s_spareFolder;  // without a separator at its end
+QString s_spareFolder;  // without a trailing separator
 
-// From choosing a name in the spare folder until it is taken.
+// Held while a name in the spare folder is chosen and the file of that name is created.
 QMutex s_spareNames;
 
 enum class Outcome { Written, Failed, NotReplaceable };
@@ -52,7 +52,7 @@ public:
 
     bool isOpen() const { return m_descriptor >= 0; }
     int get() const { return m_descriptor; }
-    /// False when the system tells only now that what was written is lost.
+    /// Returns false if the system reports only at closing that written data was lost.
     bool close() { return !isOpen() || ::close(std::exchange(m_descriptor, -1)) == 0; }
 
 private:
@@ -65,7 +65,8 @@ QByteArray folderOf(const QByteArray &path)
     return slash < 0 ? "." : slash == 0 ? "/" : path.left(slash);
 }
 
-// The file that is meant, which need not be there. Empty, with errno set, where links lead round.
+// The file that the path means after following symbolic links; it need not exist. Empty, with errno
+// set, if the links form a cycle.
 QByteArray followed(const QString &path)
 {
     QByteArray result = QFile::encodeName(path);
@@ -92,7 +93,7 @@ bool writeAt(int file, qint64 offset, QByteArrayView bytes)
     return true;
 }
 
-// A stretch of a file.
+// A range of bytes in a file.
 struct Stretch {
     int file = -1;
     qint64 offset = 0;
@@ -116,7 +117,7 @@ bool copyTo(int file, qint64 offset, const Stretch &from)
     return true;
 }
 
-// All of it, or as much as can be read.
+// The content, or as much of it as can be read.
 QByteArray contentOf(int file)
 {
     struct stat now {
@@ -135,7 +136,8 @@ QByteArray contentOf(int file)
     return result;
 }
 
-// A name in a folder is on the disk when the folder is. Some file systems know nothing of that.
+// A new name is on the disk only after its folder has been synced. File systems that can't do that
+// are ignored.
 void syncFolder(const QByteArray &folder)
 {
     const Descriptor opened(open(folder.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
@@ -161,8 +163,8 @@ QByteArray attribute(int file, const QByteArray &name)
     return value;
 }
 
-// Owner, mode, access list (an attribute to the system) and attributes. False when something of it
-// would be lost.
+// Copies owner, mode, access list (which is an extended attribute) and attributes. Returns false if
+// one of them would be lost.
 bool takeOver(int from, const struct stat &old, int to)
 {
     struct stat fresh {
@@ -173,7 +175,7 @@ bool takeOver(int from, const struct stat &old, int to)
     if (!hasOwner && fchown(to, old.st_uid, old.st_gid) != 0)
         return false;
     const QList<QByteArray> names = attributeNames(from);
-    // A folder may give a list of its own to each new file.
+    // The folder may have given the new file a default access list.
     for (const QByteArray &name : attributeNames(to)) {
         if (!names.contains(name) && fremovexattr(to, name.constData()) != 0)
             return false;
@@ -187,7 +189,8 @@ bool takeOver(int from, const struct stat &old, int to)
     });
 }
 
-// Names beside the target that are free, for `make`, which fails with EEXIST where one is not.
+// Calls `make` with names beside the target until one is free; `make` must fail with EEXIST for a
+// name that is taken. Returns the name, or an empty one if nothing was made.
 QByteArray madeBeside(const QByteArray &target, const std::function<bool(const QByteArray &)> &make)
 {
     const QByteArray start =
@@ -203,9 +206,8 @@ QByteArray madeBeside(const QByteArray &target, const std::function<bool(const Q
     return {};
 }
 
-// New bytes beside the file that they are meant for, until they are put in its place. They have no
-// name before they are whole, where the file system knows such files, so that a kill leaves nothing
-// behind.
+// New content in the target's folder, until it replaces the target. If the file system supports it,
+// the file has no name until it is complete, so that a kill leaves nothing behind.
 class Part
 {
 public:
@@ -248,7 +250,7 @@ public:
         return true;
     }
 
-    // Unless it is written the bytes can still be read here.
+    // Replaces the target. If it is NotReplaceable, the bytes can still be read from file().
     Outcome put()
     {
         if (fsync(m_file.get()) != 0)
@@ -273,7 +275,7 @@ public:
         return Outcome::Written;
     }
 
-    // What is left of it goes, and the reason for that stays.
+    // Removes the new content and keeps errno.
     void discard()
     {
         const int reason = errno;
@@ -287,12 +289,12 @@ public:
 
 private:
     QByteArray m_target;
-    QByteArray m_name;  // where it has one
+    QByteArray m_name;  // empty while the file has no name
     Descriptor m_file{-1};
     qint64 m_size = 0;
 };
 
-// Room is made before the first byte is changed: a full disk costs nothing.
+// Allocates the space before it changes the first byte, so that a full disk damages nothing.
 bool overwrite(int file, const Stretch &from)
 {
     struct stat old {
@@ -310,8 +312,8 @@ bool overwrite(int file, const Stretch &from)
     return copyTo(file, 0, from) && ftruncate(file, from.size) == 0 && fsync(file) == 0;
 }
 
-// What is to be written in place, where, and over what, is one file of the spare folder: a line
-// about it, the new bytes and the old ones. The line is as long for any number of bytes.
+// A write in place is recorded as one file in the spare folder: a line that describes it, the new
+// bytes and the old bytes. The line's length does not depend on the number of bytes.
 QByteArray recordLine(const QByteArray &target, qint64 size)
 {
     const QJsonObject about{{u"path"_s, QString::fromLatin1(target.toPercentEncoding("/"))},
@@ -329,7 +331,7 @@ bool makeSpareFolder()
            chmod(QFile::encodeName(s_spareFolder).constData(), S_IRWXU) == 0;
 }
 
-// A name in the spare folder that is free.
+// A free name in the spare folder.
 QByteArray spareName(const QByteArray &target, const QString &ending)
 {
     const QString name =
@@ -341,7 +343,8 @@ QByteArray spareName(const QByteArray &target, const QString &ending)
     }
 }
 
-// The bytes, under a name of the spare folder. Empty, with errno set, where they can't be kept.
+// Stores bytes in the spare folder and returns the name. Returns an empty name, with errno set, on
+// failure.
 QByteArray keepSpare(const QByteArray &target, const QString &ending,
                      const std::function<bool(Part &)> &fill)
 {
@@ -353,8 +356,8 @@ QByteArray keepSpare(const QByteArray &target, const QString &ending,
     return name;
 }
 
-// Whether a file holds nothing but what a write that was cut off can have left: what nobody else
-// has written is old or new, or room that was made.
+// Whether an interrupted write alone explains the content: each byte is the old or the new one, or
+// belongs to space that was allocated.
 bool isCutOff(const QByteArray &now, const QByteArray &bytes, const QByteArray &before)
 {
     if (now.size() != before.size() && now.size() != std::max(bytes.size(), before.size()))
@@ -378,7 +381,7 @@ bool finishWrite(const QByteArray &target, const QByteArray &bytes, const QByteA
 
 }  // namespace
 
-// The new bytes beside the target or, where it can't be replaced, in the spare folder.
+// The new content: beside the target, or in the spare folder if the target can't be replaced.
 struct WholeFile::Writing {
     QByteArray target{};
     struct stat old {
@@ -396,7 +399,8 @@ struct WholeFile::Writing {
             errno = S_ISDIR(old.st_mode) ? EISDIR : EINVAL;
             return false;
         }
-        // A file that is protected from writing could be replaced all the same.
+        // Replacing needs no write permission for the file itself, so a protected file has to be
+        // refused here.
         if (exists && faccessat(AT_FDCWD, target.constData(), W_OK, AT_EACCESS) != 0)
             return false;
         if (!exists)
@@ -441,7 +445,8 @@ private:
         const Descriptor before(open(record.constData(), O_RDONLY | O_CLOEXEC));
         const bool isWritten = overwrite(file.get(), {.file = part.file(), .size = part.size()});
         const int reason = errno;
-        // With neither the new bytes nor the old ones in the file the next start tries again.
+        // If the file holds neither the complete new content nor the old one, the record is kept,
+        // and the next start tries again.
         if (isWritten || overwrite(file.get(), {.file = before.get(),
                                                 .offset = line.size() + part.size(),
                                                 .size = now.st_size})) {
@@ -470,7 +475,7 @@ bool WholeFile::append(QByteArrayView bytes)
         if (m_error != 0)
             return false;
         m_writing = std::make_unique<Writing>();
-        // Less what the user's mask takes.
+        // The umask is subtracted from this mode.
         const mode_t mode = m_readers == Readers::User ? S_IRUSR | S_IWUSR : 0666;
         if (!m_writing->begin(m_path, mode))
             return end(false);
@@ -490,7 +495,8 @@ QList<WholeFile::Unfinished> WholeFile::finishWrites()
     if (s_spareFolder.isEmpty())
         return result;
     const QDir folder(s_spareFolder);
-    // Its bytes had not come together when the program was killed, and the target was not touched.
+    // Such a file was still incomplete when the program was killed, and its target had not been
+    // touched.
     for (const QFileInfo &cut : folder.entryInfoList({u".*.part"_s}, QDir::Files | QDir::Hidden))
         QFile::remove(cut.filePath());
     for (const QFileInfo &entry :
@@ -509,7 +515,7 @@ QList<WholeFile::Unfinished> WholeFile::finishWrites()
         if (!finishWrite(target, bytes, before, kept)) {
             const QByteArray copy =
                 keepSpare(target, {}, [&](Part &spare) { return spare.append(bytes); });
-            // The record stays for the next start where even that fails.
+            // If not even that works, the record is kept for the next start.
             if (copy.isEmpty())
                 continue;
             result.append({QFile::decodeName(target), QFile::decodeName(copy)});

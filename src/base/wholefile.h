@@ -7,48 +7,48 @@
 
 #include <memory>
 
-/// Writes a file whole or not at all: whatever fails, and whenever the program is killed, the file
-/// holds all of its old bytes or all of the new ones. One that is replaced keeps its owner, mode,
-/// access list and extended attributes; a symbolic link stays, and the file that it names is
-/// written.
+/// Writes a file completely or not at all: if writing fails or the program is killed, the file
+/// still holds all of its old bytes or already holds all of the new ones. A file that is replaced
+/// keeps its owner, mode, access list and extended attributes. A symbolic link is kept, and the
+/// file that it points to is written.
 ///
-/// Some files can't be replaced by a new one: the folder allows none, or the owner or other hard
-/// links would be lost. The new bytes then lie in the spare folder before any of them is written
-/// into the file in place, so that the next start can finish what was cut off.
+/// Some files can't be replaced by a new file, because the folder doesn't allow it or because the
+/// owner or other hard links would be lost. They are overwritten in place. The new bytes are first
+/// stored in the spare folder, so that the next start can finish a write that was interrupted.
 class WholeFile
 {
 public:
-    /// Who can read a file that is new: whom the user's mask lets, or the user alone.
+    /// Who can read a newly created file: everybody that the umask allows, or only the user.
     enum class Readers { Usual, User };
     explicit WholeFile(QString path, Readers readers = Readers::Usual);
-    /// Gives up what was not committed.
+    /// Discards what was not committed.
     ~WholeFile();
 
-    /// Takes the next of the new bytes; the file stays as it is. False when there is no room, or
-    /// the file can't be written: commit() is false then as well.
+    /// Adds to the new content; the file itself is left alone. Returns false if there is no room or
+    /// the file can't be written; commit() then returns false, too.
     bool append(QByteArrayView bytes);
-    /// Puts what was appended into the file, all at once. False when the file could not be
-    /// written; it is as it was then. The bytes have reached the disk when this returns.
+    /// Replaces the file's content by what was appended. Returns false if the file could not be
+    /// written; it then has its old content. The bytes are on the disk when this returns.
     bool commit();
-    /// Both, with all of the bytes.
+    /// append() and commit() in one call.
     bool write(const QByteArray &bytes) { return append(bytes) && commit(); }
     /// Whether the file could not be written.
     bool hasFailed() const { return m_error != 0; }
-    /// Why not, in the system's words.
+    /// The reason, in the system's words.
     QString error() const;
 
-    /// Where bytes lie that have to be written in place. Made when it is needed, for the user
-    /// alone. Without one such a file is not written.
+    /// Sets the folder for the bytes of files that are written in place. It is created when it is
+    /// needed, for the user alone. Without a spare folder such files are not written.
     static void setSpareFolder(const QString &folder);
 
-    /// A write that could not be finished, since the file has become another one or can't be
+    /// A write that could not be finished, because the file has been changed since or can't be
     /// written any more.
     struct Unfinished {
-        QString path{};  ///< of the file
-        QString copy{};  ///< what it was to hold, in the spare folder
+        QString path{};  ///< path of the file
+        QString copy{};  ///< path of the new content, in the spare folder
     };
-    /// Finishes what an earlier run was kept from finishing. What can't be is told once, and its
-    /// copy stays.
+    /// Finishes the writes that an earlier run began. Returns those that can't be finished, once;
+    /// their copies are kept.
     static QList<Unfinished> finishWrites();
 
 private:

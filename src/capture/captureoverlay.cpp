@@ -17,7 +17,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int s_tickInterval = 100;  // ms
-// Ticks for which the keyboard is asked for while somebody else has it.
+// How many ticks long the keyboard is asked for while another client has grabbed it.
 constexpr int s_keyboardTries = 20;
 
 QColor black(qreal opacity)
@@ -41,8 +41,9 @@ CaptureOverlay::CaptureOverlay(QWidget *parent, qreal sheetOpacity)
     : QDialog(parent), m_area(desktopBox()), m_sheetOpacity(sheetOpacity)
 {
     setWindowFlags(windowFlags() | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
-    // Before it is shown for the first time, or a dialog that is open would keep its keys from it.
-    // Otherwise not yet: one that is shown before it is run leaves the window its close button.
+    // A modal flag that is set after the first show would be too late if another dialog is open,
+    // which would then keep the overlay's keys. Without an open dialog it is set in exec(), so that
+    // the window's close button works until then.
     setModal(QApplication::activeModalWidget());
     setAttribute(Qt::WA_TranslucentBackground, !hasSheet());
     startTicks();
@@ -52,10 +53,10 @@ void CaptureOverlay::setSurface(QWidget *surface)
 {
     m_surface = surface;
     m_surface->setMouseTracking(true);
-    // The sheet covers all of it: nothing has to be cleared first.
+    // The sheet covers the whole surface, so the background need not be cleared.
     m_surface->setAttribute(Qt::WA_OpaquePaintEvent);
     m_surface->installEventFilter(this);
-    // Not sooner: the form brings a size of its own.
+    // The form has set a size of its own before, so this comes last.
     services().windows->coverArea(this, m_area);
 }
 
@@ -64,8 +65,8 @@ void CaptureOverlay::ShowDetailWindow(EShowMagOpr opr, int x, int y)
     emit ShowDetailWindowRequest(this, opr, x, y);
 }
 
-// The loop ends when the window is hidden, so it must not begin without one: an overlay that
-// can't be shown, or that was closed while it was being shown, would never return.
+// The dialog's loop ends when the window is hidden. For an overlay that can't be shown, or that was
+// closed while it was being shown, it would never return.
 int CaptureOverlay::exec()
 {
     setModal(true);
@@ -76,7 +77,8 @@ int CaptureOverlay::exec()
     tellOpen();
     const int result = QDialog::exec();
     m_waitsToOpen = false;
-    // The end of the program leaves the loop with the window, and the keyboard, where they were.
+    // When the program quits, the loop returns with the window still shown and the keyboard still
+    // grabbed.
     hide();
     return result;
 }
@@ -108,15 +110,15 @@ void CaptureOverlay::setVisible(bool visible)
             return;
         m_windowBefore = QApplication::activeWindow();
         QDialog::setVisible(true);
-        // Both need the window on the screen: the keyboard goes to no other, and the magnifier,
-        // which opens now, comes to lie above it.
+        // Both need the visible window: only then can the keyboard be grabbed, and the magnifier
+        // must open above it.
         takeKeyboard();
         ShowDetailWindow(eMagOpen, 0, 0);
     } else {
         emit leaves(result() == Accepted);
         ShowDetailWindow(eMagClose, 0, 0);
         giveKeyboardBack();
-        // A menu would outlive the overlay that it belongs to, and its loop would go on.
+        // An open menu would stay open without its overlay, and its loop would continue.
         for (QMenu *menu : findChildren<QMenu *>())
             menu->close();
         QDialog::setVisible(false);
@@ -124,8 +126,8 @@ void CaptureOverlay::setVisible(bool visible)
     }
 }
 
-// The toolkit gives a modal window the focus behind the window manager's back. Some managers then
-// know of no active window any more, and would leave it at that.
+// The toolkit gives a modal window the focus without the window manager's knowledge. Some window
+// managers then report no active window and don't activate another one.
 void CaptureOverlay::giveFocusBack()
 {
     if (m_windowBefore && m_windowBefore->isVisible() && !m_windowBefore->isMinimized())
@@ -133,7 +135,7 @@ void CaptureOverlay::giveFocusBack()
     m_windowBefore.clear();
 }
 
-// False where nothing could be seen but the sheet.
+// Prepares the view of the desktop. Returns false if only the sheet would be visible.
 bool CaptureOverlay::makeSeeThrough()
 {
     m_dimmed = {};
@@ -148,14 +150,14 @@ bool CaptureOverlay::makeSeeThrough()
     return true;
 }
 
-// The overlay was made for the desktop as it was when it opened. Without the compositor that it
-// counted on the sheet turns opaque, and a picture of what it hides can no longer be taken.
+// The overlay was made for the desktop at the time when it opened. If the compositor ends, the
+// sheet becomes opaque, and the desktop behind it can't be captured any more.
 bool CaptureOverlay::fitsDesktop() const
 {
     return m_area == desktopBox() && (!m_dimmed.isNull() || services().windows->isComposited());
 }
 
-// No window manager gives the focus to this window.
+// The window is override-redirect, so no window manager gives it the focus.
 void CaptureOverlay::takeKeyboard()
 {
     if (QWidget::keyboardGrabber() != m_surface) {
@@ -200,7 +202,7 @@ void CaptureOverlay::runMenu(QPoint global, const MenuEntry &finish, const QList
     add({.text = tr("Change magnifier view mode"), .shortcut = u"Ctrl+E"_s, .run = [this] {
              changeviewmode();
          }});
-    // The toolkit hands keys to a grabber before it looks for an open menu.
+    // The toolkit sends keys to a keyboard grabber before it looks for an open menu.
     giveKeyboardBack();
     menu.exec(global);
     if (isVisible())
@@ -233,7 +235,7 @@ void CaptureOverlay::passTick()
         reject();
         return;
     }
-    // An open menu has the keyboard, and must not be covered.
+    // An open menu has the keyboard and must not be covered.
     const bool menuIsOpen = QApplication::activePopupWidget();
     if (!IsAppActive() && !menuIsOpen)
         stayOnTop();
@@ -246,7 +248,7 @@ void CaptureOverlay::passTick()
 void CaptureOverlay::stayOnTop()
 {
     raise();
-    // The magnifier belongs above its overlay.
+    // The magnifier must stay above its overlay.
     for (QWidget *child : findChildren<QWidget *>(QString(), Qt::FindDirectChildrenOnly)) {
         if (child->isWindow() && child->isVisible())
             child->raise();
@@ -255,7 +257,8 @@ void CaptureOverlay::stayOnTop()
 
 QSize CaptureOverlay::surfaceSize() const
 {
-    // Where the scale does not divide the desktop's size the window is a little larger than it.
+    // If the scale does not divide the desktop's size, the window is slightly larger than the
+    // desktop.
     return toPixels(m_surface->size()).boundedTo(m_area.size());
 }
 
@@ -276,8 +279,8 @@ QPoint CaptureOverlay::toLogical(QPoint pixel) const
     return (QPointF(pixel) / devicePixelRatioF()).toPoint();
 }
 
-// Logical rectangles begin and end between device pixels where the scale is not whole, and the
-// toolkit rounds them: one more on each side is sure to hold what was asked for.
+// With a fractional scale logical rectangles begin and end between device pixels, and the toolkit
+// rounds them. One more pixel on each side covers the requested part in any case.
 QRect CaptureOverlay::pixelsAround(const QRect &logical) const
 {
     const qreal scale = devicePixelRatioF();
@@ -321,8 +324,9 @@ void CaptureOverlay::paintSheet(const QRegion &exposed, const std::function<void
     draw(painter);
 }
 
-// What a compositor adds to the dimmed desktop: the sheet, drawn as a whole, times its opacity. The
-// painter's own opacity can't do that, as it would weigh sums that have already been cut at white.
+// Adds what a compositor would add to the dimmed desktop: the complete sheet multiplied by its
+// opacity. The painter's own opacity can't be used, because it would apply to sums that are already
+// limited to white.
 void CaptureOverlay::addSheet(QPainter &painter, const QRect &pixels,
                               const std::function<void(QPainter &)> &draw) const
 {

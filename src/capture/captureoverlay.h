@@ -14,102 +14,103 @@
 class QMenu;
 class QPainter;
 
-/// What every overlay does: it covers the desktop, stays on top of it and lets it be seen through a
-/// black sheet, has the keyboard, ticks, and feeds the magnifier. How an overlay reads the mouse is
-/// its own.
+/// The base of all overlays: covers the desktop, stays on top, shows the desktop through a
+/// translucent black sheet, has the keyboard, ticks, and updates the magnifier. Each overlay
+/// handles the mouse itself.
 ///
-/// An overlay thinks in device pixels, from its top left corner. The toolkit's logical coordinates
-/// are converted by the functions here and nowhere else.
+/// Overlays use device pixels, relative to their top left corner. The toolkit's logical coordinates
+/// are converted by the functions of this class only.
 class CaptureOverlay : public QDialog
 {
     Q_OBJECT
 public:
-    /// To be set once the modal loop is over: nothing more is sent or raised.
+    /// The caller sets this after the modal loop; then nothing more is sent or raised.
     bool finished = false;
 
+    /// Emits ShowDetailWindowRequest. (x, y) is a global position in device pixels.
     void ShowDetailWindow(EShowMagOpr opr, int x, int y);
 
-    /// What was marked, read from the desktop as it is now: after the overlay has left it.
+    /// Takes the marked part of the desktop as it is now. To be called after the overlay has left
+    /// the screen.
     virtual Grab take() = 0;
 
     /// Raises the overlay, and its child windows above it.
     void stayOnTop();
 
-    /// Stays hidden where the desktop can't be seen through it.
+    /// Does not show the overlay if the desktop would not be visible through it.
     void setVisible(bool visible) override;
 
 public slots:
-    /// Ends by itself, rejected, if the desktop changes so that the overlay no longer fits it.
+    /// Returns Rejected if the overlay can't be shown, and ends with Rejected if the desktop
+    /// changes so that the overlay no longer fits.
     int exec() override;
     void changeviewmode();
-    /// Does nothing while there is nothing that could be taken.
+    /// Does nothing if there is nothing to take.
     void accept() override;
 
 signals:
-    /// It is on the screen and has the keyboard, or has given up asking for it.
+    /// The overlay is on the screen and has the keyboard, or has given up asking for it.
     void opened();
-    /// It is about to leave the screen.
+    /// The overlay is about to leave the screen.
     void leaves(bool accepted);
     /// `parent` is this overlay; (x, y) is a global position in device pixels.
     void ShowDetailWindowRequest(QWidget *parent, EShowMagOpr opr, int x, int y);
 
 protected:
-    /// `sheetOpacity` is how much of the desktop the sheet takes away, 0 to 1. With 0 there is no
-    /// sheet: what is drawn lies on the desktop as it is.
+    /// `sheetOpacity` is the opacity of the black sheet, 0 to 1. With 0 there is no sheet: the
+    /// overlay draws on the unchanged desktop.
     CaptureOverlay(QWidget *parent, qreal sheetOpacity);
 
-    /// The child that fills the overlay: it is drawn on, and gets the mouse and all keys. Call it
-    /// once, when the form has been built.
+    /// Sets the child that fills the overlay, is drawn on, and gets mouse and key events. To be
+    /// called once, after the form has been set up.
     void setSurface(QWidget *surface);
 
-    /// Whether a key that ends an overlay comes from one that is held down: it was pressed for
-    /// something else.
+    /// Whether the event is the automatic repeat of Escape, Return or Enter: that key was pressed
+    /// for something else and must not end the overlay.
     static bool isHeldEnd(const QEvent &event);
 
-    /// Whether what is marked has an area.
+    /// Whether something is marked that can be taken.
     virtual bool canBeTaken() const = 0;
 
-    /// Every 100 ms while the overlay is shown, until `finished`.
+    /// Called every 100 ms while the overlay is visible, until `finished`.
     virtual void tick() = 0;
-    /// Ends the newest ticks; those that were started before them go on.
+    /// Stops the newest series of ticks; older series continue.
     void stopTicks();
-    /// Starts ticks of their own, beside any that run.
+    /// Starts another series of ticks, in addition to running ones.
     void startTicks();
 
-    /// The desktop's box, global.
+    /// The rectangle of the desktop, global.
     const QRect &area() const { return m_area; }
-    /// The size of the surface as far as it lies on the desktop.
+    /// The part of the surface's size that is on the desktop, in device pixels.
     QSize surfaceSize() const;
     struct MenuEntry {
         QString text{};
-        QKeySequence shortcut{};  ///< shown only
+        QKeySequence shortcut{};  ///< only displayed
         bool enabled = true;
         std::function<void()> run{};
     };
-    /// Runs the context menu at a global position (logical coordinates): `own` entries among those
-    /// that every overlay has. The overlay may have been closed when this returns.
+    /// Runs the context menu at a global position in logical coordinates. It contains the `own`
+    /// entries and those that all overlays have. The overlay may have been closed when this
+    /// returns.
     void runMenu(QPoint global, const MenuEntry &finish, const QList<MenuEntry> &own);
 
-    /// Where the pointer is, global and in overlay coordinates.
+    /// The pointer's position, in global and in overlay coordinates.
     QPoint pointer() const;
     QPoint pointerInOverlay() const { return pointer() - m_area.topLeft(); }
 
-    /// From the surface's logical coordinates to device pixels, and back to the nearest ones.
+    /// Convert between the surface's logical coordinates and device pixels; toLogical() rounds.
     QPoint toPixels(QPointF position) const;
     QSize toPixels(QSize size) const;
     QPoint toLogical(QPoint pixel) const;
 
-    /// The device pixels that a logical rectangle of the surface touches, and one more on each
-    /// side.
+    /// The device pixels that a logical rectangle of the surface touches, plus one on each side.
     QRect pixelsAround(const QRect &logical) const;
 
-    /// Has the surface repainted where `pixels` are. A paint event follows even for an empty
-    /// region.
+    /// Schedules a repaint of these device pixels. Even an empty region causes a paint event.
     void updatePixels(const QRegion &pixels);
 
-    /// Paints the part of the surface that a paint event tells of (logical coordinates): the sheet,
-    /// and on it what `draw` draws in device pixels, antialiased. `draw` may be called several
-    /// times.
+    /// Paints the region of a paint event (in logical coordinates): the sheet, and the result of
+    /// `draw` on it, which draws antialiased in device pixels. `draw` may be called several times.
     void paintSheet(const QRegion &exposed, const std::function<void(QPainter &)> &draw);
 
 private:
@@ -127,10 +128,10 @@ private:
 
     QRect m_area;
     qreal m_sheetOpacity = 0;
-    QPixmap m_dimmed;  // the desktop under the black sheet; null where a compositor mixes the two
+    QPixmap m_dimmed;  // the desktop under the black sheet; null if a compositor blends them
     QWidget *m_surface = nullptr;
     QPointer<QWidget> m_windowBefore;  // the program's active window when the overlay opened
-    QList<int> m_ticks;                // those that go on, by number
+    QList<int> m_ticks;                // the numbers of the running series of ticks
     int m_newestTicks = 0;
     int m_keyboardTries = 0;
     bool m_waitsToOpen = false;

@@ -29,7 +29,7 @@ void drawPanel(QPaintDevice &device, const QRect &rect, const QColor &color)
     painter.drawRoundedRect(rect, s_radius, s_radius, Qt::AbsoluteSize);
 }
 
-// The form's size, or as much of it as fits: any number of seconds may have been asked for.
+// Sets the form's font size, or a smaller one that fits, because the number may be long.
 void fitFont(QLabel &label, int width)
 {
     QFont font = label.font();
@@ -49,7 +49,7 @@ DialogCountDown::DialogCountDown(QWidget *parent)
     setStyleSheet(u"QDialog{background-color: rgba(35, 40, 45, 0%);}"_s);
     setWindowFlags(Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
     setAttribute(Qt::WA_TranslucentBackground);
-    // Nothing shows through without a compositor, and the corners have to be cut off.
+    // Without a compositor nothing is translucent, so the corners are cut off.
     if (!services().windows->isComposited()) {
         QBitmap mask(size());
         mask.clear();
@@ -101,14 +101,14 @@ void DialogCountDown::timerEvent(QTimerEvent * /*event*/)
     }
 }
 
-// However it is closed: a panel that is gone must not go on counting.
+// Also stops the count, however the panel is closed.
 void DialogCountDown::reject()
 {
     m_Second = s_cancelled;
     QDialog::reject();
 }
 
-// The caller's loop takes the panel away; no other key means anything.
+// The caller's loop closes the panel; other keys are ignored.
 void DialogCountDown::keyPressEvent(QKeyEvent *event)
 {
     if (event->key() == Qt::Key_Escape)

@@ -8,8 +8,8 @@ namespace Ui {
 class DialogCountDown;
 }  // namespace Ui
 
-/// The panel that counts down before a delayed grab. It is shown without a loop of its own: the
-/// caller runs events until getSecond() is below 0.
+/// The panel that counts down before a delayed grab. It does not run an event loop: the caller
+/// processes events until getSecond() is below 0.
 class DialogCountDown : public QDialog
 {
     Q_OBJECT
@@ -19,14 +19,14 @@ public:
     explicit DialogCountDown(QWidget *parent = nullptr);
     ~DialogCountDown() override;
 
-    /// Starts at this number, above 0 and a day at the most, and shows it at once. Ticks come every
-    /// second from construction on.
+    /// Starts the countdown at `second`, which is above 0 and limited to a day, and displays it at
+    /// once. The panel ticks every second from its construction on.
     void setSecond(int second);
-    /// Starts anew, with a whole second for the first number.
+    /// Starts again; the first number is displayed for a whole second.
     void restart(int second);
-    /// What is shown next. Below 0 the count is over, or was cancelled.
+    /// The next number to display. Below 0 the countdown is over or was cancelled.
     int getSecond() const { return m_Second; }
-    /// 1 once the count has run out, 0 otherwise.
+    /// 1 if the countdown has finished, else 0.
     int getResult() const { return m_Result; }
 
     void reject() override;
@@ -42,5 +42,5 @@ private:
     std::unique_ptr<Ui::DialogCountDown> m_ui;
     int m_Second = 0;
     int m_Result = 0;
-    int m_count = 0;  ///< the ticks of earlier counts have ended
+    int m_count = 0;  ///< identifies the current countdown; ticks of earlier ones are ignored
 };

@@ -4,8 +4,8 @@
 
 class QPainterPath;
 
-/// The overlay with which the user marks an ellipse: by the rectangle around it, and otherwise as
-/// RegionPolicy tells.
+/// The overlay for marking an ellipse. The user marks the rectangle around it; RegionPolicy lists
+/// all differences from a rectangle.
 class MyDrawRound : public RegionOverlay
 {
     Q_OBJECT
@@ -13,12 +13,12 @@ public:
     explicit MyDrawRound(QWidget *parent = nullptr);
 
     Grab take() override;
-    /// The ellipse in the picture's coordinates, which the caller owns. Null only where the region
-    /// has no height.
+    /// The ellipse in the coordinates of the picture; the caller owns it. A reader would expect
+    /// null for every empty region, but it is null only for a height of 0, on purpose.
     QPainterPath *getEllipse() const;
 
-    /// Draws an ellipse in the painter's pen and brush, and the handles of the rectangle around it,
-    /// those at its corners only while Command alone is held. Leaves the painter's brush changed.
+    /// Draws an ellipse with the painter's pen and brush, and the handles of its bounding
+    /// rectangle; the corner handles only while Command alone is held. Changes the painter's brush.
     static void myDrawEllipse(QPainter &p, int x, int y, int w, int h);
 
 protected:

@@ -7,13 +7,14 @@
 
 #include <variant>
 
-/// What one grab brings.
-// The check believes that moving a variant can throw. NOLINTNEXTLINE(bugprone-exception-escape)
+/// The result of one grab.
+// clang-tidy assumes that moving a variant can throw. NOLINTNEXTLINE(bugprone-exception-escape)
 struct Grab {
-    QPixmap picture{};  ///< device pixels; null where nothing could be read
-    /// What is kept of the picture, in its coordinates; all of it where there is none.
+    QPixmap picture{};  ///< in device pixels; null if nothing could be read
+    /// The outline of the pixels to keep, in the picture's coordinates; without one all pixels are
+    /// kept.
     std::variant<std::monostate, QPainterPath, QPolygonF> outline{};
-    QString name{};    ///< the document's; may be empty
-    QString kind{};    ///< "rectangle", "window" and the like
-    uint process = 0;  ///< that was in front before; 0 where it didn't tell
+    QString name{};    ///< name for the document; may be empty
+    QString kind{};    ///< "rectangle", "window" and so on
+    uint process = 0;  ///< process of the application that was active before; 0 if unknown
 };

@@ -8,7 +8,7 @@
 class DigDetail;
 class QWidget;
 
-/// Carries out what the overlays ask of the magnifier. There is one at the most.
+/// Carries out the overlays' requests for the magnifier. There is at most one magnifier.
 class Magnifier
 {
 public:
@@ -17,8 +17,8 @@ public:
         int multiple = 8;
     };
 
-    /// `parent` is the overlay, above which a new magnifier opens and with which it goes at the
-    /// latest; `pos` is global, in device pixels; `type` is DigDetail's.
+    /// `parent` is the overlay; a new magnifier opens above it and is deleted with it at the
+    /// latest. `pos` is a global position in device pixels. `type` is one of DigDetail's types.
     void request(QWidget *parent, EShowMagOpr opr, QPoint pos, int type, const Settings &settings);
 
 private:
@@ -27,5 +27,5 @@ private:
     void update(QPoint pos, int multiple);
 
     QPointer<DigDetail> m_panel;  // owned by the overlay
-    int m_screen = 1;             // the one that the pointer was on when it was last placed
+    int m_screen = 1;             // the screen that had the pointer at the last update
 };

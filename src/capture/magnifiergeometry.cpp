@@ -26,7 +26,7 @@ QPoint MagnifierView::centre() const
 QRect MagnifierView::centreMark() const
 {
     const auto block = [this](int length) { return (length / multiple - 1) / 2 * multiple; };
-    // A rectangle is drawn one pixel larger than it is.
+    // QPainter::drawRect() draws one pixel more than the rectangle's size.
     return {block(pictureSize().width()), block(pictureSize().height()), multiple - 1,
             multiple - 1};
 }

@@ -4,29 +4,30 @@
 #include <QRect>
 #include <QSize>
 
-// The magnifier's numbers. Everything is in device pixels; places on the desktop are global.
+// Computations for the magnifier. All values are device pixels; positions on the desktop are
+// global.
 
-/// An enlarged view of the desktop in which each of its pixels is a block.
+/// An enlarged view of the desktop in which each desktop pixel is a square block.
 struct MagnifierView {
-    QSize size{};      ///< of what is drawn on
-    int multiple = 8;  ///< a block's side; above 0
+    QSize size{};      ///< size of the drawing area
+    int multiple = 8;  ///< side of a block; above 0
 
-    /// The enlarged picture's size: as many whole blocks as fit.
+    /// The size of the enlarged picture: as many whole blocks as fit.
     QSize pictureSize() const;
-    /// What of the desktop is shown around a point: one pixel a block.
+    /// The part of the desktop that is shown for a point: one pixel for each block.
     QRect source(QPoint point) const;
-    /// A pixel of the enlarged picture in the block of the point itself. With an even number of
-    /// blocks that is the one before the middle.
+    /// A pixel of the enlarged picture inside the block of the point. If the number of blocks is
+    /// even, it is the block before the middle.
     QPoint centre() const;
-    /// The outline of that block, as QPainter::drawRect() takes it.
+    /// The outline of that block, for QPainter::drawRect().
     QRect centreMark() const;
-    /// Where in the view that part of `source` is that lies on the desktop.
+    /// The rectangle in the view of the part of `source` that is on the desktop.
     QRect visible(const QRect &source, const QRect &desktop) const;
 };
 
-/// Whether the pointer is so near that the magnifier must give way.
+/// Whether the pointer is so close that the magnifier must move away.
 bool magnifierIsInTheWay(const QRect &magnifier, QPoint pointer);
-/// The top left corner of a magnifier in the screen's corner opposite the pointer.
+/// The top left corner of a magnifier in the screen's corner opposite to the pointer.
 QPoint magnifierPlace(QSize magnifier, const QRect &screen, QPoint pointer);
-/// A magnifier of another size that stays in its corner of the screen.
+/// The rectangle of a magnifier that gets another size and stays in its corner of the screen.
 QRect magnifierResized(const QRect &magnifier, QSize size, const QRect &screen);

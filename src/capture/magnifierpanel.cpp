@@ -14,10 +14,10 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// Sizes in logical pixels: the panel is laid out like any other of our windows.
-constexpr QSize s_texts(108, 122);  // what the full view adds to the small one
+// Sizes in logical pixels, as in all windows of this program.
+constexpr QSize s_texts(108, 122);  // the difference between the full view and the small one
 constexpr QSize s_polygonTexts(108, 151);
-constexpr QSize s_textGap(8, 10);  // part of both
+constexpr QSize s_textGap(8, 10);  // included in both
 constexpr int s_height = 314;
 constexpr int s_polygonHeight = 343;
 constexpr int s_helpHeight = 112;
@@ -116,7 +116,7 @@ void DigDetail::SetViewMode(int mode)
     const QSize texts = m_Type == s_region ? s_texts : s_polygonTexts;
     m_ui->WidCurInfo->setVisible(mode == s_full);
     m_ui->widget_2->setVisible(mode == s_full);
-    // The gaps to the texts would stay without them, and take their width from the view.
+    // Without the texts the gaps would remain and take width from the view.
     m_ui->gridLayout->setHorizontalSpacing(mode == s_full ? s_textGap.width() : 0);
     m_ui->gridLayout->setVerticalSpacing(mode == s_full ? s_textGap.height() : 0);
     setPanelSize(mode == s_full ? size() + texts : size() - texts);
@@ -125,7 +125,7 @@ void DigDetail::SetViewMode(int mode)
 void DigDetail::setPanelSize(QSize size)
 {
     setFixedSize(size);
-    // At once, though the panel may not be shown yet: the view's size is what is asked for next.
+    // Done at once, even if the panel is not shown yet, because the view's size is needed next.
     layout()->activate();
     m_ui->widget_2->layout()->activate();
 }
@@ -179,8 +179,8 @@ bool DigDetail::eventFilter(QObject *watched, QEvent *event)
     return QDialog::eventFilter(watched, event);
 }
 
-// The lines share the height that there is: by the font's own spacing they would need more of it,
-// or a smaller font.
+// Distributes the lines over the available height; the font's own line spacing would need more
+// height or a smaller font.
 void DigDetail::paintHelp()
 {
     QPainter painter(m_ui->label);
@@ -194,7 +194,7 @@ void DigDetail::paintHelp()
     }
 }
 
-// A line around it: on a light desktop its ground alone would not set it off.
+// The frame separates the panel from a light desktop.
 void DigDetail::paintEvent(QPaintEvent * /*event*/)
 {
     QPainter painter(this);
@@ -202,7 +202,7 @@ void DigDetail::paintEvent(QPaintEvent * /*event*/)
     painter.drawRect(rect().adjusted(0, 0, -1, -1));
 }
 
-// Keys belong to the overlay.
+// Ignores keys, which belong to the overlay.
 void DigDetail::keyPressEvent(QKeyEvent * /*event*/) {}
 
 void DigDetail::paintView()

@@ -15,36 +15,39 @@ namespace Ui {
 class DigDetail;
 }  // namespace Ui
 
-/// The magnifier: a panel over an overlay that shows the pixels around the pointer, where they are,
-/// and the colour of the one in the middle. It takes no input: what lies beneath it can be clicked.
+/// The magnifier: a panel above an overlay that shows the pixels around the pointer, the position,
+/// and the colour of the pixel in the middle. It gets no input; clicks go to the window below it.
 class DigDetail : public QDialog
 {
     Q_OBJECT
 public:
-    static constexpr int s_full = 1;     ///< view mode: with the texts
-    static constexpr int s_small = 2;    ///< view mode: the enlarged view alone
-    static constexpr int s_region = 1;   ///< type: helps with regions
-    static constexpr int s_polygon = 2;  ///< type: helps with polygons
+    static constexpr int s_full = 1;     ///< view mode: with texts
+    static constexpr int s_small = 2;    ///< view mode: only the enlarged view
+    static constexpr int s_region = 1;   ///< type: help for regions
+    static constexpr int s_polygon = 2;  ///< type: help for polygons
 
     explicit DigDetail(QWidget *parent);
     ~DigDetail() override;
 
-    /// Shows what is around a point (global device pixels). Without a source it takes a picture of
-    /// the desktop, without this panel and its parent.
+    /// Shows the surroundings of a point, in global device pixels. If `source` is null, takes a
+    /// picture of the desktop without this panel and its parent.
     void ReDrawZoomin(const QPoint &point, QPixmap *source);
-    /// Device pixels for one pixel of the desktop; 0 or less is ignored.
+    /// Sets the size of a block in device pixels; 0 or less is ignored.
     void SetMultiple(int multiple);
-    /// Sets the help text and the height that it needs.
+    /// Sets the type, and with it the help text and its height.
     void SetType(int type);
     void SetViewMode(int mode);
     int GetViewMode() const { return m_ViewMode; }
+    /// Set the texts for the position.
     void SetCoordX(const QString &text);
     void SetCoordY(const QString &text);
 
-    /// Where the panel is, or will be when it is shown. Global device pixels.
+    /// The panel's rectangle in global device pixels, also before it is shown.
     QRect area() const;
+    /// Moves the top left corner, in global device pixels.
     void moveTo(QPoint corner);
-    /// Shows it there, above its parent, without the window manager's say and without the focus.
+    /// Shows the panel at that position above its parent, as an override-redirect window without
+    /// the focus.
     void open() override;
 
 protected:
@@ -61,7 +64,7 @@ private:
     std::unique_ptr<Ui::DigDetail> m_ui;
     QRect m_Desktop;
     QRect m_GrabRect;  // the part of the desktop that is shown
-    QImage m_Zoom;     // the same, enlarged; null when it could not be had
+    QImage m_Zoom;     // the same part, enlarged; null if it could not be read
     QRgb m_CenterColor = 0;
     QPoint m_Corner;
     int m_Type = -1;

@@ -1,9 +1,9 @@
 #pragma once
 
-/// What an overlay, or the command that ran it, asks of the magnifier. The numbers are fixed.
+/// Requests of an overlay, or of the command that runs it, to the magnifier. The numbers are fixed.
 enum EShowMagOpr {
-    eMagOpen = 0,        ///< create it if the user wants one, and refresh it
+    eMagOpen = 0,        ///< open the magnifier if the user wants one, and update it
     eMagClose = 1,       ///< close it
-    eMagChangeMode = 2,  ///< switch between its two sizes
-    eMagUpdate = 3,      ///< refresh it for a position on the desktop
+    eMagChangeMode = 2,  ///< switch between the two view modes
+    eMagUpdate = 3,      ///< update it for a position on the desktop
 };

@@ -20,14 +20,14 @@ constexpr qreal s_sheetOpacity = 0.4;
 constexpr int s_closeMarkSize = 10;
 constexpr qsizetype s_manySegments = 200;
 
-// One pixel, and a trace more: lines of one pixel are drawn by a shortcut whose outcome depends on
-// where they are clipped, and parts that are painted at different times would not fit together.
+// Slightly more than one pixel: the toolkit draws one-pixel lines by a faster method whose pixels
+// depend on the clipping, so parts that are painted at different times would not match.
 constexpr qreal s_lineWidth = 1.001;
 
-// Pieces of a long line that are no box around it: a slanting one across the desktop would have all
-// of it repainted.
+// A long line is repainted in pieces of this length, because the bounding box of a diagonal line
+// across the desktop would cover all of it.
 constexpr double s_pieceLength = 128;
-// The antialiased line reaches one pixel to each side.
+// The antialiased line touches one more pixel on each side.
 constexpr int s_lineReach = 2;
 
 QRect around(QPointF from, QPointF to)
@@ -47,11 +47,11 @@ QRegion pixelsOf(QPointF from, QPointF to)
     return result;
 }
 
-// The pixels of `line` without its last `common` points.
+// The pixels of `line`, except for its last `common` points.
 QRegion pixelsOf(const QPolygonF &line, qsizetype common)
 {
     const qsizetype segments = std::min(line.size() - 1, line.size() - common);
-    // So many cost more one by one than the whole of their place does.
+    // Beyond this number the pieces cost more than repainting the bounding box.
     if (segments > s_manySegments) {
         const QRectF box = line.boundingRect();
         return around(box.topLeft(), box.bottomRight());
@@ -62,9 +62,9 @@ QRegion pixelsOf(const QPolygonF &line, qsizetype common)
     return result;
 }
 
-// Draws the segments that touch `visible`: a freehand line has thousands, and of most repaints only
-// the newest are a part. Each by itself, as a line drawn as a whole is antialiased otherwise where
-// it crosses itself.
+// Draws the segments that touch `visible`: a freehand line has thousands, and most repaints affect
+// only the newest ones. Each segment is drawn separately, because a polyline is antialiased
+// differently where it crosses itself.
 void drawLine(QPainter &painter, const QPolygonF &line, const QRect &visible)
 {
     for (qsizetype i = 0; i + 1 < line.size(); ++i) {
@@ -156,11 +156,11 @@ bool dlgFreeHand::eventFilter(QObject *watched, QEvent *event)
     return CaptureOverlay::eventFilter(watched, event);
 }
 
-// True for an event that goes no further.
+// Returns true if the event must not be processed further.
 bool dlgFreeHand::mouseEvent(const QMouseEvent &event)
 {
-    // The position in the window, which the surface fills: the one in the surface itself has been
-    // cut to whole logical pixels.
+    // Uses the position in the window, which the surface fills, because the position in the surface
+    // is rounded to logical pixels.
     const QPoint pos = toPixels(event.scenePosition());
     const Qt::KeyboardModifiers modifiers = QApplication::keyboardModifiers();
     const bool leftAlone = event.buttons() == Qt::LeftButton;
@@ -196,7 +196,7 @@ void dlgFreeHand::key(const QKeyEvent &event)
         m_selection.key(event.key(), event.modifiers(), surfaceSize());
     if (result.changeViewMode)
         changeviewmode();
-    // The magnifier and the line follow with the move that this makes.
+    // The resulting move event updates magnifier and line.
     if (result.pointer)
         services().windows->movePointer(area().topLeft() + *result.pointer);
     if (result.finished)
@@ -204,19 +204,20 @@ void dlgFreeHand::key(const QKeyEvent &event)
     refresh();
 }
 
-// While the button is down a pointer at rest sets no vertices.
+// While a button is down, a resting pointer must not add vertices, so the tick does nothing.
 void dlgFreeHand::tick()
 {
     if (m_selection.isPressed())
         return;
-    // As the keyboard is now: the toolkit learns of a modifier with the next event after it.
+    // Asks for the present modifiers, because the toolkit notices a change only with the next
+    // event.
     const Qt::KeyboardModifiers modifiers = QGuiApplication::queryKeyboardModifiers();
     move(m_selection.AdjustPoint(pointerInOverlay(), modifiers), modifiers);
 }
 
 void dlgFreeHand::contextMenuEvent(QContextMenuEvent *event)
 {
-    // The menu opens at the press and takes the release of a drag.
+    // The menu opens at the press and gets the release that would end a drag.
     if (m_selection.isPressed())
         m_selection.release(pointerInOverlay(), QApplication::keyboardModifiers());
     const bool hasPoints = m_selection.points().size() >= 2;
@@ -228,8 +229,8 @@ void dlgFreeHand::contextMenuEvent(QContextMenuEvent *event)
          {tr("Clear all points"), u"Shift+Backspace"_s, hasPoints, [this] { dialog_clear(); }}});
 }
 
-// Repaints what differs from the surface, and not all of it. New points come first, so two lines
-// are compared from their ends.
+// Repaints only what has changed on the surface. New points are at the front, so two lines are
+// compared from their ends.
 void dlgFreeHand::refresh()
 {
     if (!isVisible())

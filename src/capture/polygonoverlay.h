@@ -11,8 +11,8 @@
 class QMouseEvent;
 class QPointF;
 
-/// The overlay with which the user marks a polygon, by clicks or freehand. The desktop stays live
-/// beneath it: its pixels are read by getPixmap(), after the overlay has closed.
+/// The overlay for marking a polygon, by clicks or freehand. The desktop below it stays live:
+/// getPixmap() reads its pixels after the overlay has closed.
 class dlgFreeHand : public CaptureOverlay
 {
     Q_OBJECT
@@ -20,16 +20,17 @@ public:
     explicit dlgFreeHand(QWidget *parent = nullptr);
 
     Grab take() override;
-    /// Takes the picture of the box around the polygon. Where that has no area, the picture taken
-    /// last: null at first.
+    /// Takes the picture of the polygon's bounding box. If the box is empty, returns the picture
+    /// that was taken last, which is null at first.
     QPixmap getPixmap();
-    /// The polygon in the picture's coordinates, which the caller owns; null without points.
+    /// The polygon in the picture's coordinates, which the caller owns; null if there are no
+    /// points.
     QPolygonF *getPolygon() const;
 
 public slots:
     void deletelastpoint();
     void dialog_clear();
-    /// Accepts the polygon if it has three vertices or more.
+    /// Accepts the polygon if it has at least three vertices.
     void slots_freehandAccept();
 
 protected:
@@ -50,8 +51,8 @@ private:
     void refresh();
     void paintSurface(const QRegion &exposed);
 
-    QWidget *m_surface;  // a child
+    QWidget *m_surface;  // owned by this overlay
     PolygonSelection m_selection;
-    Look m_shown;  // what the surface shows once its pending updates are painted
+    Look m_shown;  // what the surface shows after its pending repaints
     QPixmap m_grabbed;
 };

@@ -21,7 +21,7 @@ struct Direction {
     float snapped = 0;
 };
 
-// The first that is near enough counts.
+// The first direction that is close enough is used.
 constexpr std::array<Direction, 9> s_directions{{
     {0, 0},
     {360, 0},
@@ -70,8 +70,8 @@ bool PolygonSelection::endIsLastVertex() const
     return std::abs(offset.x()) <= s_same && std::abs(offset.y()) <= s_same;
 }
 
-// Whether no vertex lies a pixel or more from the line through the first one and the one that is
-// furthest from it.
+// Whether all vertices are less than a pixel away from the line through the first vertex and the
+// one furthest from it.
 bool PolygonSelection::isFlat() const
 {
     const QPointF first = m_points.constLast();
@@ -105,7 +105,7 @@ bool PolygonSelection::press(QPoint pos, QPoint pointer, Qt::KeyboardModifiers m
         m_points.removeFirst();
     else
         m_points.first() = adjusted;
-    // The point that was clicked stays a vertex, though it may be a little off the first one.
+    // The clicked point remains a vertex, even if it differs slightly from the first one.
     if (!isNearFirst(pointer))
         return false;
     m_state = State::Busy;
@@ -119,7 +119,7 @@ void PolygonSelection::release(QPoint pos, Qt::KeyboardModifiers modifiers)
     m_state = State::Idle;
 }
 
-// With the button held every move sets a vertex.
+// While the button is down, each move adds a vertex.
 void PolygonSelection::move(QPoint pos, Qt::KeyboardModifiers modifiers)
 {
     if (m_points.isEmpty() || m_closing || m_state == State::Busy)
@@ -167,7 +167,7 @@ PolygonSelection::KeyResult PolygonSelection::key(int key, Qt::KeyboardModifiers
     for (const ArrowKey &arrow : s_arrows) {
         if (arrow.key != key || m_points.isEmpty())
             continue;
-        // Alt goes to the edge, from where the step has led.
+        // Alt moves to the edge after the normal step.
         const int step = modifiers.testFlag(Qt::ShiftModifier) ? 10 * arrow.step : arrow.step;
         const int size = arrow.axis == 0 ? surface.width() : surface.height();
         moveEnd(arrow.axis, along(m_points.first(), arrow.axis) + step, result);
@@ -177,10 +177,10 @@ PolygonSelection::KeyResult PolygonSelection::key(int key, Qt::KeyboardModifiers
     return result;
 }
 
-// Nothing keeps the end on the desktop, which is meant.
+// A reader would expect the end to be limited to the desktop, but it is not, on purpose.
 void PolygonSelection::moveEnd(int axis, double to, KeyResult &result)
 {
-    // An end that rests on the last vertex takes the vertex along.
+    // If the end is at the last vertex, it replaces the vertex.
     if (endIsLastVertex())
         m_points.removeFirst();
     along(m_points.first(), axis) = to;

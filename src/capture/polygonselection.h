@@ -8,51 +8,50 @@
 
 #include <optional>
 
-/// The polygon that the pointer and the keys mark on the desktop, point by point or freehand.
+/// The polygon that the user marks with the pointer and the keys, point by point or freehand.
 ///
-/// Everything is in device pixels, in overlay coordinates.
+/// All values are device pixels in overlay coordinates.
 class PolygonSelection
 {
 public:
-    /// What a key asks of the overlay, beyond what it did to the points.
+    /// What the overlay has to do after a key, besides showing the changed points.
     struct KeyResult {
         bool changeViewMode = false;
         bool finished = false;            ///< the polygon is complete
-        std::optional<QPoint> pointer{};  ///< where the pointer has to be put
+        std::optional<QPoint> pointer{};  ///< the position to which the pointer must be moved
     };
 
-    /// The point in the nearest of eight directions from the vertex set last, at the distance that
-    /// `p` has, while Command alone is held; otherwise `p`, and half way between two directions,
-    /// too.
+    /// While Command alone is held, moves `p` to the nearest of eight directions from the last
+    /// vertex, at the same distance. Otherwise, and exactly between two directions, returns `p`.
     QPoint AdjustPoint(const QPoint &p, Qt::KeyboardModifiers modifiers) const;
 
-    /// The left button alone went down. True when that closed the polygon, by a click near its
-    /// first vertex. `pointer` is where the pointer is now, and `pos` where it was at the event.
+    /// The left button alone was pressed. Returns true if this closes the polygon, by a click near
+    /// its first vertex. `pos` is the event's position, `pointer` the present one.
     bool press(QPoint pos, QPoint pointer, Qt::KeyboardModifiers modifiers);
-    /// A button went up, whichever it was.
+    /// Any button was released.
     void release(QPoint pos, Qt::KeyboardModifiers modifiers);
     void move(QPoint pos, Qt::KeyboardModifiers modifiers);
-    /// `surface` is the size of what is drawn on.
+    /// `surface` is the size of the drawing surface.
     KeyResult key(int key, Qt::KeyboardModifiers modifiers, QSize surface);
-    /// Completes the polygon with the vertices set so far; false when they are fewer than three, or
-    /// lie on a line.
+    /// Completes the polygon. Returns false if it has fewer than three vertices or if they lie on a
+    /// line.
     bool finish();
     void deletelastpoint();
     void clear() { m_points.clear(); }
 
-    /// The newest first. The first one is the end of the rubber segment, and no vertex yet.
+    /// The points, newest first. The first one is the end of the rubber line and not a vertex yet.
     const QPolygonF &points() const { return m_points; }
     bool canFinish() const { return m_points.size() >= s_fewestPoints && !isFlat(); }
     bool isPressed() const { return m_state == State::Pressed; }
 
-    /// What is to be drawn as an open line.
+    /// The points to draw as an open line.
     QPolygonF line() const { return m_closing ? QPolygonF() : m_points; }
-    /// The corner of the circle that tells that a click would close the polygon.
+    /// The top left corner of the circle that indicates that a click would close the polygon.
     std::optional<QPoint> closeMark(QPoint pointer) const;
 
-    /// The picture to be taken: the box around the points, which may be empty.
+    /// The bounding box of the points, which is the part to grab; may be empty.
     QRect box() const;
-    /// The polygon in that picture's coordinates.
+    /// The polygon in the coordinates of that box.
     QPolygonF polygonInBox() const;
 
     static float distance_PtoP(const QPointF &a, const QPointF &b);
@@ -60,7 +59,7 @@ public:
 private:
     enum class State { Idle, Pressed, Busy };
 
-    static constexpr qsizetype s_fewestPoints = 4;  // three vertices and the rubber end
+    static constexpr qsizetype s_fewestPoints = 4;  // three vertices and the end of the rubber line
 
     bool isFlat() const;
     bool endIsLastVertex() const;
@@ -70,5 +69,5 @@ private:
     QPolygonF m_points;
     State m_state = State::Idle;
     bool m_closing = false;
-    bool m_canClose = false;  // a button has been released before
+    bool m_canClose = false;  // a button has been released since the start
 };

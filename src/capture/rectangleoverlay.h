@@ -4,7 +4,7 @@
 
 class QPainterPath;
 
-/// The overlay with which the user marks a rectangle of the desktop.
+/// The overlay for marking a rectangle of the desktop.
 class Dialog : public RegionOverlay
 {
     Q_OBJECT
@@ -12,11 +12,12 @@ public:
     explicit Dialog(QWidget *parent = nullptr);
 
     Grab take() override { return {.picture = getPixmap()}; }
-    /// The region's outline in overlay coordinates, null without a region. The caller owns it.
+    /// The region's outline in overlay coordinates, which the caller owns; null if there is no
+    /// region.
     QPainterPath *getPolygonF() const;
 
-    /// Draws a rectangle in the painter's pen and brush, and the handles around it. Leaves the
-    /// painter's brush changed.
+    /// Draws a rectangle with the painter's pen and brush, and its handles. Changes the painter's
+    /// brush.
     static void myDrawRect(QPainter &p, int x, int y, int w, int h);
 
 protected:

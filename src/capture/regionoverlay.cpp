@@ -21,7 +21,7 @@ namespace {
 
 constexpr qreal s_sheetOpacity = 0.6;
 
-// From a handle's centre to its circle's left and top, and the circle's diameter.
+// The distance from a handle's centre to its circle's left and top edge, and the circle's diameter.
 constexpr int s_handleRadius = 5;
 constexpr int s_handleDiameter = 10;
 
@@ -37,7 +37,7 @@ QPixmap maskedIcon(const QString &path)
     return icon;
 }
 
-// Rectangles inside what is drawn in `shape`, clear of its outline.
+// Rectangles inside the shape, clear of its outline.
 QRegion inner(const QRect &shape, bool ellipse)
 {
     if (!ellipse)
@@ -46,7 +46,8 @@ QRegion inner(const QRect &shape, bool ellipse)
     const double halfWidth = shape.width() / 2.0;
     QRegion result;
     for (int band = 0; band < s_bands; ++band) {
-        // From the middle of the height, -1 to 1, to the end that is further from it.
+        // Of the band's two edges, takes the one further from the middle, where the ellipse is
+        // narrower.
         const double top = 2.0 * band / s_bands - 1;
         const double bottom = top + 2.0 / s_bands;
         const double narrow = std::max(std::abs(top), std::abs(bottom));
@@ -55,7 +56,7 @@ QRegion inner(const QRect &shape, bool ellipse)
         const QRectF exact(shape.x() + halfWidth - reach, y, 2 * reach,
                            shape.height() / 1.0 / s_bands);
         const QRect whole = exact.toAlignedRect();
-        // Neighbours share the row in which they meet.
+        // Adjacent bands share the row in which they meet.
         result += whole.adjusted(3, band == 0 ? 3 : 0, -3, band == s_bands - 1 ? -3 : 0);
     }
     return result;
@@ -78,8 +79,8 @@ RegionOverlay::RegionOverlay(QWidget *parent, const RegionPolicy &policy)
 
 RegionOverlay::~RegionOverlay() = default;
 
-// One size for both texts, in which the longest one of this desktop is not cut, and room for that
-// of the button.
+// Sets one font size for both texts, in which the longest text for this desktop is not cut, and
+// makes room for the button's text.
 void RegionOverlay::fitCaption()
 {
     const QString longest = u":%1 px"_s.arg(std::max(area().width(), area().height()));
@@ -93,7 +94,7 @@ void RegionOverlay::fitCaption()
     m_ui->label_8->setFont(captionFont);
     captionFont.setPixelSize(s_captionFont);
     m_ui->pushButton->setFont(captionFont);
-    // A language with a longer word has a wider frame.
+    // The frame becomes wider if the button's word is longer in the user's language.
     const int text = QFontMetrics(captionFont).horizontalAdvance(m_ui->pushButton->text());
     const int missing = text + 2 * s_buttonMargin - m_ui->pushButton->width();
     if (missing > 0) {
@@ -141,8 +142,9 @@ void RegionOverlay::drawHandles(QPainter &painter, const QRect &region,
                                 std::initializer_list<int> zones)
 {
     painter.setBrush(Palette::overlayHandle);
-    // A stamp, because a circle that is rasterised anew comes out a shade different wherever it is
-    // drawn and clipped: parts of one that are painted at different times would not fit together.
+    // A handle is drawn as a stamp, because an antialiased circle gets slightly different pixels
+    // depending on position and clipping, so parts that are painted at different times would not
+    // match.
     QImage stamp(s_handleDiameter + 2, s_handleDiameter + 2, QImage::Format_ARGB32_Premultiplied);
     stamp.fill(Qt::transparent);
     QPainter stampPainter(&stamp);
@@ -159,7 +161,8 @@ void RegionOverlay::drawHandles(QPainter &painter, const QRect &region,
 
 bool RegionOverlay::isCommandHeld()
 {
-    // As the keyboard is now: the toolkit learns of a modifier with the next event after it.
+    // Asks for the present modifiers, because the toolkit notices a change only with the next
+    // event.
     return QGuiApplication::queryKeyboardModifiers() == Qt::ControlModifier;
 }
 
@@ -179,8 +182,8 @@ RegionOverlay::Look RegionOverlay::look() const
     return {m_selection.shapes(), m_policy.cornersNeedCommand && isCommandHeld()};
 }
 
-// The pixels that differ between two looks, and a few more: the antialiased outline reaches one
-// pixel to each side, and handles are compared as wholes.
+// The pixels that differ between two looks, and slightly more: the antialiased outline touches one
+// more pixel on each side, and handles are compared as a whole.
 QRegion RegionOverlay::damage(const Look &before, const Look &after) const
 {
     if (before == after)
@@ -233,7 +236,7 @@ bool RegionOverlay::eventFilter(QObject *watched, QEvent *event)
     return CaptureOverlay::eventFilter(watched, event);
 }
 
-// True for an event that goes no further.
+// Returns true if the event must not be processed further.
 bool RegionOverlay::surfaceEvent(QEvent *event)
 {
     switch (event->type()) {
@@ -247,7 +250,7 @@ bool RegionOverlay::surfaceEvent(QEvent *event)
         mouseEvent(*static_cast<QMouseEvent *>(event));
         return true;
     case QEvent::KeyPress:
-        // One that was still waiting when the overlay closed changes nothing any more.
+        // A key event that was pending when the overlay closed is ignored.
         if (isVisible())
             key(*static_cast<QKeyEvent *>(event));
         return false;
@@ -265,8 +268,8 @@ bool RegionOverlay::surfaceEvent(QEvent *event)
 
 void RegionOverlay::mouseEvent(const QMouseEvent &event)
 {
-    // The position in the window, which the surface fills: the one in the surface itself has been
-    // cut to whole logical pixels.
+    // Uses the position in the window, which the surface fills, because the position in the surface
+    // is rounded to logical pixels.
     const QPoint pos = toPixels(event.scenePosition());
     if (event.type() == QEvent::MouseMove)
         move(pos);
@@ -330,8 +333,8 @@ void RegionOverlay::key(const QKeyEvent &event)
     }
 }
 
-// Between drags the pointer rests, or another application has it: the magnifier, the cursor and the
-// picture of the region follow all the same.
+// Without a drag the pointer may rest or move over another application; the magnifier, the cursor
+// and the picture are updated in any case.
 void RegionOverlay::tick()
 {
     if (!m_selection.isPressed())
@@ -340,7 +343,7 @@ void RegionOverlay::tick()
 
 void RegionOverlay::contextMenuEvent(QContextMenuEvent *event)
 {
-    // The menu opens at the press and takes the releases, the one of a drag too.
+    // The menu opens at the press and gets the releases, including the one that would end a drag.
     if (m_selection.isPressed() || event->reason() == QContextMenuEvent::Mouse)
         release(pointerInOverlay());
     runMenu(event->globalPos(),
@@ -355,8 +358,8 @@ void RegionOverlay::placeCaption(const RegionSelection::Caption &caption)
     m_ui->widget_2->move(toLogical(caption.place));
 }
 
-// Repaints what differs from the surface, and not all of it: a desktop of 3840 x 2160 is eight
-// million pixels at every move of the pointer.
+// Repaints only what has changed on the surface: a desktop of 3840 x 2160 has eight million pixels,
+// which would be painted with each move of the pointer.
 void RegionOverlay::refresh()
 {
     const Look now = look();
@@ -367,8 +370,8 @@ void RegionOverlay::refresh()
 void RegionOverlay::paintSurface(const QRegion &exposed)
 {
     const Look now = look();
-    // A key changes the region without a refresh. If a part of it is painted early, the rest must
-    // follow.
+    // Keys change the region without calling refresh(). If a part is painted before that, the rest
+    // must be painted, too.
     if (now != m_shown) {
         m_shown = now;
         m_ui->widget->update();

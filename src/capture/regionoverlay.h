@@ -13,24 +13,25 @@ namespace Ui {
 class Dialog;
 }  // namespace Ui
 
-/// What the overlays of the rectangle and of the ellipse share: the region, marked and refined with
-/// the mouse and the keys, and the caption that follows it. The desktop stays live beneath it: its
-/// pixels are read by getPixmap(), after the overlay has closed.
+/// The common part of the rectangle's and the ellipse's overlay: a region that is marked and
+/// adjusted with mouse and keys, and the caption that follows it. The desktop below stays live:
+/// getPixmap() reads its pixels after the overlay has closed.
 class RegionOverlay : public CaptureOverlay
 {
     Q_OBJECT
 public:
     ~RegionOverlay() override;
 
-    /// The icons beside the size texts, by file; one that can't be read leaves its place empty.
+    /// Sets the icon files for the size texts. The place of an icon that can't be read stays empty.
     void SetPictureWidth(QString path);
     void SetPictureHeight(QString path);
     QString GetPictureWidth() const { return m_pictureWidthFile; }
     QString GetPictureHeight() const { return m_pictureHeightFile; }
 
-    /// Takes the picture of the region. Without a region, the picture taken last: null at first.
+    /// Takes the picture of the region. If there is no region, returns the picture that was taken
+    /// last, which is null at first.
     QPixmap getPixmap();
-    /// Shows with the pointer's shape what a press at `pos` (overlay coordinates) would do.
+    /// Sets the cursor that shows what a press at `pos` (overlay coordinates) would do.
     void ChangeCursor(QPoint pos);
 
 public slots:
@@ -40,9 +41,9 @@ public slots:
 protected:
     RegionOverlay(QWidget *parent, const RegionPolicy &policy);
 
-    /// Draws what is marked in `region`, which is not normalised, in white.
+    /// Draws the shape for `region`, which need not be normalised, in white.
     virtual void draw(QPainter &painter, const QRect &region) const = 0;
-    /// Draws the circles of these handles of a region in the painter's pen.
+    /// Draws circles for these handles of a region with the painter's pen.
     static void drawHandles(QPainter &painter, const QRect &region,
                             std::initializer_list<int> zones);
     QRect region() const { return m_selection.region(); }
@@ -80,7 +81,7 @@ private:
     RegionPolicy m_policy;
     std::unique_ptr<Ui::Dialog> m_ui;
     RegionSelection m_selection;
-    Look m_shown;  // what the surface shows once its pending updates are painted
+    Look m_shown;  // what the surface shows after its pending repaints
     QString m_pictureWidthFile;
     QString m_pictureHeightFile;
     QPixmap m_grabbed;

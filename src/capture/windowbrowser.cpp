@@ -19,10 +19,10 @@ constexpr double s_noWindow = -1314.0;
 constexpr int s_itemType = 1000;
 constexpr int s_firstIconSize = 150;
 constexpr int s_firstSliderValue = 149;
-constexpr int s_captionHeight = 25;  // what the grid has beyond a thumbnail
+constexpr int s_captionHeight = 25;  // how much larger than a thumbnail a grid cell is
 constexpr size_t s_nameCapacity = 256;
 
-// A square of `side` device pixels; a picture that is smaller is not enlarged.
+// A square of `side` device pixels. A picture that is smaller is not enlarged.
 QPixmap thumbnail(const QPixmap &picture, int side)
 {
     const bool fits = picture.width() < side && picture.height() < side;
@@ -35,7 +35,8 @@ QPixmap thumbnail(const QPixmap &picture, int side)
     return canvas;
 }
 
-// The same picture for a selected item: the style would make one in the selection's colour.
+// Uses the same picture for selected items, because the style would tint it in the selection's
+// colour.
 QIcon iconOf(const QPixmap &picture)
 {
     QIcon icon(picture);
@@ -59,7 +60,8 @@ WindowsPreView::WindowsPreView(QWidget *parent)
     m_ui->setupUi(this);
     m_ui->listWidget->setViewMode(QListView::IconMode);
     setGeometry(QGuiApplication::primaryScreen()->geometry());
-    // Or a window manager would put its frame around that, and push the buttons off the screen.
+    // Without the full-screen state a window manager would add its frame and move the buttons off
+    // the screen.
     setWindowState(Qt::WindowFullScreen);
     m_ui->label_clear->installEventFilter(this);
     m_ui->lineEdit->installEventFilter(this);
@@ -108,8 +110,8 @@ void WindowsPreView::selectWindowType(int onScreen)
         const int next = static_cast<int>(m_grabMap.size());
         m_grabMap.insert(next, {.pixmap = QPixmap::fromImage(picture),
                                 .windowId = number,
-                                // The first one carries its place in the list, and not 0; it is
-                                // meant.
+                                // A reader would expect the key 0, but the first record has its
+                                // position in the list, on purpose.
                                 .key = next == 0 ? i : next,
                                 .name = QString::fromWCharArray(owner.data()),
                                 .onScreen = onScreen == 1});
@@ -133,7 +135,8 @@ void WindowsPreView::show_grabWindow()
         auto *item = new QListWidgetItem(iconOf(record.pixmap), record.name, &list, s_itemType);
         item->setData(Qt::UserRole, record.key);
     }
-    // The row among all records, and not among those that are shown; it stands so.
+    // A reader would expect the row among the shown records, but the row among all records is used,
+    // on purpose.
     if (m_selectedWindow != s_noWindow)
         list.setCurrentItem(list.item(getRow(static_cast<int>(m_selectedWindow))));
     if (!list.currentItem() && list.count() > 0)
@@ -156,7 +159,8 @@ void WindowsPreView::setIconSize(int size)
     list.setIconSize({size, size});
     list.setGridSize({size + s_captionHeight, size + s_captionHeight});
     const int side = qRound(size * devicePixelRatioF());
-    // It ends at the first record that is filtered out; those behind it keep the icons they have.
+    // A reader would expect hidden records to be skipped, but the loop ends at the first one, on
+    // purpose; later records keep their icons.
     for (auto it = m_grabMap.cbegin(); it != m_grabMap.cend() && it->shown; ++it) {
         QPixmap canvas = thumbnail(it->pixmap, side);
         canvas.setDevicePixelRatio(devicePixelRatioF());
@@ -169,7 +173,8 @@ void WindowsPreView::setIconSize(int size)
 void WindowsPreView::on_lineEdit_textEdited(const QString &text)
 {
     seachWindow(text, m_ui->Visbel->isChecked());
-    // The thumbnails stay as they come until the slider moves; it is meant.
+    // A reader would expect thumbnails of the slider's size, but they keep their size until the
+    // slider moves, on purpose.
     show_grabWindow();
     ChangePixmap();
 }

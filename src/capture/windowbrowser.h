@@ -17,17 +17,17 @@ class WindowsPreView;
 
 /// One window in the browser.
 struct msg_grab {
-    QPixmap pixmap{};  ///< the whole window, in device pixels
+    QPixmap pixmap{};  ///< the whole window in device pixels
     int windowId = 0;
-    int key = 0;  ///< what its list item carries
+    int key = 0;  ///< stored in its list item
     QString name{};
-    bool onScreen = false;  ///< was taken from the list of windows on screen
+    bool onScreen = false;  ///< came from the list of windows on screen
     bool shown = false;     ///< passes the filter
 };
 
-/// The browser of all windows: a thumbnail each, of which one or several are taken. The pictures
-/// are read while the dialog is built, and each window's once: slider and filter work on what is
-/// there.
+/// The browser of all windows: the user chooses one or several of them by their thumbnails. The
+/// pictures are read while the dialog is constructed, once for each window; slider and filter use
+/// the existing pictures.
 class WindowsPreView : public QDialog
 {
     Q_OBJECT
@@ -35,7 +35,7 @@ public:
     explicit WindowsPreView(QWidget *parent = nullptr);
     ~WindowsPreView() override;
 
-    // Icon files of the search field, for the caller to fill in.
+    // Icon files for the search field, which the caller sets.
     QString findNormalFile;
     QString findFocusFile;
     QString clearNormalFile;
@@ -43,22 +43,23 @@ public:
     QString clearFilledFile;
     QString clearFilledFocusFile;
 
-    /// What was chosen, in the list's order; the dialog's own. Empty before it was accepted.
+    /// The chosen pictures in the list's order; owned by the dialog. Empty until it is accepted.
     QList<QPixmap> *getPixmap() { return &m_pixmaps; }
-    /// The names that go with the pictures.
+    /// The names of these pictures.
     QList<QString> *getNameList() { return &m_names; }
 
-    /// Adds the windows on screen (1), or all windows (0), that are not there yet.
+    /// Adds the windows on screen (1) or all windows (0) that are not in the browser yet.
     void selectWindowType(int onScreen);
-    /// Marks what the list is to show: names that contain `text`, in whatever case.
+    /// Selects the windows to show: those whose application's name contains `text`, ignoring case,
+    /// and that are on screen if `visibleOnly`.
     void seachWindow(const QString &text, bool visibleOnly);
-    /// Fills the list with what is marked.
+    /// Fills the list with the selected windows.
     void show_grabWindow();
-    /// The last record of a window; 0 if there is none.
+    /// The key of a window's last record; 0 if there is none.
     int getRow(int windowId) const;
 
 public slots:
-    /// The side of the thumbnails' square, in logical pixels.
+    /// `size` is the side of the thumbnails' square, in logical pixels.
     void setIconSize(int size);
     void ChangePixmap();
     void clearLineEdit();

@@ -2,7 +2,8 @@
 
 namespace {
 
-constexpr int s_dockPictureLevel = 19;  // lies behind the dock, whose bounds say nothing
+// The dock's picture behind the dock, whose own bounds are not usable.
+constexpr int s_dockPictureLevel = 19;
 constexpr int s_dockLevel = 20;
 constexpr int s_menuBarLevel = 25;
 
@@ -32,7 +33,8 @@ WindowOutlines::WindowOutlines(const QList<Window> &windows, const QList<QRect> 
         const int levelBehind = i + 1 < windows.size() ? windows[i + 1].level : 0;
         if (level == s_dockPictureLevel) {
             outline = dockOutline(dockScreen(screens), pictureSize(static_cast<int>(i) - 1));
-            // In the place of the dock's own, and once more in that of this window: it is meant.
+            // A reader would expect one outline, but it replaces the dock's own and is also added
+            // for this window, on purpose.
             if (!m_rawPolygons.isEmpty())
                 m_rawPolygons.removeFirst();
             m_rawPolygons.prepend(outline);
@@ -43,7 +45,8 @@ WindowOutlines::WindowOutlines(const QList<Window> &windows, const QList<QRect> 
                 widest = bounds.width();
             }
         }
-        // Any other window of the dock's level repeats the outline before it, on purpose.
+        // A reader would expect other windows of the dock's level to be skipped or to have their
+        // own outlines, but they repeat the previous outline, on purpose.
         m_rawPolygons.prepend(outline);
         if (m_menuBarIndex >= -1)
             ++m_menuBarIndex;
@@ -55,12 +58,14 @@ void WindowOutlines::cutVisible()
 {
     for (qsizetype k = 0; k < m_rawPolygons.size(); ++k) {
         QPolygon visible = m_rawPolygons[k];
-        // Left out here and not there, an empty outline shifts the tints behind it; it stands so.
+        // A reader would expect an empty entry here, so that both lists have the same positions. It
+        // is skipped on purpose, although this shifts the tints of later windows.
         if (visible.isEmpty())
             continue;
         for (qsizetype j = k + 1; j < m_rawPolygons.size(); ++j) {
             const QRect cover = m_rawPolygons[j].boundingRect();
-            // A window that another one covers entirely keeps its outline, and can be picked.
+            // A reader would expect nothing of a window that is completely covered by another one,
+            // but it keeps its outline and can be picked, on purpose.
             if (cover.intersects(visible.boundingRect()) && !cover.contains(visible.boundingRect()))
                 visible = visible.subtracted(m_rawPolygons[j]);
         }

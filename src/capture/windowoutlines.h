@@ -6,11 +6,13 @@
 
 #include <functional>
 
-/// The windows of a list as outlines: which one a point hits, and what of it can be seen.
+/// The outlines of the windows in a list: which one contains a point, and which part of it is
+/// visible.
 ///
-/// It stands apart from the overlay because it needs no window system: a list and the screens are
-/// enough. All coordinates are global device pixels. Outlines lie rearmost first; a pick counts
-/// from their end, from 1, and so is the window's position in a list whose first entry is left out.
+/// This class is separate from the overlay because it needs no window system, only a list and the
+/// screens. All coordinates are global device pixels. Outlines are ordered back to front; a pick
+/// counts from the end, starting with 1, and therefore equals the window's position in the list,
+/// whose first entry is left out.
 class WindowOutlines
 {
 public:
@@ -20,24 +22,24 @@ public:
     };
 
     WindowOutlines() = default;
-    /// `windows` are front to back, and the first of them, the overlay itself, is left out.
-    /// `screens` begin with the primary one. `pictureSize` gives the size of a window's picture, by
-    /// its position in `windows`.
+    /// `windows` is ordered front to back; the first entry is the overlay itself and is left out.
+    /// `screens` begins with the primary screen. `pictureSize` returns the size of the picture of
+    /// the window at a position in `windows`.
     WindowOutlines(const QList<Window> &windows, const QList<QRect> &screens,
                    const std::function<QSize(int)> &pictureSize);
 
-    /// The pick for a point, `current` where nothing else is hit. A window for which `leftOut`
-    /// holds, by pick, is looked through.
+    /// The pick for a point, or `current` if no other window contains it. Windows whose pick is
+    /// `leftOut` are skipped.
     int pick(QPoint point, int current, const std::function<bool(int)> &leftOut) const;
-    /// What of a picked window no other window covers; empty for no pick.
+    /// The part of a picked window that no other window covers; empty if there is no pick.
     QPolygon visible(int pick) const;
 
     const QList<QPolygon> &rawPolygons() const { return m_rawPolygons; }
     const QList<QPolygon> &visiblePolygons() const { return m_visiblePolygons; }
-    /// Where the widest menu bar stands among the outlines; -2 without one.
+    /// The position of the widest menu bar among the outlines; -2 if there is none.
     int menuBarIndex() const { return m_menuBarIndex; }
 
-    /// The lowest of the screens that stand below one another from the primary one on.
+    /// The lowest screen in the column of screens below the primary one.
     static QRect dockScreen(const QList<QRect> &screens);
 
 private:

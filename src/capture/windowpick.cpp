@@ -25,7 +25,7 @@ mouseShot::mouseShot(QWidget *parent)
     m_ui->setupUi(this);
     setSurface(m_ui->widget);
     pickLater();
-    // Before the list is read: the first window in it is this one.
+    // The overlay must be shown first, because it has to be the first window in the list.
     show();
     raise();
     readWindows();
@@ -67,11 +67,11 @@ void mouseShot::pickWindow()
     updateAll();
 }
 
-// To the next window, front to back, of which something can be seen: the pointer goes there, as
-// everything here follows it.
+// Moves the pointer to the next window, in the order front to back, of which something is visible;
+// the pick follows the pointer.
 void mouseShot::pickBeside(int step)
 {
-    constexpr int places = 8;  // each way
+    constexpr int places = 8;  // in each direction
     const auto count = static_cast<int>(m_outlines.rawPolygons().size());
     for (int i = 1; i <= count; ++i) {
         const int pick = (m_currentIndex - 1 + step * i % count + count) % count + 1;

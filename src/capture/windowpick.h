@@ -11,9 +11,9 @@ namespace Ui {
 class mouseShot;
 }  // namespace Ui
 
-/// The overlay that tints the window under the pointer, and takes it on a click. Tab and Shift+Tab
-/// lead the pointer from window to window. The windows are
-/// those of the moment at which it was made: it shows itself then, and the caller runs exec().
+/// The overlay that tints the window under the pointer and takes it on a click. Tab and Shift+Tab
+/// move the pointer to the next and previous window. The windows are read in the constructor, which
+/// also shows the overlay; the caller then runs exec().
 class mouseShot : public CaptureOverlay
 {
     Q_OBJECT
@@ -22,9 +22,10 @@ public:
     ~mouseShot() override;
 
     Grab take() override;
-    /// The picked window's picture, whatever covers it, and in `name`, if not null, its
-    /// application. Null, with `name` as it was, while none is picked, and null for a window that
-    /// has closed. No other window list may have been taken meanwhile.
+    /// The picture of the picked window, whatever covers it; `name`, which may be null, gets its
+    /// application's name. If no window is picked, the result is null and `name` is unchanged; it
+    /// is also null if the window has closed. No other window list may be read between construction
+    /// and this call.
     QPixmap getPixmap(QString *name);
 
 protected:
@@ -32,18 +33,18 @@ protected:
     void tick() override {}
     bool canBeTaken() const override { return picked().has_value(); }
 
-    /// The picked window, as the list has it; none while none is picked.
+    /// The picked window from the list; none if no window is picked.
     std::optional<WindowServer::Entry> picked() const;
-    /// The one that is shown as such.
+    /// The window to show as picked.
     virtual std::optional<WindowServer::Entry> shown() const { return picked(); }
-    /// Picks a window of the list by its number, until the pointer is looked at again.
+    /// Picks a window by its number, until the pointer is read again.
     void pick(int number);
-    /// Called whenever the pointer has been looked at.
+    /// Called whenever the pointer has been read.
     virtual void looked() {}
-    /// Draws the tint, and whatever else belongs on the desktop. Overlay coordinates.
+    /// Draws the tint and anything else on the desktop, in overlay coordinates.
     virtual void draw(QPainter &painter);
     void updateAll();
-    /// Takes the windows as they are now.
+    /// Reads the windows again.
     void readAgain();
 
 private:
@@ -56,5 +57,5 @@ private:
 
     std::unique_ptr<Ui::mouseShot> m_ui;
     WindowOutlines m_outlines;
-    int m_currentIndex = 0;  // the pick: a position in the window list; 0 for none
+    int m_currentIndex = 0;  // the pick: a position in the window list; 0 if none
 };

@@ -11,7 +11,7 @@ QString GetFilterStr(const QList<QByteArray> &formats)
     for (const QByteArray &format : formats)
         patterns += u"*."_s + QString::fromLatin1(format) + u';';
     patterns.chop(1);
-    // Without patterns their place between the bars falls away.
+    // Without patterns "||" follows the label directly; an empty pattern would leave a third bar.
     const QString ending = patterns.isEmpty() ? u"|"_s : patterns + u"||"_s;
     return u"All Picture files("_s + patterns + u")|"_s + ending;
 }
@@ -55,7 +55,7 @@ QString GetMacFilter(const QString &filter)
             labels += c == u'|' ? u";;"_s : QString(c == u';' ? u' ' : c);
         inLabel ^= c == u'|';
     }
-    // The two ";;" that come from the "||" at the end.
+    // Drops the ";;" after the last label and the ";;" that the final "|" has added.
     if (labels.size() >= 4)
         labels.chop(4);
     return labels;

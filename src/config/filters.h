@@ -4,24 +4,23 @@
 #include <QList>
 #include <QString>
 
-/// Filters of the open and save dialogs, built from the formats that the toolkit can write, also
-/// for opening. First in pipe form, label and patterns in turn:
-/// "bmp(*.bmp)|*.bmp|png(*.png)|*.png||".
+/// The filters of the open and save dialogs, made from the formats that the toolkit can write (for
+/// opening, too). All functions but GetMacFilter return pipe form, in which labels and patterns
+/// alternate: "bmp(*.bmp)|*.bmp|png(*.png)|*.png||".
 
 /// One filter for all the formats.
 QString GetFilterStr(const QList<QByteArray> &formats);
 QString GetOpenPictureFilter();
 
 /// One filter for each format. `selected` becomes the label for the extension of `fileName`, or
-/// empty when none of the formats has it.
+/// empty if no format has this extension.
 QString GetSavePictureFilter(const QString &fileName, QString &selected);
 QString GetSavePictureFilter(const QString &fileName, QString &selected,
                              const QList<QByteArray> &formats);
 
-/// Whether a picture can be written in the format that the path's ending names.
+/// Whether a picture can be written in the format that the path's extension names.
 bool HasSavableEnding(const QString &path);
 
-/// Turns pipe form, with the "||" at its end, into what the toolkit's dialogs take: the labels,
-/// joined by
-/// ";;", with blanks between the patterns.
+/// Converts pipe form with its final "||" to the form that the toolkit's dialogs take: the labels,
+/// joined by ";;", with blanks between the patterns.
 QString GetMacFilter(const QString &filter);

@@ -12,8 +12,8 @@
 
 namespace {
 
-// Both with room for a terminator. What is longer is, for a line, read as the next line; no section
-// of a longer name is found.
+// Both capacities include a terminator. The rest of a longer line is read as the next line, and a
+// section with a longer name is never found.
 constexpr qsizetype s_lineCapacity = 1024;
 constexpr qsizetype s_headerCapacity = 56;
 
@@ -28,7 +28,7 @@ QByteArray fileName(const char *name)
     return g_path + (separated ? "" : "/") + name;
 }
 
-// With its line end. A zero byte hides the rest of its line. Null at the end of the file.
+// The line with its line end. A zero byte hides the rest of the line. Null at the end of the file.
 QByteArray readLine(QFile &stream)
 {
     std::array<char, s_lineCapacity> line;
@@ -60,7 +60,7 @@ bool equalNames(QByteArrayView left, QByteArrayView right)
     return left.compare(right, Qt::CaseInsensitive) == 0;
 }
 
-// The name between the first bracket and the next closing one, null where there are none.
+// The name between the first "[" and the next "]"; null if there is no such pair.
 QByteArray ExtractSection(const QByteArray &line)
 {
     const qsizetype begin = line.indexOf('[');
@@ -68,7 +68,7 @@ QByteArray ExtractSection(const QByteArray &line)
     return end < 0 ? QByteArray() : line.sliced(begin + 1, end - begin - 1);
 }
 
-// Leaves the stream behind the header line.
+// Leaves the stream positioned after the section's header line.
 bool findSection(QFile &stream, const char *section)
 {
     const QByteArrayView name(section);
@@ -88,7 +88,8 @@ std::optional<QByteArray> findValue(QFile &stream, const char *key)
         line = mygetline(line);
         if (line.isEmpty() || line.startsWith(';'))
             continue;
-        // A line without "=" ends the search too, on purpose.
+        // A reader would expect a line without "=" to be skipped, but it ends the search, on
+        // purpose.
         const qsizetype equals = line.indexOf('=');
         if (line.startsWith('[') || equals < 0)
             break;
@@ -115,7 +116,8 @@ QByteArray keyList(QFile &stream)
     return list;
 }
 
-// Gives the length of the last name, and not that of the list, on purpose.
+// A reader would expect the length of the list, but the length of the last name is returned, on
+// purpose.
 int GetSectionNames(QByteArray &list, QFile &stream)
 {
     int length = 0;
@@ -129,7 +131,7 @@ int GetSectionNames(QByteArray &list, QFile &stream)
     return length;
 }
 
-// Copies a list and ends it with one more zero; a list that is cut still ends in two zeros.
+// Copies a list and appends one more zero. A list that is cut still ends in two zeros.
 int copyList(QByteArray list, char *out, int size)
 {
     if (!out || size <= 0)

@@ -37,7 +37,7 @@ QString backupPath(const QString &resource)
 
 bool isFile(const QString &path) { return QFileInfo(path).isFile(); }
 
-// Nothing of what stands in the way is lost.
+// Renames a file that is in the way, so that its content is not lost.
 void moveAside(const QString &path, const QString &ending)
 {
     constexpr int tries = 1000;
@@ -47,7 +47,7 @@ void moveAside(const QString &path, const QString &ending)
     }
 }
 
-// A folder is never one of our files, but may hold something of the user's.
+// A folder of this name is not the program's, but it may contain the user's files.
 void moveFolderAside(const QString &path)
 {
     if (QFileInfo(path).isDir())
@@ -65,7 +65,7 @@ bool canBeRead(const QString &path) { return ReadXmlDocument(path) != nullptr; }
 bool writeFile(const QString &path, const QByteArray &bytes)
 {
     moveFolderAside(path);
-    // Permissions travel with a file, and it may have come from one that is read-only.
+    // A copied file keeps its permissions, so this one may be read-only.
     const QFile::Permissions permissions = QFile::permissions(path);
     const QFile::Permissions needed = QFile::ReadOwner | QFile::WriteOwner;
     if (isFile(path) && (permissions & needed) != needed)
@@ -79,8 +79,9 @@ bool writeFile(const QString &path, const QByteArray &bytes)
     return false;
 }
 
-// The backup becomes the resource file. Without one that can be read, a resource file that can be
-// read stays. False when there is neither and nothing may be installed: the backup is better.
+// Makes the backup the resource file. If the backup can't be read, a readable resource file stays.
+// Returns false if the backup is readable but could not be installed, and the resource file is not
+// readable; the shipped file must not replace a good backup then.
 bool restore(const QString &backup, const QString &resource)
 {
     const bool isDamaged =
@@ -89,15 +90,15 @@ bool restore(const QString &backup, const QString &resource)
         moveAside(resource, u".damaged."_s);
     if (!canBeRead(backup))
         return true;
-    // A full disk has room for a file that is moved.
+    // On a full disk the backup can still be moved.
     return writeFile(resource, contentOf(backup)) ||
            std::rename(QFile::encodeName(backup).constData(),
                        QFile::encodeName(resource).constData()) == 0 ||
            canBeRead(resource);
 }
 
-// A copy of the older file stays beside the new one. Where there is no room the older one stays in
-// use, and the next start tries again.
+// Keeps a copy of the older file beside the new one. If there is no room, the older file stays in
+// use and the next start tries again.
 void upgrade(const QString &shipped, const QString &resource)
 {
     const QDomDocument &user = *GetXmlDocument(resource.toStdWString().c_str(), false);
@@ -154,11 +155,11 @@ bool ProcessResourceFile(const QString &)
             return false;
     } else if (XmlIsOld(shipped, resource, u"Galeway"_s, u"ver"_s)) {
         upgrade(shipped, resource);
-        // The store holds the old file.
+        // The store still holds the old file.
         FreeAllXmlDocument();
     }
     try {
-        // Any read will do: it makes the store parse a file that has just been installed.
+        // The key does not matter: any read makes the store parse the installed file.
         GetString(u"test"_s);
         writeFile(backup, contentOf(resource));
         DeleteExceptionFile();

@@ -23,7 +23,7 @@ Attributes attributesOf(const QDomElement &element)
     return result;
 }
 
-// Made with all that is missing above it.
+// The element at this path, which is created together with its missing parents.
 QDomElement madeAt(const QString &path, QDomDocument &document, XmlPlaces &places)
 {
     if (const QDomElement element = places.value(path); !element.isNull())
@@ -62,7 +62,7 @@ QByteArray upgraded(const QDomDocument &user, const QDomDocument &shipped)
         if (!isSetting && !isTheirs)
             continue;
         QDomElement element = madeAt(it.key(), result, places);
-        // A section is the user's as a whole.
+        // A changed section replaces the shipped one completely.
         for (const QString &name : isTheirs ? attributesOf(element).keys() : QStringList())
             element.removeAttribute(name);
         for (auto value = values.begin(); value != values.end(); ++value)

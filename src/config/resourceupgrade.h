@@ -4,9 +4,10 @@
 #include <QDomDocument>
 #include <QString>
 
-/// The resource file as it was shipped in a version of its own, from 1 on; kept in the program.
+/// The path of the resource file that was shipped with version `version`, from 1 on. These files
+/// are compiled into the program.
 QString shippedInVersion(int version);
 
-/// The shipped resource file with what the user's older one holds: all settings, and of the rest
-/// each section that is not as it was shipped in the older one's version.
+/// Merges the user's older resource file into the shipped one: takes all of the user's settings,
+/// and those other sections that differ from what was shipped in the older version.
 QByteArray upgraded(const QDomDocument &user, const QDomDocument &shipped);

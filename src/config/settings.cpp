@@ -26,7 +26,7 @@ QString configPath(const QString &key) { return u"Galeway\\Config\\"_s + key.tri
 
 std::function<void()> s_handler;
 
-// Nothing when the attribute is not there.
+// No value if the attribute is missing.
 std::optional<QString> readAttribute(const QString &file, const QString &path,
                                      const wchar_t *attribute, int size)
 {
@@ -37,7 +37,7 @@ std::optional<QString> readAttribute(const QString &file, const QString &path,
     return QString::fromWCharArray(text.data());
 }
 
-// The same from the user's file, or the shipped one where the user's has no such element.
+// Reads from the user's file, or from the shipped file if the user's has no such element.
 std::optional<QString> readEither(const QString &path, const wchar_t *attribute, int size)
 {
     const auto hasElement = [&](const QString &file) {
@@ -91,7 +91,8 @@ QString GetBtnAttr(const QObject *widget, const QString &section, int kind)
     if (!text)
         return {};
     const QString value = text->trimmed();
-    // A leading slash counts as relative, on purpose.
+    // A reader would expect a leading slash to make a path absolute, but it counts as relative, on
+    // purpose.
     const bool isRelativePath = kind >= s_firstPath && kind <= s_lastPath && !value.isEmpty() &&
                                 !value.contains(u':') && !value.startsWith(u'\\');
     return isRelativePath ? QCoreApplication::applicationDirPath() + u'/' + value : value;

@@ -8,34 +8,35 @@
 
 class QObject;
 
-/// Settings, texts and skin attributes: all of them in the tree of the file g_ResourceFileName,
-/// which is kept in memory and reaches the disk with SaveResourceFile. A text or a section that it
-/// lacks altogether is taken from the shipped file.
+/// Settings, texts and skin attributes. All of them are in the XML tree of the file
+/// g_ResourceFileName, which is kept in memory and written by SaveResourceFile. A text or a skin
+/// section that this file lacks is read from the shipped file.
 ///
-/// Keys and sections may have white space around them. Values of more than WideTextCapacity - 1
-/// characters are cut, or of `size` - 1 where that is less.
+/// White space around keys and sections is ignored. Values are cut to WideTextCapacity - 1
+/// characters, or to `size` - 1 if that is less.
 
-/// `size` has no effect.
+/// Changes a setting. `size` has no effect.
 void SetConfigString(const QString &key, const QString &value, int size = WideTextCapacity);
 
-/// Called whenever there is a setting to save, until another function is set, or none.
+/// Sets the function that is called when a setting has to be saved; an empty function removes it.
 void setSettingsHandler(std::function<void()> handler);
 
-/// Empty, but never null, when the setting was never written.
+/// The value of a setting. Empty, but not null, if it has never been written.
 QString GetConfigString(const QString &key, int size = WideTextCapacity);
 
-/// The number of a setting, held between `least` and `most`; `fallback` where it is empty. What is
-/// no number counts as 0.
+/// The number of a setting, limited to `least` to `most`. `fallback` if the setting is empty; 0 if
+/// it is no number.
 int GetConfigNumber(const QString &key, int fallback, int least, int most);
 
-/// A text of the resource file; empty, but never null, when it has none under that key.
+/// A text of the resource file. Empty, but not null, if there is no text of that key.
 QString GetString(const QString &key, int size = WideTextCapacity);
 
-/// Attribute `kind` of a button or a picture, looked up by the widget's object name (null counts as
-/// an empty name) and the section:
+/// Attribute `kind` of a button or a picture, which is found by the widget's object name (empty for
+/// null) and the section:
 ///   1 caption, 2 show caption, 3 hint,
 ///   4 normal, 5 over, 6 down, 7 disabled and 8 mask picture, 9 normal and 10 doing cursor,
 ///   11 normal, 12 over, 13 down and 14 disabled font colour.
-/// Trimmed; 4 to 10 are paths, made absolute in the program's folder unless they hold a ":" or
-/// begin with a backslash. Null when the attribute is not there, empty for another `kind`.
+/// The value is trimmed. Values 4 to 10 are paths; a path is relative to the program's folder
+/// unless it contains a ":" or begins with a backslash. Null if the attribute is missing, empty for
+/// any other `kind`.
 QString GetBtnAttr(const QObject *widget, const QString &section, int kind);

@@ -24,18 +24,18 @@ namespace {
 
 constexpr qsizetype s_maxPathDepth = 100;
 
-// A document is torn down by recursion, so a hostile file could exhaust the stack with its depth; a
-// big one would eat the memory some sixty times over. The files in use have four levels and some 30
-// KB.
+// A document is destroyed recursively, so a deeply nested file could exhaust the stack, and a
+// document needs about sixty times the memory of its file. The program's own files have four levels
+// and some 30 KB.
 constexpr int s_maxNesting = 128;
 constexpr qint64 s_maxFileSize = 8LL * 1024 * 1024;
 
-// The parser compares each attribute of an element with all before it: 100,000 would take it half a
-// minute. The elements in use have 14 at the most.
+// The parser compares each attribute of an element with all previous ones; 100,000 attributes would
+// take half a minute. The program's own elements have at most 14.
 constexpr int s_maxAttributes = 200;
 
-// What is beyond the limit is left out. The encodings in use all have the signs that matter here as
-// single bytes.
+// Drops the attributes beyond the limit. Treating the text as Latin-1 is safe, since in all
+// supported encodings the characters that matter here are single bytes.
 QByteArray withoutSurplus(const QByteArray &xml)
 {
     static const QRegularExpression attribute(
@@ -59,7 +59,7 @@ QByteArray withoutSurplus(const QByteArray &xml)
 bool isWellFormedAndFlat(const QByteArray &xml)
 {
     QXmlStreamReader reader(xml);
-    reader.setNamespaceProcessing(false);  // as the document is parsed
+    reader.setNamespaceProcessing(false);  // the document is parsed without namespaces, too
     int depth = 0;
     while (!reader.atEnd()) {
         reader.readNext();
@@ -71,8 +71,8 @@ bool isWellFormedAndFlat(const QByteArray &xml)
     return !reader.hasError();
 }
 
-// A tag or an attribute that the parser refuses would make the saved file, and so the next start,
-// fail.
+// A tag or an attribute name that the parser refuses would make the saved file unreadable, and with
+// it the next start fail.
 bool isXmlName(const QString &name)
 {
     QXmlStreamReader reader(u'<' + name + u"/>"_s);
@@ -80,7 +80,8 @@ bool isXmlName(const QString &name)
     return reader.readNextStartElement() && reader.qualifiedName() == name;
 }
 
-// The same goes for characters: the name of a folder, say, may hold control characters.
+// Characters that XML does not allow would have the same effect; a folder's name, for example, may
+// contain control characters.
 QString xmlCharacters(const QString &text)
 {
     QString result;
@@ -122,7 +123,7 @@ QDomElement elementAt(TXmlDocItem &item, const char *path)
     return item.Places.value(names.join(u'\\'));
 }
 
-// The file's item, loaded when it is not in the store; null for an empty name.
+// The item of a file, which is loaded if it is not in the store; null for an empty name.
 TXmlDocItem *loadedItem(const wchar_t *fileName, bool mayFail)
 {
     if (!fileName || !*fileName)
@@ -135,13 +136,14 @@ TXmlDocItem *loadedItem(const wchar_t *fileName, bool mayFail)
         if (!mayFail)
             std::abort();
         item->LoadFailed = true;
-        // With a name, if an empty one: a document without one is null, and nothing can be added.
+        // A QDomDocument without a name is null, and no element can be added to it; an empty name
+        // is enough.
         item->Document = std::make_unique<QDomDocument>(QString());
     }
     return item;
 }
 
-// UTF-8 text of a path or an attribute's name.
+// The UTF-8 text of a path or of an attribute's name.
 struct NarrowName {
     explicit NarrowName(const wchar_t *name) { UnicodeToUTF8(name, text.data()); }
     std::array<char, ConversionCapacity> text;
@@ -151,7 +153,7 @@ struct NarrowName {
 
 void TXmlDocSet::Clear()
 {
-    // LoadFailed stays as it is, on purpose.
+    // A reader would expect LoadFailed to be reset, but it is kept, on purpose.
     for (TXmlDocItem &item : Items) {
         item.FileName.clear();
         item.Document.reset();
@@ -165,7 +167,7 @@ TXmlDocItem *TXmlDocSet::Push(const wchar_t *fileName, std::unique_ptr<QDomDocum
                               bool dirty)
 {
     std::move_backward(Items.begin(), Items.end() - 1, Items.end());
-    // LoadFailed stays as it is, on purpose.
+    // A reader would expect LoadFailed to be reset, but it is kept, on purpose.
     TXmlDocItem &item = Items.front();
     item.FileName = fileName ? fileName : L"";
     item.Document = std::move(document);
@@ -212,7 +214,7 @@ QDomElement FindElement(const QDomNode &parent, const QStringList &names, int in
 std::unique_ptr<QDomDocument> ReadXmlDocument(const QString &fileName)
 {
     QFile file(fileName);
-    // A pipe or a device would block or never end.
+    // Reading a pipe or a device could block or never end.
     if (!QFileInfo(file).isFile() || file.size() > s_maxFileSize || !file.open(QIODevice::ReadOnly))
         return nullptr;
     const QByteArray xml = withoutSurplus(file.readAll());
@@ -233,8 +235,8 @@ QByteArray XmlBytes(const QDomDocument &document)
 {
     QByteArray bytes;
     QTextStream stream(&bytes, QIODevice::WriteOnly);
-    // The stream's encoding is UTF-8. A document that declares a smaller one would lose what that
-    // can't hold, such as the name of a folder.
+    // The stream writes UTF-8. If the document declared a smaller encoding, characters outside of
+    // it would be lost, for example in a folder's name.
     document.save(stream, 1, QDomNode::EncodingFromTextStream);
     stream.flush();
     return bytes;
@@ -265,13 +267,15 @@ int SetToXML(const wchar_t *fileName, const char *path, const char *attribute, c
     for (int i = 0; i < names.size(); ++i) {
         QDomElement next = FindElement(current, names, i, i + 1);
         if (next.isNull()) {
-            // A document has one top element, and could not be read again with two.
+            // A document can have only one top element; with a second one it could not be read
+            // again.
             const bool isSecondTop = i == 0 && !item->Document->documentElement().isNull();
             if (isSecondTop || !isXmlName(names[i]))
                 return 0;
             next = item->Document->createElement(names[i]);
             current.appendChild(next);
-            // It is the first of its path: it was made behind the first match of each level.
+            // The new element is the first one of its path, since its parents are the first matches
+            // of their levels.
             if (!item->Places.isEmpty())
                 item->Places.insert(names.first(i + 1).join(u'\\'), next);
         }
@@ -313,7 +317,7 @@ int SaveXmlDocument(const wchar_t *fileName)
         return 0;
     const QByteArray bytes = XmlBytes(*item->Document);
     WholeFile file(QString::fromStdWString(item->FileName));
-    // What the next start could not read is better not written.
+    // A file that is too large for the next start must not be written.
     if (bytes.size() > s_maxFileSize)
         item->SaveError = qt_error_string(EFBIG);
     else if (file.write(bytes))

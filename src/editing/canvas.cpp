@@ -8,10 +8,10 @@
 
 namespace {
 
-// Of what the last shapes cover at least this much is kept, however small the picture is.
+// The least memory for the pixels below the newest shapes, however small the picture is.
 constexpr qsizetype s_leastBudget = 4 << 20;  // bytes
 
-/// Calls `visit(y, first byte in the line, bytes)` for each piece of a line in an area.
+/// Calls `visit(y, first byte in the line, bytes)` for each part of a line in an area.
 template<typename Visit> void forEachPiece(const QImage &image, const QRegion &area, Visit visit)
 {
     const qsizetype pixel = image.depth() / 8;
@@ -28,7 +28,7 @@ void copyArea(const QImage &from, QImage &to, const QRegion &area)
     });
 }
 
-/// Draws one more shape over a picture with shapes, in an area that it doesn't leave.
+/// Draws one more shape over a picture with shapes. `area` must contain the shape.
 void drawOver(QImage &image, const QImage &picture, const Geometry &geometry, const EditMsg &style,
               const QRegion &area)
 {
@@ -47,7 +47,8 @@ void drawOver(QImage &image, const QImage &picture, const Geometry &geometry, co
 void Canvas::setPicture(const QImage &picture)
 {
     *this = {};
-    // Both in 32 bits, as the step-by-step work counts on; a screen may have pixmaps of others.
+    // Both formats have 32 bits, which the incremental drawing relies on; a screen's pixmaps may
+    // have other formats.
     m_picture = picture.convertToFormat(
         picture.hasAlphaChannel() ? QImage::Format_ARGB32_Premultiplied : QImage::Format_RGB32);
 }
@@ -112,7 +113,7 @@ void Canvas::replay(const EditHistory &history)
 {
     m_below.clear();
     m_belowBytes = 0;
-    // The newest shapes are drawn one by one, so that they can be taken back.
+    // The newest shapes are drawn one by one, so that each can be taken back.
     qsizetype room = budget();
     qsizetype single = 0;
     while (single < history.size()) {

@@ -9,34 +9,35 @@
 #include <deque>
 #include <optional>
 
-/// The pixels that the editor shows: the picture with its recorded shapes, and over them the shape
-/// that is being drawn. It is what a replay of the history gives, kept up to date step by step: a
-/// new shape is drawn over what is there, and the last ones can be taken back, since the pixels
-/// below them are kept. Everything is in picture coordinates.
+/// The pixels that the editor shows: the picture with its recorded shapes, and the shape that is
+/// being drawn. The result equals a replay of the history, but is updated step by step: a new shape
+/// is drawn over the existing pixels, and the newest shapes can be taken back because the pixels
+/// below them are kept. All coordinates are picture coordinates.
 class Canvas
 {
 public:
-    /// Starts over with another picture.
+    /// Starts again with another picture.
     void setPicture(const QImage &picture);
-    /// The history is another one.
+    /// The history has been replaced.
     void reset() { m_isDrawn = false; }
-    /// `entry` has become the newest of the history. Gives the area that changed.
+    /// `entry` has been added as the newest of the history. Returns the area that changed.
     QRegion add(const EditEntry &entry);
-    /// `entry` was the newest of the history, and is no more. Gives the area that changed.
+    /// `entry` was the newest of the history and has been removed. Returns the area that changed.
     QRegion takeBack(const EditEntry &entry);
-    /// The shape that is being drawn, if any. Gives the area that changed.
+    /// Sets or removes the shape that is being drawn. Returns the area that changed.
     QRegion setPreview(const std::optional<Geometry> &geometry, const EditMsg &style);
 
     bool hasPreview() const { return m_preview.has_value(); }
-    /// The area outside of which the preview equals the recorded picture.
+    /// Outside of this area the preview equals the recorded picture.
     const QRegion &previewArea() const { return m_previewArea; }
-    /// The picture with all shapes of `history`, which is the one that add and takeBack told of.
+    /// The picture with all shapes of `history`, which must be the history that add() and
+    /// takeBack() were told about.
     const QImage &recorded(const EditHistory &history);
-    /// The same with the preview.
+    /// The same, including the shape that is being drawn.
     const QImage &preview(const EditHistory &history);
 
 private:
-    /// The pixels below one of the newest shapes.
+    /// The pixels below one of the newest shapes, before it was drawn.
     struct Below {
         QRegion area{};
         QByteArray pixels{};
@@ -50,11 +51,11 @@ private:
     QImage m_picture;
     QImage m_image;  ///< with all recorded shapes; valid while m_isDrawn
     bool m_isDrawn = false;
-    std::deque<Below> m_below{};  ///< of the newest shapes, oldest first
+    std::deque<Below> m_below{};  ///< for the newest shapes, oldest first
     qsizetype m_belowBytes = 0;
     std::optional<Geometry> m_preview{};
     EditMsg m_previewStyle{};
     QRegion m_previewArea{};
     QImage m_previewImage;
-    QRegion m_stale{};  ///< where m_previewImage is not what it has to be
+    QRegion m_stale{};  ///< where m_previewImage is out of date
 };

@@ -13,7 +13,7 @@ namespace {
 constexpr int s_tile = 64;  // picture pixels
 constexpr int s_stackedLines = 12;
 
-/// The tiles of a picture, and which of them are taken.
+/// Marks tiles of a picture.
 class Tiles
 {
 public:
@@ -30,14 +30,14 @@ public:
             addSpan(row, rect.left(), rect.right());
     }
 
-    /// A line that is drawn up to `reach` pixels beside and beyond itself.
+    /// Adds a line that is drawn up to `reach` pixels around itself.
     void addLine(const QPointF &a, const QPointF &b, double reach)
     {
         const QPointF d = b - a;
         const double top = std::min(a.y(), b.y()) - reach;
         const double bottom = std::max(a.y(), b.y()) + reach;
         for (int row = first(top); row <= last(bottom, m_rows); ++row) {
-            // The part of the line that reaches into this row of tiles.
+            // Clips the line to this row of tiles.
             double from = 0;
             double to = 1;
             if (std::abs(d.y()) > 1) {
@@ -95,7 +95,7 @@ private:
     std::vector<bool> m_taken;
 };
 
-// Half the pen, the corners of its square ends, and the smoothed edge.
+// Half of the pen's width, the corners of its square caps, and the antialiased edge.
 double reachOf(int width) { return std::max(0, width) * 0.75 + 2; }
 
 template<typename Polygon> void addOutline(Tiles &tiles, const Polygon &points, double reach)
@@ -134,7 +134,7 @@ void add(Tiles &tiles, const PolylineShape &shape, const EditMsg &style)
     addOutline(tiles, shape.points, reachOf(style.width));
 }
 
-// Letters may lean out of the place that they are given.
+// Letters may extend beyond their bounding rectangle.
 void add(Tiles &tiles, const TextShape &shape, const EditMsg &style)
 {
     if (style.text.isEmpty())
@@ -142,7 +142,7 @@ void add(Tiles &tiles, const TextShape &shape, const EditMsg &style)
     QImage image(1, 1, QImage::Format_RGB32);
     QPainter painter(&image);
     painter.setFont(style.font);
-    // Marks may be stacked on a letter without an end.
+    // Any number of combining marks may be stacked on a letter.
     const bool hasMarks = std::any_of(style.text.begin(), style.text.end(),
                                       [](QChar character) { return character.isMark(); });
     const double lean = painter.fontMetrics().height() * (hasMarks ? s_stackedLines : 1);
@@ -150,7 +150,7 @@ void add(Tiles &tiles, const TextShape &shape, const EditMsg &style)
     tiles.addRect(bounds.adjusted(-lean, -lean, lean, lean));
 }
 
-// Points that are drawn wherever they are.
+// Points that are drawn in any case.
 QPolygon pointsOf(const EmptyShape &) { return {}; }
 
 QPolygon pointsOf(const RectShape &shape) { return shape.outline; }
@@ -200,8 +200,8 @@ bool liesOutside(const Geometry &geometry, const EditMsg &style, QSize picture)
     if (points.isEmpty() || std::any_of(points.begin(), points.end(),
                                         [&](QPoint point) { return all.contains(point); }))
         return false;
-    // Lines may cross the picture, or reach into it by their width; the tiles are a little more
-    // than that.
+    // No point is in the picture, but lines may cross it or reach into it by their width. The tiles
+    // cover slightly more than the shape, so each is tested by drawing.
     const QRegion tiles = coverage(geometry, style, picture);
     return std::none_of(tiles.begin(), tiles.end(),
                         [&](const QRect &tile) { return isDrawnIn(tile, geometry, style.width); });

@@ -4,10 +4,10 @@
 
 #include <QRegion>
 
-/// An area, in whole tiles and within a picture of `picture` pixels, outside of which drawing the
-/// shape changes nothing. It is close: a thin line takes the tiles along it.
+/// The tiles that drawing a shape may change, limited to a picture of `picture` pixels. The result
+/// is tight: a thin line covers only the tiles along it. Picture coordinates.
 QRegion coverage(const Geometry &geometry, const EditMsg &style, QSize picture);
 
-/// Whether nothing of what drawing the shape changes, its line width included, lies in a picture of
-/// `picture` pixels. A shape around the picture is outside too; one without points is not.
+/// Whether drawing the shape with its line width changes no pixel of a picture of `picture` pixels.
+/// A rectangle around the picture is outside, too; a shape without points is not.
 bool liesOutside(const Geometry &geometry, const EditMsg &style, QSize picture);

@@ -10,21 +10,19 @@
 #include <utility>
 #include <vector>
 
-// A point lies inside a shape by the outlines that cross its row at or before it. For one row they
-// are found once, whatever its width. That the outcome is the same to the last pixel asks for the
-// toolkit's arithmetic, operation by operation: what is computed in another order is rounded to
-// another pixel.
+// A point is inside a shape depending on the outlines that cross its row at or before it. These
+// crossings are computed once for each row. To get exactly the toolkit's result, all computations
+// use the same operations in the same order, because another order would round differently.
 
 namespace {
 
-// Where an outline crosses a row: it counts for this column and those after it.
+// A crossing of the outline with a row; it applies to this column and all columns after it.
 struct Crossing {
     int column = 0;
-    int winding = 0;  // 1 on its way down, -1 on its way up
+    int winding = 0;  // 1 downward, -1 upward
 };
 
-// A straight part of the outline. It crosses the rows from `top` up to `bottom`, which is not
-// included.
+// A straight part of the outline. It crosses the rows from `top` up to but not including `bottom`.
 struct Edge {
     QPointF top{};
     QPointF bottom{};
@@ -51,7 +49,7 @@ std::pair<Curve, Curve> halves(const Curve &curve)
     return {{curve[0], first, left, centre}, {centre, right, third, curve[3]}};
 }
 
-// A row of the picture, and the crossings found in it.
+// A row of the picture, and its crossings.
 class Row
 {
 public:
@@ -65,7 +63,8 @@ public:
     void cross(const Edge &edge) { add(edge.at(m_y), edge.winding); }
     void cross(const Curve &curve, int depth = 0);
 
-    /// Clears what lies outside, or beyond the columns `from` up to `to`.
+    /// Clears the pixels outside of the shape. Columns before `from` and from `to` on are always
+    /// outside.
     void cut(QRgb *line, int from, int to, Qt::FillRule rule);
 
 private:
@@ -80,7 +79,8 @@ private:
     std::vector<Crossing> m_crossings;
 };
 
-// Halved until it is a point, or does not touch the row. A flat one has no height to be touched.
+// Halves the curve until it is a point or does not touch the row. A horizontal curve never touches
+// it.
 void Row::cross(const Curve &curve, int depth)
 {
     constexpr double s_point = .001;
@@ -113,7 +113,7 @@ void Row::cut(QRgb *line, int from, int to, Qt::FillRule rule)
         return rule == Qt::WindingFill ? winding != 0 : winding % 2 != 0;
     };
     int winding = 0;
-    int outside = 0;  // where the pixels begin that have to go
+    int outside = 0;  // first column of the pixels to clear
     for (const Crossing &crossing : m_crossings) {
         const bool wasInside = isInside(winding);
         winding += crossing.winding;
@@ -125,15 +125,15 @@ void Row::cut(QRgb *line, int from, int to, Qt::FillRule rule)
         else
             clear(outside, column);
     }
-    // Outlines are closed, but a part that is all but level counts as level and is left out.
+    // The outline is closed, but a nearly horizontal part is left out, so the row may end inside.
     clear(isInside(winding) ? to : outside, m_width);
 }
 
-// The outline's parts that a picture of this height may touch.
+// The parts of the outline that can touch a picture of this height.
 struct Outline {
     Outline(const QPainterPath &shape, int height);
 
-    std::vector<Edge> edges;  // by their first row
+    std::vector<Edge> edges;  // sorted by their first row
     std::vector<Curve> curves;
 
 private:
@@ -188,7 +188,8 @@ void cutToShape(QImage &picture, const QPainterPath &shape)
     if (!picture.hasAlphaChannel() || picture.depth() != 32)
         picture.convertTo(QImage::Format_ARGB32_Premultiplied);
     const int width = picture.width();
-    // What lies in the box counts, with its far edges; a box without an area holds nothing.
+    // Only pixels in the bounding box can be inside, including its far edges; none if the box has
+    // no area.
     const QRectF box = shape.controlPointRect();
     const double far = box.width() > 0 ? std::floor(box.right()) + 1 : 0;
     const int to = static_cast<int>(std::clamp<double>(far, 0, width));

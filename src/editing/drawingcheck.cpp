@@ -18,8 +18,8 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr qsizetype s_longestText = 16 << 20;
-constexpr qsizetype s_deepest = 64;         // elements in elements, and uses of uses
-constexpr qint64 s_mostElements = 1 << 18;  // drawn, with each use of one counted
+constexpr qsizetype s_deepest = 64;         // nested elements, or nested uses
+constexpr qint64 s_mostElements = 1 << 18;  // rendered elements, counting each use
 
 QString readsOthers()
 {
@@ -34,7 +34,7 @@ QString isTooMuch()
 
 QStringView withoutPrefix(QStringView name) { return name.mid(name.lastIndexOf(u':') + 1); }
 
-// Whether a style names something outside the drawing.
+// Whether a style refers to something outside the drawing.
 bool leadsOut(const QString &style)
 {
     static const QRegularExpression s_outside(uR"(@import|url\(\s*["']?(?!\s*["']?(#|data:)))"_s,
@@ -42,7 +42,8 @@ bool leadsOut(const QString &style)
     return s_outside.match(style).hasMatch();
 }
 
-// The same text in the same parser as the toolkit draws from, so that both see the same.
+// Reads the text with the same parser as the toolkit's renderer, so that both see the same
+// elements.
 class Reader
 {
 public:
@@ -55,7 +56,8 @@ public:
     {
         while (!m_xml.atEnd() && m_result.failure.isEmpty())
             take(m_xml.readNext());
-        // What can't be understood here may still be something to whoever draws.
+        // The renderer may make something of a text that this parser does not understand, so it is
+        // refused.
         if (m_result.failure.isEmpty() && m_xml.hasError())
             m_result.failure =
                 QCoreApplication::translate("QPictureDocument", "The drawing is damaged.");
@@ -65,7 +67,7 @@ public:
     }
 
 private:
-    // What is drawn with an element of that name, or with the drawing.
+    // What is rendered for an element of that name, or for the whole drawing.
     struct Group {
         qint64 elements = 0;
         QList<QString> uses{};
@@ -119,7 +121,7 @@ private:
             ++m_groups[around].elements;
     }
 
-    // A link is not followed by whoever draws.
+    // The renderer does not follow links.
     void takeReference(QStringView element, const QString &value)
     {
         if (value.startsWith(u'#')) {
@@ -142,7 +144,7 @@ private:
                                : QByteArray::fromBase64(value.mid(start + mark.size()).toLatin1());
         QBuffer buffer(&bytes);
         QImageReader reader(&buffer);
-        // Not even its size is asked for: the toolkit reads a drawing for that.
+        // Not even the size is read, because for a drawing the toolkit would parse the whole file.
         if (reader.format().startsWith("svg")) {
             refuseIf(true);
             return;
@@ -164,8 +166,8 @@ private:
             m_result.failure = readsOthers();
     }
 
-    // Elements that are drawn, up to a little more than is allowed. One that uses itself is never
-    // done.
+    // The number of rendered elements, up to slightly more than the limit. An element that uses
+    // itself exceeds the limit.
     qint64 countOf(const QString &id)
     {
         if (m_around.contains(id) || m_around.size() > s_deepest)
@@ -188,10 +190,10 @@ private:
     QXmlStreamReader m_xml;
     DrawingCheck m_result;
     bool m_isStyle = false;
-    std::vector<QString> m_open;      // the names of the elements around, from the outermost
-    QHash<QString, Group> m_groups;   // by name; without one, the whole drawing
-    QHash<QString, qint64> m_counts;  // elements drawn with each
-    QSet<QString> m_around;           // whose elements are being counted
+    std::vector<QString> m_open;      // names of the open elements, from the outermost
+    QHash<QString, Group> m_groups;   // by name; the empty name is the whole drawing
+    QHash<QString, qint64> m_counts;  // number of rendered elements of each group
+    QSet<QString> m_around;           // the groups that are being counted
 };
 
 }  // namespace
@@ -203,7 +205,7 @@ std::optional<QByteArray> drawingText(const QByteArray &content)
     if (!content.startsWith("\x1f\x8b"))
         return content.size() <= s_longestText ? std::optional(content) : std::nullopt;
     z_stream stream{};
-    constexpr int packedFile = 15 + 16;  // the longest window, with a header
+    constexpr int packedFile = 15 + 16;  // the largest window, and a header
     if (inflateInit2(&stream, packedFile) != Z_OK)
         return {};
     stream.next_in = reinterpret_cast<Bytef *>(const_cast<char *>(content.constData()));

@@ -5,16 +5,16 @@
 
 #include <optional>
 
-/// What a drawing file (SVG) holds that is not only this drawing.
+/// The result of checking a drawing file (SVG) before it is rendered.
 struct DrawingCheck {
-    QString failure{};  ///< why it must not be drawn, for the user; empty where it may be
-    qint64 pixels = 0;  ///< of the pictures inside
+    QString failure{};  ///< why it must not be rendered, for the user; empty if it may be
+    qint64 pixels = 0;  ///< number of pixels of the pictures embedded in it
 };
 
-/// Whether a drawing can be drawn without another file being read, and comes to an end. Takes its
-/// text, unpacked.
+/// Whether the drawing refers to no other files and can be rendered in finite time. Takes the
+/// unpacked text.
 DrawingCheck checkDrawing(const QByteArray &text);
 
-/// The text of a drawing file, unpacked if it is packed. Nothing where it can't be unpacked, or
-/// would be too large.
+/// The text of a drawing file, which may be packed. No value if it can't be unpacked or is too
+/// large.
 std::optional<QByteArray> drawingText(const QByteArray &content);

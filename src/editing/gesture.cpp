@@ -68,8 +68,8 @@ std::optional<Geometry> DrawingGesture::release(stateEnum tool, QPoint position,
         return {};
     const QPoint end = view.toPicture({std::clamp(position.x(), 0, view.widget.width()),
                                        std::clamp(position.y(), 0, view.widget.height())});
-    // The picture's corner counts as no point at all, on purpose, and so does a drag that ends
-    // where it began, however long the way between was.
+    // A reader would expect the picture's corner (0, 0) to be a valid point, but it draws nothing,
+    // on purpose, and neither does a drag that ends at its start, however long it was.
     if (m_start.isNull() || end.isNull() || m_start == end)
         return {};
     const QRect rect(upperLeft(m_start, end), extent(m_start, end));
@@ -95,7 +95,8 @@ std::optional<Geometry> DrawingGesture::preview(stateEnum tool, const ViewMappin
     if (m_phase != Phase::Dragging)
         return {};
     const QPoint start = view.toWidget(m_exactStart).toPoint();
-    // The rectangle is cut to whole pixels as one, and not by its corners as at the release.
+    // A reader would expect both corners to be truncated to whole pixels, as in release(), but here
+    // one corner and the size are, on purpose.
     const auto rect = [&] {
         const QPoint corner = view.toPicture(upperLeft(start, m_end));
         const QSize size = extent(start, m_end);

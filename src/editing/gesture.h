@@ -5,29 +5,31 @@
 
 #include <optional>
 
-/// The five points of an arrow, for a line width: wing, tip, wing, the base's centre, the shaft's
-/// start. Picture coordinates. One shorter than its head has the wings behind its start.
+/// The five points of an arrow in picture coordinates: wing, tip, wing, centre of the head's base,
+/// start of the shaft. In an arrow that is shorter than its head the wings lie behind the start.
 QPolygon CreateArrowPolygon(const QPoint &start, const QPoint &end, int width);
 
-/// What the mouse is drawing: the points of one press, drag and release, and the shapes that come
-/// of them. Positions are in the widget, in device pixels.
+/// What the mouse is drawing: the points of one press, drag and release, and the resulting shapes.
+/// Positions are widget coordinates in device pixels.
 class DrawingGesture
 {
 public:
-    /// The one moment in which the start is mapped to the picture: it stays there, whatever becomes
-    /// of the zoom and the widget. What moves or is released without a press draws nothing.
+    /// Maps the start to the picture, once: it stays there even if the zoom or the widget changes.
+    /// A move or release without a press draws nothing.
     void press(QPoint position, const ViewMapping &view);
-    /// The pointer moved with a button down. From here on there is a preview.
+    /// The pointer moved with a button down. From now on there is a preview.
     void moveTo(QPoint position);
-    /// Ends the drag, held within the widget at its end. The shape to record, if there is one.
+    /// Ends the drag; its end is limited to the widget. Returns the shape to record, if there is
+    /// one.
     std::optional<Geometry> release(stateEnum tool, QPoint position, const ViewMapping &view,
                                     int lineWidth);
-    /// Ends the drag with nothing to show for it. False when none was under way.
+    /// Ends the drag without a shape. Returns false if there was no drag.
     bool drop();
 
+    /// Adds a point to the freehand line, in picture coordinates. Ignored without a press.
     void extendLine(QPoint picturePoint);
 
-    /// The shape as it would be now.
+    /// The shape if the drag ended now.
     std::optional<Geometry> preview(stateEnum tool, const ViewMapping &view, int lineWidth) const;
 
 private:
@@ -35,7 +37,7 @@ private:
 
     Phase m_phase = Phase::Idle;
     QPoint m_start;        ///< in picture coordinates
-    QPointF m_exactStart;  ///< the same, not cut to whole pixels
+    QPointF m_exactStart;  ///< the same without rounding
     QPoint m_end;
-    QPolygon m_line;  ///< of the freehand line, in picture coordinates
+    QPolygon m_line;  ///< the freehand line, in picture coordinates
 };

@@ -8,9 +8,10 @@
 
 namespace {
 
-constexpr int s_level = 1;                  // the fastest; screens pack well
-constexpr qsizetype s_pieceSize = 4 << 20;  // bytes, so that little is held twice
-constexpr qsizetype s_leastGain = 4;        // a fourth of the pixels' bytes
+constexpr int s_level = 1;  // the fastest level; screen contents compress well anyway
+// bytes; limits what is in memory both packed and unpacked.
+constexpr qsizetype s_pieceSize = 4 << 20;
+constexpr qsizetype s_leastGain = 4;  // at least a fourth of the bytes must be saved
 
 int linesInPiece(const QImage &frame, int width)
 {

@@ -5,13 +5,14 @@
 #include <QList>
 #include <QSize>
 
-/// A picture that is not looked at, packed to a fraction of its size. It comes back as it was, to
-/// the bit, in a fraction of the time that a picture file takes. A value.
+/// A compressed picture, for documents that are not shown. It is restored exactly, much faster than
+/// from a picture file. A value type.
 class PackedPicture
 {
 public:
     PackedPicture() = default;
-    /// Packs a copy. Null, as a null picture, where that would save nothing worth while.
+    /// Compresses a copy. The result is null if the picture is null or if compression would save
+    /// too little.
     explicit PackedPicture(const QImage &picture);
 
     bool isNull() const { return m_pieces.isEmpty(); }
@@ -19,7 +20,7 @@ public:
     QImage unpacked() const;
 
 private:
-    QImage m_frame;  ///< one pixel, with format, dots, colour space and texts
+    QImage m_frame;  ///< one pixel with the picture's format, dots, colour space and texts
     QSize m_size;
     QList<QByteArray> m_pieces{};
 };

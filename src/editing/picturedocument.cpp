@@ -57,10 +57,10 @@ std::function<QImage()> QPictureDocument::pictureLater() const
 
 void QPictureDocument::setPicture(QImage picture)
 {
-    // A picture is its pixels: the toolkit reads a scale out of names that end in "@2x".
+    // The ratio is 1, although the toolkit derives a scale from file names that end in "@2x".
     picture.setDevicePixelRatio(1);
     m_Packed = {};
-    // A worker has looked whether it is opaque.
+    // A worker has already detected opaque pictures.
     m_Pixmap = QPixmap::fromImage(std::move(picture), Qt::NoOpaqueDetection);
 }
 
@@ -96,7 +96,7 @@ QPixmap &QPictureDocument::GetUnitePixmap()
 
 bool QPictureDocument::save(const QString &path, const char *format, int quality)
 {
-    // One that could not be read says why.
+    // The document keeps the reason why its picture could not be read.
     if (!hasPicture() && !m_Failure.isEmpty())
         return false;
     m_UnitePixmap = {};

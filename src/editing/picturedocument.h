@@ -12,68 +12,72 @@
 #include <map>
 #include <optional>
 
-/// The last running number given out for each name of an unsaved picture. None is ever given back.
+/// The last running number that was used for each name of unsaved pictures. Numbers are never
+/// reused.
 extern std::map<QString, int> g_mapNameIndex;
 
-/// One open picture: as it was grabbed or loaded, the shapes drawn on it, and how its tab shows it.
-/// A value; copies share pixels and shapes.
+/// One open picture: the pixels as they were grabbed or loaded, the shapes drawn on them, and the
+/// state of its view. A value type; copies share pixels and shapes.
 class QPictureDocument
 {
 public:
     QPictureDocument() = default;
     explicit QPictureDocument(const QPixmap &pixmap);
-    /// Loads a picture file. One that can't be read leaves the picture null, and m_Failure says
-    /// why.
+    /// Loads a picture file. If it can't be read, the picture is null and m_Failure says why.
     explicit QPictureDocument(const QString &path);
 
-    /// One whose picture is still to come: that of a file, or one that waited for this start.
+    /// A document whose picture is not loaded yet: the picture of a file, or one that was kept from
+    /// the last run.
     static QPictureDocument awaited(const UnsavedWork &work);
 
-    /// The picture without its shapes, packed or not; null where there is none.
+    /// The picture without its shapes, unpacked if necessary; null if there is none.
     QImage picture() const;
-    /// The same for a worker: a large one takes its time to unpack.
+    /// The same as a function that a worker can call, because unpacking a large picture takes time.
     std::function<QImage()> pictureLater() const;
-    /// False for one that could not be read, or has still to be.
+    /// False if the picture could not be read or is not loaded yet.
     bool hasPicture() const { return !m_Pixmap.isNull() || !m_Packed.isNull(); }
+    /// Sets the picture without its shapes; its pixel ratio becomes 1.
     void setPicture(QImage picture);
-    /// What can't be got back from anywhere else. The shapes are the parked ones.
+    /// The data that would be lost with the document. The shapes are those that were parked here.
     UnsavedWork unsavedWork() const;
 
-    /// True while the document is bound to no file.
+    /// Whether the document is not bound to a file.
     bool IsNewFile() const { return m_NameIndex >= 0; }
+    /// Binds the document to the file in m_FileName.
     void SetIsNotNewFile() { m_NameIndex = -1; }
-    /// The text for tab, list and title.
+    /// The document's name in tab, list and title.
     QString GetShowName() const;
-    /// The shown name of a grab that got no name and no number.
+    /// The displayed name of a grab that has neither a name nor a number.
     static QString GetEmptyName();
     /// Renders the picture with its shapes.
     QPixmap &GetUnitePixmap();
-    /// Writes the united picture. `format` null and `quality` -1 leave the choice to the path and
-    /// the toolkit. False when it could not be written: a file that was there is as it was, and
-    /// m_Failure says why.
+    /// Writes the picture with its shapes. `format` null and `quality` -1 leave the choice to the
+    /// path's extension and the toolkit. Returns false if it could not be written; an existing file
+    /// is then unchanged, and m_Failure says why.
     bool save(const QString &path, const char *format, int quality);
-    /// Whether the file holds something else than was last read from it or written into it here.
+    /// Whether the file has changed since this document last read or wrote it.
     bool isAnotherFile() const;
 
-    int m_Number = nextNumber();  ///< this document's alone, and that of its copies
+    int m_Number = nextNumber();  ///< identifies this document and its copies; never reused
 
-    QString m_FileName{};  ///< path of the file, or the name that the grab came with
+    QString m_FileName{};  ///< path of the file, or the name of the grab
     bool m_Modified = false;
-    int m_NameIndex = -1;  ///< running number of an unsaved document; -1 for one bound to a file
-    QPixmap m_Pixmap{};    ///< never changed by editing; null while it is packed
-    PackedPicture m_Packed{};  ///< the same, of a document that nobody looks at
-    bool m_IsAwaited = false;  ///< the picture is still being read
+    int m_NameIndex = -1;      ///< running number of an unsaved document; -1 if bound to a file
+    QPixmap m_Pixmap{};        ///< not changed by editing; null while it is packed
+    PackedPicture m_Packed{};  ///< the same, packed, while the document is not shown
+    bool m_IsAwaited = false;  ///< the picture is still being loaded
     PictureOrigin m_Origin{};
-    QPixmap m_UnitePixmap{};               ///< the last result of GetUnitePixmap
-    std::optional<FileIdentity> m_File{};  ///< the file when it was last read or written
-    QString m_Failure{};                   ///< why it could not be, for the user
-    QString m_Notice{};                    ///< what the user has been told of it
+    QPixmap m_UnitePixmap{};  ///< the last result of GetUnitePixmap
+    /// Identity of the file when it was last read or written.
+    std::optional<FileIdentity> m_File{};
+    QString m_Failure{};  ///< why reading or writing failed, for the user
+    QString m_Notice{};   ///< the message that the user has got about the file
     EditHistory m_VecUnDo{};
     EditHistory m_VecReDo{};
-    int m_ScrollX = 0;  ///< scroll bars when the document was last left
+    int m_ScrollX = 0;  ///< position of the scroll bars when the document was last left
     int m_ScrollY = 0;
     float m_Scale = 1.0F;   ///< zoom when the document was last left
-    qint64 m_LastLook = 0;  ///< when that was, by the clock
+    qint64 m_LastLook = 0;  ///< time of the clock when the document was last left
 
 private:
     static int nextNumber();

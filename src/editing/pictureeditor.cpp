@@ -23,30 +23,32 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// From the field's corner to its text: its frame and the margin inside.
+// The distance from the field's corner to its text: frame and margin.
 constexpr QPoint s_textInset(5, 5);
-// Room for the letters to come.
+// Space for the next letters.
 constexpr QSize s_textRoom(50, 20);
-// The text is measured outside of the field, in a place too small for it.
+// The text is measured outside of the field, in a rectangle that is too small for it.
 constexpr QRect s_measure(-1000, -1000, 10, 10);
 
-// The toolkit drops moves that it finds waiting. A freehand line needs them all; for anything else
-// the last one will do.
+
+// The toolkit compresses pending move events. A freehand line needs all of them; other tools need
+// only the last one.
 void takeEveryMove(bool every)
 {
     static const bool s_usual = QGuiApplication::testAttribute(Qt::AA_CompressHighFrequencyEvents);
     QGuiApplication::setAttribute(Qt::AA_CompressHighFrequencyEvents, s_usual && !every);
 }
 
-// The pixel at which the widget begins. Half ones go up on both sides of 0: a widget that is
-// scrolled takes the pixels that are there along, and must not come to lie one beside them.
+// The device pixel at which the widget begins. Halves are rounded up also for negative values:
+// scrolling moves existing pixels by whole pixels, so the origin must not be off by one.
 QPoint wholePixel(QPointF position)
 {
     return {static_cast<int>(std::floor(position.x() + 0.5)),
             static_cast<int>(std::floor(position.y() + 0.5))};
 }
 
-// A record knows one direction for all of its lines, and draws a tab as a space.
+// A recorded text has one direction for all lines and draws a tab as a space, so the field does the
+// same.
 void layOutAsRecorded(QTextDocument &document, bool toTheLeft, qreal space)
 {
     const Qt::LayoutDirection direction = toTheLeft ? Qt::RightToLeft : Qt::LeftToRight;
@@ -58,7 +60,7 @@ void layOutAsRecorded(QTextDocument &document, bool toTheLeft, qreal space)
     document.setDefaultTextOption(option);
 }
 
-// A drag belongs to the button that began it.
+// A drag is controlled by the button that began it.
 bool isFirstButton(const QMouseEvent &press) { return press.buttons() == press.button(); }
 
 }  // namespace
@@ -85,7 +87,7 @@ void TPictureEditor::createTextField()
     m_pTextEdit->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     m_pTextEdit->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     m_pTextEdit->setStyleSheet(u"background-color: rgba(0,0,0,0);border: 1px groove gray;"_s);
-    // What is pasted is drawn in the one font and colour there is.
+    // Pasted text is drawn with the only font and colour there is.
     m_pTextEdit->setAcceptRichText(false);
     m_pTextEdit->installEventFilter(this);
     m_pTextEdit->hide();
@@ -114,7 +116,7 @@ void TPictureEditor::updateArea(const QRegion &pictureArea)
     QRegion area;
     for (const QRect &rect : pictureArea) {
         const QRectF shown = view.toScaled(rect).translated(view.margins());
-        // A pixel more: the widget may begin between two pixels of the screen.
+        // One more pixel, because the widget may begin between two device pixels.
         area += QRectF(shown.topLeft() / ratio, shown.size() / ratio)
                     .toAlignedRect()
                     .adjusted(-1, -1, 1, 1);
@@ -122,7 +124,7 @@ void TPictureEditor::updateArea(const QRegion &pictureArea)
     m_pWidget->update(area);
 }
 
-// Where a picture is transparent, the preview lies over the recorded picture and both show.
+// Where the picture is transparent, both the recorded picture and the preview over it are visible.
 void TPictureEditor::refreshPreview()
 {
     if (!m_pWidget)
@@ -174,7 +176,7 @@ void TPictureEditor::setPixmap(const QPixmap &pixmap)
     m_Pixmap = pixmap;
     m_Canvas.setPicture(pixmap.toImage());
     m_Gesture.drop();
-    // What was typed was for the picture before: the next click begins a text in this one.
+    // The typed text belonged to the previous picture, so the next click begins a text in this one.
     m_TextOpen = false;
     setPixmapScaled(1.0F);
 }
@@ -213,8 +215,8 @@ void TPictureEditor::clearShape()
     updateWidget();
 }
 
-// A field is open also while the page or the window around it is hidden: a tab's page goes before
-// anybody hears of the change.
+// A field counts as open while the page or window around it is hidden, because a tab's page is
+// hidden before the change of tabs is signalled.
 bool TPictureEditor::isTyping() const
 {
     return m_State == stateText && m_pTextEdit && !m_pTextEdit->isHidden();
@@ -233,7 +235,8 @@ void TPictureEditor::EndEdit()
         saveEditText();
 }
 
-// Committed in another tool, as a right click does, the record draws nothing.
+// A text that is committed in another tool, for example by a right click, becomes an entry that
+// draws nothing.
 EditEntry TPictureEditor::textEntry() const
 {
     Geometry geometry;
@@ -251,7 +254,8 @@ EntryPtr TPictureEditor::typedText() const
     return std::make_shared<const EditEntry>(textEntry());
 }
 
-// Typed text is recorded whatever it is, an empty one too: it takes one undo.
+// A reader would expect an empty text to be dropped, but it is recorded, on purpose: it takes one
+// undo step.
 void TPictureEditor::saveEditText()
 {
     if (!m_pTextEdit)
@@ -275,8 +279,8 @@ QString TPictureEditor::getUserText()
     return m_pTextEdit->toPlainText();
 }
 
-// The field shows the text as it will be on the zoomed picture. At a zoom where nothing is left of
-// the font it keeps its own size.
+// The field shows the text as it will look on the zoomed picture. If the zoom leaves nothing of the
+// font, the field keeps the font's own size.
 void TPictureEditor::fitTextField()
 {
     QFont font = m_Font;
@@ -299,12 +303,12 @@ void TPictureEditor::fitTextField()
                      QFontMetricsF(font, m_pTextEdit).horizontalAdvance(u' '));
     const QRect bounds = metrics.boundingRect(s_measure, Qt::AlignLeft | Qt::AlignTop,
                                               text.isEmpty() ? u"a"_s : text);
-    // Letters come at the end, and the room for them has to be there.
+    // New letters are added at the end, so there must be space for them.
     const QPoint room(toTheLeft ? s_textRoom.width() - 2 * s_textInset.x() : 0, 0);
     m_pTextEdit->setGeometry(QRect(m_TextAnchor - s_textInset - room, bounds.size() + s_textRoom));
 }
 
-// An open field goes with its place in the picture.
+// Keeps an open field at its position in the picture.
 void TPictureEditor::placeTextField()
 {
     if (!isTyping())
@@ -314,10 +318,11 @@ void TPictureEditor::placeTextField()
     fitTextField();
 }
 
-// The shapes that were undone stay where they are: they can still come back on top of the new one.
+// A reader would expect a new shape to clear the redo history, but it is kept, on purpose: undone
+// shapes can still be restored on top of the new one.
 void TPictureEditor::record(Geometry geometry, EditMsg style)
 {
-    // Nothing can be saved of a document without a picture.
+    // A document without a picture can't be saved.
     if (m_Pixmap.isNull())
         return;
     notify(HistoryChange);
@@ -357,8 +362,8 @@ ViewMapping TPictureEditor::mapping() const
             .scale = m_Scale};
 }
 
-// The widget begins at a whole pixel of the screen even where its own, logical position lies
-// between two, and a position in the window is exact where one in the widget is not.
+// The widget begins at a whole device pixel even if its logical position is between two. The
+// position in the window is used, because the event's position in the widget is rounded.
 QPoint TPictureEditor::toPixels(const QMouseEvent &event) const
 {
     const qreal ratio = m_pWidget->devicePixelRatioF();
@@ -371,8 +376,8 @@ void TPictureEditor::press(const QMouseEvent &event)
     const QPoint position = toPixels(event);
     const QPoint logical = event.position().toPoint();
     if (m_State == stateText && event.buttons() == Qt::LeftButton) {
-        // Only a click here closes what a click opened: after a text that was committed in another
-        // way the next click records an empty one.
+        // A reader would expect a click to open a new text after a text was committed in another
+        // way, but it records an empty text first, on purpose.
         if (m_TextOpen) {
             saveEditText();
             m_TextOpen = false;
@@ -385,7 +390,7 @@ void TPictureEditor::press(const QMouseEvent &event)
             notify(Refusal);
         }
     }
-    // The way out of any tool. It leaves a record behind, typed text or not.
+    // The right button leaves any tool. It records an entry even if no text was typed.
     if (event.buttons() == Qt::RightButton && !m_pTextEdit->geometry().contains(logical)) {
         saveEditText();
         m_State = stateMove;
@@ -412,8 +417,8 @@ void TPictureEditor::move(const QMouseEvent &event)
     if (m_State == statePoly)
         m_Gesture.extendLine(mapping().toPicture(position));
     if (m_State == stateMove) {
-        // The picture moves under the pointer with the scroll bars, so the origin stays where it
-        // is.
+        // The scroll bars move the widget under the pointer, so the origin in the widget stays the
+        // same.
         const QPoint moved = logical - m_DragOrigin;
         emit movealue(moved.x(), moved.y());
     } else {
@@ -439,8 +444,8 @@ void TPictureEditor::release(const QMouseEvent &event)
     refreshPreview();
 }
 
-// A drag is dropped each time. The field is emptied once in the editor's life, on purpose, and its
-// own undo brings the text back.
+// Escape always drops a drag. A reader would expect it to empty the text field each time, but it
+// does so only once in the editor's life, on purpose; the field's own undo restores the text.
 bool TPictureEditor::escape()
 {
     if (m_Gesture.drop()) {
@@ -486,7 +491,7 @@ void TPictureEditor::paint(const QPaintEvent &event)
     painter.setWorldTransform(QTransform::fromTranslate(origin.x(), origin.y()) *
                               toDevice.inverted());
 
-    // Beside the picture, so that it covers none of its pixels.
+    // The line is beside the picture, so that it covers none of its pixels.
     for (const QRect &line : QRegion(shown.adjusted(-1, -1, 1, 1)) - shown)
         painter.fillRect(line, Palette::pictureEdge);
 
@@ -540,8 +545,7 @@ bool TPictureEditor::eventFilter(QObject *watched, QEvent *event)
         if (isFirstButton(*static_cast<QMouseEvent *>(event)))
             press(*static_cast<QMouseEvent *>(event));
         return true;
-    // The second press of two that follow each other at once. A drag may begin with it; it opens
-    // and closes no text.
+    // The second press of a double click may begin a drag, but does not open or close a text.
     case QEvent::MouseButtonDblClick:
         if (isFirstButton(*static_cast<QMouseEvent *>(event)))
             takeHold(*static_cast<QMouseEvent *>(event));
@@ -559,7 +563,8 @@ bool TPictureEditor::eventFilter(QObject *watched, QEvent *event)
         break;
     case QEvent::Enter:
         takeEveryMove(m_State == statePoly);
-        // Another window took the pointer during a drag, an overlay say, and the end of it.
+        // Another window, for example an overlay, may have grabbed the pointer during a drag and
+        // got its release.
         if (QGuiApplication::mouseButtons() == Qt::NoButton && m_Gesture.drop())
             refreshPreview();
         break;

@@ -25,12 +25,12 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int s_done = 1000;             // permille
-constexpr qint64 s_bytesOfAPixel = 12;   // decoded, shown, and while it is drawn on
+constexpr qint64 s_bytesOfAPixel = 12;   // decoded, displayed, and while it is drawn on
 constexpr qint64 s_largestDecoded = 8;   // bytes a pixel
 constexpr qsizetype s_atOnce = 1 << 20;  // bytes
 constexpr int s_rowsAtOnce = 32;
 
-// A file that counts what is read of it, and can't be read any more once that is not wanted.
+// A file that counts the bytes that are read, and fails once reading is cancelled.
 class CountedFile : public QFile
 {
 public:
@@ -42,7 +42,7 @@ protected:
         if (m_progress.isCancelled)
             return -1;
         const qint64 count = QFile::readData(data, size);
-        // A reader that looks again at what it knows makes no progress.
+        // Reading a part again is no progress.
         m_furthest = std::max(m_furthest, QFile::pos() + std::max<qint64>(count, 0));
         if (const qint64 whole = QFile::size(); whole > 0)
             m_progress.permille =
@@ -55,7 +55,7 @@ private:
     qint64 m_furthest = 0;
 };
 
-// Bytes that can't be written any more once that is not wanted.
+// A buffer that fails once writing is cancelled.
 class GivenUpBuffer : public QBuffer
 {
 public:
@@ -71,7 +71,7 @@ private:
     const PictureProgress &m_progress;
 };
 
-// Why a picture of that many pixels is too large. Empty where it is not.
+// The reason why a picture of that many pixels is too large; empty if it is not.
 QString tooLarge(qint64 pixels)
 {
     const qint64 needed = pixels * s_bytesOfAPixel;
@@ -101,7 +101,7 @@ bool isOpaque(const QImage &picture)
     return true;
 }
 
-// As a pixmap holds it, so that nothing is left to do for the thread that shows it.
+// Converts to a pixmap's format, so that the thread that shows the picture has nothing left to do.
 QImage asPixmap(QImage picture)
 {
     const QImage::Format format = pixmapFormat(picture);
@@ -137,7 +137,8 @@ QImage decodeDrawing(QIODevice &file, QString &failure)
     return failure.isEmpty() ? decode(reader, failure) : QImage();
 }
 
-// Formats that hold no transparency, told by the end of the name. The dot is not asked for.
+// Formats without transparency. A reader would expect a test of the extension, but only the end of
+// the name is compared, without the dot, on purpose.
 bool isOpaqueFormat(const QString &path)
 {
     const QString upper = path.toUpper();
@@ -157,7 +158,8 @@ QString outOfMemory()
     return QCoreApplication::translate("QPictureDocument", "There is not enough memory.");
 }
 
-// Both ways give the file all of its bytes, and false, mostly with a failure, where they can't.
+// Both functions write the complete file content. They return false on failure, usually with a
+// reason in `failure`.
 
 bool writeRows(RowWriter &writer, const QImage &picture, const EditHistory &shapes, bool isFlat,
                PictureProgress &progress, QString &failure)
@@ -219,11 +221,12 @@ bool writeWhole(WholeFile &file, const QByteArray &format, int quality, const QI
 PictureRead readPicture(const QString &path, PictureProgress &progress, bool isOwn)
 {
     PictureRead result;
-    // A pipe would block, and what is asked of the path may be true of another file a moment later.
+    // A pipe would block. The checks on the path are repeated on the open file, because the path
+    // may lead to another file a moment later.
     const QByteArray name = QFile::encodeName(path);
     struct stat state {
     };
-    // To open it is enough for some devices to do something.
+    // For some devices opening alone has an effect, so the path is checked first.
     if (stat(name.constData(), &state) == 0 && !S_ISREG(state.st_mode)) {
         result.failure = QCoreApplication::translate("QPictureDocument", "This is not a file.");
         return result;
@@ -244,7 +247,7 @@ PictureRead readPicture(const QString &path, PictureProgress &progress, bool isO
         close(opened);
     } else {
         QImageReader reader(&file);
-        // Some formats are known by the name only.
+        // Some formats are recognised by the file name only.
         if (!reader.canRead())
             reader.setFormat(QFileInfo(path).suffix().toLatin1());
         if (reader.format().startsWith("svg")) {

@@ -10,37 +10,37 @@
 #include <atomic>
 #include <optional>
 
-/// How far a picture has been read or written, and the wish to give up. One thread works, others
-/// look.
+/// The progress of reading or writing a picture, and the request to cancel. One thread works,
+/// others read the progress.
 struct PictureProgress {
     std::atomic<int> permille{0};
     std::atomic<bool> isCancelled{false};
 };
 
 struct PictureRead {
-    QImage picture{};                    ///< in the format of a pixmap; null where it failed
-    QString failure{};                   ///< why, for the user; empty when it was cancelled
+    QImage picture{};                    ///< in a pixmap's format; null on failure
+    QString failure{};                   ///< the reason for the user; empty if it was cancelled
     std::optional<FileIdentity> file{};  ///< the file that was read
 };
 
-/// Reads a picture file, on any thread. Only a regular file is opened, nothing that it refers to is
-/// read. A picture that needs more than half of the memory there is, is refused, unless this
-/// program has taken it itself.
+/// Reads a picture file; may be called on any thread. Only regular files are opened, and files that
+/// they refer to are not read. A picture that needs more than half of the available memory is
+/// refused, unless this program has stored it itself (`isOwn`).
 PictureRead readPicture(const QString &path, PictureProgress &progress, bool isOwn = false);
 
 struct PictureWrite {
     bool isWritten = false;
-    QString failure{};                   ///< why not, for the user; empty when it was cancelled
+    QString failure{};                   ///< the reason for the user; empty if it was cancelled
     std::optional<FileIdentity> file{};  ///< the file that was written
 };
 
-/// Writes the picture with its shapes, on any thread. `format` empty and `quality` -1 leave the
-/// choice to the path and the toolkit. A file that was there is as it was unless the picture was
-/// written. Formats that are written row by row take little memory beyond the picture's own.
+/// Writes the picture with its shapes; may be called on any thread. An empty `format` and `quality`
+/// -1 leave the choice to the path's extension and the toolkit. On failure an existing file is
+/// unchanged. Formats that are written row by row need little memory besides the picture.
 PictureWrite writePicture(const QImage &picture, const EditHistory &shapes, const QString &path,
                           const QByteArray &format, int quality, PictureProgress &progress,
                           WholeFile::Readers readers = WholeFile::Readers::Usual);
 
-/// Bytes up to which a picture is decoded whose file does not tell its size: what a machine with
-/// nothing else to do would allow.
+/// The largest picture, in bytes, that is decoded if the file does not tell its size: what a
+/// machine without other load would allow.
 qint64 largestUntoldPicture();

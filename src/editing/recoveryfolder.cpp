@@ -25,16 +25,16 @@ namespace {
 
 constexpr int s_version = 1;
 constexpr qint64 s_longestState = 256 << 20;  // bytes
-constexpr int s_quickly = 89;  // the toolkit's quality for a picture that is packed in a hurry
+constexpr int s_quickly = 89;                 // the toolkit's quality for fast compression
 const QString s_picture = u"/picture.png"_s;
 const QString s_state = u"/state.json"_s;
 const QString s_damaged = u"damaged"_s;
 const QString s_removed = u".removed-"_s;
-const QString s_time = u"yyyyMMdd-HHmmss-zzz"_s;  // a name begins with when it was made
+const QString s_time = u"yyyyMMdd-HHmmss-zzz"_s;  // an entry's name begins with its creation time
 
 QJsonObject toJson(const FileIdentity &file)
 {
-    // As text: a number of JSON does not hold 64 bits.
+    // Stored as texts, because JSON numbers can't represent 64 bits.
     return {{u"device"_s, QString::number(file.device)},
             {u"inode"_s, QString::number(file.inode)},
             {u"size"_s, QString::number(file.size)},
@@ -93,7 +93,8 @@ State readState(const QByteArray &bytes, UnsavedWork &work)
     return State::Read;
 }
 
-// Nothing where that is no file, a link to one, or one that nothing here has written.
+// No value if the path is not a regular file, is a symbolic link, or is too large to be written by
+// this class.
 std::optional<QByteArray> contentOf(const QString &path)
 {
     const QFileInfo info(path);
@@ -104,7 +105,7 @@ std::optional<QByteArray> contentOf(const QString &path)
     return file.readAll();
 }
 
-// The entries, but no others that may lie there.
+// The folders that may be entries.
 QFileInfoList foldersIn(const QString &path)
 {
     QFileInfoList folders = QDir(path).entryInfoList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name);
@@ -140,7 +141,7 @@ RecoveryFolder::Content RecoveryFolder::read() const
         if (QFileInfo(kept).isDir())
             makeFolder(kept);
     }
-    // What was removed had been saved or discarded.
+    // These entries had been saved or discarded.
     for (const QFileInfo &left :
          folder.entryInfoList({s_removed + u'*'}, QDir::Dirs | QDir::Hidden)) {
         if (!left.isSymLink())
@@ -150,11 +151,11 @@ RecoveryFolder::Content RecoveryFolder::read() const
         const QString name = info.fileName();
         const bool hasPicture = QFileInfo(info.filePath() + s_picture).isFile();
         const bool hasState = QFileInfo::exists(info.filePath() + s_state);
-        // Made, and cut off before the first file was whole.
+        // The program was killed before the first file was complete.
         if (!hasPicture && !hasState && folder.rmdir(name))
             continue;
         Entry entry{.name = name, .hasPicture = hasPicture};
-        // Cut off between the two files: the picture is all there is.
+        // The program was killed between the two files, so there is only the picture.
         entry.work.number = 0;
         State state = hasPicture ? State::Read : State::Damaged;
         if (hasState)
@@ -197,7 +198,7 @@ QString RecoveryFolder::setAside(const QString &entry) const
             s_damaged + u'/' + entry + (number > 0 ? u'-' + QString::number(number) : QString());
         if (folder.rename(entry, to))
             return folder.filePath(to);
-        // Where it can't be moved it stays, and is told of again at the next start.
+        // If it can't be moved, it stays and is reported again at the next start.
         if (!folder.exists(to))
             return pathOf(entry);
     }
@@ -236,7 +237,7 @@ QString RecoveryFolder::writeWork(const QString &entry, const UnsavedWork &work)
     return file.write(bytesOf(work)) ? QString() : file.error();
 }
 
-// At one stroke: one that is cut off half-way must not come back.
+// Renames the folder first, so that an entry whose removal is interrupted does not come back.
 void RecoveryFolder::remove(const QString &entry) const
 {
     const QString removed = s_removed + entry;

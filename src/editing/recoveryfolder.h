@@ -12,54 +12,54 @@
 
 struct PictureProgress;
 
-/// Where a picture comes from, as far as it is known.
+/// The origin of a picture, as far as it is known.
 struct PictureOrigin {
-    QDateTime time{};       ///< of the grab
-    QString kind{};         ///< of the grab: "rectangle", "window" and the like
-    QString application{};  ///< that was in front
-    QString title{};        ///< of its window
+    QDateTime time{};       ///< time of the grab
+    QString kind{};         ///< kind of the grab: "rectangle", "window" and so on
+    QString application{};  ///< the application that was active
+    QString title{};        ///< title of its window
 };
 
-/// What can't be got back from anywhere else of a picture that is not saved.
+/// The data of an unsaved picture that is stored nowhere else.
 struct UnsavedWork {
     EditHistory shapes{};
     EditHistory undone{};
-    QString name{};   ///< path of the file that the document is bound to, or the grab's name
-    int number = -1;  ///< running number of an unsaved document; -1 for one bound to a file
-    std::optional<FileIdentity> file{};  ///< the file when it was last read or written
+    QString name{};   ///< path of the document's file, or the name of the grab
+    int number = -1;  ///< running number of an unsaved document; -1 if bound to a file
+    std::optional<FileIdentity> file{};  ///< identity of the file when it was last read or written
     PictureOrigin origin{};
 };
 
-/// The folder in which unsaved pictures wait for the next start: a folder an entry, with the
-/// picture without its shapes, and everything else in a file beside it. Each file is written whole
-/// and is the user's alone. Nothing here is kept between calls; all of it runs in any thread, but
-/// an entry is one thread's at a time.
+/// The folder in which unsaved pictures are kept for the next start. Each entry is a folder with
+/// the picture without its shapes, and a file with all other data. Each file is written completely
+/// or not at all, and only the user can read it. This class keeps no state between calls. It may be
+/// used on any thread, but an entry by one thread at a time only.
 class RecoveryFolder
 {
 public:
     explicit RecoveryFolder(QString path) : m_path(std::move(path)) {}
 
     struct Entry {
-        QString name{};           ///< of its folder
-        bool hasPicture = false;  ///< else it is in the file still, which nobody has changed
+        QString name{};           ///< name of its folder
+        bool hasPicture = false;  ///< if not, the picture is still in its unchanged file
         UnsavedWork work{};
     };
     struct Content {
-        QList<Entry> entries{};  ///< the oldest first
-        QStringList damaged{};   ///< paths of the folders, where they are now: set aside
-        QStringList newer{};     ///< of a later version of the program; left alone
+        QList<Entry> entries{};  ///< oldest first
+        QStringList damaged{};   ///< paths of the folders, after they have been moved aside
+        QStringList newer{};  ///< paths of entries of a later program version, which are left alone
     };
-    /// Whether there is anything to read.
+    /// Whether there is nothing to read.
     bool isEmpty() const;
     Content read() const;
-    /// The picture of an entry. Null for one that is damaged, which is then to be set aside.
+    /// The picture of an entry. Null if it is damaged; the caller then calls setAside().
     QImage picture(const Entry &entry) const;
-    /// Takes an entry that can't be used out of the way, and gives the folder in which it is now.
+    /// Moves an unusable entry aside. Returns its new folder.
     QString setAside(const QString &entry) const;
 
-    /// The name of a new entry. Its folder is made with the first file in it.
+    /// A name for a new entry. Its folder is created with its first file.
     static QString newName();
-    // Empty where it worked, else the reason for the user.
+    // Both return an empty text on success, else the reason for the user.
     QString writePicture(const QString &entry, const QImage &picture,
                          PictureProgress &progress) const;
     QString writeWork(const QString &entry, const UnsavedWork &work) const;

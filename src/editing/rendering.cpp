@@ -11,7 +11,7 @@
 
 namespace {
 
-// Each band is a small part of the picture, but each draws its shapes once more.
+// More bands need less memory each, but each band draws its shapes again.
 constexpr int s_bands = 10;
 constexpr int s_fewestRows = 16;
 
@@ -44,8 +44,8 @@ struct TextLayout {
     int flags = 0;
 };
 
-// Lines that run from right to left have a common right side. It lies where the longest of them
-// begins at `position`: there they stood in the field in which they were typed.
+// Right-to-left lines share their right edge. It is where the longest line begins at `position`,
+// because the lines stood there in the field in which they were typed.
 TextLayout layoutOf(QPainter &painter, QPoint position, const QString &text)
 {
     const TextLayout leftToRight{QRect(position, s_textBox), Qt::AlignLeft | Qt::AlignTop};
@@ -63,9 +63,9 @@ void draw(QPainter &painter, const TextShape &shape, const EditMsg &style)
     painter.drawText(layout.box, layout.flags, style.text);
 }
 
-// Room for a whole picture, of which only the rows that are written to take memory. A shape is
-// drawn with the picture's own coordinates and size then, and its pixels are those of a drawing
-// that was made at once.
+// Reserves address space for a whole picture; only rows that are written use memory. So shapes can
+// be drawn with the picture's own coordinates and size, and get the same pixels as in a drawing
+// that is made at once.
 class SparseRows
 {
 public:
@@ -88,12 +88,12 @@ public:
     bool isThere() const { return m_memory != MAP_FAILED; }
     QImage &image() { return m_image; }
 
-    /// The rows, to be written to.
+    /// The rows, for writing.
     QImage band(int top, int rows)
     {
         return {row(top), m_image.width(), rows, m_line, m_image.format()};
     }
-    /// Gives back what all rows above have taken.
+    /// Frees the memory of all rows above `bottom`.
     void release(int bottom)
     {
         const qsizetype page = sysconf(_SC_PAGESIZE);
@@ -112,7 +112,7 @@ private:
     QImage m_image;
 };
 
-// Rows of the picture in the format, without a copy where it has that already.
+// Rows of the picture in this format, without a copy if the picture has the format already.
 QImage rowsOf(const QImage &picture, int top, int rows, QImage::Format format)
 {
     QImage result(picture.constScanLine(top), picture.width(), rows, picture.bytesPerLine(),
@@ -141,7 +141,8 @@ void DrawRect(QPainter &painter, const QColor &color, int width, const QPolygon 
     if (rect.size() < 5)
         return;
     painter.setPen(QPen(color, width));
-    // Four lines and not one outline: the corners are those of lines that meet.
+    // Four lines instead of one outline, because the corners must look like those of separate
+    // lines.
     for (qsizetype i = 0; i < 4; ++i)
         painter.drawLine(rect.at(i), rect.at(i + 1));
 }
@@ -154,7 +155,7 @@ void drawShape(QPainter &painter, const Geometry &geometry, const EditMsg &style
 
 QRect textBounds(QPainter &painter, QPoint position, const QString &text)
 {
-    // What is longer is cut off when it is drawn.
+    // A longer text is clipped when it is drawn.
     const TextLayout layout = layoutOf(painter, position, text);
     return painter.boundingRect(layout.box, layout.flags, text) & layout.box;
 }
@@ -168,8 +169,8 @@ QImage &cleanPixmap(const QImage &base, QImage &target, const QColor &color)
         clearOutside(base, target, base.rect());
         return target;
     }
-    // The pixel's value, not its stored form, is what counts, and fully transparent black is 0 in
-    // both of the formats in use, premultiplied or not.
+    // The colour value is compared, not the stored one: fully transparent black is 0 in both
+    // formats in use, premultiplied or not.
     const QImage pixels = base.convertToFormat(QImage::Format_ARGB32);
     for (int y = 0; y < pixels.height(); ++y) {
         const auto *line = reinterpret_cast<const QRgb *>(pixels.constScanLine(y));
@@ -206,7 +207,7 @@ QPoint useScreenDots(QImage &image)
 
 QImage replayed(const QImage &picture, const EditHistory &history, const QColor &background)
 {
-    // No copy, however large it is.
+    // Avoids a copy of a large picture.
     if (history.isEmpty() && background.alpha() == 0)
         return picture;
     QImage result = picture;
@@ -257,7 +258,8 @@ bool replayedInBands(const QImage &picture, const EditHistory &history,
         });
     QPainter painter(&sparse.image());
     painter.setRenderHint(QPainter::Antialiasing);
-    // The edges of a line depend a little on where the clip begins and ends.
+    // The antialiasing of a line depends slightly on the bounds of the clip region, so these stay
+    // the same for all bands.
     const QRegion corners =
         QRegion(0, 0, 1, 1) + QRegion(picture.width() - 1, picture.height() - 1, 1, 1);
     return forEachBand([&](int top, const QImage &base) {

@@ -15,14 +15,14 @@
 #include <jpeglib.h>
 #include <png.h>
 
-// Both libraries tell an error by a jump out of the call. Between the mark and the jump there is
-// nothing that has to be taken down, and a sink that fails is only remembered.
+// Both libraries report errors by longjmp. No object with a destructor may be created between
+// setjmp and the jump, and a failing sink only sets a flag.
 
 namespace {
 
 constexpr int s_bestQuality = 100;
 
-// What both formats hold besides pixels.
+// The data besides pixels that both formats store.
 struct Header {
     explicit Header(const QImage &picture)
         : size(picture.size()), dotsX(picture.dotsPerMeterX()), dotsY(picture.dotsPerMeterY()),
@@ -123,7 +123,7 @@ private:
         self->m_isTaken = self->m_isTaken && self->m_sink({bytes, static_cast<qsizetype>(size)});
     }
 
-    // False when the work was left by a jump.
+    // Returns false if the library left the work by a jump.
     template<typename Work> bool guarded(const Work &work)
     {
         if (setjmp(png_jmpbuf(m_png)))  // NOLINT: the library's way
@@ -134,7 +134,7 @@ private:
 
     std::vector<Text> usedTexts() const
     {
-        constexpr qsizetype longestKey = 79;  // of the format
+        constexpr qsizetype longestKey = 79;  // the format's limit
         std::vector<Text> result;
         for (const auto &[key, text] : m_header.texts) {
             const bool isLatin = QString::fromLatin1(text.toLatin1()) == text;
@@ -273,7 +273,7 @@ private:
         m_isTaken = m_isTaken && m_sink({m_buffer.data(), static_cast<qsizetype>(count)});
     }
 
-    // False when the work was left by a jump.
+    // Returns false if the library left the work by a jump.
     template<typename Work> bool guarded(const Work &work)
     {
         if (setjmp(m_mark))  // NOLINT: the library's way
@@ -282,7 +282,7 @@ private:
         return true;
     }
 
-    // Dots per inch or per centimetre, whichever is closer to what the picture has in a metre.
+    // Writes dots per inch or per centimetre, whichever is closer to the picture's dots per metre.
     void setDensity()
     {
         constexpr double inch = 0.0254;

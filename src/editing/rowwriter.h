@@ -6,12 +6,12 @@
 #include <functional>
 #include <memory>
 
-/// Writes a picture file from the top row to the bottom one, with nothing of it kept. The file
-/// says what the toolkit's writer would have said.
+/// Writes a picture file row by row from the top, without keeping rows. The file's content matches
+/// that of the toolkit's writer.
 class RowWriter
 {
 public:
-    /// Takes the file's bytes; false when they could not be kept.
+    /// Takes bytes of the file; returns false if they could not be stored.
     using Sink = std::function<bool(QByteArrayView)>;
 
     RowWriter() = default;
@@ -19,14 +19,15 @@ public:
     RowWriter(const RowWriter &) = delete;
     RowWriter &operator=(const RowWriter &) = delete;
 
-    /// For a picture of that size, with its resolution, colour space and texts. The rows are opaque
-    /// or premultiplied ones of 32 bits. Nothing for a format that is not written by rows.
+    /// Creates a writer for a picture of this size, with its resolution, colour space and texts.
+    /// `rows` is the format of the rows: 32 bits, opaque or premultiplied. Null for a format that
+    /// is not supported.
     static std::unique_ptr<RowWriter> create(const QByteArray &format, const QImage &picture,
                                              QImage::Format rows, int quality, Sink sink);
 
-    /// Pixels on a side that a file of the format can have.
+    /// The largest side in pixels that the file format allows.
     virtual int longestSide() const = 0;
-    /// All are false when the sink was, or memory ran out.
+    /// All three return false if the sink failed or memory ran out.
     virtual bool begin() = 0;
     virtual bool add(const QImage &rows) = 0;
     virtual bool end() = 0;

@@ -5,17 +5,17 @@
 
 namespace {
 
-// The toolkit scales by sums of whole numbers in fixed point, each axis by itself: made smaller, a
-// pixel is the weighted sum of those that it covers; made larger, it lies between two neighbours.
-// The same numbers are worked out here, from the place where the part begins.
+// The toolkit scales each axis separately in fixed-point numbers: when shrinking, a pixel is the
+// weighted sum of the pixels that it covers; when growing, it is interpolated between two
+// neighbours. The same numbers are computed here, starting where the part begins.
 
-constexpr quint32 s_fullWeight = 1 << 14;  // of all pixels that one pixel covers
-constexpr quint32 s_fullShare = 1 << 8;    // of two neighbours
+constexpr quint32 s_fullWeight = 1 << 14;  // sum of the weights of all pixels that one pixel covers
+constexpr quint32 s_fullShare = 1 << 8;    // sum of the shares of two neighbours
 
-/// What one pixel of the result is made of, along one axis.
+/// The source pixels of one result pixel along one axis.
 struct Share {
     qsizetype first = 0;  ///< the first pixel of the image
-    quint32 start = 0;    ///< weight of the first pixel, or share of its neighbour when growing
+    quint32 start = 0;    ///< weight of the first pixel, or its neighbour's share when growing
     quint32 step = 0;     ///< weight of each whole pixel
 };
 
@@ -67,8 +67,8 @@ void add(Channels &sums, const Channels &value, quint32 weight)
         sums[i] += value[i] * weight;
 }
 
-/// The weighted sum of the pixels that one pixel covers, each `stride` after the one before;
-/// `value(offset)` gives a pixel.
+/// The weighted sum of the pixels that one pixel covers; they are `stride` apart, and
+/// `value(offset)` returns a pixel.
 template<typename Value> Channels covered(const Share &share, qsizetype stride, Value value)
 {
     Channels sums{};
@@ -99,7 +99,7 @@ Channels between(const Channels &a, const Channels &b, quint32 share)
     return sums;
 }
 
-/// One axis shrinks, in steps of `along`, and the other may grow, in steps of `across`.
+/// One axis shrinks, with pixels `along` apart; the other may grow, with pixels `across` apart.
 QRgb shrunk(const QRgb *source, const Share &shrinking, qsizetype along, const Share &growing,
             qsizetype across)
 {

@@ -2,7 +2,7 @@
 
 #include <QImage>
 
-/// A part of what `image.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation)` gives, to
-/// the bit, at the cost of that part alone. `part` lies within `size`; `image` is
-/// RGB32 or premultiplied ARGB32.
+/// A part of the result of `image.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation)`,
+/// with identical pixels, at the cost of this part only. `part` must be inside `size`; `image` must
+/// be RGB32 or premultiplied ARGB32.
 QImage scaledPart(const QImage &image, QSize size, const QRect &part);

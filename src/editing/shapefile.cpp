@@ -17,11 +17,11 @@ constexpr qreal s_largestText = 500;
 constexpr qsizetype s_arrowPoints = 5;
 constexpr qsizetype s_outlinePoints = 5;
 
-// By their numbers.
+// Indexed by the tools' numbers.
 constexpr std::array<QLatin1StringView, 6> s_tools{"move"_L1,  "rectangle"_L1, "ellipse"_L1,
                                                    "arrow"_L1, "text"_L1,      "line"_L1};
 
-// Reads the parts of one shape, and notes when one can't be used.
+// Reads the members of one shape, and remembers if one is invalid.
 class Parts
 {
 public:

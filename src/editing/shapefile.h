@@ -6,8 +6,8 @@
 
 #include <optional>
 
-/// Recorded shapes as they stand in files: a list of objects, the oldest first, that name kind,
-/// place and looks. Positions are in picture coordinates. Both run in any thread.
+/// Converts recorded shapes to a list of JSON objects, oldest first, with kind, position and style.
+/// Positions are picture coordinates. Both functions may be called on any thread.
 QJsonArray toJson(const EditHistory &history);
-/// Nothing where a shape is unknown, incomplete, or out of every proportion.
+/// No value if a shape is unknown or incomplete, or if its numbers are out of range.
 std::optional<EditHistory> historyFromJson(const QJsonArray &shapes);

@@ -10,12 +10,12 @@
 #include <memory>
 #include <variant>
 
-/// The editor's tools. The same numbers mark the kind of a recorded shape.
+/// The editor's tools. The same numbers are used for the kinds of recorded shapes.
 enum stateEnum { stateMove, stateRect, stateEllipse, stateArrow, stateText, statePoly };
 
-// The geometry of recorded shapes, in picture coordinates.
+// Geometries of recorded shapes, in picture coordinates.
 
-/// A record that takes a place in the history and draws nothing.
+/// An entry of the history that draws nothing.
 struct EmptyShape {
 };
 /// A closed outline of five points.
@@ -26,7 +26,7 @@ struct RectShape {
 struct EllipseShape {
     QRect bounds{};
 };
-/// Wing, tip and wing of the head, then the shaft's end in the head and its start.
+/// The points of the head: wing, tip and wing; then the shaft's end inside the head and its start.
 struct ArrowShape {
     QPolygon points{};
 };
@@ -41,22 +41,22 @@ struct TextShape {
 using Geometry =
     std::variant<EmptyShape, RectShape, EllipseShape, ArrowShape, PolylineShape, TextShape>;
 
-/// What a shape was drawn with.
+/// The style with which a shape was drawn.
 struct EditMsg {
-    int type = stateMove;  ///< a number of stateEnum
-    int width = 1;         ///< line width in picture pixels; of no meaning for text
+    int type = stateMove;  ///< a value of stateEnum
+    int width = 1;         ///< line width in picture pixels; not used for text
     QColor color{};
     QString text{};
-    QFont font{};  ///< of a text, not scaled by the zoom
+    QFont font{};  ///< font of a text, without the zoom
 };
 
-/// One recorded shape; never changed once it is in a history.
+/// A recorded shape; it is never changed once it is in a history.
 struct EditEntry {
     Geometry geometry{};
     EditMsg style{};
 };
 
-/// Shared by the editor's histories and those of every copy of a document, and freed with the last.
+/// Shared by the editor's histories and all copies of a document; the last of them frees the entry.
 using EntryPtr = std::shared_ptr<const EditEntry>;
 
 /// Recorded shapes, newest first.

@@ -5,33 +5,34 @@
 #include <QRect>
 #include <QSize>
 
-/// How a zoomed picture lies in the widget that shows it. Everything here counts device pixels; the
-/// widget's own logical pixels have no part in it.
+/// Maps between the picture and the widget that shows it zoomed. All values are device pixels; the
+/// widget's logical pixels are not used.
 struct ViewMapping {
-    QSize widget{};  ///< the drawing widget
+    QSize widget{};  ///< size of the drawing widget
     QSize picture{};
     float scale = 1.0F;  ///< device pixels per picture pixel; not 0
 
-    /// Top left corner of the picture: centred where the widget is larger, else 0.
+    /// The picture's top left corner in the widget: centred if the widget is larger, otherwise 0.
     QPoint margins() const;
-    /// The room that the zoomed picture asks for.
+    /// The size that the zoomed picture needs.
     QSize shownSize() const;
-    /// The size that the picture is scaled to, its proportions kept: up to a pixel less than the
-    /// room on one side. Empty where nothing of it is left.
+    /// The size to which the picture is scaled with its proportions kept; one side may be a pixel
+    /// less than in shownSize(). Empty if the zoom leaves nothing of the picture.
     QSize scaledSize() const;
-    /// Where the picture shows in the widget; null where nothing of it is left.
+    /// The picture's rectangle in the widget; null if the zoom leaves nothing of it.
     QRect shown() const;
-    /// The picture pixel at a position in the widget. Cut toward zero, so up to a whole zoomed
-    /// pixel outside of the picture's left or top edge counts as 0; beyond that it is negative.
+    /// The picture pixel at a position in the widget. It is truncated toward zero, so up to one
+    /// zoomed pixel to the left of or above the picture maps to 0; positions further out are
+    /// negative.
     QPoint toPicture(QPoint position) const;
-    /// The same without rounding, and the way back from there.
+    /// The same without rounding, and its inverse.
     QPointF toPictureExactly(QPoint position) const;
     QPointF toWidget(QPointF picturePoint) const;
-    /// Where a part of the picture shows, in pixels of the scaled picture. Rounded outward, and
-    /// with what the scaling mixes into the pixels around it.
+    /// The rectangle of a part of the picture, in pixels of the scaled picture. It is rounded
+    /// outward and includes neighbouring pixels that are affected by the scaling.
     QRect toScaled(const QRect &part) const;
 };
 
-/// The size of the drawing widget for a picture of `picture` pixels: it fills the viewport, and
-/// outgrows it where the zoomed picture does. Device pixels.
+/// The drawing widget's size for a picture of `picture` pixels: it fills the viewport, and is
+/// larger if the zoomed picture is. Device pixels.
 QSize drawingSize(QSize viewport, QSize picture, float scale);

@@ -5,14 +5,14 @@
 
 #include <array>
 
-/// A thin outline around a part of the screen, in four windows that lie outside of it: no window
-/// that shines through is needed for it, and clicks in the part reach what lies there.
+/// A thin outline around a part of the screen. It consists of four windows outside of that part, so
+/// it needs no translucent window, and clicks inside reach whatever is there.
 class AreaOutline
 {
 public:
     AreaOutline();
 
-    /// Shows it around `area`, global device pixels, or moves it there.
+    /// Shows the outline around `area`, which is in global device pixels, or moves it there.
     void show(const QRect &area);
 
 private:

@@ -10,10 +10,10 @@
 
 namespace {
 
-constexpr int s_edgeParts = 4;  // of a picture's width: its right edge
-constexpr int s_enough = 2;     // times as much elsewhere, before the top is left for it
+constexpr int s_edgeParts = 4;  // the right edge is this part of a picture's width
+constexpr int s_enough = 2;     // content elsewhere must be this many times the content at the top
 
-// Whether something is to be seen in a part of a row.
+// Whether a part of a row is not of one colour.
 bool isWritten(const QRgb *pixels, int count, QRgb mask)
 {
     return std::any_of(pixels, pixels + count,
@@ -97,7 +97,7 @@ QImage ColumnSheet::overview(QSize box, const ScrollStitcher &column) const
     });
 }
 
-// Strip by strip, each of which goes as soon as it is there: the sheet's memory is not taken before
+// Draws column by column and frees each of them, because the memory of the sheet is only used up as
 // it is written to.
 QImage ColumnSheet::finish()
 {

@@ -6,32 +6,32 @@
 #include <QList>
 #include <QSize>
 
-/// Puts columns of content that is wider than its view beside each other.
+/// Puts the columns of content that is wider than its view side by side.
 class ColumnSheet
 {
 public:
-    /// The limits are for one side, and for all pixels.
+    /// `sideLimit` is the limit for each side in pixels, `areaLimit` for the number of pixels.
     ColumnSheet(int sideLimit, qint64 areaLimit) : m_sideLimit(sideLimit), m_areaLimit(areaLimit) {}
 
     bool isEmpty() const { return m_strips.isEmpty(); }
-    /// From its column `from` on a picture covers what the sheet has from its column `at` on.
+    /// Adds a column: `picture` from its column `from` on covers the sheet from its column `at` on.
     void add(const QImage &picture, int from, int at);
-    /// What the next picture is going to cover.
+    /// Tells the position of the column that is being taken now, as in add().
     void begin(int from, int at);
 
-    /// No larger than the limits allow.
+    /// The size of the result, within the limits.
     QSize size() const;
     bool isFull() const { return width() >= widthLimit(); }
     /// The height of the lowest column.
     int commonHeight() const;
-    /// Where a view of so many rows finds most at the right edge of the last picture: what goes
-    /// sideways is followed best there. 0 where the top does as well.
+    /// The top row of the view of `viewHeight` rows that has most content at the right edge of the
+    /// last column: sideways movement is found best there. 0 if the top has about as much.
     int rowWithMost(int viewHeight) const;
 
-    /// What there is with the column that is being taken, no larger than a box, for a look.
+    /// A preview of the sheet with the column that is being taken, no larger than `box`.
     QImage overview(QSize box, const ScrollStitcher &column) const;
-    /// Moves the picture out, with white below columns that ended before the others. Null where
-    /// there is not enough memory for it; then the first column is still there.
+    /// Moves the picture out; columns that are lower than the others are filled with white. Null if
+    /// there is not enough memory; firstColumn() can still be used then.
     QImage finish();
     QImage firstColumn() const { return m_strips.first().picture; }
 

@@ -26,7 +26,7 @@ ScrollCapture::Target targetOf(const ContentPick::Choice &choice)
             .across = choice.across};
 }
 
-// What there is so far beside what is told of it.
+// Shows a preview of the picture so far beside the text.
 template<typename Capture>
 void showSoFar(HintPlate &panel, const Capture &capture, const QString &text)
 {
@@ -35,7 +35,7 @@ void showSoFar(HintPlate &panel, const Capture &capture, const QString &text)
         panel.setPicture(seen, ContentCapture::tr("What has been taken so far"), text);
 }
 
-// The other window that has the keys now; long names are cut.
+// The name of the other window that has the keys; long names are shortened.
 QString nameOfFront(uint process)
 {
     QString name;
@@ -128,13 +128,13 @@ void ContentCapture::takeContent(const ContentPick::Choice &choice)
                 showSoFar(*m_panel, scroll, text);
                 m_panel->showBeside(beside);
             });
-    // From then on nothing is to be decided any more, and the keys are the user's again.
+    // From now on there is nothing left to decide, so the keys are released.
     connect(&scroll, &ScrollCapture::puttingBack, this, [this] {
         letKeysGo();
         emit putsBack();
     });
     ScrollCapture::Result result = run(scroll, choice.window);
-    // The user has to know whether what matters is on it.
+    // Tells where the picture ends, so that the user knows whether the important part is included.
     if (result.lastRow >= 0)
         result.note = tr("%1. The picture ends at row %2.")
                           .arg(result.note, QLocale().toString(result.lastRow));
@@ -154,8 +154,9 @@ void ContentCapture::takeScrolledByHand(const ContentPick::Choice &choice)
     QString told;
     const auto place = [this, &hands] {
         m_outline->show(hands.area());
-        // Where the screen has no room beside the area, nobody would learn how it ends, or that
-        // the place is lost: while nothing is being taken it may lie over that.
+        // If the screen has no space beside the area, the user would not learn how to end the
+        // capture, or that the position is lost. So the panel may cover the area while nothing is
+        // being captured.
         m_panel->showOutside(hands.area(), hands.window(), !hands.isTaking());
     };
     const auto tell = [this, &told] {
@@ -191,8 +192,8 @@ void ContentCapture::deliver(ScrollCapture::Result result)
         emit ended();
 }
 
-// Escape and Return are heard wherever the user has left the keyboard, and in the window that
-// scrolls. Whoever turns to another one means them for that.
+// Escape and Return end the capture while the window that scrolls is active, or the one that was
+// active at the beginning. If the user activates another window, the keys belong to that one.
 void ContentCapture::followFront()
 {
     if (!m_wantsKeys)
@@ -233,7 +234,7 @@ void ContentCapture::letKeysGo()
     watchKeys(false);
 }
 
-// Questions that the program asks now must get the keys, and must not be covered.
+// The program is about to ask questions, which must get the keys and must not be covered.
 void ContentCapture::abort()
 {
     m_aborted = true;

@@ -10,7 +10,7 @@
 class AreaOutline;
 class HintPlate;
 
-/// Lets the user point at a window, and takes it, or all that scrolls in it.
+/// Lets the user point at a window, and captures the window or its scrolling content.
 class ContentCapture : public HelperJob
 {
     Q_OBJECT
@@ -26,7 +26,7 @@ private:
     void takeContent(const ContentPick::Choice &choice);
     void takeScrolledByHand(const ContentPick::Choice &choice);
     void openPanel();
-    /// Runs what takes the content.
+    /// Runs a capture of the content until it ends.
     template<typename Capture>
     ScrollCapture::Result run(Capture &capture, const WindowServer::Entry &window);
     void deliver(ScrollCapture::Result result);
@@ -36,17 +36,18 @@ private:
     void letKeysGo();
 
     bool m_aborted = false;
-    ContentPick *m_overlay = nullptr;  // while it is open
-    // Tell what runs to end: with what there is, or without, or at once; null while nothing does.
+    ContentPick *m_overlay = nullptr;  // null unless it is open
+    // Tell the running capture to end: with a picture, without one, or at once. Null while none
+    // runs.
     std::function<void()> m_keep;
     std::function<void()> m_discard;
     std::function<void()> m_abandon;
     std::function<void()> m_tellAgain;
     std::unique_ptr<HintPlate> m_panel;
-    std::unique_ptr<AreaOutline> m_outline;  // while the user scrolls
-    uint m_process = 0;                      // of the window that scrolls
-    unsigned m_front = 0;      // the window in front when that began; 0 while it is not known
-    QString m_inFront;         // the other window that has the keys; empty while none has
-    bool m_wantsKeys = false;  // no key has ended it yet
+    std::unique_ptr<AreaOutline> m_outline;  // exists while the user scrolls
+    uint m_process = 0;                      // process of the window that scrolls
+    unsigned m_front = 0;      // the active window when the capture began; 0 while unknown
+    QString m_inFront;         // name of the other window that has the keys; empty if none
+    bool m_wantsKeys = false;  // no key has ended the capture yet
     bool m_watchesKeys = false;
 };

@@ -18,11 +18,11 @@ namespace {
 
 constexpr qreal s_outlineWidth = 2;  // logical pixels
 constexpr int s_fromEdge = 48;
-// The hint keeps this far from the pointer.
+// The minimum distance between hint and pointer.
 constexpr int s_hintDistance = 60;
-// The pointer has to go this far, in device pixels, before another program is asked again.
+// The pointer must move this far, in device pixels, before another program is asked again.
 constexpr int s_askDistance = 12;
-// A side of what is marked, in device pixels: less tells nothing of how it moves.
+// The smallest side of a marked area in device pixels; in less no movement can be recognised.
 constexpr int s_smallestMark = 24;
 
 }  // namespace
@@ -97,13 +97,13 @@ void ContentPick::tellMark()
 
 void ContentPick::choose(Way way, Qt::KeyboardModifiers modifiers)
 {
-    // A key means the window that is shown, a click the one under it.
+    // A key applies to the displayed window, a click to the window under the pointer.
     if (m_markedWindow && !m_isPressed)
         pick(m_markedWindow->number);
     m_chosen.way = way;
     m_chosen.across = way == Way::Content && modifiers.testFlag(Qt::ShiftModifier);
     m_chosen.pointer = pointer();
-    // A click means what lies under it, a key what has been marked.
+    // A click applies to what is under the pointer, a key to the marked area.
     m_chosen.marked =
         m_markedWindow && way != Way::Window && (!m_isPressed || m_marked.contains(m_pressedAt));
     accept();
@@ -142,14 +142,14 @@ bool ContentPick::eventFilter(QObject *watched, QEvent *event)
     return mouseShot::eventFilter(watched, event);
 }
 
-// What the left button means is told by its way: a click takes something, a drag marks.
+// A click of the left button takes something, a drag marks an area.
 bool ContentPick::pressed(const QMouseEvent &event)
 {
     if (event.button() != Qt::LeftButton)
         return false;
     m_isPressed = true;
     m_isDragged = false;
-    // The pointer may have gone on since.
+    // The pointer may have moved since, so the event's position is used.
     m_pressedAt = placeOf(event);
     m_pressedKeys = event.modifiers();
     m_pressedWindow = picked();
@@ -188,11 +188,11 @@ void ContentPick::released(const QMouseEvent &event)
 {
     if (event.button() != Qt::LeftButton || !m_isPressed)
         return;
-    // The last of the way may be told by the release alone.
+    // The release may report the last part of the movement.
     dragged(event);
     const bool wasDragged = std::exchange(m_isDragged, false);
     if (!wasDragged) {
-        // What can't be taken is not accepted.
+        // accept() refuses what can't be taken.
         const bool isContent = m_pressedKeys & Qt::ControlModifier;
         choose(isContent ? Way::Content : Way::Window, m_pressedKeys);
     } else if (m_marked.width() < s_smallestMark || m_marked.height() < s_smallestMark) {
@@ -213,7 +213,8 @@ void ContentPick::unmark()
     updateAll();
 }
 
-// A window that has gone, or the frame that one has left behind for a moment, can't be taken.
+// Handles windows that have gone, or whose frame is left for a moment: they can't be taken any
+// more.
 void ContentPick::followWindows()
 {
     const auto window = picked();
@@ -242,7 +243,7 @@ void ContentPick::looked()
     const bool isOther = window->number != m_askedWindow;
     if (isOther)
         setScrollingArea({});
-    // Also within the area that is known: there may be another one in it.
+    // Asks also inside the known area, because it may contain another one.
     if (isOther || (at - m_askedAt).manhattanLength() >= s_askDistance)
         ask(*window, at);
 }
@@ -270,8 +271,8 @@ std::optional<WindowServer::Entry> ContentPick::shown() const
     return m_markedWindow ? m_markedWindow : picked();
 }
 
-// At the foot of the pointer's screen, or elsewhere at its edge while the pointer, or the mark that
-// is drawn, is there.
+// Places the hint at the bottom of the pointer's screen, or at another edge if the pointer or the
+// mark is there.
 void ContentPick::placeHint()
 {
     m_hint->adjustSize();
@@ -297,7 +298,7 @@ void ContentPick::placeHint()
                 box.adjusted(-s_hintDistance, -s_hintDistance, s_hintDistance, s_hintDistance);
             if (around.contains(pointed))
                 continue;
-            // Where nothing is free of the mark, it keeps off the pointer alone.
+            // If every position is covered by the mark, the hint avoids only the pointer.
             if (!chosen)
                 chosen = box;
             if (m_marked.isEmpty() || !box.intersects(marked)) {

@@ -5,9 +5,9 @@
 class HintPlate;
 class QMouseEvent;
 
-/// The window pick with a choice: the window as it is, or all of its scrolling content. Where other
-/// programs tell about themselves it outlines the area that scrolls under the pointer; dragging
-/// marks it by hand.
+/// The window pick with a choice: the window as it is, or its scrolling content. If other programs
+/// report their structure, the scrolling area under the pointer is outlined. The user can mark
+/// another area by dragging.
 class ContentPick : public mouseShot
 {
     Q_OBJECT
@@ -17,18 +17,18 @@ public:
 
     enum class Way {
         Window,   ///< the window as it is
-        Content,  ///< what scrolls in it, by the wheel
-        Hands     ///< the same, scrolled by the user
+        Content,  ///< its scrolling content, scrolled by turning the wheel
+        Hands     ///< its scrolling content, scrolled by the user
     };
     struct Choice {
         WindowServer::Entry window{};
         Way way = Way::Window;
-        QRect area{};         ///< the outlined area, global device pixels; empty for none
-        bool marked = false;  ///< the user has drawn it, and means just that
-        bool across = false;  ///< Content: also what lies beside the view
-        QPoint pointer{};     ///< where it was chosen, global device pixels
+        QRect area{};         ///< the outlined area in global device pixels; empty if there is none
+        bool marked = false;  ///< the user has marked `area`, which must be used exactly
+        bool across = false;  ///< for Content: captures also what is beside the view
+        QPoint pointer{};     ///< the pointer's position at the choice, in global device pixels
     };
-    /// What was accepted; none where nothing was picked.
+    /// The accepted choice; none if no window was picked.
     std::optional<Choice> choice() const;
 
 protected:
@@ -44,7 +44,7 @@ private:
     void setScrollingArea(const QRect &global);
     void choose(Way way, Qt::KeyboardModifiers modifiers);
     bool pressed(const QMouseEvent &event);
-    /// Where it happened, global.
+    /// The position of a mouse event, global.
     QPoint placeOf(const QMouseEvent &event) const;
     void dragged(const QMouseEvent &event);
     void released(const QMouseEvent &event);
@@ -54,15 +54,15 @@ private:
     void placeHint();
 
     HintPlate *m_hint;
-    const bool m_asks;  // whether other programs can be asked
+    const bool m_asks;  // whether other programs can be asked for their areas
     Choice m_chosen;
-    // The left button, from its press on.
+    // The state of a press of the left button.
     bool m_isPressed = false;
     bool m_isDragged = false;
     QPoint m_pressedAt;  // global
     Qt::KeyboardModifiers m_pressedKeys;
     std::optional<WindowServer::Entry> m_pressedWindow;
-    std::optional<WindowServer::Entry> m_markedWindow;  // the one that the mark lies in
+    std::optional<WindowServer::Entry> m_markedWindow;  // the window that contains the mark
     QRect m_marked;                                     // global
     QRect m_scrollingArea;                              // global
     int m_askedWindow = 0;

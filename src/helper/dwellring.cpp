@@ -12,8 +12,8 @@ namespace {
 
 constexpr int s_size = 26;  // logical pixels
 constexpr qreal s_stroke = 3;
-constexpr int s_hole = 6;  // how thick a ring is that nothing shines through
-constexpr int s_gap = 6;   // device pixels between ring and menu
+constexpr int s_hole = 6;  // thickness of the ring if nothing is translucent
+constexpr int s_gap = 6;   // device pixels between the ring and a menu
 constexpr int s_fullTurn = 360 * 16;
 constexpr int s_top = 90 * 16;
 
@@ -30,7 +30,7 @@ DwellRing::DwellRing()
 QPoint DwellRing::place(QPoint pointer, QSize size, const QList<QRect> &menus,
                         const QList<QRect> &screens)
 {
-    // Beside, above or below each of the menus, as near to the pointer as that goes.
+    // Tries positions beside, above and below each menu, as close to the pointer as possible.
     const QPoint centred = pointer - QPoint(size.width() / 2, size.height() / 2);
     QPoint best = centred;
     int nearest = std::numeric_limits<int>::max();
@@ -70,7 +70,7 @@ void DwellRing::show(QPoint pointer, const QList<WindowServer::Entry> &menus, do
         server.moveWindow(this, corner);
     } else {
         server.coverArea(this, {corner, size});
-        // Nothing shines through without a compositor: what is not the ring must not be there.
+        // Without a compositor nothing is translucent, so the window is cut to the ring.
         if (!server.isComposited())
             setMask(QRegion(rect(), QRegion::Ellipse) -
                     QRegion(rect().adjusted(s_hole, s_hole, -s_hole, -s_hole), QRegion::Ellipse));

@@ -6,10 +6,10 @@
 
 namespace {
 
-// Rows that are looked at to choose between movements.
+// The number of rows that are compared to choose between movements.
 constexpr int s_sampledRows = 256;
 constexpr size_t s_witnesses = 1000;
-// Cells that have to tell of a movement, and those that have to tell it from another one.
+// The number of cells that must support a movement, and that must distinguish it from another one.
 constexpr int s_enough = 8;
 constexpr int s_decides = 4;
 
@@ -43,7 +43,7 @@ Witnesses witnesses(const QImage &known, const QImage &view, QPoint movement,
         return true;
     };
     Witnesses result;
-    // They lie in the order of their hashes: any few of them are from all over the view.
+    // Landmarks are sorted by hash, so a subset of them is spread over the whole view.
     const size_t step = landmarks.size() / s_witnesses + 1;
     for (size_t i = 0; i < landmarks.size(); i += step) {
         const bool isOnly =

@@ -10,12 +10,12 @@
 #include <cstring>
 #include <vector>
 
-// What pixels say of where a view lies. Pictures have 32 bits a pixel.
+// Tests by pixels whether a view belongs to a position. All pictures must have 32 bits per pixel.
 
-/// Pixels in a cell, a piece of a row: what is compared at once.
+/// The number of pixels in a cell, which is a piece of a row that is compared at once.
 constexpr int s_cell = 16;
 
-// A loop of known length, which is a few instructions.
+// A loop of known length, which the compiler turns into a few vector instructions.
 inline bool sameCell(const QRgb *a, const QRgb *b)
 {
     QRgb difference = 0;
@@ -29,12 +29,12 @@ inline bool isSame(const QRgb *a, const QRgb *b, int count)
     return count == s_cell ? sameCell(a, b) : std::memcmp(a, b, sizeof(QRgb) * count) == 0;
 }
 
-/// The colour that most of a part has, looked at here and there.
+/// The most frequent colour of a part, determined from a grid of samples.
 QRgb commonColour(const QImage &picture, const QRect &part);
 
-/// Rows of pixels in which a movement explains something, and those of them that deny it as well. A
-/// bar over a row or a film denies rows as a whole; where a wrong distance makes lines of a listing
-/// agree but for a digit, most rows do both.
+/// Counts rows that a movement explains (`told`), and those of them that contradict it in other
+/// cells (`mixed`). A bar or a video contradicts whole rows; but if a wrong distance makes lines of
+/// a listing match except for a digit, most rows are mixed.
 struct Rows {
     int told = 0;
     int mixed = 0;
@@ -47,8 +47,8 @@ struct Rows {
     bool agree() const { return told > 0 && mixed * 3 <= told; }
 };
 
-/// What those landmarks of a view that come in it but once say of a movement: in a listing most of
-/// a view is found again at any distance, but not these.
+/// How many landmarks that are unique in a view agree with a movement, and how many deny it. In a
+/// listing most of a view matches at any distance, but its unique landmarks don't.
 struct Witnesses {
     static constexpr int s_fewestWitnesses = 3;
 
@@ -58,30 +58,31 @@ struct Witnesses {
     bool areSure() const { return agree >= s_fewestWitnesses && agree >= 2 * deny; }
 };
 
-/// `known` is where the view was before, or what lies on the plane under it; of that, what is 0 is
-/// unknown. Where `last` is not null, what is there as it was tells of what stays.
+/// `known` is the previous view, or the part of the plane under the view; its pixels of value 0 are
+/// unknown. If `last` is not null, landmarks that did not move since `last` are not counted as
+/// denying. `part` is the part of the view to test.
 Witnesses witnesses(const QImage &known, const QImage &view, QPoint movement,
                     const std::vector<Landmark> &landmarks, const QRect &part, const QImage &last);
 
-/// What a movement makes of the cells of a few rows of a view.
+/// Which cells a movement explains, for some rows of a view.
 struct Trial {
     enum : quint8 { No, Yes, Unknown };
 
     QPoint movement{};
-    int bands = 0;  // cells in a row
-    int step = 1;   // from one row to the next
+    int bands = 0;  // number of cells in a row
+    int step = 1;   // distance between the rows
     std::vector<quint8> cells{};
 
-    /// The rows of a part in which it explains what another one doesn't.
+    /// The rows of a part in which this trial explains cells that `other` doesn't.
     Rows rowsOver(const Trial &other, const QRect &part) const;
-    /// Cells that this one explains and another one doesn't.
+    /// The number of cells that this trial explains and `other` doesn't.
     int over(const Trial &other) const;
 };
 
-/// `known` is where the view was before, or what lies on the plane under it; of that, what is 0 is
-/// unknown, if there may be any.
+/// `known` is the previous view, or the part of the plane under the view. With `hasGaps` its pixels
+/// of value 0 are unknown.
 Trial trialOf(const QImage &known, const QImage &view, QPoint movement, bool hasGaps = false);
 
-/// The one that explains what no other one can; null if several do as well. `still` is what is
-/// explained without.
+/// The trial that explains cells that no other trial explains; null if several are equally good.
+/// `still` is the trial of no movement, whose cells count for nothing.
 const Trial *decided(const std::vector<Trial> &trials, const Trial &still);

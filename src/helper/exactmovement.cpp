@@ -7,8 +7,8 @@
 
 namespace {
 
-constexpr int s_tellingLines = 24;  // that changed: more than a caret or two
-constexpr int s_barWidth = 32;      // of a scroll bar, and no more than a part of the view
+constexpr int s_tellingLines = 24;  // changed lines; a caret or two change fewer
+constexpr int s_barWidth = 32;  // largest width of a scroll bar, also limited to a part of the view
 constexpr int s_barParts = 8;
 
 }  // namespace

@@ -2,13 +2,13 @@
 
 #include "helper/movement.h"
 
-/// Movements of which the distance is known, or nearly: pixel by pixel.
+/// Tests movements pixel by pixel, for distances that are known or nearly known.
 
-/// Rows of the later view that are not what the movement brought there. A scroll bar that lies over
-/// the content does not count.
+/// The number of rows in the later view that differ from what the movement should have brought
+/// there. A scroll bar over the content is ignored.
 int rowsThatDiffer(const QImage &before, const QImage &after, const Movement &movement);
 
-/// What a single line may be too little for: a movement of at most so many rows that explains each
-/// pixel of what moves elsewhere, `moved`, and something that is seen in both looks. Still where
-/// there is none.
+/// For views in which too little is visible for findMovement(), such as a single line: a movement
+/// of at most `most` rows that explains every pixel of `moved`, which is the part that moved in
+/// other views, and something that is visible in both pictures. Still if there is none.
 Movement exactMovement(const QImage &before, const QImage &after, int most, const QRect &moved);

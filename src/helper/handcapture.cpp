@@ -16,9 +16,9 @@ constexpr qint64 s_areaLimit = 400'000'000;  // pixels
 // Milliseconds.
 constexpr int s_pause = 20;  // between two looks
 constexpr int s_progressLimit = 60'000;
-constexpr int s_lostAfter = 250;  // what is drawn just now has no place for a moment
+constexpr int s_lostAfter = 250;  // a view that is just being drawn has no position for a moment
 constexpr int s_tellInterval = 120;
-// The last known view is shown in half its size: it is to be recognised.
+// The last known view is shown at half its size, so that the user recognises it.
 constexpr int s_reduction = 2;
 
 }  // namespace
@@ -73,7 +73,7 @@ QString HandCapture::note() const
     return {};
 }
 
-// The edge that it went over.
+// Names the edge over which the place was lost.
 QString HandCapture::lossNote() const
 {
     const QRect place = m_mosaic.lastPlace();
@@ -88,7 +88,7 @@ QString HandCapture::lossNote() const
                      .arg(locale.toString(way.y() < 0 ? place.top() + 1 : place.bottom() + 1));
 }
 
-// False where the window is not what it was.
+// Returns false if the window can't be used any more.
 bool HandCapture::look()
 {
     const QImage picture = services().windows->picture(std::nullopt, {m_target.window});
@@ -101,7 +101,8 @@ bool HandCapture::look()
     const Mosaic::Sight sight = m_mosaic.add(picture, m_area);
     m_isUnclear = sight == Mosaic::Sight::Unclear;
     if (m_isUnclear) {
-        // Whoever looks for the way back is not idle; a caret or a clock is.
+        // A user who searches for the way back is active, but a caret or a clock is no activity. So
+        // only larger changes restart the timer.
         const QImage view = picture.copy(m_area);
         if (!m_unclear.isNull() && !isInPlace(m_unclear, view))
             m_sinceMovement.restart();
@@ -142,7 +143,7 @@ void HandCapture::tell()
 
 QString HandCapture::beginText() { return tr("Scroll it with your own hands"); }
 
-// Not every panel has room for the picture of it.
+// The text must be sufficient alone, because some panels have no space for the picture.
 QString HandCapture::lostText()
 {
     return tr("The place is lost: scroll back to what was seen last");
@@ -188,8 +189,8 @@ QImage HandCapture::wayBack(QSize box) const
         }
         return true;
     };
-    // Blank ground can't be recognised: back to what has something on it, and beside to where that
-    // is in the row.
+    // A blank part can't be recognised, so moves back to a part with content, and sideways to where
+    // the content is in that row.
     const bool isAcross = std::abs(movement.x()) > std::abs(movement.y());
     const QPoint up(0, movement.y() < 0 ? 1 : -1);
     const QPoint left(movement.x() > 0 ? -1 : 1, 0);

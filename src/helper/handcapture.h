@@ -9,41 +9,40 @@
 #include <QString>
 #include <QStringList>
 
-/// Takes what the user scrolls by, with the wheel, a bar, keys or by dragging: it looks at the
-/// window, many times a second, and touches nothing.
+/// Captures content while the user scrolls it, with the wheel, a scroll bar, keys or by dragging.
+/// It only looks at the window, many times a second.
 ///
-/// What happens on the way - the window closes or changes its size - ends the picture there.
+/// If the window closes or changes its size, the picture ends there.
 class HandCapture : public QObject
 {
     Q_OBJECT
 public:
     explicit HandCapture(const ScrollCapture::Target &target);
 
-    /// Runs it, with events running, until it is told to stop or nothing has moved for a minute.
+    /// Runs, with events running, until it is stopped or nothing has moved for a minute.
     ScrollCapture::Result run();
-    /// Ends run() with what there is.
+    /// Ends run() with the picture taken so far.
     void keep() { m_stop = m_stop == Stop::None ? Stop::Keep : m_stop; }
     /// Ends run() without a picture.
     void discard() { m_stop = m_stop == Stop::None ? Stop::Discard : m_stop; }
     void abandon() { m_stop = Stop::Discard; }
 
-    /// For a look, no larger than a box: what there is so far, or, while the place is lost, the
-    /// part of the last known view that comes into sight first on the way back, and has something
-    /// on it.
+    /// A preview, no larger than `box`: the picture so far, or, while the position is lost, the
+    /// part of the last known view that becomes visible first on the way back and is not blank.
     QImage overview(QSize box) const;
     bool isLost() const { return m_isLost; }
-    /// Whether the content is being taken: something has moved, and the place is known.
+    /// Whether content is being captured: something has moved and the position is known.
     bool isTaking() const { return m_mosaic.hasMoved() && !m_isLost; }
-    /// What is looked at, and the window, global, as it lies now.
+    /// The captured area and its window as they are now, in global device pixels.
     QRect area() const { return m_area.translated(m_bounds.topLeft()); }
     QRect window() const { return m_bounds; }
-    /// What progressed() may tell at its longest, so that room can be kept for it.
+    /// The longest texts of progressed(), so that space can be reserved for them.
     static QStringList longestTexts();
 
 signals:
-    /// What is going on, for the user.
+    /// The state as a text for the user.
     void progressed(const QString &text);
-    /// The window, and the area with it, lies elsewhere.
+    /// The window has moved, and the area with it.
     void moved();
 
 private:
@@ -61,13 +60,13 @@ private:
 
     Clock &m_clock;
     const ScrollCapture::Target m_target;
-    QRect m_bounds;  // the window's, global
+    QRect m_bounds;  // of the window, global
     QRect m_area;    // in the window's picture
     Mosaic m_mosaic;
-    QImage m_unclear;  // the last view that had no place
+    QImage m_unclear;  // the last view without a known position
     bool m_isUnclear = false;
     bool m_isLost = false;
-    bool m_isNew = true;  // something is to be told
+    bool m_isNew = true;  // a change has to be reported
     Stop m_stop = Stop::None;
     QString m_ended;
     Stopwatch m_sinceMovement;

@@ -27,7 +27,8 @@ void HelperJob::run()
         deleteLater();
 }
 
-// An event loop that start() runs would carry out a deletion that was put off.
+// The job is not deleted by deleteLater() while start() runs, because an event loop in start()
+// would carry that out.
 void HelperJob::dismiss()
 {
     disconnect();
@@ -47,8 +48,8 @@ void waitUntilHidden()
             return window.process == ownProcess() && window.kind == WindowServer::Kind::Other;
         });
     });
-    // Of a window that has been taken off the screen the frame may be left for a moment, and says
-    // nothing of whose it is.
+    // The frame of a window that was removed from the screen may remain for a moment, without
+    // telling which process it belongs to.
     for (const QWidget *window : QApplication::topLevelWidgets()) {
         if (qobject_cast<const QDialog *>(window))
             waitUntilGone(services().windows->numberOf(window));

@@ -4,33 +4,33 @@
 #include <QObject>
 #include <QString>
 
-/// One grab of the helper, from its start to one of the first three signals, of which it sends one.
+/// One grab of the helper. It ends with exactly one of the signals taken, ended and failed.
 class HelperJob : public QObject
 {
     Q_OBJECT
 public:
-    /// What went wrong, as the number that goes with the text.
+    /// The error codes of failed().
     enum Failure { NoWindow = 1, NoPicture = 2, NotWritten = 3, NoWheel = 4 };
 
     void run();
-    /// Ends it as soon as it can, without a signal, and deletes it then.
+    /// Ends the job as soon as possible without a signal, and deletes it then.
     void dismiss();
 
 signals:
-    /// `note` says why the picture may be less than was asked for; empty where it is all.
+    /// `note` says why the picture may be incomplete; empty if it is complete.
     void taken(const QImage &picture, const QString &note = {});
     void ended();
     void failed(HelperJob::Failure failure, const QString &text);
-    /// On the way: it waits for the user; it turns the wheel over another program, and is done with
-    /// that.
+    /// Intermediate states: waits for the user; turns the wheel over another program; has finished
+    /// that and puts the content back.
     void opened();
     void scrolls();
     void putsBack();
 
 protected:
-    /// Does the work, or begins it: it may return when all is over, or at once.
+    /// Does the work, or starts it and returns.
     virtual void start() = 0;
-    /// Has the work end, without a signal.
+    /// Ends the work without a signal.
     virtual void abort() = 0;
 
 private:
@@ -38,7 +38,8 @@ private:
     bool m_isDismissed = false;
 };
 
-/// Waits, with events running, until no window of this program is on the screen, or for a second.
+/// Waits, with events running, until no window of this program is on the screen, for a second at
+/// most.
 void waitUntilHidden();
-/// This process, as the window list tells it.
+/// The number of this process as it is in the window list.
 uint ownProcess();

@@ -13,10 +13,10 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// Light compression: the file is read once and removed, and a long page is mostly ground.
+// Light compression, because the file is read once and removed, and long pages are mostly blank.
 constexpr int s_quality = 80;
 
-// The user was asked for the permission and went on without it.
+// The user was asked for the permission and continued without it.
 bool s_answered = false;
 
 class HelperServer : public QObject
@@ -27,7 +27,7 @@ public:
     ~HelperServer() override
     {
         drop();
-        // Nobody has heard of it.
+        // The finished picture has not been delivered, so nobody else will remove it.
         if (!m_undelivered.isEmpty())
             QFile::remove(m_undelivered);
     }
@@ -46,7 +46,7 @@ public:
         connect(m_job.get(), &HelperJob::scrolls, this, [this] { report(GWCaptureScrolling); });
         connect(m_job.get(), &HelperJob::putsBack, this, [this] { report(GWCapturePuttingBack); });
         report(GWCaptureWorking);
-        // After the report, which makes room for it.
+        // The job starts after this report has been handled, which hides this program's windows.
         QMetaObject::invokeMethod(m_job.get(), &HelperJob::run, Qt::QueuedConnection);
     }
 
@@ -72,7 +72,7 @@ private:
     {
         drop();
         const QString path = m_folder + u"/capture.png"_s;
-        // For the user alone from its first byte, and in nothing that is there already.
+        // Creates a new file that only the user can read from its first byte on.
         QFile::remove(path);
         QFile file(path);
         if (file.open(QIODevice::WriteOnly | QIODevice::NewOnly,
@@ -114,8 +114,8 @@ private:
     QString m_undelivered;
 };
 
-// Never destroyed by the end of the process, which may come in the midst of a grab when the display
-// is lost: what the grab would take off the screen is gone by then.
+// Never destroyed when the process ends, because the end may come during a grab after the display
+// was lost. The grab would then access windows that no longer exist.
 std::unique_ptr<HelperServer> &server()
 {
     static auto *const s_server = new std::unique_ptr<HelperServer>;
@@ -143,7 +143,7 @@ void GWSnapWorkbenchStopMenuItemCapture()
 
 void GWSnapWorkbenchStartSessionCapture(const char *folder)
 {
-    // It was asked about before, and is started all the same.
+    // The user was asked for the permission before, and has started the grab without it.
     if (!GWSnapWorkbenchIsEnableAccessibilty())
         s_answered = true;
     if (server() && folder && !server()->isWorking())

@@ -1,45 +1,46 @@
 #pragma once
 
-/// The capture helper: grabs that watch and work on other programs - an open menu, a window, or all
-/// that scrolls in it. Whoever starts one gets word through the status callback alone.
+/// The capture helper, for grabs that watch or control other programs: an open menu, a window, or
+/// its scrolling content. The caller is informed by the status callback only.
 ///
-/// One grab runs at a time. Its picture is a file in the folder that came with the start, and is
-/// the receiver's from then on; nothing else is left there.
+/// One grab runs at a time. Its picture is a file in the folder that was passed at the start, and
+/// belongs to the receiver from then on. Nothing else is left there.
 
-/// Called on the main thread, from the event loop. The texts are UTF-8 and live as long as the
-/// call. The first argument carries nothing.
+/// Called on the main thread from the event loop. Texts are UTF-8 and valid during the call. The
+/// first argument is not used.
 using GWCaptureStatus = void (*)(void *unused, int status, const char *path, int failure,
                                  const char *text);
 
-/// The statuses.
+/// The status codes.
 enum GWCaptureStatusCode {
-    GWCaptureWorking = 4,       ///< this application should get out of the way
-    GWCaptureFinished = 5,      ///< `path` is the picture; `text` says why it may be less than all
-    GWCaptureEnded = 6,         ///< no picture, and nothing wrong
-    GWCaptureFailed = 7,        ///< `failure` and `text` say why
+    GWCaptureWorking = 4,       ///< this program's windows should leave the screen
+    GWCaptureFinished = 5,      ///< `path` is the picture; `text` says why it may be incomplete
+    GWCaptureEnded = 6,         ///< no picture, but no error
+    GWCaptureFailed = 7,        ///< `failure` and `text` describe the error
     GWCaptureOpen = 9,          ///< the user can point at a window
-    GWCaptureScrolling = 10,    ///< the one that was picked is scrolled, by the wheel or the user
-    GWCapturePuttingBack = 11,  ///< what that has moved is put back where it was
+    GWCaptureScrolling = 10,    ///< the picked window is being scrolled by the wheel or by the user
+    GWCapturePuttingBack = 11,  ///< the scrolled content is being put back
 };
 
-/// Begins to deliver statuses. Null ends that, and any grab, for good: nobody would hear of it.
+/// Sets the callback. Null removes it and ends a running grab, since nobody would hear of it.
 void GWSnapWorkbenchStartMessageServer(GWCaptureStatus callback);
 
-/// Waits for a menu of any program to be open with the pointer at rest on it, and takes it.
-/// `folder` is UTF-8 and exists. While a grab is under way nothing is started.
+/// Waits until the pointer rests on an open menu of any program, and captures the menu. `folder` is
+/// UTF-8 and must exist. Does nothing while a grab runs.
 void GWSnapWorkbenchStartMenuItemCapture(const char *folder);
-/// Ends the wait for a menu, if there is one, with status 6.
+/// Ends waiting for a menu, with GWCaptureEnded.
 void GWSnapWorkbenchStopMenuItemCapture();
-/// Lets the user pick a window, or what scrolls in it, and takes that. While a grab is under way
-/// nothing is started.
+/// Lets the user pick a window or its scrolling content, and captures it. Does nothing while a grab
+/// runs.
 void GWSnapWorkbenchStartSessionCapture(const char *folder);
 
 /// Whether the session's accessibility switch is on.
 bool GWSnapWorkbenchIsEnableAccessibilty();
-/// Not 0 if this process may ask other programs about themselves. `answered`, if not null, is set
-/// when the user has said in this run that it need not.
+/// Returns whether this process may ask other programs about their structure, as 0 or not 0.
+/// `answered`, which may be null, is set to whether the user has declined the permission in this
+/// run.
 int GWSnapWorkbenchTestProcessTrusted(bool *answered);
-/// Whether the system decides by itself about the permission. Never here.
+/// Whether the system manages this permission itself; always false here.
 bool GWSnapWorkbenchIsRunningInMavericksOrMore();
 /// Turns the session's accessibility switch on.
 void GWSnapWorkbenchMakeProcessTrusted();

@@ -20,13 +20,14 @@ constexpr int s_padding = 14;
 constexpr int s_columnGap = 16;
 constexpr int s_lineGap = 6;
 constexpr int s_headlineSpan = 2;
-constexpr int s_gap = 12;  // device pixels between the plate and what it tells about
+constexpr int s_gap = 12;  // device pixels between the plate and its area
 constexpr int s_pictureColumn = 2;
 constexpr QSize s_picture(132, 176);
 constexpr QSize s_flatPicture(200, 64);
 constexpr int s_tallWidth = 180;
-constexpr int s_linePadding = 3;   // above and below a plate of one line
-constexpr int s_lineDistance = 4;  // device pixels: it has to find room on a title bar
+constexpr int s_linePadding = 3;  // above and below a plate of one line
+// Device pixels; small, because the plate may have to fit on a title bar.
+constexpr int s_lineDistance = 4;
 
 QLabel *label(const QString &text, const QColor &color)
 {
@@ -148,7 +149,7 @@ bool isOnScreen(const QRect &box, const QList<QRect> &screens)
                        [&](const QRect &screen) { return screen.contains(box); });
 }
 
-// At one of the corners of `area`, `gap` away; none where no screen has room.
+// A position at one of the corners of `area`, at the distance `gap`; none if no screen has space.
 std::optional<QPoint> placeAtSide(QSize size, const QRect &area, const QList<QRect> &screens,
                                   int gap)
 {
@@ -164,8 +165,8 @@ std::optional<QPoint> placeAtSide(QSize size, const QRect &area, const QList<QRe
     return {};
 }
 
-// An area that reaches beyond its screen has no corner there to begin at: in a corner of a screen,
-// outside of it.
+// For an area that extends beyond its screen and has no usable corner there: a corner of any screen
+// that does not touch the area.
 std::optional<QPoint> placeInCorner(QSize size, const QRect &area, const QList<QRect> &screens)
 {
     for (const QRect &screen : screens) {
@@ -188,7 +189,7 @@ QPoint HintPlate::place(QSize size, const QRect &area, const QList<QRect> &scree
         return *beside;
     if (const auto corner = placeInCorner(size, area, screens))
         return *corner;
-    // As much of it as can be seen, and there in the corner that text leaves free most often.
+    // The area's visible part, and in that the top right corner, which contains text least often.
     QRect seen = area;
     for (const QRect &screen : screens) {
         if (screen.contains(area.center()))
@@ -197,7 +198,7 @@ QPoint HintPlate::place(QSize size, const QRect &area, const QList<QRect> &scree
     return {seen.x() + seen.width() - size.width() - s_gap, seen.y() + s_gap};
 }
 
-// To what is on it, in device pixels.
+// Adjusts the size to the content, and returns it in device pixels.
 QSize HintPlate::fitted()
 {
     adjustSize();
@@ -322,8 +323,8 @@ void HintPlate::placePicture()
     m_picture->setAlignment(m_form == Form::Flat ? Qt::AlignRight | Qt::AlignTop
                                                  : Qt::AlignHCenter | Qt::AlignTop);
     m_grid->removeWidget(m_picture);
-    // What is left of the picture's height lies below the lines. A window that stretches is never
-    // lower than 100, so that one of a few lines does not.
+    // The rest of the picture's height is below the lines. For low forms there is no stretch,
+    // because the toolkit makes windows that stretch at least 100 pixels high.
     const bool isLow = m_form == Form::Line || m_form == Form::Flat;
     m_grid->setRowStretch(m_pictureRow, isLow ? 0 : 1);
     if (m_form == Form::Tall)
@@ -337,7 +338,7 @@ void HintPlate::paintEvent(QPaintEvent * /*event*/)
     QPainter painter(this);
     painter.setPen(Palette::darkEdge);
     painter.setBrush(Palette::dark);
-    // Round corners need a ground that shines through.
+    // Round corners need a translucent window.
     const bool isRound = parentWidget() || services().windows->isComposited();
     painter.setRenderHint(QPainter::Antialiasing, isRound);
     const qreal radius = isRound ? s_radius : 0;

@@ -9,9 +9,9 @@
 
 class QLabel;
 
-/// A dark plate with a headline and lines that tell which key does what, and a small picture beside
-/// them where there is one. It takes no click and no key. With a parent it lies on it; without one
-/// it is a window of its own, above all others.
+/// A dark plate with a headline, lines that explain keys, and an optional small picture beside
+/// them. It gets no mouse or key events. With a parent it is a child of it; without one it is a
+/// window above all others.
 class HintPlate : public QWidget
 {
     Q_OBJECT
@@ -19,33 +19,36 @@ public:
     explicit HintPlate(QWidget *parent);
 
     void setHeadline(const QString &text);
-    /// Keeps room for the longest of what the headline may say, so that nothing moves when it does.
-    /// Wrapped to the width of the lines, which are to be there.
+    /// Reserves space for the longest of these headlines, so that the layout does not change with
+    /// the headline. The headline is wrapped to the width of the lines, which must have been added
+    /// before.
     void reserveHeadlines(const QStringList &texts);
+    /// Adds a line with a key's name and what the key does.
     void addLine(const QString &key, const QString &meaning);
     void clearLines();
-    /// Whether the keys do what the lines tell, as they do at first.
+    /// Sets whether the keys have an effect at present; they have at first.
     void setKeysHeard(bool heard);
 
-    /// Keeps room for a picture, so that one that comes or grows moves nothing.
+    /// Reserves space for a picture, so that the layout does not change when it is set or grows.
     void reservePicture();
-    /// The room that a picture has as the plate is laid out now, in device pixels; none where it
-    /// shows none.
+    /// The space for a picture in the present layout, in device pixels; empty if the layout shows
+    /// none.
     QSize pictureBox() const;
-    /// No larger than that. `name` and `description` are what a screen reader says of it.
+    /// Sets a picture that is no larger than pictureBox(). `name` and `description` are its
+    /// accessible texts.
     void setPicture(const QImage &picture, const QString &name, const QString &description);
 
-    /// Shows a plate without a parent near a rectangle, on its screen, where it covers least of it.
+    /// Shows a plate without a parent near `area`, on its screen, where it covers least of it.
     /// Global device pixels.
     void showBeside(const QRect &area);
-    /// The same where it covers nothing of the rectangle, and of the window that this lies in if
-    /// there is room, laid out as fits best. It goes along with the rectangle, and changes place
-    /// and layout only where they fit no more. Where there is no room it lies on the rectangle, or,
-    /// if it must not cover that, is hidden.
+    /// Shows the plate where it does not cover `area`, nor, if there is space, `window` that
+    /// contains it, in the form that fits best. The plate moves with `area`; its position and form
+    /// change only if they no longer fit. If there is no space, it covers `area`, or is hidden if
+    /// `mayCover` is false. Global device pixels.
     void showOutside(const QRect &area, const QRect &window, bool mayCover);
 
-    /// The place for a box of `size` beside `area`: outside of it where a screen has room, else in
-    /// its top right corner. Global device pixels.
+    /// The top left corner for a plate of `size` beside `area`: outside of it if a screen has
+    /// space, else in its top right corner. Global device pixels.
     static QPoint place(QSize size, const QRect &area, const QList<QRect> &screens);
 
 protected:
@@ -56,10 +59,10 @@ private:
     void showAt(QPoint corner);
     bool goesAlong(const QRect &area, const QList<QRect> &screens);
     enum class Form {
-        Wide,  ///< the picture beside the lines
-        Tall,  ///< the picture below them
-        Flat,  ///< a low one beside them
-        Line   ///< all that is told on one line, no higher than a title bar, and no picture
+        Wide,  ///< the picture is beside the lines
+        Tall,  ///< the picture is below the lines
+        Flat,  ///< a low picture is beside the lines
+        Line   ///< all texts are on one line, no higher than a title bar, without a picture
     };
     void setForm(Form form);
     void sizeHeadline();
@@ -68,12 +71,12 @@ private:
 
     QGridLayout *m_grid;
     QLabel *m_headline;
-    QString m_text;           // the headline's own
-    QStringList m_longest{};  // of its texts
+    QString m_text;           // of the headline alone
+    QStringList m_longest{};  // the longest headlines
     bool m_areKeysHeard = true;
     QLabel *m_picture = nullptr;
-    int m_pictureRow = 0;  // where it lies below the lines
+    int m_pictureRow = 0;  // the picture's row in the form Tall
     Form m_form = Form::Wide;
-    QRect m_outside{};  // what it was last shown outside of
-    QPoint m_corner{};  // where it was last shown; global device pixels
+    QRect m_outside{};  // the area outside of which it was last shown
+    QPoint m_corner{};  // the position where it was last shown, in global device pixels
 };

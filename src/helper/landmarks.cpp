@@ -5,14 +5,14 @@
 
 namespace {
 
-constexpr int s_columnTurn = 3;  // bits for each row of a patch
-constexpr int s_rowTurn = 5;     // bits for each column of it
+constexpr int s_columnTurn = 3;  // rotation for each row of a patch, in bits
+constexpr int s_rowTurn = 5;     // rotation for each column of a patch, in bits
 constexpr int s_hashBits = 32;
 constexpr size_t s_firstSlots = 1024;
 constexpr int s_mostEqual = 4;
 
-// Sums and shifts, so that equal bits of neighbours don't cancel each other; products would take
-// several times as long.
+// Mixes by additions and shifts, so that equal bits of neighbouring pixels don't cancel each other;
+// multiplications would take several times as long.
 quint32 mixed(quint32 value)
 {
     value += value << 10;
@@ -30,8 +30,9 @@ void sort(std::vector<Landmark> &landmarks)
 
 }  // namespace
 
-// Hashes of columns eight pixels high roll down the picture, and of sixteen of these beside each
-// other one rolls along each row: a patch at every pixel costs a few steps.
+// Uses rolling hashes: one for each column of eight pixels, which moves down the picture, and one
+// of sixteen such columns, which moves along each row. So a patch at every pixel costs only a few
+// operations.
 std::vector<Landmark> landmarksOf(const QImage &picture, int rarity)
 {
     const int width = picture.width();
@@ -57,7 +58,7 @@ std::vector<Landmark> landmarksOf(const QImage &picture, int rarity)
             continue;
         for (int x = 0; x < width; ++x)
             scattered[x] = mixed(columns[x]);
-        // What enters and what leaves at each step, so that the step itself is short.
+        // Combines what enters and leaves the hash at each step in advance, to keep the loop short.
         std::copy_n(scattered.begin(), s_landmarkWidth, steps.begin());
         for (int x = s_landmarkWidth; x < width; ++x)
             steps[x] = scattered[x] ^ std::rotl(scattered[x - s_landmarkWidth],

@@ -6,8 +6,8 @@
 #include <array>
 #include <vector>
 
-/// A small patch of a picture, told by what is in it alone: the same patch is a landmark wherever a
-/// movement brings it.
+/// A small patch of a picture that is identified by its pixels only, so the same patch is found
+/// again wherever it moves.
 struct Landmark {
     quint32 hash = 0;  ///< never 0
     qint16 x = 0;
@@ -17,16 +17,17 @@ struct Landmark {
 constexpr int s_landmarkWidth = 16;
 constexpr int s_landmarkHeight = 8;
 
-/// Those of a picture of 32 bits a pixel, sorted by their hashes. One in 2 to the power of `rarity`
-/// patches is one; plain ground has none.
+/// The landmarks of a picture with 32 bits per pixel, sorted by hash. On average one of 2 to the
+/// power of `rarity` patches is a landmark; blank patches are none.
 std::vector<Landmark> landmarksOf(const QImage &picture, int rarity);
 
-/// The same ones, each told by its column, or by its row, as well: what comes often beside each
-/// other is still a landmark for what moves straight up or down.
+/// The same landmarks with hashes that include their column (Vertical) or row (Horizontal), sorted
+/// by hash. A patch that occurs often side by side is still useful for a movement in this
+/// direction.
 std::vector<Landmark> landmarksInLine(std::vector<Landmark> landmarks, Qt::Orientation line);
 
-/// Calls `run` with the landmarks of `sought` that come in `known` too, where neither has many of
-/// the kind.
+/// Calls `run` with each pair of equal landmarks from `known` and `sought`, except for those that
+/// occur often in one of them. Both must be sorted by hash.
 template<typename Run>
 void forCommon(const std::vector<Landmark> &known, const std::vector<Landmark> &sought,
                const Run &run)
@@ -56,13 +57,13 @@ void forCommon(const std::vector<Landmark> &known, const std::vector<Landmark> &
     }
 }
 
-/// Landmarks on a plane, to be found by their hashes.
+/// Landmarks on a plane, searchable by hash.
 class LandmarkIndex
 {
 public:
-    /// Of equal ones only the first few are kept: what comes often tells no place.
+    /// Only the first few of equal landmarks are kept, because frequent ones identify no position.
     void insert(const Landmark &landmark);
-    /// Calls `found` with each landmark that has this hash.
+    /// Calls `found` with each landmark of this hash.
     template<typename Found> void find(quint32 hash, const Found &found) const
     {
         if (m_slots.empty())
@@ -80,6 +81,6 @@ private:
     }
     void put(const Landmark &landmark);
 
-    std::vector<Landmark> m_slots{};  // a power of two of them; hash 0 is empty
+    std::vector<Landmark> m_slots{};  // the size is a power of two; hash 0 marks a free slot
     size_t m_count = 0;
 };

@@ -51,7 +51,7 @@ void MenuCapture::look()
         const int ring = server.numberOf(m_ring.get());
         windows.removeIf([ring](const auto &window) { return window.number == ring; });
     }
-    // What fills a screen and says nothing of itself locks it, most likely.
+    // An undeclared window that fills a screen is probably a screen lock and not a menu.
     const QList<QRect> screens = server.screens();
     for (WindowServer::Entry &window : windows) {
         if (std::any_of(screens.begin(), screens.end(),

@@ -6,11 +6,11 @@
 
 #include <memory>
 
-/// Waits until the pointer rests on an open menu of any program, and takes the menu with its open
-/// submenus as they hang there, on a transparent ground.
+/// Waits until the pointer rests on an open menu of any program, and captures the menu with its
+/// open submenus at their positions, on a transparent background.
 ///
-/// The program with the menu holds pointer and keyboard meanwhile, so nothing here counts on
-/// events: it looks at the windows and the pointer.
+/// The program with the menu has grabbed pointer and keyboard, so no events arrive; the windows and
+/// the pointer are polled instead.
 class MenuCapture : public HelperJob
 {
     Q_OBJECT

@@ -8,7 +8,7 @@ namespace {
 
 constexpr qint64 s_restTime = 1000;    // ms
 constexpr qint64 s_idleLimit = 60000;  // ms
-constexpr int s_restTolerance = 3;     // pixels that a resting hand moves
+constexpr int s_restTolerance = 3;     // movement of a resting hand, in pixels
 
 }  // namespace
 
@@ -45,7 +45,7 @@ MenuWatch::State MenuWatch::look(const QList<WindowServer::Entry> &windows, QPoi
                                 window.owner == under->owner;
                      });
     }
-    // A submenu that opens, or closes, under a pointer at rest begins the rest anew.
+    // The rest starts again if a submenu opens or closes under the resting pointer.
     const auto sameNumbers = [](const auto &left, const auto &right) {
         return left.number == right.number;
     };

@@ -18,22 +18,22 @@
 
 namespace {
 
-// One patch in 2 to the power of these is a landmark; in a small view more have to be.
+// One of 2 to the power of these patches is a landmark; small views need more landmarks.
 constexpr int s_rarity = 7;
 constexpr int s_smallRarity = 4;
 constexpr int s_smallView = 400'000;  // pixels
-// Places that are tried, and landmarks that have to vote for one.
+// The number of positions that are tested, and the votes that each of them needs.
 constexpr ptrdiff_t s_candidates = 6;
 constexpr int s_fewestVotes = 3;
-// A view is known by a sixth of it, somewhat less than the quarter that two looks are asked to
-// share: what stays in its place is no part of that.
+// A sixth of a view must be known to determine its position. Two successive views are expected to
+// share a quarter, but parts that stay in place don't count.
 constexpr int s_sharedPart = 6;
-// Looks by which a change of what stays in its place counts.
+// How many views are remembered for deciding which parts stay in place.
 constexpr size_t s_memory = 3;
-// One pixel in so many may differ in what is the same: less than the ends of a scroll bar do.
+// One of this many pixels may differ in equal parts; the ends of a scroll bar differ in more.
 constexpr int s_strict = 16;
 
-// 32 bits a pixel, opaque where the picture knows no transparency.
+// The part as an image with 32 bits per pixel, opaque if the picture has no alpha channel.
 QImage opaque(const QImage &picture, const QRect &area)
 {
     if (picture.format() != QImage::Format_RGB32)
@@ -48,7 +48,7 @@ QImage opaque(const QImage &picture, const QRect &area)
     return result;
 }
 
-/// The places that landmarks vote for, the best first.
+/// Counts the landmarks' votes for positions; the best positions come first.
 class Votes
 {
 public:
@@ -107,7 +107,7 @@ Mosaic::Sight Mosaic::add(const QImage &picture, const QRect &area)
         isHalfDrawn = share == Share::Some;
         if (share == Share::Most) {
             learn(*movement, part, stayed);
-            // Only now is it known what of the first view is content.
+            // Only now is it known which part of the first view is content.
             if (!hasMoved())
                 paint(m_last, m_lastLandmarks, part);
             m_at += *movement;
@@ -134,21 +134,21 @@ Mosaic::Sight Mosaic::add(const QImage &picture, const QRect &area)
     return Sight::Unclear;
 }
 
-// Against the last view.
+// The movement since the last view.
 std::optional<QPoint> Mosaic::movementOf(const QImage &view,
                                          const std::vector<Landmark> &landmarks) const
 {
     if (const auto movement = movementAmong(view, m_lastLandmarks, landmarks))
         return movement;
-    // Where a pattern repeats itself, as in columns of equal figures, a place further across is as
-    // good as the one straight below, and nobody means that.
+    // In a repeating pattern, such as columns of equal numbers, a position further aside fits as
+    // well as the one straight below, which is always the intended one.
     for (const Qt::Orientation line : {Qt::Vertical, Qt::Horizontal}) {
         if (const auto movement = movementAmong(view, landmarksInLine(m_lastLandmarks, line),
                                                 landmarksInLine(landmarks, line)))
             return movement;
     }
-    // Lines that differ by a digit only have no landmarks of their own: all their rows together
-    // tell.
+    // Lines that differ in a digit only have no landmarks of their own, so all their rows together
+    // are compared.
     if (const Movement up = findMovement(m_last, view); up.kind == Movement::Kind::Moved)
         return QPoint(0, up.rows);
     if (const Movement down = findMovement(view, m_last); down.kind == Movement::Kind::Moved)
@@ -177,7 +177,7 @@ std::optional<QPoint> Mosaic::movementAmong(const QImage &view, const std::vecto
     return best ? std::optional(best->movement) : std::nullopt;
 }
 
-// Against all that has been painted.
+// The position among everything painted before.
 std::optional<QPoint> Mosaic::placeOf(const QImage &view,
                                       const std::vector<Landmark> &landmarks) const
 {
@@ -191,7 +191,7 @@ std::optional<QPoint> Mosaic::placeOf(const QImage &view,
                 votes.add({known.x - landmark.x, known.y - landmark.y});
             });
     }
-    // Plain ground would be explained anywhere.
+    // A blank background would match everywhere, so it is excluded.
     QImage plain(view.size(), view.format());
     plain.fill(commonColour(view, part));
     const Trial ground = trialOf(plain, view, {});
@@ -211,13 +211,12 @@ std::optional<QPoint> Mosaic::placeOf(const QImage &view,
     return best ? std::optional(best->movement) : std::nullopt;
 }
 
-// Whether nothing but spots has changed: a caret, a picture that came late, a row under the
-// pointer. In a listing that has gone by as many lines as it has numbers, something has changed in
-// each.
+// Whether only spots have changed: a caret, a picture that loaded late, a highlighted row. If a
+// numbered listing has scrolled by whole lines, something has changed in each line.
 bool Mosaic::isInPlace(const QImage &view, const std::vector<Landmark> &landmarks) const
 {
     constexpr int mostSpots = 8;  // one above the other
-    constexpr int gap = 4;        // rows within one
+    constexpr int gap = 4;        // rows within one spot
     const QRect part = hasMoved() ? usualPart() : view.rect();
     int changed = 0;
     int spots = 0;
@@ -234,8 +233,8 @@ bool Mosaic::isInPlace(const QImage &view, const std::vector<Landmark> &landmark
     return changed * 2 <= part.height() && spots <= mostSpots && told.agree >= told.deny;
 }
 
-// How much of what usually moves has moved. A program may be seen when it has drawn but half of its
-// view, and a spot that moves by itself is no movement of the view.
+// How much of the usually moving part has moved. A program may be caught when it has drawn only
+// half of its view, and a spot that moves by itself is not a movement of the view.
 Mosaic::Share Mosaic::shareOf(const QRect &part) const
 {
     constexpr int little = 8;
@@ -247,8 +246,8 @@ Mosaic::Share Mosaic::shareOf(const QRect &part) const
     return !hasMoved() || share * 2 > areaOf(usual) ? Share::Most : Share::Some;
 }
 
-// What stays in its place may come later, as a heading does that stays at the top once it is there,
-// and a single look may be mistaken about it.
+// The median of the last parts, because some parts stay in place only later, such as a heading that
+// sticks to the top, and a single view may mislead.
 QRect Mosaic::usualPart() const
 {
     const auto usual = [](const std::vector<QRect> &parts, int (QRect::*edge)() const) {
@@ -283,7 +282,7 @@ void Mosaic::learn(QPoint movement, const QRect &part, const QRegion &stayed)
     }
 }
 
-// What changes in its place is drawn late rather than lying over the content.
+// A part that changes without moving was drawn late and does not lie over the content.
 void Mosaic::forgetChanged(const QImage &view)
 {
     for (QRegion &stayed : m_stayed) {
@@ -296,7 +295,7 @@ void Mosaic::forgetChanged(const QImage &view)
     }
 }
 
-// Takes the last view's place as that of `view`.
+// Paints the view at the last view's position (m_at).
 void Mosaic::paint(const QImage &view, const std::vector<Landmark> &landmarks, const QRect &part)
 {
     const QRect area = withinLimits(part.translated(m_at));
@@ -313,7 +312,7 @@ void Mosaic::paint(const QImage &view, const std::vector<Landmark> &landmarks, c
             m_index.insert(
                 {landmark.hash, static_cast<qint16>(place.x()), static_cast<qint16>(place.y())});
     }
-    // What lies over the content would be found at each place that it has been over.
+    // Parts that lie over the content would otherwise be painted at each position that they had.
     QRegion over;
     for (const QRegion &stayed : m_stayed)
         over |= stayed;
@@ -327,7 +326,7 @@ void Mosaic::paint(const QImage &view, const std::vector<Landmark> &landmarks, c
         paintStrip(side, view, shown);
 }
 
-// What may be painted of an area.
+// The part of an area that the limits allow.
 QRect Mosaic::withinLimits(const QRect &area)
 {
     const QRect all = m_extent | area;
@@ -337,7 +336,7 @@ QRect Mosaic::withinLimits(const QRect &area)
     if (QSize(width, height) == all.size())
         return area;
     m_isFull = true;
-    // It grows where the limits leave it room: on the one side that the area is on.
+    // The picture grows only within the limits, and only on the side where the area is.
     QRect allowed = all;
     if (m_extent.isEmpty() || area.right() > m_extent.right())
         allowed.setWidth(width);
@@ -378,7 +377,8 @@ void Mosaic::paintStrip(Side side, const QImage &view, const QRect &part)
         if (!strip)
             return;
     }
-    // Along the side it lies as the content does, across it begins at 0.
+    // In the strip's plane the position along the side is that of the content; across the side it
+    // begins at 0.
     const QPoint at = isAcross ? QPoint(m_at.x(), -from.y()) : QPoint(-from.x(), m_at.y());
     const QRect to = from.translated(at);
     const QRect known = strip->extent & to;
@@ -405,13 +405,14 @@ void Mosaic::paintStrip(Side side, const QImage &view, const QRect &part)
     }
     if (!strip->follows || (known == to && !isOutermost))
         return;
-    // What is known has been seen where it belongs.
+    // Unless the view is the outermost one, known parts are kept, because they were seen in place.
     for (const QRect &piece : isOutermost ? QRegion(to) : QRegion(to) - known)
         strip->plane.paint(at, view, piece.translated(-at));
     strip->extent |= to;
 }
 
-// Of what is painted beside the content: all of it, or nothing where it would not reach along.
+// The thickness of the strip that is painted beside the content: all of it, or 0 if the strip is
+// shorter than the content.
 int Mosaic::thicknessOf(Side side) const
 {
     const Strip *strip = m_strips.at(side).get();
@@ -439,8 +440,9 @@ QImage Mosaic::overview(QSize box) const
     if (!hasMoved())
         return sampledOverview(m_last.size(), box,
                                [this](int x, int y) { return pixelRow(m_last, y)[x]; });
-    // What has not been seen must not be taken for content, which may be of any one colour.
-    constexpr int field = 6;  // pixels of what is shown
+    // Parts that have not been seen are chequered, because a single colour could be taken for
+    // content.
+    constexpr int field = 6;  // pixels of the preview
     const std::array grounds{Palette::unseenBright.rgb(), Palette::unseenDark.rgb()};
     const int shown = overviewSize(m_extent.size(), box).width();
     const int side = std::max(1, field * m_extent.width() / std::max(1, shown));
@@ -460,7 +462,7 @@ QImage Mosaic::finish()
     const QRect inside(QPoint(thickness[Left], thickness[Top]), m_extent.size());
     const QSize size(inside.x() + inside.width() + thickness[Right],
                      inside.y() + inside.height() + thickness[Bottom]);
-    // Memory that is zero, and none until it is written to.
+    // calloc() gives zeroed pages, which use no memory until they are written to.
     const qsizetype rowBytes = qsizetype{size.width()} * qsizetype{sizeof(QRgb)};
     auto *pixels = static_cast<uchar *>(std::calloc(static_cast<size_t>(size.height()), rowBytes));
     if (!pixels)

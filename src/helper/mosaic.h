@@ -14,54 +14,54 @@
 #include <optional>
 #include <vector>
 
-/// Puts views of content together that is moved below them, down, up and across, by whoever moves
-/// it. What stays in its place meanwhile, a header or a scroll bar, is told from what moves: it is
-/// painted once, at the edge, if it is as long as what it lies beside, and left out otherwise.
+/// Composes views of content that is moved vertically and horizontally by the user. Parts that stay
+/// in place, such as headers and scroll bars, are recognised. They are painted once at the edge if
+/// they are as long as the content beside them, and left out otherwise.
 ///
-/// A view is painted only where pixels that are known already say that it belongs: those of the
-/// last view, or, where that shares too little with it, any that have been painted.
+/// A view is painted only if known pixels prove its position: those of the last view, or, if that
+/// has too little in common with it, any pixels painted before.
 class Mosaic
 {
 public:
     enum class Sight {
-        Still,  ///< where the last one was
+        Still,  ///< at the position of the last view
         Moved,
-        Unclear  ///< nothing tells where it belongs
+        Unclear  ///< its position can't be determined
     };
 
-    /// `sideLimit` for each way, `areaLimit` for all, in pixels.
+    /// `sideLimit` applies to each side in pixels, `areaLimit` to the number of pixels.
     Mosaic(int sideLimit, qint64 areaLimit);
 
-    /// Looks at `area` of a picture, which is of the same size each time.
+    /// Adds the part `area` of a picture. `area` must have the same size each time.
     Sight add(const QImage &picture, const QRect &area);
 
-    /// Whether there was more than the limits, or the memory, let in.
+    /// Whether something was left out because of the limits or too little memory.
     bool isFull() const { return m_isFull; }
     /// Whether anything has moved.
     bool hasMoved() const { return !m_extent.isEmpty(); }
-    /// That of finish(), but for what stays in its place.
+    /// The size of the result of finish(), without the parts that stay in place.
     QSize size() const;
-    /// The last view that was not unclear.
+    /// The last view whose position is known.
     const QImage &lastView() const { return m_last; }
-    /// What of it is content, as far as that is known.
+    /// The part of that view that is content, as far as known.
     QRect lastPart() const { return hasMoved() ? usualPart() : m_last.rect(); }
-    /// Where that lies in the picture that finish() gives.
+    /// The rectangle of that part in the result of finish().
     QRect lastPlace() const;
-    /// How it came there: the last movement.
+    /// The last movement, by which that view was reached.
     QPoint lastMovement() const { return m_lastMovement; }
-    /// What there is so far, no larger than a box, for a look; chequered where no view has been.
+    /// A preview of the result, no larger than `box`; parts that no view has shown are chequered.
     QImage overview(QSize box) const;
 
-    /// Moves the picture out. What no view has shown is transparent.
+    /// Moves the picture out. Parts that no view has shown are transparent.
     QImage finish();
 
 private:
     enum Side { Top, Bottom, Left, Right };
-    /// What stays in its place beside the content, drawn out along the side.
+    /// A part at one side that stays in place, extended along that side.
     struct Strip {
         Plane plane{};
         QRect extent{};
-        bool follows = true;  ///< along the side
+        bool follows = true;  ///< it scrolls along the side with the content
     };
 
     std::optional<QPoint> movementOf(const QImage &view,
@@ -84,13 +84,14 @@ private:
     qint64 m_areaLimit;
     QImage m_last{};
     std::vector<Landmark> m_lastLandmarks{};
-    QPoint m_at{};  ///< the last view's, on the plane
+    QPoint m_at{};  ///< the last view's position on the plane
     QPoint m_lastMovement{};
-    /// What of the last few views moved, across and upright: a heading may go along with one.
+    /// The parts that moved in the last few views, for horizontal and vertical movements: a heading
+    /// may move in one direction only.
     std::array<std::vector<QRect>, 2> m_parts{};
-    std::vector<QRegion> m_stayed{};  // what lay over the content in them
+    std::vector<QRegion> m_stayed{};  // regions over the content that stayed in these views
     Plane m_plane{};
-    QRect m_extent{};  ///< what of the plane has been painted
+    QRect m_extent{};  ///< the painted part of the plane
     LandmarkIndex m_index{};
     std::array<std::unique_ptr<Strip>, 4> m_strips{};
     bool m_isFull = false;

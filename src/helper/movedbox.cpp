@@ -10,7 +10,7 @@
 
 namespace {
 
-// The stretch with the largest sum, widened by what counts as nothing.
+// The range with the largest sum, extended by adjacent zeros.
 std::pair<int, int> bestStretch(const std::vector<int> &scores)
 {
     qint64 best = 0;
@@ -37,7 +37,8 @@ std::pair<int, int> bestStretch(const std::vector<int> &scores)
     return {static_cast<int>(found.first), static_cast<int>(found.second)};
 }
 
-/// Two views, one of which the content has moved to, cell by cell: what went along and what stayed.
+/// Compares two views cell by cell for a given movement, and decides which cells moved and which
+/// stayed.
 class MovedCells
 {
 public:
@@ -52,7 +53,8 @@ public:
     {
         score();
         m_limits = withoutBars();
-        // What came out from under a scroll bar or a footer is as new as what came into view.
+        // Content that came out from under a scroll bar or a footer is as new as content that
+        // scrolled in, so the scores are computed again.
         m_known = roughBox();
         score();
     }
@@ -63,7 +65,8 @@ public:
         if (rough.isEmpty())
             return {};
         const QRect found = withEdges(withoutPlainRows(rough)) & m_limits;
-        // Cells that reach beyond it hold the beginning of what stays.
+        // Cells that extend beyond the box include the beginning of parts that stayed, so only
+        // whole cells count.
         const bool isToTheEnd = found.right() == m_after.width() - 1;
         const int first = (found.left() + s_cell - 1) / s_cell;
         const int last = isToTheEnd ? m_bands : (found.right() + 1) / s_cell;
@@ -76,7 +79,8 @@ public:
             for (int band = first; band < last; ++band) {
                 const qint8 score = m_scores[index(band, y)];
                 explained += score > 0;
-                // What comes into view may happen to be what was there, as in a table.
+                // New content may by chance equal the old content, for example in tables, so only
+                // known cells deny.
                 const bool isDenied = score < 0 && isKnown(band, y);
                 denied += isDenied;
                 tells = tells || score > 0;
@@ -87,8 +91,9 @@ public:
         return denied > explained || !told.agree() ? QRect() : found;
     }
 
-    // What lies over it and stays is where something else should have come to, and what should have
-    // gone from there has not. Of plain pieces only the edges tell so: the box is theirs.
+    // A part that lies over the content and stayed contradicts the movement twice: the expected
+    // content did not arrive there, and the old content did not leave. Blank pieces show this only
+    // at their edges, so their bounding rectangle is used.
     QRegion stayed(const QRect &box) const
     {
         constexpr int most = 8;  // a larger part is content that has not been drawn yet
@@ -153,7 +158,7 @@ private:
         }
     }
 
-    // Whether what is in a cell may have been in the earlier view.
+    // Whether the content of a cell can have been in the earlier view.
     bool isKnown(int band, int y) const
     {
         const int left = band * s_cell;
@@ -178,8 +183,8 @@ private:
                m_limits;
     }
 
-    // Beside what comes into view nothing is known that a plain bar could deny. But what lay there
-    // before has gone inwards, if it is not a bar.
+    // Beside new content nothing is known that a plain bar could contradict. But what was there
+    // before has moved inward, unless it is a bar.
     QRect withoutBars() const
     {
         const QRect rough = roughBox();
@@ -195,13 +200,14 @@ private:
         return result;
     }
 
-    // How many lines in from a corner's side have not gone along.
+    // The number of lines from a side inward that did not move; `corner` is the beginning of the
+    // outermost line.
     int barAt(QPoint corner, QPoint inwards, const QRect &rough) const
     {
-        constexpr int mostPlain = 32;  // a plain margin is wider than a bar's
+        constexpr int mostPlain = 32;  // a plain margin is wider than that of a bar
         constexpr int samples = 512;
         const bool isColumn = inwards.x() != 0;
-        // Of each line, what was and is beside nothing else that stays.
+        // Compares each line only where nothing else stays beside it.
         const QRect inside = rough & rough.translated(m_movement);
         const int length = isColumn ? inside.height() : inside.width();
         const QPoint along = QPoint(isColumn ? 0 : 1, isColumn ? 1 : 0);
@@ -230,7 +236,7 @@ private:
         return result;
     }
 
-    // 1 for what tells of the movement, -1 for what denies it.
+    // 1 if the cell supports the movement, -1 if it contradicts it, else 0.
     qint8 scoreOf(int band, int y) const
     {
         const int x = band * s_cell;
@@ -242,10 +248,10 @@ private:
             const bool follows = isSame(is, before(from.y()) + from.x(), count);
             return qint8(follows ? (stays ? 0 : 1) : -1);
         }
-        // What comes into view is something else than what was there, but for plain ground.
+        // New content differs from the old content, except for blank background.
         if (!stays)
             return 1;
-        // What stays ends where it turns to what comes in.
+        // A part that stayed ends where it borders on new content.
         const int beside = m_movement.y() < 0 ? y + 1 : y - 1;
         const bool turns = m_movement.x() == 0 ? beside >= 0 && beside < m_rows &&
                                                      !isSame(is, after(beside) + x, count)
@@ -253,8 +259,8 @@ private:
         return turns && !hasGone(x, y, count) ? -1 : 0;
     }
 
-    // Whether what was in a cell has moved on: what looks as if it had stayed is what follows on it
-    // in a table.
+    // Whether the old content of a cell has moved on: in a table the next row may look as if the
+    // cell had stayed.
     bool hasGone(int x, int y, int count) const
     {
         const QPoint to = QPoint(x, y) - m_movement;
@@ -281,8 +287,9 @@ private:
         return result;
     }
 
-    // Rows of one colour, as a header may have at its edge, have stayed or moved alike: those that
-    // are not of the content's ground belong to what stays beside them.
+    // A row of one colour, such as a header's edge, looks the same whether it stayed or moved. If
+    // it does not have the content's background colour, it belongs to the part that stayed beside
+    // it.
     QRect withoutPlainRows(QRect rough) const
     {
         const QRgb ground = commonColour(m_after, rough);
@@ -299,8 +306,8 @@ private:
         return rough;
     }
 
-    // A cell holds both the end of what moves and the beginning of a scroll bar: the sides are told
-    // by single columns.
+    // A cell may contain the end of the moved part and the beginning of a scroll bar, so the left
+    // and right edges are determined by single columns.
     QRect withEdges(const QRect &rough) const
     {
         constexpr int inside = 3 * s_cell;
@@ -308,7 +315,7 @@ private:
         const int top = std::max(rough.top(), rough.top() - m_movement.y());
         const int bottom = std::min(rough.bottom(), rough.bottom() - m_movement.y());
         const int reach = std::min(inside, rough.width() / 2);
-        // What comes from beyond what moves tells nothing of its sides.
+        // New content tells nothing about the sides of the moved part.
         const int first = m_movement.x() < 0 ? rough.left() - m_movement.x() : 0;
         const int last = m_movement.x() > 0 ? rough.right() - m_movement.x() : width - 1;
         std::vector<int> denied(width);
@@ -337,7 +344,7 @@ private:
         int right = rough.right() - reach;
         while (right < width - 1 && !denies(right + 1))
             ++right;
-        // There what has changed at all has come into view.
+        // There only columns that have changed contain new content.
         const auto changes = [&](int x) {
             int rows = 0;
             for (int y = rough.top(); y <= rough.bottom(); ++y)
@@ -354,7 +361,7 @@ private:
             left = lastChange(rough.left(), -1);
         if (last < rough.right() && rough.right() < width - 1)
             right = lastChange(rough.right(), 1);
-        // Of what stays, the frame lies nearer.
+        // Excludes the frame, which is between the moved part and the parts that stay.
         const QRgb ground = commonColour(m_after, rough);
         const auto isFrame = [&](int x) {
             const QRgb colour = pixelRow(m_after, rough.top())[x];
@@ -371,7 +378,8 @@ private:
         return {QPoint(left, rough.top()), QPoint(right, rough.bottom())};
     }
 
-    // For each cell anew: a call into the toolkit would take longer than what is done with it.
+    // Computed directly, because a call into the toolkit for each cell would take longer than the
+    // comparison.
     const QRgb *before(int y) const { return m_beforePixels + y * m_beforeStride; }
     const QRgb *after(int y) const { return m_afterPixels + y * m_afterStride; }
 
@@ -385,8 +393,8 @@ private:
     int m_bands;
     int m_rows;
     std::vector<qint8> m_scores;
-    QRect m_known;   // what of the earlier view may have moved
-    QRect m_limits;  // without the bars on the sides that something comes in from
+    QRect m_known;   // the part of the earlier view that may have moved
+    QRect m_limits;  // without bars at the sides where new content comes in
 };
 
 }  // namespace

@@ -5,14 +5,14 @@
 #include <QRect>
 #include <QRegion>
 
-/// What went along with a movement between two views.
+/// The part that moved between two views.
 struct Moved {
-    /// Its box, without what stayed in its place at the edges; empty where too much in it is not as
-    /// the movement wants it.
+    /// The bounding rectangle of the moved part, without parts at the edges that stayed in place;
+    /// empty if too much in it contradicts the movement.
     QRect box{};
-    /// What in the box stayed in its place all the same, as buttons over a map do, in boxes.
+    /// Rectangles in `box` that stayed in place, such as buttons over a map.
     QRegion stayed{};
 };
 
-/// For views of 32 bits a pixel.
+/// Both views must have 32 bits per pixel and the same size.
 Moved movedBox(const QImage &before, const QImage &after, QPoint movement);

@@ -12,24 +12,25 @@
 
 namespace {
 
-// Pixels in a cell. Narrow bands keep a scroll bar or a caret from spoiling the text beside it.
+// The width of a cell in pixels. Bands are narrow, so that a scroll bar or a caret does not affect
+// the text beside it.
 constexpr int s_band = 16;
-// Rows hashed in one go, so that the hashes of a band are written a cache line at a time.
+// Rows that are hashed together, so that the hashes of a band are written one cache line at a time.
 constexpr int s_block = 8;
-// Matches that are found nowhere else in their band, below which chance could have made them.
+// The number of matches that are unique in their band; fewer could be coincidence.
 constexpr int s_enough = 10;
-// A cell that contradicts a movement weighs as much as this many that speak for it.
+// A cell that contradicts a movement counts as much as this many cells that support it.
 constexpr int s_against = 3;
 
-// Spots that are more than a caret here and there.
+// The number of spots that can't be explained by carets.
 constexpr int s_manySpots = 4;
-// Rows of a scroll bar that lies over the content.
+// The height of a horizontal scroll bar over the content.
 constexpr int s_flat = 12;
 
 using Hash = quint32;
 
-// Sums of products of two pixels, each shifted by its own odd number: one multiplication for two
-// pixels, with nothing that depends on the pair before.
+// A sum of products of two pixels, each with a different odd number added: one multiplication for
+// two pixels, without a dependency on the previous pair.
 Hash hashOf(const QRgb *pixels, QRgb mask)
 {
     static constexpr std::array<quint32, s_band> s_keys{
@@ -45,7 +46,8 @@ Hash hashOf(const QRgb *pixels, QRgb mask)
     return static_cast<Hash>((sum * 0x9e3779b97f4a7c15) >> 32);
 }
 
-/// A hash for each cell of a picture: a row of a band. Those of a band lie side by side.
+/// The hashes of all cells of a picture; a cell is a row of a band. The hashes of a band are
+/// contiguous.
 class Cells
 {
 public:
@@ -85,27 +87,27 @@ private:
     std::vector<Hash> m_hashes;
 };
 
-/// What a distance makes of the changes.
+/// How well a distance explains the changes.
 struct Fit {
     int rows = 0;
-    int first = 0;  ///< the rows of the later picture that certainly moved
-    int last = 0;   ///< one after them
+    int first = 0;  ///< the first row of the later picture that certainly moved
+    int last = 0;   ///< the row after the last one
     int explained = 0;
-    int unique = 0;   ///< turns that moved and that either picture has but once
-    int telling = 0;  ///< turns that moved
-    int denying = 0;  ///< turns that changed otherwise
+    int unique = 0;   ///< moved turns that both pictures have only once
+    int telling = 0;  ///< moved turns
+    int denying = 0;  ///< turns that changed in another way
     std::vector<int> bands{};
 };
 
-// What a band, or a row, says about a distance.
+// How the cells of a band or a row support a distance.
 struct Counts {
-    int same = 0;     ///< cells that changed, and are as the distance wants them
-    int other = 0;    ///< cells that changed, and are not
-    int telling = 0;  ///< those of `same` that follow a different cell, and so are not mere ground
-    int denying = 0;  ///< those of `other` that follow a different cell
+    int same = 0;     ///< changed cells that match the distance
+    int other = 0;    ///< changed cells that don't match
+    int telling = 0;  ///< cells of `same` that differ from the cell above, so they are not blank
+    int denying = 0;  ///< cells of `other` that differ from the cell above
 };
 
-/// Two pictures of a view, cell by cell.
+/// Compares two pictures of a view cell by cell.
 class Pair
 {
 public:
@@ -140,15 +142,17 @@ public:
     bool isStill() const;
     std::vector<Fit> fits(int expected);
     Movement movement(const Fit &fit) const;
-    /// Turns that moved by a fit's distance and that either picture has but once, taken across all
-    /// the bands that moved: in a listing whose lines differ by a digit no band alone has any.
+    /// The number of turns that moved by a fit's distance and that both pictures have only once,
+    /// computed over all moved bands together: in a listing whose lines differ in a digit, no
+    /// single band has any.
     int uniqueTurns(Fit fit);
 
 private:
     struct Band {
         int index = 0;
-        std::vector<quint8> changed{};  ///< per row: differs between the pictures
-        std::vector<quint8> turn{};  ///< per row of the later picture: differs from the row above
+        std::vector<quint8> changed{};  ///< for each row: differs between the pictures
+        /// For each row of the later picture: differs from the row above.
+        std::vector<quint8> turn{};
     };
 
     bool wentAlong(int index, const Fit &fit) const;
@@ -172,22 +176,22 @@ private:
     int m_height;
     Cells m_old;
     Cells m_new;
-    std::vector<Band> m_bands{};  ///< those in which anything changed
-    int m_unchangedFrom = 0;      ///< the rows from here on are the same in both pictures
-    std::vector<int> m_votes{};   ///< per distance
-    std::vector<int> m_unique{};  ///< the same, from what either picture has but once
+    std::vector<Band> m_bands{};  ///< bands with changes
+    int m_unchangedFrom = 0;      ///< from this row on, both pictures are equal
+    std::vector<int> m_votes{};   ///< by distance
+    std::vector<int> m_unique{};  ///< by distance; only turns that both pictures have once
 
-    // Per row of the later picture, for the distance looked at.
+    // For each row of the later picture, for the distance that is being tested.
     std::vector<quint16> m_same;
     std::vector<quint16> m_other;
     std::vector<quint16> m_telling;
-    std::vector<quint16>
-        m_fresh;  ///< cells that changed in place and that the distance doesn't explain
-    std::vector<quint8> m_match;  ///< of one band
+    /// Cells that changed in place and are not explained by the distance.
+    std::vector<quint16> m_fresh;
+    std::vector<quint8> m_match;  ///< for one band
 };
 
-// Whether it may be a scroll bar for columns that has come at the foot of the view, or gone: there
-// is the same ground above and below it.
+// Whether a spot may be a horizontal scroll bar that has appeared or disappeared at the bottom of
+// the view: the background above and below it is the same.
 bool Pair::isFlatBar(const QRect &spot) const
 {
     if (spot.height() > s_flat || spot.top() * 2 < m_height || spot.bottom() + 1 >= m_height)
@@ -199,8 +203,8 @@ bool Pair::isFlatBar(const QRect &spot) const
     return true;
 }
 
-// The places of all changes, in bands and rows; none if they are too large for spots in a view that
-// stands still.
+// The rectangles of all changes, in bands and rows. No value if one is too large for a spot in a
+// view that did not scroll.
 std::optional<std::vector<QRect>> Pair::spots() const
 {
     constexpr int gap = 16;
@@ -238,8 +242,8 @@ std::optional<std::vector<QRect>> Pair::spots() const
     return result;
 }
 
-// Whether the bands in which nothing has changed could tell a movement: they have turns that come
-// but once. Where only the names below rows of icons differ, they have none.
+// Whether bands without changes could prove a movement, because they have unique turns. If only the
+// names below rows of icons differ, they have none.
 bool Pair::tellsBeside() const
 {
     std::vector<quint64> rows(m_height);
@@ -260,9 +264,9 @@ bool Pair::tellsBeside() const
                          [](const auto &turn) { return turn.second == 1; }) >= s_enough;
 }
 
-// Whether nothing scrolled. A word alone on a page may have scrolled away, so that anything larger
-// than a caret counts as a spot only if there is much above or below it that stayed, and that is
-// not found again elsewhere, as the lines of a table are. Less of that is enough for a flat bar.
+// Whether nothing scrolled. A single word on a page may have scrolled away. So a change larger than
+// a caret counts as a spot only if enough turns above or below it stayed that are unique, unlike
+// the lines of a table. For a flat bar fewer are enough.
 bool Pair::isStill() const
 {
     const auto places = spots();
@@ -290,8 +294,7 @@ bool Pair::isStill() const
     });
 }
 
-// Each place of the later picture where a band turns from one cell to another one votes for the
-// distances to all such places of the earlier picture.
+// Each turn of the later picture votes for its distances to all equal turns of the earlier picture.
 void Pair::vote(const Band &band)
 {
     struct Slot {
@@ -344,7 +347,7 @@ void Pair::vote(const Band &band)
         if (slotOf[y] < 0)
             continue;
         const Slot &slot = table[slotOf[y]];
-        // What comes very often is heard in samples: it can't decide anything anyway.
+        // Frequent turns are sampled, because they can't decide anyway.
         const int weight = slot.before > many ? 8 : 1;
         if (weight > 1 && y % weight)
             continue;
@@ -430,8 +433,8 @@ void Pair::tally(const std::vector<int> &bands, int distance)
     }
 }
 
-// The rows from `from` to before `to` that, taken together, speak most for the distance, begun and
-// ended by rows that tell. Empty where none does.
+// The range of rows from `from` up to but not including `to` that supports the distance most; it
+// begins and ends with telling rows. Empty if there is none.
 std::pair<int, int> Pair::bestRun(int from, int to) const
 {
     qint64 best = 0;
@@ -459,8 +462,8 @@ std::pair<int, int> Pair::bestRun(int from, int to) const
     return {bestFirst, bestLast};
 }
 
-// What moved by the distance. A row that is hovered, or an animation, may lie in its midst: beyond
-// it the rows go on that moved just as far, and say so by themselves.
+// The rows that moved by the distance. They may be interrupted by a highlighted row or an
+// animation, so further ranges above and below are added if they support the distance themselves.
 std::pair<int, int> Pair::solidPart(int distance) const
 {
     const auto isEmpty = [](const std::pair<int, int> &run) { return run.first == run.second; };
@@ -471,7 +474,7 @@ std::pair<int, int> Pair::solidPart(int distance) const
     for (auto below = bestRun(part.second, rows); !isEmpty(below);
          below = bestRun(part.second, rows))
         part.second = below.second;
-    // The last turn may be one from the content's end to an equally plain footer.
+    // The last turn may be the border between the content and an equally blank footer.
     return {part.first, part.second - 1};
 }
 
@@ -496,8 +499,9 @@ Counts Pair::countIn(int index, int distance, int first, int last)
     return counts;
 }
 
-// Changed cells above what moved, and those below it for the lower edge of the view that leaves the
-// fewest: between what moved and that edge lies new content, which may be anything.
+// Counts the changed cells above the moved rows, and those below the view's lower edge. That edge
+// is unknown, since between the moved rows and the edge any new content is possible; the edge with
+// the fewest changed cells is used.
 int Pair::unexplained(const Fit &fit) const
 {
     const int above = std::accumulate(m_fresh.begin(), m_fresh.begin() + fit.first, 0);
@@ -521,7 +525,8 @@ int Pair::unexplained(const Fit &fit) const
 std::optional<Fit> Pair::fit(int distance, bool inSpots)
 {
     Fit fit{.rows = distance, .unique = m_unique[distance]};
-    // First by all rows, then by those that moved: what lies above and below them has its own ways.
+    // The first round uses all rows, the second one the moved rows only, because rows above and
+    // below may have changed independently.
     fit.last = m_height - distance - 1;
     const auto takeBands = [&](int weight) {
         fit.bands.clear();
@@ -533,7 +538,8 @@ std::optional<Fit> Pair::fit(int distance, bool inSpots)
     };
     for (int round = 0; round < 2; ++round) {
         takeBands(1);
-        // In a low view, after a long way, most of the rows that moved have gone or come.
+        // In a low view most of the rows have scrolled in or out after a large step, so more
+        // contradiction is accepted.
         if (fit.bands.empty())
             takeBands(s_against);
         tally(fit.bands, distance);
@@ -550,7 +556,7 @@ std::optional<Fit> Pair::fit(int distance, bool inSpots)
     fit.explained = std::accumulate(m_same.begin() + fit.first, m_same.begin() + fit.last, 0);
     if (unexplained(fit) * 4 > fit.explained || fit.denying * s_against > fit.telling)
         return {};
-    // A spot that seems to have moved has to be one of a kind.
+    // A spot that seems to have moved must be unique.
     if (inSpots && fit.unique < s_enough)
         return {};
     return fit;
@@ -566,8 +572,8 @@ std::vector<Fit> Pair::fits(int expected)
     return result;
 }
 
-// A band in which nothing changed may have moved all the same, by just as much as its content
-// repeats.
+// Whether a band moved. A band without changes may have moved as well, if its content repeats at
+// that distance.
 bool Pair::wentAlong(int index, const Fit &fit) const
 {
     const auto found = std::find_if(m_bands.begin(), m_bands.end(),
@@ -582,7 +588,8 @@ bool Pair::wentAlong(int index, const Fit &fit) const
 
 int Pair::uniqueTurns(Fit fit)
 {
-    // In a band that holds something that stays as well, a title beside a table, no row tells.
+    // A band that also contains something that stayed, such as a title beside a table, would spoil
+    // all rows, so it is left out.
     std::vector<int> clear;
     for (const int band : fit.bands) {
         const Counts counts = countIn(band, fit.rows, fit.first, fit.last);
@@ -612,7 +619,7 @@ int Pair::uniqueTurns(Fit fit)
             is[y] ^= is[y] >> 32;
         }
     }
-    // What is drawn in blocks has each row several times, and each turn once.
+    // Content that is drawn in blocks has each row several times, but each turn only once.
     const auto turnAt = [](const std::vector<quint64> &rows, int y) {
         return rows[y - 1] * factor + rows[y];
     };
@@ -628,7 +635,7 @@ int Pair::uniqueTurns(Fit fit)
     return result;
 }
 
-// The first and the last column of a band in which something that is not ground moved.
+// The first and the last column of a band in which pixels moved that are not background.
 std::pair<int, int> Pair::movedColumns(const Band &band, const Fit &fit) const
 {
     const int left = band.index * s_band;
@@ -684,9 +691,9 @@ std::vector<quint64> rowHashes(const Cells &cells, int rows)
     return result;
 }
 
-// In a table whose cells differ by little no row may be the only one of its kind, but a wrong
-// distance is denied in many of them. Null unless one is hardly denied, and each other many times
-// as much.
+// In a table with similar cells no row may be unique, but a wrong distance is contradicted in many
+// cells. Returns the fit with hardly any contradiction if all others have many times as much, else
+// null.
 const Fit *leastDenied(const std::vector<Fit> &fits)
 {
     constexpr int hardly = 12;
@@ -699,7 +706,7 @@ const Fit *leastDenied(const std::vector<Fit> &fits)
     const bool isClear = std::all_of(fits.begin(), fits.end(), [&](const Fit &fit) {
         return &fit == &best || share(fit) >= limit;
     });
-    // The border of a table is found again at the border of any other.
+    // The border of a table matches the border of any other table.
     const bool isHigh = best.last - best.first >= least;
     return isClear && isHigh && share(best) * hardly <= 1 ? &best : nullptr;
 }
@@ -719,7 +726,8 @@ Movement findMovement(const QImage &before, const QImage &after, int expected)
     const std::vector<Fit> fits = pair.fits(expected);
     if (fits.empty())
         return {.kind = pair.isStill() ? Movement::Kind::Still : Movement::Kind::Lost};
-    // Two movements that go apart deny each other, so that neither passes.
+    // Two parts that moved by different distances contradict each other, so neither distance is
+    // certain.
     const auto isCertain = [](int unique, const Fit &fit) {
         return unique >= std::max(s_enough, fit.denying * 2);
     };
@@ -749,7 +757,7 @@ Movement findMovement(const QImage &before, const QImage &after, int expected)
 
 namespace {
 
-// White where a pixel differs from the one to its left.
+// A picture that is white where a pixel differs from its left neighbour.
 QImage edgesOf(const QImage &picture)
 {
     const QImage from = withPixels(picture);
@@ -777,9 +785,9 @@ Movement findByEdges(const QImage &before, const QImage &after, int expected)
 
 namespace {
 
-// Whether a third of the rows that come but once in a view are in the later one, at most `slack`
-// rows away. Rows that come but once tell: in a listing, or a table, most cells of a view that has
-// scrolled look as if they were still there.
+// Whether a third of the unique rows of a view are in the later view, at most `slack` rows away.
+// Only unique rows count, because in a listing or a table most cells of a scrolled view look as if
+// they had stayed.
 bool areThere(const QImage &before, const QImage &after, int slack)
 {
     if (before.isNull() || before.size() != after.size())

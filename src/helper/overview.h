@@ -5,11 +5,11 @@
 #include <algorithm>
 #include <vector>
 
-/// The size at which a picture is looked at in a box: in its own proportions, but a very long or
-/// wide one is not drawn out to a thread.
+/// The size of a preview of `picture` within `box`: in proportion, but a very long or wide picture
+/// does not become narrower than a third of the box.
 inline QSize overviewSize(QSize picture, QSize box)
 {
-    constexpr int narrowest = 3;  // parts of the box
+    constexpr int narrowest = 3;  // the box is divided by this
     if (picture.isEmpty() || box.isEmpty())
         return {};
     QSize size = picture;
@@ -21,17 +21,18 @@ inline QSize overviewSize(QSize picture, QSize box)
         .expandedTo(QSize(1, 1));
 }
 
-/// A small picture of a large one from a few pixels for each of its own, whatever the size of the
-/// large one. `at(x, y)` gives a pixel of that.
+/// A preview of a large picture, made from a few samples for each pixel, so that the effort does
+/// not depend on the picture's size. `at(x, y)` returns a pixel of the picture.
 template<typename Pixels> QImage sampledOverview(QSize picture, QSize box, const Pixels &at)
 {
-    constexpr int samples = 2;  // each way
+    constexpr int samples = 2;  // in each direction
     constexpr int count = samples * samples;
     const QSize size = overviewSize(picture, box);
     if (size.isEmpty())
         return {};
     QImage result(size, QImage::Format_RGB32);
-    // A division for each sample would take longer than all the rest.
+    // Computed in advance, because a division for each sample would take longer than everything
+    // else.
     const auto places = [](int whole, int shown) {
         std::vector<int> all(size_t{samples} * shown);
         for (size_t i = 0; i < all.size(); ++i)

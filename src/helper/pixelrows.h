@@ -6,9 +6,9 @@
 #include <algorithm>
 #include <utility>
 
-/// Rows of pixels of 32 bits.
+/// Access to rows of 32-bit pixels.
 
-/// A picture whose pixels have 32 bits: itself, or a copy.
+/// The picture itself if it has 32 bits per pixel, else a converted copy.
 inline QImage withPixels(const QImage &picture)
 {
     switch (picture.format()) {
@@ -21,7 +21,7 @@ inline QImage withPixels(const QImage &picture)
     }
 }
 
-/// The bits of a pixel that can be seen: the fourth byte of RGB32 is anything.
+/// The bits of a pixel that are visible: the fourth byte of RGB32 is undefined.
 inline QRgb visibleBits(const QImage &picture)
 {
     return picture.format() == QImage::Format_RGB32 ? RGB_MASK : 0xffffffff;
@@ -32,8 +32,8 @@ inline const QRgb *pixelRow(const QImage &picture, int y)
     return reinterpret_cast<const QRgb *>(picture.constScanLine(y));
 }
 
-/// The first and the last column in which a row of two pictures of one size differs, and those of
-/// nothing where it is equal: the last before the first.
+/// The first and last column in which a row of two pictures of the same size differs. If it is
+/// equal, the last column is less than the first.
 inline std::pair<int, int> differingColumns(const QImage &before, const QImage &after, int y)
 {
     const QRgb *was = pixelRow(before, y);
@@ -46,8 +46,8 @@ inline std::pair<int, int> differingColumns(const QImage &before, const QImage &
     return {first, last};
 }
 
-/// The smallest rectangle that holds all pixels in which two pictures of one size differ; empty
-/// where they are equal.
+/// The bounding rectangle of all pixels in which two pictures of the same size differ; empty if
+/// they are equal.
 inline QRect differingPart(const QImage &before, const QImage &after)
 {
     const QImage earlier = withPixels(before);

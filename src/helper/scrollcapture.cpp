@@ -15,21 +15,22 @@
 namespace {
 
 // Milliseconds.
-constexpr int s_patientRest = 600;  // where content comes late, or is not known not to
-constexpr int s_firstRest = 180;    // the first step tells how far one click leads
+constexpr int s_patientRest = 600;  // used if content loads late, or may do so
+// The first step measures the distance of one click, so it needs more time.
+constexpr int s_firstRest = 180;
 constexpr int s_longestRest = 1500;
 constexpr int s_settle = 150;
-constexpr int s_fade = 2500;  // of a bar that lies over the content
+constexpr int s_fade = 2500;  // until a bar over the content has faded
 constexpr int s_fadings = 3;
 constexpr int s_progressLimit = 60000;
-// Rows and columns by which a told area may miss what moves.
+// The number of rows and columns by which a reported area may differ from the moved part.
 constexpr int s_tolerance = 2;
-// Rows that changed in what two views share: more than a caret or a mark.
+// Changed rows in the common part of two views; a caret or a highlight changes fewer.
 constexpr int s_lateRows = 24;
-constexpr int s_overlay = 24;     // a bar over the content is no thicker
-constexpr int s_secondLooks = 2;  // places
-constexpr int s_waitsToTell = 6;  // for an answer, before the program is told again
-constexpr int s_anchorPart = 8;   // of the view's height, from its top
+constexpr int s_overlay = 24;     // maximum thickness of a bar over the content
+constexpr int s_secondLooks = 2;  // places to look at again
+constexpr int s_waitsToTell = 6;  // waits for an answer before the wheel is turned again
+constexpr int s_anchorPart = 8;   // distance from the top, as a part of the view's height
 constexpr int s_fromEdge = 12;    // pixels
 
 }  // namespace
@@ -63,7 +64,7 @@ ScrollCapture::Result ScrollCapture::run()
     m_firstRow = m_stitcher.offsetOf(m_window.contentOf(atLeft));
     if (isFollowed && m_isAcross)
         takeBeside();
-    // What happens on the way back takes nothing from the picture.
+    // Problems on the way back don't make the picture incomplete, so its state is saved before.
     QString note = m_window.note();
     m_isAll = m_isAll || note.isEmpty();
     if (m_window.stop() == Stop::Abandon) {
@@ -107,7 +108,7 @@ QRect ScrollCapture::toldArea() const
     return m_window.fromGlobal(m_target.area) & m_window.view().rect();
 }
 
-// The first step, by one click, tells what of the window moves, and how far.
+// Takes a first step of one click, which shows what part of the window moves, and how far.
 Movement ScrollCapture::firstStep()
 {
     const QRect told = toldArea();
@@ -116,7 +117,7 @@ Movement ScrollCapture::firstStep()
     const int rest = m_window.rest();
     m_window.setRest(std::max(rest, s_firstRest));
     m_window.turn(1, Patience::down);
-    // It is under way, and has to be known to be undone.
+    // A stop during the turn leaves the step under way. It must be known, so that it can be undone.
     if (m_window.stop() != stop)
         m_window.turn(0, s_settle);
     m_window.setRest(rest);
@@ -128,7 +129,7 @@ Movement ScrollCapture::firstStep()
     }
     Movement movement = findMovement(before, m_window.view());
     if (movement.kind != Movement::Kind::Moved && !told.isEmpty()) {
-        // Much else may go on in the window.
+        // Other parts of the window may be changing.
         movement = findMovement(before.copy(told), m_window.view().copy(told));
         movement.moved.translate(told.topLeft());
     }
@@ -139,7 +140,7 @@ Movement ScrollCapture::firstStep()
 
 void ScrollCapture::setArea(const QImage &before, const Movement &movement)
 {
-    // What is told about the area counts as far as the pixels agree.
+    // The reported area is used only if the pixels confirm it.
     const QRect told = toldArea();
     const QRect around = told.adjusted(-s_tolerance, -s_tolerance, s_tolerance, s_tolerance);
     const bool isTold = !told.isEmpty() && around.contains(movement.moved);
@@ -151,15 +152,16 @@ void ScrollCapture::setArea(const QImage &before, const Movement &movement)
     m_first = before;
     m_travel.setPerClick(movement.rows);
     m_window.parkPointer(area);
-    // At the edge of what scrolls: in its midst boxes and lists would pass by and take the wheel
-    // for themselves. And near its top: a row that lights up there was taken further down.
+    // The anchor is at the right edge of the content, because combo boxes and lists that pass by in
+    // the middle would take the wheel for themselves. It is near the top, because a row that is
+    // highlighted there has already been captured further down.
     m_window.setAnchor({area.right() - std::min(s_fromEdge, area.width() / 2),
                         area.top() + area.height() / s_anchorPart});
     m_hasOwnAnchor = true;
 }
 
-// A scroll bar for the columns that lies over the content shows where these move, and would come
-// out in pieces. What it covers is taken once, at the content's end.
+// A horizontal scroll bar over the content would appear in the picture in pieces, so the rows below
+// the horizontally moving part are cut off. What it covers is captured once, at the content's end.
 QRect ScrollCapture::withoutOverlayBelow(const QRect &area) const
 {
     QRect result = area;
@@ -168,21 +170,21 @@ QRect ScrollCapture::withoutOverlayBelow(const QRect &area) const
     return result;
 }
 
-// Until such a bar has gone from the view at the content's end.
+// Waits until such a bar has disappeared from the view at the content's end.
 void ScrollCapture::waitForOverlay()
 {
     if (!runs() || m_first.isNull() || m_last.isNull() || !m_travel.isAt(m_accepted) ||
         scrollBarBeside(m_first, m_last, m_window.crop()))
         return;
-    // It becomes narrow first, and fades later.
+    // The bar first becomes narrow and then fades.
     for (int i = 0; i < s_fadings && m_window.turn(0, s_fade) == Turn::Moved; ++i) {
     }
     if (m_window.look())
         m_last = m_window.view();
 }
 
-// Whether the wheel has led to the right, as it does in some programs where nothing lies below.
-// Then back again.
+// Whether the wheel has scrolled to the right, as in some programs that have nothing below. Scrolls
+// back if so.
 bool ScrollCapture::hasGoneSideways(const QImage &before)
 {
     const QRect crop = m_window.crop();
@@ -198,8 +200,8 @@ bool ScrollCapture::hasGoneSideways(const QImage &before)
     return true;
 }
 
-// Whether what seems to stand still, but for spots, is another part of the content: it goes back by
-// as much when it is told to.
+// Whether the view shows another part of the content although only spots seem to have changed:
+// scrolling back by one click restores the view.
 bool ScrollCapture::leadsTooFar(const QImage &before)
 {
     if (isSpot(differingPart(before, m_window.view())))
@@ -208,7 +210,7 @@ bool ScrollCapture::leadsTooFar(const QImage &before)
     return isSpot(differingPart(before, m_window.view()));
 }
 
-// False where nothing scrolls, or it can't be told how far.
+// Takes the first views. Returns false if nothing scrolls or if the distance can't be determined.
 bool ScrollCapture::begin()
 {
     QImage first = m_window.view();
@@ -216,7 +218,7 @@ bool ScrollCapture::begin()
     if (runs())
         movement = firstStep();
     if (movement.kind != Movement::Kind::Moved && runs()) {
-        // A slow program carries out only now what it was told on the way up.
+        // A slow program may only now execute the turns of the way up.
         const bool answers = m_window.turn(0, Patience::slow) == Turn::Moved;
         m_travel.setSlow();
         if (answers || movement.kind != Movement::Kind::Still) {
@@ -260,11 +262,11 @@ bool ScrollCapture::begin()
     return true;
 }
 
-// Pictures may have come after their place had gone by. A few places tell, on the way up, whether
-// any have; only then all of it is looked at again.
+// Some pictures may have loaded after their place was captured. Checks a few places on the way up,
+// and captures everything again only if one of them has changed.
 void ScrollCapture::lookAgain()
 {
-    // Who draws the same anew elsewhere tells nothing by what differs.
+    // If the same content is drawn differently at each place, differences prove nothing.
     if (m_looksDifferent)
         return;
     const int lowest = m_stitcher.offset();
@@ -305,7 +307,7 @@ void ScrollCapture::lookAgain()
     }
 }
 
-// What came into a view that has not scrolled since.
+// Takes a change in a view that has not scrolled.
 void ScrollCapture::takeOver(const QImage &view)
 {
     const bool isLight = m_window.isUnderPointer(m_accepted, view);
@@ -342,8 +344,8 @@ void ScrollCapture::goDown()
         m_window.noteThat(tr("The picture has reached its limit of %1 pixels").arg(s_longest));
 }
 
-// One step down and what it brings. False when there is nothing more to come. `clicks` is how far
-// to go, and becomes how far to go next.
+// Scrolls down one step and takes the view. Returns false if there is no more content. `clicks` is
+// the size of the step, and becomes the size of the next one.
 bool ScrollCapture::step(int &clicks)
 {
     if (!m_window.waitUntilReachable() || !refresh())
@@ -352,14 +354,15 @@ bool ScrollCapture::step(int &clicks)
         Turn::Nothing)
         return runs() && goesOn();
     const QImage before = m_accepted;
-    // What scrolls nothing may be a glow at the end, which goes by.
+    // If nothing has scrolled, the change may be a glow at the content's end, which disappears.
     if (isInPlace(before, content()) && !m_travel.isAt(before))
         m_window.turn(0, Patience::glow);
     const int expected = static_cast<int>(std::lround(m_travel.perClick() * clicks));
     const Taken taken = take(content(), expected);
     switch (taken.kind) {
     case Taken::New:
-        // A program that scrolls by parts of a row rounds its way to the end.
+        // At the content's end a program that scrolls by fractions of a row may move by a rounding
+        // error.
         if (taken.movement.rows <= s_near && expected > s_lateRows)
             return goesOn();
         m_travel.setPerClick(std::max(m_travel.perClick(), 1.0 * taken.movement.rows / clicks));
@@ -383,7 +386,7 @@ bool ScrollCapture::step(int &clicks)
     return false;
 }
 
-// Gives the stitcher a view.
+// Adds a view to the stitcher.
 ScrollCapture::Taken ScrollCapture::take(const QImage &now, int expected)
 {
     const Movement movement = m_stitcher.add(now, expected);
@@ -405,8 +408,8 @@ ScrollCapture::Taken ScrollCapture::take(const QImage &now, int expected)
         m_looksDifferent = true;
         return {recoloured.kind == Movement::Kind::Moved ? Taken::New : Taken::Same, recoloured};
     }
-    // What was put in above it has pushed it down by more than the wheel has moved it up, or the
-    // end of the content has cut a way short.
+    // The view may show content further up: content that was inserted above has moved the view
+    // back, or the content's end has cut a step short.
     const Movement back = findMovement(now, m_accepted);
     if (back.kind != Movement::Kind::Moved)
         return {isNearPlace(m_accepted, now) ? Taken::Same : Taken::Lost};
@@ -415,8 +418,8 @@ ScrollCapture::Taken ScrollCapture::take(const QImage &now, int expected)
     return {Taken::Back, back};
 }
 
-// The view as it is now, before it is scrolled on: pictures may have arrived since, and a slow end
-// of the last movement.
+// Takes the present view before scrolling on, because pictures may have loaded or the last movement
+// may have continued since.
 bool ScrollCapture::refresh()
 {
     if (!m_window.look())
@@ -428,7 +431,7 @@ bool ScrollCapture::refresh()
     return false;
 }
 
-// It can't be followed further down. What lies beside it still can.
+// Ends the column, which can't be followed further down. Columns beside it are still captured.
 void ScrollCapture::endColumn()
 {
     const QString note = tr("The content could not be followed further");
@@ -438,8 +441,8 @@ void ScrollCapture::endColumn()
         m_window.endWith(note);
 }
 
-// Where what two views share has changed meanwhile, so may have what went out of sight: back once
-// more, and down again.
+// If the common part of two views has changed meanwhile, the part that scrolled out of sight may
+// have changed, too. Scrolls back once to see it, and down again.
 void ScrollCapture::repairOverlap(const Movement &movement, const QImage &before, int clicks)
 {
     if (m_looksDifferent || rowsThatDiffer(before, m_accepted, movement) < s_lateRows)
@@ -451,31 +454,32 @@ void ScrollCapture::repairOverlap(const Movement &movement, const QImage &before
     Movement none = movement;
     none.rows = 0;
     if (rowsThatDiffer(before, upper, none) < s_lateRows)
-        m_looksDifferent =
-            true;  // it is as it was: what differed lies above the content, and moves
+        // The view is unchanged; the difference is something above the content that moves.
+        m_looksDifferent = true;
     else if (isInPlace(before, upper))
         m_stitcher.patch(upper, m_stitcher.offset() - movement.rows, upper.height());
     if (!m_looksDifferent)
         beMorePatient();
     m_window.turn(clicks, Patience::down);
-    // The content's top may have cut the way up short.
+    // The content's top may have cut the way up short, so the way down leads further than before.
     m_accepted = lower;
     take(content());
 }
 
-// Whether there is more to come where a turn of the wheel has moved nothing: a program that is at
-// the end goes up when it is told to, and one that hangs does not.
+// Whether there is more content although a turn of the wheel moved nothing: at the content's end
+// the program scrolls up when asked to, but a program that hangs does not.
 bool ScrollCapture::goesOn()
 {
     Turn answer = m_window.turn(-1, Patience::down);
     if (answer == Turn::Nothing && m_hasOwnAnchor && runs()) {
-        // It may be deaf there, as beside the numbers of lines; where the user pointed it was not.
+        // The program may ignore the wheel at this anchor, for example beside line numbers, but it
+        // did not where the user pointed.
         m_hasOwnAnchor = false;
         m_window.setAnchor(m_window.fromGlobal(QRect(m_target.anchor, QSize(1, 1))).topLeft());
         answer = m_window.turn(-1, Patience::down);
     }
-    // What it was told it does when it comes to itself. It is told again only now and then, for a
-    // menu that was open may have swallowed it.
+    // A program that hangs executes all turns later, so the wheel is turned again only now and
+    // then, in case an open menu has swallowed a turn.
     for (int waits = 1; answer == Turn::Nothing && runs() && m_window.waitUntilReachable();
          ++waits) {
         if (m_sinceProgress.elapsed() >= s_progressLimit)
@@ -485,7 +489,8 @@ bool ScrollCapture::goesOn()
     m_hangs = answer == Turn::Nothing;
     if (!runs())
         return false;
-    // One more than up: a menu that was open may have swallowed the turn that moved nothing.
+    // One click more than the way up, because an open menu may have swallowed the turn that moved
+    // nothing.
     m_window.turn(2, Patience::down);
     if (findMovement(m_accepted, content()).kind > Movement::Kind::Moved &&
         !isNearPlace(m_accepted, content()))
@@ -496,7 +501,7 @@ bool ScrollCapture::goesOn()
         tellRows();
         return !m_stitcher.isFull();
     case Taken::Back:
-        // A program may round its way to the end; more than that is a page that has grown.
+        // A program may round at its end; a larger distance means that the page has grown.
         return taken.movement.rows > m_travel.perClick() / 2;
     case Taken::Same:
         break;
@@ -508,11 +513,12 @@ bool ScrollCapture::goesOn()
     return false;
 }
 
-// Up again, to the view that was accepted last.
+// Scrolls up to the view that was last accepted.
 bool ScrollCapture::goBack(int clicks)
 {
     m_window.turn(-clicks, Patience::down);
-    // A step that the content's end cut short leads up too far.
+    // If the content's end has cut the step short, this leads too far up, so the rest goes down
+    // click by click.
     for (int i = 0; i <= clicks && runs(); ++i) {
         const QImage now = content();
         if (findMovement(m_accepted, now).kind == Movement::Kind::Still)
@@ -530,7 +536,8 @@ bool ScrollCapture::goBack(int clicks)
     return false;
 }
 
-// The content from its top to where it has been followed, with what stays above and below it.
+// The picture of the content from its top to where it was followed, with the parts that stay above
+// and below it.
 QImage ScrollCapture::column()
 {
     if (m_first.isNull() || m_last.size() != m_first.size())
@@ -542,7 +549,8 @@ QImage ScrollCapture::column()
     else if (!m_isTold)
         rows = withNeighbours(m_first, m_last, crop, m_window.inside());
     if (m_isAcross) {
-        // What stays where it is would come once in each column. Headers go along.
+        // Parts that stay in place would appear in each column, so they are cut off, except for
+        // headers that scroll horizontally.
         const int highest = m_isTold ? rows.top : 0;
         rows.top = std::clamp(m_areaAcross.top(), highest, crop.top());
         const int end = std::max(m_areaAcross.bottom(), m_contentBottom) + 1;

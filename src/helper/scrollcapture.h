@@ -15,68 +15,69 @@
 
 #include <optional>
 
-/// Takes all that scrolls in a window of another program, by turning the wheel over it as a user
-/// would, and by nothing else than pictures: to the top, a picture, a step down, wait for rest,
-/// append what is new, until nothing moves any more. Then back to where it was.
+/// Captures the scrolling content of another program's window. It turns the wheel as a user would
+/// and looks only at pictures of the window: it scrolls to the top, takes a picture, scrolls down a
+/// step, waits until the view is at rest, appends what is new, and repeats until nothing moves.
+/// Then it scrolls back to the original position.
 ///
-/// What happens on the way - the window closes, is covered, changes its size, hangs, changes by
-/// itself - ends the picture there.
+/// If something interferes (the window closes, is covered, changes its size, hangs, or its content
+/// changes), the picture ends there.
 class ScrollCapture : public QObject
 {
     Q_OBJECT
 public:
     struct Target {
-        int window = 0;       ///< in the window list
-        QRect area{};         ///< what is said to scroll, global; empty where nobody said
-        QPoint anchor{};      ///< a point of what scrolls, global
-        bool marked = false;  ///< `area` is what the user wants, and is taken as it is
-        bool across = false;  ///< what scrolls sideways is taken too
+        int window = 0;       ///< number in the window list
+        QRect area{};         ///< the area that is reported to scroll, global; empty if unknown
+        QPoint anchor{};      ///< a point in the scrolling area, global
+        bool marked = false;  ///< the user has marked `area`, which is used unchanged
+        bool across = false;  ///< also captures what scrolls horizontally
     };
     struct Result {
-        QImage picture{};     ///< null where there is none
-        QString note{};       ///< why it may be less than all, or what else is to be known of it
-        int lastRow = -1;     ///< more may follow below this one; -1 where nothing does
-        int lastColumn = -1;  ///< the same to the right
+        QImage picture{};     ///< null if there is none
+        QString note{};       ///< why the picture may be incomplete, or another message
+        int lastRow = -1;     ///< content may be missing below this row; -1 if none is
+        int lastColumn = -1;  ///< content may be missing to the right of this column; -1 if none is
     };
 
     explicit ScrollCapture(const Target &target);
 
-    /// Runs it, with events running, until it is done or told to stop.
+    /// Runs, with events running, until it has finished or is stopped.
     Result run();
-    /// Ends run() with what there is.
+    /// Ends run() with the picture taken so far.
     void keep() { m_window.setStop(Stop::Keep); }
-    /// Ends run() without a picture. The content still goes back to where it was.
+    /// Ends run() without a picture. The content is still put back.
     void discard() { m_window.setStop(Stop::Discard); }
-    /// Ends run() at once, and leaves everything as it is.
+    /// Ends run() at once and leaves the content where it is.
     void abandon() { m_window.setStop(Stop::Abandon); }
 
-    /// What there is so far, no larger than a box, for a look.
+    /// A preview of the picture so far, no larger than `box`.
     QImage overview(QSize box) const
     {
         return m_sheet.isEmpty() ? m_stitcher.overview(box) : m_sheet.overview(box, m_stitcher);
     }
 
 signals:
-    /// What is going on, for the user.
+    /// The state as a text for the user.
     void progressed(const QString &text);
-    /// No more is taken, for one reason or another.
+    /// No more content is captured, for whatever reason.
     void puttingBack();
 
 private:
-    static constexpr int s_longest = 30000;              // pixels, either way
-    static constexpr qint64 s_mostPixels = 400'000'000;  // in all
+    static constexpr int s_longest = 30000;              // pixels in each direction
+    static constexpr qint64 s_mostPixels = 400'000'000;  // in total
     static constexpr int s_near = 2;                     // rows
 
     using Stop = ScrolledWindow::Stop;
     using Turn = ScrolledWindow::Turn;
     using Axis = ScrolledWindow::Axis;
 
-    /// What a view has brought.
+    /// The result of taking a view.
     struct Taken {
         enum Kind {
-            New,   ///< more of the content
+            New,   ///< new content
             Same,  ///< nothing has scrolled
-            Back,  ///< content that is known, further up
+            Back,  ///< known content, further up
             Lost
         };
         Kind kind = Lost;
@@ -126,23 +127,24 @@ private:
     const Target m_target;
     ScrolledWindow m_window;
     ScrollTravel m_travel;
-    QImage m_first;     // the window with its content at the top; null where that is of no use
-    QImage m_last;      // and at its end
-    QImage m_accepted;  // what of the view the stitcher has got last
+    QImage m_first;     // the window with its content at the top; null if not usable
+    QImage m_last;      // the window with its content at the end
+    QImage m_accepted;  // the content of the view that the stitcher got last
     ScrollStitcher m_stitcher;
-    ColumnSheet m_sheet;            // the columns before the one that is in the stitcher
-    std::optional<int> m_firstRow;  // of the content when it began, in the first column
-    QRect m_areaAcross;             // what of the view goes sideways
-    int m_contentBottom = 0;        // of the view, with what a bar over it covers
-    QRect m_movedAcross;            // of the content, turned over
-    bool m_isAcross = false;        // it scrolls sideways
-    bool m_isAll = false;           // whatever is noted
-    bool m_isCutAtRight = false;    // more columns may follow
-    bool m_climbed = false;         // the content was not at its top
-    bool m_hangs = false;           // it does not answer any more
-    bool m_isTold = false;          // the area is the one that was said to scroll
-    bool m_hasOwnAnchor = false;    // the wheel is turned elsewhere than where the user pointed
-    // What is drawn anew may look different: something moves above it, or the colours have changed.
+    ColumnSheet m_sheet;            // the columns before the one in the stitcher
+    std::optional<int> m_firstRow;  // the row of the first column that was at the top originally
+    QRect m_areaAcross;             // the part of the view that scrolls horizontally
+    int m_contentBottom = 0;      // the content's last row in the view, including what a bar covers
+    QRect m_movedAcross;          // the part of the content that moved, transposed
+    bool m_isAcross = false;      // the content scrolls horizontally
+    bool m_isAll = false;         // the picture is complete, whatever the note says
+    bool m_isCutAtRight = false;  // more columns may follow
+    bool m_climbed = false;       // the content was not at its top originally
+    bool m_hangs = false;         // the program does not answer any more
+    bool m_isTold = false;        // the area is the reported one
+    bool m_hasOwnAnchor = false;  // the wheel is turned at another point than the user's
+    // Content that scrolls back may look different, because something above it moves or the colours
+    // have changed.
     bool m_looksDifferent = false;
     Stopwatch m_sinceProgress;
 };

@@ -1,4 +1,5 @@
-// The part of ScrollCapture that goes sideways: what is wider than its view is taken in columns.
+// The part of ScrollCapture that scrolls horizontally: content that is wider than its view is
+// captured in columns.
 
 #include "helper/exactmovement.h"
 #include "helper/scrollcapture.h"
@@ -9,8 +10,8 @@
 #include <algorithm>
 #include <cmath>
 
-// Finds out by which wheel the content goes sideways, and takes it to its left edge. False where it
-// does not.
+// Determines which wheel scrolls horizontally, and scrolls to the left edge. Returns false if the
+// content does not scroll horizontally.
 bool ScrollCapture::goLeft()
 {
     const QRect whole = m_window.crop();
@@ -27,10 +28,10 @@ bool ScrollCapture::goLeft()
             const QImage now = m_window.view();
             const QImage &earlier = click > 0 ? before : now;
             const QImage &later = click > 0 ? now : before;
-            // Much else may go on in the window.
+            // Other parts of the window may be changing.
             if (!setAreaAcross(earlier, later, whole) && !toldArea().isEmpty())
                 setAreaAcross(earlier, later, toldArea());
-            // This wheel may be one that goes up and down.
+            // This wheel may scroll vertically.
             isLost = isLost || findMovement(earlier, later).kind > Movement::Kind::Moved;
         }
         if (m_travel.perClick() > 0)
@@ -43,14 +44,14 @@ bool ScrollCapture::goLeft()
         m_travel.climb();
     else if (isLost)
         m_window.noteThat(tr("What lies beside it could not be followed"));
-    // Whoever stops it on the way has stopped it in the midst.
+    // A stop may have interrupted the way, so it is completed here.
     if (isFound && !runs())
         m_travel.climb();
     m_window.setAxis(Axis::Down);
     return isFound;
 }
 
-// What of an area has gone sideways; false where that can't be told.
+// Sets the part of an area that has scrolled horizontally. Returns false if it can't be determined.
 bool ScrollCapture::setAreaAcross(const QImage &before, const QImage &after, const QRect &area)
 {
     const QRect crop = m_window.crop();
@@ -61,7 +62,7 @@ bool ScrollCapture::setAreaAcross(const QImage &before, const QImage &after, con
     const Movement movement = findMovement(earlier, later);
     if (movement.kind != Movement::Kind::Moved)
         return false;
-    // These pictures are turned over.
+    // These pictures are transposed.
     const QRect moved = scrollingArea(earlier, later, movement);
     m_travel.setPerClick(movement.rows);
     m_areaAcross =
@@ -69,8 +70,7 @@ bool ScrollCapture::setAreaAcross(const QImage &before, const QImage &after, con
     return true;
 }
 
-// What lies beside the first column, which has been followed to its end, in columns as wide as the
-// view.
+// Captures what is beside the first column, which is complete, in columns as wide as the view.
 void ScrollCapture::takeBeside()
 {
     const int lowest = m_stitcher.offset();
@@ -93,7 +93,8 @@ void ScrollCapture::takeBeside()
             break;
         }
         m_travel.goToStart(lowest);
-        // What lies to the right of it stays, and is taken at the end.
+        // Parts to the right of the moved part stay in place; they are captured with the last
+        // column.
         const int at = offset + movement.bottom;
         const int from = movement.bottom - movement.rows;
         offset += movement.rows;
@@ -117,8 +118,8 @@ void ScrollCapture::takeBeside()
     goToFirstRow(lowest);
 }
 
-// The stitcher has rows of the last column only, so this goes by clicks: from the top, or else from
-// the end, whichever leads there.
+// The stitcher has only the last column's rows, so this scrolls by clicks: from the top if whole
+// clicks lead to the row, else from the end.
 void ScrollCapture::goToFirstRow(int lowest)
 {
     m_travel.goToStart(lowest);
@@ -132,7 +133,8 @@ void ScrollCapture::goToFirstRow(int lowest)
     }
 }
 
-// One step to the right, tried smaller where it can't be matched. Not Moved at the content's edge.
+// Scrolls one step to the right, with smaller steps if it can't be matched. The result is not Moved
+// at the content's edge.
 Movement ScrollCapture::goRight()
 {
     m_window.setAxis(Axis::Across);
@@ -160,15 +162,15 @@ Movement ScrollCapture::goRight()
         if (!m_travel.hasScrolled(before, 1))
             break;
         m_window.turn(-clicks - 1, Patience::down);
-        // A step that the content's end has cut short leads back too far.
+        // If the content's edge has cut the step short, this leads too far back.
         m_travel.goToView(before);
     }
     m_window.setAxis(Axis::Down);
     return movement;
 }
 
-// Down a column whose rows are known from the first one: much of it may be blank, as beside lines
-// of which only some are long.
+// Scrolls down a column whose rows are known from the first column: much of it may be blank, for
+// example beside lines of which only some are long.
 void ScrollCapture::goDownBeside(int lowest, const QRect &moved)
 {
     while (m_stitcher.offset() < lowest && m_window.waitUntilReachable() && refresh()) {
@@ -180,7 +182,7 @@ void ScrollCapture::goDownBeside(int lowest, const QRect &moved)
             return;
         const int rows =
             std::min(left, static_cast<int>(std::lround(m_travel.perClick() * clicks)));
-        // A slow program gets its time.
+        // Gives a slow program more time.
         const bool isTaken =
             takeExpected(rows, moved) ||
             (m_window.turn(0, Patience::slow) == Turn::Moved && takeExpected(rows, moved));
@@ -192,7 +194,8 @@ void ScrollCapture::goDownBeside(int lowest, const QRect &moved)
     }
 }
 
-// What a step of about so many rows has brought. False where it can't be that step.
+// Takes the view after a step of about `rows` rows. Returns false if the view does not match such a
+// step.
 bool ScrollCapture::takeExpected(int rows, const QRect &moved)
 {
     const QImage now = content();

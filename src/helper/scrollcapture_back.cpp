@@ -1,4 +1,4 @@
-// The part of ScrollCapture that puts the content back where it was.
+// The part of ScrollCapture that puts the content back.
 
 #include "helper/scrollcapture.h"
 
@@ -11,8 +11,9 @@ constexpr int s_settle = 150;
 
 }  // namespace
 
-// As near to where it was as the wheel leads: clicks count from wherever the content is, so what
-// can't be met from its end may be met from its top. False where it can't be told to be there.
+// Puts the content back as close to its original place as the wheel allows. Clicks count from the
+// present place, so a place that can't be reached from the end may be reached from the top. Returns
+// false if it can't be confirmed.
 bool ScrollCapture::putBack(const QImage &original)
 {
     if (!m_window.waitForReturn())
@@ -34,7 +35,8 @@ bool ScrollCapture::putBack(const QImage &original)
     }
     if (m_travel.isAt(wanted) || (m_firstRow && goTo(*m_firstRow) == 0))
         return true;
-    // Stopped on its way up: as far down again, unless the top has cut that way short.
+    // If stopped on the way up, scrolls down by the same number of clicks; the content's top may
+    // have cut that way short, so the view is compared.
     if (m_travel.perClick() <= 0 && m_window.stop() != Stop::None) {
         putBackUnseen();
         if (isNear(wanted)) {
@@ -43,21 +45,22 @@ bool ScrollCapture::putBack(const QImage &original)
         }
     }
     m_travel.climb();
-    // Where it did not go up in the beginning it began at the top.
+    // If the content did not move up at the beginning, it was at the top.
     if (!m_climbed || (m_firstRow && goTo(*m_firstRow) < m_travel.perClick()))
         return true;
     m_travel.goToView(wanted);
     return m_looksDifferent || isNear(wanted);
 }
 
-// Whether a view that was seen before lies so near that the two share rows.
+// Whether a view that was seen before is so close that both views share rows.
 bool ScrollCapture::isNear(const QImage &wanted) const
 {
     return findByEdges(content(), wanted).kind <= Movement::Kind::Moved ||
            findByEdges(wanted, content()).kind <= Movement::Kind::Moved;
 }
 
-// Where there is no time to look, or nothing to compare with: by as many clicks as it is away.
+// Scrolls back by the number of clicks, without comparing views, if there is no time or nothing to
+// compare with.
 void ScrollCapture::putBackUnseen()
 {
     m_window.setAxis(Axis::Down);
@@ -70,8 +73,8 @@ void ScrollCapture::putBackUnseen()
         m_window.turn(clicks, Patience::down);
 }
 
-// To a row of the content. How far from it that leads, in rows; more than any content has where it
-// is not known.
+// Scrolls to a row of the content. Returns the remaining distance in rows, or s_longest if it is
+// unknown.
 int ScrollCapture::goTo(int row)
 {
     for (int i = 0; i < s_corrections; ++i) {
@@ -81,7 +84,7 @@ int ScrollCapture::goTo(int row)
         const int clicks = m_travel.clicksFor(row - *at);
         if (clicks == 0)
             return std::abs(row - *at);
-        // A program that hangs goes there when it comes to itself, if it is told nothing else.
+        // A program that hangs will execute the pending turns later, so these are subtracted.
         const int untold = clicks - (m_hangs ? m_window.unanswered() : 0);
         m_hangs = m_window.turn(untold, Patience::up) == Turn::Nothing &&
                   m_window.turn(0, Patience::slow) == Turn::Nothing;

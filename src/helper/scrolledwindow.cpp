@@ -16,31 +16,33 @@ namespace {
 
 // Milliseconds.
 constexpr int s_round = 6;
-constexpr int s_rest = 90;          // without a change: the view is at rest
-constexpr int s_shortestRest = 45;  // of a program whose drawing is heard: nearly three frames
+constexpr int s_rest = 90;          // time without a change until the view is at rest
+constexpr int s_shortestRest = 45;  // for programs whose drawing is watched: nearly three frames
 constexpr int s_gapsToRest = 3;
-// A round that takes longer than it needs tells of a busy machine, where all answers come late.
+// A round that takes longer than planned indicates a busy machine, on which all answers come late.
 constexpr int s_roundsToRest = 4;
 constexpr int s_roundsToPatience = 16;
-constexpr int s_restless = 4000;  // it never will be, as a film plays in it
-constexpr int s_lightRest = 50;   // without a change: what lit up under the pointer has gone out
-constexpr int s_lastLooks = 100;  // at the end of the program
+// The view never comes to rest, for example because it shows a video.
+constexpr int s_restless = 4000;
+constexpr int s_lightRest = 50;   // time without a change until a highlight has disappeared
+constexpr int s_lastLooks = 100;  // when the program ends
 constexpr int s_looksToRest = 12;
 constexpr int s_coverRound = 100;
 constexpr int s_coverPatience = 10000;
 constexpr int s_handPatience = 250;
 constexpr int s_handLimit = 60000;
 constexpr int s_answersToPatience = 8;
-// Turns after which nothing lit up: nothing does.
+// After this many turns without a highlight, none is expected any more.
 constexpr int s_darkTurns = 2;
 // Device pixels.
-constexpr int s_barWidth = 32;  // of a scroll bar, and no more than a part of the view
+constexpr int s_barWidth = 32;  // largest width of a scroll bar, also limited to a part of the view
 constexpr int s_barParts = 8;
 constexpr int s_parkingDistance = 8;
-constexpr int s_border = 2;   // of a frame, the narrowest with room for a pointer
-constexpr int s_litRow = 64;  // the highest, and how far it may be from the pointer
+constexpr int s_border = 2;  // the narrowest border that has room for the pointer
+// Largest height of a highlighted row, and its distance from the pointer.
+constexpr int s_litRow = 64;
 
-// Whether so much differs that the rest need not be asked.
+// Whether the views differ so much that findMovement() is not needed.
 bool differWidely(const QImage &before, const QImage &after)
 {
     if (before.size() != after.size())
@@ -52,7 +54,7 @@ bool differWidely(const QImage &before, const QImage &after)
     return rows * 2 > after.height();
 }
 
-// Whether all that differs is as narrow as a scroll bar, which may fade in and out by itself.
+// Whether the difference is as narrow as a scroll bar, which may fade in and out by itself.
 bool differNarrowly(const QImage &before, const QImage &after)
 {
     if (before.size() != after.size())
@@ -144,7 +146,8 @@ QImage ScrolledWindow::contentOf(const QImage &view) const
 
 QRect ScrolledWindow::inside() const { return m_view.rect().marginsRemoved(m_frame); }
 
-// It may have been moved. A menu that hangs open takes the wheel wherever it is turned.
+// Determines whether the wheel reaches the window, which may have been moved. An open menu gets the
+// wheel wherever it is turned.
 ScrolledWindow::Reach ScrolledWindow::reach()
 {
     const auto windows = services().windows->windows(WindowServer::List::AtAndAbove, m_number);
@@ -235,7 +238,7 @@ bool ScrolledWindow::waitForReturn()
     return false;
 }
 
-// With Ctrl held the wheel enlarges, with a button it drags.
+// Waits until no key or button is held: Ctrl and the wheel would zoom, and a button would drag.
 bool ScrolledWindow::waitForFreeHand()
 {
     const Stop stop = m_stop;
@@ -262,8 +265,8 @@ bool ScrolledWindow::turnWheel(int clicks)
     return server.turnWheel(m_turnedAt, clicks, m_axis == Axis::Down ? Wheel::Down : across);
 }
 
-// Back to where the user has it, unless the user has moved it since. Rows that have lit up under it
-// go out again.
+// Moves the pointer back, unless the user has moved it meanwhile. Waits until rows that were
+// highlighted under it look normal again.
 void ScrolledWindow::returnPointer()
 {
     if (!std::exchange(m_isPointerAway, false) || m_pointerWas == m_turnedAt ||
@@ -282,7 +285,7 @@ void ScrolledWindow::returnPointer()
     m_darkTurns = content() == before ? m_darkTurns + 1 : 0;
 }
 
-// Where drawing is heard of, a pause as long as a few of those that it made is enough.
+// If the window's drawing is watched, a pause of a few times the longest pause so far is enough.
 int ScrolledWindow::restFor(qint64 longestGap) const
 {
     if (!m_changes || m_rest != s_rest)
@@ -307,7 +310,8 @@ ScrolledWindow::Turn ScrolledWindow::turn(int clicks, int patience)
     return result;
 }
 
-// No events come any more, and still the pointer has to stay until all of the turn has arrived.
+// The program is ending, so no events arrive; but the pointer must stay until all wheel events have
+// been delivered.
 void ScrolledWindow::waitUnheard()
 {
     const QImage before = content();
@@ -350,7 +354,7 @@ ScrolledWindow::Turn ScrolledWindow::turnAndWait(int clicks, int patience)
             return Turn::Nothing;
         const QImage now = mayDiffer ? content() : last;
         if (mayDiffer && now != last) {
-            // A caret that blinks meanwhile is no change.
+            // A blinking caret is no change.
             const bool hasChanged =
                 differWidely(last, now) || (!(hasMoved && differNarrowly(last, now)) &&
                                             findMovement(last, now).kind != Movement::Kind::Still);
@@ -361,7 +365,7 @@ ScrolledWindow::Turn ScrolledWindow::turnAndWait(int clicks, int patience)
                 m_sawLate = m_sawLate || (isLate && isInPlace(last, now));
                 sinceChange.restart();
             }
-            // Slow scrolling may look like spots from one look to the next.
+            // Slow scrolling may look like spots if only the last two views are compared.
             const bool moves =
                 hasMoved || hasChanged || findMovement(before, now).kind != Movement::Kind::Still;
             if (moves && !hasMoved && clicks != 0)
@@ -395,9 +399,9 @@ bool ScrolledWindow::isUnderPointer(const QImage &before, const QImage &after) c
     return true;
 }
 
-// As near to the content as in the same window, for some desktops give the keyboard to what is
-// under it. Never on the title bar: there a turn of the wheel that comes late would roll the window
-// up.
+// The pointer stays as close to the content as possible and in the same window, because some
+// desktops give the keyboard focus to the window under it. It never goes to the title bar, where a
+// late wheel event would roll up the window.
 void ScrolledWindow::parkPointer(const QRect &content)
 {
     const QPoint at = services().windows->pointer() - m_bounds.topLeft();

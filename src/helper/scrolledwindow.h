@@ -13,9 +13,9 @@
 
 class ChangeWatch;
 
-/// A window of another program whose content is scrolled: seen by its own pictures, and turned by
-/// the wheel as a user would. Knows when it can't be reached, when it is at rest, and when there is
-/// no going on.
+/// A window of another program whose content is scrolled. It is observed by pictures of it, and
+/// scrolled by turning the wheel as a user would. This class knows whether the window can be
+/// reached, whether its view is at rest, and whether the capture must end.
 class ScrolledWindow : public QObject
 {
     Q_OBJECT
@@ -24,88 +24,96 @@ public:
         None,
         Keep,
         Discard,
-        Abandon  ///< at once, and everything is left as it is
+        Abandon  ///< ends at once and leaves everything as it is
     };
     enum class Turn {
-        Moved,   ///< the view has changed, and is at rest
-        Nothing  ///< nothing moved, or the window is not what it was
+        Moved,   ///< the view has changed and is at rest
+        Nothing  ///< nothing moved, or the window can't be used any more
     };
-    /// Which way the wheel scrolls. Across, content() is turned over its diagonal, so that whoever
-    /// looks at it sees it scroll up and down.
+    /// The direction of scrolling. For Across, content() is transposed, so that horizontal
+    /// movements look like vertical ones.
     enum class Axis { Down, Across };
 
-    /// `number` is the window's in the list; `anchor` where the wheel is turned over it, global.
+    /// `number` is the window's number in the list. The wheel is turned at `anchor`, which is
+    /// global.
     ScrolledWindow(int number, QPoint anchor);
     ~ScrolledWindow() override;
 
-    /// Whether it goes on: nobody has stopped it, and nothing has ended it.
+    /// Whether the capture continues: it was not stopped and has not ended.
     bool runs() const { return m_stop == Stop::None && !m_ended; }
     Stop stop() const { return m_stop; }
+    /// Stops the capture. Only Abandon replaces an earlier stop.
     void setStop(Stop stop);
+    /// Ends the capture with a note for the user.
     void endWith(const QString &note);
-    /// Keeps a note without ending anything; the first one counts.
+    /// Adds a note without ending the capture; only the first note is kept.
     void noteThat(const QString &note);
-    /// Why there may be less than all; empty if there is nothing to say.
+    /// Why the picture may be incomplete; empty if there is nothing to tell.
     QString note() const { return m_note; }
 
-    /// Looks at the window as it is now. What lies over it, a notice or a panel of this program, is
-    /// not seen. False where there is nothing to see any more: then it has ended, and view() is
-    /// what it was.
+    /// Takes a picture of the window. It does not contain windows in front of it, such as this
+    /// program's notices and panels. Returns false if the window is gone or has changed its size;
+    /// the capture has ended then, and view() is unchanged.
     bool look();
-    /// What was seen last. In this picture's coordinates are all rectangles here.
+    /// The last picture of the window. All rectangles of this class are in its coordinates.
     const QImage &view() const { return m_view; }
-    /// What of it counts.
+    /// The part of the picture within crop(), transposed for Across.
     QImage content() const { return contentOf(m_view); }
     QImage contentOf(const QImage &view) const;
 
-    /// Where the view shows a place of the screen.
+    /// Converts a global rectangle to the picture's coordinates.
     QRect fromGlobal(const QRect &area) const { return area.translated(-m_bounds.topLeft()); }
-    /// The view without the frame that a window manager has drawn around it.
+    /// The picture's rectangle without the window manager's frame.
     QRect inside() const;
+    /// The part of the picture that is the content; all of it at first.
     const QRect &crop() const { return m_crop; }
     void setCrop(const QRect &crop) { m_crop = crop; }
+    /// Unlike the constructor's, this anchor is in the picture's coordinates.
     void setAnchor(QPoint anchor) { m_anchor = anchor; }
     Axis axis() const { return m_axis; }
     void setAxis(Axis axis) { m_axis = axis; }
-    /// Whether Shift is what makes the wheel scroll across.
+    /// Whether horizontal scrolling uses the vertical wheel with Shift.
     void setShifted(bool shifted) { m_shifted = shifted; }
 
-    /// Turns the wheel, down or to the right for more than 0 and not at all for 0, and waits until
-    /// the view has moved and come to rest. `patience` is for the first sign of that, ms.
+    /// Turns the wheel by `clicks`, down or to the right if positive; 0 only waits. Waits until the
+    /// view has moved and is at rest. `patience` limits the wait for the first sign of movement, in
+    /// milliseconds.
     Turn turn(int clicks, int patience);
-    /// A patience for programs that have answered before: no longer than `most`.
+    /// A patience in milliseconds, from `least` to `most`, that suits the answers of the program so
+    /// far.
     int patience(int least, int most) const;
-    /// Whether a turn of the wheel would reach the window, and no other.
+    /// Whether a turn of the wheel would reach this window and no other.
     bool isReachable();
-    /// Waits for what has come in front of it to go. False when the capture ends here.
+    /// Waits until nothing is in front of the window's anchor. Returns false if the capture must
+    /// end.
     bool waitUntilReachable();
-    /// The same for the way back, also for a window that was minimised, or has another size now,
-    /// which is taken for its own from here on. False when it does not come.
+    /// The same for putting the content back. It also waits for a minimised window, and accepts
+    /// another size of the window from now on. Returns false if the window does not return.
     bool waitForReturn();
-    /// There is no such window any more.
+    /// Whether the window does not exist any more.
     bool isGone() const;
-    /// By how much the wheel was turned since the view has moved last: a program that hangs does
-    /// that when it comes to itself.
+    /// The sum of clicks since the view has last moved: a program that hangs will scroll by them
+    /// later.
     int unanswered() const { return m_unanswered; }
 
-    /// How long the view has to stay as it is to be at rest, ms. It is never taken to be at rest
-    /// sooner than it was seen to pause.
+    /// How long the view must stay unchanged to be at rest, in milliseconds. The actual time may be
+    /// shorter if the window's drawing is watched.
     int rest() const { return m_rest; }
     void setRest(int milliseconds) { m_rest = milliseconds; }
-    /// Something came into the view when it seemed to be at rest.
+    /// Whether something changed in the view after it had seemed to be at rest.
     bool sawLate() const { return m_sawLate; }
 
-    /// Whether two contents differ only where the wheel was turned, or where the pointer is: a row
-    /// lit up there, or went out.
+    /// Whether two contents differ only near the pointer or near the anchor, where a row may be
+    /// highlighted.
     bool isUnderPointer(const QImage &before, const QImage &after) const;
 
-    /// Takes the pointer off the content, where rows would light up under it, and puts it back
-    /// unless it has been moved since.
+    /// Moves the pointer off the content, where it would highlight rows. unparkPointer() moves it
+    /// back unless it has been moved since.
     void parkPointer(const QRect &content);
     void unparkPointer();
 
 signals:
-    /// What the user is to know, or to do, now.
+    /// A text for the user: what is happening or what to do.
     void told(const QString &text);
 
 private:
@@ -130,17 +138,17 @@ private:
     QImage m_view;
     Axis m_axis = Axis::Down;
     bool m_shifted = false;
-    std::unique_ptr<ChangeWatch> m_changes;  // null where nobody tells of changes
+    std::unique_ptr<ChangeWatch> m_changes;  // null if changes are not reported
     int m_rest;
-    qint64 m_slowestAnswer = -1;  // ms; -1 while there was none
+    qint64 m_slowestAnswer = -1;  // milliseconds; -1 if there was no answer yet
     int m_unanswered = 0;         // clicks
-    qint64 m_longestRound = 0;    // ms, of looking and waiting, in the last turn
+    qint64 m_longestRound = 0;    // milliseconds of looking and waiting, in the last turn
     bool m_sawLate = false;
     QString m_coveredBy;
-    QPoint m_turnedAt;    // global; where the wheel was turned last
-    QPoint m_pointerWas;  // before that
+    QPoint m_turnedAt;    // where the wheel was last turned, global
+    QPoint m_pointerWas;  // the pointer's position before that
     bool m_isPointerAway = false;
-    int m_darkTurns = 0;  // in a row, after which nothing lit up under the pointer
+    int m_darkTurns = 0;  // consecutive turns after which nothing was highlighted at the pointer
     QPoint m_pointerBefore;
     QPoint m_parkedAt;
     bool m_isParked = false;

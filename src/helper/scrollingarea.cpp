@@ -10,27 +10,28 @@
 
 namespace {
 
-// Of a colour's part, from one row of a ground to the next.
+// The difference of a colour component between neighbouring rows of one background.
 constexpr int s_shade = 6;
 // Device pixels.
-constexpr int s_edge = 24;         // of what moved: its ground is that of what lies beside it
-constexpr int s_gridLine = 2;      // the widest
-constexpr int s_header = 64;       // the highest beside which there is something else
-constexpr int s_highHeader = 160;  // the highest that is as wide as the window
-constexpr int s_sidePane = 60;     // the narrowest
-constexpr int s_shadow = 32;       // the longest
+constexpr int s_edge = 24;         // edge of the moved part, whose background continues beside it
+constexpr int s_gridLine = 2;      // maximum width
+constexpr int s_header = 64;       // maximum height if something else is beside it
+constexpr int s_highHeader = 160;  // maximum height if it is as wide as the window
+constexpr int s_sidePane = 60;     // minimum width
+constexpr int s_shadow = 32;       // maximum length
 constexpr int s_leastShadow = 3;
-constexpr int s_shadowStep = 16;  // of grey, from row to row
-constexpr int s_acrossEdge = 16;  // ground at both sides of an area's edge
-constexpr int s_padding = 8;      // ground beside a grid line, where more of a table follows
-constexpr int s_widestBar = 48;   // a scroll bar of a desktop scaled by 2 and more
-constexpr int s_overlay = 24;     // the same, lying over the content
-constexpr int s_thumbRows = 12;   // of a thumb that has moved: what is as high as that is one
+constexpr int s_shadowStep = 16;  // difference of grey between rows
+constexpr int s_acrossEdge = 16;  // background on both sides of an area's edge
+// Background beside a grid line; more of it means that the table continues.
+constexpr int s_padding = 8;
+constexpr int s_widestBar = 48;  // scroll bar of a desktop scaled by 2 or more
+constexpr int s_overlay = 24;    // scroll bar over the content
+constexpr int s_thumbRows = 12;  // a moved thumb is at least this high
 constexpr int s_thinnestThumb = 2;
 constexpr int s_buttonEdge = 2;  // between the track and the button at its end
 constexpr int s_thumbRoom = 6;   // between a thumb and the end of its track
 
-/// The lines of pixels around what moved.
+/// The lines of pixels around the moved part.
 class Surroundings
 {
 public:
@@ -40,8 +41,8 @@ public:
           m_moved(movement.moved), m_ground(commonColour(m_after, m_moved) & m_mask),
           m_isOdd(m_after.height())
     {
-        // Rows that deny the movement where it is certain, as one that is hovered, tell nothing
-        // elsewhere either.
+        // Rows that contradict the movement where it is certain, such as highlighted ones, are not
+        // used elsewhere either.
         for (int y = m_moved.top(); y + m_rows <= m_moved.bottom(); ++y) {
             const QRgb *was = pixelRow(m_before, y + m_rows);
             const QRgb *is = pixelRow(m_after, y);
@@ -57,7 +58,7 @@ public:
         area.setRight(withoutOverlay(rightEnd(m_after.width() - 1)));
         const auto line = [&](int y) { return kindOf(area.left(), area.right(), y, y + m_rows); };
         area.setTop(reach(m_moved.top(), -1, 0, line));
-        // The last rows of what moved are known in the earlier picture only.
+        // The last rows of the moved part are known from the earlier picture only.
         area.setBottom(reach(m_moved.bottom(), 1, m_after.height() - 1,
                              [&](int y) { return line(y - m_rows); }));
         return area;
@@ -69,7 +70,7 @@ public:
             return reached != end && std::abs(end - reached) < s_widestBar &&
                    endsInBar(reached + step, end);
         };
-        // Blank room beside a bar is its track's.
+        // A blank part beside a scroll bar belongs to its track.
         if (const int right = rightEnd(area.right()); isBar(right, 1, area.right()))
             area.setRight(std::max(area.left(), right));
         if (const int left = leftEnd(area.left()); isBar(left, -1, area.left()))
@@ -80,13 +81,13 @@ public:
 
 private:
     enum class Kind {
-        Along,   ///< what is on it has moved with the rest, or comes again at that distance
-        Ground,  ///< it is blank
-        Plain,   ///< it has one other colour, as a grid line, a frame or the track of a scroll bar
-        Other    ///< it has not gone along
+        Along,   ///< its pixels moved with the rest, or repeat at that distance
+        Ground,  ///< blank
+        Plain,   ///< of one other colour: a grid line, a frame or the track of a scroll bar
+        Other    ///< it did not move with the rest
     };
 
-    // Rows of a column in which what has moved is not what was there.
+    // The number of rows of a column that contradict the movement.
     int deniedIn(int x) const
     {
         int result = 0;
@@ -95,8 +96,8 @@ private:
         return result;
     }
 
-    // A thumb that lies over the content would come out in pieces: the columns that it is in are
-    // left out. Those beside them tell what is usual.
+    // A thumb over the content would appear in the picture in pieces, so its columns are cut off.
+    // The columns beside it show how many contradictions are normal.
     int withoutOverlay(int right) const
     {
         const int first = right - s_overlay;
@@ -110,7 +111,8 @@ private:
         return right;
     }
 
-    // Of the pixels in columns [left, right] and rows [top, bottom - rows] of the later picture.
+    // The kind of the pixels in columns [left, right] and rows [top, bottom - rows] of the later
+    // picture.
     Kind kindOf(int left, int right, int top, int bottom) const
     {
         const QRgb first = pixelRow(m_after, std::max(top, 0))[left] & m_mask;
@@ -131,8 +133,8 @@ private:
         return first == m_ground ? Kind::Ground : Kind::Plain;
     }
 
-    // How far it goes to the sides, at most to a column. The ground may be another one there, as
-    // behind the numbers of lines.
+    // The last column to the left (right) that belongs to the moved part, at most `end`. The
+    // background may have another colour there, for example behind line numbers.
     int leftEnd(int end) const
     {
         const QRect edge(m_moved.left(), m_moved.top(), std::min(m_moved.width(), s_edge),
@@ -156,8 +158,8 @@ private:
         });
     }
 
-    // The last line from `from` towards `end` that belongs to what moved. Lines of one colour do if
-    // more of it lies beyond them.
+    // The last line from `from` towards `end` that belongs to the moved part. Lines of one colour
+    // are included only if more of the moved part follows.
     template<typename KindOf> int reach(int from, int step, int end, const KindOf &kindAt) const
     {
         int reached = from;
@@ -187,7 +189,7 @@ private:
         return reached;
     }
 
-    // Whether a thumb has moved, or stands, in these columns.
+    // Whether these columns contain a thumb that has moved or stayed.
     bool endsInBar(int from, int to) const
     {
         for (int x = std::min(from, to); x <= std::max(from, to); ++x) {
@@ -203,10 +205,10 @@ private:
     int m_rows;
     QRect m_moved;
     QRgb m_ground;
-    std::vector<quint8> m_isOdd;  // per row of the later picture
+    std::vector<quint8> m_isOdd;  // for each row of the later picture
 };
 
-/// The columns in which a scroll bar may stand, with its thumb at the top and at the end.
+/// The columns that may contain a scroll bar, in pictures with its thumb at the top and at the end.
 class Bar
 {
 public:
@@ -216,9 +218,9 @@ public:
     {
     }
 
-    // Where the thumb has left and where it is now, and beyond that the track and its buttons. Only
-    // a bar counts that lies beside the row `within`, and not over the content, whose edge is the
-    // column `beside`.
+    // The rows between the thumb's old and new position, extended by the track and its buttons.
+    // Counts only a scroll bar that is beside the row `within` and does not lie over the content,
+    // whose edge is the column `beside`.
     std::optional<RowSpan> rows(int within, int beside) const
     {
         int bottom = m_first.height();
@@ -240,7 +242,7 @@ public:
     }
 
 private:
-    // Whether where the thumb has left there is what lies beside it, row by row.
+    // Whether the pixels that the thumb has left equal the content beside them in most rows.
     bool liesOver(int beside, int top, int bottom) const
     {
         int same = 0;
@@ -257,7 +259,7 @@ private:
         return same * 2 > all || all == 0;
     }
 
-    // Columns of a row in which the two looks differ.
+    // The number of columns of a row in which the pictures differ.
     int thickness(int y) const
     {
         int result = 0;
@@ -269,8 +271,8 @@ private:
     {
         return ((pixelRow(m_first, y)[x] ^ pixelRow(m_last, y)[x]) & m_mask) != 0;
     }
-    // Rows beyond `y`, at most `most`, through which a column of the track goes on. A line that
-    // runs from the content over the bar is the frame around both.
+    // The number of rows beyond `y`, at most `most`, in which a column of the track continues. A
+    // line that crosses both the content and the scroll bar is the frame around them.
     int trackBeyond(const QImage &look, int y, int step, int most, int beside) const
     {
         const int right = end(y);
@@ -294,8 +296,7 @@ private:
         return longest;
     }
 
-    // Up to the thumb's other side, in a row where it has moved: what lies beyond the bar is no
-    // part of it.
+    // The end of the scroll bar: the thumb's far edge in a row in which it moved.
     int end(int y) const
     {
         int right = m_right;
@@ -303,8 +304,8 @@ private:
             --right;
         return right;
     }
-    // Rows above `y` that grow darker upwards beside the arrow of a button: what lies above the bar
-    // casts a shadow on it.
+    // The number of rows above `y` that become darker upward beside a button's arrow: a shadow cast
+    // by something above the scroll bar.
     int shadowAbove(int y, int right) const
     {
         int rows = 0;
@@ -374,8 +375,7 @@ RowSpan withNeighbours(const QImage &first, const QImage &last, const QRect &are
     const QImage later = withPixels(last);
     const QRgb mask = visibleBits(earlier) & visibleBits(later);
     const bool isWide = inside.width() - area.width() < s_sidePane;
-    // Whether a bar above or below goes on to the side without a border, over a pane that lies
-    // there.
+    // Whether a bar above or below continues to the side without a border, over a side pane.
     const auto goesBeyond = [&](int edge, int step, int rows) {
         int left = 0;
         int right = 0;
@@ -396,7 +396,7 @@ RowSpan withNeighbours(const QImage &first, const QImage &last, const QRect &are
         const auto ground = [&](int y) {
             return commonColour(look, QRect(area.left(), y, area.width(), 1));
         };
-        // A shadow that lies on the content changes with it.
+        // A shadow on the content changes when the content scrolls.
         const auto stays = [&](int y) {
             const size_t bytes = sizeof(QRgb) * static_cast<size_t>(area.width());
             return mask == RGB_MASK
@@ -421,7 +421,7 @@ RowSpan withNeighbours(const QImage &first, const QImage &last, const QRect &are
                    std::abs(qGreen(one) - qGreen(other)) <= s_shade &&
                    std::abs(qBlue(one) - qBlue(other)) <= s_shade;
         };
-        // Its border, its ground, its border.
+        // The neighbouring part consists of a border, its background and another border.
         for (int i = 0; i < s_gridLine && isLeft(rows + 1); ++i) {
             if (!isAlike(edge + (rows + 1) * step, edge + (rows + 2) * step))
                 ++rows;

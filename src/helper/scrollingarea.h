@@ -7,30 +7,32 @@
 
 #include <optional>
 
-/// What of a window belongs to the content that scrolls in it, told by two looks at the window and
-/// the movement between them. All rectangles are in the coordinates of these pictures.
+/// Finds the part of a window that belongs to the scrolling content, from two pictures of the
+/// window and the movement between them. All rectangles are in the coordinates of these pictures.
 
-/// For a window of which nothing is known: what moved, widened over what went along with it - grid
-/// lines, columns alike in every row, plain ground - up to a scroll bar, a frame or a tool bar.
-/// Empty where the movement is none.
+/// The area of a window about which nothing is known: the part that moved, extended over what may
+/// have moved with it (grid lines, columns that are equal in all rows, blank background), up to a
+/// scroll bar, a frame or a tool bar. Empty if nothing moved.
 QRect scrollingArea(const QImage &before, const QImage &after, const Movement &movement);
 
-/// For an area that is said to scroll: the same without a scroll bar along its right or left side.
+/// A reported area without a scroll bar at its right or left side.
 QRect withoutScrollBar(const QImage &before, const QImage &after, const Movement &movement,
                        const QRect &told);
 
-/// Rows of a picture: from `top` to before `bottom`.
+/// Rows of a picture, from `top` up to but not including `bottom`.
 struct RowSpan {
     int top = 0;
     int bottom = 0;
 };
 
-/// The rows of the scroll bar beside an area, told by a look at the top of the content and one at
-/// its end: a header that stays lies beside it, a tool bar does not. None without a scroll bar.
+/// The rows of the scroll bar beside an area, from pictures of the content's top and end. The
+/// scroll bar is also beside a header that stays in place, but not beside a tool bar. No value if
+/// there is no scroll bar.
 std::optional<RowSpan> scrollBarBeside(const QImage &first, const QImage &last, const QRect &area);
 
-/// The rows of an area and of what stays right above and below it, as a header or a status line,
-/// where no scroll bar tells: as far as their ground goes on, and not if that is as high as the
-/// tool bars of a window. `inside` is the window without its frame.
+/// For areas without a scroll bar: the rows of the area together with the parts directly above and
+/// below it that stay in place, such as a header or a status line. They extend as far as their
+/// background, but are left out if they are as high as a window's tool bars. `inside` is the window
+/// without its frame.
 RowSpan withNeighbours(const QImage &first, const QImage &last, const QRect &area,
                        const QRect &inside);

@@ -14,20 +14,20 @@ using Turn = ScrolledWindow::Turn;
 
 constexpr int s_leastPatienceUp = 250;  // milliseconds
 constexpr int s_climbLimit = 60000;
-constexpr int s_restless = 4000;  // a turn took this long: a film plays
-// Restless turns at the top: a film, and no content that goes by.
+constexpr int s_restless = 4000;  // a turn took this long, so a video may be playing
+// Restless turns at the top that prove a video rather than scrolling.
 constexpr int s_films = 2;
 // Clicks of the wheel.
 constexpr int s_firstClimb = 10;
 constexpr int s_longestClimb = 80;
 constexpr int s_longestStep = 40;
 constexpr int s_longestWayBack = 300;  // steps
-constexpr int s_spot = 48;             // pixels; a row or a scroll bar at the most
-// How much of the view a step may move: the rest is what the match is made of.
+constexpr int s_spot = 48;             // pixels; larger than a row or a scroll bar
+// The part of the view that a step may scroll; the rest is needed for matching.
 constexpr double s_stepPart = 0.7;
 
-// Whether so much has changed, and none of it is found at its place, that it can't be a glow at the
-// end of the content.
+// Whether so much has changed, and so little of it is still in place, that it is no glow at the
+// content's end.
 bool differWidely(const QImage &before, const QImage &after)
 {
     if (before.size() != after.size())
@@ -76,7 +76,7 @@ bool ScrollTravel::climb()
         films += sinceTurn.elapsed() >= s_restless;
         clicks = std::min(2 * clicks, s_longestClimb);
     }
-    // A turn that was cut short may have moved it.
+    // A turn that was interrupted may have scrolled the content.
     return m_window.stop() != stop || !isAt(start);
 }
 
@@ -142,12 +142,12 @@ void ScrollTravel::goToView(const QImage &wanted)
         const bool isBelow = below.kind == Movement::Kind::Moved;
         const Movement above = isBelow ? Movement{} : findByEdges(wanted, before);
         const bool isAbove = above.kind == Movement::Kind::Moved;
-        // Whoever was led there by what both views share, and sees no more of it, is there.
+        // The views shared rows before and no longer do, so this is as close as it gets.
         if (isKnown && !isBelow && !isAbove)
             return;
         isKnown = isBelow || isAbove;
         int clicks = std::min(usualStep(), longest);
-        // The content's end may cut a click short just where it was.
+        // The content's end may cut a click short exactly there.
         if (isBelow)
             clicks = std::max(clicksFor(below.rows), 1);
         else if (isAbove)
@@ -160,7 +160,7 @@ void ScrollTravel::goToView(const QImage &wanted)
         const Movement step = findByEdges(before, m_window.content());
         if (perClick() <= 0 && step.kind == Movement::Kind::Moved)
             setPerClick(1.0 * step.rows / clicks);
-        // It may have gone by.
+        // The step may have passed the view.
         if (!isKnown && clicks > 1 && step.kind != Movement::Kind::Moved) {
             m_window.turn(-clicks, Patience::up);
             longest = 1;

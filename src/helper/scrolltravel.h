@@ -5,55 +5,57 @@
 
 #include <QImage>
 
-/// How long a turn of the wheel is waited for, in milliseconds.
+/// Times to wait after a turn of the wheel, in milliseconds.
 namespace Patience {
-inline constexpr int up = 400;  ///< for a first sign of movement
+inline constexpr int up = 400;  ///< for the first sign of movement
 inline constexpr int down = 500;
 inline constexpr int leastDown = 150;
-inline constexpr int slow = 3000;  ///< of a program that has needed long before
-inline constexpr int glow = 1500;  ///< that some programs show at the end of their content
+inline constexpr int slow = 3000;  ///< for programs that have needed long before
+/// For an effect that some programs show at the end of the content.
+inline constexpr int glow = 1500;
 }  // namespace Patience
 
-/// Whether what has changed may be a caret, a row that has lit up, or a scroll bar.
+/// Whether a changed part may be a caret, a highlighted row or a scroll bar.
 bool isSpot(const QRect &part);
 
-/// Leads what a window shows from one place of its content to another, by the wheel and by what is
-/// seen on the way. All of it goes along the axis that the window has at that time.
+/// Scrolls a window from one place of its content to another, by the wheel and by comparing views.
+/// All functions use the window's present axis.
 class ScrollTravel
 {
 public:
     explicit ScrollTravel(ScrolledWindow &window);
 
-    /// Pixels that a click of the wheel leads on; 0 where that is not known yet.
+    /// Pixels per click of the wheel; 0 if unknown.
     double perClick() const { return isAcross() ? m_columnsPerClick : m_rowsPerClick; }
     void setPerClick(double pixels) { (isAcross() ? m_columnsPerClick : m_rowsPerClick) = pixels; }
-    /// The clicks that come nearest to a distance in pixels.
+    /// The number of clicks that comes closest to a distance in pixels.
     int clicksFor(int distance) const;
-    /// The clicks of a step that leaves enough of the last view in sight.
+    /// The number of clicks that keeps enough of the last view visible.
     int usualStep() const;
-    /// The program needs long for its answers.
+    /// From now on, waits longer because the program answers slowly.
     void setSlow() { m_isSlow = true; }
 
-    /// To the start of the content, also when the capture has been told to stop. True when the
-    /// content went there from elsewhere.
+    /// Scrolls to the start of the content, even if the capture has been told to stop. Returns
+    /// whether the content was elsewhere before.
     bool climb();
-    /// By how many clicks all climbs went up, those included that the content's top has cut short.
+    /// The total number of clicks upward, including those beyond the content's top.
     int clicksUp() const { return m_clicksUp; }
-    /// Whether more has happened since `before` than a glow at the end of the content, which goes
-    /// by. Where that can't be seen one more `click` tells.
+    /// Whether more has changed since `before` than a glow at the end of the content, which
+    /// disappears by itself. If this can't be seen, scrolls by one more `click`.
     bool hasScrolled(const QImage &before, int click);
-    /// By so many clicks, whatever is seen meanwhile.
+    /// Scrolls by this number of clicks without comparing views.
     void goBy(int clicks);
-    /// To the start that is so many pixels away, also where nothing is to be seen on the way.
+    /// Scrolls to the start, which is `distance` pixels away, even if nothing distinct is visible
+    /// on the way.
     void goToStart(int distance);
-    /// What looks as if only spots had changed has scrolled here, by whole rows of icons: only what
-    /// is the same but for a caret or a row is at its place from now on.
+    /// For content that scrolls by whole rows of icons, where two views may seem to differ only in
+    /// spots: from now on isAt() accepts only views that are equal except for a caret or a row.
     void setExact() { m_isExact = true; }
     bool isExact() const { return m_isExact; }
-    /// Whether the content is where it was in a picture of it.
+    /// Whether the content is at the same place as in the picture `wanted`.
     bool isAt(const QImage &wanted) const;
-    /// To a view that was seen before. Where nothing is known of the distance it is taken to lie
-    /// below, or to the right, and that way is gone click by click.
+    /// Scrolls to a view that was seen before. If the distance is unknown, searches downward or to
+    /// the right, click by click.
     void goToView(const QImage &wanted);
 
 private:

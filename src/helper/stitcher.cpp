@@ -11,7 +11,8 @@
 namespace {
 
 constexpr quint64 s_factor = 0x9e3779b97f4a7c15;
-// A view is where so many rows deny it at most, and so many times as many any other place.
+// A place of a view is accepted if at most this many rows contradict it, and any other place is
+// contradicted by this many times as many.
 constexpr int s_hardly = 2;
 constexpr int s_clearly = 4;
 
@@ -69,7 +70,7 @@ void ScrollStitcher::goBack(const QImage &view, int rows)
     m_offset = std::max(0, m_offset - rows);
 }
 
-// One after the last row of a view that can be compared with what is there: a footer can't.
+// The row after the last row of a view that can be compared with the content; a footer can't.
 int ScrollStitcher::comparableEnd(const QImage &view, int offset) const
 {
     const bool isKnown = !m_last.isNull() && view.size() == m_last.size() && offset >= 0;
@@ -132,7 +133,8 @@ void ScrollStitcher::addKnown(const QImage &view, int rows, const QRect &moved)
 
 bool ScrollStitcher::grow(int rows)
 {
-    // Exactly what is needed: blocks of this size are moved by their page tables, not byte by byte.
+    // Allocates exactly what is needed: the system moves blocks of this size by remapping pages
+    // instead of copying.
     void *grown = std::realloc(m_pixels.get(), sizeof(QRgb) * static_cast<size_t>(m_last.width()) *
                                                    static_cast<size_t>(rows));
     if (!grown)
@@ -142,7 +144,8 @@ bool ScrollStitcher::grow(int rows)
     return true;
 }
 
-// The content's rows from the end of what is there to the row `bottom` of a view at `offset`.
+// Appends the content's rows from m_end up to but not including the row `bottom` of a view at
+// `offset`.
 bool ScrollStitcher::append(const QImage &view, int offset, int bottom)
 {
     const int end = std::min(offset + bottom, m_heightLimit);
@@ -159,11 +162,11 @@ bool ScrollStitcher::append(const QImage &view, int offset, int bottom)
 bool ScrollStitcher::appendMoved(const QImage &view, const Movement &movement)
 {
     const int offset = m_offset + movement.rows;
-    // That the last view scrolled down to here is known only now.
+    // Only now is it known that the last view's content extends down to here.
     if (!append(m_last, m_offset, movement.bottom))
         return false;
-    // What was changed or pushed down near the end since is taken from the later view, as from the
-    // last row that both agree on.
+    // Content near the end that has changed since is taken from the later view, from the last row
+    // on that both have in common.
     const int known = movement.bottom - movement.rows;
     if (known > movement.moved.top() && offset + known < m_end && !continues(view, offset, known))
         m_end = offset + known;
@@ -221,7 +224,7 @@ std::optional<int> ScrollStitcher::offsetOf(const QImage &view) const
     for (int y = top; y < bottom; ++y)
         rows[y] = hashOf(pixelRow(sought, y) + left, width, mask);
 
-    // Rows with a different one above them, which mere ground hasn't, decide.
+    // Only rows that differ from the row above are counted, because blank rows don't.
     const auto turns = [&](int y) { return y > top && rows[y] != rows[y - 1]; };
     std::unordered_map<int, int> votes;
     int all = 0;
@@ -247,8 +250,8 @@ std::optional<int> ScrollStitcher::offsetOf(const QImage &view) const
             second = std::max(second, count);
         }
     }
-    // Among rows of icons whose names differ by a digit most rows look alike in many places, but
-    // all of them in one only.
+    // For rows of icons whose names differ in a digit, most rows match in many places, but all rows
+    // match in only one.
     const bool isClear =
         second * 4 <= best * 3 || all - second >= s_clearly * std::max(all - best, s_hardly);
     if (best == 0 || best * 4 < all * 3 || !isClear)

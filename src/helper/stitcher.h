@@ -8,47 +8,50 @@
 #include <memory>
 #include <optional>
 
-/// Puts views of content that scrolls up together to one long picture.
+/// Composes views of content that scrolls up into one long picture.
 class ScrollStitcher
 {
 public:
     explicit ScrollStitcher(int heightLimit);
 
-    /// The first view is kept; Moved appends what is new; Still takes over the spots that changed.
-    /// Doubtful and Lost change nothing, and neither does anything once the picture is full.
+    /// Adds a view. The first view is kept; Moved appends what is new; Still updates the changed
+    /// spots. Doubtful and Lost change nothing. When the picture is full, nothing changes any more.
     Movement add(const QImage &view, int expected = 0);
 
-    /// Takes a view that is known to be so many rows further down, though its pixels can't tell.
-    /// `moved` is what moves in other views.
+    /// Adds a view that is known to be `rows` rows further down, although its pixels can't prove
+    /// it. `moved` is the part that moves in other views.
     void addKnown(const QImage &view, int rows, const QRect &moved);
-    /// Takes a view for the last one as it is now: nothing has scrolled since.
+    /// Replaces the last view by a newer picture of the same place.
     void takeOver(const QImage &view);
-    /// Takes a view that shows content further up than the last one, by so many rows.
+    /// Sets the last view to one that shows content further up, by this number of rows.
     void goBack(const QImage &view, int rows);
-    /// The row of the content at the top of the last view.
+    /// The row of the content that is at the top of the last view.
     int offset() const { return m_offset; }
-    /// Rows of the content that are not as a view shows them whose top is at `offset`.
+    /// The number of rows in which the content differs from a view whose top is at row `offset`.
     int rowsThatDiffer(const QImage &view, int offset) const;
-    /// Takes these over, down to the row `end` of the view.
+    /// Replaces these rows by those of the view, up to but not including the view's row `end`.
     void patch(const QImage &view, int offset, int end);
 
-    /// What has moved in any view, in its coordinates.
+    /// The part that has moved in any view, in the view's coordinates.
     const QRect &moved() const { return m_moved; }
 
     int width() const { return m_last.width(); }
-    /// The height that finish() would give.
+    /// The height of the result of finish().
     int rows() const;
+    /// A pixel of the content, for which y counts from its top.
     QRgb pixel(int x, int y) const;
     bool isFull() const { return rows() >= m_heightLimit; }
 
-    /// The row of the content at the top of a view seen before; none if it could be several.
+    /// The row of the content at the top of a view seen before; none if there are several
+    /// candidates.
     std::optional<int> offsetOf(const QImage &view) const;
 
-    /// What finish() would give, without what is put around it, no larger than a box, for a look.
+    /// A preview of the result of finish() without the parts around it, no larger than `box`.
     QImage overview(QSize box) const;
 
-    /// Moves the picture out: a header once at its top, a footer once at its end. What stays above
-    /// and below the views, as wide as they are, is put around it.
+    /// Moves the picture out: a header once at the top, a footer once at the end. `above` and
+    /// `below` are put around it; they are the parts of the window that stay above and below the
+    /// views, and must have the same width.
     QImage finish(const QImage &above = {}, const QImage &below = {});
 
 private:
@@ -67,8 +70,8 @@ private:
 
     int m_heightLimit;
     QImage m_last{};
-    std::unique_ptr<uchar, Free> m_pixels{};  ///< rows as wide as a view, without gaps
-    int m_end = 0;                            ///< rows of the content that are in m_pixels
+    std::unique_ptr<uchar, Free> m_pixels{};  ///< rows without padding, as wide as a view
+    int m_end = 0;                            ///< number of the content's rows in m_pixels
     int m_offset = 0;                         ///< row of the content at the top of the last view
     QRect m_moved{};
 };

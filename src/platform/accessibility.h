@@ -6,32 +6,32 @@
 
 #include <functional>
 
-/// What the desktop's accessibility interface tells of other programs. It is a hint: programs may
-/// leave it out, or be wrong.
+/// What the desktop's accessibility interface reports about other programs. The reports are only
+/// hints: a program may leave something out or be wrong.
 class Accessibility
 {
 public:
-    /// A point of a window. Global device pixels.
+    /// A point in a window. All coordinates are global device pixels.
     struct Place {
         QPoint point{};
-        QRect window{};    ///< with its frame
-        uint process = 0;  ///< 0 where it is not known
+        QRect window{};    ///< including its frame
+        uint process = 0;  ///< 0 if unknown
         QString title{};
     };
 
     virtual ~Accessibility() = default;
 
-    /// Whether the session's accessibility switch is on. False where nobody keeps the switch.
+    /// Whether the session's accessibility switch is on. False if no service provides the switch.
     virtual bool isEnabled() = 0;
-    /// Turns the switch on. A failure changes nothing.
+    /// Turns the switch on. A failure is ignored.
     virtual void enable() = 0;
 
-    /// Looks for the area that scrolls up and down at a place, and hands over what is visible of
-    /// its content, without scroll bars: global device pixels, empty where nothing is known. The
-    /// answer comes once, from the event loop, within about a second. A newer question drops the
-    /// older one's answer.
+    /// Looks for the vertically scrolling area at a place. `answer` gets the visible part of its
+    /// content without scroll bars, in global device pixels, or an empty rectangle if nothing is
+    /// known. It is called once, from the event loop, after about a second at most. A new question
+    /// cancels the previous one.
     virtual void findScrollingArea(const Place &place,
                                    std::function<void(const QRect &)> answer) = 0;
-    /// After this no answer comes any more.
+    /// Cancels the question; its answer is not called any more.
     virtual void dropQuestion() = 0;
 };

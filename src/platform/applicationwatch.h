@@ -6,7 +6,7 @@
 
 class QWidget;
 
-/// Tells which application is in front, and brings applications there.
+/// Tells which application is active (in front), and activates applications.
 class ApplicationWatch
 {
 public:
@@ -17,36 +17,37 @@ public:
 
     virtual ~ApplicationWatch() = default;
 
-    /// Reports the present state as the first activation, then every change, from the event loop.
+    /// Reports the present state as the first activation, and then every change, from the event
+    /// loop.
     virtual void start(Handlers handlers) = 0;
     virtual void stop() = 0;
 
-    /// The window that is in front now, to be handed to activate() later; 0 if none.
+    /// The window that is active now, for a later activate(); 0 if there is none.
     virtual unsigned frontWindow() = 0;
-    /// The process that it belongs to; 0 where it doesn't tell.
+    /// The process of that window; 0 if unknown.
     virtual uint frontProcess() = 0;
-    /// Brings another application's window to the front; a window that is gone changes nothing.
+    /// Activates another application's window. Does nothing if the window is gone.
     virtual void activate(unsigned window) = 0;
-    /// Asks for a window of this program to come to the front. It may be refused: ask again.
-    /// Without a window manager the window gets the keyboard, and counts as active.
+    /// Asks for a window of this program to be activated. The request may be refused, so callers
+    /// repeat it. Without a window manager the window gets the keyboard focus and counts as active.
     virtual void bringToFront(QWidget *window) = 0;
 };
 
-/// Follows the active application from now on, and until StopWatchAppActive.
+/// Follows the active application until StopWatchAppActive is called.
 void StartWatchAppActive();
 void StopWatchAppActive();
 
-/// Whether this application is the active one. True before the watch has seen anything.
+/// Whether this application is active. True until the watch has reported something.
 bool IsAppActive();
 
-/// `callback` is told each time this application gains (true) or loses (false) the front; null for
-/// none.
+/// `callback` is called with true when this application becomes active and with false when it no
+/// longer is; null removes it.
 void SetAppActiveChangeCallback(long (*callback)(bool));
 
-/// Brings the application that was last in front before this one back there.
+/// Activates the application that was active before this one.
 void SetPreAppActive();
 
-/// Keeps the window system from drawing a shadow around `widget`'s window.
+/// Keeps the compositor from drawing a shadow around `widget`'s window.
 void SetWindowNoShadown(QWidget *widget);
 
 /// The number of `widget`'s window in the window list.

@@ -11,7 +11,9 @@ struct Combination {
     char letter;
 };
 
-// The letters are fixed, and one differs from what the menus promise: V takes a menu, M is free.
+// A reader would expect the letters that the menus display. But V, which they display for showing
+// the window, captures a menu, and M, displayed for that, is not registered. Both are so on
+// purpose.
 constexpr std::array<Combination, 8> s_combinations{
     {{1, 'R'}, {2, 'E'}, {3, 'A'}, {4, 'L'}, {5, 'W'}, {6, 'S'}, {7, 'T'}, {8, 'V'}}};
 

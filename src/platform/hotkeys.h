@@ -2,24 +2,24 @@
 
 #include <functional>
 
-/// System-wide key combinations of Ctrl+Alt and a letter, whatever program has the keyboard.
+/// System-wide hot keys of Ctrl+Alt and a letter, which work whatever program has the keyboard.
 class HotKeys
 {
 public:
     virtual ~HotKeys() = default;
 
-    /// Called with the number of the combination that was pressed, from the event loop, once a
-    /// press: a key held down repeats nothing.
+    /// Sets the function that gets the number of a pressed combination. It is called from the event
+    /// loop, once for each press: a key that is held down does not repeat.
     virtual void setHandler(std::function<void(int)> handler) = 0;
 
-    /// Asks for a combination. One that another program holds never fires. `letter` is a capital of
-    /// A to Z.
+    /// Registers a combination. `letter` is a capital letter from A to Z. A combination that
+    /// another program has registered never fires, without an error.
     virtual void add(int number, char letter) = 0;
     virtual void remove(int number) = 0;
 };
 
-/// Registers the eight combinations and has `callback` called with (number, 0) for each press. A
-/// combination that another program holds is silently absent.
+/// Registers the eight combinations; `callback` is called with (number, 0) for each press.
+/// Combinations that another program has registered are left out without an error.
 void initHotKey(long (*callback)(long, long));
-/// Gives all eight combinations up.
+/// Unregisters all eight combinations.
 void freeHotKey();

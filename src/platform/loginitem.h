@@ -1,6 +1,6 @@
 #pragma once
 
-/// The per-user list of programs that start with the session.
+/// The user's list of programs that start with the session.
 class LoginItem
 {
 public:
@@ -11,7 +11,7 @@ public:
     virtual void remove() = 0;
 };
 
-/// Puts this program into the list of programs that start at login, or takes it out. Asking for the
-/// present state changes nothing; errors are dropped.
+/// Adds this program to the list of programs that start at login, or removes it. Setting the
+/// present state changes nothing; errors are ignored.
 void SetAutoRunLogin(bool on);
 bool GetAutoRunLogin();

@@ -67,7 +67,8 @@ public:
     void stop() override {}
 };
 
-// Every window that asks for the front gets it: a wait for activation must not last for ever.
+// Reports every window that asks to be activated as active, so that nobody waits for an activation
+// in vain.
 class NullApplicationWatch : public ApplicationWatch
 {
 public:
@@ -86,7 +87,7 @@ private:
     Handlers m_handlers;
 };
 
-// Nobody has told anything.
+// Reports nothing.
 class NullAccessibility : public Accessibility
 {
 public:

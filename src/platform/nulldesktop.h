@@ -2,5 +2,6 @@
 
 struct Services;
 
-/// A desktop that shows no windows, gives no pictures and hears no keys. Always true.
+/// Fills `services` with ones that show no windows, give no pictures and hear no keys. Always
+/// returns true.
 bool createNullDesktop(Services &services);

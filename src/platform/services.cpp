@@ -11,12 +11,12 @@ namespace {
 
 using Factory = bool (*)(Services &);
 
-// The first desktop that is really there wins; the one that does nothing always is.
+// The first desktop that is available is used; the null desktop always is.
 constexpr std::array<Factory, 2> s_desktops{createX11Desktop, createNullDesktop};
 
 Services s_services;
 
-// The X server of such a session shows this program its own windows, and black for all others.
+// The X server of a Wayland session shows this program only its own windows; all others are black.
 bool isWaylandSession()
 {
     return !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") ||

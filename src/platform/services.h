@@ -10,13 +10,13 @@
 
 #include <memory>
 
-/// What the desktop can do, to be asked before a command that needs it.
+/// What the desktop can do. Commands ask before they need it.
 struct Abilities {
-    bool pictures = true;  ///< shows this program what is on the screen
+    bool pictures = true;  ///< this program can read what is on the screen
 };
 
-/// What the program needs of the desktop. Every member is set: where the desktop lacks a service,
-/// one that does nothing stands in.
+/// The services that the program needs from the desktop. Every member is set: if the desktop lacks
+/// a service, the member is one that does nothing.
 struct Services {
     std::unique_ptr<WindowServer> windows{};
     std::unique_ptr<HotKeys> hotKeys{};
@@ -28,9 +28,9 @@ struct Services {
     Abilities abilities{};
 };
 
-/// The services of the desktop that the toolkit runs on. Needs a QGuiApplication.
+/// Creates the services for the desktop that the toolkit is connected to. Needs a QGuiApplication.
 Services createServices();
 
-/// The services in force; installed once by main, or by a test with a desktop of its own.
+/// The installed services. They are installed once, by main or by a test that has its own desktop.
 Services &services();
 void installServices(Services services);

@@ -22,20 +22,20 @@ void copyName(const QString &name, wchar_t *out)
 {
     if (!out)
         return;
-    // One unit of UTF-16 gives at most one wide character.
+    // Each unit of UTF-16 becomes at most one wide character, so the result fits.
     const qsizetype length = name.left(s_titleCapacity - 1).toWCharArray(out);
     out[length] = L'\0';
 }
 
-// The numbering starts at 1: the first step misses screen 0, and the last, out of range, reaches it
-// as the primary screen.
+// Screen numbers start at 1, so the first number skips screen 0, and the last number, which is out
+// of range, stands for it.
 QRect screenGeometry(const QList<QRect> &screens, qsizetype number)
 {
     return number < screens.size() ? screens.at(number) : screens.first();
 }
 
-// Two of the tests compare against the box's size instead of its far edges, which is meant, and
-// right for a box that begins at the origin.
+// A reader would expect comparisons with the far edges of the box, but two of them use its size, on
+// purpose. Both are the same if the box begins at the origin.
 QRect clipped(QRect area)
 {
     int left = 0;

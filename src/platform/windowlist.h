@@ -7,8 +7,9 @@
 
 class QWidget;
 
-/// One snapshot of the window list, and the last picture of a single window. An index is a position
-/// in `WindowInfo`, front to back; a new snapshot makes every older index void.
+/// One snapshot of the window list, and the last picture that was taken of a single window. An
+/// index is a position in `WindowInfo`, which is ordered front to back; a new snapshot invalidates
+/// all indices.
 struct CocoaGrabWindows {
     QList<WindowServer::Entry> WindowInfo{};
     QImage Image{};
@@ -23,35 +24,40 @@ extern CocoaGrabWindows g_WindowList;
 /// A window of this program that the window browser leaves out; null for none. Not owned.
 extern QWidget *g_widgetExcept;
 
-/// Takes a new snapshot: all windows, those on screen (`onScreen` not 0), or, with `relativeTo`
-/// above 0, that window and all in front of it. Returns their number.
+/// Takes a new snapshot: of all windows, of those on screen if `onScreen` is not 0, or of the
+/// window `relativeTo` and all windows in front of it if `relativeTo` is above 0. Returns the
+/// number of windows.
 int GetWindowList(int onScreen, int relativeTo);
-int GetWindowLevel(int index);  ///< layer; 0 outside the list
-int getWinid(int index);        ///< window number; 0 outside the list
-/// Bounds in global device pixels, truncated; 1, or 0 with nothing written outside the list.
+int GetWindowLevel(int index);  ///< the window's layer; 0 if there is no such index
+int getWinid(int index);        ///< the window's number; 0 if there is no such index
+/// Gives the bounds in global device pixels, truncated to whole numbers, and returns 1. Returns 0
+/// and writes nothing if there is no such index.
 int GetWindowGeometry(int index, int *x, int *y, int *width, int *height);
-/// The window alone, whatever covers it. `title` and `owner`, where not null, must have room for
-/// 256 characters with the terminator; longer names are cut. Null outside the list, with nothing
-/// written.
+/// The picture of one window, whatever covers it. `title` and `owner` may be null; otherwise they
+/// have room for 256 characters including the terminator, and longer names are cut. Null if there
+/// is no such index; nothing is written then.
 QImage GrabWindow(int index, wchar_t *title, wchar_t *owner, int *windowNumber);
 
-/// The box around all screens and the origin, in global device pixels.
+/// The bounding box of all screens and the origin, in global device pixels.
 void getScreenGem(int &left, int &top, int &width, int &height);
+/// The size of that box.
 void getScreenSize(int &width, int &height);
-/// The number (from 1) of the screen that holds the point, and its rectangle; -1, with the last
-/// screen tried in `rect`, if none does. Global device pixels.
+/// The number (from 1) of the screen that contains a point, with the screen's rectangle in `rect`.
+/// If no screen contains it, returns -1, and `rect` is the last screen. Global device pixels.
 int getOneScreen(int x, int y, QRect &rect);
 
 /// A picture of a rectangle of the desktop, in global device pixels. With `clip` the rectangle is
-/// fitted to the desktop, and (0, 0, -1, -1) means all of it. `except`, if not null, is left out,
-/// and so are its child windows.
+/// limited to the desktop, and (0, 0, -1, -1) means the whole desktop. The window `except` and its
+/// child windows are left out; it may be null.
 QImage GrabFullWindow(int x, int y, int width, int height, bool clip, QWidget *except);
-/// The same without a snapshot, which costs more than a small picture: what the desktop would show
-/// there without a window and its child windows. Global device pixels, not fitted to the desktop.
+/// The same without a new snapshot, which would cost more than a small picture. The rectangle is in
+/// global device pixels and is not limited to the desktop.
 QImage pictureBehind(const QRect &area, const QWidget &except);
+/// GrabFullWindow as a pixmap.
 QPixmap screenWindow(int x, int y, int width, int height, bool clip, QWidget *except);
-/// Waits, with events running, until a window is off the screen, frame and all, by its number in
-/// the list; some seconds at the most. For one of this program that is hidden already.
+/// Waits, with events running, until a window has left the screen together with its frame, for some
+/// seconds at most. `number` is its number in the list. Used for windows of this program that have
+/// been hidden.
 void waitUntilGone(int number);
-/// The desktop's menu bar; null where there is none.
+/// A picture of the desktop's menu bar; null if there is none.
 QPixmap screenMenu();

@@ -87,10 +87,13 @@ bool TestDesktop::run(const QString &program, const QStringList &arguments)
 bool TestDesktop::startServer(const Options &options)
 {
     const QString screen = u"%1x%2x24"_s.arg(options.size.width()).arg(options.size.height());
-    QProcess *server = start(u"Xvfb"_s,
-                             {u"-displayfd"_s, u"1"_s, u"-screen"_s, u"0"_s, screen, u"-noreset"_s,
-                              u"-nolisten"_s, u"tcp"_s},
-                             m_environment);
+    // SNAP_SHOW shows the test in a window of the developer's own desktop.
+    const bool isShown = qEnvironmentVariableIsSet("SNAP_SHOW");
+    QStringList arguments{u"-displayfd"_s, u"1"_s, u"-noreset"_s, u"-nolisten"_s, u"tcp"_s};
+    arguments +=
+        isShown ? QStringList{u"-screen"_s, screen} : QStringList{u"-screen"_s, u"0"_s, screen};
+    QProcess *server = start(isShown ? u"Xephyr"_s : u"Xvfb"_s, arguments,
+                             isShown ? QProcessEnvironment::systemEnvironment() : m_environment);
     if (!server || !waitFor([&] { return server->canReadLine(); }))
         return false;
     const QString display = u":"_s + QString::fromLatin1(server->readLine().trimmed());

@@ -5,11 +5,11 @@
 
 #include <cstdint>
 
-/// Which key stands for which letter in each of the keyboard's layouts.
+/// Which key types which letter in each of the keyboard's layouts.
 ///
-/// What a key types in the layout in force counts. A letter that this layout lacks is looked for
-/// where another configured layout has it, and, if none has, where it is on a US keyboard: who
-/// writes Greek or Russian goes on using the hot keys. No key stands for two letters in one layout.
+/// The layout that is active decides. A letter that it lacks is taken from another configured
+/// layout that has it, or else from its position on a US keyboard, so that users of, for example,
+/// Greek or Russian layouts can use the hot keys. No key stands for two letters in one layout.
 class KeyLayout
 {
 public:
@@ -18,9 +18,9 @@ public:
     KeyLayout() = default;
     explicit KeyLayout(const QList<Group> &groups);
 
-    /// 0 for a key that stands for no letter.
+    /// The letter of a key; 0 if it has none.
     char letterOf(uint8_t key, int group) const { return m_groups.value(group).value(key); }
-    /// The keys that stand for a letter in some layout.
+    /// The keys that stand for a letter in any layout.
     QList<uint8_t> keysOf(char letter) const;
 
 private:

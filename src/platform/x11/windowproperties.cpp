@@ -12,14 +12,14 @@ QByteArray bytesOf(const WindowProperty &property)
     return property.format == text ? property.bytes : QByteArray();
 }
 
-// Some programs put the terminator, or more, into a title.
+// Some programs put the terminator, and even bytes after it, into a title.
 QByteArray textOf(const WindowProperty &property)
 {
     const QByteArray bytes = bytesOf(property);
     return bytes.contains('\0') ? bytes.left(bytes.indexOf('\0')) : bytes;
 }
 
-// Latin-1 by the book, and UTF-8 from most programs that have more to say than ASCII.
+// The standard says Latin-1, but most programs that use more than ASCII write UTF-8.
 QString classText(const QByteArray &bytes)
 {
     QStringDecoder decoder(QStringDecoder::Utf8);
@@ -50,6 +50,6 @@ QString windowName(const WindowProperty &netName, const WindowProperty &name, ui
 
 QString windowClass(const WindowProperty &property)
 {
-    // Two strings, each with its terminator: the instance and the class.
+    // The property has two strings, each with its terminator: the instance and the class.
     return classText(bytesOf(property).split('\0').value(1));
 }

@@ -18,11 +18,12 @@ namespace {
 constexpr auto s_manageLimit = 200ms;
 constexpr auto s_manageRound = 1ms;
 
-constexpr uint32_t s_sourcePager = 2;  // a request made by the user, which focus rules let through
+// Marks a request of the user, which focus stealing prevention lets through.
+constexpr uint32_t s_sourcePager = 2;
 
 constexpr uint32_t s_allDesktops = 0xffffffff;
 
-// A process for windows that don't tell theirs: some other application, whichever.
+// Stands for the process of windows that don't tell theirs: some other application.
 constexpr long s_unknownProcess = -1;
 
 }  // namespace
@@ -34,7 +35,7 @@ void X11ApplicationWatch::start(Handlers handlers)
     m_handlers = std::move(handlers);
     m_display.selectRootEvents(XCB_EVENT_MASK_PROPERTY_CHANGE);
     QCoreApplication::instance()->installNativeEventFilter(this);
-    // Nothing has been told yet, and this program counts as active until it is.
+    // This program counts as active until the watch has reported something.
     m_pid = getpid();
     update();
 }
@@ -62,7 +63,8 @@ void X11ApplicationWatch::update()
     const QList<uint32_t> active =
         m_display.values(m_display.root(), m_display.atom("_NET_ACTIVE_WINDOW"), XCB_ATOM_WINDOW);
     xcb_window_t front = active.value(0, XCB_NONE);
-    // An overlay has the keyboard without the window manager's knowledge, and is this program's.
+    // An overlay is override-redirect: it has the keyboard, but the window manager does not report
+    // it as active.
     if (front == XCB_NONE && processOf(focusWindow()) == getpid())
         front = focusWindow();
     report(front);
@@ -85,7 +87,7 @@ void X11ApplicationWatch::report(xcb_window_t front)
     m_pid = pid;
     if (before != pid && before != 0 && m_handlers.deactivated)
         m_handlers.deactivated(before);
-    // Another window of another application is news as well: it is the one to go back to.
+    // Another window of the same application is reported, too, since it is the one to return to.
     if (pid != 0 && (before != pid || pid != getpid()) && m_handlers.activated)
         m_handlers.activated(pid);
 }
@@ -101,7 +103,8 @@ long X11ApplicationWatch::processOf(xcb_window_t window)
 
 void X11ApplicationWatch::activate(unsigned window)
 {
-    // A user who has put a window away meanwhile does not want it back.
+    // The user does not want a window back that was minimised or moved to another desktop
+    // meanwhile.
     if (window == XCB_NONE || !isInView(window))
         return;
     if (m_display.hasWindowManager()) {
@@ -119,7 +122,8 @@ void X11ApplicationWatch::bringToFront(QWidget *widget)
     if (m_display.hasWindowManager()) {
         widget->window()->raise();
         waitUntilManaged(window);
-        // Not every window manager fetches it from another desktop, or goes there.
+        // Not every window manager fetches the window from another desktop, or switches to that
+        // desktop.
         const QList<uint32_t> current = currentDesktop();
         if (!isOnDesktop(window, current))
             m_display.sendToRoot(window, m_display.atom("_NET_WM_DESKTOP"),
@@ -128,7 +132,7 @@ void X11ApplicationWatch::bringToFront(QWidget *widget)
                              {s_sourcePager, XCB_CURRENT_TIME, XCB_NONE, 0, 0});
         return;
     }
-    // Nobody else tells who has the keyboard, and nobody else would give it to anyone.
+    // Without a window manager nobody else reports focus changes, or moves the focus.
     const xcb_window_t before = focusWindow();
     if (before != XCB_NONE && processOf(before) != getpid())
         report(before);
@@ -159,8 +163,9 @@ bool X11ApplicationWatch::isOnDesktop(xcb_window_t window, const QList<uint32_t>
     return own.isEmpty() || desktop.isEmpty() || own == desktop || own.first() == s_allDesktops;
 }
 
-// A window manager knows nothing yet of a window that was shown a moment ago, and would drop a
-// request. No events run meanwhile, so nobody waits twice for a window that it does not want.
+// A window manager does not know a window yet that was shown a moment ago, and would drop a request
+// for it. The wait runs no events, and happens once for each window, since the window manager may
+// never manage it.
 void X11ApplicationWatch::waitUntilManaged(xcb_window_t window)
 {
     if (window == m_waitedFor)
@@ -180,7 +185,7 @@ void X11ApplicationWatch::waitUntilManaged(xcb_window_t window)
 void X11ApplicationWatch::focus(xcb_window_t window)
 {
     xcb_connection_t *connection = m_display.connection();
-    // A window that is gone or not shown is refused, which changes nothing.
+    // The server refuses a window that is gone or not shown, and the focus stays.
     const Reply<xcb_generic_error_t> refused(xcb_request_check(
         connection,
         xcb_set_input_focus_checked(connection, XCB_INPUT_FOCUS_PARENT, window, XCB_CURRENT_TIME)));

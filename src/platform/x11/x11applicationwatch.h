@@ -25,7 +25,7 @@ private:
     void report(xcb_window_t front);
     xcb_window_t focusWindow();
     bool isInView(xcb_window_t window);
-    QList<uint32_t> currentDesktop();  ///< empty where there are no desktops
+    QList<uint32_t> currentDesktop();  ///< empty if the window manager has no desktops
     bool isOnDesktop(xcb_window_t window, const QList<uint32_t> &desktop);
     void waitUntilManaged(xcb_window_t window);
     void focus(xcb_window_t window);

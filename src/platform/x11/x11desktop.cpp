@@ -10,7 +10,7 @@
 
 namespace {
 
-// The services stand on one display, which has to outlive each of them.
+// A service with a share in the display, which must outlive all services.
 template<typename Service> class OnDisplay : private std::shared_ptr<X11Display>, public Service
 {
 public:
@@ -20,8 +20,8 @@ public:
     }
 };
 
-// Ask for the name: the offscreen platform offers the X11 interface too, with no connection behind
-// it.
+// Checks the platform's name, because the offscreen platform offers the X11 interface without a
+// connection behind it.
 std::shared_ptr<X11Display> openDisplay()
 {
     if (QGuiApplication::platformName() != u"xcb")

@@ -4,9 +4,10 @@
 
 struct Services;
 
-/// The services on an X server. False, with nothing set, where the toolkit runs on something else.
+/// Creates the services for an X server. Returns false and sets nothing if the toolkit is not
+/// connected to one.
 bool createX11Desktop(Services &services);
 
-/// The address of the accessibility bus, as the desktop has left it on its X server; empty where it
-/// has not.
+/// The address of the accessibility bus that the desktop has stored on the X server; empty if there
+/// is none.
 QString accessibilityBusOfX11();

@@ -63,8 +63,8 @@ QList<uint32_t> X11Display::values(xcb_window_t window, xcb_atom_t name, xcb_ato
 
 bool X11Display::hasWindowManager()
 {
-    // The window that the root names must name itself: a manager that died leaves the root's
-    // property.
+    // The window that the root's property names must have the same property: a window manager that
+    // died leaves the root's property behind.
     const xcb_atom_t check = atom("_NET_SUPPORTING_WM_CHECK");
     const QList<uint32_t> manager = values(root(), check, XCB_ATOM_WINDOW);
     return !manager.isEmpty() && values(manager.first(), check, XCB_ATOM_WINDOW) == manager;
@@ -87,7 +87,7 @@ void X11Display::sendToRoot(xcb_window_t window, xcb_atom_t type,
 
 void X11Display::selectRootEvents(uint32_t mask)
 {
-    // The toolkit shares this connection and has events of its own selected there.
+    // The toolkit shares this connection and has selected events of its own, which must stay.
     const auto attributes = XCB_REPLY(m_connection, get_window_attributes,
                                       xcb_get_window_attributes(m_connection, root()));
     const uint32_t wanted = mask | (attributes ? attributes->your_event_mask : 0);

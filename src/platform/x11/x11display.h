@@ -14,15 +14,15 @@
 struct FreeDeleter {
     void operator()(void *pointer) const { std::free(pointer); }
 };
-/// A reply of the server; null when the request failed.
+/// A reply of the server; null if the request failed.
 template<typename T> using Reply = std::unique_ptr<T, FreeDeleter>;
 
-/// `XCB_REPLY(get_geometry, cookie)` waits for a reply and drops the error.
+/// `XCB_REPLY(get_geometry, cookie)` waits for a reply and drops an error.
 #define XCB_REPLY(connection, request, cookie)                                                     \
     Reply<xcb_##request##_reply_t>(                                                                \
         xcb_##request##_reply(connection, cookie, DroppedError().receive()))
 
-/// Takes the place of an error that the caller has no use for.
+/// Receives an error that the caller doesn't need, and frees it.
 class DroppedError
 {
 public:
@@ -36,7 +36,7 @@ private:
     xcb_generic_error_t *m_error = nullptr;
 };
 
-/// The toolkit's connection and what every service asks of it.
+/// The toolkit's connection to the X server, and requests that all services need.
 class X11Display
 {
 public:
@@ -47,19 +47,20 @@ public:
     int screenNumber() const { return m_screenNumber; }
     const xcb_screen_t &screen() const { return *m_screen; }
 
-    /// Interned once for each name.
+    /// Each name is interned once.
     xcb_atom_t atom(std::string_view name);
 
-    /// A property's bytes; empty if it is missing, of another format, or the window is gone.
+    /// A property's bytes. Empty if the property is missing or has another format, or if the window
+    /// is gone.
     QByteArray property(xcb_window_t window, xcb_atom_t name, xcb_atom_t type, int format);
-    /// A property of 32-bit values.
+    /// A property's 32-bit values.
     QList<uint32_t> values(xcb_window_t window, xcb_atom_t name, xcb_atom_t type);
 
-    /// True when a window manager answers.
+    /// Whether a window manager is running.
     bool hasWindowManager();
-    /// Asks the window manager for something, by a message to the root.
+    /// Sends the window manager a request as a client message to the root window.
     void sendToRoot(xcb_window_t window, xcb_atom_t type, const std::array<uint32_t, 5> &data);
-    /// Adds to the root's events that this connection receives.
+    /// Adds to the events of the root window that this connection receives.
     void selectRootEvents(uint32_t mask);
 
 private:

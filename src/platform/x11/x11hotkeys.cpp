@@ -14,7 +14,7 @@ namespace {
 constexpr auto s_releaseInterval = 20ms;
 
 constexpr std::string_view s_keyboardExtension = "XKEYBOARD";
-// The kinds of its events that tell of other keys or letters.
+// The extension's events that report other keys or letters.
 constexpr uint8_t s_newKeyboard = 0;
 constexpr uint8_t s_newMap = 1;
 
@@ -24,7 +24,7 @@ X11HotKeys::X11HotKeys(X11Display &display) : m_display(display)
 {
     m_releaseWatch.setInterval(s_releaseInterval);
     connect(&m_releaseWatch, &QTimer::timeout, this, &X11HotKeys::forgetReleasedKey);
-    // A new keymap comes as a burst of events.
+    // A new keymap is reported by several events at once; the timer handles them together.
     m_keyboardChange.setInterval(0ms);
     m_keyboardChange.setSingleShot(true);
     connect(&m_keyboardChange, &QTimer::timeout, this, &X11HotKeys::changeKeyboard);
@@ -59,8 +59,8 @@ void X11HotKeys::remove(int number)
     grabKeys();
 }
 
-// The server also tells of a new keyboard when another device is used for the first time. Grabs
-// that stay as they are stay in force meanwhile: the key that brought the news may be a hot key.
+// The server also reports a new keyboard when another device is used for the first time. The key
+// that caused this may be a hot key, so grabs that are still needed stay in force.
 void X11HotKeys::changeKeyboard()
 {
     const X11Keyboard keyboard = readX11Keyboard(m_display);
@@ -75,13 +75,13 @@ void X11HotKeys::changeKeyboard()
     grabKeys();
 }
 
-// Holds the keys that are needed now, and no others.
+// Grabs the keys that are needed now, and releases all others.
 void X11HotKeys::grabKeys()
 {
     QList<xcb_keycode_t> needed;
     for (const char letter : std::as_const(m_letters))
         needed += m_keyboard.layout.keysOf(letter);
-    // A grab holds for an exact set of modifiers, and a lock that is on is one of them.
+    // A grab applies to an exact set of modifiers, and active locks are modifiers, too.
     for (const uint16_t modifiers : std::as_const(m_keyboard.modifiers)) {
         for (const uint16_t locks : std::as_const(m_keyboard.locks))
             grabKeysWith(modifiers | locks, needed);
@@ -103,7 +103,7 @@ void X11HotKeys::grabKeysWith(uint16_t modifiers, const QList<xcb_keycode_t> &ne
         const xcb_void_cookie_t cookie =
             xcb_grab_key_checked(connection, 0, m_display.root(), modifiers, key,
                                  XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
-        // A refusal is nobody's business, and nobody waits for it.
+        // A refused grab means that the hot key does not work; the reply is not waited for.
         xcb_discard_reply(connection, cookie.sequence);
     }
 }
@@ -114,7 +114,7 @@ bool X11HotKeys::nativeEventFilter(const QByteArray &, void *message, qintptr *)
     const int type = event->response_type & ~0x80;
     if (type == XCB_KEY_PRESS)
         return pressed(*reinterpret_cast<const xcb_key_press_event_t *>(event));
-    // Who listens to the extension, as the toolkit does, is not told in the other way.
+    // A client that listens to the extension, as the toolkit does, does not get the core event.
     const bool isNewMap =
         type == m_keyboardEvent && (event->pad0 == s_newKeyboard || event->pad0 == s_newMap);
     const bool isMapping =
@@ -127,13 +127,15 @@ bool X11HotKeys::nativeEventFilter(const QByteArray &, void *message, qintptr *)
 
 bool X11HotKeys::pressed(const xcb_key_press_event_t &key)
 {
-    // An overlay that holds the keyboard receives the keys itself, so the window does not count.
+    // The event's window is not checked, because an overlay that has grabbed the keyboard receives
+    // the hot keys itself.
     const uint16_t locks = m_keyboard.locks.isEmpty() ? 0 : m_keyboard.locks.last();
     const auto modifiers = static_cast<uint16_t>(key.state & 0xff & ~locks);
     if (m_letters.isEmpty() || !m_keyboard.modifiers.contains(modifiers))
         return false;
     if (key.event == m_display.root()) {
-        // The press froze the keyboard for this program; the other one goes on typing.
+        // The key grab has become a grab of the whole keyboard, which is released so that the other
+        // program still gets its keys.
         xcb_ungrab_keyboard(m_display.connection(), key.time);
         xcb_flush(m_display.connection());
     }
@@ -141,12 +143,12 @@ bool X11HotKeys::pressed(const xcb_key_press_event_t &key)
     const int number = m_letters.key(letter, -1);
     if (letter == 0 || number == -1)
         return false;
-    // A key that is held down repeats, until another one is pressed. Where the release goes depends
-    // on who has the focus by then: the keyboard's own state tells when the key is up.
+    // A key that is held down repeats until another key is pressed. Its release may go to any
+    // window that has the focus by then, so a timer asks the server for the keyboard's state.
     if (std::exchange(m_held, key.detail) == key.detail)
         return true;
     m_releaseWatch.start();
-    // The commands run event loops of their own, which an event filter must not.
+    // Commands run event loops of their own, which must not happen inside an event filter.
     QMetaObject::invokeMethod(
         this,
         [this, number] {

@@ -31,11 +31,11 @@ private:
 
     X11Display &m_display;
     std::function<void(int)> m_handler;
-    QMap<int, char> m_letters;  ///< by number
+    QMap<int, char> m_letters;  ///< the letters by number
     X11Keyboard m_keyboard;
     QList<xcb_keycode_t> m_grabbed;
     int m_keyboardEvent = -1;  ///< the type of the keyboard extension's events
-    QTimer m_keyboardChange;   ///< runs until the keyboard is read anew
-    xcb_keycode_t m_held = 0;  ///< the last hot key pressed, while it is down
-    QTimer m_releaseWatch;     ///< runs while there is one
+    QTimer m_keyboardChange;   ///< runs until the changed keyboard has been read
+    xcb_keycode_t m_held = 0;  ///< the last hot key pressed; 0 once it is up
+    QTimer m_releaseWatch;     ///< runs while m_held is not 0
 };

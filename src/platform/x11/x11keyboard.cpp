@@ -5,12 +5,12 @@
 #include <algorithm>
 
 #include <xcb/xcb_keysyms.h>
-// Its macros would get in the way of any header after it.
+// Included last, because its macros would break other headers.
 #include <X11/XKBlib.h>
 
 namespace {
 
-// The keysyms, from X11/keysymdef.h, that tell which modifier bit a lock or Alt is.
+// Keysyms from X11/keysymdef.h that tell which modifier bits are locks and Alt.
 constexpr xcb_keysym_t s_numLock = 0xff7f;
 constexpr xcb_keysym_t s_scrollLock = 0xff14;
 constexpr xcb_keysym_t s_altLeft = 0xffe9;
@@ -54,7 +54,7 @@ char letterOf(unsigned long keysym)
     return keysym >= 'A' && keysym <= 'Z' ? static_cast<char>(keysym) : '\0';
 }
 
-// A key may have fewer groups than the keyboard, and says itself which one stands in.
+// A key may have fewer groups than the keyboard. The key itself says which group is used instead.
 int ownGroup(XkbDescPtr map, int key, int group)
 {
     const int count = XkbKeyNumGroups(map, key);
@@ -91,7 +91,7 @@ QList<KeyLayout::Group> groupsOf(XkbDescPtr map)
     return result;
 }
 
-// A server without the keyboard extension has one layout.
+// For a server without the keyboard extension, which has one layout.
 QList<KeyLayout::Group> coreGroup(xcb_connection_t *connection, xcb_key_symbols_t *symbols)
 {
     KeyLayout::Group result;
@@ -139,7 +139,7 @@ X11Keyboard readX11Keyboard(X11Display &display)
                 result.locks.append(others | lock);
         }
     }
-    // The core protocol's table mixes the layouts from the third on up.
+    // The core protocol's table mixes layouts from the third one on.
     Display *xlib = xlibDisplay();
     const std::unique_ptr<XkbDescRec, FreeMap> map(
         xlib ? XkbGetMap(xlib, XkbKeySymsMask, XkbUseCoreKbd) : nullptr);
@@ -149,7 +149,7 @@ X11Keyboard readX11Keyboard(X11Display &display)
 
 int currentGroup(uint16_t state)
 {
-    // Events that a grab brings have the state of the core protocol, which may know no layouts.
+    // Events of a grab carry the core protocol's state, which may lack the layout.
     XkbStateRec now{};
     Display *xlib = xlibDisplay();
     if (xlib && XkbGetState(xlib, XkbUseCoreKbd, &now) == Success)

@@ -3,16 +3,17 @@
 #include "platform/x11/keylayout.h"
 #include "platform/x11/x11display.h"
 
-/// The keyboard as hot keys need it.
+/// What hot keys need to know about the keyboard.
 struct X11Keyboard {
     KeyLayout layout{};
-    /// Ctrl with an Alt, once for each modifier that one of the two Alt keys is.
+    /// Ctrl combined with Alt, once for each modifier that one of the two Alt keys sets.
     QList<uint16_t> modifiers{};
-    QList<uint16_t> locks{};  ///< every combination of the lock keys; the last one is all of them
+    /// All combinations of the lock keys; the last one contains all locks.
+    QList<uint16_t> locks{};
 };
 
-/// Reads it from the server; no modifiers where the server did not answer.
+/// Reads it from the server. `modifiers` is empty if the server did not answer.
 X11Keyboard readX11Keyboard(X11Display &display);
 
-/// The number of the layout in force as a key was pressed, with the state that the event had.
+/// The number of the layout that was active when a key was pressed. `state` is the event's state.
 int currentGroup(uint16_t state);

@@ -15,7 +15,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-// Shorter than any tap of a finger.
+// Shorter than any key press by hand.
 constexpr auto s_lookInterval = 15ms;
 
 // From X11/keysymdef.h.
@@ -51,7 +51,7 @@ void X11KeyWatch::readCodes(const QList<Qt::Key> &keys)
         xcb_key_symbols_free(symbols);
 }
 
-// What the devices say, whoever the keys are for.
+// Selects the raw key presses of all devices, whichever window gets them.
 void X11KeyWatch::selectRawKeys(bool select)
 {
     struct {
@@ -80,9 +80,9 @@ void X11KeyWatch::start(const QList<Qt::Key> &keys, std::function<void(Qt::Key)>
     stop();
     xcb_connection_t *connection = m_display.connection();
     readCodes(keys);
-    // The grabs keep the keys from the other program. Where one is refused, somebody else has the
-    // key, and pressing it is heard all the same. Not with any modifier at once: window managers
-    // have some of those, and one that is refused would be all.
+    // The grabs keep the keys from the other program. If a grab is refused, somebody else has
+    // grabbed the key, and only look() notices the press. AnyModifier is not used, because one
+    // combination that a window manager has grabbed would make the whole grab fail.
     m_locks = readX11Keyboard(m_display).locks;
     for (auto it = m_keys.cbegin(); it != m_keys.cend(); ++it) {
         for (const uint16_t locks : std::as_const(m_locks)) {
@@ -93,7 +93,7 @@ void X11KeyWatch::start(const QList<Qt::Key> &keys, std::function<void(Qt::Key)>
         }
     }
     m_pressed = std::move(pressed);
-    // What is down already was pressed for something else.
+    // A key that is down already was pressed for something else.
     m_held = m_keys.keys();
     QCoreApplication::instance()->installNativeEventFilter(this);
     m_look.start();
@@ -140,7 +140,7 @@ bool X11KeyWatch::nativeEventFilter(const QByteArray &, void *message, qintptr *
     return true;
 }
 
-// Looking at the keyboard hears what no event tells: presses while an open menu has it.
+// Polls the keyboard, because no event reports presses while an open menu has grabbed it.
 void X11KeyWatch::look()
 {
     xcb_connection_t *connection = m_display.connection();
@@ -155,7 +155,7 @@ void X11KeyWatch::look()
     }
 }
 
-// Once for each time that the key goes down, whoever tells of it.
+// Reports each press once, whether an event or the polling notices it.
 void X11KeyWatch::press(xcb_keycode_t code)
 {
     if (m_held.contains(code))
@@ -166,7 +166,8 @@ void X11KeyWatch::press(xcb_keycode_t code)
 
 void X11KeyWatch::tell(xcb_keycode_t code)
 {
-    // What it leads to may end this watch, and may run event loops, which an event filter must not.
+    // The callback may end this watch or run event loops, which must not happen inside an event
+    // filter.
     const Qt::Key key = m_keys.value(code);
     QMetaObject::invokeMethod(
         this,

@@ -30,10 +30,10 @@ private:
 
     X11Display &m_display;
     QHash<xcb_keycode_t, Qt::Key> m_keys;
-    QList<uint16_t> m_locks;  ///< every combination of the lock keys
+    QList<uint16_t> m_locks;  ///< all combinations of the lock keys
     QList<xcb_keycode_t> m_held;
     std::function<void(Qt::Key)> m_pressed;
-    QTimer m_look;  ///< runs while the keys are kept from other programs
+    QTimer m_look;  ///< runs while the keys are withheld from other programs
     uint8_t m_inputOpcode = 0;
     bool m_isListening = false;
 };

@@ -34,8 +34,8 @@ QImage::Format formatOf(int depth)
     }
 }
 
-// Memory that is new comes page by page, with a trap into the kernel at the first write to each:
-// for a large picture that takes longer than all the copying. Large pages make it a few traps.
+// New memory is mapped page by page, and the first write to each page traps into the kernel; for a
+// large picture that takes longer than the copying. Large pages need only a few traps.
 void preferLargePages(QImage &image)
 {
     constexpr size_t page = 4096;
@@ -45,9 +45,9 @@ void preferLargePages(QImage &image)
         madvise(image.bits() - before, (bytes + page - 1) / page * page, MADV_HUGEPAGE);
 }
 
-// Lines of the server's images and of QImage are both padded to four bytes. The bits that no colour
-// uses are whatever the server had there, and are set on the way: a second pass would cost as much
-// again.
+// Lines of the server's images and of QImage are both padded to four bytes. Bits that no colour
+// uses are undefined in the server's images and are set while copying, since a second pass would
+// cost as much again.
 void copyLines(QImage &image, int top, int height, const uchar *from)
 {
     const size_t bytes = static_cast<size_t>(image.bytesPerLine()) * height;
@@ -65,8 +65,8 @@ void copyLines(QImage &image, int top, int height, const uchar *from)
     const size_t count = bytes / sizeof(uint32_t);
     size_t i = 0;
 #ifdef __SSE2__
-    // Past the cache: nobody reads the picture before all of it is there, and fetching what is
-    // about to be overwritten would double the traffic.
+    // Non-temporal stores bypass the cache: nobody reads the picture before it is complete, and
+    // loading the lines that are overwritten would double the traffic.
     for (; i < count && reinterpret_cast<uintptr_t>(to + i) % sizeof(__m128i) != 0; ++i)
         to[i] = pixels[i] | unused;
     const __m128i mask = _mm_set1_epi32(static_cast<int>(unused));
@@ -107,7 +107,7 @@ bool X11PixelReader::attach()
         const Reply<xcb_generic_error_t> error(
             xcb_request_check(connection, xcb_shm_attach_checked(connection, m_segment,
                                                                  static_cast<uint32_t>(id), 0)));
-        // A server on another machine has no such segment.
+        // A server on another machine can't attach the segment.
         if (error)
             shmdt(memory);
         else
@@ -177,7 +177,7 @@ QImage X11PixelReader::read(xcb_drawable_t drawable, const QRect &area, int dept
     if (image.isNull())
         return {};
     preferLargePages(image);
-    // A server may let a segment be attached and still refuse to write into it.
+    // A server may allow the segment to be attached and still refuse to write into it.
     const bool shared =
         attach() && image.bytesPerLine() <= s_slotBytes && readShared(drawable, area, image);
     if (!shared && !readPlain(drawable, area, image))

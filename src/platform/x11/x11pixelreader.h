@@ -9,11 +9,12 @@
 
 #include <xcb/shm.h>
 
-/// Reads pixels of windows and pixmaps into images.
+/// Reads the pixels of windows and pixmaps into images.
 ///
-/// Bands of the picture travel through a small shared segment of two halves: the server fills one
-/// half while the other is copied out, still warm in the cache. A segment of the picture's size
-/// would be written, and read again, through main memory, and would stay with the program for good.
+/// A picture is transferred in bands through a small shared memory segment of two halves: the
+/// server fills one half while the other one is copied out, still in the cache. A segment of the
+/// whole picture's size would pass through main memory twice, and the program would keep that
+/// memory for good.
 class X11PixelReader
 {
 public:
@@ -22,8 +23,8 @@ public:
     X11PixelReader(const X11PixelReader &) = delete;
     X11PixelReader &operator=(const X11PixelReader &) = delete;
 
-    /// `area` must lie inside the drawable. Null where the drawable is gone or its depth is
-    /// unknown.
+    /// Reads `area`, which is relative to the drawable and must lie inside of it. Null if the
+    /// drawable is gone or its depth is not supported.
     QImage read(xcb_drawable_t drawable, const QRect &area, int depth);
 
 private:

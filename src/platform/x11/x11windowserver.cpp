@@ -23,13 +23,13 @@
 
 namespace {
 
-constexpr uint8_t s_wheelUp = 4;  // pointer buttons
+constexpr uint8_t s_wheelUp = 4;  // the pointer's buttons
 constexpr uint8_t s_wheelDown = 5;
 constexpr uint8_t s_wheelLeft = 6;
 constexpr uint8_t s_wheelRight = 7;
 
-// Calls back each time a window is about to be shown: by then it has its native window, which is
-// not mapped yet. Owned by the window.
+// Calls back each time a window is about to be shown. The native window exists by then and is not
+// mapped yet. The window owns this object.
 class ShowHook : public QObject
 {
 public:
@@ -50,15 +50,15 @@ private:
     std::function<void()> m_callback;
 };
 
-// A request of an extension that is not there would end the connection.
+// A request of an extension that the server lacks would end the connection.
 bool hasExtension(xcb_connection_t *connection, xcb_extension_t &extension)
 {
     const xcb_query_extension_reply_t *data = xcb_get_extension_data(connection, &extension);
     return data && data->present;
 }
 
-// The screen that the toolkit will count a window at `area` to: positions are device pixels, sizes
-// are not.
+// The screen to which the toolkit will assign a window at `area`. Screen positions are in device
+// pixels, but sizes are not.
 QScreen *screenOf(const QRect &area)
 {
     QScreen *touched = QGuiApplication::primaryScreen();
@@ -73,7 +73,7 @@ QScreen *screenOf(const QRect &area)
     return touched;
 }
 
-// A key that works as a modifier; 0 where the keyboard has none.
+// A key that sets a modifier; 0 if the keyboard has none.
 xcb_keycode_t modifierKey(xcb_connection_t *connection, int modifier)
 {
     const auto mapping =
@@ -98,13 +98,13 @@ X11WindowServer::X11WindowServer(X11Display &display) : m_display(display), m_re
     m_hasComposite = hasExtension(connection, xcb_composite_id);
     m_hasTest = hasExtension(connection, xcb_test_id);
     if (hasExtension(connection, xcb_damage_id)) {
-        // Who has not asked for the version may ask for nothing else.
+        // Other requests are allowed only after the version has been queried.
         xcb_discard_reply(connection, xcb_damage_query_version(connection, 1, 1).sequence);
         m_damageEvent =
             xcb_get_extension_data(connection, &xcb_damage_id)->first_event + XCB_DAMAGE_NOTIFY;
     }
-    // Windows keep pixels of their own from now on, so that covered ones come out whole where no
-    // compositor has asked for that.
+    // From now on the server keeps a window's pixels even where it is covered, also without a
+    // compositor.
     if (m_hasComposite) {
         xcb_discard_reply(connection, xcb_composite_query_version(connection, 0, 4).sequence);
         xcb_composite_redirect_subwindows(connection, m_display.root(),
@@ -114,8 +114,9 @@ X11WindowServer::X11WindowServer(X11Display &display) : m_display(display), m_re
 
 QList<QRect> X11WindowServer::screens()
 {
-    // The toolkit gives positions in device pixels and sizes divided by the scale, and the division
-    // loses odd pixels: the sizes come from the monitors at the same positions.
+    // The toolkit gives the screens' positions in device pixels but their sizes divided by the
+    // scale, which loses odd pixels. So the sizes are taken from the monitors at the same
+    // positions.
     xcb_connection_t *connection = m_display.connection();
     QList<QRect> monitors;
     Reply<xcb_randr_get_monitors_reply_t> reply;
@@ -158,7 +159,7 @@ void X11WindowServer::movePointer(QPoint to)
 
 bool X11WindowServer::isHandBusy()
 {
-    // The other modifiers are locks, mostly.
+    // The other modifiers are mostly locks.
     constexpr unsigned busy = XCB_KEY_BUT_MASK_SHIFT | XCB_KEY_BUT_MASK_CONTROL |
                               XCB_KEY_BUT_MASK_MOD_1 | XCB_KEY_BUT_MASK_MOD_4 |
                               XCB_KEY_BUT_MASK_BUTTON_1 | XCB_KEY_BUT_MASK_BUTTON_2 |
@@ -195,7 +196,7 @@ bool X11WindowServer::turnWheel(QPoint at, int clicks, Wheel wheel)
     return true;
 }
 
-// One report, and no more of them until it has been taken.
+// Uses one report of damage; the server sends no more until this one has been taken.
 class X11WindowServer::DamageWatch : public ChangeWatch
 {
 public:
@@ -215,7 +216,7 @@ public:
         if (!m_isValid)
             return;
         m_server.m_damages.remove(m_damage);
-        // It goes with its window, which may be gone: the answer to that is of no use.
+        // The damage object may be gone together with its window, so the reply is dropped.
         xcb_connection_t *connection = m_server.m_display.connection();
         xcb_discard_reply(connection, xcb_damage_destroy_checked(connection, m_damage).sequence);
     }
@@ -270,8 +271,8 @@ void X11WindowServer::setCompositingHandler(std::function<void()> changed)
     xcb_connection_t *connection = m_display.connection();
     if (m_selectionEvent != 0 || !hasExtension(connection, xcb_xfixes_id))
         return;
-    // The server refuses whoever has not told a version. The toolkit asks for the same events on
-    // this connection, so all of them are asked for here as well.
+    // The server refuses clients that have not queried the version. The toolkit has selected events
+    // on this connection, too, so its events are included here.
     xcb_discard_reply(connection, xcb_xfixes_query_version(connection, XCB_XFIXES_MAJOR_VERSION,
                                                            XCB_XFIXES_MINOR_VERSION)
                                       .sequence);
@@ -304,9 +305,8 @@ bool X11WindowServer::nativeEventFilter(const QByteArray &, void *message, qintp
 
 void X11WindowServer::coverArea(QWidget *window, const QRect &area)
 {
-    // Override-redirect: no window manager moves it off a panel, confines it to one monitor or
-    // slides it in. The far edges may lie a little outside where the scale does not divide the
-    // size.
+    // Override-redirect: no window manager moves the window off a panel, confines it to one monitor
+    // or animates it. The far edges may lie slightly outside if the scale does not divide the size.
     window->setWindowFlag(Qt::BypassWindowManagerHint);
     QScreen *screen = screenOf(area);
     window->setScreen(screen);
@@ -317,8 +317,8 @@ void X11WindowServer::coverArea(QWidget *window, const QRect &area)
     window->setGeometry(
         QRect(origin + position.toPoint(), QSize(static_cast<int>(std::ceil(size.width())),
                                                  static_cast<int>(std::ceil(size.height())))));
-    // No logical position stands for every device pixel, and the toolkit converts it with the
-    // origin of whichever screen it takes the window to be on.
+    // Not every device pixel has a logical position, and the toolkit converts with the origin of
+    // the screen on which it assumes the window. So the window is moved again with device pixels.
     new ShowHook(window, [this, window, area] { moveWindow(window, area.topLeft()); });
 }
 
@@ -337,7 +337,8 @@ void X11WindowServer::moveWindow(QWidget *window, QPoint to)
 
 void X11WindowServer::keepOutOfTaskBar(QWidget *window)
 {
-    // A window loses its states whenever it is hidden. The toolkit adds its own to those it finds.
+    // A window loses these states whenever it is hidden, so they are set before each show. The
+    // toolkit adds its own states to existing ones.
     new ShowHook(window, [this, window] {
         const std::array<xcb_atom_t, 2> states{m_display.atom("_NET_WM_STATE_SKIP_TASKBAR"),
                                                m_display.atom("_NET_WM_STATE_SKIP_PAGER")};
@@ -355,7 +356,7 @@ void X11WindowServer::setOnScreen(QWidget *window, bool onScreen)
     const xcb_atom_t property = m_display.atom("_NET_WM_STATE");
     const char *const kept = "statesOffScreen";
     if (!onScreen) {
-        // The window manager takes them away from a window that goes.
+        // Saves the states, which the window manager removes from a withdrawn window.
         window->setProperty(kept,
                             QVariant::fromValue(m_display.values(id, property, XCB_ATOM_ATOM)));
         xcb_unmap_window(connection, id);
@@ -377,7 +378,7 @@ void X11WindowServer::setOnScreen(QWidget *window, bool onScreen)
 
 void X11WindowServer::dropShadow(QWidget *window)
 {
-    // Compositors that draw shadows around any window look for this property before they do.
+    // Compositors that draw shadows around every window check this property first.
     const uint32_t off = 0;
     xcb_change_property(m_display.connection(), XCB_PROP_MODE_REPLACE,
                         static_cast<xcb_window_t>(window->window()->winId()),

@@ -41,24 +41,25 @@ public:
 private:
     class DamageWatch;
     struct Window {
-        xcb_window_t frame = XCB_NONE;   ///< the root's child
-        xcb_window_t client = XCB_NONE;  ///< the application's window, where the frame has one
-        QRect bounds{};                  ///< with the border
+        xcb_window_t frame = XCB_NONE;  ///< the child of the root window
+        /// The application's window inside the frame, if there is one.
+        xcb_window_t client = XCB_NONE;
+        QRect bounds{};  ///< including the border
         int border = 0;
         int depth = 0;
         bool onScreen = false;
         bool unmanaged = false;  ///< override-redirect
-        QRegion shape{};         ///< what of `bounds` it fills; see readShapes()
+        QRegion shape{};         ///< the part of `bounds` that the window fills; see readShapes()
         Entry entry{};
     };
 
-    /// The root's children, the frontmost first.
+    /// The children of the root window, the frontmost first.
     QList<Window> topLevels();
     /// The selection that a running compositor owns.
     xcb_atom_t compositorSelection();
     void findClients(QList<Window> &windows);
     void readNames(QList<Window> &windows);
-    /// The clients that are not on the screen, as the windows that the list shows for them.
+    /// The clients that are not on the screen, as entries for the list of all windows.
     QList<Window> hiddenClients(const QList<Window> &shown);
     xcb_window_t topLevelOf(xcb_window_t window);
     QRect rootArea();
@@ -76,9 +77,9 @@ private:
     bool m_hasShape = false;
     bool m_hasComposite = false;
     bool m_hasTest = false;
-    uint8_t m_damageEvent = 0;  ///< the number of the server's event; 0 without damage reports
-    QHash<uint32_t, bool>
-        m_damages{};  ///< those that are watched, and whether they tell of a change
+    uint8_t m_damageEvent = 0;  ///< the event's number; 0 if the server can't report damage
+    /// Whether damage was reported, by the id of the damage object.
+    QHash<uint32_t, bool> m_damages{};
     std::function<void()> m_compositingHandler;
-    int m_selectionEvent = 0;  ///< the number of the server's event; 0 while none is asked for
+    int m_selectionEvent = 0;  ///< the event's number; 0 if it has not been requested
 };

@@ -13,7 +13,7 @@ namespace {
 
 constexpr double s_fullOpacity = 0xffffffffU;
 
-// Nobody draws or moves while one stands. They don't nest.
+// Grabs the server: nobody else can draw or move windows meanwhile. Must not be nested.
 class ServerGrab
 {
 public:
@@ -53,7 +53,8 @@ QRect X11WindowServer::rootArea()
     return geometry ? QRect(0, 0, geometry->width, geometry->height) : QRect();
 }
 
-// The server must be grabbed: the root's size may change, and the picture comes in bands.
+// The caller must have grabbed the server, because the root's size may change and the picture is
+// read in bands.
 QImage X11WindowServer::rootPicture(const QRect &area)
 {
     const QRect inside = area & rootArea();
@@ -76,7 +77,7 @@ QImage X11WindowServer::screenPicture(const QRect &area)
     return rootPicture(area);
 }
 
-// The parts of windows that are not rectangles, for those of `windows` that touch `area`.
+// Sets the shapes of all windows, and asks the server for the shapes of those that touch `area`.
 void X11WindowServer::readShapes(QList<Window> &windows, const QRect &area)
 {
     xcb_connection_t *connection = m_display.connection();
@@ -98,7 +99,7 @@ void X11WindowServer::readShapes(QList<Window> &windows, const QRect &area)
         if (!reply)
             continue;
         window->shape = {};
-        // The rectangles count from inside the border.
+        // The rectangles are relative to the inside of the border.
         const QPoint origin = window->bounds.topLeft() + QPoint(window->border, window->border);
         const xcb_rectangle_t *rects = xcb_shape_get_rectangles_rectangles(reply.get());
         for (int i = 0; i < xcb_shape_get_rectangles_rectangles_length(reply.get()); ++i)
@@ -108,7 +109,7 @@ void X11WindowServer::readShapes(QList<Window> &windows, const QRect &area)
     }
 }
 
-// A part of a window's own storage, which holds what other windows cover.
+// Reads a part of the window's backing pixmap, which includes pixels that other windows cover.
 QImage X11WindowServer::storedPicture(const Window &window, const QRect &area)
 {
     if (!m_hasComposite)
@@ -163,7 +164,7 @@ void X11WindowServer::paintWallpaper(QPainter &painter, const QRegion &region)
     const auto geometry = XCB_REPLY(connection, get_geometry, xcb_get_geometry(connection, pixmap));
     if (!geometry)
         return;
-    // A small one is repeated from the desktop's corner on.
+    // A small wallpaper is tiled from the desktop's corner.
     const QRect tile(0, 0, geometry->width, geometry->height);
     const QRect wanted = region.boundingRect();
     if (tile.contains(wanted))
@@ -172,7 +173,7 @@ void X11WindowServer::paintWallpaper(QPainter &painter, const QRegion &region)
         painter.fillRect(wanted, QBrush(m_reader.read(pixmap, tile, geometry->depth)));
 }
 
-// Paints `region` of the desktop as it is with these windows and no others, the first in front.
+// Paints `region` of the desktop with these windows only; the first one is in front.
 void X11WindowServer::paintWindows(QPainter &painter, QRegion region, const QList<Window> &windows)
 {
     struct Piece {
@@ -180,7 +181,7 @@ void X11WindowServer::paintWindows(QPainter &painter, QRegion region, const QLis
         QRegion visible{};
         qreal opacity = 1;
     };
-    // From the front, so that nothing is read that another window covers.
+    // Goes through the windows from the front, so that pixels behind opaque windows are not read.
     const bool composited = isComposited();
     QList<Piece> pieces;
     for (const Window &window : windows) {
@@ -202,7 +203,7 @@ void X11WindowServer::paintWindows(QPainter &painter, QRegion region, const QLis
     for (auto piece = pieces.crbegin(); piece != pieces.crend(); ++piece) {
         const QRect area = piece->visible.boundingRect();
         QImage image = storedPicture(*piece->window, area);
-        // Without a compositor nothing is mixed, whatever a window's alpha says.
+        // Without a compositor windows are not blended, even if they have alpha.
         if (!composited && image.hasAlphaChannel())
             makeOpaque(image);
         painter.setClipRegion(piece->visible);
@@ -255,8 +256,8 @@ QImage X11WindowServer::pictureWithout(const QRect &area, const QList<int> &numb
     return composed(area, shown, leftOut);
 }
 
-// Only what lies behind the windows that are left out has to be put together. Elsewhere the screen
-// shows it as it is, with every shadow that a compositor draws.
+// Only the pixels behind the windows that are left out have to be composed. Elsewhere the screen's
+// pixels are used, including a compositor's shadows.
 QImage X11WindowServer::composed(const QRect &area, QList<Window> shown, QList<Window> leftOut)
 {
     readShapes(leftOut, area);

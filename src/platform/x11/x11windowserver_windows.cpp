@@ -1,4 +1,4 @@
-// The window list: what windows there are, and what they are called.
+// The window list: which windows exist, and their names.
 
 #include "platform/x11/x11windowserver.h"
 
@@ -18,7 +18,7 @@ constexpr int s_aboveLayer = 3;
 constexpr int s_dockLayer = 10;
 constexpr int s_popupLayer = 101;
 
-// How deep below a frame a window manager puts the client.
+// How deep inside a frame window managers put the client window.
 constexpr int s_frameDepth = 3;
 constexpr int s_sides = 4;
 constexpr uint32_t s_widestFrame = 1000;
@@ -34,7 +34,8 @@ WindowProperty propertyOf(const Reply<xcb_get_property_reply_t> &reply)
                       xcb_get_property_value_length(reply.get())}};
 }
 
-// Left, right, top and bottom, unless they leave nothing of the window.
+// The margins in the order left, right, top and bottom; none if they would leave nothing of the
+// window.
 QMargins frameMargins(const QList<uint32_t> &told, QSize size)
 {
     QMargins margins;
@@ -51,8 +52,8 @@ QString processName(uint32_t pid)
 
 }  // namespace
 
-// Requests go out for all windows before the first answer is awaited, so a list costs a few round
-// trips and not a few for each window.
+// All requests are sent before the first reply is awaited, so a list costs a few round trips in
+// total instead of a few for each window.
 
 QList<X11WindowServer::Window> X11WindowServer::topLevels()
 {
@@ -77,7 +78,7 @@ QList<X11WindowServer::Window> X11WindowServer::topLevels()
         const int border = 2 * geometry->border_width;
         const QRect bounds(geometry->x, geometry->y, geometry->width + border,
                            geometry->height + border);
-        // Window managers keep small windows of their own beyond the edges.
+        // Window managers keep small helper windows outside of the screen.
         const bool onScreen =
             attributes->map_state == XCB_MAP_STATE_VIEWABLE && bounds.intersects(root);
         result.append({.frame = children[i],
@@ -167,7 +168,7 @@ void X11WindowServer::readNames(QList<Window> &windows)
         entry.owner = windowClass(told[Class]);
         if (entry.owner.isEmpty() && !pid.isEmpty())
             entry.owner = processName(pid.first());
-        // A window without a frame of the window manager's may tell of one all the same.
+        // A window may declare a frame although the window manager has given it none.
         const QList<uint32_t> frame = valuesOf(told[Frame]);
         if (frame.size() == s_sides && windows[i].client != windows[i].frame)
             entry.frame = frameMargins(frame, windows[i].bounds.size());

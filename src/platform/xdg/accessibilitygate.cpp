@@ -27,7 +27,7 @@ namespace {
 constexpr int s_patience = 1000;  // milliseconds
 constexpr auto s_override = "AT_SPI_BUS_ADDRESS";
 
-// Nobody is started for the question: the bridge starts nobody either.
+// Starts no service for the call, because the bridge does not either.
 QDBusPendingCall ask(const QString &interface, const QString &method, const QVariantList &arguments)
 {
     QDBusMessage call =
@@ -50,7 +50,7 @@ bool isOn(const QVariantMap &status)
            qEnvironmentVariableIsSet("QT_LINUX_ACCESSIBILITY_ALWAYS_ON");
 }
 
-// The first address of a list, where it is a socket of this machine.
+// The first address in a list, if it is a local socket.
 std::optional<sockaddr_un> socketOf(const QString &address)
 {
     const QByteArray first = address.section(u';', 0, 0).toUtf8();
@@ -70,8 +70,8 @@ std::optional<sockaddr_un> socketOf(const QString &address)
     return {};
 }
 
-// Whether the bus says anything to a client's first words. What is no socket here, and what
-// refuses, is left to the connecting.
+// Whether the bus replies to the first line of the handshake. True if it is no local socket or
+// refuses the connection: then connecting does not hang.
 bool isBusAwake(const QString &address, int limit)
 {
     const std::optional<sockaddr_un> target = socketOf(address);
@@ -79,13 +79,13 @@ bool isBusAwake(const QString &address, int limit)
     if (client < 0)
         return true;
     const auto close = qScopeGuard([client] { ::close(client); });
-    // An abstract name ends where it ends, and a path with a zero.
+    // The length of an abstract name does not include a terminator, the length of a path does.
     const auto length =
         static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) +
                                (target->sun_path[0] != 0 ? strlen(target->sun_path) + 1
                                                          : 1 + strlen(target->sun_path + 1)));
     if (connect(client, reinterpret_cast<const sockaddr *>(&*target), length) != 0)
-        return errno != EAGAIN;  // so many wait already that nobody seems to answer
+        return errno != EAGAIN;  // the queue of clients is full, so nobody seems to answer
     const QByteArray words =
         QByteArray(1, '\0') + "AUTH EXTERNAL " + QByteArray::number(getuid()).toHex() + "\r\n";
     if (send(client, words.constData(), words.size(), MSG_NOSIGNAL) < 0)
@@ -108,7 +108,7 @@ int AccessibilityGate::remaining() const
     return std::max(1, static_cast<int>(m_limit.remainingTime()));
 }
 
-// What the bridge is about to ask, in its order.
+// Asks what the bridge will ask, in the same order.
 bool AccessibilityGate::isAnswered()
 {
     QString address = qEnvironmentVariable(s_override);
@@ -128,7 +128,7 @@ bool AccessibilityGate::isAnswered()
     }
     if (address.isEmpty())
         return true;
-    // Connecting has no limit of its own.
+    // Connecting to a bus has no timeout, so the bus is tested before.
     if (!isBusAwake(address, remaining()))
         return false;
     const QString name = u"accessibility gate"_s;
@@ -145,8 +145,8 @@ void AccessibilityGate::decide()
 {
     if (isAnswered())
         return;
-    // The bridge takes this address for the only one, once, when it is made; programs that are
-    // started from here are not to see it.
+    // The bridge reads this address once, when it is created. The variable is restored afterwards,
+    // because programs that are started from here must not inherit it.
     const QByteArray before = qgetenv(s_override);
     qputenv(s_override, "unix:path=/nonexistent");
     QAccessible::isActive();

@@ -3,17 +3,17 @@
 #include <QDBusPendingCall>
 #include <QDeadlineTimer>
 
-/// Stands before the toolkit's bridge to the programs that read the screen aloud. The bridge waits
-/// for their registry at the first widget, for as long as it takes: one that is stuck would keep
-/// the program from its start for most of a minute. This asks it first, with a limit.
+/// Decides whether the toolkit's accessibility bridge may start. With the first widget the bridge
+/// asks the accessibility registry and waits without a limit, so a registry that hangs would delay
+/// the start by most of a minute. This class asks first, with a limit.
 class AccessibilityGate
 {
 public:
-    /// Asks whether the bridge is wanted. Needs a QGuiApplication; before the first widget.
+    /// Sends the questions. Needs a QGuiApplication; must be created before the first widget.
     AccessibilityGate();
 
-    /// Lets the bridge in, or keeps it out for this run where nobody has answered within a second
-    /// since the gate was made. Before the first widget.
+    /// Lets the bridge start. Keeps it out of this run if nobody has answered within a second of
+    /// the constructor. Must be called before the first widget is created.
     void decide();
 
 private:

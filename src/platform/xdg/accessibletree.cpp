@@ -6,17 +6,18 @@
 
 namespace {
 
-constexpr int s_farAway = 1 << 29;  // lists of millions of rows are told with all of them
+constexpr int s_farAway = 1 << 29;  // lists of millions of rows report the extents of all rows
 constexpr int s_leastSide = 40;
 constexpr int s_thickestBar = 40;
-constexpr int s_thickestLine = 4;  // around a list; an indentation is wider
-constexpr int s_besides = 8;       // between a content and its scroll bar
-constexpr int s_sticksOut = 8;     // more than a rounding or a line
+constexpr int s_thickestLine = 4;  // the border around a list; an indentation is wider
+constexpr int s_besides = 8;       // the distance between content and its scroll bar
+constexpr int s_sticksOut = 8;     // more than a rounding error or a border
 
-// Frames, and the room for shadows that a program draws for itself.
+// The widest margins: window frames, or the shadows that a program draws itself.
 constexpr int s_widestSides = 80;
 constexpr int s_highestSides = 120;
-// The largest first: a smaller one takes what is missing for a thick frame.
+// The largest scale comes first, because with a smaller one the missing pixels would be taken for a
+// thick frame.
 constexpr std::array s_scales{3.0, 2.5, 2.25, 2.0, 1.75, 1.5, 1.25, 1.0};
 
 int right(const QRect &rect) { return rect.x() + rect.width(); }
@@ -26,7 +27,7 @@ QRect between(int x1, int y1, int x2, int y2) { return {x1, y1, x2 - x1, y2 - y1
 
 bool isUpright(const QRect &bar) { return bar.height() > bar.width(); }
 
-// Whether an upright scroll bar moves the content: it lies beside it, or over its edge.
+// Whether a vertical scroll bar belongs to the content: it is beside it or over its edge.
 bool moves(const QRect &bar, const QRect &content)
 {
     return isUpright(bar) && bar.x() <= right(content) + s_besides &&
@@ -39,7 +40,7 @@ bool isLargeEnough(const QRect &area)
     return area.width() >= s_leastSide && area.height() >= s_leastSide;
 }
 
-// A bar is taken off at the edge that it is nearest to.
+// The area without a scroll bar, which is removed from the nearest edge.
 QRect without(const QRect &bar, const QRect &area)
 {
     if (!bar.intersects(area))
@@ -59,7 +60,8 @@ QRect without(const QRect &bar, const QRect &area)
     return rest;
 }
 
-// What is beside a bar scrolls; a header above it doesn't.
+// The part of the area that is beside the scroll bar; a header above the scroll bar does not
+// scroll.
 QRect alongside(const QRect &bar, const QRect &area)
 {
     const QRect rest = between(area.x(), std::max(area.y(), bar.y()), right(area),
@@ -75,8 +77,8 @@ QRect unitedItems(const AccessibleLevel &level)
     return result;
 }
 
-// A list that doesn't tell of its scroll bars: its items end where the line around it and the
-// scroll bar begin.
+// For a list that doesn't report its scroll bars: its items end at the border and at the scroll
+// bar.
 QRect aroundItems(const AccessibleLevel &level)
 {
     const QRect items = unitedItems(level) | level.header;
@@ -93,7 +95,7 @@ QRect aroundItems(const AccessibleLevel &level)
     return area;
 }
 
-// Higher than what it is shown in.
+// Whether the content is higher than the part that is shown.
 bool overflows(const QRect &content, const QRect &shown)
 {
     return content.height() > shown.height() + s_sticksOut && content.intersects(shown);
@@ -104,7 +106,7 @@ QRect areaOf(const AccessibleLevel &level)
     const QRect child = level.next & level.extents;
     QRect area;
     for (const QRect &bar : level.scrollBars) {
-        // What is much lower than its scroll bar is one of many things that scroll together.
+        // A child that is much lower than the scroll bar is one of several that scroll together.
         const bool isOneOfMany = child.height() * 4 < bar.height() * 3;
         const QRect content = isOneOfMany ? level.extents : child;
         if (moves(bar, content))
@@ -153,7 +155,7 @@ QRect scrollingArea(const QList<AccessibleLevel> &path)
 {
     for (qsizetype i = path.size() - 1; i >= 0; --i) {
         QRect area = areaOf(path[i]);
-        // The bars of a content may be told by what is around it, and what is around it may clip.
+        // Objects further out may report the content's scroll bars, and may clip the content.
         for (qsizetype around = i; around >= 0 && !area.isEmpty(); --around) {
             area &= path[around].extents;
             for (const QRect &bar : path[around].scrollBars)
@@ -167,7 +169,7 @@ QRect scrollingArea(const QList<AccessibleLevel> &path)
 
 QRect PixelMapping::toPixels(const QRect &extents) const
 {
-    // Scales are quarters, so that nothing but a division could leave a remainder.
+    // Scales are multiples of a quarter, so these products are exact.
     const QPointF from = QPointF(extents.topLeft()) * scale + offset;
     const QPointF to = QPointF(right(extents), bottom(extents)) * scale + offset;
     return between(static_cast<int>(std::ceil(from.x())), static_cast<int>(std::ceil(from.y())),
@@ -181,7 +183,7 @@ std::optional<PixelMapping> pixelMapping(const QRect &told, const QRect &window,
         return {};
     for (const qreal scale : s_scales) {
         const QSizeF sides = QSizeF(window.size()) - QSizeF(told.size()) * scale;
-        // A logical pixel more or less on either side, for both corners have been rounded.
+        // Allows one logical pixel on each side, because both corners are rounded.
         const qreal loose = 2 * scale;
         if (sides.width() < -loose || sides.width() > s_widestSides || sides.height() < -loose ||
             sides.height() > s_highestSides)
@@ -195,7 +197,8 @@ std::optional<PixelMapping> pixelMapping(const QRect &told, const QRect &window,
                 into.y() <= sides.height() + loose)
                 return PixelMapping{scale, offset, true};
         }
-        // Frames are as thick below as at the sides, and the title is above.
+        // Assumes that a frame is as thick at the bottom as at the sides, and that the title bar is
+        // at the top.
         const qreal side = std::max(0.0, std::round(sides.width() / 2));
         const QPointF corner(side, std::max(0.0, sides.height() - side));
         return PixelMapping{scale, window.topLeft() + corner - QPointF(told.topLeft()) * scale,

@@ -6,12 +6,12 @@
 
 #include <optional>
 
-// Rules for what programs tell of their windows through the accessibility interface.
+// Rules for what programs report about their windows through the accessibility interface.
 //
-// Extents are in the telling program's coordinates, which may be device pixels, logical ones, or
-// start at its window's corner.
+// Extents are in the reporting program's coordinates: device pixels or logical pixels, relative to
+// the screen or to the window's corner.
 
-/// Kinds of accessibles, by their numbers in the interface.
+/// Roles of accessible objects, by their numbers in the interface.
 enum class AccessibleRole : uint {
     Invalid = 0,
     Filler = 20,
@@ -28,45 +28,47 @@ enum class AccessibleRole : uint {
     ListBox = 98,
 };
 
-/// Whether an accessible's children are what scrolls in it, rather than one large child.
+/// Whether an object of this role contains scrolling items rather than one large child.
 bool holdsItems(AccessibleRole role);
 
-/// False for the values that stand for "not shown" or "not known".
+/// False for the values that mean "not shown" or "unknown".
 bool areSane(const QRect &extents);
 
-/// Whether the extents may be a scroll bar's, or those of something that holds just a scroll bar.
+/// Whether the extents may belong to a scroll bar, or to a box that contains only a scroll bar.
 bool areThin(const QRect &extents);
 
-/// An accessible on the way from a window to the point in question, and what its children told.
+/// An accessible object on the path from a window to the point in question, with what its children
+/// reported.
 struct AccessibleLevel {
     AccessibleRole role = AccessibleRole::Invalid;
     QRect extents{};
-    QRect next{};               ///< the child at the point; null where there is none
-    QList<QRect> items{};       ///< some of the children, where they are what scrolls
-    QRect header{};             ///< above the items; null where there is none
-    QList<QRect> scrollBars{};  ///< that are shown, of either direction
+    QRect next{};               ///< the child at the point; null if there is none
+    QList<QRect> items{};       ///< some of the children, if these are what scrolls
+    QRect header{};             ///< above the items; null if there is none
+    QList<QRect> scrollBars{};  ///< the visible ones, in both directions
 };
 
-/// What is visible of the content that scrolls up and down, of the innermost level that has such
-/// content and room enough. The window's own level comes first. Null where nothing scrolls.
+/// The visible part of the vertically scrolling content of the innermost object that has such
+/// content and is large enough. `path` begins with the window. Null if nothing scrolls.
 QRect scrollingArea(const QList<AccessibleLevel> &path);
 
-/// How a program's coordinates relate to global device pixels.
+/// Maps a program's coordinates to global device pixels.
 struct PixelMapping {
     qreal scale = 1;
-    QPointF offset{};   ///< of the program's origin
-    bool told = false;  ///< false where the window's place was a guess
+    QPointF offset{};   ///< of the program's origin, in device pixels
+    bool told = false;  ///< false if the window's position is a guess
 
     QPointF toProgram(const QPointF &pixel) const { return (pixel - offset) / scale; }
-    /// Whole pixels that the extents cover completely.
+    /// The whole pixels that the extents cover completely.
     QRect toPixels(const QRect &extents) const;
 };
 
-/// The mapping under which a window, as its program tells it with or without the frame, is the one
-/// that is on the screen at `window`, with its frame. `screens` are the top left corners of the
-/// screens, from which some toolkits scale. None where it can't be the same window.
+/// The mapping by which the window that a program reports as `told`, with or without its frame, is
+/// the one at `window`, which includes the frame. `screens` are the top left corners of the
+/// screens, which some toolkits use as the origin of their scaling. No value if it can't be the
+/// same window.
 std::optional<PixelMapping> pixelMapping(const QRect &told, const QRect &window,
                                          const QList<QPoint> &screens);
 
-/// Whether an area can be an answer for a point of a window: all in device pixels.
+/// Whether an area is a valid answer for a point in a window. All values are device pixels.
 bool isUsable(const QRect &area, const QRect &window, QPoint point);

@@ -11,14 +11,14 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// The desktop entry and the service file bear the same name, and so does the interface.
+// The desktop entry, the service file and the program's own interface have the same name.
 const auto s_name = "org.example.brenvale.SnapWorkbench"_L1;
 const auto s_path = "/org/example/brenvale/SnapWorkbench"_L1;
 const auto s_interface = "org.freedesktop.Application"_L1;
 constexpr int s_answerLimit = 2000;  // milliseconds
 
-// What a caller passes on from the desktop (a token for the focus, a startup sequence) has no use
-// here: the window is brought to the front with the rights of a task bar.
+// The data that callers pass on from the desktop (an activation token, a startup id) is not used,
+// because the window is activated with the rights of a task bar.
 class ApplicationAdaptor : public QDBusAbstractAdaptor
 {
     Q_OBJECT
@@ -91,7 +91,7 @@ ApplicationBus::ApplicationBus(Handlers handlers) : m_handlers(std::move(handler
 ApplicationBus::Claim ApplicationBus::claim()
 {
     QDBusConnection bus = QDBusConnection::sessionBus();
-    // Before the name: who finds the name calls at once.
+    // The object is registered before the name, because callers that find the name call at once.
     if (!m_isRegistered)
         m_isRegistered = bus.isConnected() && bus.registerObject(s_path, this);
     if (!m_isRegistered)
@@ -108,14 +108,14 @@ bool ApplicationBus::activateOwner()
 {
     QDBusMessage call = QDBusMessage::createMethodCall(s_name, s_path, s_interface, u"Activate"_s);
     call << QVariantMap();
-    // Nobody who could answer is no reason to start a third program.
+    // If nobody answers, no third process must be started.
     call.setAutoStartService(false);
     const QDBusMessage answer =
         QDBusConnection::sessionBus().call(call, QDBus::Block, s_answerLimit);
     return answer.type() == QDBusMessage::ReplyMessage;
 }
 
-// The toolkit's thread for the bus sends it, whatever this one does next.
+// The toolkit's bus thread sends the signal, even if this thread is busy afterwards.
 void ApplicationBus::setGrabState(const QString &state)
 {
     if (state == m_grabState)

@@ -6,35 +6,35 @@
 
 #include <functional>
 
-/// The program on the session bus, as `org.freedesktop.Application` has it, with an interface of
-/// its own that tells what it is at. Where there is no bus, nothing ever calls.
+/// This program on the session bus: the interface `org.freedesktop.Application`, and one of its own
+/// that reports the state of a grab. Without a bus it is never called.
 class ApplicationBus : public QObject
 {
     Q_OBJECT
 
 public:
-    /// What others ask for. Each runs from the event loop, once its caller has had the answer: a
-    /// grab takes as long as the user does.
+    /// What other programs can request. Each handler is called from the event loop after the caller
+    /// has got its reply, because a grab lasts as long as the user takes.
     struct Handlers {
         std::function<void()> activate{};
         std::function<void(const QStringList &)> open{};  ///< paths of local files
         QHash<QString, std::function<void()>> actions{};  ///< by the names that callers use
     };
 
-    /// What became of the name.
+    /// The result of claiming the bus name.
     enum class Claim { Owned, OwnedByAnother, NoBus };
 
     explicit ApplicationBus(Handlers handlers);
 
-    /// Takes the program's name. One that another has comes to this program when that one ends. May
-    /// be called again.
+    /// Claims the program's bus name. If another process owns it, this process gets the name when
+    /// the owner ends. May be called again.
     Claim claim();
-    /// Asks the owner of the name to come to the front; waits for the answer, two seconds at the
-    /// most. False when there was none.
+    /// Asks the owner of the bus name to come to the front, and waits for the reply for two seconds
+    /// at most. Returns false if there was none.
     static bool activateOwner();
 
-    /// What others read as the property `GrabState`; each change is told to those who listen,
-    /// before this returns or shortly after, and in order. "Idle" at first.
+    /// Sets the property `GrabState`, which is "Idle" at first. Each change is signalled, in order,
+    /// before this function returns or shortly after.
     void setGrabState(const QString &state);
     const QString &grabState() const { return m_grabState; }
 

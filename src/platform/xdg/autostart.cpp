@@ -12,7 +12,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// A key's value in an entry of one group; the format lets spaces stand around the sign.
+// The value of a key in a desktop entry with one group. The format allows blanks around "=".
 QByteArray valueOf(const QList<QByteArray> &lines, const QByteArray &key)
 {
     for (const QByteArray &line : lines) {
@@ -31,8 +31,8 @@ QString Autostart::entryPath()
            u"/autostart/snapworkbench.desktop"_s;
 }
 
-// The quoting of the desktop entry format: a quoted argument, the whole of it escaped once more as
-// a string, and "%" doubled because it begins a field code.
+// Quotes the path by the desktop entry format: as a quoted argument, then escaped once more as a
+// string, with "%" doubled because it begins a field code.
 QByteArray Autostart::execLine()
 {
     QString path = QCoreApplication::applicationFilePath();
@@ -49,7 +49,7 @@ bool Autostart::contains() const
     if (!entry.open(QIODevice::ReadOnly))
         return false;
     const QList<QByteArray> lines = entry.readAll().split('\n');
-    // Desktops switch an entry off without taking it away.
+    // Desktops may disable an entry without removing it.
     return lines.contains(execLine()) && valueOf(lines, "Hidden") != "true" &&
            valueOf(lines, "X-GNOME-Autostart-enabled") != "false";
 }

@@ -29,18 +29,18 @@ const auto s_properties = u"org.freedesktop.DBus.Properties"_s;
 
 // Milliseconds.
 constexpr int s_readLimit = 300;
-constexpr int s_setLimit = 2000;  // the service may have to be started
+constexpr int s_setLimit = 2000;  // the service may have to be started first
 constexpr int s_searchLimit = 1000;
-// Programs that are asked only because nobody knows whose the window is may be stuck.
+// Programs that are asked only because the window's owner is unknown may hang.
 constexpr int s_strangerLimit = 300;
 
 constexpr int s_mostCalls = 400;
 constexpr qsizetype s_mostLevels = 40;
-constexpr qsizetype s_mostWindows = 40;  // of a program
-constexpr int s_mostChildren = 60;       // that are looked at one by one
+constexpr qsizetype s_mostWindows = 40;  // of one program
+constexpr int s_mostChildren = 60;       // of one object, before only its ends are looked at
 
-constexpr uint s_onScreen = 0;  // extents relative to the screen
-constexpr uint s_showing = 25;  // bits of the state
+constexpr uint s_onScreen = 0;  // extents are relative to the screen
+constexpr uint s_showing = 25;  // the bit of a state set
 
 QDBusMessage propertyCall(const QString &service, const QString &path, const QString &method,
                           const QVariantList &arguments)
@@ -50,7 +50,7 @@ QDBusMessage propertyCall(const QString &service, const QString &path, const QSt
     return call;
 }
 
-// An accessible is an object of a program.
+// A reference to an accessible object of a program.
 struct Reference {
     QString service{};
     QString path{};
@@ -79,7 +79,7 @@ struct Reference {
     }
 };
 
-// What programs answer is looked at before it is taken apart: one may send anything.
+// Replies are checked before they are unpacked, because a program may send anything.
 
 QVariant firstOf(const QDBusMessage &reply, QLatin1StringView signature)
 {
@@ -135,7 +135,7 @@ QRect extentsIn(const QDBusMessage &reply)
     argument.beginStructure();
     argument >> x >> y >> width >> height;
     argument.endStructure();
-    // The rectangle's own far edge would overflow for some of the values.
+    // Checks width and height separately, because the far edge of a rectangle could overflow.
     return areSane({0, 0, width, height}) && areSane({x, y, 1, 1}) ? QRect(x, y, width, height)
                                                                    : QRect();
 }
@@ -159,8 +159,8 @@ QVariant propertyIn(const QDBusMessage &reply)
 
 }  // namespace
 
-// One question, from the bus's address to the rectangle. Each step asks a few things at once and
-// goes on when all are answered; deleting the search drops what is still to come.
+// One search, from the bus address to the rectangle. Each step sends some calls at once and
+// continues when all have been answered. Deleting the search cancels the rest.
 class AccessibleSearch : public QObject
 {
 public:
@@ -172,7 +172,7 @@ private:
     using Replies = QList<QDBusMessage>;
     using Next = std::function<void(const Replies &)>;
 
-    // Of a program that may be the one.
+    // A window that may be the one that is looked for.
     struct Window {
         Reference reference{};
         QRect extents{};
@@ -237,7 +237,7 @@ void AccessibleSearch::finish(const QRect &area)
         done(area);
 }
 
-// A call that is not answered counts as one with an empty answer.
+// A call without a reply counts as one with an empty reply.
 void AccessibleSearch::ask(const QDBusConnection &bus, const Replies &calls, const Next &next)
 {
     m_callsLeft -= static_cast<int>(calls.size());
@@ -253,7 +253,7 @@ void AccessibleSearch::ask(const QDBusConnection &bus, const Replies &calls, con
         Replies replies{};
         qsizetype missing = 0;
     };
-    // Held by the watchers of its calls.
+    // The watchers of the calls share the batch.
     const auto batch = std::make_shared<Batch>();
     batch->replies.resize(calls.size());
     batch->missing = calls.size();
@@ -285,7 +285,7 @@ void AccessibleSearch::start()
 void AccessibleSearch::connectTo(const QString &address)
 {
     if (address != m_bus.address || !QDBusConnection(m_bus.name).isConnected()) {
-        // One that went away stays under its name.
+        // A connection that was lost keeps its name.
         QDBusConnection::disconnectFromBus(m_bus.name);
         m_bus.address = address;
         if (address.isEmpty() ||
@@ -316,7 +316,7 @@ void AccessibleSearch::askPrograms()
                 if (firstOf(replies[i], "u"_L1).toUInt() == m_place.process)
                     chosen.append(programs[i]);
             }
-            // A program in a sandbox counts its processes by itself.
+            // A program in a sandbox may report the process number that it has there.
             if (chosen.isEmpty())
                 m_callLimit = s_strangerLimit;
             askWindows(chosen.isEmpty() ? programs : chosen);
@@ -366,7 +366,7 @@ void AccessibleSearch::chooseWindow(QList<Window> windows)
             continue;
         window.mapping = *mapping;
         window.likeness = (mapping->told ? 2 : 0) + (window.title == m_place.title ? 1 : 0);
-        // Of a stranger the size alone says nothing.
+        // For an unknown program the size alone proves nothing.
         if ((known || window.likeness > 0) && (!best || window.likeness > best->likeness))
             best = &window;
     }
@@ -376,7 +376,8 @@ void AccessibleSearch::chooseWindow(QList<Window> windows)
     }
     m_callLimit = s_searchLimit;
     m_mapping = best->mapping;
-    // The pixel's middle: its corner may be its neighbour's, once divided.
+    // Uses the centre of the pixel, because rounding could move its corner into the neighbouring
+    // pixel.
     const QPointF at = m_mapping.toProgram(QPointF(m_place.point) + QPointF(0.5, 0.5));
     m_point = {qFloor(at.x()), qFloor(at.y())};
     const Reference window = best->reference;
@@ -398,7 +399,8 @@ void AccessibleSearch::descend(const Reference &into)
     });
 }
 
-// A table may have millions of children, and make each of them up when it is asked for all.
+// A table may have millions of children, and create each of them when it is asked for all; so a
+// long list is asked only for its first and last children and the one at the point.
 void AccessibleSearch::askChildren(const Reference &of, int count)
 {
     if (count <= 0) {
@@ -425,7 +427,8 @@ void AccessibleSearch::askChildren(const Reference &of, int count)
         });
 }
 
-// Some toolkits tell the innermost accessible at a point, others the child.
+// For a point some toolkits return the innermost object and others the child, so the parents lead
+// back to the child.
 void AccessibleSearch::climb(const Reference &from, const Reference &to, qsizetype steps,
                              const QList<Reference> &others)
 {
@@ -440,7 +443,7 @@ void AccessibleSearch::climb(const Reference &from, const Reference &to, qsizety
             return;
         }
         QList<Reference> children = others;
-        // What it tells is in front of the others.
+        // The child at the point comes last, because it is in front of the others.
         children.removeAll(from);
         children.append(from);
         describeChildren(children);
@@ -456,7 +459,7 @@ void AccessibleSearch::describeChildren(const QList<Reference> &children)
         QList<Child> result;
         for (qsizetype i = 0; i < children.size(); ++i) {
             const QRect extents = extentsIn(replies[i]);
-            // The first may be a header, and the last the one that was told for the point.
+            // The first children may be a header, and the last one is the child at the point.
             const bool isEnd = i < 2 || i >= children.size() - 2;
             if (extents.isNull())
                 continue;
@@ -526,7 +529,7 @@ void AccessibleSearch::goOn(const QList<Child> &children)
                 level.scrollBars.append(child.extents);
             continue;
         }
-        // The last one lies in front.
+        // Later children are in front.
         if (child.showing && child.extents.contains(m_point))
             next = &child;
         if (child.role == AccessibleRole::TableColumnHeader)
@@ -567,7 +570,8 @@ bool BusAccessibility::isEnabled()
     if (!bus.isConnected())
         return false;
     QDBusMessage call = propertyCall(s_busService, s_busPath, u"Get"_s, {s_status, u"IsEnabled"_s});
-    // Nobody who keeps the switch has not turned it on either, and a start takes its time.
+    // Without auto-start: a service that does not run has not turned the switch on, and starting it
+    // would take time.
     call.setAutoStartService(false);
     return propertyIn(bus.call(call, QDBus::Block, s_readLimit)).toBool();
 }
@@ -587,7 +591,7 @@ void BusAccessibility::findScrollingArea(const Place &place,
 {
     m_search = std::make_unique<AccessibleSearch>(
         m_bus, place, [this, answer = std::move(answer)](const QRect &area) {
-            // The answer may ask the next question.
+            // The search is released first, because the answer may start the next question.
             m_search.release()->deleteLater();
             answer(area);
         });

@@ -8,8 +8,8 @@
 
 class AccessibleSearch;
 
-/// The accessibility interface on its own bus, whose address the session bus has. Nothing in it
-/// waits for another program but the switch, and that not for long.
+/// The accessibility interface over D-Bus. It has a bus of its own, whose address is asked for on
+/// the session bus. Only the switch waits for another program, and only briefly.
 class BusAccessibility : public Accessibility
 {
 public:
@@ -21,9 +21,9 @@ public:
     void findScrollingArea(const Place &place, std::function<void(const QRect &)> answer) override;
     void dropQuestion() override;
 
-    /// The accessibility bus as it was last found. A session may start another one.
+    /// The accessibility bus that was found last. The session may start a new one.
     struct Bus {
-        QString name{};  ///< under which the toolkit keeps the connection
+        QString name{};  ///< the toolkit's name for the connection
         QString address{};
     };
 

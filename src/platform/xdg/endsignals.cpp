@@ -12,17 +12,17 @@ namespace {
 
 constexpr std::array s_signals{SIGTERM, SIGHUP, SIGINT};
 
-// A signal handler may do next to nothing, so it only wakes the event loop.
+// A signal handler is allowed very few calls, so it only wakes the event loop.
 std::array<int, 2> s_pipe{-1, -1};
 
 void handle(int /*signal*/)
 {
     const char byte = 0;
-    // The pipe is full only when there is plenty to read.
+    // A full pipe is fine, because the event loop will wake up anyway.
     [[maybe_unused]] const ssize_t written = write(s_pipe[1], &byte, 1);
 }
 
-// What was ignored stays so: `nohup` means it.
+// A signal that was ignored stays ignored, as `nohup` requires.
 void install(int signal)
 {
     struct sigaction now {
@@ -32,7 +32,8 @@ void install(int signal)
     struct sigaction action {
     };
     action.sa_handler = handle;
-    // The next one does what it always did: an end that hangs can still be forced.
+    // The next signal has its default effect, so that a program that hangs while ending can be
+    // killed.
     action.sa_flags = SA_RESTART | SA_RESETHAND;
     sigaction(signal, &action, nullptr);
 }
@@ -52,7 +53,7 @@ EndSignals::EndSignals(std::function<void()> handler) : m_handler(std::move(hand
         install(signal);
 }
 
-// The pipe stays open: a signal may be on its way.
+// The pipe stays open, because a signal may still be on its way.
 EndSignals::~EndSignals()
 {
     for (const int signal : s_signals) {

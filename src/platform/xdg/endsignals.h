@@ -4,14 +4,14 @@
 
 #include <functional>
 
-/// The signals that ask a process to end: of a session that closes, a terminal, a `kill`.
+/// Handles the signals that ask a process to end: from a closing session, a terminal, or `kill`.
 class EndSignals : public QObject
 {
     Q_OBJECT
 
 public:
-    /// `handler` runs from the event loop at the first signal. A second one ends the process at
-    /// once. One at a time in a process.
+    /// `handler` is called from the event loop at the first signal. A second signal ends the
+    /// process at once. There may be only one such object in a process.
     explicit EndSignals(std::function<void()> handler);
     ~EndSignals() override;
 

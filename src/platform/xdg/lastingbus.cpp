@@ -1,6 +1,6 @@
 #include "platform/xdg/lastingbus.h"
 
-// A structure of GLib's has a member of this name, which is a word of Qt's.
+// A structure of GLib has a member of this name, which is a macro of Qt.
 #undef signals
 #include <gio/gio.h>
 
@@ -10,13 +10,14 @@ namespace {
 
 void *s_library = nullptr;
 
-// Nothing is loaded for it: a library that is not there opens no dialogs.
+// The function of a library that is loaded already. A library that is not loaded can't open
+// dialogs, so none is loaded for this.
 template<typename Function> Function symbol(const char *name)
 {
     return reinterpret_cast<Function>(dlsym(s_library, name));
 }
 
-// The reference is kept for good: without one, the next user would get a new connection.
+// The reference is kept for good, because without it the next user would create a new connection.
 void keep(GObject * /*source*/, GAsyncResult *result, void * /*unused*/)
 {
     const auto finish = symbol<decltype(&g_bus_get_finish)>("g_bus_get_finish");

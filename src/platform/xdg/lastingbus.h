@@ -1,6 +1,6 @@
 #pragma once
 
-/// Keeps the program alive when the session bus goes, with all that is unsaved. Where the desktop's
-/// dialogs are GTK's, that toolkit's shared connection would end the process at once. Once, when
-/// the toolkit has started.
+/// Keeps the program and its unsaved work alive when the session bus goes away. If the desktop's
+/// dialogs are GTK's, that toolkit's shared bus connection would end the process. To be called
+/// once, after the toolkit has started.
 void outliveSessionBus();

@@ -20,7 +20,7 @@ void showNotification(const QString &title, const QString &text)
     const QString service = u"org.freedesktop.Notifications"_s;
     QDBusMessage call = QDBusMessage::createMethodCall(service, u"/org/freedesktop/Notifications"_s,
                                                        service, u"Notify"_s);
-    // The text may have markup in it.
+    // The text is escaped, because notifications may contain markup.
     call << title << s_replacesNone << u"snapworkbench"_s << title << text.toHtmlEscaped()
          << QStringList() << QVariantMap() << s_usualTime;
     QDBusConnection::sessionBus().call(call, QDBus::Block, s_answerLimit);

@@ -2,6 +2,6 @@
 
 #include <QString>
 
-/// Shows a message of the desktop's, from a program that has no window and no icon in the tray.
-/// Waits for the desktop two seconds at the most; nothing where it shows none.
+/// Shows a desktop notification, for a program that has neither a window nor a tray icon. Waits for
+/// the desktop for two seconds at most. Does nothing if the desktop shows no notifications.
 void showNotification(const QString &title, const QString &text);

@@ -2,15 +2,15 @@
 
 #include <QString>
 
-/// A lock on a file, which the system drops with the process, however that ends. The file stays:
-/// one that is removed could be locked by two programs, each with a file of that name of its own.
+/// A lock on a file. The system releases it when the process ends, however that happens. The file
+/// is never removed: otherwise two programs could each lock a file of the same name.
 class ProgramLock
 {
 public:
     enum class State {
         Held,
         Taken,      ///< another process has it
-        Impossible  ///< no such file can be made or locked here
+        Impossible  ///< the file can't be created or locked
     };
 
     explicit ProgramLock(QString path) : m_path(std::move(path)) {}

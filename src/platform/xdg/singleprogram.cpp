@@ -6,7 +6,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// A first program that has only just been started may need it on a busy machine.
+// On a busy machine a process that was just started may need this long to answer.
 constexpr int s_patience = 3000;  // milliseconds
 
 }  // namespace
@@ -16,8 +16,8 @@ SingleProgram::SingleProgram(const QString &folder, ApplicationBus::Handlers han
 {
 }
 
-// The other program may be on its way up, with no name on the bus yet, or on its way down: a start
-// right after "Quit" is meant to leave a program.
+// The other process may be starting and have no bus name yet, or be ending: a start right after
+// "Quit" must leave a running program.
 SingleProgram::Claim SingleProgram::claim()
 {
     Claim result = Claim::Unanswered;
