@@ -2,7 +2,6 @@
 
 #include "fakedesktop.h"
 
-#include <QFontMetrics>
 #include <QLabel>
 #include <QTest>
 
@@ -16,8 +15,6 @@ private slots:
     void isBounded();
     void givesUp_data();
     void givesUp();
-    void textsFit_data();
-    void textsFit();
 
 private:
     FakeDesktop m_desktop;
@@ -77,26 +74,6 @@ void TestDialogCountDown::givesUp()
     m_desktop.clock->advance(3000);
     QCOMPARE(panel.getResult(), 0);
     QVERIFY(panel.getSecond() < 0);
-}
-
-void TestDialogCountDown::textsFit_data()
-{
-    QTest::addColumn<int>("seconds");
-    QTest::newRow("one digit") << 3;
-    QTest::newRow("what the preferences offer") << 10;
-    QTest::newRow("what can be typed") << 86400;
-}
-
-void TestDialogCountDown::textsFit()
-{
-    QFETCH(int, seconds);
-    DialogCountDown panel;
-    panel.setSecond(seconds);
-    for (const QLabel *label : panel.findChildren<QLabel *>()) {
-        const QFontMetrics metrics(label->font());
-        QVERIFY2(metrics.horizontalAdvance(label->text()) <= label->width(),
-                 qPrintable(label->text()));
-    }
 }
 
 QTEST_MAIN(TestDialogCountDown)

@@ -5,11 +5,10 @@
 #include "config/settings.h"
 #include "config/xmlstore.h"
 #include "fakedesktop.h"
+#include "testmain.h"
 
-#include <QApplication>
 #include <QLabel>
 #include <QTemporaryDir>
-#include <QTest>
 
 #include <memory>
 
@@ -30,7 +29,6 @@ private slots:
     void showsPixels();
     void flees();
     void requests();
-    void textsFit();
 
 private:
     DigDetail *panel() const { return m_overlay->findChild<DigDetail *>(); }
@@ -231,28 +229,9 @@ void TestMagnifier::requests()
     request(eMagClose, {});
 }
 
-void TestMagnifier::textsFit()
+int main(int argc, char **argv)
 {
-    request(eMagOpen, {});
-    request(eMagUpdate, {-1600, 1299});
-    for (const auto &name : {u"LblX"_s, u"LblY"_s, u"LblR"_s, u"LblHex"_s}) {
-        const auto *label = panel()->findChild<QLabel *>(name);
-        QVERIFY2(label->sizeHint().width() <= label->width(), qPrintable(label->text()));
-    }
-    const auto *help = panel()->findChild<QLabel *>(u"label"_s);
-    QVERIFY(help->sizeHint().width() <= help->width());
-}
-
-int main(int argc, char *argv[])
-{
-    int failures = 0;
-    for (const char *scale : {"1", "1.5", "2"}) {
-        qputenv("QT_SCALE_FACTOR", scale);
-        const QApplication application(argc, argv);
-        TestMagnifier test;
-        failures += QTest::qExec(&test, argc, argv);
-    }
-    return failures;
+    return runAtScales<TestMagnifier>(argc, argv, {"1", "1.5", "2"});
 }
 
 #include "test_magnifier.moc"

@@ -4,15 +4,14 @@
 #include "capture/polygonoverlay.h"
 
 #include "fakedesktop.h"
+#include "testmain.h"
 
-#include <QApplication>
 #include <QBackingStore>
 #include <QContextMenuEvent>
 #include <QLabel>
 #include <QMenu>
 #include <QPainterPath>
 #include <QSignalSpy>
-#include <QTest>
 #include <QTimer>
 
 #include <functional>
@@ -288,16 +287,9 @@ void TestOverlays::polygonMenu()
     QCOMPARE(count(), 4);
 }
 
-int main(int argc, char *argv[])
+int main(int argc, char **argv)
 {
-    int failures = 0;
-    for (const char *scale : {"1", "1.5", "2"}) {
-        qputenv("QT_SCALE_FACTOR", scale);
-        const QApplication application(argc, argv);
-        TestOverlays test;
-        failures += QTest::qExec(&test, argc, argv);
-    }
-    return failures;
+    return runAtScales<TestOverlays>(argc, argv, {"1", "1.5", "2"});
 }
 
 #include "test_overlays.moc"

@@ -1,8 +1,8 @@
 #include "capture/rectangleoverlay.h"
 
 #include "fakedesktop.h"
+#include "testmain.h"
 
-#include <QApplication>
 #include <QBackingStore>
 #include <QContextMenuEvent>
 #include <QLabel>
@@ -11,7 +11,6 @@
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTemporaryDir>
-#include <QTest>
 #include <QTimer>
 
 #include <functional>
@@ -34,7 +33,6 @@ private slots:
     void ends();
     void leavesChangedDesktop();
     void menuEndsDrag();
-    void captionFits();
     void icons();
 
 private:
@@ -301,17 +299,6 @@ void TestRectangleOverlay::menuEndsDrag()
     QCOMPARE(m_dialog->getPixmap().size(), QSize(100, 80));
 }
 
-// The longest text of a desktop of this size, as a key writes it.
-void TestRectangleOverlay::captionFits()
-{
-    m_desktop->windows->screenList = {{0, 0, 3840, 2160}};
-    open();
-    drag({10, 10}, {3700, 2100});
-    QTest::keyClick(surface(), Qt::Key_A);
-    for (const QLabel *text : {label(u"label_6"_s), label(u"label_8"_s)})
-        QVERIFY2(text->sizeHint().width() <= text->width(), qPrintable(text->text()));
-}
-
 void TestRectangleOverlay::icons()
 {
     const QTemporaryDir folder;
@@ -327,16 +314,9 @@ void TestRectangleOverlay::icons()
     QCOMPARE(shown.pixelColor(0, 0).alpha(), 0);
 }
 
-int main(int argc, char *argv[])
+int main(int argc, char **argv)
 {
-    int failures = 0;
-    for (const char *scale : {"1", "1.5", "2"}) {
-        qputenv("QT_SCALE_FACTOR", scale);
-        const QApplication application(argc, argv);
-        TestRectangleOverlay test;
-        failures += QTest::qExec(&test, argc, argv);
-    }
-    return failures;
+    return runAtScales<TestRectangleOverlay>(argc, argv, {"1", "1.5", "2"});
 }
 
 #include "test_rectangleoverlay.moc"

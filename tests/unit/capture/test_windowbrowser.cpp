@@ -1,9 +1,9 @@
 #include "capture/windowbrowser.h"
 
 #include "fakedesktop.h"
+#include "testmain.h"
 #include "platform/windowlist.h"
 
-#include <QApplication>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
@@ -11,7 +11,6 @@
 #include <QRadioButton>
 #include <QSlider>
 #include <QTemporaryDir>
-#include <QTest>
 
 #include <memory>
 
@@ -307,16 +306,9 @@ void TestWindowBrowser::fieldDecorations()
     QCOMPARE(clear->pixmap().size(), QSize(8, 8));
 }
 
-int main(int argc, char *argv[])
+int main(int argc, char **argv)
 {
-    int failures = 0;
-    for (const char *scale : {"1", "1.5", "2"}) {
-        qputenv("QT_SCALE_FACTOR", scale);
-        const QApplication application(argc, argv);
-        TestWindowBrowser test;
-        failures += QTest::qExec(&test, argc, argv);
-    }
-    return failures;
+    return runAtScales<TestWindowBrowser>(argc, argv, {"1", "1.5", "2"});
 }
 
 #include "test_windowbrowser.moc"

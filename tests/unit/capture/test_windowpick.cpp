@@ -1,10 +1,9 @@
 #include "capture/windowpick.h"
 
 #include "fakedesktop.h"
+#include "testmain.h"
 #include "platform/windowlist.h"
 
-#include <QApplication>
-#include <QTest>
 #include <QTimer>
 
 #include <functional>
@@ -167,16 +166,9 @@ void TestWindowPick::leavesWindowsOut()
     QVERIFY(m_overlay->getPixmap(nullptr).isNull());
 }
 
-int main(int argc, char *argv[])
+int main(int argc, char **argv)
 {
-    int failures = 0;
-    for (const char *scale : {"1", "1.5", "2"}) {
-        qputenv("QT_SCALE_FACTOR", scale);
-        const QApplication application(argc, argv);
-        TestWindowPick test;
-        failures += QTest::qExec(&test, argc, argv);
-    }
-    return failures;
+    return runAtScales<TestWindowPick>(argc, argv, {"1", "1.5", "2"});
 }
 
 #include "test_windowpick.moc"
