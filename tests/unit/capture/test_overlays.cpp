@@ -3,44 +3,33 @@
 #include "capture/ellipseoverlay.h"
 #include "capture/polygonoverlay.h"
 
-#include "fakedesktop.h"
-#include "testmain.h"
+#include "overlayfixture.h"
 
-#include <QBackingStore>
-#include <QContextMenuEvent>
-#include <QLabel>
-#include <QMenu>
 #include <QPainterPath>
 #include <QSignalSpy>
-#include <QTimer>
-
-#include <functional>
-#include <memory>
 
 using namespace Qt::StringLiterals;
 
-// Everything here is told in device pixels, so the same rows hold at every scale.
-class TestOverlays : public QObject
+namespace {
+
+// Outlines that are cut where a repaint ends come out a shade different there.
+constexpr int s_shades = 8;
+
+}  // namespace
+
+class TestOverlays : public OverlayTest
 {
     Q_OBJECT
 
 private slots:
-    void init()
-    {
-        m_overlay.reset();
-        m_desktop = std::make_unique<FakeDesktop>();
-        m_desktop->windows->screenList = {{0, 0, 600, 450}, {-600, 0, 600, 450}};
-        m_desktop->windows->list = {
-            {.entry = {.number = 2, .bounds = {-50, 60, 201, 151}}, .color = QColor(0, 160, 255)},
-            {.entry = {.number = 1, .bounds = {-600, 0, 1200, 450}}, .color = QColor(200, 40, 7)}};
-    }
+    void init() { begin({{0, 0, 600, 450}, {-600, 0, 600, 450}}); }
 
     void ellipsePicture()
     {
         auto &overlay = open<MyDrawRound>();
         QCOMPARE(overlay.getEllipse(), nullptr);
         drag({501, 101}, {652, 202});
-        QCOMPARE(overlay.findChild<QLabel *>(u"label_6"_s)->text(), u"151 px"_s);
+        QCOMPARE(text(u"label_6"_s), u"151 px"_s);
         const QRect global(-99, 101, 151, 101);
         QCOMPARE(overlay.getPixmap().toImage(), m_desktop->windows->picture(global, {2, 1}));
         const std::unique_ptr<QPainterPath> ellipse(overlay.getEllipse());
@@ -81,12 +70,12 @@ private slots:
         mouse(QEvent::MouseButtonPress, {301, 203}, Qt::LeftButton);
         for (const QPoint to : {QPoint(305, 206), {390, 333}, {217, 251}, {14, 9}, {599, 449}}) {
             mouse(QEvent::MouseMove, to, Qt::LeftButton);
-            compareWithFullRepaint();
+            compareWithFullRepaint(s_shades);
         }
         mouse(QEvent::MouseButtonRelease, {599, 449}, Qt::NoButton);
-        compareWithFullRepaint();
+        compareWithFullRepaint(s_shades);
         drag({451, 303}, {377, 251});  // moves the region
-        compareWithFullRepaint();
+        compareWithFullRepaint(s_shades);
     }
 
     void polygonPicture()
@@ -136,22 +125,22 @@ private slots:
         const QImage empty = onScreen();
         for (const QPoint at : {QPoint(601, 101), {1153, 303}, {700, 400}, {20, 30}}) {
             mouse(QEvent::MouseMove, at + QPoint(-40, 9), Qt::NoButton);
-            compareWithFullRepaint();
+            compareWithFullRepaint(s_shades);
             click(at);
-            compareWithFullRepaint();
+            compareWithFullRepaint(s_shades);
         }
         // A hand that goes around, over thousands of points.
         mouse(QEvent::MouseButtonPress, {20, 30}, Qt::LeftButton);
         for (int step = 0; step < 3000; ++step)
             mouse(QEvent::MouseMove, {20 + step * 7 % 1100, 30 + step * 3 % 400}, Qt::LeftButton);
-        compareWithFullRepaint();
+        compareWithFullRepaint(s_shades);
         mouse(QEvent::MouseButtonRelease, {20, 30}, Qt::NoButton);
         mouse(QEvent::MouseMove, {604, 104}, Qt::NoButton);
-        compareWithFullRepaint();
+        compareWithFullRepaint(s_shades);
         // The red circle around the first vertex.
         QVERIFY(onScreen().pixelColor(596, 101).red() > empty.pixelColor(596, 101).red() + 40);
         overlay.deletelastpoint();
-        compareWithFullRepaint();
+        compareWithFullRepaint(s_shades);
         overlay.dialog_clear();
         QApplication::processEvents();
         QCOMPARE(onScreen(), empty);
@@ -180,97 +169,21 @@ private slots:
     void polygonMenu()
     {
         auto &overlay = open<dlgFreeHand>();
-        const auto disabled = [&] {
-            QStringList result;
-            QTimer::singleShot(0, this, [&] {
-                for (const QAction *action : m_overlay->findChild<QMenu *>()->actions()) {
-                    if (!action->isEnabled())
-                        result.append(action->text());
-                }
-                m_overlay->findChild<QMenu *>()->close();
-            });
-            QContextMenuEvent event(QContextMenuEvent::Mouse, {9, 9}, {9, 9});
-            QApplication::sendEvent(surface(), &event);  // returns when the menu does
-            return result;
-        };
-        QCOMPARE(disabled(), (QStringList{u"Finish(Enter)"_s, u"Clear all points"_s}));
+        QCOMPARE(contextMenu(), (QStringList{u"Finish(Enter)"_s, u"Clear all points"_s}));
         click({10, 10});
-        QCOMPARE(disabled(), QStringList{u"Finish(Enter)"_s});
+        QCOMPARE(contextMenu(), QStringList{u"Finish(Enter)"_s});
         click({90, 10});
         click({90, 90});
-        QCOMPARE(disabled(), QStringList());
+        QCOMPARE(contextMenu(), QStringList());
         // The menu sets no vertex of its own, but ends a drag.
         const auto count = [&] { return std::unique_ptr<QPolygonF>(overlay.getPolygon())->size(); };
         QCOMPARE(count(), 4);
         mouse(QEvent::MouseButtonPress, {50, 50}, Qt::LeftButton);
-        disabled();
+        contextMenu();
         mouse(QEvent::MouseMove, {60, 60}, Qt::NoButton);
         mouse(QEvent::MouseMove, {70, 60}, Qt::NoButton);
         QCOMPARE(count(), 4);
     }
-
-private:
-    template<typename Overlay> Overlay &open()
-    {
-        auto overlay = std::make_unique<Overlay>();
-        Overlay &result = *overlay;
-        m_overlay = std::move(overlay);
-        m_overlay->show();
-        [[maybe_unused]] const bool exposed = QTest::qWaitForWindowExposed(m_overlay.get());
-        return result;
-    }
-    QWidget *surface() const { return m_overlay->findChild<QWidget *>(u"widget"_s); }
-    /// Moves the pointer there and sends the event. `pixel` is in overlay coordinates.
-    void mouse(QEvent::Type type, QPoint pixel, Qt::MouseButtons buttons)
-    {
-        m_desktop->windows->pointerPos = m_desktop->windows->covered.constLast().topLeft() + pixel;
-        const QPointF pos = QPointF(pixel) / m_overlay->devicePixelRatioF();
-        QMouseEvent event(type, pos, pos, Qt::LeftButton, buttons, Qt::NoModifier);
-        QApplication::sendEvent(surface(), &event);
-    }
-
-    void click(QPoint pixel)
-    {
-        mouse(QEvent::MouseMove, pixel, Qt::NoButton);
-        mouse(QEvent::MouseButtonPress, pixel, Qt::LeftButton);
-        mouse(QEvent::MouseButtonRelease, pixel, Qt::NoButton);
-    }
-
-    void drag(QPoint from, QPoint to)
-    {
-        mouse(QEvent::MouseButtonPress, from, Qt::LeftButton);
-        mouse(QEvent::MouseMove, to, Qt::LeftButton);
-        QApplication::processEvents();  // a band counts once it has been painted
-        mouse(QEvent::MouseButtonRelease, to, Qt::NoButton);
-        QApplication::processEvents();
-    }
-
-    QImage onScreen() const
-    {
-        const auto *image = dynamic_cast<QImage *>(m_overlay->backingStore()->paintDevice());
-        QImage copy = image->convertToFormat(QImage::Format_RGB32);
-        copy.setDevicePixelRatio(1);
-        return copy;
-    }
-
-    /// What was painted of late must look as if all of it had been.
-    void compareWithFullRepaint()
-    {
-        QApplication::processEvents();
-        const QImage partial = onScreen();
-        surface()->repaint();
-        const QImage full = onScreen();
-        // Outlines that are cut where a repaint ends come out a shade different there.
-        int worst = 0;
-        for (int y = 0; y < full.height(); ++y) {
-            for (int x = 0; x < full.width(); ++x)
-                worst = std::max(worst, qAbs(qRed(full.pixel(x, y)) - qRed(partial.pixel(x, y))));
-        }
-        QVERIFY2(worst <= 8, qPrintable(QString::number(worst)));
-    }
-
-    std::unique_ptr<FakeDesktop> m_desktop;
-    std::unique_ptr<CaptureOverlay> m_overlay;
 };
 
 int main(int argc, char **argv) { return runAtScales<TestOverlays>(argc, argv, {"1", "1.5", "2"}); }

@@ -2,6 +2,9 @@
 
 #include "fakedesktop.h"
 #include "platform/windowlist.h"
+#include "rows.h"
+#include "scratch.h"
+#include "solid.h"
 #include "testmain.h"
 
 #include <QLabel>
@@ -10,7 +13,6 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QSlider>
-#include <QTemporaryDir>
 
 #include <memory>
 
@@ -61,47 +63,45 @@ private slots:
                           window(14, u"Terminal"_s, {40, 20}, Qt::cyan)};
     }
 
-    void thumbnails_data()
-    {
-        QTest::addColumn<int>("size");
-        QTest::newRow("smallest") << 75;
-        QTest::newRow("as it opens") << 0;
-        QTest::newRow("largest") << 225;
-    }
-
     void thumbnails()
     {
-        QFETCH(int, size);
-        open();
-        auto *slider = child<QSlider>(u"horizontalSlider"_s);
-        QCOMPARE(slider->value(), 149);
-        if (size != 0)
-            slider->setValue(size);
-        size = slider->value();
-        QCOMPARE(list()->iconSize(), QSize(size, size));
-        QCOMPARE(list()->gridSize(), QSize(size + 25, size + 25));
-        const int side = qRound(size * m_browser->devicePixelRatioF());
-        const auto boxOf = [&](int row, const QColor &color) {
-            const QImage image = icon(row);
-            QRect box;
-            for (int y = 0; y < image.height(); ++y) {
-                for (int x = 0; x < image.width(); ++x) {
-                    if (image.pixelColor(x, y) == color)
-                        box |= QRect(x, y, 1, 1);
-                    else if (image.pixelColor(x, y) != QColor(Qt::white))
-                        return QRect(x, y, -1, -1);
+        const auto check = [&](const QByteArray &row, int size) {
+            init();
+            open();
+            auto *slider = child<QSlider>(u"horizontalSlider"_s);
+            expect(row, slider->value(), 149);
+            if (size != 0)
+                slider->setValue(size);
+            size = slider->value();
+            expect(row, list()->iconSize(), QSize(size, size));
+            expect(row, list()->gridSize(), QSize(size + 25, size + 25));
+            const int side = qRound(size * m_browser->devicePixelRatioF());
+            const auto boxOf = [&](int index, const QColor &color) {
+                const QImage image = icon(index);
+                QRect box;
+                for (int y = 0; y < image.height(); ++y) {
+                    for (int x = 0; x < image.width(); ++x) {
+                        if (image.pixelColor(x, y) == color)
+                            box |= QRect(x, y, 1, 1);
+                        else if (image.pixelColor(x, y) != QColor(Qt::white))
+                            return QRect(x, y, -1, -1);
+                    }
                 }
-            }
-            return image.size() == QSize(side, side) ? box : QRect();
+                return image.size() == QSize(side, side) ? box : QRect();
+            };
+            const auto centred = [side](QSize picture) {
+                if (picture.width() >= side || picture.height() >= side)
+                    picture.scale(side, side, Qt::KeepAspectRatio);
+                return QRect({(side - picture.width()) / 2, (side - picture.height()) / 2},
+                             picture);
+            };
+            expect(row, boxOf(0, Qt::red), centred({400, 200}));
+            expect(row, boxOf(1, Qt::green), centred({300, 600}));
+            expect(row, boxOf(2, Qt::cyan), centred({40, 20}));
         };
-        const auto centred = [side](QSize picture) {
-            if (picture.width() >= side || picture.height() >= side)
-                picture.scale(side, side, Qt::KeepAspectRatio);
-            return QRect({(side - picture.width()) / 2, (side - picture.height()) / 2}, picture);
-        };
-        QCOMPARE(boxOf(0, Qt::red), centred({400, 200}));
-        QCOMPARE(boxOf(1, Qt::green), centred({300, 600}));
-        QCOMPARE(boxOf(2, Qt::cyan), centred({40, 20}));
+        check("smallest", 75);
+        check("as it opens", 0);
+        check("largest", 225);
     }
 
     void windowsOfAllKinds()
@@ -235,17 +235,15 @@ private slots:
 
     void fieldDecorations()
     {
-        const QTemporaryDir folder;
-        const auto file = [&](const QString &name, QSize size) {
-            QImage image(size, QImage::Format_RGB32);
-            image.fill(Qt::white);
-            image.setPixelColor(4, 4, Qt::red);
-            image.save(folder.filePath(name));
-            return folder.filePath(name);
-        };
+        const Scratch scratch;
         open();
-        m_browser->clearFilledFile = file(u"filled.png"_s, {8, 8});
-        m_browser->clearFilledFocusFile = file(u"focus.png"_s, {9, 9});
+        for (const auto &[file, side] :
+             {std::pair(&m_browser->clearFilledFile, 8), {&m_browser->clearFilledFocusFile, 9}}) {
+            QImage image = solid({side, side}, Qt::white).toImage();
+            image.setPixelColor(4, 4, Qt::red);
+            *file = scratch.path(QString::number(side) + u".png"_s);
+            QVERIFY(image.save(*file));
+        }
         auto *clear = child<QLabel>(u"label_clear"_s);
         auto *field = child<QLineEdit>(u"lineEdit"_s);
         QVERIFY(!clear->isVisible());

@@ -91,7 +91,8 @@ private slots:
                                int pick) {
             const WindowOutlines made =
                 outlines({{{0, 0, 800, 20}, 25}, {{50, 40, 200, 90}}, {{10, 10, 100, 80}}});
-            expect(row, made.pick(point, current, [leftOut](int index) { return index == leftOut; }),
+            expect(row,
+                   made.pick(point, current, [leftOut](int index) { return index == leftOut; }),
                    pick);
         };
         check("the front one of two", {60, 60}, 0, 0, 2);

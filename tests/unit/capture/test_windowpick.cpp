@@ -2,6 +2,7 @@
 
 #include "fakedesktop.h"
 #include "platform/windowlist.h"
+#include "rows.h"
 #include "testmain.h"
 
 #include <QTimer>
@@ -31,35 +32,32 @@ private slots:
         m_desktop->windows->pointerPos = {-280, 50};
     }
 
-    void tintsWhatIsSeen_data()
-    {
-        QTest::addColumn<bool>("composited");
-        QTest::newRow("compositor") << true;
-        QTest::newRow("no compositor") << false;
-    }
-
     void tintsWhatIsSeen()
     {
-        QFETCH(bool, composited);
-        m_desktop->windows->composited = composited;
-        m_overlay = std::make_unique<mouseShot>();
-        QCOMPARE(m_overlay->windowOpacity(), 1.0);
-        QCOMPARE(m_desktop->windows->covered, (QList<QRect>{{-600, 0, 1200, 450}}));
-        QImage shown(1200, 450, QImage::Format_ARGB32_Premultiplied);
-        shown.fill(Qt::white);
-        shown.setDevicePixelRatio(m_overlay->devicePixelRatioF());
-        surface()->render(&shown, {}, {}, {});
-        const auto at = [&](int x, int y) { return shown.pixelColor(x + 600, y); };
-        const QColor clear = composited ? QColor(0, 0, 0, 0) : QColor(Qt::black);
-        const QColor tinted = composited ? QColor(0, 0, 0, 100) : QColor(122, 24, 4);
-        const QColor covered = composited ? clear : QColor(0, 160, 255);
-        QCOMPARE(at(-300, 30), tinted);
-        QCOMPARE(at(99, 329), tinted);
-        QCOMPARE(at(100, 329), clear);
-        QCOMPARE(at(-301, 30), clear);
-        QCOMPARE(at(-250, 60), covered);
-        QCOMPARE(at(-51, 209), covered);
-        QCOMPARE(at(-50, 209), tinted);
+        const auto check = [&](const QByteArray &row, bool composited) {
+            init();
+            m_desktop->windows->composited = composited;
+            m_overlay = std::make_unique<mouseShot>();
+            expect(row, m_overlay->windowOpacity(), 1.0);
+            expect(row, m_desktop->windows->covered, (QList<QRect>{{-600, 0, 1200, 450}}));
+            QImage shown(1200, 450, QImage::Format_ARGB32_Premultiplied);
+            shown.fill(Qt::white);
+            shown.setDevicePixelRatio(m_overlay->devicePixelRatioF());
+            surface()->render(&shown, {}, {}, {});
+            const auto at = [&](int x, int y) { return shown.pixelColor(x + 600, y); };
+            const QColor clear = composited ? QColor(0, 0, 0, 0) : QColor(Qt::black);
+            const QColor tinted = composited ? QColor(0, 0, 0, 100) : QColor(122, 24, 4);
+            const QColor covered = composited ? clear : QColor(0, 160, 255);
+            expect(row, at(-300, 30), tinted);
+            expect(row, at(99, 329), tinted);
+            expect(row, at(100, 329), clear);
+            expect(row, at(-301, 30), clear);
+            expect(row, at(-250, 60), covered);
+            expect(row, at(-51, 209), covered);
+            expect(row, at(-50, 209), tinted);
+        };
+        check("compositor", true);
+        check("no compositor", false);
     }
 
     void followsThePointer()
@@ -88,45 +86,34 @@ private slots:
         QCOMPARE(name, u"as it was"_s);
     }
 
-    void ends_data()
-    {
-        using End = std::function<void(TestWindowPick &)>;
-        QTest::addColumn<End>("end");
-        QTest::addColumn<int>("result");
-        const auto pressing = [](Qt::MouseButton button, Qt::MouseButtons buttons) {
-            return End([=](TestWindowPick &test) { test.press(button, buttons); });
-        };
-        const auto key = [](Qt::Key code) {
-            return End([=](TestWindowPick &test) { QTest::keyClick(test.surface(), code); });
-        };
-        QTest::newRow("left") << pressing(Qt::LeftButton, Qt::LeftButton) << 1;
-        QTest::newRow("right") << pressing(Qt::RightButton, Qt::RightButton) << 0;
-        QTest::newRow("both") << pressing(Qt::RightButton, Qt::LeftButton | Qt::RightButton) << 1;
-        QTest::newRow("Return") << key(Qt::Key_Return) << 1;
-        QTest::newRow("Escape") << key(Qt::Key_Escape) << 0;
-        QTest::newRow("the end of the program")
-            << End([](TestWindowPick &) { QApplication::exit(); }) << 0;
-    }
-
     void ends()
     {
-        using End = std::function<void(TestWindowPick &)>;
-        QFETCH(End, end);
-        m_overlay = std::make_unique<mouseShot>();
-        int result = -1;
-        QTimer::singleShot(1, this, [&] {
-            result = m_overlay->exec();
-            QApplication::exit();
-        });
-        QTimer::singleShot(2, this, [&] {
-            QTest::keyClick(surface(), Qt::Key_Space);  // means nothing
-            press(Qt::MiddleButton, Qt::MiddleButton);
-            end(*this);
-        });
-        QApplication::exec();
-        QTEST(result, "result");
-        QVERIFY(!m_overlay->isVisible());
-        QCOMPARE(QWidget::keyboardGrabber(), nullptr);
+        const auto check = [this](const QByteArray &row, int expected,
+                                  const std::function<void()> &end) {
+            init();
+            m_overlay = std::make_unique<mouseShot>();
+            int result = -1;
+            QTimer::singleShot(1, this, [&] {
+                result = m_overlay->exec();
+                QApplication::exit();
+            });
+            QTimer::singleShot(2, this, [&] {
+                QTest::keyClick(surface(), Qt::Key_Space);  // means nothing
+                press(Qt::MiddleButton, Qt::MiddleButton);
+                end();
+            });
+            QApplication::exec();
+            expect(row, result, expected);
+            expect(row, m_overlay->isVisible(), false);
+            expect(row, QWidget::keyboardGrabber(), nullptr);
+        };
+        const Qt::MouseButtons both = Qt::LeftButton | Qt::RightButton;
+        check("left", 1, [this] { press(Qt::LeftButton, Qt::LeftButton); });
+        check("right", 0, [this] { press(Qt::RightButton, Qt::RightButton); });
+        check("both", 1, [&] { press(Qt::RightButton, both); });
+        check("Return", 1, [this] { QTest::keyClick(surface(), Qt::Key_Return); });
+        check("Escape", 0, [this] { QTest::keyClick(surface(), Qt::Key_Escape); });
+        check("the end of the program", 0, [] { QApplication::exit(); });
     }
 
     void leavesWindowsOut()

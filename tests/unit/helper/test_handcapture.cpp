@@ -3,8 +3,7 @@
 #include "fakedesktop.h"
 #include "helper/handcapture.h"
 #include "helper/scrollpage.h"
-
-#include <QTest>
+#include "rows.h"
 
 #include <algorithm>
 #include <cmath>
@@ -98,47 +97,42 @@ private slots:
         services().windows = std::move(server);
     }
 
-    void follows_data()
-    {
-        QTest::addColumn<QList<QPoint>>("places");
-        QTest::addColumn<int>("speed");  // pixels a second
-        const QList<QPoint> upright{{0, 900}, {0, 8000}, {0, 0}};
-        QTest::newRow("500 a second") << QList<QPoint>{{0, 300}, {0, 900}, {0, 0}} << 500;
-        QTest::newRow("2,000 a second") << upright << 2000;
-        QTest::newRow("8,000 a second") << upright << 8000;
-        QTest::newRow("across") << QList<QPoint>{{700, 0}, {3000, 0}, {0, 0}} << 2000;
-        QTest::newRow("both, beside bars")
-            << QList<QPoint>{{600, 400}, {0, 0},   {600, 30}, {20, 380},
-                             {600, 400}, {0, 400}, {600, 0}}
-            << 3000;
-        QTest::newRow("both, a button over it")
-            << QList<QPoint>{{0, 0}, {600, 0}, {600, 200}, {0, 200}, {0, 400}, {600, 400}} << 1500;
-    }
-
     // In both directions each way, and slantwise.
     void follows()
     {
-        QFETCH(QList<QPoint>, places);
-        QFETCH(int, speed);
-        // Slantwise a bar is over something else at each look, and belongs to none of it.
-        if (speed == 3000)
-            m_server->frame = {.footer = 24, .scrollBar = 14};
-        const QSize view = m_server->frame.content(m_server->bounds.size()).size();
-        QRect all;
-        for (const QPoint &place : places)
-            all |= QRect(place, view);
-        // Of which the last line is no blank one.
-        m_server->page = textPage(all.width(), all.height(), 2);
-        m_server->path = walk(places, speed);
-        if (speed == 1500)
-            m_server->button = {400, 200, 60, 90};
-        qint64 end = 0;
-        for (qsizetype i = 0; i + 1 < places.size(); ++i)
-            end += 2000LL * (places[i] - places[i + 1]).manhattanLength() / speed + 200;
-        HandCapture hands({.window = s_number});
-        const ScrollCapture::Result result = takeFor(hands, end);
-        QCOMPARE(result.note, QString());
-        QCOMPARE(result.picture, m_server->page);
+        const auto check = [&](const QByteArray &row, const QList<QPoint> &places, int speed) {
+            init();
+            // Slantwise a bar is over something else at each look, and belongs to none of it.
+            if (speed == 3000)
+                m_server->frame = {.footer = 24, .scrollBar = 14};
+            const QSize view = m_server->frame.content(m_server->bounds.size()).size();
+            QRect all;
+            for (const QPoint &place : places)
+                all |= QRect(place, view);
+            // Of which the last line is no blank one.
+            m_server->page = textPage(all.width(), all.height(), 2);
+            m_server->path = walk(places, speed);
+            if (speed == 1500)
+                m_server->button = {400, 200, 60, 90};
+            qint64 end = 0;
+            for (qsizetype i = 0; i + 1 < places.size(); ++i)
+                end += 2000LL * (places[i] - places[i + 1]).manhattanLength() / speed + 200;
+            HandCapture hands({.window = s_number});
+            const ScrollCapture::Result result = takeFor(hands, end);
+            expect(row, result.note, QString());
+            expect(row, result.picture, m_server->page);
+        };
+        const QList<QPoint> upright{{0, 900}, {0, 8000}, {0, 0}};
+        check("500 a second", QList<QPoint>{{0, 300}, {0, 900}, {0, 0}}, 500);
+        check("2,000 a second", upright, 2000);
+        check("8,000 a second", upright, 8000);
+        check("across", QList<QPoint>{{700, 0}, {3000, 0}, {0, 0}}, 2000);
+        check(
+            "both, beside bars",
+            QList<QPoint>{{600, 400}, {0, 0}, {600, 30}, {20, 380}, {600, 400}, {0, 400}, {600, 0}},
+            3000);
+        check("both, a button over it",
+              QList<QPoint>{{0, 0}, {600, 0}, {600, 200}, {0, 200}, {0, 400}, {600, 400}}, 1500);
     }
 
     // A jump beyond what two looks share is not guessed at; the way back is shown, and leads on.
@@ -182,89 +176,81 @@ private slots:
         QVERIFY(isFound);
     }
 
-    void whatStays_data()
-    {
-        QTest::addColumn<Frame>("frame");
-        QTest::addColumn<bool>("isUp");
-        QTest::newRow("header, footer") << Frame{.header = 50, .footer = 24} << false;
-        QTest::newRow("header, footer, up") << Frame{.header = 50, .footer = 24} << true;
-        QTest::newRow("scroll bar") << Frame{.scrollBar = 14} << false;
-        QTest::newRow("all, and a side bar")
-            << Frame{.header = 50, .footer = 24, .sideBar = 60, .scrollBar = 14} << true;
-    }
-
     // The area is the whole window in its frame: what stays at its edges comes once, or not at all
     // where it would not reach along the content.
     void whatStays()
     {
-        QFETCH(Frame, frame);
-        QFETCH(bool, isUp);
-        m_server->frame = frame;
-        m_server->titleBar = frame.header / 2;
-        const int header = frame.header - m_server->titleBar;
-        const QRect content = frame.content(m_server->bounds.size());
-        m_server->page = textPage(content.width(), 2000);
-        const int lowest = 2000 - content.height();
-        m_server->path = [=](qint64 time) {
-            const int at = static_cast<int>(std::min<qint64>(time, lowest));
-            return QPoint(0, isUp ? lowest - at : at);
+        const auto check = [&](const QByteArray &row, const Frame &frame, bool isUp) {
+            init();
+            m_server->frame = frame;
+            m_server->titleBar = frame.header / 2;
+            const int header = frame.header - m_server->titleBar;
+            const QRect content = frame.content(m_server->bounds.size());
+            m_server->page = textPage(content.width(), 2000);
+            const int lowest = 2000 - content.height();
+            m_server->path = [=](qint64 time) {
+                const int at = static_cast<int>(std::min<qint64>(time, lowest));
+                return QPoint(0, isUp ? lowest - at : at);
+            };
+            HandCapture hands({.window = s_number});
+            const ScrollCapture::Result result = takeFor(hands, lowest + 200);
+            expect(row, result.note, QString());
+            const QImage view = frame.view(m_server->page, {}, m_server->bounds.size());
+            expect(row, result.picture.size(),
+                   QSize(content.width(), 2000 + header + frame.footer));
+            expect(row, result.picture.copy(0, header, content.width(), 2000), m_server->page);
+            expect(row, result.picture.copy(0, 0, content.width(), header),
+                   view.copy(content.x(), m_server->titleBar, content.width(), header));
         };
-        HandCapture hands({.window = s_number});
-        const ScrollCapture::Result result = takeFor(hands, lowest + 200);
-        QCOMPARE(result.note, QString());
-        const QImage view = frame.view(m_server->page, {}, m_server->bounds.size());
-        QCOMPARE(result.picture.size(), QSize(content.width(), 2000 + header + frame.footer));
-        QCOMPARE(result.picture.copy(0, header, content.width(), 2000), m_server->page);
-        QCOMPARE(result.picture.copy(0, 0, content.width(), header),
-                 view.copy(content.x(), m_server->titleBar, content.width(), header));
-    }
-
-    void ends_data()
-    {
-        QTest::addColumn<QString>("how");
-        QTest::addColumn<bool>("keeps");
-        QTest::addColumn<bool>("told");
-        QTest::newRow("Return") << u"keep"_s << true << false;
-        QTest::newRow("Escape") << u"discard"_s << false << false;
-        QTest::newRow("Return, lost") << u"lost"_s << true << true;
-        QTest::newRow("idle") << u"idle"_s << true << true;
-        QTest::newRow("closed") << u"closed"_s << true << true;
-        QTest::newRow("another size") << u"size"_s << true << true;
+        check("header, footer", Frame{.header = 50, .footer = 24}, false);
+        check("header, footer, up", Frame{.header = 50, .footer = 24}, true);
+        check("scroll bar", Frame{.scrollBar = 14}, false);
+        check("all, and a side bar",
+              Frame{.header = 50, .footer = 24, .sideBar = 60, .scrollBar = 14}, true);
     }
 
     void ends()
     {
-        QFETCH(QString, how);
-        m_server->page = textPage(700, 2500);
-        m_server->path = [&](qint64 time) {
-            return QPoint(0, how == u"lost" && time > 700 ? 2000 : std::min<int>(600, int(time)));
-        };
-        HandCapture hands(target());
-        constexpr qint64 begin = 1000;
-        qint64 last = 0;
-        m_server->onLook = [&](qint64 now) {
-            last = now;
-            if (now < begin || how == u"idle")
-                return;
-            if (how == u"keep" || how == u"lost")
-                hands.keep();
-            else if (how == u"discard")
-                hands.discard();
-            else if (how == u"closed")
-                m_server->bounds = {};
+        const auto check = [&](const QByteArray &row, const QString &how, bool keeps, bool told) {
+            init();
+            m_server->page = textPage(700, 2500);
+            m_server->path = [&](qint64 time) {
+                return QPoint(0,
+                              how == u"lost" && time > 700 ? 2000 : std::min<int>(600, int(time)));
+            };
+            HandCapture hands(target());
+            constexpr qint64 begin = 1000;
+            qint64 last = 0;
+            m_server->onLook = [&](qint64 now) {
+                last = now;
+                if (now < begin || how == u"idle")
+                    return;
+                if (how == u"keep" || how == u"lost")
+                    hands.keep();
+                else if (how == u"discard")
+                    hands.discard();
+                else if (how == u"closed")
+                    m_server->bounds = {};
+                else
+                    m_server->bounds.setWidth(650);
+            };
+            const ScrollCapture::Result result = hands.run();
+            expect(row, !result.picture.isNull(), keeps);
+            expect(row, !result.note.isEmpty(), told);
+            if (!result.picture.isNull())
+                expect(row, result.picture, m_server->page.copy(0, 0, 700, 1100));
+            expect(row, result.note.contains(QLocale().toString(1100)), how == u"lost");
+            if (how == u"idle")
+                QVERIFY2(last >= 60000 && last < 61000, row.constData());
             else
-                m_server->bounds.setWidth(650);
+                QVERIFY2(last < begin + 100, row.constData());
         };
-        const ScrollCapture::Result result = hands.run();
-        QTEST(!result.picture.isNull(), "keeps");
-        QTEST(!result.note.isEmpty(), "told");
-        if (!result.picture.isNull())
-            QCOMPARE(result.picture, m_server->page.copy(0, 0, 700, 1100));
-        QCOMPARE(result.note.contains(QLocale().toString(1100)), how == u"lost");
-        if (how == u"idle")
-            QVERIFY(last >= 60000 && last < 61000);
-        else
-            QVERIFY(last < begin + 100);
+        check("Return", u"keep"_s, true, false);
+        check("Escape", u"discard"_s, false, false);
+        check("Return, lost", u"lost"_s, true, true);
+        check("idle", u"idle"_s, true, true);
+        check("closed", u"closed"_s, true, true);
+        check("another size", u"size"_s, true, true);
     }
 
     // What is beyond is left out, and said; what is within is still followed.
@@ -284,38 +270,35 @@ private slots:
         QCOMPARE(taken.copy(seen).convertToFormat(QImage::Format_RGB32), page.copy(seen));
     }
 
-    void listing_data()
-    {
-        QTest::addColumn<bool>("repeats");
-        QTest::newRow("numbers at the left") << false;
-        QTest::newRow("the same in each column") << true;
-    }
-
     // Lines that differ by their numbers alone: a wrong distance explains nearly all of a view.
     // With a line's number in each of its columns, one further across does as well as the one
     // straight below.
     void listing()
     {
-        QFETCH(bool, repeats);
-        QImage page = plainPage(700, 17 * 400);
-        for (int line = 0; line < 400; ++line) {
-            glyphs().number(page, 20, 17 * line + 4, line);
-            for (int x = repeats ? 60 : 100; x < 690; x += repeats ? 40 : 60)
-                glyphs().number(page, x, 17 * line + 4, repeats ? line : 31415);
-        }
-        m_server->page = page;
-        m_server->path = [](qint64 time) {
-            // By whole lines, and once by a hundred and a few.
-            const int line = static_cast<int>(time / 12);
-            return QPoint(0, 17 * (time < 2000   ? line
-                                   : time < 3000 ? 255 + line / 10
-                                                 : line - 110));
+        const auto check = [&](const QByteArray &row, bool repeats) {
+            init();
+            QImage page = plainPage(700, 17 * 400);
+            for (int line = 0; line < 400; ++line) {
+                glyphs().number(page, 20, 17 * line + 4, line);
+                for (int x = repeats ? 60 : 100; x < 690; x += repeats ? 40 : 60)
+                    glyphs().number(page, x, 17 * line + 4, repeats ? line : 31415);
+            }
+            m_server->page = page;
+            m_server->path = [](qint64 time) {
+                // By whole lines, and once by a hundred and a few.
+                const int line = static_cast<int>(time / 12);
+                return QPoint(0, 17 * (time < 2000   ? line
+                                       : time < 3000 ? 255 + line / 10
+                                                     : line - 110));
+            };
+            HandCapture hands(target());
+            const ScrollCapture::Result result = takeFor(hands, 5000);
+            expect(row, result.note, QString());
+            QVERIFY2(result.picture.height() > 5000, row.constData());
+            expect(row, result.picture, page.copy(0, 0, 700, result.picture.height()));
         };
-        HandCapture hands(target());
-        const ScrollCapture::Result result = takeFor(hands, 5000);
-        QCOMPARE(result.note, QString());
-        QVERIFY(result.picture.height() > 5000);
-        QCOMPARE(result.picture, page.copy(0, 0, 700, result.picture.height()));
+        check("numbers at the left", false);
+        check("the same in each column", true);
     }
 
     // A table whose headings go along one way each, with both scroll bars: over the top and down
