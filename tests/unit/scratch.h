@@ -5,6 +5,13 @@
 #include <QFileInfo>
 #include <QTemporaryDir>
 
+/// What a file holds; empty where there is none.
+inline QByteArray contentOf(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
 // A folder for the files of one test, in memory where that can be; it goes with the object.
 struct Scratch {
     QTemporaryDir folder{(QFileInfo(QStringLiteral("/dev/shm")).isWritable()
@@ -22,9 +29,5 @@ struct Scratch {
         return file.fileName();
     }
 
-    QByteArray get(const QString &name) const
-    {
-        QFile file(path(name));
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    }
+    QByteArray get(const QString &name) const { return contentOf(path(name)); }
 };

@@ -5,11 +5,11 @@
 #include "config/settings.h"
 #include "config/xmlstore.h"
 #include "fakedesktop.h"
+#include "rows.h"
+#include "testmain.h"
 
-#include <QApplication>
 #include <QLabel>
 #include <QTemporaryDir>
-#include <QTest>
 
 #include <memory>
 
@@ -21,16 +21,184 @@ class TestMagnifier : public QObject
     Q_OBJECT
 
 private slots:
-    void init();
-    void cleanup();
-    void view_data();
-    void view();
-    void edges();
-    void corners();
-    void showsPixels();
-    void flees();
-    void requests();
-    void textsFit();
+    void init()
+    {
+        m_folder = std::make_unique<QTemporaryDir>();
+        g_ResourceFileName = m_folder->filePath(u"SnapWorkbench.xml"_s);
+        QFile file(g_ResourceFileName);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write("<Galeway ver=\"1\"/>");
+        file.close();
+        m_desktop = std::make_unique<FakeDesktop>();
+        FakeWindowServer &server = *m_desktop->windows;
+        server.screenList = {{0, 0, 3200, 2400}, {-1600, 100, 1600, 1200}};
+        server.list = {
+            {.entry = {.number = 9, .bounds = {-1600, 0, 4800, 2400}},
+             .color = Qt::white},  // overlay
+            {.entry = {.number = 3, .bounds = {403, 301, 1, 1}}, .color = QColor(1, 2, 171)},
+            {.entry = {.number = 2, .bounds = {-300, 200, 900, 600}},
+             .color = QColor(250, 128, 7)}};
+        m_magnifier = std::make_unique<Magnifier>();
+        m_overlay = std::make_unique<dlgFreeHand>();
+        server.numbers = {{m_overlay.get(), 9}};
+        m_multiple = 8;
+    }
+
+    void cleanup()
+    {
+        m_overlay.reset();
+        FreeAllXmlDocument();
+    }
+
+    void view()
+    {
+        const auto check = [&](const QByteArray &row, QSize size, int multiple, const QRect &source,
+                               QPoint centre, const QRect &mark) {
+            const MagnifierView view{size, multiple};
+            const QPoint point(1000, 500);
+            expect(row, view.source(point), source);
+            expect(row, view.centre(), centre);
+            expect(row, view.centreMark(), mark);
+            const QPoint block(view.centre().x() / multiple, view.centre().y() / multiple);
+            expect(row, view.source(point).topLeft() + block, point);
+            QVERIFY2(view.centreMark().adjusted(0, 0, 1, 1).contains(view.centre()),
+                     row.constData());
+        };
+        check("37 blocks and a rest", {300, 300}, 8, {982, 482, 37, 37}, {147, 147},
+              {144, 144, 7, 7});
+        check("even: before the middle", {288, 192}, 8, {983, 489, 36, 24}, {143, 95},
+              {136, 88, 7, 7});
+        check("one way odd", {184, 180}, 8, {989, 490, 23, 22}, {91, 87}, {88, 80, 7, 7});
+        check("odd blocks", {185, 181}, 5, {982, 483, 37, 36}, {92, 89}, {90, 85, 4, 4});
+        check("one block", {15, 9}, 8, {1000, 500, 1, 1}, {3, 3}, {0, 0, 7, 7});
+    }
+
+    void edges()
+    {
+        const MagnifierView view{{184, 184}, 8};
+        const QRect desktop(-1600, 0, 3200, 1300);
+        const auto visible = [&](QPoint point) {
+            return view.visible(view.source(point), desktop);
+        };
+        QCOMPARE(visible({0, 300}), QRect(0, 0, 184, 184));
+        QCOMPARE(visible({-1600, 300}), QRect(88, 0, 96, 184));
+        QCOMPARE(visible({-1600, 0}), QRect(88, 88, 96, 96));
+        QCOMPARE(visible({1599, 1299}), QRect(0, 0, 96, 96));
+        QVERIFY(visible({5000, 5000}).isEmpty());
+    }
+
+    void corners()
+    {
+        const QRect primary(0, 0, 1601, 1000);
+        const QRect left(-1600, 200, 1600, 1000);
+        const QRect right(1601, 0, 1600, 1000);
+        const QSize full(300, 314);
+        QCOMPARE(magnifierPlace(full, primary, {800, 499}), QPoint(1301, 686));
+        QCOMPARE(magnifierPlace(full, primary, {801, 500}), QPoint(0, 0));
+        QCOMPARE(magnifierPlace(full, left, {-1500, 300}), QPoint(-300, 886));
+        QCOMPARE(magnifierPlace(full, left, {-100, 300}), QPoint(-1600, 886));
+
+        const QSize small(192, 192);
+        const auto resized = [&](QPoint corner, const QRect &screen) {
+            return magnifierResized({corner, full}, small, screen).topLeft();
+        };
+        QCOMPARE(resized({1301, 686}, primary), QPoint(1409, 808));
+        QCOMPARE(resized({0, 0}, primary), QPoint(0, 0));
+        QCOMPARE(resized({1301, 0}, primary), QPoint(1409, 0));
+        QCOMPARE(resized({-300, 886}, left), QPoint(-192, 1008));
+        QCOMPARE(resized({1601, 0}, right), QPoint(1601, 0));
+    }
+
+    void showsPixels()
+    {
+        request(eMagOpen, {});
+        request(eMagUpdate, {403, 301});
+        QCOMPARE(text(u"LblX"_s), u"X: 403 px"_s);
+        QCOMPARE(text(u"LblY"_s), u"Y: 301 px"_s);
+        QCOMPARE(text(u"LblR"_s), u"R: 1"_s);
+        QCOMPARE(text(u"LblG"_s), u"G: 2"_s);
+        QCOMPARE(text(u"LblB"_s), u"B: 171"_s);
+        QCOMPARE(text(u"LblHex"_s), u"0102ab"_s);
+
+        // One pixel is one block, and the mark around it has the opposite colour.
+        auto *label = panel()->findChild<QLabel *>(u"m_Label"_s);
+        const MagnifierView view{(QSizeF(label->size()) * label->devicePixelRatioF()).toSize(), 8};
+        const QPoint corner = view.centreMark().topLeft();
+        QImage shown = label->grab().toImage();
+        QCOMPARE(shown.pixelColor(corner), QColor(254, 253, 84));
+        QCOMPARE(shown.pixelColor(corner + QPoint(7, 7)), QColor(254, 253, 84));
+        QCOMPARE(shown.pixelColor(corner + QPoint(1, 1)), QColor(1, 2, 171));
+        QCOMPARE(shown.pixelColor(corner + QPoint(6, 6)), QColor(1, 2, 171));
+        QCOMPARE(shown.pixelColor(corner - QPoint(1, 1)), QColor(250, 128, 7));
+        QCOMPARE(shown.pixelColor(corner + QPoint(8, 8)), QColor(250, 128, 7));
+
+        // Off the desktop it is black, inside it is framed; on the other screen it shows that one.
+        request(eMagUpdate, {-1600, 400});
+        QCOMPARE(text(u"LblX"_s), u"X: -1600 px"_s);
+        shown = label->grab().toImage();
+        QCOMPARE(shown.pixelColor(corner - QPoint(3, 3)), QColor(0, 0, 0));
+        QCOMPARE(shown.pixelColor(corner + QPoint(0, -9)), QColor(152, 161, 168));
+        request(eMagUpdate, {-200, 400});
+        QCOMPARE(text(u"LblHex"_s), u"fa8007"_s);
+    }
+
+    void flees()
+    {
+        request(eMagOpen, {});
+        const QSize size = panel()->area().size();
+        const auto placeAfter = [this](QPoint pos) {
+            request(eMagUpdate, pos);
+            return panel()->area().topLeft();
+        };
+        // From its first place in the corner of the desktop, where the first request is.
+        const QPoint far(3200 - size.width(), 2400 - size.height());
+        QCOMPARE(placeAfter({900, 700}), far);
+        QCOMPARE(placeAfter(far - QPoint(21, 21)), far);
+        QCOMPARE(placeAfter(far - QPoint(20, 20)), QPoint(0, 0));
+        // To the other monitor, and back.
+        QCOMPARE(placeAfter({-100, 1250}), QPoint(-1600, 100));
+        QCOMPARE(placeAfter({100, 100}), far);
+        QCOMPARE(m_desktop->windows->covered.constLast().topLeft(), far);
+    }
+
+    void requests()
+    {
+        // Nothing but an opening makes one, and only where it is wanted.
+        for (const EShowMagOpr opr : {eMagUpdate, eMagChangeMode, eMagClose})
+            request(opr, {5, 5});
+        m_magnifier->request(m_overlay.get(), eMagOpen, {}, 1, {});
+        QVERIFY(!panel());
+
+        request(eMagOpen, {});
+        QVERIFY(panel()->isVisible());
+        const QRect full = panel()->area();
+        request(eMagChangeMode, {});
+        QCOMPARE(GetConfigString(u"MagnificationMode"_s), u"2"_s);
+        QCOMPARE(panel()->area().bottomRight(), full.bottomRight());
+        QCOMPARE(panel()->size(), QSize(192, 192));
+        // 23 blocks both ways: the pixel itself is in the middle.
+        QCOMPARE(panel()->findChild<QLabel *>(u"m_Label"_s)->geometry(), QRect(4, 4, 184, 184));
+        QVERIFY(!panel()->findChild<QWidget *>(u"widget_2"_s)->isVisible());
+        request(eMagClose, {});
+        QVERIFY(!panel());
+
+        request(eMagOpen, {}, DigDetail::s_polygon);
+        QCOMPARE(panel()->size(), QSize(192, 192));
+        request(eMagChangeMode, {});
+        QCOMPARE(panel()->size(), QSize(300, 343));
+        QCOMPARE(GetConfigString(u"MagnificationMode"_s), u"1"_s);
+        panel()->SetMultiple(0);  // ignored
+        panel()->ReDrawZoomin({403, 301}, nullptr);
+        QCOMPARE(text(u"LblHex"_s), u"0102ab"_s);
+        // So large that no block fits.
+        m_multiple = 100000;
+        request(eMagUpdate, {403, 301});
+        QCOMPARE(text(u"LblHex"_s), u"000000"_s);
+        // The overlay takes it along, whatever is asked later.
+        m_overlay = std::make_unique<dlgFreeHand>();
+        request(eMagUpdate, {5, 5});
+        request(eMagClose, {});
+    }
 
 private:
     DigDetail *panel() const { return m_overlay->findChild<DigDetail *>(); }
@@ -47,212 +215,9 @@ private:
     int m_multiple = 8;
 };
 
-void TestMagnifier::init()
+int main(int argc, char **argv)
 {
-    m_folder = std::make_unique<QTemporaryDir>();
-    g_ResourceFileName = m_folder->filePath(u"SnapWorkbench.xml"_s);
-    QFile file(g_ResourceFileName);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write("<Galeway ver=\"1\"/>");
-    file.close();
-    m_desktop = std::make_unique<FakeDesktop>();
-    FakeWindowServer &server = *m_desktop->windows;
-    server.screenList = {{0, 0, 3200, 2400}, {-1600, 100, 1600, 1200}};
-    server.list = {
-        {.entry = {.number = 9, .bounds = {-1600, 0, 4800, 2400}}, .color = Qt::white},  // overlay
-        {.entry = {.number = 3, .bounds = {403, 301, 1, 1}}, .color = QColor(1, 2, 171)},
-        {.entry = {.number = 2, .bounds = {-300, 200, 900, 600}}, .color = QColor(250, 128, 7)}};
-    m_magnifier = std::make_unique<Magnifier>();
-    m_overlay = std::make_unique<dlgFreeHand>();
-    server.numbers = {{m_overlay.get(), 9}};
-    m_multiple = 8;
-}
-
-void TestMagnifier::cleanup()
-{
-    m_overlay.reset();
-    FreeAllXmlDocument();
-}
-
-void TestMagnifier::view_data()
-{
-    QTest::addColumn<QSize>("size");
-    QTest::addColumn<int>("multiple");
-    QTest::addColumn<QRect>("source");
-    QTest::addColumn<QPoint>("centre");
-    QTest::addColumn<QRect>("mark");
-    const auto row = [](const char *name, QSize size, int multiple, const QRect &source,
-                        QPoint centre, const QRect &mark) {
-        QTest::newRow(name) << size << multiple << source << centre << mark;
-    };
-    row("37 blocks and a rest", {300, 300}, 8, {982, 482, 37, 37}, {147, 147}, {144, 144, 7, 7});
-    row("even: before the middle", {288, 192}, 8, {983, 489, 36, 24}, {143, 95}, {136, 88, 7, 7});
-    row("one way odd", {184, 180}, 8, {989, 490, 23, 22}, {91, 87}, {88, 80, 7, 7});
-    row("odd blocks", {185, 181}, 5, {982, 483, 37, 36}, {92, 89}, {90, 85, 4, 4});
-    row("one block", {15, 9}, 8, {1000, 500, 1, 1}, {3, 3}, {0, 0, 7, 7});
-}
-
-void TestMagnifier::view()
-{
-    QFETCH(QSize, size);
-    QFETCH(int, multiple);
-    const MagnifierView view{size, multiple};
-    const QPoint point(1000, 500);
-    QTEST(view.source(point), "source");
-    QTEST(view.centre(), "centre");
-    QTEST(view.centreMark(), "mark");
-    const QPoint block(view.centre().x() / multiple, view.centre().y() / multiple);
-    QCOMPARE(view.source(point).topLeft() + block, point);
-    QVERIFY(view.centreMark().adjusted(0, 0, 1, 1).contains(view.centre()));
-}
-
-void TestMagnifier::edges()
-{
-    const MagnifierView view{{184, 184}, 8};
-    const QRect desktop(-1600, 0, 3200, 1300);
-    const auto visible = [&](QPoint point) { return view.visible(view.source(point), desktop); };
-    QCOMPARE(visible({0, 300}), QRect(0, 0, 184, 184));
-    QCOMPARE(visible({-1600, 300}), QRect(88, 0, 96, 184));
-    QCOMPARE(visible({-1600, 0}), QRect(88, 88, 96, 96));
-    QCOMPARE(visible({1599, 1299}), QRect(0, 0, 96, 96));
-    QVERIFY(visible({5000, 5000}).isEmpty());
-}
-
-void TestMagnifier::corners()
-{
-    const QRect primary(0, 0, 1601, 1000);
-    const QRect left(-1600, 200, 1600, 1000);
-    const QRect right(1601, 0, 1600, 1000);
-    const QSize full(300, 314);
-    QCOMPARE(magnifierPlace(full, primary, {800, 499}), QPoint(1301, 686));
-    QCOMPARE(magnifierPlace(full, primary, {801, 500}), QPoint(0, 0));
-    QCOMPARE(magnifierPlace(full, left, {-1500, 300}), QPoint(-300, 886));
-    QCOMPARE(magnifierPlace(full, left, {-100, 300}), QPoint(-1600, 886));
-
-    const QSize small(192, 192);
-    const auto resized = [&](QPoint corner, const QRect &screen) {
-        return magnifierResized({corner, full}, small, screen).topLeft();
-    };
-    QCOMPARE(resized({1301, 686}, primary), QPoint(1409, 808));
-    QCOMPARE(resized({0, 0}, primary), QPoint(0, 0));
-    QCOMPARE(resized({1301, 0}, primary), QPoint(1409, 0));
-    QCOMPARE(resized({-300, 886}, left), QPoint(-192, 1008));
-    QCOMPARE(resized({1601, 0}, right), QPoint(1601, 0));
-}
-
-void TestMagnifier::showsPixels()
-{
-    request(eMagOpen, {});
-    request(eMagUpdate, {403, 301});
-    QCOMPARE(text(u"LblX"_s), u"X: 403 px"_s);
-    QCOMPARE(text(u"LblY"_s), u"Y: 301 px"_s);
-    QCOMPARE(text(u"LblR"_s), u"R: 1"_s);
-    QCOMPARE(text(u"LblG"_s), u"G: 2"_s);
-    QCOMPARE(text(u"LblB"_s), u"B: 171"_s);
-    QCOMPARE(text(u"LblHex"_s), u"0102ab"_s);
-
-    // One pixel is one block, and the mark around it has the opposite colour.
-    auto *label = panel()->findChild<QLabel *>(u"m_Label"_s);
-    const MagnifierView view{(QSizeF(label->size()) * label->devicePixelRatioF()).toSize(), 8};
-    const QPoint corner = view.centreMark().topLeft();
-    QImage shown = label->grab().toImage();
-    QCOMPARE(shown.pixelColor(corner), QColor(254, 253, 84));
-    QCOMPARE(shown.pixelColor(corner + QPoint(7, 7)), QColor(254, 253, 84));
-    QCOMPARE(shown.pixelColor(corner + QPoint(1, 1)), QColor(1, 2, 171));
-    QCOMPARE(shown.pixelColor(corner + QPoint(6, 6)), QColor(1, 2, 171));
-    QCOMPARE(shown.pixelColor(corner - QPoint(1, 1)), QColor(250, 128, 7));
-    QCOMPARE(shown.pixelColor(corner + QPoint(8, 8)), QColor(250, 128, 7));
-
-    // Off the desktop it is black, inside it is framed; on the other screen it shows that one.
-    request(eMagUpdate, {-1600, 400});
-    QCOMPARE(text(u"LblX"_s), u"X: -1600 px"_s);
-    shown = label->grab().toImage();
-    QCOMPARE(shown.pixelColor(corner - QPoint(3, 3)), QColor(0, 0, 0));
-    QCOMPARE(shown.pixelColor(corner + QPoint(0, -9)), QColor(152, 161, 168));
-    request(eMagUpdate, {-200, 400});
-    QCOMPARE(text(u"LblHex"_s), u"fa8007"_s);
-}
-
-void TestMagnifier::flees()
-{
-    request(eMagOpen, {});
-    const QSize size = panel()->area().size();
-    const auto placeAfter = [this](QPoint pos) {
-        request(eMagUpdate, pos);
-        return panel()->area().topLeft();
-    };
-    // From its first place in the corner of the desktop, where the first request is.
-    const QPoint far(3200 - size.width(), 2400 - size.height());
-    QCOMPARE(placeAfter({900, 700}), far);
-    QCOMPARE(placeAfter(far - QPoint(21, 21)), far);
-    QCOMPARE(placeAfter(far - QPoint(20, 20)), QPoint(0, 0));
-    // To the other monitor, and back.
-    QCOMPARE(placeAfter({-100, 1250}), QPoint(-1600, 100));
-    QCOMPARE(placeAfter({100, 100}), far);
-    QCOMPARE(m_desktop->windows->covered.constLast().topLeft(), far);
-}
-
-void TestMagnifier::requests()
-{
-    // Nothing but an opening makes one, and only where it is wanted.
-    for (const EShowMagOpr opr : {eMagUpdate, eMagChangeMode, eMagClose})
-        request(opr, {5, 5});
-    m_magnifier->request(m_overlay.get(), eMagOpen, {}, 1, {});
-    QVERIFY(!panel());
-
-    request(eMagOpen, {});
-    QVERIFY(panel()->isVisible());
-    const QRect full = panel()->area();
-    request(eMagChangeMode, {});
-    QCOMPARE(GetConfigString(u"MagnificationMode"_s), u"2"_s);
-    QCOMPARE(panel()->area().bottomRight(), full.bottomRight());
-    QCOMPARE(panel()->size(), QSize(192, 192));
-    // 23 blocks both ways: the pixel itself is in the middle.
-    QCOMPARE(panel()->findChild<QLabel *>(u"m_Label"_s)->geometry(), QRect(4, 4, 184, 184));
-    QVERIFY(!panel()->findChild<QWidget *>(u"widget_2"_s)->isVisible());
-    request(eMagClose, {});
-    QVERIFY(!panel());
-
-    request(eMagOpen, {}, DigDetail::s_polygon);
-    QCOMPARE(panel()->size(), QSize(192, 192));
-    request(eMagChangeMode, {});
-    QCOMPARE(panel()->size(), QSize(300, 343));
-    QCOMPARE(GetConfigString(u"MagnificationMode"_s), u"1"_s);
-    panel()->SetMultiple(0);  // ignored
-    panel()->ReDrawZoomin({403, 301}, nullptr);
-    QCOMPARE(text(u"LblHex"_s), u"0102ab"_s);
-    // So large that no block fits.
-    m_multiple = 100000;
-    request(eMagUpdate, {403, 301});
-    QCOMPARE(text(u"LblHex"_s), u"000000"_s);
-    // The overlay takes it along, whatever is asked later.
-    m_overlay = std::make_unique<dlgFreeHand>();
-    request(eMagUpdate, {5, 5});
-    request(eMagClose, {});
-}
-
-void TestMagnifier::textsFit()
-{
-    request(eMagOpen, {});
-    request(eMagUpdate, {-1600, 1299});
-    for (const auto &name : {u"LblX"_s, u"LblY"_s, u"LblR"_s, u"LblHex"_s}) {
-        const auto *label = panel()->findChild<QLabel *>(name);
-        QVERIFY2(label->sizeHint().width() <= label->width(), qPrintable(label->text()));
-    }
-    const auto *help = panel()->findChild<QLabel *>(u"label"_s);
-    QVERIFY(help->sizeHint().width() <= help->width());
-}
-
-int main(int argc, char *argv[])
-{
-    int failures = 0;
-    for (const char *scale : {"1", "1.5", "2"}) {
-        qputenv("QT_SCALE_FACTOR", scale);
-        const QApplication application(argc, argv);
-        TestMagnifier test;
-        failures += QTest::qExec(&test, argc, argv);
-    }
-    return failures;
+    return runAtScales<TestMagnifier>(argc, argv, {"1", "1.5", "2"});
 }
 
 #include "test_magnifier.moc"

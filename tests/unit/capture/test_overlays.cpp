@@ -3,301 +3,189 @@
 #include "capture/ellipseoverlay.h"
 #include "capture/polygonoverlay.h"
 
-#include "fakedesktop.h"
+#include "overlayfixture.h"
 
-#include <QApplication>
-#include <QBackingStore>
-#include <QContextMenuEvent>
-#include <QLabel>
-#include <QMenu>
 #include <QPainterPath>
 #include <QSignalSpy>
-#include <QTest>
-#include <QTimer>
-
-#include <functional>
-#include <memory>
 
 using namespace Qt::StringLiterals;
 
-// Everything here is told in device pixels, so the same rows hold at every scale.
-class TestOverlays : public QObject
+namespace {
+
+// Outlines that are cut where a repaint ends come out a shade different there.
+constexpr int s_shades = 8;
+
+}  // namespace
+
+class TestOverlays : public OverlayTest
 {
     Q_OBJECT
 
 private slots:
-    void init();
-    void ellipsePicture();
-    void ellipseTicks();
-    void ellipseRepaints();
-    void polygonPicture();
-    void polygonEnds();
-    void polygonRepaints();
-    void polygonKeysMovePointer();
-    void polygonMenu();
+    void init() { begin({{0, 0, 600, 450}, {-600, 0, 600, 450}}); }
 
-private:
-    template<typename Overlay> Overlay &open()
+    void ellipsePicture()
     {
-        auto overlay = std::make_unique<Overlay>();
-        Overlay &result = *overlay;
-        m_overlay = std::move(overlay);
-        m_overlay->show();
-        [[maybe_unused]] const bool exposed = QTest::qWaitForWindowExposed(m_overlay.get());
-        return result;
+        auto &overlay = open<MyDrawRound>();
+        QCOMPARE(overlay.getEllipse(), nullptr);
+        drag({501, 101}, {652, 202});
+        QCOMPARE(text(u"label_6"_s), u"151 px"_s);
+        const QRect global(-99, 101, 151, 101);
+        QCOMPARE(overlay.getPixmap().toImage(), m_desktop->windows->picture(global, {2, 1}));
+        const std::unique_ptr<QPainterPath> ellipse(overlay.getEllipse());
+        QPainterPath expected;
+        expected.addEllipse(0, 0, 151, 101);
+        QCOMPARE(*ellipse, expected);
     }
-    QWidget *surface() const { return m_overlay->findChild<QWidget *>(u"widget"_s); }
-    /// Moves the pointer there and sends the event. `pixel` is in overlay coordinates.
-    void mouse(QEvent::Type type, QPoint pixel, Qt::MouseButtons buttons);
-    void click(QPoint pixel);
-    void drag(QPoint from, QPoint to);
-    QImage onScreen() const;
-    /// What was painted of late must look as if all of it had been.
-    void compareWithFullRepaint();
 
-    std::unique_ptr<FakeDesktop> m_desktop;
-    std::unique_ptr<CaptureOverlay> m_overlay;
+    void ellipseTicks()
+    {
+        open<MyDrawRound>();
+        const QSignalSpy spy(m_overlay.get(), &CaptureOverlay::ShowDetailWindowRequest);
+        const auto ticks = [&] {
+            const qsizetype before = spy.size();
+            m_desktop->clock->advance(450);
+            return spy.size() - before;
+        };
+        mouse(QEvent::MouseButtonPress, {100, 100}, Qt::LeftButton);
+        QCOMPARE(ticks(), 0);
+        mouse(QEvent::MouseButtonRelease, {100, 100}, Qt::NoButton);
+        const qsizetype once = ticks();
+        QCOMPARE(once, 4);
+        // The second release of a double click has no press before it.
+        mouse(QEvent::MouseButtonDblClick, {100, 100}, Qt::LeftButton);
+        mouse(QEvent::MouseMove, {200, 200}, Qt::LeftButton);
+        QCOMPARE(m_overlay->findChild<QWidget *>(u"widget_2"_s)->isVisible(), false);
+        mouse(QEvent::MouseButtonRelease, {100, 100}, Qt::NoButton);
+        QVERIFY(ticks() > once);
+        // A press ends the newest ticks only.
+        mouse(QEvent::MouseButtonPress, {100, 100}, Qt::RightButton);
+        QVERIFY(ticks() > 0);
+    }
+
+    void ellipseRepaints()
+    {
+        m_desktop->windows->composited = false;
+        open<MyDrawRound>();
+        mouse(QEvent::MouseButtonPress, {301, 203}, Qt::LeftButton);
+        for (const QPoint to : {QPoint(305, 206), {390, 333}, {217, 251}, {14, 9}, {599, 449}}) {
+            mouse(QEvent::MouseMove, to, Qt::LeftButton);
+            compareWithFullRepaint(s_shades);
+        }
+        mouse(QEvent::MouseButtonRelease, {599, 449}, Qt::NoButton);
+        compareWithFullRepaint(s_shades);
+        drag({451, 303}, {377, 251});  // moves the region
+        compareWithFullRepaint(s_shades);
+    }
+
+    void polygonPicture()
+    {
+        auto &overlay = open<dlgFreeHand>();
+        QCOMPARE(m_overlay->windowOpacity(), 0.4);
+        QCOMPARE(overlay.getPolygon(), nullptr);
+        QVERIFY(overlay.getPixmap().isNull());
+        for (const QPoint vertex : {QPoint(501, 101), {653, 103}, {600, 200}})
+            click(vertex);
+        overlay.slots_freehandAccept();
+        QCOMPARE(overlay.result(), QDialog::Accepted);
+        QCOMPARE(overlay.getPixmap().toImage(),
+                 m_desktop->windows->picture(QRectF(-99, 101, 152, 99), {2, 1}));
+        const std::unique_ptr<QPolygonF> polygon(overlay.getPolygon());
+        QCOMPARE(*polygon, QPolygonF({{99, 99}, {152, 2}, {0, 0}}));
+    }
+
+    void polygonEnds()
+    {
+        const QList<QPoint> vertices{{501, 101}, {653, 103}, {600, 200}};
+        const auto after = [&](const std::function<void()> &end) {
+            auto &overlay = open<dlgFreeHand>();
+            for (const QPoint vertex : vertices)
+                click(vertex);
+            end();
+            const std::unique_ptr<QPolygonF> polygon(overlay.getPolygon());
+            return overlay.isVisible() ? -1 : static_cast<int>(polygon->size());
+        };
+        QCOMPARE(after([] {}), -1);
+        QCOMPARE(after([&] { QTest::keyClick(surface(), Qt::Key_Return); }), 3);
+        QCOMPARE(after([&] { mouse(QEvent::MouseButtonDblClick, vertices[2], Qt::LeftButton); }),
+                 3);
+        // Near the first vertex a press closes at once, and a release that comes after sets
+        // nothing.
+        QCOMPARE(after([&] { click(vertices[0] + QPoint(4, 3)); }), 4);
+        QCOMPARE(after([&] { click(vertices[0] + QPoint(4, 4)); }), -1);
+        QTest::keyClick(surface(), Qt::Key_Escape);
+        QVERIFY(!m_overlay->isVisible());
+        QCOMPARE(m_overlay->result(), QDialog::Rejected);
+    }
+
+    void polygonRepaints()
+    {
+        m_desktop->windows->composited = false;
+        auto &overlay = open<dlgFreeHand>();
+        const QImage empty = onScreen();
+        for (const QPoint at : {QPoint(601, 101), {1153, 303}, {700, 400}, {20, 30}}) {
+            mouse(QEvent::MouseMove, at + QPoint(-40, 9), Qt::NoButton);
+            compareWithFullRepaint(s_shades);
+            click(at);
+            compareWithFullRepaint(s_shades);
+        }
+        // A hand that goes around, over thousands of points.
+        mouse(QEvent::MouseButtonPress, {20, 30}, Qt::LeftButton);
+        for (int step = 0; step < 3000; ++step)
+            mouse(QEvent::MouseMove, {20 + step * 7 % 1100, 30 + step * 3 % 400}, Qt::LeftButton);
+        compareWithFullRepaint(s_shades);
+        mouse(QEvent::MouseButtonRelease, {20, 30}, Qt::NoButton);
+        mouse(QEvent::MouseMove, {604, 104}, Qt::NoButton);
+        compareWithFullRepaint(s_shades);
+        // The red circle around the first vertex.
+        QVERIFY(onScreen().pixelColor(596, 101).red() > empty.pixelColor(596, 101).red() + 40);
+        overlay.deletelastpoint();
+        compareWithFullRepaint(s_shades);
+        overlay.dialog_clear();
+        QApplication::processEvents();
+        QCOMPARE(onScreen(), empty);
+    }
+
+    void polygonKeysMovePointer()
+    {
+        auto &overlay = open<dlgFreeHand>();
+        click({501, 101});
+        mouse(QEvent::MouseMove, {733, 207}, Qt::NoButton);
+        QTest::keyClick(surface(), Qt::Key_Right);
+        QCOMPARE(m_desktop->windows->pointerPos, QPoint(134, 207));
+        QTest::keyClick(surface(), Qt::Key_Down, Qt::AltModifier);
+        QCOMPARE(m_desktop->windows->pointerPos, QPoint(134, 449));
+        QTest::keyClick(surface(), Qt::Key_Left, Qt::AltModifier);
+        QCOMPARE(m_desktop->windows->pointerPos, QPoint(-599, 449));
+        // The tick follows a pointer that moves unseen, but sets no vertex.
+        m_desktop->windows->pointerPos = {-301, 77};
+        const QSignalSpy spy(m_overlay.get(), &CaptureOverlay::ShowDetailWindowRequest);
+        m_desktop->clock->advance(100);
+        QCOMPARE(spy.constFirst().at(2).toInt(), -301);
+        const std::unique_ptr<QPolygonF> polygon(overlay.getPolygon());
+        QCOMPARE(*polygon, (QPolygonF{{0, 0}, {202, 24}}));
+    }
+
+    void polygonMenu()
+    {
+        auto &overlay = open<dlgFreeHand>();
+        QCOMPARE(contextMenu(), (QStringList{u"Finish(Enter)"_s, u"Clear all points"_s}));
+        click({10, 10});
+        QCOMPARE(contextMenu(), QStringList{u"Finish(Enter)"_s});
+        click({90, 10});
+        click({90, 90});
+        QCOMPARE(contextMenu(), QStringList());
+        // The menu sets no vertex of its own, but ends a drag.
+        const auto count = [&] { return std::unique_ptr<QPolygonF>(overlay.getPolygon())->size(); };
+        QCOMPARE(count(), 4);
+        mouse(QEvent::MouseButtonPress, {50, 50}, Qt::LeftButton);
+        contextMenu();
+        mouse(QEvent::MouseMove, {60, 60}, Qt::NoButton);
+        mouse(QEvent::MouseMove, {70, 60}, Qt::NoButton);
+        QCOMPARE(count(), 4);
+    }
 };
 
-void TestOverlays::init()
-{
-    m_overlay.reset();
-    m_desktop = std::make_unique<FakeDesktop>();
-    m_desktop->windows->screenList = {{0, 0, 600, 450}, {-600, 0, 600, 450}};
-    m_desktop->windows->list = {
-        {.entry = {.number = 2, .bounds = {-50, 60, 201, 151}}, .color = QColor(0, 160, 255)},
-        {.entry = {.number = 1, .bounds = {-600, 0, 1200, 450}}, .color = QColor(200, 40, 7)}};
-}
-
-void TestOverlays::mouse(QEvent::Type type, QPoint pixel, Qt::MouseButtons buttons)
-{
-    m_desktop->windows->pointerPos = m_desktop->windows->covered.constLast().topLeft() + pixel;
-    const QPointF pos = QPointF(pixel) / m_overlay->devicePixelRatioF();
-    QMouseEvent event(type, pos, pos, Qt::LeftButton, buttons, Qt::NoModifier);
-    QApplication::sendEvent(surface(), &event);
-}
-
-void TestOverlays::click(QPoint pixel)
-{
-    mouse(QEvent::MouseMove, pixel, Qt::NoButton);
-    mouse(QEvent::MouseButtonPress, pixel, Qt::LeftButton);
-    mouse(QEvent::MouseButtonRelease, pixel, Qt::NoButton);
-}
-
-void TestOverlays::drag(QPoint from, QPoint to)
-{
-    mouse(QEvent::MouseButtonPress, from, Qt::LeftButton);
-    mouse(QEvent::MouseMove, to, Qt::LeftButton);
-    QApplication::processEvents();  // a band counts once it has been painted
-    mouse(QEvent::MouseButtonRelease, to, Qt::NoButton);
-    QApplication::processEvents();
-}
-
-QImage TestOverlays::onScreen() const
-{
-    const auto *image = dynamic_cast<QImage *>(m_overlay->backingStore()->paintDevice());
-    QImage copy = image->convertToFormat(QImage::Format_RGB32);
-    copy.setDevicePixelRatio(1);
-    return copy;
-}
-
-void TestOverlays::compareWithFullRepaint()
-{
-    QApplication::processEvents();
-    const QImage partial = onScreen();
-    surface()->repaint();
-    const QImage full = onScreen();
-    // Outlines that are cut where a repaint ends come out a shade different there.
-    int worst = 0;
-    for (int y = 0; y < full.height(); ++y) {
-        for (int x = 0; x < full.width(); ++x)
-            worst = std::max(worst, qAbs(qRed(full.pixel(x, y)) - qRed(partial.pixel(x, y))));
-    }
-    QVERIFY2(worst <= 8, qPrintable(QString::number(worst)));
-}
-
-void TestOverlays::ellipsePicture()
-{
-    auto &overlay = open<MyDrawRound>();
-    QCOMPARE(overlay.getEllipse(), nullptr);
-    drag({501, 101}, {652, 202});
-    QCOMPARE(overlay.findChild<QLabel *>(u"label_6"_s)->text(), u"151 px"_s);
-    const QRect global(-99, 101, 151, 101);
-    QCOMPARE(overlay.getPixmap().toImage(), m_desktop->windows->picture(global, {2, 1}));
-    const std::unique_ptr<QPainterPath> ellipse(overlay.getEllipse());
-    QPainterPath expected;
-    expected.addEllipse(0, 0, 151, 101);
-    QCOMPARE(*ellipse, expected);
-}
-
-void TestOverlays::ellipseTicks()
-{
-    open<MyDrawRound>();
-    const QSignalSpy spy(m_overlay.get(), &CaptureOverlay::ShowDetailWindowRequest);
-    const auto ticks = [&] {
-        const qsizetype before = spy.size();
-        m_desktop->clock->advance(450);
-        return spy.size() - before;
-    };
-    mouse(QEvent::MouseButtonPress, {100, 100}, Qt::LeftButton);
-    QCOMPARE(ticks(), 0);
-    mouse(QEvent::MouseButtonRelease, {100, 100}, Qt::NoButton);
-    const qsizetype once = ticks();
-    QCOMPARE(once, 4);
-    // The second release of a double click has no press before it.
-    mouse(QEvent::MouseButtonDblClick, {100, 100}, Qt::LeftButton);
-    mouse(QEvent::MouseMove, {200, 200}, Qt::LeftButton);
-    QCOMPARE(m_overlay->findChild<QWidget *>(u"widget_2"_s)->isVisible(), false);
-    mouse(QEvent::MouseButtonRelease, {100, 100}, Qt::NoButton);
-    QVERIFY(ticks() > once);
-    // A press ends the newest ticks only.
-    mouse(QEvent::MouseButtonPress, {100, 100}, Qt::RightButton);
-    QVERIFY(ticks() > 0);
-}
-
-void TestOverlays::ellipseRepaints()
-{
-    m_desktop->windows->composited = false;
-    open<MyDrawRound>();
-    mouse(QEvent::MouseButtonPress, {301, 203}, Qt::LeftButton);
-    for (const QPoint to : {QPoint(305, 206), {390, 333}, {217, 251}, {14, 9}, {599, 449}}) {
-        mouse(QEvent::MouseMove, to, Qt::LeftButton);
-        compareWithFullRepaint();
-    }
-    mouse(QEvent::MouseButtonRelease, {599, 449}, Qt::NoButton);
-    compareWithFullRepaint();
-    drag({451, 303}, {377, 251});  // moves the region
-    compareWithFullRepaint();
-}
-
-void TestOverlays::polygonPicture()
-{
-    auto &overlay = open<dlgFreeHand>();
-    QCOMPARE(m_overlay->windowOpacity(), 0.4);
-    QCOMPARE(overlay.getPolygon(), nullptr);
-    QVERIFY(overlay.getPixmap().isNull());
-    for (const QPoint vertex : {QPoint(501, 101), {653, 103}, {600, 200}})
-        click(vertex);
-    overlay.slots_freehandAccept();
-    QCOMPARE(overlay.result(), QDialog::Accepted);
-    QCOMPARE(overlay.getPixmap().toImage(),
-             m_desktop->windows->picture(QRectF(-99, 101, 152, 99), {2, 1}));
-    const std::unique_ptr<QPolygonF> polygon(overlay.getPolygon());
-    QCOMPARE(*polygon, QPolygonF({{99, 99}, {152, 2}, {0, 0}}));
-}
-
-void TestOverlays::polygonEnds()
-{
-    const QList<QPoint> vertices{{501, 101}, {653, 103}, {600, 200}};
-    const auto after = [&](const std::function<void()> &end) {
-        auto &overlay = open<dlgFreeHand>();
-        for (const QPoint vertex : vertices)
-            click(vertex);
-        end();
-        const std::unique_ptr<QPolygonF> polygon(overlay.getPolygon());
-        return overlay.isVisible() ? -1 : static_cast<int>(polygon->size());
-    };
-    QCOMPARE(after([] {}), -1);
-    QCOMPARE(after([&] { QTest::keyClick(surface(), Qt::Key_Return); }), 3);
-    QCOMPARE(after([&] { mouse(QEvent::MouseButtonDblClick, vertices[2], Qt::LeftButton); }), 3);
-    // Near the first vertex a press closes at once, and a release that comes after sets nothing.
-    QCOMPARE(after([&] { click(vertices[0] + QPoint(4, 3)); }), 4);
-    QCOMPARE(after([&] { click(vertices[0] + QPoint(4, 4)); }), -1);
-    QTest::keyClick(surface(), Qt::Key_Escape);
-    QVERIFY(!m_overlay->isVisible());
-    QCOMPARE(m_overlay->result(), QDialog::Rejected);
-}
-
-void TestOverlays::polygonRepaints()
-{
-    m_desktop->windows->composited = false;
-    auto &overlay = open<dlgFreeHand>();
-    const QImage empty = onScreen();
-    for (const QPoint at : {QPoint(601, 101), {1153, 303}, {700, 400}, {20, 30}}) {
-        mouse(QEvent::MouseMove, at + QPoint(-40, 9), Qt::NoButton);
-        compareWithFullRepaint();
-        click(at);
-        compareWithFullRepaint();
-    }
-    // A hand that goes around, over thousands of points.
-    mouse(QEvent::MouseButtonPress, {20, 30}, Qt::LeftButton);
-    for (int step = 0; step < 3000; ++step)
-        mouse(QEvent::MouseMove, {20 + step * 7 % 1100, 30 + step * 3 % 400}, Qt::LeftButton);
-    compareWithFullRepaint();
-    mouse(QEvent::MouseButtonRelease, {20, 30}, Qt::NoButton);
-    mouse(QEvent::MouseMove, {604, 104}, Qt::NoButton);
-    compareWithFullRepaint();
-    // The red circle around the first vertex.
-    QVERIFY(onScreen().pixelColor(596, 101).red() > empty.pixelColor(596, 101).red() + 40);
-    overlay.deletelastpoint();
-    compareWithFullRepaint();
-    overlay.dialog_clear();
-    QApplication::processEvents();
-    QCOMPARE(onScreen(), empty);
-}
-
-void TestOverlays::polygonKeysMovePointer()
-{
-    auto &overlay = open<dlgFreeHand>();
-    click({501, 101});
-    mouse(QEvent::MouseMove, {733, 207}, Qt::NoButton);
-    QTest::keyClick(surface(), Qt::Key_Right);
-    QCOMPARE(m_desktop->windows->pointerPos, QPoint(134, 207));
-    QTest::keyClick(surface(), Qt::Key_Down, Qt::AltModifier);
-    QCOMPARE(m_desktop->windows->pointerPos, QPoint(134, 449));
-    QTest::keyClick(surface(), Qt::Key_Left, Qt::AltModifier);
-    QCOMPARE(m_desktop->windows->pointerPos, QPoint(-599, 449));
-    // The tick follows a pointer that moves unseen, but sets no vertex.
-    m_desktop->windows->pointerPos = {-301, 77};
-    const QSignalSpy spy(m_overlay.get(), &CaptureOverlay::ShowDetailWindowRequest);
-    m_desktop->clock->advance(100);
-    QCOMPARE(spy.constFirst().at(2).toInt(), -301);
-    const std::unique_ptr<QPolygonF> polygon(overlay.getPolygon());
-    QCOMPARE(*polygon, (QPolygonF{{0, 0}, {202, 24}}));
-}
-
-void TestOverlays::polygonMenu()
-{
-    auto &overlay = open<dlgFreeHand>();
-    const auto disabled = [&] {
-        QStringList result;
-        QTimer::singleShot(0, this, [&] {
-            for (const QAction *action : m_overlay->findChild<QMenu *>()->actions()) {
-                if (!action->isEnabled())
-                    result.append(action->text());
-            }
-            m_overlay->findChild<QMenu *>()->close();
-        });
-        QContextMenuEvent event(QContextMenuEvent::Mouse, {9, 9}, {9, 9});
-        QApplication::sendEvent(surface(), &event);  // returns when the menu does
-        return result;
-    };
-    QCOMPARE(disabled(), (QStringList{u"Finish(Enter)"_s, u"Clear all points"_s}));
-    click({10, 10});
-    QCOMPARE(disabled(), QStringList{u"Finish(Enter)"_s});
-    click({90, 10});
-    click({90, 90});
-    QCOMPARE(disabled(), QStringList());
-    // The menu sets no vertex of its own, but ends a drag.
-    const auto count = [&] { return std::unique_ptr<QPolygonF>(overlay.getPolygon())->size(); };
-    QCOMPARE(count(), 4);
-    mouse(QEvent::MouseButtonPress, {50, 50}, Qt::LeftButton);
-    disabled();
-    mouse(QEvent::MouseMove, {60, 60}, Qt::NoButton);
-    mouse(QEvent::MouseMove, {70, 60}, Qt::NoButton);
-    QCOMPARE(count(), 4);
-}
-
-int main(int argc, char *argv[])
-{
-    int failures = 0;
-    for (const char *scale : {"1", "1.5", "2"}) {
-        qputenv("QT_SCALE_FACTOR", scale);
-        const QApplication application(argc, argv);
-        TestOverlays test;
-        failures += QTest::qExec(&test, argc, argv);
-    }
-    return failures;
-}
+int main(int argc, char **argv) { return runAtScales<TestOverlays>(argc, argv, {"1", "1.5", "2"}); }
 
 #include "test_overlays.moc"

@@ -2,16 +2,17 @@
 
 #include "fakedesktop.h"
 #include "platform/windowlist.h"
+#include "rows.h"
+#include "scratch.h"
+#include "solid.h"
+#include "testmain.h"
 
-#include <QApplication>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QSlider>
-#include <QTemporaryDir>
-#include <QTest>
 
 #include <memory>
 
@@ -46,16 +47,216 @@ class TestWindowBrowser : public QObject
 {
     Q_OBJECT
 private slots:
-    void init();
-    void thumbnails_data();
-    void thumbnails();
-    void windowsOfAllKinds();
-    void eachPictureOnce();
-    void filter();
-    void selection();
-    void firstKeyIsAListPosition();
-    void leavesWindowsOut();
-    void fieldDecorations();
+    void init()
+    {
+        m_browser.reset();
+        g_widgetExcept = nullptr;
+        auto server = std::make_unique<CountingServer>();
+        m_server = server.get();
+        Services made;
+        createNullDesktop(made);
+        made.windows = std::move(server);
+        installServices(std::move(made));
+        m_server->list = {window(11, u"Mail"_s, {400, 200}, Qt::red),
+                          window(12, u"Editor"_s, {300, 600}, Qt::green),
+                          window(13, u"hidden Mail"_s, {50, 50}, Qt::blue, false),
+                          window(14, u"Terminal"_s, {40, 20}, Qt::cyan)};
+    }
+
+    void thumbnails()
+    {
+        const auto check = [&](const QByteArray &row, int size) {
+            init();
+            open();
+            auto *slider = child<QSlider>(u"horizontalSlider"_s);
+            expect(row, slider->value(), 149);
+            if (size != 0)
+                slider->setValue(size);
+            size = slider->value();
+            expect(row, list()->iconSize(), QSize(size, size));
+            expect(row, list()->gridSize(), QSize(size + 25, size + 25));
+            const int side = qRound(size * m_browser->devicePixelRatioF());
+            const auto boxOf = [&](int index, const QColor &color) {
+                const QImage image = icon(index);
+                QRect box;
+                for (int y = 0; y < image.height(); ++y) {
+                    for (int x = 0; x < image.width(); ++x) {
+                        if (image.pixelColor(x, y) == color)
+                            box |= QRect(x, y, 1, 1);
+                        else if (image.pixelColor(x, y) != QColor(Qt::white))
+                            return QRect(x, y, -1, -1);
+                    }
+                }
+                return image.size() == QSize(side, side) ? box : QRect();
+            };
+            const auto centred = [side](QSize picture) {
+                if (picture.width() >= side || picture.height() >= side)
+                    picture.scale(side, side, Qt::KeepAspectRatio);
+                return QRect({(side - picture.width()) / 2, (side - picture.height()) / 2},
+                             picture);
+            };
+            expect(row, boxOf(0, Qt::red), centred({400, 200}));
+            expect(row, boxOf(1, Qt::green), centred({300, 600}));
+            expect(row, boxOf(2, Qt::cyan), centred({40, 20}));
+        };
+        check("smallest", 75);
+        check("as it opens", 0);
+        check("largest", 225);
+    }
+
+    void windowsOfAllKinds()
+    {
+        m_server->list = {window(1, QString(), {1, 1}, Qt::red),
+                          window(2, u"x"_s.repeated(10000), {5000, 3}, Qt::green),
+                          window(3, u"窗口 окно نافذة"_s, {3, 4000}, Qt::blue),
+                          window(4, u"closing"_s, {100, 100}, Qt::blue),
+                          window(5, u"no width"_s, {0, 100}, Qt::blue)};
+        m_server->closing = {4};
+        for (int i = 0; i < 100; ++i)
+            m_server->list.append(window(100 + i, u"many"_s, {120, 90}, Qt::gray));
+        open();
+        QCOMPARE(list()->count(), 103);
+        QCOMPARE(captions().mid(0, 4),
+                 (QStringList{QString(), u"x"_s.repeated(255), u"窗口 окно نافذة"_s, u"many"_s}));
+        // Closed since: it keeps its picture, and can be chosen.
+        m_server->list.clear();
+        choose(u"All"_s);
+        QCOMPARE(list()->count(), 103);
+        list()->item(0)->setSelected(false);
+        list()->item(1)->setSelected(true);
+        press(u"OK_BUTTON"_s);
+        QCOMPARE(m_browser->getPixmap()->value(0).size(), QSize(5000, 3));
+        QCOMPARE(m_browser->getPixmap()->size(), 1);
+    }
+
+    void eachPictureOnce()
+    {
+        open();
+        QCOMPARE(captions(), (QStringList{u"Mail"_s, u"Editor"_s, u"Terminal"_s}));
+        choose(u"All"_s);
+        QCOMPARE(captions(),
+                 (QStringList{u"Mail"_s, u"Editor"_s, u"Terminal"_s, u"hidden Mail"_s}));
+        choose(u"Visbel"_s);
+        QCOMPARE(captions(), (QStringList{u"Mail"_s, u"Editor"_s, u"Terminal"_s}));
+        choose(u"All"_s);
+        QCOMPARE(m_server->taken, (QList<int>{11, 12, 14, 13}));
+        // With as many records as the list has windows nothing more is taken.
+        m_server->list[0] = window(15, u"new"_s, {10, 10}, Qt::red);
+        choose(u"Visbel"_s);
+        choose(u"All"_s);
+        QCOMPARE(m_server->taken.size(), 4);
+    }
+
+    void filter()
+    {
+        open();
+        choose(u"All"_s);
+        auto *field = child<QLineEdit>(u"lineEdit"_s);
+        QTest::keyClicks(field, u"mAIL"_s);
+        QCOMPARE(captions(), (QStringList{u"Mail"_s, u"hidden Mail"_s}));
+        // As the pictures are, until the slider moves; and then up to the first that is left out.
+        QVERIFY(icon(0).width() > icon(0).height());
+        child<QSlider>(u"horizontalSlider"_s)->setValue(100);
+        QCOMPARE(icon(0).width(), icon(0).height());
+        choose(u"Visbel"_s);
+        QCOMPARE(captions(), (QStringList{u"Mail"_s}));
+        QTest::keyClicks(field, u"?"_s);
+        QCOMPARE(list()->count(), 0);
+        press(u"label_clear"_s);
+        QCOMPARE(field->text(), QString());
+        QCOMPARE(captions(), (QStringList{u"Mail"_s, u"Editor"_s, u"Terminal"_s}));
+        // Nothing to take is accepted all the same.
+        QTest::keyClicks(field, u"?"_s);
+        press(u"OK_BUTTON"_s);
+        QCOMPARE(m_browser->result(), static_cast<int>(QDialog::Accepted));
+        QVERIFY(m_browser->getPixmap()->isEmpty() && m_browser->getNameList()->isEmpty());
+    }
+
+    void selection()
+    {
+        const auto click = [this](int row, Qt::KeyboardModifiers modifiers) {
+            QTest::mouseClick(list()->viewport(), Qt::LeftButton, modifiers,
+                              list()->visualItemRect(list()->item(row)).center());
+        };
+        open();
+        // In the list's order, whatever the order of the clicks.
+        click(2, Qt::NoModifier);
+        click(0, Qt::ControlModifier);
+        press(u"OK_BUTTON"_s);
+        QCOMPARE(*m_browser->getNameList(), (QList<QString>{u"Mail"_s, u"Terminal"_s}));
+        QCOMPARE(m_browser->getPixmap()->at(0).toImage().size(), QSize(400, 200));
+        QCOMPARE(m_browser->getPixmap()->at(1).toImage().size(), QSize(40, 20));
+
+        open();
+        // The current one, where none is selected; it stays current when the list is filled anew.
+        click(1, Qt::NoModifier);
+        choose(u"All"_s);
+        QCOMPARE(list()->currentRow(), 1);
+        list()->clearSelection();
+        press(u"OK_BUTTON"_s);
+        QCOMPARE(*m_browser->getNameList(), (QList<QString>{u"Editor"_s}));
+
+        open();
+        click(0, Qt::NoModifier);
+        QTest::mouseDClick(list()->viewport(), Qt::LeftButton, {},
+                           list()->visualItemRect(list()->item(0)).center());
+        QVERIFY(!m_browser->isVisible());
+        QCOMPARE(*m_browser->getNameList(), (QList<QString>{u"Mail"_s}));
+
+        open();
+        press(u"CANNEL_BUTTON"_s);
+        QCOMPARE(m_browser->result(), static_cast<int>(QDialog::Rejected));
+    }
+
+    // The item of the first record carries a place in the list of windows, and is looked up by it.
+    void firstKeyIsAListPosition()
+    {
+        m_server->closing = {11};
+        open();
+        QCOMPARE(captions(), (QStringList{u"Editor"_s, u"Terminal"_s}));
+        press(u"OK_BUTTON"_s);
+        QCOMPARE(*m_browser->getNameList(), (QList<QString>{u"Terminal"_s}));
+        // And there may be nothing at that place.
+        m_server->list.removeLast();
+        open();
+        press(u"OK_BUTTON"_s);
+        QVERIFY(m_browser->getPixmap()->isEmpty());
+    }
+
+    void leavesWindowsOut()
+    {
+        QWidget cover;
+        g_widgetExcept = &cover;
+        m_server->numbers.insert(&cover, 12);
+        open();
+        QCOMPARE(captions(), (QStringList{u"Mail"_s, u"Terminal"_s}));
+        g_widgetExcept = nullptr;
+    }
+
+    void fieldDecorations()
+    {
+        const Scratch scratch;
+        open();
+        for (const auto &[file, side] :
+             {std::pair(&m_browser->clearFilledFile, 8), {&m_browser->clearFilledFocusFile, 9}}) {
+            QImage image = solid({side, side}, Qt::white).toImage();
+            image.setPixelColor(4, 4, Qt::red);
+            *file = scratch.path(QString::number(side) + u".png"_s);
+            QVERIFY(image.save(*file));
+        }
+        auto *clear = child<QLabel>(u"label_clear"_s);
+        auto *field = child<QLineEdit>(u"lineEdit"_s);
+        QVERIFY(!clear->isVisible());
+        QVERIFY(list()->hasFocus());
+        QVERIFY(!child<QLabel>(u"label_find"_s)->isVisible());
+        QTest::mouseClick(field, Qt::LeftButton);
+        QTest::keyClicks(field, u"m"_s);
+        QVERIFY(clear->isVisible());
+        QCOMPARE(clear->pixmap().size(), QSize(9, 9));
+        QCOMPARE(clear->pixmap().toImage().pixelColor(0, 0).alpha(), 0);
+        list()->setFocus();
+        QCOMPARE(clear->pixmap().size(), QSize(8, 8));
+    }
 
 private:
     void open()
@@ -93,230 +294,9 @@ private:
     std::unique_ptr<WindowsPreView> m_browser;
 };
 
-void TestWindowBrowser::init()
+int main(int argc, char **argv)
 {
-    m_browser.reset();
-    g_widgetExcept = nullptr;
-    auto server = std::make_unique<CountingServer>();
-    m_server = server.get();
-    Services made;
-    createNullDesktop(made);
-    made.windows = std::move(server);
-    installServices(std::move(made));
-    m_server->list = {window(11, u"Mail"_s, {400, 200}, Qt::red),
-                      window(12, u"Editor"_s, {300, 600}, Qt::green),
-                      window(13, u"hidden Mail"_s, {50, 50}, Qt::blue, false),
-                      window(14, u"Terminal"_s, {40, 20}, Qt::cyan)};
-}
-
-void TestWindowBrowser::thumbnails_data()
-{
-    QTest::addColumn<int>("size");
-    QTest::newRow("smallest") << 75;
-    QTest::newRow("as it opens") << 0;
-    QTest::newRow("largest") << 225;
-}
-
-void TestWindowBrowser::thumbnails()
-{
-    QFETCH(int, size);
-    open();
-    auto *slider = child<QSlider>(u"horizontalSlider"_s);
-    QCOMPARE(slider->value(), 149);
-    if (size != 0)
-        slider->setValue(size);
-    size = slider->value();
-    QCOMPARE(list()->iconSize(), QSize(size, size));
-    QCOMPARE(list()->gridSize(), QSize(size + 25, size + 25));
-    const int side = qRound(size * m_browser->devicePixelRatioF());
-    const auto boxOf = [&](int row, const QColor &color) {
-        const QImage image = icon(row);
-        QRect box;
-        for (int y = 0; y < image.height(); ++y) {
-            for (int x = 0; x < image.width(); ++x) {
-                if (image.pixelColor(x, y) == color)
-                    box |= QRect(x, y, 1, 1);
-                else if (image.pixelColor(x, y) != QColor(Qt::white))
-                    return QRect(x, y, -1, -1);
-            }
-        }
-        return image.size() == QSize(side, side) ? box : QRect();
-    };
-    const auto centred = [side](QSize picture) {
-        if (picture.width() >= side || picture.height() >= side)
-            picture.scale(side, side, Qt::KeepAspectRatio);
-        return QRect({(side - picture.width()) / 2, (side - picture.height()) / 2}, picture);
-    };
-    QCOMPARE(boxOf(0, Qt::red), centred({400, 200}));
-    QCOMPARE(boxOf(1, Qt::green), centred({300, 600}));
-    QCOMPARE(boxOf(2, Qt::cyan), centred({40, 20}));
-}
-
-void TestWindowBrowser::windowsOfAllKinds()
-{
-    m_server->list = {window(1, QString(), {1, 1}, Qt::red),
-                      window(2, u"x"_s.repeated(10000), {5000, 3}, Qt::green),
-                      window(3, u"窗口 окно نافذة"_s, {3, 4000}, Qt::blue),
-                      window(4, u"closing"_s, {100, 100}, Qt::blue),
-                      window(5, u"no width"_s, {0, 100}, Qt::blue)};
-    m_server->closing = {4};
-    for (int i = 0; i < 100; ++i)
-        m_server->list.append(window(100 + i, u"many"_s, {120, 90}, Qt::gray));
-    open();
-    QCOMPARE(list()->count(), 103);
-    QCOMPARE(captions().mid(0, 4),
-             (QStringList{QString(), u"x"_s.repeated(255), u"窗口 окно نافذة"_s, u"many"_s}));
-    // Closed since: it keeps its picture, and can be chosen.
-    m_server->list.clear();
-    choose(u"All"_s);
-    QCOMPARE(list()->count(), 103);
-    list()->item(0)->setSelected(false);
-    list()->item(1)->setSelected(true);
-    press(u"OK_BUTTON"_s);
-    QCOMPARE(m_browser->getPixmap()->value(0).size(), QSize(5000, 3));
-    QCOMPARE(m_browser->getPixmap()->size(), 1);
-}
-
-void TestWindowBrowser::eachPictureOnce()
-{
-    open();
-    QCOMPARE(captions(), (QStringList{u"Mail"_s, u"Editor"_s, u"Terminal"_s}));
-    choose(u"All"_s);
-    QCOMPARE(captions(), (QStringList{u"Mail"_s, u"Editor"_s, u"Terminal"_s, u"hidden Mail"_s}));
-    choose(u"Visbel"_s);
-    QCOMPARE(captions(), (QStringList{u"Mail"_s, u"Editor"_s, u"Terminal"_s}));
-    choose(u"All"_s);
-    QCOMPARE(m_server->taken, (QList<int>{11, 12, 14, 13}));
-    // With as many records as the list has windows nothing more is taken.
-    m_server->list[0] = window(15, u"new"_s, {10, 10}, Qt::red);
-    choose(u"Visbel"_s);
-    choose(u"All"_s);
-    QCOMPARE(m_server->taken.size(), 4);
-}
-
-void TestWindowBrowser::filter()
-{
-    open();
-    choose(u"All"_s);
-    auto *field = child<QLineEdit>(u"lineEdit"_s);
-    QTest::keyClicks(field, u"mAIL"_s);
-    QCOMPARE(captions(), (QStringList{u"Mail"_s, u"hidden Mail"_s}));
-    // As the pictures are, until the slider moves; and then up to the first that is left out.
-    QVERIFY(icon(0).width() > icon(0).height());
-    child<QSlider>(u"horizontalSlider"_s)->setValue(100);
-    QCOMPARE(icon(0).width(), icon(0).height());
-    choose(u"Visbel"_s);
-    QCOMPARE(captions(), (QStringList{u"Mail"_s}));
-    QTest::keyClicks(field, u"?"_s);
-    QCOMPARE(list()->count(), 0);
-    press(u"label_clear"_s);
-    QCOMPARE(field->text(), QString());
-    QCOMPARE(captions(), (QStringList{u"Mail"_s, u"Editor"_s, u"Terminal"_s}));
-    // Nothing to take is accepted all the same.
-    QTest::keyClicks(field, u"?"_s);
-    press(u"OK_BUTTON"_s);
-    QCOMPARE(m_browser->result(), static_cast<int>(QDialog::Accepted));
-    QVERIFY(m_browser->getPixmap()->isEmpty() && m_browser->getNameList()->isEmpty());
-}
-
-void TestWindowBrowser::selection()
-{
-    const auto click = [this](int row, Qt::KeyboardModifiers modifiers) {
-        QTest::mouseClick(list()->viewport(), Qt::LeftButton, modifiers,
-                          list()->visualItemRect(list()->item(row)).center());
-    };
-    open();
-    // In the list's order, whatever the order of the clicks.
-    click(2, Qt::NoModifier);
-    click(0, Qt::ControlModifier);
-    press(u"OK_BUTTON"_s);
-    QCOMPARE(*m_browser->getNameList(), (QList<QString>{u"Mail"_s, u"Terminal"_s}));
-    QCOMPARE(m_browser->getPixmap()->at(0).toImage().size(), QSize(400, 200));
-    QCOMPARE(m_browser->getPixmap()->at(1).toImage().size(), QSize(40, 20));
-
-    open();
-    // The current one, where none is selected; it stays current when the list is filled anew.
-    click(1, Qt::NoModifier);
-    choose(u"All"_s);
-    QCOMPARE(list()->currentRow(), 1);
-    list()->clearSelection();
-    press(u"OK_BUTTON"_s);
-    QCOMPARE(*m_browser->getNameList(), (QList<QString>{u"Editor"_s}));
-
-    open();
-    click(0, Qt::NoModifier);
-    QTest::mouseDClick(list()->viewport(), Qt::LeftButton, {},
-                       list()->visualItemRect(list()->item(0)).center());
-    QVERIFY(!m_browser->isVisible());
-    QCOMPARE(*m_browser->getNameList(), (QList<QString>{u"Mail"_s}));
-
-    open();
-    press(u"CANNEL_BUTTON"_s);
-    QCOMPARE(m_browser->result(), static_cast<int>(QDialog::Rejected));
-}
-
-// The item of the first record carries a place in the list of windows, and is looked up by it.
-void TestWindowBrowser::firstKeyIsAListPosition()
-{
-    m_server->closing = {11};
-    open();
-    QCOMPARE(captions(), (QStringList{u"Editor"_s, u"Terminal"_s}));
-    press(u"OK_BUTTON"_s);
-    QCOMPARE(*m_browser->getNameList(), (QList<QString>{u"Terminal"_s}));
-    // And there may be nothing at that place.
-    m_server->list.removeLast();
-    open();
-    press(u"OK_BUTTON"_s);
-    QVERIFY(m_browser->getPixmap()->isEmpty());
-}
-
-void TestWindowBrowser::leavesWindowsOut()
-{
-    QWidget cover;
-    g_widgetExcept = &cover;
-    m_server->numbers.insert(&cover, 12);
-    open();
-    QCOMPARE(captions(), (QStringList{u"Mail"_s, u"Terminal"_s}));
-    g_widgetExcept = nullptr;
-}
-
-void TestWindowBrowser::fieldDecorations()
-{
-    const QTemporaryDir folder;
-    const auto file = [&](const QString &name, QSize size) {
-        QImage image(size, QImage::Format_RGB32);
-        image.fill(Qt::white);
-        image.setPixelColor(4, 4, Qt::red);
-        image.save(folder.filePath(name));
-        return folder.filePath(name);
-    };
-    open();
-    m_browser->clearFilledFile = file(u"filled.png"_s, {8, 8});
-    m_browser->clearFilledFocusFile = file(u"focus.png"_s, {9, 9});
-    auto *clear = child<QLabel>(u"label_clear"_s);
-    auto *field = child<QLineEdit>(u"lineEdit"_s);
-    QVERIFY(!clear->isVisible());
-    QVERIFY(list()->hasFocus());
-    QVERIFY(!child<QLabel>(u"label_find"_s)->isVisible());
-    QTest::mouseClick(field, Qt::LeftButton);
-    QTest::keyClicks(field, u"m"_s);
-    QVERIFY(clear->isVisible());
-    QCOMPARE(clear->pixmap().size(), QSize(9, 9));
-    QCOMPARE(clear->pixmap().toImage().pixelColor(0, 0).alpha(), 0);
-    list()->setFocus();
-    QCOMPARE(clear->pixmap().size(), QSize(8, 8));
-}
-
-int main(int argc, char *argv[])
-{
-    int failures = 0;
-    for (const char *scale : {"1", "1.5", "2"}) {
-        qputenv("QT_SCALE_FACTOR", scale);
-        const QApplication application(argc, argv);
-        TestWindowBrowser test;
-        failures += QTest::qExec(&test, argc, argv);
-    }
-    return failures;
+    return runAtScales<TestWindowBrowser>(argc, argv, {"1", "1.5", "2"});
 }
 
 #include "test_windowbrowser.moc"

@@ -37,12 +37,6 @@ QString besideProgram(const QString &name)
     return QCoreApplication::applicationDirPath() + u'/' + name;
 }
 
-QByteArray contentOf(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
 void put(const QString &path, const QByteArray &bytes)
 {
     QFile::remove(path);

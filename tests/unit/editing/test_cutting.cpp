@@ -55,72 +55,71 @@ class TestCutting : public QObject
     Q_OBJECT
 
 private slots:
-    void equalsContains_data();
-    void equalsContains();
-    void formats();
-};
+    void equalsContains_data()
+    {
+        QTest::addColumn<QPainterPath>("shape");
+        const auto row = [](const char *name, const std::function<void(QPainterPath &)> &draw) {
+            QPainterPath path;
+            draw(path);
+            QTest::newRow(name) << path;
+        };
+        row("nothing", [](QPainterPath &) {});
+        row("a point", [](QPainterPath &path) { path.moveTo(5, 5); });
+        row("upright line", [](QPainterPath &path) {
+            path.addPolygon(QPolygonF{{5, 5}, {5, 50}});
+        });
+        row("level line", [](QPainterPath &path) { path.addPolygon(QPolygonF{{5, 5}, {50, 5}}); });
+        row("as large", [](QPainterPath &path) { path.addRect({0, 0, 97, 83}); });
+        row("beyond all sides", [](QPainterPath &path) { path.addRect({-1e9, -1e9, 3e9, 3e9}); });
+        row("outside", [](QPainterPath &path) { path.addEllipse({200, 10, 30, 30}); });
+        row("ellipse as large", [](QPainterPath &path) { path.addEllipse({0, 0, 97, 83}); });
+        row("flat ellipse", [](QPainterPath &path) { path.addEllipse({3, 10, 90, 0}); });
+        // Its sides are all but level at a row, and left out there, so that the row stays open.
+        row("all but level", [](QPainterPath &path) {
+            path.addPolygon(QPolygonF{{9, 40}, {60, 40.00000000001}});
+        });
+        row("all but closed", [](QPainterPath &path) {
+            path.addPolygon(QPolygonF({{9, 0}, {60, 40}, {5, 60}, {9, 1e-13}}));
+        });
+        row("open at the right", [](QPainterPath &path) {
+            path.addPolygon(
+                QPolygonF({{9, 20}, {70, 40.00000000001}, {30, 39.99999999999}, {5, 60}}));
+        });
+        QRandomGenerator random(20240611);
+        for (int i = 0; i < 200; ++i)
+            QTest::addRow("random %d", i) << anyShape(random);
+    }
 
-void TestCutting::equalsContains_data()
-{
-    QTest::addColumn<QPainterPath>("shape");
-    const auto row = [](const char *name, const std::function<void(QPainterPath &)> &draw) {
-        QPainterPath path;
-        draw(path);
-        QTest::newRow(name) << path;
-    };
-    row("nothing", [](QPainterPath &) {});
-    row("a point", [](QPainterPath &path) { path.moveTo(5, 5); });
-    row("upright line", [](QPainterPath &path) { path.addPolygon(QPolygonF{{5, 5}, {5, 50}}); });
-    row("level line", [](QPainterPath &path) { path.addPolygon(QPolygonF{{5, 5}, {50, 5}}); });
-    row("as large", [](QPainterPath &path) { path.addRect({0, 0, 97, 83}); });
-    row("beyond all sides", [](QPainterPath &path) { path.addRect({-1e9, -1e9, 3e9, 3e9}); });
-    row("outside", [](QPainterPath &path) { path.addEllipse({200, 10, 30, 30}); });
-    row("ellipse as large", [](QPainterPath &path) { path.addEllipse({0, 0, 97, 83}); });
-    row("flat ellipse", [](QPainterPath &path) { path.addEllipse({3, 10, 90, 0}); });
-    // Its sides are all but level at a row, and left out there, so that the row stays open.
-    row("all but level", [](QPainterPath &path) {
-        path.addPolygon(QPolygonF{{9, 40}, {60, 40.00000000001}});
-    });
-    row("all but closed", [](QPainterPath &path) {
-        path.addPolygon(QPolygonF({{9, 0}, {60, 40}, {5, 60}, {9, 1e-13}}));
-    });
-    row("open at the right", [](QPainterPath &path) {
-        path.addPolygon(QPolygonF({{9, 20}, {70, 40.00000000001}, {30, 39.99999999999}, {5, 60}}));
-    });
-    QRandomGenerator random(20240611);
-    for (int i = 0; i < 200; ++i)
-        QTest::addRow("random %d", i) << anyShape(random);
-}
+    void equalsContains()
+    {
+        QFETCH(QPainterPath, shape);
+        QImage cut(s_size, QImage::Format_ARGB32_Premultiplied);
+        cut.fill(0xff123456);
+        QImage expected = cut;
+        for (int y = 0; y < expected.height(); ++y) {
+            for (int x = 0; x < expected.width(); ++x) {
+                if (!shape.contains(QPointF(x, y)))
+                    expected.setPixel(x, y, 0);
+            }
+        }
+        cutToShape(cut, shape);
+        QCOMPARE(cut, expected);
+    }
 
-void TestCutting::equalsContains()
-{
-    QFETCH(QPainterPath, shape);
-    QImage cut(s_size, QImage::Format_ARGB32_Premultiplied);
-    cut.fill(0xff123456);
-    QImage expected = cut;
-    for (int y = 0; y < expected.height(); ++y) {
-        for (int x = 0; x < expected.width(); ++x) {
-            if (!shape.contains(QPointF(x, y)))
-                expected.setPixel(x, y, 0);
+    void formats()
+    {
+        QPainterPath shape;
+        shape.addRect(2, 1, 3, 2);
+        for (const QImage::Format format :
+             {QImage::Format_RGB32, QImage::Format_ARGB32, QImage::Format_RGB16}) {
+            QImage picture(8, 8, format);
+            picture.fill(Qt::red);
+            cutToShape(picture, shape);
+            QCOMPARE(picture.pixel(2, 1), 0xffff0000);
+            QCOMPARE(picture.pixel(1, 1), 0U);
         }
     }
-    cutToShape(cut, shape);
-    QCOMPARE(cut, expected);
-}
-
-void TestCutting::formats()
-{
-    QPainterPath shape;
-    shape.addRect(2, 1, 3, 2);
-    for (const QImage::Format format :
-         {QImage::Format_RGB32, QImage::Format_ARGB32, QImage::Format_RGB16}) {
-        QImage picture(8, 8, format);
-        picture.fill(Qt::red);
-        cutToShape(picture, shape);
-        QCOMPARE(picture.pixel(2, 1), 0xffff0000);
-        QCOMPARE(picture.pixel(1, 1), 0U);
-    }
-}
+};
 
 QTEST_APPLESS_MAIN(TestCutting)
 #include "test_cutting.moc"

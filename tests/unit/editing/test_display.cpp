@@ -27,155 +27,152 @@ class TestDisplay : public QObject
     Q_OBJECT
 
 private slots:
-    void parts();
-    void histories_data();
-    void histories();
-};
+    // Parts of a scaled picture join to the whole one without a trace.
+    void parts()
+    {
+        QRandomGenerator random(5);
+        for (int round = 0; round < 150; ++round) {
+            const auto side = [&] { return 1 + random.bounded(round % 5 == 0 ? 4 : 250); };
+            QImage image(side(), side(), QImage::Format_ARGB32_Premultiplied);
+            for (int y = 0; y < image.height(); ++y) {
+                for (int x = 0; x < image.width(); ++x)
+                    image.setPixel(x, y, random.generate());
+            }
+            const double zoom = std::pow(1.4, random.bounded(9) - 4);
+            QSize size(side(), side());
+            if (round % 2)
+                size = (QSizeF(image.size()) * zoom).toSize().expandedTo({1, 1});
+            if (size == image.size())
+                continue;
+            const QPoint corner(random.bounded(size.width()), random.bounded(size.height()));
+            const QRect part = QRect(corner, QSize(side(), side())) & QRect(QPoint(), size);
+            QCOMPARE(
+                scaledPart(image, size, part),
+                image.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation).copy(part));
+        }
+    }
 
-// Parts of a scaled picture join to the whole one without a trace.
-void TestDisplay::parts()
-{
-    QRandomGenerator random(5);
-    for (int round = 0; round < 150; ++round) {
-        const auto side = [&] { return 1 + random.bounded(round % 5 == 0 ? 4 : 250); };
-        QImage image(side(), side(), QImage::Format_ARGB32_Premultiplied);
+    void histories_data()
+    {
+        QTest::addColumn<bool>("transparent");
+        QTest::newRow("opaque") << false;
+        QTest::newRow("transparent") << true;
+    }
+
+    // The same random mouse, undo, redo and zoom for both; what is asked to be painted is compared
+    // with the whole.
+    void histories()
+    {
+        QFETCH(const bool, transparent);
+        QRandomGenerator random(transparent ? 11 : 7);
+        QImage image(QSize(300, 220), QImage::Format_ARGB32_Premultiplied);
         for (int y = 0; y < image.height(); ++y) {
             for (int x = 0; x < image.width(); ++x)
-                image.setPixel(x, y, random.generate());
+                image.setPixel(x, y, 0xff000000 | random.generate());
         }
-        const double zoom = std::pow(1.4, random.bounded(9) - 4);
-        QSize size(side(), side());
-        if (round % 2)
-            size = (QSizeF(image.size()) * zoom).toSize().expandedTo({1, 1});
-        if (size == image.size())
-            continue;
-        const QPoint corner(random.bounded(size.width()), random.bounded(size.height()));
-        const QRect part = QRect(corner, QSize(side(), side())) & QRect(QPoint(), size);
-        QCOMPARE(scaledPart(image, size, part),
-                 image.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation).copy(part));
-    }
-}
-
-void TestDisplay::histories_data()
-{
-    QTest::addColumn<bool>("transparent");
-    QTest::newRow("opaque") << false;
-    QTest::newRow("transparent") << true;
-}
-
-// The same random mouse, undo, redo and zoom for both; what is asked to be painted is compared with
-// the whole.
-void TestDisplay::histories()
-{
-    QFETCH(const bool, transparent);
-    QRandomGenerator random(transparent ? 11 : 7);
-    QImage image(QSize(300, 220), QImage::Format_ARGB32_Premultiplied);
-    for (int y = 0; y < image.height(); ++y) {
-        for (int x = 0; x < image.width(); ++x)
-            image.setPixel(x, y, 0xff000000 | random.generate());
-    }
-    if (transparent) {
-        QPainterPath path;
-        path.addEllipse(QRectF(image.rect()));
-        QPixmap cut = QPixmap::fromImage(image);
-        QPixmap flag;
-        TPictureEditor::EditPolyPixmap(cut, flag, true, &path, nullptr);
-        image = cut.toImage();
-        for (int x = 0; x < image.width(); ++x)
-            image.setPixel(x, 100, qPremultiply(qRgba(255, 0, 0, x % 256)));
-    }
-    const QPixmap picture = QPixmap::fromImage(image);
-    QCOMPARE(picture.hasAlpha(), transparent);
-
-    QWidget widget;
-    widget.resize(s_widget);
-    TPictureEditor editor(&widget, nullptr);
-    editor.setPixmap(picture);
-    widget.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&widget));
-    QWidget plainWidget;
-    plainWidget.resize(s_widget);
-    PlainPainter plain(&plainWidget);
-    plain.picture = picture;
-
-    const auto point = [&] {
-        return QPoint(random.bounded(-20, s_widget.width() + 20),
-                      random.bounded(-20, s_widget.height() + 20));
-    };
-    const auto send = [&](QEvent::Type type, QPoint at, Qt::MouseButtons buttons) {
-        QMouseEvent event(type, at, widget.mapToGlobal(at), Qt::LeftButton, buttons,
-                          Qt::NoModifier);
-        QCoreApplication::sendEvent(&widget, &event);
-    };
-    int steps = 0;
-    const auto compare = [&] {
-        // Only what the editor asked for is painted on its window.
-        QCoreApplication::processEvents();
-        const QImage expected = plainWidget.grab().toImage();
-        const QImage window = widget.screen()->grabWindow(widget.winId()).toImage();
-        if (window.convertToFormat(QImage::Format_RGB32) !=
-            expected.convertToFormat(QImage::Format_RGB32)) {
-            QFAIL(qPrintable(
-                u"step %1, zoom %2, tool %3"_s.arg(steps).arg(plain.scale).arg(plain.state)));
+        if (transparent) {
+            QPainterPath path;
+            path.addEllipse(QRectF(image.rect()));
+            QPixmap cut = QPixmap::fromImage(image);
+            QPixmap flag;
+            TPictureEditor::EditPolyPixmap(cut, flag, true, &path, nullptr);
+            image = cut.toImage();
+            for (int x = 0; x < image.width(); ++x)
+                image.setPixel(x, 100, qPremultiply(qRgba(255, 0, 0, x % 256)));
         }
-    };
-    for (int round = 0; round < 120; ++round) {
-        const int action = random.bounded(10);
-        plain.state = editor.getState();
-        if (action == 0) {
-            plain.scale = static_cast<float>(std::pow(1.4, random.bounded(7) - 4));
-            editor.setPixmapScaled(plain.scale);
-        } else if (action <= 2) {
-            editor.Undo();
-        } else if (action == 3) {
-            editor.Redo();
-        } else if (action == 4) {
-            QFont font;
-            font.setPointSize(6 + random.bounded(30));
-            font.setItalic(random.bounded(2));
-            const EntryPtr text = std::make_shared<const EditEntry>(
-                EditEntry{TextShape{point()},
-                          {.type = stateText,
-                           .color = QColor::fromRgb(random.generate()),
-                           .text = u"fjÅg %1\nمرحبا"_s.arg(round),
-                           .font = font}});
-            EditHistory history = editor.getVecUnDo();
-            history.prepend(text);
-            editor.setVecUnDo(&history);
-        } else {
-            plain.state = static_cast<stateEnum>(
-                QList{stateRect, stateEllipse, stateArrow, statePoly}.at(random.bounded(4)));
-            plain.lineWidth = 1 + random.bounded(12);
-            plain.color =
-                QColor::fromRgba(random.generate() | (random.bounded(2) ? 0xff000000 : 0));
-            editor.setState(plain.state);
-            editor.setLineWidth(plain.lineWidth);
-            editor.setPenColor(plain.color);
-            QPoint at = point();
-            send(QEvent::MouseButtonPress, at, Qt::LeftButton);
-            const ViewMapping view{
-                .widget = s_widget, .picture = picture.size(), .scale = plain.scale};
-            plain.gesture.press(at, view);
-            for (int moves = random.bounded(5); moves >= 0; --moves) {
-                at = point();
-                send(QEvent::MouseMove, at, Qt::LeftButton);
-                plain.gesture.moveTo(at);
-                if (plain.state == statePoly)
-                    plain.gesture.extendLine(view.toPicture(at));
-                compare();
+        const QPixmap picture = QPixmap::fromImage(image);
+        QCOMPARE(picture.hasAlpha(), transparent);
+
+        QWidget widget;
+        widget.resize(s_widget);
+        TPictureEditor editor(&widget, nullptr);
+        editor.setPixmap(picture);
+        widget.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&widget));
+        QWidget plainWidget;
+        plainWidget.resize(s_widget);
+        PlainPainter plain(&plainWidget);
+        plain.picture = picture;
+
+        const auto point = [&] {
+            return QPoint(random.bounded(-20, s_widget.width() + 20),
+                          random.bounded(-20, s_widget.height() + 20));
+        };
+        const auto send = [&](QEvent::Type type, QPoint at, Qt::MouseButtons buttons) {
+            QMouseEvent event(type, at, widget.mapToGlobal(at), Qt::LeftButton, buttons,
+                              Qt::NoModifier);
+            QCoreApplication::sendEvent(&widget, &event);
+        };
+        int steps = 0;
+        const auto compare = [&] {
+            // Only what the editor asked for is painted on its window.
+            QCoreApplication::processEvents();
+            const QImage expected = plainWidget.grab().toImage();
+            const QImage window = widget.screen()->grabWindow(widget.winId()).toImage();
+            if (window.convertToFormat(QImage::Format_RGB32) !=
+                expected.convertToFormat(QImage::Format_RGB32)) {
+                QFAIL(qPrintable(
+                    u"step %1, zoom %2, tool %3"_s.arg(steps).arg(plain.scale).arg(plain.state)));
             }
-            send(QEvent::MouseButtonRelease, at, Qt::NoButton);
-            plain.gesture.drop();
+        };
+        for (int round = 0; round < 120; ++round) {
+            const int action = random.bounded(10);
+            plain.state = editor.getState();
+            if (action == 0) {
+                plain.scale = static_cast<float>(std::pow(1.4, random.bounded(7) - 4));
+                editor.setPixmapScaled(plain.scale);
+            } else if (action <= 2) {
+                editor.Undo();
+            } else if (action == 3) {
+                editor.Redo();
+            } else if (action == 4) {
+                QFont font;
+                font.setPointSize(6 + random.bounded(30));
+                font.setItalic(random.bounded(2));
+                const EntryPtr text = std::make_shared<const EditEntry>(
+                    EditEntry{TextShape{point()},
+                              {.type = stateText,
+                               .color = QColor::fromRgb(random.generate()),
+                               .text = u"fjÅg %1\nمرحبا"_s.arg(round),
+                               .font = font}});
+                EditHistory history = editor.getVecUnDo();
+                history.prepend(text);
+                editor.setVecUnDo(&history);
+            } else {
+                plain.state = static_cast<stateEnum>(
+                    QList{stateRect, stateEllipse, stateArrow, statePoly}.at(random.bounded(4)));
+                plain.lineWidth = 1 + random.bounded(12);
+                plain.color =
+                    QColor::fromRgba(random.generate() | (random.bounded(2) ? 0xff000000 : 0));
+                editor.setState(plain.state);
+                editor.setLineWidth(plain.lineWidth);
+                editor.setPenColor(plain.color);
+                QPoint at = point();
+                send(QEvent::MouseButtonPress, at, Qt::LeftButton);
+                const ViewMapping view{
+                    .widget = s_widget, .picture = picture.size(), .scale = plain.scale};
+                plain.gesture.press(at, view);
+                for (int moves = random.bounded(5); moves >= 0; --moves) {
+                    at = point();
+                    send(QEvent::MouseMove, at, Qt::LeftButton);
+                    plain.gesture.moveTo(at);
+                    if (plain.state == statePoly)
+                        plain.gesture.extendLine(view.toPicture(at));
+                    compare();
+                }
+                send(QEvent::MouseButtonRelease, at, Qt::NoButton);
+                plain.gesture.drop();
+            }
+            plain.history = editor.getVecUnDo();
+            ++steps;
+            compare();
+            if (QTest::currentTestFailed())
+                return;
+            QCOMPARE(editor.sendPixmap(Qt::transparent).toImage(), plain.united().toImage());
         }
-        plain.history = editor.getVecUnDo();
-        ++steps;
-        compare();
-        if (QTest::currentTestFailed())
-            return;
-        QCOMPARE(editor.sendPixmap(Qt::transparent).toImage(), plain.united().toImage());
+        QVERIFY(plain.history.size() > 20);
     }
-    QVERIFY(plain.history.size() > 20);
-}
+};
 
 /// On a desktop whose scale is not whole, where widgets begin between two pixels.
 class TestScaledDisplay : public QObject

@@ -3,6 +3,7 @@
 #include "editing/picturefile.h"
 #include "editing/rendering.h"
 #include "editing/viewmapping.h"
+#include "rows.h"
 
 #include <QBuffer>
 #include <QColorSpace>
@@ -11,7 +12,6 @@
 #include <QPainterPath>
 #include <QRandomGenerator>
 #include <QTemporaryDir>
-#include <QTest>
 #include <QThread>
 
 #include <array>
@@ -105,224 +105,290 @@ class TestDocument : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase();
-    void shownNames_data();
-    void shownNames();
-    void savedTransparency_data();
-    void savedTransparency();
-    void writtenByRows_data();
-    void writtenByRows();
-    void givenUp();
-    void failedSaveAndLoad();
+    void initTestCase()
+    {
+        m_pipe = QFile::encodeName(m_folder.filePath(u"pipe.png"_s));
+        QCOMPARE(mkfifo(m_pipe.constData(), 0600), 0);
+    }
+
+    void shownNames()
+    {
+        const auto check = [&](const QByteArray &row, const QString &name, int number,
+                               const QString &shown) {
+            QPictureDocument document;
+            document.m_FileName = name;
+            document.m_NameIndex = number;
+            expect(row, document.GetShowName(), shown);
+            expect(row, document.IsNewFile(), number >= 0);
+        };
+        check("first grab", u""_s, 0, u"untitled"_s);
+        check("third grab", u""_s, 2, u"untitled 2"_s);
+        check("named grab", u"Mail"_s, 0, u"Mail"_s);
+        check("second of a name", u"a/b"_s, 1, u"a/b 1"_s);
+        check("file", u"/home/me/a.b.png"_s, -1, u"a.b.png"_s);
+        check("file without a folder", u"a.png"_s, -1, u"a.png"_s);
+    }
+
+    void savedTransparency()
+    {
+        const auto check = [&](const QByteArray &row, const QString &name, const QColor &corner) {
+            const QTemporaryDir folder;
+            QPixmap picture = filled({40, 40}, Qt::blue);
+            QPixmap flag;
+            QPainterPath path;
+            path.addEllipse(0, 0, 40, 40);
+            TPictureEditor::EditPolyPixmap(picture, flag, true, &path, nullptr);
+            QPictureDocument document(picture);
+            QVERIFY2(document.save(folder.filePath(name), nullptr, -1), row.constData());
+            const QImage saved(folder.filePath(name));
+            expect(row, saved.pixelColor(0, 0).alpha(), corner.alpha());
+            // Some of the formats lose a little.
+            QVERIFY2(qAbs(saved.pixelColor(0, 0).red() - corner.red()) < 8, row.constData());
+            QVERIFY2(qAbs(saved.pixelColor(0, 0).blue() - corner.blue()) < 8, row.constData());
+            QVERIFY2(saved.pixelColor(20, 20).blue() > 250, row.constData());
+        };
+        check("png", u"a.png"_s, QColor(0, 0, 0, 0));
+        check("bmp", u"a.BmP"_s, QColor(Qt::white));
+        check("jpg", u"a.JPG"_s, QColor(Qt::white));
+        check("jpeg", u"a.Jpeg"_s, QColor(Qt::white));
+    }
+
+    void writtenByRows_data()
+    {
+        QTest::addColumn<QImage::Format>("format");
+        QTest::addColumn<QString>("name");
+        for (const auto format :
+             {QImage::Format_RGB32, QImage::Format_ARGB32_Premultiplied, QImage::Format_ARGB32,
+              QImage::Format_Indexed8, QImage::Format_Mono, QImage::Format_Grayscale8,
+              QImage::Format_Grayscale16, QImage::Format_RGB888, QImage::Format_RGBA64}) {
+            QTest::addRow("png %d", format) << format << u"a.jpeg.PNG"_s;
+            QTest::addRow("jpg %d", format) << format << u"a.jpg"_s;
+        }
+        QTest::newRow("by its format") << QImage::Format_ARGB32_Premultiplied << u"png.jpe"_s;
+    }
+
+    // What a file that was written row by row holds is what the toolkit writes of the whole replay.
+    void writtenByRows()
+    {
+        QFETCH(QImage::Format, format);
+        QFETCH(QString, name);
+        const QTemporaryDir folder;
+        const QString path = folder.filePath(name);
+        QRandomGenerator random(format);
+        for (const QSize &size : {QSize(211, 407), QSize(90, 16), QSize(1, 1), QSize(640, 17)}) {
+            QImage noise(size, QImage::Format_ARGB32);
+            for (int y = 0; y < size.height(); ++y) {
+                for (int x = 0; x < size.width(); ++x)
+                    noise.setPixel(x, y, x % 7 ? random.generate() : random.generate() & 0xffffff);
+            }
+            QImage picture = noise.convertToFormat(format);
+            picture.setDotsPerMeterX(2835);
+            picture.setDotsPerMeterY(3937);
+            picture.setText(u"Title"_s, u"short"_s);
+            picture.setText(u"Author"_s, u"截圖 "_s.repeated(40));
+            picture.setText(u"Copyright"_s, u"é"_s.repeated(300));
+            if (format != QImage::Format_Mono && format != QImage::Format_Indexed8)
+                picture.setColorSpace(QColorSpace::AdobeRgb);
+            const EditHistory shapes =
+                size.width() == 90 ? EditHistory() : randomShapes(random, size);
+            const QByteArray kind = name.endsWith(u"jpe"_s) ? "jpeg" : QByteArray();
+            const int quality = size.width() == 640 ? 30 : -1;
+            PictureProgress progress;
+            const PictureWrite written =
+                writePicture(picture, shapes, path, kind, quality, progress);
+            QVERIFY2(written.isWritten, qPrintable(written.failure));
+            QVERIFY(written.file == FileIdentity::of(path));
+            QCOMPARE(progress.permille.load(), 1000);
+
+            QImage whole = replayed(QPixmap::fromImage(picture).toImage(), shapes, Qt::transparent);
+            if (name.endsWith(u"jpg"_s)) {
+                QImage white(size, QImage::Format_RGB32);
+                white.fill(Qt::white);
+                QPainter(&white).drawImage(0, 0, whole);
+                white.setDotsPerMeterX(whole.dotsPerMeterX());
+                white.setDotsPerMeterY(whole.dotsPerMeterY());
+                for (const QString &key : whole.textKeys())
+                    white.setText(key, whole.text(key));
+                white.setColorSpace(whole.colorSpace());
+                whole = white;
+            }
+            QBuffer bytes;
+            QImageWriter writer(&bytes,
+                                name.endsWith(u"PNG"_s, Qt::CaseInsensitive) ? "png" : "jpg");
+            writer.setQuality(quality);
+            QVERIFY(writer.write(whole));
+            const QImage expected = QImage::fromData(bytes.data());
+            const QImage actual(path);
+            QCOMPARE(actual, expected);
+            QCOMPARE(actual.format(), expected.format());
+            QCOMPARE(actual.dotsPerMeterX(), expected.dotsPerMeterX());
+            QCOMPARE(actual.dotsPerMeterY(), expected.dotsPerMeterY());
+            QCOMPARE(actual.colorSpace(), expected.colorSpace());
+            QCOMPARE(actual.textKeys(), expected.textKeys());
+            for (const QString &key : expected.textKeys())
+                QCOMPARE(actual.text(key), expected.text(key));
+            QVERIFY(qAbs(contentOf(path).size() - bytes.size()) < 200 + bytes.size() / 50);
+            // As it is read here no pixmap changes it.
+            const PictureRead read = readPicture(path, progress);
+            QVERIFY(read.picture.format() == QPixmap::fromImage(actual).toImage().format());
+            QCOMPARE(read.picture, QPixmap::fromImage(actual).toImage());
+        }
+    }
+
+    // From another thread, in the middle of it; and in a format that is written whole.
+    void givenUp()
+    {
+        const QTemporaryDir folder;
+        QImage picture(2000, 3000, QImage::Format_RGB32);
+        QRandomGenerator random(3);
+        random.fillRange(reinterpret_cast<quint32 *>(picture.bits()), picture.sizeInBytes() / 4);
+        for (const QString &name : {u"a.png"_s, u"a.bmp"_s}) {
+            const QString path = folder.filePath(name);
+            QVERIFY(fill(path, "old"));
+            PictureProgress progress;
+            PictureWrite written;
+            const std::unique_ptr<QThread> worker(QThread::create([&] {
+                written =
+                    writePicture(picture, {rectangle({9, 9, 900, 900})}, path, {}, -1, progress);
+            }));
+            progress.isCancelled = name == u"a.bmp";
+            worker->start();
+            QTRY_VERIFY(progress.permille > 100 || progress.isCancelled);
+            progress.isCancelled = true;
+            QVERIFY(worker->wait());
+            QVERIFY(progress.permille < 1000);
+            QVERIFY(!written.isWritten && written.failure.isEmpty());
+            QCOMPARE(contentOf(path), "old");
+        }
+        PictureProgress progress;
+        const QString path = folder.filePath(u"b.png"_s);
+        QVERIFY(writePicture(picture, {}, path, {}, -1, progress).isWritten);
+        progress.permille = 0;
+        PictureRead read;
+        const std::unique_ptr<QThread> worker(
+            QThread::create([&] { read = readPicture(path, progress); }));
+        worker->start();
+        QTRY_VERIFY(progress.permille > 10);
+        progress.isCancelled = true;
+        QVERIFY(worker->wait());
+        QVERIFY(progress.permille < 1000);
+        QVERIFY(read.picture.isNull() && read.failure.isEmpty());
+        QCOMPARE(QDir(folder.path()).entryList(QDir::Files | QDir::Hidden).size(), 3);
+    }
+
+    void failedSaveAndLoad()
+    {
+        const QTemporaryDir folder;
+        QPictureDocument document(filled({4, 4}, Qt::blue));
+        QVERIFY(!document.save(folder.filePath(u"no/such/folder/a.png"_s), nullptr, -1));
+        QVERIFY(!document.save(folder.filePath(u"noformat"_s), nullptr, -1));
+        QFile text(folder.filePath(u"text.png"_s));
+        QVERIFY(text.open(QIODevice::WriteOnly));
+        text.write("this is no picture");
+        text.close();
+        QPictureDocument broken(text.fileName());
+        QVERIFY(broken.m_Pixmap.isNull());
+        QVERIFY(!broken.m_Modified);
+        QVERIFY(!broken.IsNewFile());
+        QVERIFY(broken.GetUnitePixmap().isNull());
+        QVERIFY(!broken.save(folder.filePath(u"empty.png"_s), nullptr, -1));
+    }
+
     void refusedFiles_data();
-    void refusedFiles();
-    void unitedPicture();
-    void cutPicture();
-    void undoAndRedo();
-    void mapping_data();
-    void mapping();
+    // Where a pipe is opened this does not end.
+    void refusedFiles()
+    {
+        QFETCH(QByteArray, content);
+        QFETCH(QString, failure);
+        const QString path = m_folder.filePath(u"a.svg"_s);
+        QVERIFY(fill(path, content));
+        PictureProgress progress;
+        const PictureRead read = readPicture(path, progress);
+        QCOMPARE(read.picture.isNull(), !failure.isEmpty());
+        QVERIFY2(read.failure.startsWith(failure), qPrintable(read.failure));
+        QCOMPARE(read.failure.isEmpty(), failure.isEmpty());
+        QVERIFY(read.file == FileIdentity::of(path));
+        for (const QString &other : {QFile::decodeName(m_pipe), u"/dev/zero"_s, m_folder.path()})
+            QCOMPARE(readPicture(other, progress).failure, u"This is not a file."_s);
+    }
+
+    void unitedPicture()
+    {
+        const QPixmap picture = filled({60, 40}, Qt::blue);
+        QPictureDocument document(picture);
+        QCOMPARE(document.GetUnitePixmap().toImage(), picture.toImage());
+        document.m_VecUnDo = {rectangle({10, 10, 20, 20}, Qt::green), rectangle({10, 10, 20, 20})};
+        QCOMPARE(document.GetUnitePixmap().toImage().pixelColor(20, 10), QColor(Qt::green));
+        document.m_VecUnDo.removeFirst();
+        const QPictureDocument copy = document;
+        QCOMPARE(document.GetUnitePixmap().toImage().pixelColor(20, 10), QColor(Qt::red));
+        QCOMPARE(document.m_Pixmap.toImage(), picture.toImage());
+        document.m_VecUnDo.clear();
+        QCOMPARE(copy.m_VecUnDo.size(), 1);
+    }
+
+    // A shape does not leave the outline of a cut picture; pixels that only look empty are not its
+    // border.
+    void cutPicture()
+    {
+        QImage picture(60, 40, QImage::Format_ARGB32);
+        picture.fill(Qt::blue);
+        picture.setPixel(20, 10, 0);
+        picture.setPixel(21, 10, qRgba(9, 9, 9, 0));
+        const QImage result = replayed(picture, {rectangle({10, 10, 20, 20})}, QColor(0, 0, 0, 0));
+        QCOMPARE(result.pixel(20, 10), 0U);
+        QCOMPARE(result.pixelColor(21, 10), QColor(Qt::red));
+        QCOMPARE(result.pixelColor(22, 10), QColor(Qt::red));
+        QCOMPARE(replayed(picture, {}, Qt::yellow).pixelColor(20, 10), QColor(Qt::yellow));
+    }
+
+    void undoAndRedo()
+    {
+        QWidget widget;
+        TPictureEditor editor(&widget, nullptr);
+        editor.setcallback(remember);
+        const QPixmap picture = filled({60, 40}, Qt::blue);
+        editor.setPixmap(picture);
+        const EditHistory history{rectangle({1, 1, 9, 9}, Qt::green),
+                                  rectangle({20, 1, 9, 9}, Qt::red)};
+        editor.setVecUnDo(&history);
+        g_changes.clear();
+
+        editor.Redo();
+        QVERIFY(g_changes.isEmpty());
+        editor.Undo();
+        QCOMPARE(editor.getVecUnDo(), EditHistory{history[1]});
+        QCOMPARE(editor.sendPixmap(Qt::transparent).toImage().pixelColor(5, 0), QColor(Qt::blue));
+        editor.Undo();
+        editor.Undo();
+        QCOMPARE(editor.getVecReDo(), (EditHistory{history[1], history[0]}));
+        QCOMPARE(editor.sendPixmap(Qt::transparent).toImage(), picture.toImage());
+        editor.Redo();
+        QCOMPARE(editor.getVecUnDo(), EditHistory{history[1]});
+        QCOMPARE(g_changes, (QList<long>{1, 1, 1}));
+        // The document's own vectors are a copy.
+        QCOMPARE(history.size(), 2);
+        editor.setVecUnDo(&editor.getVecUnDo());
+        QVERIFY(editor.getVecUnDo().isEmpty());
+    }
+
+    void mapping()
+    {
+        const auto check = [&](const QByteArray &row, QSize widget, QSize picture, float scale,
+                               QPoint margins, QSize drawing) {
+            const ViewMapping view{.widget = widget, .picture = picture, .scale = scale};
+            expect(row, view.margins(), margins);
+            expect(row, drawingSize(widget, picture, scale), drawing);
+        };
+        check("centred, cut", {101, 50}, {40, 60}, 1.0F, {30, 0}, {101, 60});
+        check("zoomed in", {100, 100}, {40, 60}, 2.0F, {10, 0}, {100, 120});
+        check("zoomed out, truncated", {10, 10}, {33, 33}, 0.5F, {0, 0}, {16, 16});
+    }
 
 private:
     const QTemporaryDir m_folder;
     QByteArray m_pipe;
 };
-
-void TestDocument::initTestCase()
-{
-    m_pipe = QFile::encodeName(m_folder.filePath(u"pipe.png"_s));
-    QCOMPARE(mkfifo(m_pipe.constData(), 0600), 0);
-}
-
-void TestDocument::shownNames_data()
-{
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<int>("number");
-    QTest::addColumn<QString>("shown");
-    QTest::newRow("first grab") << u""_s << 0 << u"untitled"_s;
-    QTest::newRow("third grab") << u""_s << 2 << u"untitled 2"_s;
-    QTest::newRow("named grab") << u"Mail"_s << 0 << u"Mail"_s;
-    QTest::newRow("second of a name") << u"a/b"_s << 1 << u"a/b 1"_s;
-    QTest::newRow("file") << u"/home/me/a.b.png"_s << -1 << u"a.b.png"_s;
-    QTest::newRow("file without a folder") << u"a.png"_s << -1 << u"a.png"_s;
-}
-
-void TestDocument::shownNames()
-{
-    QFETCH(QString, name);
-    QFETCH(int, number);
-    QPictureDocument document;
-    document.m_FileName = name;
-    document.m_NameIndex = number;
-    QTEST(document.GetShowName(), "shown");
-    QCOMPARE(document.IsNewFile(), number >= 0);
-}
-
-void TestDocument::savedTransparency_data()
-{
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QColor>("corner");
-    QTest::newRow("png") << u"a.png"_s << QColor(0, 0, 0, 0);
-    QTest::newRow("bmp") << u"a.BmP"_s << QColor(Qt::white);
-    QTest::newRow("jpg") << u"a.JPG"_s << QColor(Qt::white);
-    QTest::newRow("jpeg") << u"a.Jpeg"_s << QColor(Qt::white);
-}
-
-void TestDocument::savedTransparency()
-{
-    QFETCH(QString, name);
-    const QTemporaryDir folder;
-    QPixmap picture = filled({40, 40}, Qt::blue);
-    QPixmap flag;
-    QPainterPath path;
-    path.addEllipse(0, 0, 40, 40);
-    TPictureEditor::EditPolyPixmap(picture, flag, true, &path, nullptr);
-    QPictureDocument document(picture);
-    QVERIFY(document.save(folder.filePath(name), nullptr, -1));
-    const QImage saved(folder.filePath(name));
-    QFETCH(QColor, corner);
-    QCOMPARE(saved.pixelColor(0, 0).alpha(), corner.alpha());
-    // Some of the formats lose a little.
-    QVERIFY(qAbs(saved.pixelColor(0, 0).red() - corner.red()) < 8);
-    QVERIFY(qAbs(saved.pixelColor(0, 0).blue() - corner.blue()) < 8);
-    QVERIFY(saved.pixelColor(20, 20).blue() > 250);
-}
-
-void TestDocument::writtenByRows_data()
-{
-    QTest::addColumn<QImage::Format>("format");
-    QTest::addColumn<QString>("name");
-    for (const auto format :
-         {QImage::Format_RGB32, QImage::Format_ARGB32_Premultiplied, QImage::Format_ARGB32,
-          QImage::Format_Indexed8, QImage::Format_Mono, QImage::Format_Grayscale8,
-          QImage::Format_Grayscale16, QImage::Format_RGB888, QImage::Format_RGBA64}) {
-        QTest::addRow("png %d", format) << format << u"a.jpeg.PNG"_s;
-        QTest::addRow("jpg %d", format) << format << u"a.jpg"_s;
-    }
-    QTest::newRow("by its format") << QImage::Format_ARGB32_Premultiplied << u"png.jpe"_s;
-}
-
-// What a file that was written row by row holds is what the toolkit writes of the whole replay.
-void TestDocument::writtenByRows()
-{
-    QFETCH(QImage::Format, format);
-    QFETCH(QString, name);
-    const QTemporaryDir folder;
-    const QString path = folder.filePath(name);
-    QRandomGenerator random(format);
-    for (const QSize &size : {QSize(211, 407), QSize(90, 16), QSize(1, 1), QSize(640, 17)}) {
-        QImage noise(size, QImage::Format_ARGB32);
-        for (int y = 0; y < size.height(); ++y) {
-            for (int x = 0; x < size.width(); ++x)
-                noise.setPixel(x, y, x % 7 ? random.generate() : random.generate() & 0xffffff);
-        }
-        QImage picture = noise.convertToFormat(format);
-        picture.setDotsPerMeterX(2835);
-        picture.setDotsPerMeterY(3937);
-        picture.setText(u"Title"_s, u"short"_s);
-        picture.setText(u"Author"_s, u"截圖 "_s.repeated(40));
-        picture.setText(u"Copyright"_s, u"é"_s.repeated(300));
-        if (format != QImage::Format_Mono && format != QImage::Format_Indexed8)
-            picture.setColorSpace(QColorSpace::AdobeRgb);
-        const EditHistory shapes = size.width() == 90 ? EditHistory() : randomShapes(random, size);
-        const QByteArray kind = name.endsWith(u"jpe"_s) ? "jpeg" : QByteArray();
-        const int quality = size.width() == 640 ? 30 : -1;
-        PictureProgress progress;
-        const PictureWrite written = writePicture(picture, shapes, path, kind, quality, progress);
-        QVERIFY2(written.isWritten, qPrintable(written.failure));
-        QVERIFY(written.file == FileIdentity::of(path));
-        QCOMPARE(progress.permille.load(), 1000);
-
-        QImage whole = replayed(QPixmap::fromImage(picture).toImage(), shapes, Qt::transparent);
-        if (name.endsWith(u"jpg"_s)) {
-            QImage white(size, QImage::Format_RGB32);
-            white.fill(Qt::white);
-            QPainter(&white).drawImage(0, 0, whole);
-            white.setDotsPerMeterX(whole.dotsPerMeterX());
-            white.setDotsPerMeterY(whole.dotsPerMeterY());
-            for (const QString &key : whole.textKeys())
-                white.setText(key, whole.text(key));
-            white.setColorSpace(whole.colorSpace());
-            whole = white;
-        }
-        QBuffer bytes;
-        QImageWriter writer(&bytes, name.endsWith(u"PNG"_s, Qt::CaseInsensitive) ? "png" : "jpg");
-        writer.setQuality(quality);
-        QVERIFY(writer.write(whole));
-        const QImage expected = QImage::fromData(bytes.data());
-        const QImage actual(path);
-        QCOMPARE(actual, expected);
-        QCOMPARE(actual.format(), expected.format());
-        QCOMPARE(actual.dotsPerMeterX(), expected.dotsPerMeterX());
-        QCOMPARE(actual.dotsPerMeterY(), expected.dotsPerMeterY());
-        QCOMPARE(actual.colorSpace(), expected.colorSpace());
-        QCOMPARE(actual.textKeys(), expected.textKeys());
-        for (const QString &key : expected.textKeys())
-            QCOMPARE(actual.text(key), expected.text(key));
-        QVERIFY(qAbs(contentOf(path).size() - bytes.size()) < 200 + bytes.size() / 50);
-        // As it is read here no pixmap changes it.
-        const PictureRead read = readPicture(path, progress);
-        QVERIFY(read.picture.format() == QPixmap::fromImage(actual).toImage().format());
-        QCOMPARE(read.picture, QPixmap::fromImage(actual).toImage());
-    }
-}
-
-// From another thread, in the middle of it; and in a format that is written whole.
-void TestDocument::givenUp()
-{
-    const QTemporaryDir folder;
-    QImage picture(2000, 3000, QImage::Format_RGB32);
-    QRandomGenerator random(3);
-    random.fillRange(reinterpret_cast<quint32 *>(picture.bits()), picture.sizeInBytes() / 4);
-    for (const QString &name : {u"a.png"_s, u"a.bmp"_s}) {
-        const QString path = folder.filePath(name);
-        QVERIFY(fill(path, "old"));
-        PictureProgress progress;
-        PictureWrite written;
-        const std::unique_ptr<QThread> worker(QThread::create([&] {
-            written = writePicture(picture, {rectangle({9, 9, 900, 900})}, path, {}, -1, progress);
-        }));
-        progress.isCancelled = name == u"a.bmp";
-        worker->start();
-        QTRY_VERIFY(progress.permille > 100 || progress.isCancelled);
-        progress.isCancelled = true;
-        QVERIFY(worker->wait());
-        QVERIFY(progress.permille < 1000);
-        QVERIFY(!written.isWritten && written.failure.isEmpty());
-        QCOMPARE(contentOf(path), "old");
-    }
-    PictureProgress progress;
-    const QString path = folder.filePath(u"b.png"_s);
-    QVERIFY(writePicture(picture, {}, path, {}, -1, progress).isWritten);
-    progress.permille = 0;
-    PictureRead read;
-    const std::unique_ptr<QThread> worker(
-        QThread::create([&] { read = readPicture(path, progress); }));
-    worker->start();
-    QTRY_VERIFY(progress.permille > 10);
-    progress.isCancelled = true;
-    QVERIFY(worker->wait());
-    QVERIFY(progress.permille < 1000);
-    QVERIFY(read.picture.isNull() && read.failure.isEmpty());
-    QCOMPARE(QDir(folder.path()).entryList(QDir::Files | QDir::Hidden).size(), 3);
-}
-
-void TestDocument::failedSaveAndLoad()
-{
-    const QTemporaryDir folder;
-    QPictureDocument document(filled({4, 4}, Qt::blue));
-    QVERIFY(!document.save(folder.filePath(u"no/such/folder/a.png"_s), nullptr, -1));
-    QVERIFY(!document.save(folder.filePath(u"noformat"_s), nullptr, -1));
-    QFile text(folder.filePath(u"text.png"_s));
-    QVERIFY(text.open(QIODevice::WriteOnly));
-    text.write("this is no picture");
-    text.close();
-    QPictureDocument broken(text.fileName());
-    QVERIFY(broken.m_Pixmap.isNull());
-    QVERIFY(!broken.m_Modified);
-    QVERIFY(!broken.IsNewFile());
-    QVERIFY(broken.GetUnitePixmap().isNull());
-    QVERIFY(!broken.save(folder.filePath(u"empty.png"_s), nullptr, -1));
-}
 
 void TestDocument::refusedFiles_data()
 {
@@ -398,108 +464,6 @@ void TestDocument::refusedFiles_data()
     QTest::newRow("large drawing")
         << drawing({}).replace("\"20\" height=\"10\"", "\"90000\" height=\"900000\"")
         << u"The picture needs "_s;
-}
-
-// Where a pipe is opened this does not end.
-void TestDocument::refusedFiles()
-{
-    QFETCH(QByteArray, content);
-    QFETCH(QString, failure);
-    const QString path = m_folder.filePath(u"a.svg"_s);
-    QVERIFY(fill(path, content));
-    PictureProgress progress;
-    const PictureRead read = readPicture(path, progress);
-    QCOMPARE(read.picture.isNull(), !failure.isEmpty());
-    QVERIFY2(read.failure.startsWith(failure), qPrintable(read.failure));
-    QCOMPARE(read.failure.isEmpty(), failure.isEmpty());
-    QVERIFY(read.file == FileIdentity::of(path));
-    for (const QString &other : {QFile::decodeName(m_pipe), u"/dev/zero"_s, m_folder.path()})
-        QCOMPARE(readPicture(other, progress).failure, u"This is not a file."_s);
-}
-
-void TestDocument::unitedPicture()
-{
-    const QPixmap picture = filled({60, 40}, Qt::blue);
-    QPictureDocument document(picture);
-    QCOMPARE(document.GetUnitePixmap().toImage(), picture.toImage());
-    document.m_VecUnDo = {rectangle({10, 10, 20, 20}, Qt::green), rectangle({10, 10, 20, 20})};
-    QCOMPARE(document.GetUnitePixmap().toImage().pixelColor(20, 10), QColor(Qt::green));
-    document.m_VecUnDo.removeFirst();
-    const QPictureDocument copy = document;
-    QCOMPARE(document.GetUnitePixmap().toImage().pixelColor(20, 10), QColor(Qt::red));
-    QCOMPARE(document.m_Pixmap.toImage(), picture.toImage());
-    document.m_VecUnDo.clear();
-    QCOMPARE(copy.m_VecUnDo.size(), 1);
-}
-
-// A shape does not leave the outline of a cut picture; pixels that only look empty are not its
-// border.
-void TestDocument::cutPicture()
-{
-    QImage picture(60, 40, QImage::Format_ARGB32);
-    picture.fill(Qt::blue);
-    picture.setPixel(20, 10, 0);
-    picture.setPixel(21, 10, qRgba(9, 9, 9, 0));
-    const QImage result = replayed(picture, {rectangle({10, 10, 20, 20})}, QColor(0, 0, 0, 0));
-    QCOMPARE(result.pixel(20, 10), 0U);
-    QCOMPARE(result.pixelColor(21, 10), QColor(Qt::red));
-    QCOMPARE(result.pixelColor(22, 10), QColor(Qt::red));
-    QCOMPARE(replayed(picture, {}, Qt::yellow).pixelColor(20, 10), QColor(Qt::yellow));
-}
-
-void TestDocument::undoAndRedo()
-{
-    QWidget widget;
-    TPictureEditor editor(&widget, nullptr);
-    editor.setcallback(remember);
-    const QPixmap picture = filled({60, 40}, Qt::blue);
-    editor.setPixmap(picture);
-    const EditHistory history{rectangle({1, 1, 9, 9}, Qt::green),
-                              rectangle({20, 1, 9, 9}, Qt::red)};
-    editor.setVecUnDo(&history);
-    g_changes.clear();
-
-    editor.Redo();
-    QVERIFY(g_changes.isEmpty());
-    editor.Undo();
-    QCOMPARE(editor.getVecUnDo(), EditHistory{history[1]});
-    QCOMPARE(editor.sendPixmap(Qt::transparent).toImage().pixelColor(5, 0), QColor(Qt::blue));
-    editor.Undo();
-    editor.Undo();
-    QCOMPARE(editor.getVecReDo(), (EditHistory{history[1], history[0]}));
-    QCOMPARE(editor.sendPixmap(Qt::transparent).toImage(), picture.toImage());
-    editor.Redo();
-    QCOMPARE(editor.getVecUnDo(), EditHistory{history[1]});
-    QCOMPARE(g_changes, (QList<long>{1, 1, 1}));
-    // The document's own vectors are a copy.
-    QCOMPARE(history.size(), 2);
-    editor.setVecUnDo(&editor.getVecUnDo());
-    QVERIFY(editor.getVecUnDo().isEmpty());
-}
-
-void TestDocument::mapping_data()
-{
-    QTest::addColumn<QSize>("widget");
-    QTest::addColumn<QSize>("picture");
-    QTest::addColumn<float>("scale");
-    QTest::addColumn<QPoint>("margins");
-    QTest::addColumn<QSize>("drawing");
-    QTest::newRow("centred, cut") << QSize(101, 50) << QSize(40, 60) << 1.0F << QPoint(30, 0)
-                                  << QSize(101, 60);
-    QTest::newRow("zoomed in") << QSize(100, 100) << QSize(40, 60) << 2.0F << QPoint(10, 0)
-                               << QSize(100, 120);
-    QTest::newRow("zoomed out, truncated")
-        << QSize(10, 10) << QSize(33, 33) << 0.5F << QPoint(0, 0) << QSize(16, 16);
-}
-
-void TestDocument::mapping()
-{
-    QFETCH(QSize, widget);
-    QFETCH(QSize, picture);
-    QFETCH(float, scale);
-    const ViewMapping view{.widget = widget, .picture = picture, .scale = scale};
-    QTEST(view.margins(), "margins");
-    QTEST(drawingSize(widget, picture, scale), "drawing");
 }
 
 QTEST_MAIN(TestDocument)

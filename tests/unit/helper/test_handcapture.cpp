@@ -3,8 +3,7 @@
 #include "fakedesktop.h"
 #include "helper/handcapture.h"
 #include "helper/scrollpage.h"
-
-#include <QTest>
+#include "rows.h"
 
 #include <algorithm>
 #include <cmath>
@@ -90,18 +89,263 @@ class TestHandCapture : public QObject
     Q_OBJECT
 
 private slots:
-    void init();
-    void follows_data();
-    void follows();
-    void losesAndFinds();
-    void whatStays_data();
-    void whatStays();
-    void ends_data();
-    void ends();
-    void limit();
-    void listing_data();
-    void listing();
-    void sheet();
+    void init()
+    {
+        const FakeDesktop desktop;
+        auto server = std::make_unique<HandServer>();
+        m_server = server.get();
+        services().windows = std::move(server);
+    }
+
+    // In both directions each way, and slantwise.
+    void follows()
+    {
+        const auto check = [&](const QByteArray &row, const QList<QPoint> &places, int speed) {
+            init();
+            // Slantwise a bar is over something else at each look, and belongs to none of it.
+            if (speed == 3000)
+                m_server->frame = {.footer = 24, .scrollBar = 14};
+            const QSize view = m_server->frame.content(m_server->bounds.size()).size();
+            QRect all;
+            for (const QPoint &place : places)
+                all |= QRect(place, view);
+            // Of which the last line is no blank one.
+            m_server->page = textPage(all.width(), all.height(), 2);
+            m_server->path = walk(places, speed);
+            if (speed == 1500)
+                m_server->button = {400, 200, 60, 90};
+            qint64 end = 0;
+            for (qsizetype i = 0; i + 1 < places.size(); ++i)
+                end += 2000LL * (places[i] - places[i + 1]).manhattanLength() / speed + 200;
+            HandCapture hands({.window = s_number});
+            const ScrollCapture::Result result = takeFor(hands, end);
+            expect(row, result.note, QString());
+            expect(row, result.picture, m_server->page);
+        };
+        const QList<QPoint> upright{{0, 900}, {0, 8000}, {0, 0}};
+        check("500 a second", QList<QPoint>{{0, 300}, {0, 900}, {0, 0}}, 500);
+        check("2,000 a second", upright, 2000);
+        check("8,000 a second", upright, 8000);
+        check("across", QList<QPoint>{{700, 0}, {3000, 0}, {0, 0}}, 2000);
+        check(
+            "both, beside bars",
+            QList<QPoint>{{600, 400}, {0, 0}, {600, 30}, {20, 380}, {600, 400}, {0, 400}, {600, 0}},
+            3000);
+        check("both, a button over it",
+              QList<QPoint>{{0, 0}, {600, 0}, {600, 200}, {0, 200}, {0, 400}, {600, 400}}, 1500);
+    }
+
+    // A jump beyond what two looks share is not guessed at; the way back is shown, and leads on.
+    void losesAndFinds()
+    {
+        m_server->page = textPage(700, 6000);
+        // At its foot there is nothing to be recognised.
+        fill(m_server->page, {0, 1250, 700, 300}, Qt::white);
+        m_server->path = [](qint64 time) {
+            if (time < 1000)
+                return QPoint(0, static_cast<int>(time));
+            if (time < 2500)
+                return QPoint(0, 4000 + static_cast<int>(time % 100));
+            // Back somewhat further than where it was lost, and on.
+            return QPoint(0, 700 + static_cast<int>((time - 2500) / 2));
+        };
+        HandCapture hands(target());
+        QStringList told;
+        int rowsWhileLost = 0;
+        QImage shown;
+        connect(&hands, &HandCapture::progressed, this, [&](const QString &text) {
+            told.append(text);
+            if (hands.isLost()) {
+                shown = hands.overview({200, 100});
+                rowsWhileLost = static_cast<int>(told.size());
+            }
+        });
+        const ScrollCapture::Result result = takeFor(hands, 6500);
+        QCOMPARE(result.note, QString());
+        QCOMPARE(result.picture, m_server->page.copy(0, 0, 700, result.picture.height()));
+        QVERIFY(result.picture.height() > 3100 && result.picture.height() < 3250);
+        // The last text of the last known view, in half its size.
+        QVERIFY(rowsWhileLost > 0 && rowsWhileLost < told.size());
+        QCOMPARE(shown.size(), QSize(200, 100));
+        bool isFound = false;
+        for (int foot = 1225; foot <= 1250 && !isFound; ++foot)
+            isFound =
+                m_server->page.copy(0, foot - 200, 400, 200)
+                    .convertToFormat(shown.format())
+                    .scaled(200, 100, Qt::IgnoreAspectRatio, Qt::SmoothTransformation) == shown;
+        QVERIFY(isFound);
+    }
+
+    // The area is the whole window in its frame: what stays at its edges comes once, or not at all
+    // where it would not reach along the content.
+    void whatStays()
+    {
+        const auto check = [&](const QByteArray &row, const Frame &frame, bool isUp) {
+            init();
+            m_server->frame = frame;
+            m_server->titleBar = frame.header / 2;
+            const int header = frame.header - m_server->titleBar;
+            const QRect content = frame.content(m_server->bounds.size());
+            m_server->page = textPage(content.width(), 2000);
+            const int lowest = 2000 - content.height();
+            m_server->path = [=](qint64 time) {
+                const int at = static_cast<int>(std::min<qint64>(time, lowest));
+                return QPoint(0, isUp ? lowest - at : at);
+            };
+            HandCapture hands({.window = s_number});
+            const ScrollCapture::Result result = takeFor(hands, lowest + 200);
+            expect(row, result.note, QString());
+            const QImage view = frame.view(m_server->page, {}, m_server->bounds.size());
+            expect(row, result.picture.size(),
+                   QSize(content.width(), 2000 + header + frame.footer));
+            expect(row, result.picture.copy(0, header, content.width(), 2000), m_server->page);
+            expect(row, result.picture.copy(0, 0, content.width(), header),
+                   view.copy(content.x(), m_server->titleBar, content.width(), header));
+        };
+        check("header, footer", Frame{.header = 50, .footer = 24}, false);
+        check("header, footer, up", Frame{.header = 50, .footer = 24}, true);
+        check("scroll bar", Frame{.scrollBar = 14}, false);
+        check("all, and a side bar",
+              Frame{.header = 50, .footer = 24, .sideBar = 60, .scrollBar = 14}, true);
+    }
+
+    void ends()
+    {
+        const auto check = [&](const QByteArray &row, const QString &how, bool keeps, bool told) {
+            init();
+            m_server->page = textPage(700, 2500);
+            m_server->path = [&](qint64 time) {
+                return QPoint(0,
+                              how == u"lost" && time > 700 ? 2000 : std::min<int>(600, int(time)));
+            };
+            HandCapture hands(target());
+            constexpr qint64 begin = 1000;
+            qint64 last = 0;
+            m_server->onLook = [&](qint64 now) {
+                last = now;
+                if (now < begin || how == u"idle")
+                    return;
+                if (how == u"keep" || how == u"lost")
+                    hands.keep();
+                else if (how == u"discard")
+                    hands.discard();
+                else if (how == u"closed")
+                    m_server->bounds = {};
+                else
+                    m_server->bounds.setWidth(650);
+            };
+            const ScrollCapture::Result result = hands.run();
+            expect(row, !result.picture.isNull(), keeps);
+            expect(row, !result.note.isEmpty(), told);
+            if (!result.picture.isNull())
+                expect(row, result.picture, m_server->page.copy(0, 0, 700, 1100));
+            expect(row, result.note.contains(QLocale().toString(1100)), how == u"lost");
+            if (how == u"idle")
+                QVERIFY2(last >= 60000 && last < 61000, row.constData());
+            else
+                QVERIFY2(last < begin + 100, row.constData());
+        };
+        check("Return", u"keep"_s, true, false);
+        check("Escape", u"discard"_s, false, false);
+        check("Return, lost", u"lost"_s, true, true);
+        check("idle", u"idle"_s, true, true);
+        check("closed", u"closed"_s, true, true);
+        check("another size", u"size"_s, true, true);
+    }
+
+    // What is beyond is left out, and said; what is within is still followed.
+    void limit()
+    {
+        const QImage page = textPage(900, 2000);
+        const QSize view(500, 300);
+        Mosaic narrow(700, qint64{700} * 640);
+        for (const QPoint at :
+             {QPoint(0, 0), QPoint(120, 100), QPoint(240, 200), QPoint(360, 300), QPoint(200, 420),
+              QPoint(100, 540), QPoint(90, 400), QPoint(0, 300)})
+            QVERIFY(narrow.add(page.copy({at, view}), {{}, view}) != Mosaic::Sight::Unclear);
+        QVERIFY(narrow.isFull());
+        const QImage taken = narrow.finish();
+        QCOMPARE(taken.size(), QSize(700, 640));
+        const QRect seen(0, 420, 700, 120);
+        QCOMPARE(taken.copy(seen).convertToFormat(QImage::Format_RGB32), page.copy(seen));
+    }
+
+    // Lines that differ by their numbers alone: a wrong distance explains nearly all of a view.
+    // With a line's number in each of its columns, one further across does as well as the one
+    // straight below.
+    void listing()
+    {
+        const auto check = [&](const QByteArray &row, bool repeats) {
+            init();
+            QImage page = plainPage(700, 17 * 400);
+            for (int line = 0; line < 400; ++line) {
+                glyphs().number(page, 20, 17 * line + 4, line);
+                for (int x = repeats ? 60 : 100; x < 690; x += repeats ? 40 : 60)
+                    glyphs().number(page, x, 17 * line + 4, repeats ? line : 31415);
+            }
+            m_server->page = page;
+            m_server->path = [](qint64 time) {
+                // By whole lines, and once by a hundred and a few.
+                const int line = static_cast<int>(time / 12);
+                return QPoint(0, 17 * (time < 2000   ? line
+                                       : time < 3000 ? 255 + line / 10
+                                                     : line - 110));
+            };
+            HandCapture hands(target());
+            const ScrollCapture::Result result = takeFor(hands, 5000);
+            expect(row, result.note, QString());
+            QVERIFY2(result.picture.height() > 5000, row.constData());
+            expect(row, result.picture, page.copy(0, 0, 700, result.picture.height()));
+        };
+        check("numbers at the left", false);
+        check("the same in each column", true);
+    }
+
+    // A table whose headings go along one way each, with both scroll bars: over the top and down
+    // the left they are as long as the cells that have been seen.
+    void sheet()
+    {
+        constexpr int heading = 24;
+        constexpr int side = 50;
+        constexpr int bar = 14;
+        const QSize cell(80, 24);
+        const QSize view(900, 600);
+        const QSize shown(view.width() - side - bar, view.height() - heading - bar);
+        QImage whole = plainPage(side + 1500 + shown.width(), heading + 1500 + shown.height());
+        fill(whole, {0, 0, whole.width(), heading}, Qt::lightGray);
+        fill(whole, {0, 0, side, whole.height()}, Qt::lightGray);
+        for (int y = heading; y < whole.height(); y += cell.height()) {
+            glyphs().number(whole, 4, y + 6, y);
+            fill(whole, {0, y + cell.height() - 1, whole.width(), 1}, Qt::gray);
+            for (int x = side; x < whole.width(); x += cell.width()) {
+                if ((x / cell.width() * 7 + y / cell.height()) % 3)
+                    glyphs().number(whole, x + 10, y + 6, (x * 31 + y * 17) % 99999);
+            }
+        }
+        for (int x = side; x < whole.width(); x += cell.width()) {
+            glyphs().number(whole, x + 10, 6, x);
+            fill(whole, {x + cell.width() - 1, 0, 1, whole.height()}, Qt::gray);
+        }
+        const auto look = [&](QPoint at) {
+            QImage result = plainPage(view.width(), view.height(), QColor(240, 240, 240));
+            QPainter painter(&result);
+            painter.drawImage(0, 0, whole, 0, 0, side, heading);
+            painter.drawImage(side, 0, whole, side + at.x(), 0, shown.width(), heading);
+            painter.drawImage(0, heading, whole, 0, heading + at.y(), side, shown.height());
+            painter.drawImage(QPoint(side, heading), whole,
+                              QRect(at + QPoint(side, heading), shown));
+            painter.fillRect(view.width() - bar + 2, heading + at.y() / 5, 10, 120, Qt::darkGray);
+            painter.fillRect(side + at.x() / 4, view.height() - bar + 2, 150, 10, Qt::darkGray);
+            return result;
+        };
+        const auto path = walk(
+            {{0, 0}, {0, 1500}, {1500, 1500}, {1500, 0}, {750, 0}, {750, 1000}, {0, 1000}, {0, 0}},
+            1600);
+        Mosaic mosaic(30000, 400'000'000);
+        for (int time = 0; time < 6500; time += 45)
+            QVERIFY(mosaic.add(look(path(time)), {{}, view}) != Mosaic::Sight::Unclear);
+        QCOMPARE(mosaic.finish(), whole);
+    }
 
 private:
     ScrollCapture::Target target() const
@@ -122,273 +366,6 @@ private:
 
     HandServer *m_server = nullptr;
 };
-
-void TestHandCapture::init()
-{
-    const FakeDesktop desktop;
-    auto server = std::make_unique<HandServer>();
-    m_server = server.get();
-    services().windows = std::move(server);
-}
-
-void TestHandCapture::follows_data()
-{
-    QTest::addColumn<QList<QPoint>>("places");
-    QTest::addColumn<int>("speed");  // pixels a second
-    const QList<QPoint> upright{{0, 900}, {0, 8000}, {0, 0}};
-    QTest::newRow("500 a second") << QList<QPoint>{{0, 300}, {0, 900}, {0, 0}} << 500;
-    QTest::newRow("2,000 a second") << upright << 2000;
-    QTest::newRow("8,000 a second") << upright << 8000;
-    QTest::newRow("across") << QList<QPoint>{{700, 0}, {3000, 0}, {0, 0}} << 2000;
-    QTest::newRow("both, beside bars")
-        << QList<QPoint>{{600, 400}, {0, 0}, {600, 30}, {20, 380}, {600, 400}, {0, 400}, {600, 0}}
-        << 3000;
-    QTest::newRow("both, a button over it")
-        << QList<QPoint>{{0, 0}, {600, 0}, {600, 200}, {0, 200}, {0, 400}, {600, 400}} << 1500;
-}
-
-// In both directions each way, and slantwise.
-void TestHandCapture::follows()
-{
-    QFETCH(QList<QPoint>, places);
-    QFETCH(int, speed);
-    // Slantwise a bar is over something else at each look, and belongs to none of it.
-    if (speed == 3000)
-        m_server->frame = {.footer = 24, .scrollBar = 14};
-    const QSize view = m_server->frame.content(m_server->bounds.size()).size();
-    QRect all;
-    for (const QPoint &place : places)
-        all |= QRect(place, view);
-    // Of which the last line is no blank one.
-    m_server->page = textPage(all.width(), all.height(), 2);
-    m_server->path = walk(places, speed);
-    if (speed == 1500)
-        m_server->button = {400, 200, 60, 90};
-    qint64 end = 0;
-    for (qsizetype i = 0; i + 1 < places.size(); ++i)
-        end += 2000LL * (places[i] - places[i + 1]).manhattanLength() / speed + 200;
-    HandCapture hands({.window = s_number});
-    const ScrollCapture::Result result = takeFor(hands, end);
-    QCOMPARE(result.note, QString());
-    QCOMPARE(result.picture, m_server->page);
-}
-
-// A jump beyond what two looks share is not guessed at; the way back is shown, and leads on.
-void TestHandCapture::losesAndFinds()
-{
-    m_server->page = textPage(700, 6000);
-    // At its foot there is nothing to be recognised.
-    fill(m_server->page, {0, 1250, 700, 300}, Qt::white);
-    m_server->path = [](qint64 time) {
-        if (time < 1000)
-            return QPoint(0, static_cast<int>(time));
-        if (time < 2500)
-            return QPoint(0, 4000 + static_cast<int>(time % 100));
-        // Back somewhat further than where it was lost, and on.
-        return QPoint(0, 700 + static_cast<int>((time - 2500) / 2));
-    };
-    HandCapture hands(target());
-    QStringList told;
-    int rowsWhileLost = 0;
-    QImage shown;
-    connect(&hands, &HandCapture::progressed, this, [&](const QString &text) {
-        told.append(text);
-        if (hands.isLost()) {
-            shown = hands.overview({200, 100});
-            rowsWhileLost = static_cast<int>(told.size());
-        }
-    });
-    const ScrollCapture::Result result = takeFor(hands, 6500);
-    QCOMPARE(result.note, QString());
-    QCOMPARE(result.picture, m_server->page.copy(0, 0, 700, result.picture.height()));
-    QVERIFY(result.picture.height() > 3100 && result.picture.height() < 3250);
-    // The last text of the last known view, in half its size.
-    QVERIFY(rowsWhileLost > 0 && rowsWhileLost < told.size());
-    QCOMPARE(shown.size(), QSize(200, 100));
-    bool isFound = false;
-    for (int foot = 1225; foot <= 1250 && !isFound; ++foot)
-        isFound = m_server->page.copy(0, foot - 200, 400, 200)
-                      .convertToFormat(shown.format())
-                      .scaled(200, 100, Qt::IgnoreAspectRatio, Qt::SmoothTransformation) == shown;
-    QVERIFY(isFound);
-}
-
-void TestHandCapture::whatStays_data()
-{
-    QTest::addColumn<Frame>("frame");
-    QTest::addColumn<bool>("isUp");
-    QTest::newRow("header, footer") << Frame{.header = 50, .footer = 24} << false;
-    QTest::newRow("header, footer, up") << Frame{.header = 50, .footer = 24} << true;
-    QTest::newRow("scroll bar") << Frame{.scrollBar = 14} << false;
-    QTest::newRow("all, and a side bar")
-        << Frame{.header = 50, .footer = 24, .sideBar = 60, .scrollBar = 14} << true;
-}
-
-// The area is the whole window in its frame: what stays at its edges comes once, or not at all
-// where it would not reach along the content.
-void TestHandCapture::whatStays()
-{
-    QFETCH(Frame, frame);
-    QFETCH(bool, isUp);
-    m_server->frame = frame;
-    m_server->titleBar = frame.header / 2;
-    const int header = frame.header - m_server->titleBar;
-    const QRect content = frame.content(m_server->bounds.size());
-    m_server->page = textPage(content.width(), 2000);
-    const int lowest = 2000 - content.height();
-    m_server->path = [=](qint64 time) {
-        const int at = static_cast<int>(std::min<qint64>(time, lowest));
-        return QPoint(0, isUp ? lowest - at : at);
-    };
-    HandCapture hands({.window = s_number});
-    const ScrollCapture::Result result = takeFor(hands, lowest + 200);
-    QCOMPARE(result.note, QString());
-    const QImage view = frame.view(m_server->page, {}, m_server->bounds.size());
-    QCOMPARE(result.picture.size(), QSize(content.width(), 2000 + header + frame.footer));
-    QCOMPARE(result.picture.copy(0, header, content.width(), 2000), m_server->page);
-    QCOMPARE(result.picture.copy(0, 0, content.width(), header),
-             view.copy(content.x(), m_server->titleBar, content.width(), header));
-}
-
-void TestHandCapture::ends_data()
-{
-    QTest::addColumn<QString>("how");
-    QTest::addColumn<bool>("keeps");
-    QTest::addColumn<bool>("told");
-    QTest::newRow("Return") << u"keep"_s << true << false;
-    QTest::newRow("Escape") << u"discard"_s << false << false;
-    QTest::newRow("Return, lost") << u"lost"_s << true << true;
-    QTest::newRow("idle") << u"idle"_s << true << true;
-    QTest::newRow("closed") << u"closed"_s << true << true;
-    QTest::newRow("another size") << u"size"_s << true << true;
-}
-
-void TestHandCapture::ends()
-{
-    QFETCH(QString, how);
-    m_server->page = textPage(700, 2500);
-    m_server->path = [&](qint64 time) {
-        return QPoint(0, how == u"lost" && time > 700 ? 2000 : std::min<int>(600, int(time)));
-    };
-    HandCapture hands(target());
-    constexpr qint64 begin = 1000;
-    qint64 last = 0;
-    m_server->onLook = [&](qint64 now) {
-        last = now;
-        if (now < begin || how == u"idle")
-            return;
-        if (how == u"keep" || how == u"lost")
-            hands.keep();
-        else if (how == u"discard")
-            hands.discard();
-        else if (how == u"closed")
-            m_server->bounds = {};
-        else
-            m_server->bounds.setWidth(650);
-    };
-    const ScrollCapture::Result result = hands.run();
-    QTEST(!result.picture.isNull(), "keeps");
-    QTEST(!result.note.isEmpty(), "told");
-    if (!result.picture.isNull())
-        QCOMPARE(result.picture, m_server->page.copy(0, 0, 700, 1100));
-    QCOMPARE(result.note.contains(QLocale().toString(1100)), how == u"lost");
-    if (how == u"idle")
-        QVERIFY(last >= 60000 && last < 61000);
-    else
-        QVERIFY(last < begin + 100);
-}
-
-// What is beyond is left out, and said; what is within is still followed.
-void TestHandCapture::limit()
-{
-    const QImage page = textPage(900, 2000);
-    const QSize view(500, 300);
-    Mosaic narrow(700, qint64{700} * 640);
-    for (const QPoint at : {QPoint(0, 0), QPoint(120, 100), QPoint(240, 200), QPoint(360, 300),
-                            QPoint(200, 420), QPoint(100, 540), QPoint(90, 400), QPoint(0, 300)})
-        QVERIFY(narrow.add(page.copy({at, view}), {{}, view}) != Mosaic::Sight::Unclear);
-    QVERIFY(narrow.isFull());
-    const QImage taken = narrow.finish();
-    QCOMPARE(taken.size(), QSize(700, 640));
-    const QRect seen(0, 420, 700, 120);
-    QCOMPARE(taken.copy(seen).convertToFormat(QImage::Format_RGB32), page.copy(seen));
-}
-
-void TestHandCapture::listing_data()
-{
-    QTest::addColumn<bool>("repeats");
-    QTest::newRow("numbers at the left") << false;
-    QTest::newRow("the same in each column") << true;
-}
-
-// Lines that differ by their numbers alone: a wrong distance explains nearly all of a view. With a
-// line's number in each of its columns, one further across does as well as the one straight below.
-void TestHandCapture::listing()
-{
-    QFETCH(bool, repeats);
-    QImage page = plainPage(700, 17 * 400);
-    for (int line = 0; line < 400; ++line) {
-        glyphs().number(page, 20, 17 * line + 4, line);
-        for (int x = repeats ? 60 : 100; x < 690; x += repeats ? 40 : 60)
-            glyphs().number(page, x, 17 * line + 4, repeats ? line : 31415);
-    }
-    m_server->page = page;
-    m_server->path = [](qint64 time) {
-        // By whole lines, and once by a hundred and a few.
-        const int line = static_cast<int>(time / 12);
-        return QPoint(0, 17 * (time < 2000 ? line : time < 3000 ? 255 + line / 10 : line - 110));
-    };
-    HandCapture hands(target());
-    const ScrollCapture::Result result = takeFor(hands, 5000);
-    QCOMPARE(result.note, QString());
-    QVERIFY(result.picture.height() > 5000);
-    QCOMPARE(result.picture, page.copy(0, 0, 700, result.picture.height()));
-}
-
-// A table whose headings go along one way each, with both scroll bars: over the top and down the
-// left they are as long as the cells that have been seen.
-void TestHandCapture::sheet()
-{
-    constexpr int heading = 24;
-    constexpr int side = 50;
-    constexpr int bar = 14;
-    const QSize cell(80, 24);
-    const QSize view(900, 600);
-    const QSize shown(view.width() - side - bar, view.height() - heading - bar);
-    QImage whole = plainPage(side + 1500 + shown.width(), heading + 1500 + shown.height());
-    fill(whole, {0, 0, whole.width(), heading}, Qt::lightGray);
-    fill(whole, {0, 0, side, whole.height()}, Qt::lightGray);
-    for (int y = heading; y < whole.height(); y += cell.height()) {
-        glyphs().number(whole, 4, y + 6, y);
-        fill(whole, {0, y + cell.height() - 1, whole.width(), 1}, Qt::gray);
-        for (int x = side; x < whole.width(); x += cell.width()) {
-            if ((x / cell.width() * 7 + y / cell.height()) % 3)
-                glyphs().number(whole, x + 10, y + 6, (x * 31 + y * 17) % 99999);
-        }
-    }
-    for (int x = side; x < whole.width(); x += cell.width()) {
-        glyphs().number(whole, x + 10, 6, x);
-        fill(whole, {x + cell.width() - 1, 0, 1, whole.height()}, Qt::gray);
-    }
-    const auto look = [&](QPoint at) {
-        QImage result = plainPage(view.width(), view.height(), QColor(240, 240, 240));
-        QPainter painter(&result);
-        painter.drawImage(0, 0, whole, 0, 0, side, heading);
-        painter.drawImage(side, 0, whole, side + at.x(), 0, shown.width(), heading);
-        painter.drawImage(0, heading, whole, 0, heading + at.y(), side, shown.height());
-        painter.drawImage(QPoint(side, heading), whole, QRect(at + QPoint(side, heading), shown));
-        painter.fillRect(view.width() - bar + 2, heading + at.y() / 5, 10, 120, Qt::darkGray);
-        painter.fillRect(side + at.x() / 4, view.height() - bar + 2, 150, 10, Qt::darkGray);
-        return result;
-    };
-    const auto path =
-        walk({{0, 0}, {0, 1500}, {1500, 1500}, {1500, 0}, {750, 0}, {750, 1000}, {0, 1000}, {0, 0}},
-             1600);
-    Mosaic mosaic(30000, 400'000'000);
-    for (int time = 0; time < 6500; time += 45)
-        QVERIFY(mosaic.add(look(path(time)), {{}, view}) != Mosaic::Sight::Unclear);
-    QCOMPARE(mosaic.finish(), whole);
-}
 
 QTEST_MAIN(TestHandCapture)
 #include "test_handcapture.moc"

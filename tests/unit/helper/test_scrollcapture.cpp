@@ -3,9 +3,9 @@
 #include "fakedesktop.h"
 #include "helper/helperjob.h"
 #include "helper/scrollcapture.h"
+#include "rows.h"
 
 #include <QHash>
-#include <QTest>
 
 #include <algorithm>
 #include <random>
@@ -18,8 +18,8 @@ constexpr int s_number = 42;
 constexpr int s_wheelStep = 53;
 constexpr int s_sideStep = 41;
 constexpr int s_eventTurn = 4;
-constexpr int s_anotherPage = 3;
-constexpr int s_otherColours = 3;
+
+using Hook = std::function<void()>;
 
 QImage noisePage(const QSize &size)
 {
@@ -60,8 +60,8 @@ public:
     QList<QRect> late{};  ///< parts of the page that are grey when they come into view
     int lateness = 0;     ///< for so long, in milliseconds
     int pending = 0;
-    bool stuck = false;              ///< turns are carried out once it no longer is
-    std::function<void()> onTurn{};  ///< called after each turn
+    bool stuck = false;  ///< turns are carried out once it no longer is
+    Hook onTurn{};       ///< called after each turn
 
     QRect view() const
     {
@@ -142,24 +142,240 @@ class TestScrollCapture : public QObject
     Q_OBJECT
 
 private slots:
-    void init();
-    void takesAll_data();
-    void takesAll();
-    void hinders_data();
-    void hinders();
-    void lateContent_data();
-    void lateContent();
-    void endsEarly_data();
-    void endsEarly();
-    void stops_data();
-    void stops();
-    void limit();
-    void nothingScrolls();
-    void takesAcross_data();
-    void takesAcross();
-    void endsAcross_data();
-    void endsAcross();
-    void limitAcross();
+    void init()
+    {
+        const FakeDesktop desktop;
+        auto server = std::make_unique<ScrollingServer>();
+        m_server = server.get();
+        services().windows = std::move(server);
+        m_server->page = noisePage({m_server->view().width(), 2500});
+    }
+
+    void takesAll()
+    {
+        const auto check = [&](const QByteArray &row, bool told, int start) {
+            init();
+            m_server->offset = start;
+            ScrollCapture capture(target(told ? viewOnScreen() : QRect()));
+            const ScrollCapture::Result result = capture.run();
+            expect(row, result.note, QString());
+            expect(row, result.picture, m_server->page);
+            expect(row, m_server->offset, start);
+        };
+        check("told area, from the top", true, 0);
+        check("told area, from the middle", true, 12 * s_wheelStep);
+        check("found by the pixels", false, 20 * s_wheelStep);
+    }
+
+    // What passes, and has to be waited for or followed.
+    void hinders()
+    {
+        const auto check = [&](const QByteArray &row, int turn, const Hook &hinder,
+                               QImage::Format format = QImage::Format_RGB32) {
+            init();
+            m_server->onTurn = [&] {
+                QVERIFY2(!m_server->handBusy, row);
+                if (m_server->turns != turn)
+                    return;
+                hinder();
+                services().clock->after(1500, this, [this] {
+                    m_server->handBusy = false;
+                    m_server->stuck = false;
+                    m_server->scroll();
+                });
+            };
+            ScrollCapture capture(target(viewOnScreen()));
+            const ScrollCapture::Result result = capture.run();
+            expect(row, result.note, QString());
+            expect(row, result.picture.convertToFormat(format, Qt::ThresholdDither),
+                   m_server->page.convertToFormat(format, Qt::ThresholdDither));
+            expect(row, m_server->offset, 0);
+        };
+        check("hangs on the way down", 5, [this] { m_server->stuck = true; });
+        check("hangs from the first turn on", 1, [this] { m_server->stuck = true; });
+        check("is moved", 5, [this] { m_server->bounds.translate(60, 30); });
+        check("the user holds a key", 5, [this] { m_server->handBusy = true; });
+        const auto recolour = [this] {
+            QPainter(&m_server->page).fillRect(m_server->page.rect(), QColor(220, 240, 255, 90));
+        };
+        check("takes other colours", 5, recolour, QImage::Format_Mono);
+    }
+
+    void lateContent()
+    {
+        for (const int lateness : {200, 500}) {
+            init();
+            m_server->lateness = lateness;
+            for (int y = 120; y < m_server->page.height(); y += 330) {
+                m_server->late.append({20, y, 280, 150});
+                QPainter(&m_server->page)
+                    .fillRect(m_server->late.last(), QColor(y % 250, 120, 200));
+            }
+            ScrollCapture capture(target(viewOnScreen()));
+            const ScrollCapture::Result result = capture.run();
+            expect(QByteArray::number(lateness), result.note, QString());
+            expect(QByteArray::number(lateness), result.picture, m_server->page);
+        }
+    }
+
+    // What there is until then is kept, without a seam, and the reason is told.
+    void endsEarly()
+    {
+        const auto check = [&](const QByteArray &row, bool isOver, const Hook &event) {
+            init();
+            m_server->onTurn = [&] {
+                if (m_server->turns == s_eventTurn)
+                    event();
+            };
+            ScrollCapture capture(target(viewOnScreen()));
+            const ScrollCapture::Result result = capture.run();
+            expect(row, result.note.isEmpty(), false);
+            // Neither the window that came in front nor what lay below gets the wheel; what can be
+            // put back is put back.
+            expect(row, isOver ? m_server->turns : m_server->offset, isOver ? s_eventTurn : 0);
+            const int height = result.picture.height();
+            expect(row, height > m_server->view().height() && height < 2000, true);
+            expect(row, result.picture,
+                   noisePage({result.picture.width(), 2500}).copy(result.picture.rect()));
+        };
+        check("closed", true, [this] { m_server->bounds = {}; });
+        check("another size", false, [this] { m_server->bounds.setWidth(480); });
+        check("covered", true, [this] {
+            m_server->list.append({.entry = {.number = 1, .bounds = m_server->bounds}});
+        });
+        check("another page", false,
+              [this] { m_server->page = noisePage(m_server->page.size()).mirrored(); });
+    }
+
+    void stops()
+    {
+        const auto check = [&](const QByteArray &row, int turn, void (ScrollCapture::*stop)()) {
+            init();
+            const int start = 30 * s_wheelStep;
+            m_server->offset = start;
+            ScrollCapture capture(target(viewOnScreen()));
+            int turnsAtStop = 0;
+            m_server->onTurn = [&] {
+                if (m_server->turns != turn)
+                    return;
+                turnsAtStop = turn;
+                (capture.*stop)();
+            };
+            const ScrollCapture::Result result = capture.run();
+            expect(row, turnsAtStop, turn);
+            expect(row, result.note, QString());
+            expect(row, result.picture.isNull(), stop != &ScrollCapture::keep);
+            if (stop == &ScrollCapture::keep && turn > 1)
+                expect(row, result.picture, m_server->page.copy(result.picture.rect()));
+            expect(row, m_server->offset, start);
+            // Who leaves at once does not look.
+            if (stop == &ScrollCapture::abandon)
+                expect(row, m_server->turns, turn + 1);
+        };
+        check("keep", 5, &ScrollCapture::keep);
+        check("keep, on the way up", 1, &ScrollCapture::keep);
+        check("discard, before anything is known", 4, &ScrollCapture::discard);
+        check("discard", 5, &ScrollCapture::discard);
+        check("abandon, on the way up", 2, &ScrollCapture::abandon);
+        check("abandon", 11, &ScrollCapture::abandon);
+    }
+
+    void limit()
+    {
+        m_server->bounds.setHeight(3000);
+        m_server->page = noisePage({m_server->view().width(), 31000});
+        ScrollCapture capture(target(viewOnScreen()));
+        const ScrollCapture::Result result = capture.run();
+        QCOMPARE(result.picture.height(), 30000);
+        QCOMPARE(result.picture, m_server->page.copy(0, 0, m_server->page.width(), 30000));
+        QVERIFY(!result.note.isEmpty());
+    }
+
+    void nothingScrolls()
+    {
+        m_server->page = noisePage(m_server->view().size());
+        ScrollCapture whole(target());
+        ScrollCapture::Result result = whole.run();
+        QCOMPARE(result.picture, m_server->picture({}, {s_number}));
+        QVERIFY(!result.note.isEmpty());
+        QCOMPARE(result.lastRow, -1);
+
+        m_server->bounds = {};
+        ScrollCapture gone(target());
+        result = gone.run();
+        QVERIFY(result.picture.isNull());
+        QVERIFY(!result.note.isEmpty());
+    }
+
+    void takesAcross()
+    {
+        const auto check = [&](const QByteArray &row, const QImage &page, bool told, QPoint start) {
+            init();
+            m_server->page = page;
+            const QPoint began(std::min(start.x(), m_server->rightmost()),
+                               std::min(start.y(), m_server->lowest()));
+            m_server->sideOffset = began.x();
+            m_server->offset = began.y();
+            ScrollCapture capture(acrossTarget(told));
+            const ScrollCapture::Result result = capture.run();
+            expect(row, result.note, QString());
+            expect(row, result.picture, page);
+            expect(row, QPoint(m_server->sideOffset, m_server->offset), began);
+        };
+        const QImage page = noisePage({1100, 1300});
+        const QPoint midst(11 * s_sideStep, 12 * s_wheelStep);
+        check("told area, from the midst", page, true, midst);
+        check("found by the pixels, from its end", page, false, {9999, 9999});
+        check("a few long lines", longLines({1100, 1700}), false, {});
+        check("only wider", noisePage({1500, 416}), false, {midst.x(), 0});
+        check("only higher", noisePage({486, 1700}), false, {0, midst.y()});
+    }
+
+    void endsAcross()
+    {
+        const auto check = [&](const QByteArray &row, int turn, bool kept) {
+            init();
+            m_server->page = noisePage({1500, 1700});
+            const QPoint began(11 * s_sideStep, 12 * s_wheelStep);
+            m_server->sideOffset = began.x();
+            m_server->offset = began.y();
+            ScrollCapture capture(acrossTarget());
+            QImage seen;
+            m_server->onTurn = [&] {
+                if (m_server->turns != turn)
+                    return;
+                seen = capture.overview({300, 300});
+                kept ? capture.keep() : capture.discard();
+            };
+            const ScrollCapture::Result result = capture.run();
+            expect(row, result.note, QString());
+            expect(row, result.picture.isNull(), !kept);
+            expect(row, QPoint(m_server->sideOffset, m_server->offset), began);
+            if (turn < 20)
+                return;
+            // Wider than high: not the column alone.
+            QVERIFY2(seen.width() * 9 > seen.height() * 4, row.constData());
+            if (kept) {
+                const QRect first(0, 0, m_server->view().width(), m_server->page.height());
+                QVERIFY2(result.picture.width() > first.width(), row.constData());
+                expect(row, result.picture.copy(first), m_server->page.copy(first));
+            }
+        };
+        check("keep, in the second column", 28, true);
+        check("discard, in the second column", 28, false);
+        check("keep, on the way to the left", 3, true);
+    }
+
+    void limitAcross()
+    {
+        m_server->bounds.setSize({2600, 44 + 64});
+        m_server->page = noisePage({30500, 64});
+        ScrollCapture capture(acrossTarget());
+        const ScrollCapture::Result result = capture.run();
+        QCOMPARE(result.picture, m_server->page.copy(0, 0, 30000, 64));
+        QCOMPARE(result.lastColumn, 30000);
+        QVERIFY(!result.note.isEmpty());
+    }
 
 private:
     QRect viewOnScreen() const { return m_server->view().translated(m_server->bounds.topLeft()); }
@@ -176,293 +392,6 @@ private:
 
     ScrollingServer *m_server = nullptr;
 };
-
-void TestScrollCapture::init()
-{
-    const FakeDesktop desktop;
-    auto server = std::make_unique<ScrollingServer>();
-    m_server = server.get();
-    services().windows = std::move(server);
-    m_server->page = noisePage({m_server->view().width(), 2500});
-}
-
-void TestScrollCapture::takesAll_data()
-{
-    QTest::addColumn<bool>("told");
-    QTest::addColumn<int>("start");
-    QTest::newRow("told area, from the top") << true << 0;
-    QTest::newRow("told area, from the middle") << true << 12 * s_wheelStep;
-    QTest::newRow("found by the pixels") << false << 20 * s_wheelStep;
-}
-
-void TestScrollCapture::takesAll()
-{
-    QFETCH(bool, told);
-    QFETCH(int, start);
-    m_server->offset = start;
-    ScrollCapture capture(target(told ? viewOnScreen() : QRect()));
-    const ScrollCapture::Result result = capture.run();
-    QCOMPARE(result.note, QString());
-    QCOMPARE(result.picture, m_server->page);
-    QCOMPARE(m_server->offset, start);
-}
-
-void TestScrollCapture::hinders_data()
-{
-    QTest::addColumn<int>("turn");
-    QTest::addColumn<int>("hindrance");
-    QTest::newRow("hangs on the way down") << 5 << 0;
-    QTest::newRow("hangs from the first turn on") << 1 << 0;
-    QTest::newRow("is moved") << 5 << 1;
-    QTest::newRow("the user holds a key") << 5 << 2;
-    QTest::newRow("takes other colours") << 5 << s_otherColours;
-}
-
-// What passes, and has to be waited for or followed.
-void TestScrollCapture::hinders()
-{
-    QFETCH(int, turn);
-    QFETCH(int, hindrance);
-    m_server->onTurn = [this, turn, hindrance] {
-        QVERIFY(!m_server->handBusy);
-        if (m_server->turns != turn)
-            return;
-        m_server->stuck = hindrance == 0;
-        m_server->handBusy = hindrance == 2;
-        if (hindrance == 1)
-            m_server->bounds.translate(60, 30);
-        if (hindrance == s_otherColours)
-            QPainter(&m_server->page).fillRect(m_server->page.rect(), QColor(220, 240, 255, 90));
-        services().clock->after(1500, this, [this] {
-            m_server->handBusy = false;
-            m_server->stuck = false;
-            m_server->scroll();
-        });
-    };
-    ScrollCapture capture(target(viewOnScreen()));
-    const ScrollCapture::Result result = capture.run();
-    QCOMPARE(result.note, QString());
-    const auto comparable = [hindrance](const QImage &picture) {
-        return hindrance == s_otherColours
-                   ? picture.convertToFormat(QImage::Format_Mono, Qt::ThresholdDither)
-                   : picture;
-    };
-    QCOMPARE(comparable(result.picture), comparable(m_server->page));
-    QCOMPARE(m_server->offset, 0);
-}
-
-void TestScrollCapture::lateContent_data()
-{
-    QTest::addColumn<int>("lateness");
-    QTest::newRow("200 ms") << 200;
-    QTest::newRow("500 ms") << 500;
-}
-
-void TestScrollCapture::lateContent()
-{
-    QFETCH(int, lateness);
-    m_server->lateness = lateness;
-    for (int y = 120; y < m_server->page.height(); y += 330) {
-        m_server->late.append({20, y, 280, 150});
-        QPainter(&m_server->page).fillRect(m_server->late.last(), QColor(y % 250, 120, 200));
-    }
-    ScrollCapture capture(target(viewOnScreen()));
-    const ScrollCapture::Result result = capture.run();
-    QCOMPARE(result.note, QString());
-    QCOMPARE(result.picture, m_server->page);
-}
-
-void TestScrollCapture::endsEarly_data()
-{
-    QTest::addColumn<int>("event");
-    QTest::newRow("closed") << 0;
-    QTest::newRow("another size") << 1;
-    QTest::newRow("covered") << 2;
-    QTest::newRow("another page") << s_anotherPage;
-}
-
-// What there is until then is kept, without a seam, and the reason is told.
-void TestScrollCapture::endsEarly()
-{
-    QFETCH(int, event);
-    m_server->onTurn = [this, event] {
-        if (m_server->turns != s_eventTurn)
-            return;
-        if (event == 0)
-            m_server->bounds = {};
-        else if (event == 1)
-            m_server->bounds.setWidth(480);
-        else if (event == 2)
-            m_server->list.append({.entry = {.number = 1, .bounds = m_server->bounds}});
-        else
-            m_server->page = noisePage(m_server->page.size()).mirrored();
-    };
-    ScrollCapture capture(target(viewOnScreen()));
-    const ScrollCapture::Result result = capture.run();
-    QVERIFY(!result.note.isEmpty());
-    // Neither the window that came in front nor what lay below gets the wheel; what can be put back
-    // is put back.
-    if (event == 0 || event == 2)
-        QCOMPARE(m_server->turns, s_eventTurn);
-    else
-        QCOMPARE(m_server->offset, 0);
-    QVERIFY(result.picture.height() > m_server->view().height());
-    QVERIFY(result.picture.height() < 2000);
-    QCOMPARE(result.picture,
-             noisePage(QSize(result.picture.width(), 2500)).copy(result.picture.rect()));
-}
-
-void TestScrollCapture::stops_data()
-{
-    QTest::addColumn<int>("turn");
-    QTest::addColumn<int>("stop");
-    QTest::newRow("keep") << 5 << 0;
-    QTest::newRow("keep, on the way up") << 1 << 0;
-    QTest::newRow("discard, before anything is known") << 4 << 1;
-    QTest::newRow("discard") << 5 << 1;
-    QTest::newRow("abandon, on the way up") << 2 << 2;
-    QTest::newRow("abandon") << 11 << 2;
-}
-
-void TestScrollCapture::stops()
-{
-    QFETCH(int, turn);
-    QFETCH(int, stop);
-    const int start = 30 * s_wheelStep;
-    m_server->offset = start;
-    ScrollCapture capture(target(viewOnScreen()));
-    int turnsAtStop = 0;
-    m_server->onTurn = [&] {
-        if (m_server->turns != turn)
-            return;
-        turnsAtStop = turn;
-        if (stop == 0)
-            capture.keep();
-        else if (stop == 1)
-            capture.discard();
-        else
-            capture.abandon();
-    };
-    const ScrollCapture::Result result = capture.run();
-    QCOMPARE(turnsAtStop, turn);
-    QCOMPARE(result.note, QString());
-    QCOMPARE(result.picture.isNull(), stop != 0);
-    if (stop == 0 && turn > 1)
-        QCOMPARE(result.picture, m_server->page.copy(result.picture.rect()));
-    QCOMPARE(m_server->offset, start);
-    // Who leaves at once does not look.
-    if (stop == 2)
-        QCOMPARE(m_server->turns, turn + 1);
-}
-
-void TestScrollCapture::limit()
-{
-    m_server->bounds.setHeight(3000);
-    m_server->page = noisePage({m_server->view().width(), 31000});
-    ScrollCapture capture(target(viewOnScreen()));
-    const ScrollCapture::Result result = capture.run();
-    QCOMPARE(result.picture.height(), 30000);
-    QCOMPARE(result.picture, m_server->page.copy(0, 0, m_server->page.width(), 30000));
-    QVERIFY(!result.note.isEmpty());
-}
-
-void TestScrollCapture::nothingScrolls()
-{
-    m_server->page = noisePage(m_server->view().size());
-    ScrollCapture whole(target());
-    ScrollCapture::Result result = whole.run();
-    QCOMPARE(result.picture, m_server->picture({}, {s_number}));
-    QVERIFY(!result.note.isEmpty());
-    QCOMPARE(result.lastRow, -1);
-
-    m_server->bounds = {};
-    ScrollCapture gone(target());
-    result = gone.run();
-    QVERIFY(result.picture.isNull());
-    QVERIFY(!result.note.isEmpty());
-}
-
-void TestScrollCapture::takesAcross_data()
-{
-    QTest::addColumn<QImage>("page");
-    QTest::addColumn<bool>("told");
-    QTest::addColumn<QPoint>("start");
-    const QImage page = noisePage({1100, 1300});
-    const QPoint midst(11 * s_sideStep, 12 * s_wheelStep);
-    QTest::newRow("told area, from the midst") << page << true << midst;
-    QTest::newRow("found by the pixels, from its end") << page << false << QPoint(9999, 9999);
-    QTest::newRow("a few long lines") << longLines({1100, 1700}) << false << QPoint();
-    QTest::newRow("only wider") << noisePage({1500, 416}) << false << QPoint(midst.x(), 0);
-    QTest::newRow("only higher") << noisePage({486, 1700}) << false << QPoint(0, midst.y());
-}
-
-void TestScrollCapture::takesAcross()
-{
-    QFETCH(QImage, page);
-    QFETCH(bool, told);
-    QFETCH(QPoint, start);
-    m_server->page = page;
-    const QPoint began(std::min(start.x(), m_server->rightmost()),
-                       std::min(start.y(), m_server->lowest()));
-    m_server->sideOffset = began.x();
-    m_server->offset = began.y();
-    ScrollCapture capture(acrossTarget(told));
-    const ScrollCapture::Result result = capture.run();
-    QCOMPARE(result.note, QString());
-    QCOMPARE(result.picture, page);
-    QCOMPARE(QPoint(m_server->sideOffset, m_server->offset), began);
-}
-
-void TestScrollCapture::endsAcross_data()
-{
-    QTest::addColumn<int>("turn");
-    QTest::addColumn<bool>("kept");
-    QTest::newRow("keep, in the second column") << 28 << true;
-    QTest::newRow("discard, in the second column") << 28 << false;
-    QTest::newRow("keep, on the way to the left") << 3 << true;
-}
-
-void TestScrollCapture::endsAcross()
-{
-    QFETCH(int, turn);
-    QFETCH(bool, kept);
-    m_server->page = noisePage({1500, 1700});
-    const QPoint began(11 * s_sideStep, 12 * s_wheelStep);
-    m_server->sideOffset = began.x();
-    m_server->offset = began.y();
-    ScrollCapture capture(acrossTarget());
-    QImage seen;
-    m_server->onTurn = [&] {
-        if (m_server->turns != turn)
-            return;
-        seen = capture.overview({300, 300});
-        kept ? capture.keep() : capture.discard();
-    };
-    const ScrollCapture::Result result = capture.run();
-    QCOMPARE(result.note, QString());
-    QCOMPARE(result.picture.isNull(), !kept);
-    QCOMPARE(QPoint(m_server->sideOffset, m_server->offset), began);
-    if (turn < 20)
-        return;
-    // Wider than high: not the column alone.
-    QVERIFY(seen.width() * 9 > seen.height() * 4);
-    if (kept) {
-        const QRect first(0, 0, m_server->view().width(), m_server->page.height());
-        QVERIFY(result.picture.width() > first.width());
-        QCOMPARE(result.picture.copy(first), m_server->page.copy(first));
-    }
-}
-
-void TestScrollCapture::limitAcross()
-{
-    m_server->bounds.setSize({2600, 44 + 64});
-    m_server->page = noisePage({30500, 64});
-    ScrollCapture capture(acrossTarget());
-    const ScrollCapture::Result result = capture.run();
-    QCOMPARE(result.picture, m_server->page.copy(0, 0, 30000, 64));
-    QCOMPARE(result.lastColumn, 30000);
-    QVERIFY(!result.note.isEmpty());
-}
 
 QTEST_MAIN(TestScrollCapture)
 #include "test_scrollcapture.moc"

@@ -26,96 +26,92 @@ class TestApplicationWatch : public QObject
     Q_OBJECT
 
 private slots:
-    void activation();
-    void loginItemFollows();
-    void autostartEntry();
-};
+    void activation()
+    {
+        const FakeDesktop desktop;
+        g_told.clear();
+        QVERIFY(IsAppActive());
+        StartWatchAppActive();
+        SetAppActiveChangeCallback(remember);
 
-void TestApplicationWatch::activation()
-{
-    const FakeDesktop desktop;
-    g_told.clear();
-    QVERIFY(IsAppActive());
-    StartWatchAppActive();
-    SetAppActiveChangeCallback(remember);
+        desktop.watch->front = 41;
+        desktop.watch->tell(true, 1);
+        QVERIFY(IsAppActive());
+        desktop.watch->setActive(false);
+        QVERIFY(!IsAppActive());
+        desktop.watch->tell(false, 1);
+        desktop.watch->front = 42;
+        desktop.watch->setActive(true);
+        QVERIFY(IsAppActive());
+        QCOMPARE(g_told, (QList<bool>{false, true}));
+        // Coming to the front itself has not changed where the focus goes back to.
+        SetPreAppActive();
+        QCOMPARE(desktop.watch->activatedWindows, QList<unsigned>{41});
 
-    desktop.watch->front = 41;
-    desktop.watch->tell(true, 1);
-    QVERIFY(IsAppActive());
-    desktop.watch->setActive(false);
-    QVERIFY(!IsAppActive());
-    desktop.watch->tell(false, 1);
-    desktop.watch->front = 42;
-    desktop.watch->setActive(true);
-    QVERIFY(IsAppActive());
-    QCOMPARE(g_told, (QList<bool>{false, true}));
-    // Coming to the front itself has not changed where the focus goes back to.
-    SetPreAppActive();
-    QCOMPARE(desktop.watch->activatedWindows, QList<unsigned>{41});
+        SetAppActiveChangeCallback(nullptr);
+        desktop.watch->setActive(false);
+        StopWatchAppActive();
+        desktop.watch->setActive(true);
+        QVERIFY(!IsAppActive());
+        QCOMPARE(g_told.size(), 2);
+    }
 
-    SetAppActiveChangeCallback(nullptr);
-    desktop.watch->setActive(false);
-    StopWatchAppActive();
-    desktop.watch->setActive(true);
-    QVERIFY(!IsAppActive());
-    QCOMPARE(g_told.size(), 2);
-}
+    void loginItemFollows()
+    {
+        const FakeDesktop desktop;
+        SetAutoRunLogin(true);
+        SetAutoRunLogin(true);
+        QVERIFY(GetAutoRunLogin());
+        SetAutoRunLogin(false);
+        SetAutoRunLogin(false);
+        QVERIFY(!GetAutoRunLogin());
+    }
 
-void TestApplicationWatch::loginItemFollows()
-{
-    const FakeDesktop desktop;
-    SetAutoRunLogin(true);
-    SetAutoRunLogin(true);
-    QVERIFY(GetAutoRunLogin());
-    SetAutoRunLogin(false);
-    SetAutoRunLogin(false);
-    QVERIFY(!GetAutoRunLogin());
-}
-
-void TestApplicationWatch::autostartEntry()
-{
-    const QTemporaryDir home;
-    qputenv("XDG_CONFIG_HOME", home.path().toLocal8Bit());
-    const QString path = home.path() + u"/autostart/snapworkbench.desktop"_s;
-    Autostart item;
-    item.remove();
-    QVERIFY(!item.contains());
-    item.insert();
-    QVERIFY(item.contains());
-    QFile entry(path);
-    QVERIFY(entry.open(QIODevice::ReadWrite));
-    const QByteArray text = entry.readAll();
-    QVERIFY(text.startsWith("[Desktop Entry]\n"));
-    QVERIFY(text.contains(QCoreApplication::applicationFilePath().toUtf8()));
-    // The entry of a program that lies elsewhere is not this one's.
-    entry.resize(0);
-    entry.write("[Desktop Entry]\nExec=\"/elsewhere/SnapWorkbench\"\n");
-    entry.close();
-    QVERIFY(!item.contains());
-    item.insert();
-    QVERIFY(item.contains());
-    // One that the desktop's own settings have switched off does not start the program.
-    for (const char *off : {"Hidden=true\n", "X-GNOME-Autostart-enabled = false\n"}) {
-        QByteArray changed = text;
-        changed.replace("X-GNOME-Autostart-enabled=true\n", off);
-        QVERIFY(entry.open(QIODevice::WriteOnly));
-        entry.write(changed);
+    void autostartEntry()
+    {
+        const QTemporaryDir home;
+        qputenv("XDG_CONFIG_HOME", home.path().toLocal8Bit());
+        const QString path = home.path() + u"/autostart/snapworkbench.desktop"_s;
+        Autostart item;
+        item.remove();
+        QVERIFY(!item.contains());
+        item.insert();
+        QVERIFY(item.contains());
+        QFile entry(path);
+        QVERIFY(entry.open(QIODevice::ReadWrite));
+        const QByteArray text = entry.readAll();
+        QVERIFY(text.startsWith("[Desktop Entry]\n"));
+        QVERIFY(text.contains(QCoreApplication::applicationFilePath().toUtf8()));
+        // The entry of a program that lies elsewhere is not this one's.
+        entry.resize(0);
+        entry.write("[Desktop Entry]\nExec=\"/elsewhere/SnapWorkbench\"\n");
         entry.close();
         QVERIFY(!item.contains());
         item.insert();
         QVERIFY(item.contains());
-    }
-    item.remove();
-    QVERIFY(!QFile::exists(path));
+        // One that the desktop's own settings have switched off does not start the program.
+        for (const char *off : {"Hidden=true\n", "X-GNOME-Autostart-enabled = false\n"}) {
+            QByteArray changed = text;
+            changed.replace("X-GNOME-Autostart-enabled=true\n", off);
+            QVERIFY(entry.open(QIODevice::WriteOnly));
+            entry.write(changed);
+            entry.close();
+            QVERIFY(!item.contains());
+            item.insert();
+            QVERIFY(item.contains());
+        }
+        item.remove();
+        QVERIFY(!QFile::exists(path));
 
-    // A file where the folder should be: nothing happens, and nothing is lost.
-    QVERIFY(QDir(home.path()).rmdir(u"autostart"_s));
-    QFile inTheWay(home.path() + u"/autostart"_s);
-    QVERIFY(inTheWay.open(QIODevice::WriteOnly));
-    item.insert();
-    QVERIFY(!item.contains());
-    QVERIFY(QFileInfo(inTheWay).isFile());
-}
+        // A file where the folder should be: nothing happens, and nothing is lost.
+        QVERIFY(QDir(home.path()).rmdir(u"autostart"_s));
+        QFile inTheWay(home.path() + u"/autostart"_s);
+        QVERIFY(inTheWay.open(QIODevice::WriteOnly));
+        item.insert();
+        QVERIFY(!item.contains());
+        QVERIFY(QFileInfo(inTheWay).isFile());
+    }
+};
 
 QTEST_MAIN(TestApplicationWatch)
 #include "test_applicationwatch.moc"

@@ -1,16 +1,5 @@
 #include "platform/x11/keylayout.h"
-
-#include <QTest>
-
-class TestKeyLayout : public QObject
-{
-    Q_OBJECT
-
-private slots:
-    void letters_data();
-    void letters();
-    void keys();
-};
+#include "rows.h"
 
 namespace {
 
@@ -24,39 +13,36 @@ const KeyLayout::Group s_moved{{s_r, 'P'}, {s_s, 'R'}, {40, 'S'}, {s_v, 'V'}};
 
 }  // namespace
 
-void TestKeyLayout::letters_data()
+class TestKeyLayout : public QObject
 {
-    QTest::addColumn<QList<KeyLayout::Group>>("groups");
-    QTest::addColumn<uint8_t>("key");
-    QTest::addColumn<int>("group");
-    QTest::addColumn<char>("letter");
-    using Groups = QList<KeyLayout::Group>;
-    const Groups two{s_us, s_moved};
-    QTest::newRow("first of two") << two << s_s << 0 << 'S';
-    QTest::newRow("second of two") << two << s_s << 1 << 'R';
-    QTest::newRow("moved away") << two << s_r << 1 << 'P';
-    QTest::newRow("no such layout") << two << s_s << 2 << '\0';
-    QTest::newRow("no letters: where the other layout has it")
-        << Groups{{}, s_moved} << s_s << 0 << 'R';
-    QTest::newRow("no letters at all: as on a US keyboard") << Groups{{}} << s_v << 0 << 'V';
-    QTest::newRow("only V missing, its place taken")
-        << Groups{{{s_r, 'R'}, {s_s, 'S'}, {s_v, 'K'}}} << s_v << 0 << 'K';
-}
+    Q_OBJECT
 
-void TestKeyLayout::letters()
-{
-    QFETCH(QList<KeyLayout::Group>, groups);
-    QFETCH(uint8_t, key);
-    QFETCH(int, group);
-    QTEST(KeyLayout(groups).letterOf(key, group), "letter");
-}
+private slots:
+    void letters()
+    {
+        using Groups = QList<KeyLayout::Group>;
+        const auto check = [&](const QByteArray &row, const QList<KeyLayout::Group> &groups,
+                               uint8_t key, int group, char letter) {
+            expect(row, KeyLayout(groups).letterOf(key, group), letter);
+        };
+        const Groups two{s_us, s_moved};
+        check("first of two", two, s_s, 0, 'S');
+        check("second of two", two, s_s, 1, 'R');
+        check("moved away", two, s_r, 1, 'P');
+        check("no such layout", two, s_s, 2, '\0');
+        check("no letters: where the other layout has it", Groups{{}, s_moved}, s_s, 0, 'R');
+        check("no letters at all: as on a US keyboard", Groups{{}}, s_v, 0, 'V');
+        check("only V missing, its place taken", Groups{{{s_r, 'R'}, {s_s, 'S'}, {s_v, 'K'}}}, s_v,
+              0, 'K');
+    }
 
-void TestKeyLayout::keys()
-{
-    const KeyLayout layout({s_us, s_moved});
-    QCOMPARE(layout.keysOf('R'), (QList<uint8_t>{s_r, s_s}));
-    QCOMPARE(layout.keysOf('V'), QList<uint8_t>{s_v});
-}
+    void keys()
+    {
+        const KeyLayout layout({s_us, s_moved});
+        QCOMPARE(layout.keysOf('R'), (QList<uint8_t>{s_r, s_s}));
+        QCOMPARE(layout.keysOf('V'), QList<uint8_t>{s_v});
+    }
+};
 
 QTEST_APPLESS_MAIN(TestKeyLayout)
 #include "test_keylayout.moc"

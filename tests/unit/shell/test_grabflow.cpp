@@ -130,375 +130,314 @@ class TestGrabFlow : public QObject
     Q_OBJECT
 
 private slots:
-    void init();
-    void everyEventInEveryState_data();
-    void everyEventInEveryState();
-    void orders_data();
-    void orders();
-    void lastPressIsKept();
-    void sameKeyCountsAnew();
-    void escapeTwice();
-    void windowStaysOutOfTheNextPicture();
-    void menuWaitGivesWay();
-    void helper();
-    void quitDropsWhatWaits();
+    void init()
+    {
+        m_fake = std::make_unique<Fake>();
+        m_fake->now = {.isComposited = true, .countdown = 5};
+        m_flow = std::make_unique<GrabFlow>(*m_fake, *m_fake, m_clock);
+        m_fake->opened = [this] { m_flow->opened(); };
+    }
+
+    void everyEventInEveryState_data()
+    {
+        QTest::addColumn<GrabState>("state");
+        QTest::addColumn<GrabEvent>("event");
+        QTest::addColumn<QString>("atOnce");
+        QTest::addColumn<GrabState>("becomes");
+        QTest::addColumn<QString>(
+            "inTheEnd");  // the last that is done about it; empty where it is all
+        using S = GrabState;
+        constexpr int s_columns = 9;
+        struct Row {
+            S state;
+            std::array<const char *, s_columns> atOnce;  // press, Escape, opens, works, scrolls,
+                                                         // puts back, ends, quit, display lost
+            const char *pressEnds;
+            const char *quitEnds;
+        };
+        // clang-format off
+        constexpr std::array<Row, GrabStateCount> rows{{
+            {S::Idle,      {"other,screen,document", "", "", "", "", "", "", "", ""}, "", ""},
+            {S::Freezing,  {"bring", "give up", "", "hide", "", "", "", "give up", ""}, "", "close"},
+            {S::Marking,   {"bring", "give up", "", "", "", "", "", "give up", "give up"}, "", "close"},
+            {S::Counting,  {"", "", "", "", "", "", "", "give up", ""}, "screen", "close"},
+            {S::Browsing,  {"bring", "", "", "", "", "", "", "give up", ""}, "", "close"},
+            {S::Asking,    {"bring", "", "", "", "", "", "", "give up", ""}, "", "close"},
+            {S::MenuWait,  {"stop", "", "", "hide", "", "", "show", "drop", ""}, "", ""},
+            {S::Picking,   {"bring", "", "", "", "", "", "show", "drop", "give up"}, "", ""},
+            {S::Scrolling, {"bring", "", "", "", "", "", "show", "drop", ""}, "", ""},
+            {S::Ending,    {"", "", "", "", "", "", "", "give up", ""}, "screen", "close"},
+        }};
+        // clang-format on
+        for (const Row &row : rows) {
+            for (int i = 0; i < s_columns; ++i) {
+                const auto event = static_cast<GrabEvent>(i);
+                S becomes = row.state;
+                if (event == GrabEvent::Opens && row.state == S::Freezing)
+                    becomes = S::Marking;
+                else if (event == GrabEvent::Scrolls && row.state == S::Picking)
+                    becomes = S::Scrolling;
+                else if (event == GrabEvent::PutsBack && row.state == S::Scrolling)
+                    becomes = S::Ending;
+                else if (QLatin1StringView(row.atOnce.at(i)) == "show"_L1 ||
+                         QLatin1StringView(row.atOnce.at(i)) == "drop"_L1)
+                    becomes = S::Idle;
+                const char *end = event == GrabEvent::Press  ? row.pressEnds
+                                  : event == GrabEvent::Quit ? row.quitEnds
+                                                             : "";
+                QTest::addRow("%s, event %d", qPrintable(GrabFlow::nameOf(row.state)), i)
+                    << row.state << event << QString::fromLatin1(row.atOnce.at(i)) << becomes
+                    << QString::fromLatin1(end);
+            }
+        }
+    }
+
+    void everyEventInEveryState()
+    {
+        QFETCH(GrabState, state);
+        QFETCH(GrabEvent, event);
+        QStringList atOnce;
+        GrabState after = GrabState::Idle;
+        bool mayClose = false;
+        const QMap<GrabEvent, Hook> events{
+            {GrabEvent::Press, [&] { m_flow->press(GrabCommand::Screen); }},
+            {GrabEvent::Escape, [&] { m_flow->escape(); }},
+            {GrabEvent::Opens, [&] { m_flow->opened(); }},
+            {GrabEvent::Works, [&] { m_flow->helperWorks(); }},
+            {GrabEvent::Scrolls, [&] { m_flow->helperScrolls(); }},
+            {GrabEvent::PutsBack, [&] { m_flow->helperPutsBack(); }},
+            {GrabEvent::Ends, [&] { m_flow->helperEnds(); }},
+            {GrabEvent::Quit, [&] { mayClose = m_flow->quit(); }},
+            {GrabEvent::DisplayLost, [&] { m_flow->displayLost(); }}};
+        in(state, [&] {
+            m_fake->log.clear();
+            events[event]();
+            atOnce = std::exchange(m_fake->log, {});
+            after = m_flow->state();
+        });
+        QTEST(atOnce.join(u','), "atOnce");
+        QTEST(after, "becomes");
+        QFETCH(QString, inTheEnd);
+        QCoreApplication::processEvents();
+        if (!inTheEnd.isEmpty())
+            QVERIFY2(m_fake->log.contains(inTheEnd), qPrintable(m_fake->log.join(u',')));
+        // Who may not close the program at once is told when to.
+        if (event == GrabEvent::Quit) {
+            QCOMPARE(mayClose, inTheEnd.isEmpty());
+            QCOMPARE(m_flow->state(), GrabState::Idle);
+        }
+        // No state is a trap.
+        m_flow->helperEnds();
+        QCoreApplication::processEvents();
+        QCOMPARE(m_flow->state(), GrabState::Idle);
+    }
+
+    // From the press to the end, in the order that other programs and the picture depend on.
+    void orders_data()
+    {
+        QTest::addColumn<GrabCommand>("command");
+        QTest::addColumn<GrabSituation>("before");
+        QTest::addColumn<bool>("accepts");
+        QTest::addColumn<bool>("empty");
+        QTest::addColumn<QString>("log");
+        const GrabSituation other{.isComposited = true, .countdown = 5};
+        GrabSituation shows = other;
+        shows.showAfter = true;
+        GrabSituation hides = other;
+        hides.isActive = hides.hideBefore = true;
+        GrabSituation minimized = hides;
+        minimized.isMinimized = true;
+        GrabSituation refused = other;
+        refused.refusal = u"not here"_s;
+        GrabSituation noCount = other;
+        noCount.countdown = 0;
+        using C = GrabCommand;
+        const auto row = [](const char *name, C command, const GrabSituation &before, bool accepts,
+                            bool empty, const char *log) {
+            QTest::newRow(name) << command << before << accepts << empty
+                                << QString::fromLatin1(log);
+        };
+        // clang-format off
+        row("from another program",  C::Rectangle, other,     true,  false, "cover,mark,other,document,give back");
+        row("and shown",             C::Ellipse,   shows,     true,  false, "cover,mark,other,document,show,keep");
+        row("given up",              C::Polygon,   shows,     false, false, "cover,mark,give back");
+        row("empty",                 C::Rectangle, shows,     true,  true,  "cover,mark,other,say,give back");
+        row("own, given up",         C::Rectangle, hides,     false, false, "cover,minimize,mark,restore,keep");
+        row("own, taken",            C::Rectangle, hides,     true,  false, "cover,minimize,mark,document,keep");
+        row("minimised, given up",   C::Rectangle, minimized, false, false, "cover,mark,keep");
+        row("counted",               C::Countdown, other,     true,  false, "count,other,screen,document");
+        row("count given up",        C::Countdown, other,     false, false, "count,other");
+        row("own count given up",    C::Countdown, hides,     false, false, "minimize,count,restore");
+        row("no count wanted",       C::Countdown, noCount,   true,  false, "other,screen,document");
+        row("windows",               C::Windows,   shows,     true,  false, "browse,document,document");
+        row("no window",             C::Windows,   other,     true,  true,  "browse,say");
+        row("refused",               C::Rectangle, refused,   true,  false, "say");
+        row("refused: helper",       C::Window,    refused,   true,  false, "say");
+        row("shown where refused",   C::Show,      refused,   true,  false, "show");
+        // clang-format on
+    }
+
+    void orders()
+    {
+        QFETCH(GrabCommand, command);
+        QFETCH(GrabSituation, before);
+        QFETCH(bool, accepts);
+        QFETCH(bool, empty);
+        m_fake->now = before;
+        m_fake->accepts = accepts;
+        m_fake->isEmpty = empty;
+        m_flow->press(command);
+        QTEST(m_fake->log.join(u','), "log");
+        QCOMPARE(m_flow->state(), GrabState::Idle);
+    }
+
+    void lastPressIsKept()
+    {
+        in(GrabState::Ending, [&] {
+            m_flow->press(GrabCommand::Windows);
+            m_flow->press(GrabCommand::Polygon);
+        });
+        m_fake->log.clear();
+        // Nobody sees a moment without a grab in between.
+        QCOMPARE(m_flow->state(), GrabState::Ending);
+        QCOMPARE(done(), u"cover,mark,other,document,give back"_s);
+        QCOMPARE(m_flow->state(), GrabState::Idle);
+        // Unless the program is told to end.
+        in(GrabState::Ending, [&] { m_flow->press(GrabCommand::Screen); });
+        QVERIFY(!m_flow->quit());
+        m_fake->log.clear();
+        QCOMPARE(done(), u"close"_s);
+        QCOMPARE(m_flow->state(), GrabState::Idle);
+    }
+
+    void sameKeyCountsAnew()
+    {
+        in(GrabState::Counting, [&] { m_flow->press(GrabCommand::Countdown); });
+        QCOMPARE(done(), u"count,anew,other,screen,document"_s);
+    }
+
+    void escapeTwice()
+    {
+        in(GrabState::Counting, [&] {
+            m_flow->escape();
+            m_clock.advance(1001);
+            m_flow->escape();
+            QVERIFY(!m_fake->log.contains(u"give up"_s));
+            m_clock.advance(1000);
+            m_flow->escape();
+            QVERIFY(m_fake->log.contains(u"give up"_s));
+        });
+        QVERIFY(!m_fake->log.contains(u"screen"_s));
+        // A single one from long ago does not count for the next countdown.
+        in(GrabState::Counting, [&] { m_flow->escape(); });
+        in(GrabState::Counting, [&] { m_flow->escape(); });
+        QCOMPARE(m_fake->log.count(u"screen"_s), 2);
+    }
+
+    // The same key twice, with the window shown after each grab.
+    void windowStaysOutOfTheNextPicture()
+    {
+        m_fake->now.showAfter = true;
+        in(GrabState::Ending, [&] { m_flow->press(GrabCommand::Screen); });
+        QCOMPARE(done(), u"cover,mark,other,document,give back,other,screen,document,show"_s);
+
+        // The second one comes while the window is on its way up.
+        m_fake->showing = [&] { m_flow->press(GrabCommand::Screen); };
+        m_flow->press(GrabCommand::Screen);
+        QCOMPARE(done(), u"other,screen,document,show,lower,other,other,screen,document,show"_s);
+
+        // The second one is given up: the first one's picture is still to be shown.
+        m_fake->ending = [&] {
+            m_flow->press(GrabCommand::Rectangle);
+            m_fake->accepts = false;
+        };
+        m_flow->press(GrabCommand::Screen);
+        QCOMPARE(done(), u"other,screen,document,cover,mark,give back,show"_s);
+    }
+
+    void menuWaitGivesWay()
+    {
+        m_flow->press(GrabCommand::Menu);
+        m_flow->helperWorks();
+        m_flow->press(GrabCommand::Rectangle);
+        QCOMPARE(done(), u"menu,hide,stop"_s);
+        m_flow->helperEnds();
+        // The window comes back after the grab, and not into it.
+        QCOMPARE(done(), u"cover,mark,other,document,give back,back,show"_s);
+    }
+
+    void helper()
+    {
+        // A window that the user had minimised stays so, unless there is a picture.
+        m_fake->now.isMinimized = true;
+        m_flow->press(GrabCommand::Window);
+        m_flow->helperWorks();
+        m_flow->helperEnds();
+        QCOMPARE(done(), u"pick,hide,back"_s);
+        m_flow->press(GrabCommand::Window);
+        m_flow->helperWorks();
+        m_flow->opened();
+        m_flow->helperScrolls();
+        m_flow->helperPutsBack();
+        QCOMPARE(m_flow->state(), GrabState::Ending);
+        m_flow->helperTakes({.picture = QPixmap(2, 2)});
+        QCOMPARE(done(), u"pick,hide,back,document,show"_s);
+        QCOMPARE(m_flow->state(), GrabState::Ending);
+        m_flow->helperEnds();
+        QCOMPARE(m_flow->state(), GrabState::Idle);
+        QCOMPARE(done(), u"show"_s);
+        // A question that is closed with the program starts nothing.
+        in(GrabState::Asking, [&] { m_flow->quit(); });
+        QCOMPARE(done(), u"give up,close"_s);
+    }
 
 private:
+    /// What has been done since the last time, once nothing is left to do.
+    QString done()
+    {
+        QCoreApplication::processEvents();
+        return std::exchange(m_fake->log, {}).join(u',');
+    }
     /// Brings the flow to a state by the shortest way, runs `then` in it, and lets it end.
-    void in(GrabState state, const Hook &then);
+    void in(GrabState state, const Hook &then)
+    {
+        const Hook check = [this, state, &then] {
+            QCOMPARE(m_flow->state(), state);
+            then();
+        };
+        struct Way {
+            Hook Fake::*hook;
+            GrabCommand command;
+        };
+        // Where the flow waits for somebody else, the event comes meanwhile.
+        const QMap<GrabState, Way> ways{
+            {GrabState::Freezing, {&Fake::freezing, GrabCommand::Rectangle}},
+            {GrabState::Marking, {&Fake::marking, GrabCommand::Rectangle}},
+            {GrabState::Counting, {&Fake::counting, GrabCommand::Countdown}},
+            {GrabState::Browsing, {&Fake::browsing, GrabCommand::Windows}},
+            {GrabState::Asking, {&Fake::asking, GrabCommand::Window}},
+            {GrabState::Ending, {&Fake::ending, GrabCommand::Rectangle}}};
+        if (const auto way = ways.find(state); way != ways.end()) {
+            m_fake->asks = state == GrabState::Asking;
+            (*m_fake).*way->hook = check;
+            m_flow->press(way->command);
+            return;
+        }
+        if (state == GrabState::MenuWait)
+            m_flow->press(GrabCommand::Menu);
+        if (state == GrabState::Picking || state == GrabState::Scrolling) {
+            m_flow->press(GrabCommand::Window);
+            m_flow->opened();
+        }
+        if (state == GrabState::Scrolling)
+            m_flow->helperScrolls();
+        check();
+    }
 
     std::unique_ptr<Fake> m_fake;
     FakeClock m_clock;
     std::unique_ptr<GrabFlow> m_flow;
 };
-
-void TestGrabFlow::init()
-{
-    m_fake = std::make_unique<Fake>();
-    m_fake->now = {.isComposited = true, .countdown = 5};
-    m_flow = std::make_unique<GrabFlow>(*m_fake, *m_fake, m_clock);
-    m_fake->opened = [this] { m_flow->opened(); };
-}
-
-void TestGrabFlow::in(GrabState state, const Hook &then)
-{
-    Fake &fake = *m_fake;
-    const Hook check = [this, state, &then] {
-        QCOMPARE(m_flow->state(), state);
-        then();
-    };
-    switch (state) {
-    case GrabState::Idle:
-        check();
-        break;
-    case GrabState::Freezing:
-        fake.freezing = check;
-        m_flow->press(GrabCommand::Rectangle);
-        break;
-    case GrabState::Marking:
-        fake.marking = check;
-        m_flow->press(GrabCommand::Rectangle);
-        break;
-    case GrabState::Counting:
-        fake.counting = check;
-        m_flow->press(GrabCommand::Countdown);
-        break;
-    case GrabState::Browsing:
-        fake.browsing = check;
-        m_flow->press(GrabCommand::Windows);
-        break;
-    case GrabState::Asking:
-        fake.asks = true;
-        fake.asking = check;
-        m_flow->press(GrabCommand::Window);
-        break;
-    case GrabState::MenuWait:
-        m_flow->press(GrabCommand::Menu);
-        check();
-        break;
-    case GrabState::Picking:
-    case GrabState::Scrolling:
-        m_flow->press(GrabCommand::Window);
-        m_flow->opened();
-        if (state == GrabState::Scrolling)
-            m_flow->helperScrolls();
-        check();
-        break;
-    case GrabState::Ending:
-        fake.ending = check;
-        m_flow->press(GrabCommand::Rectangle);
-        break;
-    }
-}
-
-void TestGrabFlow::everyEventInEveryState_data()
-{
-    QTest::addColumn<GrabState>("state");
-    QTest::addColumn<GrabEvent>("event");
-    QTest::addColumn<QString>("atOnce");
-    QTest::addColumn<GrabState>("becomes");
-    QTest::addColumn<QString>("inTheEnd");  // the last that is done about it; empty where it is all
-    using S = GrabState;
-    constexpr int s_columns = 9;
-    struct Row {
-        S state;
-        std::array<const char *, s_columns> atOnce;  // press, Escape, opens, works, scrolls, puts
-                                                     // back, ends, quit, display lost
-        const char *pressEnds;
-        const char *quitEnds;
-    };
-    // clang-format off
-    constexpr std::array<Row, GrabStateCount> rows{{
-        {S::Idle,      {"other,screen,document", "", "", "", "", "", "", "", ""}, "", ""},
-        {S::Freezing,  {"bring", "give up", "", "hide", "", "", "", "give up", ""}, "", "close"},
-        {S::Marking,   {"bring", "give up", "", "", "", "", "", "give up", "give up"}, "", "close"},
-        {S::Counting,  {"", "", "", "", "", "", "", "give up", ""}, "screen", "close"},
-        {S::Browsing,  {"bring", "", "", "", "", "", "", "give up", ""}, "", "close"},
-        {S::Asking,    {"bring", "", "", "", "", "", "", "give up", ""}, "", "close"},
-        {S::MenuWait,  {"stop", "", "", "hide", "", "", "show", "drop", ""}, "", ""},
-        {S::Picking,   {"bring", "", "", "", "", "", "show", "drop", "give up"}, "", ""},
-        {S::Scrolling, {"bring", "", "", "", "", "", "show", "drop", ""}, "", ""},
-        {S::Ending,    {"", "", "", "", "", "", "", "give up", ""}, "screen", "close"},
-    }};
-    // clang-format on
-    for (const Row &row : rows) {
-        for (int i = 0; i < s_columns; ++i) {
-            const auto event = static_cast<GrabEvent>(i);
-            S becomes = row.state;
-            if (event == GrabEvent::Opens && row.state == S::Freezing)
-                becomes = S::Marking;
-            else if (event == GrabEvent::Scrolls && row.state == S::Picking)
-                becomes = S::Scrolling;
-            else if (event == GrabEvent::PutsBack && row.state == S::Scrolling)
-                becomes = S::Ending;
-            else if (QLatin1StringView(row.atOnce.at(i)) == "show"_L1 ||
-                     QLatin1StringView(row.atOnce.at(i)) == "drop"_L1)
-                becomes = S::Idle;
-            const char *end = event == GrabEvent::Press  ? row.pressEnds
-                              : event == GrabEvent::Quit ? row.quitEnds
-                                                         : "";
-            QTest::addRow("%s, event %d", qPrintable(GrabFlow::nameOf(row.state)), i)
-                << row.state << event << QString::fromLatin1(row.atOnce.at(i)) << becomes
-                << QString::fromLatin1(end);
-        }
-    }
-}
-
-void TestGrabFlow::everyEventInEveryState()
-{
-    QFETCH(GrabState, state);
-    QFETCH(GrabEvent, event);
-    QStringList atOnce;
-    GrabState after = GrabState::Idle;
-    bool mayClose = false;
-    in(state, [&] {
-        m_fake->log.clear();
-        switch (event) {
-        case GrabEvent::Press:
-            m_flow->press(GrabCommand::Screen);
-            break;
-        case GrabEvent::Escape:
-            m_flow->escape();
-            break;
-        case GrabEvent::Opens:
-            m_flow->opened();
-            break;
-        case GrabEvent::Works:
-            m_flow->helperWorks();
-            break;
-        case GrabEvent::Scrolls:
-            m_flow->helperScrolls();
-            break;
-        case GrabEvent::PutsBack:
-            m_flow->helperPutsBack();
-            break;
-        case GrabEvent::Ends:
-            m_flow->helperEnds();
-            break;
-        case GrabEvent::Quit:
-            mayClose = m_flow->quit();
-            break;
-        case GrabEvent::DisplayLost:
-            m_flow->displayLost();
-            break;
-        }
-        atOnce = std::exchange(m_fake->log, {});
-        after = m_flow->state();
-    });
-    QTEST(atOnce.join(u','), "atOnce");
-    QTEST(after, "becomes");
-    QFETCH(QString, inTheEnd);
-    QCoreApplication::processEvents();
-    if (!inTheEnd.isEmpty())
-        QVERIFY2(m_fake->log.contains(inTheEnd), qPrintable(m_fake->log.join(u',')));
-    // Who may not close the program at once is told when to.
-    if (event == GrabEvent::Quit) {
-        QCOMPARE(mayClose, inTheEnd.isEmpty());
-        QCOMPARE(m_flow->state(), GrabState::Idle);
-    }
-    // No state is a trap.
-    m_flow->helperEnds();
-    QCoreApplication::processEvents();
-    QCOMPARE(m_flow->state(), GrabState::Idle);
-}
-
-// From the press to the end, in the order that other programs and the picture depend on.
-void TestGrabFlow::orders_data()
-{
-    QTest::addColumn<GrabCommand>("command");
-    QTest::addColumn<GrabSituation>("before");
-    QTest::addColumn<bool>("accepts");
-    QTest::addColumn<bool>("empty");
-    QTest::addColumn<QString>("log");
-    const GrabSituation other{.isComposited = true, .countdown = 5};
-    GrabSituation shows = other;
-    shows.showAfter = true;
-    GrabSituation hides = other;
-    hides.isActive = hides.hideBefore = true;
-    GrabSituation minimized = hides;
-    minimized.isMinimized = true;
-    GrabSituation refused = other;
-    refused.refusal = u"not here"_s;
-    GrabSituation noCount = other;
-    noCount.countdown = 0;
-    using C = GrabCommand;
-    const auto row = [](const char *name, C command, const GrabSituation &before, bool accepts,
-                        bool empty, const char *log) {
-        QTest::newRow(name) << command << before << accepts << empty << QString::fromLatin1(log);
-    };
-    // clang-format off
-    row("from another program",  C::Rectangle, other,     true,  false, "cover,mark,other,document,give back");
-    row("and shown",             C::Ellipse,   shows,     true,  false, "cover,mark,other,document,show,keep");
-    row("given up",              C::Polygon,   shows,     false, false, "cover,mark,give back");
-    row("empty",                 C::Rectangle, shows,     true,  true,  "cover,mark,other,say,give back");
-    row("own, given up",         C::Rectangle, hides,     false, false, "cover,minimize,mark,restore,keep");
-    row("own, taken",            C::Rectangle, hides,     true,  false, "cover,minimize,mark,document,keep");
-    row("minimised, given up",   C::Rectangle, minimized, false, false, "cover,mark,keep");
-    row("counted",               C::Countdown, other,     true,  false, "count,other,screen,document");
-    row("count given up",        C::Countdown, other,     false, false, "count,other");
-    row("own count given up",    C::Countdown, hides,     false, false, "minimize,count,restore");
-    row("no count wanted",       C::Countdown, noCount,   true,  false, "other,screen,document");
-    row("windows",               C::Windows,   shows,     true,  false, "browse,document,document");
-    row("no window",             C::Windows,   other,     true,  true,  "browse,say");
-    row("refused",               C::Rectangle, refused,   true,  false, "say");
-    row("refused: helper",       C::Window,    refused,   true,  false, "say");
-    row("shown where refused",   C::Show,      refused,   true,  false, "show");
-    // clang-format on
-}
-
-void TestGrabFlow::orders()
-{
-    QFETCH(GrabCommand, command);
-    QFETCH(GrabSituation, before);
-    QFETCH(bool, accepts);
-    QFETCH(bool, empty);
-    m_fake->now = before;
-    m_fake->accepts = accepts;
-    m_fake->isEmpty = empty;
-    m_flow->press(command);
-    QTEST(m_fake->log.join(u','), "log");
-    QCOMPARE(m_flow->state(), GrabState::Idle);
-}
-
-void TestGrabFlow::lastPressIsKept()
-{
-    in(GrabState::Ending, [&] {
-        m_flow->press(GrabCommand::Windows);
-        m_flow->press(GrabCommand::Polygon);
-    });
-    m_fake->log.clear();
-    // Nobody sees a moment without a grab in between.
-    QCOMPARE(m_flow->state(), GrabState::Ending);
-    QCoreApplication::processEvents();
-    QCOMPARE(m_fake->log.join(u','), u"cover,mark,other,document,give back"_s);
-    QCOMPARE(m_flow->state(), GrabState::Idle);
-}
-
-void TestGrabFlow::sameKeyCountsAnew()
-{
-    in(GrabState::Counting, [&] {
-        m_flow->press(GrabCommand::Countdown);
-        QVERIFY(m_fake->log.endsWith(u"anew"_s));
-    });
-    QCoreApplication::processEvents();
-    QCOMPARE(m_fake->log.count(u"count"_s), 1);
-}
-
-void TestGrabFlow::escapeTwice()
-{
-    in(GrabState::Counting, [&] {
-        m_flow->escape();
-        m_clock.advance(1001);
-        m_flow->escape();
-        QVERIFY(!m_fake->log.contains(u"give up"_s));
-        m_clock.advance(1000);
-        m_flow->escape();
-        QVERIFY(m_fake->log.contains(u"give up"_s));
-    });
-    QVERIFY(!m_fake->log.contains(u"screen"_s));
-    // A single one from long ago does not count for the next countdown.
-    in(GrabState::Counting, [&] { m_flow->escape(); });
-    in(GrabState::Counting, [&] { m_flow->escape(); });
-    QCOMPARE(m_fake->log.count(u"screen"_s), 2);
-}
-
-// The same key twice, with the window shown after each grab.
-void TestGrabFlow::windowStaysOutOfTheNextPicture()
-{
-    m_fake->now.showAfter = true;
-    in(GrabState::Ending, [&] { m_flow->press(GrabCommand::Screen); });
-    QVERIFY(!m_fake->log.contains(u"show"_s));
-    QCoreApplication::processEvents();
-    QCOMPARE(m_fake->log.mid(m_fake->log.indexOf(u"screen"_s)).join(u','),
-             u"screen,document,show"_s);
-
-    // The second one comes while the window is on its way up.
-    m_fake->log.clear();
-    m_fake->showing = [&] { m_flow->press(GrabCommand::Screen); };
-    m_flow->press(GrabCommand::Screen);
-    QCoreApplication::processEvents();
-    QCOMPARE(m_fake->log.join(u','),
-             u"other,screen,document,show,lower,other,other,screen,document,show"_s);
-
-    // The second one is given up: the first one's picture is still to be shown.
-    m_fake->log.clear();
-    m_fake->ending = [&] {
-        m_flow->press(GrabCommand::Rectangle);
-        m_fake->accepts = false;
-    };
-    m_flow->press(GrabCommand::Screen);
-    QCoreApplication::processEvents();
-    QCOMPARE(m_fake->log.join(u','), u"other,screen,document,cover,mark,give back,show"_s);
-}
-
-void TestGrabFlow::menuWaitGivesWay()
-{
-    m_flow->press(GrabCommand::Menu);
-    m_flow->helperWorks();
-    m_flow->press(GrabCommand::Rectangle);
-    QCOMPARE(m_fake->log.join(u','), u"menu,hide,stop"_s);
-    m_flow->helperEnds();
-    QCoreApplication::processEvents();
-    // The window comes back after the grab, and not into it.
-    QCOMPARE(m_fake->log.mid(3).join(u','), u"cover,mark,other,document,give back,back,show"_s);
-}
-
-void TestGrabFlow::helper()
-{
-    // A window that the user had minimised stays so, unless there is a picture.
-    m_fake->now.isMinimized = true;
-    m_flow->press(GrabCommand::Window);
-    m_flow->helperWorks();
-    m_flow->helperEnds();
-    QCOMPARE(m_fake->log.join(u','), u"pick,hide,back"_s);
-    m_fake->log.clear();
-    m_flow->press(GrabCommand::Window);
-    QCOMPARE(m_flow->state(), GrabState::Freezing);
-    m_flow->helperWorks();
-    m_flow->opened();
-    m_flow->helperScrolls();
-    m_flow->helperPutsBack();
-    QCOMPARE(m_flow->state(), GrabState::Ending);
-    m_flow->helperTakes({.picture = QPixmap(2, 2)});
-    QCOMPARE(m_fake->log.mid(2).join(u','), u"back,document,show"_s);
-    QCOMPARE(m_flow->state(), GrabState::Ending);
-    m_flow->helperEnds();
-    QCOMPARE(m_flow->state(), GrabState::Idle);
-    m_fake->log.clear();
-    // A question that is closed with the program starts nothing.
-    in(GrabState::Asking, [&] { m_flow->quit(); });
-    QCOMPARE(m_fake->log.join(u','), u"give up,close"_s);
-}
-
-void TestGrabFlow::quitDropsWhatWaits()
-{
-    in(GrabState::Ending, [&] { m_flow->press(GrabCommand::Screen); });
-    QVERIFY(!m_flow->quit());
-    m_fake->log.clear();
-    QCoreApplication::processEvents();
-    QCOMPARE(m_fake->log.join(u','), u"close"_s);
-    QCOMPARE(m_flow->state(), GrabState::Idle);
-}
 
 QTEST_MAIN(TestGrabFlow)
 #include "test_grabflow.moc"

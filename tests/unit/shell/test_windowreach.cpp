@@ -1,41 +1,30 @@
+#include "rows.h"
 #include "shell/windowreach.h"
-
-#include <QTest>
 
 class TestWindowReach : public QObject
 {
     Q_OBJECT
 
 private slots:
-    void places_data();
-    void places();
+    void places()
+    {
+        // A panel takes the first screen's top.
+        const QList<QRect> areas{{0, 24, 1600, 976}, {1600, 0, 1600, 1000}};
+        const auto shown = [&](QPoint stored) {
+            return withinReach({stored, QSize(950, 650)}, areas).topLeft();
+        };
+        expect("inside", shown({100, 80}), {100, 80});
+        expect("across both", shown({1200, 300}), {1200, 300});
+        expect("far edge off the screen", shown({2400, 900}), {2400, 900});
+        expect("a hand's width left", shown({-830, 80}), {-830, 80});
+        expect("less than that", shown({-831, 80}), {0, 80});
+        expect("caption above the screen", shown({100, -20}), {100, 24});
+        expect("caption half there", shown({100, 10}), {100, 10});
+        expect("below", shown({100, 1200}), {100, 350});
+        expect("a screen that is gone", shown({4000, 2000}), {650, 350});
+        QCOMPARE(withinReach({{4000, 2000}, QSize(9, 9)}, {}), QRect(4000, 2000, 9, 9));
+    }
 };
-
-void TestWindowReach::places_data()
-{
-    QTest::addColumn<QPoint>("stored");
-    QTest::addColumn<QPoint>("shown");
-    QTest::newRow("inside") << QPoint(100, 80) << QPoint(100, 80);
-    QTest::newRow("on the second screen") << QPoint(1700, 300) << QPoint(1700, 300);
-    QTest::newRow("across both") << QPoint(1200, 300) << QPoint(1200, 300);
-    QTest::newRow("far edge off the screen") << QPoint(2400, 900) << QPoint(2400, 900);
-    QTest::newRow("a hand's width left") << QPoint(-830, 80) << QPoint(-830, 80);
-    QTest::newRow("less than that") << QPoint(-831, 80) << QPoint(0, 80);
-    QTest::newRow("caption above the screen") << QPoint(100, -20) << QPoint(100, 24);
-    QTest::newRow("caption half there") << QPoint(100, 10) << QPoint(100, 10);
-    QTest::newRow("below") << QPoint(100, 1200) << QPoint(100, 350);
-    QTest::newRow("a screen that is gone") << QPoint(4000, 2000) << QPoint(650, 350);
-}
-
-void TestWindowReach::places()
-{
-    QFETCH(QPoint, stored);
-    QFETCH(QPoint, shown);
-    // A panel takes the first screen's top.
-    const QList<QRect> areas{{0, 24, 1600, 976}, {1600, 0, 1600, 1000}};
-    QCOMPARE(withinReach({stored, QSize(950, 650)}, areas), QRect(shown, QSize(950, 650)));
-    QCOMPARE(withinReach({stored, QSize(950, 650)}, {}).topLeft(), stored);
-}
 
 QTEST_APPLESS_MAIN(TestWindowReach)
 #include "test_windowreach.moc"
