@@ -76,8 +76,8 @@ DigDetail::DigDetail(QWidget *parent)
                    Qt::WindowTransparentForInput);
     setAttribute(Qt::WA_ShowWithoutActivating);
     setStyleSheet(u"QDialog{background-color: rgba(237, 237, 237, 80%);}"_s);
-    m_ui->LblHP->setPixmap(maskedIcon(GetBtnAttr(this, u"BtnCoordFlag"_s, 4)));
-    m_ui->LblCP->setPixmap(maskedIcon(GetBtnAttr(this, u"BtnColorFlag"_s, 4)));
+    m_ui->LblHP->setPixmap(maskedIcon(GetBtnAttr(this, u"BtnCoordFlag"_s, SkinNormal)));
+    m_ui->LblCP->setPixmap(maskedIcon(GetBtnAttr(this, u"BtnColorFlag"_s, SkinNormal)));
     QFont helpFont = m_ui->label->font();
     helpFont.setPixelSize(s_helpFont);
     m_ui->label->setFont(helpFont);

@@ -31,6 +31,15 @@ int GetConfigNumber(const QString &key, int fallback, int least, int most);
 /// A text of the resource file. Empty, but not null, if there is no text of that key.
 QString GetString(const QString &key, int size = WideTextCapacity);
 
+/// The attributes of a button or a picture that the program asks for. The resource file has more.
+enum SkinAttribute {
+    SkinHint = 3,
+    SkinNormal = 4,
+    SkinOver = 5,
+    SkinDown = 6,
+    SkinDisabled = 7,
+};
+
 /// Attribute `kind` of a button or a picture, which is found by the widget's object name (empty for
 /// null) and the section:
 ///   1 caption, 2 show caption, 3 hint,

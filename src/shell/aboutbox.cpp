@@ -44,6 +44,40 @@ QLabel *linkLabel(const QString &target, const QString &text)
     return label;
 }
 
+QLabel *headingLabel(const QString &name)
+{
+    auto *heading = plainLabel(name);
+    heading->setObjectName(u"lblName"_s);
+    QFont font = heading->font();
+    font.setPointSizeF(font.pointSizeF() * s_nameScale / 10);
+    font.setBold(true);
+    heading->setFont(font);
+    return heading;
+}
+
+QString registrationText()
+{
+    const Licensing::Status status = Licensing::status();
+    if (!status.registered)
+        return AboutBox::tr("Not registered");
+    return status.name.isEmpty() ? AboutBox::tr("Registered")
+                                 : AboutBox::tr("Registered to %1").arg(status.name);
+}
+
+QFormLayout *factsLayout()
+{
+    auto *facts = new QFormLayout;
+    facts->setHorizontalSpacing(s_margin);
+    facts->setVerticalSpacing(s_rowGap);
+    facts->setLabelAlignment(Qt::AlignLeft);
+    facts->addRow(AboutBox::tr("Company"), plainLabel(recorded(g_AppCompany)));
+    facts->addRow(AboutBox::tr("Home page"), linkLabel(recorded(g_URL), recorded(g_URL)));
+    facts->addRow(AboutBox::tr("Support"),
+                  linkLabel(u"mailto:"_s + recorded(g_Email), recorded(g_Email)));
+    facts->addRow(AboutBox::tr("Registration"), plainLabel(registrationText()));
+    return facts;
+}
+
 }  // namespace
 
 AboutBox::AboutBox(const QIcon &icon, QWidget *parent) : QDialog(parent)
@@ -51,43 +85,12 @@ AboutBox::AboutBox(const QIcon &icon, QWidget *parent) : QDialog(parent)
     const QString name = recorded(g_Logo).isEmpty() ? recorded(g_AppName) : recorded(g_Logo);
     setWindowTitle(tr("About %1").arg(name));
 
-    auto *heading = plainLabel(name);
-    heading->setObjectName(u"lblName"_s);
-    QFont font = heading->font();
-    font.setPointSizeF(font.pointSizeF() * s_nameScale / 10);
-    font.setBold(true);
-    heading->setFont(font);
-
-    const Licensing::Status status = Licensing::status();
-    QString registration = status.registered ? tr("Registered") : tr("Not registered");
-    if (status.registered && !status.name.isEmpty())
-        registration = tr("Registered to %1").arg(status.name);
-
-    auto *facts = new QFormLayout;
-    facts->setHorizontalSpacing(s_margin);
-    facts->setVerticalSpacing(s_rowGap);
-    facts->setLabelAlignment(Qt::AlignLeft);
-    facts->addRow(tr("Company"), plainLabel(recorded(g_AppCompany)));
-    facts->addRow(tr("Home page"), linkLabel(recorded(g_URL), recorded(g_URL)));
-    facts->addRow(tr("Support"), linkLabel(u"mailto:"_s + recorded(g_Email), recorded(g_Email)));
-    facts->addRow(tr("Registration"), plainLabel(registration));
-
-    auto *buttons = new QDialogButtonBox(QDialogButtonBox::Close);
-    connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
-    // Enter closes the box, wherever the tab key has led to.
-    QPushButton *close = buttons->button(QDialogButtonBox::Close);
-    close->setDefault(true);
-    close->setFocus();
-    // The toolkit's own texts may not be installed, and its picture is another style's.
-    close->setText(tr("Close"));
-    close->setIcon({});
-
     auto *texts = new QVBoxLayout;
     texts->setSpacing(s_rowGap);
-    texts->addWidget(heading);
+    texts->addWidget(headingLabel(name));
     texts->addWidget(plainLabel(tr("Version %1").arg(recorded(g_Ver))));
     texts->addSpacing(s_margin / 2);
-    texts->addLayout(facts);
+    texts->addLayout(factsLayout());
     texts->addStretch();
 
     auto *top = new QHBoxLayout;
@@ -103,6 +106,20 @@ AboutBox::AboutBox(const QIcon &icon, QWidget *parent) : QDialog(parent)
     layout->setContentsMargins(s_margin, s_margin, s_margin, s_margin * 3 / 4);
     layout->setSpacing(s_margin);
     layout->addLayout(top);
-    layout->addWidget(buttons);
+    layout->addWidget(closeButton());
     layout->setSizeConstraint(QLayout::SetFixedSize);
+}
+
+QWidget *AboutBox::closeButton()
+{
+    auto *buttons = new QDialogButtonBox(QDialogButtonBox::Close);
+    connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+    // Enter closes the box, wherever the tab key has led to.
+    QPushButton *close = buttons->button(QDialogButtonBox::Close);
+    close->setDefault(true);
+    close->setFocus();
+    // The toolkit's own texts may not be installed, and its picture is another style's.
+    close->setText(tr("Close"));
+    close->setIcon({});
+    return buttons;
 }

@@ -12,4 +12,7 @@ class AboutBox : public QDialog
 public:
     /// A null icon is left out.
     AboutBox(const QIcon &icon, QWidget *parent);
+
+private:
+    QWidget *closeButton();
 };

@@ -6,6 +6,7 @@
 #include "helper/helperserver.h"
 #include "platform/services.h"
 #include "platform/windowlist.h"
+#include "shell/grabflow.h"
 #include "shell/mainwindow.h"
 
 #include <QCoreApplication>
@@ -101,13 +102,13 @@ AXProjectAppDelegate *AXProjectAppDelegate::sharedDelegate()
 void AXProjectAppDelegate::showSnapWorkbenchMainWindow()
 {
     if (MainWindow *window = Ax_GetMainWindow())
-        window->showAfterHelper();
+        window->grabs().helperEnds();
 }
 
 void AXProjectAppDelegate::hideSnapWorkbenchMainWindow()
 {
     if (MainWindow *window = Ax_GetMainWindow())
-        window->hideForHelper();
+        window->grabs().helperWorks();
 }
 
 MainWindow *Ax_GetMainWindow() { return g_MainWindow; }
@@ -134,15 +135,15 @@ void GWCaptureStatusCallback(void * /*unused*/, int status, const char *path, in
         break;
     case GWCaptureOpen:
         if (MainWindow *window = Ax_GetMainWindow())
-            window->helperOpens();
+            window->grabs().opened();
         break;
     case GWCaptureScrolling:
         if (MainWindow *window = Ax_GetMainWindow())
-            window->helperScrolls();
+            window->grabs().helperScrolls();
         break;
     case GWCapturePuttingBack:
         if (MainWindow *window = Ax_GetMainWindow())
-            window->helperPutsBack();
+            window->grabs().helperPutsBack();
         break;
     case GWCaptureFinished:
         GWSnapWorkbenchStatusFinish(path);

@@ -7,7 +7,6 @@
 #include "capture/polygonoverlay.h"
 #include "capture/rectangleoverlay.h"
 #include "capture/windowbrowser.h"
-#include "config/settings.h"
 #include "helper/helperserver.h"
 #include "platform/services.h"
 #include "platform/windowlist.h"
@@ -116,12 +115,13 @@ std::optional<QList<Grab>> CaptureTools::browse()
     WindowsPreView browser(&m_window);
     // A minimised window would take its dialog along.
     m_window.showInFront();
-    browser.findNormalFile = GetBtnAttr(&m_window, u"BtnFilterLeft"_s, 4);
-    browser.findFocusFile = GetBtnAttr(&m_window, u"BtnFilterLeft"_s, 6);
-    browser.clearNormalFile = GetBtnAttr(&m_window, u"BtnFilterRight"_s, 4);
-    browser.clearFocusFile = GetBtnAttr(&m_window, u"BtnFilterRight"_s, 6);
+    const Skin &skin = m_window.skin();
+    browser.findNormalFile = skin.path(u"BtnFilterLeft"_s, SkinNormal);
+    browser.findFocusFile = skin.path(u"BtnFilterLeft"_s, SkinDown);
+    browser.clearNormalFile = skin.path(u"BtnFilterRight"_s, SkinNormal);
+    browser.clearFocusFile = skin.path(u"BtnFilterRight"_s, SkinDown);
     // The same for both, on purpose.
-    browser.clearFilledFile = GetBtnAttr(&m_window, u"BtnFilterRight"_s, 7);
+    browser.clearFilledFile = skin.path(u"BtnFilterRight"_s, SkinDisabled);
     browser.clearFilledFocusFile = browser.clearFilledFile;
     if (!m_isClosed)
         emit opened();

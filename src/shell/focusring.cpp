@@ -1,11 +1,12 @@
 #include "shell/focusring.h"
 
+#include "base/palette.h"
+
 #include <QFocusEvent>
 #include <QPainter>
 
 namespace {
 
-constexpr QColor s_color(28, 126, 214);
 constexpr int s_width = 2;
 
 }  // namespace
@@ -46,4 +47,7 @@ void FocusRing::fit()
     raise();
 }
 
-void FocusRing::paintEvent(QPaintEvent * /*event*/) { QPainter(this).fillRect(rect(), s_color); }
+void FocusRing::paintEvent(QPaintEvent * /*event*/)
+{
+    QPainter(this).fillRect(rect(), Palette::accentDown);
+}

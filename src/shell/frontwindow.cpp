@@ -1,6 +1,8 @@
 #include "shell/frontwindow.h"
 
 #include "capture/grab.h"
+#include "config/licensing.h"
+#include "editing/pictureeditor.h"
 #include "platform/applicationwatch.h"
 #include "platform/services.h"
 #include "shell/capturerefusal.h"
@@ -8,13 +10,28 @@
 
 #include <QApplication>
 
+#include <algorithm>
 #include <utility>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
 void unminimize(QWidget &window)
 {
     window.setWindowState(window.windowState() & ~Qt::WindowMinimized);
+}
+
+// The application that was in front before a grab, and the title of its window.
+std::pair<QString, QString> frontBefore(const Grab &grab)
+{
+    const auto entries = services().windows->windows(WindowServer::List::OnScreen, 0);
+    const auto found =
+        std::find_if(entries.begin(), entries.end(), [&](const WindowServer::Entry &entry) {
+            return grab.process != 0 && entry.process == grab.process && entry.layer == 0;
+        });
+    return found == entries.end() ? std::pair<QString, QString>()
+                                  : std::pair(found->owner, found->name);
 }
 
 }  // namespace
@@ -26,10 +43,10 @@ GrabSituation FrontWindow::situation()
             .active = isActive ? QApplication::activeWindow() : nullptr,
             .isMinimized = m_window.isMinimized(),
             .isComposited = services().windows->isComposited(),
-            .hideBefore = MainWindow::GetHideFromXML(),
-            .showAfter = MainWindow::GetShowFromXML(),
+            .hideBefore = Preferences::hidesBefore(),
+            .showAfter = Preferences::showsAfter(),
             .process = services().watch->frontProcess(),
-            .countdown = MainWindow::GetScreenTimerFromXML(),
+            .countdown = Preferences::countdown(),
             .refusal = captureRefusal()};
 }
 
@@ -123,6 +140,21 @@ void FrontWindow::freeClicks()
         m_cover->freeClicks();
 }
 
-void FrontWindow::addDocument(Grab grab) { m_window.addGrab(std::move(grab)); }
+// Cut to its outline. A grab that has a name is of a window that was chosen, and not of the one in
+// front.
+void FrontWindow::addDocument(Grab grab)
+{
+    const auto [owner, title] =
+        grab.name.isEmpty() ? frontBefore(grab) : std::pair(QString(), grab.name);
+    m_window.skin().load(m_flag, u"BtnFlag"_s, SkinNormal);
+    TPictureEditor::EditPolyPixmap(grab.picture, m_flag, Licensing::status().registered,
+                                   std::get_if<QPainterPath>(&grab.outline),
+                                   std::get_if<QPolygonF>(&grab.outline));
+    m_window.NewDocument(grab.picture, grab.name,
+                         {.time = QDateTime::currentDateTime(),
+                          .kind = grab.kind,
+                          .application = owner,
+                          .title = title});
+}
 
 void FrontWindow::say(const QString &text) { m_window.say(text); }

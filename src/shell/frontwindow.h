@@ -44,4 +44,5 @@ private:
     std::unique_ptr<FocusCover> m_cover;
     QList<QPointer<QWidget>> m_hiddenDialogs;  // for the helper
     bool m_isMinimizedForHelper = false;
+    QPixmap m_flag;  // the registration's, for pictures
 };

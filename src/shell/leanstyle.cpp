@@ -1,5 +1,7 @@
 #include "shell/leanstyle.h"
 
+#include "base/palette.h"
+
 #include <QIconEngine>
 #include <QPainter>
 #include <QPainterPath>
@@ -19,7 +21,7 @@ public:
         painter->setRenderHint(QPainter::Antialiasing);
         painter->translate(rect.topLeft());
         painter->scale(rect.width() * unit, rect.height() * unit);
-        painter->setPen(QPen(mode == QIcon::Disabled ? Qt::gray : QColor(201, 211, 220), 1.2,
+        painter->setPen(QPen(mode == QIcon::Disabled ? Qt::gray : Palette::glyphOnDark, 1.2,
                              Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
         for (const qreal x : {2.5, 6.5})
             painter->drawPolyline(QPolygonF({{x, 3}, {x + 3, 6}, {x, 9}}));

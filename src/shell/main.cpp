@@ -10,12 +10,13 @@
 #include "platform/xdg/lastingbus.h"
 #include "platform/xdg/notification.h"
 #include "platform/xdg/singleprogram.h"
-#include "shell/buscommands.h"
 #include "shell/capturebridge.h"
 #include "shell/capturerefusal.h"
 #include "shell/clipboardkeeper.h"
+#include "shell/commands.h"
 #include "shell/leanstyle.h"
 #include "shell/mainwindow.h"
+#include "shell/picturejobs.h"
 #include "shell/sessionend.h"
 #include "shell/translation.h"
 
@@ -26,6 +27,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <optional>
 
 using namespace Qt::StringLiterals;
 
@@ -71,22 +73,99 @@ QString told(const QList<WholeFile::Unfinished> &writes)
     return texts.join(u'\n');
 }
 
-}  // namespace
-
-int main(int argc, char **argv)
+// What this program is called, and how its toolkit behaves. Before the application object.
+void nameApplication()
 {
     QCoreApplication::setOrganizationName(u"brenvale"_s);
     QCoreApplication::setOrganizationDomain(u"brenvale.example.org"_s);
     QCoreApplication::setApplicationName(u"SnapWorkbench"_s);
-    const QApplication application(argc, argv);
+}
+
+// The same, with it.
+void setUpApplication()
+{
     QApplication::setStyle(new LeanStyle);
     installTranslations();
     outliveSessionBus();
-    AccessibilityGate accessibility;
     // A tool that waits in the tray ends by its own command only.
     QGuiApplication::setQuitOnLastWindowClosed(false);
     // The size of a picture is looked at before it is read, unless its file does not tell.
     QImageReader::setAllocationLimit(static_cast<int>(largestUntoldPicture() >> 20));
+}
+
+// False, and told, where the folder of the user's data can't be made.
+bool makeDataFolder(const QString &folder)
+{
+    if (!CreateFolder(QFile::encodeName(folder).constData())) {
+        tellNoStart(folder, qt_error_string());
+        return false;
+    }
+    WholeFile::setSpareFolder(folder + u"writes"_s);
+    return true;
+}
+
+// The exit code of a start that is not the only one of this user; nothing for the first.
+std::optional<int> yieldToAnother(SingleProgram &single)
+{
+    switch (single.claim()) {
+    case SingleProgram::Claim::Activated:
+        return 0;
+    case SingleProgram::Claim::Unanswered:
+        tellUnanswered();
+        return 1;
+    case SingleProgram::Claim::First:
+        break;
+    }
+    return {};
+}
+
+// False, and told, where there is no whole resource file to work with.
+bool proveResourceFile()
+{
+    if (ProcessResourceFile(QCoreApplication::translate(
+            "main", "SnapWorkbench.xml is missing so that it can not work properly")))
+        return true;
+    const ResourceFileProblem problem = resourceFileProblem();
+    tellNoStart(problem.path, problem.reason);
+    return false;
+}
+
+// Shows the window, brings back what an earlier run has left, and runs until the program is to end.
+int runWindow(const QString &folder, const QString &unfinished, ApplicationBus &bus)
+{
+    MainWindow window;
+    g_MainWindow = &window;
+    QObject::connect(&window, &MainWindow::grabStateChanged, &bus, &ApplicationBus::setGrabState);
+    window.InitShowGeometry();
+    // What came back is to be seen.
+    const bool isBack = window.startRecovery(folder + u"recovery"_s);
+    if (MainWindow::GetRunInMinimized() && !isBack)
+        window.showMinimized();
+    else
+        window.setVisible(true);
+    if (const QString refusal = captureRefusal(); !refusal.isEmpty())
+        window.say(refusal);
+    if (!unfinished.isEmpty())
+        window.say(unfinished);
+    const SessionEnd sessionEnd(window);
+    const int status = QApplication::exec();
+    window.keepUnsaved();
+    window.SaveGeometry();
+    StopWatchAppActive();
+    leaveClipboard();
+    GWSnapWorkbenchStartMessageServer(nullptr);
+    g_MainWindow = nullptr;
+    return status;
+}
+
+}  // namespace
+
+int main(int argc, char **argv)
+{
+    nameApplication();
+    const QApplication application(argc, argv);
+    setUpApplication();
+    AccessibilityGate accessibility;
     installServices(createServices());
     // They must not outlive the connection that they speak over.
     const auto withdrawServices = qScopeGuard([] { installServices({}); });
@@ -94,31 +173,17 @@ int main(int argc, char **argv)
     Licensing::initialise();
     ReadProfile();
     const QString folder = userDataFolder();
-    if (!CreateFolder(QFile::encodeName(folder).constData())) {
-        tellNoStart(folder, qt_error_string());
+    if (!makeDataFolder(folder))
         return 1;
-    }
-    WholeFile::setSpareFolder(folder + u"writes"_s);
     // Before the resource file: two programs that prove it at once would take each other's marker
     // for a crash.
     SingleProgram single(folder, busCommands());
-    switch (single.claim()) {
-    case SingleProgram::Claim::First:
-        break;
-    case SingleProgram::Claim::Activated:
-        return 0;
-    case SingleProgram::Claim::Unanswered:
-        tellUnanswered();
-        return 1;
-    }
+    if (const std::optional<int> status = yieldToAnother(single))
+        return *status;
     // The resource file may be among them.
     const QString unfinished = told(WholeFile::finishWrites());
-    if (!ProcessResourceFile(QCoreApplication::translate(
-            "main", "SnapWorkbench.xml is missing so that it can not work properly"))) {
-        const ResourceFileProblem problem = resourceFileProblem();
-        tellNoStart(problem.path, problem.reason);
+    if (!proveResourceFile())
         return 1;
-    }
     // Its answer belongs to the licence, which tells the user what is wrong with it.
     Licensing::identityIsValid();
     // What a crash has left there.
@@ -129,33 +194,8 @@ int main(int argc, char **argv)
     ProcessLicense();
     StartWatchAppActive();
 
-    int status = 0;
     accessibility.decide();
-    {
-        MainWindow window;
-        g_MainWindow = &window;
-        QObject::connect(&window, &MainWindow::grabStateChanged, &single.bus(),
-                         &ApplicationBus::setGrabState);
-        window.InitShowGeometry();
-        // What came back is to be seen.
-        const bool isBack = window.startRecovery(folder + u"recovery"_s);
-        if (MainWindow::GetRunInMinimized() && !isBack)
-            window.showMinimized();
-        else
-            window.setVisible(true);
-        if (const QString refusal = captureRefusal(); !refusal.isEmpty())
-            window.say(refusal);
-        if (!unfinished.isEmpty())
-            window.say(unfinished);
-        const SessionEnd sessionEnd(window);
-        status = QApplication::exec();
-        window.keepUnsaved();
-        window.SaveGeometry();
-        StopWatchAppActive();
-        leaveClipboard();
-        GWSnapWorkbenchStartMessageServer(nullptr);
-        g_MainWindow = nullptr;
-    }
+    const int status = runWindow(folder, unfinished, single.bus());
     // The window has tried.
     if (const QString reason = SaveResourceFile(); !reason.isEmpty())
         tell(MainWindow::tr("The settings can't be saved: %1").arg(reason));

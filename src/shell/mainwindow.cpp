@@ -1,34 +1,38 @@
 #include "shell/mainwindow.h"
 
+#include "capture/grab.h"
+#include "capture/magnifierpanel.h"
 #include "config/applicationrecord.h"
 #include "config/licensing.h"
 #include "config/resourcefile.h"
-#include "config/settings.h"
+#include "editing/pendefaults.h"
+#include "editing/picturefile.h"
 #include "platform/services.h"
+#include "shell/aboutbox.h"
 #include "shell/capturetools.h"
+#include "shell/commands.h"
 #include "shell/dialogpreference.h"
+#include "shell/documentfiles.h"
 #include "shell/frontwindow.h"
 #include "shell/grabflow.h"
-#include "shell/noticebar.h"
-#include "shell/progressplate.h"
-#include "shell/trayreach.h"
-#include "shell/windowreach.h"
+#include "shell/notices.h"
+#include "shell/settingssaver.h"
+#include "shell/trayicon.h"
+#include "shell/unsavedpictures.h"
+#include "shell/windowface.h"
+#include "shell/windowframe.h"
+#include "shell/windowmenus.h"
+#include "shell/workbench.h"
 #include "ui_mainwindow.h"
 
 #include <QAbstractEventDispatcher>
 #include <QApplication>
 #include <QCloseEvent>
-#include <QCursor>
-#include <QGuiApplication>
-#include <QMenu>
-#include <QPainter>
-#include <QScreen>
-#include <QSignalBlocker>
+#include <QColorDialog>
+#include <QDesktopServices>
 #include <QThread>
-#include <QTimer>
-#include <QWindow>
+#include <QUrl>
 
-#include <algorithm>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -37,33 +41,11 @@ MainWindow *g_MainWindow = nullptr;
 
 namespace {
 
-constexpr QSize s_smallestSize(950, 650);
-constexpr QSize s_iconSize(64, 64);
-constexpr int s_widestLine = 1000;  // picture pixels
-constexpr qreal s_largestText = 500;
-constexpr int s_farthest = 32767;  // where a window system can put a window
-constexpr int s_unwindTime = 10;   // ms in which a dialog's loop ends
-constexpr int s_saveDelay = 3000;  // ms from a change of a setting; more changes may follow
+constexpr int s_unwindTime = 10;  // ms in which a dialog's loop ends
 
-QRect availableGeometry() { return QGuiApplication::primaryScreen()->availableGeometry(); }
-
-// The primary screen's first.
-QList<QRect> screenAreas()
+void openAddress(const wchar_t *address)
 {
-    QList<QRect> areas{availableGeometry()};
-    for (const QScreen *screen : QGuiApplication::screens())
-        areas.append(screen->availableGeometry());
-    return areas;
-}
-
-// A skin without this picture, or with one that can't be read, must not leave a hole in the tray.
-QIcon iconFrom(const QString &path)
-{
-    QIcon icon(path);
-    if (!icon.pixmap(s_iconSize).isNull())
-        return icon;
-    return QIcon::fromTheme(u"snapworkbench"_s, QIcon(QCoreApplication::applicationDirPath() +
-                                                      u"/skin/BtnIcon_normal.png"_s));
+    QDesktopServices::openUrl(QUrl(QString::fromWCharArray(address)));
 }
 
 }  // namespace
@@ -74,239 +56,108 @@ MainWindow::MainWindow()
     // The window paints its body itself, and what the corners' pictures leave free shows the
     // desktop. A window keeps the depth that it was made with, and a compositor may come later.
     setAttribute(Qt::WA_TranslucentBackground);
-    m_isComposited = services().windows->isComposited();
-    services().windows->setCompositingHandler([this] { followCompositor(); });
+    m_Frame = std::make_unique<WindowFrame>(*this, m_Skin);
     ui->setupUi(this);
-    setUpCaption();
     setWindowTitle(tr("Snap Workbench"));
-    setWindowIcon(iconFrom(GetBtnAttr(this, u"BtnIcon"_s, 4)));
+    setWindowIcon(m_Skin.programIcon());
     ui->LblCaption->setText(windowTitle());
 
-    setSettingsHandler([this] { saveSettingsSoon(); });
+    m_Menus = std::make_unique<WindowMenus>(*this, *ui->layMenuBar);
+    m_Tray = std::make_unique<TrayIcon>(m_Menus->tray(), windowIcon(), this);
+    m_Notices = std::make_unique<Notices>(*ui->tabWidget, *m_Tray);
+    const auto storeGeometry = [this] {
+        if (isVisible())
+            SaveGeometry();
+    };
+    m_Settings = std::make_unique<SettingsSaver>(storeGeometry, *m_Notices);
     setUpGrabs();
     initHotKey(HotkeyCallBack);
     SetAppActiveChangeCallback(ActiveCallBack);
 
-    m_Jobs = std::make_unique<PictureJobs>(*services().clock, this);
-    connect(m_Jobs.get(), &PictureJobs::givenUp, this, [this](PictureJobs::Kind kind, int number) {
-        if (kind == PictureJobs::Kind::Read && isDocument(indexOf(number)))
-            dropDocument(indexOf(number));
-    });
-    m_pProgress = new ProgressPlate(ui->tabWidget, *m_Jobs, *services().clock);
-    packUnseen();
-    setUpPictureArea();
+    m_Work = std::make_unique<Workbench>(*ui, *this, *m_Notices);
+    m_Unsaved = std::make_unique<UnsavedPictures>(*m_Work, *m_Notices);
+    m_Files = std::make_unique<DocumentFiles>(*this, *m_Work, *m_Notices, *m_Unsaved);
+    connect(m_Work.get(), &Workbench::titleChanged, this, &MainWindow::RefreshWindowTitle);
+    connect(m_Files.get(), &DocumentFiles::asks, this, &MainWindow::showInFront);
     setUpEditor();
+    connectCommands(*this);
+    connectControls();
+    m_Face = std::make_unique<WindowFace>(*ui, *this, m_Skin, m_Work->editor());
 
     connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::awake, this,
             &MainWindow::on_Idle);
-    CreateMenus();
-    InitImgButton();
-    setUpStrips();
-    ui->widSysTool->hide();
     ui->tabWidget->setFocus(Qt::OtherFocusReason);
     SetAutoRunToXML(GetAutoRunFromXML());
-    setUpTray();
-    // After the toolkit and the window manager have moved what they move themselves.
-    connect(qGuiApp, &QGuiApplication::screenRemoved, this, &MainWindow::comeWithinReach,
-            Qt::QueuedConnection);
-    const auto follow = [this](QScreen *screen) {
-        connect(screen, &QScreen::availableGeometryChanged, this, &MainWindow::comeWithinReach,
-                Qt::QueuedConnection);
-    };
-    for (QScreen *screen : QGuiApplication::screens())
-        follow(screen);
-    connect(qGuiApp, &QGuiApplication::screenAdded, this, follow);
 }
 
 MainWindow::~MainWindow()
 {
     freeHotKey();
     SetAppActiveChangeCallback(nullptr);
-    services().windows->setCompositingHandler(nullptr);
-    setSettingsHandler(nullptr);
-    SaveResourceFile();
 }
 
+void MainWindow::setUpGrabs()
+{
+    Clock &clock = *services().clock;
+    m_Front = std::make_unique<FrontWindow>(*this, clock);
+    m_Tools = std::make_unique<CaptureTools>(*this, *m_Front, clock);
+    m_Grabs = std::make_unique<GrabFlow>(*m_Front, *m_Tools, clock);
+    connect(m_Front.get(), &FrontWindow::escaped, m_Grabs.get(), &GrabFlow::escape);
+    connect(m_Tools.get(), &CaptureTools::opened, m_Grabs.get(), &GrabFlow::opened);
+    connect(m_Tools.get(), &CaptureTools::escaped, m_Grabs.get(), &GrabFlow::escape);
+    connect(qGuiApp, &QGuiApplication::screenRemoved, m_Grabs.get(), &GrabFlow::displayLost,
+            Qt::QueuedConnection);
+    connect(m_Grabs.get(), &GrabFlow::stateChanged, this, [this](GrabState state) {
+        m_bCapturing = state != GrabState::Idle;
+        emit grabStateChanged(GrabFlow::nameOf(state));
+    });
+}
+
+// What the controls show comes from the settings, and need not go back there: they are connected
+// later.
 void MainWindow::setUpEditor()
 {
-    m_pEditor = std::make_unique<TPictureEditor>(ui->lblPicture, this);
-    m_pEditor->setcallback(PictureChanged);
-    m_pEditor->setState(stateMove);
-
-    const QString color = GetConfigString(u"LineColor"_s);
-    m_pEditor->setPenColor(color.isEmpty() ? QColor(Qt::red)
-                                           : QColor(static_cast<QRgb>(color.toInt())));
-    // What the controls show now comes from the settings, and need not go back there.
-    const QSignalBlocker widths(ui->SliderLineWidth);
-    const QSignalBlocker fonts(ui->CmbFont);
-    const QSignalBlocker sizes(ui->CmbFontSize);
-    const QString lineWidth = GetConfigString(u"LineWidth"_s);
-    if (!lineWidth.isEmpty()) {
-        const int width = std::clamp(lineWidth.toInt(), 1, s_widestLine);
-        m_pEditor->setLineWidth(width);
-        ui->SliderLineWidth->setValue(width - 1);
+    TPictureEditor &editor = m_Work->editor();
+    editor.setcallback(PictureChanged);
+    editor.setState(stateMove);
+    const PenDefaults pen = readPenDefaults();
+    editor.setPenColor(pen.color);
+    if (pen.width) {
+        editor.setLineWidth(*pen.width);
+        ui->SliderLineWidth->setValue(*pen.width - 1);
     }
-    connect(m_pEditor.get(), &TPictureEditor::typed, this, [this] { touchRecovery(); });
-    connect(m_pEditor.get(), &TPictureEditor::movealue, this, &MainWindow::MovePicture);
-    const QString text = GetConfigString(u"TextFont"_s);
-    QFont font;
-    if (!text.isEmpty() && font.fromString(text)) {
-        if (font.pointSizeF() > s_largestText || font.pixelSize() > s_largestText)
-            font.setPointSizeF(s_largestText);
-        ui->CmbFont->setCurrentFont(font);
-        const int size = ui->CmbFontSize->findText(QString::number(font.pointSize()));
+    if (pen.font) {
+        ui->CmbFont->setCurrentFont(*pen.font);
+        const int size = ui->CmbFontSize->findText(QString::number(pen.font->pointSize()));
         if (size >= 0)
             ui->CmbFontSize->setCurrentIndex(size);
-        m_pEditor->set_m_Font(font);
-    } else {
-        m_pEditor->set_m_Font(chosenFont(ui->CmbFont->currentFont()));
     }
+    editor.set_m_Font(pen.font ? *pen.font : chosenFont(ui->CmbFont->currentFont()));
 }
 
-void MainWindow::setUpTray()
+void MainWindow::connectControls()
 {
-    new TrayReach(m_TrayMenu, this);
-    // The desktop's tray answers late, and the window need not wait for it.
-    QTimer::singleShot(0, this, [this] {
-        m_TrayIcon = std::make_unique<QSystemTrayIcon>();
-        m_TrayIcon->setIcon(windowIcon());
-        m_TrayIcon->setContextMenu(m_TrayMenu);
-        // A tray opens the menu itself for the other button only.
-        connect(m_TrayIcon.get(), &QSystemTrayIcon::activated, this,
-                [this](QSystemTrayIcon::ActivationReason reason) {
-                    if (reason == QSystemTrayIcon::Trigger)
-                        m_TrayMenu->popup(QCursor::pos());
-                });
-        m_TrayIcon->setVisible(true);
-    });
+    connect(ui->tabWidget, &QTabWidget::currentChanged, this,
+            &MainWindow::on_tabWidget_currentChanged);
+    connect(ui->tabWidget, &QTabWidget::tabCloseRequested, this,
+            &MainWindow::on_tabWidget_tabCloseRequested);
+    connect(ui->SliderLineWidth, &QSlider::valueChanged, this,
+            &MainWindow::on_SliderLineWidth_valueChanged);
+    connect(ui->CmbFont, &FontBox::currentFontChanged, this,
+            &MainWindow::on_CmbFont_currentFontChanged);
+    connect(ui->CmbFontSize, &QComboBox::currentIndexChanged, this,
+            &MainWindow::on_CmbFontSize_currentIndexChanged);
+    // Also after the choice of what was chosen already.
+    for (QComboBox *box : {static_cast<QComboBox *>(ui->CmbFont), ui->CmbFontSize})
+        connect(box, &QComboBox::activated, this, [this] { m_Work->editor().goOnTyping(); });
+    connect(&m_Work->editor(), &TPictureEditor::movealue, this, &MainWindow::MovePicture);
+    for (QWidget *widget : {static_cast<QWidget *>(ui->tabWidget), ui->widTool, ui->widPicture,
+                            static_cast<QWidget *>(ui->scrollArea)})
+        widget->installEventFilter(this);
 }
 
 // The registration may want to remind of itself while the program idles.
 void MainWindow::on_Idle() { Licensing::status(); }
-
-void MainWindow::InitShowGeometry()
-{
-    holdToScreen();
-    // The exact text counts here, and not the number.
-    if (GetConfigString(u"WindowMaxed"_s) == u"1")
-        ShowMaxedGeometry();
-    else
-        ShowNormalGeometry();
-}
-
-void MainWindow::holdToScreen()
-{
-    setMinimumSize(s_smallestSize.boundedTo(screen()->availableSize()));
-}
-
-void MainWindow::ShowNormalGeometry()
-{
-    const QRect available = availableGeometry();
-    const int width = GetConfigNumber(u"WindowWidth"_s, s_smallestSize.width(), 1, s_farthest);
-    const int height = GetConfigNumber(u"WindowHeight"_s, s_smallestSize.height(), 1, s_farthest);
-    const int left =
-        GetConfigNumber(u"WindowLeft"_s, (available.width() - width) / 2, -s_farthest, s_farthest);
-    const int top =
-        GetConfigNumber(u"WindowTop"_s, (available.height() - height) / 2, -s_farthest, s_farthest);
-    setGeometry(withinReach(
-        {left, top, std::min(width, available.width()), std::min(height, available.height())},
-        screenAreas()));
-}
-
-// A window that stood on a monitor that is gone comes to one that is there, and one whose monitor
-// has become smaller with it.
-void MainWindow::comeWithinReach()
-{
-    holdToScreen();
-    QRect area(geometry().topLeft(), size().boundedTo(screen()->availableVirtualSize()));
-    area = area == geometry() ? withinReach(area, screenAreas())
-                              : movedInto(area, screen()->availableGeometry());
-    if (area != geometry())
-        setGeometry(area);
-}
-
-void MainWindow::ShowMaxedGeometry() { setGeometry(availableGeometry()); }
-
-bool MainWindow::GetMaximized() const { return size() == availableGeometry().size(); }
-
-void MainWindow::SaveNormalGeometry()
-{
-    SetConfigString(u"WindowLeft"_s, QString::number(geometry().x()));
-    SetConfigString(u"WindowTop"_s, QString::number(geometry().y()));
-    SetConfigString(u"WindowWidth"_s, QString::number(width()));
-    SetConfigString(u"WindowHeight"_s, QString::number(height()));
-}
-
-// A maximised window keeps the normal size that was stored before.
-void MainWindow::SaveGeometry()
-{
-    const bool maximized = GetMaximized();
-    SetConfigString(u"WindowMaxed"_s, maximized ? u"1"_s : u"0"_s);
-    if (!maximized)
-        SaveNormalGeometry();
-}
-
-void MainWindow::saveSettings()
-{
-    SaveGeometry();
-    SaveResourceFile();
-}
-
-void MainWindow::moveEvent(QMoveEvent *event)
-{
-    QMainWindow::moveEvent(event);
-    saveSettingsSoon();
-}
-
-void MainWindow::saveSettingsSoon()
-{
-    if (std::exchange(m_isSaveDue, true))
-        return;
-    services().clock->after(s_saveDelay, this, [this] {
-        m_isSaveDue = false;
-        if (isVisible())
-            SaveGeometry();
-        const QString reason = SaveResourceFile();
-        const bool wasTold = std::exchange(m_isSaveFailureTold, !reason.isEmpty());
-        if (reason.isEmpty())
-            return;
-        if (!wasTold)
-            say(tr("The settings can't be saved: %1").arg(reason));
-        saveSettingsSoon();
-    });
-}
-
-// Whether the user can see all of a part of this window. A window that is covered is exposed all
-// the same where there is a compositor.
-bool MainWindow::isUncovered(const QWidget &part) const
-{
-    if (!isVisible() || isMinimized() || !windowHandle() || !windowHandle()->isExposed())
-        return false;
-    WindowServer &server = *services().windows;
-    const int number = server.numberOf(this);
-    const auto above = server.windows(WindowServer::List::AtAndAbove, number);
-    const auto own = std::find_if(above.begin(), above.end(),
-                                  [&](const auto &entry) { return entry.number == number; });
-    if (own == above.end())
-        return true;
-    const qreal scale = devicePixelRatioF();
-    const QRectF area(own->bounds.topLeft() + QPointF(part.mapTo(this, QPoint())) * scale,
-                      QSizeF(part.size()) * scale);
-    return std::none_of(above.begin(), own,
-                        [&](const auto &entry) { return entry.bounds.intersects(area); });
-}
-
-void MainWindow::say(const QString &text, const QList<NoticeBar::Action> &actions)
-{
-    if (!m_pNotice)
-        m_pNotice = new NoticeBar(ui->tabWidget);
-    m_pNotice->tell(text, actions);
-    if (isUncovered(*m_pNotice) || !m_TrayIcon || !QSystemTrayIcon::isSystemTrayAvailable())
-        return;
-    m_TrayIcon->showMessage(QString::fromWCharArray(g_AppName), text, windowIcon());
-    // It has been told: who opens the window hours later need not hear of it.
-    m_pNotice->startTime();
-}
 
 // What a dialog was opened by goes on after it, and needs the window. A dialog of the desktop's has
 // a loop that is none of the toolkit's.
@@ -332,20 +183,16 @@ void MainWindow::quit()
 
 void MainWindow::closeEvent(QCloseEvent *event)
 {
+    event->ignore();
     // The grab may wait for windows that would be gone, and its picture has not been asked about.
-    if (m_bCapturing && !m_Grabs->quit()) {
-        event->ignore();
+    if (m_bCapturing && !m_Grabs->quit())
         return;
-    }
-    if (m_Jobs->find(PictureJobs::Kind::Write, 0)) {
-        event->ignore();
+    if (m_Work->jobs().find(PictureJobs::Kind::Write, 0)) {
         services().clock->after(s_unwindTime, this, [this] { quit(); });
         return;
     }
-    if (!CloseAllFiles()) {
-        event->ignore();
+    if (!CloseAllFiles())
         return;
-    }
     event->accept();
     m_Front->dropCover();
     delete std::exchange(m_pPreference, nullptr);
@@ -354,15 +201,404 @@ void MainWindow::closeEvent(QCloseEvent *event)
 
 bool MainWindow::eventFilter(QObject *watched, QEvent *event)
 {
-    if (auto *button = qobject_cast<QPushButton *>(watched))
-        return filterButton(*button, *event);
-    if (event->type() == QEvent::Paint && watched == ui->widTool)
-        DrawToolBackgound();
-    else if (event->type() == QEvent::Paint && watched == ui->widPicture)
-        DrawPictureBackgound();
-    else if (event->type() == QEvent::Resize && watched == ui->scrollArea)
-        PictureChanged(TPictureEditor::SizeChange, 0);
+    if (event->type() == QEvent::Resize && watched == ui->scrollArea)
+        m_Work->fit();
     else if (event->type() == QEvent::Resize && watched == ui->tabWidget)
-        ShowPictureInTab(m_CurDocument);
-    return QMainWindow::eventFilter(watched, event);
+        ShowPictureInTab(m_Work->documents().current());
+    return (m_Face && m_Face->takes(watched, event)) || QMainWindow::eventFilter(watched, event);
+}
+
+// Any point of the window that no child takes moves it; its far corner resizes it.
+bool MainWindow::event(QEvent *event)
+{
+    switch (event->type()) {
+    case QEvent::ApplicationFontChange:
+        m_Face->followFont();
+        break;
+    case QEvent::ScreenChangeInternal:
+        m_Frame->holdToScreen();
+        // The other screen may have another scale.
+        m_Work->fit();
+        break;
+    // A press that follows another one soon is a press all the same.
+    case QEvent::MouseButtonDblClick:
+    case QEvent::MouseButtonPress:
+        m_Frame->press(*static_cast<QMouseEvent *>(event));
+        break;
+    case QEvent::MouseMove:
+        m_Frame->move(*static_cast<QMouseEvent *>(event));
+        break;
+    case QEvent::MouseButtonRelease:
+        m_Frame->release();
+        break;
+    default:
+        break;
+    }
+    return QMainWindow::event(event);
+}
+
+void MainWindow::paintEvent(QPaintEvent * /*event*/) { m_Frame->paint(); }
+
+void MainWindow::moveEvent(QMoveEvent *event)
+{
+    QMainWindow::moveEvent(event);
+    if (m_Settings)
+        m_Settings->saveSoon();
+}
+
+void MainWindow::resizeEvent(QResizeEvent *event)
+{
+    QMainWindow::resizeEvent(event);
+    m_Frame->cutCorners();
+    if (m_Settings)
+        m_Settings->saveSoon();
+}
+
+void MainWindow::InitShowGeometry() { m_Frame->showStored(); }
+
+void MainWindow::ShowNormalGeometry() { m_Frame->showNormal(); }
+
+void MainWindow::ShowMaxedGeometry() { m_Frame->showMaximized(); }
+
+bool MainWindow::GetMaximized() const { return m_Frame->isMaximized(); }
+
+void MainWindow::SaveNormalGeometry() { m_Frame->storeNormal(); }
+
+void MainWindow::SaveGeometry() { m_Frame->store(); }
+
+void MainWindow::saveSettings()
+{
+    SaveGeometry();
+    SaveResourceFile();
+}
+
+void MainWindow::on_BtnMax_clicked()
+{
+    if (GetMaximized()) {
+        ShowNormalGeometry();
+    } else {
+        SaveNormalGeometry();
+        ShowMaxedGeometry();
+    }
+    m_Face->leave(*ui->BtnMax);
+}
+
+void MainWindow::NewDocument(const QPixmap &pixmap, const QString &name,
+                             const PictureOrigin &origin)
+{
+    m_Work->add(pixmap, name, origin);
+}
+
+void MainWindow::RefillTabList() { m_Work->refresh(); }
+
+void MainWindow::ShowPictureInTab(int index) { m_Work->tabs().show(index); }
+
+void MainWindow::SetCurDocumentIndex(int index) { m_Work->show(index); }
+
+int MainWindow::GetDocumentIndex(const QString &name) const
+{
+    return m_Work->documents().indexOfFile(name);
+}
+
+QString MainWindow::GetFileShowName(int index) const
+{
+    const DocumentList &documents = m_Work->documents();
+    return documents.has(index) ? documents[index].GetShowName() : QString();
+}
+
+void MainWindow::RefreshWindowTitle(const QString &tab)
+{
+    QString title = tr("Snap Workbench");
+    if (!tab.isEmpty())
+        title = tab + u" - "_s + title;
+    ui->LblCaption->setText(title);
+    // The toolkit takes a lone "[*]" for its own mark of a modified window.
+    setWindowTitle(title.replace(u"[*]"_s, u"[*][*]"_s));
+    // Shortcuts of disabled menu items are dead, and nobody opens the menu before pressing one.
+    BeforeShowFile();
+}
+
+bool MainWindow::HasModified(bool all) const { return m_Work->hasModified(all); }
+
+void MainWindow::RedrawPicture() { m_Work->redraw(); }
+
+void MainWindow::MovePicture(int dx, int dy)
+{
+    m_Work->tabs().scrollTo(m_Work->tabs().scrolled() - QPoint(dx, dy));
+}
+
+void MainWindow::on_tabWidget_currentChanged(int index)
+{
+    if (index >= 0)
+        SetCurDocumentIndex(index);
+}
+
+void MainWindow::on_tabWidget_tabCloseRequested(int index)
+{
+    if (m_Work->documents().has(index))
+        CloseFile(index);
+}
+
+bool MainWindow::saveChanges() { return m_Files->saveChanges(); }
+
+bool MainWindow::startRecovery(const QString &folder) { return m_Unsaved->start(folder); }
+
+void MainWindow::keepUnsaved() { m_Unsaved->keep(); }
+
+void MainWindow::openPictures(const QStringList &paths) { m_Work->open(paths); }
+
+void MainWindow::OpenFile() { m_Files->open(); }
+
+bool MainWindow::SaveFile(int index) { return m_Files->save(index); }
+
+bool MainWindow::SaveAsFile(int index) { return m_Files->saveAs(index); }
+
+bool MainWindow::SaveAllFiles() { return m_Files->saveAll(); }
+
+void MainWindow::CloseFile(int index) { m_Files->close(index); }
+
+bool MainWindow::CloseAllFiles() { return m_Files->closeAll(); }
+
+bool MainWindow::CopyFile() { return m_Files->copy(); }
+
+void MainWindow::BeforeShowFile()
+{
+    const DocumentList &documents = m_Work->documents();
+    m_Menus->updateFile({.any = !documents.isEmpty(),
+                         .name = GetFileShowName(documents.current()),
+                         .isModified = HasModified(false),
+                         .anyModified = HasModified(true)});
+}
+
+void MainWindow::say(const QString &text, const QList<NoticeBar::Action> &actions)
+{
+    m_Notices->say(text, actions);
+}
+
+void MainWindow::WaitFor() { Front(*services().clock).settle(); }
+
+void MainWindow::FocusThis(QWidget *widget) { m_Front->front().bring(widget ? *widget : *this); }
+
+// Raising alone leaves a minimised window where it is.
+void MainWindow::showInFront()
+{
+    if (isMinimized())
+        setWindowState(windowState() & ~Qt::WindowMinimized);
+    FocusThis(nullptr);
+}
+
+void MainWindow::FocusPreApp() { Front(*services().clock).giveBack(); }
+
+void MainWindow::RestoreAppFocus(bool giveBack) { m_Front->dropFocus(giveBack); }
+
+void MainWindow::SetAppFocus() { m_Front->takeFocus(); }
+
+void MainWindow::comeForward() { m_Grabs->press(GrabCommand::Show); }
+
+QKeySequence MainWindow::CreateShortkey(const QString &text)
+{
+    const Command *command = commandNamed(text);
+    return command ? keysOf(*command) : QKeySequence();
+}
+
+void MainWindow::Capture(QAction *pAct)
+{
+    if (!pAct)
+        return;
+    // Some styles put a mnemonic of their own into a menu's texts.
+    const Command *command = commandCaptioned(pAct->text().remove(u'&'));
+    if (command)
+        command->run(*this);
+}
+
+long HotkeyCallBack(long id, long /*unused*/)
+{
+    const Command *command = commandOfHotKey(id);
+    if (g_MainWindow && command)
+        command->run(*g_MainWindow);
+    return 0;
+}
+
+void MainWindow::ShowGrabRectWindow(bool) { m_Grabs->press(GrabCommand::Rectangle); }
+
+void MainWindow::ShowGrabEllipseWindow(bool) { m_Grabs->press(GrabCommand::Ellipse); }
+
+void MainWindow::ShowGrabPolygonWindow(bool) { m_Grabs->press(GrabCommand::Polygon); }
+
+void MainWindow::ShowFullScreen(bool, bool withTimer)
+{
+    m_Grabs->press(withTimer ? GrabCommand::Countdown : GrabCommand::Screen);
+}
+
+void MainWindow::ShowAllWindow() { m_Grabs->press(GrabCommand::Windows); }
+
+void MainWindow::ShowSelectWindow(bool) { m_Grabs->press(GrabCommand::Window); }
+
+void MainWindow::ShowMenuWindow() { m_Grabs->press(GrabCommand::Menu); }
+
+void MainWindow::ShowImportPicture(const char *path)
+{
+    if (!path)
+        return;
+    PictureProgress progress;
+    m_Grabs->helperTakes({.picture = QPixmap::fromImage(
+                              readPicture(QString::fromUtf8(path), progress, true).picture)});
+}
+
+void MainWindow::ShowDetailWindowRequest(QWidget *parent, EShowMagOpr opr, int x, int y, int type)
+{
+    m_Magnifier.request(parent, opr, {x, y}, type,
+                        {GetShowMagFromXML(), GetMagnificationFromXML()});
+}
+
+void MainWindow::ShowDetailWindowRequest_Rect(QWidget *parent, EShowMagOpr opr, int x, int y)
+{
+    ShowDetailWindowRequest(parent, opr, x, y, DigDetail::s_region);
+}
+
+void MainWindow::ShowDetailWindowRequest_Ellipse(QWidget *parent, EShowMagOpr opr, int x, int y)
+{
+    ShowDetailWindowRequest(parent, opr, x, y, DigDetail::s_region);
+}
+
+void MainWindow::ShowDetailWindowRequest_Poly(QWidget *parent, EShowMagOpr opr, int x, int y)
+{
+    ShowDetailWindowRequest(parent, opr, x, y, DigDetail::s_polygon);
+}
+
+void MainWindow::Preference(int /*type*/)
+{
+    if (!m_pPreference) {
+        m_pPreference = new DialogPreference(this);
+        // No tool window any more, but still a window of its own in front of this one.
+        m_pPreference->setWindowFlags(Qt::Dialog | Qt::WindowTitleHint | Qt::CustomizeWindowHint |
+                                      Qt::WindowCloseButtonHint);
+        Preferences::load(*m_pPreference);
+        // Only now: what was loaded need not go back.
+        connect(m_pPreference, &DialogPreference::Changed, this, &MainWindow::PreferenceChanged);
+    }
+    m_pPreference->setVisible(true);
+    m_pPreference->raise();
+    m_pPreference->activateWindow();
+}
+
+void MainWindow::Preference() { Preference(0); }
+
+void MainWindow::PreferenceChanged() { Preferences::store(*m_pPreference); }
+
+void MainWindow::BeforeShowMenuHelp() { m_Menus->updateHelp(Licensing::status().registered); }
+
+void MainWindow::About() { AboutBox(windowIcon(), this).exec(); }
+
+void MainWindow::Help()
+{
+    QDesktopServices::openUrl(QUrl(u"file:///"_s + QCoreApplication::applicationDirPath() + u'/' +
+                                   tr("../Resources/Help/index.html")));
+}
+
+void MainWindow::Home() { openAddress(g_URL); }
+
+void MainWindow::Buynow() { openAddress(g_BuyURL); }
+
+// The registration may change with it.
+void MainWindow::Register() { ProcessLicense(); }
+
+long PictureChanged(long code, long /*unused*/)
+{
+    MainWindow *window = g_MainWindow;
+    if (!window)
+        return 0;
+    switch (code) {
+    case TPictureEditor::HistoryChange:
+        window->m_Work->shapesChanged();
+        break;
+    case TPictureEditor::SizeChange:
+        window->m_Work->fit();
+        break;
+    case TPictureEditor::ToolChange:
+        window->m_Face->updateTools(nullptr);
+        break;
+    case TPictureEditor::Refusal:
+        if (!std::exchange(window->m_ToldOfEdge, true)) {
+            window->say(MainWindow::tr(
+                "Nothing can be drawn outside the picture. A thin line shows where it ends."));
+        }
+        break;
+    default:
+        break;
+    }
+    return 0;
+}
+
+long ActiveCallBack(bool /*active*/)
+{
+    if (g_MainWindow)
+        g_MainWindow->m_Face->updateControls();
+    return 0;
+}
+
+void MainWindow::on_BtnZoomIn_clicked() { m_Work->zoomIn(); }
+
+void MainWindow::on_BtnZoomOut_clicked() { m_Work->zoomOut(); }
+
+void MainWindow::on_BtnRealSize_clicked() { m_Work->zoomTo(1.0F); }
+
+void MainWindow::on_BtnUndo_clicked() { m_Work->editor().Undo(); }
+
+void MainWindow::on_BtnRedo_clicked() { m_Work->editor().Redo(); }
+
+void MainWindow::chooseTool(stateEnum tool, QPushButton *button)
+{
+    m_Work->editor().setState(tool);
+    m_Face->updateTools(button);
+}
+
+void MainWindow::on_BtnDrawMove_clicked() { chooseTool(stateMove, ui->BtnDrawMove); }
+
+void MainWindow::on_BtnDrawRect_clicked() { chooseTool(stateRect, ui->BtnDrawRect); }
+
+void MainWindow::on_BtnDrawEllipse_clicked() { chooseTool(stateEllipse, ui->BtnDrawEllipse); }
+
+void MainWindow::on_BtnDrawArrow_clicked() { chooseTool(stateArrow, ui->BtnDrawArrow); }
+
+void MainWindow::on_BtnDrawText_clicked() { chooseTool(stateText, ui->BtnDrawText); }
+
+void MainWindow::on_BtnDrawPoly_clicked() { chooseTool(statePoly, ui->BtnDrawPoly); }
+
+void MainWindow::on_SliderLineWidth_valueChanged(int value)
+{
+    m_Work->editor().setLineWidth(value + 1);
+    storeLineWidth(value + 1);
+}
+
+QFont MainWindow::chosenFont(const QFont &font) const
+{
+    QFont sized = font;
+    if (const int size = ui->CmbFontSize->currentText().toInt(); size > 0)
+        sized.setPointSize(size);
+    return sized;
+}
+
+void MainWindow::on_CmbFont_currentFontChanged(const QFont &font)
+{
+    const QFont chosen = chosenFont(font);
+    m_Work->editor().set_m_Font(chosen);
+    storeTextFont(chosen);
+    if (!m_Work->editor().goOnTyping())
+        ui->tabWidget->setFocus(Qt::OtherFocusReason);
+}
+
+void MainWindow::on_CmbFontSize_currentIndexChanged(int /*index*/)
+{
+    on_CmbFont_currentFontChanged(ui->CmbFont->currentFont());
+}
+
+void MainWindow::on_BtnColor_clicked()
+{
+    const QColor color = QColorDialog::getColor(m_Work->editor().getPenColor(), this);
+    if (!color.isValid())
+        return;
+    m_Work->editor().setPenColor(color);
+    storeLineColor(color);
+    m_Face->leave(*ui->BtnColor);
 }

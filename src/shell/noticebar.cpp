@@ -1,5 +1,6 @@
 #include "shell/noticebar.h"
 
+#include "base/palette.h"
 #include "platform/services.h"
 #include "shell/plate.h"
 
@@ -63,7 +64,7 @@ protected:
     void paintEvent(QPaintEvent * /*event*/) override
     {
         QPainter painter(this);
-        painter.setPen(PlateText);
+        painter.setPen(Palette::textOnDark);
         painter.drawText(QRectF(rect()), text(), option());
     }
 

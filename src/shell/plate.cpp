@@ -1,14 +1,11 @@
 #include "shell/plate.h"
 
+#include "base/palette.h"
+
 #include <QPainter>
 
 namespace {
 
-constexpr QColor s_plate(35, 40, 45);
-constexpr QColor s_edge(90, 100, 110);
-constexpr QColor s_over(58, 66, 74);
-constexpr QColor s_down(28, 126, 214);
-constexpr QColor s_focus(61, 165, 244);
 constexpr qreal s_radius = 8;
 constexpr qreal s_buttonRadius = 5;
 constexpr qreal s_stroke = 1.75;
@@ -21,8 +18,8 @@ void paintPlate(QWidget &widget)
 {
     QPainter painter(&widget);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(s_edge);
-    painter.setBrush(s_plate);
+    painter.setPen(Palette::darkEdge);
+    painter.setBrush(Palette::dark);
     painter.drawRoundedRect(QRectF(widget.rect()).adjusted(0.5, 0.5, -0.5, -0.5), s_radius,
                             s_radius);
 }
@@ -54,13 +51,15 @@ void PlateButton::paintEvent(QPaintEvent * /*event*/)
     painter.setRenderHint(QPainter::Antialiasing);
     const QRectF plate = QRectF(rect()).adjusted(1, 1, -1, -1);
     const bool hasPlate = !text().isEmpty() || underMouse() || isDown();
-    painter.setPen(hasFocus()         ? QPen(s_focus, 2)
+    painter.setPen(hasFocus()         ? QPen(Palette::accent, 2)
                    : text().isEmpty() ? QPen(Qt::NoPen)
-                                      : QPen(s_edge));
+                                      : QPen(Palette::darkEdge));
     if (hasPlate)
-        painter.setBrush(isDown() ? s_down : underMouse() ? s_edge : s_over);
+        painter.setBrush(isDown()       ? Palette::accentDown
+                         : underMouse() ? Palette::darkEdge
+                                        : Palette::darkRaised);
     painter.drawRoundedRect(plate, s_buttonRadius, s_buttonRadius);
-    painter.setPen(QPen(PlateText, s_stroke, Qt::SolidLine, Qt::RoundCap));
+    painter.setPen(QPen(Palette::textOnDark, s_stroke, Qt::SolidLine, Qt::RoundCap));
     if (!text().isEmpty()) {
         painter.drawText(rect(), Qt::AlignCenter | Qt::TextShowMnemonic, text());
         return;

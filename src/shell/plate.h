@@ -1,12 +1,9 @@
 #pragma once
 
-#include <QColor>
 #include <QPushButton>
 
-/// The dark plates that lie over the picture area and tell the user something.
-inline constexpr QColor PlateText(215, 222, 228);
-
-/// Paints a widget's ground, as large as it is.
+/// Paints the ground of a dark plate that lies over the picture area and tells the user something,
+/// as large as the widget.
 void paintPlate(QWidget &widget);
 
 /// A button on a plate: its text with a frame, or a cross where it has none.

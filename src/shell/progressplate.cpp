@@ -1,6 +1,7 @@
 #include "shell/progressplate.h"
 
 #include "base/clock.h"
+#include "base/palette.h"
 #include "shell/plate.h"
 
 #include <QBoxLayout>
@@ -38,7 +39,7 @@ protected:
     void paintEvent(QPaintEvent * /*event*/) override
     {
         QPainter painter(this);
-        painter.setPen(PlateText);
+        painter.setPen(Palette::textOnDark);
         painter.drawText(rect(), Qt::AlignVCenter | Qt::AlignLeading | Qt::TextSingleLine,
                          fontMetrics().elidedText(text(), Qt::ElideMiddle, width()));
     }

@@ -1,6 +1,7 @@
 #include "shell/sessionend.h"
 
 #include "config/xmlstore.h"
+#include "shell/grabflow.h"
 #include "shell/mainwindow.h"
 
 #include <QApplication>
@@ -17,7 +18,7 @@ SessionEnd::SessionEnd(MainWindow &window) : m_window(window), m_signals([this] 
 void SessionEnd::commit(QSessionManager &manager)
 {
     m_committed = false;
-    m_window.dismissHelper();
+    m_window.grabs().dropHelper();
     if (m_window.HasModified(true) && manager.allowsInteraction()) {
         const bool goesOn = m_window.saveChanges();
         // Not after release(), which tells the session manager that all is well.
@@ -45,7 +46,7 @@ bool SessionEnd::eventFilter(QObject *watched, QEvent *event)
 void SessionEnd::endBySignal()
 {
     m_window.saveSettings();
-    m_window.leaveGrab();
+    m_window.grabs().quit();
     // Loops that wait for a window end with it.
     for (QWidget *widget : QApplication::topLevelWidgets())
         widget->hide();

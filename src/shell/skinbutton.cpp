@@ -1,30 +1,56 @@
 #include "shell/skinbutton.h"
 
+#include "base/palette.h"
+
+#include <QKeyEvent>
 #include <QPainter>
 
 #include <algorithm>
 
 namespace {
 
-// Seen on the dark frame and on the bright strip alike.
-constexpr QColor s_nameColor(120, 134, 146);
 constexpr qreal s_radius = 5;
+constexpr qreal s_focusWidth = 2;
 constexpr int s_largestText = 12;  // pixels
 
 }  // namespace
 
+SkinButton::SkinButton(QWidget *parent) : QPushButton(parent)
+{
+    setFocusPolicy(Qt::TabFocus);
+    setFlat(true);
+}
+
+// The space bar alone does so by itself, outside of dialogs.
+void SkinButton::keyPressEvent(QKeyEvent *event)
+{
+    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
+        click();
+    else
+        QPushButton::keyPressEvent(event);
+}
+
 void SkinButton::paintEvent(QPaintEvent * /*event*/)
 {
     QPainter painter(this);
-    if (!icon().isNull()) {
+    if (icon().isNull())
+        paintName(painter);
+    else
         icon().paint(&painter, rect(), Qt::AlignCenter,
                      isEnabled() ? QIcon::Normal : QIcon::Disabled);
+    if (!hasFocus())
         return;
-    }
-    // A skin without its picture must not lose the command: a frame with the name's last
-    // word, which tells one capture from the other.
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(s_nameColor);
+    painter.setPen(QPen(Palette::accent, s_focusWidth));
+    painter.drawRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), s_radius, s_radius);
+}
+
+// A skin without its picture must not lose the command: a frame with the name's last word, which
+// tells one capture from the other.
+void SkinButton::paintName(QPainter &painter)
+{
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Palette::nameOnBoth);
     const QRectF frame = QRectF(rect()).adjusted(1.5, 1.5, -1.5, -1.5);
     painter.drawRoundedRect(frame, s_radius, s_radius);
     QFont small = font();

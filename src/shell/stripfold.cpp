@@ -1,5 +1,7 @@
 #include "shell/stripfold.h"
 
+#include "base/palette.h"
+
 #include <QAbstractButton>
 #include <QBoxLayout>
 #include <QComboBox>
@@ -28,9 +30,6 @@ constexpr qreal s_ringRadius = 5;
 constexpr QMargins s_rowMargins(10, 4, 10, 4);
 constexpr int s_rowSpacing = 12;
 
-constexpr QColor s_overColor(61, 165, 244);
-constexpr QColor s_downColor(28, 126, 214);
-
 /// Two arrowheads that point to what lies beyond the strip.
 class FoldButton : public QPushButton
 {
@@ -50,11 +49,13 @@ protected:
         QPainter painter(this);
         painter.setRenderHint(QPainter::Antialiasing);
         if (hasFocus()) {
-            painter.setPen(QPen(s_downColor, 1));
+            painter.setPen(QPen(Palette::accentDown, 1));
             painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), s_ringRadius,
                                     s_ringRadius);
         }
-        const QColor color = isDown() ? s_downColor : underMouse() ? s_overColor : m_color;
+        const QColor color = isDown()       ? Palette::accentDown
+                             : underMouse() ? Palette::accent
+                                            : m_color;
         painter.setPen(QPen(color, s_stroke, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
         QPointF tip = QRectF(rect()).center() + QPointF((s_arrow.width() - s_arrowGap) / 2, 0);
         for (int i = 0; i < 2; ++i) {

@@ -4,7 +4,9 @@
 #include "config/xmlstore.h"
 #include "fakedesktop.h"
 #include "scratch.h"
+#include "editing/pictureeditor.h"
 #include "shell/mainwindow.h"
+#include "shell/picturejobs.h"
 #include "solid.h"
 
 #include <QApplication>

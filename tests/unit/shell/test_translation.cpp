@@ -1,5 +1,6 @@
 #include "capture/magnifierpanel.h"
 #include "fakedesktop.h"
+#include "shell/commands.h"
 #include "shell/mainwindow.h"
 
 #include <QLabel>
@@ -50,7 +51,7 @@ private slots:
         for (const QByteArray &caption : captions) {
             const QString text = MainWindow::tr(caption);
             QVERIFY2(text != QLatin1StringView(caption) || language == u"de", caption);
-            QVERIFY2(!text.contains(u'&') && MainWindow::hasCaptureCommand(text), caption);
+            QVERIFY2(!text.contains(u'&') && commandCaptioned(text), caption);
             translated.insert(text);
         }
         QCOMPARE(translated.size(), captions.size());

@@ -1,4 +1,4 @@
-#include "shell/buscommands.h"
+#include "shell/commands.h"
 
 #include <QFile>
 #include <QImageReader>
@@ -6,7 +6,7 @@
 
 using namespace Qt::StringLiterals;
 
-class TestBusCommands : public QObject
+class TestCommands : public QObject
 {
     Q_OBJECT
 
@@ -51,5 +51,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(TestBusCommands)
-#include "test_buscommands.moc"
+QTEST_MAIN(TestCommands)
+#include "test_commands.moc"

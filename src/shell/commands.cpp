@@ -1,0 +1,338 @@
+#include "shell/commands.h"
+
+#include "shell/mainwindow.h"
+#include "shell/skin.h"
+
+#include <QCoreApplication>
+#include <QMenu>
+#include <QPushButton>
+#include <QShortcut>
+
+#include <algorithm>
+#include <array>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+using Menu = Command::Menu;
+
+// The order is that of the menus. System-wide hot keys are registered apart from the keys here, and
+// don't agree with them on V and M; a reader would expect the same, and the difference is kept on
+// purpose.
+constexpr auto s_commands = std::to_array<Command>({
+    {.menu = Menu::System,
+     .caption = QT_TRANSLATE_NOOP("MainWindow", "&About"),
+     .button = "BtnAbout",
+     .run = [](MainWindow &window) { window.About(); }},
+    {.menu = Menu::System,
+     .caption = QT_TRANSLATE_NOOP("MainWindow", "&Preferences"),
+     .button = "BtnSetting",
+     .run = [](MainWindow &window) { window.Preference(); }},
+
+    {.menu = Menu::File,
+     .caption = QT_TRANSLATE_NOOP("MainWindow", "Open..."),
+     .keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+O"),
+     .run = [](MainWindow &window) { window.OpenFile(); }},
+    {.menu = Menu::File, .caption = ""},
+    {.menu = Menu::File,
+     .caption = QT_TRANSLATE_NOOP("MainWindow", "Close %1"),
+     .keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+W"),
+     .item = Command::CloseItem,
+     .run = [](MainWindow &window) { window.CloseFile(); }},
+    {.menu = Menu::File,
+     .caption = QT_TRANSLATE_NOOP("MainWindow", "Close All"),
+     .keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+Shift+W"),
+     .run = [](MainWindow &window) { window.CloseAllFiles(); }},
+    {.menu = Menu::File, .caption = ""},
+    {.menu = Menu::File,
+     .caption = QT_TRANSLATE_NOOP("MainWindow", "Save %1"),
+     .keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+S"),
+     .isAlwaysHeard = true,
+     .button = "BtnSave",
+     .item = Command::SaveItem,
+     .run = [](MainWindow &window) { window.SaveFile(); }},
+    {.menu = Menu::File,
+     .caption = QT_TRANSLATE_NOOP("MainWindow", "Save %1 As..."),
+     .keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+Shift+S"),
+     .item = Command::SaveAsItem,
+     .run = [](MainWindow &window) { window.SaveAsFile(); }},
+    {.menu = Menu::File,
+     .caption = QT_TRANSLATE_NOOP("MainWindow", "Save All"),
+     .run = [](MainWindow &window) { window.SaveAllFiles(); }},
+
+    {.menu = Menu::Capture,
+     .caption = QT_TRANSLATE_NOOP("MainWindow", "Rectangular"),
+     .trayCaption = QT_TRANSLATE_NOOP("MainWindow", "Capture Rectangular"),
+     .keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+Alt+R"),
+     .button = "BtnFrameRect",
+     .hotKey = 1,
+     .action = "capture-rectangle",
+     .run = [](MainWindow &window) { window.ShowGrabRectWindow(false); }},
+    {.menu = Menu::Capture,
+     .caption = QT_TRANSLATE_NOOP("MainWindow", "Ellipse"),
+     .trayCaption = QT_TRANSLATE_NOOP("MainWindow", "Capture Ellipse"),
+     .keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+Alt+E"),
+     .button = "BtnFrameEllipse",
+     .hotKey = 2,
+     .action = "capture-ellipse",
+     .run = [](MainWindow &window) { window.ShowGrabEllipseWindow(false); }},
+    {.menu = Menu::Capture,
+     .caption = QT_TRANSLATE_NOOP("MainWindow", "Arbitrary"),
+     .trayCaption = QT_TRANSLATE_NOOP("MainWindow", "Capture Arbitrary"),
+     .keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+Alt+A"),
+     .button = "BtnFramePolygon",
+     .hotKey = 3,
+     .action = "capture-polygon",
+     .run = [](MainWindow &window) { window.ShowGrabPolygonWindow(false); }},
+    {.menu = Menu::Capture, .caption = "", .trayCaption = ""},
+    {.menu = Menu::Capture,
+     .caption = QT_TRANSLATE_NOOP("MainWindow", "Select Window"),
+     .trayCaption = QT_TRANSLATE_NOOP("MainWindow", "Select Window"),
+     .keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+Alt+W"),
+     .button = "BtnSelectWindow",
+     .hotKey = 5,
+     .action = "capture-window",
+     .run = [](MainWindow &window) { window.ShowSelectWindow(false); }},
+    {.menu = Menu::Capture,
+     .caption = QT_TRANSLATE_NOOP("MainWindow", "All Windows"),
+     .trayCaption = QT_TRANSLATE_NOOP("MainWindow", "All Windows"),
+     .keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+Alt+L"),
+     .button = "BtnAllWindows",
+     .hotKey = 4,
+     .action = "capture-windows",
+     .run = [](MainWindow &window) { window.ShowAllWindow(); }},
+    // The bar's item and the button count down; the tray has an item for either.
+    {.menu = Menu::Capture,
+     .caption = QT_TRANSLATE_NOOP("MainWindow", "Full Screen"),
+     .keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+Alt+S"),
+     .button = "BtnFullScreen",
+     .run = [](MainWindow &window) { window.ShowFullScreen(true, true); }},
+    {.trayCaption = QT_TRANSLATE_NOOP("MainWindow", "Capture Full Screen"),
+     .keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+Alt+S"),
+     .hotKey = 6,
+     .action = "capture-screen",
+     .run = [](MainWindow &window) { window.ShowFullScreen(false, false); }},
+    {.trayCaption = QT_TRANSLATE_NOOP("MainWindow", "Capture Full Screen with Countdown Timer"),
+     .keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+Alt+T"),
+     .hotKey = 7,
+     .action = "capture-screen-countdown",
+     .run = [](MainWindow &window) { window.ShowFullScreen(false, true); }},
+    {.menu = Menu::Capture,
+     .caption = QT_TRANSLATE_NOOP("MainWindow", "Menu"),
+     .trayCaption = QT_TRANSLATE_NOOP("MainWindow", "Capture Menu"),
+     .keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+Alt+M"),
+     .button = "BtnMenuCapture",
+     .hotKey = 8,
+     .action = "capture-menu",
+     .run = [](MainWindow &window) { window.ShowMenuWindow(); }},
+    {.trayCaption = ""},
+    // No key of the system reaches its number.
+    {.trayCaption = QT_TRANSLATE_NOOP("MainWindow", "Show Snapworkbench"),
+     .keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+Alt+V"),
+     .hotKey = 9,
+     .run = [](MainWindow &window) { window.comeForward(); }},
+    {.trayCaption = ""},
+    {.trayCaption = QT_TRANSLATE_NOOP("MainWindow", "Quit"),
+     .run = [](MainWindow &window) { window.quit(); }},
+
+    {.menu = Menu::Help,
+     .caption = QT_TRANSLATE_NOOP("MainWindow", "Contents"),
+     .keys = "F1",
+     .button = "BtnHelp",
+     .run = [](MainWindow &window) { window.Help(); }},
+    {.menu = Menu::Help, .caption = ""},
+    {.menu = Menu::Help,
+     .caption = QT_TRANSLATE_NOOP("MainWindow", "Home"),
+     .button = "BtnHome",
+     .run = [](MainWindow &window) { window.Home(); }},
+    {.menu = Menu::Help,
+     .caption = QT_TRANSLATE_NOOP("MainWindow", "Buy now"),
+     .button = "BtnBuynow",
+     .run = [](MainWindow &window) { window.Buynow(); }},
+    {.menu = Menu::Help, .caption = ""},
+    {.menu = Menu::Help,
+     .caption = QT_TRANSLATE_NOOP("MainWindow", "Register..."),
+     .button = "BtnRegister",
+     .run = [](MainWindow &window) { window.Register(); }},
+
+    {.name = "undo",
+     .keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+Z"),
+     .button = "BtnUndo",
+     .run = [](MainWindow &window) { window.on_BtnUndo_clicked(); }},
+    {.name = "redo",
+     .keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+Shift+Z"),
+     .button = "BtnRedo",
+     .run = [](MainWindow &window) { window.on_BtnRedo_clicked(); }},
+    {.name = "Copy %1",
+     .keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+C"),
+     .button = "BtnCopy",
+     .run = [](MainWindow &window) { window.CopyFile(); }},
+    {.keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+1"),
+     .button = "BtnDrawMove",
+     .run = [](MainWindow &window) { window.on_BtnDrawMove_clicked(); }},
+    {.keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+2"),
+     .button = "BtnDrawRect",
+     .run = [](MainWindow &window) { window.on_BtnDrawRect_clicked(); }},
+    {.keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+3"),
+     .button = "BtnDrawEllipse",
+     .run = [](MainWindow &window) { window.on_BtnDrawEllipse_clicked(); }},
+    {.keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+4"),
+     .button = "BtnDrawArrow",
+     .run = [](MainWindow &window) { window.on_BtnDrawArrow_clicked(); }},
+    {.keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+5"),
+     .button = "BtnDrawPoly",
+     .run = [](MainWindow &window) { window.on_BtnDrawPoly_clicked(); }},
+    {.keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+6"),
+     .button = "BtnDrawText",
+     .run = [](MainWindow &window) { window.on_BtnDrawText_clicked(); }},
+    {.keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+="),
+     .button = "BtnZoomIn",
+     .run = [](MainWindow &window) { window.on_BtnZoomIn_clicked(); }},
+    {.keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+-"),
+     .button = "BtnZoomOut",
+     .run = [](MainWindow &window) { window.on_BtnZoomOut_clicked(); }},
+    {.keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+0"),
+     .button = "BtnRealSize",
+     .run = [](MainWindow &window) { window.on_BtnRealSize_clicked(); }},
+    {.keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+K"),
+     .button = "BtnColor",
+     .run = [](MainWindow &window) { window.on_BtnColor_clicked(); }},
+    {.keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+Q"),
+     .button = "BtnClose",
+     .run = [](MainWindow &window) { window.close(); }},
+    {.keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+M"),
+     .button = "BtnMin",
+     .run = [](MainWindow &window) { window.showMinimized(); }},
+    {.keys = QT_TRANSLATE_NOOP("MainWindow", "F11"),
+     .button = "BtnMax",
+     .run = [](MainWindow &window) { window.on_BtnMax_clicked(); }},
+});
+
+template<typename Condition> const Command *commandWhere(Condition condition)
+{
+    const auto *const found = std::find_if(s_commands.begin(), s_commands.end(), condition);
+    return found == s_commands.end() ? nullptr : found;
+}
+
+bool isText(const char *text) { return text && *text; }
+
+QAction *addItem(QMenu &menu, const char *caption, const Command &command)
+{
+    if (!caption)
+        return nullptr;
+    if (!*caption)
+        return menu.addSeparator();
+    QAction *action = menu.addAction(MainWindow::tr(caption));
+    action->setShortcut(keysOf(command));
+    return action;
+}
+
+// Some styles put a mnemonic of their own into a menu's texts.
+bool isCaptioned(const char *caption, const QString &text)
+{
+    return isText(caption) && MainWindow::tr(caption) == text;
+}
+
+// Those that no item of a menu hears.
+bool isHeardByWindow(const Command &command)
+{
+    return command.keys && command.button && (!command.caption || command.isAlwaysHeard);
+}
+
+}  // namespace
+
+const Command *commandNamed(const QString &name)
+{
+    return commandWhere([&](const Command &command) {
+        const char *own = isText(command.caption)       ? command.caption
+                          : isText(command.trayCaption) ? command.trayCaption
+                                                        : command.name;
+        return own && name == QLatin1StringView(own);
+    });
+}
+
+const Command *commandCaptioned(const QString &caption)
+{
+    return commandWhere([&](const Command &command) {
+        return isCaptioned(command.trayCaption, caption) ||
+               (command.menu == Menu::Capture && isCaptioned(command.caption, caption));
+    });
+}
+
+const Command *commandOfHotKey(long number)
+{
+    return commandWhere(
+        [&](const Command &command) { return number > 0 && command.hotKey == number; });
+}
+
+QKeySequence keysOf(const Command &command)
+{
+    return command.keys ? QKeySequence(QCoreApplication::translate("MainWindow", command.keys))
+                        : QKeySequence();
+}
+
+void fillMenu(QMenu &menu, Command::Menu which, MainWindow &window)
+{
+    for (const Command &command : s_commands) {
+        QAction *action = command.menu == which ? addItem(menu, command.caption, command) : nullptr;
+        if (!action || !command.run || which == Menu::Capture)
+            continue;
+        action->setData(command.item);
+        // Shown only: two owners of the same keys would both stay silent.
+        if (command.isAlwaysHeard)
+            action->setShortcutContext(Qt::WidgetShortcut);
+        QObject::connect(action, &QAction::triggered, &window,
+                         [&window, &command] { command.run(window); });
+    }
+}
+
+void fillTrayMenu(QMenu &menu)
+{
+    for (const Command &command : s_commands)
+        addItem(menu, command.trayCaption, command);
+}
+
+void connectCommands(MainWindow &window)
+{
+    for (const Command &command : s_commands) {
+        if (!command.button)
+            continue;
+        const auto run = [&window, &command] { command.run(window); };
+        // Not the button's own keys: a button that is clicked by its keys shows that for a while
+        // first, and the next keys would overtake it.
+        if (isHeardByWindow(command))
+            new QShortcut(keysOf(command), &window, run);
+        auto *button = window.findChild<QPushButton *>(QLatin1StringView(command.button));
+        QObject::connect(button, &QPushButton::clicked, &window, run);
+        button->installEventFilter(&window);
+        QString hint = window.skin().hint(button->objectName());
+        if (const QKeySequence keys = keysOf(command); !hint.isEmpty() && !keys.isEmpty())
+            hint += u"  "_s + keys.toString(QKeySequence::NativeText);
+        button->setToolTip(hint);
+    }
+}
+
+ApplicationBus::Handlers busCommands()
+{
+    ApplicationBus::Handlers handlers;
+    handlers.activate = [] {
+        if (g_MainWindow)
+            g_MainWindow->comeForward();
+    };
+    handlers.open = [](const QStringList &paths) {
+        if (!g_MainWindow)
+            return;
+        g_MainWindow->openPictures(paths);
+        g_MainWindow->comeForward();
+    };
+    for (const Command &command : s_commands) {
+        if (!command.action)
+            continue;
+        handlers.actions.insert(QString::fromLatin1(command.action), [&command] {
+            if (g_MainWindow)
+                command.run(*g_MainWindow);
+        });
+    }
+    return handlers;
+}

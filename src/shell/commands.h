@@ -1,0 +1,54 @@
+#pragma once
+
+#include "platform/xdg/applicationbus.h"
+
+#include <QKeySequence>
+#include <QString>
+
+class MainWindow;
+class QMenu;
+
+/// One thing that the user can order. A row says how it is called in the menus, which keys, hot
+/// key, bus action and button lead to it, and what it does. Texts are English; tr() of MainWindow
+/// has them in the user's language.
+struct Command {
+    enum class Menu { None, System, File, Capture, Help };
+    /// An item of the File menu whose text or state depends on the documents: its QAction::data().
+    enum Item { Plain = 0, CloseItem = 1, SaveItem = 2, SaveAsItem = 3 };
+
+    Menu menu = Menu::None;
+    const char *caption = nullptr;      ///< in that menu; null: no item there; empty: a separator
+    const char *trayCaption = nullptr;  ///< the same in the tray's menu
+    const char *name = nullptr;  ///< for the keys of one that no menu has; else its first caption
+    const char *keys = nullptr;  ///< while the window has the keyboard; null: none
+    /// Whether the window itself hears the keys. Else the menu's item does, as long as it is
+    /// enabled.
+    bool isAlwaysHeard = false;
+    const char *button = nullptr;  ///< its object name
+    int hotKey = 0;                ///< number of the system-wide hot key; 0: none
+    const char *action = nullptr;  ///< on the session bus; a name that was given out stays
+    Item item = Plain;
+    void (*run)(MainWindow &) = nullptr;
+};
+
+/// The first one whose name, in English, that is; null for none.
+const Command *commandNamed(const QString &name);
+/// The command of a capture menu or the tray's by its text there, in the user's language and
+/// without mnemonics; null for none.
+const Command *commandCaptioned(const QString &caption);
+const Command *commandOfHotKey(long number);
+/// Empty where it has none.
+QKeySequence keysOf(const Command &command);
+
+/// Adds the items of one menu of the bar, in the order of the table. Those of the Capture menu only
+/// have their texts and keys, and are told apart by the former.
+void fillMenu(QMenu &menu, Command::Menu which, MainWindow &window);
+/// The same for the tray's menu.
+void fillTrayMenu(QMenu &menu);
+/// Lets the buttons of `window` and the keys that it hears itself run their commands, and gives the
+/// buttons their hints.
+void connectCommands(MainWindow &window);
+
+/// What the main window does for those who call over the session bus. Until it is complete,
+/// nothing.
+ApplicationBus::Handlers busCommands();

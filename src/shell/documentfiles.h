@@ -1,0 +1,60 @@
+#pragma once
+
+#include "shell/noticebar.h"
+
+#include <QObject>
+
+#include "editing/picturefile.h"
+#include "editing/shapes.h"
+
+class Notices;
+class QPictureDocument;
+class QWidget;
+class UnsavedPictures;
+class Workbench;
+
+/// Opens, saves and closes documents with the user: asks for names, asks about changes, and tells
+/// of files that could not be written. An index is a place in the list of documents, and -1 means
+/// the current one.
+class DocumentFiles : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// All outlive this object; `window` is in front of the dialogs' parent.
+    DocumentFiles(QWidget &window, Workbench &work, Notices &notices, UnsavedPictures &unsaved);
+
+    void open();
+    /// Saves under the known name, or asks for one. True when saved.
+    bool save(int index);
+    bool saveAs(int index);
+    bool saveAll();
+    void close(int index);
+    /// False when the user cancelled.
+    bool closeAll();
+    /// Asks about all changes, and saves them if told so; closes nothing. False when the user
+    /// cancelled, or a picture arrived that has not been asked about.
+    bool saveChanges();
+    /// Puts the current picture with its shapes on the clipboard. False where there is none.
+    bool copy();
+
+signals:
+    /// A question about all documents is about to open.
+    void asks();
+
+private:
+    int chosen(int index) const;
+    bool write(int number, const QString &path);
+    bool written(int number, const QString &path, const EditHistory &shapes,
+                 const PictureWrite &result);
+    /// Tells what has become of a document's file, in place of what was told of it before, and
+    /// offers to save it elsewhere.
+    void tell(QPictureDocument &document, const QString &text,
+              QList<NoticeBar::Action> actions = {});
+    void tellChanged(QPictureDocument &document);
+
+    QWidget &m_window;
+    Workbench &m_work;
+    Notices &m_notices;
+    UnsavedPictures &m_unsaved;
+};

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "shell/noticebar.h"
+
+#include <QPointer>
+
+class QWidget;
+class TrayIcon;
+
+/// Tells the user something that needs no answer: in a quiet bar over an area of the window, and by
+/// the tray where the window can't be seen. With no tray either, the bar waits until it can be.
+class Notices
+{
+public:
+    /// Both outlive this object; the bar is `area`'s sibling.
+    Notices(QWidget &area, TrayIcon &tray) : m_area(area), m_tray(tray) {}
+
+    void say(const QString &text, const QList<NoticeBar::Action> &actions = {});
+    /// Takes back what no longer holds; a text that is not there does nothing.
+    void withdraw(const QString &text);
+
+private:
+    bool isUncovered(const QWidget &part) const;
+
+    QWidget &m_area;
+    TrayIcon &m_tray;
+    QPointer<NoticeBar> m_bar;  ///< from its first use on
+};

@@ -1,0 +1,179 @@
+#include "shell/skin.h"
+
+#include "base/palette.h"
+
+#include <QAbstractButton>
+#include <QCoreApplication>
+#include <QFile>
+#include <QFileInfo>
+#include <QMouseEvent>
+#include <QPainter>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr QSize s_iconSize(64, 64);
+
+// Where the colour button's picture shows the pen colour.
+constexpr QRect s_colorField(QPoint(5, 4), QPoint(19, 18));
+
+// The ending names the format: without it the toolkit asks each of its picture plug-ins, and has to
+// load them all first.
+bool loadPicture(QPixmap &pixmap, const QString &path)
+{
+    return pixmap.load(path, QFileInfo(path).suffix().toLatin1().constData());
+}
+
+}  // namespace
+
+const Skin::Ground &Skin::body()
+{
+    static const Ground s_body{.section = u"BtnBackground"_s};
+    return s_body;
+}
+
+const Skin::Ground &Skin::table()
+{
+    static const Ground s_table{.section = u"BtnPictureBackground"_s,
+                                .topLeft = SkinOver,
+                                .topRight = SkinNormal,
+                                .bottomLeft = SkinDisabled,
+                                .bottomRight = SkinDown};
+    return s_table;
+}
+
+QString Skin::path(const QString &section, SkinAttribute attribute) const
+{
+    return GetBtnAttr(&m_owner, section, attribute);
+}
+
+void Skin::load(QPixmap &pixmap, const QString &section, SkinAttribute attribute) const
+{
+    if (const QString file = path(section, attribute); QFile::exists(file))
+        loadPicture(pixmap, file);
+}
+
+const QPixmap &Skin::picture(const QString &section, SkinAttribute attribute)
+{
+    QPixmap &picture = m_pictures[{section, attribute}];
+    if (picture.isNull())
+        load(picture, section, attribute);
+    return picture;
+}
+
+// The file's own texts are in English; what a user wrote there stays as it is.
+QString Skin::hint(const QString &section) const
+{
+    const QString text = path(section, SkinHint);
+    return text.isEmpty() ? text
+                          : QCoreApplication::translate("MainWindow", text.toUtf8().constData());
+}
+
+// A skin without this picture, or with one that can't be read, must not leave a hole in the tray.
+QIcon Skin::programIcon() const
+{
+    QIcon icon(path(u"BtnIcon"_s, SkinNormal));
+    if (!icon.pixmap(s_iconSize).isNull())
+        return icon;
+    return QIcon::fromTheme(u"snapworkbench"_s, QIcon(QCoreApplication::applicationDirPath() +
+                                                      u"/skin/BtnIcon_normal.png"_s));
+}
+
+std::optional<QIcon> Skin::look(const QString &section, SkinAttribute state, qreal scale,
+                                const std::optional<QColor> &fill) const
+{
+    const QFileInfo file(path(section, state));
+    QPixmap pixmap;
+    if (!file.exists() || !loadPicture(pixmap, file.filePath()))
+        return {};
+    const auto fillField = [&] {
+        if (fill)
+            QPainter(&pixmap).fillRect(s_colorField, *fill);
+    };
+    fillField();
+    QIcon icon(pixmap);
+    // Twice as fine a picture, where the skin has one and the desktop is scaled.
+    const QString fine = file.path() + u'/' + file.completeBaseName() + u"@2x."_s + file.suffix();
+    if (scale > 1 && QFile::exists(fine) && loadPicture(pixmap, fine)) {
+        pixmap.setDevicePixelRatio(2);
+        fillField();
+        icon.addPixmap(pixmap);
+    }
+    return icon;
+}
+
+// The tabs' close buttons are the style's; only a style sheet gives them pictures.
+QString Skin::tabCloseRules() const
+{
+    const auto rule = [this](const QString &state, SkinAttribute attribute) {
+        const QString file = path(u"BtnTabClose"_s, attribute);
+        // One that can't be read would leave nothing to see; without the rule the style's own is.
+        QPixmap pixmap;
+        return QFile::exists(file) && loadPicture(pixmap, file)
+                   ? u"QTabBar::close-button%1{image:url(\"%2\")} "_s.arg(state, file)
+                   : QString();
+    };
+    return rule({}, SkinNormal) + rule(u":hover"_s, SkinOver) + rule(u":pressed"_s, SkinDown);
+}
+
+void Skin::paintCaptureStrip(QWidget &strip)
+{
+    const QString section = u"BtnToolBackground"_s;
+    const QPixmap &rightEnd = picture(section, SkinDown);
+    const QPixmap &tile = picture(section, SkinOver);
+    const int w = strip.width();
+    QPainter painter(&strip);
+    if (const int t = tile.width(); t > 0) {
+        for (int i = 0; i < w / t + 1; ++i)
+            painter.drawPixmap(t * i, 0, tile);
+    }
+    drawIfThere(painter, {0, 0}, picture(section, SkinNormal));
+    drawIfThere(painter, {w - rightEnd.width(), 0}, rightEnd);
+}
+
+void Skin::paintTable(QWidget &area)
+{
+    const Ground &ground = table();
+    const QPixmap &topRight = picture(ground.section, ground.topRight);
+    const QPixmap &bottomLeft = picture(ground.section, ground.bottomLeft);
+    const QPixmap &bottomRight = picture(ground.section, ground.bottomRight);
+    const int w = area.width();
+    const int h = area.height();
+    QPainter painter(&area);
+    painter.fillRect(QRect(0, 0, w, h), Palette::table);
+    painter.fillRect(QRect(0, 0, w, 12), Palette::topBand);
+    painter.fillRect(QRect(0, 13, w, 14), Palette::strip);
+    painter.setPen(Palette::brightEdge);
+    painter.drawLine(0, 26, w, 26);
+    // The corners reach beyond the widget, by as much as their pictures are drawn for.
+    drawIfThere(painter, {-2, 0}, picture(ground.section, ground.topLeft));
+    drawIfThere(painter, {w + 4 - topRight.width(), 0}, topRight);
+    drawIfThere(painter, {-2, h + 3 - bottomLeft.height()}, bottomLeft);
+    drawIfThere(painter, {w + 4 - bottomRight.width(), h + 3 - bottomRight.height()}, bottomRight);
+}
+
+std::optional<SkinAttribute> stateAfter(const QAbstractButton &button, const QEvent &event)
+{
+    switch (event.type()) {
+    case QEvent::Leave:
+        return SkinNormal;
+    case QEvent::Enter:
+        return SkinOver;
+    case QEvent::MouseButtonPress:
+        return SkinDown;
+    case QEvent::MouseButtonRelease: {
+        // Both far edges count as inside.
+        const QPoint pos = static_cast<const QMouseEvent &>(event).position().toPoint();
+        return QRect(QPoint(), button.size() + QSize(1, 1)).contains(pos) ? SkinOver : SkinNormal;
+    }
+    default:
+        return {};
+    }
+}
+
+void drawIfThere(QPainter &painter, const QPoint &position, const QPixmap &pixmap)
+{
+    if (!pixmap.isNull())
+        painter.drawPixmap(position, pixmap);
+}

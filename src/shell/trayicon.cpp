@@ -1,0 +1,50 @@
+#include "shell/trayicon.h"
+
+#include <QApplication>
+#include <QCursor>
+#include <QEvent>
+#include <QMenu>
+#include <QSystemTrayIcon>
+#include <QTimer>
+#include <QWindow>
+
+TrayIcon::TrayIcon(QMenu &menu, const QIcon &icon, QObject *parent) : QObject(parent), m_menu(menu)
+{
+    qGuiApp->installEventFilter(this);
+    QTimer::singleShot(0, this, [this, icon] { appear(icon); });
+}
+
+TrayIcon::~TrayIcon() = default;
+
+void TrayIcon::appear(const QIcon &icon)
+{
+    m_icon = std::make_unique<QSystemTrayIcon>();
+    m_icon->setIcon(icon);
+    m_icon->setContextMenu(&m_menu);
+    // A tray opens the menu itself for the other button only.
+    connect(m_icon.get(), &QSystemTrayIcon::activated, this,
+            [this](QSystemTrayIcon::ActivationReason reason) {
+                if (reason == QSystemTrayIcon::Trigger)
+                    m_menu.popup(QCursor::pos());
+            });
+    m_icon->setVisible(true);
+}
+
+bool TrayIcon::tell(const QString &title, const QString &text)
+{
+    if (!m_icon || !QSystemTrayIcon::isSystemTrayAvailable())
+        return false;
+    m_icon->showMessage(title, text, m_icon->icon());
+    return true;
+}
+
+// What belongs to a dialog is not blocked by it.
+bool TrayIcon::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::WindowBlocked && watched->isWidgetType()) {
+        auto *widget = static_cast<QWidget *>(watched);
+        if (widget == &m_menu || widget->inherits("QSystemTrayIconSys"))
+            widget->windowHandle()->setTransientParent(QGuiApplication::modalWindow());
+    }
+    return QObject::eventFilter(watched, event);
+}

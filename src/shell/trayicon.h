@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QIcon>
+#include <QObject>
+
+#include <memory>
+
+class QMenu;
+class QSystemTrayIcon;
+
+/// The program's icon in the desktop's tray, with its menu. Both stay within the pointer's reach
+/// while a dialog is open: of a tray that embeds the icon's window the toolkit takes that for one
+/// more window that the dialog blocks.
+class TrayIcon : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// The icon comes a turn of the event loop later: the desktop's tray answers late, and nobody
+    /// need wait for it. `menu` outlives this object.
+    TrayIcon(QMenu &menu, const QIcon &icon, QObject *parent);
+    ~TrayIcon() override;
+
+    /// Shows a message beside the icon. False where there is no tray.
+    bool tell(const QString &title, const QString &text);
+
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    void appear(const QIcon &icon);
+
+    QMenu &m_menu;
+    std::unique_ptr<QSystemTrayIcon> m_icon;
+};

@@ -1,0 +1,166 @@
+#include "shell/windowface.h"
+
+#include "base/palette.h"
+#include "editing/pictureeditor.h"
+#include "platform/applicationwatch.h"
+#include "shell/stripfold.h"
+#include "ui_mainwindow.h"
+
+#include <QApplication>
+#include <QEvent>
+#include <QPushButton>
+
+#include <array>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int s_captionSize = 13;  // pixels
+
+// By the number of the tool.
+constexpr std::array<const char *, 6> s_toolButtons{"BtnDrawMove",  "BtnDrawRect", "BtnDrawEllipse",
+                                                    "BtnDrawArrow", "BtnDrawText", "BtnDrawPoly"};
+
+}  // namespace
+
+WindowFace::WindowFace(Ui::MainWindow &ui, QWidget &window, Skin &skin,
+                       const TPictureEditor &editor)
+    : m_ui(ui), m_window(window), m_skin(skin), m_editor(editor)
+{
+    setUpCaption();
+    setUpLabels();
+    setUpStrips();
+    for (auto *button : window.findChildren<SkinButton *>())
+        leave(*button);
+}
+
+// The caption and the menu bar stand on the body's colour of their own: a skin without the picture
+// for the body must not take the ground from under bright letters.
+void WindowFace::setUpCaption()
+{
+    QPalette palette = m_ui.LblCaption->palette();
+    palette.setColor(QPalette::WindowText, Palette::textOnDark);
+    palette.setColor(QPalette::Window, Palette::dark);
+    m_ui.LblCaption->setPalette(palette);
+    m_ui.LblCaption->setAutoFillBackground(true);
+    QFont font = m_ui.LblCaption->font();
+    font.setPixelSize(s_captionSize);
+    m_ui.LblCaption->setFont(font);
+}
+
+void WindowFace::setUpLabels()
+{
+    const auto label = [this](QLabel *target, const QString &section, SkinAttribute attribute) {
+        QPixmap pixmap;
+        m_skin.load(pixmap, section, attribute);
+        target->setPixmap(pixmap);
+    };
+    label(m_ui.lblComm, u"BtnCommBackground"_s, SkinNormal);
+    label(m_ui.lblLineMin, u"BtnLineWidth"_s, SkinNormal);
+    label(m_ui.lblLineMax, u"BtnLineWidth"_s, SkinDown);
+    for (QLabel *separator : {m_ui.lblSep1, m_ui.lblSep2, m_ui.lblSep3})
+        label(separator, u"BtnSep"_s, SkinNormal);
+    m_ui.tabWidget->setStyleSheet(m_ui.tabWidget->styleSheet() + m_skin.tabCloseRules());
+    m_ui.widSysTool->hide();
+    // The buttons stay as large as they are, and the boxes beside them grow with their font.
+    for (int i = 0; i < m_ui.layPictureEdit->count(); ++i)
+        m_ui.layPictureEdit->itemAt(i)->setAlignment(Qt::AlignVCenter);
+}
+
+// What is needed least, or has its keys, leaves first.
+void WindowFace::setUpStrips()
+{
+    const auto isTool = [this](const QAbstractButton &button) { return isChosenTool(button); };
+    new StripFold(m_ui.widPictureEdit,
+                  {{m_ui.CmbFont, m_ui.CmbFontSize},
+                   {m_ui.lblSep3, m_ui.BtnZoomIn, m_ui.BtnZoomOut, m_ui.BtnRealSize},
+                   {m_ui.lblLineMin, m_ui.SliderLineWidth, m_ui.lblLineMax},
+                   {m_ui.BtnColor},
+                   {m_ui.lblSep2, m_ui.BtnUndo, m_ui.BtnRedo},
+                   {m_ui.BtnCopy, m_ui.BtnSave},
+                   {m_ui.lblSep1, m_ui.BtnDrawText},
+                   {m_ui.BtnDrawPoly},
+                   {m_ui.BtnDrawArrow},
+                   {m_ui.BtnDrawEllipse}},
+                  {u"FoldPictureEdit"_s, tr("More tools"), tr("Ctrl+Shift+E"),
+                   Palette::glyphOnBright, Qt::white},
+                  isTool);
+    new StripFold(m_ui.widTool,
+                  {{m_ui.lblComm},
+                   {m_ui.BtnMenuCapture},
+                   {m_ui.BtnFullScreen},
+                   {m_ui.BtnAllWindows},
+                   {m_ui.BtnSelectWindow},
+                   {m_ui.BtnFramePolygon},
+                   {m_ui.BtnFrameEllipse}},
+                  {u"FoldTool"_s, tr("More commands"), tr("Ctrl+Shift+G"), Palette::glyphOnDark,
+                   Palette::dark},
+                  isTool);
+}
+
+// A new font does not reach what a style sheet is in force for. The tabs take theirs from the
+// widget that has the sheet: newer toolkits take back at once what is set on the bar itself.
+void WindowFace::followFont()
+{
+    for (QWidget *widget :
+         {m_ui.layMenuBar->itemAt(0)->widget(), static_cast<QWidget *>(m_ui.tabWidget),
+          static_cast<QWidget *>(m_ui.CmbFont), static_cast<QWidget *>(m_ui.CmbFontSize)})
+        widget->setFont(QApplication::font());
+}
+
+bool WindowFace::isChosenTool(const QAbstractButton &button) const
+{
+    return button.objectName() == QLatin1StringView(s_toolButtons[m_editor.getState()]);
+}
+
+bool WindowFace::takes(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::Paint && watched == m_ui.widTool)
+        m_skin.paintCaptureStrip(*m_ui.widTool);
+    else if (event->type() == QEvent::Paint && watched == m_ui.widPicture)
+        m_skin.paintTable(*m_ui.widPicture);
+    auto *button = qobject_cast<SkinButton *>(watched);
+    const auto state = button ? stateAfter(*button, *event) : std::nullopt;
+    if (!state)
+        return false;
+    show(*button, *state);
+    if (event->type() != QEvent::MouseButtonRelease)
+        return false;
+    button->setDown(false);
+    button->click();
+    return true;
+}
+
+void WindowFace::show(QPushButton &button, SkinAttribute state)
+{
+    const bool isControl =
+        &button == m_ui.BtnClose || &button == m_ui.BtnMax || &button == m_ui.BtnMin;
+    if (isControl && state == SkinNormal && !IsAppActive())
+        state = SkinDisabled;
+    const QString section = button.objectName() + (isChosenTool(button) ? u"_Sel"_s : QString());
+    // A picture that can't be read leaves the button with the one that it had.
+    const auto fill =
+        &button == m_ui.BtnColor ? std::optional(m_editor.getPenColor()) : std::nullopt;
+    const auto look = m_skin.look(section, state, m_window.devicePixelRatioF(), fill);
+    if (!look)
+        return;
+    button.setIconSize(button.size());
+    button.setIcon(*look);
+}
+
+void WindowFace::leave(QPushButton &button) { show(button, SkinNormal); }
+
+void WindowFace::updateTools(QPushButton *over)
+{
+    for (const char *name : s_toolButtons)
+        leave(*m_window.findChild<QPushButton *>(QLatin1StringView(name)));
+    if (over)
+        show(*over, SkinOver);
+}
+
+void WindowFace::updateControls()
+{
+    for (QPushButton *button : {m_ui.BtnClose, m_ui.BtnMax, m_ui.BtnMin})
+        leave(*button);
+}

@@ -1,0 +1,80 @@
+#include "shell/windowmenus.h"
+
+#include "shell/commands.h"
+#include "shell/mainwindow.h"
+
+#include <QBoxLayout>
+#include <QMenu>
+#include <QMenuBar>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// Some styles put a mnemonic of their own into a menu's texts.
+QString captionOf(const QAction &action) { return action.text().remove(u'&'); }
+
+}  // namespace
+
+WindowMenus::WindowMenus(MainWindow &window, QBoxLayout &place)
+{
+    auto *bar = new QMenuBar;
+    bar->setNativeMenuBar(false);
+    place.addWidget(bar);
+    const auto add = [&](const QString &title, Command::Menu which) {
+        QMenu *menu = bar->addMenu(title);
+        fillMenu(*menu, which, window);
+        return menu;
+    };
+    add(MainWindow::tr("&sys"), Command::Menu::System);
+    m_file = add(MainWindow::tr("&File"), Command::Menu::File);
+    QMenu *capture = add(MainWindow::tr("&Capture"), Command::Menu::Capture);
+    m_help = add(MainWindow::tr("Help"), Command::Menu::Help);
+    m_tray = new QMenu(&window);
+    fillTrayMenu(*m_tray);
+    QObject::connect(m_file, &QMenu::aboutToShow, &window, &MainWindow::BeforeShowFile);
+    QObject::connect(m_help, &QMenu::aboutToShow, &window, &MainWindow::BeforeShowMenuHelp);
+    QObject::connect(capture, &QMenu::triggered, &window, &MainWindow::Capture);
+    QObject::connect(m_tray, &QMenu::triggered, &window, &MainWindow::Capture);
+}
+
+void WindowMenus::updateFile(FileState state)
+{
+    QString &name = state.name;
+    if (!name.isEmpty())
+        name = u'"' + name + u'"';
+    name.replace(u'&', u"&&"_s);
+    for (QAction *action : m_file->actions()) {
+        switch (action->data().toInt()) {
+        case Command::CloseItem:
+            action->setEnabled(state.any);
+            action->setText(MainWindow::tr("Close %1").arg(name));
+            break;
+        case Command::SaveItem:
+            action->setEnabled(state.isModified);
+            action->setText(MainWindow::tr("Save %1").arg(name));
+            break;
+        case Command::SaveAsItem: {
+            action->setEnabled(state.any);
+            const QString text = MainWindow::tr("Save %1 As...").arg(name);
+            // Without a name two blanks would be left in the middle.
+            action->setText(state.any ? text : QString(text).replace(u"  "_s, u" "_s));
+            break;
+        }
+        default:
+            if (captionOf(*action) == MainWindow::tr("Close All"))
+                action->setEnabled(state.any);
+            else if (captionOf(*action) == MainWindow::tr("Save All"))
+                action->setEnabled(state.anyModified);
+        }
+    }
+}
+
+void WindowMenus::updateHelp(bool isRegistered)
+{
+    for (QAction *action : m_help->actions()) {
+        const QString caption = captionOf(*action);
+        if (caption == MainWindow::tr("Buy now") || caption == MainWindow::tr("Register..."))
+            action->setVisible(!isRegistered);
+    }
+}

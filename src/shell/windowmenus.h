@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QString>
+
+class MainWindow;
+class QBoxLayout;
+class QMenu;
+
+/// The menus of the main window and of the tray, made from the table of commands.
+class WindowMenus
+{
+public:
+    /// Puts the menu bar into a layout of the window, which owns everything.
+    WindowMenus(MainWindow &window, QBoxLayout &place);
+
+    QMenu &tray() { return *m_tray; }
+
+    struct FileState {
+        bool any = false;         ///< there are documents
+        QString name{};           ///< of the current one
+        bool isModified = false;  ///< the current one
+        bool anyModified = false;
+    };
+    /// Texts and states of the File menu's items.
+    void updateFile(FileState state);
+    void updateHelp(bool isRegistered);
+
+private:
+    QMenu *m_file;
+    QMenu *m_help;
+    QMenu *m_tray;
+};
