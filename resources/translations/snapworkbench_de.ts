@@ -97,6 +97,128 @@ Klicken Sie auf „Nein“, um ohne sie fortzufahren, oder möchten Sie sie jetz
     </message>
 </context>
 <context>
+    <name>ContentCapture</name>
+    <message>
+        <source>What has been taken so far</source>
+        <translation>Was bisher aufgenommen ist</translation>
+    </message>
+    <message>
+        <source>Another window</source>
+        <translation>Ein anderes Fenster</translation>
+    </message>
+    <message>
+        <source>There is no such window any more</source>
+        <translation>Dieses Fenster gibt es nicht mehr</translation>
+    </message>
+    <message>
+        <source>Return</source>
+        <translation>Eingabe</translation>
+    </message>
+    <message>
+        <source>keeps what there is</source>
+        <translation>behält, was da ist</translation>
+    </message>
+    <message>
+        <source>Esc</source>
+        <translation>Esc</translation>
+    </message>
+    <message>
+        <source>gives up</source>
+        <translation>bricht ab</translation>
+    </message>
+    <message>
+        <source>%1. The picture ends at row %2.</source>
+        <translation>%1. Das Bild endet bei Zeile %2.</translation>
+    </message>
+    <message>
+        <source>%1. The picture ends at column %2.</source>
+        <translation>%1. Das Bild endet bei Spalte %2.</translation>
+    </message>
+</context>
+<context>
+    <name>ContentPick</name>
+    <message>
+        <source>Point at a window</source>
+        <translation>Zeigen Sie auf ein Fenster</translation>
+    </message>
+    <message>
+        <source>takes the window</source>
+        <translation>nimmt das Fenster auf</translation>
+    </message>
+    <message>
+        <source>Ctrl+click, Return</source>
+        <translation>Strg+Klick, Eingabe</translation>
+    </message>
+    <message>
+        <source>gives up</source>
+        <translation>bricht ab</translation>
+    </message>
+    <message>
+        <source>takes all that scrolls there, by the wheel</source>
+        <translation>nimmt mit dem Mausrad alles auf, was dort scrollt</translation>
+    </message>
+    <message>
+        <source>takes all that scrolls in it, by the wheel</source>
+        <translation>nimmt mit dem Mausrad alles auf, was darin scrollt</translation>
+    </message>
+    <message>
+        <source>Shift held</source>
+        <translation>Mit Umschalttaste</translation>
+    </message>
+    <message>
+        <source>also what lies beside the view</source>
+        <translation>auch, was neben dem Sichtbaren liegt</translation>
+    </message>
+    <message>
+        <source>H</source>
+        <translation>H</translation>
+    </message>
+    <message>
+        <source>takes what you scroll with your own hands</source>
+        <translation>nimmt auf, was Sie selbst scrollen</translation>
+    </message>
+    <message>
+        <source>Drag</source>
+        <translation>Ziehen</translation>
+    </message>
+    <message>
+        <source>marks another part of a window</source>
+        <translation>markiert einen anderen Teil eines Fensters</translation>
+    </message>
+    <message>
+        <source>marks the part of a window that scrolls</source>
+        <translation>markiert den Teil eines Fensters, der scrollt</translation>
+    </message>
+    <message>
+        <source>Release</source>
+        <translation>Loslassen</translation>
+    </message>
+    <message>
+        <source>marks this part: Return or H takes what scrolls in it</source>
+        <translation>markiert diesen Teil: Eingabe oder H nimmt auf, was darin scrollt</translation>
+    </message>
+    <message>
+        <source>Esc</source>
+        <translation>Esc</translation>
+    </message>
+    <message>
+        <source>Tab</source>
+        <translation>Tab</translation>
+    </message>
+    <message>
+        <source>goes to the next window</source>
+        <translation>geht zum nächsten Fenster</translation>
+    </message>
+    <message>
+        <source>Click, Space</source>
+        <translation>Klick, Leertaste</translation>
+    </message>
+    <message>
+        <source>Marked: %1 × %2 pixels</source>
+        <translation>Markiert: %1 × %2 Pixel</translation>
+    </message>
+</context>
+<context>
     <name>Dialog</name>
     <message>
         <source>Snap</source>
@@ -202,6 +324,41 @@ Pfeile       1 Pixel bewegen
 Esc          Abbrechen
 Eingabe      Aufnehmen
 Rücktaste    Punkt löschen</translation>
+    </message>
+</context>
+<context>
+    <name>DocumentFiles</name>
+    <message>
+        <source>&quot;%1&quot; was not saved: another program or another tab has changed the file.</source>
+        <translation>„%1“ wurde nicht gespeichert: Ein anderes Programm oder ein anderer Tab hat die Datei geändert.</translation>
+    </message>
+    <message>
+        <source>&amp;Overwrite</source>
+        <translation>Ü&amp;berschreiben</translation>
+    </message>
+    <message>
+        <source>There is no picture.</source>
+        <translation>Es gibt kein Bild.</translation>
+    </message>
+    <message>
+        <source>Saving &quot;%1&quot;...</source>
+        <translation>„%1“ wird gespeichert ...</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; could not be saved: %2</source>
+        <translation>„%1“ konnte nicht gespeichert werden: %2</translation>
+    </message>
+    <message>
+        <source>Save &amp;As...</source>
+        <translation>Speichern &amp;unter...</translation>
+    </message>
+    <message>
+        <source>Save changes to &quot;%1&quot; ?</source>
+        <translation>Änderungen an „%1“ speichern?</translation>
+    </message>
+    <message>
+        <source>Save all changes ?</source>
+        <translation>Alle Änderungen speichern?</translation>
     </message>
 </context>
 <context>
@@ -468,14 +625,6 @@ Rücktaste    Punkt löschen</translation>
         <translation>Beenden</translation>
     </message>
     <message>
-        <source>Save changes to &quot;%1&quot; ?</source>
-        <translation>Änderungen an „%1“ speichern?</translation>
-    </message>
-    <message>
-        <source>Save all changes ?</source>
-        <translation>Alle Änderungen speichern?</translation>
-    </message>
-    <message>
         <source>Close %1</source>
         <translation>Schließen %1</translation>
     </message>
@@ -662,78 +811,6 @@ Rücktaste    Punkt löschen</translation>
     <message>
         <source>Nothing can be drawn outside the picture. A thin line shows where it ends.</source>
         <translation>Außerhalb des Bildes lässt sich nichts zeichnen. Eine dünne Linie zeigt, wo es endet.</translation>
-    </message>
-    <message>
-        <source>&quot;%1&quot; was not saved: another program or another tab has changed the file.</source>
-        <translation>„%1“ wurde nicht gespeichert: Ein anderes Programm oder ein anderer Tab hat die Datei geändert.</translation>
-    </message>
-    <message>
-        <source>&amp;Overwrite</source>
-        <translation>Ü&amp;berschreiben</translation>
-    </message>
-    <message>
-        <source>&quot;%1&quot; could not be saved: %2</source>
-        <translation>„%1“ konnte nicht gespeichert werden: %2</translation>
-    </message>
-    <message>
-        <source>Save &amp;As...</source>
-        <translation>Speichern &amp;unter...</translation>
-    </message>
-    <message>
-        <source>&quot;%1&quot; can&apos;t be shown: %2</source>
-        <translation>„%1“ kann nicht angezeigt werden: %2</translation>
-    </message>
-    <message>
-        <source>More tools</source>
-        <translation>Weitere Werkzeuge</translation>
-    </message>
-    <message>
-        <source>Ctrl+Shift+E</source>
-        <translation>Ctrl+Shift+E</translation>
-    </message>
-    <message>
-        <source>More commands</source>
-        <translation>Weitere Befehle</translation>
-    </message>
-    <message>
-        <source>Ctrl+Shift+G</source>
-        <translation>Ctrl+Shift+G</translation>
-    </message>
-    <message>
-        <source>Saving &quot;%1&quot;...</source>
-        <translation>„%1“ wird gespeichert ...</translation>
-    </message>
-    <message>
-        <source>There is no picture.</source>
-        <translation>Es gibt kein Bild.</translation>
-    </message>
-    <message>
-        <source>Opening &quot;%1&quot;...</source>
-        <translation>„%1“ wird geöffnet ...</translation>
-    </message>
-    <message>
-        <source>What is not saved can&apos;t be kept for the next start at the moment: %1</source>
-        <translation>Was nicht gespeichert ist, kann zurzeit nicht für den nächsten Start aufgehoben werden: %1</translation>
-    </message>
-    <message>
-        <source>A picture that had not been saved is damaged. What is left of it is in %1.</source>
-        <translation>Ein Bild, das nicht gespeichert war, ist beschädigt. Was davon übrig ist, liegt in %1.</translation>
-    </message>
-    <message>
-        <source>A later version of this program has left a picture in %1. It was not touched.</source>
-        <translation>Eine neuere Version dieses Programms hat ein Bild in %1 hinterlassen. Es wurde nicht angetastet.</translation>
-    </message>
-    <message>
-        <source>Bringing back &quot;%1&quot;...</source>
-        <translation>„%1“ wird wiederhergestellt ...</translation>
-    </message>
-    <message>
-        <source>Showing &quot;%1&quot;...</source>
-        <translation>„%1“ wird angezeigt ...</translation>
-    </message>
-    <message>
-        <source>Pictures that had not been saved are back: %1</source>
-        <translation>Bilder, die nicht gespeichert waren, sind wieder da: %1</translation>
     </message>
 </context>
 <context>
@@ -946,125 +1023,10 @@ Möchten Sie die Datei ersetzen?</translation>
     </message>
 </context>
 <context>
-    <name>SessionCapture</name>
+    <name>SettingsSaver</name>
     <message>
-        <source>Return</source>
-        <translation>Eingabe</translation>
-    </message>
-    <message>
-        <source>keeps what there is</source>
-        <translation>behält, was da ist</translation>
-    </message>
-    <message>
-        <source>gives up</source>
-        <translation>bricht ab</translation>
-    </message>
-    <message>
-        <source>There is no such window any more</source>
-        <translation>Dieses Fenster gibt es nicht mehr</translation>
-    </message>
-    <message>
-        <source>What has been taken so far</source>
-        <translation>Was bisher aufgenommen ist</translation>
-    </message>
-    <message>
-        <source>%1. The picture ends at row %2.</source>
-        <translation>%1. Das Bild endet bei Zeile %2.</translation>
-    </message>
-    <message>
-        <source>%1. The picture ends at column %2.</source>
-        <translation>%1. Das Bild endet bei Spalte %2.</translation>
-    </message>
-    <message>
-        <source>Esc</source>
-        <translation>Esc</translation>
-    </message>
-    <message>
-        <source>Another window</source>
-        <translation>Ein anderes Fenster</translation>
-    </message>
-</context>
-<context>
-    <name>ContentPick</name>
-    <message>
-        <source>Point at a window</source>
-        <translation>Zeigen Sie auf ein Fenster</translation>
-    </message>
-    <message>
-        <source>takes the window</source>
-        <translation>nimmt das Fenster auf</translation>
-    </message>
-    <message>
-        <source>Ctrl+click, Return</source>
-        <translation>Strg+Klick, Eingabe</translation>
-    </message>
-    <message>
-        <source>gives up</source>
-        <translation>bricht ab</translation>
-    </message>
-    <message>
-        <source>takes all that scrolls there, by the wheel</source>
-        <translation>nimmt mit dem Mausrad alles auf, was dort scrollt</translation>
-    </message>
-    <message>
-        <source>takes all that scrolls in it, by the wheel</source>
-        <translation>nimmt mit dem Mausrad alles auf, was darin scrollt</translation>
-    </message>
-    <message>
-        <source>Shift held</source>
-        <translation>Mit Umschalttaste</translation>
-    </message>
-    <message>
-        <source>also what lies beside the view</source>
-        <translation>auch, was neben dem Sichtbaren liegt</translation>
-    </message>
-    <message>
-        <source>H</source>
-        <translation>H</translation>
-    </message>
-    <message>
-        <source>takes what you scroll with your own hands</source>
-        <translation>nimmt auf, was Sie selbst scrollen</translation>
-    </message>
-    <message>
-        <source>Drag</source>
-        <translation>Ziehen</translation>
-    </message>
-    <message>
-        <source>marks another part of a window</source>
-        <translation>markiert einen anderen Teil eines Fensters</translation>
-    </message>
-    <message>
-        <source>marks the part of a window that scrolls</source>
-        <translation>markiert den Teil eines Fensters, der scrollt</translation>
-    </message>
-    <message>
-        <source>Release</source>
-        <translation>Loslassen</translation>
-    </message>
-    <message>
-        <source>marks this part: Return or H takes what scrolls in it</source>
-        <translation>markiert diesen Teil: Eingabe oder H nimmt auf, was darin scrollt</translation>
-    </message>
-    <message>
-        <source>Esc</source>
-        <translation>Esc</translation>
-    </message>
-    <message>
-        <source>Tab</source>
-        <translation>Tab</translation>
-    </message>
-    <message>
-        <source>goes to the next window</source>
-        <translation>geht zum nächsten Fenster</translation>
-    </message>
-    <message>
-        <source>Click, Space</source>
-        <translation>Klick, Leertaste</translation>
-    </message>
-    <message>
-        <source>Marked: %1 × %2 pixels</source>
-        <translation>Markiert: %1 × %2 Pixel</translation>
+        <source>The settings can&apos;t be saved: %1</source>
+        <translation>Die Einstellungen lassen sich nicht speichern: %1</translation>
     </message>
 </context>
 <context>
@@ -1072,6 +1034,48 @@ Möchten Sie die Datei ersetzen?</translation>
     <message>
         <source>Close Tab</source>
         <translation>Tab schließen</translation>
+    </message>
+</context>
+<context>
+    <name>UnsavedPictures</name>
+    <message>
+        <source>Pictures that had not been saved are back: %1</source>
+        <translation>Bilder, die nicht gespeichert waren, sind wieder da: %1</translation>
+    </message>
+    <message>
+        <source>A picture that had not been saved is damaged. What is left of it is in %1.</source>
+        <translation>Ein Bild, das nicht gespeichert war, ist beschädigt. Was davon übrig ist, liegt in %1.</translation>
+    </message>
+    <message>
+        <source>A later version of this program has left a picture in %1. It was not touched.</source>
+        <translation>Eine neuere Version dieses Programms hat ein Bild in %1 hinterlassen. Es wurde nicht angetastet.</translation>
+    </message>
+    <message>
+        <source>What is not saved can&apos;t be kept for the next start at the moment: %1</source>
+        <translation>Was nicht gespeichert ist, kann zurzeit nicht für den nächsten Start aufgehoben werden: %1</translation>
+    </message>
+    <message>
+        <source>Bringing back &quot;%1&quot;...</source>
+        <translation>„%1“ wird wiederhergestellt ...</translation>
+    </message>
+</context>
+<context>
+    <name>WindowFace</name>
+    <message>
+        <source>More tools</source>
+        <translation>Weitere Werkzeuge</translation>
+    </message>
+    <message>
+        <source>Ctrl+Shift+E</source>
+        <translation>Ctrl+Shift+E</translation>
+    </message>
+    <message>
+        <source>More commands</source>
+        <translation>Weitere Befehle</translation>
+    </message>
+    <message>
+        <source>Ctrl+Shift+G</source>
+        <translation>Ctrl+Shift+G</translation>
     </message>
 </context>
 <context>
@@ -1103,6 +1107,21 @@ Möchten Sie die Datei ersetzen?</translation>
     <message>
         <source>Snap</source>
         <translation>Aufnehmen</translation>
+    </message>
+</context>
+<context>
+    <name>Workbench</name>
+    <message>
+        <source>Opening &quot;%1&quot;...</source>
+        <translation>„%1“ wird geöffnet ...</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; can&apos;t be shown: %2</source>
+        <translation>„%1“ kann nicht angezeigt werden: %2</translation>
+    </message>
+    <message>
+        <source>Showing &quot;%1&quot;...</source>
+        <translation>„%1“ wird angezeigt ...</translation>
     </message>
 </context>
 <context>

@@ -97,6 +97,128 @@ Click No to continue common capture, or Enable Scroll Capture now?</source>
     </message>
 </context>
 <context>
+    <name>ContentCapture</name>
+    <message>
+        <source>What has been taken so far</source>
+        <translation>目前已截取的内容</translation>
+    </message>
+    <message>
+        <source>Another window</source>
+        <translation>另一个窗口</translation>
+    </message>
+    <message>
+        <source>There is no such window any more</source>
+        <translation>该窗口已不存在</translation>
+    </message>
+    <message>
+        <source>Return</source>
+        <translation>回车键</translation>
+    </message>
+    <message>
+        <source>keeps what there is</source>
+        <translation>保留已截取的部分</translation>
+    </message>
+    <message>
+        <source>Esc</source>
+        <translation>Esc</translation>
+    </message>
+    <message>
+        <source>gives up</source>
+        <translation>放弃</translation>
+    </message>
+    <message>
+        <source>%1. The picture ends at row %2.</source>
+        <translation>%1。图片在第 %2 行结束。</translation>
+    </message>
+    <message>
+        <source>%1. The picture ends at column %2.</source>
+        <translation>%1。图片在第 %2 列结束。</translation>
+    </message>
+</context>
+<context>
+    <name>ContentPick</name>
+    <message>
+        <source>Point at a window</source>
+        <translation>请指向一个窗口</translation>
+    </message>
+    <message>
+        <source>takes the window</source>
+        <translation>截取该窗口</translation>
+    </message>
+    <message>
+        <source>Ctrl+click, Return</source>
+        <translation>Ctrl+单击、回车键</translation>
+    </message>
+    <message>
+        <source>gives up</source>
+        <translation>放弃</translation>
+    </message>
+    <message>
+        <source>takes all that scrolls there, by the wheel</source>
+        <translation>用滚轮截取该处全部滚动内容</translation>
+    </message>
+    <message>
+        <source>takes all that scrolls in it, by the wheel</source>
+        <translation>用滚轮截取其中全部滚动内容</translation>
+    </message>
+    <message>
+        <source>Shift held</source>
+        <translation>按住 Shift</translation>
+    </message>
+    <message>
+        <source>also what lies beside the view</source>
+        <translation>同时截取可见部分两侧的内容</translation>
+    </message>
+    <message>
+        <source>H</source>
+        <translation>H</translation>
+    </message>
+    <message>
+        <source>takes what you scroll with your own hands</source>
+        <translation>截取您自己滚动的内容</translation>
+    </message>
+    <message>
+        <source>Drag</source>
+        <translation>拖动</translation>
+    </message>
+    <message>
+        <source>marks another part of a window</source>
+        <translation>标记窗口的另一部分</translation>
+    </message>
+    <message>
+        <source>marks the part of a window that scrolls</source>
+        <translation>标记窗口中滚动的部分</translation>
+    </message>
+    <message>
+        <source>Release</source>
+        <translation>松开</translation>
+    </message>
+    <message>
+        <source>marks this part: Return or H takes what scrolls in it</source>
+        <translation>标记此部分：按回车键或 H 截取其中滚动的内容</translation>
+    </message>
+    <message>
+        <source>Esc</source>
+        <translation>Esc</translation>
+    </message>
+    <message>
+        <source>Tab</source>
+        <translation>Tab</translation>
+    </message>
+    <message>
+        <source>goes to the next window</source>
+        <translation>转到下一个窗口</translation>
+    </message>
+    <message>
+        <source>Click, Space</source>
+        <translation>点击、空格键</translation>
+    </message>
+    <message>
+        <source>Marked: %1 × %2 pixels</source>
+        <translation>已标记：%1 × %2 像素</translation>
+    </message>
+</context>
+<context>
     <name>Dialog</name>
     <message>
         <source>Snap</source>
@@ -202,6 +324,41 @@ Ctrl+E       切换视图
 Esc          取消截取
 Enter        完成截取
 Backspace    删除最后一点</translation>
+    </message>
+</context>
+<context>
+    <name>DocumentFiles</name>
+    <message>
+        <source>&quot;%1&quot; was not saved: another program or another tab has changed the file.</source>
+        <translation>“%1”未保存：其他程序或其他标签页更改了该文件。</translation>
+    </message>
+    <message>
+        <source>&amp;Overwrite</source>
+        <translation>覆盖(&amp;O)</translation>
+    </message>
+    <message>
+        <source>There is no picture.</source>
+        <translation>没有图片。</translation>
+    </message>
+    <message>
+        <source>Saving &quot;%1&quot;...</source>
+        <translation>正在保存“%1”...</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; could not be saved: %2</source>
+        <translation>无法保存“%1”：%2</translation>
+    </message>
+    <message>
+        <source>Save &amp;As...</source>
+        <translation>另存为(&amp;A)...</translation>
+    </message>
+    <message>
+        <source>Save changes to &quot;%1&quot; ?</source>
+        <translation>是否保存对“%1”的更改？</translation>
+    </message>
+    <message>
+        <source>Save all changes ?</source>
+        <translation>是否保存所有更改？</translation>
     </message>
 </context>
 <context>
@@ -468,14 +625,6 @@ Backspace    删除最后一点</translation>
         <translation>退出</translation>
     </message>
     <message>
-        <source>Save changes to &quot;%1&quot; ?</source>
-        <translation>是否保存对“%1”的更改？</translation>
-    </message>
-    <message>
-        <source>Save all changes ?</source>
-        <translation>是否保存所有更改？</translation>
-    </message>
-    <message>
         <source>Close %1</source>
         <translation>关闭 %1</translation>
     </message>
@@ -662,78 +811,6 @@ Backspace    删除最后一点</translation>
     <message>
         <source>Nothing can be drawn outside the picture. A thin line shows where it ends.</source>
         <translation>无法在图片之外绘制。细线标出了图片的边缘。</translation>
-    </message>
-    <message>
-        <source>&quot;%1&quot; was not saved: another program or another tab has changed the file.</source>
-        <translation>“%1”未保存：其他程序或其他标签页更改了该文件。</translation>
-    </message>
-    <message>
-        <source>&amp;Overwrite</source>
-        <translation>覆盖(&amp;O)</translation>
-    </message>
-    <message>
-        <source>&quot;%1&quot; could not be saved: %2</source>
-        <translation>无法保存“%1”：%2</translation>
-    </message>
-    <message>
-        <source>Save &amp;As...</source>
-        <translation>另存为(&amp;A)...</translation>
-    </message>
-    <message>
-        <source>&quot;%1&quot; can&apos;t be shown: %2</source>
-        <translation>无法显示“%1”：%2</translation>
-    </message>
-    <message>
-        <source>More tools</source>
-        <translation>更多工具</translation>
-    </message>
-    <message>
-        <source>Ctrl+Shift+E</source>
-        <translation>Ctrl+Shift+E</translation>
-    </message>
-    <message>
-        <source>More commands</source>
-        <translation>更多命令</translation>
-    </message>
-    <message>
-        <source>Ctrl+Shift+G</source>
-        <translation>Ctrl+Shift+G</translation>
-    </message>
-    <message>
-        <source>Saving &quot;%1&quot;...</source>
-        <translation>正在保存“%1”...</translation>
-    </message>
-    <message>
-        <source>There is no picture.</source>
-        <translation>没有图片。</translation>
-    </message>
-    <message>
-        <source>Opening &quot;%1&quot;...</source>
-        <translation>正在打开“%1”...</translation>
-    </message>
-    <message>
-        <source>What is not saved can&apos;t be kept for the next start at the moment: %1</source>
-        <translation>目前无法为下次启动保留未保存的内容：%1</translation>
-    </message>
-    <message>
-        <source>A picture that had not been saved is damaged. What is left of it is in %1.</source>
-        <translation>一张未保存的图片已损坏，剩余部分在 %1。</translation>
-    </message>
-    <message>
-        <source>A later version of this program has left a picture in %1. It was not touched.</source>
-        <translation>此程序的较新版本在 %1 中留下了一张图片，未作改动。</translation>
-    </message>
-    <message>
-        <source>Bringing back &quot;%1&quot;...</source>
-        <translation>正在恢复“%1”...</translation>
-    </message>
-    <message>
-        <source>Showing &quot;%1&quot;...</source>
-        <translation>正在显示“%1”...</translation>
-    </message>
-    <message>
-        <source>Pictures that had not been saved are back: %1</source>
-        <translation>未保存的图片已恢复：%1</translation>
     </message>
 </context>
 <context>
@@ -946,125 +1023,10 @@ Do you want to replace it?</source>
     </message>
 </context>
 <context>
-    <name>SessionCapture</name>
+    <name>SettingsSaver</name>
     <message>
-        <source>Return</source>
-        <translation>回车键</translation>
-    </message>
-    <message>
-        <source>keeps what there is</source>
-        <translation>保留已截取的部分</translation>
-    </message>
-    <message>
-        <source>gives up</source>
-        <translation>放弃</translation>
-    </message>
-    <message>
-        <source>There is no such window any more</source>
-        <translation>该窗口已不存在</translation>
-    </message>
-    <message>
-        <source>What has been taken so far</source>
-        <translation>目前已截取的内容</translation>
-    </message>
-    <message>
-        <source>%1. The picture ends at row %2.</source>
-        <translation>%1。图片在第 %2 行结束。</translation>
-    </message>
-    <message>
-        <source>%1. The picture ends at column %2.</source>
-        <translation>%1。图片在第 %2 列结束。</translation>
-    </message>
-    <message>
-        <source>Esc</source>
-        <translation>Esc</translation>
-    </message>
-    <message>
-        <source>Another window</source>
-        <translation>另一个窗口</translation>
-    </message>
-</context>
-<context>
-    <name>ContentPick</name>
-    <message>
-        <source>Point at a window</source>
-        <translation>请指向一个窗口</translation>
-    </message>
-    <message>
-        <source>takes the window</source>
-        <translation>截取该窗口</translation>
-    </message>
-    <message>
-        <source>Ctrl+click, Return</source>
-        <translation>Ctrl+单击、回车键</translation>
-    </message>
-    <message>
-        <source>gives up</source>
-        <translation>放弃</translation>
-    </message>
-    <message>
-        <source>takes all that scrolls there, by the wheel</source>
-        <translation>用滚轮截取该处全部滚动内容</translation>
-    </message>
-    <message>
-        <source>takes all that scrolls in it, by the wheel</source>
-        <translation>用滚轮截取其中全部滚动内容</translation>
-    </message>
-    <message>
-        <source>Shift held</source>
-        <translation>按住 Shift</translation>
-    </message>
-    <message>
-        <source>also what lies beside the view</source>
-        <translation>同时截取可见部分两侧的内容</translation>
-    </message>
-    <message>
-        <source>H</source>
-        <translation>H</translation>
-    </message>
-    <message>
-        <source>takes what you scroll with your own hands</source>
-        <translation>截取您自己滚动的内容</translation>
-    </message>
-    <message>
-        <source>Drag</source>
-        <translation>拖动</translation>
-    </message>
-    <message>
-        <source>marks another part of a window</source>
-        <translation>标记窗口的另一部分</translation>
-    </message>
-    <message>
-        <source>marks the part of a window that scrolls</source>
-        <translation>标记窗口中滚动的部分</translation>
-    </message>
-    <message>
-        <source>Release</source>
-        <translation>松开</translation>
-    </message>
-    <message>
-        <source>marks this part: Return or H takes what scrolls in it</source>
-        <translation>标记此部分：按回车键或 H 截取其中滚动的内容</translation>
-    </message>
-    <message>
-        <source>Esc</source>
-        <translation>Esc</translation>
-    </message>
-    <message>
-        <source>Tab</source>
-        <translation>Tab</translation>
-    </message>
-    <message>
-        <source>goes to the next window</source>
-        <translation>转到下一个窗口</translation>
-    </message>
-    <message>
-        <source>Click, Space</source>
-        <translation>点击、空格键</translation>
-    </message>
-    <message>
-        <source>Marked: %1 × %2 pixels</source>
-        <translation>已标记：%1 × %2 像素</translation>
+        <source>The settings can&apos;t be saved: %1</source>
+        <translation>无法保存设置：%1</translation>
     </message>
 </context>
 <context>
@@ -1072,6 +1034,48 @@ Do you want to replace it?</source>
     <message>
         <source>Close Tab</source>
         <translation>关闭标签页</translation>
+    </message>
+</context>
+<context>
+    <name>UnsavedPictures</name>
+    <message>
+        <source>Pictures that had not been saved are back: %1</source>
+        <translation>未保存的图片已恢复：%1</translation>
+    </message>
+    <message>
+        <source>A picture that had not been saved is damaged. What is left of it is in %1.</source>
+        <translation>一张未保存的图片已损坏，剩余部分在 %1。</translation>
+    </message>
+    <message>
+        <source>A later version of this program has left a picture in %1. It was not touched.</source>
+        <translation>此程序的较新版本在 %1 中留下了一张图片，未作改动。</translation>
+    </message>
+    <message>
+        <source>What is not saved can&apos;t be kept for the next start at the moment: %1</source>
+        <translation>目前无法为下次启动保留未保存的内容：%1</translation>
+    </message>
+    <message>
+        <source>Bringing back &quot;%1&quot;...</source>
+        <translation>正在恢复“%1”...</translation>
+    </message>
+</context>
+<context>
+    <name>WindowFace</name>
+    <message>
+        <source>More tools</source>
+        <translation>更多工具</translation>
+    </message>
+    <message>
+        <source>Ctrl+Shift+E</source>
+        <translation>Ctrl+Shift+E</translation>
+    </message>
+    <message>
+        <source>More commands</source>
+        <translation>更多命令</translation>
+    </message>
+    <message>
+        <source>Ctrl+Shift+G</source>
+        <translation>Ctrl+Shift+G</translation>
     </message>
 </context>
 <context>
@@ -1103,6 +1107,21 @@ Do you want to replace it?</source>
     <message>
         <source>Snap</source>
         <translation>截取</translation>
+    </message>
+</context>
+<context>
+    <name>Workbench</name>
+    <message>
+        <source>Opening &quot;%1&quot;...</source>
+        <translation>正在打开“%1”...</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; can&apos;t be shown: %2</source>
+        <translation>无法显示“%1”：%2</translation>
+    </message>
+    <message>
+        <source>Showing &quot;%1&quot;...</source>
+        <translation>正在显示“%1”...</translation>
     </message>
 </context>
 <context>

@@ -22,8 +22,10 @@
 
 #include <QApplication>
 #include <QFile>
+#include <QFontDatabase>
 #include <QImageReader>
 #include <QScopeGuard>
+#include <QThreadPool>
 
 #include <cstdio>
 #include <cstdlib>
@@ -84,6 +86,8 @@ void nameApplication()
 // The same, with it.
 void setUpApplication()
 {
+    // Reading the desktop's fonts is a third of a start's work, and the first text comes late.
+    QThreadPool::globalInstance()->start([] { QFontDatabase::families(); });
     QApplication::setStyle(new LeanStyle);
     installTranslations();
     outliveSessionBus();
