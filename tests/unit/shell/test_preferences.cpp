@@ -6,12 +6,6 @@
 #include "shell/dialogpreference.h"
 #include "shellfixture.h"
 
-#include <QCheckBox>
-#include <QComboBox>
-#include <QLabel>
-#include <QLineEdit>
-#include <QScreen>
-
 using namespace Qt::StringLiterals;
 
 class TestPreferences : public ShellTest

@@ -3,9 +3,6 @@
 #include "config/settings.h"
 #include "shellfixture.h"
 
-#include <QFileDialog>
-#include <QLabel>
-
 #include <algorithm>
 #include <chrono>
 

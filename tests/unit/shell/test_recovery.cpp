@@ -3,10 +3,6 @@
 #include "editing/rendering.h"
 #include "shellfixture.h"
 
-#include <QScopeGuard>
-#include <QTabBar>
-#include <QTextEdit>
-
 #include <csignal>
 
 #include <sys/resource.h>

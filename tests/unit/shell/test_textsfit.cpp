@@ -7,15 +7,6 @@
 #include "shellfixture.h"
 #include "testmain.h"
 
-#include <QComboBox>
-#include <QDebug>
-#include <QLabel>
-#include <QMenuBar>
-#include <QMouseEvent>
-#include <QScopeGuard>
-#include <QTabBar>
-#include <QTranslator>
-
 using namespace Qt::StringLiterals;
 
 namespace {
