@@ -145,14 +145,14 @@ private slots:
                 if (!linked)
                     QVERIFY2(contentOf(path) == untouched || contentOf(path) == s_new,
                              row + ", call " + QByteArray::number(call));
-                QVERIFY2(WholeFile::finishWrites().isEmpty(), row.constData());
+                QVERIFY2(WholeFile::finishWrites().isEmpty(), row);
                 const QByteArray content = contentOf(path);
                 QVERIFY2(content == untouched || content == s_new,
                          row + ", call " + QByteArray::number(call));
-                QVERIFY2(spares().isEmpty(), row.constData());
+                QVERIFY2(spares().isEmpty(), row);
                 seen.insert(content);
             }
-            QVERIFY2(call > 5, row.constData());
+            QVERIFY2(call > 5, row);
             expect(row, seen.size(), 2);
             expect(row, contentOf(path), s_new);
         };
@@ -169,16 +169,16 @@ private slots:
             cutOff();
             const QByteArray theirs("theirs");
             if (change != u"written into")
-                QVERIFY2(QFile::remove(at(u"file"_s)), row.constData());
+                QVERIFY2(QFile::remove(at(u"file"_s)), row);
             if (change != u"gone")
-                QVERIFY2(fill(at(u"file"_s), theirs), row.constData());
+                QVERIFY2(fill(at(u"file"_s), theirs), row);
             const QList<WholeFile::Unfinished> told = WholeFile::finishWrites();
             expect(row, told.size(), 1);
             expect(row, told.first().path, at(u"file"_s));
             expect(row, contentOf(told.first().copy), s_new);
             expect(row, contentOf(at(u"file"_s)),
                    change == u"gone" ? contentOf(at(u"none"_s)) : theirs);
-            QVERIFY2(WholeFile::finishWrites().isEmpty(), row.constData());
+            QVERIFY2(WholeFile::finishWrites().isEmpty(), row);
             expect(row, contentOf(told.first().copy), s_new);
         };
         check("gone", u"gone"_s);

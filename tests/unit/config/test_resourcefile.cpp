@@ -188,7 +188,7 @@ private slots:
             const auto canWrite = [this](const QString &name) {
                 return bool(QFile::permissions(m_scratch->path(name)) & QFile::WriteOwner);
             };
-            QVERIFY2(canWrite(s_backup), row.constData());
+            QVERIFY2(canWrite(s_backup), row);
             expect(row, canWrite(s_resource), resource != expected);
             // What stood in the way or could not be read has been set aside.
             const QDir folder(m_scratch->path(u"App"_s));
@@ -421,7 +421,7 @@ private slots:
                     second += isLong ? 1 : 1 + int(random() % sample);
                 }
             }
-            QVERIFY2(call > 5, row.constData());
+            QVERIFY2(call > 5, row);
             expect(row, seen.size(), outcomes.size());
             qInfo("%d system calls, %d states, %d kills", call, int(states.size()), kills);
         };

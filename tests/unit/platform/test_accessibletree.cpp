@@ -13,7 +13,7 @@ private slots:
         const auto check = [&](const QByteArray &row, const QRect &told, const QRect &window,
                                const QRect &area, const QRect &pixels, bool sure) {
             const auto result = pixelMapping(told, window, {QPoint(0, 0), QPoint(1920, 0)});
-            QVERIFY2(result.has_value(), row.constData());
+            QVERIFY2(result.has_value(), row);
             expect(row, result->toPixels(area), pixels);
             expect(row, result->told, sure);
             QVERIFY2(QRectF(area).contains(result->toProgram(QPointF(pixels.center()))),

@@ -23,6 +23,7 @@ protected:
     /// The window is made, and not shown.
     void begin(const QByteArray &resource = "<Galeway ver=\"1\"/>")
     {
+        finish();
         m_desktop.emplace();
         m_scratch.emplace();
         g_ResourceFileName = m_scratch->put(QStringLiteral("SnapWorkbench.xml"), resource);

@@ -445,7 +445,6 @@ private slots:
     {
         // What is given up leaves no picture.
         const auto check = [this](const QByteArray &row, const Hook &way, const QString &opens) {
-            finish();
             init();
             m_desktop->windows->list = {{{.number = 1, .bounds = {0, 0, 800, 600}}, Qt::red}};
             SetConfigString(u"ScreenTimer"_s, u"1000"_s);
