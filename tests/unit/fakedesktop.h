@@ -266,26 +266,23 @@ struct FakeDesktop {
 
     FakeDesktop()
     {
-        auto server = std::make_unique<FakeWindowServer>();
-        auto applications = std::make_unique<FakeApplicationWatch>();
-        auto keyWatch = std::make_unique<FakeKeyWatch>();
-        auto login = std::make_unique<FakeLoginItem>();
-        auto interface = std::make_unique<FakeAccessibility>();
-        auto time = std::make_unique<FakeClock>();
-        windows = server.get();
-        watch = applications.get();
-        keys = keyWatch.get();
-        loginItem = login.get();
-        accessibility = interface.get();
-        clock = time.get();
         Services made;
         createNullDesktop(made);
-        made.windows = std::move(server);
-        made.watch = std::move(applications);
-        made.keys = std::move(keyWatch);
-        made.loginItem = std::move(login);
-        made.accessibility = std::move(interface);
-        made.clock = std::move(time);
+        windows = put<FakeWindowServer>(made.windows);
+        watch = put<FakeApplicationWatch>(made.watch);
+        keys = put<FakeKeyWatch>(made.keys);
+        loginItem = put<FakeLoginItem>(made.loginItem);
+        accessibility = put<FakeAccessibility>(made.accessibility);
+        clock = put<FakeClock>(made.clock);
         installServices(std::move(made));
+    }
+
+private:
+    template<typename Fake, typename Service> static Fake *put(std::unique_ptr<Service> &place)
+    {
+        auto fake = std::make_unique<Fake>();
+        Fake *result = fake.get();
+        place = std::move(fake);
+        return result;
     }
 };

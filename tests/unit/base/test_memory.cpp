@@ -21,7 +21,7 @@ private slots:
             const QTemporaryDir root;
             for (auto file = files.cbegin(); file != files.cend(); ++file) {
                 const QString path = root.path() + file.key();
-                QVERIFY2(QDir().mkpath(path.section(u'/', 0, -2)), row.constData());
+                QVERIFY2(QDir().mkpath(path.section(u'/', 0, -2)), row);
                 QFile written(path);
                 QVERIFY(written.open(QIODevice::WriteOnly) &&
                         written.write(file.value()) == file.value().size());

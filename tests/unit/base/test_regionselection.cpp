@@ -220,7 +220,7 @@ private slots:
                      row.constData());
             const std::optional<RegionSelection::Caption> dragged =
                 selection.move(at(band.topLeft()));
-            QVERIFY2(dragged.has_value(), row.constData());
+            QVERIFY2(dragged.has_value(), row);
             expect(row, dragged->place, place);
             expect(row, dragged->width, u"%1 px"_s.arg(band.width()));
             expect(row, dragged->height, u"%1 px"_s.arg(band.height()));

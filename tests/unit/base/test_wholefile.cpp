@@ -3,12 +3,12 @@
 #include "base/fileidentity.h"
 #include "base/wholefile.h"
 #include "killed.h"
+#include "rows.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QTemporaryDir>
-#include <QTest>
 
 #include <array>
 
@@ -75,7 +75,7 @@ private slots:
         QVERIFY(FileIdentity::of(at(u"file"_s)) != before);
         QCOMPARE(contentOf(at(u".file.part"_s)), s_old);  // somebody else's
 
-        QCOMPARE(link(file.constData(), QFile::encodeName(at(u"other"_s)).constData()), 0);
+        QVERIFY(giveSecondName(u"file"_s));
         QVERIFY(WholeFile(at(u"other"_s)).write(s_old));
         QCOMPARE(contentOf(at(u"file"_s)), s_old);
         QVERIFY(FileIdentity::of(at(u"file"_s)) == FileIdentity::of(at(u"other"_s)));
@@ -92,10 +92,7 @@ private slots:
     void fails()
     {
         QVERIFY(fill(at(u"file"_s), s_old));
-        QVERIFY(fill(at(u"linked"_s), s_old));
-        QCOMPARE(link(QFile::encodeName(at(u"linked"_s)).constData(),
-                      QFile::encodeName(at(u"linked2"_s)).constData()),
-                 0);
+        QVERIFY(fill(at(u"linked"_s), s_old) && giveSecondName(u"linked"_s));
         signal(SIGXFSZ, SIG_IGN);
         rlimit usual{};
         getrlimit(RLIMIT_FSIZE, &usual);
@@ -111,7 +108,7 @@ private slots:
         QCOMPARE(contentOf(at(u"linked"_s)), s_old);
         QVERIFY(spares().isEmpty());
         QCOMPARE(QDir(m_folder->path()).entryList(QDir::Files | QDir::Hidden, QDir::Name),
-                 QStringList({u"file"_s, u"linked"_s, u"linked2"_s}));
+                 QStringList({u"file"_s, u"linked"_s, u"other"_s}));
 
         QVERIFY(QFile::link(u"round"_s, at(u"round"_s)));
         QVERIFY(!WholeFile(at(u"round"_s)).write(s_new));
@@ -119,82 +116,74 @@ private slots:
         QVERIFY(!WholeFile(at(u"no/such"_s)).write(s_new));
     }
 
-    void killedAnywhere_data()
-    {
-        QTest::addColumn<QByteArray>("before");  // null: no file
-        QTest::addColumn<bool>("linked");
-        QTest::newRow("made") << QByteArray() << false;
-        QTest::newRow("replaced") << s_old << false;
-        QTest::newRow("in place, longer") << s_old << true;
-        QTest::newRow("in place, shorter") << QByteArray(200'000, 'o') << true;
-    }
-
     void killedAnywhere()
     {
-        QFETCH(QByteArray, before);
-        QFETCH(bool, linked);
-        const QString path = at(u"file"_s);
-        const auto prepare = [&] {
-            // What a kill has left between the last two steps.
-            for (const QString &left :
-                 QDir(m_folder->path()).entryList({u".*.part"_s}, QDir::Hidden | QDir::Files))
-                QFile::remove(at(left));
-            QFile::remove(path);
-            QFile::remove(at(u"other"_s));
-            return before.isNull() ||
-                   (fill(path, before) &&
-                    (!linked || link(QFile::encodeName(path).constData(),
-                                     QFile::encodeName(at(u"other"_s)).constData()) == 0));
+        const auto check = [&](const QByteArray &row, const QByteArray &before, bool linked) {
+            init();
+            const QString path = at(u"file"_s);
+            const auto prepare = [&] {
+                // What a kill has left between the last two steps.
+                for (const QString &left :
+                     QDir(m_folder->path()).entryList({u".*.part"_s}, QDir::Hidden | QDir::Files))
+                    QFile::remove(at(left));
+                QFile::remove(path);
+                QFile::remove(at(u"other"_s));
+                return before.isNull() ||
+                       (fill(path, before) && (!linked || giveSecondName(u"file"_s)));
+            };
+            const QByteArray untouched = before.isNull() ? contentOf(at(u"none"_s)) : before;
+            QSet<QByteArray> seen;
+            int call = 0;
+            const auto write = [&] {
+                WholeFile file(path);
+                const qsizetype piece = s_new.size() / 2;
+                if (file.append(s_new.left(piece)) && file.append(s_new.mid(piece)))
+                    file.commit();
+            };
+            for (; prepare() && killedAt(call, write); ++call) {
+                // What is written in place may be cut off: the next start finishes it.
+                if (!linked)
+                    QVERIFY2(contentOf(path) == untouched || contentOf(path) == s_new,
+                             row + ", call " + QByteArray::number(call));
+                QVERIFY2(WholeFile::finishWrites().isEmpty(), row);
+                const QByteArray content = contentOf(path);
+                QVERIFY2(content == untouched || content == s_new,
+                         row + ", call " + QByteArray::number(call));
+                QVERIFY2(spares().isEmpty(), row);
+                seen.insert(content);
+            }
+            QVERIFY2(call > 5, row);
+            expect(row, seen.size(), 2);
+            expect(row, contentOf(path), s_new);
         };
-        const QByteArray untouched = before.isNull() ? contentOf(at(u"none"_s)) : before;
-        QSet<QByteArray> seen;
-        int call = 0;
-        const auto write = [&] {
-            WholeFile file(path);
-            const qsizetype piece = s_new.size() / 2;
-            if (file.append(s_new.left(piece)) && file.append(s_new.mid(piece)))
-                file.commit();
-        };
-        for (; prepare() && killedAt(call, write); ++call) {
-            // What is written in place may be cut off: the next start finishes it.
-            if (!linked)
-                QVERIFY2(contentOf(path) == untouched || contentOf(path) == s_new,
-                         qPrintable(u"call %1"_s.arg(call)));
-            QVERIFY(WholeFile::finishWrites().isEmpty());
-            const QByteArray content = contentOf(path);
-            QVERIFY2(content == untouched || content == s_new, qPrintable(u"call %1"_s.arg(call)));
-            QVERIFY(spares().isEmpty());
-            seen.insert(content);
-        }
-        QVERIFY(call > 5);
-        QCOMPARE(seen.size(), 2);
-        QCOMPARE(contentOf(path), s_new);
-    }
-
-    void tellsWhatCannotBeFinished_data()
-    {
-        QTest::addColumn<QString>("change");
-        QTest::newRow("gone") << u"gone"_s;
-        QTest::newRow("another file") << u"another"_s;
-        QTest::newRow("another program wrote into it") << u"written into"_s;
+        check("made", QByteArray(), false);
+        check("replaced", s_old, false);
+        check("in place, longer", s_old, true);
+        check("in place, shorter", QByteArray(200'000, 'o'), true);
     }
 
     void tellsWhatCannotBeFinished()
     {
-        QFETCH(QString, change);
-        cutOff();
-        const QByteArray theirs("theirs");
-        if (change != u"written into")
-            QVERIFY(QFile::remove(at(u"file"_s)));
-        if (change != u"gone")
-            QVERIFY(fill(at(u"file"_s), theirs));
-        const QList<WholeFile::Unfinished> told = WholeFile::finishWrites();
-        QCOMPARE(told.size(), 1);
-        QCOMPARE(told.first().path, at(u"file"_s));
-        QCOMPARE(contentOf(told.first().copy), s_new);
-        QCOMPARE(contentOf(at(u"file"_s)), change == u"gone" ? contentOf(at(u"none"_s)) : theirs);
-        QVERIFY(WholeFile::finishWrites().isEmpty());
-        QCOMPARE(contentOf(told.first().copy), s_new);
+        const auto check = [&](const QByteArray &row, const QString &change) {
+            init();
+            cutOff();
+            const QByteArray theirs("theirs");
+            if (change != u"written into")
+                QVERIFY2(QFile::remove(at(u"file"_s)), row);
+            if (change != u"gone")
+                QVERIFY2(fill(at(u"file"_s), theirs), row);
+            const QList<WholeFile::Unfinished> told = WholeFile::finishWrites();
+            expect(row, told.size(), 1);
+            expect(row, told.first().path, at(u"file"_s));
+            expect(row, contentOf(told.first().copy), s_new);
+            expect(row, contentOf(at(u"file"_s)),
+                   change == u"gone" ? contentOf(at(u"none"_s)) : theirs);
+            QVERIFY2(WholeFile::finishWrites().isEmpty(), row);
+            expect(row, contentOf(told.first().copy), s_new);
+        };
+        check("gone", u"gone"_s);
+        check("another file", u"another"_s);
+        check("another program wrote into it", u"written into"_s);
     }
 
 private:
@@ -203,14 +192,16 @@ private:
     {
         return QDir(at(u"spare"_s)).entryList(QDir::Files | QDir::Hidden, QDir::Name);
     }
+    bool giveSecondName(const QString &name) const
+    {
+        return link(QFile::encodeName(at(name)).constData(),
+                    QFile::encodeName(at(u"other"_s)).constData()) == 0;
+    }
     /// A file with a second hard link, which is written in place; a write of it is cut off with
     /// the new bytes in the spare folder and part of them in the file.
     void cutOff()
     {
-        QVERIFY(fill(at(u"file"_s), s_old));
-        QCOMPARE(link(QFile::encodeName(at(u"file"_s)).constData(),
-                      QFile::encodeName(at(u"other"_s)).constData()),
-                 0);
+        QVERIFY(fill(at(u"file"_s), s_old) && giveSecondName(u"file"_s));
         for (int call = 0; contentOf(at(u"file"_s)) == s_old; ++call) {
             QDir(at(u"spare"_s)).removeRecursively();
             QVERIFY(killedAt(call, [&] { WholeFile(at(u"file"_s)).write(s_new); }));

@@ -53,11 +53,11 @@ private slots:
                 QTest::keyClick(&panel, Qt::Key_Escape);
             else
                 panel.close();
-            QVERIFY2(panel.getSecond() < 0, row.constData());
+            QVERIFY2(panel.getSecond() < 0, row);
             // Ticks that come later change nothing.
             m_desktop.clock->advance(3000);
             expect(row, panel.getResult(), 0);
-            QVERIFY2(panel.getSecond() < 0, row.constData());
+            QVERIFY2(panel.getSecond() < 0, row);
         };
         check("Escape", true);
         check("closed by the window manager", false);

@@ -75,43 +75,39 @@ private slots:
         check("just over half way", {128, 54}, {98, 98});
     }
 
-    void input_data()
+    void input()
     {
-        QTest::addColumn<QString>("events");
-        QTest::addColumn<Points>("points");
         const QPoint a(10, 10);
         const QPoint b(200, 20);
         const QPoint c(150, 90);
+        const QMap<char, QPoint> places{{'a', a}, {'b', b}, {'c', c}};
         // Lower case: the pointer moves there; upper case: a button goes down, or up after "-".
-        QTest::newRow("before the first press") << u"a"_s << Points{};
-        QTest::newRow("first press") << u"aA"_s << Points{a};
-        QTest::newRow("click: vertex and end") << u"aA-A"_s << Points{a, a};
-        QTest::newRow("the end follows") << u"aA-Abc"_s << Points{a, c};
-        QTest::newRow("second vertex") << u"aA-AbB-B"_s << Points{a, b, b};
-        QTest::newRow("twice at one spot") << u"aA-AA-A"_s << Points{a, a};
-        QTest::newRow("freehand") << u"aA-AbBcb-B"_s << Points{a, b, c, b, b};
-        QTest::newRow("freehand at once") << u"aAbc-C"_s << Points{a, b, c, c};
-        QTest::newRow("press away from the end") << u"aA-AbC-C"_s << Points{a, c, c};
-        QTest::newRow("another button's release") << u"aA-Ab-B"_s << Points{a, b, b};
-    }
-
-    void input()
-    {
-        QFETCH(QString, events);
-        const QMap<QChar, QPoint> places{{u'a', {10, 10}}, {u'b', {200, 20}}, {u'c', {150, 90}}};
-        PolygonSelection selection;
-        for (qsizetype i = 0; i < events.size(); ++i) {
-            const bool up = events[i] == u'-';
-            i += up ? 1 : 0;
-            const QPoint place = places[events[i].toLower()];
-            if (up)
-                selection.release(place, s_none);
-            else if (events[i].isUpper())
-                selection.press(place, place, s_none);
-            else
-                selection.move(place, s_none);
-        }
-        QTEST(inOrder(selection), "points");
+        const auto check = [&](const QByteArray &row, const QByteArray &events,
+                               const Points &points) {
+            PolygonSelection selection;
+            for (qsizetype i = 0; i < events.size(); ++i) {
+                const bool up = events[i] == '-';
+                i += up ? 1 : 0;
+                const QPoint place = places[events.toLower()[i]];
+                if (up)
+                    selection.release(place, s_none);
+                else if (events[i] < 'a')
+                    selection.press(place, place, s_none);
+                else
+                    selection.move(place, s_none);
+            }
+            expect(row, inOrder(selection), points);
+        };
+        check("before the first press", "a", {});
+        check("first press", "aA", {a});
+        check("click: vertex and end", "aA-A", {a, a});
+        check("the end follows", "aA-Abc", {a, c});
+        check("second vertex", "aA-AbB-B", {a, b, b});
+        check("twice at one spot", "aA-AA-A", {a, a});
+        check("freehand", "aA-AbBcb-B", {a, b, c, b, b});
+        check("freehand at once", "aAbc-C", {a, b, c, c});
+        check("press away from the end", "aA-AbC-C", {a, c, c});
+        check("another button's release", "aA-Ab-B", {a, b, b});
     }
 
     void closing()
@@ -163,7 +159,7 @@ private slots:
             selection.key(Qt::Key_Backspace, s_none, s_surface);
             expect(row, inOrder(selection), after);
             selection.key(Qt::Key_Backspace, Qt::ShiftModifier, s_surface);
-            QVERIFY2(selection.points().isEmpty(), row.constData());
+            QVERIFY2(selection.points().isEmpty(), row);
         };
         const QPoint a(10, 10);
         const QPoint b(90, 10);

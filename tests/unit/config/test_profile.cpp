@@ -1,7 +1,6 @@
 #include "config/profile.h"
+#include "rows.h"
 #include "scratch.h"
-
-#include <QTest>
 
 #include <array>
 
@@ -19,35 +18,29 @@ class TestProfile : public QObject
     }
 
 private slots:
-    void values_data()
-    {
-        QTest::addColumn<QByteArray>("text");
-        QTest::addColumn<QByteArray>("expected");
-        const QByteArray none = "fallback";
-        // clang-format off
-        QTest::newRow("blanks")              << "[sec]\n key\t =\t value  \n"_ba         << "value  "_ba;
-        QTest::newRow("case, CR LF")         << "[SEC]\r\nKEY=value\r\n"_ba              << "value"_ba;
-        QTest::newRow("around the header")   << "x [sec] y\nkey=a=b"_ba                  << "a=b"_ba;
-        QTest::newRow("skipped lines")       << "key=1\n[sec]\n;comment\n\r\nk=a\nkey=3\n"_ba << "3"_ba;
-        QTest::newRow("malformed line")      << "[sec]\njunk\nkey=value\n"_ba            << none;
-        QTest::newRow("next section")        << "[sec]\n[s=]\nkey=value\n"_ba             << none;
-        QTest::newRow("longest line")        << "[sec]\nkey="_ba + QByteArray(1018, 'x') + "\nk=a"
-                                                                                         << QByteArray(1018, 'x');
-        QTest::newRow("rest of a long line") << "[sec]\nk="_ba + QByteArray(1021, 'x') + "key=value\n"
-                                                                                         << "value"_ba;
-        QTest::newRow("no text")             << ""_ba                                    << none;
-        QTest::newRow("zero byte")           << "[sec]\nkey=val\0ue\n"_ba                << "val"_ba;
-        // clang-format on
-    }
     void values()
     {
-        QFETCH(QByteArray, text);
-        QFETCH(QByteArray, expected);
-        std::array<char, 1024> out;
-        const int length =
-            GetPrivateProfileString("sec", "key", "fallback", out.data(), out.size(), put(text));
-        QCOMPARE(out.data(), expected);
-        QCOMPARE(length, expected == "fallback" ? 0 : int(expected.size()));
+        const auto check = [&](const QByteArray &row, const QByteArray &text,
+                               const QByteArray &expected) {
+            std::array<char, 1024> out;
+            const int length = GetPrivateProfileString("sec", "key", "fallback", out.data(),
+                                                       out.size(), put(text));
+            expect(row, QByteArray(out.data()), expected);
+            expect(row, length, expected == "fallback" ? 0 : int(expected.size()));
+        };
+        const QByteArray none = "fallback";
+        check("blanks", "[sec]\n key\t =\t value  \n"_ba, "value  "_ba);
+        check("case, CR LF", "[SEC]\r\nKEY=value\r\n"_ba, "value"_ba);
+        check("around the header", "x [sec] y\nkey=a=b"_ba, "a=b"_ba);
+        check("skipped lines", "key=1\n[sec]\n;comment\n\r\nk=a\nkey=3\n"_ba, "3"_ba);
+        check("malformed line", "[sec]\njunk\nkey=value\n"_ba, none);
+        check("next section", "[sec]\n[s=]\nkey=value\n"_ba, none);
+        check("longest line", "[sec]\nkey="_ba + QByteArray(1018, 'x') + "\nk=a",
+              QByteArray(1018, 'x'));
+        check("rest of a long line", "[sec]\nk="_ba + QByteArray(1021, 'x') + "key=value\n",
+              "value"_ba);
+        check("no text", ""_ba, none);
+        check("zero byte", "[sec]\nkey=val\0ue\n"_ba, "val"_ba);
     }
 
     void limits()

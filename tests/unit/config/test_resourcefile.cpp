@@ -8,11 +8,11 @@
 #include "config/settings.h"
 #include "config/xmlstore.h"
 #include "killed.h"
+#include "rows.h"
 #include "scratch.h"
 
 #include <QDir>
 #include <QProcess>
-#include <QTest>
 
 #include <csignal>
 #include <random>
@@ -163,17 +163,42 @@ class TestResourceFile : public QObject
 private slots:
     void init()
     {
+        FreeAllXmlDocument();
         m_scratch = std::make_unique<Scratch>();
         qputenv("XDG_DATA_HOME", QFile::encodeName(m_scratch->folder.path()));
         QVERIFY(QDir().mkpath(m_scratch->path(u"App"_s)));
     }
     void cleanup() { FreeAllXmlDocument(); }
 
-    void starts_data()
+    void starts()
     {
-        for (const char *column : {"marker", "resource", "backup", "expected"})
-            QTest::addColumn<QByteArray>(column);
-        QTest::addColumn<int>("dead");
+        const auto check = [&](const QByteArray &row, const QByteArray &marker,
+                               const QByteArray &resource, const QByteArray &backup,
+                               const QByteArray &expected, int dead) {
+            init();
+            ship(xml("5", "Shipped"));
+            putState(s_marker, marker);
+            putState(s_resource, resource);
+            putState(s_backup, backup);
+
+            expect(row, deaths(5), dead);
+            expect(row, m_scratch->get(s_resource), expected);
+            expect(row, m_scratch->get(s_backup), expected);
+            // A copy can be written even if its source can't; a file that was kept is as it was.
+            const auto canWrite = [this](const QString &name) {
+                return bool(QFile::permissions(m_scratch->path(name)) & QFile::WriteOwner);
+            };
+            QVERIFY2(canWrite(s_backup), row);
+            expect(row, canWrite(s_resource), resource != expected);
+            // What stood in the way or could not be read has been set aside.
+            const QDir folder(m_scratch->path(u"App"_s));
+            expect(row, folder.entryList({u"*.1"_s}, QDir::Dirs).size(),
+                   QList({marker, resource, backup}).count(s_folder));
+            const QStringList damaged = folder.entryList({u"*.damaged.*"_s}, QDir::Files);
+            expect(row, damaged.size(), resource == "junk" || resource.endsWith('<'));
+            for (const QString &name : damaged)
+                expect(row, m_scratch->get(u"App/"_s + name), resource);
+        };
         const QByteArray shipped = xml("5", "Shipped");
         const QByteArray user = xml("5", "User");
         const QByteArray newer = xml("6", "Newer");
@@ -184,55 +209,24 @@ private slots:
         const QByteArray cut = user.chopped(9);
         const QByteArray empty = "";
         const QByteArray none;
-        // clang-format off
-        QTest::newRow("first start")               << none     << none     << none     << shipped << 0;
-        QTest::newRow("kept")                      << none     << user     << saved    << user    << 0;
-        QTest::newRow("kept, newer")               << none     << newer    << none     << newer   << 0;
-        QTest::newRow("older: upgraded")           << none     << older    << saved    << upgraded << 0;
-        QTest::newRow("no version: upgraded")      << none     << "<Galeway/>"_ba << saved << bare << 0;
-        QTest::newRow("missing: restored")         << none     << none     << saved    << saved   << 0;
-        QTest::newRow("empty: restored")           << none     << empty    << saved    << saved   << 0;
-        QTest::newRow("empty: installed")          << none     << empty    << none     << shipped << 0;
-        QTest::newRow("old backup: upgraded")      << none     << none     << older    << upgraded << 0;
-        QTest::newRow("marker: restored")          << empty    << user     << saved    << saved   << 0;
-        QTest::newRow("marker: kept")              << empty    << user     << none     << user    << 0;
-        QTest::newRow("marker: bad, restored")     << "x"_ba   << "junk"_ba << saved   << saved   << 0;
-        QTest::newRow("cut short: dies, restored") << none     << cut      << saved    << saved   << 1;
-        QTest::newRow("no XML: dies, installed")   << none     << "junk"_ba << none    << shipped << 1;
-        QTest::newRow("bad backup: installed")     << none     << cut      << cut      << shipped << 1;
-        QTest::newRow("folder: restored")          << none     << s_folder << saved    << saved   << 0;
-        QTest::newRow("folders: installed")        << none     << s_folder << s_folder << shipped << 0;
-        QTest::newRow("folder for the marker")     << s_folder << user     << s_folder << user    << 0;
-        // clang-format on
-    }
-    void starts()
-    {
-        QFETCH(QByteArray, marker);
-        QFETCH(QByteArray, resource);
-        QFETCH(QByteArray, backup);
-        QFETCH(QByteArray, expected);
-        ship(xml("5", "Shipped"));
-        putState(s_marker, marker);
-        putState(s_resource, resource);
-        putState(s_backup, backup);
-
-        QTEST(deaths(5), "dead");
-        QCOMPARE(m_scratch->get(s_resource), expected);
-        QCOMPARE(m_scratch->get(s_backup), expected);
-        // A copy can be written even if its source can't; a file that was kept is as it was.
-        const auto canWrite = [this](const QString &name) {
-            return bool(QFile::permissions(m_scratch->path(name)) & QFile::WriteOwner);
-        };
-        QVERIFY(canWrite(s_backup));
-        QCOMPARE(canWrite(s_resource), resource != expected);
-        // What stood in the way or could not be read has been set aside.
-        const QDir folder(m_scratch->path(u"App"_s));
-        QCOMPARE(folder.entryList({u"*.1"_s}, QDir::Dirs).size(),
-                 QList({marker, resource, backup}).count(s_folder));
-        const QStringList damaged = folder.entryList({u"*.damaged.*"_s}, QDir::Files);
-        QCOMPARE(damaged.size(), resource == "junk" || resource.endsWith('<'));
-        for (const QString &name : damaged)
-            QCOMPARE(m_scratch->get(u"App/"_s + name), resource);
+        check("first start", none, none, none, shipped, 0);
+        check("kept", none, user, saved, user, 0);
+        check("kept, newer", none, newer, none, newer, 0);
+        check("older: upgraded", none, older, saved, upgraded, 0);
+        check("no version: upgraded", none, "<Galeway/>"_ba, saved, bare, 0);
+        check("missing: restored", none, none, saved, saved, 0);
+        check("empty: restored", none, empty, saved, saved, 0);
+        check("empty: installed", none, empty, none, shipped, 0);
+        check("old backup: upgraded", none, none, older, upgraded, 0);
+        check("marker: restored", empty, user, saved, saved, 0);
+        check("marker: kept", empty, user, none, user, 0);
+        check("marker: bad, restored", "x"_ba, "junk"_ba, saved, saved, 0);
+        check("cut short: dies, restored", none, cut, saved, saved, 1);
+        check("no XML: dies, installed", none, "junk"_ba, none, shipped, 1);
+        check("bad backup: installed", none, cut, cut, shipped, 1);
+        check("folder: restored", none, s_folder, saved, saved, 0);
+        check("folders: installed", none, s_folder, s_folder, shipped, 0);
+        check("folder for the marker", s_folder, user, s_folder, user, 0);
     }
 
     void settingsSurvive()
@@ -345,112 +339,101 @@ private slots:
         QVERIFY(m_scratch->get(s_resource).contains("<Mended/>\n  <Saved/>"));
     }
 
-    void fullDisk_data()
+    void fullDisk()
     {
-        for (const char *column : {"marker", "resource", "backup"})
-            QTest::addColumn<QByteArray>(column);
-        QTest::addColumn<bool>("starts");
-        QTest::addColumn<QString>("setting");
+        const auto check = [&](const QByteArray &row, const QByteArray &marker,
+                               const QByteArray &resource, const QByteArray &backup, bool starts,
+                               const QString &setting) {
+            init();
+            ship(xml("5", "K data='shipped'"));
+            putState(s_marker, marker);
+            putState(s_resource, resource);
+            putState(s_backup, backup);
+            const int status = statusOf([&] {
+                fillDisk();
+                ReadProfile();
+                const bool isUp = ProcessResourceFile({});
+                const bool isTold = !resourceFileProblem().reason.isEmpty();
+                SetConfigString(u"K"_s, u"lost"_s);
+                // Not written, and still to be written.
+                const bool isKept = !SaveResourceFile().isEmpty() && !SaveResourceFile().isEmpty();
+                _exit(isUp ? (isKept ? 0 : 2) : (isTold ? 1 : 3));
+            });
+            expect(row, WEXITSTATUS(status), starts ? 0 : 1);
+            expect(row, settings().first(), setting);
+            expect(row, deaths(1), 0);
+        };
         const QByteArray own = xml("5", "K data='own'");
         const QByteArray none;
         const QByteArray empty = "";
-        QTest::newRow("first start") << none << none << none << false << u"no file"_s;
-        QTest::newRow("usual start") << none << own << own << true << u"own"_s;
-        QTest::newRow("damaged") << empty << own.chopped(9) << own << true << u"own"_s;
-        QTest::newRow("upgrade") << none << xml("4", "K data='own'") << none << true << u"own"_s;
-    }
-    void fullDisk()
-    {
-        QFETCH(QByteArray, marker);
-        QFETCH(QByteArray, resource);
-        QFETCH(QByteArray, backup);
-        QFETCH(bool, starts);
-        ship(xml("5", "K data='shipped'"));
-        putState(s_marker, marker);
-        putState(s_resource, resource);
-        putState(s_backup, backup);
-        const int status = statusOf([&] {
-            fillDisk();
-            ReadProfile();
-            const bool isUp = ProcessResourceFile({});
-            const bool isTold = !resourceFileProblem().reason.isEmpty();
-            SetConfigString(u"K"_s, u"lost"_s);
-            // Not written, and still to be written.
-            const bool isKept = !SaveResourceFile().isEmpty() && !SaveResourceFile().isEmpty();
-            _exit(isUp ? (isKept ? 0 : 2) : (isTold ? 1 : 3));
-        });
-        QCOMPARE(WEXITSTATUS(status), starts ? 0 : 1);
-        QTEST(settings().first(), "setting");
-        QCOMPARE(deaths(1), 0);
+        check("first start", none, none, none, false, u"no file"_s);
+        check("usual start", none, own, own, true, u"own"_s);
+        check("damaged", empty, own.chopped(9), own, true, u"own"_s);
+        check("upgrade", none, xml("4", "K data='own'"), none, true, u"own"_s);
     }
 
-    void killedAnywhere_data()
-    {
-        for (const char *column : {"marker", "resource"})
-            QTest::addColumn<QByteArray>(column);
-        QTest::addColumn<bool>("saves");
-        QTest::addColumn<QStringList>("outcomes");
-        const QByteArray own = xml("5", "K data='own'");
-        const QByteArray none;
-        const QStringList isOwn{u"own"_s};
-        QTest::newRow("first start") << none << none << false << QStringList{u"shipped"_s};
-        QTest::newRow("usual start") << none << own << false << isOwn;
-        QTest::newRow("with the marker") << ""_ba << own << false << isOwn;
-        QTest::newRow("damaged") << ""_ba << own.chopped(9) << false << isOwn;
-        QTest::newRow("upgrade") << none << xml("4", "K data='own'") << false << isOwn;
-        QTest::newRow("save") << none << own << true << QStringList{u"own"_s, u"new"_s};
-    }
     // Kills at every system call, and where the marker stands a second one at the next start, in
     // each state that the first one can leave.
     void killedAnywhere()
     {
-        QFETCH(QByteArray, marker);
-        QFETCH(QByteArray, resource);
-        QFETCH(bool, saves);
-        QFETCH(QStringList, outcomes);
-        ship(xml("5", "K data='shipped'"));
-        Files before{{s_marker, marker},
-                     {s_resource, resource},
-                     {s_backup, marker.isNull() ? resource : xml("5", "K data='own'")}};
-        before.removeIf([](const auto &file) { return file->isNull(); });
-        QSet<QString> seen;
-        const auto isWhole = [&] {
-            const bool isUp = deaths(1) == 0;
-            const QStringList now = settings();
-            seen.insert(now.first());
-            return isUp && outcomes.contains(now.first()) && now.first() == now.last();
-        };
-        const auto work = [saves] {
-            if (!saves)
-                return begin();
-            SetConfigString(u"K"_s, u"new"_s);
-            SaveResourceFile();
-        };
-        const bool isLong = qEnvironmentVariableIsSet("SNAP_LONG");
-        constexpr unsigned sample = 20;
-        std::mt19937 random(20261122);
-        QList<Files> states;
-        int call = 0;
-        int kills = 0;
-        for (;; ++call, ++kills) {
-            putFiles(before);
-            if (saves)
-                begin();
-            if (!killedAt(call, work))
-                break;
-            const Files cut = files();
-            QVERIFY2(isWhole(), qPrintable(u"call %1"_s.arg(call)));
-            if (marker.isNull() || states.contains(cut))
-                continue;
-            states.append(cut);
-            for (int second = 0; putFiles(cut) && killedAt(second, work); ++kills) {
-                QVERIFY2(isWhole(), qPrintable(u"calls %1, %2"_s.arg(call).arg(second)));
-                second += isLong ? 1 : 1 + int(random() % sample);
+        const auto check = [&](const QByteArray &row, const QByteArray &marker,
+                               const QByteArray &resource, bool saves,
+                               const QStringList &outcomes) {
+            init();
+            ship(xml("5", "K data='shipped'"));
+            Files before{{s_marker, marker},
+                         {s_resource, resource},
+                         {s_backup, marker.isNull() ? resource : xml("5", "K data='own'")}};
+            before.removeIf([](const auto &file) { return file->isNull(); });
+            QSet<QString> seen;
+            const auto isWhole = [&] {
+                const bool isUp = deaths(1) == 0;
+                const QStringList now = settings();
+                seen.insert(now.first());
+                return isUp && outcomes.contains(now.first()) && now.first() == now.last();
+            };
+            const auto work = [saves] {
+                if (!saves)
+                    return begin();
+                SetConfigString(u"K"_s, u"new"_s);
+                SaveResourceFile();
+            };
+            const bool isLong = qEnvironmentVariableIsSet("SNAP_LONG");
+            constexpr unsigned sample = 20;
+            std::mt19937 random(20261122);
+            QList<Files> states;
+            int call = 0;
+            int kills = 0;
+            for (;; ++call, ++kills) {
+                putFiles(before);
+                if (saves)
+                    begin();
+                if (!killedAt(call, work))
+                    break;
+                const Files cut = files();
+                QVERIFY2(isWhole(), row + ", call " + QByteArray::number(call));
+                if (marker.isNull() || states.contains(cut))
+                    continue;
+                states.append(cut);
+                for (int second = 0; putFiles(cut) && killedAt(second, work); ++kills) {
+                    QVERIFY2(isWhole(), row + ", calls " + QByteArray::number(call) + ' ' +
+                                            QByteArray::number(second));
+                    second += isLong ? 1 : 1 + int(random() % sample);
+                }
             }
-        }
-        QVERIFY(call > 5);
-        QCOMPARE(seen.size(), outcomes.size());
-        qInfo("%d system calls, %d states, %d kills", call, int(states.size()), kills);
+            QVERIFY2(call > 5, row);
+            expect(row, seen.size(), outcomes.size());
+            qInfo("%d system calls, %d states, %d kills", call, int(states.size()), kills);
+        };
+        const QByteArray own = xml("5", "K data='own'");
+        const QByteArray none;
+        const QStringList isOwn{u"own"_s};
+        check("first start", none, none, false, QStringList{u"shipped"_s});
+        check("usual start", none, own, false, isOwn);
+        check("with the marker", ""_ba, own, false, isOwn);
+        check("damaged", ""_ba, own.chopped(9), false, isOwn);
+        check("upgrade", none, xml("4", "K data='own'"), false, isOwn);
+        check("save", none, own, true, QStringList{u"own"_s, u"new"_s});
     }
 };
 

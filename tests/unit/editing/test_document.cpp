@@ -139,13 +139,13 @@ private slots:
             path.addEllipse(0, 0, 40, 40);
             TPictureEditor::EditPolyPixmap(picture, flag, true, &path, nullptr);
             QPictureDocument document(picture);
-            QVERIFY2(document.save(folder.filePath(name), nullptr, -1), row.constData());
+            QVERIFY2(document.save(folder.filePath(name), nullptr, -1), row);
             const QImage saved(folder.filePath(name));
             expect(row, saved.pixelColor(0, 0).alpha(), corner.alpha());
             // Some of the formats lose a little.
-            QVERIFY2(qAbs(saved.pixelColor(0, 0).red() - corner.red()) < 8, row.constData());
-            QVERIFY2(qAbs(saved.pixelColor(0, 0).blue() - corner.blue()) < 8, row.constData());
-            QVERIFY2(saved.pixelColor(20, 20).blue() > 250, row.constData());
+            QVERIFY2(qAbs(saved.pixelColor(0, 0).red() - corner.red()) < 8, row);
+            QVERIFY2(qAbs(saved.pixelColor(0, 0).blue() - corner.blue()) < 8, row);
+            QVERIFY2(saved.pixelColor(20, 20).blue() > 250, row);
         };
         check("png", u"a.png"_s, QColor(0, 0, 0, 0));
         check("bmp", u"a.BmP"_s, QColor(Qt::white));

@@ -241,9 +241,9 @@ private slots:
                 expect(row, result.picture, m_server->page.copy(0, 0, 700, 1100));
             expect(row, result.note.contains(QLocale().toString(1100)), how == u"lost");
             if (how == u"idle")
-                QVERIFY2(last >= 60000 && last < 61000, row.constData());
+                QVERIFY2(last >= 60000 && last < 61000, row);
             else
-                QVERIFY2(last < begin + 100, row.constData());
+                QVERIFY2(last < begin + 100, row);
         };
         check("Return", u"keep"_s, true, false);
         check("Escape", u"discard"_s, false, false);
@@ -294,7 +294,7 @@ private slots:
             HandCapture hands(target());
             const ScrollCapture::Result result = takeFor(hands, 5000);
             expect(row, result.note, QString());
-            QVERIFY2(result.picture.height() > 5000, row.constData());
+            QVERIFY2(result.picture.height() > 5000, row);
             expect(row, result.picture, page.copy(0, 0, 700, result.picture.height()));
         };
         check("numbers at the left", false);

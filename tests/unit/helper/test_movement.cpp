@@ -2,14 +2,12 @@
 #include "helper/scrollingarea.h"
 
 #include "helper/scrollpage.h"
-
-#include <QTest>
+#include "rows.h"
 
 #include <functional>
 
 using namespace Qt::StringLiterals;
 using Kind = Movement::Kind;
-Q_DECLARE_METATYPE(Movement::Kind)
 
 namespace {
 
@@ -109,19 +107,16 @@ class TestMovement : public QObject
     Q_OBJECT
 
 private slots:
-    void kinds_data()
+    void kinds()
     {
-        QTest::addColumn<QImage>("before");
-        QTest::addColumn<QImage>("after");
-        QTest::addColumn<int>("expected");
-        QTest::addColumn<Kind>("kind");
-        QTest::addColumn<int>("rows");
-
-        const auto add = [](const char *name, const QImage &before, const QImage &after, Kind kind,
-                            int rows = 0, int expected = 0) {
-            QTest::newRow(name) << before << after << expected << kind << rows;
+        const auto add = [](const QByteArray &name, const QImage &before, const QImage &after,
+                            Kind kind, int rows = 0, int expected = 0) {
+            const Movement movement = findMovement(before, after, expected);
+            expect(name, int(movement.kind), int(kind));
+            expect(name, movement.rows, rows);
+            expect(name, movement.moved.isEmpty(), kind != Kind::Moved);
         };
-        const auto scrolled = [&](const char *name, const QImage &page, int from, int rows,
+        const auto scrolled = [&](const QByteArray &name, const QImage &page, int from, int rows,
                                   const Frame &frame = {}, Kind kind = Kind::Moved,
                                   int expected = 0) {
             add(name, frame.view(page, from, s_view), frame.view(page, from + rows, s_view), kind,
@@ -260,7 +255,7 @@ private slots:
         // What crosses the whole view, and is denied by a tenth of it.
         for (const int rows : {24, 72, 144, 312}) {
             const QByteArray step = QByteArray::number(rows);
-            const auto list = [&](const char *name, int marked, int hovered = -1) {
+            const auto list = [&](const QByteArray &name, int marked, int hovered = -1) {
                 add(name + step, listView(0, marked, hovered), listView(rows, marked, hovered),
                     Kind::Moved, rows);
             };
@@ -301,19 +296,6 @@ private slots:
         add("a line again", first, second, Kind::Lost);
     }
 
-    void kinds()
-    {
-        QFETCH(const QImage, before);
-        QFETCH(const QImage, after);
-        QFETCH(const int, expected);
-        QFETCH(const Kind, kind);
-        QFETCH(const int, rows);
-        const Movement movement = findMovement(before, after, expected);
-        QCOMPARE(int(movement.kind), int(kind));
-        QCOMPARE(movement.rows, rows);
-        QCOMPARE(movement.moved.isEmpty(), kind != Kind::Moved);
-    }
-
     // Steps that can't be known, on pages where much looks alike at some other distance. Whether
     // they are doubtful or lost matters less than that nothing is made of them.
     void neverGuessed()
@@ -344,34 +326,30 @@ private slots:
                 Kind::Moved);
     }
 
-    void bounds_data()
-    {
-        QTest::addColumn<Frame>("frame");
-        const auto add = [](const char *name, const Frame &frame) { QTest::newRow(name) << frame; };
-        add("none", {});
-        add("footer", {.footer = 30});
-        add("status line", {.footer = 30, .position = true});
-        add("all", {.header = 44, .footer = 21, .sideBar = 61, .scrollBar = 13, .position = true});
-    }
-
     // Nothing that stays is ever taken for something that moved; and most of what moved is found.
     void bounds()
     {
-        QFETCH(const Frame, frame);
         const QImage text = textPage(s_view.width(), 3000);
-        const QRect content = frame.content(s_view);
-        for (const int rows : {1, 2, 5, 11, 19, 40, 125, 310}) {
-            for (int offset = 0; offset < 400; offset += 33) {
-                const Movement movement = findMovement(frame.view(text, offset, s_view),
-                                                       frame.view(text, offset + rows, s_view));
-                QCOMPARE(int(movement.kind), int(Kind::Moved));
-                QCOMPARE(movement.rows, rows);
-                QVERIFY(content.contains(movement.moved));
-                QVERIFY(movement.bottom <= content.bottom() + 1);
-                QVERIFY(movement.bottom > content.bottom() - 60);
-                QVERIFY(movement.moved.width() > content.width() - 60);
+        const auto check = [&](const QByteArray &row, const Frame &frame) {
+            const QRect content = frame.content(s_view);
+            for (const int rows : {1, 2, 5, 11, 19, 40, 125, 310}) {
+                for (int offset = 0; offset < 400; offset += 33) {
+                    const Movement movement = findMovement(frame.view(text, offset, s_view),
+                                                           frame.view(text, offset + rows, s_view));
+                    expect(row, int(movement.kind), int(Kind::Moved));
+                    expect(row, movement.rows, rows);
+                    expect(row, content.contains(movement.moved), true);
+                    const int missing = content.bottom() + 1 - movement.bottom;
+                    expect(row, missing >= 0 && missing < 61, true);
+                    expect(row, movement.moved.width() > content.width() - 60, true);
+                }
             }
-        }
+        };
+        check("none", {});
+        check("footer", {.footer = 30});
+        check("status line", {.footer = 30, .position = true});
+        check("all",
+              {.header = 44, .footer = 21, .sideBar = 61, .scrollBar = 13, .position = true});
     }
 
     void area()

@@ -354,10 +354,10 @@ private slots:
             if (turn < 20)
                 return;
             // Wider than high: not the column alone.
-            QVERIFY2(seen.width() * 9 > seen.height() * 4, row.constData());
+            QVERIFY2(seen.width() * 9 > seen.height() * 4, row);
             if (kept) {
                 const QRect first(0, 0, m_server->view().width(), m_server->page.height());
-                QVERIFY2(result.picture.width() > first.width(), row.constData());
+                QVERIFY2(result.picture.width() > first.width(), row);
                 expect(row, result.picture.copy(first), m_server->page.copy(first));
             }
         };

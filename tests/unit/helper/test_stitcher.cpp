@@ -1,8 +1,7 @@
 #include "helper/stitcher.h"
 
 #include "helper/scrollpage.h"
-
-#include <QTest>
+#include "rows.h"
 
 using Kind = Movement::Kind;
 
@@ -149,26 +148,20 @@ private slots:
         QCOMPARE(stitcher.finish(), page.copy(0, 0, 400, 490));
     }
 
-    void limits_data()
-    {
-        QTest::addColumn<int>("limit");
-        QTest::addColumn<int>("height");
-        for (const int limit : {1, 299, 300, 301, 555, 700, 701, 2000})
-            QTest::addRow("%d", limit) << limit << std::min(limit, 700);
-    }
-
     void limits()
     {
-        QFETCH(const int, limit);
-        QFETCH(const int, height);
         const QImage page = textPage(s_view.width(), 700);
-        ScrollStitcher stitcher(limit);
-        for (int offset = 0; offset <= 400; offset += 100)
-            stitcher.add(viewOf(page, offset));
-        QCOMPARE(stitcher.isFull(), limit <= 700);
-        QCOMPARE(stitcher.rows(), height);
-        QCOMPARE(stitcher.finish(), page.copy(0, 0, s_view.width(), height));
-        QCOMPARE(stitcher.rows(), 0);
+        for (const int limit : {1, 299, 300, 301, 555, 700, 701, 2000}) {
+            const QByteArray row = QByteArray::number(limit);
+            const int height = std::min(limit, 700);
+            ScrollStitcher stitcher(limit);
+            for (int offset = 0; offset <= 400; offset += 100)
+                stitcher.add(viewOf(page, offset));
+            expect(row, stitcher.isFull(), limit <= 700);
+            expect(row, stitcher.rows(), height);
+            expect(row, stitcher.finish(), page.copy(0, 0, s_view.width(), height));
+            expect(row, stitcher.rows(), 0);
+        }
     }
 
     void offsets()

@@ -13,7 +13,7 @@ private slots:
         const auto check = [&](const QByteArray &row, const QRect &told, const QRect &window,
                                const QRect &area, const QRect &pixels, bool sure) {
             const auto result = pixelMapping(told, window, {QPoint(0, 0), QPoint(1920, 0)});
-            QVERIFY2(result.has_value(), row.constData());
+            QVERIFY2(result.has_value(), row);
             expect(row, result->toPixels(area), pixels);
             expect(row, result->told, sure);
             QVERIFY2(QRectF(area).contains(result->toProgram(QPointF(pixels.center()))),
@@ -61,117 +61,68 @@ private slots:
     {
         using Role = AccessibleRole;
         using Path = QList<AccessibleLevel>;
-        const auto check = [&](const QByteArray &row, const Path &path, const QRect &area) {
-            expect(row, scrollingArea(path), area);
-        };
         const QRect pane(20, 30, 300, 200);
         const QRect shown(21, 31, 284, 184);
         const QRect bar(305, 31, 14, 184);
-        const QRect flatBar(21, 215, 284, 14);
-        const auto window = [](const QRect &next) {
-            return AccessibleLevel{.role = Role::Filler, .extents = {0, 0, 500, 400}, .next = next};
+        const auto scrolls = [](const QRect &extents, const QRect &next, const QList<QRect> &bars) {
+            return AccessibleLevel{.extents = extents, .next = next, .scrollBars = bars};
         };
-
-        check("nothing scrolls", Path{window(pane), {.extents = pane, .next = shown}}, {});
-        check("beside its bar",
-              Path{window(pane),
-                   {.role = Role::Filler,
-                    .extents = pane,
-                    .next = shown,
-                    .scrollBars = {bar, flatBar}},
-                   {.role = Role::Filler, .extents = shown}},
-              shown);
-        check("only sideways",
-              Path{window(pane),
-                   {.extents = pane, .next = shown, .scrollBars = {flatBar.translated(0, -14)}}},
-              {});
-        check("bar on the left",
-              Path{window(pane),
-                   {.extents = pane,
-                    .next = {35, 31, 284, 198},
-                    .scrollBars = {QRect(21, 31, 14, 198)}}},
+        const auto lines = [&](Role role, const QRect &first, const QRect &last,
+                               const QRect &header = {}) {
+            return AccessibleLevel{
+                .role = role, .extents = pane, .items = {first, last}, .header = header};
+        };
+        // In a window, which leads to the first of them.
+        const auto check = [&](const QByteArray &row, const Path &path, const QRect &area) {
+            const AccessibleLevel window{.role = Role::Filler,
+                                         .extents = {0, 0, 500, 400},
+                                         .next = path.constFirst().extents};
+            expect(row, scrollingArea(Path{window} + path), area);
+        };
+        const AccessibleLevel around = scrolls(pane, shown, {bar});
+        check("nothing scrolls", {scrolls(pane, shown, {})}, {});
+        AccessibleLevel filler = scrolls(pane, shown, {bar, {21, 215, 284, 14}});
+        filler.role = Role::Filler;
+        check("beside its bar", {filler, {.role = Role::Filler, .extents = shown}}, shown);
+        check("only sideways", {scrolls(pane, shown, {{21, 201, 284, 14}})}, {});
+        check("bar on the left", {scrolls(pane, {35, 31, 284, 198}, {{21, 31, 14, 198}})},
               {35, 31, 284, 198});
-        check("no content told: all but the bar",
-              Path{window(pane), {.extents = pane, .scrollBars = {QRect(306, 30, 14, 200)}}},
+        check("no content told: all but the bar", {scrolls(pane, {}, {{306, 30, 14, 200}})},
               {20, 30, 286, 200});
-        check("no content told, bar on the left",
-              Path{window(pane), {.extents = pane, .scrollBars = {QRect(20, 30, 14, 200)}}},
+        check("no content told, bar on the left", {scrolls(pane, {}, {{20, 30, 14, 200}})},
               {34, 30, 286, 200});
+        const QRect all(0, 0, 500, 400);
         check("another one's bar, before it",
-              Path{window({300, 30, 200, 200}),
-                   {.extents = {0, 0, 500, 400},
-                    .next = {300, 30, 200, 200},
-                    .scrollBars = {QRect(200, 30, 14, 200)}}},
-              {});
+              {scrolls(all, {300, 30, 200, 200}, {{200, 30, 14, 200}})}, {});
         check("another one's bar, behind it",
-              Path{window({20, 30, 200, 200}),
-                   {.extents = {0, 0, 500, 400},
-                    .next = {20, 30, 200, 200},
-                    .scrollBars = {QRect(480, 30, 14, 200)}}},
-              {});
+              {scrolls(all, {20, 30, 200, 200}, {{480, 30, 14, 200}})}, {});
         check("one of many rows beside the bar",
-              Path{window(pane),
-                   {.extents = pane,
-                    .next = {20, 60, 286, 60},
-                    .scrollBars = {QRect(306, 30, 14, 200)}}},
-              {20, 30, 286, 200});
+              {scrolls(pane, {20, 60, 286, 60}, {{306, 30, 14, 200}})}, {20, 30, 286, 200});
         check("header above the bar",
-              Path{window({50, 24, 400, 300}),
-                   {.extents = {50, 24, 400, 300},
-                    .next = {50, 24, 385, 300},
-                    .scrollBars = {QRect(435, 49, 15, 275)}}},
+              {scrolls({50, 24, 400, 300}, {50, 24, 385, 300}, {{435, 49, 15, 275}})},
               {50, 49, 385, 275});
-        check("higher than what shows it, under the bar of what is around",
-              Path{window(pane),
-                   {.extents = pane, .next = pane, .scrollBars = {QRect(314, 30, 6, 200)}},
-                   {.extents = pane, .next = {20, -500, 300, 5100}},
-                   {.extents = {20, -500, 300, 5100}}},
-              {20, 30, 294, 200});
-        check("cut off by what is around",
-              Path{window({0, 0, 300, 150}),
-                   {.extents = {0, 0, 300, 150}, .next = pane},
-                   {.extents = pane, .next = shown, .scrollBars = {bar}}},
+        const QRect high(20, -500, 300, 5100);
+        check(
+            "higher than what shows it, under the bar of what is around",
+            {scrolls(pane, pane, {{314, 30, 6, 200}}), scrolls(pane, high, {}), {.extents = high}},
+            {20, 30, 294, 200});
+        check("cut off by what is around", {scrolls({0, 0, 300, 150}, pane, {}), around},
               {21, 31, 279, 119});
+        const QRect text(0, 0, 490, 400);
         check("terminal beside the window's bar",
-              Path{{.extents = {0, 0, 500, 400},
-                    .next = {0, 0, 490, 400},
-                    .scrollBars = {QRect(490, 0, 10, 400)}},
-                   {.role = Role::Terminal, .extents = {0, 0, 490, 400}}},
-              {0, 0, 490, 400});
-        check("terminal alone", Path{window(pane), {.role = Role::Terminal, .extents = pane}},
-              pane);
+              {scrolls(all, text, {{490, 0, 10, 400}}), {.role = Role::Terminal, .extents = text}},
+              text);
+        check("terminal alone", {{.role = Role::Terminal, .extents = pane}}, pane);
         check("inner one too low",
-              Path{window(pane),
-                   {.extents = pane, .next = shown, .scrollBars = {bar}},
-                   {.extents = {40, 60, 100, 30},
-                    .next = {40, 60, 90, 30},
-                    .scrollBars = {QRect(130, 60, 10, 30)}}},
-              shown);
+              {around, scrolls({40, 60, 100, 30}, {40, 60, 90, 30}, {{130, 60, 10, 30}})}, shown);
         check("list without bars, at its end",
-              Path{window(pane),
-                   {.role = Role::List,
-                    .extents = pane,
-                    .items = {QRect(21, -4000, 284, 14), QRect(21, 215, 284, 14)}}},
-              {21, 31, 284, 198});
+              {lines(Role::List, {21, -4000, 284, 14}, {21, 215, 284, 14})}, {21, 31, 284, 198});
         check("tree without bars: indented, with a header",
-              Path{window(pane),
-                   {.role = Role::Tree,
-                    .extents = pane,
-                    .items = {QRect(41, 49, 264, 14), QRect(41, 4235, 264, 14)},
-                    .header = {21, 31, 284, 18}}},
+              {lines(Role::Tree, {41, 49, 264, 14}, {41, 4235, 264, 14}, {21, 31, 284, 18})},
               {21, 49, 284, 180});
         check("tree without bars: indented, no header",
-              Path{window(pane),
-                   {.role = Role::Tree,
-                    .extents = pane,
-                    .items = {QRect(41, 30, 264, 14), QRect(41, 4235, 264, 14)}}},
-              {20, 30, 285, 200});
-        check("list that fits",
-              Path{window(pane),
-                   {.role = Role::List,
-                    .extents = pane,
-                    .items = {QRect(21, 31, 298, 14), QRect(21, 210, 298, 14)}}},
-              {});
+              {lines(Role::Tree, {41, 30, 264, 14}, {41, 4235, 264, 14})}, {20, 30, 285, 200});
+        check("list that fits", {lines(Role::List, {21, 31, 298, 14}, {21, 210, 298, 14})}, {});
     }
 
     void usable()

@@ -9,12 +9,8 @@
 #include "shell/picturejobs.h"
 #include "solid.h"
 
-#include <QApplication>
-#include <QMessageBox>
-#include <QPushButton>
-#include <QTabWidget>
-#include <QTest>
-#include <QTimer>
+#include <QtTest>
+#include <QtWidgets>
 
 #include <functional>
 #include <memory>
@@ -29,6 +25,7 @@ protected:
     /// The window is made, and not shown.
     void begin(const QByteArray &resource = "<Galeway ver=\"1\"/>")
     {
+        finish();
         m_desktop.emplace();
         m_scratch.emplace();
         g_ResourceFileName = m_scratch->put(QStringLiteral("SnapWorkbench.xml"), resource);

@@ -5,8 +5,6 @@
 #include "shell/capturebridge.h"
 #include "shellfixture.h"
 
-#include <QAbstractButton>
-
 #include <cerrno>
 #include <cwchar>
 

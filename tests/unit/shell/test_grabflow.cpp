@@ -3,9 +3,8 @@
 
 #include "capture/grab.h"
 #include "fakedesktop.h"
+#include "rows.h"
 #include "shell/grabflow.h"
-
-#include <QTest>
 
 #include <array>
 #include <functional>
@@ -138,23 +137,19 @@ private slots:
         m_fake->opened = [this] { m_flow->opened(); };
     }
 
-    void everyEventInEveryState_data()
+    void everyEventInEveryState()
     {
-        QTest::addColumn<GrabState>("state");
-        QTest::addColumn<GrabEvent>("event");
-        QTest::addColumn<QString>("atOnce");
-        QTest::addColumn<GrabState>("becomes");
-        QTest::addColumn<QString>(
-            "inTheEnd");  // the last that is done about it; empty where it is all
         using S = GrabState;
-        constexpr int s_columns = 9;
+        using E = GrabEvent;
+        constexpr std::array events{E::Press,    E::Escape, E::Opens, E::Works,      E::Scrolls,
+                                    E::PutsBack, E::Ends,   E::Quit,  E::DisplayLost};
         struct Row {
             S state;
-            std::array<const char *, s_columns> atOnce;  // press, Escape, opens, works, scrolls,
-                                                         // puts back, ends, quit, display lost
-            const char *pressEnds;
+            std::array<const char *, events.size()> atOnce;
+            const char *pressEnds;  // the last that is done about it; empty where it is all
             const char *quitEnds;
         };
+        // press, Escape, opens, works, scrolls, puts back, ends, quit, display lost
         // clang-format off
         constexpr std::array<Row, GrabStateCount> rows{{
             {S::Idle,      {"other,screen,document", "", "", "", "", "", "", "", ""}, "", ""},
@@ -170,76 +165,43 @@ private slots:
         }};
         // clang-format on
         for (const Row &row : rows) {
-            for (int i = 0; i < s_columns; ++i) {
-                const auto event = static_cast<GrabEvent>(i);
+            for (std::size_t i = 0; i < events.size(); ++i) {
+                const GrabEvent event = events.at(i);
+                const QByteArray atOnce = row.atOnce.at(i);
                 S becomes = row.state;
-                if (event == GrabEvent::Opens && row.state == S::Freezing)
+                if (event == E::Opens && row.state == S::Freezing)
                     becomes = S::Marking;
-                else if (event == GrabEvent::Scrolls && row.state == S::Picking)
+                else if (event == E::Scrolls && row.state == S::Picking)
                     becomes = S::Scrolling;
-                else if (event == GrabEvent::PutsBack && row.state == S::Scrolling)
+                else if (event == E::PutsBack && row.state == S::Scrolling)
                     becomes = S::Ending;
-                else if (QLatin1StringView(row.atOnce.at(i)) == "show"_L1 ||
-                         QLatin1StringView(row.atOnce.at(i)) == "drop"_L1)
+                else if (atOnce == "show" || atOnce == "drop")
                     becomes = S::Idle;
-                const char *end = event == GrabEvent::Press  ? row.pressEnds
-                                  : event == GrabEvent::Quit ? row.quitEnds
-                                                             : "";
-                QTest::addRow("%s, event %d", qPrintable(GrabFlow::nameOf(row.state)), i)
-                    << row.state << event << QString::fromLatin1(row.atOnce.at(i)) << becomes
-                    << QString::fromLatin1(end);
+                const char *end = event == E::Press  ? row.pressEnds
+                                  : event == E::Quit ? row.quitEnds
+                                                     : "";
+                eventInState(row.state, event, QString::fromLatin1(atOnce), becomes,
+                             QString::fromLatin1(end));
             }
         }
     }
 
-    void everyEventInEveryState()
-    {
-        QFETCH(GrabState, state);
-        QFETCH(GrabEvent, event);
-        QStringList atOnce;
-        GrabState after = GrabState::Idle;
-        bool mayClose = false;
-        const QMap<GrabEvent, Hook> events{
-            {GrabEvent::Press, [&] { m_flow->press(GrabCommand::Screen); }},
-            {GrabEvent::Escape, [&] { m_flow->escape(); }},
-            {GrabEvent::Opens, [&] { m_flow->opened(); }},
-            {GrabEvent::Works, [&] { m_flow->helperWorks(); }},
-            {GrabEvent::Scrolls, [&] { m_flow->helperScrolls(); }},
-            {GrabEvent::PutsBack, [&] { m_flow->helperPutsBack(); }},
-            {GrabEvent::Ends, [&] { m_flow->helperEnds(); }},
-            {GrabEvent::Quit, [&] { mayClose = m_flow->quit(); }},
-            {GrabEvent::DisplayLost, [&] { m_flow->displayLost(); }}};
-        in(state, [&] {
-            m_fake->log.clear();
-            events[event]();
-            atOnce = std::exchange(m_fake->log, {});
-            after = m_flow->state();
-        });
-        QTEST(atOnce.join(u','), "atOnce");
-        QTEST(after, "becomes");
-        QFETCH(QString, inTheEnd);
-        QCoreApplication::processEvents();
-        if (!inTheEnd.isEmpty())
-            QVERIFY2(m_fake->log.contains(inTheEnd), qPrintable(m_fake->log.join(u',')));
-        // Who may not close the program at once is told when to.
-        if (event == GrabEvent::Quit) {
-            QCOMPARE(mayClose, inTheEnd.isEmpty());
-            QCOMPARE(m_flow->state(), GrabState::Idle);
-        }
-        // No state is a trap.
-        m_flow->helperEnds();
-        QCoreApplication::processEvents();
-        QCOMPARE(m_flow->state(), GrabState::Idle);
-    }
-
     // From the press to the end, in the order that other programs and the picture depend on.
-    void orders_data()
+
+    void orders()
     {
-        QTest::addColumn<GrabCommand>("command");
-        QTest::addColumn<GrabSituation>("before");
-        QTest::addColumn<bool>("accepts");
-        QTest::addColumn<bool>("empty");
-        QTest::addColumn<QString>("log");
+        using C = GrabCommand;
+        const auto check = [&](const QByteArray &row, const GrabCommand &command,
+                               const GrabSituation &before, bool accepts, bool empty,
+                               const char *log) {
+            init();
+            m_fake->now = before;
+            m_fake->accepts = accepts;
+            m_fake->isEmpty = empty;
+            m_flow->press(command);
+            expect(row, m_fake->log.join(u','), QString::fromLatin1(log));
+            expect(row, m_flow->state(), GrabState::Idle);
+        };
         const GrabSituation other{.isComposited = true, .countdown = 5};
         GrabSituation shows = other;
         shows.showAfter = true;
@@ -251,44 +213,24 @@ private slots:
         refused.refusal = u"not here"_s;
         GrabSituation noCount = other;
         noCount.countdown = 0;
-        using C = GrabCommand;
-        const auto row = [](const char *name, C command, const GrabSituation &before, bool accepts,
-                            bool empty, const char *log) {
-            QTest::newRow(name) << command << before << accepts << empty
-                                << QString::fromLatin1(log);
-        };
-        // clang-format off
-        row("from another program",  C::Rectangle, other,     true,  false, "cover,mark,other,document,give back");
-        row("and shown",             C::Ellipse,   shows,     true,  false, "cover,mark,other,document,show,keep");
-        row("given up",              C::Polygon,   shows,     false, false, "cover,mark,give back");
-        row("empty",                 C::Rectangle, shows,     true,  true,  "cover,mark,other,say,give back");
-        row("own, given up",         C::Rectangle, hides,     false, false, "cover,minimize,mark,restore,keep");
-        row("own, taken",            C::Rectangle, hides,     true,  false, "cover,minimize,mark,document,keep");
-        row("minimised, given up",   C::Rectangle, minimized, false, false, "cover,mark,keep");
-        row("counted",               C::Countdown, other,     true,  false, "count,other,screen,document");
-        row("count given up",        C::Countdown, other,     false, false, "count,other");
-        row("own count given up",    C::Countdown, hides,     false, false, "minimize,count,restore");
-        row("no count wanted",       C::Countdown, noCount,   true,  false, "other,screen,document");
-        row("windows",               C::Windows,   shows,     true,  false, "browse,document,document");
-        row("no window",             C::Windows,   other,     true,  true,  "browse,say");
-        row("refused",               C::Rectangle, refused,   true,  false, "say");
-        row("refused: helper",       C::Window,    refused,   true,  false, "say");
-        row("shown where refused",   C::Show,      refused,   true,  false, "show");
-        // clang-format on
-    }
-
-    void orders()
-    {
-        QFETCH(GrabCommand, command);
-        QFETCH(GrabSituation, before);
-        QFETCH(bool, accepts);
-        QFETCH(bool, empty);
-        m_fake->now = before;
-        m_fake->accepts = accepts;
-        m_fake->isEmpty = empty;
-        m_flow->press(command);
-        QTEST(m_fake->log.join(u','), "log");
-        QCOMPARE(m_flow->state(), GrabState::Idle);
+        check("from another program", C::Rectangle, other, true, false,
+              "cover,mark,other,document,give back");
+        check("and shown", C::Ellipse, shows, true, false, "cover,mark,other,document,show,keep");
+        check("given up", C::Polygon, shows, false, false, "cover,mark,give back");
+        check("empty", C::Rectangle, shows, true, true, "cover,mark,other,say,give back");
+        check("own, given up", C::Rectangle, hides, false, false,
+              "cover,minimize,mark,restore,keep");
+        check("own, taken", C::Rectangle, hides, true, false, "cover,minimize,mark,document,keep");
+        check("minimised, given up", C::Rectangle, minimized, false, false, "cover,mark,keep");
+        check("counted", C::Countdown, other, true, false, "count,other,screen,document");
+        check("count given up", C::Countdown, other, false, false, "count,other");
+        check("own count given up", C::Countdown, hides, false, false, "minimize,count,restore");
+        check("no count wanted", C::Countdown, noCount, true, false, "other,screen,document");
+        check("windows", C::Windows, shows, true, false, "browse,document,document");
+        check("no window", C::Windows, other, true, true, "browse,say");
+        check("refused", C::Rectangle, refused, true, false, "say");
+        check("refused: helper", C::Window, refused, true, false, "say");
+        check("shown where refused", C::Show, refused, true, false, "show");
     }
 
     void lastPressIsKept()
@@ -392,6 +334,46 @@ private slots:
     }
 
 private:
+    void eventInState(GrabState state, GrabEvent event, const QString &expected, GrabState becomes,
+                      const QString &inTheEnd)
+    {
+        init();
+        const QByteArray row =
+            GrabFlow::nameOf(state).toLatin1() + ", event " + QByteArray::number(int(event));
+        QStringList atOnce;
+        GrabState after = GrabState::Idle;
+        bool mayClose = false;
+        const QMap<GrabEvent, Hook> events{
+            {GrabEvent::Press, [&] { m_flow->press(GrabCommand::Screen); }},
+            {GrabEvent::Escape, [&] { m_flow->escape(); }},
+            {GrabEvent::Opens, [&] { m_flow->opened(); }},
+            {GrabEvent::Works, [&] { m_flow->helperWorks(); }},
+            {GrabEvent::Scrolls, [&] { m_flow->helperScrolls(); }},
+            {GrabEvent::PutsBack, [&] { m_flow->helperPutsBack(); }},
+            {GrabEvent::Ends, [&] { m_flow->helperEnds(); }},
+            {GrabEvent::Quit, [&] { mayClose = m_flow->quit(); }},
+            {GrabEvent::DisplayLost, [&] { m_flow->displayLost(); }}};
+        in(state, [&] {
+            m_fake->log.clear();
+            events[event]();
+            atOnce = std::exchange(m_fake->log, {});
+            after = m_flow->state();
+        });
+        expect(row, atOnce.join(u','), expected);
+        expect(row, after, becomes);
+        QCoreApplication::processEvents();
+        if (!inTheEnd.isEmpty())
+            QVERIFY2(m_fake->log.contains(inTheEnd), row + m_fake->log.join(u',').toLatin1());
+        // Who may not close the program at once is told when to.
+        if (event == GrabEvent::Quit) {
+            expect(row, mayClose, inTheEnd.isEmpty());
+            expect(row, m_flow->state(), GrabState::Idle);
+        }
+        // No state is a trap.
+        m_flow->helperEnds();
+        QCoreApplication::processEvents();
+        expect(row, m_flow->state(), GrabState::Idle);
+    }
     /// What has been done since the last time, once nothing is left to do.
     QString done()
     {

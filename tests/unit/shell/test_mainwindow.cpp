@@ -2,53 +2,13 @@
 #include "rows.h"
 #include "shellfixture.h"
 
-#include <QAbstractItemView>
-#include <QClipboard>
-#include <QColorDialog>
-#include <QComboBox>
-#include <QDir>
-#include <QLabel>
-#include <QLayout>
-#include <QMenu>
-#include <QMenuBar>
-#include <QMouseEvent>
-#include <QRegularExpression>
-#include <QScrollArea>
-#include <QScrollBar>
-#include <QShortcut>
-#include <QTabBar>
-#include <QTextEdit>
-#include <QWindow>
-
 #include <cwchar>
 
 using namespace Qt::StringLiterals;
 
-class TestMainWindow;
-using Way = std::function<void(TestMainWindow &)>;
-
 class TestMainWindow : public ShellTest
 {
     Q_OBJECT
-
-    static Way byButton(const char *name)
-    {
-        return [name](TestMainWindow &test) { test.button(name)->click(); };
-    }
-    // From the menu bar or the tray.
-    static Way byItem(const QString &caption)
-    {
-        return [caption](TestMainWindow &test) {
-            for (QAction *action : test.m_window->findChildren<QAction *>()) {
-                if (action->text() == caption)
-                    return action->trigger();
-            }
-        };
-    }
-    static Way byHotKey(long number)
-    {
-        return [number](TestMainWindow &) { HotkeyCallBack(number, 0); };
-    }
 
 private slots:
     void init()
@@ -481,49 +441,56 @@ private slots:
             QVERIFY2(all.contains(text), qPrintable(text));
     }
 
-    void everyWayToACommand_data()
-    {
-        QTest::addColumn<Way>("way");
-        QTest::addColumn<QString>("opens");
-        QTest::addColumn<int>("pictures");
-        const QString browser = u"WindowsPreView"_s;
-        const QString countdown = u"DialogCountDown"_s;
-        QTest::newRow("browser: button") << byButton("BtnAllWindows") << browser << 0;
-        QTest::newRow("browser: menus") << byItem(u"All Windows"_s) << browser << 0;
-        QTest::newRow("browser: hot key") << byHotKey(4) << browser << 0;
-        QTest::newRow("countdown: button") << byButton("BtnFullScreen") << countdown << 0;
-        QTest::newRow("countdown: menu") << byItem(u"Full Screen"_s) << countdown << 0;
-        QTest::newRow("countdown: tray")
-            << byItem(u"Capture Full Screen with Countdown Timer"_s) << countdown << 0;
-        QTest::newRow("countdown: hot key") << byHotKey(7) << countdown << 0;
-        QTest::newRow("at once: tray") << byItem(u"Capture Full Screen"_s) << QString() << 1;
-        QTest::newRow("at once: hot key") << byHotKey(6) << QString() << 1;
-        QTest::newRow("no hot key") << byHotKey(0) << QString() << 0;
-        QTest::newRow("no hot key either") << byHotKey(10) << QString() << 0;
-    }
-
     void everyWayToACommand()
     {
-        QFETCH(Way, way);
-        m_desktop->windows->list = {{{.number = 1, .bounds = {0, 0, 800, 600}}, Qt::red}};
-        SetConfigString(u"ScreenTimer"_s, u"1000"_s);
-        QString opened;
-        QTimer watch;
-        connect(&watch, &QTimer::timeout, this, [&] {
-            for (QWidget *widget : QApplication::topLevelWidgets()) {
-                if (!qobject_cast<QDialog *>(widget) || !widget->isVisible())
-                    continue;
-                opened = QString::fromLatin1(widget->metaObject()->className());
-                QTest::keyClick(widget, Qt::Key_Escape);
-            }
-        });
-        watch.start(1);
-        way(*this);
-        QTEST(opened, "opens");
         // What is given up leaves no picture.
-        QTEST(tabs()->count(), "pictures");
-        if (tabs()->count() > 0)
-            QCOMPARE(editor()->getPixmap().toImage(), solid({800, 600}, Qt::red).toImage());
+        const auto check = [this](const QByteArray &row, const Hook &way, const QString &opens) {
+            init();
+            m_desktop->windows->list = {{{.number = 1, .bounds = {0, 0, 800, 600}}, Qt::red}};
+            SetConfigString(u"ScreenTimer"_s, u"1000"_s);
+            QString opened;
+            QTimer watch;
+            connect(&watch, &QTimer::timeout, this, [&] {
+                for (QWidget *widget : QApplication::topLevelWidgets()) {
+                    if (!qobject_cast<QDialog *>(widget) || !widget->isVisible())
+                        continue;
+                    opened = QString::fromLatin1(widget->metaObject()->className());
+                    QTest::keyClick(widget, Qt::Key_Escape);
+                }
+            });
+            watch.start(1);
+            way();
+            if (tabs()->count() == 1 &&
+                editor()->getPixmap().toImage() == solid({800, 600}, Qt::red).toImage())
+                opened += u"picture"_s;
+            expect(row, opened, opens);
+        };
+        // From the menu bar or the tray.
+        const auto item = [this](const QString &caption) {
+            return [this, caption] {
+                for (QAction *action : m_window->findChildren<QAction *>()) {
+                    if (action->text() == caption)
+                        return action->trigger();
+                }
+            };
+        };
+        const auto hotKey = [](long number) { return [number] { HotkeyCallBack(number, 0); }; };
+        const QString browser = u"WindowsPreView"_s;
+        const QString countdown = u"DialogCountDown"_s;
+        const QString picture = u"picture"_s;
+        check(
+            "browser: button", [this] { button("BtnAllWindows")->click(); }, browser);
+        check("browser: menus", item(u"All Windows"_s), browser);
+        check("browser: hot key", hotKey(4), browser);
+        check(
+            "countdown: button", [this] { button("BtnFullScreen")->click(); }, countdown);
+        check("countdown: menu", item(u"Full Screen"_s), countdown);
+        check("countdown: tray", item(u"Capture Full Screen with Countdown Timer"_s), countdown);
+        check("countdown: hot key", hotKey(7), countdown);
+        check("at once: tray", item(u"Capture Full Screen"_s), picture);
+        check("at once: hot key", hotKey(6), picture);
+        check("no hot key", hotKey(0), {});
+        check("no hot key either", hotKey(10), {});
     }
 };
 

@@ -6,12 +6,6 @@
 #include "shell/dialogpreference.h"
 #include "shellfixture.h"
 
-#include <QCheckBox>
-#include <QComboBox>
-#include <QLabel>
-#include <QLineEdit>
-#include <QScreen>
-
 using namespace Qt::StringLiterals;
 
 class TestPreferences : public ShellTest
@@ -137,35 +131,32 @@ private slots:
         QVERIFY(isOnDisk("/two"));
     }
 
-    void extremeNumbers_data()
-    {
-        QTest::addColumn<QString>("number");
-        for (const char *number : {"2147483647", "-2147483648", "99999999999", "0", "x"})
-            QTest::newRow(number) << QString::fromLatin1(number);
-    }
-
     void extremeNumbers()
     {
-        QFETCH(QString, number);
-        for (const QString &key :
-             {u"WindowLeft"_s, u"WindowTop"_s, u"WindowWidth"_s, u"WindowHeight"_s, u"LineWidth"_s,
-              u"LineColor"_s, u"ScreenTimer"_s, u"Magnification"_s})
-            SetConfigString(key, number);
-        SetConfigString(u"TextFont"_s, u"Sans,%1,-1,5,50,0,0,0,0,0"_s.arg(number));
-        end();
-        start();
-        m_window->InitShowGeometry();
-        const QRect screen = m_window->screen()->availableGeometry();
-        QCOMPARE(m_window->size(), screen.size()
-                                       .boundedTo(m_window->size())
-                                       .expandedTo(QSize(950, 650).boundedTo(screen.size())));
-        QVERIFY(screen.contains(m_window->pos()));
-        QVERIFY(MainWindow::GetScreenTimerFromXML() <= 24 * 60 * 60);
-        const int multiple = MainWindow::GetMagnificationFromXML();
-        QVERIFY(multiple >= 1 && multiple <= 64);
-        QVERIFY(editor()->getLineWidth() >= 1 && editor()->getLineWidth() <= 1000);
-        const QFont font = editor()->EditFont();
-        QVERIFY(font.pointSize() <= 500 && font.pixelSize() <= 500);
+        for (const QByteArray number : {"2147483647", "-2147483648", "99999999999", "0", "x"}) {
+            begin();
+            const QString text = QString::fromLatin1(number);
+            for (const QString &key :
+                 {u"WindowLeft"_s, u"WindowTop"_s, u"WindowWidth"_s, u"WindowHeight"_s,
+                  u"LineWidth"_s, u"LineColor"_s, u"ScreenTimer"_s, u"Magnification"_s})
+                SetConfigString(key, text);
+            SetConfigString(u"TextFont"_s, u"Sans,%1,-1,5,50,0,0,0,0,0"_s.arg(text));
+            end();
+            start();
+            m_window->InitShowGeometry();
+            const QRect screen = m_window->screen()->availableGeometry();
+            expect(number, m_window->size(),
+                   screen.size()
+                       .boundedTo(m_window->size())
+                       .expandedTo(QSize(950, 650).boundedTo(screen.size())));
+            QVERIFY2(screen.contains(m_window->pos()), number);
+            QVERIFY2(MainWindow::GetScreenTimerFromXML() <= 24 * 60 * 60, number);
+            const int multiple = MainWindow::GetMagnificationFromXML();
+            QVERIFY2(multiple >= 1 && multiple <= 64, number);
+            QVERIFY2(editor()->getLineWidth() >= 1 && editor()->getLineWidth() <= 1000, number);
+            const QFont font = editor()->EditFont();
+            QVERIFY2(font.pointSize() <= 500 && font.pixelSize() <= 500, number);
+        }
     }
 
 private:

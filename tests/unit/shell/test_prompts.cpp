@@ -1,10 +1,8 @@
 // Saving, and what arrives while the main window asks whether to save.
 
 #include "config/settings.h"
+#include "rows.h"
 #include "shellfixture.h"
-
-#include <QFileDialog>
-#include <QLabel>
 
 #include <algorithm>
 #include <chrono>
@@ -79,27 +77,24 @@ private slots:
 
     void cleanup() { finish(); }
 
-    void shapesReachTheirFile_data()
-    {
-        QTest::addColumn<bool>("byBus");
-        QTest::newRow("a file opened meanwhile") << true;
-        QTest::newRow("a grab that ended meanwhile") << false;
-    }
-
     // What came to the front while the prompt was up must not lend its shapes to the file that is
     // saved.
     void shapesReachTheirFile()
     {
-        QFETCH(bool, byBus);
-        markUp(at(u"a.png"_s));
-        answer(QMessageBox::Save, [&] {
-            byBus ? m_window->openPictures({at(u"b.png"_s)}) : add({20, 20});
-        });
-        m_window->CloseFile();
-        QCOMPARE(leftEdge(u"a.png"_s), QColor(Qt::red));
-        QCOMPARE(m_window->GetDocumentIndex(at(u"a.png"_s)), -1);
-        QCOMPARE(tabs()->count(), 1);
-        QVERIFY(editor()->getVecUnDo().isEmpty());
+        const auto check = [&](const QByteArray &row, bool byBus) {
+            init();
+            markUp(at(u"a.png"_s));
+            answer(QMessageBox::Save, [&] {
+                byBus ? m_window->openPictures({at(u"b.png"_s)}) : add({20, 20});
+            });
+            m_window->CloseFile();
+            expect(row, leftEdge(u"a.png"_s), QColor(Qt::red));
+            expect(row, m_window->GetDocumentIndex(at(u"a.png"_s)), -1);
+            expect(row, tabs()->count(), 1);
+            QVERIFY2(editor()->getVecUnDo().isEmpty(), row);
+        };
+        check("a file opened meanwhile", true);
+        check("a grab that ended meanwhile", false);
     }
 
     void newPicturesAreNotDiscarded()
@@ -130,26 +125,23 @@ private slots:
         QVERIFY(m_window->HasModified(true));
     }
 
-    void eachFileGetsItsOwnShapes_data()
-    {
-        QTest::addColumn<bool>("byTheTab");
-        QTest::newRow("all are saved") << false;
-        QTest::newRow("the tab that is not in front is closed") << true;
-    }
-
     void eachFileGetsItsOwnShapes()
     {
-        QFETCH(bool, byTheTab);
-        markUp(at(u"a.png"_s));
-        m_window->openPictures({at(u"b.png"_s)});
-        change();
-        answer(byTheTab ? QMessageBox::Save : QMessageBox::SaveAll);
-        if (byTheTab)
-            m_window->CloseFile(0);
-        else
-            QVERIFY(m_window->CloseAllFiles());
-        QCOMPARE(leftEdge(u"a.png"_s), QColor(Qt::red));
-        QCOMPARE(leftEdge(u"b.png"_s), QColor(Qt::blue));
+        const auto check = [&](const QByteArray &row, bool byTheTab) {
+            init();
+            markUp(at(u"a.png"_s));
+            m_window->openPictures({at(u"b.png"_s)});
+            change();
+            answer(byTheTab ? QMessageBox::Save : QMessageBox::SaveAll);
+            if (byTheTab)
+                m_window->CloseFile(0);
+            else
+                QVERIFY2(m_window->CloseAllFiles(), row);
+            expect(row, leftEdge(u"a.png"_s), QColor(Qt::red));
+            expect(row, leftEdge(u"b.png"_s), QColor(Qt::blue));
+        };
+        check("all are saved", false);
+        check("the tab that is not in front is closed", true);
     }
 
     // The picture stays modified, and whatever wanted to close it stops; until a save works.
@@ -172,23 +164,20 @@ private slots:
         QCOMPARE(title(), u"a.png - Snap Workbench"_s);
     }
 
-    void otherFormatsAreSavedElsewhere_data()
-    {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<QString>("proposed");
-        QTest::newRow("read only") << u"c.gif"_s << u"c.png"_s;
-        QTest::newRow("no ending") << u"a"_s << u"a 1.png"_s;
-    }
-
     void otherFormatsAreSavedElsewhere()
     {
-        QFETCH(QString, name);
-        markUp(m_scratch->put(name, s_gif));
-        cancelSaveAs();
-        QVERIFY(!m_window->SaveFile());
-        QTEST(m_proposed, "proposed");
-        QCOMPARE(m_scratch->get(name), s_gif);
-        QVERIFY(m_window->HasModified(false));
+        const auto check = [&](const QByteArray &row, const QString &name,
+                               const QString &proposed) {
+            init();
+            markUp(m_scratch->put(name, s_gif));
+            cancelSaveAs();
+            QVERIFY2(!m_window->SaveFile(), row);
+            expect(row, m_proposed, proposed);
+            expect(row, m_scratch->get(name), s_gif);
+            QVERIFY2(m_window->HasModified(false), row);
+        };
+        check("read only", u"c.gif"_s, u"c.png"_s);
+        check("no ending", u"a"_s, u"a 1.png"_s);
     }
 
     void anotherFileIsNotOverwritten()

@@ -1,11 +1,8 @@
 // What is not saved: kept while it is worked on, and brought back by the next start.
 
 #include "editing/rendering.h"
+#include "rows.h"
 #include "shellfixture.h"
-
-#include <QScopeGuard>
-#include <QTabBar>
-#include <QTextEdit>
 
 #include <csignal>
 
@@ -143,45 +140,40 @@ private slots:
             QStringList());
     }
 
-    void nothingIsEverDeleted_data()
+    void nothingIsEverDeleted()
     {
-        QTest::addColumn<QString>("file");
-        QTest::addColumn<QByteArray>("content");
-        QTest::addColumn<bool>("isNewer");
+        const auto check = [&](const QByteArray &row, const QString &file,
+                               const QByteArray &content, bool isNewer) {
+            init();
+            addColoured(Qt::red);
+            kill();
+            const QString name = entries().first();
+            m_scratch->put(u"recovery/"_s + name + u'/' + file, content);
+            QVERIFY2(startAgain(), row);
+            const QString left =
+                isNewer ? folder() + u'/' + name : folder() + u"/damaged/"_s + name;
+            QVERIFY2(
+                told().contains(isNewer ? u"A later version"_s : u"is damaged. What is left"_s) &&
+                    told().contains(left),
+                qPrintable(told()));
+            expect(row, QDir(left).entryList(QDir::Files).size(), 2);
+            expect(row, title(), u"Snap Workbench"_s);
+            QVERIFY2(m_window->CloseAllFiles(), row);
+            kill();
+            expect(row, startAgain(), isNewer);
+            expect(row, QDir(left).entryList(QDir::Files).size(), 2);
+        };
         const QString state = u"state.json"_s;
         const auto shapeOf = [](const QByteArray &kind) -> QByteArray {
             return R"({"version":1,"shapes":[{"kind":)" + kind +
                    R"(,"tool":"line","color":"#ff000000","width":1}]})";
         };
-        QTest::newRow("no state") << state << ""_ba << false;
-        QTest::newRow("another state") << state << "[1,2]"_ba << false;
-        QTest::newRow("an unknown shape") << state << shapeOf(R"("star")") << false;
-        QTest::newRow("a shape beyond all measure")
-            << state << shapeOf(R"("line","points":[1e300,0])") << false;
-        QTest::newRow("half a picture") << u"picture.png"_s << "\x89PNG\r\n\x1a\n"_ba << false;
-        QTest::newRow("a later version") << state << R"({"version":2})"_ba << true;
-    }
-
-    void nothingIsEverDeleted()
-    {
-        QFETCH(QString, file);
-        QFETCH(QByteArray, content);
-        QFETCH(bool, isNewer);
-        addColoured(Qt::red);
-        kill();
-        const QString name = entries().first();
-        m_scratch->put(u"recovery/"_s + name + u'/' + file, content);
-        QVERIFY(startAgain());
-        const QString left = isNewer ? folder() + u'/' + name : folder() + u"/damaged/"_s + name;
-        QVERIFY2(told().contains(isNewer ? u"A later version"_s : u"is damaged. What is left"_s) &&
-                     told().contains(left),
-                 qPrintable(told()));
-        QCOMPARE(QDir(left).entryList(QDir::Files).size(), 2);
-        QCOMPARE(title(), u"Snap Workbench"_s);
-        QVERIFY(m_window->CloseAllFiles());
-        kill();
-        QCOMPARE(startAgain(), isNewer);
-        QCOMPARE(QDir(left).entryList(QDir::Files).size(), 2);
+        check("no state", state, ""_ba, false);
+        check("another state", state, "[1,2]"_ba, false);
+        check("an unknown shape", state, shapeOf(R"("star")"), false);
+        check("a shape beyond all measure", state, shapeOf(R"("line","points":[1e300,0])"), false);
+        check("half a picture", u"picture.png"_s, "\x89PNG\r\n\x1a\n"_ba, false);
+        check("a later version", state, R"({"version":2})"_ba, true);
     }
 
     // A limit on the size of files stands for the disk.

@@ -7,15 +7,6 @@
 #include "shellfixture.h"
 #include "testmain.h"
 
-#include <QComboBox>
-#include <QDebug>
-#include <QLabel>
-#include <QMenuBar>
-#include <QMouseEvent>
-#include <QScopeGuard>
-#include <QTabBar>
-#include <QTranslator>
-
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -92,6 +83,8 @@ private slots:
         m_form = form(name);
         m_form->show();
         QCoreApplication::processEvents();
+        if (name == u"overlay")
+            QVERIFY(m_form->findChild<QLabel *>(u"label_6"_s)->text().startsWith(u":36"_s));
         int texts = 0;
         for (const QWidget *widget : m_form->findChildren<QWidget *>()) {
             const QSize least = needs(*widget);
@@ -139,6 +132,7 @@ private:
             QCoreApplication::sendEvent(surface, &move);
             QCoreApplication::processEvents();
             QTest::mouseRelease(surface, Qt::LeftButton, {}, far.toPoint());
+            QTest::keyClick(surface, Qt::Key_A);  // with which the sizes are longest
             return overlay;
         }
         start();
