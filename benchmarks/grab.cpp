@@ -1,6 +1,6 @@
 #include "comparison.h"
 
-#include "platform/windowlist.h"
+#include "platform/desktoppictures.h"
 
 #include <QGuiApplication>
 #include <QImage>
@@ -61,7 +61,7 @@ void wholeDesktop(benchmark::State &state)
 {
     Open pictures(state);
     for (auto _ : state)
-        pictures.keep(screenWindow(0, 0, -1, -1, true, nullptr));
+        pictures.keep(desktopPicture(desktopBox()));
 }
 
 // The screen by one request, into a segment that is shared with the server for all of the time.

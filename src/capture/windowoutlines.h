@@ -37,9 +37,6 @@ public:
     /// Where the widest menu bar stands among the outlines; -2 without one.
     int menuBarIndex() const { return m_menuBarIndex; }
 
-    /// The lowest of the screens that stand below one another from the primary one on.
-    static QRect dockScreen(const QList<QRect> &screens);
-
 private:
     void cutVisible();
 

@@ -24,7 +24,7 @@ public:
     Grab take() override;
     /// The picked window's picture, whatever covers it, and in `name`, if not null, its
     /// application. Null, with `name` as it was, while none is picked, and null for a window that
-    /// has closed. No other window list may have been taken meanwhile.
+    /// has closed.
     QPixmap getPixmap(QString *name);
 
 protected:
@@ -55,6 +55,7 @@ private:
     int indexOf(int number) const;
 
     std::unique_ptr<Ui::mouseShot> m_ui;
+    QList<WindowServer::Entry> m_windows;
     WindowOutlines m_outlines;
-    int m_currentIndex = 0;  // the pick: a position in the window list; 0 for none
+    int m_currentIndex = 0;  // the pick: a position in m_windows; 0 for none
 };

@@ -7,6 +7,9 @@
 
 class QWidget;
 
+// The window list by index, and pictures with it, for callers that count windows. The program's own
+// windows ask the services (`platform/services.h`, `platform/desktoppictures.h`).
+
 /// One snapshot of the window list, and the last picture of a single window. An index is a position
 /// in `WindowInfo`, front to back; a new snapshot makes every older index void.
 struct CocoaGrabWindows {
@@ -42,16 +45,10 @@ void getScreenSize(int &width, int &height);
 /// screen tried in `rect`, if none does. Global device pixels.
 int getOneScreen(int x, int y, QRect &rect);
 
-/// A picture of a rectangle of the desktop, in global device pixels. With `clip` the rectangle is
-/// fitted to the desktop, and (0, 0, -1, -1) means all of it. `except`, if not null, is left out,
-/// and so are its child windows.
+/// Takes a new snapshot, and a picture of a rectangle of the desktop, in global device pixels. With
+/// `clip` the rectangle is fitted to the desktop, and (0, 0, -1, -1) means all of it. `except`, if
+/// not null, is left out, and so are its child windows.
 QImage GrabFullWindow(int x, int y, int width, int height, bool clip, QWidget *except);
-/// The same without a snapshot, which costs more than a small picture: what the desktop would show
-/// there without a window and its child windows. Global device pixels, not fitted to the desktop.
-QImage pictureBehind(const QRect &area, const QWidget &except);
 QPixmap screenWindow(int x, int y, int width, int height, bool clip, QWidget *except);
-/// Waits, with events running, until a window is off the screen, frame and all, by its number in
-/// the list; some seconds at the most. For one of this program that is hidden already.
-void waitUntilGone(int number);
 /// The desktop's menu bar; null where there is none.
 QPixmap screenMenu();

@@ -46,6 +46,13 @@ public:
         QString owner{};   ///< application; may be empty
         uint process = 0;  ///< 0 where the window doesn't tell
         Kind kind = Kind::Other;
+
+        /// The application as pictures are called after it: programs may tell a name of any length.
+        QString shownOwner() const
+        {
+            constexpr qsizetype longest = 255;
+            return owner.left(longest);
+        }
     };
     enum class List { All, OnScreen, AtAndAbove };
 
@@ -96,7 +103,7 @@ public:
 
     /// False where the desktop has no menu bar of its own: nothing to look for, nothing to cover
     /// up.
-    virtual bool hasMenuBar() const = 0;
+    virtual bool hasMenuBar() const { return false; }
 
     /// True when translucent windows are mixed with what lies behind them.
     virtual bool isComposited() = 0;

@@ -2,6 +2,7 @@
 
 #include "base/clock.h"
 #include "platform/applicationwatch.h"
+#include "platform/menubardesktop.h"
 #include "platform/services.h"
 #include "platform/windowlist.h"
 
@@ -71,7 +72,7 @@ FocusCover::~FocusCover() { g_widgetExcept = nullptr; }
 
 void FocusCover::appear()
 {
-    m_menuBar = screenMenu();
+    m_menuBar = MenuBarDesktop::menuBarPicture();
     // A window has one pixel at least; a shape that lies outside keeps it off the screen.
     setGeometry(QRect({}, m_menuBar.size().expandedTo({1, 1})));
     if (m_menuBar.isNull())

@@ -1,5 +1,7 @@
 #include "capture/windowoutlines.h"
 
+#include "platform/menubardesktop.h"
+
 #include <QRandomGenerator>
 #include <QRegion>
 #include <QTest>
@@ -147,7 +149,7 @@ void TestWindowOutlines::dockScreen_data()
 void TestWindowOutlines::dockScreen()
 {
     QFETCH(QList<QRect>, screens);
-    QTEST(WindowOutlines::dockScreen(screens), "screen");
+    QTEST(MenuBarDesktop::dockScreen(screens), "screen");
 }
 
 QTEST_APPLESS_MAIN(TestWindowOutlines)
