@@ -137,7 +137,7 @@ bool X11HotKeys::pressed(const xcb_key_press_event_t &key)
         xcb_ungrab_keyboard(m_display.connection(), key.time);
         xcb_flush(m_display.connection());
     }
-    const char letter = m_keyboard.layout.letterOf(key.detail, currentGroup(key.state));
+    const char letter = m_keyboard.layout.letterOf(key.detail, currentGroup(m_display, key.state));
     const int number = m_letters.key(letter, -1);
     if (letter == 0 || number == -1)
         return false;

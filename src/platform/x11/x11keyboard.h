@@ -15,4 +15,4 @@ struct X11Keyboard {
 X11Keyboard readX11Keyboard(X11Display &display);
 
 /// The number of the layout in force as a key was pressed, with the state that the event had.
-int currentGroup(uint16_t state);
+int currentGroup(X11Display &display, uint16_t state);
