@@ -1,6 +1,7 @@
 #include "shell/focuscover.h"
 
 #include "base/clock.h"
+#include "base/log.h"
 #include "platform/applicationwatch.h"
 #include "platform/menubardesktop.h"
 #include "platform/services.h"
@@ -32,7 +33,7 @@ void Front::bring(QWidget &window) const
     target->raise();
     // A window manager may refuse at first, so the request is made again from time to time.
     qint64 next = m_clock.now();
-    waitUntil(m_clock, s_bringLimit, [&] {
+    const bool isInFront = waitUntil(m_clock, s_bringLimit, [&] {
         if (!target || !target->isVisible() || IsAppActive())
             return true;
         if (m_clock.now() >= next) {
@@ -41,16 +42,20 @@ void Front::bring(QWidget &window) const
         }
         return IsAppActive();
     });
+    if (!isInFront)
+        qCInfo(logGrab) << "the front could not be got";
 }
 
 void Front::giveBack() const
 {
     SetPreAppActive();
     int inactive = 0;
-    waitUntil(m_clock, s_giveBackLimit, [&] {
+    const bool isGiven = waitUntil(m_clock, s_giveBackLimit, [&] {
         QCoreApplication::processEvents();
         return !IsAppActive() && ++inactive == s_inactiveLooks;
     });
+    if (!isGiven)
+        qCInfo(logGrab) << "nobody took the front back";
 }
 
 void Front::settle() const
