@@ -2,15 +2,39 @@
 
 #include <string>
 
+/// What a figure is held to.
+struct Limit {
+    enum class Kind {
+        None,     ///< told, and held to nothing
+        AtMost,   ///< the smaller, the better
+        AtLeast,  ///< the larger, the better
+    };
+    Kind kind = Kind::None;
+    double value = 0;
+    /// The share by which one run may miss the value because the machine's runs differ that much
+    /// by themselves: 0.2 is a fifth.
+    double variation = 0;
+};
+
+constexpr Limit atMost(double value, double variation = 0)
+{
+    return {Limit::Kind::AtMost, value, variation};
+}
+constexpr Limit atLeast(double value, double variation = 0)
+{
+    return {Limit::Kind::AtLeast, value, variation};
+}
+
 /// A line of the final table: the ratio of one benchmark's median to that of another, or the median
 /// itself if there is no other.
 struct Comparison {
     std::string what{};
-    std::string measured{};  ///< a benchmark's name
-    std::string against{};   ///< a benchmark's name; empty for an absolute number
-    bool faster = false;     ///< prints how many times faster instead of how many times as much
-    std::string unit{};      ///< of the median itself
-    std::string limit{};     ///< the limit that is aimed at
+    std::string measured{};      ///< a benchmark's name
+    std::string against{};       ///< a benchmark's name; empty for an absolute number
+    bool faster = false;         ///< tell how many times faster, and not how many times as much
+    bool processorTime = false;  ///< of times, that of this thread, and not what a clock shows
+    std::string unit{};          ///< of an absolute number
+    Limit limit{};
 };
 
 /// Registers a line of the table; called before main.

@@ -55,6 +55,6 @@ BENCHMARK(magnifierRefresh)
     addComparison({.what = "processor time of one magnifier refresh, 20 windows open",
                    .measured = "magnifierRefresh",
                    .unit = "ms",
-                   .limit = "under 2 ms"});
+                   .limit = atMost(2)});
 
 }  // namespace

@@ -133,6 +133,6 @@ BENCHMARK(scrolledPageBare)
                            "waiting for it to come to rest",
                    .measured = "scrolledPage",
                    .against = "scrolledPageBare",
-                   .limit = "at most 1.3 times"});
+                   .limit = atMost(1.3)});
 
 }  // namespace

@@ -28,6 +28,6 @@ BENCHMARK(buttonAttribute)->Unit(benchmark::kMicrosecond)->Repetitions(5);
     addComparison({.what = "one `GetBtnAttr` in the full tree",
                    .measured = "buttonAttribute",
                    .unit = "microseconds",
-                   .limit = "under 20 microseconds"});
+                   .limit = atMost(20)});
 
 }  // namespace

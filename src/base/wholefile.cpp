@@ -1,5 +1,7 @@
 #include "base/wholefile.h"
 
+#include "base/log.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -466,6 +468,8 @@ bool WholeFile::end(bool isDone)
 {
     m_error = isDone ? 0 : errno;
     m_writing.reset();
+    if (!isDone)
+        qCInfo(logStore) << m_path << "was not written:" << error();
     return isDone;
 }
 

@@ -1,8 +1,8 @@
 #include "capture/captureoverlay.h"
 
 #include "platform/applicationwatch.h"
+#include "platform/desktoppictures.h"
 #include "platform/services.h"
-#include "platform/windowlist.h"
 
 #include <QApplication>
 #include <QKeyEvent>
@@ -23,16 +23,6 @@ constexpr int s_keyboardTries = 20;
 QColor black(qreal opacity)
 {
     return QColor::fromRgbF(0.0F, 0.0F, 0.0F, static_cast<float>(opacity));
-}
-
-QRect desktopBox()
-{
-    int left = 0;
-    int top = 0;
-    int width = 0;
-    int height = 0;
-    getScreenGem(left, top, width, height);
-    return {left, top, width, height};
 }
 
 }  // namespace
@@ -143,7 +133,7 @@ bool CaptureOverlay::makeSeeThrough()
     setWindowOpacity(composited && hasSheet() ? m_sheetOpacity : 1.0);
     if (composited)
         return true;
-    m_dimmed = screenWindow(0, 0, -1, -1, true, nullptr);
+    m_dimmed = desktopPicture(desktopBox());
     if (m_dimmed.isNull())
         return false;
     QPainter(&m_dimmed).fillRect(m_dimmed.rect(), black(m_sheetOpacity));

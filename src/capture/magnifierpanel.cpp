@@ -2,8 +2,8 @@
 
 #include "base/palette.h"
 #include "config/settings.h"
+#include "platform/desktoppictures.h"
 #include "platform/services.h"
-#include "platform/windowlist.h"
 #include "ui_magnifierpanel.h"
 
 #include <QBitmap>
@@ -53,16 +53,6 @@ QPixmap maskedIcon(const QString &path)
     if (!icon.isNull())
         icon.setMask(icon.createHeuristicMask(true));
     return icon;
-}
-
-QRect desktopBox()
-{
-    int left = 0;
-    int top = 0;
-    int width = 0;
-    int height = 0;
-    getScreenGem(left, top, width, height);
-    return {left, top, width, height};
 }
 
 }  // namespace

@@ -1,7 +1,7 @@
 #include "capture/polygonoverlay.h"
 
+#include "platform/desktoppictures.h"
 #include "platform/services.h"
-#include "platform/windowlist.h"
 
 #include <QApplication>
 #include <QContextMenuEvent>
@@ -90,7 +90,7 @@ QPixmap dlgFreeHand::getPixmap()
 {
     const QRect box = m_selection.box().translated(area().topLeft());
     if (!box.isEmpty())
-        m_grabbed = screenWindow(box.x(), box.y(), box.width(), box.height(), true, nullptr);
+        m_grabbed = desktopPicture(box);
     return m_grabbed;
 }
 

@@ -1,8 +1,8 @@
 #include "capture/regionoverlay.h"
 
 #include "base/palette.h"
+#include "platform/desktoppictures.h"
 #include "platform/services.h"
-#include "platform/windowlist.h"
 #include "ui_rectangleoverlay.h"
 
 #include <QApplication>
@@ -124,8 +124,7 @@ QPixmap RegionOverlay::getPixmap()
 {
     const QRect global = m_selection.region().translated(area().topLeft());
     if (hasArea())
-        m_grabbed =
-            screenWindow(global.x(), global.y(), global.width(), global.height(), true, nullptr);
+        m_grabbed = desktopPicture(global);
     return m_grabbed;
 }
 

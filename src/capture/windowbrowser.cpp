@@ -1,6 +1,6 @@
 #include "capture/windowbrowser.h"
 
-#include "platform/applicationwatch.h"
+#include "platform/services.h"
 #include "platform/windowlist.h"
 #include "ui_windowbrowser.h"
 
@@ -11,7 +11,6 @@
 #include <QScreen>
 
 #include <algorithm>
-#include <array>
 
 namespace {
 
@@ -20,7 +19,6 @@ constexpr int s_itemType = 1000;
 constexpr int s_firstIconSize = 150;
 constexpr int s_firstSliderValue = 149;
 constexpr int s_captionHeight = 25;  // how much larger than a thumbnail a grid cell is
-constexpr size_t s_nameCapacity = 256;
 
 // A square of `side` device pixels. A picture that is smaller is not enlarged.
 QPixmap thumbnail(const QPixmap &picture, int side)
@@ -92,28 +90,24 @@ bool WindowsPreView::isKnown(int windowId) const
 void WindowsPreView::selectWindowType(int onScreen)
 {
     m_ui->listWidget->clear();
-    const int count = GetWindowList(onScreen, 0);
-    const int except = g_widgetExcept ? GetWindowId(g_widgetExcept) : 0;
-    for (int i = 0; i < count && m_grabMap.size() < count; ++i) {
-        const int number = getWinid(i);
-        if ((g_widgetExcept && number == except) || isKnown(number))
+    WindowServer &server = *services().windows;
+    const auto windows =
+        server.windows(onScreen ? WindowServer::List::OnScreen : WindowServer::List::All, 0);
+    const int except = server.numberOf(g_widgetExcept);
+    for (qsizetype i = 0; i < windows.size() && m_grabMap.size() < windows.size(); ++i) {
+        const WindowServer::Entry &window = windows[i];
+        if ((g_widgetExcept && window.number == except) || isKnown(window.number))
             continue;
-        std::array<wchar_t, s_nameCapacity> owner{};
-        const QImage picture = GrabWindow(i, nullptr, owner.data(), nullptr);
-        int x = 0;
-        int y = 0;
-        int width = 0;
-        int height = 0;
-        GetWindowGeometry(i, &x, &y, &width, &height);
-        if (picture.isNull() || width == 0 || height == 0)
+        const QImage picture = server.picture(std::nullopt, {window.number});
+        if (picture.isNull() || window.bounds.width() < 1 || window.bounds.height() < 1)
             continue;
         const int next = static_cast<int>(m_grabMap.size());
         m_grabMap.insert(next, {.pixmap = QPixmap::fromImage(picture),
-                                .windowId = number,
+                                .windowId = window.number,
                                 // A reader would expect the key 0, but the first record has its
                                 // position in the list, on purpose.
-                                .key = next == 0 ? i : next,
-                                .name = QString::fromWCharArray(owner.data()),
+                                .key = next == 0 ? static_cast<int>(i) : next,
+                                .name = window.shownOwner(),
                                 .onScreen = onScreen == 1});
     }
 }

@@ -1,23 +1,10 @@
 #include "capture/windowoutlines.h"
 
+#include "platform/menubardesktop.h"
+
 namespace {
 
-// The dock's picture behind the dock, whose own bounds are not usable.
-constexpr int s_dockPictureLevel = 19;
-constexpr int s_dockLevel = 20;
-constexpr int s_menuBarLevel = 25;
-
 QPolygon outlineOf(const QRect &bounds) { return QPolygon(bounds, true); }
-
-// The dock is centred at the bottom of its screen.
-QPolygon dockOutline(const QRect &screen, QSize size)
-{
-    const int left = (screen.width() - size.width()) / 2 + screen.x();
-    const int right = (screen.width() + size.width()) / 2 + screen.x();
-    const int top = screen.height() - size.height() + screen.y();
-    const int bottom = screen.y() + screen.height();
-    return outlineOf({left, top, right - left, bottom - top});
-}
 
 }  // namespace
 
@@ -31,16 +18,16 @@ WindowOutlines::WindowOutlines(const QList<Window> &windows, const QList<QRect> 
         if (bounds.width() == 0 || bounds.height() == 0)
             continue;
         const int levelBehind = i + 1 < windows.size() ? windows[i + 1].level : 0;
-        if (level == s_dockPictureLevel) {
-            outline = dockOutline(dockScreen(screens), pictureSize(static_cast<int>(i) - 1));
+        if (MenuBarDesktop::isDockPicture(level)) {
+            outline = MenuBarDesktop::dockOutline(screens, pictureSize(static_cast<int>(i) - 1));
             // A reader would expect one outline, but it replaces the dock's own and is also added
             // for this window, on purpose.
             if (!m_rawPolygons.isEmpty())
                 m_rawPolygons.removeFirst();
             m_rawPolygons.prepend(outline);
-        } else if (level != s_dockLevel || levelBehind == s_dockPictureLevel) {
+        } else if (MenuBarDesktop::hasBounds(level, levelBehind)) {
             outline = outlineOf(bounds);
-            if (level == s_menuBarLevel && bounds.width() > widest) {
+            if (MenuBarDesktop::isMenuBar(level) && bounds.width() > widest) {
                 m_menuBarIndex = -1;
                 widest = bounds.width();
             }
@@ -92,18 +79,4 @@ QPolygon WindowOutlines::visible(int pick) const
     if (pick <= 0 || pick > m_rawPolygons.size())
         return {};
     return m_visiblePolygons.value(m_visiblePolygons.size() - pick);
-}
-
-QRect WindowOutlines::dockScreen(const QList<QRect> &screens)
-{
-    QRect dock = screens.value(0);
-    for (qsizetype step = 1; step < screens.size(); ++step) {
-        for (qsizetype j = 1; j < screens.size(); ++j) {
-            const QRect &screen = screens[j];
-            if (screen.y() == dock.y() + dock.height() && screen.x() != dock.width() &&
-                screen.x() + screen.width() != dock.x())
-                dock = screen;
-        }
-    }
-    return dock;
 }

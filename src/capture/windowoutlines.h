@@ -39,9 +39,6 @@ public:
     /// The position of the widest menu bar among the outlines; -2 if there is none.
     int menuBarIndex() const { return m_menuBarIndex; }
 
-    /// The lowest screen in the column of screens below the primary one.
-    static QRect dockScreen(const QList<QRect> &screens);
-
 private:
     void cutVisible();
 

@@ -1,6 +1,5 @@
 #include "capture/windowpick.h"
 
-#include "platform/applicationwatch.h"
 #include "platform/services.h"
 #include "platform/windowlist.h"
 #include "ui_windowpick.h"
@@ -9,13 +8,18 @@
 #include <QPainter>
 
 #include <algorithm>
-#include <array>
+#include <utility>
 
 namespace {
 
 constexpr int s_pickInterval = 200;  // ms
 constexpr QColor s_tint(0, 0, 0, 100);
-constexpr size_t s_nameCapacity = 256;
+
+QRect truncated(const QRectF &bounds)
+{
+    return {static_cast<int>(bounds.x()), static_cast<int>(bounds.y()),
+            static_cast<int>(bounds.width()), static_cast<int>(bounds.height())};
+}
 
 }  // namespace
 
@@ -36,25 +40,21 @@ mouseShot::~mouseShot() = default;
 
 void mouseShot::readWindows()
 {
-    QList<WindowOutlines::Window> windows(GetWindowList(1, 0));
-    for (int i = 0; i < windows.size(); ++i) {
-        int x = 0;
-        int y = 0;
-        int width = 0;
-        int height = 0;
-        GetWindowGeometry(i, &x, &y, &width, &height);
-        windows[i] = {.bounds = {x, y, width, height}, .level = GetWindowLevel(i)};
-    }
-    m_outlines = WindowOutlines(windows, services().windows->screens(), [](int index) {
-        return GrabWindow(index, nullptr, nullptr, nullptr).size();
+    WindowServer &server = *services().windows;
+    m_windows = server.windows(WindowServer::List::OnScreen, 0);
+    QList<WindowOutlines::Window> windows;
+    for (const WindowServer::Entry &entry : std::as_const(m_windows))
+        windows.append({.bounds = truncated(entry.bounds), .level = entry.layer});
+    m_outlines = WindowOutlines(windows, server.screens(), [this, &server](int index) {
+        return server.picture(std::nullopt, {m_windows.at(index).number}).size();
     });
 }
 
 int mouseShot::pickAt(QPoint point) const
 {
-    const int except = g_widgetExcept ? GetWindowId(g_widgetExcept) : 0;
-    return m_outlines.pick(point, m_currentIndex, [except](int index) {
-        return g_widgetExcept && getWinid(index) == except;
+    const int except = services().windows->numberOf(g_widgetExcept);
+    return m_outlines.pick(point, m_currentIndex, [this, except](int index) {
+        return g_widgetExcept && m_windows.value(index).number == except;
     });
 }
 
@@ -103,17 +103,16 @@ void mouseShot::updateAll() { m_ui->widget->update(); }
 
 std::optional<WindowServer::Entry> mouseShot::picked() const
 {
-    if (m_currentIndex <= 0 || m_currentIndex >= g_WindowList.WindowInfo.size())
+    if (m_currentIndex <= 0 || m_currentIndex >= m_windows.size())
         return std::nullopt;
-    return g_WindowList.WindowInfo[m_currentIndex];
+    return m_windows.at(m_currentIndex);
 }
 
 int mouseShot::indexOf(int number) const
 {
-    const auto &windows = g_WindowList.WindowInfo;
-    const auto found = std::find_if(windows.begin(), windows.end(),
+    const auto found = std::find_if(m_windows.begin(), m_windows.end(),
                                     [number](const auto &entry) { return entry.number == number; });
-    return found == windows.end() ? 0 : static_cast<int>(found - windows.begin());
+    return found == m_windows.end() ? 0 : static_cast<int>(found - m_windows.begin());
 }
 
 void mouseShot::pick(int number) { m_currentIndex = indexOf(number); }
@@ -127,13 +126,12 @@ Grab mouseShot::take()
 
 QPixmap mouseShot::getPixmap(QString *name)
 {
-    if (m_currentIndex <= 0)
+    const auto window = picked();
+    if (!window)
         return {};
-    std::array<wchar_t, s_nameCapacity> owner{};
-    const QImage picture = GrabWindow(m_currentIndex, nullptr, owner.data(), nullptr);
     if (name)
-        *name = QString::fromWCharArray(owner.data());
-    return QPixmap::fromImage(picture);
+        *name = window->shownOwner();
+    return QPixmap::fromImage(services().windows->picture(std::nullopt, {window->number}));
 }
 
 void mouseShot::pickLater()

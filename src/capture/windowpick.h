@@ -22,10 +22,9 @@ public:
     ~mouseShot() override;
 
     Grab take() override;
-    /// The picture of the picked window, whatever covers it; `name`, which may be null, gets its
-    /// application's name. If no window is picked, the result is null and `name` is unchanged; it
-    /// is also null if the window has closed. No other window list may be read between construction
-    /// and this call.
+    /// The picked window's picture, whatever covers it, and in `name`, if not null, its
+    /// application. Null, with `name` as it was, while none is picked, and null for a window that
+    /// has closed.
     QPixmap getPixmap(QString *name);
 
 protected:
@@ -56,6 +55,7 @@ private:
     int indexOf(int number) const;
 
     std::unique_ptr<Ui::mouseShot> m_ui;
+    QList<WindowServer::Entry> m_windows;
     WindowOutlines m_outlines;
-    int m_currentIndex = 0;  // the pick: a position in the window list; 0 if none
+    int m_currentIndex = 0;  // the pick: a position in m_windows; 0 for none
 };

@@ -1,6 +1,7 @@
 #include "config/resourcefile.h"
 
 #include "base/boundedtext.h"
+#include "base/log.h"
 #include "base/paths.h"
 #include "base/wholefile.h"
 #include "config/applicationrecord.h"
@@ -60,7 +61,13 @@ QByteArray contentOf(const QString &path)
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-bool canBeRead(const QString &path) { return ReadXmlDocument(path) != nullptr; }
+bool canBeRead(const QString &path)
+{
+    const bool isRead = ReadXmlDocument(path) != nullptr;
+    if (!isRead)
+        qCInfo(logStore) << path << "can't be read";
+    return isRead;
+}
 
 bool writeFile(const QString &path, const QByteArray &bytes)
 {

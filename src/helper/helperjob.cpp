@@ -1,7 +1,7 @@
 #include "helper/helperjob.h"
 
+#include "platform/desktoppictures.h"
 #include "platform/services.h"
-#include "platform/windowlist.h"
 
 #include <QApplication>
 #include <QDialog>

@@ -1,5 +1,6 @@
 #include "helper/helperserver.h"
 
+#include "base/log.h"
 #include "helper/contentcapture.h"
 #include "helper/menucapture.h"
 #include "platform/services.h"
@@ -97,6 +98,7 @@ private:
     void report(int status, const QByteArray &path = {}, int failure = 0,
                 const QByteArray &text = {})
     {
+        qCInfo(logHelper) << "status" << status << "failure" << failure << text;
         QMetaObject::invokeMethod(
             this,
             [=, this] {
@@ -122,6 +124,14 @@ std::unique_ptr<HelperServer> &server()
     return *s_server;
 }
 
+bool canStart(const char *folder)
+{
+    const bool can = server() && folder && !server()->isWorking();
+    if (!can)
+        qCInfo(logHelper) << "no grab is started: nobody listens, or one is under way";
+    return can;
+}
+
 }  // namespace
 
 void GWSnapWorkbenchStartMessageServer(GWCaptureStatus callback)
@@ -131,7 +141,7 @@ void GWSnapWorkbenchStartMessageServer(GWCaptureStatus callback)
 
 void GWSnapWorkbenchStartMenuItemCapture(const char *folder)
 {
-    if (server() && folder && !server()->isWorking())
+    if (canStart(folder))
         server()->begin(std::make_unique<MenuCapture>(), folder);
 }
 
@@ -146,7 +156,7 @@ void GWSnapWorkbenchStartSessionCapture(const char *folder)
     // The user was asked for the permission before, and has started the grab without it.
     if (!GWSnapWorkbenchIsEnableAccessibilty())
         s_answered = true;
-    if (server() && folder && !server()->isWorking())
+    if (canStart(folder))
         server()->begin(std::make_unique<ContentCapture>(), folder);
 }
 

@@ -1,5 +1,6 @@
 #include "helper/scrolledwindow.h"
 
+#include "base/log.h"
 #include "helper/helperjob.h"
 #include "helper/movement.h"
 #include "helper/pixelrows.h"
@@ -95,6 +96,8 @@ ScrolledWindow::ScrolledWindow(int number, QPoint anchor)
         m_bounds = window.bounds.toRect();
         m_frame = window.frame;
     }
+    if (m_bounds.isEmpty())
+        qCInfo(logHelper) << "window" << number << "is gone";
     m_crop = QRect(QPoint(), m_bounds.size());
     m_anchor = anchor - m_bounds.topLeft();
 }

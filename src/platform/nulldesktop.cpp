@@ -33,7 +33,6 @@ public:
     bool isHandBusy() override { return false; }
     bool turnWheel(QPoint, int, Wheel) override { return false; }
     std::unique_ptr<ChangeWatch> watchChanges(int) override { return nullptr; }
-    bool hasMenuBar() const override { return false; }
     bool isComposited() override { return false; }
     void setCompositingHandler(std::function<void()>) override {}
     void coverArea(QWidget *window, const QRect &area) override

@@ -7,6 +7,9 @@
 
 class QWidget;
 
+// The window list by index, and pictures with it, for callers that count windows. The program's own
+// windows ask the services (`platform/services.h`, `platform/desktoppictures.h`).
+
 /// One snapshot of the window list, and the last picture that was taken of a single window. An
 /// index is a position in `WindowInfo`, which is ordered front to back; a new snapshot invalidates
 /// all indices.
@@ -46,18 +49,11 @@ void getScreenSize(int &width, int &height);
 /// If no screen contains it, returns -1, and `rect` is the last screen. Global device pixels.
 int getOneScreen(int x, int y, QRect &rect);
 
-/// A picture of a rectangle of the desktop, in global device pixels. With `clip` the rectangle is
-/// limited to the desktop, and (0, 0, -1, -1) means the whole desktop. The window `except` and its
-/// child windows are left out; it may be null.
+/// Takes a new snapshot, and a picture of a rectangle of the desktop, in global device pixels. With
+/// `clip` the rectangle is fitted to the desktop, and (0, 0, -1, -1) means all of it. `except`, if
+/// not null, is left out, and so are its child windows.
 QImage GrabFullWindow(int x, int y, int width, int height, bool clip, QWidget *except);
-/// The same without a new snapshot, which would cost more than a small picture. The rectangle is in
-/// global device pixels and is not limited to the desktop.
-QImage pictureBehind(const QRect &area, const QWidget &except);
 /// GrabFullWindow as a pixmap.
 QPixmap screenWindow(int x, int y, int width, int height, bool clip, QWidget *except);
-/// Waits, with events running, until a window has left the screen together with its frame, for some
-/// seconds at most. `number` is its number in the list. Used for windows of this program that have
-/// been hidden.
-void waitUntilGone(int number);
 /// A picture of the desktop's menu bar; null if there is none.
 QPixmap screenMenu();

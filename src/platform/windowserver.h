@@ -47,6 +47,13 @@ public:
         QString owner{};   ///< application; may be empty
         uint process = 0;  ///< 0 if unknown
         Kind kind = Kind::Other;
+
+        /// The application as pictures are called after it: programs may tell a name of any length.
+        QString shownOwner() const
+        {
+            constexpr qsizetype longest = 255;
+            return owner.left(longest);
+        }
     };
     enum class List { All, OnScreen, AtAndAbove };
 
@@ -96,7 +103,7 @@ public:
     virtual std::unique_ptr<ChangeWatch> watchChanges(int number) = 0;
 
     /// Whether the desktop has a menu bar of its own, which has to be looked for and covered.
-    virtual bool hasMenuBar() const = 0;
+    virtual bool hasMenuBar() const { return false; }
 
     /// Whether a compositor blends translucent windows with what lies behind them.
     virtual bool isComposited() = 0;

@@ -4,8 +4,8 @@
 #include "config/applicationrecord.h"
 #include "helper/helperjob.h"
 #include "helper/helperserver.h"
+#include "platform/desktoppictures.h"
 #include "platform/services.h"
-#include "platform/windowlist.h"
 #include "shell/grabflow.h"
 #include "shell/mainwindow.h"
 

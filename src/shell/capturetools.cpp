@@ -8,8 +8,8 @@
 #include "capture/rectangleoverlay.h"
 #include "capture/windowbrowser.h"
 #include "helper/helperserver.h"
+#include "platform/desktoppictures.h"
 #include "platform/services.h"
-#include "platform/windowlist.h"
 #include "shell/capturebridge.h"
 #include "shell/frontwindow.h"
 #include "shell/mainwindow.h"
@@ -81,7 +81,7 @@ GrabTools::Take CaptureTools::mark(GrabCommand command)
     return [dialog = overlay.dialog] { return dialog->take(); };
 }
 
-Grab CaptureTools::takeScreen() { return {.picture = screenWindow(0, 0, -1, -1, true, nullptr)}; }
+Grab CaptureTools::takeScreen() { return {.picture = desktopPicture(desktopBox())}; }
 
 bool CaptureTools::countDown(int seconds)
 {

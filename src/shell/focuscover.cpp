@@ -1,7 +1,9 @@
 #include "shell/focuscover.h"
 
 #include "base/clock.h"
+#include "base/log.h"
 #include "platform/applicationwatch.h"
+#include "platform/menubardesktop.h"
 #include "platform/services.h"
 #include "platform/windowlist.h"
 
@@ -31,7 +33,7 @@ void Front::bring(QWidget &window) const
     target->raise();
     // A window manager may refuse at first, so the request is made again from time to time.
     qint64 next = m_clock.now();
-    waitUntil(m_clock, s_bringLimit, [&] {
+    const bool isInFront = waitUntil(m_clock, s_bringLimit, [&] {
         if (!target || !target->isVisible() || IsAppActive())
             return true;
         if (m_clock.now() >= next) {
@@ -40,16 +42,20 @@ void Front::bring(QWidget &window) const
         }
         return IsAppActive();
     });
+    if (!isInFront)
+        qCInfo(logGrab) << "the front could not be got";
 }
 
 void Front::giveBack() const
 {
     SetPreAppActive();
     int inactive = 0;
-    waitUntil(m_clock, s_giveBackLimit, [&] {
+    const bool isGiven = waitUntil(m_clock, s_giveBackLimit, [&] {
         QCoreApplication::processEvents();
         return !IsAppActive() && ++inactive == s_inactiveLooks;
     });
+    if (!isGiven)
+        qCInfo(logGrab) << "nobody took the front back";
 }
 
 void Front::settle() const
@@ -71,7 +77,7 @@ FocusCover::~FocusCover() { g_widgetExcept = nullptr; }
 
 void FocusCover::appear()
 {
-    m_menuBar = screenMenu();
+    m_menuBar = MenuBarDesktop::menuBarPicture();
     // A window has one pixel at least; a shape that lies outside keeps it off the screen.
     setGeometry(QRect({}, m_menuBar.size().expandedTo({1, 1})));
     if (m_menuBar.isNull())

@@ -1,6 +1,7 @@
 #include "shell/grabflow.h"
 
 #include "base/clock.h"
+#include "base/log.h"
 #include "capture/grab.h"
 
 #include <array>
@@ -52,6 +53,11 @@ constexpr std::array<const char *, GrabStateCount> s_names{
 constexpr std::array<const char *, 9> s_kinds{
     "rectangle", "ellipse", "polygon", "window", "content", "screen", "screen", "menu", ""};
 
+QString kindOf(GrabCommand command)
+{
+    return QString::fromLatin1(s_kinds.at(static_cast<size_t>(command)));
+}
+
 }  // namespace
 
 GrabStep grabStep(GrabState state, GrabEvent event)
@@ -74,7 +80,10 @@ void GrabFlow::setState(GrabState state)
 
 void GrabFlow::press(GrabCommand command)
 {
-    switch (grabStep(m_state, GrabEvent::Press)) {
+    const GrabStep step = grabStep(m_state, GrabEvent::Press);
+    if (step != GrabStep::Start)
+        qCInfo(logGrab) << "press" << kindOf(command) << "starts nothing now:" << nameOf(m_state);
+    switch (step) {
     case GrabStep::Start:
         run(command);
         break;
@@ -111,6 +120,7 @@ void GrabFlow::escape()
 
 void GrabFlow::giveUp()
 {
+    qCInfo(logGrab) << "given up:" << kindOf(m_command) << "while" << nameOf(m_state);
     m_isGivenUp = true;
     m_tools.closeOpen();
 }
@@ -197,6 +207,7 @@ void GrabFlow::run(GrabCommand command)
         return;
     }
     if (!m_before.refusal.isEmpty()) {
+        qCInfo(logGrab) << "refused:" << m_before.refusal;
         m_window.say(m_before.refusal);
         finish();
         return;
@@ -324,6 +335,7 @@ void GrabFlow::finishHelper()
 void GrabFlow::deliver(Grab grab)
 {
     if (grab.picture.isNull()) {
+        qCInfo(logGrab) << "no picture:" << kindOf(m_command);
         m_window.say(tr("Nothing could be read there: there is no picture."));
         restoreMinimized();
         return;
@@ -339,7 +351,7 @@ void GrabFlow::deliver(Grab grab)
 
 void GrabFlow::addDocument(Grab grab)
 {
-    grab.kind = QString::fromLatin1(s_kinds.at(static_cast<size_t>(m_command)));
+    grab.kind = kindOf(m_command);
     grab.process = m_before.process;
     m_window.addDocument(std::move(grab));
 }

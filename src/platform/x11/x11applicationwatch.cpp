@@ -1,5 +1,7 @@
 #include "platform/x11/x11applicationwatch.h"
 
+#include "base/log.h"
+
 #include <QCoreApplication>
 #include <QDeadlineTimer>
 #include <QThread>
@@ -105,8 +107,10 @@ void X11ApplicationWatch::activate(unsigned window)
 {
     // The user does not want a window back that was minimised or moved to another desktop
     // meanwhile.
-    if (window == XCB_NONE || !isInView(window))
+    if (window == XCB_NONE || !isInView(window)) {
+        qCInfo(logX11) << "window" << window << "is not in view any more, and gets no front";
         return;
+    }
     if (m_display.hasWindowManager()) {
         m_display.sendToRoot(window, m_display.atom("_NET_ACTIVE_WINDOW"),
                              {s_sourcePager, XCB_CURRENT_TIME, XCB_NONE, 0, 0});
@@ -189,4 +193,6 @@ void X11ApplicationWatch::focus(xcb_window_t window)
     const Reply<xcb_generic_error_t> refused(xcb_request_check(
         connection,
         xcb_set_input_focus_checked(connection, XCB_INPUT_FOCUS_PARENT, window, XCB_CURRENT_TIME)));
+    if (refused)
+        logError(*refused);
 }

@@ -1,5 +1,7 @@
 #include "platform/x11/x11display.h"
 
+#include "base/log.h"
+
 #include <algorithm>
 #include <array>
 
@@ -18,6 +20,13 @@ int defaultScreen()
 }
 
 }  // namespace
+
+void logError(const xcb_generic_error_t &error)
+{
+    qCInfo(logX11).nospace() << "request " << error.major_code << '.' << error.minor_code
+                             << " on 0x" << Qt::hex << error.resource_id << Qt::dec
+                             << " refused with error " << error.error_code;
+}
 
 X11Display::X11Display(xcb_connection_t *connection)
     : m_connection(connection), m_screenNumber(defaultScreen())

@@ -17,6 +17,9 @@ struct FreeDeleter {
 /// A reply of the server; null if the request failed.
 template<typename T> using Reply = std::unique_ptr<T, FreeDeleter>;
 
+/// For who looks into why nothing happened.
+void logError(const xcb_generic_error_t &error);
+
 /// `XCB_REPLY(get_geometry, cookie)` waits for a reply and drops an error.
 #define XCB_REPLY(connection, request, cookie)                                                     \
     Reply<xcb_##request##_reply_t>(                                                                \
@@ -29,7 +32,12 @@ public:
     DroppedError() = default;
     DroppedError(const DroppedError &) = delete;
     DroppedError &operator=(const DroppedError &) = delete;
-    ~DroppedError() { std::free(m_error); }
+    ~DroppedError()
+    {
+        if (m_error)
+            logError(*m_error);
+        std::free(m_error);
+    }
     xcb_generic_error_t **receive() { return &m_error; }
 
 private:

@@ -1,5 +1,7 @@
 #include "platform/x11/x11hotkeys.h"
 
+#include "base/log.h"
+
 #include <QCoreApplication>
 
 #include <algorithm>
@@ -103,8 +105,11 @@ void X11HotKeys::grabKeysWith(uint16_t modifiers, const QList<xcb_keycode_t> &ne
         const xcb_void_cookie_t cookie =
             xcb_grab_key_checked(connection, 0, m_display.root(), modifiers, key,
                                  XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
-        // A refused grab means that the hot key does not work; the reply is not waited for.
-        xcb_discard_reply(connection, cookie.sequence);
+        // Another program has the key. Nobody waits for that who does not want to know.
+        if (!logX11().isInfoEnabled())
+            xcb_discard_reply(connection, cookie.sequence);
+        else if (Reply<xcb_generic_error_t>(xcb_request_check(connection, cookie)))
+            qCInfo(logX11) << "key" << key << "with modifiers" << modifiers << "is held by another";
     }
 }
 
@@ -139,10 +144,12 @@ bool X11HotKeys::pressed(const xcb_key_press_event_t &key)
         xcb_ungrab_keyboard(m_display.connection(), key.time);
         xcb_flush(m_display.connection());
     }
-    const char letter = m_keyboard.layout.letterOf(key.detail, currentGroup(key.state));
+    const char letter = m_keyboard.layout.letterOf(key.detail, currentGroup(m_display, key.state));
     const int number = m_letters.key(letter, -1);
-    if (letter == 0 || number == -1)
+    if (letter == 0 || number == -1) {
+        qCInfo(logX11) << "key" << key.detail << "is no hot key in this layout";
         return false;
+    }
     // A key that is held down repeats until another key is pressed. Its release may go to any
     // window that has the focus by then, so a timer asks the server for the keyboard's state.
     if (std::exchange(m_held, key.detail) == key.detail)

@@ -1,20 +1,17 @@
 #include "platform/x11/x11keyboard.h"
 
-#include <QGuiApplication>
-
-#include <algorithm>
-
 #include <xcb/xcb_keysyms.h>
-// Included last, because its macros would break other headers.
-#include <X11/XKBlib.h>
+// One of its fields has a name that is a keyword here.
+#define explicit isExplicit
+#include <xcb/xkb.h>
+#undef explicit
+#include <xkbcommon/xkbcommon-x11.h>
 
 namespace {
 
-// Keysyms from X11/keysymdef.h that tell which modifier bits are locks and Alt.
-constexpr xcb_keysym_t s_numLock = 0xff7f;
-constexpr xcb_keysym_t s_scrollLock = 0xff14;
-constexpr xcb_keysym_t s_altLeft = 0xffe9;
-constexpr xcb_keysym_t s_altRight = 0xffea;
+// The group that an event of the core protocol tells in its state.
+constexpr int s_groupShift = 13;
+constexpr int s_groupMask = 3;
 
 struct FreeSymbols {
     void operator()(xcb_key_symbols_t *symbols) const { xcb_key_symbols_free(symbols); }
@@ -43,55 +40,43 @@ uint16_t modifierOf(const xcb_get_modifier_mapping_reply_t &mapping,
     return 0;
 }
 
-struct FreeMap {
-    void operator()(XkbDescPtr map) const { XkbFreeKeyboard(map, 0, True); }
+struct FreeContext {
+    void operator()(xkb_context *context) const { xkb_context_unref(context); }
 };
+struct FreeKeymap {
+    void operator()(xkb_keymap *map) const { xkb_keymap_unref(map); }
+};
+using Keymap = std::unique_ptr<xkb_keymap, FreeKeymap>;
 
-char letterOf(unsigned long keysym)
+char letterOf(xkb_keysym_t keysym)
 {
     if (keysym >= 'a' && keysym <= 'z')
         return static_cast<char>(keysym - 'a' + 'A');
     return keysym >= 'A' && keysym <= 'Z' ? static_cast<char>(keysym) : '\0';
 }
 
-// A key may have fewer groups than the keyboard. The key itself says which group is used instead.
-int ownGroup(XkbDescPtr map, int key, int group)
+// A key may have fewer layouts than the keyboard: the library knows which one stands in.
+char letterOf(xkb_keymap *map, xkb_keycode_t key, xkb_layout_index_t layout)
 {
-    const int count = XkbKeyNumGroups(map, key);
-    if (group < count)
-        return group;
-    const int info = XkbKeyGroupInfo(map, key);
-    switch (XkbOutOfRangeGroupAction(info)) {
-    case XkbClampIntoRange:
-        return count - 1;
-    case XkbRedirectIntoRange: {
-        const int instead = XkbOutOfRangeGroupNumber(info);
-        return instead < count ? instead : 0;
-    }
-    default:
-        return group % count;
-    }
+    const xkb_keysym_t *symbols = nullptr;
+    const int count = xkb_keymap_key_get_syms_by_level(map, key, layout, 0, &symbols);
+    return count > 0 ? letterOf(symbols[0]) : '\0';
 }
 
-QList<KeyLayout::Group> groupsOf(XkbDescPtr map)
+QList<KeyLayout::Group> groupsOf(xkb_keymap *map)
 {
-    int count = 1;
-    for (int key = map->min_key_code; key <= map->max_key_code; ++key)
-        count = std::max(count, static_cast<int>(XkbKeyNumGroups(map, key)));
-    QList<KeyLayout::Group> result(count);
-    for (int key = map->min_key_code; key <= map->max_key_code; ++key) {
-        if (XkbKeyNumGroups(map, key) == 0)
-            continue;
-        for (int group = 0; group < count; ++group) {
-            const char letter = letterOf(XkbKeySymEntry(map, key, 0, ownGroup(map, key, group)));
-            if (letter)
-                result[group].insert(static_cast<uint8_t>(key), letter);
+    QList<KeyLayout::Group> result(xkb_keymap_num_layouts(map));
+    for (xkb_keycode_t key = xkb_keymap_min_keycode(map); key <= xkb_keymap_max_keycode(map);
+         ++key) {
+        for (xkb_layout_index_t layout = 0; layout < xkb_keymap_num_layouts(map); ++layout) {
+            if (const char letter = letterOf(map, key, layout))
+                result[layout].insert(static_cast<uint8_t>(key), letter);
         }
     }
     return result;
 }
 
-// For a server without the keyboard extension, which has one layout.
+// A server without the keyboard extension has one layout.
 QList<KeyLayout::Group> coreGroup(xcb_connection_t *connection, xcb_key_symbols_t *symbols)
 {
     KeyLayout::Group result;
@@ -104,10 +89,26 @@ QList<KeyLayout::Group> coreGroup(xcb_connection_t *connection, xcb_key_symbols_
     return {result};
 }
 
-Display *xlibDisplay()
+int32_t coreKeyboard(xcb_connection_t *connection)
 {
-    auto *native = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-    return native ? native->display() : nullptr;
+    // Who has not told a version may ask for nothing.
+    if (!xkb_x11_setup_xkb_extension(
+            connection, XKB_X11_MIN_MAJOR_XKB_VERSION, XKB_X11_MIN_MINOR_XKB_VERSION,
+            XKB_X11_SETUP_XKB_EXTENSION_NO_FLAGS, nullptr, nullptr, nullptr, nullptr))
+        return -1;
+    return xkb_x11_get_core_keyboard_device_id(connection);
+}
+
+// Null without the keyboard extension.
+Keymap readKeymap(xcb_connection_t *connection)
+{
+    const std::unique_ptr<xkb_context, FreeContext> context(
+        xkb_context_new(XKB_CONTEXT_NO_DEFAULT_INCLUDES));
+    const int32_t device = coreKeyboard(connection);
+    if (!context || device < 0)
+        return {};
+    return Keymap(xkb_x11_keymap_new_from_device(context.get(), connection, device,
+                                                 XKB_KEYMAP_COMPILE_NO_FLAGS));
 }
 
 }  // namespace
@@ -124,35 +125,38 @@ X11Keyboard readX11Keyboard(X11Display &display)
         return modifierOf(*mapping, keycodesOf(symbols.get(), keysym));
     };
     X11Keyboard result;
-    for (const uint16_t alt : {modifier(s_altLeft), modifier(s_altRight)}) {
+    for (const uint16_t alt : {modifier(XKB_KEY_Alt_L), modifier(XKB_KEY_Alt_R)}) {
         if (alt && !result.modifiers.contains(XCB_MOD_MASK_CONTROL | alt))
             result.modifiers.append(XCB_MOD_MASK_CONTROL | alt);
     }
     if (result.modifiers.isEmpty())
         result.modifiers = {XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_1};
     result.locks = {0};
-    for (const uint16_t lock :
-         {static_cast<uint16_t>(XCB_MOD_MASK_LOCK), modifier(s_numLock), modifier(s_scrollLock)}) {
+    for (const uint16_t lock : {static_cast<uint16_t>(XCB_MOD_MASK_LOCK),
+                                modifier(XKB_KEY_Num_Lock), modifier(XKB_KEY_Scroll_Lock)}) {
         const QList<uint16_t> without = result.locks;
         for (const uint16_t others : without) {
             if (lock && !result.locks.contains(others | lock))
                 result.locks.append(others | lock);
         }
     }
-    // The core protocol's table mixes layouts from the third one on.
-    Display *xlib = xlibDisplay();
-    const std::unique_ptr<XkbDescRec, FreeMap> map(
-        xlib ? XkbGetMap(xlib, XkbKeySymsMask, XkbUseCoreKbd) : nullptr);
+    // The core protocol's table mixes the layouts from the third on up.
+    const Keymap map = readKeymap(connection);
     result.layout = KeyLayout(map ? groupsOf(map.get()) : coreGroup(connection, symbols.get()));
     return result;
 }
 
-int currentGroup(uint16_t state)
+int currentGroup(X11Display &display, uint16_t state)
 {
-    // Events of a grab carry the core protocol's state, which may lack the layout.
-    XkbStateRec now{};
-    Display *xlib = xlibDisplay();
-    if (xlib && XkbGetState(xlib, XkbUseCoreKbd, &now) == Success)
-        return now.group;
-    return XkbGroupForCoreState(state);
+    // Events that a grab brings have the state of the core protocol, which may know no layouts. The
+    // server is asked and not the keymap: of a layout that came this moment it would make another.
+    xcb_connection_t *connection = display.connection();
+    const xcb_query_extension_reply_t *extension = xcb_get_extension_data(connection, &xcb_xkb_id);
+    if (extension && extension->present) {
+        const auto now = XCB_REPLY(connection, xkb_get_state,
+                                   xcb_xkb_get_state(connection, XCB_XKB_ID_USE_CORE_KBD));
+        if (now)
+            return now->group;
+    }
+    return state >> s_groupShift & s_groupMask;
 }

@@ -16,4 +16,4 @@ struct X11Keyboard {
 X11Keyboard readX11Keyboard(X11Display &display);
 
 /// The number of the layout that was active when a key was pressed. `state` is the event's state.
-int currentGroup(uint16_t state);
+int currentGroup(X11Display &display, uint16_t state);

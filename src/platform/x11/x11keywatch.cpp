@@ -10,6 +10,7 @@
 
 #include <xcb/xcb_keysyms.h>
 #include <xcb/xinput.h>
+#include <xkbcommon/xkbcommon-keysyms.h>
 
 using namespace std::chrono_literals;
 
@@ -18,9 +19,10 @@ namespace {
 // Shorter than any key press by hand.
 constexpr auto s_lookInterval = 15ms;
 
-// From X11/keysymdef.h.
 constexpr std::array<std::pair<xcb_keysym_t, Qt::Key>, 3> s_keysyms{
-    {{0xff1b, Qt::Key_Escape}, {0xff0d, Qt::Key_Return}, {0xff8d, Qt::Key_Return}}};
+    {{XKB_KEY_Escape, Qt::Key_Escape},
+     {XKB_KEY_Return, Qt::Key_Return},
+     {XKB_KEY_KP_Enter, Qt::Key_Return}}};
 
 }  // namespace
 

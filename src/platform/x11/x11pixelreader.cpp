@@ -8,10 +8,6 @@
 #include <sys/mman.h>
 #include <sys/shm.h>
 
-#ifdef __SSE2__
-#include <emmintrin.h>
-#endif
-
 namespace {
 
 constexpr size_t s_slots = 4;
@@ -63,19 +59,7 @@ void copyLines(QImage &image, int top, int height, const uchar *from)
     auto *to = reinterpret_cast<uint32_t *>(image.scanLine(top));
     const auto *pixels = reinterpret_cast<const uint32_t *>(from);
     const size_t count = bytes / sizeof(uint32_t);
-    size_t i = 0;
-#ifdef __SSE2__
-    // Non-temporal stores bypass the cache: nobody reads the picture before it is complete, and
-    // loading the lines that are overwritten would double the traffic.
-    for (; i < count && reinterpret_cast<uintptr_t>(to + i) % sizeof(__m128i) != 0; ++i)
-        to[i] = pixels[i] | unused;
-    const __m128i mask = _mm_set1_epi32(static_cast<int>(unused));
-    for (; i + 4 <= count; i += 4) {
-        const __m128i four = _mm_loadu_si128(reinterpret_cast<const __m128i *>(pixels + i));
-        _mm_stream_si128(reinterpret_cast<__m128i *>(to + i), _mm_or_si128(four, mask));
-    }
-#endif
-    for (; i < count; ++i)
+    for (size_t i = 0; i < count; ++i)
         to[i] = pixels[i] | unused;
 }
 

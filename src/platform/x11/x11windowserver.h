@@ -26,7 +26,6 @@ public:
     bool isHandBusy() override;
     bool turnWheel(QPoint at, int clicks, Wheel wheel) override;
     std::unique_ptr<ChangeWatch> watchChanges(int number) override;
-    bool hasMenuBar() const override { return false; }
     bool isComposited() override;
     void setCompositingHandler(std::function<void()> changed) override;
     void coverArea(QWidget *window, const QRect &area) override;

@@ -2,6 +2,8 @@
 
 #include "platform/x11/x11windowserver.h"
 
+#include "base/log.h"
+
 #include <QPainter>
 
 #include <algorithm>
@@ -118,8 +120,10 @@ QImage X11WindowServer::storedPicture(const Window &window, const QRect &area)
     const xcb_pixmap_t pixmap = xcb_generate_id(connection);
     const Reply<xcb_generic_error_t> error(xcb_request_check(
         connection, xcb_composite_name_window_pixmap_checked(connection, window.frame, pixmap)));
-    if (error)
+    if (error) {
+        logError(*error);
         return {};
+    }
     QImage picture = m_reader.read(pixmap, area.translated(-window.bounds.topLeft()), window.depth);
     xcb_free_pixmap(connection, pixmap);
     return picture;

@@ -1,5 +1,7 @@
 #include "platform/xdg/applicationbus.h"
 
+#include "base/log.h"
+
 #include <QDBusAbstractAdaptor>
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
@@ -40,6 +42,8 @@ public slots:
             const QString path = QUrl(uri).toLocalFile();
             if (!path.isEmpty())
                 paths.append(path);
+            else
+                qCInfo(logBus) << uri << "is no file of this machine";
         }
         later([this, paths] { m_bus.handlers().open(paths); });
     }
@@ -51,6 +55,7 @@ public slots:
             later(run);
             return;
         }
+        qCInfo(logBus) << "there is no action" << name;
         message.setDelayedReply(true);
         QDBusConnection::sessionBus().send(message.createErrorReply(
             QDBusError::InvalidArgs, u"There is no action \"%1\""_s.arg(name)));
@@ -94,8 +99,10 @@ ApplicationBus::Claim ApplicationBus::claim()
     // The object is registered before the name, because callers that find the name call at once.
     if (!m_isRegistered)
         m_isRegistered = bus.isConnected() && bus.registerObject(s_path, this);
-    if (!m_isRegistered)
+    if (!m_isRegistered) {
+        qCInfo(logBus) << "no session bus:" << bus.lastError().message();
         return Claim::NoBus;
+    }
     const QDBusReply<QDBusConnectionInterface::RegisterServiceReply> reply =
         bus.interface()->registerService(s_name, QDBusConnectionInterface::QueueService);
     if (!reply.isValid())
@@ -112,7 +119,10 @@ bool ApplicationBus::activateOwner()
     call.setAutoStartService(false);
     const QDBusMessage answer =
         QDBusConnection::sessionBus().call(call, QDBus::Block, s_answerLimit);
-    return answer.type() == QDBusMessage::ReplyMessage;
+    const bool isAnswered = answer.type() == QDBusMessage::ReplyMessage;
+    if (!isAnswered)
+        qCInfo(logBus) << "the running program does not answer:" << answer.errorMessage();
+    return isAnswered;
 }
 
 // The toolkit's bus thread sends the signal, even if this thread is busy afterwards.

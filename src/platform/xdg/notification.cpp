@@ -1,5 +1,7 @@
 #include "platform/xdg/notification.h"
 
+#include "base/log.h"
+
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QStringList>
@@ -23,5 +25,8 @@ void showNotification(const QString &title, const QString &text)
     // The text is escaped, because notifications may contain markup.
     call << title << s_replacesNone << u"snapworkbench"_s << title << text.toHtmlEscaped()
          << QStringList() << QVariantMap() << s_usualTime;
-    QDBusConnection::sessionBus().call(call, QDBus::Block, s_answerLimit);
+    const QDBusMessage answer =
+        QDBusConnection::sessionBus().call(call, QDBus::Block, s_answerLimit);
+    if (answer.type() == QDBusMessage::ErrorMessage)
+        qCInfo(logBus) << "nobody shows notifications:" << answer.errorMessage() << text;
 }

