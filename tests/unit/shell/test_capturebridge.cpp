@@ -148,17 +148,18 @@ private slots:
             m_asked.clear();
             if (!button.isNull())
                 press(button);
-            const int goesOn = GWSnapWorkbenchTestClientStatus(static_cast<signed char>(prompt));
+            const bool goesOn =
+                GWSnapWorkbenchTestClientStatus(static_cast<signed char>(prompt)) == 1;
             expect("asked", m_asked.isEmpty(), button.isNull());
             // Or the frame could be picked.
             expect("frames left", m_desktop->windows->list.isEmpty(), true);
             return std::pair(goesOn, m_desktop->accessibility->enabled);
         };
-        expect("enabled", after(true, true, {}), {1, true});
-        expect("not to be asked", after(false, false, {}), {1, false});
-        expect("no", after(false, true, u"No"_s), {1, false});
-        expect("enable", after(false, true, u"Enable Scroll Capture"_s), {0, true});
-        expect("closed", after(false, true, u"none of them"_s), {1, false});
+        expect("enabled", after(true, true, {}), {true, true});
+        expect("not to be asked", after(false, false, {}), {true, false});
+        expect("no", after(false, true, u"No"_s), {true, false});
+        expect("enable", after(false, true, u"Enable Scroll Capture"_s), {false, true});
+        expect("closed", after(false, true, u"none of them"_s), {true, false});
     }
 
 private:

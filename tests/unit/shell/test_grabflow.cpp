@@ -15,6 +15,10 @@ namespace {
 
 using Hook = std::function<void()>;
 
+constexpr std::array s_events{GrabEvent::Press, GrabEvent::Escape,  GrabEvent::Opens,
+                              GrabEvent::Works, GrabEvent::Scrolls, GrabEvent::PutsBack,
+                              GrabEvent::Ends,  GrabEvent::Quit,    GrabEvent::DisplayLost};
+
 // Both sides of the flow in one: they write down what they are told, and run a hook where the flow
 // waits, in which a test tells it of something.
 class Fake : public GrabFront, public GrabTools
@@ -141,11 +145,9 @@ private slots:
     {
         using S = GrabState;
         using E = GrabEvent;
-        constexpr std::array events{E::Press,    E::Escape, E::Opens, E::Works,      E::Scrolls,
-                                    E::PutsBack, E::Ends,   E::Quit,  E::DisplayLost};
         struct Row {
             S state;
-            std::array<const char *, events.size()> atOnce;
+            std::array<const char *, s_events.size()> atOnce;
             const char *pressEnds;  // the last that is done about it; empty where it is all
             const char *quitEnds;
         };
@@ -165,8 +167,8 @@ private slots:
         }};
         // clang-format on
         for (const Row &row : rows) {
-            for (std::size_t i = 0; i < events.size(); ++i) {
-                const GrabEvent event = events.at(i);
+            for (std::size_t i = 0; i < s_events.size(); ++i) {
+                const GrabEvent event = s_events.at(i);
                 const QByteArray atOnce = row.atOnce.at(i);
                 S becomes = row.state;
                 if (event == E::Opens && row.state == S::Freezing)
