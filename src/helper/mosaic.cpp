@@ -79,6 +79,50 @@ private:
     std::unordered_map<quint32, int> m_counts{};
 };
 
+// Whether what two looks show of the same strip is the same: of the turns along it hardly any
+// differs.
+bool repeats(const QImage &was, const QImage &is, bool isAcross)
+{
+    const QPoint back = isAcross ? QPoint(1, 0) : QPoint(0, 1);
+    int turns = 0;
+    int wrong = 0;
+    for (int y = back.y(); y < was.height(); ++y) {
+        const QRgb *wasRow = pixelRow(was, y);
+        const QRgb *isRow = pixelRow(is, y);
+        const QRgb *wasBack = pixelRow(was, y - back.y());
+        const QRgb *isBack = pixelRow(is, y - back.y());
+        for (int x = back.x(); x < was.width(); ++x) {
+            const int previous = x - back.x();
+            if (wasRow[x] == wasBack[previous] && isRow[x] == isBack[previous])
+                continue;
+            ++turns;
+            wrong += wasRow[x] != isRow[x];
+        }
+    }
+    return wrong * s_strict <= turns;
+}
+
+// In memory that is zero, and none until it is written to; null where there is no room.
+QImage transparentPicture(QSize size)
+{
+    const qsizetype rowBytes = qsizetype{size.width()} * qsizetype{sizeof(QRgb)};
+    auto *pixels = static_cast<uchar *>(std::calloc(static_cast<size_t>(size.height()), rowBytes));
+    if (!pixels)
+        return {};
+    return {pixels,    size.width(), size.height(), rowBytes, QImage::Format_ARGB32_Premultiplied,
+            std::free, pixels};
+}
+
+bool isOpaque(const QImage &picture)
+{
+    QRgb all = ~QRgb{0};
+    for (int y = 0; y < picture.height(); ++y) {
+        const QRgb *line = pixelRow(picture, y);
+        all = std::accumulate(line, line + picture.width(), all, std::bit_and<>());
+    }
+    return qAlpha(all) == 0xff;
+}
+
 }  // namespace
 
 Mosaic::Mosaic(int sideLimit, qint64 areaLimit) : m_sideLimit(sideLimit), m_areaLimit(areaLimit) {}
@@ -349,6 +393,21 @@ QRect Mosaic::withinLimits(const QRect &area)
     return area & allowed;
 }
 
+// What of the view lies on that side of the content.
+QRect Mosaic::beside(Side side, QSize view, const QRect &part)
+{
+    switch (side) {
+    case Top:
+        return {part.x(), 0, part.width(), part.y()};
+    case Bottom:
+        return {QPoint(part.x(), part.bottom() + 1), QPoint(part.right(), view.height() - 1)};
+    case Left:
+        return {0, part.y(), part.x(), part.height()};
+    default:
+        return {QPoint(part.right() + 1, part.y()), QPoint(view.width() - 1, part.bottom())};
+    }
+}
+
 void Mosaic::paintStrip(Side side, const QImage &view, const QRect &part)
 {
     const bool isAcross = side == Top || side == Bottom;
@@ -357,15 +416,7 @@ void Mosaic::paintStrip(Side side, const QImage &view, const QRect &part)
                              : side == Bottom ? place.bottom() == m_extent.bottom()
                              : side == Left   ? place.left() == m_extent.left()
                                               : place.right() == m_extent.right();
-    QRect from = part;
-    if (side == Top)
-        from = QRect(part.x(), 0, part.width(), part.y());
-    else if (side == Bottom)
-        from = QRect(QPoint(part.x(), part.bottom() + 1), QPoint(part.right(), view.height() - 1));
-    else if (side == Left)
-        from = QRect(0, part.y(), part.x(), part.height());
-    else
-        from = QRect(QPoint(part.right() + 1, part.y()), QPoint(view.width() - 1, part.bottom()));
+    const QRect from = beside(side, view.size(), part);
     std::unique_ptr<Strip> &strip = m_strips.at(side);
     const int thickness = isAcross ? from.height() : from.width();
     const bool fits =
@@ -382,27 +433,9 @@ void Mosaic::paintStrip(Side side, const QImage &view, const QRect &part)
     const QPoint at = isAcross ? QPoint(m_at.x(), -from.y()) : QPoint(-from.x(), m_at.y());
     const QRect to = from.translated(at);
     const QRect known = strip->extent & to;
-    if (known != to && !known.isEmpty() && strip->follows) {
-        const QImage was = strip->plane.read(known);
-        const QImage is = view.copy(known.translated(-at));
-        const QPoint back = isAcross ? QPoint(1, 0) : QPoint(0, 1);
-        int turns = 0;
-        int wrong = 0;
-        for (int y = back.y(); y < was.height(); ++y) {
-            const QRgb *wasRow = pixelRow(was, y);
-            const QRgb *isRow = pixelRow(is, y);
-            const QRgb *wasBack = pixelRow(was, y - back.y());
-            const QRgb *isBack = pixelRow(is, y - back.y());
-            for (int x = back.x(); x < was.width(); ++x) {
-                const int previous = x - back.x();
-                if (wasRow[x] == wasBack[previous] && isRow[x] == isBack[previous])
-                    continue;
-                ++turns;
-                wrong += wasRow[x] != isRow[x];
-            }
-        }
-        strip->follows = wrong * s_strict <= turns;
-    }
+    if (known != to && !known.isEmpty() && strip->follows)
+        strip->follows =
+            repeats(strip->plane.read(known), view.copy(known.translated(-at)), isAcross);
     if (!strip->follows || (known == to && !isOutermost))
         return;
     // Unless the view is the outermost one, known parts are kept, because they were seen in place.
@@ -452,28 +485,11 @@ QImage Mosaic::overview(QSize box) const
     });
 }
 
-QImage Mosaic::finish()
+void Mosaic::moveStrips(QImage &result, const QRect &inside, const Thickness &thickness)
 {
-    if (!hasMoved())
-        return std::exchange(m_last, {});
-    std::array<int, 4> thickness{};
-    for (const Side side : {Top, Bottom, Left, Right})
-        thickness.at(side) = thicknessOf(side);
-    const QRect inside(QPoint(thickness[Left], thickness[Top]), m_extent.size());
-    const QSize size(inside.x() + inside.width() + thickness[Right],
-                     inside.y() + inside.height() + thickness[Bottom]);
-    // calloc() gives zeroed pages, which use no memory until they are written to.
-    const qsizetype rowBytes = qsizetype{size.width()} * qsizetype{sizeof(QRgb)};
-    auto *pixels = static_cast<uchar *>(std::calloc(static_cast<size_t>(size.height()), rowBytes));
-    if (!pixels)
-        return {};
-    QImage result(pixels, size.width(), size.height(), rowBytes,
-                  QImage::Format_ARGB32_Premultiplied, std::free, pixels);
-    m_plane.moveTo(result, inside.topLeft(), m_extent);
     for (const Side side : {Top, Bottom, Left, Right}) {
         if (thickness.at(side) == 0)
             continue;
-        Strip &strip = *m_strips.at(side);
         QRect from = m_extent;
         if (side == Top || side == Bottom)
             from = QRect(m_extent.x(), 0, m_extent.width(), thickness.at(side));
@@ -485,28 +501,45 @@ QImage Mosaic::finish()
                         side == Top      ? 0
                         : side == Bottom ? inside.y() + inside.height()
                                          : inside.y());
-        strip.plane.moveTo(result, to, from);
+        m_strips.at(side)->plane.moveTo(result, to, from);
     }
+}
+
+void Mosaic::paintCorners(QImage &result, const Thickness &thickness) const
+{
     for (const bool isRight : {false, true}) {
         for (const bool isBottom : {false, true}) {
             const QSize corner(thickness.at(isRight ? Right : Left),
                                thickness.at(isBottom ? Bottom : Top));
             const QPoint from(isRight ? m_last.width() - corner.width() : 0,
                               isBottom ? m_last.height() - corner.height() : 0);
-            const QPoint to(isRight ? size.width() - corner.width() : 0,
-                            isBottom ? size.height() - corner.height() : 0);
+            const QPoint to(isRight ? result.width() - corner.width() : 0,
+                            isBottom ? result.height() - corner.height() : 0);
             for (int y = 0; y < corner.height(); ++y)
                 std::memcpy(result.scanLine(to.y() + y) + sizeof(QRgb) * to.x(),
                             pixelRow(m_last, from.y() + y) + from.x(),
                             sizeof(QRgb) * corner.width());
         }
     }
-    QRgb all = ~QRgb{0};
-    for (int y = 0; y < size.height(); ++y) {
-        const QRgb *line = pixelRow(result, y);
-        all = std::accumulate(line, line + size.width(), all, std::bit_and<>());
-    }
-    if (qAlpha(all) == 0xff)
+}
+
+QImage Mosaic::finish()
+{
+    if (!hasMoved())
+        return std::exchange(m_last, {});
+    Thickness thickness{};
+    for (const Side side : {Top, Bottom, Left, Right})
+        thickness.at(side) = thicknessOf(side);
+    const QRect inside(QPoint(thickness[Left], thickness[Top]), m_extent.size());
+    const QSize size(inside.x() + inside.width() + thickness[Right],
+                     inside.y() + inside.height() + thickness[Bottom]);
+    QImage result = transparentPicture(size);
+    if (result.isNull())
+        return {};
+    m_plane.moveTo(result, inside.topLeft(), m_extent);
+    moveStrips(result, inside, thickness);
+    paintCorners(result, thickness);
+    if (isOpaque(result))
         result.reinterpretAsFormat(QImage::Format_RGB32);
     return result;
 }

@@ -77,8 +77,12 @@ private:
     void forgetChanged(const QImage &view);
     void paint(const QImage &view, const std::vector<Landmark> &landmarks, const QRect &part);
     QRect withinLimits(const QRect &area);
+    static QRect beside(Side side, QSize view, const QRect &part);
     void paintStrip(Side side, const QImage &view, const QRect &part);
     int thicknessOf(Side side) const;
+    using Thickness = std::array<int, 4>;  ///< by side
+    void moveStrips(QImage &result, const QRect &inside, const Thickness &thickness);
+    void paintCorners(QImage &result, const Thickness &thickness) const;
 
     int m_sideLimit;
     qint64 m_areaLimit;

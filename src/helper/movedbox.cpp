@@ -306,15 +306,19 @@ private:
         return rough;
     }
 
-    // A cell may contain the end of the moved part and the beginning of a scroll bar, so the left
-    // and right edges are determined by single columns.
-    QRect withEdges(const QRect &rough) const
+    // How many rows of each column say that it has moved along, and how many that it has not, at
+    // the two ends of what moves.
+    struct Columns {
+        int first;  // those that tell anything
+        int last;
+        std::vector<int> denied;
+        std::vector<int> told;
+    };
+    Columns columnsAt(const QRect &rough, int reach) const
     {
-        constexpr int inside = 3 * s_cell;
         const int width = m_after.width();
         const int top = std::max(rough.top(), rough.top() - m_movement.y());
         const int bottom = std::min(rough.bottom(), rough.bottom() - m_movement.y());
-        const int reach = std::min(inside, rough.width() / 2);
         // New content tells nothing about the sides of the moved part.
         const int first = m_movement.x() < 0 ? rough.left() - m_movement.x() : 0;
         const int last = m_movement.x() > 0 ? rough.right() - m_movement.x() : width - 1;
@@ -333,7 +337,18 @@ private:
                 told[x] += is[x] == from[x] && is[x] != was[x];
             }
         }
-        const auto denies = [&](int x) {
+        return {first, last, std::move(denied), std::move(told)};
+    }
+
+    // A cell holds both the end of what moves and the beginning of a scroll bar: the sides are told
+    // by single columns.
+    QRect withEdges(const QRect &rough) const
+    {
+        constexpr int inside = 3 * s_cell;
+        const int width = m_after.width();
+        const int reach = std::min(inside, rough.width() / 2);
+        const auto [first, last, denied, told] = columnsAt(rough, reach);
+        const auto denies = [&, first = first, last = last, &denied = denied, &told = told](int x) {
             const bool isKnown = x >= first && x <= last;
             return isKnown ? denied[x] > 1 && denied[x] > told[x]
                            : x < rough.left() || x > rough.right();
@@ -361,6 +376,12 @@ private:
             left = lastChange(rough.left(), -1);
         if (last < rough.right() && rough.right() < width - 1)
             right = lastChange(rough.right(), 1);
+        return withoutSideFrame(rough, left, right);
+    }
+
+    QRect withoutSideFrame(const QRect &rough, int left, int right) const
+    {
+        const int width = m_after.width();
         // Excludes the frame, which is between the moved part and the parts that stay.
         const QRgb ground = commonColour(m_after, rough);
         const auto isFrame = [&](int x) {

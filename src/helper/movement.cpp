@@ -294,31 +294,49 @@ bool Pair::isStill() const
     });
 }
 
-// Each turn of the later picture votes for its distances to all equal turns of the earlier picture.
-void Pair::vote(const Band &band)
+// The turns of a band, by what they turn from and to, each with the last of its rows first.
+class TurnTable
 {
+public:
     struct Slot {
         Hash key = 0;
         int head = -1;
         int before = 0;
         int after = 0;
     };
+
+    explicit TurnTable(int height)
+    {
+        while ((1 << m_bits) < height * 2)
+            ++m_bits;
+        m_slots.resize(size_t{1} << m_bits);
+    }
+
+    int find(Hash key) const
+    {
+        size_t at = (key * 0x9e3779b1U) >> (32 - m_bits);
+        while (m_slots[at].before && m_slots[at].key != key)
+            at = (at + 1) & (m_slots.size() - 1);
+        return static_cast<int>(at);
+    }
+    Slot &operator[](int at) { return m_slots[at]; }
+
+private:
+    int m_bits = 4;
+    std::vector<Slot> m_slots;
+};
+
+// Each place of the later picture where a band turns from one cell to another one votes for the
+// distances to all such places of the earlier picture.
+void Pair::vote(const Band &band)
+{
     constexpr int many = 64;
 
     const Hash *was = m_old.band(band.index);
     const Hash *is = m_new.band(band.index);
-    int bits = 4;
-    while ((1 << bits) < m_height * 2)
-        ++bits;
-    std::vector<Slot> table(size_t{1} << bits);
+    TurnTable table(m_height);
     std::vector<int> next(m_height, -1);
     std::vector<int> slotOf(m_height, -1);
-    const auto find = [&](Hash key) {
-        size_t at = (key * 0x9e3779b1U) >> (32 - bits);
-        while (table[at].before && table[at].key != key)
-            at = (at + 1) & (table.size() - 1);
-        return static_cast<int>(at);
-    };
     const auto turnAt = [](const Hash *cells, int y) {
         return cells[y - 1] * 0x85ebca77U + cells[y];
     };
@@ -327,8 +345,7 @@ void Pair::vote(const Band &band)
         if (was[y] == was[y - 1])
             continue;
         const Hash key = turnAt(was, y);
-        const int at = find(key);
-        Slot &slot = table[at];
+        TurnTable::Slot &slot = table[table.find(key)];
         slot.key = key;
         next[y] = slot.head;
         slot.head = y;
@@ -337,7 +354,7 @@ void Pair::vote(const Band &band)
     for (int y = 1; y < m_height; ++y) {
         if (!band.turn[y])
             continue;
-        const int at = find(turnAt(is, y));
+        const int at = table.find(turnAt(is, y));
         if (table[at].before) {
             slotOf[y] = at;
             ++table[at].after;
@@ -346,7 +363,7 @@ void Pair::vote(const Band &band)
     for (int y = 1; y < m_height; ++y) {
         if (slotOf[y] < 0)
             continue;
-        const Slot &slot = table[slotOf[y]];
+        const TurnTable::Slot &slot = table[slotOf[y]];
         // Frequent turns are sampled, because they can't decide anyway.
         const int weight = slot.before > many ? 8 : 1;
         if (weight > 1 && y % weight)

@@ -64,6 +64,13 @@ bool differNarrowly(const QImage &before, const QImage &after)
            std::min<int>(s_barWidth, after.width() / s_barParts);
 }
 
+// A caret that blinks while something else moves is none.
+bool isChange(const QImage &last, const QImage &now, bool hasMoved)
+{
+    return differWidely(last, now) || (!(hasMoved && differNarrowly(last, now)) &&
+                                       findMovement(last, now).kind != Movement::Kind::Still);
+}
+
 QImage turnedOver(const QImage &picture)
 {
     constexpr int block = 16;
@@ -327,18 +334,24 @@ void ScrolledWindow::waitUnheard()
     }
 }
 
+// False where the wheel could not be turned over the window.
+bool ScrolledWindow::beginTurn(int clicks)
+{
+    if (!waitForFreeHand() || !isReachable())
+        return false;
+    if (!turnWheel(clicks)) {
+        endWith(tr("This desktop lets no program turn the wheel"));
+        return false;
+    }
+    m_unanswered += clicks;
+    return true;
+}
+
 ScrolledWindow::Turn ScrolledWindow::turnAndWait(int clicks, int patience)
 {
     const Stop stop = m_stop;
-    if (clicks != 0) {
-        if (!waitForFreeHand() || !isReachable())
-            return Turn::Nothing;
-        if (!turnWheel(clicks)) {
-            endWith(tr("This desktop lets no program turn the wheel"));
-            return Turn::Nothing;
-        }
-        m_unanswered += clicks;
-    }
+    if (clicks != 0 && !beginTurn(clicks))
+        return Turn::Nothing;
     const QImage before = content();
     if (m_stop == Stop::Abandon && clicks != 0)
         waitUnheard();
@@ -357,10 +370,7 @@ ScrolledWindow::Turn ScrolledWindow::turnAndWait(int clicks, int patience)
             return Turn::Nothing;
         const QImage now = mayDiffer ? content() : last;
         if (mayDiffer && now != last) {
-            // A blinking caret is no change.
-            const bool hasChanged =
-                differWidely(last, now) || (!(hasMoved && differNarrowly(last, now)) &&
-                                            findMovement(last, now).kind != Movement::Kind::Still);
+            const bool hasChanged = isChange(last, now, hasMoved);
             if (hasChanged) {
                 if (hasMoved)
                     longestGap = std::max(longestGap, sinceChange.elapsed());

@@ -126,6 +126,7 @@ private:
     bool turnWheel(int clicks);
     void returnPointer();
     void waitUnheard();
+    bool beginTurn(int clicks);
     Turn turnAndWait(int clicks, int patience);
     int restFor(qint64 longestGap) const;
 

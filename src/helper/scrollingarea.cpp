@@ -330,6 +330,101 @@ private:
     int m_right;
 };
 
+// What stays above and below an area that scrolls: a header, a footer, and the shadows of both.
+class Neighbours
+{
+public:
+    Neighbours(const QImage &first, const QImage &last, const QRect &area, const QRect &inside)
+        : m_earlier(withPixels(first)), m_later(withPixels(last)),
+          m_mask(visibleBits(m_earlier) & visibleBits(m_later)), m_area(area), m_inside(inside)
+    {
+    }
+
+    int rowsAbove() const { return rowsBeyond(m_area.top(), -1, m_inside.top(), m_earlier); }
+    int rowsBelow() const { return rowsBeyond(m_area.bottom(), 1, m_inside.bottom(), m_later); }
+
+private:
+    int rowsBeyond(int edge, int step, int end, const QImage &look) const
+    {
+        const auto isLeft = [&](int rows) {
+            return (end - (edge + (rows + 1) * step)) * step >= 0;
+        };
+        const auto turnsAt = [&](int rows) {
+            return !isAlike(look, edge + (rows + 1) * step, edge + (rows + 2) * step);
+        };
+        int rows = 0;
+        while (rows < s_shadow && isLeft(rows) && !stays(edge + (rows + 1) * step))
+            ++rows;
+        const int shadow = rows;
+        // Its border, its ground, its border.
+        for (int i = 0; i < s_gridLine && isLeft(rows + 1); ++i) {
+            if (turnsAt(rows))
+                ++rows;
+        }
+        const int border = rows;
+        while (isLeft(rows + 1) && !turnsAt(rows))
+            ++rows;
+        if (rows > border && isLeft(rows))
+            ++rows;
+        const bool isWide = m_inside.width() - m_area.width() < s_sidePane;
+        return rows > (isWide ? s_highHeader : s_header) || goesBeyond(edge, step, rows) ? shadow
+                                                                                         : rows;
+    }
+
+    // Whether a bar above or below goes on to the side without a border, over a pane that lies
+    // there.
+    bool goesBeyond(int edge, int step, int rows) const
+    {
+        int left = 0;
+        int right = 0;
+        for (int i = 1; i <= rows; ++i) {
+            const QRgb *line = pixelRow(m_earlier, edge + i * step);
+            const auto isPlain = [&](int from) {
+                return std::all_of(line + from, line + from + s_acrossEdge, [&](QRgb pixel) {
+                    return ((pixel ^ line[from]) & m_mask) == 0;
+                });
+            };
+            left += m_area.left() - s_acrossEdge / 2 >= m_inside.left() &&
+                    isPlain(m_area.left() - s_acrossEdge / 2);
+            right += m_area.right() + s_acrossEdge / 2 < m_inside.right() &&
+                     isPlain(m_area.right() - s_acrossEdge / 2);
+        }
+        return std::max(left, right) * 2 > rows;
+    }
+
+    // A shadow that lies on the content changes with it.
+    bool stays(int y) const
+    {
+        const QRgb *was = pixelRow(m_earlier, y) + m_area.left();
+        const QRgb *is = pixelRow(m_later, y) + m_area.left();
+        const size_t bytes = sizeof(QRgb) * static_cast<size_t>(m_area.width());
+        return m_mask == RGB_MASK
+                   ? std::equal(was, was + m_area.width(), is,
+                                [](QRgb a, QRgb b) { return ((a ^ b) & RGB_MASK) == 0; })
+                   : std::memcmp(was, is, bytes) == 0;
+    }
+
+    bool isAlike(const QImage &look, int a, int b) const
+    {
+        const QRgb one = ground(look, a);
+        const QRgb other = ground(look, b);
+        return std::abs(qRed(one) - qRed(other)) <= s_shade &&
+               std::abs(qGreen(one) - qGreen(other)) <= s_shade &&
+               std::abs(qBlue(one) - qBlue(other)) <= s_shade;
+    }
+
+    QRgb ground(const QImage &look, int y) const
+    {
+        return commonColour(look, QRect(m_area.left(), y, m_area.width(), 1));
+    }
+
+    QImage m_earlier;
+    QImage m_later;
+    QRgb m_mask;
+    QRect m_area;
+    QRect m_inside;
+};
+
 bool canBeTold(const QImage &before, const QImage &after, const Movement &movement)
 {
     return !before.isNull() && before.size() == after.size() && !movement.moved.isEmpty() &&
@@ -371,69 +466,6 @@ RowSpan withNeighbours(const QImage &first, const QImage &last, const QRect &are
     const RowSpan own{area.top(), area.bottom() + 1};
     if (first.isNull() || first.size() != last.size() || !inside.contains(area))
         return own;
-    const QImage earlier = withPixels(first);
-    const QImage later = withPixels(last);
-    const QRgb mask = visibleBits(earlier) & visibleBits(later);
-    const bool isWide = inside.width() - area.width() < s_sidePane;
-    // Whether a bar above or below continues to the side without a border, over a side pane.
-    const auto goesBeyond = [&](int edge, int step, int rows) {
-        int left = 0;
-        int right = 0;
-        for (int i = 1; i <= rows; ++i) {
-            const QRgb *line = pixelRow(earlier, edge + i * step);
-            const auto isPlain = [&](int from) {
-                return std::all_of(line + from, line + from + s_acrossEdge,
-                                   [&](QRgb pixel) { return ((pixel ^ line[from]) & mask) == 0; });
-            };
-            left += area.left() - s_acrossEdge / 2 >= inside.left() &&
-                    isPlain(area.left() - s_acrossEdge / 2);
-            right += area.right() + s_acrossEdge / 2 < inside.right() &&
-                     isPlain(area.right() - s_acrossEdge / 2);
-        }
-        return std::max(left, right) * 2 > rows;
-    };
-    const auto rowsBeyond = [&](int edge, int step, int end, const QImage &look) {
-        const auto ground = [&](int y) {
-            return commonColour(look, QRect(area.left(), y, area.width(), 1));
-        };
-        // A shadow on the content changes when the content scrolls.
-        const auto stays = [&](int y) {
-            const size_t bytes = sizeof(QRgb) * static_cast<size_t>(area.width());
-            return mask == RGB_MASK
-                       ? std::equal(pixelRow(earlier, y) + area.left(),
-                                    pixelRow(earlier, y) + area.right() + 1,
-                                    pixelRow(later, y) + area.left(),
-                                    [](QRgb a, QRgb b) { return ((a ^ b) & RGB_MASK) == 0; })
-                       : std::memcmp(pixelRow(earlier, y) + area.left(),
-                                     pixelRow(later, y) + area.left(), bytes) == 0;
-        };
-        const auto isLeft = [&](int rows) {
-            return (end - (edge + (rows + 1) * step)) * step >= 0;
-        };
-        int rows = 0;
-        while (rows < s_shadow && isLeft(rows) && !stays(edge + (rows + 1) * step))
-            ++rows;
-        const int shadow = rows;
-        const auto isAlike = [&](int a, int b) {
-            const QRgb one = ground(a);
-            const QRgb other = ground(b);
-            return std::abs(qRed(one) - qRed(other)) <= s_shade &&
-                   std::abs(qGreen(one) - qGreen(other)) <= s_shade &&
-                   std::abs(qBlue(one) - qBlue(other)) <= s_shade;
-        };
-        // The neighbouring part consists of a border, its background and another border.
-        for (int i = 0; i < s_gridLine && isLeft(rows + 1); ++i) {
-            if (!isAlike(edge + (rows + 1) * step, edge + (rows + 2) * step))
-                ++rows;
-        }
-        const int border = rows;
-        while (isLeft(rows + 1) && isAlike(edge + (rows + 1) * step, edge + (rows + 2) * step))
-            ++rows;
-        if (rows > border && isLeft(rows))
-            ++rows;
-        return rows > (isWide ? s_highHeader : s_header) || goesBeyond(edge, step, rows) ? shadow
-                                                                                         : rows;
-    };
-    return {own.top - rowsBeyond(area.top(), -1, inside.top(), earlier),
-            own.bottom + rowsBeyond(area.bottom(), 1, inside.bottom(), later)};
+    const Neighbours neighbours(first, last, area, inside);
+    return {own.top - neighbours.rowsAbove(), own.bottom + neighbours.rowsBelow()};
 }

@@ -34,6 +34,29 @@ bool differ(const QRgb *a, const QRgb *b, int count, QRgb mask)
     return difference & mask;
 }
 
+// The offset that most of `all` rows vote for; none where another could be meant as well.
+std::optional<int> clearOffset(const std::unordered_map<int, int> &votes, int all)
+{
+    int best = 0;
+    int second = 0;
+    int offset = 0;
+    for (const auto &[at, count] : votes) {
+        if (count > best) {
+            second = std::exchange(best, count);
+            offset = at;
+        } else {
+            second = std::max(second, count);
+        }
+    }
+    // Among rows of icons whose names differ by a digit most rows look alike in many places, but
+    // all of them in one only.
+    const bool isClear =
+        second * 4 <= best * 3 || all - second >= s_clearly * std::max(all - best, s_hardly);
+    if (best == 0 || best * 4 < all * 3 || !isClear)
+        return {};
+    return offset;
+}
+
 }  // namespace
 
 ScrollStitcher::ScrollStitcher(int heightLimit) : m_heightLimit(std::max(heightLimit, 1)) {}
@@ -239,24 +262,7 @@ std::optional<int> ScrollStitcher::offsetOf(const QImage &view) const
             if (place > y - 1 && place > 0 && content[place - 1] == rows[y - 1])
                 ++votes[place - y];
     }
-    int best = 0;
-    int second = 0;
-    int offset = 0;
-    for (const auto &[at, count] : votes) {
-        if (count > best) {
-            second = std::exchange(best, count);
-            offset = at;
-        } else {
-            second = std::max(second, count);
-        }
-    }
-    // For rows of icons whose names differ in a digit, most rows match in many places, but all rows
-    // match in only one.
-    const bool isClear =
-        second * 4 <= best * 3 || all - second >= s_clearly * std::max(all - best, s_hardly);
-    if (best == 0 || best * 4 < all * 3 || !isClear)
-        return {};
-    return offset;
+    return clearOffset(votes, all);
 }
 
 QImage ScrollStitcher::finish(const QImage &above, const QImage &below)

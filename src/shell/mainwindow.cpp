@@ -1,5 +1,6 @@
 #include "shell/mainwindow.h"
 
+#include "base/log.h"
 #include "capture/grab.h"
 #include "capture/magnifierpanel.h"
 #include "config/applicationrecord.h"
@@ -416,6 +417,8 @@ long HotkeyCallBack(long id, long /*unused*/)
     const Command *command = commandOfHotKey(id);
     if (g_MainWindow && command)
         command->run(*g_MainWindow);
+    else
+        qCInfo(logGrab) << "hot key" << id << "comes before the window, or has no command";
     return 0;
 }
 

@@ -1,5 +1,6 @@
 #include "shell/settingssaver.h"
 
+#include "base/log.h"
 #include "config/resourcefile.h"
 #include "config/settings.h"
 #include "platform/services.h"
@@ -39,6 +40,7 @@ void SettingsSaver::save()
     const bool wasTold = std::exchange(m_isFailureTold, !reason.isEmpty());
     if (reason.isEmpty())
         return;
+    qCInfo(logStore) << "settings can't be saved:" << reason;
     if (!wasTold)
         m_notices.say(tr("The settings can't be saved: %1").arg(reason));
     saveSoon();

@@ -58,6 +58,7 @@ private:
     xcb_atom_t compositorSelection();
     void findClients(QList<Window> &windows);
     void readNames(QList<Window> &windows);
+    void tellPurpose(Window &window, const QList<uint32_t> &types, const QList<uint32_t> &states);
     /// The clients that are not on the screen, as entries for the list of all windows.
     QList<Window> hiddenClients(const QList<Window> &shown);
     xcb_window_t topLevelOf(xcb_window_t window);

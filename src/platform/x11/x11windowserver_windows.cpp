@@ -141,14 +141,6 @@ void X11WindowServer::readNames(QList<Window> &windows)
                                                       m_display.atom("_NET_WM_STATE"),
                                                       m_display.atom("_NET_FRAME_EXTENTS")};
     const xcb_atom_t utf8 = m_display.atom("UTF8_STRING");
-    const xcb_atom_t desktop = m_display.atom("_NET_WM_WINDOW_TYPE_DESKTOP");
-    const xcb_atom_t dock = m_display.atom("_NET_WM_WINDOW_TYPE_DOCK");
-    const xcb_atom_t above = m_display.atom("_NET_WM_STATE_ABOVE");
-    const std::array<xcb_atom_t, 4> menus{m_display.atom("_NET_WM_WINDOW_TYPE_POPUP_MENU"),
-                                          m_display.atom("_NET_WM_WINDOW_TYPE_DROPDOWN_MENU"),
-                                          m_display.atom("_NET_WM_WINDOW_TYPE_MENU"),
-                                          m_display.atom("_NET_WM_WINDOW_TYPE_COMBO")};
-
     QList<std::array<xcb_get_property_cookie_t, PropertyCount>> cookies(windows.size());
     for (qsizetype i = 0; i < windows.size(); ++i) {
         const xcb_window_t window = windows[i].client ? windows[i].client : windows[i].frame;
@@ -172,22 +164,34 @@ void X11WindowServer::readNames(QList<Window> &windows)
         const QList<uint32_t> frame = valuesOf(told[Frame]);
         if (frame.size() == s_sides && windows[i].client != windows[i].frame)
             entry.frame = frameMargins(frame, windows[i].bounds.size());
-        const QList<uint32_t> types = valuesOf(told[Type]);
         entry.process = pid.value(0);
-        const bool isPopup = !windows[i].client && windows[i].unmanaged;
-        const bool isMenu = std::any_of(menus.begin(), menus.end(),
-                                        [&types](xcb_atom_t menu) { return types.contains(menu); });
-        if (isPopup && (isMenu || types.isEmpty()))
-            entry.kind = isMenu ? Kind::Menu : Kind::Unnamed;
-        if (types.contains(desktop))
-            entry.layer = s_desktopLayer;
-        else if (types.contains(dock))
-            entry.layer = s_dockLayer;
-        else if (isPopup)
-            entry.layer = s_popupLayer;
-        else if (valuesOf(told[State]).contains(above))
-            entry.layer = s_aboveLayer;
+        tellPurpose(windows[i], valuesOf(told[Type]), valuesOf(told[State]));
     }
+}
+
+// What it is for, and how far in front it is, by its types and states.
+void X11WindowServer::tellPurpose(Window &window, const QList<uint32_t> &types,
+                                  const QList<uint32_t> &states)
+{
+    const auto isOfType = [&](std::string_view name) {
+        return types.contains(m_display.atom(name));
+    };
+    constexpr std::array<std::string_view, 4> menus{
+        "_NET_WM_WINDOW_TYPE_POPUP_MENU", "_NET_WM_WINDOW_TYPE_DROPDOWN_MENU",
+        "_NET_WM_WINDOW_TYPE_MENU", "_NET_WM_WINDOW_TYPE_COMBO"};
+    Entry &entry = window.entry;
+    const bool isPopup = !window.client && window.unmanaged;
+    const bool isMenu = std::any_of(menus.begin(), menus.end(), isOfType);
+    if (isPopup && (isMenu || types.isEmpty()))
+        entry.kind = isMenu ? Kind::Menu : Kind::Unnamed;
+    if (isOfType("_NET_WM_WINDOW_TYPE_DESKTOP"))
+        entry.layer = s_desktopLayer;
+    else if (isOfType("_NET_WM_WINDOW_TYPE_DOCK"))
+        entry.layer = s_dockLayer;
+    else if (isPopup)
+        entry.layer = s_popupLayer;
+    else if (states.contains(m_display.atom("_NET_WM_STATE_ABOVE")))
+        entry.layer = s_aboveLayer;
 }
 
 QList<X11WindowServer::Window> X11WindowServer::hiddenClients(const QList<Window> &all)
