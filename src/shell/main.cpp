@@ -21,6 +21,7 @@
 #include "shell/translation.h"
 
 #include <QApplication>
+#include <QDBusConnection>
 #include <QFile>
 #include <QFontDatabase>
 #include <QImageReader>
@@ -86,8 +87,10 @@ void nameApplication()
 // The same, with it.
 void setUpApplication()
 {
-    // Reading the desktop's fonts is a third of a start's work, and the first text comes late.
+    // Reading the desktop's fonts is a third of a start's work, and the first text comes late. The
+    // session bus answers late as well. Both go on aside until they are asked for.
     QThreadPool::globalInstance()->start([] { QFontDatabase::families(); });
+    QThreadPool::globalInstance()->start([] { QDBusConnection::sessionBus(); });
     QApplication::setStyle(new LeanStyle);
     installTranslations();
     outliveSessionBus();

@@ -8,10 +8,16 @@
 #include <QTimer>
 #include <QWindow>
 
+namespace {
+
+constexpr int s_pause = 100;  // ms
+
+}  // namespace
+
 TrayIcon::TrayIcon(QMenu &menu, const QIcon &icon, QObject *parent) : QObject(parent), m_menu(menu)
 {
     qGuiApp->installEventFilter(this);
-    QTimer::singleShot(0, this, [this, icon] { appear(icon); });
+    QTimer::singleShot(s_pause, this, [this, icon] { appear(icon); });
 }
 
 TrayIcon::~TrayIcon() = default;

@@ -16,8 +16,8 @@ class TrayIcon : public QObject
     Q_OBJECT
 
 public:
-    /// The icon comes a turn of the event loop later: the desktop's tray answers late, and nobody
-    /// need wait for it. `menu` outlives this object.
+    /// The icon comes a moment later: the desktop's tray answers late, and the window is painted
+    /// first. `menu` outlives this object.
     TrayIcon(QMenu &menu, const QIcon &icon, QObject *parent);
     ~TrayIcon() override;
 

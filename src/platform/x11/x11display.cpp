@@ -5,6 +5,15 @@
 #include <algorithm>
 #include <array>
 
+#include <xcb/composite.h>
+#include <xcb/damage.h>
+#include <xcb/randr.h>
+#include <xcb/shape.h>
+#include <xcb/shm.h>
+#include <xcb/xfixes.h>
+#include <xcb/xinput.h>
+#include <xcb/xtest.h>
+
 namespace {
 
 constexpr uint32_t s_propertyLimit = 1 << 16;  // in units of four bytes
@@ -35,6 +44,11 @@ X11Display::X11Display(xcb_connection_t *connection)
     for (int i = 0; i < m_screenNumber && screens.rem > 1; ++i)
         xcb_screen_next(&screens);
     m_screen = screens.data;
+    // The services ask for these one after another. One round trip for all of them.
+    for (xcb_extension_t *extension :
+         {&xcb_composite_id, &xcb_damage_id, &xcb_input_id, &xcb_randr_id, &xcb_shape_id,
+          &xcb_shm_id, &xcb_test_id, &xcb_xfixes_id})
+        xcb_prefetch_extension_data(connection, extension);
 }
 
 xcb_atom_t X11Display::atom(std::string_view name)
