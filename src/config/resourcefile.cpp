@@ -13,10 +13,12 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QStandardPaths>
+#include <QXmlStreamReader>
 
 #include <array>
 #include <cerrno>
 #include <cstdio>
+#include <optional>
 #include <string>
 
 using namespace Qt::StringLiterals;
@@ -130,6 +132,21 @@ int readNumber(const QString &file, const QString &element, const QString &attri
     return QString::fromWCharArray(text.data()).toInt();
 }
 
+// The same of the top element, without the rest of the file: parsing a shipped file that is not
+// needed costs a start its time and the program its memory. Returns nothing if the file begins with
+// something else.
+std::optional<int> readTopNumber(const QString &path, const QString &element,
+                                 const QString &attribute)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return {};
+    QXmlStreamReader reader(&file);
+    if (!reader.readNextStartElement() || reader.name() != element)
+        return {};
+    return reader.attributes().value(attribute).toInt();
+}
+
 }  // namespace
 
 QString userDataFolder()
@@ -167,7 +184,7 @@ bool ProcessResourceFile(const QString &)
     }
     try {
         // The key does not matter: any read makes the store parse the installed file.
-        GetString(u"test"_s);
+        GetConfigString(u"test"_s);
         writeFile(backup, contentOf(resource));
         DeleteExceptionFile();
         return true;
@@ -194,7 +211,8 @@ bool XmlIsOld(const QString &shippedXml, const QString &userXml, const QString &
 {
     if (!isFile(userXml))
         return true;
-    const int shippedNumber = readNumber(shippedXml, element, attribute);
+    const auto top = readTopNumber(shippedXml, element, attribute);
+    const int shippedNumber = top ? *top : readNumber(shippedXml, element, attribute);
     return readNumber(userXml, element, attribute) < shippedNumber;
 }
 

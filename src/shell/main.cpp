@@ -172,7 +172,6 @@ int main(int argc, char **argv)
     nameApplication();
     const QApplication application(argc, argv);
     setUpApplication();
-    AccessibilityGate accessibility;
     installServices(createServices());
     // They must not outlive the connection that they speak over.
     const auto withdrawServices = qScopeGuard([] { installServices({}); });
@@ -182,6 +181,8 @@ int main(int argc, char **argv)
     const QString folder = userDataFolder();
     if (!makeDataFolder(folder))
         return 1;
+    // As soon as the bus is likely to be there, so that its answers come while other work is done.
+    AccessibilityGate accessibility;
     // Before the resource file: two programs that prove it at once would take each other's marker
     // for a crash.
     SingleProgram single(folder, busCommands());
