@@ -1,5 +1,6 @@
 #include "shell/commands.h"
 
+#include "shell/grabflow.h"
 #include "shell/mainwindow.h"
 #include "shell/skin.h"
 
@@ -16,6 +17,8 @@ using namespace Qt::StringLiterals;
 namespace {
 
 using Menu = Command::Menu;
+
+template<GrabCommand grab> void press(MainWindow &window) { window.grabs().press(grab); }
 
 // The order is that of the menus. System-wide hot keys are registered apart from the keys here, and
 // don't agree with them on V and M; a reader would expect the same, and the difference is kept on
@@ -68,7 +71,7 @@ constexpr auto s_commands = std::to_array<Command>({
      .button = "BtnFrameRect",
      .hotKey = 1,
      .action = "capture-rectangle",
-     .run = [](MainWindow &window) { window.ShowGrabRectWindow(false); }},
+     .run = press<GrabCommand::Rectangle>},
     {.menu = Menu::Capture,
      .caption = QT_TRANSLATE_NOOP("MainWindow", "Ellipse"),
      .trayCaption = QT_TRANSLATE_NOOP("MainWindow", "Capture Ellipse"),
@@ -76,7 +79,7 @@ constexpr auto s_commands = std::to_array<Command>({
      .button = "BtnFrameEllipse",
      .hotKey = 2,
      .action = "capture-ellipse",
-     .run = [](MainWindow &window) { window.ShowGrabEllipseWindow(false); }},
+     .run = press<GrabCommand::Ellipse>},
     {.menu = Menu::Capture,
      .caption = QT_TRANSLATE_NOOP("MainWindow", "Arbitrary"),
      .trayCaption = QT_TRANSLATE_NOOP("MainWindow", "Capture Arbitrary"),
@@ -84,7 +87,7 @@ constexpr auto s_commands = std::to_array<Command>({
      .button = "BtnFramePolygon",
      .hotKey = 3,
      .action = "capture-polygon",
-     .run = [](MainWindow &window) { window.ShowGrabPolygonWindow(false); }},
+     .run = press<GrabCommand::Polygon>},
     {.menu = Menu::Capture, .caption = "", .trayCaption = ""},
     {.menu = Menu::Capture,
      .caption = QT_TRANSLATE_NOOP("MainWindow", "Select Window"),
@@ -93,7 +96,7 @@ constexpr auto s_commands = std::to_array<Command>({
      .button = "BtnSelectWindow",
      .hotKey = 5,
      .action = "capture-window",
-     .run = [](MainWindow &window) { window.ShowSelectWindow(false); }},
+     .run = press<GrabCommand::Window>},
     {.menu = Menu::Capture,
      .caption = QT_TRANSLATE_NOOP("MainWindow", "All Windows"),
      .trayCaption = QT_TRANSLATE_NOOP("MainWindow", "All Windows"),
@@ -101,23 +104,23 @@ constexpr auto s_commands = std::to_array<Command>({
      .button = "BtnAllWindows",
      .hotKey = 4,
      .action = "capture-windows",
-     .run = [](MainWindow &window) { window.ShowAllWindow(); }},
+     .run = press<GrabCommand::Windows>},
     // The bar's item and the button count down; the tray has an item for either.
     {.menu = Menu::Capture,
      .caption = QT_TRANSLATE_NOOP("MainWindow", "Full Screen"),
      .keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+Alt+S"),
      .button = "BtnFullScreen",
-     .run = [](MainWindow &window) { window.ShowFullScreen(true, true); }},
+     .run = press<GrabCommand::Countdown>},
     {.trayCaption = QT_TRANSLATE_NOOP("MainWindow", "Capture Full Screen"),
      .keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+Alt+S"),
      .hotKey = 6,
      .action = "capture-screen",
-     .run = [](MainWindow &window) { window.ShowFullScreen(false, false); }},
+     .run = press<GrabCommand::Screen>},
     {.trayCaption = QT_TRANSLATE_NOOP("MainWindow", "Capture Full Screen with Countdown Timer"),
      .keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+Alt+T"),
      .hotKey = 7,
      .action = "capture-screen-countdown",
-     .run = [](MainWindow &window) { window.ShowFullScreen(false, true); }},
+     .run = press<GrabCommand::Countdown>},
     {.menu = Menu::Capture,
      .caption = QT_TRANSLATE_NOOP("MainWindow", "Menu"),
      .trayCaption = QT_TRANSLATE_NOOP("MainWindow", "Capture Menu"),
@@ -125,13 +128,13 @@ constexpr auto s_commands = std::to_array<Command>({
      .button = "BtnMenuCapture",
      .hotKey = 8,
      .action = "capture-menu",
-     .run = [](MainWindow &window) { window.ShowMenuWindow(); }},
+     .run = press<GrabCommand::Menu>},
     {.trayCaption = ""},
     // No key of the system reaches its number.
     {.trayCaption = QT_TRANSLATE_NOOP("MainWindow", "Show Snapworkbench"),
      .keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+Alt+V"),
      .hotKey = 9,
-     .run = [](MainWindow &window) { window.comeForward(); }},
+     .run = press<GrabCommand::Show>},
     {.trayCaption = ""},
     {.trayCaption = QT_TRANSLATE_NOOP("MainWindow", "Quit"),
      .run = [](MainWindow &window) { window.quit(); }},

@@ -7,6 +7,7 @@
 #include "platform/services.h"
 #include "shell/capturerefusal.h"
 #include "shell/mainwindow.h"
+#include "shell/workbench.h"
 
 #include <QApplication>
 
@@ -150,11 +151,11 @@ void FrontWindow::addDocument(Grab grab)
     TPictureEditor::EditPolyPixmap(grab.picture, m_flag, Licensing::status().registered,
                                    std::get_if<QPainterPath>(&grab.outline),
                                    std::get_if<QPolygonF>(&grab.outline));
-    m_window.NewDocument(grab.picture, grab.name,
-                         {.time = QDateTime::currentDateTime(),
-                          .kind = grab.kind,
-                          .application = owner,
-                          .title = title});
+    m_window.work().add(grab.picture, grab.name,
+                        {.time = QDateTime::currentDateTime(),
+                         .kind = grab.kind,
+                         .application = owner,
+                         .title = title});
 }
 
 void FrontWindow::say(const QString &text) { m_window.say(text); }
