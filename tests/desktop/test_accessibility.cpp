@@ -2,6 +2,7 @@
 // and what this one tells of itself.
 
 #include "platform/xdg/busaccessibility.h"
+#include "scrollprogram.h"
 #include "snapworkbench.h"
 
 #include <QDBusConnection>
@@ -24,12 +25,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// Of the programs' windows, in logical pixels.
-const QRect s_pane(20, 30, 300, 200);
-constexpr int s_bar = 20;
-const QPoint s_inside(60, 70);
-const QPoint s_fitting(60, 270);  // in a pane without a scroll bar
-
 // A search gives up after a second; the rest is for a loaded machine.
 constexpr int s_answerLimit = 3000;
 
@@ -46,17 +41,17 @@ class TestAccessibility : public QObject
 private slots:
     void initTestCase();
     void cleanup();
-    void switchIsTurnedOn();
     void areaOfAnotherProgram_data();
     void areaOfAnotherProgram();
-    void programThatIsStuck();
-    void strangerThatIsStuck();
+    void stuckPrograms();
     void ownWindows_data();
     void ownWindows();
     void busThatWasReplaced();
 
 private:
-    bool start(const QString &program, const QStringList &arguments, qreal scale = 1);
+    bool start(const QString &toolkit = u"qt"_s, const QStringList &arguments = {u"list"_s},
+               qreal scale = 1);
+    /// At a point of the program's window, in logical pixels.
     Accessibility::Place place(QPoint logical, bool known = true);
     std::optional<QRect> ask(const Accessibility::Place &place);
     QRect waitForArea(bool known = true);
@@ -65,7 +60,7 @@ private:
 
     std::unique_ptr<TestDesktop> m_desktop{};
     std::unique_ptr<BusAccessibility> m_service{};
-    QProcess *m_program = nullptr;
+    ScrollProgram m_other{};
     qreal m_scale = 1;
     QRect m_client{};
     QRect m_frame{};
@@ -85,11 +80,11 @@ void TestAccessibility::initTestCase()
 
 void TestAccessibility::cleanup()
 {
-    if (!m_program)
+    if (!m_other.process)
         return;
-    m_program->kill();
-    m_program->waitForFinished();
-    m_program = nullptr;
+    m_other.process->kill();
+    m_other.process->waitForFinished();
+    m_other = {};
     QVERIFY(waitFor([&] { return !findWindow(); }));
 }
 
@@ -112,23 +107,19 @@ bool TestAccessibility::findWindow()
     return !m_client.isNull();
 }
 
-bool TestAccessibility::start(const QString &program, const QStringList &arguments, qreal scale)
+bool TestAccessibility::start(const QString &toolkit, const QStringList &arguments, qreal scale)
 {
     m_service->enable();
     m_scale = scale;
-    QProcessEnvironment environment = m_desktop->environment();
-    environment.remove(u"NO_AT_BRIDGE"_s);
-    environment.insert(u"QT_SCALE_FACTOR"_s, QString::number(scale));
-    environment.insert(u"GDK_SCALE"_s, QString::number(scale));
-    m_program = m_desktop->start(program, arguments, environment);
-    return m_program && waitFor([&] { return findWindow(); });
+    m_other = ScrollProgram::start(*m_desktop, toolkit, arguments, true, scale);
+    return m_other.process && waitFor([&] { return findWindow(); });
 }
 
 Accessibility::Place TestAccessibility::place(QPoint logical, bool known)
 {
     return {.point = global({logical, QSize(1, 1)}).topLeft(),
             .window = m_frame,
-            .process = known ? uint(m_program->processId()) : 0,
+            .process = known ? uint(m_other.process->processId()) : 0,
             .title = u"scroll"_s};
 }
 
@@ -154,92 +145,65 @@ QRect TestAccessibility::waitForArea(bool known)
 {
     QRect result;
     waitFor([&] {
-        result = findWindow() ? ask(place(s_inside, known)).value_or(QRect()) : QRect();
+        result =
+            findWindow() ? ask(place(m_other.view.center(), known)).value_or(QRect()) : QRect();
         return !result.isNull();
     });
     return result;
 }
 
-void TestAccessibility::switchIsTurnedOn()
-{
-    QVERIFY(!m_service->isEnabled());
-    m_service->enable();
-    QVERIFY(m_service->isEnabled());
-    // Another one asks the desktop, too.
-    QVERIFY(BusAccessibility().isEnabled());
-}
-
 void TestAccessibility::areaOfAnotherProgram_data()
 {
-    QTest::addColumn<QString>("program");
-    QTest::addColumn<QStringList>("kind");
+    QTest::addColumn<QString>("toolkit");
+    QTest::addColumn<QStringList>("arguments");
     QTest::addColumn<qreal>("scale");
     QTest::addColumn<bool>("known");
-    const QString qt = QStringLiteral(SNAP_SCROLL);
-    const QString gtk = QStringLiteral(SNAP_SCROLL_GTK);
-    QTest::newRow("Qt area") << qt << QStringList{u"area"_s} << 1.0 << true;
-    QTest::newRow("Qt area, scaled") << qt << QStringList{u"area"_s} << 1.5 << true;
-    QTest::newRow("Qt area among many") << qt << QStringList{u"crowd"_s} << 1.0 << true;
-    QTest::newRow("Qt text, process unknown") << qt << QStringList{u"text"_s} << 1.0 << false;
-    QTest::newRow("Qt list, no scroll bar told") << qt << QStringList{u"list"_s} << 1.0 << true;
-    QTest::newRow("GTK text") << gtk << QStringList{u"text"_s} << 1.0 << true;
-    QTest::newRow("GTK box, process unknown") << gtk << QStringList{u"box"_s} << 1.0 << false;
-    QTest::newRow("GTK text, scaled") << gtk << QStringList{u"text"_s, u"bare"_s} << 2.0 << true;
+    QTest::newRow("Qt list among many, scaled")
+        << u"qt"_s << QStringList{u"list"_s, u"crowd"_s} << 1.5 << true;
+    QTest::newRow("Qt list, no scroll bar told, process unknown")
+        << u"qt"_s << QStringList{u"list"_s} << 1.0 << false;
+    QTest::newRow("GTK list, process unknown")
+        << u"gtk"_s << QStringList{u"list"_s, u"bar"_s, u"status"_s} << 1.0 << false;
+    // A frame of an odd number of pixels is told in rounded ones where each of them is two.
+    QTest::newRow("GTK text, scaled")
+        << u"gtk"_s << QStringList{u"editor"_s, u"bar"_s, u"bare"_s} << 2.0 << true;
 }
 
 void TestAccessibility::areaOfAnotherProgram()
 {
-    QFETCH(QString, program);
-    QFETCH(QStringList, kind);
+    QFETCH(QString, toolkit);
+    QFETCH(QStringList, arguments);
     QFETCH(qreal, scale);
     QFETCH(bool, known);
-    int bar = s_bar;
-    if (program.endsWith(u".py")) {
-        // The system's own, which has the toolkit's modules.
-        QVERIFY(start(u"/usr/bin/python3"_s, QStringList{program} + kind, scale));
-        QVERIFY(waitFor([&] { return m_program->canReadLine(); }));
-        bar = m_program->readLine().trimmed().toInt();
-        QVERIFY(bar > 0);
-    } else {
-        QVERIFY(start(program, kind, scale));
-    }
-    const QRect area = waitForArea(known);
-    QCOMPARE(area, global(s_pane.adjusted(0, 0, -bar, 0)));
-    // Neither the scroll bar nor what lies outside scrolls.
-    QCOMPARE(ask(place({s_pane.right() - bar / 2, s_inside.y()})), QRect());
-    QCOMPARE(ask(place(s_fitting)), QRect());
+    QVERIFY(start(toolkit, arguments, scale));
+    // Another one asks the desktop, too.
+    QVERIFY(BusAccessibility().isEnabled());
+    QCOMPARE(waitForArea(known), global(m_other.view));
+    // The scroll bar does not scroll.
+    QCOMPARE(ask(place(m_other.view.center() + QPoint(m_other.view.width() / 2 + 5, 0))), QRect());
 }
 
-void TestAccessibility::programThatIsStuck()
+// A program that does not answer, asked for itself or, where the process is not known, with all
+// others.
+void TestAccessibility::stuckPrograms()
 {
-    QVERIFY(start(QStringLiteral(SNAP_SCROLL), {u"area"_s}));
+    QVERIFY(start());
     const QRect area = waitForArea();
     QVERIFY(!area.isNull());
-    QCOMPARE(kill(pid_t(m_program->processId()), SIGSTOP), 0);
+    QProcess *stuck = m_other.process;
+    QCOMPARE(kill(pid_t(stuck->processId()), SIGSTOP), 0);
     int ticks = 0;
     QTimer timer;
     connect(&timer, &QTimer::timeout, [&] { ++ticks; });
     timer.start(20);
-    const std::optional<QRect> answer = ask(place(s_inside));
-    QCOMPARE(kill(pid_t(m_program->processId()), SIGCONT), 0);
-    QCOMPARE(answer, QRect());
+    QCOMPARE(ask(place(m_other.view.center())), QRect());
     // Events ran while the answer was waited for.
     QVERIFY2(ticks >= 5, qPrintable(QString::number(ticks)));
-    QCOMPARE(waitForArea(), area);
-}
-
-// Where the process is not known all programs are asked, and one of them never answers.
-void TestAccessibility::strangerThatIsStuck()
-{
-    QVERIFY(start(QStringLiteral(SNAP_SCROLL), {u"area"_s}));
-    QVERIFY(!waitForArea().isNull());
-    QProcess *stranger = m_program;
-    QCOMPARE(kill(pid_t(stranger->processId()), SIGSTOP), 0);
-    QVERIFY(start(QStringLiteral(SNAP_SCROLL), {u"area"_s}));
+    QVERIFY(start());
     const QRect known = waitForArea(true);
     const QRect unknown = waitForArea(false);
-    stranger->kill();
-    stranger->waitForFinished();
+    stuck->kill();
+    stuck->waitForFinished();
     QVERIFY(!known.isNull());
     QCOMPARE(unknown, known);
 }
@@ -284,7 +248,7 @@ void TestAccessibility::ownWindows()
     QElapsedTimer timer;
     timer.start();
     QVERIFY(program.startAndWait());
-    m_program = program.process();
+    m_other.process = program.process();
     m_desktop->key('s', {XK_Control_L, XK_Alt_L});
     QVERIFY(program.waitForTitle(u"untitled * - Snap Workbench"_s, s_startLimit));
     QVERIFY2(timer.elapsed() < s_startLimit, qPrintable(QString::number(timer.elapsed())));
@@ -294,7 +258,7 @@ void TestAccessibility::ownWindows()
 
 void TestAccessibility::busThatWasReplaced()
 {
-    QVERIFY(start(QStringLiteral(SNAP_SCROLL), {u"area"_s}));
+    QVERIFY(start());
     QVERIFY(!waitForArea().isNull());
     const QString service = u"org.a11y.Bus"_s;
     QDBusConnectionInterface *session = QDBusConnection::sessionBus().interface();
@@ -304,7 +268,7 @@ void TestAccessibility::busThatWasReplaced()
     QVERIFY(waitFor([&] { return !session->isServiceRegistered(service); }));
     QVERIFY(!m_service->isEnabled());
     cleanup();
-    QVERIFY(start(QStringLiteral(SNAP_SCROLL), {u"area"_s}));
+    QVERIFY(start());
     QVERIFY(!waitForArea().isNull());
 }
 

@@ -60,8 +60,9 @@ public:
     QList<QRect> late{};  ///< parts of the page that are grey when they come into view
     int lateness = 0;     ///< for so long, in milliseconds
     int pending = 0;
-    bool stuck = false;  ///< turns are carried out once it no longer is
-    Hook onTurn{};       ///< called after each turn
+    bool stuck = false;     ///< turns are carried out once it no longer is
+    bool swallows = false;  ///< as an open menu swallows turns
+    Hook onTurn{};          ///< called after each turn
 
     QRect view() const
     {
@@ -122,7 +123,7 @@ public:
     {
         if (wheel == Wheel::Right)
             sideOffset = std::clamp(sideOffset + clicks * s_sideStep, 0, rightmost());
-        else if (wheel == Wheel::Down)
+        else if (wheel == Wheel::Down && !swallows)
             pending += clicks;
         ++turns;
         scroll();
@@ -181,6 +182,7 @@ private slots:
                 services().clock->after(1500, this, [this] {
                     m_server->handBusy = false;
                     m_server->stuck = false;
+                    m_server->swallows = false;
                     m_server->scroll();
                 });
             };
@@ -193,6 +195,7 @@ private slots:
         };
         check("hangs on the way down", 5, [this] { m_server->stuck = true; });
         check("hangs from the first turn on", 1, [this] { m_server->stuck = true; });
+        check("opens a menu for a while", 5, [this] { m_server->swallows = true; });
         check("is moved", 5, [this] { m_server->bounds.translate(60, 30); });
         check("the user holds a key", 5, [this] { m_server->handBusy = true; });
         const auto recolour = [this] {

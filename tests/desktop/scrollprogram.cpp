@@ -1,0 +1,29 @@
+#include "scrollprogram.h"
+
+using namespace Qt::StringLiterals;
+
+ScrollProgram ScrollProgram::start(TestDesktop &desktop, const QString &toolkit,
+                                   const QStringList &arguments, bool isTold, qreal scale)
+{
+    QProcessEnvironment environment = desktop.environment();
+    if (isTold)
+        environment.remove(u"NO_AT_BRIDGE"_s);
+    environment.insert(u"QT_SCALE_FACTOR"_s, QString::number(scale));
+    environment.insert(u"GDK_SCALE"_s, QString::number(scale));
+    environment.insert(u"GSK_RENDERER"_s, u"cairo"_s);
+    environment.insert(u"WEBKIT_DISABLE_COMPOSITING_MODE"_s, u"1"_s);
+    // The system's own Python has the toolkit's modules.
+    QProcess *process =
+        toolkit == u"qt"
+            ? desktop.start(QStringLiteral(SNAP_SCROLL), arguments, environment)
+            : desktop.start(u"/usr/bin/python3"_s,
+                            QStringList{QStringLiteral(SNAP_SCROLL_GTK)} + arguments, environment);
+    if (!process || !waitFor([&] { return process->canReadLine(); }))
+        return {};
+    const QList<QByteArray> told = process->readLine().simplified().split(' ');
+    if (told.size() != 6)
+        return {};
+    return {.process = process,
+            .view = {told[1].toInt(), told[2].toInt(), told[3].toInt(), told[4].toInt()},
+            .header = told[5].toInt()};
+}
