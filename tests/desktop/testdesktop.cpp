@@ -232,14 +232,7 @@ void TestDesktop::waitForWindowManager()
                           XCB_WINDOW_CLASS_COPY_FROM_PARENT, XCB_COPY_FROM_PARENT, 0, nullptr);
     }
     xcb_delete_property(m_connection, m_question, answer);
-    xcb_client_message_event_t message{};
-    message.response_type = XCB_CLIENT_MESSAGE;
-    message.format = 32;
-    message.window = m_question;
-    message.type = atom("_NET_REQUEST_FRAME_EXTENTS");
-    xcb_send_event(m_connection, 0, m_root,
-                   XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
-                   reinterpret_cast<const char *>(&message));
+    send(m_root, m_question, "_NET_REQUEST_FRAME_EXTENTS", 0);
     waitFor([&] { return !property(m_question, "_NET_FRAME_EXTENTS").isEmpty(); });
 }
 
@@ -453,16 +446,30 @@ QString TestDesktop::titleOf(xcb_window_t window)
     return QString::fromUtf8(title.isEmpty() ? property(window, "WM_NAME") : title);
 }
 
-void TestDesktop::closeWindow(const Window &window)
+void TestDesktop::send(xcb_window_t to, xcb_window_t window, const char *type, uint32_t value)
 {
     xcb_client_message_event_t message{};
     message.response_type = XCB_CLIENT_MESSAGE;
     message.format = 32;
-    message.window = window.id;
-    message.type = atom("WM_PROTOCOLS");
-    message.data.data32[0] = atom("WM_DELETE_WINDOW");
-    xcb_send_event(m_connection, 0, window.id, 0, reinterpret_cast<const char *>(&message));
+    message.window = window;
+    message.type = atom(type);
+    message.data.data32[0] = value;
+    const uint32_t windowManager =
+        XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT;
+    xcb_send_event(m_connection, 0, to, to == m_root ? windowManager : 0,
+                   reinterpret_cast<const char *>(&message));
     xcb_flush(m_connection);
+}
+
+void TestDesktop::closeWindow(const Window &window)
+{
+    send(window.id, window.id, "WM_PROTOCOLS", atom("WM_DELETE_WINDOW"));
+}
+
+void TestDesktop::minimise(const Window &window)
+{
+    constexpr uint32_t iconic = 3;
+    send(m_root, window.id, "WM_CHANGE_STATE", iconic);
 }
 
 void TestDesktop::placeWindow(const Window &window, const QRect &area)

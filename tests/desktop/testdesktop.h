@@ -91,6 +91,8 @@ public:
     QString activeTitle();
     /// Asks a window to close.
     void closeWindow(const Window &window);
+    /// Minimises it, as its frame's button would.
+    void minimise(const Window &window);
     /// Asks for another place and size, as the user would by the window's frame.
     void placeWindow(const Window &window, const QRect &area);
 
@@ -103,6 +105,7 @@ private:
     bool startWindowManager(const Options &options);
     bool run(const QString &program, const QStringList &arguments);
     void waitForWindowManager();
+    void send(xcb_window_t to, xcb_window_t window, const char *type, uint32_t value);
     void fake(uint8_t type, uint8_t detail, QPoint at = {});
     xcb_keycode_t keycode(xcb_keysym_t keysym);
     QByteArray property(xcb_window_t window, const char *name);
