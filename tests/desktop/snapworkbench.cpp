@@ -14,6 +14,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 const QString s_name = u"org.example.brenvale.SnapWorkbench"_s;
+const QString s_title = u"Snap Workbench"_s;
 constexpr int s_stateLimit = 1000;  // ms; a program that is busy is asked again
 
 QDomDocument parsed(const QString &path)
@@ -80,19 +81,13 @@ QProcess *SnapWorkbench::start(const QMap<QString, QString> &variables)
 
 bool SnapWorkbench::startAndWait(const QMap<QString, QString> &variables)
 {
-    return start(variables) && waitForTitle(u"Snap Workbench"_s);
+    return start(variables) && waitForTitle(s_title);
 }
 
 bool SnapWorkbench::waitForTitle(const QString &title, int limit)
 {
-    return waitFor(
-        [&] {
-            const QList<TestDesktop::Window> windows = m_desktop.windows();
-            return std::any_of(
-                windows.begin(), windows.end(),
-                [&](const TestDesktop::Window &window) { return window.title == title; });
-        },
-        limit);
+    const auto isIt = [&](const TestDesktop::Window &window) { return window.title == title; };
+    return waitFor([&] { return m_desktop.find(isIt).id != XCB_NONE; }, limit);
 }
 
 bool SnapWorkbench::confirm(const QString &title)
@@ -107,11 +102,7 @@ bool SnapWorkbench::confirm(const QString &title)
 
 TestDesktop::Window SnapWorkbench::mainWindow()
 {
-    for (const TestDesktop::Window &window : m_desktop.windows()) {
-        if (window.title.endsWith(u"Snap Workbench"_s))
-            return window;
-    }
-    return {};
+    return m_desktop.find([](const auto &window) { return window.title.endsWith(s_title); });
 }
 
 bool SnapWorkbench::quit()
@@ -145,10 +136,11 @@ bool SnapWorkbench::waitForState(const QString &state, int limit)
 
 bool SnapWorkbench::hasOverlay(const QRect &area)
 {
-    const QList<TestDesktop::Window> windows = m_desktop.windows();
-    return std::any_of(windows.begin(), windows.end(), [&](const TestDesktop::Window &window) {
-        return window.viewable && window.overrideRedirect && window.area.contains(area);
-    });
+    return m_desktop
+               .find([&](const TestDesktop::Window &window) {
+                   return window.viewable && window.overrideRedirect && window.area.contains(area);
+               })
+               .id != XCB_NONE;
 }
 
 bool SnapWorkbench::openOverlay(const QRect &area, xcb_keysym_t hotKey)
@@ -229,12 +221,10 @@ bool DesktopTest::hasDialog(const QList<TestDesktop::Window> &before)
 // first press for itself.
 bool DesktopTest::dismiss(xcb_keysym_t keysym)
 {
-    const auto isGone = [this] {
-        const QList<TestDesktop::Window> windows = m_desktop->windows();
-        return std::none_of(windows.begin(), windows.end(), [&](const TestDesktop::Window &window) {
-            return window.id == m_dialog.id && window.viewable;
-        });
+    const auto isThere = [this](const TestDesktop::Window &window) {
+        return window.id == m_dialog.id && window.viewable;
     };
+    const auto isGone = [&] { return m_desktop->find(isThere).id == XCB_NONE; };
     for (int press = 0; press < 20; ++press) {
         m_desktop->key(keysym);
         if (waitFor(isGone, 1000))

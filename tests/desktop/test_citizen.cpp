@@ -130,37 +130,9 @@ private slots:
         const auto first = static_cast<pid_t>(m_program->process()->processId());
         QCOMPARE(kill(first, SIGSTOP), 0);
         const auto goOn = qScopeGuard([first] { kill(first, SIGCONT); });
-        QProcess second;
-        second.setProcessEnvironment(m_desktop->environment());
-        second.start(SnapWorkbench::program(), QStringList());
-        QVERIFY(endsWith(&second, 1));
-        const QString told = QString::fromLocal8Bit(second.readAllStandardError());
-        QVERIFY2(told.contains(u"does not answer"_s), qPrintable(told));
+        QVERIFY(endsWith(m_program->start(), 1));
         QVERIFY(waitFor([&] { return notifications.text.contains(u"does not answer"_s); }));
         QDBusConnection::disconnectFromBus(bus.name());
-    }
-
-    void openedPictures()
-    {
-        QVERIFY(begin());
-        QStringList uris{u"https://www.example.com/x.png"_s};
-        for (const QString &name : {u"other.png"_s, u"one two#3.png"_s}) {
-            const QString path = m_desktop->home() + u'/' + name;
-            QVERIFY(pattern({60, 40}).save(path));
-            uris.prepend(QUrl::fromLocalFile(path).toString(QUrl::FullyEncoded));
-        }
-        QVERIFY(m_desktop->startPattern({300, 200, 700, 500}));
-        const auto open = [&](const QStringList &which) {
-            return call(u"Open"_s, {which, QVariantMap()}).type() == QDBusMessage::ReplyMessage;
-        };
-        QVERIFY(open(uris));
-        QVERIFY(waitFor([&] { return m_desktop->activeTitle().startsWith(u"one two#3.png"); }));
-        // What is open already is only shown: two tabs, then none after two closings.
-        QVERIFY(open({uris[1]}) && isTitled(u"other.png"_s));
-        m_desktop->key(XK_w, {XK_Control_L});
-        QVERIFY(isTitled(u"one two#3.png"_s));
-        m_desktop->key(XK_w, {XK_Control_L});
-        QVERIFY(m_program->waitForTitle(s_title));
     }
 
     // With a picture that has not been saved, and after a dialog that another toolkit has shown.
@@ -185,58 +157,37 @@ private slots:
         QVERIFY(isRunning(m_program->process()));
     }
 
-    void actions()
+    void calledOverTheBus()
     {
         QVERIFY(begin({.settings = {{u"AutoShow"_s, u"1"_s},
                                     {u"RunMinimized"_s, u"1"_s},
                                     {u"ScreenTimer"_s, u"1"_s}}}));
-        const QRect area(300, 200, 700, 500);
-        QVERIFY(m_desktop->startPattern(area));
-        const QImage expected = pattern(area.size());
-        // An overlay leaves six tenths of the light at the most outside what is marked.
-        const auto isLit = [&](QPoint at) {
-            return qGreen(m_desktop->pixel(at)) >
-                   0.75 * qGreen(expected.pixel(at - area.topLeft()));
-        };
-        const QPoint middle(520, 431);
-        const QPoint corner(427, 336);
-        const auto overlay = [&](const QString &action, bool litMiddle, bool litCorner) {
-            QVERIFY(activate(action) && m_program->waitForState(u"Marking"_s));
-            QVERIFY(waitFor([&] { return !isLit(middle) && !isLit(corner); }));
-            QVERIFY(m_desktop->drag({420, 330}, {640, 560}, [&] {
-                return isLit(middle) == litMiddle && isLit(corner) == litCorner;
-            }));
-            // A second start brings no window into the picture.
-            QVERIFY(endsWith(m_program->start(), 0));
-            QVERIFY(m_program->hasOverlay(s_screen));
-            m_desktop->key(XK_Escape);
-            QVERIFY(waitFor([&] { return !m_program->hasOverlay(s_screen); }));
-            QVERIFY(waitFor([&] { return m_desktop->activeTitle() == u"pattern"; }));
-            QVERIFY(!m_program->mainWindow().viewable);
-        };
-        overlay(u"capture-rectangle"_s, true, true);
-        overlay(u"capture-ellipse"_s, true, false);
-        overlay(u"capture-polygon"_s, false, false);
+        QVERIFY(m_desktop->startPattern({300, 200, 700, 500}));
+        QVERIFY(activate(u"capture-polygon"_s) && m_program->waitForState(u"Marking"_s));
+        // A second start brings no window into the picture.
+        QVERIFY(endsWith(m_program->start(), 0));
+        QVERIFY(m_program->hasOverlay(s_screen));
+        m_desktop->key(XK_Escape);
+        QVERIFY(m_program->waitForState(u"Idle"_s));
+        QVERIFY(waitFor([&] { return m_desktop->activeTitle() == u"pattern"; }));
+        QVERIFY(!m_program->mainWindow().viewable);
+
+        // What is no file is left out.
+        const QString path = m_desktop->home() + u"/one two#3.png"_s;
+        QVERIFY(pattern({60, 40}).save(path));
+        call(u"Open"_s, {QStringList{QUrl::fromLocalFile(path).toString(QUrl::FullyEncoded),
+                                     u"https://www.example.com/x.png"_s},
+                         QVariantMap()});
+        QVERIFY(waitFor([&] { return m_desktop->activeTitle().startsWith(u"one two#3.png"); }));
+        m_desktop->key(XK_w, {XK_Control_L});
+        QVERIFY(m_program->waitForTitle(s_title));
+        m_desktop->key(XK_m, {XK_Control_L});
 
         QVERIFY(activate(u"capture-screen"_s) && isTitled(u"untitled *"_s));
         QVERIFY(waitFor([&] { return m_desktop->activeTitle().startsWith(u"untitled"); }));
         QVERIFY(activate(u"capture-screen-countdown"_s) && isTitled(u"untitled 1 *"_s));
         QVERIFY(activate(u"capture-windows"_s) && m_program->waitForState(u"Browsing"_s));
         QVERIFY(!activate(u"capture-nothing"_s));
-    }
-
-    // A grab is told by its item's text, whatever the language.
-    void translatedMenu()
-    {
-        QVERIFY(begin({.variables = {{u"LC_ALL"_s, u"de_DE.UTF-8"_s}}}));
-        QVERIFY(m_desktop->waitForFocus(m_program->mainWindow()));
-        m_desktop->key(XK_a, {XK_Alt_L});  // Aufnahme
-        QVERIFY(waitFor([&] { return unmanaged().size() == 1; }));
-        m_desktop->key(XK_Return);
-        QVERIFY(m_program->waitForState(u"Marking"_s));
-        QVERIFY(m_program->hasOverlay(s_screen));
-        m_desktop->key(XK_Escape);
-        QVERIFY(m_program->waitForState(u"Idle"_s));
     }
 
     // The picture outlives the program, and who keeps it goes when another program copies

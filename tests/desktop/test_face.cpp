@@ -72,39 +72,28 @@ private slots:
     // Another skin needs no code: every place that has a picture takes it from the resource file.
     void swappedSkin()
     {
-        const QStringList inWindow{u"BtnBackground_topleft"_s,
-                                   u"BtnBackground_topright"_s,
-                                   u"BtnBackground_bottomleft"_s,
-                                   u"BtnBackground_bottomright"_s,
-                                   u"BtnPictureBackground_topleft"_s,
-                                   u"BtnPictureBackground_topright"_s,
-                                   u"BtnPictureBackground_bottomleft"_s,
-                                   u"BtnPictureBackground_bottomright"_s,
-                                   u"BtnToolBackground_left"_s,
-                                   u"BtnToolBackground_tile"_s,
-                                   u"BtnToolBackground_right"_s,
-                                   u"BtnCommBackground_normal"_s,
-                                   u"BtnLineWidth_thin"_s,
-                                   u"BtnLineWidth_thick"_s,
-                                   u"BtnSep_normal"_s,
-                                   u"BtnIcon_normal"_s};
-        const QString button = u"BtnDrawRect_"_s;
-        const QStringList later{button + u"normal"_s,        button + u"over"_s,
-                                button + u"down"_s,          button + u"Sel_over"_s,
-                                u"BtnClose_disabled"_s,      u"BtnTabClose_normal"_s,
-                                u"BtnCaptureRegion_width"_s, u"BtnCaptureRegion_height"_s};
+        const QStringList inWindow =
+            u"Background_topleft Background_topright Background_bottomleft Background_bottomright "
+            "PictureBackground_topleft PictureBackground_topright PictureBackground_bottomleft "
+            "PictureBackground_bottomright ToolBackground_left ToolBackground_tile "
+            "ToolBackground_right CommBackground_normal LineWidth_thin LineWidth_thick Sep_normal "
+            "Icon_normal"_s.split(u' ');
+        const QStringList later =
+            u"DrawRect_normal DrawRect_over DrawRect_down DrawRect_Sel_over TabClose_normal "
+            "Close_disabled CaptureRegion_width CaptureRegion_height"_s.split(u' ');
         const QTemporaryDir folder;
         QMap<QString, QRgb> colours;
         Values pictures;
         for (const QString &name : inWindow + later) {
             const int number = int(colours.size());
             colours[name] = qRgb(255 - number, 7 * number, 255 - 5 * number);
-            pictures[name] = folder.filePath(name + u".png"_s);
+            const QString path = folder.filePath(name + u".png"_s);
+            pictures[u"Btn"_s + name] = path;
             // Some places take the edge's colour for the ground, and leave it out.
             QImage picture(56, 56, QImage::Format_RGB32);
             picture.fill(Qt::black);
             QPainter(&picture).fillRect(2, 2, 52, 52, QColor(colours[name]));
-            QVERIFY(picture.save(pictures[name]));
+            QVERIFY(picture.save(path));
         }
         QVERIFY(begin(
             {.desktop = {.windowManager = s_plain}, .settings = s_settings, .pictures = pictures}));
@@ -121,18 +110,18 @@ private slots:
         for (const QString &name : inWindow)
             QVERIFY2(shows(name), qPrintable(name));
         tray->terminate();
-        QVERIFY(shows(button + u"normal"_s));
+        QVERIFY(shows(u"DrawRect_normal"_s));
         m_desktop->movePointer(at);
-        QVERIFY(shows(button + u"over"_s));
+        QVERIFY(shows(u"DrawRect_over"_s));
         m_desktop->press();
-        QVERIFY(shows(button + u"down"_s));
+        QVERIFY(shows(u"DrawRect_down"_s));
         m_desktop->release();
-        QVERIFY(shows(button + u"Sel_over"_s));
+        QVERIFY(shows(u"DrawRect_Sel_over"_s));
         hotKey(XK_s);
-        QVERIFY(shows(u"BtnTabClose_normal"_s));
+        QVERIFY(shows(u"TabClose_normal"_s));
         // The window controls tell when another program is active.
         QVERIFY(m_desktop->startPattern({10, 800, 300, 150}));
-        QVERIFY(shows(u"BtnClose_disabled"_s));
+        QVERIFY(shows(u"Close_disabled"_s));
         QVERIFY(m_program->openOverlay(s_screen));
         m_desktop->drag({1200, 850}, {1500, 950}, [] { return true; });
         for (const QString &name : later.last(2))
@@ -170,18 +159,16 @@ private slots:
                                .windowManager = s_openbox,
                                .monitors = {{u"L"_s, u"1200/350x1000/300+0+0"_s, u"screen"_s},
                                             {u"R"_s, u"1200/350x1000/300+1200+0"_s, u"none"_s}}}}));
-        const auto change = [this](const QStringList &arguments) {
-            m_desktop->start(u"xrandr"_s, arguments, m_desktop->environment())->waitForFinished();
-        };
         QRect area(1333, 77, 950, 650);
         m_desktop->placeWindow(m_program->mainWindow(), area);
         QVERIFY(stands(area));
-        change({u"--delmonitor"_s, u"R"_s});
+        QVERIFY(m_desktop->run(u"xrandr"_s, {u"--delmonitor"_s, u"R"_s}));
         area.moveLeft(250);
         QVERIFY(stands(area));
         // And then the last one has become too small for it.
-        change({u"--delmonitor"_s, u"L"_s});
-        change({u"--setmonitor"_s, u"N"_s, u"900/250x560/150+0+0"_s, u"screen"_s});
+        QVERIFY(m_desktop->run(u"xrandr"_s, {u"--delmonitor"_s, u"L"_s}));
+        QVERIFY(m_desktop->run(u"xrandr"_s,
+                               {u"--setmonitor"_s, u"N"_s, u"900/250x560/150+0+0"_s, u"screen"_s}));
         QVERIFY(stands({0, 0, 900, 560}));
     }
 

@@ -96,32 +96,6 @@ private slots:
         QCOMPARE(m_program->setting(u"MediaDir"_s), m_desktop->home());
     }
 
-    // A grab comes to its end first, and its picture is asked about like any other.
-    void closeDuringGrab()
-    {
-        QVERIFY(m_desktop->startPattern({203, 151, 701, 503}));
-        m_dialog = {};
-        for (int attempt = 0; attempt < 5 && m_dialog.id == XCB_NONE; ++attempt) {
-            if (attempt > 0)
-                QVERIFY(m_program->startAndWait());
-            const QList<TestDesktop::Window> before = m_desktop->windows();
-            hotKey(XK_s);
-            m_desktop->closeWindow(m_program->mainWindow());
-            // The key and the request take different ways, and where the latter is faster the
-            // program has nothing to ask about.
-            QVERIFY(waitFor([&] {
-                m_dialog = m_desktop->waitForNewWindow(before, 500);
-                return m_dialog.id != XCB_NONE ||
-                       m_program->process()->state() == QProcess::NotRunning;
-            }));
-        }
-        QVERIFY(m_dialog.id != XCB_NONE && m_desktop->waitForFocus(m_dialog));
-        QVERIFY(isTitled(u"untitled *"_s));
-        QVERIFY(dismiss(XK_Escape));
-        // The hot keys go on working.
-        QVERIFY(grab(u"untitled 1 *"_s));
-    }
-
 private:
     QString at(const QString &name) const { return m_desktop->home() + u'/' + name; }
 };

@@ -154,26 +154,24 @@ private:
                    m_desktop->environment()) &&
                waitFor([&] { return trayIconArea().isValid(); });
     }
-    QRect find(const std::function<bool(const TestDesktop::Window &)> &isIt)
-    {
-        const QList<TestDesktop::Window> windows = m_desktop->windows();
-        const auto window = std::find_if(windows.begin(), windows.end(), isIt);
-        return window == windows.end() ? QRect() : window->area;
-    }
     QRect trayIconArea()
     {
-        return find([](const TestDesktop::Window &window) {
-            return window.viewable && window.title == u"SnapWorkbench"_s &&
-                   window.area.width() > 10 && window.area.height() < 30;
-        });
+        return m_desktop
+            ->find([](const TestDesktop::Window &window) {
+                return window.viewable && window.title == u"SnapWorkbench"_s &&
+                       window.area.width() > 10 && window.area.height() < 30;
+            })
+            .area;
     }
     QRect trayMenuArea()
     {
         const QPoint at = trayIconArea().center();
-        return find([&](const TestDesktop::Window &window) {
-            return window.viewable && window.overrideRedirect && window.area.height() > 100 &&
-                   window.area.adjusted(-1, -1, 1, 1).contains(at);
-        });
+        return m_desktop
+            ->find([&](const TestDesktop::Window &window) {
+                return window.viewable && window.overrideRedirect && window.area.height() > 100 &&
+                       window.area.adjusted(-1, -1, 1, 1).contains(at);
+            })
+            .area;
     }
     /// Opens the menu by a click; gives its area.
     QRect openTrayMenu(int button)

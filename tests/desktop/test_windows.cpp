@@ -82,21 +82,8 @@ private slots:
                                         {u"ScreenTimer"_s, u"2"_s}},
                            .variables = {{u"QT_SCALE_FACTOR"_s, scale}}}));
             // All of the desktop: without a window manager the program's window can't be minimised.
-            QProcess *other = m_desktop->startPattern(s_screen);
-            QVERIFY(other);
+            QVERIFY(m_desktop->startPattern(s_screen));
             const QImage before = m_desktop->screenshot();
-            QVERIFY(openCountdown());
-            QVERIFY(waitFor([&] {
-                m_desktop->key(XK_Escape);
-                return !hasCountdown();
-            }));
-            // The other program hears keys again.
-            QVERIFY(waitFor([&] {
-                m_desktop->key(XK_x);
-                return waitFor([&] { return other->readAll().contains("key 88"); }, 200);
-            }));
-            QVERIFY(m_program->waitForTitle(u"Snap Workbench"_s));
-
             QVERIFY(openCountdown());
             QVERIFY(waitFor([&] { return m_desktop->screenshot() != before; }));
             QVERIFY(isTitled(u"untitled *"_s) && !hasCountdown());
@@ -114,20 +101,12 @@ private slots:
         check("no window manager", {.windowManager = {}}, u"1"_s);
     }
 
-    // Whatever is pressed or closed in between, nothing stays behind, and the next grab begins.
-    void everyStateEnds()
+    // Whatever is pressed in between, nothing stays behind, and the next grab begins.
+    void countdownIsGivenUp()
     {
         QVERIFY(begin({.settings = {{u"ScreenTimer"_s, u"1000"_s}}}));
         QProcess *other = m_desktop->startPattern({100, 100, 500, 400});
         QVERIFY(other);
-        QVERIFY(openBrowser());
-        const QList<TestDesktop::Window> windows = m_desktop->windows();
-        m_desktop->closeWindow(
-            *std::find_if(windows.begin(), windows.end(), [](const TestDesktop::Window &window) {
-                return window.title == s_browser;
-            }));
-        QVERIFY(m_program->waitForState(u"Idle"_s));
-
         // The last press of those in a countdown runs after it, but the countdown's own key.
         QVERIFY(openCountdown());
         for (const xcb_keysym_t letter : {XK_l, XK_r, XK_t})
@@ -144,7 +123,13 @@ private slots:
             return waitFor([&] { return m_program->grabState() != u"Counting"; }, 500);
         }));
         QVERIFY(m_program->waitForState(u"Marking"_s));
+        m_desktop->key(XK_Escape);
         QVERIFY(m_program->waitForTitle(u"Snap Workbench"_s));
+        // The other program hears keys again.
+        QVERIFY(waitFor([&] {
+            m_desktop->key(XK_x);
+            return waitFor([&] { return other->readAll().contains("key 88"); }, 200);
+        }));
     }
 
     // The window comes to the front after each grab, but not into the next one, which was asked for
@@ -209,11 +194,12 @@ private:
     // The countdown has no title but the program's, and is no speck.
     bool hasCountdown()
     {
-        const QList<TestDesktop::Window> windows = m_desktop->windows();
-        return std::any_of(windows.begin(), windows.end(), [](const TestDesktop::Window &window) {
-            return window.viewable && window.title == u"SnapWorkbench" &&
-                   window.area.width() >= 120;
-        });
+        return m_desktop
+                   ->find([](const TestDesktop::Window &window) {
+                       return window.viewable && window.title == u"SnapWorkbench" &&
+                              window.area.width() >= 120;
+                   })
+                   .id != XCB_NONE;
     }
     bool openBrowser()
     {

@@ -41,6 +41,8 @@ public:
     /// Starts a program on this desktop; owned by it.
     QProcess *start(const QString &program, const QStringList &arguments,
                     const QProcessEnvironment &environment);
+    /// Runs one to its end, which must be a good one.
+    bool run(const QString &program, const QStringList &arguments);
     /// Ends the session bus, as a crash of it would.
     void endBus();
     /// Starts the pattern program with its window at `area`, and waits until it is shown and
@@ -72,6 +74,7 @@ public:
 
     // What the screen shows.
     QImage screenshot();
+    QImage screenshot(const QRect &area);
     QRgb pixel(QPoint at);
     struct Window {
         xcb_window_t id = XCB_NONE;
@@ -82,6 +85,8 @@ public:
     };
     /// Every window of the tree that has a title or is a child of the root.
     QList<Window> windows();
+    /// The first one of them that is it; no id where none is.
+    Window find(const std::function<bool(const Window &)> &isIt);
     /// A dialog that is shown and was not there before; waits for it. No id when none came.
     Window waitForNewWindow(const QList<Window> &before, int limit = 20000);
     /// Waits until a window has the keyboard.
@@ -103,7 +108,6 @@ private:
     bool startServer(const Options &options);
     bool startBus();
     bool startWindowManager(const Options &options);
-    bool run(const QString &program, const QStringList &arguments);
     void waitForWindowManager();
     void send(xcb_window_t to, xcb_window_t window, const char *type, uint32_t value);
     void fake(uint8_t type, uint8_t detail, QPoint at = {});
