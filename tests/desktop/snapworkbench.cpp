@@ -61,9 +61,9 @@ void SnapWorkbench::writeSettings(const QMap<QString, QString> &settings,
         file.write(text.toUtf8());
 }
 
-QString SnapWorkbench::setting(const QString &key, const QString &path) const
+QString SnapWorkbench::setting(const QString &key) const
 {
-    return parsed(path.isEmpty() ? resourceFile() : path)
+    return parsed(resourceFile())
         .documentElement()
         .firstChildElement(u"Config"_s)
         .firstChildElement(key)

@@ -19,15 +19,14 @@ public:
     static QString shippedFile();
     QString dataFolder() const;
     QString resourceFile() const { return dataFolder() + QStringLiteral("/SnapWorkbench.xml"); }
-    QString backupFile() const { return dataFolder() + QStringLiteral("/SnapWorkbench.~xml"); }
     QString markerFile() const { return dataFolder() + QStringLiteral("/Exceptionfile.rtf"); }
 
     /// Writes a private resource file: the shipped one with these settings, and with these files in
     /// the place of the skin's pictures of that name. Before start().
     void writeSettings(const QMap<QString, QString> &settings,
                        const QMap<QString, QString> &pictures = {}) const;
-    /// A setting as a resource file has it, the private one if none is given.
-    QString setting(const QString &key, const QString &path = {}) const;
+    /// A setting as the private resource file has it.
+    QString setting(const QString &key) const;
 
     /// Starts the program; null when it could not be started. Does not wait for its window.
     QProcess *start(const QMap<QString, QString> &variables = {});
