@@ -19,13 +19,14 @@ public:
     static QString shippedFile();
     QString dataFolder() const;
     QString resourceFile() const { return dataFolder() + QStringLiteral("/SnapWorkbench.xml"); }
-    QString backupFile() const { return dataFolder() + QStringLiteral("/SnapWorkbench.~xml"); }
     QString markerFile() const { return dataFolder() + QStringLiteral("/Exceptionfile.rtf"); }
 
-    /// Writes a private resource file: the shipped one with these settings. Before start().
-    void writeSettings(const QMap<QString, QString> &settings) const;
-    /// A setting as a resource file has it, the private one if none is given.
-    QString setting(const QString &key, const QString &path = {}) const;
+    /// Writes a private resource file: the shipped one with these settings, and with these files in
+    /// the place of the skin's pictures of that name. Before start().
+    void writeSettings(const QMap<QString, QString> &settings,
+                       const QMap<QString, QString> &pictures = {}) const;
+    /// A setting as the private resource file has it.
+    QString setting(const QString &key) const;
 
     /// Starts the program; null when it could not be started. Does not wait for its window.
     QProcess *start(const QMap<QString, QString> &variables = {});
@@ -59,4 +60,63 @@ public:
 private:
     TestDesktop &m_desktop;
     QProcess *m_process = nullptr;
+};
+
+/// What a test begins with: the desktop, and the program's settings, variables and pictures; and
+/// where it goes through a table the row, which is told beside what fails in it.
+struct DesktopStart {
+    const char *row = nullptr;
+    TestDesktop::Options desktop{};
+    QMap<QString, QString> settings{};
+    QMap<QString, QString> variables{};
+    QMap<QString, QString> pictures{};
+};
+
+/// A test of the program on a desktop of its own.
+class DesktopTest : public QObject
+{
+protected:
+    using Values = QMap<QString, QString>;
+    static const QStringList s_plain;               ///< a window manager that composites nothing
+    static const QStringList s_openbox;             ///< another one
+    static const QStringList s_picom;               ///< a compositor for it
+    static const QList<QStringList> s_twoMonitors;  ///< side by side, 800 wide each
+    static const QRect s_screen;                    ///< of the usual desktop
+
+    /// Starts a desktop and the program on it, and waits for its window.
+    bool begin(const DesktopStart &start = {});
+    void finish();
+    /// Waits until the main window shows a picture of that name.
+    bool isTitled(const QString &name);
+    void hotKey(xcb_keysym_t letter) { m_desktop->key(letter, s_hotKey); }
+    /// A picture of the whole desktop in a tab of that name.
+    bool grab(const QString &name = QStringLiteral("untitled *"));
+    /// Presses a key that opens a dialog, and waits until that has the keyboard; then m_dialog.
+    bool openDialog(xcb_keysym_t keysym, const QList<xcb_keysym_t> &modifiers);
+    /// Waits for a dialog that was not there before, and until it has the keyboard; then m_dialog.
+    bool hasDialog(const QList<TestDesktop::Window> &before);
+    /// Presses a key that closes the dialog, until it is gone.
+    bool dismiss(xcb_keysym_t keysym);
+    /// Answers the question whether to save.
+    void discard();
+    /// Waits for the end of the process, which must be a usual one.
+    bool hasEnded();
+    /// What the program shows without a frame: overlays, the magnifier, menus, its tray icon.
+    QList<QRect> unmanaged();
+    bool isClear() { return unmanaged().isEmpty(); }
+    /// Finds the picture of an empty desktop in the active main window: m_window and m_origin.
+    bool findPicture(QRgb ground);
+    /// Presses a button of the strip at the window's foot: from its left edge, in logical pixels.
+    void pressButton(int x, qreal scale = 1);
+    static constexpr int s_rectangle = 59;
+    static constexpr int s_text = 179;
+
+    std::unique_ptr<TestDesktop> m_desktop;
+    std::unique_ptr<SnapWorkbench> m_program;
+    TestDesktop::Window m_dialog;
+    QRect m_window;
+    QPoint m_origin;  ///< of the shown picture, on the screen
+
+private:
+    static const QList<xcb_keysym_t> s_hotKey;
 };

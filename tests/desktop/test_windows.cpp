@@ -13,286 +13,209 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-const QStringList s_compositing{u"xfwm4"_s, u"--compositor=on"_s};
-const QStringList s_openbox{u"openbox"_s};
-
-const QRect s_whole(0, 0, 1600, 1000);
 const QString s_browser = u"All Windows"_s;
-const QByteArray s_escape("key 16777216");
-const QString s_idleTitle = u"Snap Workbench"_s;
-
-using Windows = QList<TestDesktop::Window>;
-
-// The countdown has no title but the program's, and is no speck.
-bool hasCountdown(TestDesktop &desktop)
-{
-    const Windows windows = desktop.windows();
-    return std::any_of(windows.begin(), windows.end(), [](const TestDesktop::Window &window) {
-        return window.viewable && window.title == u"SnapWorkbench" && window.area.width() >= 120;
-    });
-}
-
-void pressHotKey(TestDesktop &desktop, xcb_keysym_t letter)
-{
-    desktop.key(letter, {XK_Control_L, XK_Alt_L});
-}
-
-bool openBrowser(TestDesktop &desktop, SnapWorkbench &program)
-{
-    if (!program.waitForState(u"Idle"_s))
-        return false;
-    pressHotKey(desktop, XK_l);
-    return program.waitForState(u"Browsing"_s) &&
-           waitFor([&] { return desktop.activeTitle() == s_browser; });
-}
-
-bool openCountdown(TestDesktop &desktop, SnapWorkbench &program)
-{
-    if (!program.waitForState(u"Idle"_s))
-        return false;
-    pressHotKey(desktop, XK_t);
-    return program.waitForState(u"Counting"_s) && waitFor([&] { return hasCountdown(desktop); });
-}
 
 }  // namespace
 
-class TestWindows : public QObject
+class TestWindows : public DesktopTest
 {
     Q_OBJECT
 
 private slots:
-    void browserTakesCoveredWindows_data();
-    void browserTakesCoveredWindows();
-    void countdown_data();
-    void countdown();
-    void everyStateEnds();
-    void pressedTwice();
-    void doubleClickStaysHere();
-};
+    void cleanup() { finish(); }
 
-void TestWindows::browserTakesCoveredWindows_data()
-{
-    QTest::addColumn<QStringList>("windowManager");
-    QTest::addColumn<QString>("scale");
-    QTest::addColumn<QSize>("size");
-    QTest::newRow("compositing") << s_compositing << u"1"_s << s_whole.size();
-    QTest::newRow("openbox, scale 2") << s_openbox << u"2"_s << QSize(3200, 2000);
-}
+    void browserTakesCoveredWindows()
+    {
+        const auto check = [this](const char *row, const TestDesktop::Options &options,
+                                  const QString &scale) {
+            QVERIFY(begin({.row = row,
+                           .desktop = options,
+                           .settings = {{u"RunMinimized"_s, u"1"_s}},
+                           .variables = {{u"QT_SCALE_FACTOR"_s, scale}}}));
+            const QRect first(20, 60, 270, 500);
+            const QRect second(options.size.width() - 310, 150, 301, 203);
+            QVERIFY(m_desktop->startPattern(first, u"First"_s, true));
+            QVERIFY(m_desktop->startPattern(second, u"Second"_s));
+            QProcess *cover =
+                m_desktop->startPattern({{0, 0}, options.size - QSize(3, 3)}, u"Cover"_s);
+            QVERIFY(cover);
 
-void TestWindows::browserTakesCoveredWindows()
-{
-    QFETCH(QStringList, windowManager);
-    QFETCH(QString, scale);
-    QFETCH(QSize, size);
-    TestDesktop desktop({.size = size, .windowManager = windowManager});
-    QVERIFY(desktop.isReady());
-    SnapWorkbench program(desktop);
-    program.writeSettings({{u"RunMinimized"_s, u"1"_s}});
-    QVERIFY(program.startAndWait({{u"QT_SCALE_FACTOR"_s, scale}}));
-    const QRect first(20, 60, 270, 500);
-    const QRect second(size.width() - 310, 150, 301, 203);
-    QVERIFY(desktop.startPattern(first, u"First"_s, true));
-    QVERIFY(desktop.startPattern(second, u"Second"_s));
-    QProcess *cover = desktop.startPattern({{0, 0}, size - QSize(3, 3)}, u"Cover"_s);
-    QVERIFY(cover);
+            // The front one is current; the two behind it are taken.
+            QVERIFY(openBrowser());
+            m_desktop->key(XK_Right);
+            m_desktop->key(XK_Right, {XK_Shift_L});
+            m_desktop->key(XK_Return);
+            QVERIFY(isTitled(u"First *"_s));
+            QVERIFY(waitFor([&] { return m_desktop->activeTitle().startsWith(u"First *"); }));
+            const QImage framed = m_program->saveAs(m_desktop->home() + u"/first.png"_s);
 
-    // The front one is current; the two behind it are taken.
-    QVERIFY(openBrowser(desktop, program));
-    desktop.key(XK_Right);
-    desktop.key(XK_Right, {XK_Shift_L});
-    desktop.key(XK_Return);
-    const auto title = [](const QString &name) { return name + u" * - Snap Workbench"_s; };
-    QVERIFY(program.waitForTitle(title(u"First"_s)));
-    QVERIFY(waitFor([&] { return desktop.activeTitle() == title(u"First"_s); }));
-    const QImage framed = program.saveAs(desktop.home() + u"/first.png"_s);
-
-    // What the screen shows of it once nothing lies above, but for the corners.
-    cover->terminate();
-    QRect frame;
-    for (const TestDesktop::Window &window : desktop.windows()) {
-        if (window.area.size() == framed.size() && window.area.contains(first.center()))
-            frame = window.area;
+            // What the screen shows of it once nothing lies above, but for the corners.
+            cover->terminate();
+            QRect frame;
+            for (const TestDesktop::Window &window : m_desktop->windows()) {
+                if (window.area.size() == framed.size() && window.area.contains(first.center()))
+                    frame = window.area;
+            }
+            QVERIFY(frame.height() > first.height());
+            const QRect upright(frame.topLeft() + QPoint(12, 0), frame.size() - QSize(24, 0));
+            QVERIFY(waitFor([&] {
+                return m_desktop->screenshot().copy(upright) ==
+                       framed.copy(upright.translated(-frame.topLeft()));
+            }));
+            m_desktop->key(XK_w, {XK_Control_L});
+            QVERIFY(isTitled(u"Second *"_s));
+            QVERIFY(m_program->saveAs(m_desktop->home() + u"/second.png"_s) ==
+                    pattern(second.size()));
+        };
+        check("compositing", {}, u"1"_s);
+        check("openbox, scale 2", {.size = {3200, 2000}, .windowManager = s_openbox}, u"2"_s);
     }
-    QVERIFY(frame.height() > first.height());
-    const QRect upright(frame.topLeft() + QPoint(12, 0), frame.size() - QSize(24, 0));
-    QVERIFY(waitFor([&] {
-        return desktop.screenshot().copy(upright) ==
-               framed.copy(upright.translated(-frame.topLeft()));
-    }));
 
-    desktop.key(XK_w, {XK_Control_L});
-    QVERIFY(program.waitForTitle(title(u"Second"_s)));
-    QCOMPARE(program.saveAs(desktop.home() + u"/second.png"_s), pattern(second.size()));
-}
+    void countdown()
+    {
+        const auto check = [this](const char *row, const TestDesktop::Options &options,
+                                  const QString &scale) {
+            QVERIFY(begin({.row = row,
+                           .desktop = options,
+                           .settings = {{u"RunMinimized"_s, u"1"_s},
+                                        {u"AutoShow"_s, u"0"_s},
+                                        {u"ScreenTimer"_s, u"2"_s}},
+                           .variables = {{u"QT_SCALE_FACTOR"_s, scale}}}));
+            // All of the desktop: without a window manager the program's window can't be minimised.
+            QVERIFY(m_desktop->startPattern(s_screen));
+            const QImage before = m_desktop->screenshot();
+            QVERIFY(openCountdown());
+            QVERIFY(waitFor([&] { return m_desktop->screenshot() != before; }));
+            QVERIFY(isTitled(u"untitled *"_s) && !hasCountdown());
+            if (options.windowManager.isEmpty())
+                return;
+            QVERIFY(waitFor([&] { return m_desktop->activeTitle() == u"pattern"; }));
+            // Brings the program forward; what it grabbed does not show that.
+            QVERIFY(openBrowser());
+            m_desktop->key(XK_Escape);
+            QVERIFY(waitFor([&] { return m_desktop->activeTitle().startsWith(u"untitled *"); }));
+            QVERIFY(m_program->saveAs(m_desktop->home() + u"/whole.png"_s) == before);
+        };
+        check("compositing, scale 1.5", {}, u"1.5"_s);
+        check("openbox", {.windowManager = s_openbox}, u"1"_s);
+        check("no window manager", {.windowManager = {}}, u"1"_s);
+    }
 
-void TestWindows::countdown_data()
-{
-    QTest::addColumn<QStringList>("windowManager");
-    QTest::addColumn<QString>("scale");
-    QTest::newRow("compositing, scale 1.5") << s_compositing << u"1.5"_s;
-    QTest::newRow("openbox") << s_openbox << u"1"_s;
-    QTest::newRow("no window manager") << QStringList{} << u"1"_s;
-}
-
-void TestWindows::countdown()
-{
-    QFETCH(QStringList, windowManager);
-    QFETCH(QString, scale);
-    TestDesktop desktop({.windowManager = windowManager});
-    QVERIFY(desktop.isReady());
-    SnapWorkbench program(desktop);
-    program.writeSettings(
-        {{u"RunMinimized"_s, u"1"_s}, {u"AutoShow"_s, u"0"_s}, {u"ScreenTimer"_s, u"2"_s}});
-    QVERIFY(program.startAndWait({{u"QT_SCALE_FACTOR"_s, scale}}));
-    // All of the desktop: without a window manager the program's window can't be minimised.
-    QProcess *other = desktop.startPattern(s_whole);
-    QVERIFY(other);
-    const QImage before = desktop.screenshot();
-
-    QVERIFY(openCountdown(desktop, program));
-    QVERIFY(waitFor([&] {
-        desktop.key(XK_Escape);
-        return !hasCountdown(desktop);
-    }));
-    // The other program hears keys again.
-    QVERIFY(waitFor([&] {
-        desktop.key(XK_x);
-        return waitFor([&] { return other->readAll().contains("key 88"); }, 200);
-    }));
-    QVERIFY(program.waitForTitle(s_idleTitle));
-
-    QVERIFY(openCountdown(desktop, program));
-    QVERIFY(waitFor([&] { return desktop.screenshot() != before; }));
-    QVERIFY(program.waitForTitle(u"untitled * - Snap Workbench"_s));
-    QVERIFY(!hasCountdown(desktop));
-    if (windowManager.isEmpty())
-        return;
-    QVERIFY(waitFor([&] { return desktop.activeTitle() == u"pattern"; }));
-    // Brings the program forward; what it grabbed does not show that.
-    QVERIFY(openBrowser(desktop, program));
-    desktop.key(XK_Escape);
-    QVERIFY(waitFor([&] { return desktop.activeTitle() == u"untitled * - Snap Workbench"; }));
-    QCOMPARE(program.saveAs(desktop.home() + u"/whole.png"_s), before);
-}
-
-// Whatever is pressed or closed in between, nothing stays behind, and the next grab begins.
-void TestWindows::everyStateEnds()
-{
-    TestDesktop desktop({.windowManager = s_compositing});
-    QVERIFY(desktop.isReady());
-    SnapWorkbench program(desktop);
-    program.writeSettings({{u"ScreenTimer"_s, u"1000"_s}});
-    QVERIFY(program.startAndWait());
-    QProcess *other = desktop.startPattern({100, 100, 500, 400});
-    QVERIFY(other);
-
-    QVERIFY(openBrowser(desktop, program));
-    // The list shows the next item once the keys before have been heard.
-    const QImage before = desktop.screenshot();
-    for (const xcb_keysym_t letter : {XK_r, XK_s, XK_l, XK_t})
-        pressHotKey(desktop, letter);
-    desktop.key(XK_Right);
-    QVERIFY(waitFor([&] { return desktop.screenshot() != before; }));
-    QCOMPARE(program.grabState(), u"Browsing"_s);
-    desktop.key(XK_Escape);
-    QVERIFY(program.waitForState(u"Idle"_s));
-
-    QVERIFY(openBrowser(desktop, program));
-    const Windows windows = desktop.windows();
-    const auto browser =
-        std::find_if(windows.begin(), windows.end(),
-                     [](const TestDesktop::Window &window) { return window.title == s_browser; });
-    desktop.closeWindow(*browser);
-    QVERIFY(program.waitForState(u"Idle"_s));
-
-    // The last press of those in a countdown runs after it, but the countdown's own key.
-    QVERIFY(openCountdown(desktop, program));
-    for (const xcb_keysym_t letter : {XK_l, XK_r, XK_t})
-        pressHotKey(desktop, letter);
-    // Another program has the keyboard, and gets every Escape as well.
-    desktop.click({300, 300});
-    QVERIFY(waitFor([&] { return desktop.activeTitle() == u"pattern"; }));
-    desktop.key(XK_Escape);
-    QVERIFY(waitFor([&] { return other->readAll().contains(s_escape); }));
-    QCOMPARE(program.grabState(), u"Counting"_s);
-    QVERIFY(waitFor([&] {
-        desktop.key(XK_Escape);
-        desktop.key(XK_Escape);
-        return waitFor([&] { return program.grabState() != u"Counting"; }, 500);
-    }));
-    QVERIFY(program.waitForState(u"Marking"_s));
-    QVERIFY(program.waitForTitle(s_idleTitle));
-    desktop.key(XK_Escape);
-    QVERIFY(program.waitForState(u"Idle"_s));
-
-    // The end of the program ends a count that has long to go.
-    QVERIFY(openCountdown(desktop, program));
-    QVERIFY(program.quit());
-}
-
-// The window comes to the front after each grab, but not into the next one, which was asked for
-// before the first was over.
-void TestWindows::pressedTwice()
-{
-    TestDesktop desktop({.windowManager = s_compositing});
-    QVERIFY(desktop.isReady());
-    SnapWorkbench program(desktop);
-    program.writeSettings({{u"RunMinimized"_s, u"1"_s}});
-    QVERIFY(program.startAndWait());
-    QVERIFY(desktop.startPattern({100, 100, 500, 400}));
-    const QImage before = desktop.screenshot();
-    pressHotKey(desktop, XK_s);
-    QVERIFY(program.waitForState(u"Ending"_s));
-    // The second one must not look like the first one held down.
-    QVERIFY(waitFor([&] {
-        pressHotKey(desktop, XK_s);
-        return program.waitForTitle(u"untitled 1 * - Snap Workbench"_s, 100);
-    }));
-    QVERIFY(program.waitForState(u"Idle"_s));
-    QVERIFY(waitFor([&] { return desktop.activeTitle() == program.mainWindow().title; }));
-    QCOMPARE(program.saveAs(desktop.home() + u"/second.png"_s), before);
-}
-
-// The second click of a double click comes when the overlay has gone.
-void TestWindows::doubleClickStaysHere()
-{
-    TestDesktop desktop({.windowManager = s_compositing});
-    QVERIFY(desktop.isReady());
-    SnapWorkbench program(desktop);
-    program.writeSettings({{u"RunMinimized"_s, u"1"_s}});
-    QVERIFY(program.startAndWait());
-    QProcess *other = desktop.startPattern(s_whole);
-    QVERIFY(other);
-    // A loaded machine may be too slow for a double click.
-    bool isDouble = false;
-    for (int attempt = 0; attempt < 5 && !isDouble; ++attempt) {
-        QVERIFY(program.openOverlay(s_whole));
-        QVERIFY(desktop.drag({200, 200}, {700, 500}, [&] {
-            return qRed(desktop.pixel({600, 400})) > 140;
+    // Whatever is pressed in between, nothing stays behind, and the next grab begins.
+    void countdownIsGivenUp()
+    {
+        QVERIFY(begin({.settings = {{u"ScreenTimer"_s, u"1000"_s}}}));
+        QProcess *other = m_desktop->startPattern({100, 100, 500, 400});
+        QVERIFY(other);
+        // The last press of those in a countdown runs after it, but the countdown's own key.
+        QVERIFY(openCountdown());
+        for (const xcb_keysym_t letter : {XK_l, XK_r, XK_t})
+            hotKey(letter);
+        // Another program has the keyboard, and gets every Escape as well.
+        m_desktop->click({300, 300});
+        QVERIFY(waitFor([&] { return m_desktop->activeTitle() == u"pattern"; }));
+        m_desktop->key(XK_Escape);
+        QVERIFY(waitFor([&] { return other->readAll().contains("key 16777216"); }));
+        QCOMPARE(m_program->grabState(), u"Counting"_s);
+        QVERIFY(waitFor([&] {
+            m_desktop->key(XK_Escape);
+            m_desktop->key(XK_Escape);
+            return waitFor([&] { return m_program->grabState() != u"Counting"; }, 500);
         }));
-        // The button lies right below the marked rectangle's right end.
-        const QPoint button(660, 536);
-        QVERIFY(waitFor([&] { return desktop.pixel(button) != desktop.pixel({100, 536}); }));
-        desktop.click(button);
-        QVERIFY(waitFor([&] { return !program.hasOverlay(s_whole); }));
-        if (desktop.isPointerTaken()) {
-            desktop.click(button);
-            isDouble = desktop.isPointerTaken();
-        }
-        QVERIFY(program.waitForState(u"Idle"_s));
-        desktop.key(XK_m, {XK_Control_L});
-        QVERIFY(waitFor([&] { return desktop.activeTitle() == u"pattern"; }));
+        QVERIFY(m_program->waitForState(u"Marking"_s));
+        m_desktop->key(XK_Escape);
+        QVERIFY(m_program->waitForTitle(u"Snap Workbench"_s));
+        // The other program hears keys again.
+        QVERIFY(waitFor([&] {
+            m_desktop->key(XK_x);
+            return waitFor([&] { return other->readAll().contains("key 88"); }, 200);
+        }));
     }
-    QVERIFY(isDouble);
-    // It hears clicks: this one is the first.
-    desktop.click({50, 60});
-    QByteArray heard;
-    QVERIFY(waitFor([&] {
-        heard += other->readAll();
-        return heard.contains("press 50,60");
-    }));
-    QCOMPARE(heard.count("press"), 1);
-}
+
+    // The window comes to the front after each grab, but not into the next one, which was asked for
+    // before the first was over.
+    void pressedTwice()
+    {
+        QVERIFY(begin({.settings = {{u"RunMinimized"_s, u"1"_s}}}));
+        QVERIFY(m_desktop->startPattern({100, 100, 500, 400}));
+        const QImage before = m_desktop->screenshot();
+        hotKey(XK_s);
+        QVERIFY(m_program->waitForState(u"Ending"_s));
+        // The second one must not look like the first one held down.
+        QVERIFY(waitFor([&] {
+            hotKey(XK_s);
+            return m_program->waitForTitle(u"untitled 1 * - Snap Workbench"_s, 100);
+        }));
+        QVERIFY(m_program->waitForState(u"Idle"_s));
+        QVERIFY(waitFor([&] { return m_desktop->activeTitle() == m_program->mainWindow().title; }));
+        QCOMPARE(m_program->saveAs(m_desktop->home() + u"/second.png"_s), before);
+    }
+
+    // The second click of a double click comes when the overlay has gone.
+    void doubleClickStaysHere()
+    {
+        QVERIFY(begin({.settings = {{u"RunMinimized"_s, u"1"_s}}}));
+        QProcess *other = m_desktop->startPattern(s_screen);
+        QVERIFY(other);
+        // A loaded machine may be too slow for a double click.
+        bool isDouble = false;
+        for (int attempt = 0; attempt < 5 && !isDouble; ++attempt) {
+            QVERIFY(m_program->openOverlay(s_screen));
+            QVERIFY(m_desktop->drag({200, 200}, {700, 500}, [&] {
+                return qRed(m_desktop->pixel({600, 400})) > 140;
+            }));
+            // The button lies right below the marked rectangle's right end.
+            const QPoint button(660, 536);
+            QVERIFY(waitFor([&] {
+                return m_desktop->pixel(button) != m_desktop->pixel({100, 536});
+            }));
+            m_desktop->click(button);
+            QVERIFY(waitFor([&] { return !m_program->hasOverlay(s_screen); }));
+            if (m_desktop->isPointerTaken()) {
+                m_desktop->click(button);
+                isDouble = m_desktop->isPointerTaken();
+            }
+            QVERIFY(m_program->waitForState(u"Idle"_s));
+            m_desktop->key(XK_m, {XK_Control_L});
+            QVERIFY(waitFor([&] { return m_desktop->activeTitle() == u"pattern"; }));
+        }
+        QVERIFY(isDouble);
+        // It hears clicks: this one is the first.
+        m_desktop->click({50, 60});
+        QByteArray heard;
+        QVERIFY(waitFor([&] {
+            heard += other->readAll();
+            return heard.contains("press 50,60");
+        }));
+        QCOMPARE(heard.count("press"), 1);
+    }
+
+private:
+    // The countdown has no title but the program's, and is no speck.
+    bool hasCountdown()
+    {
+        return m_desktop
+                   ->find([](const TestDesktop::Window &window) {
+                       return window.viewable && window.title == u"SnapWorkbench" &&
+                              window.area.width() >= 120;
+                   })
+                   .id != XCB_NONE;
+    }
+    bool openBrowser()
+    {
+        const bool isIdle = m_program->waitForState(u"Idle"_s);
+        hotKey(XK_l);
+        return isIdle && m_program->waitForState(u"Browsing"_s) &&
+               waitFor([&] { return m_desktop->activeTitle() == s_browser; });
+    }
+    bool openCountdown()
+    {
+        const bool isIdle = m_program->waitForState(u"Idle"_s);
+        hotKey(XK_t);
+        return isIdle && m_program->waitForState(u"Counting"_s) &&
+               waitFor([&] { return hasCountdown(); });
+    }
+};
 
 QTEST_GUILESS_MAIN(TestWindows)
 #include "test_windows.moc"

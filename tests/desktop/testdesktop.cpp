@@ -19,6 +19,11 @@ constexpr int s_dragSteps = 8;
 
 template<typename T> std::unique_ptr<T, decltype(&free)> owned(T *reply) { return {reply, &free}; }
 
+template<auto reply, typename Cookie> auto answer(xcb_connection_t *connection, Cookie cookie)
+{
+    return owned(reply(connection, cookie, nullptr));
+}
+
 }  // namespace
 
 bool waitFor(const std::function<bool()> &condition, int limit)
@@ -153,8 +158,8 @@ bool TestDesktop::startWindowManager(const Options &options)
     return waitFor([&] {
         if (property(m_root, "_NET_SUPPORTING_WM_CHECK").isEmpty())
             return false;
-        const auto owner = owned(xcb_get_selection_owner_reply(
-            m_connection, xcb_get_selection_owner(m_connection, atom("_NET_WM_CM_S0")), nullptr));
+        const auto owner = answer<xcb_get_selection_owner_reply>(
+            m_connection, xcb_get_selection_owner(m_connection, atom("_NET_WM_CM_S0")));
         return !compositing || (owner && owner->owner != XCB_NONE);
     });
 }
@@ -167,16 +172,19 @@ QProcess *TestDesktop::startPattern(const QRect &area, const QString &name, bool
         arguments.append(u"framed"_s);
     const QImage expected = pattern(area.size());
     const QPoint probe(5, 3);
-    const auto placed = [&] {
-        for (const Window &window : windows()) {
-            if (window.viewable && window.title == u"pattern" && window.area.size() == area.size())
-                return placeWindow(window, area), true;
-        }
-        return false;
-    };
     if (framed) {
         QProcess *process = start(QStringLiteral(SNAP_PATTERN), arguments, m_environment);
-        return process && waitFor(placed) ? process : nullptr;
+        Window window;
+        if (!process || !waitFor([&] {
+                window = find([&](const Window &other) {
+                    return other.viewable && other.title == u"pattern" &&
+                           other.area.size() == area.size();
+                });
+                return window.id != XCB_NONE;
+            }))
+            return nullptr;
+        placeWindow(window, area);
+        return process;
     }
     const auto shown = [&] { return pixel(area.topLeft() + probe) == expected.pixel(probe); };
     const auto active = [&] { return m_bare || activeTitle() == u"pattern"; };
@@ -201,7 +209,7 @@ void TestDesktop::fake(uint8_t type, uint8_t detail, QPoint at)
     xcb_test_fake_input(m_connection, type, detail, XCB_CURRENT_TIME, m_root,
                         static_cast<int16_t>(at.x()), static_cast<int16_t>(at.y()), 0);
     // The answer to any request says that the server has taken the input in.
-    owned(xcb_get_input_focus_reply(m_connection, xcb_get_input_focus(m_connection), nullptr));
+    answer<xcb_get_input_focus_reply>(m_connection, xcb_get_input_focus(m_connection));
 }
 
 void TestDesktop::movePointer(QPoint to) { fake(XCB_MOTION_NOTIFY, 0, to); }
@@ -232,14 +240,7 @@ void TestDesktop::waitForWindowManager()
                           XCB_WINDOW_CLASS_COPY_FROM_PARENT, XCB_COPY_FROM_PARENT, 0, nullptr);
     }
     xcb_delete_property(m_connection, m_question, answer);
-    xcb_client_message_event_t message{};
-    message.response_type = XCB_CLIENT_MESSAGE;
-    message.format = 32;
-    message.window = m_question;
-    message.type = atom("_NET_REQUEST_FRAME_EXTENTS");
-    xcb_send_event(m_connection, 0, m_root,
-                   XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
-                   reinterpret_cast<const char *>(&message));
+    send(m_root, m_question, "_NET_REQUEST_FRAME_EXTENTS", 0);
     waitFor([&] { return !property(m_question, "_NET_FRAME_EXTENTS").isEmpty(); });
 }
 
@@ -285,25 +286,20 @@ void TestDesktop::key(xcb_keysym_t keysym, const QList<xcb_keysym_t> &modifiers)
 bool TestDesktop::isTaken(xcb_keysym_t keysym)
 {
     const xcb_keycode_t code = keycode(keysym);
-    xcb_generic_error_t *refusal = xcb_request_check(
+    const auto refusal = owned(xcb_request_check(
         m_connection, xcb_grab_key_checked(m_connection, 0, m_root, 0, code, XCB_GRAB_MODE_ASYNC,
-                                           XCB_GRAB_MODE_ASYNC));
+                                           XCB_GRAB_MODE_ASYNC)));
     if (!refusal)
         xcb_ungrab_key(m_connection, code, m_root, 0);
     xcb_flush(m_connection);
-    return std::unique_ptr<xcb_generic_error_t, decltype(&std::free)>(refusal, std::free) !=
-           nullptr;
+    return refusal != nullptr;
 }
 
 bool TestDesktop::isPointerTaken()
 {
-    const std::unique_ptr<xcb_grab_pointer_reply_t, decltype(&std::free)> reply(
-        xcb_grab_pointer_reply(m_connection,
-                               xcb_grab_pointer(m_connection, 0, m_root, 0, XCB_GRAB_MODE_ASYNC,
-                                                XCB_GRAB_MODE_ASYNC, XCB_NONE, XCB_NONE,
-                                                XCB_CURRENT_TIME),
-                               nullptr),
-        std::free);
+    const auto reply = answer<xcb_grab_pointer_reply>(
+        m_connection, xcb_grab_pointer(m_connection, 0, m_root, 0, XCB_GRAB_MODE_ASYNC,
+                                       XCB_GRAB_MODE_ASYNC, XCB_NONE, XCB_NONE, XCB_CURRENT_TIME));
     if (reply && reply->status == XCB_GRAB_STATUS_SUCCESS)
         xcb_ungrab_pointer(m_connection, XCB_CURRENT_TIME);
     xcb_flush(m_connection);
@@ -321,42 +317,42 @@ void TestDesktop::type(const QString &text)
 
 QImage TestDesktop::screenshot()
 {
-    const auto geometry = owned(
-        xcb_get_geometry_reply(m_connection, xcb_get_geometry(m_connection, m_root), nullptr));
-    const auto reply =
-        owned(xcb_get_image_reply(m_connection,
-                                  xcb_get_image(m_connection, XCB_IMAGE_FORMAT_Z_PIXMAP, m_root, 0,
-                                                0, geometry->width, geometry->height, ~0U),
-                                  nullptr));
-    return QImage(xcb_get_image_data(reply.get()), geometry->width, geometry->height,
-                  QImage::Format_RGB32)
-        .copy();
+    const auto geometry =
+        answer<xcb_get_geometry_reply>(m_connection, xcb_get_geometry(m_connection, m_root));
+    return screenshot({0, 0, geometry->width, geometry->height});
+}
+
+QImage TestDesktop::screenshot(const QRect &area)
+{
+    const auto reply = answer<xcb_get_image_reply>(
+        m_connection, xcb_get_image(m_connection, XCB_IMAGE_FORMAT_Z_PIXMAP, m_root,
+                                    static_cast<int16_t>(area.x()), static_cast<int16_t>(area.y()),
+                                    static_cast<uint16_t>(area.width()),
+                                    static_cast<uint16_t>(area.height()), ~0U));
+    return reply ? QImage(xcb_get_image_data(reply.get()), area.width(), area.height(),
+                          QImage::Format_RGB32)
+                       .copy()
+                 : QImage();
 }
 
 QRgb TestDesktop::pixel(QPoint at)
 {
-    const auto reply = owned(xcb_get_image_reply(
-        m_connection,
-        xcb_get_image(m_connection, XCB_IMAGE_FORMAT_Z_PIXMAP, m_root, static_cast<int16_t>(at.x()),
-                      static_cast<int16_t>(at.y()), 1, 1, ~0U),
-        nullptr));
-    return reply ? (*reinterpret_cast<QRgb *>(xcb_get_image_data(reply.get())) | 0xff000000) : 0;
+    const QImage image = screenshot({at, QSize(1, 1)});
+    return image.isNull() ? 0 : image.pixel(0, 0);
 }
 
 xcb_atom_t TestDesktop::atom(const char *name)
 {
-    const auto reply = owned(xcb_intern_atom_reply(
-        m_connection, xcb_intern_atom(m_connection, 0, static_cast<uint16_t>(strlen(name)), name),
-        nullptr));
+    const auto reply = answer<xcb_intern_atom_reply>(
+        m_connection, xcb_intern_atom(m_connection, 0, static_cast<uint16_t>(strlen(name)), name));
     return reply->atom;
 }
 
 QByteArray TestDesktop::property(xcb_window_t window, const char *name)
 {
-    const auto reply = owned(xcb_get_property_reply(
+    const auto reply = answer<xcb_get_property_reply>(
         m_connection,
-        xcb_get_property(m_connection, 0, window, atom(name), XCB_GET_PROPERTY_TYPE_ANY, 0, 1024),
-        nullptr));
+        xcb_get_property(m_connection, 0, window, atom(name), XCB_GET_PROPERTY_TYPE_ANY, 0, 1024));
     if (!reply)
         return {};
     return {static_cast<const char *>(xcb_get_property_value(reply.get())),
@@ -366,13 +362,13 @@ QByteArray TestDesktop::property(xcb_window_t window, const char *name)
 void TestDesktop::collect(xcb_window_t window, bool child, QList<Window> &result)
 {
     const auto tree =
-        owned(xcb_query_tree_reply(m_connection, xcb_query_tree(m_connection, window), nullptr));
-    const auto attributes = owned(xcb_get_window_attributes_reply(
-        m_connection, xcb_get_window_attributes(m_connection, window), nullptr));
-    const auto geometry = owned(
-        xcb_get_geometry_reply(m_connection, xcb_get_geometry(m_connection, window), nullptr));
-    const auto origin = owned(xcb_translate_coordinates_reply(
-        m_connection, xcb_translate_coordinates(m_connection, window, m_root, 0, 0), nullptr));
+        answer<xcb_query_tree_reply>(m_connection, xcb_query_tree(m_connection, window));
+    const auto attributes = answer<xcb_get_window_attributes_reply>(
+        m_connection, xcb_get_window_attributes(m_connection, window));
+    const auto geometry =
+        answer<xcb_get_geometry_reply>(m_connection, xcb_get_geometry(m_connection, window));
+    const auto origin = answer<xcb_translate_coordinates_reply>(
+        m_connection, xcb_translate_coordinates(m_connection, window, m_root, 0, 0));
     if (!tree || !attributes || !geometry || !origin)
         return;
     const QString title = titleOf(window);
@@ -394,22 +390,22 @@ QList<TestDesktop::Window> TestDesktop::windows()
     return result;
 }
 
+TestDesktop::Window TestDesktop::find(const std::function<bool(const Window &)> &isIt)
+{
+    const QList<Window> all = windows();
+    const auto found = std::find_if(all.begin(), all.end(), isIt);
+    return found == all.end() ? Window() : *found;
+}
+
 TestDesktop::Window TestDesktop::waitForNewWindow(const QList<Window> &before, int limit)
 {
+    const auto isNew = [&](const Window &window) {
+        return window.viewable && !property(window.id, "WM_TRANSIENT_FOR").isEmpty() &&
+               std::none_of(before.begin(), before.end(),
+                            [&](const Window &other) { return other.id == window.id; });
+    };
     Window found;
-    waitFor(
-        [&] {
-            for (const Window &window : windows()) {
-                const auto known =
-                    std::find_if(before.begin(), before.end(),
-                                 [&](const Window &other) { return other.id == window.id; });
-                if (window.viewable && known == before.end() &&
-                    !property(window.id, "WM_TRANSIENT_FOR").isEmpty())
-                    found = window;
-            }
-            return found.id != XCB_NONE;
-        },
-        limit);
+    waitFor([&] { return (found = find(isNew)).id != XCB_NONE; }, limit);
     return found;
 }
 
@@ -419,8 +415,8 @@ bool TestDesktop::waitForFocus(const Window &window)
     if (m_bare)
         xcb_set_input_focus(m_connection, XCB_INPUT_FOCUS_PARENT, window.id, XCB_CURRENT_TIME);
     return waitFor([&] {
-        const auto focus = owned(
-            xcb_get_input_focus_reply(m_connection, xcb_get_input_focus(m_connection), nullptr));
+        const auto focus =
+            answer<xcb_get_input_focus_reply>(m_connection, xcb_get_input_focus(m_connection));
         return focus && (focus->focus == window.id || isInside(focus->focus, window.id));
     });
 }
@@ -428,7 +424,7 @@ bool TestDesktop::waitForFocus(const Window &window)
 bool TestDesktop::isInside(xcb_window_t window, xcb_window_t ancestor)
 {
     const auto tree =
-        owned(xcb_query_tree_reply(m_connection, xcb_query_tree(m_connection, window), nullptr));
+        answer<xcb_query_tree_reply>(m_connection, xcb_query_tree(m_connection, window));
     return tree && tree->parent != XCB_NONE &&
            (tree->parent == ancestor || isInside(tree->parent, ancestor));
 }
@@ -453,16 +449,30 @@ QString TestDesktop::titleOf(xcb_window_t window)
     return QString::fromUtf8(title.isEmpty() ? property(window, "WM_NAME") : title);
 }
 
-void TestDesktop::closeWindow(const Window &window)
+void TestDesktop::send(xcb_window_t to, xcb_window_t window, const char *type, uint32_t value)
 {
     xcb_client_message_event_t message{};
     message.response_type = XCB_CLIENT_MESSAGE;
     message.format = 32;
-    message.window = window.id;
-    message.type = atom("WM_PROTOCOLS");
-    message.data.data32[0] = atom("WM_DELETE_WINDOW");
-    xcb_send_event(m_connection, 0, window.id, 0, reinterpret_cast<const char *>(&message));
+    message.window = window;
+    message.type = atom(type);
+    message.data.data32[0] = value;
+    const uint32_t windowManager =
+        XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT;
+    xcb_send_event(m_connection, 0, to, to == m_root ? windowManager : 0,
+                   reinterpret_cast<const char *>(&message));
     xcb_flush(m_connection);
+}
+
+void TestDesktop::closeWindow(const Window &window)
+{
+    send(window.id, window.id, "WM_PROTOCOLS", atom("WM_DELETE_WINDOW"));
+}
+
+void TestDesktop::minimise(const Window &window)
+{
+    constexpr uint32_t iconic = 3;
+    send(m_root, window.id, "WM_CHANGE_STATE", iconic);
 }
 
 void TestDesktop::placeWindow(const Window &window, const QRect &area)

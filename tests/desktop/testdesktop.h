@@ -41,6 +41,8 @@ public:
     /// Starts a program on this desktop; owned by it.
     QProcess *start(const QString &program, const QStringList &arguments,
                     const QProcessEnvironment &environment);
+    /// Runs one to its end, which must be a good one.
+    bool run(const QString &program, const QStringList &arguments);
     /// Ends the session bus, as a crash of it would.
     void endBus();
     /// Starts the pattern program with its window at `area`, and waits until it is shown and
@@ -72,6 +74,7 @@ public:
 
     // What the screen shows.
     QImage screenshot();
+    QImage screenshot(const QRect &area);
     QRgb pixel(QPoint at);
     struct Window {
         xcb_window_t id = XCB_NONE;
@@ -82,6 +85,8 @@ public:
     };
     /// Every window of the tree that has a title or is a child of the root.
     QList<Window> windows();
+    /// The first one of them that is it; no id where none is.
+    Window find(const std::function<bool(const Window &)> &isIt);
     /// A dialog that is shown and was not there before; waits for it. No id when none came.
     Window waitForNewWindow(const QList<Window> &before, int limit = 20000);
     /// Waits until a window has the keyboard.
@@ -91,6 +96,8 @@ public:
     QString activeTitle();
     /// Asks a window to close.
     void closeWindow(const Window &window);
+    /// Minimises it, as its frame's button would.
+    void minimise(const Window &window);
     /// Asks for another place and size, as the user would by the window's frame.
     void placeWindow(const Window &window, const QRect &area);
 
@@ -101,8 +108,8 @@ private:
     bool startServer(const Options &options);
     bool startBus();
     bool startWindowManager(const Options &options);
-    bool run(const QString &program, const QStringList &arguments);
     void waitForWindowManager();
+    void send(xcb_window_t to, xcb_window_t window, const char *type, uint32_t value);
     void fake(uint8_t type, uint8_t detail, QPoint at = {});
     xcb_keycode_t keycode(xcb_keysym_t keysym);
     QByteArray property(xcb_window_t window, const char *name);
