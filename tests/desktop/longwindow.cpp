@@ -1,4 +1,4 @@
-// Another program on the desktop: a window with a menu and a long picture that scrolls.
+// Another program on the desktop: a window with a long picture that scrolls.
 //
 // longwindow X Y WIDTH HEIGHT ROWS, in device pixels.
 //
@@ -7,8 +7,6 @@
 
 #include <QApplication>
 #include <QLabel>
-#include <QMainWindow>
-#include <QMenuBar>
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QTimer>
@@ -57,30 +55,22 @@ int main(int argc, char **argv)
     if (argc < 6)
         return 1;
 
-    QMainWindow window;
+    Area window;
     window.setWindowFlag(Qt::FramelessWindowHint);
     window.setWindowTitle(QStringLiteral("long"));
-    QMenu *menu = window.menuBar()->addMenu(QStringLiteral("Extras"));
-    menu->addAction(QStringLiteral("First entry"));
-    QMenu *more = menu->addMenu(QStringLiteral("More"));
-    menu->addAction(QStringLiteral("Last entry"));
-    more->addAction(QStringLiteral("Inner entry"));
-    more->addAction(QStringLiteral("Another inner entry"));
-
-    auto *area = new Area;
-    window.setCentralWidget(area);
     window.setGeometry(atoi(argv[1]), atoi(argv[2]), atoi(argv[3]), atoi(argv[4]));
     window.show();
     auto *content = new QLabel;
-    content->setPixmap(QPixmap::fromImage(longPicture({area->viewport()->width(), atoi(argv[5])})));
-    area->setWidget(content);
+    content->setPixmap(
+        QPixmap::fromImage(longPicture({window.viewport()->width(), atoi(argv[5])})));
+    window.setWidget(content);
     const auto print = [&] {
-        const QRect view(area->viewport()->mapToGlobal(QPoint()), area->viewport()->size());
+        const QRect view(window.viewport()->mapToGlobal(QPoint()), window.viewport()->size());
         std::printf("viewport %d %d %d %d\n", view.x(), view.y(), view.width(), view.height());
         std::fflush(stdout);
     };
     QTimer::singleShot(0, &window, print);
-    QObject::connect(area->verticalScrollBar(), &QScrollBar::valueChanged, [](int value) {
+    QObject::connect(window.verticalScrollBar(), &QScrollBar::valueChanged, [](int value) {
         std::printf("at %d\n", value);
         std::fflush(stdout);
     });

@@ -1,5 +1,7 @@
 #include "scrollprogram.h"
 
+#include <X11/keysym.h>
+
 using namespace Qt::StringLiterals;
 
 ScrollProgram ScrollProgram::start(TestDesktop &desktop, const QString &toolkit,
@@ -26,4 +28,25 @@ ScrollProgram ScrollProgram::start(TestDesktop &desktop, const QString &toolkit,
     return {.process = process,
             .view = {told[1].toInt(), told[2].toInt(), told[3].toInt(), told[4].toInt()},
             .header = told[5].toInt()};
+}
+
+bool openPick(TestDesktop &desktop, SnapWorkbench &program, bool isTold)
+{
+    const auto before = desktop.windows();
+    const xcb_window_t front = desktop.activeWindow();
+    desktop.key(XK_w, {XK_Control_L, XK_Alt_L});
+    const auto question = desktop.waitForNewWindow(before);
+    if (!question.id || !desktop.waitForFocus(question))
+        return false;
+    if (isTold) {
+        desktop.key(XK_Return);
+        if (!program.waitForState(u"Idle"_s) ||
+            !waitFor([&] { return desktop.activeWindow() == front; }))
+            return false;
+        desktop.key(XK_w, {XK_Control_L, XK_Alt_L});
+    } else {
+        desktop.key(XK_Tab);
+        desktop.key(XK_space);
+    }
+    return program.waitForState(u"Picking"_s);
 }

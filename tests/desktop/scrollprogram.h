@@ -1,6 +1,6 @@
 #pragma once
 
-#include "testdesktop.h"
+#include "snapworkbench.h"
 
 #include <QRect>
 
@@ -15,3 +15,7 @@ struct ScrollProgram {
     static ScrollProgram start(TestDesktop &desktop, const QString &toolkit,
                                const QStringList &arguments, bool isTold, qreal scale = 1);
 };
+
+/// Presses the hot key, and waits for the pick. The question before it is answered with "Enable
+/// Scroll Capture", which starts nothing yet, where `isTold`, and else with "No".
+bool openPick(TestDesktop &desktop, SnapWorkbench &program, bool isTold = false);

@@ -26,9 +26,8 @@ constexpr int s_rows = 150;
 constexpr int s_columns = 24;
 constexpr int s_edge = 2;  // pixels by which a picture may miss the view, or a frame be in it
 constexpr int s_overlayBar = 8;
-constexpr int s_headerInset = 6;    // borders and shadows of a header
-constexpr int s_headerWidth = 150;  // with its title
-constexpr QRgb s_outline = qRgb(61, 165, 244);
+constexpr int s_headerInset = 6;     // borders and shadows of a header
+constexpr int s_headerWidth = 150;   // with its title
 constexpr QRgb s_late = 0xffc9c7cb;  // where a picture of the page has not come
 
 // "toolkit kind windowmanager top|midst option...": the options are those of the programs, and
@@ -74,7 +73,7 @@ private slots:
 private:
     bool startDesktop(const Case &one);
     bool startProgram(const Case &one);
-    bool openPick(bool isTold);
+    bool isOutlined();
     QList<CodedRow> codesInSight() { return codesIn(m_desktop->screenshot().copy(m_view)); }
     /// Waits until the view shows rows, and the same twice.
     bool waitForRest();
@@ -142,32 +141,13 @@ bool TestCorpus::waitForRest()
     });
 }
 
-bool TestCorpus::openPick(bool isTold)
+bool TestCorpus::isOutlined()
 {
-    const auto before = m_desktop->windows();
-    m_desktop->key(XK_w, {XK_Control_L, XK_Alt_L});
-    const auto question = m_desktop->waitForNewWindow(before);
-    if (!question.id || !m_desktop->waitForFocus(question))
-        return false;
-    if (isTold) {
-        // Which starts nothing yet.
-        m_desktop->key(XK_Return);
-        if (!m_program->waitForState(u"Idle"_s))
-            return false;
-        m_desktop->key(XK_w, {XK_Control_L, XK_Alt_L});
-    } else {
-        m_desktop->key(XK_Tab);
-        m_desktop->key(XK_space);
-    }
-    // The area's outline.
+    constexpr QRgb outline = qRgb(61, 165, 244);
     const QRect around = m_view.adjusted(-s_edge, 0, s_edge, 0);
-    const auto isOutlined = [&] {
-        const QImage row =
-            m_desktop->screenshot().copy(around.x(), around.center().y(), around.width(), 1);
-        return row.pixel(s_edge, 0) == s_outline ||
-               row.pixel(around.width() - s_edge - 1, 0) == s_outline;
-    };
-    return m_program->waitForState(u"Picking"_s) && (!isTold || waitFor(isOutlined));
+    const QImage row =
+        m_desktop->screenshot().copy(around.x(), around.center().y(), around.width(), 1);
+    return row.pixel(s_edge, 0) == outline || row.pixel(around.width() - s_edge - 1, 0) == outline;
 }
 
 // The main window comes in front of it, and is put aside.
@@ -202,7 +182,7 @@ QStringList TestCorpus::faults(const QImage &picture, const QImage &before, int 
         const auto inLine = [&](const CodedRow &code) { return code.at.y() == codes[0].at.y(); };
         return static_cast<int>(std::count_if(codes.begin(), codes.end(), inLine));
     };
-    const int columns = m_columns > 0 ? m_columns : line(codesIn(before));
+    const int columns = m_columns > 0 ? m_columns : std::max(1, line(codesIn(before)));
     QStringList result = faultsOf(rowsOf(taken, columns, count), (count + columns - 1) / columns);
     const auto common = std::find_if(taken.begin(), taken.end(), [&](const CodedRow &code) {
         return code.number == shown.number;
@@ -260,7 +240,8 @@ void TestCorpus::takesAll()
     QVERIFY(one.fromTop || waitFor([&] { return codesInSight() != atTop; }));
     QVERIFY(waitForRest());
     const QImage before = m_desktop->screenshot().copy(m_view);
-    QVERIFY(openPick(one.isTold));
+    QVERIFY(openPick(*m_desktop, *m_program, one.isTold));
+    QVERIFY(!one.isTold || waitFor([&] { return isOutlined(); }));
     m_desktop->key(XK_Return, m_isAcross ? QList<xcb_keysym_t>{XK_Shift_L} : QList<xcb_keysym_t>{});
     QVERIFY(m_program->waitForState(u"Scrolling"_s));
     QVERIFY(m_program->waitForState(u"Idle"_s, s_captureLimit));

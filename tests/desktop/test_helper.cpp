@@ -32,6 +32,7 @@ constexpr int s_longRows = 5000;
 const QString s_untitled = u"untitled * - Snap Workbench"_s;
 const QString s_idleTitle = u"Snap Workbench"_s;
 constexpr int s_captureLimit = 60000;
+constexpr QRgb s_outline = qRgb(61, 165, 244);
 
 // Whether a menu has its text already: on plain ground its soft edges are many colours.
 bool isDrawn(const QImage &screen, const QRect &menu)
@@ -54,10 +55,8 @@ class TestHelper : public QObject
 private slots:
     void cleanup();
     void picksWindow();
-    void takesContent_data();
     void takesContent();
     void takesByHand();
-    void takesMenu_data();
     void takesMenu();
     void ends_data();
     void ends();
@@ -67,17 +66,11 @@ private slots:
 
 private:
     bool startDesktop(const QStringList &windowManager, const QString &scale = u"1"_s);
-    /// Presses the hot key, answers the question with "No", and waits for the pick.
-    bool openPick();
-    /// Answers the question with "Enable Scroll Capture", which starts nothing yet, and waits for
-    /// the pick of the next time, with the long window's viewport outlined.
-    bool openPickWithArea();
-    bool startLong();
+    bool startLong(int rows = s_longRows);
     /// Takes the long window from the pick, and waits until it scrolls.
     bool startScrolling();
     void hotKey(xcb_keysym_t letter) { m_desktop->key(letter, {XK_Control_L, XK_Alt_L}); }
     QStringList leftFiles() const;
-    QPoint pointer();
     /// The windows of an open menu: those that came without a window manager's say. The ring beside
     /// the pointer, which comes and goes meanwhile, is a square.
     QList<TestDesktop::Window> menus(const QList<TestDesktop::Window> &before);
@@ -107,46 +100,11 @@ bool TestHelper::startDesktop(const QStringList &windowManager, const QString &s
     return m_program->startAndWait({{u"QT_SCALE_FACTOR"_s, scale}});
 }
 
-bool TestHelper::openPick()
-{
-    if (!m_program->waitForState(u"Idle"_s))
-        return false;
-    const auto before = m_desktop->windows();
-    hotKey(XK_w);
-    const auto question = m_desktop->waitForNewWindow(before);
-    if (!question.id || !m_desktop->waitForFocus(question))
-        return false;
-    m_desktop->key(XK_Tab);
-    m_desktop->key(XK_space);
-    return m_program->waitForState(u"Picking"_s);
-}
-
-bool TestHelper::openPickWithArea()
-{
-    const auto before = m_desktop->windows();
-    hotKey(XK_w);
-    const auto question = m_desktop->waitForNewWindow(before);
-    if (!question.id || !m_desktop->waitForFocus(question))
-        return false;
-    m_desktop->key(XK_Return);
-    if (!m_program->waitForState(u"Idle"_s) ||
-        !waitFor([&] { return m_desktop->activeTitle() == u"long"; }))
-        return false;
-    hotKey(XK_w);
-    const QRgb outline = qRgb(61, 165, 244);
-    return m_program->waitForState(u"Picking"_s) && waitFor([&] {
-               return m_desktop->pixel(m_viewport.topLeft()) == outline &&
-                      m_desktop->pixel(m_viewport.bottomRight()) == outline;
-           }) &&
-           m_desktop->pixel(m_viewport.topLeft() - QPoint(0, 1)) != outline &&
-           m_desktop->pixel(m_viewport.bottomRight() + QPoint(1, 0)) != outline;
-}
-
-bool TestHelper::startLong()
+bool TestHelper::startLong(int rows)
 {
     QStringList arguments;
-    for (const int number : {s_longWindow.x(), s_longWindow.y(), s_longWindow.width(),
-                             s_longWindow.height(), s_longRows})
+    for (const int number :
+         {s_longWindow.x(), s_longWindow.y(), s_longWindow.width(), s_longWindow.height(), rows})
         arguments.append(QString::number(number));
     m_long = m_desktop->start(TestDesktop::longProgram(), arguments, m_desktop->environment());
     if (!m_long || !waitFor([&] { return m_long->canReadLine(); }))
@@ -173,16 +131,6 @@ QStringList TestHelper::leftFiles() const
 {
     const QDir folder(m_desktop->home() + u"/.cache/Brenvale Snap Workbench/AXTempDrawing"_s);
     return folder.entryList(QDir::Files | QDir::Hidden);
-}
-
-QPoint TestHelper::pointer()
-{
-    xcb_connection_t *connection = m_desktop->connection();
-    const std::unique_ptr<xcb_query_pointer_reply_t, decltype(&std::free)> reply(
-        xcb_query_pointer_reply(connection, xcb_query_pointer(connection, m_desktop->root()),
-                                nullptr),
-        std::free);
-    return reply ? QPoint(reply->root_x, reply->root_y) : QPoint();
 }
 
 QList<TestDesktop::Window> TestHelper::menus(const QList<TestDesktop::Window> &before)
@@ -214,7 +162,7 @@ void TestHelper::picksWindow()
     const QPoint inUpper = upper.topLeft() + QPoint(90, 90);
     const QPoint inLower = lower.topLeft() + QPoint(90, 90);
     m_desktop->movePointer(upper.center());
-    QVERIFY(openPick());
+    QVERIFY(openPick(*m_desktop, *m_program));
     QVERIFY(waitFor([&] { return isTinted(inUpper); }));
     m_desktop->movePointer(inLower);
     QVERIFY(waitFor([&] {
@@ -228,19 +176,9 @@ void TestHelper::picksWindow()
     QCOMPARE(m_program->saveAs(m_desktop->home() + u"/pick.png"_s), pattern(lower.size()));
 }
 
-void TestHelper::takesContent_data()
-{
-    QTest::addColumn<QStringList>("windowManager");
-    QTest::addColumn<bool>("byKey");
-    QTest::newRow("outlined, by key") << s_compositing << true;
-    QTest::newRow("not outlined, by a click") << s_openbox << false;
-}
-
 void TestHelper::takesContent()
 {
-    QFETCH(QStringList, windowManager);
-    QFETCH(bool, byKey);
-    QVERIFY(startDesktop(windowManager));
+    QVERIFY(startDesktop(s_compositing));
     QVERIFY(startLong());
     const QPoint at = m_viewport.center();
     m_desktop->movePointer(at);
@@ -250,17 +188,18 @@ void TestHelper::takesContent()
         m_desktop->release(5);
     }
     QVERIFY(waitFor([&] { return m_long->readAll().contains("at 204\n"); }));
-    QVERIFY(byKey ? openPickWithArea() : openPick());
-    if (byKey) {
-        m_desktop->key(XK_Return);
-    } else {
-        m_desktop->keyDown(XK_Control_L);
-        m_desktop->click(at);
-        // Held longer than it takes to begin.
-        QVERIFY(waitFor([&] { return !m_program->hasOverlay(s_screen); }));
-        QVERIFY(!waitFor([&] { return m_long->canReadLine(); }, 500));
-        m_desktop->keyUp(XK_Control_L);
-    }
+    QVERIFY(openPick(*m_desktop, *m_program, true));
+    const auto isOutlined = [&](QPoint point) { return m_desktop->pixel(point) == s_outline; };
+    QVERIFY(waitFor(
+        [&] { return isOutlined(m_viewport.topLeft()) && isOutlined(m_viewport.bottomRight()); }));
+    QVERIFY(!isOutlined(m_viewport.topLeft() - QPoint(0, 1)));
+    QVERIFY(!isOutlined(m_viewport.bottomRight() + QPoint(1, 0)));
+    m_desktop->keyDown(XK_Control_L);
+    m_desktop->click(at);
+    // Held longer than it takes to begin.
+    QVERIFY(waitFor([&] { return !m_program->hasOverlay(s_screen); }));
+    QVERIFY(!waitFor([&] { return m_long->canReadLine(); }, 500));
+    m_desktop->keyUp(XK_Control_L);
     QVERIFY(m_program->waitForTitle(s_untitled, s_captureLimit));
     QByteArray said;
     QVERIFY(waitFor([&] {
@@ -268,7 +207,12 @@ void TestHelper::takesContent()
         return said.endsWith("at 204\n");
     }));
     QVERIFY(!said.contains("zoomed"));
-    QCOMPARE(pointer(), at);
+    const std::unique_ptr<xcb_query_pointer_reply_t, decltype(&std::free)> pointer(
+        xcb_query_pointer_reply(m_desktop->connection(),
+                                xcb_query_pointer(m_desktop->connection(), m_desktop->root()),
+                                nullptr),
+        std::free);
+    QVERIFY(pointer && QPoint(pointer->root_x, pointer->root_y) == at);
     QCOMPARE(m_program->saveAs(m_desktop->home() + u"/long.png"_s),
              longPicture({m_viewport.width(), s_longRows}));
 }
@@ -278,17 +222,16 @@ void TestHelper::takesByHand()
 {
     QVERIFY(startDesktop(s_openbox));
     QVERIFY(startLong());
-    QVERIFY(openPick());
+    QVERIFY(openPick(*m_desktop, *m_program));
     const QRect part = m_viewport.adjusted(40, 60, -100, -50);
     m_desktop->movePointer(part.topLeft());
     m_desktop->press(1);
     m_desktop->movePointer(part.center());
     m_desktop->movePointer(part.bottomRight() + QPoint(1, 1));
     m_desktop->release(1);
-    const QRgb outline = qRgb(61, 165, 244);
     QVERIFY(waitFor([&] {
-        return m_desktop->pixel(part.topLeft()) == outline &&
-               m_desktop->pixel(part.bottomRight()) == outline;
+        return m_desktop->pixel(part.topLeft()) == s_outline &&
+               m_desktop->pixel(part.bottomRight()) == s_outline;
     }));
     m_desktop->key(XK_h);
     QVERIFY(m_program->waitForState(u"Scrolling"_s));
@@ -312,25 +255,11 @@ void TestHelper::takesByHand()
              longPicture({m_viewport.width(), s_longRows}).copy(seen));
 }
 
-void TestHelper::takesMenu_data()
-{
-    QTest::addColumn<QStringList>("windowManager");
-    QTest::addColumn<QString>("program");
-    QTest::newRow("Qt, openbox") << s_openbox << u"qt"_s;
-    QTest::newRow("GTK") << s_compositing << u"gtk"_s;
-}
-
 void TestHelper::takesMenu()
 {
-    QFETCH(QStringList, windowManager);
-    QFETCH(QString, program);
-    QVERIFY(startDesktop(windowManager));
-    if (program == u"qt") {
-        QVERIFY(startLong());
-    } else {
-        QVERIFY(ScrollProgram::start(*m_desktop, u"gtk"_s, {u"menus"_s, u"bare"_s}, false).process);
-        QVERIFY(waitFor([&] { return m_desktop->activeTitle() == u"scroll"; }));
-    }
+    QVERIFY(startDesktop(s_compositing));
+    QVERIFY(ScrollProgram::start(*m_desktop, u"gtk"_s, {u"menus"_s, u"bare"_s}, false).process);
+    QVERIFY(waitFor([&] { return m_desktop->activeTitle() == u"scroll"; }));
     hotKey(XK_v);
     const auto before = m_desktop->windows();
     const auto other = std::find_if(before.begin(), before.end(), [&](const auto &window) {
@@ -409,7 +338,7 @@ void TestHelper::ends()
         hotKey(XK_v);
         QVERIFY(m_program->waitForState(u"MenuWait"_s));
     } else {
-        QVERIFY(openPick());
+        QVERIFY(openPick(*m_desktop, *m_program));
         QVERIFY(state == u"pick" || startScrolling());
     }
     if (quits) {
@@ -443,7 +372,7 @@ void TestHelper::asksInBetween()
     m_desktop->click(m_viewport.topLeft() + QPoint(5, 5));
     m_desktop->movePointer(m_viewport.topLeft() + QPoint(5, 5));
     QVERIFY(waitFor([&] { return m_desktop->activeTitle() == u"long"; }));
-    QVERIFY(openPick());
+    QVERIFY(openPick(*m_desktop, *m_program));
     QVERIFY(startScrolling());
     const auto before = m_desktop->windows();
     m_desktop->closeWindow(m_program->mainWindow());
@@ -504,9 +433,10 @@ void TestHelper::keysGoWhereTheUserGoes()
     QVERIFY(startDesktop(s_openbox));
     QProcess *other = m_desktop->startPattern({20, 20, 200, 100});
     QVERIFY(other);
-    QVERIFY(startLong());
+    // Which takes longer than the user does.
+    QVERIFY(startLong(4 * s_longRows));
     m_desktop->movePointer(m_viewport.center());
-    QVERIFY(openPick());
+    QVERIFY(openPick(*m_desktop, *m_program));
     QVERIFY(startScrolling());
     const auto hearsEscape = [&] {
         m_desktop->key(XK_Escape);
