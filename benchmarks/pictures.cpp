@@ -10,6 +10,7 @@
 #include "config/xmlstore.h"
 #include "platform/services.h"
 #include "shell/mainwindow.h"
+#include "shell/picturejobs.h"
 
 #include <QDir>
 #include <QElapsedTimer>
@@ -81,7 +82,7 @@ struct OpenWindow {
     void take(int count, QSize size) const
     {
         for (int i = 0; i < count; ++i)
-            window->addGrab({.picture = screen(size, i), .name = u"window %1"_s.arg(i)});
+            window->NewDocument(screen(size, i), u"window %1"_s.arg(i));
     }
     /// Waits until the workers have nothing to do.
     void settle() const
@@ -200,7 +201,7 @@ void keptOnDisk(benchmark::State &state)
         const QPixmap picture = screen(s_large, 1);
         QElapsedTimer timer;
         timer.start();
-        open.window->addGrab({.picture = picture});
+        open.window->NewDocument(picture, {});
         const auto isKept = [&kept] {
             const QStringList entries = QDir(kept).entryList(QDir::Dirs | QDir::NoDotAndDotDot);
             return !entries.isEmpty() &&
