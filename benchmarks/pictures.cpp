@@ -5,7 +5,6 @@
 #include "fakedesktop.h"
 #include "memory.h"
 
-#include "capture/grab.h"
 #include "config/applicationrecord.h"
 #include "config/xmlstore.h"
 #include "platform/services.h"
