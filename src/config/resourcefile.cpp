@@ -66,7 +66,7 @@ QByteArray contentOf(const QString &path)
 bool canBeRead(const QString &path)
 {
     const bool isRead = ReadXmlDocument(path) != nullptr;
-    if (!isRead)
+    if (!isRead && QFile::exists(path))
         qCInfo(logStore) << path << "can't be read";
     return isRead;
 }

@@ -1,6 +1,7 @@
 #include "config/xmlstore.h"
 
 #include "base/boundedtext.h"
+#include "base/log.h"
 #include "base/textencoding.h"
 #include "base/wholefile.h"
 
@@ -133,8 +134,12 @@ TXmlDocItem *loadedItem(const wchar_t *fileName, bool mayFail)
     TXmlDocItem *item =
         g_XmlDocSet.Push(fileName, ReadXmlDocument(QString::fromWCharArray(fileName)), false);
     if (!item->Document) {
-        if (!mayFail)
+        if (!mayFail) {
+            qCInfo(logStore) << QString::fromWCharArray(fileName)
+                             << "can't be read: the program ends here on purpose, and the next "
+                                "start puts the backup in its place";
             std::abort();
+        }
         item->LoadFailed = true;
         // A QDomDocument without a name is null, and no element can be added to it; an empty name
         // is enough.

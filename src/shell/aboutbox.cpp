@@ -1,5 +1,6 @@
 #include "shell/aboutbox.h"
 
+#include "base/palette.h"
 #include "config/applicationrecord.h"
 #include "config/licensing.h"
 
@@ -23,8 +24,8 @@ QString recorded(const wchar_t *text) { return QString::fromWCharArray(text); }
 // The record comes from a file, and must not bring mark-up of its own.
 QString link(const QString &target, const QString &text)
 {
-    return u"<a href=\"%1\" style=\"color: rgb(28, 126, 214)\">%2</a>"_s.arg(target.toHtmlEscaped(),
-                                                                             text.toHtmlEscaped());
+    return u"<a href=\"%1\" style=\"color: %3\">%2</a>"_s.arg(
+        target.toHtmlEscaped(), text.toHtmlEscaped(), Palette::accentDown.name());
 }
 
 QLabel *plainLabel(const QString &text)

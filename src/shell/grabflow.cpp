@@ -240,6 +240,8 @@ void GrabFlow::mark()
     GrabTools::Take take;
     if (!m_isGivenUp)
         take = m_tools.mark(m_command);
+    if (!take)
+        qCInfo(logGrab) << kindOf(m_command) << "ends with nothing marked";
     setState(GrabState::Ending);
     if (take && !m_closeAfter) {
         m_window.settle();
@@ -266,6 +268,8 @@ void GrabFlow::takeScreen()
     minimizeBefore();
     const int seconds = m_command == GrabCommand::Countdown ? m_before.countdown : 0;
     const bool goesOn = seconds <= 0 || m_tools.countDown(seconds);
+    if (!goesOn)
+        qCInfo(logGrab) << "the countdown was given up";
     setState(GrabState::Ending);
     if (goesOn && !m_isGivenUp) {
         m_window.settle();
@@ -287,6 +291,8 @@ void GrabFlow::browse()
 {
     setState(GrabState::Freezing);
     std::optional<QList<Grab>> grabs = m_tools.browse();
+    if (!grabs)
+        qCInfo(logGrab) << "the browser was closed with no window chosen";
     setState(GrabState::Ending);
     if (grabs && !m_closeAfter) {
         for (Grab &grab : *grabs)

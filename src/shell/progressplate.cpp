@@ -60,9 +60,9 @@ ProgressPlate::ProgressPlate(QWidget *area, PictureJobs &jobs, Clock &clock)
     m_bar->setRange(0, s_whole);
     m_bar->setTextVisible(false);
     m_bar->setFixedHeight(s_barHeight);
-    m_bar->setStyleSheet(
-        u"QProgressBar { border: none; border-radius: 3px; background: rgb(58, 66, 74); }"
-        "QProgressBar::chunk { border-radius: 3px; background: rgb(61, 165, 244); }"_s);
+    m_bar->setStyleSheet(u"QProgressBar { border: none; border-radius: 3px; background: %1; }"
+                         "QProgressBar::chunk { border-radius: 3px; background: %2; }"_s.arg(
+                             Palette::darkRaised.name(), Palette::accent.name()));
     m_cancel->setObjectName(u"BtnCancelProgress"_s);
     m_cancel->setAccessibleName(tr("Cancel"));
     m_cancel->setToolTip(tr("Cancel (Esc)"));

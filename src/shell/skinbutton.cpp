@@ -40,9 +40,14 @@ void SkinButton::paintEvent(QPaintEvent * /*event*/)
                      isEnabled() ? QIcon::Normal : QIcon::Disabled);
     if (!hasFocus())
         return;
+    // Two rings: the inner one is seen on dark and on the plate of a chosen tool, the outer one on
+    // the bright strip.
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QPen(Palette::accent, s_focusWidth));
+    painter.setPen(QPen(Palette::accentDown, s_focusWidth));
     painter.drawRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), s_radius, s_radius);
+    painter.setPen(QPen(Qt::white, 1));
+    painter.drawRoundedRect(QRectF(rect()).adjusted(2.5, 2.5, -2.5, -2.5), s_radius - 1.5,
+                            s_radius - 1.5);
 }
 
 // A skin without its picture must not lose the command: a frame with the name's last word, which

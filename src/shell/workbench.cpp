@@ -1,5 +1,6 @@
 #include "shell/workbench.h"
 
+#include "base/log.h"
 #include "platform/services.h"
 #include "shell/notices.h"
 #include "shell/progressplate.h"
@@ -246,6 +247,8 @@ void Workbench::takePicture(int number, PictureRead read, const PackedPicture &p
     if (!document)
         return;
     document->m_IsAwaited = false;
+    if (!read.failure.isEmpty())
+        qCInfo(logStore) << document->m_FileName << "can't be opened:" << read.failure;
     document->m_Failure = read.failure;
     if (read.file)
         document->m_File = read.file;
