@@ -6,13 +6,6 @@ class TestPlaneGeometry : public QObject
     Q_OBJECT
 
 private slots:
-    void rounding()
-    {
-        QCOMPARE(RoundTo(2.5L), 3);
-        QCOMPARE(RoundTo(-2.5L), -2);
-        QCOMPARE(RoundTo(-2.6L), -3);
-    }
-
     // Exact, and not nearly so: sine and cosine snap to the axes.
     void rotation()
     {

@@ -1,8 +1,6 @@
 #include "capture/rectangleoverlay.h"
 
 #include "overlayfixture.h"
-#include "scratch.h"
-#include "solid.h"
 
 #include <QPainterPath>
 #include <QPushButton>
@@ -16,19 +14,6 @@ class TestRectangleOverlay : public OverlayTest
 
 private slots:
     void init() { begin({{0, 0, 600, 450}}); }
-
-    void coversDesktop()
-    {
-        m_desktop->windows->screenList = {{0, 0, 600, 450}, {-600, 30, 600, 480}};
-        open<Dialog>();
-        QCOMPARE(m_desktop->windows->covered, (QList<QRect>{{-600, 0, 1200, 510}}));
-        QCOMPARE(surface()->size(), m_overlay->size());
-        QCOMPARE(m_overlay->windowOpacity(), 0.6);
-        QCOMPARE(onScreen().pixelColor(300, 200), QColor(0, 0, 0));
-        QCOMPARE(QWidget::keyboardGrabber(), surface());
-        m_overlay->hide();
-        QCOMPARE(QWidget::keyboardGrabber(), nullptr);
-    }
 
     void looksLikeCompositor()
     {
@@ -200,19 +185,6 @@ private slots:
         QVERIFY(!m_overlay->isVisible());
         QCOMPARE(QWidget::keyboardGrabber(), nullptr);
         QCOMPARE(dialog().getPixmap().size(), QSize(100, 80));
-    }
-
-    void icons()
-    {
-        const Scratch scratch;
-        QImage picture = solid({8, 8}, Qt::white).toImage();
-        picture.setPixelColor(4, 4, Qt::red);
-        QVERIFY(picture.save(scratch.path(u"icon.png"_s)));
-        open<Dialog>();
-        dialog().SetPictureHeight(scratch.path(u"icon.png"_s));
-        const QImage shown = m_overlay->findChild<QLabel *>(u"label_7"_s)->pixmap().toImage();
-        QCOMPARE(shown.pixelColor(4, 4), QColor(Qt::red));
-        QCOMPARE(shown.pixelColor(0, 0).alpha(), 0);
     }
 
 private:

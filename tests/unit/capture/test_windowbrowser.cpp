@@ -3,11 +3,8 @@
 #include "fakedesktop.h"
 #include "platform/windowlist.h"
 #include "rows.h"
-#include "scratch.h"
-#include "solid.h"
 #include "testmain.h"
 
-#include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
@@ -221,41 +218,6 @@ private slots:
         open();
         press(u"OK_BUTTON"_s);
         QVERIFY(m_browser->getPixmap()->isEmpty());
-    }
-
-    void leavesWindowsOut()
-    {
-        QWidget cover;
-        g_widgetExcept = &cover;
-        m_server->numbers.insert(&cover, 12);
-        open();
-        QCOMPARE(captions(), (QStringList{u"Mail"_s, u"Terminal"_s}));
-        g_widgetExcept = nullptr;
-    }
-
-    void fieldDecorations()
-    {
-        const Scratch scratch;
-        open();
-        for (const auto &[file, side] :
-             {std::pair(&m_browser->clearFilledFile, 8), {&m_browser->clearFilledFocusFile, 9}}) {
-            QImage image = solid({side, side}, Qt::white).toImage();
-            image.setPixelColor(4, 4, Qt::red);
-            *file = scratch.path(QString::number(side) + u".png"_s);
-            QVERIFY(image.save(*file));
-        }
-        auto *clear = child<QLabel>(u"label_clear"_s);
-        auto *field = child<QLineEdit>(u"lineEdit"_s);
-        QVERIFY(!clear->isVisible());
-        QVERIFY(list()->hasFocus());
-        QVERIFY(!child<QLabel>(u"label_find"_s)->isVisible());
-        QTest::mouseClick(field, Qt::LeftButton);
-        QTest::keyClicks(field, u"m"_s);
-        QVERIFY(clear->isVisible());
-        QCOMPARE(clear->pixmap().size(), QSize(9, 9));
-        QCOMPARE(clear->pixmap().toImage().pixelColor(0, 0).alpha(), 0);
-        list()->setFocus();
-        QCOMPARE(clear->pixmap().size(), QSize(8, 8));
     }
 
 private:

@@ -3,7 +3,6 @@
 #include "config/xmlstore.h"
 #include "scratch.h"
 
-#include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QTest>
 
@@ -179,29 +178,6 @@ private slots:
         QCOMPARE(GetConfigString(u"\tA "_s, 5), u"/hom"_s);
         SetConfigString(u"A"_s, QString(9000, u'x'));
         QCOMPARE(GetConfigString(u"A"_s, 9000), QString(WideTextCapacity - 1, u'x'));
-    }
-
-    void skinAttributes()
-    {
-        QObject widget;
-        widget.setObjectName(u"W"_s);
-        g_ResourceFileName = m_scratch.path(u"skin.xml"_s);
-        const auto file = g_ResourceFileName.toStdWString();
-        const auto attribute = [&](const QString &value, int kind) {
-            for (const char *name : {"NormalImg", "HintString", "DoingCursor"})
-                SetToXML(file.c_str(), "Galeway\\Default\\Buttons\\W\\B", name, value);
-            return GetBtnAttr(&widget, u" B\t"_s, kind);
-        };
-        const QString folder = QCoreApplication::applicationDirPath();
-        QCOMPARE(attribute(u" img/a.png "_s, 4), folder + u"/img/a.png"_s);
-        QCOMPARE(attribute(u"/tmp/a.png"_s, 10), folder + u"//tmp/a.png"_s);
-        QCOMPARE(attribute(u" Save as "_s, 3), u"Save as"_s);
-        QCOMPARE(attribute(u"a:b"_s, 4), u"a:b"_s);
-        QCOMPARE(attribute(u"\\a.png"_s, 10), u"\\a.png"_s);
-        for (const int kind : {0, 4, 15})
-            QVERIFY(attribute(u" "_s, kind).isEmpty() && !attribute(u" "_s, kind).isNull());
-        QVERIFY(attribute(u"a"_s, 6).isNull());
-        QVERIFY(GetBtnAttr(nullptr, u"B"_s, 4).isNull());
     }
 };
 

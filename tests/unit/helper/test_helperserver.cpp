@@ -46,7 +46,6 @@ private slots:
     void folderGone();
     void stopped();
     void stoppedAtOnce();
-    void escape();
     void oneAtATime();
     void closedWhileWaiting();
 
@@ -131,15 +130,6 @@ void TestHelperServer::stoppedAtOnce()
     GWSnapWorkbenchStopMenuItemCapture();
     QCOMPARE(heard(2), QList<int>({4, 6}));
     QVERIFY(m_desktop->keys->watched.isEmpty());
-}
-
-void TestHelperServer::escape()
-{
-    GWSnapWorkbenchStartMenuItemCapture(folder().constData());
-    QCOMPARE(heard(1), QList<int>({4}));
-    QVERIFY(!m_desktop->keys->watched.isEmpty());
-    m_desktop->keys->press(Qt::Key_Escape);
-    QCOMPARE(heard(2), QList<int>({4, 6}));
 }
 
 void TestHelperServer::oneAtATime()

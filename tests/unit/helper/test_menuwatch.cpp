@@ -87,23 +87,6 @@ private slots:
         QCOMPARE(watch.look({s_application}, {}, 121000), State::TimedOut);
     }
 
-    void picture()
-    {
-        const auto pictureOf = [](int number) {
-            QImage image(number == 1 ? QSize(200, 300) : QSize(150, 100), QImage::Format_RGB32);
-            image.fill(number == 1 ? Qt::red : Qt::blue);
-            return number == 3 ? QImage() : image;
-        };
-        const QImage both = pictureOfMenus({s_submenu, s_menu}, pictureOf);
-        QCOMPARE(both.size(), QSize(340, 300));
-        QCOMPARE(both.pixelColor(0, 0), QColor(Qt::red));
-        QCOMPARE(both.pixelColor(190, 50), QColor(Qt::blue));
-        QCOMPARE(both.pixelColor(339, 149), QColor(Qt::blue));
-        QCOMPARE(both.pixelColor(339, 150).alpha(), 0);
-        QVERIFY(pictureOfMenus({s_other}, pictureOf).isNull());
-        QVERIFY(pictureOfMenus({}, pictureOf).isNull());
-    }
-
     void ringStaysOffMenus()
     {
         const auto check = [&](const QByteArray &row, const QList<QRect> &menus, QPoint pointer,

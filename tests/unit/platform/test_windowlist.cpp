@@ -24,18 +24,6 @@ private slots:
             {{.number = 5, .bounds = {0, 0, 10, 10}}, Qt::blue, false}};
     }
 
-    void listOptions()
-    {
-        const auto check = [&](const QByteArray &row, int onScreen, int relativeTo, int count) {
-            expect(row, GetWindowList(onScreen, relativeTo), count);
-            expect(row, g_WindowList.Count, count);
-        };
-        check("all", 0, 0, 4);
-        check("on screen", 1, 0, 3);
-        check("at and above wins over all", 0, 77, 2);
-        check("at and above wins over on screen", 1, 77, 2);
-    }
-
     void entriesByIndex()
     {
         GetWindowList(1, 0);
@@ -73,25 +61,6 @@ private slots:
         QCOMPARE(title[256], L'#');
         QVERIFY(wcsnlen(title.data(), 256) < 256);
         QCOMPARE(title[1], L'\U0001F4F7');
-    }
-
-    void boxOfScreens()
-    {
-        const auto check = [&](const QByteArray &row, const QList<QRect> &screens,
-                               const QRect &box) {
-            m_server->screenList = screens;
-            int left = 0;
-            int top = 0;
-            int width = 0;
-            int height = 0;
-            getScreenGem(left, top, width, height);
-            expect(row, QRect(left, top, width, height), box);
-        };
-        check("one", {{0, 0, 1440, 900}}, {0, 0, 1440, 900});
-        check("side by side", {{0, 0, 1440, 900}, {1440, 100, 1921, 1080}}, {0, 0, 3361, 1180});
-        check("to the left of the primary", {{0, 0, 1440, 900}, {-1280, -24, 1280, 1024}},
-              {-1280, -24, 2720, 1024});
-        check("origin outside", {{100, 50, 800, 600}}, {0, 0, 900, 650});
     }
 
     void screenUnderPoint()
@@ -137,13 +106,6 @@ private slots:
         m_server->list.removeFirst();
         GrabFullWindow(0, 0, 1, 1, true, nullptr);
         QCOMPARE(getWinid(0), 77);
-    }
-
-    void menuBar()
-    {
-        QVERIFY(screenMenu().isNull());
-        m_server->menuBar = true;
-        QCOMPARE(screenMenu().size(), QSize(1440, 22));
     }
 
 private:

@@ -29,31 +29,6 @@ private slots:
 
     void cleanup() { finish(); }
 
-    void statuses()
-    {
-        m_window->ShowMenuWindow();
-        say(4);
-        QVERIFY(m_window->isMinimized());
-        for (const int unknown : {0, 3, 8, -1})
-            say(unknown);
-        QVERIFY(m_window->isMinimized());
-        say(6);
-        QVERIFY(!m_window->isMinimized());
-
-        m_window->ShowMenuWindow();
-        say(4);
-        say(5);
-        QVERIFY(!m_window->isMinimized());
-        QCOMPARE(tabs()->count(), 0);
-
-        // One that the user minimised is not in the way, and stays so.
-        m_window->showMinimized();
-        m_window->ShowMenuWindow();
-        say(4);
-        say(6);
-        QVERIFY(m_window->isMinimized());
-    }
-
     void finished()
     {
         const QString folder = GWSnapWorkbenchGetTempPath();

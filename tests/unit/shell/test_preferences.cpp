@@ -41,23 +41,6 @@ private slots:
         expect("wraps to one", seconds(u"4294967297"_s), 0);
     }
 
-    void magnification()
-    {
-        DialogPreference dialog;
-        auto *box = dialog.findChild<QComboBox *>(u"cmbMagnification"_s);
-        dialog.SetMagnification(7);
-        QCOMPARE(dialog.GetMagnification(), 4);
-        dialog.SetMagnification(10);
-        QCOMPARE(box->currentText(), u"10x"_s);
-        // Off is also what the dialog begins with, and then nothing changes.
-        dialog.SetShowMag(false);
-        QVERIFY(!box->isEnabled() &&
-                dialog.findChild<QLabel *>(u"lblMagnification"_s)->isEnabled());
-        QCOMPARE(dialog.GetMagnification(), 10);
-        dialog.findChild<QCheckBox *>(u"ChkShowMag"_s)->click();
-        QVERIFY(box->isEnabled());
-    }
-
     void loadingWritesNothing()
     {
         SetConfigString(u"Magnification"_s, u"7"_s);
@@ -89,19 +72,6 @@ private slots:
         dialog->findChild<QComboBox *>(u"cmbTimer"_s)->setCurrentIndex(3);
         QCOMPARE(stored(keys), u"0 1 1 0 3 1 10"_s);
         QVERIFY(!m_desktop->loginItem->present);
-    }
-
-    void shownAgainKeepsWhatItShowed()
-    {
-        DialogPreference *dialog = openDialog();
-        dialog->close();
-        SetConfigString(u"AutoHide"_s, u"1"_s);
-        button("BtnSetting")->click();
-        QCOMPARE(m_window->findChildren<DialogPreference *>().size(), 1);
-        QVERIFY(dialog->isVisible() && !dialog->GetHide());
-        m_window->close();
-        QVERIFY(m_window->findChildren<DialogPreference *>().isEmpty());
-        QVERIFY(openDialog()->GetHide());
     }
 
     // Within five seconds, and where that fails the user is told once, and what could not be

@@ -97,14 +97,6 @@ private slots:
         check("a grab that ended meanwhile", false);
     }
 
-    void newPicturesAreNotDiscarded()
-    {
-        add();
-        answer(QMessageBox::Discard, [&] { add(); });
-        QVERIFY(!m_window->CloseAllFiles());
-        QCOMPARE(tabs()->count(), 2);
-    }
-
     // At the end of a session another program may still say no, and the pictures must be there
     // then.
     void savingChangesClosesNothing()

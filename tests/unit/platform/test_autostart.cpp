@@ -1,4 +1,3 @@
-#include "fakedesktop.h"
 #include "platform/xdg/autostart.h"
 
 #include <QDir>
@@ -9,65 +8,12 @@
 
 using namespace Qt::StringLiterals;
 
-namespace {
-
-QList<bool> g_told;
-
-long remember(bool active)
-{
-    g_told.append(active);
-    return 0;
-}
-
-}  // namespace
-
-class TestApplicationWatch : public QObject
+class TestAutostart : public QObject
 {
     Q_OBJECT
 
 private slots:
-    void activation()
-    {
-        const FakeDesktop desktop;
-        g_told.clear();
-        QVERIFY(IsAppActive());
-        StartWatchAppActive();
-        SetAppActiveChangeCallback(remember);
-
-        desktop.watch->front = 41;
-        desktop.watch->tell(true, 1);
-        QVERIFY(IsAppActive());
-        desktop.watch->setActive(false);
-        QVERIFY(!IsAppActive());
-        desktop.watch->tell(false, 1);
-        desktop.watch->front = 42;
-        desktop.watch->setActive(true);
-        QVERIFY(IsAppActive());
-        QCOMPARE(g_told, (QList<bool>{false, true}));
-        // Coming to the front itself has not changed where the focus goes back to.
-        SetPreAppActive();
-        QCOMPARE(desktop.watch->activatedWindows, QList<unsigned>{41});
-
-        SetAppActiveChangeCallback(nullptr);
-        desktop.watch->setActive(false);
-        StopWatchAppActive();
-        desktop.watch->setActive(true);
-        QVERIFY(!IsAppActive());
-        QCOMPARE(g_told.size(), 2);
-    }
-
-    void loginItemFollows()
-    {
-        const FakeDesktop desktop;
-        SetAutoRunLogin(true);
-        SetAutoRunLogin(true);
-        QVERIFY(GetAutoRunLogin());
-        SetAutoRunLogin(false);
-        SetAutoRunLogin(false);
-        QVERIFY(!GetAutoRunLogin());
-    }
-
-    void autostartEntry()
+    void entryIsOwn()
     {
         const QTemporaryDir home;
         qputenv("XDG_CONFIG_HOME", home.path().toLocal8Bit());
@@ -113,5 +59,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(TestApplicationWatch)
-#include "test_applicationwatch.moc"
+QTEST_MAIN(TestAutostart)
+#include "test_autostart.moc"
