@@ -369,6 +369,17 @@ private slots:
         check("keep, on the way to the left", 3, true);
     }
 
+    void limitAcross()
+    {
+        m_server->bounds.setSize({2600, 44 + 64});
+        m_server->page = noisePage({30500, 64});
+        ScrollCapture capture(acrossTarget());
+        const ScrollCapture::Result result = capture.run();
+        QCOMPARE(result.picture, m_server->page.copy(0, 0, 30000, 64));
+        QCOMPARE(result.lastColumn, 30000);
+        QVERIFY(!result.note.isEmpty());
+    }
+
 private:
     QRect viewOnScreen() const { return m_server->view().translated(m_server->bounds.topLeft()); }
     ScrollCapture::Target target(const QRect &area = {}) const
