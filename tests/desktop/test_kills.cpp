@@ -7,6 +7,7 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QPainter>
 #include <QRandomGenerator>
 #include <QTest>
 #include <QUrl>
@@ -67,10 +68,16 @@ private slots:
             const Kept before = kept();
             const QString path = m_desktop->home() + u'/' + QString::number(round) + u".png"_s;
             if (work == Save) {
-                QVERIFY(black.save(path));
+                // With a spot of its own: the picture shown before is black as well.
+                const QPoint own(20 + round, 10);
+                QImage picture = black;
+                QPainter(&picture).fillRect(QRect(own - QPoint(2, 2), QSize(5, 5)), Qt::blue);
+                QVERIFY(picture.save(path));
                 open(path);
                 QVERIFY2(isTitled(QFileInfo(path).fileName()), trace.constData());
-                QVERIFY2(waitFor([&] { return isBlack(); }), trace.constData());
+                QVERIFY2(
+                    waitFor([&] { return m_desktop->pixel(m_origin + own) == qRgb(0, 0, 255); }),
+                    trace.constData());
             }
             QVERIFY2(markUp(round), trace.constData());
             QTest::qWait(s_promise);
