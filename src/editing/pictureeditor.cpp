@@ -30,7 +30,6 @@ constexpr QSize s_textRoom(50, 20);
 // The text is measured outside of the field, in a rectangle that is too small for it.
 constexpr QRect s_measure(-1000, -1000, 10, 10);
 
-
 // The toolkit compresses pending move events. A freehand line needs all of them; other tools need
 // only the last one.
 void takeEveryMove(bool every)

@@ -2,9 +2,9 @@
 
 #include "config/applicationrecord.h"
 #include "config/xmlstore.h"
+#include "editing/pictureeditor.h"
 #include "fakedesktop.h"
 #include "scratch.h"
-#include "editing/pictureeditor.h"
 #include "shell/mainwindow.h"
 #include "shell/picturejobs.h"
 #include "solid.h"
