@@ -89,8 +89,8 @@ void setUpApplication()
 {
     // Reading the desktop's fonts is a third of a start's work, and the first text comes late. The
     // session bus answers late as well. Both go on aside until they are asked for.
-    QThreadPool::globalInstance()->start([] { QFontDatabase::families(); });
     QThreadPool::globalInstance()->start([] { QDBusConnection::sessionBus(); });
+    QThreadPool::globalInstance()->start([] { QFontDatabase::families(); });
     QApplication::setStyle(new LeanStyle);
     installTranslations();
     outliveSessionBus();
