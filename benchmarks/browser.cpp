@@ -100,6 +100,6 @@ BENCHMARK(browserOpens)->Unit(benchmark::kMillisecond)->Repetitions(5)->UseRealT
                            "one by one with `QScreen::grabWindow`",
                    .measured = "browserOpens",
                    .against = "windowsByToolkit",
-                   .limit = atMost(1, 0.2)});
+                   .limit = atMost(1)});
 
 }  // namespace

@@ -11,19 +11,10 @@ struct Limit {
     };
     Kind kind = Kind::None;
     double value = 0;
-    /// The share by which one run may miss the value because the machine's runs differ that much
-    /// by themselves: 0.2 is a fifth.
-    double variation = 0;
 };
 
-constexpr Limit atMost(double value, double variation = 0)
-{
-    return {Limit::Kind::AtMost, value, variation};
-}
-constexpr Limit atLeast(double value, double variation = 0)
-{
-    return {Limit::Kind::AtLeast, value, variation};
-}
+constexpr Limit atMost(double value) { return {Limit::Kind::AtMost, value}; }
+constexpr Limit atLeast(double value) { return {Limit::Kind::AtLeast, value}; }
 
 /// A line of the final table: the ratio of one benchmark's median to that of another, or the median
 /// itself if there is no other.

@@ -148,7 +148,7 @@ BENCHMARK(wholeDesktopUnkept)->Unit(benchmark::kMillisecond)->Repetitions(5)->Us
                    .measured = "wholeDesktop",
                    .against = "wholeDesktopByToolkit",
                    .faster = true,
-                   .limit = atLeast(8, 0.5)}) &&
+                   .limit = atLeast(8)}) &&
     addComparison({.what =
                        "the same, against one bare `ShmGetImage` and a copy into a picture that "
                        "stays open",

@@ -48,21 +48,17 @@ QString aimOf(const Comparison &line)
     const QString side =
         limit.kind == Limit::Kind::AtMost ? QStringLiteral("at most") : QStringLiteral("at least");
     // As it is written in the code: 20, 1.3.
-    QString aim =
-        QStringLiteral("%1 %2 %3")
-            .arg(side, QLocale(QLocale::English).toString(limit.value, 'g', 6), unitOf(line));
-    if (limit.variation > 0)
-        aim += QStringLiteral(", give or take %1 % in one run").arg(limit.variation * 100);
-    return aim;
+    return QStringLiteral("%1 %2 %3")
+        .arg(side, QLocale(QLocale::English).toString(limit.value, 'g', 6), unitOf(line));
 }
 
 bool isKept(const Limit &limit, double value)
 {
     switch (limit.kind) {
     case Limit::Kind::AtMost:
-        return value <= limit.value * (1 + limit.variation);
+        return value <= limit.value;
     case Limit::Kind::AtLeast:
-        return value >= limit.value * (1 - limit.variation);
+        return value >= limit.value;
     case Limit::Kind::None:
         break;
     }

@@ -1,11 +1,10 @@
 #pragma once
 
+#include "editing/picturefile.h"
+#include "editing/shapes.h"
 #include "shell/noticebar.h"
 
 #include <QObject>
-
-#include "editing/picturefile.h"
-#include "editing/shapes.h"
 
 class Notices;
 class QPictureDocument;
