@@ -42,9 +42,9 @@ EditHistory shapes()
     EditHistory result;
     for (int i = 0; i < 100; ++i) {
         const QRect bounds(i * 190, i * 170 % 15000, 900 + i * 20, 4000);
-        result.append(std::make_shared<const EditEntry>(
-            EditEntry{EllipseShape{bounds},
-                      {.type = stateEllipse, .width = 5, .color = QColor(200, 30, 30, 180)}}));
+        result.append(
+            adding({EllipseShape{bounds},
+                    {.type = stateEllipse, .width = 5, .color = QColor(200, 30, 30, 180)}}));
     }
     return result;
 }

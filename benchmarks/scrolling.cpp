@@ -41,7 +41,7 @@ public:
         clock.start();
         while (m_number == 0 && clock.elapsed() < 10000) {
             for (const auto &window :
-                 services().windows->windows(WindowServer::List::OnScreen, 0)) {
+                 services().windows->windows(WindowCatalogue::List::OnScreen, 0)) {
                 if (window.bounds.toRect() == s_window)
                     m_number = window.number;
             }
@@ -60,7 +60,7 @@ public:
     void turn(int clicks)
     {
         m_view = look();
-        services().windows->turnWheel(s_window.center(), clicks, WindowServer::Wheel::Down);
+        services().hands->turnWheel(s_window.center(), clicks, Hands::Wheel::Down);
         settle();
     }
 
@@ -71,7 +71,7 @@ private:
         QTimer::singleShot(s_round, &loop, &QEventLoop::quit);
         loop.exec();
     }
-    QImage look() const { return services().windows->picture(std::nullopt, {m_number}); }
+    QImage look() const { return services().pictures->ofWindows(std::nullopt, {m_number}); }
     // Waits until something has changed and then nothing changes any more.
     void settle()
     {

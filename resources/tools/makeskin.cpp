@@ -106,11 +106,14 @@ private:
     void drawGlyph(QPainter &painter, const QString &file, const QColor &colour,
                    const QRectF &area);
     void drawLine(const QStringList &words);
+    void drawRest(const Kind &kind, const QString &suffix);
 
     QDir m_source;
     QDir m_output;
     QHash<QString, Kind> m_kinds{};
     QSet<QString> m_written{};
+    QSet<QString> m_listed{};   // glyphs that a line of the list names
+    QSet<QString> m_unnamed{};  // pictures of the others
 };
 
 QSize sizeFrom(const QString &text)
@@ -205,9 +208,13 @@ void Skin::drawLine(const QStringList &words)
     } else if (verb == u"button" && words.size() == 4) {
         if (!m_kinds.contains(words[3]))
             throw Failure(u"no such kind: "_s + words[3]);
+        m_listed.insert(words[2]);
         drawButton(words[1], words[2], m_kinds[words[3]]);
+    } else if (verb == u"rest" && words.size() >= 2 && words.size() <= 3) {
+        drawRest(m_kinds.value(words[1]), words.value(2));
     } else if (verb == u"mark" && words.size() == 6) {
         const QSize size = sizeFrom(words[3]);
+        m_listed.insert(words[2]);
         write(words[1], size, [&](QPainter &painter) {
             drawGlyph(painter, u"glyphs/%1.svg"_s.arg(words[2]), colourFrom(words[5]),
                       centred(size, words[4].toInt()));
@@ -219,6 +226,20 @@ void Skin::drawLine(const QStringList &words)
         });
     } else {
         throw Failure(u"not understood: "_s + words.join(u' '));
+    }
+}
+
+// These pictures need no place in the resource file.
+void Skin::drawRest(const Kind &kind, const QString &suffix)
+{
+    const QStringList glyphs = QDir(m_source.filePath(u"glyphs"_s)).entryList({u"*.svg"_s});
+    for (const QString &file : glyphs) {
+        const QString glyph = file.chopped(4);
+        if (m_listed.contains(glyph))
+            continue;
+        drawButton(glyph + suffix, glyph, kind);
+        for (const Look &look : looksOn(kind.surface))
+            m_unnamed.insert(glyph + suffix + u'_' + look.state);
     }
 }
 
@@ -366,7 +387,7 @@ void Skin::check(const QString &resourceFile) const
                           .arg(reader.errorString()));
 
     QSet<QString> drawn;
-    for (const QString &name : m_written)
+    for (const QString &name : m_written - m_unnamed)
         drawn.insert(u"skin/%1.png"_s.arg(name));
     const auto report = [](const QSet<QString> &paths, const QString &what) {
         if (!paths.isEmpty())

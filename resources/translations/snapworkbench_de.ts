@@ -2,6 +2,25 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="de_DE" sourcelanguage="en">
 <context>
+    <name>Abilities</name>
+    <message>
+        <source>Pictures of the screen can&apos;t be taken in a Wayland session yet. Log in to an X11 session for that; opening and editing pictures works here too.</source>
+        <translation>In einer Wayland-Sitzung lassen sich noch keine Bilder vom Bildschirm aufnehmen. Melden Sie sich dafür in einer X11-Sitzung an; das Öffnen und Bearbeiten von Bildern ist auch hier möglich.</translation>
+    </message>
+    <message>
+        <source>Pictures of the screen can&apos;t be taken on this desktop. Opening and editing pictures works here too.</source>
+        <translation>Auf diesem Desktop lassen sich keine Bilder vom Bildschirm aufnehmen. Das Öffnen und Bearbeiten von Bildern ist auch hier möglich.</translation>
+    </message>
+    <message>
+        <source>This desktop keeps no pictures of windows that others cover.</source>
+        <translation>Dieser Desktop hält keine Bilder von Fenstern bereit, die von anderen verdeckt sind.</translation>
+    </message>
+    <message>
+        <source>This desktop lets no program turn the wheel.</source>
+        <translation>Auf diesem Desktop darf kein Programm das Mausrad drehen.</translation>
+    </message>
+</context>
+<context>
     <name>AboutBox</name>
     <message>
         <source>Close</source>
@@ -364,6 +383,10 @@ Rücktaste    Punkt löschen</translation>
 <context>
     <name>GrabFlow</name>
     <message>
+        <source>The desktop gave no picture of the screen.</source>
+        <translation>Der Desktop hat kein Bild des Bildschirms geliefert.</translation>
+    </message>
+    <message>
         <source>No window was chosen: there is no picture.</source>
         <translation>Kein Fenster wurde gewählt: Es gibt kein Bild.</translation>
     </message>
@@ -428,10 +451,6 @@ Rücktaste    Punkt löschen</translation>
 </context>
 <context>
     <name>MainWindow</name>
-    <message>
-        <source>Pictures of the screen can&apos;t be taken in a Wayland session yet. Log in to an X11 session for that; opening and editing pictures works here too.</source>
-        <translation>In einer Wayland-Sitzung lassen sich noch keine Bilder vom Bildschirm aufnehmen. Melden Sie sich dafür in einer X11-Sitzung an; das Öffnen und Bearbeiten von Bildern ist auch hier möglich.</translation>
-    </message>
     <message>
         <source>Snap Workbench</source>
         <translation>Snap Workbench</translation>
@@ -515,6 +534,10 @@ Rücktaste    Punkt löschen</translation>
     <message>
         <source>Arrow</source>
         <translation>Pfeil</translation>
+    </message>
+    <message>
+        <source>Line</source>
+        <translation>Linie</translation>
     </message>
     <message>
         <source>Freehand line</source>
@@ -777,6 +800,10 @@ Rücktaste    Punkt löschen</translation>
         <translation>Ctrl+6</translation>
     </message>
     <message>
+        <source>Ctrl+7</source>
+        <translation>Ctrl+7</translation>
+    </message>
+    <message>
         <source>Ctrl+=</source>
         <translation>Ctrl+=</translation>
     </message>
@@ -1012,10 +1039,6 @@ Möchten Sie die Datei ersetzen?</translation>
     <message>
         <source>Let go of all keys and buttons</source>
         <translation>Lassen Sie alle Tasten los</translation>
-    </message>
-    <message>
-        <source>This desktop lets no program turn the wheel</source>
-        <translation>Auf diesem Desktop darf kein Programm das Mausrad drehen</translation>
     </message>
     <message>
         <source>Bring the window back: its content is not where it was</source>

@@ -2,6 +2,25 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="zh_CN" sourcelanguage="en">
 <context>
+    <name>Abilities</name>
+    <message>
+        <source>Pictures of the screen can&apos;t be taken in a Wayland session yet. Log in to an X11 session for that; opening and editing pictures works here too.</source>
+        <translation>目前还不能在 Wayland 会话中截取屏幕。如需截图，请登录 X11 会话；在此处仍可打开和编辑图片。</translation>
+    </message>
+    <message>
+        <source>Pictures of the screen can&apos;t be taken on this desktop. Opening and editing pictures works here too.</source>
+        <translation>在此桌面上无法截取屏幕。在此处仍可打开和编辑图片。</translation>
+    </message>
+    <message>
+        <source>This desktop keeps no pictures of windows that others cover.</source>
+        <translation>此桌面不保留被其他窗口遮挡的窗口的图像。</translation>
+    </message>
+    <message>
+        <source>This desktop lets no program turn the wheel.</source>
+        <translation>此桌面不允许程序转动鼠标滚轮。</translation>
+    </message>
+</context>
+<context>
     <name>AboutBox</name>
     <message>
         <source>Close</source>
@@ -364,6 +383,10 @@ Backspace    删除最后一点</translation>
 <context>
     <name>GrabFlow</name>
     <message>
+        <source>The desktop gave no picture of the screen.</source>
+        <translation>桌面未提供屏幕图像。</translation>
+    </message>
+    <message>
         <source>No window was chosen: there is no picture.</source>
         <translation>没有选择窗口：没有图片。</translation>
     </message>
@@ -428,10 +451,6 @@ Backspace    删除最后一点</translation>
 </context>
 <context>
     <name>MainWindow</name>
-    <message>
-        <source>Pictures of the screen can&apos;t be taken in a Wayland session yet. Log in to an X11 session for that; opening and editing pictures works here too.</source>
-        <translation>目前还不能在 Wayland 会话中截取屏幕。如需截图，请登录 X11 会话；在此处仍可打开和编辑图片。</translation>
-    </message>
     <message>
         <source>Snap Workbench</source>
         <translation>Snap Workbench</translation>
@@ -515,6 +534,10 @@ Backspace    删除最后一点</translation>
     <message>
         <source>Arrow</source>
         <translation>箭头</translation>
+    </message>
+    <message>
+        <source>Line</source>
+        <translation>直线</translation>
     </message>
     <message>
         <source>Freehand line</source>
@@ -777,6 +800,10 @@ Backspace    删除最后一点</translation>
         <translation>Ctrl+6</translation>
     </message>
     <message>
+        <source>Ctrl+7</source>
+        <translation>Ctrl+7</translation>
+    </message>
+    <message>
         <source>Ctrl+=</source>
         <translation>Ctrl+=</translation>
     </message>
@@ -1012,10 +1039,6 @@ Do you want to replace it?</source>
     <message>
         <source>Let go of all keys and buttons</source>
         <translation>请松开所有按键和鼠标按钮</translation>
-    </message>
-    <message>
-        <source>This desktop lets no program turn the wheel</source>
-        <translation>此桌面不允许程序转动鼠标滚轮</translation>
     </message>
     <message>
         <source>Bring the window back: its content is not where it was</source>

@@ -5,11 +5,13 @@
 #include "platform/services.h"
 
 #include <QApplication>
+#include <QContextMenuEvent>
 #include <QKeyEvent>
 #include <QMenu>
 #include <QPainter>
 #include <QWindow>
 
+#include <algorithm>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -28,7 +30,8 @@ QColor black(qreal opacity)
 }  // namespace
 
 CaptureOverlay::CaptureOverlay(QWidget *parent, qreal sheetOpacity)
-    : QDialog(parent), m_area(desktopBox()), m_sheetOpacity(sheetOpacity)
+    : QDialog(parent), m_area(desktopBox()), m_places(services().ownWindows->panes()),
+      m_sheetOpacity(sheetOpacity)
 {
     setWindowFlags(windowFlags() | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
     // A modal flag that is set after the first show would be too late if another dialog is open,
@@ -41,13 +44,57 @@ CaptureOverlay::CaptureOverlay(QWidget *parent, qreal sheetOpacity)
 
 void CaptureOverlay::setSurface(QWidget *surface)
 {
-    m_surface = surface;
-    m_surface->setMouseTracking(true);
-    // The sheet covers the whole surface, so the background need not be cleared.
-    m_surface->setAttribute(Qt::WA_OpaquePaintEvent);
-    m_surface->installEventFilter(this);
-    // The form has set a size of its own before, so this comes last.
-    services().windows->coverArea(this, m_area);
+    for (const PanePlace &place : std::as_const(m_places)) {
+        QWidget *window = this;
+        QWidget *drawnOn = surface;
+        if (!m_panes.isEmpty()) {
+            window = drawnOn =
+                new QWidget(this, Qt::Window | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
+            window->setAttribute(Qt::WA_TranslucentBackground, !hasSheet());
+        }
+        drawnOn->setMouseTracking(true);
+        // The sheet covers the whole surface, so the background need not be cleared.
+        drawnOn->setAttribute(Qt::WA_OpaquePaintEvent);
+        drawnOn->installEventFilter(this);
+        m_panes.append(Pane(*window, *drawnOn, place, m_area.topLeft()));
+        // The form has set a size of its own before, so this comes last.
+        services().ownWindows->coverArea(window, place.area);
+    }
+}
+
+const Pane *CaptureOverlay::paneOf(const QObject *surface) const
+{
+    const auto found = std::find_if(m_panes.begin(), m_panes.end(), [surface](const Pane &pane) {
+        return &pane.surface() == surface;
+    });
+    return found == m_panes.end() ? nullptr : &*found;
+}
+
+bool CaptureOverlay::eventFilter(QObject *watched, QEvent *event)
+{
+    if (isHeldEnd(*event))
+        return true;
+    const Pane *pane = paneOf(watched);
+    if (!pane)
+        return QDialog::eventFilter(watched, event);
+    if (event->type() == QEvent::ContextMenu) {
+        const auto &menu = *static_cast<QContextMenuEvent *>(event);
+        // One pane has the keys of all.
+        const bool isKey = menu.reason() == QContextMenuEvent::Keyboard;
+        contextMenu(isKey ? paneAt(pointerInOverlay()) : *pane, menu);
+        return true;
+    }
+    // A window manager may close any of the panes.
+    if (event->type() == QEvent::Close)
+        reject();
+    return paneEvent(*pane, event);
+}
+
+// Uses the position in the window, which the surface fills, because the position in the surface is
+// rounded to logical pixels.
+QPoint CaptureOverlay::placeOf(const Pane &pane, const QMouseEvent &event) const
+{
+    return pixelAt(m_panes, pane, event.scenePosition());
 }
 
 void CaptureOverlay::ShowDetailWindow(EShowMagOpr opr, int x, int y)
@@ -100,6 +147,7 @@ void CaptureOverlay::setVisible(bool visible)
             return;
         m_windowBefore = QApplication::activeWindow();
         QDialog::setVisible(true);
+        showPanes(true);
         // Both need the visible window: only then can the keyboard be grabbed, and the magnifier
         // must open above it.
         takeKeyboard();
@@ -111,8 +159,18 @@ void CaptureOverlay::setVisible(bool visible)
         // An open menu would stay open without its overlay, and its loop would continue.
         for (QMenu *menu : findChildren<QMenu *>())
             menu->close();
+        showPanes(false);
         QDialog::setVisible(false);
         giveFocusBack();
+    }
+}
+
+// The first one is this dialog.
+void CaptureOverlay::showPanes(bool visible)
+{
+    for (const Pane &pane : std::as_const(m_panes)) {
+        if (&pane.window() != this)
+            pane.window().setVisible(visible);
     }
 }
 
@@ -125,13 +183,19 @@ void CaptureOverlay::giveFocusBack()
     m_windowBefore.clear();
 }
 
+// Whether the desktop shows through the panes, and is the one that pictures are taken of.
+bool CaptureOverlay::isLive()
+{
+    return services().ownWindows->isComposited() && !services().pictures->isFrozen();
+}
+
 // Prepares the view of the desktop. Returns false if only the sheet would be visible.
 bool CaptureOverlay::makeSeeThrough()
 {
     m_dimmed = {};
-    const bool composited = services().windows->isComposited();
-    setWindowOpacity(composited && hasSheet() ? m_sheetOpacity : 1.0);
-    if (composited)
+    for (const Pane &pane : std::as_const(m_panes))
+        pane.window().setWindowOpacity(isLive() && hasSheet() ? m_sheetOpacity : 1.0);
+    if (isLive())
         return true;
     m_dimmed = desktopPicture(desktopBox());
     if (m_dimmed.isNull())
@@ -144,14 +208,15 @@ bool CaptureOverlay::makeSeeThrough()
 // sheet becomes opaque, and the desktop behind it can't be captured any more.
 bool CaptureOverlay::fitsDesktop() const
 {
-    return m_area == desktopBox() && (!m_dimmed.isNull() || services().windows->isComposited());
+    return m_places == services().ownWindows->panes() && (!m_dimmed.isNull() || isLive());
 }
 
 // The window is override-redirect, so no window manager gives it the focus.
 void CaptureOverlay::takeKeyboard()
 {
-    if (QWidget::keyboardGrabber() != m_surface) {
-        m_surface->grabKeyboard();
+    QWidget &surface = m_panes.constFirst().surface();
+    if (QWidget::keyboardGrabber() != &surface) {
+        surface.grabKeyboard();
         m_keyboardTries = s_keyboardTries;
     }
     --m_keyboardTries;
@@ -168,13 +233,14 @@ void CaptureOverlay::tellOpen()
 void CaptureOverlay::giveKeyboardBack()
 {
     m_keyboardTries = 0;
-    if (m_surface && QWidget::keyboardGrabber() == m_surface)
-        m_surface->releaseKeyboard();
+    if (!m_panes.isEmpty() && QWidget::keyboardGrabber() == &m_panes.constFirst().surface())
+        m_panes.constFirst().surface().releaseKeyboard();
 }
 
-void CaptureOverlay::runMenu(QPoint global, const MenuEntry &finish, const QList<MenuEntry> &own)
+void CaptureOverlay::runMenu(const Pane &pane, const QContextMenuEvent &event,
+                             const MenuEntry &finish, const QList<MenuEntry> &own)
 {
-    QMenu menu(this);
+    QMenu menu(&pane.window());
     const auto add = [&](const MenuEntry &entry) {
         QAction *action = menu.addAction(entry.text);
         action->setShortcut(entry.shortcut);
@@ -194,7 +260,8 @@ void CaptureOverlay::runMenu(QPoint global, const MenuEntry &finish, const QList
          }});
     // The toolkit sends keys to a keyboard grabber before it looks for an open menu.
     giveKeyboardBack();
-    menu.exec(global);
+    const bool isElsewhere = event.reason() == QContextMenuEvent::Keyboard && m_panes.size() > 1;
+    menu.exec(isElsewhere ? QCursor::pos() : event.globalPos());
     if (isVisible())
         takeKeyboard();
 }
@@ -245,57 +312,29 @@ void CaptureOverlay::stayOnTop()
     }
 }
 
-QSize CaptureOverlay::surfaceSize() const
-{
-    // If the scale does not divide the desktop's size, the window is slightly larger than the
-    // desktop.
-    return toPixels(m_surface->size()).boundedTo(m_area.size());
-}
-
-QPoint CaptureOverlay::pointer() const { return services().windows->pointer(); }
-
-QPoint CaptureOverlay::toPixels(QPointF position) const
-{
-    return (position * devicePixelRatioF()).toPoint();
-}
-
-QSize CaptureOverlay::toPixels(QSize size) const
-{
-    return (QSizeF(size) * devicePixelRatioF()).toSize();
-}
-
-QPoint CaptureOverlay::toLogical(QPoint pixel) const
-{
-    return (QPointF(pixel) / devicePixelRatioF()).toPoint();
-}
-
-// With a fractional scale logical rectangles begin and end between device pixels, and the toolkit
-// rounds them. One more pixel on each side covers the requested part in any case.
-QRect CaptureOverlay::pixelsAround(const QRect &logical) const
-{
-    const qreal scale = devicePixelRatioF();
-    const QRectF exact(QPointF(logical.topLeft()) * scale, QSizeF(logical.size()) * scale);
-    return exact.toAlignedRect().adjusted(-1, -1, 1, 1);
-}
+QPoint CaptureOverlay::pointer() const { return services().hands->pointer(); }
 
 void CaptureOverlay::updatePixels(const QRegion &pixels)
 {
-    const qreal scale = devicePixelRatioF();
-    QRegion logical(0, 0, 1, 1);
-    for (const QRect &rect : pixels) {
-        const QRect around = rect.adjusted(-1, -1, 1, 1);
-        logical += QRectF(QPointF(around.topLeft()) / scale, QSizeF(around.size()) / scale)
-                       .toAlignedRect();
-    }
-    m_surface->update(logical);
+    // Of the surfaces one has to get a paint event.
+    m_panes.constFirst().surface().update(0, 0, 1, 1);
+    for (const Pane &pane : std::as_const(m_panes))
+        pane.update(pixels);
 }
 
-void CaptureOverlay::paintSheet(const QRegion &exposed, const std::function<void(QPainter &)> &draw)
+void CaptureOverlay::updateAll()
 {
-    QPainter painter(m_surface);
-    painter.scale(1 / devicePixelRatioF(), 1 / devicePixelRatioF());
+    for (const Pane &pane : std::as_const(m_panes))
+        pane.surface().update();
+}
+
+void CaptureOverlay::paintSheet(const Pane &pane, const QRegion &exposed,
+                                const std::function<void(QPainter &)> &draw)
+{
+    QPainter painter;
+    pane.begin(painter);
     for (const QRect &logical : exposed) {
-        const QRect pixels = pixelsAround(logical);
+        const QRect pixels = pane.pixelsAround(logical);
         const QRect known = pixels & m_dimmed.rect();
         if (known != pixels) {
             painter.setCompositionMode(QPainter::CompositionMode_Source);

@@ -2,6 +2,7 @@
 
 #include "capture/grab.h"
 #include "capture/magnifierrequest.h"
+#include "capture/pane.h"
 
 #include <QDialog>
 #include <QKeySequence>
@@ -11,15 +12,19 @@
 
 #include <functional>
 
+class QContextMenuEvent;
 class QMenu;
+class QMouseEvent;
 class QPainter;
 
 /// The base of all overlays: covers the desktop, stays on top, shows the desktop through a
 /// translucent black sheet, has the keyboard, ticks, and updates the magnifier. Each overlay
 /// handles the mouse itself.
 ///
-/// Overlays use device pixels, relative to their top left corner. The toolkit's logical coordinates
-/// are converted by the functions of this class only.
+/// An overlay is one thing in several windows, its panes: one where a window can lie across all
+/// screens, else one a screen. The first pane is this dialog. Overlays use device pixels, relative
+/// to the corner of the box around all screens; only the panes convert the toolkit's logical
+/// coordinates.
 class CaptureOverlay : public QDialog
 {
     Q_OBJECT
@@ -33,6 +38,12 @@ public:
     /// Takes the marked part of the desktop as it is now. To be called after the overlay has left
     /// the screen.
     virtual Grab take() = 0;
+
+    /// The rectangle of the desktop, global. Overlay coordinates begin at its corner.
+    const QRect &area() const { return m_area; }
+    const QList<Pane> &panes() const { return m_panes; }
+    /// The pane that shows a pixel, or the nearest one.
+    const Pane &paneAt(QPoint pixel) const { return ::paneAt(m_panes, pixel); }
 
     /// Raises the overlay, and its child windows above it.
     void stayOnTop();
@@ -61,13 +72,17 @@ protected:
     /// overlay draws on the unchanged desktop.
     CaptureOverlay(QWidget *parent, qreal sheetOpacity);
 
-    /// Sets the child that fills the overlay, is drawn on, and gets mouse and key events. To be
-    /// called once, after the form has been set up.
+    /// Makes the panes. `surface` is the child that fills this dialog and is the first pane's
+    /// surface. To be called once, after the form has been set up.
     void setSurface(QWidget *surface);
 
-    /// Whether the event is the automatic repeat of Escape, Return or Enter: that key was pressed
-    /// for something else and must not end the overlay.
-    static bool isHeldEnd(const QEvent &event);
+    bool eventFilter(QObject *watched, QEvent *event) override;
+    /// An event of a pane's surface, keys being the first one's. Returns true if it must not be
+    /// processed further.
+    virtual bool paneEvent(const Pane &pane, QEvent *event) = 0;
+    virtual void contextMenu(const Pane & /*pane*/, const QContextMenuEvent & /*event*/) {}
+    /// The pixel of a mouse event of a pane's surface.
+    QPoint placeOf(const Pane &pane, const QMouseEvent &event) const;
 
     /// Whether something is marked that can be taken.
     virtual bool canBeTaken() const = 0;
@@ -79,44 +94,41 @@ protected:
     /// Starts another series of ticks, in addition to running ones.
     void startTicks();
 
-    /// The rectangle of the desktop, global.
-    const QRect &area() const { return m_area; }
-    /// The part of the surface's size that is on the desktop, in device pixels.
-    QSize surfaceSize() const;
     struct MenuEntry {
         QString text{};
         QKeySequence shortcut{};  ///< only displayed
         bool enabled = true;
         std::function<void()> run{};
     };
-    /// Runs the context menu at a global position in logical coordinates. It contains the `own`
-    /// entries and those that all overlays have. The overlay may have been closed when this
-    /// returns.
-    void runMenu(QPoint global, const MenuEntry &finish, const QList<MenuEntry> &own);
+    /// Runs the context menu that a pane was asked for. It contains the `own` entries and those
+    /// that all overlays have. The overlay may have been closed when this returns.
+    void runMenu(const Pane &pane, const QContextMenuEvent &event, const MenuEntry &finish,
+                 const QList<MenuEntry> &own);
 
     /// The pointer's position, in global and in overlay coordinates.
     QPoint pointer() const;
     QPoint pointerInOverlay() const { return pointer() - m_area.topLeft(); }
 
-    /// Convert between the surface's logical coordinates and device pixels; toLogical() rounds.
-    QPoint toPixels(QPointF position) const;
-    QSize toPixels(QSize size) const;
-    QPoint toLogical(QPoint pixel) const;
-
-    /// The device pixels that a logical rectangle of the surface touches, plus one on each side.
-    QRect pixelsAround(const QRect &logical) const;
-
-    /// Schedules a repaint of these device pixels. Even an empty region causes a paint event.
+    /// Schedules a repaint of these pixels. Even an empty region causes a paint event.
     void updatePixels(const QRegion &pixels);
+    void updateAll();
 
-    /// Paints the region of a paint event (in logical coordinates): the sheet, and the result of
-    /// `draw` on it, which draws antialiased in device pixels. `draw` may be called several times.
-    void paintSheet(const QRegion &exposed, const std::function<void(QPainter &)> &draw);
+    /// Paints the region of a pane's paint event (in logical coordinates): the sheet, and the
+    /// result of `draw` on it, which draws antialiased in pixels. `draw` may be called several
+    /// times.
+    void paintSheet(const Pane &pane, const QRegion &exposed,
+                    const std::function<void(QPainter &)> &draw);
 
 private:
+    const Pane *paneOf(const QObject *surface) const;
+    void showPanes(bool visible);
+    /// Whether the event is the automatic repeat of Escape, Return or Enter: that key was pressed
+    /// for something else and must not end the overlay.
+    static bool isHeldEnd(const QEvent &event);
     void tickLater(int ticks);
     void passTick();
     bool hasSheet() const { return m_sheetOpacity > 0; }
+    static bool isLive();
     bool makeSeeThrough();
     bool fitsDesktop() const;
     void takeKeyboard();
@@ -127,9 +139,10 @@ private:
                   const std::function<void(QPainter &)> &draw) const;
 
     QRect m_area;
+    QList<PanePlace> m_places;  // of the panes, as the desktop told them
+    QList<Pane> m_panes;
     qreal m_sheetOpacity = 0;
-    QPixmap m_dimmed;  // the desktop under the black sheet; null if a compositor blends them
-    QWidget *m_surface = nullptr;
+    QPixmap m_dimmed;                  // the desktop under the black sheet; null if it is seen live
     QPointer<QWidget> m_windowBefore;  // the program's active window when the overlay opened
     QList<int> m_ticks;                // the numbers of the running series of ticks
     int m_newestTicks = 0;

@@ -50,13 +50,13 @@ DialogCountDown::DialogCountDown(QWidget *parent)
     setWindowFlags(Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
     setAttribute(Qt::WA_TranslucentBackground);
     // Without a compositor nothing is translucent, so the corners are cut off.
-    if (!services().windows->isComposited()) {
+    if (!services().ownWindows->isComposited()) {
         QBitmap mask(size());
         mask.clear();
         drawPanel(mask, rect(), Qt::color1);
         setMask(mask);
     }
-    services().windows->keepOutOfTaskBar(this);
+    services().ownWindows->keepOutOfTaskBar(this);
     m_ui->lblHint->setText(tr("Press ESC to cancel"));
     fitFont(*m_ui->lblHint, m_ui->lblHint->width() - 2 * s_hintMargin);
     tickLater();

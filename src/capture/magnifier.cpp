@@ -1,5 +1,6 @@
 #include "capture/magnifier.h"
 
+#include "capture/captureoverlay.h"
 #include "capture/magnifierpanel.h"
 #include "config/settings.h"
 #include "platform/windowlist.h"
@@ -19,7 +20,7 @@ void Magnifier::request(QWidget *parent, EShowMagOpr opr, QPoint pos, int type,
     }
     const bool create = opr == eMagOpen && !m_panel && settings.wanted;
     if (create) {
-        m_panel = new DigDetail(parent);
+        m_panel = new DigDetail(static_cast<CaptureOverlay *>(parent));
         m_panel->SetType(type);
         m_panel->SetViewMode(GetConfigNumber(u"MagnificationMode"_s, m_panel->GetViewMode(),
                                              DigDetail::s_full, DigDetail::s_small));
@@ -56,6 +57,7 @@ void Magnifier::update(QPoint pos, int multiple)
 {
     QRect screen;
     const int number = getOneScreen(pos.x(), pos.y(), screen);
+    m_panel->enter(pos);
     const QRect area = m_panel->area();
     const bool moves = number != m_screen || magnifierIsInTheWay(area, pos);
     m_screen = number;

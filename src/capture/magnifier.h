@@ -17,7 +17,7 @@ public:
         int multiple = 8;
     };
 
-    /// `parent` is the overlay; a new magnifier opens above it and is deleted with it at the
+    /// `parent` is a CaptureOverlay; a new magnifier opens above it and is deleted with it at the
     /// latest. `pos` is a global position in device pixels. `type` is one of DigDetail's types.
     void request(QWidget *parent, EShowMagOpr opr, QPoint pos, int type, const Settings &settings);
 

@@ -1,6 +1,7 @@
 #include "capture/magnifierpanel.h"
 
 #include "base/palette.h"
+#include "capture/captureoverlay.h"
 #include "config/settings.h"
 #include "platform/desktoppictures.h"
 #include "platform/services.h"
@@ -57,14 +58,20 @@ QPixmap maskedIcon(const QString &path)
 
 }  // namespace
 
-DigDetail::DigDetail(QWidget *parent)
-    : QDialog(parent), m_ui(std::make_unique<Ui::DigDetail>()), m_Desktop(desktopBox()),
+DigDetail::DigDetail(CaptureOverlay *overlay)
+    : QDialog(overlay), m_ui(std::make_unique<Ui::DigDetail>()), m_overlay(overlay),
+      m_isWindow(services().ownWindows->placesWindows()), m_Desktop(desktopBox()),
       m_GrabRect(m_Desktop)
 {
     m_ui->setupUi(this);
-    setWindowFlags(windowFlags() | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint |
-                   Qt::WindowTransparentForInput);
-    setAttribute(Qt::WA_ShowWithoutActivating);
+    if (m_isWindow) {
+        setWindowFlags(windowFlags() | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint |
+                       Qt::WindowTransparentForInput);
+        setAttribute(Qt::WA_ShowWithoutActivating);
+    } else {
+        setWindowFlags(Qt::Widget);
+        setAttribute(Qt::WA_TransparentForMouseEvents);
+    }
     setStyleSheet(u"QDialog{background-color: rgba(237, 237, 237, 80%);}"_s);
     m_ui->LblHP->setPixmap(maskedIcon(GetBtnAttr(this, u"BtnCoordFlag"_s, SkinNormal)));
     m_ui->LblCP->setPixmap(maskedIcon(GetBtnAttr(this, u"BtnColorFlag"_s, SkinNormal)));
@@ -127,19 +134,43 @@ MagnifierView DigDetail::view() const
 
 QRect DigDetail::area() const
 {
-    return {m_Corner, (QSizeF(size()) * devicePixelRatioF()).toSize()};
+    return {m_Corner,
+            m_isWindow ? (QSizeF(size()) * devicePixelRatioF()).toSize() : pane().toPixels(size())};
+}
+
+// Of the pane's two widgets the window is the one that all children lie in.
+const Pane &DigDetail::pane() const
+{
+    const QList<Pane> &panes = m_overlay->panes();
+    const auto own = std::find_if(panes.begin(), panes.end(), [this](const Pane &pane) {
+        return &pane.window() == parentWidget();
+    });
+    return *own;
+}
+
+void DigDetail::enter(QPoint point)
+{
+    QWidget &window = m_overlay->paneAt(point - m_overlay->area().topLeft()).window();
+    if (m_isWindow || parentWidget() == &window)
+        return;
+    const bool isShown = !isHidden();
+    setParent(&window);
+    setVisible(isShown);
 }
 
 void DigDetail::moveTo(QPoint corner)
 {
     m_Corner = corner;
-    if (isVisible())
-        services().windows->moveWindow(this, corner);
+    if (!m_isWindow)
+        move(pane().toLogical(corner - m_overlay->area().topLeft()));
+    else if (isVisible())
+        services().ownWindows->moveWindow(this, corner);
 }
 
 void DigDetail::open()
 {
-    services().windows->coverArea(this, area());
+    if (m_isWindow)
+        services().ownWindows->coverArea(this, area());
     show();
 }
 
@@ -148,7 +179,7 @@ void DigDetail::ReDrawZoomin(const QPoint &point, QPixmap *source)
     const MagnifierView shown = view();
     m_GrabRect = shown.source(point);
     const QImage grabbed = source && !source->isNull() ? source->copy(m_GrabRect).toImage()
-                                                       : pictureBehind(m_GrabRect, *parentWidget());
+                                                       : pictureBehind(m_GrabRect, *m_overlay);
     m_Zoom = grabbed.isNull() ? grabbed : grabbed.scaled(shown.pictureSize());
     m_CenterColor = m_Zoom.isNull() ? qRgb(0, 0, 0) : m_Zoom.pixel(shown.centre());
     m_ui->LblR->setText(u"R: %1"_s.arg(qRed(m_CenterColor)));

@@ -75,15 +75,15 @@ void drawLine(QPainter &painter, const QPolygonF &line, const QRect &visible)
 
 }  // namespace
 
-dlgFreeHand::dlgFreeHand(QWidget *parent)
-    : CaptureOverlay(parent, s_sheetOpacity), m_surface(new QWidget(this))
+dlgFreeHand::dlgFreeHand(QWidget *parent) : CaptureOverlay(parent, s_sheetOpacity)
 {
-    m_surface->setObjectName(u"widget"_s);
-    m_surface->setFocusPolicy(Qt::WheelFocus);
+    auto *surface = new QWidget(this);
+    surface->setObjectName(u"widget"_s);
+    surface->setFocusPolicy(Qt::WheelFocus);
     auto *layout = new QGridLayout(this);
     layout->setContentsMargins({});
-    layout->addWidget(m_surface);
-    setSurface(m_surface);
+    layout->addWidget(surface);
+    setSurface(surface);
 }
 
 QPixmap dlgFreeHand::getPixmap()
@@ -129,39 +129,31 @@ void dlgFreeHand::slots_freehandAccept()
         accept();
 }
 
-bool dlgFreeHand::eventFilter(QObject *watched, QEvent *event)
+bool dlgFreeHand::paneEvent(const Pane &pane, QEvent *event)
 {
-    if (isHeldEnd(*event))
-        return true;
-    if (watched != m_surface)
-        return CaptureOverlay::eventFilter(watched, event);
     switch (event->type()) {
     case QEvent::MouseButtonPress:
     case QEvent::MouseButtonDblClick:
     case QEvent::MouseMove:
-    case QEvent::MouseButtonRelease:
-        if (isVisible() && mouseEvent(*static_cast<QMouseEvent *>(event)))
-            return true;
-        break;
+    case QEvent::MouseButtonRelease: {
+        const auto &mouse = *static_cast<QMouseEvent *>(event);
+        return isVisible() && mouseEvent(placeOf(pane, mouse), mouse);
+    }
     case QEvent::KeyPress:
         if (isVisible())
             key(*static_cast<QKeyEvent *>(event));
-        break;
+        return false;
     case QEvent::Paint:
-        paintSurface(static_cast<QPaintEvent *>(event)->region());
+        paintSurface(pane, static_cast<QPaintEvent *>(event)->region());
         return true;
     default:
-        break;
+        return false;
     }
-    return CaptureOverlay::eventFilter(watched, event);
 }
 
 // Returns true if the event must not be processed further.
-bool dlgFreeHand::mouseEvent(const QMouseEvent &event)
+bool dlgFreeHand::mouseEvent(QPoint pos, const QMouseEvent &event)
 {
-    // Uses the position in the window, which the surface fills, because the position in the surface
-    // is rounded to logical pixels.
-    const QPoint pos = toPixels(event.scenePosition());
     const Qt::KeyboardModifiers modifiers = QApplication::keyboardModifiers();
     const bool leftAlone = event.buttons() == Qt::LeftButton;
     switch (event.type()) {
@@ -193,12 +185,12 @@ void dlgFreeHand::move(QPoint pos, Qt::KeyboardModifiers modifiers)
 void dlgFreeHand::key(const QKeyEvent &event)
 {
     const PolygonSelection::KeyResult result =
-        m_selection.key(event.key(), event.modifiers(), surfaceSize());
+        m_selection.key(event.key(), event.modifiers(), area().size());
     if (result.changeViewMode)
         changeviewmode();
     // The resulting move event updates magnifier and line.
     if (result.pointer)
-        services().windows->movePointer(area().topLeft() + *result.pointer);
+        services().hands->movePointer(area().topLeft() + *result.pointer);
     if (result.finished)
         accept();
     refresh();
@@ -215,14 +207,14 @@ void dlgFreeHand::tick()
     move(m_selection.AdjustPoint(pointerInOverlay(), modifiers), modifiers);
 }
 
-void dlgFreeHand::contextMenuEvent(QContextMenuEvent *event)
+void dlgFreeHand::contextMenu(const Pane &pane, const QContextMenuEvent &event)
 {
     // The menu opens at the press and gets the release that would end a drag.
     if (m_selection.isPressed())
         m_selection.release(pointerInOverlay(), QApplication::keyboardModifiers());
     const bool hasPoints = m_selection.points().size() >= 2;
     runMenu(
-        event->globalPos(),
+        pane, event,
         {tr("Finish(Enter)"), Qt::Key_Return, m_selection.canFinish(),
          [this] { slots_freehandAccept(); }},
         {{tr("Delete last point"), u"Backspace"_s, true, [this] { deletelastpoint(); }},
@@ -250,11 +242,11 @@ void dlgFreeHand::refresh()
         updatePixels(damage);
 }
 
-void dlgFreeHand::paintSurface(const QRegion &exposed)
+void dlgFreeHand::paintSurface(const Pane &pane, const QRegion &exposed)
 {
-    const QRect exposedPixels = pixelsAround(exposed.boundingRect());
-    paintSheet(exposed, [this, &exposedPixels](QPainter &painter) {
-        const QTransform toPixels = painter.combinedTransform().inverted();
+    const QRect exposedPixels = pane.pixelsAround(exposed.boundingRect());
+    paintSheet(pane, exposed, [this, &exposedPixels](QPainter &painter) {
+        const QTransform toPixels = painter.worldTransform().inverted();
         const QRect device = toPixels.mapRect(QRectF(painter.viewport())).toAlignedRect();
         painter.setPen(QPen(Qt::white, s_lineWidth));
         drawLine(painter, m_shown.line, device & exposedPixels);

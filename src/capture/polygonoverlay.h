@@ -34,8 +34,8 @@ public slots:
     void slots_freehandAccept();
 
 protected:
-    bool eventFilter(QObject *watched, QEvent *event) override;
-    void contextMenuEvent(QContextMenuEvent *event) override;
+    bool paneEvent(const Pane &pane, QEvent *event) override;
+    void contextMenu(const Pane &pane, const QContextMenuEvent &event) override;
     void tick() override;
     bool canBeTaken() const override;
 
@@ -45,13 +45,12 @@ private:
         std::optional<QPoint> closeMark{};
     };
 
-    bool mouseEvent(const QMouseEvent &event);
+    bool mouseEvent(QPoint pos, const QMouseEvent &event);
     void move(QPoint pos, Qt::KeyboardModifiers modifiers);
     void key(const QKeyEvent &event);
     void refresh();
-    void paintSurface(const QRegion &exposed);
+    void paintSurface(const Pane &pane, const QRegion &exposed);
 
-    QWidget *m_surface;  // owned by this overlay
     PolygonSelection m_selection;
     Look m_shown;  // what the surface shows after its pending repaints
     QPixmap m_grabbed;

@@ -70,7 +70,9 @@ RegionOverlay::RegionOverlay(QWidget *parent, const RegionPolicy &policy)
 {
     m_ui->setupUi(this);
     setSurface(m_ui->widget);
+    m_captionPane = &panes().first();
     fitCaption();
+    setExtent();
     m_ui->widget_2->hide();
     m_ui->pushButton->hide();
     m_ui->widget_2->installEventFilter(this);
@@ -167,13 +169,24 @@ bool RegionOverlay::isCommandHeld()
 
 void RegionOverlay::ChangeCursor(QPoint pos)
 {
-    const QWidget *frame = m_ui->widget_2;
-    const RegionSelection::Cursor cursor =
-        m_selection.cursor(input(pos), {toPixels(frame->pos()), toPixels(frame->size())});
-    QWidget *target = cursor.onFrame ? m_ui->widget_2 : m_ui->widget;
-    target->setMouseTracking(true);
-    if (target->cursor().shape() != cursor.shape)
-        target->setCursor(cursor.shape);
+    const RegionSelection::Cursor cursor = m_selection.cursor(input(pos), frame());
+    const auto show = [&cursor](QWidget &target) {
+        target.setMouseTracking(true);
+        if (target.cursor().shape() != cursor.shape)
+            target.setCursor(cursor.shape);
+    };
+    if (cursor.onFrame)
+        show(*m_ui->widget_2);
+    else
+        for (const Pane &pane : panes())
+            show(pane.surface());
+}
+
+// The caption's frame, in pixels.
+QRect RegionOverlay::frame() const
+{
+    const QWidget &frame = *m_ui->widget_2;
+    return {m_captionPane->toPixels(frame.pos()), m_captionPane->toPixels(frame.size())};
 }
 
 RegionOverlay::Look RegionOverlay::look() const
@@ -213,19 +226,14 @@ RegionSelection::Input RegionOverlay::input(QPoint pos) const
 
 void RegionOverlay::setExtent()
 {
-    QList<QRect> screens = services().windows->screens();
+    QList<QRect> screens = services().screens->areas();
     for (QRect &screen : screens)
         screen.translate(-area().topLeft());
-    m_selection.setExtent(
-        {surfaceSize(), area().size(), toPixels(m_ui->widget_2->size()), screens});
+    m_selection.setExtent({area().size(), area().size(), frame().size(), screens});
 }
 
 bool RegionOverlay::eventFilter(QObject *watched, QEvent *event)
 {
-    if (isHeldEnd(*event))
-        return true;
-    if (watched == m_ui->widget && surfaceEvent(event))
-        return true;
     if (watched == m_ui->widget_2 && event->type() == QEvent::Paint)
         paintFrame();
     if (watched == m_ui->pushButton && event->type() == QEvent::MouseButtonRelease) {
@@ -235,8 +243,7 @@ bool RegionOverlay::eventFilter(QObject *watched, QEvent *event)
     return CaptureOverlay::eventFilter(watched, event);
 }
 
-// Returns true if the event must not be processed further.
-bool RegionOverlay::surfaceEvent(QEvent *event)
+bool RegionOverlay::paneEvent(const Pane &pane, QEvent *event)
 {
     switch (event->type()) {
     case QEvent::MouseButtonDblClick:
@@ -245,31 +252,26 @@ bool RegionOverlay::surfaceEvent(QEvent *event)
         [[fallthrough]];
     case QEvent::MouseButtonPress:
     case QEvent::MouseMove:
-    case QEvent::MouseButtonRelease:
-        mouseEvent(*static_cast<QMouseEvent *>(event));
+    case QEvent::MouseButtonRelease: {
+        const auto &mouse = *static_cast<QMouseEvent *>(event);
+        mouseEvent(placeOf(pane, mouse), mouse);
         return true;
+    }
     case QEvent::KeyPress:
         // A key event that was pending when the overlay closed is ignored.
         if (isVisible())
             key(*static_cast<QKeyEvent *>(event));
         return false;
     case QEvent::Paint:
-        paintSurface(static_cast<QPaintEvent *>(event)->region());
-        return false;
-    case QEvent::Show:
-    case QEvent::Resize:
-        setExtent();
+        paintSurface(pane, static_cast<QPaintEvent *>(event)->region());
         return false;
     default:
         return false;
     }
 }
 
-void RegionOverlay::mouseEvent(const QMouseEvent &event)
+void RegionOverlay::mouseEvent(QPoint pos, const QMouseEvent &event)
 {
-    // Uses the position in the window, which the surface fills, because the position in the surface
-    // is rounded to logical pixels.
-    const QPoint pos = toPixels(event.scenePosition());
     if (event.type() == QEvent::MouseMove)
         move(pos);
     else if (event.type() == QEvent::MouseButtonRelease)
@@ -292,8 +294,8 @@ void RegionOverlay::move(QPoint pos)
     ShowDetailWindow(eMagUpdate, area().x() + pos.x(), area().y() + pos.y());
     if (!m_selection.isPressed())
         ChangeCursor(pos);
-    if (const auto caption = m_selection.move(input(pos))) {
-        placeCaption(*caption);
+    if (m_selection.move(input(pos))) {
+        placeCaption(&RegionSelection::bandCaption);
         m_ui->widget_2->show();
         m_ui->pushButton->show();
     }
@@ -313,7 +315,7 @@ void RegionOverlay::release(QPoint pos)
 void RegionOverlay::key(const QKeyEvent &event)
 {
     const RegionSelection::Request request = m_selection.key(event.key(), event.modifiers());
-    placeCaption(m_selection.regionCaption());
+    placeCaption(&RegionSelection::regionCaption);
     switch (request) {
     case RegionSelection::Request::None:
         break;
@@ -340,21 +342,37 @@ void RegionOverlay::tick()
         move(pointerInOverlay());
 }
 
-void RegionOverlay::contextMenuEvent(QContextMenuEvent *event)
+void RegionOverlay::contextMenu(const Pane &pane, const QContextMenuEvent &event)
 {
     // The menu opens at the press and gets the releases, including the one that would end a drag.
-    if (m_selection.isPressed() || event->reason() == QContextMenuEvent::Mouse)
+    if (m_selection.isPressed() || event.reason() == QContextMenuEvent::Mouse)
         release(pointerInOverlay());
-    runMenu(event->globalPos(),
-            {tr("Finish(Enter)"), Qt::Key_Return, hasArea(), [this] { accept(); }},
+    runMenu(pane, event, {tr("Finish(Enter)"), Qt::Key_Return, hasArea(), [this] { accept(); }},
             {{tr("Clear"), u"Shift+Backspace"_s, hasArea(), [this] { dialog_clear(); }}});
 }
 
-void RegionOverlay::placeCaption(const RegionSelection::Caption &caption)
+// The caption is shown whole, in the one pane that shows its middle. Its size in pixels, and with
+// it its place, depends on that pane's scale.
+void RegionOverlay::placeCaption(RegionSelection::Caption (RegionSelection::*caption)() const)
 {
-    m_ui->label_6->setText(caption.width);
-    m_ui->label_8->setText(caption.height);
-    m_ui->widget_2->move(toLogical(caption.place));
+    RegionSelection::Caption told = (m_selection.*caption)();
+    const Pane &pane = paneAt(QRect(told.place, frame().size()).center());
+    if (m_captionPane != &pane) {
+        m_captionPane = &pane;
+        const bool isShown = !m_ui->widget_2->isHidden();
+        m_ui->widget_2->setParent(&pane.surface());
+        m_ui->widget_2->setVisible(isShown);
+        setExtent();
+        told = (m_selection.*caption)();
+    }
+    if (panes().size() > 1) {
+        const QRect room(pane.pixels().topLeft(), pane.pixels().size() - frame().size());
+        told.place.rx() = std::clamp(told.place.x(), room.x(), std::max(room.x(), room.right()));
+        told.place.ry() = std::clamp(told.place.y(), room.y(), std::max(room.y(), room.bottom()));
+    }
+    m_ui->label_6->setText(told.width);
+    m_ui->label_8->setText(told.height);
+    m_ui->widget_2->move(pane.toLogical(told.place));
 }
 
 // Repaints only what has changed on the surface: a desktop of 3840 x 2160 has eight million pixels,
@@ -366,16 +384,16 @@ void RegionOverlay::refresh()
     m_shown = now;
 }
 
-void RegionOverlay::paintSurface(const QRegion &exposed)
+void RegionOverlay::paintSurface(const Pane &pane, const QRegion &exposed)
 {
     const Look now = look();
     // Keys change the region without calling refresh(). If a part is painted before that, the rest
     // must be painted, too.
     if (now != m_shown) {
         m_shown = now;
-        m_ui->widget->update();
+        updateAll();
     }
-    paintSheet(exposed, [this, &now](QPainter &painter) {
+    paintSheet(pane, exposed, [this, &now](QPainter &painter) {
         for (const QRect &shape : now.shapes) {
             painter.setPen(Qt::white);
             painter.setBrush(Qt::white);

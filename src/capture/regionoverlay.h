@@ -52,7 +52,8 @@ protected:
     static bool isCommandHeld();
 
     bool eventFilter(QObject *watched, QEvent *event) override;
-    void contextMenuEvent(QContextMenuEvent *event) override;
+    bool paneEvent(const Pane &pane, QEvent *event) override;
+    void contextMenu(const Pane &pane, const QContextMenuEvent &event) override;
     void tick() override;
 
 private:
@@ -66,20 +67,21 @@ private:
     Look look() const;
     QRegion damage(const Look &before, const Look &after) const;
     void fitCaption();
+    QRect frame() const;
     void setExtent();
     void press(QPoint pos, Qt::MouseButtons buttons);
     void move(QPoint pos);
     void release(QPoint pos);
     void key(const QKeyEvent &event);
-    void mouseEvent(const QMouseEvent &event);
-    bool surfaceEvent(QEvent *event);
-    void paintSurface(const QRegion &exposed);
+    void mouseEvent(QPoint pos, const QMouseEvent &event);
+    void paintSurface(const Pane &pane, const QRegion &exposed);
     void paintFrame();
-    void placeCaption(const RegionSelection::Caption &caption);
+    void placeCaption(RegionSelection::Caption (RegionSelection::*caption)() const);
     void refresh();
 
     RegionPolicy m_policy;
     std::unique_ptr<Ui::Dialog> m_ui;
+    const Pane *m_captionPane = nullptr;
     RegionSelection m_selection;
     Look m_shown;  // what the surface shows after its pending repaints
     QString m_pictureWidthFile;

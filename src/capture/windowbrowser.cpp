@@ -90,15 +90,14 @@ bool WindowsPreView::isKnown(int windowId) const
 void WindowsPreView::selectWindowType(int onScreen)
 {
     m_ui->listWidget->clear();
-    WindowServer &server = *services().windows;
-    const auto windows =
-        server.windows(onScreen ? WindowServer::List::OnScreen : WindowServer::List::All, 0);
-    const int except = server.numberOf(g_widgetExcept);
+    const auto windows = services().windows->windows(
+        onScreen ? WindowCatalogue::List::OnScreen : WindowCatalogue::List::All, 0);
+    const int except = services().ownWindows->numberOf(g_widgetExcept);
     for (qsizetype i = 0; i < windows.size() && m_grabMap.size() < windows.size(); ++i) {
-        const WindowServer::Entry &window = windows[i];
+        const WindowCatalogue::Entry &window = windows[i];
         if ((g_widgetExcept && window.number == except) || isKnown(window.number))
             continue;
-        const QImage picture = server.picture(std::nullopt, {window.number});
+        const QImage picture = services().pictures->ofWindows(std::nullopt, {window.number});
         if (picture.isNull() || window.bounds.width() < 1 || window.bounds.height() < 1)
             continue;
         const int next = static_cast<int>(m_grabMap.size());

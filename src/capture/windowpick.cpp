@@ -40,19 +40,25 @@ mouseShot::~mouseShot() = default;
 
 void mouseShot::readWindows()
 {
-    WindowServer &server = *services().windows;
-    m_windows = server.windows(WindowServer::List::OnScreen, 0);
+    OwnWindows &own = *services().ownWindows;
+    m_windows = services().windows->windows(WindowCatalogue::List::OnScreen, 0);
+    // The list begins with the overlay, which is one window to it.
+    for (const Pane &pane : panes()) {
+        m_windows.removeIf([&, number = own.numberOf(&pane.window())](const auto &entry) {
+            return &pane.window() != this && entry.number == number;
+        });
+    }
     QList<WindowOutlines::Window> windows;
-    for (const WindowServer::Entry &entry : std::as_const(m_windows))
+    for (const WindowCatalogue::Entry &entry : std::as_const(m_windows))
         windows.append({.bounds = truncated(entry.bounds), .level = entry.layer});
-    m_outlines = WindowOutlines(windows, server.screens(), [this, &server](int index) {
-        return server.picture(std::nullopt, {m_windows.at(index).number}).size();
+    m_outlines = WindowOutlines(windows, services().screens->areas(), [this](int index) {
+        return services().pictures->ofWindows(std::nullopt, {m_windows.at(index).number}).size();
     });
 }
 
 int mouseShot::pickAt(QPoint point) const
 {
-    const int except = services().windows->numberOf(g_widgetExcept);
+    const int except = services().ownWindows->numberOf(g_widgetExcept);
     return m_outlines.pick(point, m_currentIndex, [this, except](int index) {
         return g_widgetExcept && m_windows.value(index).number == except;
     });
@@ -85,7 +91,7 @@ void mouseShot::pickBeside(int step)
         const auto found = std::find_if(points.cbegin(), points.cend(), isShown);
         if (pick == m_currentIndex || found == points.cend())
             continue;
-        services().windows->movePointer(*found);
+        services().hands->movePointer(*found);
         pickWindow();
         looked();
         return;
@@ -99,9 +105,7 @@ void mouseShot::readAgain()
     pickWindow();
 }
 
-void mouseShot::updateAll() { m_ui->widget->update(); }
-
-std::optional<WindowServer::Entry> mouseShot::picked() const
+std::optional<WindowCatalogue::Entry> mouseShot::picked() const
 {
     if (m_currentIndex <= 0 || m_currentIndex >= m_windows.size())
         return std::nullopt;
@@ -131,7 +135,7 @@ QPixmap mouseShot::getPixmap(QString *name)
         return {};
     if (name)
         *name = window->shownOwner();
-    return QPixmap::fromImage(services().windows->picture(std::nullopt, {window->number}));
+    return QPixmap::fromImage(services().pictures->ofWindows(std::nullopt, {window->number}));
 }
 
 void mouseShot::pickLater()
@@ -143,16 +147,12 @@ void mouseShot::pickLater()
     });
 }
 
-bool mouseShot::eventFilter(QObject *watched, QEvent *event)
+bool mouseShot::paneEvent(const Pane &pane, QEvent *event)
 {
-    if (isHeldEnd(*event))
-        return true;
-    if (watched != m_ui->widget)
-        return CaptureOverlay::eventFilter(watched, event);
     switch (event->type()) {
     case QEvent::Paint:
-        paintSheet(static_cast<QPaintEvent *>(event)->region(),
-                   [this](QPainter &painter) { draw(painter); });
+        paintSheet(pane, static_cast<QPaintEvent *>(event)->region(),
+                   [this, &pane](QPainter &painter) { draw(painter, pane); });
         return true;
     case QEvent::MouseButtonPress: {
         const Qt::MouseButtons buttons = static_cast<QMouseEvent *>(event)->buttons();
@@ -173,11 +173,11 @@ bool mouseShot::eventFilter(QObject *watched, QEvent *event)
         return true;
     }
     default:
-        return CaptureOverlay::eventFilter(watched, event);
+        return false;
     }
 }
 
-void mouseShot::draw(QPainter &painter)
+void mouseShot::draw(QPainter &painter, const Pane & /*pane*/)
 {
     const auto window = shown();
     if (!window)

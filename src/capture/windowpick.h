@@ -2,7 +2,7 @@
 
 #include "capture/captureoverlay.h"
 #include "capture/windowoutlines.h"
-#include "platform/windowserver.h"
+#include "platform/windowcatalogue.h"
 
 #include <memory>
 #include <optional>
@@ -28,21 +28,20 @@ public:
     QPixmap getPixmap(QString *name);
 
 protected:
-    bool eventFilter(QObject *watched, QEvent *event) override;
+    bool paneEvent(const Pane &pane, QEvent *event) override;
     void tick() override {}
     bool canBeTaken() const override { return picked().has_value(); }
 
     /// The picked window from the list; none if no window is picked.
-    std::optional<WindowServer::Entry> picked() const;
+    std::optional<WindowCatalogue::Entry> picked() const;
     /// The window to show as picked.
-    virtual std::optional<WindowServer::Entry> shown() const { return picked(); }
+    virtual std::optional<WindowCatalogue::Entry> shown() const { return picked(); }
     /// Picks a window by its number, until the pointer is read again.
     void pick(int number);
     /// Called whenever the pointer has been read.
     virtual void looked() {}
-    /// Draws the tint and anything else on the desktop, in overlay coordinates.
-    virtual void draw(QPainter &painter);
-    void updateAll();
+    /// Draws the tint and anything else on the desktop, in overlay coordinates, for a pane.
+    virtual void draw(QPainter &painter, const Pane &pane);
     /// Reads the windows again.
     void readAgain();
 
@@ -55,7 +54,7 @@ private:
     int indexOf(int number) const;
 
     std::unique_ptr<Ui::mouseShot> m_ui;
-    QList<WindowServer::Entry> m_windows;
+    QList<WindowCatalogue::Entry> m_windows;
     WindowOutlines m_outlines;
     int m_currentIndex = 0;  // the pick: a position in m_windows; 0 for none
 };

@@ -5,11 +5,14 @@
 
 #include <algorithm>
 #include <cstring>
+#include <iterator>
+#include <utility>
 
 namespace {
 
 // The least memory for the pixels below the newest shapes, however small the picture is.
 constexpr qsizetype s_leastBudget = 4 << 20;  // bytes
+constexpr size_t s_mostBoxes = 100;
 
 /// Calls `visit(y, first byte in the line, bytes)` for each part of a line in an area.
 template<typename Visit> void forEachPiece(const QImage &image, const QRegion &area, Visit visit)
@@ -44,54 +47,120 @@ void drawOver(QImage &image, const QImage &picture, const Geometry &geometry, co
 
 }  // namespace
 
-void Canvas::setPicture(const QImage &picture)
+void Canvas::start(const QImage &picture, const EditHistory &history)
 {
     *this = {};
     // Both formats have 32 bits, which the incremental drawing relies on; a screen's pixmaps may
     // have other formats.
     m_picture = picture.convertToFormat(
         picture.hasAlphaChannel() ? QImage::Format_ARGB32_Premultiplied : QImage::Format_RGB32);
+    m_base = m_picture;
+    start(history);
+}
+
+void Canvas::start(const EditHistory &history)
+{
+    remember(history);
+    m_isDrawn = false;
+    m_boxes.clear();
+    setScene(sceneOf(history, m_picture.size()));
+}
+
+void Canvas::remember(const EditHistory &history)
+{
+    m_steps = history.size();
+    m_newest = history.value(0);
+}
+
+void Canvas::setScene(Scene scene)
+{
+    if (scene.frame != m_scene.frame || m_base.size() != scene.frame.size()) {
+        m_base = framed(m_picture, scene);
+        m_isDrawn = false;
+        m_boxes.clear();
+        m_previewArea = {};
+        m_preview.reset();
+    }
+    m_scene = std::move(scene);
+}
+
+std::optional<QRegion> Canvas::follow(const EditHistory &history)
+{
+    const bool isBack = history.size() < m_steps;
+    const EntryPtr shape = addedBy(isBack ? *m_newest : *history.first());
+    remember(history);
+    if (shape && !isBack) {
+        const QRegion area = coverageOf(*shape);
+        if (m_isDrawn)
+            push(*shape, area);
+        m_scene.shapes.append(shape);
+        m_stale += area;
+        return area;
+    }
+    if (shape && m_isDrawn && !m_below.empty()) {
+        const QRegion area = m_below.back().area;
+        pop();
+        m_scene.shapes.removeLast();
+        m_stale += area;
+        return area;
+    }
+    const Scene before = m_scene;
+    setScene(sceneOf(history, m_picture.size()));
+    if (m_scene.frame != before.frame)
+        return {};
+    const QRegion area = difference(before.shapes, m_scene.shapes);
+    if (m_isDrawn)
+        redraw(area);
+    m_stale += area;
+    return area;
+}
+
+// What lies between the shapes that both have below and on top. Of as many shapes as before, those
+// that stayed are left out.
+QRegion Canvas::difference(const QList<EntryPtr> &before, const QList<EntryPtr> &after) const
+{
+    const auto [first, firstAfter] =
+        std::mismatch(before.begin(), before.end(), after.begin(), after.end());
+    const auto [last, lastAfter] =
+        std::mismatch(before.rbegin(), std::make_reverse_iterator(first), after.rbegin(),
+                      std::make_reverse_iterator(firstAfter));
+    const bool isAsMany = before.size() == after.size();
+    QRegion area;
+    const auto add = [&](auto from, auto to, auto other) {
+        for (; from != to; ++from) {
+            if (!isAsMany || *from != *other++)
+                area += coverageOf(**from);
+        }
+    };
+    add(first, last.base(), firstAfter);
+    add(firstAfter, lastAfter.base(), first);
+    return area;
+}
+
+QRegion Canvas::coverageOf(const EditEntry &shape) const
+{
+    return coverage(shape.geometry, shape.style, m_base.size());
+}
+
+QRect Canvas::boxOf(const EntryPtr &shape)
+{
+    const auto [found, isNew] = m_boxes.try_emplace(shape);
+    if (isNew)
+        found->second = coverageOf(*shape).boundingRect();
+    return found->second;
 }
 
 qsizetype Canvas::bytesOf(const QRegion &area) const
 {
     qsizetype bytes = 0;
     for (const QRect &rect : area)
-        bytes += static_cast<qsizetype>(rect.width()) * rect.height() * (m_picture.depth() / 8);
+        bytes += static_cast<qsizetype>(rect.width()) * rect.height() * (m_base.depth() / 8);
     return bytes;
 }
 
-qsizetype Canvas::budget() const { return std::max(s_leastBudget, m_picture.sizeInBytes() / 4); }
+qsizetype Canvas::budget() const { return std::max(s_leastBudget, m_base.sizeInBytes() / 8); }
 
-QRegion Canvas::add(const EditEntry &entry)
-{
-    QRegion area = coverage(entry.geometry, entry.style, m_picture.size());
-    if (m_isDrawn)
-        push(entry, area);
-    m_stale += area;
-    return area;
-}
-
-QRegion Canvas::takeBack(const EditEntry &entry)
-{
-    QRegion area = coverage(entry.geometry, entry.style, m_picture.size());
-    m_stale += area;
-    if (m_isDrawn && !m_below.empty()) {
-        const Below &below = m_below.back();
-        const char *kept = below.pixels.constData();
-        forEachPiece(m_image, below.area, [&](int y, qsizetype start, qsizetype bytes) {
-            std::memcpy(m_image.scanLine(y) + start, kept, bytes);
-            kept += bytes;
-        });
-        m_belowBytes -= below.pixels.size();
-        m_below.pop_back();
-    } else {
-        m_isDrawn = false;
-    }
-    return area;
-}
-
-void Canvas::push(const EditEntry &entry, const QRegion &area)
+void Canvas::push(const EditEntry &shape, const QRegion &area)
 {
     Below below{.area = area};
     below.pixels.reserve(bytesOf(area));
@@ -106,43 +175,90 @@ void Canvas::push(const EditEntry &entry, const QRegion &area)
         m_below.pop_front();
     }
     useScreenDots(m_image);
-    drawOver(m_image, m_picture, entry.geometry, entry.style, area);
+    drawOver(m_image, m_base, shape.geometry, shape.style, area);
 }
 
-void Canvas::replay(const EditHistory &history)
+void Canvas::pop()
+{
+    const Below &below = m_below.back();
+    const char *kept = below.pixels.constData();
+    forEachPiece(m_image, below.area, [&](int y, qsizetype start, qsizetype bytes) {
+        std::memcpy(m_image.scanLine(y) + start, kept, bytes);
+        kept += bytes;
+    });
+    m_belowBytes -= below.pixels.size();
+    m_below.pop_back();
+}
+
+// Draws a part again. What was kept below the newest shapes is not what lies below them any more.
+void Canvas::redraw(const QRegion &area)
+{
+    m_below.clear();
+    m_belowBytes = 0;
+    if (area.isEmpty())
+        return;
+    useScreenDots(m_image);
+    copyArea(m_base, m_image, area);
+    // The antialiasing of a line depends slightly on the bounds of the clip region, so these are
+    // the picture's; its corners get their pixels back.
+    const QRect all = m_base.rect();
+    const QRegion corners = QRegion(QRect(all.topLeft(), QSize(1, 1))) +
+                            QRegion(QRect(all.bottomRight(), QSize(1, 1))) - area;
+    const QRgb *first = reinterpret_cast<const QRgb *>(m_image.constScanLine(0));
+    const QRgb *last = reinterpret_cast<const QRgb *>(m_image.constScanLine(all.bottom()));
+    const QRgb kept[]{first[0], last[all.right()]};
+    QPainter painter(&m_image);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setClipRegion(area + corners);
+    // Boxes of shapes that are gone keep these in memory.
+    if (m_boxes.size() > s_mostBoxes + 2 * static_cast<size_t>(m_scene.shapes.size()))
+        m_boxes.clear();
+    for (const EntryPtr &shape : std::as_const(m_scene.shapes)) {
+        if (area.intersects(boxOf(shape)))
+            drawShape(painter, shape->geometry, shape->style);
+    }
+    painter.end();
+    if (corners.contains(all.topLeft()))
+        reinterpret_cast<QRgb *>(m_image.scanLine(0))[0] = kept[0];
+    if (corners.contains(all.bottomRight()))
+        reinterpret_cast<QRgb *>(m_image.scanLine(all.bottom()))[all.right()] = kept[1];
+    for (const QRect &rect : area)
+        clearOutside(m_base, m_image, rect);
+}
+
+void Canvas::replay()
 {
     m_below.clear();
     m_belowBytes = 0;
     // The newest shapes are drawn one by one, so that each can be taken back.
     qsizetype room = budget();
-    qsizetype single = 0;
-    while (single < history.size()) {
-        const EditEntry &entry = *history.at(single);
-        room -= bytesOf(coverage(entry.geometry, entry.style, m_picture.size()));
+    qsizetype single = m_scene.shapes.size();
+    while (single > 0) {
+        room -= bytesOf(coverageOf(*m_scene.shapes.at(single - 1)));
         if (room < 0)
             break;
-        ++single;
+        --single;
     }
-    m_image = replayed(m_picture, history.sliced(single), QColor(0, 0, 0, 0));
+    m_image = drawn(m_base, m_scene.shapes.first(single));
     m_isDrawn = true;
     m_previewImage = {};
-    while (single > 0) {
-        const EditEntry &entry = *history.at(--single);
-        push(entry, coverage(entry.geometry, entry.style, m_picture.size()));
+    for (; single < m_scene.shapes.size(); ++single) {
+        const EditEntry &shape = *m_scene.shapes.at(single);
+        push(shape, coverageOf(shape));
     }
 }
 
-const QImage &Canvas::recorded(const EditHistory &history)
+const QImage &Canvas::recorded()
 {
     if (!m_isDrawn)
-        replay(history);
+        replay();
     return m_image;
 }
 
 QRegion Canvas::setPreview(const std::optional<Geometry> &geometry, const EditMsg &style)
 {
     QRegion changed = m_previewArea;
-    m_previewArea = geometry ? coverage(*geometry, style, m_picture.size()) : QRegion();
+    m_previewArea = geometry ? coverage(*geometry, style, m_base.size()) : QRegion();
     changed += m_previewArea;
     m_preview = geometry;
     m_previewStyle = style;
@@ -150,9 +266,9 @@ QRegion Canvas::setPreview(const std::optional<Geometry> &geometry, const EditMs
     return changed;
 }
 
-const QImage &Canvas::preview(const EditHistory &history)
+const QImage &Canvas::preview()
 {
-    const QImage &image = recorded(history);
+    const QImage &image = recorded();
     if (m_previewImage.isNull()) {
         m_previewImage = image.copy();
         useScreenDots(m_previewImage);
@@ -161,7 +277,7 @@ const QImage &Canvas::preview(const EditHistory &history)
     if (!m_stale.isEmpty()) {
         copyArea(image, m_previewImage, m_stale + m_previewArea);
         if (m_preview)
-            drawOver(m_previewImage, m_picture, *m_preview, m_previewStyle, m_previewArea);
+            drawOver(m_previewImage, m_base, *m_preview, m_previewStyle, m_previewArea);
         m_stale = {};
     }
     return m_previewImage;

@@ -1,7 +1,5 @@
 #include "editing/gesture.h"
 
-#include "base/planegeometry.h"
-
 #include <algorithm>
 #include <cstdlib>
 #include <utility>
@@ -12,26 +10,12 @@ QPoint upperLeft(QPoint a, QPoint b) { return {std::min(a.x(), b.x()), std::min(
 
 QSize extent(QPoint a, QPoint b) { return {std::abs(a.x() - b.x()), std::abs(a.y() - b.y())}; }
 
-RectShape rectangle(const QRect &rect) { return {QPolygon(rect, true)}; }
-
 QPolygon reversed(const QPolygon &points)
 {
     return {QList<QPoint>(points.rbegin(), points.rend())};
 }
 
 }  // namespace
-
-QPolygon CreateArrowPolygon(const QPoint &start, const QPoint &end, int width)
-{
-    const auto angle = static_cast<float>(CalAngle_Deg(start, end));
-    const int half = static_cast<int>(width * 0.5);
-    const int wing = 3 * half + 5;
-    const double length = DistanceTo(start, end) - static_cast<float>(6 * half + 10);
-    const auto at = [&](double along, double across) {
-        return (QPointF(start) + RotateByDeg(angle, {along, across}, {})).toPoint();
-    };
-    return QPolygon({at(length, wing), end, at(length, -wing), at(length, 0), at(half, 0)});
-}
 
 void DrawingGesture::press(QPoint position, const ViewMapping &view)
 {
@@ -68,25 +52,21 @@ std::optional<Geometry> DrawingGesture::release(stateEnum tool, QPoint position,
         return {};
     const QPoint end = view.toPicture({std::clamp(position.x(), 0, view.widget.width()),
                                        std::clamp(position.y(), 0, view.widget.height())});
-    // A reader would expect the picture's corner (0, 0) to be a valid point, but it draws nothing,
-    // on purpose, and neither does a drag that ends at its start, however long it was.
-    if (m_start.isNull() || end.isNull() || m_start == end)
+    const QPoint pointer = view.toPicture(position);
+    // A reader would expect the picture's corner (0, 0) to be a valid point, but the first six
+    // tools draw nothing from or to there, on purpose. Neither do they where a drag ends at its
+    // start, however long it was.
+    const bool isOfTheFirst = tool <= statePoly;
+    const bool isNothing =
+        isOfTheFirst ? m_start.isNull() || end.isNull() || m_start == end : m_start == pointer;
+    if (isNothing)
         return {};
-    const QRect rect(upperLeft(m_start, end), extent(m_start, end));
-    switch (tool) {
-    case stateRect:
-        return rectangle(rect);
-    case stateEllipse:
-        return EllipseShape{rect};
-    case stateArrow:
-        return ArrowShape{CreateArrowPolygon(m_start, end, lineWidth)};
-    case statePoly:
-        return PolylineShape{m_line};
-    case stateMove:
-    case stateText:
-        break;
-    }
-    return {};
+    return shapeFrom(tool, {.start = m_start,
+                            .end = end,
+                            .pointer = pointer,
+                            .box = QRect(upperLeft(m_start, end), extent(m_start, end)),
+                            .line = m_line,
+                            .width = lineWidth});
 }
 
 std::optional<Geometry> DrawingGesture::preview(stateEnum tool, const ViewMapping &view,
@@ -106,22 +86,10 @@ std::optional<Geometry> DrawingGesture::preview(stateEnum tool, const ViewMappin
         return QRect(corner, QSize(length(size.width()), length(size.height())));
     };
     const bool hasCorners = !start.isNull() && !m_end.isNull();
-    switch (tool) {
-    case stateRect:
-        if (hasCorners)
-            return rectangle(rect());
-        break;
-    case stateEllipse:
-        if (hasCorners)
-            return EllipseShape{rect()};
-        break;
-    case stateArrow:
-        return ArrowShape{CreateArrowPolygon(m_start, view.toPicture(m_end), lineWidth)};
-    case statePoly:
-        return PolylineShape{reversed(m_line)};
-    case stateMove:
-    case stateText:
-        break;
-    }
-    return {};
+    return shapeFrom(tool, {.start = m_start,
+                            .end = view.toPicture(m_end),
+                            .pointer = view.toPicture(m_end),
+                            .box = hasCorners ? std::optional(rect()) : std::nullopt,
+                            .line = reversed(m_line),
+                            .width = lineWidth});
 }

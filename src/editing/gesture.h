@@ -5,10 +5,6 @@
 
 #include <optional>
 
-/// The five points of an arrow in picture coordinates: wing, tip, wing, centre of the head's base,
-/// start of the shaft. In an arrow that is shorter than its head the wings lie behind the start.
-QPolygon CreateArrowPolygon(const QPoint &start, const QPoint &end, int width);
-
 /// What the mouse is drawing: the points of one press, drag and release, and the resulting shapes.
 /// Positions are widget coordinates in device pixels.
 class DrawingGesture

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "base/fileidentity.h"
+#include "editing/history.h"
 #include "editing/packedpicture.h"
 #include "editing/recoveryfolder.h"
-#include "editing/shapes.h"
 
 #include <QPixmap>
 #include <QString>

@@ -145,7 +145,7 @@ void TPictureEditor::setState(stateEnum state)
     EndEdit();
     m_State = state;
     if (m_pWidget)
-        m_pWidget->setCursor(state == stateMove ? Qt::OpenHandCursor : Qt::CrossCursor);
+        m_pWidget->setCursor(toolOf(state).cursor);
     refreshPreview();
 }
 
@@ -173,7 +173,7 @@ void TPictureEditor::set_m_Font(const QFont &font)
 void TPictureEditor::setPixmap(const QPixmap &pixmap)
 {
     m_Pixmap = pixmap;
-    m_Canvas.setPicture(pixmap.toImage());
+    m_Canvas.start(pixmap.toImage(), m_VecUnDo);
     m_Gesture.drop();
     // The typed text belonged to the previous picture, so the next click begins a text in this one.
     m_TextOpen = false;
@@ -194,9 +194,7 @@ void TPictureEditor::setVecUnDo(const EditHistory *history)
 {
     m_VecUnDo.clear();
     m_VecUnDo = *history;
-    m_Canvas.reset();
-    m_Shrunk = {};
-    updateWidget();
+    restartCanvas();
 }
 
 void TPictureEditor::setVecReDo(const EditHistory *history)
@@ -209,8 +207,16 @@ void TPictureEditor::clearShape()
 {
     m_VecUnDo.clear();
     m_VecReDo.clear();
-    m_Canvas.reset();
+    restartCanvas();
+}
+
+void TPictureEditor::restartCanvas()
+{
+    const QSize before = m_Canvas.size();
+    m_Canvas.start(m_VecUnDo);
     m_Shrunk = {};
+    if (m_Canvas.size() != before)
+        notify(SizeChange);
     updateWidget();
 }
 
@@ -246,11 +252,11 @@ EditEntry TPictureEditor::textEntry() const
         {.type = m_State, .color = m_PenColor, .text = m_pTextEdit->toPlainText(), .font = m_Font}};
 }
 
-EntryPtr TPictureEditor::typedText() const
+OperationPtr TPictureEditor::typedText() const
 {
     if (!isTyping() || m_pTextEdit->document()->isEmpty())
         return nullptr;
-    return std::make_shared<const EditEntry>(textEntry());
+    return adding(textEntry());
 }
 
 // A reader would expect an empty text to be dropped, but it is recorded, on purpose: it takes one
@@ -259,8 +265,7 @@ void TPictureEditor::saveEditText()
 {
     if (!m_pTextEdit)
         return;
-    EditEntry text = textEntry();
-    record(std::move(text.geometry), std::move(text.style));
+    record(adding(textEntry()));
     m_pTextEdit->clear();
     m_pTextEdit->hide();
 }
@@ -317,19 +322,16 @@ void TPictureEditor::placeTextField()
     fitTextField();
 }
 
-// A reader would expect a new shape to clear the redo history, but it is kept, on purpose: undone
-// shapes can still be restored on top of the new one.
-void TPictureEditor::record(Geometry geometry, EditMsg style)
+void TPictureEditor::record(OperationPtr step)
 {
     // A document without a picture can't be saved.
     if (m_Pixmap.isNull())
         return;
     notify(HistoryChange);
-    m_VecUnDo.prepend(
-        std::make_shared<const EditEntry>(EditEntry{std::move(geometry), std::move(style)}));
-    const QRegion changed = m_Canvas.add(*m_VecUnDo.first());
-    m_ShrunkStale += changed;
-    updateArea(changed);
+    if (!addedBy(*step))
+        m_VecReDo.clear();
+    m_VecUnDo.prepend(std::move(step));
+    followHistory();
 }
 
 void TPictureEditor::moveNewest(EditHistory &from, EditHistory &to)
@@ -338,11 +340,20 @@ void TPictureEditor::moveNewest(EditHistory &from, EditHistory &to)
     if (from.isEmpty())
         return;
     notify(HistoryChange);
-    const EntryPtr entry = from.takeFirst();
-    to.prepend(entry);
-    const QRegion changed = &to == &m_VecUnDo ? m_Canvas.add(*entry) : m_Canvas.takeBack(*entry);
-    m_ShrunkStale += changed;
-    updateArea(changed);
+    to.prepend(from.takeFirst());
+    followHistory();
+}
+
+void TPictureEditor::followHistory()
+{
+    if (const std::optional<QRegion> changed = m_Canvas.follow(m_VecUnDo)) {
+        m_ShrunkStale += *changed;
+        updateArea(*changed);
+        return;
+    }
+    // A drag or a text that was meant for a place in the frame before has none in this one.
+    m_Gesture.drop();
+    setPixmapScaled(m_Scale);
 }
 
 void TPictureEditor::Undo() { moveNewest(m_VecUnDo, m_VecReDo); }
@@ -357,7 +368,7 @@ QPixmap TPictureEditor::sendPixmap(const QColor &background)
 ViewMapping TPictureEditor::mapping() const
 {
     return {.widget = m_pWidget->size() * m_pWidget->devicePixelRatioF(),
-            .picture = m_Pixmap.size(),
+            .picture = m_Canvas.size(),
             .scale = m_Scale};
 }
 
@@ -413,7 +424,7 @@ void TPictureEditor::move(const QMouseEvent &event)
     const QPoint position = toPixels(event);
     const QPoint logical = event.position().toPoint();
     m_Gesture.moveTo(position);
-    if (m_State == statePoly)
+    if (toolOf(m_State).isFreehand)
         m_Gesture.extendLine(mapping().toPicture(position));
     if (m_State == stateMove) {
         // The scroll bars move the widget under the pointer, so the origin in the widget stays the
@@ -431,12 +442,12 @@ void TPictureEditor::release(const QMouseEvent &event)
     if (m_State == stateMove) {
         m_Gesture.drop();
         m_pTextEdit->hide();
-        m_pWidget->setCursor(Qt::OpenHandCursor);
+        m_pWidget->setCursor(EmptyShape::tool.cursor);
     } else if (std::optional<Geometry> shape =
                    m_Gesture.release(m_State, toPixels(event), mapping(), m_LineWidth)) {
         EditMsg style{.type = m_State, .width = m_LineWidth, .color = m_PenColor};
-        if (!liesOutside(*shape, style, m_Pixmap.size()))
-            record(std::move(*shape), std::move(style));
+        if (!liesOutside(*shape, style, m_Canvas.size()))
+            record(adding({std::move(*shape), std::move(style)}));
         else if (!m_Pixmap.isNull())
             notify(Refusal);
     }
@@ -461,7 +472,7 @@ bool TPictureEditor::escape()
 
 const QImage &TPictureEditor::shrunk(QSize size)
 {
-    const QImage &image = m_Canvas.recorded(m_VecUnDo);
+    const QImage &image = m_Canvas.recorded();
     if (m_Shrunk.isNull()) {
         m_Shrunk = image.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
     } else if (!m_ShrunkStale.isEmpty()) {
@@ -523,11 +534,11 @@ void TPictureEditor::paint(const QPaintEvent &event)
         region -= previewed;
     }
     if (!region.isEmpty()) {
-        const bool shrinks = size.width() < m_Pixmap.width();
-        draw(region, shrinks ? shrunk(size) : m_Canvas.recorded(m_VecUnDo));
+        const bool shrinks = size.width() < m_Canvas.size().width();
+        draw(region, shrinks ? shrunk(size) : m_Canvas.recorded());
     }
     if (!previewed.isEmpty())
-        draw(previewed, m_Canvas.preview(m_VecUnDo));
+        draw(previewed, m_Canvas.preview());
 }
 
 bool TPictureEditor::eventFilter(QObject *watched, QEvent *event)
@@ -561,7 +572,7 @@ bool TPictureEditor::eventFilter(QObject *watched, QEvent *event)
             return true;
         break;
     case QEvent::Enter:
-        takeEveryMove(m_State == statePoly);
+        takeEveryMove(toolOf(m_State).isFreehand);
         // Another window, for example an overlay, may have grabbed the pointer during a drag and
         // got its release.
         if (QGuiApplication::mouseButtons() == Qt::NoButton && m_Gesture.drop())

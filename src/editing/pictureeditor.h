@@ -2,7 +2,7 @@
 
 #include "editing/canvas.h"
 #include "editing/gesture.h"
-#include "editing/shapes.h"
+#include "editing/history.h"
 #include "editing/viewmapping.h"
 
 #include <QImage>
@@ -56,7 +56,10 @@ public:
     /// Shows another picture at zoom 1 and keeps the history. A drag that was meant for the
     /// previous picture is dropped.
     void setPixmap(const QPixmap &pixmap);
+    /// The whole picture, without shapes.
     QPixmap &getPixmap() { return m_Pixmap; }
+    /// The size of what is left of it, which is what is shown.
+    QSize pictureSize() const { return m_Canvas.size(); }
     /// Sets the zoom in device pixels per picture pixel; must not be 0.
     void setPixmapScaled(float scale);
     float getPixmapScaled() const { return m_Scale; }
@@ -71,13 +74,18 @@ public:
     /// Opens the text field at the position of the last click, and returns the field's text.
     QString getUserText();
     bool isTyping() const;
-    /// The entry that would be recorded for the text that is being typed; null if there is none.
-    EntryPtr typedText() const;
+    /// The operation that would be recorded for the text that is being typed; null if there is
+    /// none.
+    OperationPtr typedText() const;
     /// Gives the keyboard focus back to a text that is being typed, at the same caret position.
     /// Returns false if there is none.
     bool goOnTyping();
     /// Commits the text that is being typed.
     void EndEdit();
+    /// Records one step and shows it. Does nothing without a picture. A reader would expect every
+    /// new step to clear what was undone, but one that just adds a shape keeps it, on purpose:
+    /// undone shapes can still be restored on top of the new one.
+    void record(OperationPtr step);
     void Undo();
     void Redo();
     /// The picture with all its shapes. Pixels outside the outline of a cut picture become
@@ -113,7 +121,8 @@ private:
     void fitTextField();
     void placeTextField();
     EditEntry textEntry() const;
-    void record(Geometry geometry, EditMsg style);
+    void restartCanvas();
+    void followHistory();
     void moveNewest(EditHistory &from, EditHistory &to);
     ViewMapping mapping() const;
     QPoint toPixels(const QMouseEvent &event) const;

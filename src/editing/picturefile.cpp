@@ -161,7 +161,7 @@ QString outOfMemory()
 // Both functions write the complete file content. They return false on failure, usually with a
 // reason in `failure`.
 
-bool writeRows(RowWriter &writer, const QImage &picture, const EditHistory &shapes, bool isFlat,
+bool writeRows(RowWriter &writer, const QImage &picture, const QList<EntryPtr> &shapes, bool isFlat,
                PictureProgress &progress, QString &failure)
 {
     if (std::max(picture.width(), picture.height()) > writer.longestSide()) {
@@ -186,7 +186,8 @@ bool writeRows(RowWriter &writer, const QImage &picture, const EditHistory &shap
 }
 
 bool writeWhole(WholeFile &file, const QByteArray &format, int quality, const QImage &picture,
-                const EditHistory &shapes, bool isFlat, PictureProgress &progress, QString &failure)
+                const EditHistory &history, bool isFlat, PictureProgress &progress,
+                QString &failure)
 {
     GivenUpBuffer buffer(progress);
     QImageWriter writer(&buffer, format);
@@ -197,7 +198,7 @@ bool writeWhole(WholeFile &file, const QByteArray &format, int quality, const QI
         return false;
     }
     QImage united =
-        replayed(picture.convertToFormat(pixmapFormat(picture)), shapes, QColor(0, 0, 0, 0));
+        replayed(picture.convertToFormat(pixmapFormat(picture)), history, QColor(0, 0, 0, 0));
     if (isFlat)
         united = onWhite(united);
     if (!writer.write(united)) {
@@ -263,7 +264,7 @@ PictureRead readPicture(const QString &path, PictureProgress &progress, bool isO
     return result;
 }
 
-PictureWrite writePicture(const QImage &picture, const EditHistory &shapes, const QString &path,
+PictureWrite writePicture(const QImage &picture, const EditHistory &history, const QString &path,
                           const QByteArray &format, int quality, PictureProgress &progress,
                           WholeFile::Readers readers)
 {
@@ -274,13 +275,15 @@ PictureWrite writePicture(const QImage &picture, const EditHistory &shapes, cons
     }
     const QByteArray used = format.isEmpty() ? QFileInfo(path).suffix().toLatin1() : format;
     const bool isFlat = picture.hasAlphaChannel() && isOpaqueFormat(path);
+    const Scene scene = sceneOf(history, picture.size());
+    const QImage base = framed(picture, scene);
     WholeFile file(path, readers);
     const std::unique_ptr<RowWriter> rows =
-        RowWriter::create(used, picture, isFlat ? QImage::Format_RGB32 : pixmapFormat(picture),
+        RowWriter::create(used, base, isFlat ? QImage::Format_RGB32 : pixmapFormat(picture),
                           quality, [&](QByteArrayView bytes) { return file.append(bytes); });
     result.isWritten =
-        rows ? writeRows(*rows, picture, shapes, isFlat, progress, result.failure)
-             : writeWhole(file, used, quality, picture, shapes, isFlat, progress, result.failure);
+        rows ? writeRows(*rows, base, scene.shapes, isFlat, progress, result.failure)
+             : writeWhole(file, used, quality, picture, history, isFlat, progress, result.failure);
     if (progress.isCancelled) {
         result.isWritten = false;
         result.failure.clear();

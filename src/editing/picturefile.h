@@ -2,7 +2,7 @@
 
 #include "base/fileidentity.h"
 #include "base/wholefile.h"
-#include "editing/shapes.h"
+#include "editing/history.h"
 
 #include <QImage>
 #include <QString>
@@ -37,7 +37,7 @@ struct PictureWrite {
 /// Writes the picture with its shapes; may be called on any thread. An empty `format` and `quality`
 /// -1 leave the choice to the path's extension and the toolkit. On failure an existing file is
 /// unchanged. Formats that are written row by row need little memory besides the picture.
-PictureWrite writePicture(const QImage &picture, const EditHistory &shapes, const QString &path,
+PictureWrite writePicture(const QImage &picture, const EditHistory &history, const QString &path,
                           const QByteArray &format, int quality, PictureProgress &progress,
                           WholeFile::Readers readers = WholeFile::Readers::Usual);
 

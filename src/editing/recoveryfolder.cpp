@@ -23,7 +23,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int s_version = 1;
+// Version 1 had shapes only, and no tools but the first six.
+constexpr int s_version = 2;
 constexpr qint64 s_longestState = 256 << 20;  // bytes
 constexpr int s_quickly = 89;                 // the toolkit's quality for fast compression
 const QString s_picture = u"/picture.png"_s;
@@ -53,11 +54,12 @@ std::optional<FileIdentity> identityFrom(const QJsonObject &from)
 
 QByteArray bytesOf(const UnsavedWork &work)
 {
+    ShapeNumbers numbers;
     QJsonObject state{{u"version"_s, s_version},
                       {u"name"_s, work.name},
                       {u"number"_s, work.number},
-                      {u"shapes"_s, toJson(work.shapes)},
-                      {u"undone"_s, toJson(work.undone)},
+                      {u"shapes"_s, toJson(work.shapes, numbers)},
+                      {u"undone"_s, toJson(work.undone, numbers)},
                       {u"time"_s, work.origin.time.toString(Qt::ISODateWithMs)},
                       {u"kind"_s, work.origin.kind},
                       {u"application"_s, work.origin.application},
@@ -75,14 +77,17 @@ State readState(const QByteArray &bytes, UnsavedWork &work)
     const double version = state[u"version"_s].toDouble();
     if (version > s_version)
         return State::Newer;
-    const auto shapes = historyFromJson(state[u"shapes"_s].toArray());
-    const auto undone = historyFromJson(state[u"undone"_s].toArray());
+    ShapeNumbers numbers;
+    const auto shapes = historyFromJson(state[u"shapes"_s].toArray(), numbers);
+    const auto undone = historyFromJson(state[u"undone"_s].toArray(), numbers);
     const int number = state[u"number"_s].toInt(-1);
-    if (version != s_version || !shapes || !undone || number < -1)
+    if (shapes.isNewer || undone.isNewer)
+        return State::Newer;
+    if (version < 1 || !shapes.history || !undone.history || number < -1)
         return State::Damaged;
     work = {
-        .shapes = *shapes,
-        .undone = *undone,
+        .shapes = *shapes.history,
+        .undone = *undone.history,
         .name = state[u"name"_s].toString(),
         .number = number,
         .file = identityFrom(state[u"file"_s].toObject()),

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "base/fileidentity.h"
-#include "editing/shapes.h"
+#include "editing/history.h"
 
 #include <QDateTime>
 #include <QImage>

@@ -15,54 +15,6 @@ namespace {
 constexpr int s_bands = 10;
 constexpr int s_fewestRows = 16;
 
-constexpr QSize s_textBox(1000, 1000);  // picture pixels
-
-void draw(QPainter &, const EmptyShape &, const EditMsg &) {}
-
-void draw(QPainter &painter, const RectShape &shape, const EditMsg &style)
-{
-    DrawRect(painter, style.color, style.width, shape.outline);
-}
-
-void draw(QPainter &painter, const EllipseShape &shape, const EditMsg &)
-{
-    painter.drawEllipse(shape.bounds);
-}
-
-void draw(QPainter &painter, const ArrowShape &shape, const EditMsg &style)
-{
-    DrawArrow(painter, style.color, style.width, shape.points);
-}
-
-void draw(QPainter &painter, const PolylineShape &shape, const EditMsg &)
-{
-    painter.drawPolyline(shape.points);
-}
-
-struct TextLayout {
-    QRect box{};
-    int flags = 0;
-};
-
-// Right-to-left lines share their right edge. It is where the longest line begins at `position`,
-// because the lines stood there in the field in which they were typed.
-TextLayout layoutOf(QPainter &painter, QPoint position, const QString &text)
-{
-    const TextLayout leftToRight{QRect(position, s_textBox), Qt::AlignLeft | Qt::AlignTop};
-    if (!text.isRightToLeft())
-        return leftToRight;
-    const int width = painter.boundingRect(leftToRight.box, leftToRight.flags, text).width();
-    return {leftToRight.box.translated(std::min(width, s_textBox.width()) - s_textBox.width(), 0),
-            Qt::AlignRight | Qt::AlignTop};
-}
-
-void draw(QPainter &painter, const TextShape &shape, const EditMsg &style)
-{
-    painter.setFont(style.font);
-    const TextLayout layout = layoutOf(painter, shape.position, style.text);
-    painter.drawText(layout.box, layout.flags, style.text);
-}
-
 // Reserves address space for a whole picture; only rows that are written use memory. So shapes can
 // be drawn with the picture's own coordinates and size, and get the same pixels as in a drawing
 // that is made at once.
@@ -124,40 +76,10 @@ QImage rowsOf(const QImage &picture, int top, int rows, QImage::Format format)
 
 }  // namespace
 
-void DrawArrow(QPainter &painter, const QColor &color, int width, const QPolygon &arrow)
-{
-    if (arrow.size() < 3)
-        return;
-    painter.setPen(QPen(color, 1));
-    painter.setBrush(color);
-    painter.drawPolygon(arrow.first(arrow.size() - 2));
-    painter.setBrush(Qt::NoBrush);
-    painter.setPen(QPen(color, width));
-    painter.drawLine(arrow.last(), arrow.at(arrow.size() - 2));
-}
-
-void DrawRect(QPainter &painter, const QColor &color, int width, const QPolygon &rect)
-{
-    if (rect.size() < 5)
-        return;
-    painter.setPen(QPen(color, width));
-    // Four lines instead of one outline, because the corners must look like those of separate
-    // lines.
-    for (qsizetype i = 0; i < 4; ++i)
-        painter.drawLine(rect.at(i), rect.at(i + 1));
-}
-
 void drawShape(QPainter &painter, const Geometry &geometry, const EditMsg &style)
 {
     painter.setPen(QPen(style.color, style.width));
-    std::visit([&](const auto &shape) { draw(painter, shape, style); }, geometry);
-}
-
-QRect textBounds(QPainter &painter, QPoint position, const QString &text)
-{
-    // A longer text is clipped when it is drawn.
-    const TextLayout layout = layoutOf(painter, position, text);
-    return painter.boundingRect(layout.box, layout.flags, text) & layout.box;
+    std::visit([&](const auto &shape) { shape.draw(painter, style); }, geometry);
 }
 
 QImage &cleanPixmap(const QImage &base, QImage &target, const QColor &color)
@@ -205,18 +127,23 @@ QPoint useScreenDots(QImage &image)
     return told;
 }
 
-QImage replayed(const QImage &picture, const EditHistory &history, const QColor &background)
+QImage framed(const QImage &picture, const Scene &scene)
+{
+    return scene.frame == picture.rect() ? picture : picture.copy(scene.frame);
+}
+
+QImage drawn(const QImage &picture, const QList<EntryPtr> &shapes, const QColor &background)
 {
     // Avoids a copy of a large picture.
-    if (history.isEmpty() && background.alpha() == 0)
+    if (shapes.isEmpty() && background.alpha() == 0)
         return picture;
     QImage result = picture;
-    if (!history.isEmpty() && !result.isNull()) {
+    if (!shapes.isEmpty() && !result.isNull()) {
         const QPoint dots = useScreenDots(result);
         QPainter painter(&result);
         painter.setRenderHint(QPainter::Antialiasing);
-        for (auto entry = history.crbegin(); entry != history.crend(); ++entry)
-            drawShape(painter, (*entry)->geometry, (*entry)->style);
+        for (const EntryPtr &shape : shapes)
+            drawShape(painter, shape->geometry, shape->style);
         painter.end();
         result.setDotsPerMeterX(dots.x());
         result.setDotsPerMeterY(dots.y());
@@ -224,12 +151,18 @@ QImage replayed(const QImage &picture, const EditHistory &history, const QColor 
     return cleanPixmap(picture, result, background);
 }
 
+QImage replayed(const QImage &picture, const EditHistory &history, const QColor &background)
+{
+    const Scene scene = sceneOf(history, picture.size());
+    return drawn(framed(picture, scene), scene.shapes, background);
+}
+
 QImage::Format pixmapFormat(const QImage &picture)
 {
     return picture.hasAlphaChannel() ? QImage::Format_ARGB32_Premultiplied : QImage::Format_RGB32;
 }
 
-bool replayedInBands(const QImage &picture, const EditHistory &history,
+bool replayedInBands(const QImage &picture, const QList<EntryPtr> &shapes,
                      const std::function<bool(const QImage &band, int top)> &take)
 {
     const QImage::Format format = pixmapFormat(picture);
@@ -242,7 +175,7 @@ bool replayedInBands(const QImage &picture, const EditHistory &history,
         }
         return true;
     };
-    if (history.isEmpty()) {
+    if (shapes.isEmpty()) {
         return forEachBand([&](int top, QImage band) {
             const QImage base = band;
             return take(cleanPixmap(base, band, QColor(0, 0, 0, 0)), top);
@@ -253,7 +186,7 @@ bool replayedInBands(const QImage &picture, const EditHistory &history,
         return false;
     std::vector<QRect> places;
     std::transform(
-        history.begin(), history.end(), std::back_inserter(places), [&](const EntryPtr &entry) {
+        shapes.begin(), shapes.end(), std::back_inserter(places), [&](const EntryPtr &entry) {
             return coverage(entry->geometry, entry->style, picture.size()).boundingRect();
         });
     QPainter painter(&sparse.image());
@@ -270,9 +203,9 @@ bool replayedInBands(const QImage &picture, const EditHistory &history,
             std::memcpy(band.scanLine(y), base.constScanLine(y), band.bytesPerLine());
         const QRect part(0, top, picture.width(), base.height());
         painter.setClipRegion(QRegion(part) + corners);
-        for (qsizetype i = history.size() - 1; i >= 0; --i) {
+        for (qsizetype i = 0; i < shapes.size(); ++i) {
             if (places[i].intersects(part))
-                drawShape(painter, history[i]->geometry, history[i]->style);
+                drawShape(painter, shapes[i]->geometry, shapes[i]->style);
         }
         cleanPixmap(base, band, QColor(0, 0, 0, 0));
         const bool goesOn = take(band, top);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "editing/shapes.h"
+#include "editing/history.h"
 
 #include <QColor>
 #include <QImage>
@@ -8,20 +8,9 @@
 
 #include <functional>
 
-class QPainterPath;
-class QPolygonF;
-
-/// Draws an arrow; nothing if it has fewer than three points.
-void DrawArrow(QPainter &painter, const QColor &color, int width, const QPolygon &arrow);
-/// Draws the outline of a rectangle of five points; nothing if it has fewer.
-void DrawRect(QPainter &painter, const QColor &color, int width, const QPolygon &rect);
-
 /// Draws one shape. The painter must have antialiasing on and no brush; its pen and font are
 /// changed.
 void drawShape(QPainter &painter, const Geometry &geometry, const EditMsg &style);
-
-/// The rectangle of a text in the picture, with the painter's font.
-QRect textBounds(QPainter &painter, QPoint position, const QString &text);
 
 /// Sets each pixel of `target` to `color` if the pixel of `base` is fully transparent black, so
 /// that shapes stay inside the outline of an ellipse or polygon grab. Pixels with alpha 0 and
@@ -34,15 +23,23 @@ void clearOutside(const QImage &base, QImage &target, const QRect &part);
 /// picture. Returns the image's previous dots per metre.
 QPoint useScreenDots(QImage &image);
 
-/// Draws all shapes over `picture`, oldest first, and cuts the result to the picture's own outline.
-/// All rendering of a history uses this function.
+/// What a history leaves of `picture`, without its shapes.
+QImage framed(const QImage &picture, const Scene &scene);
+
+/// Draws shapes over a framed picture, bottom to top, and cuts the result to the picture's own
+/// outline.
+QImage drawn(const QImage &picture, const QList<EntryPtr> &shapes,
+             const QColor &background = {0, 0, 0, 0});
+
+/// What a history makes of `picture`: its shapes, oldest first, over what is left of it, cut to the
+/// picture's own outline. All rendering of a history uses this function.
 QImage replayed(const QImage &picture, const EditHistory &history, const QColor &background);
 
 /// The same in bands from top to bottom, so that the result need not be in memory as a whole. Each
 /// band has the pixels of `replayed` with a transparent background, in a pixmap's format, and is
 /// valid only during the call of `take`. Returns false if `take` did or if there was too little
-/// memory. The picture's device pixel ratio must be 1.
-bool replayedInBands(const QImage &picture, const EditHistory &history,
+/// memory. The picture's device pixel ratio must be 1, and it is `framed` already.
+bool replayedInBands(const QImage &picture, const QList<EntryPtr> &shapes,
                      const std::function<bool(const QImage &band, int top)> &take);
 /// The format of these bands.
 QImage::Format pixmapFormat(const QImage &picture);

@@ -1,127 +1,43 @@
 #include "editing/shapefile.h"
 
+#include "editing/shapeparts.h"
+
 #include <QJsonObject>
 
 #include <algorithm>
-#include <array>
-#include <cmath>
+#include <type_traits>
 #include <utility>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int s_farthest = 1 << 24;  // picture pixels from the corner; no picture is larger
-constexpr int s_widestLine = 1000;   // picture pixels
+constexpr int s_widestLine = 1000;  // picture pixels
 constexpr qreal s_largestText = 500;
-constexpr qsizetype s_arrowPoints = 5;
-constexpr qsizetype s_outlinePoints = 5;
 
-// Indexed by the tools' numbers.
-constexpr std::array<QLatin1StringView, 6> s_tools{"move"_L1,  "rectangle"_L1, "ellipse"_L1,
-                                                   "arrow"_L1, "text"_L1,      "line"_L1};
-
-// Reads the members of one shape, and remembers if one is invalid.
-class Parts
+template<typename Shape> QLatin1StringView kindOf(const Shape & /*shape*/)
 {
-public:
-    explicit Parts(QJsonObject shape) : m_shape(std::move(shape)) {}
-
-    bool areUsable() const { return m_areUsable; }
-    QString text(QLatin1StringView name) const { return m_shape[name].toString(); }
-    int number(QLatin1StringView name) { return whole(m_shape[name]); }
-    QPolygon points(QLatin1StringView name, qsizetype fewest, qsizetype most)
-    {
-        const QJsonArray coordinates = m_shape[name].toArray();
-        const qsizetype count = coordinates.size() / 2;
-        QPolygon result;
-        if (!require(coordinates.size() % 2 == 0 && count >= fewest && count <= most))
-            return QPolygon(fewest);
-        result.reserve(count);
-        for (qsizetype i = 0; i < count; ++i)
-            result.append({whole(coordinates.at(2 * i)), whole(coordinates.at(2 * i + 1))});
-        return result;
-    }
-    bool require(bool isUsable)
-    {
-        m_areUsable = m_areUsable && isUsable;
-        return isUsable;
-    }
-
-private:
-    int whole(const QJsonValue &value)
-    {
-        const double found = value.toDouble(std::nan(""));
-        return require(std::abs(found) <= s_farthest) ? static_cast<int>(found) : 0;
-    }
-
-    QJsonObject m_shape;
-    bool m_areUsable = true;
-};
-
-QJsonArray numbers(const QPolygon &points)
-{
-    QJsonArray result;
-    for (const QPoint point : points) {
-        result.append(point.x());
-        result.append(point.y());
-    }
-    return result;
+    // A shape that draws nothing can come from any tool.
+    if constexpr (std::is_same_v<Shape, EmptyShape>)
+        return "nothing"_L1;
+    else
+        return QLatin1StringView(Shape::tool.id);
 }
 
-void write(QJsonObject &to, const EmptyShape &) { to[u"kind"_s] = u"nothing"_s; }
-
-void write(QJsonObject &to, const RectShape &shape)
-{
-    to[u"kind"_s] = u"rectangle"_s;
-    to[u"points"_s] = numbers(shape.outline);
-}
-
-void write(QJsonObject &to, const EllipseShape &shape)
-{
-    to[u"kind"_s] = u"ellipse"_s;
-    to[u"bounds"_s] =
-        QJsonArray{shape.bounds.x(), shape.bounds.y(), shape.bounds.width(), shape.bounds.height()};
-}
-
-void write(QJsonObject &to, const ArrowShape &shape)
-{
-    to[u"kind"_s] = u"arrow"_s;
-    to[u"points"_s] = numbers(shape.points);
-}
-
-void write(QJsonObject &to, const PolylineShape &shape)
-{
-    to[u"kind"_s] = u"line"_s;
-    to[u"points"_s] = numbers(shape.points);
-}
-
-void write(QJsonObject &to, const TextShape &shape)
-{
-    to[u"kind"_s] = u"text"_s;
-    to[u"position"_s] = QJsonArray{shape.position.x(), shape.position.y()};
-}
-
-Geometry geometry(Parts &parts)
+template<typename... Shapes> Geometry readAny(std::variant<Shapes...> * /*type*/, ShapeParts &parts)
 {
     const QString kind = parts.text("kind"_L1);
-    if (kind == u"rectangle")
-        return RectShape{parts.points("points"_L1, s_outlinePoints, s_outlinePoints)};
-    if (kind == u"arrow")
-        return ArrowShape{parts.points("points"_L1, s_arrowPoints, s_arrowPoints)};
-    if (kind == u"line")
-        return PolylineShape{parts.points("points"_L1, 0, s_farthest)};
-    if (kind == u"text")
-        return TextShape{parts.points("position"_L1, 1, 1).first()};
-    if (kind == u"ellipse") {
-        const QPolygon corner = parts.points("bounds"_L1, 2, 2);
-        return EllipseShape{{corner.first(), QSize(corner.last().x(), corner.last().y())}};
-    }
-    parts.require(kind == u"nothing");
-    return EmptyShape{};
+    std::optional<Geometry> result;
+    const auto tryOne = [&]<typename Shape>(const Shape &empty) {
+        if (kind == kindOf(empty))
+            result = Shape::read(parts);
+    };
+    (tryOne(Shapes()), ...);
+    parts.requireName(result.has_value());
+    return result.value_or(EmptyShape{});
 }
 
-QFont font(Parts &parts)
+QFont font(ShapeParts &parts)
 {
     const QString text = parts.text("font"_L1);
     QFont result;
@@ -130,54 +46,179 @@ QFont font(Parts &parts)
     return result;
 }
 
-QJsonObject toJson(const EditEntry &entry)
+void write(QJsonObject &to, const EditEntry &shape, ShapeNumbers &numbers)
 {
-    QJsonObject result;
-    std::visit([&](const auto &shape) { write(result, shape); }, entry.geometry);
-    result[u"tool"_s] =
-        s_tools.at(std::min(static_cast<size_t>(entry.style.type), s_tools.size() - 1));
-    result[u"color"_s] = entry.style.color.name(QColor::HexArgb);
-    result[u"width"_s] = entry.style.width;
-    if (!entry.style.text.isEmpty() || entry.style.type == stateText) {
-        result[u"text"_s] = entry.style.text;
-        result[u"font"_s] = entry.style.font.toString();
+    std::visit(
+        [&](const auto &geometry) {
+            to["kind"_L1] = kindOf(geometry);
+            geometry.write(to);
+        },
+        shape.geometry);
+    to["id"_L1] = numbers.numberOf(shape.id);
+    to["tool"_L1] = QLatin1StringView(toolOf(shape.style.type).id);
+    to["color"_L1] = shape.style.color.name(QColor::HexArgb);
+    to["width"_L1] = shape.style.width;
+    if (!shape.style.text.isEmpty() || shape.style.type == stateText) {
+        to["text"_L1] = shape.style.text;
+        to["font"_L1] = shape.style.font.toString();
     }
-    return result;
 }
 
-EditEntry entryFrom(Parts &parts)
+// A shape that was kept before shapes had numbers has none.
+ShapeId idOf(const ShapeParts &parts, ShapeNumbers &numbers)
 {
-    const auto tool = std::find(s_tools.begin(), s_tools.end(), parts.text("tool"_L1));
-    EditMsg style{.type = static_cast<int>(tool - s_tools.begin()),
+    const qint64 number = parts.value("id"_L1).toInteger(-1);
+    return number < 0 ? nextShapeId() : numbers.idOf(number);
+}
+
+EntryPtr readShape(ShapeParts &parts, ShapeNumbers &numbers)
+{
+    const auto tools = allTools();
+    const QString id = parts.text("tool"_L1);
+    const auto tool = std::find_if(tools.begin(), tools.end(), [&](const Tool *candidate) {
+        return id == QLatin1StringView(candidate->id);
+    });
+    EditMsg style{.type = tool == tools.end() ? stateMove : (*tool)->state,
                   .width = parts.number("width"_L1),
                   .color = QColor::fromString(parts.text("color"_L1)),
                   .text = parts.text("text"_L1),
                   .font = font(parts)};
-    parts.require(tool != s_tools.end() && style.color.isValid());
+    parts.requireName(tool != tools.end());
+    parts.require(style.color.isValid());
     parts.require(style.width >= 0 && style.width <= s_widestLine);
-    return {geometry(parts), std::move(style)};
+    return std::make_shared<const EditEntry>(EditEntry{
+        readAny(static_cast<Geometry *>(nullptr), parts), std::move(style), idOf(parts, numbers)});
 }
+
+QJsonObject toJson(const Operation &operation, ShapeNumbers &numbers);
+
+void write(QJsonObject &to, const AddShape &add, ShapeNumbers &numbers)
+{
+    write(to, *add.shape, numbers);
+}
+
+void write(QJsonObject &to, const ReplaceShape &replace, ShapeNumbers &numbers)
+{
+    to["op"_L1] = "replace"_L1;
+    write(to, *replace.shape, numbers);
+}
+
+void write(QJsonObject &to, const RemoveShape &remove, ShapeNumbers &numbers)
+{
+    to["op"_L1] = "remove"_L1;
+    to["id"_L1] = numbers.numberOf(remove.id);
+}
+
+void write(QJsonObject &to, const CropPicture &crop, ShapeNumbers & /*numbers*/)
+{
+    to["op"_L1] = "crop"_L1;
+    to["frame"_L1] =
+        QJsonArray{crop.frame.x(), crop.frame.y(), crop.frame.width(), crop.frame.height()};
+}
+
+void write(QJsonObject &to, const SeveralChanges &several, ShapeNumbers &numbers)
+{
+    to["op"_L1] = "several"_L1;
+    QJsonArray changes;
+    for (const OperationPtr &change : several.changes)
+        changes.append(toJson(*change, numbers));
+    to["changes"_L1] = changes;
+}
+
+QJsonObject toJson(const Operation &operation, ShapeNumbers &numbers)
+{
+    QJsonObject result;
+    std::visit([&](const auto &change) { write(result, change, numbers); }, operation.change);
+    return result;
+}
+
+// Null for what can't be used.
+class Reader
+{
+public:
+    explicit Reader(ShapeNumbers &numbers) : m_numbers(numbers) {}
+
+    bool isNewer() const { return m_isNewer; }
+
+    OperationPtr read(const QJsonObject &from, bool isPart = false)
+    {
+        ShapeParts parts(from);
+        Operation result;
+        const QString kind = parts.text("op"_L1);
+        if (kind.isEmpty())
+            result.change = AddShape{readShape(parts, m_numbers)};
+        else if (kind == "replace"_L1)
+            result.change = ReplaceShape{readShape(parts, m_numbers)};
+        else if (kind == "remove"_L1)
+            result.change = RemoveShape{idOf(parts, m_numbers)};
+        else if (kind == "crop"_L1)
+            result.change = readCrop(parts);
+        else if (parts.requireName(kind == "several"_L1) && parts.require(!isPart))
+            result.change = readSeveral(parts);
+        m_isNewer = m_isNewer || parts.isNewer();
+        return parts.areUsable() ? std::make_shared<const Operation>(std::move(result)) : nullptr;
+    }
+
+private:
+    static CropPicture readCrop(ShapeParts &parts)
+    {
+        const QPolygon frame = parts.points("frame"_L1, 2, 2);
+        const QSize size(frame.last().x(), frame.last().y());
+        parts.require(!size.isEmpty());
+        return {{frame.first(), size}};
+    }
+
+    SeveralChanges readSeveral(ShapeParts &parts)
+    {
+        SeveralChanges several;
+        for (const auto &change : parts.value("changes"_L1).toArray()) {
+            several.changes.append(read(change.toObject(), true));
+            if (!parts.require(several.changes.last() != nullptr))
+                break;
+        }
+        return several;
+    }
+
+    ShapeNumbers &m_numbers;
+    bool m_isNewer = false;
+};
 
 }  // namespace
 
-QJsonArray toJson(const EditHistory &history)
+qint64 ShapeNumbers::numberOf(ShapeId id)
+{
+    qint64 &number = m_numbers[id];
+    if (number == 0)
+        number = m_numbers.size();
+    return number;
+}
+
+ShapeId ShapeNumbers::idOf(qint64 number)
+{
+    ShapeId &id = m_ids[number];
+    if (id == 0)
+        id = nextShapeId();
+    return id;
+}
+
+QJsonArray toJson(const EditHistory &history, ShapeNumbers &numbers)
 {
     QJsonArray result;
-    for (auto entry = history.crbegin(); entry != history.crend(); ++entry)
-        result.append(toJson(**entry));
+    for (auto step = history.crbegin(); step != history.crend(); ++step)
+        result.append(toJson(**step, numbers));
     return result;
 }
 
-std::optional<EditHistory> historyFromJson(const QJsonArray &shapes)
+HistoryRead historyFromJson(const QJsonArray &operations, ShapeNumbers &numbers)
 {
-    EditHistory result;
-    result.reserve(shapes.size());
-    for (const auto &shape : shapes) {
-        Parts parts(shape.toObject());
-        result.append(std::make_shared<const EditEntry>(entryFrom(parts)));
-        if (!parts.areUsable())
-            return std::nullopt;
+    Reader reader(numbers);
+    EditHistory history;
+    history.reserve(operations.size());
+    for (const auto &step : operations) {
+        history.append(reader.read(step.toObject()));
+        if (!history.last())
+            return {.isNewer = reader.isNewer()};
     }
-    std::reverse(result.begin(), result.end());
-    return result;
+    std::reverse(history.begin(), history.end());
+    return {.history = history};
 }

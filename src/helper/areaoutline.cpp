@@ -23,7 +23,7 @@ AreaOutline::AreaOutline()
 
 void AreaOutline::show(const QRect &area)
 {
-    WindowServer &server = *services().windows;
+    OwnWindows &own = *services().ownWindows;
     const int width = static_cast<int>(std::ceil(s_width * m_sides.front().devicePixelRatioF()));
     const QRect outer = area.adjusted(-width, -width, width, width);
     const QRect top(outer.topLeft(), QSize(outer.width(), width));
@@ -33,10 +33,10 @@ void AreaOutline::show(const QRect &area)
     for (size_t i = 0; i < places.size(); ++i) {
         QWidget &side = m_sides.at(i);
         if (side.isVisible()) {
-            server.moveWindow(&side, places.at(i).topLeft());
+            own.moveWindow(&side, places.at(i).topLeft());
         } else {
-            server.coverArea(&side, places.at(i));
-            server.dropShadow(&side);
+            own.coverArea(&side, places.at(i));
+            own.dropShadow(&side);
             side.show();
         }
     }

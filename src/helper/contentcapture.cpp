@@ -39,7 +39,7 @@ void showSoFar(HintPlate &panel, const Capture &capture, const QString &text)
 QString nameOfFront(uint process)
 {
     QString name;
-    for (const auto &window : services().windows->windows(WindowServer::List::OnScreen, 0)) {
+    for (const auto &window : services().windows->windows(WindowCatalogue::List::OnScreen, 0)) {
         if (window.process == process) {
             name = window.name.isEmpty() ? window.owner : window.name;
             break;
@@ -104,7 +104,7 @@ void ContentCapture::openPanel()
 }
 
 template<typename Capture>
-ScrollCapture::Result ContentCapture::run(Capture &capture, const WindowServer::Entry &window)
+ScrollCapture::Result ContentCapture::run(Capture &capture, const WindowCatalogue::Entry &window)
 {
     m_process = window.process;
     m_wantsKeys = true;

@@ -28,7 +28,7 @@ private:
     void openPanel();
     /// Runs a capture of the content until it ends.
     template<typename Capture>
-    ScrollCapture::Result run(Capture &capture, const WindowServer::Entry &window);
+    ScrollCapture::Result run(Capture &capture, const WindowCatalogue::Entry &window);
     void deliver(ScrollCapture::Result result);
 
     void followFront();

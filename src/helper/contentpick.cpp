@@ -109,22 +109,20 @@ void ContentPick::choose(Way way, Qt::KeyboardModifiers modifiers)
     accept();
 }
 
-bool ContentPick::eventFilter(QObject *watched, QEvent *event)
+bool ContentPick::paneEvent(const Pane &pane, QEvent *event)
 {
-    if (isHeldEnd(*event))
-        return true;
     if (event->type() == QEvent::MouseButtonPress || event->type() == QEvent::KeyPress)
         followWindows();
     switch (event->type()) {
     case QEvent::MouseButtonPress:
-        if (pressed(*static_cast<QMouseEvent *>(event)))
+        if (pressed(pane, *static_cast<QMouseEvent *>(event)))
             return true;
         break;
     case QEvent::MouseMove:
-        dragged(*static_cast<QMouseEvent *>(event));
+        dragged(pane, *static_cast<QMouseEvent *>(event));
         break;
     case QEvent::MouseButtonRelease:
-        released(*static_cast<QMouseEvent *>(event));
+        released(pane, *static_cast<QMouseEvent *>(event));
         break;
     case QEvent::KeyPress: {
         const auto &key = *static_cast<QKeyEvent *>(event);
@@ -139,34 +137,29 @@ bool ContentPick::eventFilter(QObject *watched, QEvent *event)
     default:
         break;
     }
-    return mouseShot::eventFilter(watched, event);
+    return mouseShot::paneEvent(pane, event);
 }
 
 // A click of the left button takes something, a drag marks an area.
-bool ContentPick::pressed(const QMouseEvent &event)
+bool ContentPick::pressed(const Pane &pane, const QMouseEvent &event)
 {
     if (event.button() != Qt::LeftButton)
         return false;
     m_isPressed = true;
     m_isDragged = false;
     // The pointer may have moved since, so the event's position is used.
-    m_pressedAt = placeOf(event);
+    m_pressedAt = placeOf(pane, event) + area().topLeft();
     m_pressedKeys = event.modifiers();
     m_pressedWindow = picked();
     return true;
 }
 
-QPoint ContentPick::placeOf(const QMouseEvent &event) const
-{
-    return toPixels(event.position()) + area().topLeft();
-}
-
-void ContentPick::dragged(const QMouseEvent &event)
+void ContentPick::dragged(const Pane &pane, const QMouseEvent &event)
 {
     if (!m_isPressed || !m_pressedWindow)
         return;
-    const QPoint way = placeOf(event) - m_pressedAt;
-    const qreal started = QApplication::startDragDistance() * devicePixelRatioF();
+    const QPoint way = placeOf(pane, event) + area().topLeft() - m_pressedAt;
+    const qreal started = QApplication::startDragDistance() * pane.scale();
     const bool wasDragged =
         std::exchange(m_isDragged, m_isDragged || way.manhattanLength() >= started);
     if (!m_isDragged)
@@ -184,12 +177,12 @@ void ContentPick::dragged(const QMouseEvent &event)
     updateAll();
 }
 
-void ContentPick::released(const QMouseEvent &event)
+void ContentPick::released(const Pane &pane, const QMouseEvent &event)
 {
     if (event.button() != Qt::LeftButton || !m_isPressed)
         return;
     // The release may report the last part of the movement.
-    dragged(event);
+    dragged(pane, event);
     const bool wasDragged = std::exchange(m_isDragged, false);
     if (!wasDragged) {
         // accept() refuses what can't be taken.
@@ -218,8 +211,8 @@ void ContentPick::unmark()
 void ContentPick::followWindows()
 {
     const auto window = picked();
-    const auto windows = services().windows->windows(WindowServer::List::OnScreen, 0);
-    const auto isGone = [&windows](const std::optional<WindowServer::Entry> &sought) {
+    const auto windows = services().windows->windows(WindowCatalogue::List::OnScreen, 0);
+    const auto isGone = [&windows](const std::optional<WindowCatalogue::Entry> &sought) {
         return sought && std::none_of(windows.begin(), windows.end(), [&](const auto &entry) {
                    return entry.number == sought->number;
                });
@@ -248,7 +241,7 @@ void ContentPick::looked()
         ask(*window, at);
 }
 
-void ContentPick::ask(const WindowServer::Entry &window, QPoint at)
+void ContentPick::ask(const WindowCatalogue::Entry &window, QPoint at)
 {
     m_askedWindow = window.number;
     m_askedAt = at;
@@ -266,7 +259,7 @@ void ContentPick::setScrollingArea(const QRect &global)
     updateAll();
 }
 
-std::optional<WindowServer::Entry> ContentPick::shown() const
+std::optional<WindowCatalogue::Entry> ContentPick::shown() const
 {
     return m_markedWindow ? m_markedWindow : picked();
 }
@@ -277,18 +270,24 @@ void ContentPick::placeHint()
 {
     m_hint->adjustSize();
     const QPoint at = pointer();
+    const Pane &pane = paneAt(pointerInOverlay());
+    if (m_hint->parentWidget() != &pane.window()) {
+        m_hint->setParent(&pane.window());
+        m_hint->show();
+    }
+    const auto toLogical = [this, &pane](QPoint global) {
+        return pane.toLogical(global - area().topLeft());
+    };
     QRect screen = area();
-    for (const QRect &candidate : services().windows->screens()) {
+    for (const QRect &candidate : services().screens->areas()) {
         if (candidate.contains(at))
             screen = candidate;
     }
-    const QPoint corner = screen.topLeft() - area().topLeft();
-    const QPoint farCorner = corner + QPoint(screen.width(), screen.height());
-    const QRect logical(toLogical(corner), toLogical(farCorner) - QPoint(1, 1));
+    const QPoint farCorner = screen.topLeft() + QPoint(screen.width(), screen.height());
+    const QRect logical(toLogical(screen.topLeft()), toLogical(farCorner) - QPoint(1, 1));
     const QRect room = logical.adjusted(s_fromEdge, s_fromEdge, -s_fromEdge, -s_fromEdge);
-    const QPoint pointed = toLogical(at - area().topLeft());
-    const QRect marked(toLogical(m_marked.topLeft() - area().topLeft()),
-                       toLogical(m_marked.bottomRight() - area().topLeft()));
+    const QPoint pointed = toLogical(at);
+    const QRect marked(toLogical(m_marked.topLeft()), toLogical(m_marked.bottomRight()));
     std::optional<QRect> chosen;
     for (const Qt::Alignment side : {Qt::AlignHCenter, Qt::AlignLeft, Qt::AlignRight}) {
         for (const Qt::Alignment end : {Qt::AlignBottom, Qt::AlignTop}) {
@@ -310,15 +309,15 @@ void ContentPick::placeHint()
     m_hint->move(chosen.value_or(room).topLeft());
 }
 
-void ContentPick::draw(QPainter &painter)
+void ContentPick::draw(QPainter &painter, const Pane &pane)
 {
-    mouseShot::draw(painter);
+    mouseShot::draw(painter, pane);
     const auto window = picked();
     const bool isTold = window && window->number == m_askedWindow;
     const QRect outlined = m_markedWindow ? m_marked : isTold ? m_scrollingArea : QRect();
     if (outlined.isEmpty())
         return;
-    const qreal width = s_outlineWidth * devicePixelRatioF();
+    const qreal width = s_outlineWidth * pane.scale();
     painter.setPen(QPen(Palette::accent, width, Qt::SolidLine, Qt::SquareCap, Qt::MiterJoin));
     painter.setBrush(Palette::translucent(Palette::accent, 40));
     const QRectF inside = QRectF(outlined.translated(-area().topLeft()));

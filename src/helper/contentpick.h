@@ -21,7 +21,7 @@ public:
         Hands     ///< its scrolling content, scrolled by the user
     };
     struct Choice {
-        WindowServer::Entry window{};
+        WindowCatalogue::Entry window{};
         Way way = Way::Window;
         QRect area{};         ///< the outlined area in global device pixels; empty if there is none
         bool marked = false;  ///< the user has marked `area`, which must be used exactly
@@ -32,22 +32,20 @@ public:
     std::optional<Choice> choice() const;
 
 protected:
-    bool eventFilter(QObject *watched, QEvent *event) override;
+    bool paneEvent(const Pane &pane, QEvent *event) override;
     bool canBeTaken() const override;
     void looked() override;
-    std::optional<WindowServer::Entry> shown() const override;
-    void draw(QPainter &painter) override;
+    std::optional<WindowCatalogue::Entry> shown() const override;
+    void draw(QPainter &painter, const Pane &pane) override;
 
 private:
     void followWindows();
-    void ask(const WindowServer::Entry &window, QPoint at);
+    void ask(const WindowCatalogue::Entry &window, QPoint at);
     void setScrollingArea(const QRect &global);
     void choose(Way way, Qt::KeyboardModifiers modifiers);
-    bool pressed(const QMouseEvent &event);
-    /// The position of a mouse event, global.
-    QPoint placeOf(const QMouseEvent &event) const;
-    void dragged(const QMouseEvent &event);
-    void released(const QMouseEvent &event);
+    bool pressed(const Pane &pane, const QMouseEvent &event);
+    void dragged(const Pane &pane, const QMouseEvent &event);
+    void released(const Pane &pane, const QMouseEvent &event);
     void unmark();
     void tellKeys();
     void tellMark();
@@ -61,10 +59,10 @@ private:
     bool m_isDragged = false;
     QPoint m_pressedAt;  // global
     Qt::KeyboardModifiers m_pressedKeys;
-    std::optional<WindowServer::Entry> m_pressedWindow;
-    std::optional<WindowServer::Entry> m_markedWindow;  // the window that contains the mark
-    QRect m_marked;                                     // global
-    QRect m_scrollingArea;                              // global
+    std::optional<WindowCatalogue::Entry> m_pressedWindow;
+    std::optional<WindowCatalogue::Entry> m_markedWindow;  // the window that contains the mark
+    QRect m_marked;                                        // global
+    QRect m_scrollingArea;                                 // global
     int m_askedWindow = 0;
     QPoint m_askedAt;
 };

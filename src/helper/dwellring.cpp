@@ -57,24 +57,24 @@ QPoint DwellRing::place(QPoint pointer, QSize size, const QList<QRect> &menus,
     return best;
 }
 
-void DwellRing::show(QPoint pointer, const QList<WindowServer::Entry> &menus, double rest)
+void DwellRing::show(QPoint pointer, const QList<WindowCatalogue::Entry> &menus, double rest)
 {
     m_rest = rest;
-    WindowServer &server = *services().windows;
+    OwnWindows &own = *services().ownWindows;
     QList<QRect> boxes;
-    for (const WindowServer::Entry &menu : menus)
+    for (const WindowCatalogue::Entry &menu : menus)
         boxes.append(menu.bounds.toRect());
     const QSize size = (QSizeF(s_size, s_size) * devicePixelRatioF()).toSize();
-    const QPoint corner = place(pointer, size, boxes, server.screens());
+    const QPoint corner = place(pointer, size, boxes, services().screens->areas());
     if (isVisible()) {
-        server.moveWindow(this, corner);
+        own.moveWindow(this, corner);
     } else {
-        server.coverArea(this, {corner, size});
+        own.coverArea(this, {corner, size});
         // Without a compositor nothing is translucent, so the window is cut to the ring.
-        if (!server.isComposited())
+        if (!own.isComposited())
             setMask(QRegion(rect(), QRegion::Ellipse) -
                     QRegion(rect().adjusted(s_hole, s_hole, -s_hole, -s_hole), QRegion::Ellipse));
-        server.dropShadow(this);
+        own.dropShadow(this);
         QWidget::show();
     }
     update();

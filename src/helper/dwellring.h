@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/windowserver.h"
+#include "platform/windowcatalogue.h"
 
 #include <QWidget>
 
@@ -14,7 +14,7 @@ public:
 
     /// Shows the ring near `pointer`, outside of the menus, in global device pixels. `rest` is the
     /// filled part, 0 to 1.
-    void show(QPoint pointer, const QList<WindowServer::Entry> &menus, double rest);
+    void show(QPoint pointer, const QList<WindowCatalogue::Entry> &menus, double rest);
 
     /// The top left corner for a box of `size` that is beside the pointer, outside of the menus and
     /// on one of the screens; the nearest such position. Global device pixels.

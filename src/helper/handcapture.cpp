@@ -31,7 +31,7 @@ HandCapture::HandCapture(const ScrollCapture::Target &target)
 
 ScrollCapture::Result HandCapture::run()
 {
-    for (const auto &window : services().windows->windows(WindowServer::List::OnScreen, 0)) {
+    for (const auto &window : services().windows->windows(WindowCatalogue::List::OnScreen, 0)) {
         if (window.number == m_target.window) {
             m_bounds = window.bounds.toRect();
             m_area = QRect(QPoint(), m_bounds.size()).marginsRemoved(window.frame);
@@ -91,7 +91,7 @@ QString HandCapture::lossNote() const
 // Returns false if the window can't be used any more.
 bool HandCapture::look()
 {
-    const QImage picture = services().windows->picture(std::nullopt, {m_target.window});
+    const QImage picture = services().pictures->ofWindows(std::nullopt, {m_target.window});
     if (picture.isNull())
         m_ended = tr("The window left the screen");
     else if (picture.size() != m_bounds.size())
@@ -121,7 +121,7 @@ bool HandCapture::look()
 
 void HandCapture::follow()
 {
-    for (const auto &window : services().windows->windows(WindowServer::List::OnScreen, 0)) {
+    for (const auto &window : services().windows->windows(WindowCatalogue::List::OnScreen, 0)) {
         const QPoint corner = window.bounds.toRect().topLeft();
         if (window.number != m_target.window || corner == m_bounds.topLeft())
             continue;

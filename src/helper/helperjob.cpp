@@ -43,15 +43,15 @@ uint ownProcess() { return static_cast<uint>(getpid()); }
 void waitUntilHidden()
 {
     waitUntil(*services().clock, s_hideLimit, [] {
-        const auto windows = services().windows->windows(WindowServer::List::OnScreen, 0);
+        const auto windows = services().windows->windows(WindowCatalogue::List::OnScreen, 0);
         return std::none_of(windows.begin(), windows.end(), [](const auto &window) {
-            return window.process == ownProcess() && window.kind == WindowServer::Kind::Other;
+            return window.process == ownProcess() && window.kind == WindowCatalogue::Kind::Other;
         });
     });
     // The frame of a window that was removed from the screen may remain for a moment, without
     // telling which process it belongs to.
     for (const QWidget *window : QApplication::topLevelWidgets()) {
         if (qobject_cast<const QDialog *>(window))
-            waitUntilGone(services().windows->numberOf(window));
+            waitUntilGone(services().ownWindows->numberOf(window));
     }
 }

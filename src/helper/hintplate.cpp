@@ -207,11 +207,11 @@ QSize HintPlate::fitted()
 
 void HintPlate::showAt(QPoint corner)
 {
-    WindowServer &server = *services().windows;
+    OwnWindows &own = *services().ownWindows;
     if (isVisible()) {
-        server.moveWindow(this, corner);
+        own.moveWindow(this, corner);
     } else {
-        server.coverArea(this, {corner, fitted()});
+        own.coverArea(this, {corner, fitted()});
         show();
     }
     m_corner = corner;
@@ -219,7 +219,7 @@ void HintPlate::showAt(QPoint corner)
 
 void HintPlate::showBeside(const QRect &area)
 {
-    showAt(place(fitted(), area, services().windows->screens()));
+    showAt(place(fitted(), area, services().screens->areas()));
 }
 
 bool HintPlate::goesAlong(const QRect &area, const QList<QRect> &screens)
@@ -236,7 +236,7 @@ bool HintPlate::goesAlong(const QRect &area, const QList<QRect> &screens)
 
 void HintPlate::showOutside(const QRect &area, const QRect &window, bool mayCover)
 {
-    const QList<QRect> screens = services().windows->screens();
+    const QList<QRect> screens = services().screens->areas();
     if (goesAlong(area, screens))
         return;
     const auto isShown = [&](Form form, const auto &placed) {
@@ -339,7 +339,7 @@ void HintPlate::paintEvent(QPaintEvent * /*event*/)
     painter.setPen(Palette::darkEdge);
     painter.setBrush(Palette::dark);
     // Round corners need a translucent window.
-    const bool isRound = parentWidget() || services().windows->isComposited();
+    const bool isRound = parentWidget() || services().ownWindows->isComposited();
     painter.setRenderHint(QPainter::Antialiasing, isRound);
     const qreal radius = isRound ? s_radius : 0;
     const qreal half = isRound ? 0.5 : 0;

@@ -9,7 +9,7 @@ namespace {
 
 constexpr int s_lookInterval = 40;  // ms
 
-QImage windowPicture(int number) { return services().windows->picture(std::nullopt, {number}); }
+QImage windowPicture(int number) { return services().pictures->ofWindows(std::nullopt, {number}); }
 
 }  // namespace
 
@@ -45,20 +45,20 @@ void MenuCapture::lookSoon()
 
 void MenuCapture::look()
 {
-    WindowServer &server = *services().windows;
-    QList<WindowServer::Entry> windows = server.windows(WindowServer::List::OnScreen, 0);
+    QList<WindowCatalogue::Entry> windows =
+        services().windows->windows(WindowCatalogue::List::OnScreen, 0);
     if (m_ring) {
-        const int ring = server.numberOf(m_ring.get());
+        const int ring = services().ownWindows->numberOf(m_ring.get());
         windows.removeIf([ring](const auto &window) { return window.number == ring; });
     }
     // An undeclared window that fills a screen is probably a screen lock and not a menu.
-    const QList<QRect> screens = server.screens();
-    for (WindowServer::Entry &window : windows) {
+    const QList<QRect> screens = services().screens->areas();
+    for (WindowCatalogue::Entry &window : windows) {
         if (std::any_of(screens.begin(), screens.end(),
                         [&window](const QRect &screen) { return window.bounds.contains(screen); }))
-            window.kind = WindowServer::Kind::Other;
+            window.kind = WindowCatalogue::Kind::Other;
     }
-    const QPoint pointer = server.pointer();
+    const QPoint pointer = services().hands->pointer();
     switch (m_watch.look(windows, pointer, services().clock->now())) {
     case MenuWatch::State::Waiting:
         m_ring.reset();

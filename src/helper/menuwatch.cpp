@@ -12,10 +12,10 @@ constexpr int s_restTolerance = 3;     // movement of a resting hand, in pixels
 
 }  // namespace
 
-MenuWatch::State MenuWatch::look(const QList<WindowServer::Entry> &windows, QPoint pointer,
+MenuWatch::State MenuWatch::look(const QList<WindowCatalogue::Entry> &windows, QPoint pointer,
                                  qint64 time)
 {
-    using Kind = WindowServer::Kind;
+    using Kind = WindowCatalogue::Kind;
     if (!m_begun) {
         m_begun = true;
         m_idleSince = time;
@@ -24,7 +24,7 @@ MenuWatch::State MenuWatch::look(const QList<WindowServer::Entry> &windows, QPoi
                 m_before.insert(window.number);
         }
     }
-    const auto isMenu = [this](const WindowServer::Entry &window) {
+    const auto isMenu = [this](const WindowCatalogue::Entry &window) {
         return window.kind == Kind::Menu ||
                (window.kind == Kind::Unnamed && !m_before.contains(window.number));
     };
@@ -37,7 +37,7 @@ MenuWatch::State MenuWatch::look(const QList<WindowServer::Entry> &windows, QPoi
     else if (time - m_idleSince >= s_idleLimit)
         return State::TimedOut;
 
-    QList<WindowServer::Entry> menus;
+    QList<WindowCatalogue::Entry> menus;
     if (onMenu) {
         std::copy_if(windows.begin(), windows.end(), std::back_inserter(menus),
                      [&](const auto &window) {
@@ -63,11 +63,11 @@ MenuWatch::State MenuWatch::look(const QList<WindowServer::Entry> &windows, QPoi
     return m_rest < 1 ? State::Resting : State::Ready;
 }
 
-QImage pictureOfMenus(const QList<WindowServer::Entry> &menus,
+QImage pictureOfMenus(const QList<WindowCatalogue::Entry> &menus,
                       const std::function<QImage(int)> &pictureOf)
 {
     QRect bounds;
-    for (const WindowServer::Entry &menu : menus)
+    for (const WindowCatalogue::Entry &menu : menus)
         bounds |= menu.bounds.toRect();
     if (bounds.isEmpty())
         return {};

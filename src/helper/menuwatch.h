@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/windowserver.h"
+#include "platform/windowcatalogue.h"
 
 #include <QImage>
 #include <QList>
@@ -25,17 +25,17 @@ public:
     /// `windows` are those on the screen, front to back, at `time`, which is in milliseconds and
     /// never decreases. The first call records the windows that were open before; of these only
     /// declared menus count.
-    State look(const QList<WindowServer::Entry> &windows, QPoint pointer, qint64 time);
+    State look(const QList<WindowCatalogue::Entry> &windows, QPoint pointer, qint64 time);
 
     /// The elapsed part of the required rest, 0 to 1.
     double rest() const { return m_rest; }
     /// The open menus of the program under the pointer, front to back.
-    const QList<WindowServer::Entry> &menus() const { return m_menus; }
+    const QList<WindowCatalogue::Entry> &menus() const { return m_menus; }
 
 private:
     bool m_begun = false;
     QSet<int> m_before;  // undeclared windows that were open when the watch began
-    QList<WindowServer::Entry> m_menus;
+    QList<WindowCatalogue::Entry> m_menus;
     QPoint m_pointer;
     qint64 m_restSince = -1;
     qint64 m_idleSince = 0;
@@ -44,5 +44,5 @@ private:
 
 /// Composes the menus at their positions on a transparent background. `pictureOf` returns the
 /// picture of the window with a number. Null if no menu has a picture.
-QImage pictureOfMenus(const QList<WindowServer::Entry> &menus,
+QImage pictureOfMenus(const QList<WindowCatalogue::Entry> &menus,
                       const std::function<QImage(int)> &pictureOf);

@@ -95,9 +95,9 @@ QImage turnedOver(const QImage &picture)
 
 ScrolledWindow::ScrolledWindow(int number, QPoint anchor)
     : m_clock(*services().clock), m_number(number),
-      m_changes(services().windows->watchChanges(number)), m_rest(s_rest)
+      m_changes(services().pictures->watchChanges(number)), m_rest(s_rest)
 {
-    for (const auto &window : services().windows->windows(WindowServer::List::OnScreen, 0)) {
+    for (const auto &window : services().windows->windows(WindowCatalogue::List::OnScreen, 0)) {
         if (window.number != m_number)
             continue;
         m_bounds = window.bounds.toRect();
@@ -138,7 +138,7 @@ bool ScrolledWindow::pause()
 
 bool ScrolledWindow::look()
 {
-    const QImage now = services().windows->picture(std::nullopt, {m_number});
+    const QImage now = services().pictures->ofWindows(std::nullopt, {m_number});
     if (now.isNull())
         endWith(tr("The window left the screen"));
     else if (now.size() != m_bounds.size())
@@ -160,7 +160,7 @@ QRect ScrolledWindow::inside() const { return m_view.rect().marginsRemoved(m_fra
 // wheel wherever it is turned.
 ScrolledWindow::Reach ScrolledWindow::reach()
 {
-    const auto windows = services().windows->windows(WindowServer::List::AtAndAbove, m_number);
+    const auto windows = services().windows->windows(WindowCatalogue::List::AtAndAbove, m_number);
     if (windows.isEmpty())
         return Reach::Gone;
     m_bounds.moveTopLeft(windows.last().bounds.toRect().topLeft());
@@ -172,7 +172,7 @@ ScrolledWindow::Reach ScrolledWindow::reach()
         if (window.number == m_number || window.process == ownProcess())
             continue;
         const bool isMenu =
-            window.kind == WindowServer::Kind::Menu && window.process == process && process != 0;
+            window.kind == WindowCatalogue::Kind::Menu && window.process == process && process != 0;
         if (!isMenu && !window.bounds.contains(at))
             continue;
         const QString name = window.name.isEmpty() ? window.owner : window.name;
@@ -214,7 +214,7 @@ bool ScrolledWindow::waitUntilReachable()
 
 std::optional<QRect> ScrolledWindow::boundsNow() const
 {
-    for (const auto &window : services().windows->windows(WindowServer::List::All, 0)) {
+    for (const auto &window : services().windows->windows(WindowCatalogue::List::All, 0)) {
         if (window.number == m_number)
             return window.bounds.toRect();
     }
@@ -253,7 +253,7 @@ bool ScrolledWindow::waitForFreeHand()
 {
     const Stop stop = m_stop;
     Stopwatch clock(m_clock);
-    for (bool isTold = false; services().windows->isHandBusy();) {
+    for (bool isTold = false; services().hands->isHandBusy();) {
         if (!isTold && clock.elapsed() >= s_handPatience) {
             emit told(tr("Let go of all keys and buttons"));
             isTold = true;
@@ -264,15 +264,15 @@ bool ScrolledWindow::waitForFreeHand()
     return true;
 }
 
-bool ScrolledWindow::turnWheel(int clicks)
+void ScrolledWindow::turnWheel(int clicks)
 {
-    using Wheel = WindowServer::Wheel;
-    WindowServer &server = *services().windows;
+    using Wheel = Hands::Wheel;
+    Hands &hands = *services().hands;
     const Wheel across = m_shifted ? Wheel::DownWithShift : Wheel::Right;
     m_turnedAt = m_bounds.topLeft() + m_anchor;
-    m_pointerWas = server.pointer();
+    m_pointerWas = hands.pointer();
     m_isPointerAway = true;
-    return server.turnWheel(m_turnedAt, clicks, m_axis == Axis::Down ? Wheel::Down : across);
+    hands.turnWheel(m_turnedAt, clicks, m_axis == Axis::Down ? Wheel::Down : across);
 }
 
 // Moves the pointer back, unless the user has moved it meanwhile. Waits until rows that were
@@ -280,9 +280,9 @@ bool ScrolledWindow::turnWheel(int clicks)
 void ScrolledWindow::returnPointer()
 {
     if (!std::exchange(m_isPointerAway, false) || m_pointerWas == m_turnedAt ||
-        services().windows->pointer() != m_turnedAt)
+        services().hands->pointer() != m_turnedAt)
         return;
-    services().windows->movePointer(m_pointerWas);
+    services().hands->movePointer(m_pointerWas);
     if (m_darkTurns >= s_darkTurns)
         return;
     const QImage before = content();
@@ -339,10 +339,11 @@ bool ScrolledWindow::beginTurn(int clicks)
 {
     if (!waitForFreeHand() || !isReachable())
         return false;
-    if (!turnWheel(clicks)) {
-        endWith(tr("This desktop lets no program turn the wheel"));
+    if (const QString lack = services().abilities.lackOf(Ability::OtherWheels); !lack.isEmpty()) {
+        endWith(lack);
         return false;
     }
+    turnWheel(clicks);
     m_unanswered += clicks;
     return true;
 }
@@ -403,7 +404,7 @@ bool ScrolledWindow::isUnderPointer(const QImage &before, const QImage &after) c
         return false;
     const size_t bytes = sizeof(QRgb) * static_cast<size_t>(after.width());
     const int anchor = m_anchor.y() - m_crop.top();
-    const int pointer = services().windows->pointer().y() - m_bounds.top() - m_crop.top();
+    const int pointer = services().hands->pointer().y() - m_bounds.top() - m_crop.top();
     for (int y = 0; y < after.height(); ++y) {
         if (std::abs(y - anchor) > s_litRow && std::abs(y - pointer) > s_litRow &&
             std::memcmp(before.constScanLine(y), after.constScanLine(y), bytes) != 0)
@@ -417,7 +418,7 @@ bool ScrolledWindow::isUnderPointer(const QImage &before, const QImage &after) c
 // late wheel event would roll up the window.
 void ScrolledWindow::parkPointer(const QRect &content)
 {
-    const QPoint at = services().windows->pointer() - m_bounds.topLeft();
+    const QPoint at = services().hands->pointer() - m_bounds.topLeft();
     const QRect window = inside();
     if (m_isParked || !content.contains(at))
         return;
@@ -433,13 +434,13 @@ void ScrolledWindow::parkPointer(const QRect &content)
         m_pointerBefore = at + m_bounds.topLeft();
         m_parkedAt = place + m_bounds.topLeft();
         m_isParked = true;
-        services().windows->movePointer(m_parkedAt);
+        services().hands->movePointer(m_parkedAt);
         return;
     }
 }
 
 void ScrolledWindow::unparkPointer()
 {
-    if (std::exchange(m_isParked, false) && services().windows->pointer() == m_parkedAt)
-        services().windows->movePointer(m_pointerBefore);
+    if (std::exchange(m_isParked, false) && services().hands->pointer() == m_parkedAt)
+        services().hands->movePointer(m_pointerBefore);
 }

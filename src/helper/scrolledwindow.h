@@ -123,7 +123,7 @@ private:
     std::optional<QRect> boundsNow() const;
     Reach reach();
     bool waitForFreeHand();
-    bool turnWheel(int clicks);
+    void turnWheel(int clicks);
     void returnPointer();
     void waitUnheard();
     bool beginTurn(int clicks);

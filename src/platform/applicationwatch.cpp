@@ -68,6 +68,6 @@ void SetAppActiveChangeCallback(long (*callback)(bool)) { g_activecallback = cal
 
 void SetPreAppActive() { services().watch->activate(g_PrePSN); }
 
-void SetWindowNoShadown(QWidget *widget) { services().windows->dropShadow(widget); }
+void SetWindowNoShadown(QWidget *widget) { services().ownWindows->dropShadow(widget); }
 
-int GetWindowId(QWidget *widget) { return services().windows->numberOf(widget); }
+int GetWindowId(QWidget *widget) { return services().ownWindows->numberOf(widget); }

@@ -20,6 +20,7 @@ public:
     /// Reports the present state as the first activation, and then every change, from the event
     /// loop.
     virtual void start(Handlers handlers) = 0;
+    /// Nothing is reported any more.
     virtual void stop() = 0;
 
     /// The window that is active now, for a later activate(); 0 if there is none.

@@ -18,7 +18,7 @@ QRect desktopBox()
     int top = 0;
     int right = 0;
     int bottom = 0;
-    for (const QRect &screen : services().windows->screens()) {
+    for (const QRect &screen : services().screens->areas()) {
         left = std::min(left, screen.x());
         top = std::min(top, screen.y());
         right = std::max(right, screen.x() + screen.width());
@@ -47,26 +47,25 @@ QRect fittedToDesktop(QRect area)
 
 QPixmap desktopPicture(const QRect &area)
 {
-    return QPixmap::fromImage(services().windows->screenPicture(fittedToDesktop(area)));
+    return QPixmap::fromImage(services().pictures->ofDesktop(fittedToDesktop(area)));
 }
 
 QImage pictureBehind(const QRect &area, const QWidget &except)
 {
-    WindowServer &server = *services().windows;
-    QList<int> leftOut{server.numberOf(&except)};
+    OwnWindows &own = *services().ownWindows;
+    QList<int> leftOut{own.numberOf(&except)};
     for (const QObject *child : except.children()) {
         const auto *window = qobject_cast<const QWidget *>(child);
         if (window && window->isWindow())
-            leftOut.append(server.numberOf(window));
+            leftOut.append(own.numberOf(window));
     }
-    return server.pictureWithout(area, leftOut);
+    return services().pictures->withoutWindows(area, leftOut);
 }
 
 void waitUntilGone(int number)
 {
-    WindowServer &server = *services().windows;
     waitUntil(*services().clock, s_goneLimit, [&] {
-        const auto windows = server.windows(WindowServer::List::OnScreen, 0);
+        const auto windows = services().windows->windows(WindowCatalogue::List::OnScreen, 0);
         return std::none_of(windows.begin(), windows.end(),
                             [number](const auto &entry) { return entry.number == number; });
     });

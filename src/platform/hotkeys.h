@@ -15,6 +15,7 @@ public:
     /// Registers a combination. `letter` is a capital letter from A to Z. A combination that
     /// another program has registered never fires, without an error.
     virtual void add(int number, char letter) = 0;
+    /// Does nothing for a number that has no combination.
     virtual void remove(int number) = 0;
 };
 

@@ -16,13 +16,13 @@ constexpr int s_dockPictureLayer = 19;
 
 QPixmap MenuBarDesktop::menuBarPicture()
 {
-    WindowServer &server = *services().windows;
-    if (!server.hasMenuBar())
+    WindowCatalogue &catalogue = *services().windows;
+    if (!catalogue.hasMenuBar())
         return {};
     // The bar lives as long as the session: it is looked for once.
     static int s_menuBar = 0;
     if (s_menuBar == 0) {
-        const auto list = server.windows(WindowServer::List::OnScreen, 0);
+        const auto list = catalogue.windows(WindowCatalogue::List::OnScreen, 0);
         const auto found =
             std::find_if(list.begin() + std::min<qsizetype>(1, list.size()), list.end(),
                          [](const auto &entry) { return entry.layer == s_barLayer; });
@@ -30,8 +30,8 @@ QPixmap MenuBarDesktop::menuBarPicture()
             s_menuBar = found->number;
     }
     const auto which =
-        s_menuBar > 0 ? WindowServer::List::AtAndAbove : WindowServer::List::OnScreen;
-    const auto list = server.windows(which, s_menuBar);
+        s_menuBar > 0 ? WindowCatalogue::List::AtAndAbove : WindowCatalogue::List::OnScreen;
+    const auto list = catalogue.windows(which, s_menuBar);
     return list.isEmpty() ? QPixmap() : desktopPicture(list.last().bounds.toRect());
 }
 

@@ -7,7 +7,7 @@
 /// What holds only on a desktop with a menu bar of its own along the top of the screen, which
 /// changes with the program in front, or with a dock whose window says nothing of where it is
 /// drawn. Such a desktop's window list tells both by their layers. None of those that the program
-/// knows today is one: WindowServer::hasMenuBar() is false, and no window has these layers.
+/// knows today is one: WindowCatalogue::hasMenuBar() is false, and no window has these layers.
 namespace MenuBarDesktop {
 
 /// The picture of the menu bar, to cover it up while this program is active; null where there is

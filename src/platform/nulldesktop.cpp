@@ -2,6 +2,7 @@
 
 #include "platform/services.h"
 
+#include <QCoreApplication>
 #include <QCursor>
 #include <QGuiApplication>
 #include <QScreen>
@@ -12,29 +13,64 @@
 
 namespace {
 
-class NullWindowServer : public WindowServer
+class NullScreens : public Screens
 {
 public:
-    QList<Entry> windows(List, int) override { return {}; }
-    QImage screenPicture(const QRect &) override { return {}; }
-    QImage picture(std::optional<QRectF>, const QList<int> &) override { return {}; }
-    QImage pictureWithout(const QRect &, const QList<int> &) override { return {}; }
-    QList<QRect> screens() override
+    QList<Screen> all() override
     {
-        QList<QRect> result;
+        QList<Screen> result;
         for (const QScreen *screen : QGuiApplication::screens()) {
             const QRect logical = screen->geometry();
-            result.append(QRect(logical.topLeft(), logical.size() * screen->devicePixelRatio()));
+            const qreal scale = screen->devicePixelRatio();
+            result.append({.area = {logical.topLeft(), logical.size() * scale},
+                           .scale = scale,
+                           .name = screen->name()});
         }
         return result;
     }
-    QPoint pointer() override { return QCursor::pos(); }
-    void movePointer(QPoint to) override { QCursor::setPos(to); }
-    bool isHandBusy() override { return false; }
-    bool turnWheel(QPoint, int, Wheel) override { return false; }
+};
+
+class NullPictures : public Pictures
+{
+public:
+    void freeze(Freeze, Answer answer) override
+    {
+        m_question = std::make_unique<QObject>();
+        QTimer::singleShot(0, m_question.get(),
+                           [answer = std::move(answer)] { answer(false, {}); });
+    }
+    void thaw() override { m_question.reset(); }
+    bool isFrozen() const override { return false; }
+    QImage ofDesktop(const QRect &) override { return {}; }
+    QImage ofWindows(std::optional<QRectF>, const QList<int> &) override { return {}; }
+    QImage withoutWindows(const QRect &, const QList<int> &) override { return {}; }
     std::unique_ptr<ChangeWatch> watchChanges(int) override { return nullptr; }
+
+private:
+    std::unique_ptr<QObject> m_question{};
+};
+
+class NullWindowCatalogue : public WindowCatalogue
+{
+public:
+    QList<Entry> windows(List, int) override { return {}; }
+};
+
+class NullOwnWindows : public OwnWindows
+{
+public:
     bool isComposited() override { return false; }
     void setCompositingHandler(std::function<void()>) override {}
+    QList<PanePlace> panes() override
+    {
+        QList<PanePlace> result;
+        for (const QScreen *screen : QGuiApplication::screens()) {
+            const QRect logical = screen->geometry();
+            const qreal scale = screen->devicePixelRatio();
+            result.append({{logical.topLeft(), logical.size() * scale}, scale, logical.topLeft()});
+        }
+        return result;
+    }
     void coverArea(QWidget *window, const QRect &area) override
     {
         const qreal scale = window->devicePixelRatioF();
@@ -48,6 +84,15 @@ public:
     void setOnScreen(QWidget *, bool) override {}
     void dropShadow(QWidget *) override {}
     int numberOf(const QWidget *) override { return 0; }
+};
+
+class NullHands : public Hands
+{
+public:
+    QPoint pointer() override { return QCursor::pos(); }
+    void movePointer(QPoint to) override { QCursor::setPos(to); }
+    bool isHandBusy() override { return false; }
+    void turnWheel(QPoint, int, Wheel) override {}
 };
 
 class NullHotKeys : public HotKeys
@@ -108,11 +153,19 @@ private:
 
 bool createNullDesktop(Services &services)
 {
-    services.windows = std::make_unique<NullWindowServer>();
+    services.screens = std::make_unique<NullScreens>();
+    services.pictures = std::make_unique<NullPictures>();
+    services.windows = std::make_unique<NullWindowCatalogue>();
+    services.ownWindows = std::make_unique<NullOwnWindows>();
+    services.hands = std::make_unique<NullHands>();
     services.hotKeys = std::make_unique<NullHotKeys>();
     services.keys = std::make_unique<NullKeyWatch>();
     services.watch = std::make_unique<NullApplicationWatch>();
     services.accessibility = std::make_unique<NullAccessibility>();
     services.clock = std::make_unique<SystemClock>();
+    services.abilities.withhold(
+        everyAbility, QCoreApplication::translate(
+                          "Abilities", "Pictures of the screen can't be taken on this desktop. "
+                                       "Opening and editing pictures works here too."));
     return true;
 }

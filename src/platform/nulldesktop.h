@@ -2,6 +2,6 @@
 
 struct Services;
 
-/// Fills `services` with ones that show no windows, give no pictures and hear no keys. Always
-/// returns true.
+/// Fills `services` with ones that show no windows, give no pictures and hear no keys, and says so
+/// in their abilities. Always returns true.
 bool createNullDesktop(Services &services);

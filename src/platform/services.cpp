@@ -5,6 +5,8 @@
 #include "platform/xdg/autostart.h"
 #include "platform/xdg/busaccessibility.h"
 
+#include <QCoreApplication>
+
 #include <array>
 
 namespace {
@@ -32,12 +34,20 @@ Services createServices()
         if (create(result))
             break;
     }
-    result.abilities.pictures = !isWaylandSession();
+    if (isWaylandSession())
+        result.abilities.withhold(
+            everyAbility,
+            QCoreApplication::translate(
+                "Abilities", "Pictures of the screen can't be taken in a Wayland session yet. Log "
+                             "in to an X11 session for that; opening and editing pictures works "
+                             "here too."));
     result.loginItem = std::make_unique<Autostart>();
     result.clock = std::make_unique<SystemClock>();
     result.accessibility = std::make_unique<BusAccessibility>();
     return result;
 }
+
+QString accessibilityBusOfDesktop() { return accessibilityBusOfX11(); }
 
 Services &services() { return s_services; }
 

@@ -36,7 +36,7 @@ QRect screenGeometry(const QList<QRect> &screens, qsizetype number)
 
 int CocoaGrabWindows::GetWindowList(int onScreen, int relativeTo)
 {
-    using List = WindowServer::List;
+    using List = WindowCatalogue::List;
     const List which = relativeTo > 0 ? List::AtAndAbove : onScreen ? List::OnScreen : List::All;
     WindowInfo = services().windows->windows(which, relativeTo);
     Count = static_cast<int>(WindowInfo.size());
@@ -45,7 +45,7 @@ int CocoaGrabWindows::GetWindowList(int onScreen, int relativeTo)
 
 QImage CocoaGrabWindows::GrabWindow(int windowNumber)
 {
-    Image = services().windows->picture(std::nullopt, {windowNumber});
+    Image = services().pictures->ofWindows(std::nullopt, {windowNumber});
     return Image;
 }
 
@@ -74,7 +74,7 @@ QImage GrabWindow(int index, wchar_t *title, wchar_t *owner, int *windowNumber)
 {
     if (!isValid(index))
         return {};
-    const WindowServer::Entry entry = g_WindowList.WindowInfo[index];
+    const WindowCatalogue::Entry entry = g_WindowList.WindowInfo[index];
     copyName(entry.name, title);
     copyName(entry.owner, owner);
     if (windowNumber)
@@ -96,7 +96,7 @@ void getScreenSize(int &width, int &height)
 
 int getOneScreen(int x, int y, QRect &rect)
 {
-    const QList<QRect> screens = services().windows->screens();
+    const QList<QRect> screens = services().screens->areas();
     for (qsizetype number = 1; number <= screens.size(); ++number) {
         rect = screenGeometry(screens, number);
         if (rect.contains(x, y))
@@ -110,7 +110,7 @@ QImage GrabFullWindow(int x, int y, int width, int height, bool clip, QWidget *e
     const QRect asked(x, y, width, height);
     const QRect area = clip ? fittedToDesktop(asked) : asked;
     g_WindowList.GetWindowList(1, 0);
-    return except ? pictureBehind(area, *except) : services().windows->screenPicture(area);
+    return except ? pictureBehind(area, *except) : services().pictures->ofDesktop(area);
 }
 
 QPixmap screenWindow(int x, int y, int width, int height, bool clip, QWidget *except)

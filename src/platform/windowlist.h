@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/windowserver.h"
+#include "platform/windowcatalogue.h"
 
 #include <QImage>
 #include <QPixmap>
@@ -14,7 +14,7 @@ class QWidget;
 /// index is a position in `WindowInfo`, which is ordered front to back; a new snapshot invalidates
 /// all indices.
 struct CocoaGrabWindows {
-    QList<WindowServer::Entry> WindowInfo{};
+    QList<WindowCatalogue::Entry> WindowInfo{};
     QImage Image{};
     int Count = 0;
 

@@ -49,7 +49,7 @@ struct Question : QMessageBox {
     void setVisible(bool isVisible) override
     {
         if (!isVisible)
-            number = services().windows->numberOf(this);
+            number = services().ownWindows->numberOf(this);
         QMessageBox::setVisible(isVisible);
     }
     int number = 0;
@@ -219,21 +219,21 @@ void GWSnapWorkbenchWithdrawQuestion()
         question->reject();
 }
 
-bool GWSnapWorkbenchStartCapture()
+bool GWSnapWorkbenchStartCapture(const std::function<bool()> &begin)
 {
     ensureDelegate();
     const QByteArray folder = askedFolder();
-    if (folder.isNull() || GWSnapWorkbenchTestClientStatus(1) != 1)
+    if (folder.isNull() || GWSnapWorkbenchTestClientStatus(1) != 1 || (begin && !begin()))
         return false;
     GWSnapWorkbenchStartSessionCapture(folder.constData());
     return true;
 }
 
-bool GWSnapWorkbenchMenuCapture()
+bool GWSnapWorkbenchMenuCapture(const std::function<bool()> &begin)
 {
     ensureDelegate();
     const QByteArray folder = askedFolder();
-    if (folder.isNull() || GWSnapWorkbenchTestClientStatus(0) != 1)
+    if (folder.isNull() || GWSnapWorkbenchTestClientStatus(0) != 1 || (begin && !begin()))
         return false;
     GWSnapWorkbenchStartMenuItemCapture(folder.constData());
     return true;

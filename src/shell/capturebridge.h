@@ -2,6 +2,10 @@
 
 #include <QString>
 
+#include <functional>
+
+#include <functional>
+
 class MainWindow;
 class QDialog;
 
@@ -40,10 +44,11 @@ QDialog *GWSnapWorkbenchQuestion();
 /// Closes it unanswered: no grab starts, and another one asks again.
 void GWSnapWorkbenchWithdrawQuestion();
 
-/// Start a grab of a picked window or its scrolling content, which may ask first, and of an open
-/// menu. They return at once otherwise, and give true when the helper was told.
-bool GWSnapWorkbenchStartCapture();
-bool GWSnapWorkbenchMenuCapture();
+/// Start grabs of a picked window or its scrolling content, which may ask first, and of an open
+/// menu. They return at once otherwise, and give true when the helper was told. `begin`, if there
+/// is one, is called once nothing is left to ask, and can keep them from that.
+bool GWSnapWorkbenchStartCapture(const std::function<bool()> &begin = {});
+bool GWSnapWorkbenchMenuCapture(const std::function<bool()> &begin = {});
 
 void GWSnapWorkbenchStatusDoHide();
 void GWSnapWorkbenchStatusDoShow();

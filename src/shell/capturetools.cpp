@@ -92,12 +92,12 @@ bool CaptureTools::countDown(int seconds)
     panel.show();
     // Escape pressed once is meant for it only there; elsewhere the user's program gets it too.
     services().watch->bringToFront(&panel);
-    services().keys->listen({Qt::Key_Escape}, [this](Qt::Key) { emit escaped(); });
+    hearEscape(true);
     emit opened();
     constexpr int s_slack = 60;
     waitUntil(m_clock, (DialogCountDown::s_longest + s_slack) * 1000,
               [&] { return panel.getSecond() < 0; });
-    services().keys->stop();
+    hearEscape(false);
     m_countdown = nullptr;
     m_open.clear();
     return panel.getResult() == 1;
@@ -138,10 +138,10 @@ bool CaptureTools::mustAsk(GrabCommand command)
     return command == GrabCommand::Window && GWSnapWorkbenchMustAsk();
 }
 
-bool CaptureTools::startHelper(GrabCommand command)
+bool CaptureTools::startHelper(GrabCommand command, const std::function<bool()> &begin)
 {
-    return command == GrabCommand::Window ? GWSnapWorkbenchStartCapture()
-                                          : GWSnapWorkbenchMenuCapture();
+    return command == GrabCommand::Window ? GWSnapWorkbenchStartCapture(begin)
+                                          : GWSnapWorkbenchMenuCapture(begin);
 }
 
 void CaptureTools::stopMenuWait() { GWSnapWorkbenchStopMenuItemCapture(); }
@@ -150,6 +150,14 @@ void CaptureTools::dropHelper()
 {
     GWSnapWorkbenchStartMessageServer(nullptr);
     GWSnapWorkbenchStartMessageServer(GWCaptureStatusCallback);
+}
+
+void CaptureTools::hearEscape(bool hears)
+{
+    if (hears)
+        services().keys->listen({Qt::Key_Escape}, [this](Qt::Key) { emit escaped(); });
+    else
+        services().keys->stop();
 }
 
 // The pick's overlay is the helper's own.

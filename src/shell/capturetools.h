@@ -26,9 +26,10 @@ public:
     void restartCountDown(int seconds) override;
     std::optional<QList<Grab>> browse() override;
     bool mustAsk(GrabCommand command) override;
-    bool startHelper(GrabCommand command) override;
+    bool startHelper(GrabCommand command, const std::function<bool()> &begin) override;
     void stopMenuWait() override;
     void dropHelper() override;
+    void hearEscape(bool hears) override;
     void bringForward() override;
     void closeOpen() override;
 

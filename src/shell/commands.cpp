@@ -1,5 +1,8 @@
 #include "shell/commands.h"
 
+#include "editing/tools/tooltable.h"
+#include "platform/services.h"
+#include "shell/capturerefusal.h"
 #include "shell/grabflow.h"
 #include "shell/mainwindow.h"
 #include "shell/skin.h"
@@ -11,6 +14,7 @@
 
 #include <algorithm>
 #include <array>
+#include <vector>
 
 using namespace Qt::StringLiterals;
 
@@ -71,6 +75,7 @@ constexpr auto s_commands = std::to_array<Command>({
      .button = "BtnFrameRect",
      .hotKey = 1,
      .action = "capture-rectangle",
+     .needs = neededFor(GrabCommand::Rectangle),
      .run = press<GrabCommand::Rectangle>},
     {.menu = Menu::Capture,
      .caption = QT_TRANSLATE_NOOP("MainWindow", "Ellipse"),
@@ -79,6 +84,7 @@ constexpr auto s_commands = std::to_array<Command>({
      .button = "BtnFrameEllipse",
      .hotKey = 2,
      .action = "capture-ellipse",
+     .needs = neededFor(GrabCommand::Ellipse),
      .run = press<GrabCommand::Ellipse>},
     {.menu = Menu::Capture,
      .caption = QT_TRANSLATE_NOOP("MainWindow", "Arbitrary"),
@@ -87,6 +93,7 @@ constexpr auto s_commands = std::to_array<Command>({
      .button = "BtnFramePolygon",
      .hotKey = 3,
      .action = "capture-polygon",
+     .needs = neededFor(GrabCommand::Polygon),
      .run = press<GrabCommand::Polygon>},
     {.menu = Menu::Capture, .caption = "", .trayCaption = ""},
     {.menu = Menu::Capture,
@@ -96,6 +103,7 @@ constexpr auto s_commands = std::to_array<Command>({
      .button = "BtnSelectWindow",
      .hotKey = 5,
      .action = "capture-window",
+     .needs = neededFor(GrabCommand::Window),
      .run = press<GrabCommand::Window>},
     {.menu = Menu::Capture,
      .caption = QT_TRANSLATE_NOOP("MainWindow", "All Windows"),
@@ -104,22 +112,26 @@ constexpr auto s_commands = std::to_array<Command>({
      .button = "BtnAllWindows",
      .hotKey = 4,
      .action = "capture-windows",
+     .needs = neededFor(GrabCommand::Windows),
      .run = press<GrabCommand::Windows>},
     // The bar's item and the button count down; the tray has an item for either.
     {.menu = Menu::Capture,
      .caption = QT_TRANSLATE_NOOP("MainWindow", "Full Screen"),
      .keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+Alt+S"),
      .button = "BtnFullScreen",
+     .needs = neededFor(GrabCommand::Countdown),
      .run = press<GrabCommand::Countdown>},
     {.trayCaption = QT_TRANSLATE_NOOP("MainWindow", "Capture Full Screen"),
      .keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+Alt+S"),
      .hotKey = 6,
      .action = "capture-screen",
+     .needs = neededFor(GrabCommand::Screen),
      .run = press<GrabCommand::Screen>},
     {.trayCaption = QT_TRANSLATE_NOOP("MainWindow", "Capture Full Screen with Countdown Timer"),
      .keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+Alt+T"),
      .hotKey = 7,
      .action = "capture-screen-countdown",
+     .needs = neededFor(GrabCommand::Countdown),
      .run = press<GrabCommand::Countdown>},
     {.menu = Menu::Capture,
      .caption = QT_TRANSLATE_NOOP("MainWindow", "Menu"),
@@ -128,6 +140,7 @@ constexpr auto s_commands = std::to_array<Command>({
      .button = "BtnMenuCapture",
      .hotKey = 8,
      .action = "capture-menu",
+     .needs = neededFor(GrabCommand::Menu),
      .run = press<GrabCommand::Menu>},
     {.trayCaption = ""},
     // No key of the system reaches its number.
@@ -171,24 +184,6 @@ constexpr auto s_commands = std::to_array<Command>({
      .keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+C"),
      .button = "BtnCopy",
      .run = [](MainWindow &window) { window.CopyFile(); }},
-    {.keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+1"),
-     .button = "BtnDrawMove",
-     .run = [](MainWindow &window) { window.on_BtnDrawMove_clicked(); }},
-    {.keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+2"),
-     .button = "BtnDrawRect",
-     .run = [](MainWindow &window) { window.on_BtnDrawRect_clicked(); }},
-    {.keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+3"),
-     .button = "BtnDrawEllipse",
-     .run = [](MainWindow &window) { window.on_BtnDrawEllipse_clicked(); }},
-    {.keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+4"),
-     .button = "BtnDrawArrow",
-     .run = [](MainWindow &window) { window.on_BtnDrawArrow_clicked(); }},
-    {.keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+5"),
-     .button = "BtnDrawPoly",
-     .run = [](MainWindow &window) { window.on_BtnDrawPoly_clicked(); }},
-    {.keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+6"),
-     .button = "BtnDrawText",
-     .run = [](MainWindow &window) { window.on_BtnDrawText_clicked(); }},
     {.keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+="),
      .button = "BtnZoomIn",
      .run = [](MainWindow &window) { window.on_BtnZoomIn_clicked(); }},
@@ -212,10 +207,30 @@ constexpr auto s_commands = std::to_array<Command>({
      .run = [](MainWindow &window) { window.on_BtnMax_clicked(); }},
 });
 
+// The rows above, and one for each tool.
+const std::vector<Command> &commands()
+{
+    static const std::vector<Command> s_all = [] {
+        std::vector<Command> all(s_commands.begin(), s_commands.end());
+        for (const Tool *tool : allTools())
+            all.push_back({.keys = tool->keys, .button = tool->button, .tool = tool});
+        return all;
+    }();
+    return s_all;
+}
+
 template<typename Condition> const Command *commandWhere(Condition condition)
 {
-    const auto *const found = std::find_if(s_commands.begin(), s_commands.end(), condition);
-    return found == s_commands.end() ? nullptr : found;
+    const auto found = std::find_if(commands().begin(), commands().end(), condition);
+    return found == commands().end() ? nullptr : &*found;
+}
+
+// Why the desktop can't carry it out; null where it can. As rich text a hint is as narrow as
+// others.
+QString lackFor(const Command &command)
+{
+    const QString lack = services().abilities.lackOf(command.needs);
+    return lack.isEmpty() ? QString() : u"<p>%1</p>"_s.arg(lack.toHtmlEscaped());
 }
 
 bool isText(const char *text) { return text && *text; }
@@ -228,6 +243,11 @@ QAction *addItem(QMenu &menu, const char *caption, const Command &command)
         return menu.addSeparator();
     QAction *action = menu.addAction(MainWindow::tr(caption));
     action->setShortcut(keysOf(command));
+    if (const QString lack = lackFor(command); !lack.isEmpty()) {
+        action->setEnabled(false);
+        action->setToolTip(lack);
+        menu.setToolTipsVisible(true);
+    }
     return action;
 }
 
@@ -237,13 +257,23 @@ bool isCaptioned(const char *caption, const QString &text)
     return isText(caption) && MainWindow::tr(caption) == text;
 }
 
-// Those that no item of a menu hears.
+// Those that no item of a menu hears. A greyed item hears nothing, but who presses its keys is told
+// why nothing comes of it.
 bool isHeardByWindow(const Command &command)
 {
-    return command.keys && command.button && (!command.caption || command.isAlwaysHeard);
+    return command.keys && command.button &&
+           (!command.caption || command.isAlwaysHeard || !lackFor(command).isEmpty());
 }
 
 }  // namespace
+
+void runCommand(const Command &command, MainWindow &window)
+{
+    if (command.tool)
+        window.chooseTool(command.tool->state);
+    else
+        command.run(window);
+}
 
 const Command *commandNamed(const QString &name)
 {
@@ -277,7 +307,7 @@ QKeySequence keysOf(const Command &command)
 
 void fillMenu(QMenu &menu, Command::Menu which, MainWindow &window)
 {
-    for (const Command &command : s_commands) {
+    for (const Command &command : commands()) {
         QAction *action = command.menu == which ? addItem(menu, command.caption, command) : nullptr;
         if (!action || !command.run || which == Menu::Capture)
             continue;
@@ -286,22 +316,22 @@ void fillMenu(QMenu &menu, Command::Menu which, MainWindow &window)
         if (command.isAlwaysHeard)
             action->setShortcutContext(Qt::WidgetShortcut);
         QObject::connect(action, &QAction::triggered, &window,
-                         [&window, &command] { command.run(window); });
+                         [&window, &command] { runCommand(command, window); });
     }
 }
 
 void fillTrayMenu(QMenu &menu)
 {
-    for (const Command &command : s_commands)
+    for (const Command &command : commands())
         addItem(menu, command.trayCaption, command);
 }
 
 void connectCommands(MainWindow &window)
 {
-    for (const Command &command : s_commands) {
+    for (const Command &command : commands()) {
         if (!command.button)
             continue;
-        const auto run = [&window, &command] { command.run(window); };
+        const auto run = [&window, &command] { runCommand(command, window); };
         // Not the button's own keys: a button that is clicked by its keys shows that for a while
         // first, and the next keys would overtake it.
         if (isHeardByWindow(command))
@@ -309,7 +339,14 @@ void connectCommands(MainWindow &window)
         auto *button = window.findChild<QPushButton *>(QLatin1StringView(command.button));
         QObject::connect(button, &QPushButton::clicked, &window, run);
         button->installEventFilter(&window);
+        if (const QString lack = lackFor(command); !lack.isEmpty()) {
+            button->setEnabled(false);
+            button->setToolTip(lack);
+            continue;
+        }
         QString hint = window.skin().hint(button->objectName());
+        if (hint.isEmpty() && command.tool)
+            hint = MainWindow::tr(command.tool->name);
         if (const QKeySequence keys = keysOf(command); !hint.isEmpty() && !keys.isEmpty())
             hint += u"  "_s + keys.toString(QKeySequence::NativeText);
         button->setToolTip(hint);
@@ -329,12 +366,12 @@ ApplicationBus::Handlers busCommands()
         g_MainWindow->openPictures(paths);
         g_MainWindow->comeForward();
     };
-    for (const Command &command : s_commands) {
+    for (const Command &command : commands()) {
         if (!command.action)
             continue;
         handlers.actions.insert(QString::fromLatin1(command.action), [&command] {
             if (g_MainWindow)
-                command.run(*g_MainWindow);
+                runCommand(command, *g_MainWindow);
         });
     }
     return handlers;

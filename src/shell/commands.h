@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/abilities.h"
 #include "platform/xdg/applicationbus.h"
 
 #include <QKeySequence>
@@ -7,6 +8,7 @@
 
 class MainWindow;
 class QMenu;
+struct Tool;
 
 /// One thing that the user can order. A row says how it is called in the menus, which keys, hot
 /// key, bus action and button lead to it, and what it does. Texts are English; tr() of MainWindow
@@ -28,8 +30,12 @@ struct Command {
     int hotKey = 0;                ///< number of the system-wide hot key; 0: none
     const char *action = nullptr;  ///< on the session bus; a name that was given out stays
     Item item = Plain;
+    AbilitySet needs{};  ///< of the desktop; without it the command is greyed, and says why
     void (*run)(MainWindow &) = nullptr;
+    const Tool *tool = nullptr;  ///< the one that it chooses, instead of running something
 };
+
+void runCommand(const Command &command, MainWindow &window);
 
 /// The first one whose name, in English, that is; null for none.
 const Command *commandNamed(const QString &name);

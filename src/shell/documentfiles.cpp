@@ -149,11 +149,11 @@ bool DocumentFiles::write(int number, const QString &path)
     // The editor has the shapes of the current document; the others have their own.
     if (&document == m_work.documents().currentDocument())
         m_work.parkHistory(document);
-    const EditHistory shapes = document.m_VecUnDo;
+    const EditHistory history = document.m_VecUnDo;
     if (!document.hasPicture()) {
         const QString failure =
             document.m_Failure.isEmpty() ? tr("There is no picture.") : document.m_Failure;
-        return written(number, path, shapes, {.failure = failure});
+        return written(number, path, history, {.failure = failure});
     }
     struct Outcome {
         PictureWrite result{};
@@ -162,17 +162,17 @@ bool DocumentFiles::write(int number, const QString &path)
     const auto outcome = std::make_shared<Outcome>();
     const auto job = m_work.jobs().start(
         PictureJobs::Kind::Write, number, tr("Saving \"%1\"...").arg(QFileInfo(path).fileName()),
-        [picture = document.pictureLater(), shapes, path, outcome](PictureProgress &progress) {
-            outcome->result = writePicture(picture(), shapes, path, {}, -1, progress);
+        [picture = document.pictureLater(), history, path, outcome](PictureProgress &progress) {
+            outcome->result = writePicture(picture(), history, path, {}, -1, progress);
         },
         // At once: whoever else waits for this save goes on before its own caller does.
-        [this, number, path, shapes, outcome] {
-            outcome->isSaved = written(number, path, shapes, outcome->result);
+        [this, number, path, history, outcome] {
+            outcome->isSaved = written(number, path, history, outcome->result);
         });
     return PictureJobs::waitFor(job) && outcome->isSaved;
 }
 
-bool DocumentFiles::written(int number, const QString &path, const EditHistory &shapes,
+bool DocumentFiles::written(int number, const QString &path, const EditHistory &history,
                             const PictureWrite &result)
 {
     // While the worker wrote, the user went on with the document, and may have closed others.
@@ -190,7 +190,7 @@ bool DocumentFiles::written(int number, const QString &path, const EditHistory &
         m_work.parkHistory(*document);
     document->m_File = result.file;
     document->m_FileName = path;
-    document->m_Modified = document->m_VecUnDo != shapes;
+    document->m_Modified = document->m_VecUnDo != history;
     document->SetIsNotNewFile();
     m_notices.withdraw(std::exchange(document->m_Notice, {}));
     m_work.saved(number);

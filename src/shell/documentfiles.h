@@ -1,7 +1,7 @@
 #pragma once
 
+#include "editing/history.h"
 #include "editing/picturefile.h"
-#include "editing/shapes.h"
 #include "shell/noticebar.h"
 
 #include <QObject>
@@ -44,7 +44,7 @@ signals:
 private:
     int chosen(int index) const;
     bool write(int number, const QString &path);
-    bool written(int number, const QString &path, const EditHistory &shapes,
+    bool written(int number, const QString &path, const EditHistory &history,
                  const PictureWrite &result);
     /// Tells what has become of a document's file, in place of what was told of it before, and
     /// offers to save it elsewhere.

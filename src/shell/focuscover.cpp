@@ -69,7 +69,7 @@ FocusCover::FocusCover()
                   "QGraphicsView{background-color: rgba(96,96,255,0%);}"_s);
     setWindowFlags(Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
     setGeometry({});
-    services().windows->keepOutOfTaskBar(this);
+    services().ownWindows->keepOutOfTaskBar(this);
     g_widgetExcept = this;
 }
 

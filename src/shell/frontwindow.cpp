@@ -26,9 +26,9 @@ void unminimize(QWidget &window)
 // The application that was in front before a grab, and the title of its window.
 std::pair<QString, QString> frontBefore(const Grab &grab)
 {
-    const auto entries = services().windows->windows(WindowServer::List::OnScreen, 0);
+    const auto entries = services().windows->windows(WindowCatalogue::List::OnScreen, 0);
     const auto found =
-        std::find_if(entries.begin(), entries.end(), [&](const WindowServer::Entry &entry) {
+        std::find_if(entries.begin(), entries.end(), [&](const WindowCatalogue::Entry &entry) {
             return grab.process != 0 && entry.process == grab.process && entry.layer == 0;
         });
     return found == entries.end() ? std::pair<QString, QString>()
@@ -43,13 +43,14 @@ GrabSituation FrontWindow::situation()
     return {.isActive = isActive,
             .active = isActive ? QApplication::activeWindow() : nullptr,
             .isMinimized = m_window.isMinimized(),
-            .isComposited = services().windows->isComposited(),
+            .isComposited = services().ownWindows->isComposited(),
             .hideBefore = Preferences::hidesBefore(),
             .showAfter = Preferences::showsAfter(),
             .process = services().watch->frontProcess(),
-            .countdown = Preferences::countdown(),
-            .refusal = captureRefusal()};
+            .countdown = Preferences::countdown()};
 }
+
+QString FrontWindow::refusal(GrabCommand command) { return captureRefusal(command); }
 
 void FrontWindow::place(Place place)
 {
@@ -77,7 +78,7 @@ void FrontWindow::hideAll(bool hide)
             unminimize(m_window);
         for (const QPointer<QWidget> &dialog : std::exchange(m_hiddenDialogs, {})) {
             if (dialog && dialog->isVisible())
-                services().windows->setOnScreen(dialog, true);
+                services().ownWindows->setOnScreen(dialog, true);
         }
         return;
     }
@@ -86,7 +87,7 @@ void FrontWindow::hideAll(bool hide)
         if (!isDialog || !window->isVisible())
             continue;
         m_hiddenDialogs.append(window);
-        services().windows->setOnScreen(window, false);
+        services().ownWindows->setOnScreen(window, false);
     }
     m_isMinimizedForHelper = !m_window.isMinimized();
     if (m_isMinimizedForHelper)

@@ -16,6 +16,7 @@ public:
     FrontWindow(MainWindow &window, Clock &clock) : m_window(window), m_front(clock) {}
 
     GrabSituation situation() override;
+    QString refusal(GrabCommand command) override;
     void place(Place place) override;
     void hideAll(bool hide) override;
     void close() override;

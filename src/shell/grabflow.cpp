@@ -3,13 +3,18 @@
 #include "base/clock.h"
 #include "base/log.h"
 #include "capture/grab.h"
+#include "platform/pictures.h"
+
+#include <QCoreApplication>
 
 #include <array>
 #include <utility>
 
 namespace {
 
-constexpr int s_escapePair = 1000;  // ms
+// Milliseconds.
+constexpr int s_escapePair = 1000;
+constexpr int s_freezeLimit = 180000;  // the desktop may ask the user first
 
 constexpr auto s_nothing = GrabStep::Nothing;
 constexpr auto s_start = GrabStep::Start;
@@ -33,7 +38,7 @@ using Row = std::array<GrabStep, GrabEventCount>;
 constexpr std::array<Row, GrabStateCount> s_table{{
     //               Press      Escape     Opens      Works      Scrolls    PutsBack   Ends       Quit     DisplayLost
     /* Idle      */ {s_start,   s_nothing, s_nothing, s_nothing, s_nothing, s_nothing, s_nothing, s_close, s_nothing},
-    /* Freezing  */ {s_bring,   s_giveUp,  s_follow,  s_hide,    s_nothing, s_nothing, s_finish,  s_leave, s_nothing},
+    /* Freezing  */ {s_bring,   s_giveUp,  s_follow,  s_hide,    s_nothing, s_nothing, s_finish,  s_leave, s_giveUp},
     /* Marking   */ {s_bring,   s_giveUp,  s_nothing, s_nothing, s_nothing, s_nothing, s_nothing, s_leave, s_giveUp},
     /* Counting  */ {s_keep,    s_count,   s_nothing, s_nothing, s_nothing, s_nothing, s_nothing, s_leave, s_nothing},
     /* Browsing  */ {s_bring,   s_nothing, s_nothing, s_nothing, s_nothing, s_nothing, s_nothing, s_leave, s_nothing},
@@ -136,6 +141,9 @@ void GrabFlow::hear(GrabEvent event)
             m_window.hideAll(true);
         break;
     case GrabStep::Follow:
+        // What scrolls is looked at while it moves.
+        if (event == GrabEvent::Scrolls)
+            thaw();
         setState(stateAfter(event));
         break;
     case GrabStep::Finish:
@@ -181,6 +189,7 @@ void GrabFlow::dropHelper()
         return;
     m_kept.reset();
     m_tools.dropHelper();
+    thaw();
     comeBack();
     setState(GrabState::Idle);
 }
@@ -206,9 +215,9 @@ void GrabFlow::run(GrabCommand command)
         finish();
         return;
     }
-    if (!m_before.refusal.isEmpty()) {
-        qCInfo(logGrab) << "refused:" << m_before.refusal;
-        m_window.say(m_before.refusal);
+    if (const QString refusal = m_window.refusal(command); !refusal.isEmpty()) {
+        qCInfo(logGrab) << "refused:" << kindOf(command) << refusal;
+        m_window.say(refusal);
         finish();
         return;
     }
@@ -230,6 +239,46 @@ void GrabFlow::run(GrabCommand command)
     }
 }
 
+// True once the pictures are there. Where they are not nothing is to be opened; the user is told
+// when the grab ends, unless they have given it up.
+bool GrabFlow::freeze()
+{
+    struct Answer {
+        bool areThere = false;
+        QString trouble{};
+    };
+    // Held here while it is waited for, and by who answers, which may be later.
+    const auto answer = std::make_shared<std::optional<Answer>>();
+    m_holdsPictures = true;
+    m_pictures.freeze(Freeze::AsUsual, [answer](bool areThere, const QString &trouble) {
+        if (!*answer)
+            *answer = {areThere, trouble};
+    });
+    // Where nobody has to be asked the answer comes in the next turn.
+    QCoreApplication::processEvents();
+    if (!*answer && !m_isGivenUp) {
+        setState(GrabState::Freezing);
+        m_tools.hearEscape(true);
+        waitUntil(m_clock, s_freezeLimit, [&] { return *answer || m_isGivenUp; });
+        m_tools.hearEscape(false);
+    }
+    if (m_isGivenUp)
+        return false;
+    if (*answer && (*answer)->areThere)
+        return true;
+    qCInfo(logGrab) << "the desktop gives no pictures:" << kindOf(m_command);
+    m_trouble = *answer ? (*answer)->trouble : QString();
+    if (m_trouble.isEmpty())
+        m_trouble = tr("The desktop gave no picture of the screen.");
+    return false;
+}
+
+void GrabFlow::thaw()
+{
+    if (std::exchange(m_holdsPictures, false))
+        m_pictures.thaw();
+}
+
 void GrabFlow::mark()
 {
     setState(GrabState::Freezing);
@@ -238,7 +287,7 @@ void GrabFlow::mark()
         m_window
             .settle();  // the overlay shows a picture of the desktop, and it has to be gone from it
     GrabTools::Take take;
-    if (!m_isGivenUp)
+    if (!m_isGivenUp && freeze())
         take = m_tools.mark(m_command);
     if (!take)
         qCInfo(logGrab) << kindOf(m_command) << "ends with nothing marked";
@@ -275,10 +324,15 @@ void GrabFlow::takeScreen()
         m_window.settle();
         if (!m_before.isActive)
             m_window.focusOther();
-        Grab grab = m_tools.takeScreen();
+        const bool areThere = freeze();
+        setState(GrabState::Ending);
+        Grab grab = areThere ? m_tools.takeScreen() : Grab();
         if (!m_before.isActive)
             m_window.regainFocus();
-        deliver(std::move(grab));
+        if (areThere)
+            deliver(std::move(grab));
+        else
+            restoreMinimized();
     } else if (m_before.isActive) {
         restoreMinimized();
     } else {
@@ -290,7 +344,10 @@ void GrabFlow::takeScreen()
 void GrabFlow::browse()
 {
     setState(GrabState::Freezing);
-    std::optional<QList<Grab>> grabs = m_tools.browse();
+    std::optional<QList<Grab>> grabs;
+    if (freeze())
+        grabs = m_tools.browse();
+    thaw();
     if (!grabs)
         qCInfo(logGrab) << "the browser was closed with no window chosen";
     setState(GrabState::Ending);
@@ -308,10 +365,13 @@ void GrabFlow::startHelper()
     const GrabState state =
         m_command == GrabCommand::Window ? GrabState::Freezing : GrabState::MenuWait;
     setState(m_tools.mustAsk(m_command) ? GrabState::Asking : state);
-    m_helperWorks = m_tools.startHelper(m_command);
-    if (m_helperWorks)
+    // An open menu is looked at while it comes and goes.
+    const bool wantsPictures = m_command != GrabCommand::Menu;
+    m_helperWorks = m_tools.startHelper(m_command, [&] {
         setState(state);
-    else
+        return !wantsPictures || freeze();
+    });
+    if (!m_helperWorks)
         finish();
 }
 
@@ -340,6 +400,7 @@ void GrabFlow::finishHelper()
 // With a press that waits the window stays away: it is not to be in the next picture.
 void GrabFlow::deliver(Grab grab)
 {
+    thaw();
     if (grab.picture.isNull()) {
         qCInfo(logGrab) << "no picture:" << kindOf(m_command);
         m_window.say(tr("Nothing could be read there: there is no picture."));
@@ -384,6 +445,9 @@ void GrabFlow::comeBack()
 
 void GrabFlow::finish()
 {
+    thaw();
+    if (const QString trouble = std::exchange(m_trouble, {}); !trouble.isEmpty())
+        m_window.say(trouble);
     if (std::exchange(m_closeAfter, false)) {
         m_kept.reset();
         m_owesShow = false;

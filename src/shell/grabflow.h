@@ -10,6 +10,7 @@
 #include <optional>
 
 class Clock;
+class Pictures;
 struct Grab;
 
 /// What a press asks for, by hot key, button, menu or bus.
@@ -28,7 +29,8 @@ enum class GrabCommand {
 /// How far a grab has come.
 enum class GrabState {
     Idle,       ///< none is under way
-    Freezing,   ///< nothing is open yet: the window gets out of the way
+    Freezing,   ///< nothing is open yet: the window gets out of the way, the desktop is asked for
+                ///< its pictures
     Marking,    ///< an overlay is open, and has the keyboard
     Counting,   ///< the countdown runs, and Escape is heard
     Browsing,   ///< the browser of windows is open
@@ -83,7 +85,6 @@ struct GrabSituation {
     bool showAfter = false;      ///< the setting: it comes to the front with the picture
     uint process = 0;            ///< that is in front; 0 where it doesn't tell
     int countdown = 0;           ///< the setting, in seconds; 0 and below is none
-    QString refusal{};           ///< why nothing can be grabbed here; empty where it can
 };
 
 /// What a grab needs of the main window and of the desktop's front. All that waits runs events.
@@ -93,6 +94,8 @@ public:
     virtual ~GrabFront() = default;
 
     virtual GrabSituation situation() = 0;
+    /// Why that can't be grabbed here; empty where it can.
+    virtual QString refusal(GrabCommand command) = 0;
 
     enum class Place { Minimized, Restored, Behind, InFront };
     /// Puts the main window there. In front may mean a question of its own that is open.
@@ -141,10 +144,15 @@ public:
 
     /// Whether a question comes before this grab of the helper's.
     virtual bool mustAsk(GrabCommand command) = 0;
-    /// Asks it, and starts the grab: its words follow, later. False where the grab ends there.
-    virtual bool startHelper(GrabCommand command) = 0;
+    /// Asks it, and starts the grab: its words follow, later. False where the grab ends there, as
+    /// it does where `begin`, called in between, says so.
+    virtual bool startHelper(GrabCommand command, const std::function<bool()> &begin) = 0;
     virtual void stopMenuWait() = 0;  ///< the helper's last word follows
     virtual void dropHelper() = 0;    ///< no word follows
+
+    /// Whether escape() is to be told of Escape while other programs have the keyboard, which get
+    /// it as well.
+    virtual void hearEscape(bool hears) = 0;
 
     /// Brings what is open for the grab to the front.
     virtual void bringForward() = 0;
@@ -160,8 +168,8 @@ class GrabFlow : public QObject
 
 public:
     /// They outlive this object.
-    GrabFlow(GrabFront &window, GrabTools &tools, Clock &clock)
-        : m_window(window), m_tools(tools), m_clock(clock)
+    GrabFlow(GrabFront &window, GrabTools &tools, Pictures &pictures, Clock &clock)
+        : m_window(window), m_tools(tools), m_pictures(pictures), m_clock(clock)
     {
     }
 
@@ -195,6 +203,8 @@ private:
     void setState(GrabState state);
     void run(GrabCommand command);
     void begin(GrabCommand command);
+    bool freeze();
+    void thaw();
     void mark();
     void takeScreen();
     void browse();
@@ -210,6 +220,7 @@ private:
 
     GrabFront &m_window;
     GrabTools &m_tools;
+    Pictures &m_pictures;
     Clock &m_clock;
     GrabState m_state = GrabState::Idle;
 
@@ -217,6 +228,8 @@ private:
     GrabCommand m_command = GrabCommand::Show;
     GrabSituation m_before{};
     bool m_isGivenUp = false;
+    bool m_holdsPictures = false;  // they have been asked for, and not been let go
+    QString m_trouble;             // why there are none, to be told
     bool m_helperWorks = false;
     bool m_isRaised = false;  // the window was, with a picture
 

@@ -11,7 +11,6 @@
 #include "platform/xdg/notification.h"
 #include "platform/xdg/singleprogram.h"
 #include "shell/capturebridge.h"
-#include "shell/capturerefusal.h"
 #include "shell/clipboardkeeper.h"
 #include "shell/commands.h"
 #include "shell/leanstyle.h"
@@ -150,8 +149,8 @@ int runWindow(const QString &folder, const QString &unfinished, ApplicationBus &
         window.showMinimized();
     else
         window.setVisible(true);
-    if (const QString refusal = captureRefusal(); !refusal.isEmpty())
-        window.say(refusal);
+    if (const QString lack = services().abilities.lackOf(Ability::Pictures); !lack.isEmpty())
+        window.say(lack);
     if (!unfinished.isEmpty())
         window.say(unfinished);
     const SessionEnd sessionEnd(window);

@@ -18,6 +18,7 @@
 #include "shell/grabflow.h"
 #include "shell/notices.h"
 #include "shell/settingssaver.h"
+#include "shell/toolstrip.h"
 #include "shell/trayicon.h"
 #include "shell/unsavedpictures.h"
 #include "shell/windowface.h"
@@ -59,6 +60,7 @@ MainWindow::MainWindow()
     setAttribute(Qt::WA_TranslucentBackground);
     m_Frame = std::make_unique<WindowFrame>(*this, m_Skin);
     ui->setupUi(this);
+    addToolButtons(*ui->layPictureEdit, *ui->SliderLineWidth);
     setWindowTitle(tr("Snap Workbench"));
     setWindowIcon(m_Skin.programIcon());
     ui->LblCaption->setText(windowTitle());
@@ -102,7 +104,7 @@ void MainWindow::setUpGrabs()
     Clock &clock = *services().clock;
     m_Front = std::make_unique<FrontWindow>(*this, clock);
     m_Tools = std::make_unique<CaptureTools>(*this, *m_Front, clock);
-    m_Grabs = std::make_unique<GrabFlow>(*m_Front, *m_Tools, clock);
+    m_Grabs = std::make_unique<GrabFlow>(*m_Front, *m_Tools, *services().pictures, clock);
     connect(m_Front.get(), &FrontWindow::escaped, m_Grabs.get(), &GrabFlow::escape);
     connect(m_Tools.get(), &CaptureTools::opened, m_Grabs.get(), &GrabFlow::opened);
     connect(m_Tools.get(), &CaptureTools::escaped, m_Grabs.get(), &GrabFlow::escape);
@@ -409,14 +411,14 @@ void MainWindow::Capture(QAction *pAct)
     // Some styles put a mnemonic of their own into a menu's texts.
     const Command *command = commandCaptioned(pAct->text().remove(u'&'));
     if (command)
-        command->run(*this);
+        runCommand(*command, *this);
 }
 
 long HotkeyCallBack(long id, long /*unused*/)
 {
     const Command *command = commandOfHotKey(id);
     if (g_MainWindow && command)
-        command->run(*g_MainWindow);
+        runCommand(*command, *g_MainWindow);
     else
         qCInfo(logGrab) << "hot key" << id << "comes before the window, or has no command";
     return 0;
@@ -550,23 +552,23 @@ void MainWindow::on_BtnUndo_clicked() { m_Work->editor().Undo(); }
 
 void MainWindow::on_BtnRedo_clicked() { m_Work->editor().Redo(); }
 
-void MainWindow::chooseTool(stateEnum tool, QPushButton *button)
+void MainWindow::chooseTool(stateEnum tool)
 {
     m_Work->editor().setState(tool);
-    m_Face->updateTools(button);
+    m_Face->updateTools(findChild<QPushButton *>(QLatin1StringView(toolOf(tool).button)));
 }
 
-void MainWindow::on_BtnDrawMove_clicked() { chooseTool(stateMove, ui->BtnDrawMove); }
+void MainWindow::on_BtnDrawMove_clicked() { chooseTool(stateMove); }
 
-void MainWindow::on_BtnDrawRect_clicked() { chooseTool(stateRect, ui->BtnDrawRect); }
+void MainWindow::on_BtnDrawRect_clicked() { chooseTool(stateRect); }
 
-void MainWindow::on_BtnDrawEllipse_clicked() { chooseTool(stateEllipse, ui->BtnDrawEllipse); }
+void MainWindow::on_BtnDrawEllipse_clicked() { chooseTool(stateEllipse); }
 
-void MainWindow::on_BtnDrawArrow_clicked() { chooseTool(stateArrow, ui->BtnDrawArrow); }
+void MainWindow::on_BtnDrawArrow_clicked() { chooseTool(stateArrow); }
 
-void MainWindow::on_BtnDrawText_clicked() { chooseTool(stateText, ui->BtnDrawText); }
+void MainWindow::on_BtnDrawText_clicked() { chooseTool(stateText); }
 
-void MainWindow::on_BtnDrawPoly_clicked() { chooseTool(statePoly, ui->BtnDrawPoly); }
+void MainWindow::on_BtnDrawPoly_clicked() { chooseTool(statePoly); }
 
 void MainWindow::on_SliderLineWidth_valueChanged(int value)
 {

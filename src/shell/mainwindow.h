@@ -181,6 +181,7 @@ public slots:
     void on_BtnRealSize_clicked();
     void on_BtnUndo_clicked();
     void on_BtnRedo_clicked();
+    void chooseTool(stateEnum tool);
     void on_BtnDrawMove_clicked();
     void on_BtnDrawRect_clicked();
     void on_BtnDrawEllipse_clicked();
@@ -219,7 +220,6 @@ private:
     void connectControls();
     /// A font with the size that the size box shows.
     QFont chosenFont(const QFont &font) const;
-    void chooseTool(stateEnum tool, QPushButton *button);
     void RefreshWindowTitle(const QString &tab);
 
     // In the order of who uses whom.

@@ -32,9 +32,8 @@ bool Notices::isUncovered(const QWidget &part) const
     if (!window.isVisible() || window.isMinimized() || !window.windowHandle() ||
         !window.windowHandle()->isExposed())
         return false;
-    WindowServer &server = *services().windows;
-    const int number = server.numberOf(&window);
-    const auto above = server.windows(WindowServer::List::AtAndAbove, number);
+    const int number = services().ownWindows->numberOf(&window);
+    const auto above = services().windows->windows(WindowCatalogue::List::AtAndAbove, number);
     const auto own = std::find_if(above.begin(), above.end(),
                                   [&](const auto &entry) { return entry.number == number; });
     if (own == above.end())

@@ -9,6 +9,7 @@
 #include <QMouseEvent>
 #include <QPainter>
 
+#include <functional>
 #include <utility>
 
 #include <png.h>
@@ -19,6 +20,8 @@ namespace {
 
 // Where the colour button's picture shows the pen colour.
 constexpr QRect s_colorField(QPoint(5, 4), QPoint(19, 18));
+
+constexpr qreal s_greyedOpacity = 0.4;  // as the shipped pictures are drawn with
 
 constexpr png_uint_32 s_largestSide = 4096;  // pixels; larger ones are the toolkit's to refuse
 
@@ -53,6 +56,30 @@ bool loadPicture(QPixmap &pixmap, const QString &path)
         return true;
     }
     return pixmap.load(path);
+}
+
+// The picture, changed by `change` if there is one; nothing where it can't be read.
+std::optional<QIcon> iconOf(const QString &path, qreal scale, QIcon::Mode mode,
+                            const std::function<void(QPixmap &)> &change)
+{
+    const QFileInfo file(path);
+    QPixmap pixmap;
+    QIcon icon;
+    const auto add = [&] {
+        if (change)
+            change(pixmap);
+        icon.addPixmap(pixmap, mode);
+    };
+    if (!file.exists() || !loadPicture(pixmap, file.filePath()))
+        return {};
+    add();
+    // Twice as fine a picture, where the skin has one and the desktop is scaled.
+    const QString fine = file.path() + u'/' + file.completeBaseName() + u"@2x."_s + file.suffix();
+    if (scale > 1 && QFile::exists(fine) && loadPicture(pixmap, fine)) {
+        pixmap.setDevicePixelRatio(2);
+        add();
+    }
+    return icon;
 }
 
 }  // namespace
@@ -111,27 +138,50 @@ QIcon Skin::programIcon() const
                                                       u"/skin/BtnIcon_normal.png"_s));
 }
 
+QString Skin::shippedPath(const QString &section, SkinAttribute state) const
+{
+    const auto glyph = m_glyphs.find(section);
+    if (glyph == m_glyphs.end())
+        return {};
+    const char *name = state == SkinOver       ? "over"
+                       : state == SkinDown     ? "down"
+                       : state == SkinDisabled ? "disabled"
+                                               : "normal";
+    const auto file = [&](const QString &picture) {
+        return u"%1/skin/%2_%3.png"_s.arg(QCoreApplication::applicationDirPath(), picture,
+                                          QLatin1StringView(name));
+    };
+    const QString own = file(section);
+    return QFile::exists(own) ? own : file(glyph->second);
+}
+
 std::optional<QIcon> Skin::look(const QString &section, SkinAttribute state, qreal scale,
                                 const std::optional<QColor> &fill) const
 {
-    const QFileInfo file(path(section, state));
-    QPixmap pixmap;
-    if (!file.exists() || !loadPicture(pixmap, file.filePath()))
-        return {};
-    const auto fillField = [&] {
+    const auto fillField = [&](QPixmap &pixmap) {
         if (fill)
             QPainter(&pixmap).fillRect(s_colorField, *fill);
     };
-    fillField();
-    QIcon icon(pixmap);
-    // Twice as fine a picture, where the skin has one and the desktop is scaled.
-    const QString fine = file.path() + u'/' + file.completeBaseName() + u"@2x."_s + file.suffix();
-    if (scale > 1 && QFile::exists(fine) && loadPicture(pixmap, fine)) {
-        pixmap.setDevicePixelRatio(2);
-        fillField();
-        icon.addPixmap(pixmap);
-    }
-    return icon;
+    if (auto own = iconOf(path(section, state), scale, QIcon::Normal, fillField))
+        return own;
+    return iconOf(shippedPath(section, state), scale, QIcon::Normal, fillField);
+}
+
+// Told to be the picture of what is greyed: the toolkit would grey it once more.
+std::optional<QIcon> Skin::greyedLook(const QString &section, qreal scale) const
+{
+    if (auto own = iconOf(path(section, SkinDisabled), scale, QIcon::Disabled, {}))
+        return own;
+    return iconOf(path(section, SkinNormal), scale, QIcon::Disabled, [](QPixmap &pixmap) {
+        QPixmap paler(pixmap.size());
+        paler.setDevicePixelRatio(pixmap.devicePixelRatio());
+        paler.fill(Qt::transparent);
+        QPainter painter(&paler);
+        painter.setOpacity(s_greyedOpacity);
+        painter.drawPixmap(0, 0, pixmap);
+        painter.end();
+        pixmap = paler;
+    });
 }
 
 // The tabs' close buttons are the style's; only a style sheet gives them pictures.

@@ -40,6 +40,9 @@ public:
     void load(QPixmap &pixmap, const QString &section, SkinAttribute attribute) const;
     /// The path of a picture, which may not exist.
     QString path(const QString &section, SkinAttribute attribute) const;
+    /// The glyph that a button's section shows where the skin has no picture that can be read, and
+    /// the program ships none of the section's name.
+    void setGlyph(const QString &section, const QString &glyph) { m_glyphs[section] = glyph; }
     /// The hint of a button, in the user's language.
     QString hint(const QString &section) const;
     /// The program's own; the shipped one where the skin's can't be read.
@@ -49,6 +52,9 @@ public:
     /// skin has no such picture.
     std::optional<QIcon> look(const QString &section, SkinAttribute state, qreal scale,
                               const std::optional<QColor> &fill) const;
+    /// The same for one that can't be pressed: the skin's picture for that, or else its normal one,
+    /// paler.
+    std::optional<QIcon> greyedLook(const QString &section, qreal scale) const;
     /// What the tabs' close buttons look like, as rules of a style sheet.
     QString tabCloseRules() const;
 
@@ -58,8 +64,11 @@ public:
     void paintTable(QWidget &area);
 
 private:
+    QString shippedPath(const QString &section, SkinAttribute state) const;
+
     const QObject &m_owner;
     std::map<std::pair<QString, int>, QPixmap> m_pictures;
+    std::map<QString, QString> m_glyphs{};
 };
 
 /// The picture that a button shows after an event; nothing where the event changes none.

@@ -77,10 +77,12 @@ void leave(QAbstractButton &button)
     QCoreApplication::sendEvent(&button, &event);
 }
 
-// A hint ends with two spaces and the keys; a menu shows these at its other side.
+// A hint ends with two spaces and the keys; a menu shows these at its other side. That of a greyed
+// button says why it is.
 QString itemText(const QAbstractButton &button)
 {
-    QString text = button.toolTip().isEmpty() ? button.accessibleName() : button.toolTip();
+    const bool isNamed = button.isEnabled() && !button.toolTip().isEmpty();
+    QString text = isNamed ? button.toolTip() : button.accessibleName();
     text.replace(u'&', u"&&"_s);
     if (const qsizetype keys = text.lastIndexOf(u"  "_s); keys >= 0)
         text.replace(keys, 2, u'\t');
@@ -209,7 +211,11 @@ void StripFold::fillMenu()
 void StripFold::addItem(QAbstractButton &button)
 {
     QAction *action = m_menu->addAction(button.icon(), itemText(button));
-    action->setEnabled(button.isEnabled());
+    if (!button.isEnabled()) {
+        action->setEnabled(false);
+        action->setToolTip(button.toolTip());
+        m_menu->setToolTipsVisible(true);
+    }
     const bool isChosen = m_isChosen(button);
     action->setCheckable(isChosen);
     action->setChecked(isChosen);

@@ -132,7 +132,7 @@ std::optional<UnsavedWork> UnsavedPictures::unsaved(int document)
         work.shapes = editor.getVecUnDo();
         work.undone = editor.getVecReDo();
         // What is being typed comes back as it would have been recorded.
-        if (const EntryPtr text = editor.typedText()) {
+        if (const OperationPtr text = editor.typedText()) {
             work.shapes.prepend(text);
             isUnsaved = true;
         }

@@ -2,6 +2,7 @@
 
 #include "base/palette.h"
 #include "editing/pictureeditor.h"
+#include "editing/tools/tooltable.h"
 #include "platform/applicationwatch.h"
 #include "shell/stripfold.h"
 #include "ui_mainwindow.h"
@@ -10,17 +11,13 @@
 #include <QEvent>
 #include <QPushButton>
 
-#include <array>
-
 using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int s_captionSize = 13;  // pixels
-
-// By the number of the tool.
-constexpr std::array<const char *, 6> s_toolButtons{"BtnDrawMove",  "BtnDrawRect", "BtnDrawEllipse",
-                                                    "BtnDrawArrow", "BtnDrawText", "BtnDrawPoly"};
+constexpr int s_captionSize = 13;     // pixels
+constexpr size_t s_lastingTools = 2;  // that never leave their strip
+const QString s_chosen = u"_Sel"_s;   // ends the sections of chosen tools
 
 }  // namespace
 
@@ -31,6 +28,12 @@ WindowFace::WindowFace(Ui::MainWindow &ui, QWidget &window, Skin &skin,
     setUpCaption();
     setUpLabels();
     setUpStrips();
+    for (const Tool *tool : allTools()) {
+        const QString section = QString::fromLatin1(tool->button);
+        const QString glyph = QString::fromLatin1(tool->glyph);
+        m_skin.setGlyph(section, glyph);
+        m_skin.setGlyph(section + s_chosen, glyph + s_chosen);
+    }
     for (auto *button : window.findChildren<SkinButton *>())
         leave(*button);
 }
@@ -72,17 +75,16 @@ void WindowFace::setUpLabels()
 void WindowFace::setUpStrips()
 {
     const auto isTool = [this](const QAbstractButton &button) { return isChosenTool(button); };
-    new StripFold(m_ui.widPictureEdit,
-                  {{m_ui.CmbFont, m_ui.CmbFontSize},
-                   {m_ui.lblSep3, m_ui.BtnZoomIn, m_ui.BtnZoomOut, m_ui.BtnRealSize},
-                   {m_ui.lblLineMin, m_ui.SliderLineWidth, m_ui.lblLineMax},
-                   {m_ui.BtnColor},
-                   {m_ui.lblSep2, m_ui.BtnUndo, m_ui.BtnRedo},
-                   {m_ui.BtnCopy, m_ui.BtnSave},
-                   {m_ui.lblSep1, m_ui.BtnDrawText},
-                   {m_ui.BtnDrawPoly},
-                   {m_ui.BtnDrawArrow},
-                   {m_ui.BtnDrawEllipse}},
+    QList<StripFold::Unit> units{{m_ui.CmbFont, m_ui.CmbFontSize},
+                                 {m_ui.lblSep3, m_ui.BtnZoomIn, m_ui.BtnZoomOut, m_ui.BtnRealSize},
+                                 {m_ui.lblLineMin, m_ui.SliderLineWidth, m_ui.lblLineMax},
+                                 {m_ui.BtnColor},
+                                 {m_ui.lblSep2, m_ui.BtnUndo, m_ui.BtnRedo},
+                                 {m_ui.BtnCopy, m_ui.BtnSave},
+                                 {m_ui.lblSep1, toolButton(*allTools().back())}};
+    for (size_t i = allTools().size() - 1; i-- > s_lastingTools;)
+        units.append({toolButton(*allTools()[i])});
+    new StripFold(m_ui.widPictureEdit, units,
                   {u"FoldPictureEdit"_s, tr("More tools"), tr("Ctrl+Shift+E"),
                    Palette::glyphOnBright, Qt::white},
                   isTool);
@@ -109,9 +111,14 @@ void WindowFace::followFont()
         widget->setFont(QApplication::font());
 }
 
+QPushButton *WindowFace::toolButton(const Tool &tool) const
+{
+    return m_window.findChild<QPushButton *>(QLatin1StringView(tool.button));
+}
+
 bool WindowFace::isChosenTool(const QAbstractButton &button) const
 {
-    return button.objectName() == QLatin1StringView(s_toolButtons[m_editor.getState()]);
+    return button.objectName() == QLatin1StringView(toolOf(m_editor.getState()).button);
 }
 
 bool WindowFace::takes(QObject *watched, QEvent *event)
@@ -138,11 +145,13 @@ void WindowFace::show(QPushButton &button, SkinAttribute state)
         &button == m_ui.BtnClose || &button == m_ui.BtnMax || &button == m_ui.BtnMin;
     if (isControl && state == SkinNormal && !IsAppActive())
         state = SkinDisabled;
-    const QString section = button.objectName() + (isChosenTool(button) ? u"_Sel"_s : QString());
+    const QString section = button.objectName() + (isChosenTool(button) ? s_chosen : QString());
+    const qreal scale = m_window.devicePixelRatioF();
     // A picture that can't be read leaves the button with the one that it had.
     const auto fill =
         &button == m_ui.BtnColor ? std::optional(m_editor.getPenColor()) : std::nullopt;
-    const auto look = m_skin.look(section, state, m_window.devicePixelRatioF(), fill);
+    const auto look = button.isEnabled() ? m_skin.look(section, state, scale, fill)
+                                         : m_skin.greyedLook(section, scale);
     if (!look)
         return;
     button.setIconSize(button.size());
@@ -153,8 +162,8 @@ void WindowFace::leave(QPushButton &button) { show(button, SkinNormal); }
 
 void WindowFace::updateTools(QPushButton *over)
 {
-    for (const char *name : s_toolButtons)
-        leave(*m_window.findChild<QPushButton *>(QLatin1StringView(name)));
+    for (const Tool *tool : allTools())
+        leave(*toolButton(*tool));
     if (over)
         show(*over, SkinOver);
 }

@@ -7,6 +7,7 @@
 class QAbstractButton;
 class QPushButton;
 class TPictureEditor;
+struct Tool;
 
 namespace Ui {
 class MainWindow;
@@ -36,6 +37,7 @@ private:
     void setUpCaption();
     void setUpLabels();
     void setUpStrips();
+    QPushButton *toolButton(const Tool &tool) const;
     bool isChosenTool(const QAbstractButton &button) const;
     void show(QPushButton &button, SkinAttribute state);
 

@@ -38,9 +38,9 @@ QList<QRect> screenAreas()
 
 WindowFrame::WindowFrame(QWidget &window, Skin &skin)
     : QObject(&window), m_window(window), m_skin(skin),
-      m_isComposited(services().windows->isComposited())
+      m_isComposited(services().ownWindows->isComposited())
 {
-    services().windows->setCompositingHandler([this] { followCompositor(); });
+    services().ownWindows->setCompositingHandler([this] { followCompositor(); });
     // After the toolkit and the window manager have moved what they move themselves.
     connect(qGuiApp, &QGuiApplication::screenRemoved, this, &WindowFrame::comeWithinReach,
             Qt::QueuedConnection);
@@ -49,7 +49,7 @@ WindowFrame::WindowFrame(QWidget &window, Skin &skin)
     connect(qGuiApp, &QGuiApplication::screenAdded, this, &WindowFrame::follow);
 }
 
-WindowFrame::~WindowFrame() { services().windows->setCompositingHandler(nullptr); }
+WindowFrame::~WindowFrame() { services().ownWindows->setCompositingHandler(nullptr); }
 
 void WindowFrame::follow(QScreen *screen)
 {
@@ -181,7 +181,7 @@ void WindowFrame::cutCorners()
 
 void WindowFrame::followCompositor()
 {
-    m_isComposited = services().windows->isComposited();
+    m_isComposited = services().ownWindows->isComposited();
     cutCorners();
     m_window.update();
 }

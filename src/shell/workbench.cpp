@@ -75,13 +75,13 @@ void Workbench::show(int index)
     m_tabs.show(index);
     emit titleChanged(m_tabs.choose(index));
     if (shown) {
-        // After the picture, which resets the zoom, and before the scroll bars, which get their
-        // range from it.
+        // After the picture, which resets the zoom. The history says how large the picture is, and
+        // size and zoom give the scroll bars their range.
         const QPictureDocument entered = *shown;
-        zoomTo(entered.m_Scale);
-        m_tabs.scrollTo({entered.m_ScrollX, entered.m_ScrollY});
         m_editor->setVecUnDo(&entered.m_VecUnDo);
         m_editor->setVecReDo(&entered.m_VecReDo);
+        zoomTo(entered.m_Scale);
+        m_tabs.scrollTo({entered.m_ScrollX, entered.m_ScrollY});
     }
     m_ui.tabWidget->setFocus(Qt::OtherFocusReason);
 }
@@ -178,13 +178,13 @@ void Workbench::zoomTo(float scale)
 
 void Workbench::zoomIn()
 {
-    if (const int width = m_editor->getPixmap().width(); m_documents.current() >= 0 && width > 0)
+    if (const int width = m_editor->pictureSize().width(); m_documents.current() >= 0 && width > 0)
         zoomTo(zoomedIn(m_scale, width));
 }
 
 void Workbench::zoomOut()
 {
-    if (const int width = m_editor->getPixmap().width(); m_documents.current() >= 0 && width > 0)
+    if (const int width = m_editor->pictureSize().width(); m_documents.current() >= 0 && width > 0)
         zoomTo(zoomedOut(m_scale, width));
 }
 
@@ -192,7 +192,7 @@ void Workbench::fit()
 {
     // The editor tells of a size while it is being made.
     if (m_editor)
-        m_tabs.fit(m_editor->getPixmap().size(), m_scale);
+        m_tabs.fit(m_editor->pictureSize(), m_scale);
 }
 
 void Workbench::shapesChanged()

@@ -53,13 +53,16 @@ private slots:
     {
         using Options = TestDesktop::Options;
         const auto check = [this](const char *row, const Options &options, const Values &variables,
-                                  const QRect &area = s_patternArea) {
-            QVERIFY(begin({.row = row,
-                           .desktop = options,
-                           .settings = {{u"RunMinimized"_s, u"1"_s},
-                                        {u"AutoShow"_s, u"1"_s},
-                                        {u"ShowMagnification"_s, u"0"_s}},
-                           .variables = variables}));
+                                  const QRect &area = s_patternArea,
+                                  const QList<QRect> &panes = {}) {
+            QVERIFY(
+                begin({.row = row,
+                       .desktop = options,
+                       .settings = {{u"RunMinimized"_s, u"1"_s},
+                                    {u"AutoShow"_s, u"1"_s},
+                                    {u"ShowMagnification"_s, u"0"_s},
+                                    {u"OverlayPanes"_s, panes.isEmpty() ? u""_s : u"screens"_s}},
+                       .variables = variables}));
             QVERIFY(m_desktop->startPattern(area));
             const QImage expected = pattern(area.size());
             const auto lit = [&](QPoint at) {
@@ -69,7 +72,9 @@ private slots:
                 return isDimmed(m_desktop->pixel(at), expected.pixel(at - area.topLeft()));
             };
             const QRect whole(QPoint(), options.size);
-            QVERIFY(m_program->openOverlay(whole));
+            QVERIFY(m_program->openOverlay(panes.value(0, whole)));
+            QVERIFY(m_program->hasOverlay(panes.value(1, whole)));
+            QCOMPARE(m_program->hasOverlay(whole), panes.isEmpty());
             const QPoint from = area.topLeft() + QPoint(127, 121);
             const QPoint to = from + QPoint(281, 207);
             const QPoint outside = from - QPoint(30, 30);
@@ -85,7 +90,7 @@ private slots:
             QVERIFY(waitFor([&] { return dimmed(from + QPoint(-1, 60)); }));
             m_desktop->key(XK_Return);
             QVERIFY(isTitled(u"untitled *"_s));
-            QVERIFY(!m_program->hasOverlay(whole));
+            QVERIFY(isClear());
             const QImage saved = m_program->saveAs(m_desktop->home() + u"/grab.png"_s);
             const QRect marked(from + QPoint(1, 0), further + QPoint(1, 0) - QPoint(1, 1));
             QCOMPARE(saved, expected.copy(marked.translated(-area.topLeft())));
@@ -112,6 +117,14 @@ private slots:
         check("192 dpi, two monitors",
               {.windowManager = s_plain, .monitors = s_twoMonitors, .xftDpi = "192"}, {},
               acrossBoth);
+        // One window a monitor, as on desktops where none can lie across both.
+        const QList<QRect> panes{{0, 0, 800, 1000}, {800, 0, 800, 1000}};
+        check("a pane a monitor",
+              {.windowManager = s_openbox, .compositor = s_picom, .monitors = s_twoMonitors}, {},
+              acrossBoth, panes);
+        check("a pane a monitor, no compositor, scale 2",
+              {.windowManager = s_openbox, .monitors = s_twoMonitors}, scaled(u"2"_s), acrossBoth,
+              panes);
     }
 
     void focusFollowsTheSetting()

@@ -1,6 +1,7 @@
 // Windows as a whole: the browser, and the full screen after a countdown.
 
 #include "pattern.h"
+#include "platform/x11/x11pictures.h"
 #include "snapworkbench.h"
 
 #include <QTest>
@@ -69,6 +70,34 @@ private slots:
         };
         check("compositing", {}, u"1"_s);
         check("openbox, scale 2", {.size = {3200, 2000}, .windowManager = s_openbox}, u"2"_s);
+    }
+
+    // Where they are asked to stand still; else the desktop goes on.
+    void stillPictures()
+    {
+        TestDesktop desktop({.windowManager = s_openbox});
+        QVERIFY(desktop.isReady());
+        const QRect area(200, 100, 301, 203);
+        QProcess *shown = desktop.startPattern(area);
+        QVERIFY(shown);
+        X11Display display(desktop.connection());
+        X11Pictures pictures(display);
+        const auto freeze = [&](Freeze how) {
+            QList<bool> answers;
+            pictures.freeze(how, [](bool, const QString &) { QFAIL("has been dropped"); });
+            pictures.freeze(how, [&](bool areThere, const QString &) { answers.append(areThere); });
+            const bool isLater = answers.isEmpty();
+            return waitFor([&] { return !answers.isEmpty(); }) && isLater && answers.first();
+        };
+        QVERIFY(freeze(Freeze::AsUsual) && !pictures.isFrozen());
+        QVERIFY(freeze(Freeze::Still) && pictures.isFrozen());
+        shown->kill();
+        QVERIFY(waitFor([&] { return desktop.screenshot(area) != pattern(area.size()); }));
+        QCOMPARE(pictures.ofDesktop(area), pattern(area.size()));
+        QCOMPARE(pictures.withoutWindows(area, {1}), pattern(area.size()));
+        QCOMPARE(pictures.ofDesktop({-9, -9, 2, 2}).pixel(1, 1), QRgb(0xff000000));
+        pictures.thaw();
+        QCOMPARE(pictures.ofDesktop(area), desktop.screenshot(area));
     }
 
     void countdown()

@@ -1,23 +1,40 @@
 #pragma once
 
+#include "platform/desktoppictures.h"
 #include "platform/nulldesktop.h"
 #include "platform/services.h"
 
 #include <QColor>
-#include <QCoreApplication>
+#include <QGuiApplication>
 #include <QHash>
 #include <QPainter>
 #include <QPointer>
+#include <QScreen>
+#include <QTimer>
 #include <QWidget>
 
 #include <algorithm>
+#include <functional>
 #include <utility>
 
 #include <unistd.h>
 
-/// A desktop that is a list of coloured windows, front to back. All coordinates are global device
-/// pixels.
-class FakeWindowServer : public WindowServer
+class FakeScreens : public Screens
+{
+public:
+    QList<QRect> list{{0, 0, 800, 600}};
+
+    QList<Screen> all() override
+    {
+        QList<Screen> result;
+        for (const QRect &area : std::as_const(list))
+            result.append({.area = area});
+        return result;
+    }
+};
+
+/// A list of coloured windows, front to back. All coordinates are global device pixels.
+class FakeWindowCatalogue : public WindowCatalogue
 {
 public:
     struct Window {
@@ -27,17 +44,14 @@ public:
     };
 
     QList<Window> list{};
-    QList<QRect> screenList{{0, 0, 800, 600}};
-    QPoint pointerPos{};
-    bool composited = true;
     bool menuBar = false;
-    bool handBusy = false;
-    QHash<const QWidget *, int> numbers{};  ///< of this program's windows
-    QList<QRect> covered{};                 ///< what coverArea() was asked for
-    QList<const QWidget *> keptOutOfTaskBar{};
+    /// Gives the list instead, where set.
+    std::function<QList<Entry>(List, int)> told{};
 
     QList<Entry> windows(List which, int relativeTo) override
     {
+        if (told)
+            return told(which, relativeTo);
         QList<Entry> result;
         for (const Window &window : std::as_const(list)) {
             if (which == List::All || window.onScreen)
@@ -47,24 +61,64 @@ public:
         }
         return result;
     }
+    bool hasMenuBar() const override { return menuBar; }
+};
 
-    QImage screenPicture(const QRect &area) override
+/// Pictures of the windows of the list.
+class FakePictures : public Pictures
+{
+public:
+    explicit FakePictures(FakeWindowCatalogue &windows) : m_windows(windows) {}
+
+    /// Gives the pictures of single windows instead, where set.
+    std::function<QImage(int)> taken{};
+
+    /// Answers a call of freeze() instead, where set: whenever and as often as it likes.
+    std::function<void(const Answer &)> asked{};
+    bool frozen = false;
+    bool isHeld = false;  ///< asked for, and not let go
+
+    // The answer is dropped only where nobody has set `asked`.
+    void freeze(Freeze, Answer answer) override
+    {
+        isHeld = true;
+        if (asked)
+            return asked(answer);
+        m_question = std::make_unique<QObject>();
+        QTimer::singleShot(0, m_question.get(), [answer] { answer(true, {}); });
+    }
+    void thaw() override
+    {
+        isHeld = false;
+        m_question.reset();
+    }
+    bool isFrozen() const override { return frozen; }
+
+    QImage ofDesktop(const QRect &area) override { return withoutWindows(area, {}); }
+    QImage ofWindows(std::optional<QRectF> area, const QList<int> &numbers) override
+    {
+        return taken && !area ? taken(numbers.value(0)) : painted(area, numbers);
+    }
+    QImage withoutWindows(const QRect &area, const QList<int> &leftOut) override
     {
         QList<int> shown;
-        for (const Entry &entry : windows(List::OnScreen, 0))
-            shown.append(entry.number);
-        return picture(QRectF(area), shown);
+        for (const auto &entry : m_windows.windows(WindowCatalogue::List::OnScreen, 0)) {
+            if (!leftOut.contains(entry.number))
+                shown.append(entry.number);
+        }
+        return painted(QRectF(area), shown);
     }
+    std::unique_ptr<ChangeWatch> watchChanges(int) override { return nullptr; }
 
-    QImage picture(std::optional<QRectF> area, const QList<int> &chosenNumbers) override
+    QImage painted(std::optional<QRectF> area, const QList<int> &numbers) const
     {
-        QList<Window> chosen;
+        QList<FakeWindowCatalogue::Window> chosen;
         QRectF bounds;
-        for (const int number : chosenNumbers) {
-            const auto found = std::find_if(list.cbegin(), list.cend(), [&](const Window &window) {
-                return window.entry.number == number;
-            });
-            if (found == list.cend())
+        for (const int number : numbers) {
+            const auto found =
+                std::find_if(m_windows.list.cbegin(), m_windows.list.cend(),
+                             [&](const auto &window) { return window.entry.number == number; });
+            if (found == m_windows.list.cend())
                 continue;
             chosen.prepend(*found);
             bounds |= found->entry.bounds;
@@ -76,42 +130,97 @@ public:
         result.fill(Qt::black);
         QPainter painter(&result);
         painter.translate(-pixels.topLeft());
-        for (const Window &window : std::as_const(chosen))
+        for (const auto &window : std::as_const(chosen))
             painter.fillRect(window.entry.bounds, window.color);
         return result;
     }
 
-    QImage pictureWithout(const QRect &area, const QList<int> &leftOut) override
-    {
-        QList<int> shown;
-        for (const Entry &entry : windows(List::OnScreen, 0)) {
-            if (!leftOut.contains(entry.number))
-                shown.append(entry.number);
-        }
-        return picture(QRectF(area), shown);
-    }
+private:
+    FakeWindowCatalogue &m_windows;
+    std::unique_ptr<QObject> m_question{};
+};
 
-    QList<QRect> screens() override { return screenList; }
-    QPoint pointer() override { return pointerPos; }
-    void movePointer(QPoint to) override { pointerPos = to; }
-    bool isHandBusy() override { return handBusy; }
-    bool turnWheel(QPoint, int, Wheel) override { return false; }
-    std::unique_ptr<ChangeWatch> watchChanges(int) override { return nullptr; }
-    bool hasMenuBar() const override { return menuBar; }
+class FakeOwnWindows : public OwnWindows
+{
+public:
+    static constexpr int s_furtherPane = 1000;
+
+    bool composited = true;
+    bool placing = true;
+    bool paneEach = false;  ///< one pane a screen, or a half of the only one
+    QHash<const QWidget *, int>
+        numbers{};           ///< of this program's windows; panes but the first have one
+    QList<QRect> covered{};  ///< what coverArea() was asked for
+    QList<const QWidget *> keptOutOfTaskBar{};
+
     bool isComposited() override { return composited; }
     void setCompositingHandler(std::function<void()>) override {}
+    QList<PanePlace> panes() override
+    {
+        QList<QRect> areas{desktopBox()};
+        if (paneEach && !services().screens->areas().isEmpty())
+            areas = services().screens->areas();
+        if (paneEach && areas.size() == 1) {
+            const QSize half(areas[0].width() / 2, areas[0].height());
+            areas = {{areas[0].topLeft(), half}, areas[0].adjusted(half.width(), 0, 0, 0)};
+        }
+        // The toolkit's screens lend the panes their scales. In logical coordinates the desktop is
+        // a row, and the first one begins at 0.
+        QList<PanePlace> result;
+        for (const QRect &area : std::as_const(areas)) {
+            const qreal scale = screenFor(result.size())->devicePixelRatio();
+            const bool isRight = area.x() > areas[0].x();
+            const qreal left = isRight ? areas[0].width() / result[0].scale : area.x() / scale;
+            result.append({area, scale, QPointF(result.isEmpty() ? 0 : left, 0)});
+        }
+        return result;
+    }
+    bool placesWindows() const override { return placing; }
     void coverArea(QWidget *window, const QRect &area) override
     {
         covered.append(area);
-        const qreal scale = window->devicePixelRatioF();
-        window->setGeometry(
-            QRectF(QPointF(area.topLeft()) / scale, QSizeF(area.size()) / scale).toAlignedRect());
+        QPointF corner = QPointF(area.topLeft()) / window->devicePixelRatioF();
+        const QList<PanePlace> places = panes();
+        for (qsizetype i = 0; paneEach && i < places.size(); ++i) {
+            if (places[i].area != area)
+                continue;
+            window->setScreen(screenFor(i));
+            if (i > 0)
+                numbers.insert(window, s_furtherPane);
+            corner = screenFor(i)->geometry().topLeft();
+        }
+        const QSizeF size = QSizeF(area.size()) / window->devicePixelRatioF();
+        window->setGeometry(QRectF(corner, size).toAlignedRect());
     }
     void moveWindow(QWidget *window, QPoint to) override { covered.append({to, window->size()}); }
     void keepOutOfTaskBar(QWidget *window) override { keptOutOfTaskBar.append(window); }
     void setOnScreen(QWidget *, bool) override {}
     void dropShadow(QWidget *) override {}
     int numberOf(const QWidget *widget) override { return numbers.value(widget); }
+
+private:
+    static QScreen *screenFor(qsizetype pane)
+    {
+        const QList<QScreen *> screens = QGuiApplication::screens();
+        return screens.at(pane % screens.size());
+    }
+};
+
+class FakeHands : public Hands
+{
+public:
+    QPoint pointerPos{};
+    bool busy = false;
+    std::function<void(int, Wheel)> turned{};  ///< what turns of the wheel do
+
+    QPoint pointer() override { return pointerPos; }
+    void movePointer(QPoint to) override { pointerPos = to; }
+    bool isHandBusy() override { return busy; }
+    void turnWheel(QPoint, int clicks, Wheel wheel) override
+    {
+        if (turned)
+            turned(clicks, wheel);
+    }
 };
 
 /// An application watch whose changes a test makes up.
@@ -257,7 +366,11 @@ private:
 /// Installs a fake desktop as the services in force. The pointers are valid until other services
 /// are installed. Hot keys are those of the desktop that does nothing.
 struct FakeDesktop {
-    FakeWindowServer *windows = nullptr;
+    FakeScreens *screens = nullptr;
+    FakePictures *pictures = nullptr;
+    FakeWindowCatalogue *windows = nullptr;
+    FakeOwnWindows *ownWindows = nullptr;
+    FakeHands *hands = nullptr;
     FakeApplicationWatch *watch = nullptr;
     FakeKeyWatch *keys = nullptr;
     FakeLoginItem *loginItem = nullptr;
@@ -268,7 +381,12 @@ struct FakeDesktop {
     {
         Services made;
         createNullDesktop(made);
-        windows = put<FakeWindowServer>(made.windows);
+        made.abilities = {};
+        screens = put<FakeScreens>(made.screens);
+        windows = put<FakeWindowCatalogue>(made.windows);
+        pictures = put<FakePictures>(made.pictures, *windows);
+        ownWindows = put<FakeOwnWindows>(made.ownWindows);
+        hands = put<FakeHands>(made.hands);
         watch = put<FakeApplicationWatch>(made.watch);
         keys = put<FakeKeyWatch>(made.keys);
         loginItem = put<FakeLoginItem>(made.loginItem);
@@ -278,9 +396,10 @@ struct FakeDesktop {
     }
 
 private:
-    template<typename Fake, typename Service> static Fake *put(std::unique_ptr<Service> &place)
+    template<typename Fake, typename Service, typename... Needed>
+    static Fake *put(std::unique_ptr<Service> &place, Needed &...needed)
     {
-        auto fake = std::make_unique<Fake>();
+        auto fake = std::make_unique<Fake>(needed...);
         Fake *result = fake.get();
         place = std::move(fake);
         return result;

@@ -44,14 +44,43 @@ private:
         }
     }
 
+    // Each operation is carried out by looking at all shapes.
+    static void apply(const Operation &operation, QImage &pristine, QList<EditEntry> &shapes)
+    {
+        const EntryPtr shape = shapeOf(operation);
+        if (addedBy(operation)) {
+            shapes.append(*shape);
+        } else if (shape) {
+            for (EditEntry &other : shapes) {
+                if (other.id == shape->id)
+                    other = *shape;
+            }
+        } else if (const auto *remove = std::get_if<RemoveShape>(&operation.change)) {
+            shapes.removeIf([&](const EditEntry &other) { return other.id == remove->id; });
+        } else if (const auto *crop = std::get_if<CropPicture>(&operation.change)) {
+            const QRect kept = crop->frame & pristine.rect();
+            if (kept.isEmpty())
+                return;
+            pristine = pristine.copy(kept);
+            for (EditEntry &other : shapes)
+                other.geometry = moved(other.geometry, -kept.topLeft());
+        } else {
+            for (const OperationPtr &part : std::get<SeveralChanges>(operation.change).changes)
+                apply(*part, pristine, shapes);
+        }
+    }
+
     QImage replay() const
     {
-        const QImage pristine = picture.toImage();
+        QImage pristine = picture.toImage();
+        QList<EditEntry> shapes;
+        for (auto step = history.crbegin(); step != history.crend(); ++step)
+            apply(**step, pristine, shapes);
         QImage image = pristine;
         QPainter painter(&image);
         painter.setRenderHint(QPainter::Antialiasing);
-        for (auto entry = history.crbegin(); entry != history.crend(); ++entry)
-            drawShape(painter, (*entry)->geometry, (*entry)->style);
+        for (const EditEntry &shape : std::as_const(shapes))
+            drawShape(painter, shape.geometry, shape.style);
         painter.end();
         clean(pristine, image);
         return image;
@@ -59,10 +88,9 @@ private:
 
     void paint() const
     {
-        const ViewMapping view{
-            .widget = m_widget->size(), .picture = picture.size(), .scale = scale};
-        QPainter painter(m_widget);
         const QImage image = replay();
+        const ViewMapping view{.widget = m_widget->size(), .picture = image.size(), .scale = scale};
+        QPainter painter(m_widget);
         painter.setPen(QColor(126, 136, 146));
         painter.drawRect(QRect(view.margins() - QPoint(1, 1), view.scaledSize() + QSize(1, 1)));
         const auto show = [&](const QImage &shown) {

@@ -2,11 +2,19 @@
 
 #include "platform/services.h"
 #include "platform/x11/x11applicationwatch.h"
+#include "platform/x11/x11hands.h"
 #include "platform/x11/x11hotkeys.h"
 #include "platform/x11/x11keywatch.h"
-#include "platform/x11/x11windowserver.h"
+#include "platform/x11/x11ownwindows.h"
+#include "platform/x11/x11pictures.h"
+#include "platform/x11/x11screens.h"
+#include "platform/x11/x11windowcatalogue.h"
 
+#include <QCoreApplication>
 #include <QGuiApplication>
+
+#include <xcb/composite.h>
+#include <xcb/xtest.h>
 
 namespace {
 
@@ -37,10 +45,23 @@ bool createX11Desktop(Services &services)
     const auto display = openDisplay();
     if (!display)
         return false;
-    services.windows = std::make_unique<OnDisplay<X11WindowServer>>(display);
+    services.screens = std::make_unique<OnDisplay<X11Screens>>(display);
+    services.pictures = std::make_unique<OnDisplay<X11Pictures>>(display);
+    services.windows = std::make_unique<OnDisplay<X11WindowCatalogue>>(display);
+    services.ownWindows = std::make_unique<OnDisplay<X11OwnWindows>>(display);
+    services.hands = std::make_unique<OnDisplay<X11Hands>>(display);
     services.hotKeys = std::make_unique<OnDisplay<X11HotKeys>>(display);
     services.keys = std::make_unique<OnDisplay<X11KeyWatch>>(display);
     services.watch = std::make_unique<OnDisplay<X11ApplicationWatch>>(display);
+    if (!display->hasExtension(xcb_composite_id))
+        services.abilities.withhold(
+            Ability::CoveredWindows,
+            QCoreApplication::translate("Abilities", "This desktop keeps no pictures of windows "
+                                                     "that others cover."));
+    if (!display->hasExtension(xcb_test_id))
+        services.abilities.withhold(
+            Ability::OtherWheels, QCoreApplication::translate(
+                                      "Abilities", "This desktop lets no program turn the wheel."));
     return true;
 }
 

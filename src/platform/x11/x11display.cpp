@@ -84,6 +84,24 @@ QList<uint32_t> X11Display::values(xcb_window_t window, xcb_atom_t name, xcb_ato
     return {values, values + bytes.size() / static_cast<qsizetype>(sizeof(uint32_t))};
 }
 
+bool X11Display::hasExtension(xcb_extension_t &extension)
+{
+    const xcb_query_extension_reply_t *data = xcb_get_extension_data(m_connection, &extension);
+    return data && data->present;
+}
+
+xcb_atom_t X11Display::compositorSelection()
+{
+    return atom("_NET_WM_CM_S" + std::to_string(m_screenNumber));
+}
+
+bool X11Display::isComposited()
+{
+    const auto reply = XCB_REPLY(m_connection, get_selection_owner,
+                                 xcb_get_selection_owner(m_connection, compositorSelection()));
+    return reply && reply->owner != XCB_NONE;
+}
+
 bool X11Display::hasWindowManager()
 {
     // The window that the root's property names must have the same property: a window manager that

@@ -64,6 +64,13 @@ public:
     /// A property's 32-bit values.
     QList<uint32_t> values(xcb_window_t window, xcb_atom_t name, xcb_atom_t type);
 
+    /// Whether the server has an extension. A request of one that it lacks would end the
+    /// connection.
+    bool hasExtension(xcb_extension_t &extension);
+    /// The selection that a running compositor owns.
+    xcb_atom_t compositorSelection();
+    /// Whether a compositor is running.
+    bool isComposited();
     /// Whether a window manager is running.
     bool hasWindowManager();
     /// Sends the window manager a request as a client message to the root window.

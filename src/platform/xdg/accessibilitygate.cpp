@@ -1,6 +1,6 @@
 #include "platform/xdg/accessibilitygate.h"
 
-#include "platform/x11/x11desktop.h"
+#include "platform/services.h"
 
 #include <QAccessible>
 #include <QDBusConnection>
@@ -117,7 +117,7 @@ bool AccessibilityGate::isAnswered()
         status.waitForFinished();
         if (isSilence(status.error()))
             return false;
-        address = accessibilityBusOfX11();
+        address = accessibilityBusOfDesktop();
         if (address.isEmpty() && isOn(status.value())) {
             QDBusPendingReply<QString> reply = m_address;
             reply.waitForFinished();

@@ -4,19 +4,13 @@
 #include "config/applicationrecord.h"
 #include "config/settings.h"
 #include "config/xmlstore.h"
-#include "fakedesktop.h"
+#include "overlayfixture.h"
 #include "rows.h"
-#include "testmain.h"
-
-#include <QLabel>
-#include <QTemporaryDir>
-
-#include <memory>
 
 using namespace Qt::StringLiterals;
 
 // All numbers are device pixels, so the same rows hold at every scale.
-class TestMagnifier : public QObject
+class TestMagnifier : public OverlayTest
 {
     Q_OBJECT
 
@@ -29,18 +23,16 @@ private slots:
         QVERIFY(file.open(QIODevice::WriteOnly));
         file.write("<Galeway ver=\"1\"/>");
         file.close();
-        m_desktop = std::make_unique<FakeDesktop>();
-        FakeWindowServer &server = *m_desktop->windows;
-        server.screenList = {{0, 0, 3200, 2400}, {-1600, 100, 1600, 1200}};
-        server.list = {
+        begin({{0, 0, 3200, 2400}, {-1600, 100, 1600, 1200}});
+        m_desktop->ownWindows->placing = !hasPanes();
+        m_desktop->windows->list = {
             {.entry = {.number = 9, .bounds = {-1600, 0, 4800, 2400}},
              .color = Qt::white},  // overlay
             {.entry = {.number = 3, .bounds = {403, 301, 1, 1}}, .color = QColor(1, 2, 171)},
             {.entry = {.number = 2, .bounds = {-300, 200, 900, 600}},
              .color = QColor(250, 128, 7)}};
         m_magnifier = std::make_unique<Magnifier>();
-        m_overlay = std::make_unique<dlgFreeHand>();
-        server.numbers = {{m_overlay.get(), 9}};
+        m_desktop->ownWindows->numbers.insert(&open<dlgFreeHand>(), 9);
         m_multiple = 8;
     }
 
@@ -105,8 +97,11 @@ private slots:
 
         // One pixel is one block, and the mark around it has the opposite colour.
         auto *label = panel()->findChild<QLabel *>(u"m_Label"_s);
-        const MagnifierView view{(QSizeF(label->size()) * label->devicePixelRatioF()).toSize(), 8};
-        const QPoint corner = view.centreMark().topLeft();
+        const auto mark = [label] {
+            const QSizeF size = QSizeF(label->size()) * label->devicePixelRatioF();
+            return MagnifierView{size.toSize(), 8}.centreMark().topLeft();
+        };
+        QPoint corner = mark();
         QImage shown = label->grab().toImage();
         QCOMPARE(shown.pixelColor(corner), QColor(254, 253, 84));
         QCOMPARE(shown.pixelColor(corner + QPoint(7, 7)), QColor(254, 253, 84));
@@ -115,14 +110,21 @@ private slots:
         QCOMPARE(shown.pixelColor(corner - QPoint(1, 1)), QColor(250, 128, 7));
         QCOMPARE(shown.pixelColor(corner + QPoint(8, 8)), QColor(250, 128, 7));
 
+        // It stands in the far corner of the pointer's screen.
+        QCOMPARE(panel()->area().bottomRight(), QPoint(3199, 2399));
+        standsInItsPane();
+
         // Off the desktop it is black, inside it is framed; on the other screen it shows that one.
         request(eMagUpdate, {-1600, 400});
         QCOMPARE(text(u"LblX"_s), u"X: -1600 px"_s);
         shown = label->grab().toImage();
+        corner = mark();
         QCOMPARE(shown.pixelColor(corner - QPoint(3, 3)), QColor(0, 0, 0));
         QCOMPARE(shown.pixelColor(corner + QPoint(0, -9)), QColor(152, 161, 168));
         request(eMagUpdate, {-200, 400});
         QCOMPARE(text(u"LblHex"_s), u"fa8007"_s);
+        QCOMPARE(panel()->area().bottomRight(), QPoint(-1, 1299));
+        standsInItsPane();
     }
 
     void requests()
@@ -159,7 +161,7 @@ private slots:
         request(eMagUpdate, {403, 301});
         QCOMPARE(text(u"LblHex"_s), u"000000"_s);
         // The overlay takes it along, whatever is asked later.
-        m_overlay = std::make_unique<dlgFreeHand>();
+        open<dlgFreeHand>();
         request(eMagUpdate, {5, 5});
         request(eMagClose, {});
     }
@@ -167,21 +169,28 @@ private slots:
 private:
     DigDetail *panel() const { return m_overlay->findChild<DigDetail *>(); }
     QString text(const QString &label) const { return panel()->findChild<QLabel *>(label)->text(); }
+    // Where windows can't be placed it is a part of the pane.
+    void standsInItsPane() const
+    {
+        const QPoint origin = m_overlay->area().topLeft();
+        const Pane &pane = m_overlay->paneAt(panel()->area().center() - origin);
+        if (hasPanes())
+            QCOMPARE(panel()->parentWidget(), &pane.window());
+        QCOMPARE(panel()->isWindow(), !hasPanes());
+        QVERIFY(panel()->isWindow() || isWhole(panel()));
+        if (!panel()->isWindow())
+            QCOMPARE(panel()->pos(), pane.toLogical(panel()->area().topLeft() - origin));
+    }
     void request(EShowMagOpr opr, QPoint pos, int type = DigDetail::s_region)
     {
         m_magnifier->request(m_overlay.get(), opr, pos, type, {true, m_multiple});
     }
 
-    std::unique_ptr<FakeDesktop> m_desktop;
     std::unique_ptr<QTemporaryDir> m_folder;
-    std::unique_ptr<dlgFreeHand> m_overlay;
     std::unique_ptr<Magnifier> m_magnifier;
     int m_multiple = 8;
 };
 
-int main(int argc, char **argv)
-{
-    return runAtScales<TestMagnifier>(argc, argv, {"1", "1.5", "2"});
-}
+int main(int argc, char **argv) { return runInPanes<TestMagnifier>(argc, argv); }
 
 #include "test_magnifier.moc"

@@ -31,7 +31,7 @@ private slots:
         drag({501, 101}, {652, 202});
         QCOMPARE(text(u"label_6"_s), u"151 px"_s);
         const QRect global(-99, 101, 151, 101);
-        QCOMPARE(overlay.getPixmap().toImage(), m_desktop->windows->picture(global, {2, 1}));
+        QCOMPARE(overlay.getPixmap().toImage(), m_desktop->pictures->painted(global, {2, 1}));
         const std::unique_ptr<QPainterPath> ellipse(overlay.getEllipse());
         QPainterPath expected;
         expected.addEllipse(0, 0, 151, 101);
@@ -65,7 +65,7 @@ private slots:
 
     void ellipseRepaints()
     {
-        m_desktop->windows->composited = false;
+        m_desktop->ownWindows->composited = false;
         open<MyDrawRound>();
         mouse(QEvent::MouseButtonPress, {301, 203}, Qt::LeftButton);
         for (const QPoint to : {QPoint(305, 206), {390, 333}, {217, 251}, {14, 9}, {599, 449}}) {
@@ -76,6 +76,9 @@ private slots:
         compareWithFullRepaint(s_shades);
         drag({451, 303}, {377, 251});  // moves the region
         compareWithFullRepaint(s_shades);
+        m_overlay->findChild<QWidget *>(u"widget_2"_s)->hide();  // is as large as the scale
+        QApplication::processEvents();
+        compareWithFirstRun(s_shades);
     }
 
     void polygonPicture()
@@ -86,10 +89,12 @@ private slots:
         QVERIFY(overlay.getPixmap().isNull());
         for (const QPoint vertex : {QPoint(501, 101), {653, 103}, {600, 200}})
             click(vertex);
+        QApplication::processEvents();
+        QVERIFY(onScreen().pixelColor(577, 102).red() > 100);
         overlay.slots_freehandAccept();
         QCOMPARE(overlay.result(), QDialog::Accepted);
         QCOMPARE(overlay.getPixmap().toImage(),
-                 m_desktop->windows->picture(QRectF(-99, 101, 152, 99), {2, 1}));
+                 m_desktop->pictures->painted(QRectF(-99, 101, 152, 99), {2, 1}));
         const std::unique_ptr<QPolygonF> polygon(overlay.getPolygon());
         QCOMPARE(*polygon, QPolygonF({{99, 99}, {152, 2}, {0, 0}}));
     }
@@ -120,7 +125,7 @@ private slots:
 
     void polygonRepaints()
     {
-        m_desktop->windows->composited = false;
+        m_desktop->ownWindows->composited = false;
         auto &overlay = open<dlgFreeHand>();
         const QImage empty = onScreen();
         for (const QPoint at : {QPoint(601, 101), {1153, 303}, {700, 400}, {20, 30}}) {
@@ -137,6 +142,7 @@ private slots:
         mouse(QEvent::MouseButtonRelease, {20, 30}, Qt::NoButton);
         mouse(QEvent::MouseMove, {604, 104}, Qt::NoButton);
         compareWithFullRepaint(s_shades);
+        compareWithFirstRun(s_shades);
         // The red circle around the first vertex.
         QVERIFY(onScreen().pixelColor(596, 101).red() > empty.pixelColor(596, 101).red() + 40);
         overlay.deletelastpoint();
@@ -152,13 +158,13 @@ private slots:
         click({501, 101});
         mouse(QEvent::MouseMove, {733, 207}, Qt::NoButton);
         QTest::keyClick(surface(), Qt::Key_Right);
-        QCOMPARE(m_desktop->windows->pointerPos, QPoint(134, 207));
+        QCOMPARE(m_desktop->hands->pointerPos, QPoint(134, 207));
         QTest::keyClick(surface(), Qt::Key_Down, Qt::AltModifier);
-        QCOMPARE(m_desktop->windows->pointerPos, QPoint(134, 449));
+        QCOMPARE(m_desktop->hands->pointerPos, QPoint(134, 449));
         QTest::keyClick(surface(), Qt::Key_Left, Qt::AltModifier);
-        QCOMPARE(m_desktop->windows->pointerPos, QPoint(-599, 449));
+        QCOMPARE(m_desktop->hands->pointerPos, QPoint(-599, 449));
         // The tick follows a pointer that moves unseen, but sets no vertex.
-        m_desktop->windows->pointerPos = {-301, 77};
+        m_desktop->hands->pointerPos = {-301, 77};
         const QSignalSpy spy(m_overlay.get(), &CaptureOverlay::ShowDetailWindowRequest);
         m_desktop->clock->advance(100);
         QCOMPARE(spy.constFirst().at(2).toInt(), -301);
@@ -186,6 +192,6 @@ private slots:
     }
 };
 
-int main(int argc, char **argv) { return runAtScales<TestOverlays>(argc, argv, {"1", "1.5", "2"}); }
+int main(int argc, char **argv) { return runInPanes<TestOverlays>(argc, argv); }
 
 #include "test_overlays.moc"

@@ -17,35 +17,41 @@ private slots:
 
     void looksLikeCompositor()
     {
-        m_desktop->windows->composited = false;
-        open<Dialog>();
-        QCOMPARE(m_overlay->windowOpacity(), 1.0);
-        drag({101, 101}, {301, 203});
-        const QImage shown = onScreen();
-        QCOMPARE(shown.pixelColor(60, 70), QColor(0, 64, 102));
-        QCOMPARE(shown.pixelColor(400, 300), QColor(80, 16, 3));
-        QCOMPARE(shown.pixelColor(150, 150), QColor(153, 217, 255));  // inside the region
-        QCOMPARE(shown.pixelColor(301, 203), QColor(54 + 80, 54 + 16, 54 + 3));  // on a handle
-        // The outline lies half on either side of the region's edge.
-        QCOMPARE(shown.pixelColor(301, 130).red(), 80 + 77);
-        QCOMPARE(shown.pixelColor(302, 130), QColor(80, 16, 3));
+        isDimmed(false);
+        // Nor is a desktop live whose pictures are frozen, whatever the compositor.
+        m_desktop->pictures->frozen = true;
+        isDimmed(true);
     }
 
     void marksEveryPixel()
     {
         // The scale does not divide this size.
-        m_desktop->windows->screenList = {{0, 0, 601, 451}, {-600, 0, 600, 450}};
+        m_desktop->screens->list = {{0, 0, 601, 451}, {-600, 0, 600, 450}};
         open<Dialog>();
         QCOMPARE(dialog().getPolygonF(), nullptr);
         QVERIFY(dialog().getPixmap().isNull());
         const QPoint origin(600, 0);
-        // An odd one, and one that is dragged past the desktop's far corner.
-        for (const auto &[to, region] : {std::pair(QPoint(152, 136), QRect(101, 103, 51, 33)),
-                                         {QPoint(650, 480), QRect(300, 301, 301, 150)}}) {
-            drag(region.topLeft() + origin, to + origin);
+        struct Row {
+            QPoint from{};
+            QPoint to{};
+            QRect region{};
+        };
+        // An odd one, one that is dragged past the desktop's far corner, and across the screens to
+        // and fro.
+        for (const auto &[from, to, region] : {Row{{101, 103}, {152, 136}, {101, 103, 51, 33}},
+                                               {{300, 301}, {650, 480}, {300, 301, 301, 150}},
+                                               {{-131, 11}, {57, 90}, {-131, 11, 188, 79}},
+                                               {{61, 301}, {-37, 107}, {-37, 107, 98, 194}},
+                                               {{-500, 20}, {-181, 99}, {-500, 20, 319, 79}}}) {
+            dialog().dialog_clear();
+            drag(from + origin, to + origin);
+            QVERIFY(isWhole(frame()));
+            // Its right end is below the region's.
+            const Pane &pane = m_overlay->paneAt(region.topLeft() + origin);
+            QVERIFY(frame()->window() == &pane.window() || region.width() < 300);
             QCOMPARE(text(u"label_6"_s), u"%1 px"_s.arg(region.width()));
             QCOMPARE(text(u"label_8"_s), u"%1 px"_s.arg(region.height()));
-            QCOMPARE(dialog().getPixmap().toImage(), m_desktop->windows->picture(region, {2, 1}));
+            QCOMPARE(dialog().getPixmap().toImage(), m_desktop->pictures->painted(region, {2, 1}));
             const std::unique_ptr<QPainterPath> outline(dialog().getPolygonF());
             QCOMPARE(outline->boundingRect(), QRectF(region.translated(origin)));
         }
@@ -53,7 +59,7 @@ private slots:
 
     void partialRepaintEqualsFull()
     {
-        m_desktop->windows->composited = false;
+        m_desktop->ownWindows->composited = false;
         open<Dialog>();
         mouse(QEvent::MouseButtonPress, {301, 203}, Qt::LeftButton);
         for (const QPoint to :
@@ -78,7 +84,7 @@ private slots:
 
     void feedsMagnifier()
     {
-        m_desktop->windows->screenList = {{0, 0, 600, 450}, {-600, 0, 600, 450}};
+        m_desktop->screens->list = {{0, 0, 600, 450}, {-600, 0, 600, 450}};
         m_overlay = std::make_unique<Dialog>();
         QSignalSpy spy(m_overlay.get(), &CaptureOverlay::ShowDetailWindowRequest);
         m_overlay->show();
@@ -94,7 +100,7 @@ private slots:
         QTest::keyClick(surface(), Qt::Key_E, Qt::ControlModifier);
         next(eMagChangeMode, 0, 0);
         // The tick follows a pointer that moves unseen, to the pixel.
-        m_desktop->windows->pointerPos = {-301, 77};
+        m_desktop->hands->pointerPos = {-301, 77};
         m_desktop->clock->advance(100);
         next(eMagUpdate, -301, 77);
         // While a button is held, and once the overlay has finished, it sends nothing.
@@ -137,6 +143,8 @@ private slots:
         QCOMPARE(dialog().getPixmap().size(), QSize(90, 90));
         QCOMPARE(resultOf([this] { QTest::keyClick(surface(), Qt::Key_Escape); }),
                  QDialog::Rejected);
+        QCOMPARE(resultOf([this] { m_overlay->panes().constLast().window().close(); }),
+                 QDialog::Rejected);
         // The program's end, too, in the middle of a drag.
         QCOMPARE(resultOf([] { QCoreApplication::exit(); }), QDialog::Rejected);
         QVERIFY(!m_overlay->isVisible());
@@ -145,24 +153,25 @@ private slots:
 
     void leavesChangedDesktop()
     {
-        FakeWindowServer &desktop = *m_desktop->windows;
+        QList<QRect> &screens = m_desktop->screens->list;
+        bool &composited = m_desktop->ownWindows->composited;
         open<Dialog>();
-        desktop.screenList.append({600, 0, 600, 450});
+        screens.append({600, 0, 600, 450});
         m_desktop->clock->advance(100);
         QVERIFY(!m_overlay->isVisible());
         open<Dialog>();
-        desktop.composited = false;
+        composited = false;
         m_desktop->clock->advance(100);
         QVERIFY(!m_overlay->isVisible());
         // With a picture of the desktop it needs no compositor, and one may come.
         open<Dialog>();
         m_desktop->clock->advance(150);
-        desktop.composited = true;
+        composited = true;
         m_desktop->clock->advance(150);
         QVERIFY(m_overlay->isVisible());
         // No compositor, and nothing to take a picture of.
-        desktop.composited = false;
-        desktop.screenList.clear();
+        composited = false;
+        screens.clear();
         m_overlay = std::make_unique<Dialog>();
         m_overlay->show();
         QVERIFY(!m_overlay->isVisible());
@@ -188,12 +197,28 @@ private slots:
     }
 
 private:
+    void isDimmed(bool composited)
+    {
+        m_desktop->ownWindows->composited = composited;
+        open<Dialog>();
+        QCOMPARE(m_overlay->windowOpacity(), 1.0);
+        drag({101, 101}, {301, 203});
+        const QImage shown = onScreen();
+        QCOMPARE(shown.pixelColor(60, 70), QColor(0, 64, 102));
+        QCOMPARE(shown.pixelColor(400, 300), QColor(80, 16, 3));
+        QCOMPARE(shown.pixelColor(150, 150), QColor(153, 217, 255));  // inside the region
+        QCOMPARE(shown.pixelColor(301, 203), QColor(54 + 80, 54 + 16, 54 + 3));  // on a handle
+        // The outline lies half on either side of the region's edge.
+        QCOMPARE(shown.pixelColor(301, 130).red(), 80 + 77);
+        QCOMPARE(shown.pixelColor(302, 130), QColor(80, 16, 3));
+        frame()->hide();  // is as large as the scale
+        QApplication::processEvents();
+        compareWithFirstRun(1);
+    }
+    QWidget *frame() const { return m_overlay->findChild<QWidget *>(u"widget_2"_s); }
     Dialog &dialog() const { return static_cast<Dialog &>(*m_overlay); }
 };
 
-int main(int argc, char **argv)
-{
-    return runAtScales<TestRectangleOverlay>(argc, argv, {"1", "1.5", "2"});
-}
+int main(int argc, char **argv) { return runInPanes<TestRectangleOverlay>(argc, argv); }
 
 #include "test_rectangleoverlay.moc"

@@ -17,23 +17,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// Counts the pictures that are taken, and lets windows close in front of the camera.
-class CountingServer : public FakeWindowServer
-{
-public:
-    QList<int> taken{};
-    QList<int> closing{};  ///< give no picture
-
-    QImage picture(std::optional<QRectF> area, const QList<int> &chosen) override
-    {
-        taken += chosen;
-        return closing.contains(chosen.value(0)) ? QImage()
-                                                 : FakeWindowServer::picture(area, chosen);
-    }
-};
-
-FakeWindowServer::Window window(int number, const QString &owner, QSize size, const QColor &color,
-                                bool onScreen = true)
+FakeWindowCatalogue::Window window(int number, const QString &owner, QSize size,
+                                   const QColor &color, bool onScreen = true)
 {
     return {{.number = number, .bounds = QRectF({5, 5}, size), .owner = owner}, color, onScreen};
 }
@@ -48,16 +33,19 @@ private slots:
     {
         m_browser.reset();
         g_widgetExcept = nullptr;
-        auto server = std::make_unique<CountingServer>();
-        m_server = server.get();
-        Services made;
-        createNullDesktop(made);
-        made.windows = std::move(server);
-        installServices(std::move(made));
-        m_server->list = {window(11, u"Mail"_s, {400, 200}, Qt::red),
-                          window(12, u"Editor"_s, {300, 600}, Qt::green),
-                          window(13, u"hidden Mail"_s, {50, 50}, Qt::blue, false),
-                          window(14, u"Terminal"_s, {40, 20}, Qt::cyan)};
+        m_desktop = std::make_unique<FakeDesktop>();
+        m_taken.clear();
+        m_closing.clear();
+        m_desktop->pictures->taken = [this](int number) {
+            m_taken.append(number);
+            return m_closing.contains(number)
+                       ? QImage()
+                       : m_desktop->pictures->painted(std::nullopt, {number});
+        };
+        m_desktop->windows->list = {window(11, u"Mail"_s, {400, 200}, Qt::red),
+                                    window(12, u"Editor"_s, {300, 600}, Qt::green),
+                                    window(13, u"hidden Mail"_s, {50, 50}, Qt::blue, false),
+                                    window(14, u"Terminal"_s, {40, 20}, Qt::cyan)};
     }
 
     void thumbnails()
@@ -103,20 +91,20 @@ private slots:
 
     void windowsOfAllKinds()
     {
-        m_server->list = {window(1, QString(), {1, 1}, Qt::red),
-                          window(2, u"x"_s.repeated(10000), {5000, 3}, Qt::green),
-                          window(3, u"窗口 окно نافذة"_s, {3, 4000}, Qt::blue),
-                          window(4, u"closing"_s, {100, 100}, Qt::blue),
-                          window(5, u"no width"_s, {0, 100}, Qt::blue)};
-        m_server->closing = {4};
+        m_desktop->windows->list = {window(1, QString(), {1, 1}, Qt::red),
+                                    window(2, u"x"_s.repeated(10000), {5000, 3}, Qt::green),
+                                    window(3, u"窗口 окно نافذة"_s, {3, 4000}, Qt::blue),
+                                    window(4, u"closing"_s, {100, 100}, Qt::blue),
+                                    window(5, u"no width"_s, {0, 100}, Qt::blue)};
+        m_closing = {4};
         for (int i = 0; i < 100; ++i)
-            m_server->list.append(window(100 + i, u"many"_s, {120, 90}, Qt::gray));
+            m_desktop->windows->list.append(window(100 + i, u"many"_s, {120, 90}, Qt::gray));
         open();
         QCOMPARE(list()->count(), 103);
         QCOMPARE(captions().mid(0, 4),
                  (QStringList{QString(), u"x"_s.repeated(255), u"窗口 окно نافذة"_s, u"many"_s}));
         // Closed since: it keeps its picture, and can be chosen.
-        m_server->list.clear();
+        m_desktop->windows->list.clear();
         choose(u"All"_s);
         QCOMPARE(list()->count(), 103);
         list()->item(0)->setSelected(false);
@@ -136,12 +124,12 @@ private slots:
         choose(u"Visbel"_s);
         QCOMPARE(captions(), (QStringList{u"Mail"_s, u"Editor"_s, u"Terminal"_s}));
         choose(u"All"_s);
-        QCOMPARE(m_server->taken, (QList<int>{11, 12, 14, 13}));
+        QCOMPARE(m_taken, (QList<int>{11, 12, 14, 13}));
         // With as many records as the list has windows nothing more is taken.
-        m_server->list[0] = window(15, u"new"_s, {10, 10}, Qt::red);
+        m_desktop->windows->list[0] = window(15, u"new"_s, {10, 10}, Qt::red);
         choose(u"Visbel"_s);
         choose(u"All"_s);
-        QCOMPARE(m_server->taken.size(), 4);
+        QCOMPARE(m_taken.size(), 4);
     }
 
     void filter()
@@ -208,13 +196,13 @@ private slots:
     // The item of the first record carries a place in the list of windows, and is looked up by it.
     void firstKeyIsAListPosition()
     {
-        m_server->closing = {11};
+        m_closing = {11};
         open();
         QCOMPARE(captions(), (QStringList{u"Editor"_s, u"Terminal"_s}));
         press(u"OK_BUTTON"_s);
         QCOMPARE(*m_browser->getNameList(), (QList<QString>{u"Terminal"_s}));
         // And there may be nothing at that place.
-        m_server->list.removeLast();
+        m_desktop->windows->list.removeLast();
         open();
         press(u"OK_BUTTON"_s);
         QVERIFY(m_browser->getPixmap()->isEmpty());
@@ -252,7 +240,9 @@ private:
         return image.convertToFormat(QImage::Format_RGB32);
     }
 
-    CountingServer *m_server = nullptr;
+    std::unique_ptr<FakeDesktop> m_desktop{};
+    QList<int> m_taken{};
+    QList<int> m_closing{};  // windows that close in front of the camera
     std::unique_ptr<WindowsPreView> m_browser;
 };
 

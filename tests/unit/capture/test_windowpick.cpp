@@ -1,27 +1,19 @@
 #include "capture/windowpick.h"
 
-#include "fakedesktop.h"
+#include "overlayfixture.h"
 #include "platform/windowlist.h"
 #include "rows.h"
-#include "testmain.h"
-
-#include <QTimer>
-
-#include <functional>
-#include <memory>
 
 using namespace Qt::StringLiterals;
 
-class TestWindowPick : public QObject
+class TestWindowPick : public OverlayTest
 {
     Q_OBJECT
 private slots:
     void init()
     {
-        m_overlay.reset();
         g_widgetExcept = nullptr;
-        m_desktop = std::make_unique<FakeDesktop>();
-        m_desktop->windows->screenList = {{0, 0, 600, 450}, {-600, 0, 600, 450}};
+        begin({{0, 0, 600, 450}, {-600, 0, 600, 450}});
         m_desktop->windows->list = {
             // Stands for the overlay.
             {.entry = {.number = 9, .bounds = {-600, 0, 1200, 450}}, .color = Qt::transparent},
@@ -29,22 +21,30 @@ private slots:
              .color = QColor(0, 160, 255)},
             {.entry = {.number = 1, .bounds = {-300, 30, 400, 300}, .owner = u"Шрифт"_s},
              .color = QColor(200, 40, 6)}};
-        m_desktop->windows->pointerPos = {-280, 50};
+        // Another pane is no other window.
+        if (hasPanes())
+            m_desktop->windows->list.prepend(
+                {.entry = {.number = FakeOwnWindows::s_furtherPane, .bounds = {-600, 0, 600, 450}},
+                 .color = Qt::transparent});
+        m_desktop->hands->pointerPos = {-280, 50};
     }
 
     void tintsWhatIsSeen()
     {
         const auto check = [&](const QByteArray &row, bool composited) {
             init();
-            m_desktop->windows->composited = composited;
-            m_overlay = std::make_unique<mouseShot>();
+            m_desktop->ownWindows->composited = composited;
+            open<mouseShot>();
             expect(row, m_overlay->windowOpacity(), 1.0);
-            expect(row, m_desktop->windows->covered, (QList<QRect>{{-600, 0, 1200, 450}}));
-            QImage shown(1200, 450, QImage::Format_ARGB32_Premultiplied);
-            shown.fill(Qt::white);
-            shown.setDevicePixelRatio(m_overlay->devicePixelRatioF());
-            surface()->render(&shown, {}, {}, {});
-            const auto at = [&](int x, int y) { return shown.pixelColor(x + 600, y); };
+            const auto at = [&](int x, int y) {
+                const QPoint pixel(x + 600, y);
+                const Pane &pane = m_overlay->paneAt(pixel);
+                QImage shown(pane.pixels().size(), QImage::Format_ARGB32_Premultiplied);
+                shown.fill(Qt::white);
+                shown.setDevicePixelRatio(pane.scale());
+                pane.surface().render(&shown, {}, {}, {});
+                return shown.pixelColor(pixel - pane.pixels().topLeft());
+            };
             const QColor clear = composited ? QColor(0, 0, 0, 0) : QColor(Qt::black);
             const QColor tinted = composited ? QColor(0, 0, 0, 100) : QColor(122, 24, 4);
             const QColor covered = composited ? clear : QColor(0, 160, 255);
@@ -62,27 +62,26 @@ private slots:
 
     void followsThePointer()
     {
-        m_overlay = std::make_unique<mouseShot>();
+        auto &overlay = open<mouseShot>();
         QString name;
-        QCOMPARE(m_overlay->getPixmap(&name).size(), QSize(400, 300));
+        QCOMPARE(overlay.getPixmap(&name).size(), QSize(400, 300));
         QCOMPARE(name, u"Шрифт"_s);
-        m_desktop->windows->pointerPos = {-100, 100};
+        m_desktop->hands->pointerPos = {-100, 100};
         m_desktop->clock->advance(200);
-        QCOMPARE(m_overlay->getPixmap(&name).size(), QSize(200, 150));
+        QCOMPARE(overlay.getPixmap(&name).size(), QSize(200, 150));
         QCOMPARE(name, u"Mail"_s);
         // By keys, to the one in front and back: of that the middle is covered.
         QTest::keyClick(surface(), Qt::Key_Tab);
-        QCOMPARE(m_overlay->getPixmap(nullptr).size(), QSize(400, 300));
+        QCOMPARE(overlay.getPixmap(nullptr).size(), QSize(400, 300));
         QTest::keyClick(surface(), Qt::Key_Tab, Qt::ShiftModifier);
-        QCOMPARE(m_overlay->getPixmap(nullptr).size(), QSize(200, 150));
+        QCOMPARE(overlay.getPixmap(nullptr).size(), QSize(200, 150));
         // The list is that of the moment when the overlay opened. What has closed has no picture.
-        m_desktop->windows->list.remove(1);
-        QVERIFY(m_overlay->getPixmap(nullptr).isNull());
+        m_desktop->windows->list.removeIf([](const auto &it) { return it.entry.number == 2; });
+        QVERIFY(overlay.getPixmap(nullptr).isNull());
         // Over no window: none at first.
-        m_desktop->windows->pointerPos = {300, 400};
-        m_overlay = std::make_unique<mouseShot>();
+        m_desktop->hands->pointerPos = {300, 400};
         name = u"as it was"_s;
-        QVERIFY(m_overlay->getPixmap(&name).isNull());
+        QVERIFY(open<mouseShot>().getPixmap(&name).isNull());
         QCOMPARE(name, u"as it was"_s);
     }
 
@@ -91,7 +90,7 @@ private slots:
         const auto check = [this](const QByteArray &row, int expected,
                                   const std::function<void()> &end) {
             init();
-            m_overlay = std::make_unique<mouseShot>();
+            open<mouseShot>();
             int result = -1;
             QTimer::singleShot(1, this, [&] {
                 result = m_overlay->exec();
@@ -121,33 +120,22 @@ private slots:
         QWidget cover;
         cover.winId();
         g_widgetExcept = &cover;
-        m_desktop->windows->numbers.insert(&cover, 2);
-        m_desktop->windows->pointerPos = {-100, 100};
-        m_overlay = std::make_unique<mouseShot>();
-        QCOMPARE(m_overlay->getPixmap(nullptr).size(), QSize(400, 300));
+        m_desktop->ownWindows->numbers.insert(&cover, 2);
+        m_desktop->hands->pointerPos = {-100, 100};
+        QCOMPARE(open<mouseShot>().getPixmap(nullptr).size(), QSize(400, 300));
         g_widgetExcept = nullptr;
         // A list that the window system could not give.
         m_desktop->windows->list.clear();
-        m_overlay = std::make_unique<mouseShot>();
-        QVERIFY(m_overlay->getPixmap(nullptr).isNull());
+        QVERIFY(open<mouseShot>().getPixmap(nullptr).isNull());
     }
 
 private:
-    QWidget *surface() const { return m_overlay->findChild<QWidget *>(u"widget"_s); }
-    void press(Qt::MouseButton button, Qt::MouseButtons buttons) const
+    void press(Qt::MouseButton button, Qt::MouseButtons buttons)
     {
-        QMouseEvent event(QEvent::MouseButtonPress, {9, 9}, {9, 9}, button, buttons,
-                          Qt::NoModifier);
-        QApplication::sendEvent(surface(), &event);
+        mouse(QEvent::MouseButtonPress, {320, 50}, buttons, button);
     }
-
-    std::unique_ptr<FakeDesktop> m_desktop;
-    std::unique_ptr<mouseShot> m_overlay;
 };
 
-int main(int argc, char **argv)
-{
-    return runAtScales<TestWindowPick>(argc, argv, {"1", "1.5", "2"});
-}
+int main(int argc, char **argv) { return runInPanes<TestWindowPick>(argc, argv); }
 
 #include "test_windowpick.moc"

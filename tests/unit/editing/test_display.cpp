@@ -11,6 +11,7 @@
 #include <QTest>
 
 #include <cmath>
+#include <functional>
 #include <tuple>
 
 using namespace Qt::StringLiterals;
@@ -129,15 +130,12 @@ private slots:
                 QFont font;
                 font.setPointSize(6 + random.bounded(30));
                 font.setItalic(random.bounded(2));
-                const EntryPtr text = std::make_shared<const EditEntry>(
-                    EditEntry{TextShape{point()},
-                              {.type = stateText,
-                               .color = QColor::fromRgb(random.generate()),
-                               .text = u"fjÅg %1\nمرحبا"_s.arg(round),
-                               .font = font}});
-                EditHistory history = editor.getVecUnDo();
-                history.prepend(text);
-                editor.setVecUnDo(&history);
+                const OperationPtr text = adding({TextShape{point()},
+                                                  {.type = stateText,
+                                                   .color = QColor::fromRgb(random.generate()),
+                                                   .text = u"fjÅg %1\nمرحبا"_s.arg(round),
+                                                   .font = font}});
+                editor.record(text);
             } else {
                 plain.state = static_cast<stateEnum>(
                     QList{stateRect, stateEllipse, stateArrow, statePoly}.at(random.bounded(4)));
@@ -172,6 +170,8 @@ private slots:
         }
         QVERIFY(plain.history.size() > 20);
     }
+
+    void operations();
 };
 
 /// On a desktop whose scale is not whole, where widgets begin between two pixels.
@@ -182,6 +182,98 @@ class TestScaledDisplay : public QObject
 private slots:
     void scrolled();
 };
+
+// Operations of every kind, undone and redone at random, leave the pixels of a replay from nothing.
+// Undone shapes come back on top of what only added one, and after nothing else.
+void TestDisplay::operations()
+{
+    const bool isLong = qEnvironmentVariableIsSet("SNAP_LONG");
+    const quint32 seed = isLong ? QRandomGenerator::global()->generate() : 15;
+    qInfo("seed %u", seed);
+    QRandomGenerator random(seed);
+    QImage image(QSize(200, 150), QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::white);
+    for (int x = 0; x < image.width(); ++x)
+        image.setPixel(x, 40, qPremultiply(qRgba(255, 0, 0, x)));
+    QPainter(&image).setCompositionMode(QPainter::CompositionMode_Source);
+    for (int y = 90; y < image.height(); ++y)
+        std::fill_n(reinterpret_cast<QRgb *>(image.scanLine(y)), y, 0);
+    QWidget widget;
+    TPictureEditor editor(&widget, nullptr);
+    editor.setPixmap(QPixmap::fromImage(image));
+    PlainPainter plain(&widget);
+    widget.removeEventFilter(&plain);
+    plain.picture = editor.getPixmap();
+
+    const auto point = [&] {
+        const QSize size = editor.pictureSize();
+        return QPoint(random.bounded(-20, size.width() + 20),
+                      random.bounded(-20, size.height() + 20));
+    };
+    const auto shape = [&](ShapeId id) {
+        const QList<stateEnum> tools{stateRect, stateEllipse, stateArrow, statePoly, stateText};
+        EditMsg style{.type = tools.at(random.bounded(tools.size())),
+                      .width = 1 + random.bounded(9),
+                      .color = QColor::fromRgba(random.generate()),
+                      .text = u"fj\n\u0645"_s};
+        style.font.setPointSize(6 + random.bounded(20));
+        Drag drag{.start = point(),
+                  .end = point(),
+                  .line = QPolygon({point(), point(), point()}),
+                  .width = style.width};
+        drag.box = QRect(drag.start, drag.end);
+        const Geometry geometry =
+            shapeFrom(stateEnum(style.type), drag).value_or(TextShape{drag.start});
+        return std::make_shared<const EditEntry>(EditEntry{geometry, style, id});
+    };
+    const auto anyId = [&]() -> ShapeId {
+        const auto shapes = sceneOf(editor.getVecUnDo(), image.size()).shapes;
+        return shapes.isEmpty() ? nextShapeId() : shapes.at(random.bounded(shapes.size()))->id;
+    };
+    const std::function<OperationPtr(int)> change = [&](int kind) {
+        if (kind < 5)
+            return operation(AddShape{shape(nextShapeId())});
+        if (kind == 5)
+            return operation(ReplaceShape{shape(anyId())});
+        if (kind == 6)
+            return operation(RemoveShape{anyId()});
+        const QSize size = editor.pictureSize();
+        if (kind == 7 && size.width() > 60 && size.height() > 60)
+            return operation(CropPicture{QRect(random.bounded(-9, 9), random.bounded(9),
+                                               size.width() - 9, size.height() - 5)});
+        SeveralChanges several;
+        for (int i = random.bounded(4); i >= 0; --i)
+            several.changes.append(change(random.bounded(7)));
+        return operation(several);
+    };
+    for (int step = 0; step < (isLong ? 10'000 : 1000); ++step) {
+        const int action = random.bounded(20);
+        if (step % 250 == 249) {
+            editor.clearShape();
+        } else if (step % 10 == 9) {
+            // As a change of tabs does.
+            const EditHistory history = editor.getVecUnDo();
+            editor.setVecUnDo(&history);
+        } else if (action < 5) {
+            editor.Undo();
+        } else if (action < 9) {
+            editor.Redo();
+        } else {
+            const OperationPtr recorded = change(action - 9 > 8 ? 2 : action - 9);
+            const auto undone = addedBy(*recorded) ? editor.getVecReDo() : EditHistory();
+            editor.record(recorded);
+            QCOMPARE(editor.getVecReDo(), undone);
+        }
+        plain.history = editor.getVecUnDo();
+        widget.resize(editor.pictureSize());
+        const QImage expected = plain.united().toImage();
+        QImage shown(expected.size(), QImage::Format_ARGB32_Premultiplied);
+        shown.fill(Qt::transparent);
+        widget.render(&shown, {}, {}, {});
+        if (shown != expected || editor.sendPixmap(Qt::transparent).toImage() != expected)
+            QFAIL(qPrintable(u"seed %1, step %2, action %3"_s.arg(seed).arg(step).arg(action)));
+    }
+}
 
 // What is scrolled is not painted anew, and what is drawn then has to fit to it.
 void TestScaledDisplay::scrolled()

@@ -21,15 +21,14 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-EntryPtr rectangle(const QRect &rect, const QColor &color = Qt::red)
+OperationPtr rectangle(const QRect &rect, const QColor &color = Qt::red)
 {
     const QPolygon outline({rect.topLeft(),
                             {rect.x() + rect.width(), rect.y()},
                             {rect.x() + rect.width(), rect.y() + rect.height()},
                             {rect.x(), rect.y() + rect.height()},
                             rect.topLeft()});
-    return std::make_shared<const EditEntry>(
-        EditEntry{RectShape{outline}, {.type = stateRect, .width = 2, .color = color}});
+    return adding({RectShape{outline}, {.type = stateRect, .width = 2, .color = color}});
 }
 
 QPixmap filled(const QSize &size, const QColor &color)
@@ -61,7 +60,7 @@ EditHistory randomShapes(QRandomGenerator &random, const QSize &size)
         const std::array<Geometry, 6> kinds{
             EmptyShape{},          RectShape{points(5)},     EllipseShape{QRect(point(), point())},
             ArrowShape{points(5)}, PolylineShape{points(9)}, TextShape{point()}};
-        history.append(std::make_shared<const EditEntry>(EditEntry{kinds.at(i % 6), style}));
+        history.append(adding({kinds.at(i % 6), style}));
     }
     return history;
 }

@@ -26,8 +26,8 @@ long remember(long code, long /*unused*/)
 QList<int> types(const EditHistory &history)
 {
     QList<int> result;
-    for (const EntryPtr &entry : history)
-        result.append(entry->style.type);
+    for (const OperationPtr &entry : history)
+        result.append(shapeOf(*entry)->style.type);
     return result;
 }
 
@@ -66,7 +66,7 @@ private slots:
         m_editor->setPenColor(Qt::green);
         drag({60, 60}, {90, 80});
         QCOMPARE(g_changes, QList<long>{TPictureEditor::HistoryChange});
-        const EditEntry &entry = *m_editor->getVecUnDo().constFirst();
+        const EditEntry &entry = *shapeOf(*m_editor->getVecUnDo().constFirst());
         QCOMPARE(std::get<RectShape>(entry.geometry).outline.boundingRect(),
                  QRect(QPoint(10, 10), QPoint(40, 30)));
         QCOMPARE(entry.style.width, 7);
@@ -88,8 +88,8 @@ private slots:
             m_editor->setState(stateRect);
             mouse();
             QList<QRect> made;
-            for (const EntryPtr &entry : m_editor->getVecUnDo())
-                made.append(std::get<RectShape>(entry->geometry).outline.boundingRect());
+            for (const OperationPtr &entry : m_editor->getVecUnDo())
+                made.append(std::get<RectShape>(shapeOf(*entry)->geometry).outline.boundingRect());
             expect(row, made, rectangles);
             expect(row, g_changes.count(TPictureEditor::Refusal), refusals);
         };
@@ -203,7 +203,7 @@ private slots:
         QCOMPARE(m_editor->getState(), stateText);
         click({150, 100});
         QVERIFY(!field()->isVisible());
-        const EditEntry &entry = *m_editor->getVecUnDo().constFirst();
+        const EditEntry &entry = *shapeOf(*m_editor->getVecUnDo().constFirst());
         QCOMPARE(entry.style.text, u"abc"_s);
         QCOMPARE(std::get<TextShape>(entry.geometry).position, QPoint(10, 10));
         click({100, 80});
@@ -233,7 +233,7 @@ private slots:
             way();
             expect(row, field()->isVisible(), false);
             expect(row, m_editor->getVecUnDo().size(), 1);
-            expect(row, m_editor->getVecUnDo().value(0)->style.text, u"kept"_s);
+            expect(row, shapeOf(*m_editor->getVecUnDo().value(0))->style.text, u"kept"_s);
         };
         check("tool", [this] { m_editor->setState(stateRect); });
         check("the same tool", [this] { m_editor->setState(stateText); });

@@ -17,7 +17,7 @@ constexpr int s_number = 42;
 constexpr int s_lookTime = 25;  // ms that a look takes, beside the pause after it
 
 // A window that lies on a page where `path` says, by the time since the first look.
-class HandServer : public FakeWindowServer
+class HandWindow
 {
 public:
     QImage page{};
@@ -29,16 +29,21 @@ public:
     std::function<void(qint64)> onLook{};
     int looks = 0;
 
-    QList<Entry> windows(List, int) override
+    explicit HandWindow(FakeDesktop &desktop)
     {
-        return bounds.isEmpty() ? QList<Entry>{}
-                                : QList<Entry>{{.number = s_number,
-                                                .bounds = bounds,
-                                                .frame = {0, titleBar, 0, 0},
-                                                .process = 3}};
+        desktop.windows->told = [this](auto, int) { return entries(); };
+        desktop.pictures->taken = [this](int) { return look(); };
     }
 
-    QImage picture(std::optional<QRectF>, const QList<int> &) override
+private:
+    QList<WindowCatalogue::Entry> entries() const
+    {
+        if (bounds.isEmpty())
+            return {};
+        return {{.number = s_number, .bounds = bounds, .frame = {0, titleBar, 0, 0}, .process = 3}};
+    }
+
+    QImage look()
     {
         ++looks;
         services().clock->pause(s_lookTime);
@@ -59,7 +64,6 @@ public:
         return view;
     }
 
-private:
     qint64 m_start = -1;
 };
 
@@ -91,10 +95,8 @@ class TestHandCapture : public QObject
 private slots:
     void init()
     {
-        const FakeDesktop desktop;
-        auto server = std::make_unique<HandServer>();
-        m_server = server.get();
-        services().windows = std::move(server);
+        FakeDesktop desktop;
+        m_window = std::make_unique<HandWindow>(desktop);
     }
 
     // In both directions each way, and slantwise.
@@ -104,23 +106,23 @@ private slots:
             init();
             // Slantwise a bar is over something else at each look, and belongs to none of it.
             if (speed == 3000)
-                m_server->frame = {.footer = 24, .scrollBar = 14};
-            const QSize view = m_server->frame.content(m_server->bounds.size()).size();
+                m_window->frame = {.footer = 24, .scrollBar = 14};
+            const QSize view = m_window->frame.content(m_window->bounds.size()).size();
             QRect all;
             for (const QPoint &place : places)
                 all |= QRect(place, view);
             // Of which the last line is no blank one.
-            m_server->page = textPage(all.width(), all.height(), 2);
-            m_server->path = walk(places, speed);
+            m_window->page = textPage(all.width(), all.height(), 2);
+            m_window->path = walk(places, speed);
             if (speed == 1500)
-                m_server->button = {400, 200, 60, 90};
+                m_window->button = {400, 200, 60, 90};
             qint64 end = 0;
             for (qsizetype i = 0; i + 1 < places.size(); ++i)
                 end += 2000LL * (places[i] - places[i + 1]).manhattanLength() / speed + 200;
             HandCapture hands({.window = s_number});
             const ScrollCapture::Result result = takeFor(hands, end);
             expect(row, result.note, QString());
-            expect(row, result.picture, m_server->page);
+            expect(row, result.picture, m_window->page);
         };
         const QList<QPoint> upright{{0, 900}, {0, 8000}, {0, 0}};
         check("500 a second", QList<QPoint>{{0, 300}, {0, 900}, {0, 0}}, 500);
@@ -138,10 +140,10 @@ private slots:
     // A jump beyond what two looks share is not guessed at; the way back is shown, and leads on.
     void losesAndFinds()
     {
-        m_server->page = textPage(700, 6000);
+        m_window->page = textPage(700, 6000);
         // At its foot there is nothing to be recognised.
-        fill(m_server->page, {0, 1250, 700, 300}, Qt::white);
-        m_server->path = [](qint64 time) {
+        fill(m_window->page, {0, 1250, 700, 300}, Qt::white);
+        m_window->path = [](qint64 time) {
             if (time < 1000)
                 return QPoint(0, static_cast<int>(time));
             if (time < 2500)
@@ -162,7 +164,7 @@ private slots:
         });
         const ScrollCapture::Result result = takeFor(hands, 6500);
         QCOMPARE(result.note, QString());
-        QCOMPARE(result.picture, m_server->page.copy(0, 0, 700, result.picture.height()));
+        QCOMPARE(result.picture, m_window->page.copy(0, 0, 700, result.picture.height()));
         QVERIFY(result.picture.height() > 3100 && result.picture.height() < 3250);
         // The last text of the last known view, in half its size.
         QVERIFY(rowsWhileLost > 0 && rowsWhileLost < told.size());
@@ -170,7 +172,7 @@ private slots:
         bool isFound = false;
         for (int foot = 1225; foot <= 1250 && !isFound; ++foot)
             isFound =
-                m_server->page.copy(0, foot - 200, 400, 200)
+                m_window->page.copy(0, foot - 200, 400, 200)
                     .convertToFormat(shown.format())
                     .scaled(200, 100, Qt::IgnoreAspectRatio, Qt::SmoothTransformation) == shown;
         QVERIFY(isFound);
@@ -182,25 +184,25 @@ private slots:
     {
         const auto check = [&](const QByteArray &row, const Frame &frame, bool isUp) {
             init();
-            m_server->frame = frame;
-            m_server->titleBar = frame.header / 2;
-            const int header = frame.header - m_server->titleBar;
-            const QRect content = frame.content(m_server->bounds.size());
-            m_server->page = textPage(content.width(), 2000);
+            m_window->frame = frame;
+            m_window->titleBar = frame.header / 2;
+            const int header = frame.header - m_window->titleBar;
+            const QRect content = frame.content(m_window->bounds.size());
+            m_window->page = textPage(content.width(), 2000);
             const int lowest = 2000 - content.height();
-            m_server->path = [=](qint64 time) {
+            m_window->path = [=](qint64 time) {
                 const int at = static_cast<int>(std::min<qint64>(time, lowest));
                 return QPoint(0, isUp ? lowest - at : at);
             };
             HandCapture hands({.window = s_number});
             const ScrollCapture::Result result = takeFor(hands, lowest + 200);
             expect(row, result.note, QString());
-            const QImage view = frame.view(m_server->page, {}, m_server->bounds.size());
+            const QImage view = frame.view(m_window->page, {}, m_window->bounds.size());
             expect(row, result.picture.size(),
                    QSize(content.width(), 2000 + header + frame.footer));
-            expect(row, result.picture.copy(0, header, content.width(), 2000), m_server->page);
+            expect(row, result.picture.copy(0, header, content.width(), 2000), m_window->page);
             expect(row, result.picture.copy(0, 0, content.width(), header),
-                   view.copy(content.x(), m_server->titleBar, content.width(), header));
+                   view.copy(content.x(), m_window->titleBar, content.width(), header));
         };
         check("header, footer", Frame{.header = 50, .footer = 24}, false);
         check("header, footer, up", Frame{.header = 50, .footer = 24}, true);
@@ -213,15 +215,15 @@ private slots:
     {
         const auto check = [&](const QByteArray &row, const QString &how, bool keeps, bool told) {
             init();
-            m_server->page = textPage(700, 2500);
-            m_server->path = [&](qint64 time) {
+            m_window->page = textPage(700, 2500);
+            m_window->path = [&](qint64 time) {
                 return QPoint(0,
                               how == u"lost" && time > 700 ? 2000 : std::min<int>(600, int(time)));
             };
             HandCapture hands(target());
             constexpr qint64 begin = 1000;
             qint64 last = 0;
-            m_server->onLook = [&](qint64 now) {
+            m_window->onLook = [&](qint64 now) {
                 last = now;
                 if (now < begin || how == u"idle")
                     return;
@@ -230,15 +232,15 @@ private slots:
                 else if (how == u"discard")
                     hands.discard();
                 else if (how == u"closed")
-                    m_server->bounds = {};
+                    m_window->bounds = {};
                 else
-                    m_server->bounds.setWidth(650);
+                    m_window->bounds.setWidth(650);
             };
             const ScrollCapture::Result result = hands.run();
             expect(row, !result.picture.isNull(), keeps);
             expect(row, !result.note.isEmpty(), told);
             if (!result.picture.isNull())
-                expect(row, result.picture, m_server->page.copy(0, 0, 700, 1100));
+                expect(row, result.picture, m_window->page.copy(0, 0, 700, 1100));
             expect(row, result.note.contains(QLocale().toString(1100)), how == u"lost");
             if (how == u"idle")
                 QVERIFY2(last >= 60000 && last < 61000, row);
@@ -283,8 +285,8 @@ private slots:
                 for (int x = repeats ? 60 : 100; x < 690; x += repeats ? 40 : 60)
                     glyphs().number(page, x, 17 * line + 4, repeats ? line : 31415);
             }
-            m_server->page = page;
-            m_server->path = [](qint64 time) {
+            m_window->page = page;
+            m_window->path = [](qint64 time) {
                 // By whole lines, and once by a hundred and a few.
                 const int line = static_cast<int>(time / 12);
                 return QPoint(0, 17 * (time < 2000   ? line
@@ -351,20 +353,20 @@ private:
     ScrollCapture::Target target() const
     {
         return {.window = s_number,
-                .area = m_server->frame.content(m_server->bounds.size())
-                            .translated(m_server->bounds.topLeft())};
+                .area = m_window->frame.content(m_window->bounds.size())
+                            .translated(m_window->bounds.topLeft())};
     }
     /// Runs a capture that is kept after so many milliseconds of the window's time.
     ScrollCapture::Result takeFor(HandCapture &hands, qint64 time)
     {
-        m_server->onLook = [&hands, time](qint64 now) {
+        m_window->onLook = [&hands, time](qint64 now) {
             if (now >= time)
                 hands.keep();
         };
         return hands.run();
     }
 
-    HandServer *m_server = nullptr;
+    std::unique_ptr<HandWindow> m_window{};
 };
 
 QTEST_MAIN(TestHandCapture)

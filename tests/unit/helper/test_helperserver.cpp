@@ -68,7 +68,7 @@ void TestHelperServer::init()
     m_desktop->windows->list = {{.entry = {.number = 5,
                                            .bounds = QRectF(100, 100, 60, 80),
                                            .process = 9,
-                                           .kind = WindowServer::Kind::Menu},
+                                           .kind = WindowCatalogue::Kind::Menu},
                                  .color = Qt::red}};
     m_folder = std::make_unique<QTemporaryDir>();
     s_told.clear();
@@ -85,7 +85,7 @@ void TestHelperServer::cleanup()
 
 void TestHelperServer::menu()
 {
-    m_desktop->windows->pointerPos = {120, 120};
+    m_desktop->hands->pointerPos = {120, 120};
     GWSnapWorkbenchStartMenuItemCapture(folder().constData());
     // Nothing comes but through the event loop.
     QVERIFY(s_told.isEmpty());
@@ -100,7 +100,7 @@ void TestHelperServer::menu()
 
 void TestHelperServer::folderGone()
 {
-    m_desktop->windows->pointerPos = {120, 120};
+    m_desktop->hands->pointerPos = {120, 120};
     GWSnapWorkbenchStartMenuItemCapture(folder().constData());
     m_folder->remove();
     QCOMPARE(heard(2), QList<int>({4, 7}));
@@ -118,7 +118,7 @@ void TestHelperServer::stopped()
     GWSnapWorkbenchStopMenuItemCapture();
     QCOMPARE(heard(2), QList<int>({4, 6}));
     // A new one can be started, and is heard of.
-    m_desktop->windows->pointerPos = {120, 120};
+    m_desktop->hands->pointerPos = {120, 120};
     GWSnapWorkbenchStartMenuItemCapture(folder().constData());
     QCOMPARE(heard(4), QList<int>({4, 6, 4, 5}));
 }
@@ -134,7 +134,7 @@ void TestHelperServer::stoppedAtOnce()
 
 void TestHelperServer::oneAtATime()
 {
-    m_desktop->windows->pointerPos = {120, 120};
+    m_desktop->hands->pointerPos = {120, 120};
     GWSnapWorkbenchStartMenuItemCapture(folder().constData());
     GWSnapWorkbenchStartMenuItemCapture(folder().constData());
     GWSnapWorkbenchStartMenuItemCapture(nullptr);

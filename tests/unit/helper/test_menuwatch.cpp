@@ -5,9 +5,9 @@
 #include "helper/menuwatch.h"
 #include "rows.h"
 
-using Kind = WindowServer::Kind;
+using Kind = WindowCatalogue::Kind;
 using State = MenuWatch::State;
-using Entry = WindowServer::Entry;
+using Entry = WindowCatalogue::Entry;
 
 namespace {
 

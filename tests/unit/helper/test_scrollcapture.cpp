@@ -49,11 +49,12 @@ QImage longLines(const QSize &size)
 }
 
 // A window of a tool bar, a view on a page, scroll bars and a frame.
-class ScrollingServer : public FakeWindowServer
+class ScrollingWindow
 {
 public:
     QImage page{};
     QRect bounds{50, 40, 500, 460};
+    QRect cover{};  ///< of a window in front
     int offset = 0;
     int sideOffset = 0;
     int turns = 0;
@@ -77,15 +78,16 @@ public:
     int lowest() const { return std::max(0, int(page.height()) - view().height()); }
     int rightmost() const { return std::max(0, int(page.width()) - view().width()); }
 
-    QList<Entry> windows(List which, int relativeTo) override
+    explicit ScrollingWindow(FakeDesktop &desktop)
     {
-        QList<Entry> result = FakeWindowServer::windows(List::OnScreen, 0);
-        if (!bounds.isEmpty())
-            result.append({.number = s_number, .bounds = bounds, .process = 3});
-        return which == List::AtAndAbove && relativeTo != s_number ? QList<Entry>{} : result;
+        desktop.windows->told = [this](auto which, int relativeTo) {
+            return entries(which, relativeTo);
+        };
+        desktop.pictures->taken = [this](int) { return look(); };
+        desktop.hands->turned = [this](int clicks, Hands::Wheel wheel) { turn(clicks, wheel); };
     }
 
-    QImage picture(std::optional<QRectF>, const QList<int> &) override
+    QImage look()
     {
         if (bounds.isEmpty())
             return {};
@@ -119,20 +121,31 @@ public:
         return image;
     }
 
-    bool turnWheel(QPoint, int clicks, Wheel wheel) override
+private:
+    QList<WindowCatalogue::Entry> entries(WindowCatalogue::List which, int relativeTo) const
     {
-        if (wheel == Wheel::Right)
+        if (which == WindowCatalogue::List::AtAndAbove && relativeTo != s_number)
+            return {};
+        QList<WindowCatalogue::Entry> result;
+        if (!cover.isEmpty())
+            result.append({.number = 1, .bounds = cover});
+        if (!bounds.isEmpty())
+            result.append({.number = s_number, .bounds = bounds, .process = 3});
+        return result;
+    }
+
+    void turn(int clicks, Hands::Wheel wheel)
+    {
+        if (wheel == Hands::Wheel::Right)
             sideOffset = std::clamp(sideOffset + clicks * s_sideStep, 0, rightmost());
-        else if (wheel == Wheel::Down && !swallows)
+        else if (wheel == Hands::Wheel::Down && !swallows)
             pending += clicks;
         ++turns;
         scroll();
         if (onTurn)
             onTurn();
-        return true;
     }
 
-private:
     QHash<qsizetype, qint64> m_seen;
 };
 
@@ -145,23 +158,21 @@ class TestScrollCapture : public QObject
 private slots:
     void init()
     {
-        const FakeDesktop desktop;
-        auto server = std::make_unique<ScrollingServer>();
-        m_server = server.get();
-        services().windows = std::move(server);
-        m_server->page = noisePage({m_server->view().width(), 2500});
+        m_desktop = std::make_unique<FakeDesktop>();
+        m_window = std::make_unique<ScrollingWindow>(*m_desktop);
+        m_window->page = noisePage({m_window->view().width(), 2500});
     }
 
     void takesAll()
     {
         const auto check = [&](const QByteArray &row, bool told, int start) {
             init();
-            m_server->offset = start;
+            m_window->offset = start;
             ScrollCapture capture(target(told ? viewOnScreen() : QRect()));
             const ScrollCapture::Result result = capture.run();
             expect(row, result.note, QString());
-            expect(row, result.picture, m_server->page);
-            expect(row, m_server->offset, start);
+            expect(row, result.picture, m_window->page);
+            expect(row, m_window->offset, start);
         };
         check("told area, from the top", true, 0);
         check("told area, from the middle", true, 12 * s_wheelStep);
@@ -174,32 +185,32 @@ private slots:
         const auto check = [&](const QByteArray &row, int turn, const Hook &hinder,
                                QImage::Format format = QImage::Format_RGB32) {
             init();
-            m_server->onTurn = [&] {
-                QVERIFY2(!m_server->handBusy, row);
-                if (m_server->turns != turn)
+            m_window->onTurn = [&] {
+                QVERIFY2(!m_desktop->hands->busy, row);
+                if (m_window->turns != turn)
                     return;
                 hinder();
                 services().clock->after(1500, this, [this] {
-                    m_server->handBusy = false;
-                    m_server->stuck = false;
-                    m_server->swallows = false;
-                    m_server->scroll();
+                    m_desktop->hands->busy = false;
+                    m_window->stuck = false;
+                    m_window->swallows = false;
+                    m_window->scroll();
                 });
             };
             ScrollCapture capture(target(viewOnScreen()));
             const ScrollCapture::Result result = capture.run();
             expect(row, result.note, QString());
             expect(row, result.picture.convertToFormat(format, Qt::ThresholdDither),
-                   m_server->page.convertToFormat(format, Qt::ThresholdDither));
-            expect(row, m_server->offset, 0);
+                   m_window->page.convertToFormat(format, Qt::ThresholdDither));
+            expect(row, m_window->offset, 0);
         };
-        check("hangs on the way down", 5, [this] { m_server->stuck = true; });
-        check("hangs from the first turn on", 1, [this] { m_server->stuck = true; });
-        check("opens a menu for a while", 5, [this] { m_server->swallows = true; });
-        check("is moved", 5, [this] { m_server->bounds.translate(60, 30); });
-        check("the user holds a key", 5, [this] { m_server->handBusy = true; });
+        check("hangs on the way down", 5, [this] { m_window->stuck = true; });
+        check("hangs from the first turn on", 1, [this] { m_window->stuck = true; });
+        check("opens a menu for a while", 5, [this] { m_window->swallows = true; });
+        check("is moved", 5, [this] { m_window->bounds.translate(60, 30); });
+        check("the user holds a key", 5, [this] { m_desktop->hands->busy = true; });
         const auto recolour = [this] {
-            QPainter(&m_server->page).fillRect(m_server->page.rect(), QColor(220, 240, 255, 90));
+            QPainter(&m_window->page).fillRect(m_window->page.rect(), QColor(220, 240, 255, 90));
         };
         check("takes other colours", 5, recolour, QImage::Format_Mono);
     }
@@ -208,16 +219,16 @@ private slots:
     {
         for (const int lateness : {200, 500}) {
             init();
-            m_server->lateness = lateness;
-            for (int y = 120; y < m_server->page.height(); y += 330) {
-                m_server->late.append({20, y, 280, 150});
-                QPainter(&m_server->page)
-                    .fillRect(m_server->late.last(), QColor(y % 250, 120, 200));
+            m_window->lateness = lateness;
+            for (int y = 120; y < m_window->page.height(); y += 330) {
+                m_window->late.append({20, y, 280, 150});
+                QPainter(&m_window->page)
+                    .fillRect(m_window->late.last(), QColor(y % 250, 120, 200));
             }
             ScrollCapture capture(target(viewOnScreen()));
             const ScrollCapture::Result result = capture.run();
             expect(QByteArray::number(lateness), result.note, QString());
-            expect(QByteArray::number(lateness), result.picture, m_server->page);
+            expect(QByteArray::number(lateness), result.picture, m_window->page);
         }
     }
 
@@ -226,8 +237,8 @@ private slots:
     {
         const auto check = [&](const QByteArray &row, bool isOver, const Hook &event) {
             init();
-            m_server->onTurn = [&] {
-                if (m_server->turns == s_eventTurn)
+            m_window->onTurn = [&] {
+                if (m_window->turns == s_eventTurn)
                     event();
             };
             ScrollCapture capture(target(viewOnScreen()));
@@ -235,19 +246,17 @@ private slots:
             expect(row, result.note.isEmpty(), false);
             // Neither the window that came in front nor what lay below gets the wheel; what can be
             // put back is put back.
-            expect(row, isOver ? m_server->turns : m_server->offset, isOver ? s_eventTurn : 0);
+            expect(row, isOver ? m_window->turns : m_window->offset, isOver ? s_eventTurn : 0);
             const int height = result.picture.height();
-            expect(row, height > m_server->view().height() && height < 2000, true);
+            expect(row, height > m_window->view().height() && height < 2000, true);
             expect(row, result.picture,
                    noisePage({result.picture.width(), 2500}).copy(result.picture.rect()));
         };
-        check("closed", true, [this] { m_server->bounds = {}; });
-        check("another size", false, [this] { m_server->bounds.setWidth(480); });
-        check("covered", true, [this] {
-            m_server->list.append({.entry = {.number = 1, .bounds = m_server->bounds}});
-        });
+        check("closed", true, [this] { m_window->bounds = {}; });
+        check("another size", false, [this] { m_window->bounds.setWidth(480); });
+        check("covered", true, [this] { m_window->cover = m_window->bounds; });
         check("another page", false,
-              [this] { m_server->page = noisePage(m_server->page.size()).mirrored(); });
+              [this] { m_window->page = noisePage(m_window->page.size()).mirrored(); });
     }
 
     void stops()
@@ -255,11 +264,11 @@ private slots:
         const auto check = [&](const QByteArray &row, int turn, void (ScrollCapture::*stop)()) {
             init();
             const int start = 30 * s_wheelStep;
-            m_server->offset = start;
+            m_window->offset = start;
             ScrollCapture capture(target(viewOnScreen()));
             int turnsAtStop = 0;
-            m_server->onTurn = [&] {
-                if (m_server->turns != turn)
+            m_window->onTurn = [&] {
+                if (m_window->turns != turn)
                     return;
                 turnsAtStop = turn;
                 (capture.*stop)();
@@ -269,11 +278,11 @@ private slots:
             expect(row, result.note, QString());
             expect(row, result.picture.isNull(), stop != &ScrollCapture::keep);
             if (stop == &ScrollCapture::keep && turn > 1)
-                expect(row, result.picture, m_server->page.copy(result.picture.rect()));
-            expect(row, m_server->offset, start);
+                expect(row, result.picture, m_window->page.copy(result.picture.rect()));
+            expect(row, m_window->offset, start);
             // Who leaves at once does not look.
             if (stop == &ScrollCapture::abandon)
-                expect(row, m_server->turns, turn + 1);
+                expect(row, m_window->turns, turn + 1);
         };
         check("keep", 5, &ScrollCapture::keep);
         check("keep, on the way up", 1, &ScrollCapture::keep);
@@ -285,25 +294,25 @@ private slots:
 
     void limit()
     {
-        m_server->bounds.setHeight(3000);
-        m_server->page = noisePage({m_server->view().width(), 31000});
+        m_window->bounds.setHeight(3000);
+        m_window->page = noisePage({m_window->view().width(), 31000});
         ScrollCapture capture(target(viewOnScreen()));
         const ScrollCapture::Result result = capture.run();
         QCOMPARE(result.picture.height(), 30000);
-        QCOMPARE(result.picture, m_server->page.copy(0, 0, m_server->page.width(), 30000));
+        QCOMPARE(result.picture, m_window->page.copy(0, 0, m_window->page.width(), 30000));
         QVERIFY(!result.note.isEmpty());
     }
 
     void nothingScrolls()
     {
-        m_server->page = noisePage(m_server->view().size());
+        m_window->page = noisePage(m_window->view().size());
         ScrollCapture whole(target());
         ScrollCapture::Result result = whole.run();
-        QCOMPARE(result.picture, m_server->picture({}, {s_number}));
+        QCOMPARE(result.picture, m_window->look());
         QVERIFY(!result.note.isEmpty());
         QCOMPARE(result.lastRow, -1);
 
-        m_server->bounds = {};
+        m_window->bounds = {};
         ScrollCapture gone(target());
         result = gone.run();
         QVERIFY(result.picture.isNull());
@@ -314,16 +323,16 @@ private slots:
     {
         const auto check = [&](const QByteArray &row, const QImage &page, bool told, QPoint start) {
             init();
-            m_server->page = page;
-            const QPoint began(std::min(start.x(), m_server->rightmost()),
-                               std::min(start.y(), m_server->lowest()));
-            m_server->sideOffset = began.x();
-            m_server->offset = began.y();
+            m_window->page = page;
+            const QPoint began(std::min(start.x(), m_window->rightmost()),
+                               std::min(start.y(), m_window->lowest()));
+            m_window->sideOffset = began.x();
+            m_window->offset = began.y();
             ScrollCapture capture(acrossTarget(told));
             const ScrollCapture::Result result = capture.run();
             expect(row, result.note, QString());
             expect(row, result.picture, page);
-            expect(row, QPoint(m_server->sideOffset, m_server->offset), began);
+            expect(row, QPoint(m_window->sideOffset, m_window->offset), began);
         };
         const QImage page = noisePage({1100, 1300});
         const QPoint midst(11 * s_sideStep, 12 * s_wheelStep);
@@ -338,14 +347,14 @@ private slots:
     {
         const auto check = [&](const QByteArray &row, int turn, bool kept) {
             init();
-            m_server->page = noisePage({1500, 1700});
+            m_window->page = noisePage({1500, 1700});
             const QPoint began(11 * s_sideStep, 12 * s_wheelStep);
-            m_server->sideOffset = began.x();
-            m_server->offset = began.y();
+            m_window->sideOffset = began.x();
+            m_window->offset = began.y();
             ScrollCapture capture(acrossTarget());
             QImage seen;
-            m_server->onTurn = [&] {
-                if (m_server->turns != turn)
+            m_window->onTurn = [&] {
+                if (m_window->turns != turn)
                     return;
                 seen = capture.overview({300, 300});
                 kept ? capture.keep() : capture.discard();
@@ -353,15 +362,15 @@ private slots:
             const ScrollCapture::Result result = capture.run();
             expect(row, result.note, QString());
             expect(row, result.picture.isNull(), !kept);
-            expect(row, QPoint(m_server->sideOffset, m_server->offset), began);
+            expect(row, QPoint(m_window->sideOffset, m_window->offset), began);
             if (turn < 20)
                 return;
             // Wider than high: not the column alone.
             QVERIFY2(seen.width() * 9 > seen.height() * 4, row);
             if (kept) {
-                const QRect first(0, 0, m_server->view().width(), m_server->page.height());
+                const QRect first(0, 0, m_window->view().width(), m_window->page.height());
                 QVERIFY2(result.picture.width() > first.width(), row);
-                expect(row, result.picture.copy(first), m_server->page.copy(first));
+                expect(row, result.picture.copy(first), m_window->page.copy(first));
             }
         };
         check("keep, in the second column", 28, true);
@@ -371,20 +380,20 @@ private slots:
 
     void limitAcross()
     {
-        m_server->bounds.setSize({2600, 44 + 64});
-        m_server->page = noisePage({30500, 64});
+        m_window->bounds.setSize({2600, 44 + 64});
+        m_window->page = noisePage({30500, 64});
         ScrollCapture capture(acrossTarget());
         const ScrollCapture::Result result = capture.run();
-        QCOMPARE(result.picture, m_server->page.copy(0, 0, 30000, 64));
+        QCOMPARE(result.picture, m_window->page.copy(0, 0, 30000, 64));
         QCOMPARE(result.lastColumn, 30000);
         QVERIFY(!result.note.isEmpty());
     }
 
 private:
-    QRect viewOnScreen() const { return m_server->view().translated(m_server->bounds.topLeft()); }
+    QRect viewOnScreen() const { return m_window->view().translated(m_window->bounds.topLeft()); }
     ScrollCapture::Target target(const QRect &area = {}) const
     {
-        return {.window = s_number, .area = area, .anchor = m_server->bounds.center()};
+        return {.window = s_number, .area = area, .anchor = m_window->bounds.center()};
     }
     ScrollCapture::Target acrossTarget(bool told = false) const
     {
@@ -393,7 +402,8 @@ private:
         return result;
     }
 
-    ScrollingServer *m_server = nullptr;
+    std::unique_ptr<FakeDesktop> m_desktop{};
+    std::unique_ptr<ScrollingWindow> m_window{};
 };
 
 QTEST_MAIN(TestScrollCapture)

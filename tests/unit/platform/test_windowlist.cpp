@@ -11,9 +11,9 @@ class TestWindowList : public QObject
 private slots:
     void init()
     {
-        m_server = FakeDesktop().windows;
-        m_server->screenList = {{0, 0, 1440, 900}};
-        m_server->list = {
+        m_desktop = std::make_unique<FakeDesktop>();
+        m_desktop->screens->list = {{0, 0, 1440, 900}};
+        m_desktop->windows->list = {
             {{.number = 9, .layer = 101, .bounds = {1, 1, 50, 20}}, Qt::green},
             {{.number = 77, .layer = 24, .bounds = {0, 0, 1440, 22}, .name = u"bar"_s}, Qt::white},
             {{.number = 3,
@@ -54,7 +54,8 @@ private slots:
     void longNames()
     {
         // Two units of UTF-16 each, so that the cut falls into the middle of one.
-        m_server->list[0].entry.name = u"x"_s + QString::fromUtf8("\xF0\x9F\x93\xB7").repeated(300);
+        m_desktop->windows->list[0].entry.name =
+            u"x"_s + QString::fromUtf8("\xF0\x9F\x93\xB7").repeated(300);
         GetWindowList(1, 0);
         std::vector<wchar_t> title(256 + 1, L'#');
         GrabWindow(0, title.data(), nullptr, nullptr);
@@ -66,7 +67,7 @@ private slots:
     void screenUnderPoint()
     {
         const auto check = [&](const QByteArray &row, QPoint point, int number, const QRect &rect) {
-            m_server->screenList = {{0, 0, 800, 600}, {800, 0, 800, 600}};
+            m_desktop->screens->list = {{0, 0, 800, 600}, {800, 0, 800, 600}};
             QRect shown;
             expect(row, getOneScreen(point.x(), point.y(), shown), number);
             expect(row, shown, rect);
@@ -98,18 +99,18 @@ private slots:
     void exceptedWindow()
     {
         QWidget cover;
-        m_server->numbers.insert(&cover, 3);
+        m_desktop->ownWindows->numbers.insert(&cover, 3);
         QCOMPARE(GrabFullWindow(100, 100, 1, 1, true, nullptr).pixelColor(0, 0), QColor(Qt::red));
         QCOMPARE(GrabFullWindow(100, 100, 1, 1, true, &cover).pixelColor(0, 0), QColor(Qt::black));
         QCOMPARE(GrabFullWindow(10, 10, 1, 1, true, &cover).pixelColor(0, 0), QColor(Qt::green));
         // Every grab takes the list anew, whichever way the picture comes.
-        m_server->list.removeFirst();
+        m_desktop->windows->list.removeFirst();
         GrabFullWindow(0, 0, 1, 1, true, nullptr);
         QCOMPARE(getWinid(0), 77);
     }
 
 private:
-    FakeWindowServer *m_server = nullptr;
+    std::unique_ptr<FakeDesktop> m_desktop{};
 };
 
 QTEST_MAIN(TestWindowList)

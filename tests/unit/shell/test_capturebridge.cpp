@@ -153,7 +153,7 @@ private:
             m_asked = box.text() + u'|' + box.informativeText();
             QCOMPARE(box.windowTitle(), u"Our Name"_s);
             // Its frame stays for a moment after it.
-            m_desktop->windows->numbers[&box] = frame;
+            m_desktop->ownWindows->numbers[&box] = frame;
             m_desktop->windows->list = {{.entry = {.number = frame}}};
             m_desktop->clock->after(40, this, [this] { m_desktop->windows->list.clear(); });
             for (QAbstractButton *candidate : box.buttons()) {

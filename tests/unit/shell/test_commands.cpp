@@ -1,7 +1,11 @@
+#include "fakedesktop.h"
+#include "rows.h"
+#include "shell/capturerefusal.h"
 #include "shell/commands.h"
 
 #include <QFile>
 #include <QImageReader>
+#include <QMenu>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -39,6 +43,48 @@ private slots:
         for (const QString &type : list(u"MimeType"_s))
             QVERIFY2(QImageReader::supportedMimeTypes().contains(type.toLatin1()),
                      qPrintable(type));
+    }
+
+    // Greyed where the desktop lacks what it needs, and the hint says why; who orders it by another
+    // way is told the same.
+    void askTheDesktop()
+    {
+        using enum Ability;
+        const FakeDesktop desktop;
+        const QList<std::pair<QString, GrabCommand>> grabs{
+            {u"Capture Rectangular"_s, GrabCommand::Rectangle},
+            {u"Capture Ellipse"_s, GrabCommand::Ellipse},
+            {u"Capture Arbitrary"_s, GrabCommand::Polygon},
+            {u"Capture Full Screen"_s, GrabCommand::Screen},
+            {u"Capture Full Screen with Countdown Timer"_s, GrabCommand::Countdown},
+            {u"Select Window"_s, GrabCommand::Window},
+            {u"All Windows"_s, GrabCommand::Windows},
+            {u"Capture Menu"_s, GrabCommand::Menu},
+            {u"Show Snapworkbench"_s, GrabCommand::Show}};
+        // The last so many of them but for the very last.
+        const auto check = [&](const QByteArray &row, AbilitySet lacking, qsizetype refused) {
+            services().abilities = {};
+            services().abilities.withhold(lacking, u"why not"_s);
+            QMenu menu;
+            fillTrayMenu(menu);
+            for (qsizetype i = 0; i < grabs.size(); ++i) {
+                const QString text = grabs.at(i).first;
+                const bool isRefused = i < 8 && i >= 8 - refused;
+                const QByteArray name = row + ", " + text.toLatin1();
+                const QList<QAction *> items = menu.actions();
+                const auto item =
+                    std::find_if(items.begin(), items.end(),
+                                 [&](const QAction *action) { return action->text() == text; });
+                expect(name, (*item)->isEnabled(), !isRefused);
+                expect(name, (*item)->toolTip().contains(u"why not"_s), isRefused);
+                expect(name, captureRefusal(grabs.at(i).second),
+                       isRefused ? u"why not"_s : QString());
+            }
+        };
+        check("all there", {}, 0);
+        check("no pictures", Pictures, 8);
+        check("no other windows", everyAbility & ~AbilitySet(Pictures), 3);
+        check("no menus", OpenMenus, 1);
     }
 
     void callsBeforeTheWindow()

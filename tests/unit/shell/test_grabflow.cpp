@@ -28,11 +28,17 @@ public:
     bool accepts = true;  ///< what is open, of itself
     bool asks = false;
     bool isEmpty = false;
+    bool refuses = false;
     QStringList log{};
+    bool isEscapeHeard = false;
     Hook opened{};  ///< told when what waits for the user opens
     Hook freezing{}, marking{}, counting{}, browsing{}, asking{}, ending{}, showing{};
 
     GrabSituation situation() override { return now; }
+    QString refusal(GrabCommand command) override
+    {
+        return refuses && command != GrabCommand::Show ? u"not here"_s : QString();
+    }
     void place(Place place) override
     {
         static constexpr std::array names{"minimize", "restore", "lower", "show"};
@@ -90,18 +96,19 @@ public:
                                     : std::nullopt;
     }
     bool mustAsk(GrabCommand command) override { return asks && command == GrabCommand::Window; }
-    bool startHelper(GrabCommand command) override
+    bool startHelper(GrabCommand command, const std::function<bool()> &begin) override
     {
         m_closed = false;
         if (mustAsk(command))
             run(asking);
-        if (m_closed)
+        if (m_closed || !begin())
             return false;
         log.append(command == GrabCommand::Window ? u"pick"_s : u"menu"_s);
         return true;
     }
     void stopMenuWait() override { log.append(u"stop"_s); }
     void dropHelper() override { log.append(u"drop"_s); }
+    void hearEscape(bool hears) override { isEscapeHeard = hears; }
     void bringForward() override { log.append(u"bring"_s); }
     void closeOpen() override
     {
@@ -137,7 +144,8 @@ private slots:
     {
         m_fake = std::make_unique<Fake>();
         m_fake->now = {.isComposited = true, .countdown = 5};
-        m_flow = std::make_unique<GrabFlow>(*m_fake, *m_fake, m_clock);
+        m_pictures.asked = {};
+        m_flow = std::make_unique<GrabFlow>(*m_fake, *m_fake, m_pictures, m_clock);
         m_fake->opened = [this] { m_flow->opened(); };
     }
 
@@ -155,7 +163,7 @@ private slots:
         // clang-format off
         constexpr std::array<Row, GrabStateCount> rows{{
             {S::Idle,      {"other,screen,document", "", "", "", "", "", "", "", ""}, "", ""},
-            {S::Freezing,  {"bring", "give up", "", "hide", "", "", "", "give up", ""}, "", "close"},
+            {S::Freezing,  {"bring", "give up", "", "hide", "", "", "", "give up", "give up"}, "", "close"},
             {S::Marking,   {"bring", "give up", "", "", "", "", "", "give up", "give up"}, "", "close"},
             {S::Counting,  {"", "", "", "", "", "", "", "give up", ""}, "screen", "close"},
             {S::Browsing,  {"bring", "", "", "", "", "", "", "give up", ""}, "", "close"},
@@ -193,6 +201,7 @@ private slots:
     void orders()
     {
         using C = GrabCommand;
+        bool refuses = false;
         const auto check = [&](const QByteArray &row, const GrabCommand &command,
                                const GrabSituation &before, bool accepts, bool empty,
                                const char *log) {
@@ -200,6 +209,7 @@ private slots:
             m_fake->now = before;
             m_fake->accepts = accepts;
             m_fake->isEmpty = empty;
+            m_fake->refuses = refuses;
             m_flow->press(command);
             expect(row, m_fake->log.join(u','), QString::fromLatin1(log));
             expect(row, m_flow->state(), GrabState::Idle);
@@ -211,8 +221,6 @@ private slots:
         hides.isActive = hides.hideBefore = true;
         GrabSituation minimized = hides;
         minimized.isMinimized = true;
-        GrabSituation refused = other;
-        refused.refusal = u"not here"_s;
         GrabSituation noCount = other;
         noCount.countdown = 0;
         check("from another program", C::Rectangle, other, true, false,
@@ -230,9 +238,86 @@ private slots:
         check("no count wanted", C::Countdown, noCount, true, false, "other,screen,document");
         check("windows", C::Windows, shows, true, false, "browse,document,document");
         check("no window", C::Windows, other, true, true, "browse,say");
-        check("refused", C::Rectangle, refused, true, false, "say");
-        check("refused: helper", C::Window, refused, true, false, "say");
-        check("shown where refused", C::Show, refused, true, false, "show");
+        refuses = true;
+        for (const C refused : {C::Rectangle, C::Window})
+            check("refused", refused, other, true, false, "say");
+        check("shown where refused", C::Show, other, true, false, "show");
+    }
+
+    // Whenever and however the desktop answers: nothing opens before, or at all, and nothing of it
+    // is left.
+    void answersLate()
+    {
+        using C = GrabCommand;
+        using Asked = std::function<void(const Pictures::Answer &)>;
+        std::optional<qint64> givenUp;
+        const auto later = [this](int milliseconds, const Hook &then) {
+            m_clock.after(milliseconds, this, then);
+        };
+        const auto check = [&](const QByteArray &row, const C &command, const Asked &asked,
+                               const char *log) {
+            init();
+            m_pictures.asked = [&](const Pictures::Answer &answer) {
+                m_fake->log.append(u"ask"_s);
+                asked(answer);
+            };
+            givenUp = std::nullopt;
+            m_flow->press(command);
+            expect(row, m_clock.now() - givenUp.value_or(m_clock.now()) < 100, true);
+            m_flow->helperEnds();
+            expect(row, done(), QString::fromLatin1(log));
+            expect(row, m_flow->state(), GrabState::Idle);
+            expect(row, m_pictures.isHeld, false);
+            // What comes now comes too late, and the next one starts.
+            m_clock.advance(1000);
+            m_pictures.asked = {};
+            m_flow->press(C::Screen);
+            expect(row, done(), u"other,screen,document"_s);
+        };
+        const Asked late = [&](const Pictures::Answer &answer) {
+            later(60000, [this, answer] {
+                expect("meanwhile", m_flow->state(), GrabState::Freezing);
+                answer(true, {});
+            });
+        };
+        check("late: mark", C::Polygon, late, "cover,ask,mark,other,document,give back");
+        check("late: screen", C::Screen, late, "other,ask,screen,document");
+        check("late: countdown", C::Countdown, late, "count,other,ask,screen,document");
+        check("late: browser", C::Windows, late, "ask,browse,document,document");
+        check("late: pick", C::Window, late, "ask,pick,show");
+        check("a menu is not frozen", C::Menu, late, "menu,show");
+        const Asked refused = [](const Pictures::Answer &answer) { answer(false, u"no"_s); };
+        check("refused: mark", C::Ellipse, refused, "cover,ask,give back,say");
+        check("refused: screen", C::Screen, refused, "other,ask,say");
+        check("refused: browser", C::Windows, refused, "ask,say");
+        check("refused: pick", C::Window, refused, "ask,say");
+        check(
+            "never", C::Rectangle, [](const Pictures::Answer &) {}, "cover,ask,give back,say");
+        check(
+            "twice, and after the end", C::Rectangle,
+            [&](const Pictures::Answer &answer) {
+                answer(true, {});
+                answer(false, u"no"_s);
+                later(100, [answer] { answer(false, {}); });
+            },
+            "cover,ask,mark,other,document,give back");
+        const auto given = [&](const Hook &up) {
+            return [&, up](const Pictures::Answer &answer) {
+                later(50, [&, up, answer] {
+                    up();
+                    givenUp = m_clock.now();
+                    later(1000, [answer] { answer(true, {}); });
+                });
+            };
+        };
+        // It is heard even where no window of this program has the keyboard.
+        check("Escape", C::Screen, given([&] {
+                  if (m_fake->isEscapeHeard)
+                      m_flow->escape();
+              }),
+              "other,ask,give up");
+        check("a screen goes", C::Window, given([&] { m_flow->displayLost(); }), "ask,give up");
+        check("quit", C::Screen, given([&] { m_flow->quit(); }), "other,ask,give up,close");
     }
 
     void lastPressIsKept()
@@ -321,7 +406,9 @@ private slots:
         m_flow->press(GrabCommand::Window);
         m_flow->helperWorks();
         m_flow->opened();
+        QVERIFY(m_pictures.isHeld);
         m_flow->helperScrolls();
+        QVERIFY(!m_pictures.isHeld);
         m_flow->helperPutsBack();
         QCOMPARE(m_flow->state(), GrabState::Ending);
         m_flow->helperTakes({.picture = QPixmap(2, 2)});
@@ -375,6 +462,7 @@ private:
         m_flow->helperEnds();
         QCoreApplication::processEvents();
         expect(row, m_flow->state(), GrabState::Idle);
+        expect(row, m_pictures.isHeld, false);
     }
     /// What has been done since the last time, once nothing is left to do.
     QString done()
@@ -419,6 +507,8 @@ private:
     }
 
     std::unique_ptr<Fake> m_fake;
+    FakeWindowCatalogue m_windows;
+    FakePictures m_pictures{m_windows};
     FakeClock m_clock;
     std::unique_ptr<GrabFlow> m_flow;
 };

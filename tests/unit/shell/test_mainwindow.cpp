@@ -69,7 +69,7 @@ private slots:
         const QString path = at(u"a.png"_s);
         QVERIFY(solid({20, 20}).save(path));
         add();
-        const EditHistory history{std::make_shared<const EditEntry>()};
+        const EditHistory history{adding({})};
         editor()->setVecUnDo(&history);
         add();
         QVERIFY(editor()->getVecUnDo().isEmpty());
@@ -94,7 +94,7 @@ private slots:
         QVERIFY(editor()->getVecUnDo().isEmpty());
         tabs()->setCurrentIndex(2);
         QCOMPARE(editor()->getVecUnDo().size(), 1);
-        QCOMPARE(editor()->getVecUnDo().constFirst()->style.text, u"mine"_s);
+        QCOMPARE(shapeOf(*editor()->getVecUnDo().constFirst())->style.text, u"mine"_s);
         QCOMPARE(title(), u"a.png * - Snap Workbench"_s);
 
         // What lies in the margin is told of once.
@@ -244,7 +244,7 @@ private slots:
             m_window->resize(width, 400);
             QTRY_VERIFY(fold->isVisible() &&
                         strip->layout()->minimumSize().width() <= strip->width());
-            QVERIFY(strip->rect().contains(fold->geometry()));
+            QTRY_VERIFY(strip->rect().contains(fold->geometry()));
             bool zooms = false;
             QTimer::singleShot(0, this, [&] {
                 for (const QAction *action : fold->menu()->actions())

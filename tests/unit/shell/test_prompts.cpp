@@ -22,8 +22,7 @@ const QByteArray s_gif =
 EditHistory redRectangle()
 {
     const QPolygon outline({{5, 5}, {15, 5}, {15, 15}, {5, 15}, {5, 5}});
-    return {std::make_shared<const EditEntry>(
-        EditEntry{RectShape{outline}, {.type = stateRect, .width = 3, .color = Qt::red}})};
+    return {adding({RectShape{outline}, {.type = stateRect, .width = 3, .color = Qt::red}})};
 }
 
 // Milliseconds. Under the sanitizers memory alone is several times slower.

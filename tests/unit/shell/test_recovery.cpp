@@ -14,12 +14,12 @@ namespace {
 
 constexpr int s_second = 1000;  // ms
 
-EntryPtr shape(const Geometry &geometry, const EditMsg &style)
+OperationPtr shape(const Geometry &geometry, const EditMsg &style)
 {
-    return std::make_shared<const EditEntry>(EditEntry{geometry, style});
+    return adding({geometry, style});
 }
 
-EntryPtr line(const QColor &color, const QPolygon &points)
+OperationPtr line(const QColor &color, const QPolygon &points)
 {
     return shape(PolylineShape{points}, {.type = statePoly, .width = 3, .color = color});
 }
@@ -39,12 +39,19 @@ private slots:
     }
     void cleanup() { finish(); }
 
-    // Each kind of shape, what was undone, a text in the middle of a word, names and numbers.
+    // Each kind of shape and operation, what was undone, a text in the middle of a word, names and
+    // numbers.
     void everythingComesBack()
     {
         QFont font(u"Sans Serif"_s, 23);
         font.setItalic(true);
+        const EntryPtr kept = shapeOf(*line(Qt::magenta, {{20, 9}, {90, 60}}));
         const EditHistory shapes{
+            operation(CropPicture{{{5, 5}, QSize(150, 120)}}),
+            operation(SeveralChanges{
+                {operation(ReplaceShape{std::make_shared<const EditEntry>(EditEntry{
+                     EllipseShape{{QPoint(9, 9), QSize(60, 30)}}, kept->style, kept->id})}),
+                 line(Qt::cyan, {{7, 8}, {30, 90}})}}),
             shape(TextShape{{10, 20}}, {.type = stateText,
                                         .color = QColor(1, 2, 3, 4),
                                         .text = u"\u00e4\n\U0001F600"_s,
@@ -56,11 +63,12 @@ private slots:
                   {.type = stateEllipse, .width = 1000, .color = Qt::green}),
             shape(RectShape{QPolygon({{5, 5}, {15, 5}, {15, 15}, {5, 15}, {5, 5}})},
                   {.type = stateRect, .width = 2}),
+            operation(AddShape{kept}),
             shape(EmptyShape{}, {.text = u"gone"_s})};
         addColoured(Qt::blue, u"A [*] & name"_s);
         m_window->NewDocument(solid({200, 150}, Qt::yellow), u"A [*] & name"_s,
                               {.kind = u"rectangle"_s});
-        const EditHistory undone{line(Qt::cyan, {{1, 1}})};
+        const EditHistory undone{operation(RemoveShape{kept->id})};
         editor()->setVecReDo(&undone);
         draw(shapes);
         button("BtnDrawText")->click();
@@ -80,12 +88,13 @@ private slots:
         QCOMPARE(tabs()->currentIndex(), 1);
         QVERIFY(shows(Qt::yellow));
         QCOMPARE(editor()->getVecUnDo().size(), shapes.size() + 1);
-        QCOMPARE(editor()->getVecUnDo().first()->style.text, u"half a wor"_s);
+        QCOMPARE(shapeOf(*editor()->getVecUnDo().first())->style.text, u"half a wor"_s);
         const EditHistory back = editor()->getVecUnDo().sliced(1);
         const QImage ground = solid({200, 150}, Qt::white).toImage();
         QCOMPARE(replayed(ground, back, {}), replayed(ground, shapes, {}));
-        QCOMPARE(back.last()->style.text, u"gone"_s);
-        QCOMPARE(replayed(ground, editor()->getVecReDo(), {}), replayed(ground, undone, {}));
+        QCOMPARE(shapeOf(*back.last())->style.text, u"gone"_s);
+        QCOMPARE(replayed(ground, editor()->getVecReDo() + back, {}),
+                 replayed(ground, undone + shapes, {}));
         tabs()->setCurrentIndex(0);
         QVERIFY(shows(Qt::blue));
         addColoured(Qt::red, u"A [*] & name"_s);
@@ -94,6 +103,29 @@ private slots:
         kill();
         QVERIFY(startAgain());
         QCOMPARE(told(), u"Pictures that had not been saved are back: 3"_s);
+    }
+
+    // As an earlier version kept it.
+    void earlierEntriesOpen()
+    {
+        addColoured(Qt::red);
+        kill();
+        QByteArray state =
+            "{'version':1,'number':0,'shapes':["
+            "{'kind':'line','points':[1,2,30,40],'tool':'line','color':'#ff0000ff','width':3},"
+            "{'kind':'text','position':[5,6],'tool':'text','text':'a','width':1,"
+            "'font':'Sans,12,-1,5,50,0,0,0,0,0','color':'#80ff0000'}],"
+            "'undone':[{'kind':'nothing','tool':'move','color':'#ff000000','width':1}]}";
+        m_scratch->put(u"recovery/"_s + entries().first() + u"/state.json"_s,
+                       state.replace('\'', '"'));
+        QVERIFY(startAgain());
+        const Scene scene = sceneOf(editor()->getVecUnDo(), editor()->pictureSize());
+        QCOMPARE(scene.shapes.size(), 2);
+        QCOMPARE(std::get<PolylineShape>(scene.shapes.first()->geometry).points,
+                 QPolygon(QList<QPoint>{{1, 2}, {30, 40}}));
+        QCOMPARE(scene.shapes.last()->style.text, u"a"_s);
+        QVERIFY(scene.shapes.first()->id != scene.shapes.last()->id);
+        QCOMPARE(editor()->getVecReDo().size(), 1);
     }
 
     // With the picture as it was read, whatever has become of the file, which is not written over.
@@ -170,10 +202,11 @@ private slots:
         };
         check("no state", state, ""_ba, false);
         check("another state", state, "[1,2]"_ba, false);
-        check("an unknown shape", state, shapeOf(R"("star")"), false);
+        check("an unknown shape", state, shapeOf(R"("star")"), true);
+        check("an unknown step", state, R"({"version":1,"shapes":[{"op":"turn"}]})"_ba, true);
         check("a shape beyond all measure", state, shapeOf(R"("line","points":[1e300,0])"), false);
         check("half a picture", u"picture.png"_s, "\x89PNG\r\n\x1a\n"_ba, false);
-        check("a later version", state, R"({"version":2})"_ba, true);
+        check("a later version", state, R"({"version":3})"_ba, true);
     }
 
     // A limit on the size of files stands for the disk.

@@ -122,7 +122,7 @@ private:
             return panel;
         }
         if (name == u"overlay") {
-            m_desktop->windows->screenList = {{0, 0, 3840, 2160}};
+            m_desktop->screens->list = {{0, 0, 3840, 2160}};
             auto overlay = std::make_unique<Dialog>();
             overlay->show();
             auto *surface = overlay->findChild<QWidget *>(u"widget"_s);

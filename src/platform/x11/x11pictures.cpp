@@ -1,10 +1,9 @@
-// Pictures of the screen and of windows.
-
-#include "platform/x11/x11windowserver.h"
+#include "platform/x11/x11pictures.h"
 
 #include "base/log.h"
 
 #include <QPainter>
+#include <QTimer>
 
 #include <algorithm>
 
@@ -47,19 +46,48 @@ void makeOpaque(QImage &image)
 
 }  // namespace
 
-QRect X11WindowServer::rootArea()
+X11Pictures::X11Pictures(X11Display &display)
+    : m_display(display), m_reader(display), m_watches(display),
+      m_hasShape(display.hasExtension(xcb_shape_id)),
+      m_hasComposite(display.hasExtension(xcb_composite_id))
 {
+    if (!m_hasComposite)
+        return;
+    // From now on the server keeps a window's pixels even where it is covered, also without a
+    // compositor.
     xcb_connection_t *connection = m_display.connection();
-    const auto geometry =
-        XCB_REPLY(connection, get_geometry, xcb_get_geometry(connection, m_display.root()));
-    return geometry ? QRect(0, 0, geometry->width, geometry->height) : QRect();
+    xcb_discard_reply(connection, xcb_composite_query_version(connection, 0, 4).sequence);
+    xcb_composite_redirect_subwindows(connection, m_display.root(),
+                                      XCB_COMPOSITE_REDIRECT_AUTOMATIC);
+}
+
+std::unique_ptr<ChangeWatch> X11Pictures::watchChanges(int number)
+{
+    return m_watches.watch(static_cast<xcb_window_t>(number));
+}
+
+void X11Pictures::freeze(Freeze how, Answer answer)
+{
+    thaw();
+    if (how == Freeze::Still)
+        m_frozen = ofDesktop(rootArea(m_display));
+    const bool areThere = how == Freeze::AsUsual || isFrozen();
+    m_question = std::make_unique<QObject>();
+    QTimer::singleShot(0, m_question.get(),
+                       [answer = std::move(answer), areThere] { answer(areThere, {}); });
+}
+
+void X11Pictures::thaw()
+{
+    m_question.reset();
+    m_frozen = {};
 }
 
 // The caller must have grabbed the server, because the root's size may change and the picture is
 // read in bands.
-QImage X11WindowServer::rootPicture(const QRect &area)
+QImage X11Pictures::rootPicture(const QRect &area)
 {
-    const QRect inside = area & rootArea();
+    const QRect inside = area & rootArea(m_display);
     QImage picture = m_reader.read(m_display.root(), inside, m_display.screen().root_depth);
     if (inside == area)
         return picture;
@@ -71,48 +99,52 @@ QImage X11WindowServer::rootPicture(const QRect &area)
     return result;
 }
 
-QImage X11WindowServer::screenPicture(const QRect &area)
+QImage X11Pictures::ofDesktop(const QRect &area)
 {
     if (area.isEmpty())
         return {};
+    if (isFrozen())
+        return m_frozen.copy(area);
     const ServerGrab grab(m_display.connection());
     return rootPicture(area);
 }
 
-// Sets the shapes of all windows, and asks the server for the shapes of those that touch `area`.
-void X11WindowServer::readShapes(QList<Window> &windows, const QRect &area)
+QList<X11Pictures::Shaped> X11Pictures::shaped(const QList<X11TopLevel> &windows, const QRect &area)
 {
     xcb_connection_t *connection = m_display.connection();
-    QList<std::pair<Window *, xcb_shape_query_extents_cookie_t>> extents;
-    for (Window &window : windows) {
-        window.shape = window.bounds;
+    QList<Shaped> result;
+    QList<std::pair<qsizetype, xcb_shape_query_extents_cookie_t>> extents;
+    for (const X11TopLevel &window : windows) {
         if (m_hasShape && window.bounds.intersects(area))
-            extents.append({&window, xcb_shape_query_extents(connection, window.frame)});
+            extents.append({result.size(), xcb_shape_query_extents(connection, window.frame)});
+        result.append({.top = window, .shape = window.bounds});
     }
-    QList<std::pair<Window *, xcb_shape_get_rectangles_cookie_t>> shaped;
-    for (const auto &[window, cookie] : std::as_const(extents)) {
+    QList<std::pair<qsizetype, xcb_shape_get_rectangles_cookie_t>> rectangles;
+    for (const auto &[index, cookie] : std::as_const(extents)) {
         const auto reply = XCB_REPLY(connection, shape_query_extents, cookie);
         if (reply && reply->bounding_shaped)
-            shaped.append({window, xcb_shape_get_rectangles(connection, window->frame,
-                                                            XCB_SHAPE_SK_BOUNDING)});
+            rectangles.append({index, xcb_shape_get_rectangles(connection, result[index].top.frame,
+                                                               XCB_SHAPE_SK_BOUNDING)});
     }
-    for (const auto &[window, cookie] : std::as_const(shaped)) {
+    for (const auto &[index, cookie] : std::as_const(rectangles)) {
         const auto reply = XCB_REPLY(connection, shape_get_rectangles, cookie);
         if (!reply)
             continue;
-        window->shape = {};
+        auto &[top, shape] = result[index];
+        shape = {};
         // The rectangles are relative to the inside of the border.
-        const QPoint origin = window->bounds.topLeft() + QPoint(window->border, window->border);
+        const QPoint origin = top.bounds.topLeft() + QPoint(top.border, top.border);
         const xcb_rectangle_t *rects = xcb_shape_get_rectangles_rectangles(reply.get());
         for (int i = 0; i < xcb_shape_get_rectangles_rectangles_length(reply.get()); ++i)
-            window->shape +=
+            shape +=
                 QRect(rects[i].x, rects[i].y, rects[i].width, rects[i].height).translated(origin);
-        window->shape &= window->bounds;
+        shape &= top.bounds;
     }
+    return result;
 }
 
 // Reads a part of the window's backing pixmap, which includes pixels that other windows cover.
-QImage X11WindowServer::storedPicture(const Window &window, const QRect &area)
+QImage X11Pictures::storedPicture(const X11TopLevel &window, const QRect &area)
 {
     if (!m_hasComposite)
         return {};
@@ -129,7 +161,7 @@ QImage X11WindowServer::storedPicture(const Window &window, const QRect &area)
     return picture;
 }
 
-QImage X11WindowServer::windowPicture(xcb_window_t frame)
+QImage X11Pictures::windowPicture(xcb_window_t frame)
 {
     xcb_connection_t *connection = m_display.connection();
     const ServerGrab grab(connection);
@@ -137,14 +169,13 @@ QImage X11WindowServer::windowPicture(xcb_window_t frame)
     if (!geometry)
         return {};
     const int border = 2 * geometry->border_width;
-    QList<Window> one{{.frame = frame,
-                       .bounds = {0, 0, geometry->width + border, geometry->height + border},
-                       .border = geometry->border_width,
-                       .depth = geometry->depth}};
-    const QRect bounds = one.first().bounds;
-    readShapes(one, bounds);
-    QImage picture = storedPicture(one.first(), bounds);
-    const QRegion outside = QRegion(bounds) - one.first().shape;
+    const QRect bounds(0, 0, geometry->width + border, geometry->height + border);
+    const X11TopLevel window{.frame = frame,
+                             .bounds = bounds,
+                             .border = geometry->border_width,
+                             .depth = geometry->depth};
+    QImage picture = storedPicture(window, bounds);
+    const QRegion outside = QRegion(bounds) - shaped({window}, bounds).first().shape;
     if (picture.isNull() || outside.isEmpty())
         return picture;
     picture = picture.convertToFormat(QImage::Format_ARGB32_Premultiplied);
@@ -155,7 +186,7 @@ QImage X11WindowServer::windowPicture(xcb_window_t frame)
     return picture;
 }
 
-void X11WindowServer::paintWallpaper(QPainter &painter, const QRegion &region)
+void X11Pictures::paintWallpaper(QPainter &painter, const QRegion &region)
 {
     painter.setClipRegion(region);
     painter.fillRect(region.boundingRect(), Qt::black);
@@ -178,18 +209,18 @@ void X11WindowServer::paintWallpaper(QPainter &painter, const QRegion &region)
 }
 
 // Paints `region` of the desktop with these windows only; the first one is in front.
-void X11WindowServer::paintWindows(QPainter &painter, QRegion region, const QList<Window> &windows)
+void X11Pictures::paintWindows(QPainter &painter, QRegion region, const QList<Shaped> &windows)
 {
     struct Piece {
-        const Window *window = nullptr;
+        const X11TopLevel *window = nullptr;
         QRegion visible{};
         qreal opacity = 1;
     };
     // Goes through the windows from the front, so that pixels behind opaque windows are not read.
-    const bool composited = isComposited();
+    const bool composited = m_display.isComposited();
     QList<Piece> pieces;
-    for (const Window &window : windows) {
-        Piece piece{.window = &window, .visible = window.shape & region};
+    for (const auto &[window, shape] : windows) {
+        Piece piece{.window = &window, .visible = shape & region};
         if (piece.visible.isEmpty())
             continue;
         const QList<uint32_t> opacity =
@@ -216,18 +247,18 @@ void X11WindowServer::paintWindows(QPainter &painter, QRegion region, const QLis
     }
 }
 
-QImage X11WindowServer::picture(std::optional<QRectF> area, const QList<int> &numbers)
+QImage X11Pictures::ofWindows(std::optional<QRectF> area, const QList<int> &numbers)
 {
     if (!area && numbers.size() == 1)
         return windowPicture(static_cast<xcb_window_t>(numbers.first()));
     if (area && area->toRect().isEmpty())
         return {};
     const ServerGrab grab(m_display.connection());
-    QList<Window> all = topLevels();
-    all.removeIf([](const Window &window) { return !window.onScreen; });
-    QList<Window> chosen;
+    QList<X11TopLevel> all = topLevels(m_display);
+    all.removeIf([](const X11TopLevel &window) { return !window.onScreen; });
+    QList<X11TopLevel> chosen;
     for (const int number : numbers) {
-        const auto found = std::find_if(all.cbegin(), all.cend(), [&](const Window &window) {
+        const auto found = std::find_if(all.cbegin(), all.cend(), [&](const X11TopLevel &window) {
             return static_cast<int>(window.frame) == number;
         });
         if (found != all.cend())
@@ -235,25 +266,26 @@ QImage X11WindowServer::picture(std::optional<QRectF> area, const QList<int> &nu
     }
     QRect pixels = area ? area->toRect() : QRect();
     if (!area) {
-        for (const Window &window : std::as_const(chosen))
+        for (const X11TopLevel &window : std::as_const(chosen))
             pixels |= window.bounds;
     }
     if (pixels.isEmpty())
         return {};
 
-    all.removeIf(
-        [&](const Window &window) { return numbers.contains(static_cast<int>(window.frame)); });
+    all.removeIf([&](const X11TopLevel &window) {
+        return numbers.contains(static_cast<int>(window.frame));
+    });
     return composed(pixels, chosen, all);
 }
 
-QImage X11WindowServer::pictureWithout(const QRect &area, const QList<int> &numbers)
+QImage X11Pictures::withoutWindows(const QRect &area, const QList<int> &numbers)
 {
-    if (area.isEmpty())
-        return {};
+    if (area.isEmpty() || isFrozen())
+        return ofDesktop(area);
     const ServerGrab grab(m_display.connection());
-    QList<Window> shown;
-    QList<Window> leftOut;
-    for (const Window &window : topLevels()) {
+    QList<X11TopLevel> shown;
+    QList<X11TopLevel> leftOut;
+    for (const X11TopLevel &window : topLevels(m_display)) {
         if (window.onScreen && window.bounds.intersects(area))
             (numbers.contains(static_cast<int>(window.frame)) ? leftOut : shown).append(window);
     }
@@ -262,19 +294,18 @@ QImage X11WindowServer::pictureWithout(const QRect &area, const QList<int> &numb
 
 // Only the pixels behind the windows that are left out have to be composed. Elsewhere the screen's
 // pixels are used, including a compositor's shadows.
-QImage X11WindowServer::composed(const QRect &area, QList<Window> shown, QList<Window> leftOut)
+QImage X11Pictures::composed(const QRect &area, const QList<X11TopLevel> &shown,
+                             const QList<X11TopLevel> &leftOut)
 {
-    readShapes(leftOut, area);
     QRegion hidden;
-    for (const Window &window : std::as_const(leftOut))
+    for (const Shaped &window : shaped(leftOut, area))
         hidden += window.shape & area;
     QImage result = rootPicture(area);
     if (hidden.isEmpty() || !m_hasComposite || result.isNull())
         return result;
-    hidden &= rootArea();
-    readShapes(shown, hidden.boundingRect());
+    hidden &= rootArea(m_display);
     QPainter painter(&result);
     painter.translate(-area.topLeft());
-    paintWindows(painter, hidden, shown);
+    paintWindows(painter, hidden, shaped(shown, hidden.boundingRect()));
     return result;
 }

@@ -1,6 +1,4 @@
-// The window list: which windows exist, and their names.
-
-#include "platform/x11/x11windowserver.h"
+#include "platform/x11/x11windowcatalogue.h"
 
 #include "platform/x11/windowproperties.h"
 
@@ -52,46 +50,20 @@ QString processName(uint32_t pid)
 
 }  // namespace
 
-// All requests are sent before the first reply is awaited, so a list costs a few round trips in
-// total instead of a few for each window.
+X11WindowCatalogue::X11WindowCatalogue(X11Display &display) : m_display(display) {}
 
-QList<X11WindowServer::Window> X11WindowServer::topLevels()
+QList<X11WindowCatalogue::Window> X11WindowCatalogue::topWindows()
 {
-    xcb_connection_t *connection = m_display.connection();
-    const auto tree =
-        XCB_REPLY(connection, query_tree, xcb_query_tree(connection, m_display.root()));
-    if (!tree)
-        return {};
-    const xcb_window_t *children = xcb_query_tree_children(tree.get());
-    const int count = xcb_query_tree_children_length(tree.get());
-    QList<std::pair<xcb_get_window_attributes_cookie_t, xcb_get_geometry_cookie_t>> cookies;
-    for (int i = 0; i < count; ++i)
-        cookies.append({xcb_get_window_attributes(connection, children[i]),
-                        xcb_get_geometry(connection, children[i])});
-    const QRect root = rootArea();
     QList<Window> result;
-    for (int i = count - 1; i >= 0; --i) {
-        const auto attributes = XCB_REPLY(connection, get_window_attributes, cookies[i].first);
-        const auto geometry = XCB_REPLY(connection, get_geometry, cookies[i].second);
-        if (!attributes || !geometry || attributes->_class == XCB_WINDOW_CLASS_INPUT_ONLY)
-            continue;
-        const int border = 2 * geometry->border_width;
-        const QRect bounds(geometry->x, geometry->y, geometry->width + border,
-                           geometry->height + border);
-        // Window managers keep small helper windows outside of the screen.
-        const bool onScreen =
-            attributes->map_state == XCB_MAP_STATE_VIEWABLE && bounds.intersects(root);
-        result.append({.frame = children[i],
-                       .bounds = bounds,
-                       .border = geometry->border_width,
-                       .depth = geometry->depth,
-                       .onScreen = onScreen,
-                       .unmanaged = attributes->override_redirect != 0});
-    }
+    for (const X11TopLevel &top : topLevels(m_display))
+        result.append({.top = top});
     return result;
 }
 
-void X11WindowServer::findClients(QList<Window> &windows)
+// All requests are sent before the first reply is awaited, so a list costs a few round trips in
+// total instead of a few for each window.
+
+void X11WindowCatalogue::findClients(QList<Window> &windows)
 {
     struct Candidate {
         qsizetype owner = 0;
@@ -103,7 +75,7 @@ void X11WindowServer::findClients(QList<Window> &windows)
     const xcb_atom_t wmState = m_display.atom("WM_STATE");
     QList<Candidate> level;
     for (qsizetype i = 0; i < windows.size(); ++i)
-        level.append({.owner = i, .window = windows[i].frame});
+        level.append({.owner = i, .window = windows[i].top.frame});
     for (int depth = 0; depth <= s_frameDepth && !level.isEmpty(); ++depth) {
         for (Candidate &candidate : level) {
             candidate.state = xcb_get_property(connection, 0, candidate.window, wmState,
@@ -129,7 +101,7 @@ void X11WindowServer::findClients(QList<Window> &windows)
     }
 }
 
-void X11WindowServer::readNames(QList<Window> &windows)
+void X11WindowCatalogue::readNames(QList<Window> &windows)
 {
     enum Property { NetName, Name, Class, Pid, Type, State, Frame, PropertyCount };
     xcb_connection_t *connection = m_display.connection();
@@ -143,7 +115,7 @@ void X11WindowServer::readNames(QList<Window> &windows)
     const xcb_atom_t utf8 = m_display.atom("UTF8_STRING");
     QList<std::array<xcb_get_property_cookie_t, PropertyCount>> cookies(windows.size());
     for (qsizetype i = 0; i < windows.size(); ++i) {
-        const xcb_window_t window = windows[i].client ? windows[i].client : windows[i].frame;
+        const xcb_window_t window = windows[i].client ? windows[i].client : windows[i].top.frame;
         for (size_t p = 0; p < PropertyCount; ++p)
             cookies[i][p] = xcb_get_property(connection, 0, window, names[p],
                                              XCB_GET_PROPERTY_TYPE_ANY, 0, s_nameLimit);
@@ -153,8 +125,8 @@ void X11WindowServer::readNames(QList<Window> &windows)
         for (size_t p = 0; p < PropertyCount; ++p)
             told[p] = propertyOf(XCB_REPLY(connection, get_property, cookies[i][p]));
         Entry &entry = windows[i].entry;
-        entry.number = static_cast<int>(windows[i].frame);
-        entry.bounds = windows[i].bounds;
+        entry.number = static_cast<int>(windows[i].top.frame);
+        entry.bounds = windows[i].top.bounds;
         entry.name = windowName(told[NetName], told[Name], utf8);
         const QList<uint32_t> pid = valuesOf(told[Pid]);
         entry.owner = windowClass(told[Class]);
@@ -162,16 +134,16 @@ void X11WindowServer::readNames(QList<Window> &windows)
             entry.owner = processName(pid.first());
         // A window may declare a frame although the window manager has given it none.
         const QList<uint32_t> frame = valuesOf(told[Frame]);
-        if (frame.size() == s_sides && windows[i].client != windows[i].frame)
-            entry.frame = frameMargins(frame, windows[i].bounds.size());
+        if (frame.size() == s_sides && windows[i].client != windows[i].top.frame)
+            entry.frame = frameMargins(frame, windows[i].top.bounds.size());
         entry.process = pid.value(0);
         tellPurpose(windows[i], valuesOf(told[Type]), valuesOf(told[State]));
     }
 }
 
 // What it is for, and how far in front it is, by its types and states.
-void X11WindowServer::tellPurpose(Window &window, const QList<uint32_t> &types,
-                                  const QList<uint32_t> &states)
+void X11WindowCatalogue::tellPurpose(Window &window, const QList<uint32_t> &types,
+                                     const QList<uint32_t> &states)
 {
     const auto isOfType = [&](std::string_view name) {
         return types.contains(m_display.atom(name));
@@ -180,7 +152,7 @@ void X11WindowServer::tellPurpose(Window &window, const QList<uint32_t> &types,
         "_NET_WM_WINDOW_TYPE_POPUP_MENU", "_NET_WM_WINDOW_TYPE_DROPDOWN_MENU",
         "_NET_WM_WINDOW_TYPE_MENU", "_NET_WM_WINDOW_TYPE_COMBO"};
     Entry &entry = window.entry;
-    const bool isPopup = !window.client && window.unmanaged;
+    const bool isPopup = !window.client && window.top.unmanaged;
     const bool isMenu = std::any_of(menus.begin(), menus.end(), isOfType);
     if (isPopup && (isMenu || types.isEmpty()))
         entry.kind = isMenu ? Kind::Menu : Kind::Unnamed;
@@ -194,26 +166,26 @@ void X11WindowServer::tellPurpose(Window &window, const QList<uint32_t> &types,
         entry.layer = s_aboveLayer;
 }
 
-QList<X11WindowServer::Window> X11WindowServer::hiddenClients(const QList<Window> &all)
+QList<X11WindowCatalogue::Window> X11WindowCatalogue::hiddenClients(const QList<Window> &all)
 {
     const QList<uint32_t> clients =
         m_display.values(m_display.root(), m_display.atom("_NET_CLIENT_LIST"), XCB_ATOM_WINDOW);
     QList<Window> result;
     std::copy_if(all.begin(), all.end(), std::back_inserter(result), [&](const Window &window) {
-        return !window.onScreen && window.client && clients.contains(window.client);
+        return !window.top.onScreen && window.client && clients.contains(window.client);
     });
     return result;
 }
 
-QList<WindowServer::Entry> X11WindowServer::windows(List which, int relativeTo)
+QList<WindowCatalogue::Entry> X11WindowCatalogue::windows(List which, int relativeTo)
 {
-    const QList<Window> all = topLevels();
+    const QList<Window> all = topWindows();
     QList<Window> chosen;
     std::copy_if(all.begin(), all.end(), std::back_inserter(chosen),
-                 [](const Window &window) { return window.onScreen; });
+                 [](const Window &window) { return window.top.onScreen; });
     if (which == List::AtAndAbove) {
         const auto last = std::find_if(chosen.begin(), chosen.end(), [&](const Window &window) {
-            return static_cast<int>(window.frame) == relativeTo;
+            return static_cast<int>(window.top.frame) == relativeTo;
         });
         chosen.erase(last == chosen.end() ? chosen.begin() : last + 1, chosen.end());
     }
@@ -221,7 +193,7 @@ QList<WindowServer::Entry> X11WindowServer::windows(List which, int relativeTo)
     if (which == List::All) {
         QList<Window> hidden;
         std::copy_if(all.begin(), all.end(), std::back_inserter(hidden),
-                     [](const Window &window) { return !window.onScreen; });
+                     [](const Window &window) { return !window.top.onScreen; });
         findClients(hidden);
         chosen += hiddenClients(hidden);
     }

@@ -1,0 +1,84 @@
+#include "editing/tiles.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+constexpr int s_tile = 64;  // picture pixels
+
+int first(double at) { return std::max(0, static_cast<int>(std::floor(at / s_tile))); }
+
+int last(double at, int count)
+{
+    return static_cast<int>(std::min<double>(count - 1, std::floor(at / s_tile)));
+}
+
+}  // namespace
+
+Tiles::Tiles(QSize picture)
+    : m_picture(picture), m_columns((picture.width() + s_tile - 1) / s_tile),
+      m_rows((picture.height() + s_tile - 1) / s_tile),
+      m_taken(static_cast<size_t>(m_columns) * m_rows)
+{
+}
+
+// Half of the pen's width, the corners of its square caps, and the antialiased edge.
+double Tiles::reachOf(int width) { return std::max(0, width) * 0.75 + 2; }
+
+void Tiles::addRect(const QRectF &rect)
+{
+    for (int row = first(rect.top()); row <= last(rect.bottom(), m_rows); ++row)
+        addSpan(row, rect.left(), rect.right());
+}
+
+void Tiles::addLine(QPointF from, QPointF to, double reach)
+{
+    const QPointF way = to - from;
+    const double top = std::min(from.y(), to.y()) - reach;
+    const double bottom = std::max(from.y(), to.y()) + reach;
+    for (int row = first(top); row <= last(bottom, m_rows); ++row) {
+        // Clips the line to this row of tiles.
+        double start = 0;
+        double end = 1;
+        if (std::abs(way.y()) > 1) {
+            start = std::clamp((row * s_tile - reach - from.y()) / way.y(), 0., 1.);
+            end = std::clamp(((row + 1) * s_tile + reach - from.y()) / way.y(), 0., 1.);
+        }
+        const auto [left, right] =
+            std::minmax({from.x() + start * way.x(), from.x() + end * way.x()});
+        addSpan(row, left - reach, right + reach);
+    }
+}
+
+void Tiles::addOutline(const QPolygonF &points, double reach)
+{
+    for (qsizetype i = 1; i < points.size(); ++i)
+        addLine(points.at(i - 1), points.at(i), reach);
+}
+
+void Tiles::addSpan(int row, double left, double right)
+{
+    for (int column = first(left); column <= last(right, m_columns); ++column)
+        m_taken[index(row, column)] = true;
+}
+
+QRegion Tiles::region() const
+{
+    std::vector<QRect> rects;
+    const QRect all(QPoint(), m_picture);
+    for (int row = 0; row < m_rows; ++row) {
+        for (int column = 0; column < m_columns; ++column) {
+            const int start = column;
+            while (column < m_columns && m_taken[index(row, column)])
+                ++column;
+            if (column > start) {
+                rects.push_back(
+                    QRect(start * s_tile, row * s_tile, (column - start) * s_tile, s_tile) & all);
+            }
+        }
+    }
+    QRegion region;
+    region.setRects(rects.data(), static_cast<int>(rects.size()));
+    return region;
+}

@@ -1,0 +1,61 @@
+#include "editing/tools/ellipse.h"
+
+#include "editing/shapeparts.h"
+#include "editing/tiles.h"
+
+#include <QPainter>
+#include <QPainterPath>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// One outline, slightly beside the curve.
+QPolygonF outlineOf(const QRect &bounds)
+{
+    QPainterPath path;
+    path.addEllipse(bounds);
+    return path.toSubpathPolygons().value(0);
+}
+
+}  // namespace
+
+std::optional<EllipseShape> EllipseShape::from(const Drag &drag)
+{
+    return drag.box ? std::optional(EllipseShape{*drag.box}) : std::nullopt;
+}
+
+void EllipseShape::draw(QPainter &painter, const EditMsg & /*style*/) const
+{
+    painter.drawEllipse(bounds);
+}
+
+void EllipseShape::cover(Tiles &tiles, const EditMsg &style) const
+{
+    tiles.addOutline(outlineOf(bounds), Tiles::reachOf(style.width) + 1);
+}
+
+QPolygon EllipseShape::drawnPoints() const
+{
+    const QPoint middle = bounds.topLeft() + QPoint(bounds.width() / 2, bounds.height() / 2);
+    return QList<QPoint>{{bounds.left(), middle.y()},
+                         {middle.x(), bounds.top()},
+                         {bounds.left() + bounds.width(), middle.y()},
+                         {middle.x(), bounds.top() + bounds.height()}};
+}
+
+bool EllipseShape::hit(QPointF point, qreal grace, const EditMsg &style) const
+{
+    return isOnLine(outlineOf(bounds), point, style.width, grace);
+}
+
+void EllipseShape::write(QJsonObject &to) const
+{
+    to["bounds"_L1] = QJsonArray{bounds.x(), bounds.y(), bounds.width(), bounds.height()};
+}
+
+EllipseShape EllipseShape::read(ShapeParts &parts)
+{
+    const QPolygon corner = parts.points("bounds"_L1, 2, 2);
+    return {{corner.first(), QSize(corner.last().x(), corner.last().y())}};
+}

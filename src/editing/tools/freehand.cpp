@@ -1,0 +1,30 @@
+#include "editing/tools/freehand.h"
+
+#include "editing/shapeparts.h"
+#include "editing/tiles.h"
+
+#include <QPainter>
+
+using namespace Qt::StringLiterals;
+
+void PolylineShape::draw(QPainter &painter, const EditMsg & /*style*/) const
+{
+    painter.drawPolyline(points);
+}
+
+void PolylineShape::cover(Tiles &tiles, const EditMsg &style) const
+{
+    tiles.addOutline(points, Tiles::reachOf(style.width));
+}
+
+bool PolylineShape::hit(QPointF point, qreal grace, const EditMsg &style) const
+{
+    return isOnLine(points, point, style.width, grace);
+}
+
+void PolylineShape::write(QJsonObject &to) const { to["points"_L1] = numbersOf(points); }
+
+PolylineShape PolylineShape::read(ShapeParts &parts)
+{
+    return {parts.points("points"_L1, 0, ShapeParts::s_farthest)};
+}

@@ -1,0 +1,32 @@
+#include "editing/tools/line.h"
+
+#include "editing/shapeparts.h"
+#include "editing/tiles.h"
+
+#include <QPainter>
+
+using namespace Qt::StringLiterals;
+
+std::optional<LineShape> LineShape::from(const Drag &drag)
+{
+    return LineShape{QPolygon({drag.start, drag.pointer})};
+}
+
+void LineShape::draw(QPainter &painter, const EditMsg & /*style*/) const
+{
+    painter.drawPolyline(ends);
+}
+
+void LineShape::cover(Tiles &tiles, const EditMsg &style) const
+{
+    tiles.addOutline(ends, Tiles::reachOf(style.width));
+}
+
+bool LineShape::hit(QPointF point, qreal grace, const EditMsg &style) const
+{
+    return isOnLine(ends, point, style.width, grace);
+}
+
+void LineShape::write(QJsonObject &to) const { to["points"_L1] = numbersOf(ends); }
+
+LineShape LineShape::read(ShapeParts &parts) { return {parts.points("points"_L1, 2, 2)}; }

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "editing/tools/tool.h"
+
+class QJsonObject;
+class QPainter;
+class ShapeParts;
+class Tiles;
+
+/// A straight line between two points. In files it has another id than the freehand line, whose id
+/// is older.
+struct LineShape {
+    static constexpr Tool tool{.state = stateEnum(6),
+                               .id = "straight-line",
+                               .button = "BtnDrawLine",
+                               .glyph = "line",
+                               .name = QT_TRANSLATE_NOOP("MainWindow", "Line"),
+                               .keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+7")};
+
+    QPolygon ends{};
+
+    static std::optional<LineShape> from(const Drag &drag);
+    void draw(QPainter &painter, const EditMsg &style) const;
+    void cover(Tiles &tiles, const EditMsg &style) const;
+    QPolygon drawnPoints() const { return ends; }
+    bool hit(QPointF point, qreal grace, const EditMsg &style) const;
+    LineShape moved(QPoint by) const { return {ends.translated(by)}; }
+    void write(QJsonObject &to) const;
+    static LineShape read(ShapeParts &parts);
+};

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "editing/tools/tool.h"
+
+class QJsonObject;
+class QPainter;
+class ShapeParts;
+class Tiles;
+
+/// A closed outline of five points.
+struct RectShape {
+    static constexpr Tool tool{.state = stateRect,
+                               .id = "rectangle",
+                               .button = "BtnDrawRect",
+                               .glyph = "rectangle",
+                               .name = QT_TRANSLATE_NOOP("MainWindow", "Rectangle"),
+                               .keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+2")};
+
+    QPolygon outline{};
+
+    static std::optional<RectShape> from(const Drag &drag);
+    void draw(QPainter &painter, const EditMsg &style) const;
+    void cover(Tiles &tiles, const EditMsg &style) const;
+    QPolygon drawnPoints() const { return outline; }
+    bool hit(QPointF point, qreal grace, const EditMsg &style) const;
+    RectShape moved(QPoint by) const { return {outline.translated(by)}; }
+    void write(QJsonObject &to) const;
+    static RectShape read(ShapeParts &parts);
+};
+
+/// Draws the outline of a rectangle of five points; nothing if it has fewer.
+void DrawRect(QPainter &painter, const QColor &color, int width, const QPolygon &rect);

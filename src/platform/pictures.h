@@ -1,0 +1,70 @@
+#pragma once
+
+#include <QImage>
+#include <QList>
+#include <QRect>
+#include <QString>
+
+#include <functional>
+#include <memory>
+#include <optional>
+
+/// Tells whether a window draws, so that pictures of a window that doesn't draw need not be
+/// compared.
+class ChangeWatch
+{
+public:
+    virtual ~ChangeWatch() = default;
+
+    /// Whether the window has drawn anything since the last call. Everything drawn before this call
+    /// is contained in pictures taken after it.
+    virtual bool takeChange() = 0;
+};
+
+/// What a grab wants of the desktop while it lasts.
+enum class Freeze {
+    AsUsual,  ///< what the desktop does by itself: one whose pictures can be taken at any time
+              ///< goes on, and another one stands still
+    Still,    ///< that pictures of the desktop show what was there at the beginning
+};
+
+/// Pictures of the desktop and of windows, as the window system has them now, or as they were
+/// frozen.
+///
+/// All coordinates are global device pixels, as the window system counts them, whatever scale
+/// factor the toolkit uses for widgets. Windows are named by their numbers in the window list.
+class Pictures
+{
+public:
+    /// Whether pictures can be taken now. If not, the text may say why, in the user's language.
+    using Answer = std::function<void(bool areThere, const QString &trouble)>;
+
+    virtual ~Pictures() = default;
+
+    /// Takes what every screen shows now. The answer comes once, from the event loop; that may take
+    /// as long as a question to the user. A newer call drops the older one with its answer.
+    virtual void freeze(Freeze how, Answer answer) = 0;
+    /// Ends that, or gives the question up; nothing is answered any more.
+    virtual void thaw() = 0;
+    /// Whether pictures of the desktop show what was there when it was frozen.
+    virtual bool isFrozen() const = 0;
+
+    /// What the screens show; parts outside of all screens are black. Null if a side of `area` is 0
+    /// or less.
+    virtual QImage ofDesktop(const QRect &area) = 0;
+
+    /// The given windows only; the first one is in front. Without `area` the picture covers their
+    /// bounds, and a single window is complete whatever covers it. With `area` it is what the
+    /// desktop would show there. Where no window is, the picture is black, shows the wallpaper, or
+    /// is transparent if it has an alpha channel. Null if a side is 0 or less, or if the windows
+    /// are gone.
+    virtual QImage ofWindows(std::optional<QRectF> area, const QList<int> &numbers) = 0;
+
+    /// What the desktop would show without the given windows. Null if a side of `area` is 0 or
+    /// less.
+    virtual QImage withoutWindows(const QRect &area, const QList<int> &numbers) = 0;
+
+    /// Watches a window's drawing while the returned object lives. Null if the window system
+    /// doesn't support it or the window is gone.
+    virtual std::unique_ptr<ChangeWatch> watchChanges(int number) = 0;
+};
