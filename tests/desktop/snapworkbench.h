@@ -1,35 +1,14 @@
 #pragma once
 
+#include "snapprogram.h"
 #include "testdesktop.h"
 
-#include <QDBusMessage>
-#include <QMap>
-#include <QVariantList>
-
-/// The program under test on a test desktop, in the desktop's home folder.
-class SnapWorkbench
+/// The program under test on a test desktop, with its windows.
+class SnapWorkbench : public SnapProgram
 {
 public:
-    explicit SnapWorkbench(TestDesktop &desktop) : m_desktop(desktop) {}
-    ~SnapWorkbench();
-    SnapWorkbench(const SnapWorkbench &) = delete;
-    SnapWorkbench &operator=(const SnapWorkbench &) = delete;
+    explicit SnapWorkbench(TestDesktop &desktop) : SnapProgram(desktop), m_desktop(desktop) {}
 
-    static QString program();
-    static QString shippedFile();
-    QString dataFolder() const;
-    QString resourceFile() const { return dataFolder() + QStringLiteral("/SnapWorkbench.xml"); }
-    QString markerFile() const { return dataFolder() + QStringLiteral("/Exceptionfile.rtf"); }
-
-    /// Writes a private resource file: the shipped one with these settings, and with these files in
-    /// the place of the skin's pictures of that name. Before start().
-    void writeSettings(const QMap<QString, QString> &settings,
-                       const QMap<QString, QString> &pictures = {}) const;
-    /// A setting as the private resource file has it.
-    QString setting(const QString &key) const;
-
-    /// Starts the program; null when it could not be started. Does not wait for its window.
-    QProcess *start(const QMap<QString, QString> &variables = {});
     /// Starts it and waits for its window, minimised or not.
     bool startAndWait(const QMap<QString, QString> &variables = {});
     bool waitForTitle(const QString &title, int limit = 20000);
@@ -40,14 +19,6 @@ public:
     TestDesktop::Window mainWindow();
     /// Closes the main window as its frame's button would, and waits for the end of the process.
     bool quit();
-    QProcess *process() const { return m_process; }
-
-    /// Calls a method of the program over the session bus, and waits for the answer.
-    QDBusMessage call(const QString &interface, const QString &method,
-                      const QVariantList &arguments, int limit = 20000);
-    /// What the program tells on the session bus that its grab is at; empty while it tells nothing.
-    QString grabState();
-    bool waitForState(const QString &state, int limit = 20000);
 
     /// Presses the hot key of an overlay, the rectangle's if none is told, and waits for the
     /// overlay, which covers `area`.
@@ -59,7 +30,6 @@ public:
 
 private:
     TestDesktop &m_desktop;
-    QProcess *m_process = nullptr;
 };
 
 /// What a test begins with: the desktop, and the program's settings, variables and pictures; and

@@ -163,7 +163,7 @@ private slots:
                                     {u"RunMinimized"_s, u"1"_s},
                                     {u"ScreenTimer"_s, u"1"_s}}}));
         QVERIFY(m_desktop->startPattern({300, 200, 700, 500}));
-        QVERIFY(activate(u"capture-polygon"_s) && m_program->waitForState(u"Marking"_s));
+        QVERIFY(m_program->activate(u"capture-polygon"_s) && m_program->waitForState(u"Marking"_s));
         // A second start brings no window into the picture.
         QVERIFY(endsWith(m_program->start(), 0));
         QVERIFY(m_program->hasOverlay(s_screen));
@@ -183,11 +183,12 @@ private slots:
         QVERIFY(m_program->waitForTitle(s_title));
         m_desktop->key(XK_m, {XK_Control_L});
 
-        QVERIFY(activate(u"capture-screen"_s) && isTitled(u"untitled *"_s));
+        QVERIFY(m_program->activate(u"capture-screen"_s) && isTitled(u"untitled *"_s));
         QVERIFY(waitFor([&] { return m_desktop->activeTitle().startsWith(u"untitled"); }));
-        QVERIFY(activate(u"capture-screen-countdown"_s) && isTitled(u"untitled 1 *"_s));
-        QVERIFY(activate(u"capture-windows"_s) && m_program->waitForState(u"Browsing"_s));
-        QVERIFY(!activate(u"capture-nothing"_s));
+        QVERIFY(m_program->activate(u"capture-screen-countdown"_s) && isTitled(u"untitled 1 *"_s));
+        QVERIFY(m_program->activate(u"capture-windows"_s) &&
+                m_program->waitForState(u"Browsing"_s));
+        QVERIFY(!m_program->activate(u"capture-nothing"_s));
     }
 
     // The picture outlives the program, and who keeps it goes when another program copies
@@ -236,11 +237,6 @@ private:
     QDBusMessage call(const QString &method, const QVariantList &arguments)
     {
         return m_program->call(u"org.freedesktop.Application"_s, method, arguments);
-    }
-    bool activate(const QString &action)
-    {
-        return call(u"ActivateAction"_s, {action, QVariantList(), QVariantMap()}).type() ==
-               QDBusMessage::ReplyMessage;
     }
     static bool endsWith(const QProcess *process, int exitCode)
     {

@@ -2,10 +2,6 @@
 
 #include "pattern.h"
 
-#include <QCoreApplication>
-#include <QFile>
-#include <QTest>
-
 #include <array>
 
 #include <X11/keysym.h>
@@ -26,30 +22,8 @@ template<auto reply, typename Cookie> auto answer(xcb_connection_t *connection, 
 
 }  // namespace
 
-bool waitFor(const std::function<bool()> &condition, int limit)
-{
-    QDeadlineTimer deadline(limit);
-    while (!condition()) {
-        if (deadline.hasExpired())
-            return false;
-        QTest::qWait(10);
-    }
-    return true;
-}
-
 TestDesktop::TestDesktop(const Options &options)
-    : m_environment(QProcessEnvironment::systemEnvironment())
 {
-    for (const auto &name :
-         {u"DISPLAY"_s, u"QT_QPA_PLATFORM"_s, u"QT_SCALE_FACTOR"_s, u"DBUS_SESSION_BUS_ADDRESS"_s,
-          u"SESSION_MANAGER"_s, u"WAYLAND_DISPLAY"_s, u"XDG_SESSION_TYPE"_s})
-        m_environment.remove(name);
-    m_environment.insert(u"HOME"_s, home());
-    m_environment.insert(u"XDG_DATA_HOME"_s, home() + u"/data"_s);
-    m_environment.insert(u"XDG_CONFIG_HOME"_s, home() + u"/config"_s);
-    m_environment.insert(u"XDG_CACHE_HOME"_s, home() + u"/cache"_s);
-    m_environment.insert(u"LC_ALL"_s, u"C.UTF-8"_s);
-    m_environment.insert(u"NO_AT_BRIDGE"_s, u"1"_s);
     m_ready = startServer(options) && startBus() && startWindowManager(options);
 }
 
@@ -59,34 +33,6 @@ TestDesktop::~TestDesktop()
         xcb_key_symbols_free(m_symbols);
     if (m_connection)
         xcb_disconnect(m_connection);
-    // The last started first: programs before the window manager, and the server at the end.
-    for (auto process = m_processes.rbegin(); process != m_processes.rend(); ++process) {
-        (*process)->terminate();
-        if (!(*process)->waitForFinished(3000))
-            (*process)->kill();
-        (*process)->waitForFinished(3000);
-    }
-}
-
-QProcess *TestDesktop::start(const QString &program, const QStringList &arguments,
-                             const QProcessEnvironment &environment)
-{
-    auto process = std::make_unique<QProcess>();
-    process->setProcessEnvironment(environment);
-    process->setStandardErrorFile(QProcess::nullDevice());
-    process->start(program, arguments);
-    if (!process->waitForStarted())
-        return nullptr;
-    m_processes.push_back(std::move(process));
-    return m_processes.back().get();
-}
-
-bool TestDesktop::run(const QString &program, const QStringList &arguments)
-{
-    QProcess process;
-    process.setProcessEnvironment(m_environment);
-    process.start(program, arguments);
-    return process.waitForFinished() && process.exitCode() == 0;
 }
 
 bool TestDesktop::startServer(const Options &options)
@@ -124,23 +70,6 @@ bool TestDesktop::startServer(const Options &options)
     xcb_clear_area(m_connection, 0, m_root, 0, 0, 0, 0);
     xcb_flush(m_connection);
     return true;
-}
-
-bool TestDesktop::startBus()
-{
-    m_bus = start(u"dbus-daemon"_s, {u"--session"_s, u"--nofork"_s, u"--print-address=1"_s},
-                  m_environment);
-    if (!m_bus || !waitFor([&] { return m_bus->canReadLine(); }))
-        return false;
-    m_environment.insert(u"DBUS_SESSION_BUS_ADDRESS"_s,
-                         QString::fromLatin1(m_bus->readLine().trimmed()));
-    return true;
-}
-
-void TestDesktop::endBus()
-{
-    m_bus->kill();
-    m_bus->waitForFinished();
 }
 
 bool TestDesktop::startWindowManager(const Options &options)

@@ -1,23 +1,17 @@
 #pragma once
 
-#include <QDeadlineTimer>
+#include "privatesession.h"
+
 #include <QImage>
 #include <QPoint>
-#include <QProcess>
 #include <QSize>
-#include <QStringList>
-#include <QTemporaryDir>
-
-#include <functional>
-#include <memory>
-#include <vector>
 
 #include <xcb/xcb.h>
 #include <xcb/xcb_keysyms.h>
 
-/// An X server of the test's own with a window manager, a session bus and a home folder, and a
-/// pointer and a keyboard that the server takes for real ones. Everything it started ends with it.
-class TestDesktop
+/// An X server of the test's own with a window manager, and a pointer and a keyboard that the
+/// server takes for real ones.
+class TestDesktop : public PrivateSession
 {
 public:
     struct Options {
@@ -31,20 +25,7 @@ public:
 
     explicit TestDesktop(const Options &options);
     ~TestDesktop();
-    TestDesktop(const TestDesktop &) = delete;
-    TestDesktop &operator=(const TestDesktop &) = delete;
 
-    bool isReady() const { return m_ready; }
-    const QProcessEnvironment &environment() const { return m_environment; }
-    QString home() const { return m_home.path(); }
-
-    /// Starts a program on this desktop; owned by it.
-    QProcess *start(const QString &program, const QStringList &arguments,
-                    const QProcessEnvironment &environment);
-    /// Runs one to its end, which must be a good one.
-    bool run(const QString &program, const QStringList &arguments);
-    /// Ends the session bus, as a crash of it would.
-    void endBus();
     /// Starts the pattern program with its window at `area`, and waits until it is shown and
     /// active. Null when it never was. `name` is the application's. A framed window has its frame
     /// around `area`, more or less, and its pixels are not waited for.
@@ -106,7 +87,6 @@ public:
 
 private:
     bool startServer(const Options &options);
-    bool startBus();
     bool startWindowManager(const Options &options);
     void waitForWindowManager();
     void send(xcb_window_t to, xcb_window_t window, const char *type, uint32_t value);
@@ -118,18 +98,9 @@ private:
     bool isInside(xcb_window_t window, xcb_window_t ancestor);
     void collect(xcb_window_t window, bool child, QList<Window> &result);
 
-    QTemporaryDir m_home;
-    QProcessEnvironment m_environment;
-    std::vector<std::unique_ptr<QProcess>> m_processes;
-    QProcess *m_bus = nullptr;
     xcb_connection_t *m_connection = nullptr;
     xcb_window_t m_root = XCB_NONE;
     xcb_key_symbols_t *m_symbols = nullptr;
     bool m_bare = false;                 ///< no window manager
     xcb_window_t m_question = XCB_NONE;  ///< that the window manager is asked about
-    bool m_ready = false;
 };
-
-/// Waits, with events running, until `condition` holds. False when it did not within the limit,
-/// which is generous: a loaded machine is slow, and a wait that succeeds takes no longer for it.
-bool waitFor(const std::function<bool()> &condition, int limit = 20000);
