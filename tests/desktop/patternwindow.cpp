@@ -1,8 +1,8 @@
 // Another program on the desktop: an undecorated window whose every pixel is told by its position.
 // It takes the keyboard when it is activated, and prints the keys that it receives.
 //
-// patternwindow X Y WIDTH HEIGHT [NAME [framed]], in device pixels. NAME is the application's, and
-// a framed window has its place from the window manager.
+// patternwindow X Y WIDTH HEIGHT [NAME [framed]], in device pixels, on Wayland in logical ones.
+// NAME is the application's, and a framed window has its place from the window manager.
 
 #include <QBackingStore>
 #include <QGuiApplication>
@@ -18,7 +18,12 @@
 class PatternWindow : public QRasterWindow
 {
 protected:
-    void paintEvent(QPaintEvent *) override { QPainter(this).drawImage(0, 0, pattern(size())); }
+    void paintEvent(QPaintEvent *) override
+    {
+        QImage image = pattern(size() * devicePixelRatio());
+        image.setDevicePixelRatio(devicePixelRatio());
+        QPainter(this).drawImage(0, 0, image);
+    }
     void mousePressEvent(QMouseEvent *event) override
     {
         const QPoint at = event->position().toPoint();
@@ -55,5 +60,7 @@ int main(int argc, char **argv)
         if (x != place.x() && !framed)
             window.setPosition(place.topLeft());
     });
+    // The next one may have another scale.
+    QObject::connect(&window, &QWindow::screenChanged, &window, [&window] { window.update(); });
     return QGuiApplication::exec();
 }

@@ -1,12 +1,26 @@
 #include "privatesession.h"
 
+#include <QFile>
+#include <QFileInfo>
 #include <QTest>
 
+#include <algorithm>
 #include <csignal>
 
+#include <fcntl.h>
+#include <grp.h>
+#include <pwd.h>
 #include <sys/prctl.h>
+#include <unistd.h>
 
 using namespace Qt::StringLiterals;
+
+namespace {
+
+// What the user that the test runs as can't reach of the build.
+std::unique_ptr<QTemporaryDir> s_copies;
+
+}  // namespace
 
 bool waitFor(const std::function<bool()> &condition, int limit)
 {
@@ -17,6 +31,33 @@ bool waitFor(const std::function<bool()> &condition, int limit)
         QTest::qWait(10);
     }
     return true;
+}
+
+void PrivateSession::becomePlainUser(const QStringList &needed)
+{
+    const passwd *user = geteuid() == 0 ? getpwnam("nobody") : nullptr;
+    if (!user)
+        return;
+    const auto isReachable = [](const QString &path) {
+        return faccessat(AT_FDCWD, QFile::encodeName(path).constData(), R_OK, AT_EACCESS) == 0;
+    };
+    const bool isUser =
+        setgroups(0, nullptr) == 0 && setegid(user->pw_gid) == 0 && seteuid(user->pw_uid) == 0;
+    const bool mustCopy = !std::all_of(needed.begin(), needed.end(), isReachable);
+    if (!isUser || seteuid(0) != 0 || setegid(0) != 0)
+        qFatal("Can't become a plain user");
+    if (mustCopy) {
+        s_copies = std::make_unique<QTemporaryDir>();
+        QProcess::execute(u"cp"_s, QStringList{u"-r"_s} + needed + QStringList{s_copies->path()});
+        QProcess::execute(u"chown"_s, {u"-R"_s, QString::number(user->pw_uid), s_copies->path()});
+    }
+    if (setgid(user->pw_gid) != 0 || setuid(user->pw_uid) != 0)
+        qFatal("Can't become a plain user");
+}
+
+QString PrivateSession::built(const QString &path)
+{
+    return s_copies ? s_copies->filePath(QFileInfo(path).fileName()) : path;
 }
 
 PrivateSession::PrivateSession() : m_environment(QProcessEnvironment::systemEnvironment())

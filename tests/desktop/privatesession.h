@@ -19,6 +19,13 @@ public:
     PrivateSession(const PrivateSession &) = delete;
     PrivateSession &operator=(const PrivateSession &) = delete;
 
+    /// Where root runs the test, makes it a plain user's for the rest of its life: some programs
+    /// refuse root. What that user can't reach of the build, folders that end with "/." whole, is
+    /// copied for it.
+    static void becomePlainUser(const QStringList &needed);
+    /// Where a file of the build lies for the user that the test runs as.
+    static QString built(const QString &path);
+
     bool isReady() const { return m_ready; }
     const QProcessEnvironment &environment() const { return m_environment; }
     QString home() const { return m_home.path(); }

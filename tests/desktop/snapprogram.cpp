@@ -27,7 +27,7 @@ QDomDocument parsed(const QString &path)
 
 SnapProgram::~SnapProgram() { QDBusConnection::disconnectFromBus(m_session.home()); }
 
-QString SnapProgram::program() { return QStringLiteral(SNAP_PROGRAM); }
+QString SnapProgram::program() { return PrivateSession::built(QStringLiteral(SNAP_PROGRAM)); }
 
 QString SnapProgram::shippedFile() { return QFileInfo(program()).path() + u"/SnapWorkbench.xml"_s; }
 
