@@ -220,7 +220,10 @@ void CaptureOverlay::takeKeyboard()
         m_keyboardTries = s_keyboardTries;
     }
     --m_keyboardTries;
-    if (windowHandle()->setKeyboardGrabEnabled(true))
+    // Where windows can't be placed the compositor gives the keys to the window with the focus, and
+    // nobody can grab them.
+    const bool hasFocus = QApplication::activeWindow() && !services().ownWindows->placesWindows();
+    if (hasFocus || windowHandle()->setKeyboardGrabEnabled(true))
         m_keyboardTries = 0;
 }
 
@@ -294,7 +297,7 @@ void CaptureOverlay::passTick()
     }
     // An open menu has the keyboard and must not be covered.
     const bool menuIsOpen = QApplication::activePopupWidget();
-    if (!IsAppActive() && !menuIsOpen)
+    if (!IsAppActive() && !menuIsOpen && services().ownWindows->placesWindows())
         stayOnTop();
     if (m_keyboardTries > 0 && !menuIsOpen)
         takeKeyboard();

@@ -41,6 +41,10 @@ public:
 
     virtual ~Pictures() = default;
 
+    /// Whether a picture can be taken at any time. Where not, the desktop stands still with each
+    /// freeze(), and what is not to be seen has to be off the screen before.
+    virtual bool isLive() const { return true; }
+
     /// Takes what every screen shows now. The answer comes once, from the event loop; that may take
     /// as long as a question to the user. A newer call drops the older one with its answer.
     virtual void freeze(Freeze how, Answer answer) = 0;
@@ -49,8 +53,12 @@ public:
     /// Whether pictures of the desktop show what was there when it was frozen.
     virtual bool isFrozen() const = 0;
 
+    /// The size of ofDesktop()'s picture. It is the area's, but where a screen has fewer pixels of
+    /// its own than its area has.
+    virtual QSize sizeOf(const QRect &area) const { return area.size(); }
+
     /// What the screens show; parts outside of all screens are black. Null if a side of `area` is 0
-    /// or less.
+    /// or less, or if the desktop gives no picture.
     virtual QImage ofDesktop(const QRect &area) = 0;
 
     /// The given windows only; the first one is in front. Without `area` the picture covers their

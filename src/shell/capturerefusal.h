@@ -11,7 +11,7 @@ constexpr AbilitySet neededFor(GrabCommand command)
         return {};
     case GrabCommand::Windows:
     case GrabCommand::Window:
-        return Ability::Pictures | Ability::WindowList | Ability::CoveredWindows;
+        return Ability::Pictures | Ability::WindowList;
     case GrabCommand::Menu:
         return Ability::Pictures | Ability::WindowList | Ability::CoveredWindows |
                Ability::OpenMenus;

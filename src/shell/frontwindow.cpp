@@ -23,6 +23,9 @@ void unminimize(QWidget &window)
     window.setWindowState(window.windowState() & ~Qt::WindowMinimized);
 }
 
+// A compositor may ignore that a window wants to be minimised, and doesn't tell when it is.
+bool canMinimize() { return services().ownWindows->placesWindows(); }
+
 // The application that was in front before a grab, and the title of its window.
 std::pair<QString, QString> frontBefore(const Grab &grab)
 {
@@ -42,7 +45,7 @@ GrabSituation FrontWindow::situation()
     const bool isActive = IsAppActive();
     return {.isActive = isActive,
             .active = isActive ? QApplication::activeWindow() : nullptr,
-            .isMinimized = m_window.isMinimized(),
+            .isMinimized = m_window.isMinimized() || m_isHidden,
             .isComposited = services().ownWindows->isComposited(),
             .hideBefore = Preferences::hidesBefore(),
             .showAfter = Preferences::showsAfter(),
@@ -56,26 +59,41 @@ void FrontWindow::place(Place place)
 {
     switch (place) {
     case Place::Minimized:
-        m_window.showMinimized();
+        if (canMinimize())
+            m_window.showMinimized();
+        else
+            hideWindows(true);
         break;
     case Place::Restored:
-        m_window.showNormal();
+        if (canMinimize())
+            m_window.showNormal();
+        else
+            hideWindows(false);
         break;
     case Place::Behind:
         m_window.lower();
         break;
     case Place::InFront:
+        hideWindows(false);
         m_window.showInFront();
         m_window.activateWindow();
         break;
     }
 }
 
-void FrontWindow::hideAll(bool hide)
+// The main window and its dialogs, which a window manager would minimise with it.
+void FrontWindow::hideWindows(bool hide)
+{
+    if (hide == m_isHidden || (hide && !m_window.isVisible()))
+        return;
+    m_isHidden = hide;
+    m_window.setVisible(!hide);
+    hideDialogs(hide);
+}
+
+void FrontWindow::hideDialogs(bool hide)
 {
     if (!hide) {
-        if (std::exchange(m_isMinimizedForHelper, false) && m_window.isMinimized())
-            unminimize(m_window);
         for (const QPointer<QWidget> &dialog : std::exchange(m_hiddenDialogs, {})) {
             if (dialog && dialog->isVisible())
                 services().ownWindows->setOnScreen(dialog, true);
@@ -89,6 +107,21 @@ void FrontWindow::hideAll(bool hide)
         m_hiddenDialogs.append(window);
         services().ownWindows->setOnScreen(window, false);
     }
+}
+
+void FrontWindow::hideAll(bool hide)
+{
+    if (!canMinimize()) {
+        hideWindows(hide);
+        return;
+    }
+    if (!hide) {
+        if (std::exchange(m_isMinimizedForHelper, false) && m_window.isMinimized())
+            unminimize(m_window);
+        hideDialogs(false);
+        return;
+    }
+    hideDialogs(true);
     m_isMinimizedForHelper = !m_window.isMinimized();
     if (m_isMinimizedForHelper)
         m_window.showMinimized();
@@ -102,6 +135,9 @@ void FrontWindow::close()
 void FrontWindow::takeFocus()
 {
     QCoreApplication::processEvents();
+    // Where every window is shown whole, an overlay has to get the focus by itself.
+    if (!services().ownWindows->placesWindows())
+        return;
     if (!m_cover) {
         m_cover = std::make_unique<FocusCover>();
         connect(m_cover.get(), &FocusCover::escaped, this, &FrontWindow::escaped);

@@ -40,10 +40,14 @@ signals:
     void escaped();
 
 private:
+    void hideWindows(bool hide);
+    void hideDialogs(bool hide);
+
     MainWindow &m_window;
     Front m_front;
     std::unique_ptr<FocusCover> m_cover;
-    QList<QPointer<QWidget>> m_hiddenDialogs;  // for the helper
+    QList<QPointer<QWidget>> m_hiddenDialogs;
+    bool m_isHidden = false;  // the main window, where it can't be minimised
     bool m_isMinimizedForHelper = false;
     QPixmap m_flag;  // the registration's, for pictures
 };

@@ -264,8 +264,12 @@ bool GrabFlow::freeze()
     }
     if (m_isGivenUp)
         return false;
-    if (*answer && (*answer)->areThere)
+    if (*answer && (*answer)->areThere) {
+        // Who is in front is known with what stands still.
+        if (m_pictures.isFrozen())
+            m_before.process = m_window.situation().process;
         return true;
+    }
     qCInfo(logGrab) << "the desktop gives no pictures:" << kindOf(m_command);
     m_trouble = *answer ? (*answer)->trouble : QString();
     if (m_trouble.isEmpty())
@@ -293,15 +297,17 @@ void GrabFlow::mark()
         qCInfo(logGrab) << kindOf(m_command) << "ends with nothing marked";
     setState(GrabState::Ending);
     if (take && !m_closeAfter) {
-        m_window.settle();
+        // Live pixels are read only now: the overlay has left, and what was in front is again.
+        const bool isLive = !m_pictures.isFrozen();
+        if (isLive)
+            m_window.settle();
         m_window.freeClicks();
-        // Only now are the pixels read: the overlay has left, and what was in front is again.
-        if (!m_before.isActive)
+        if (isLive && !m_before.isActive)
             m_window.focusOther();
         else if (m_before.active)
             m_window.focusOwn(m_before.active);
         Grab grab = take();
-        if (!m_before.isActive)
+        if (isLive && !m_before.isActive)
             m_window.regainFocus();
         deliver(std::move(grab));
     } else {
@@ -345,7 +351,10 @@ void GrabFlow::browse()
 {
     setState(GrabState::Freezing);
     std::optional<QList<Grab>> grabs;
-    if (freeze())
+    getOutOfTheWay();
+    const bool areThere = freeze();
+    comeBack();
+    if (areThere)
         grabs = m_tools.browse();
     thaw();
     if (!grabs)
@@ -369,6 +378,7 @@ void GrabFlow::startHelper()
     const bool wantsPictures = m_command != GrabCommand::Menu;
     m_helperWorks = m_tools.startHelper(m_command, [&] {
         setState(state);
+        getOutOfTheWay();
         return !wantsPictures || freeze();
     });
     if (!m_helperWorks)
@@ -408,8 +418,11 @@ void GrabFlow::deliver(Grab grab)
         return;
     }
     addDocument(std::move(grab));
-    if (!m_before.showAfter)
+    if (!m_before.showAfter) {
+        if (!m_pictures.isLive())
+            restoreMinimized();
         return;
+    }
     m_owesShow = m_kept.has_value();
     m_isRaised = !m_owesShow;
     if (m_isRaised)
@@ -431,10 +444,23 @@ bool GrabFlow::minimizeBefore()
     return minimizes;
 }
 
+// A window that was only hidden while the desktop was frozen comes back whoever was in front:
+// nobody else knows the way to it.
 void GrabFlow::restoreMinimized()
 {
-    if (m_before.isActive && !m_before.isMinimized && m_window.situation().isMinimized)
+    const bool comesBack = m_before.isActive || !m_pictures.isLive();
+    if (comesBack && !m_before.isMinimized && m_window.situation().isMinimized)
         m_window.place(GrabFront::Place::Restored);
+}
+
+// What stands still shows everything that was on the screen, so this program has to be gone before.
+void GrabFlow::getOutOfTheWay()
+{
+    if (m_pictures.isLive() || std::exchange(m_isOutOfTheWay, true))
+        return;
+    m_window.hideAll(true);
+    if (!m_before.isMinimized)
+        m_window.settle();
 }
 
 void GrabFlow::comeBack()

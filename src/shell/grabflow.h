@@ -214,6 +214,7 @@ private:
     void addDocument(Grab grab);
     bool minimizeBefore();
     void restoreMinimized();
+    void getOutOfTheWay();
     void comeBack();
     void finishHelper();
     void finish();

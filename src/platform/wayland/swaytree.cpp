@@ -1,0 +1,95 @@
+#include "platform/wayland/swaytree.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int s_deepest = 100;  // containers in containers
+
+QRectF rectOf(const QJsonValue &value)
+{
+    return {value["x"_L1].toDouble(), value["y"_L1].toDouble(), value["width"_L1].toDouble(),
+            value["height"_L1].toDouble()};
+}
+
+// The name by which the user knows a program of X, or the one by which a Wayland program calls
+// itself.
+QString ownerOf(const QJsonObject &node)
+{
+    const QString own = node["app_id"_L1].toString();
+    return own.isEmpty() ? node["window_properties"_L1]["class"_L1].toString() : own;
+}
+
+SwayTree::Window windowOf(const QJsonObject &node, QPointF parent)
+{
+    SwayTree::Window window;
+    const QRectF content = rectOf(node["rect"_L1]);
+    const QRectF inner = rectOf(node["window_rect"_L1]).translated(content.topLeft());
+    const QRectF title = rectOf(node["deco_rect"_L1]).translated(parent);
+    WindowCatalogue::Entry &entry = window.entry;
+    entry.number = node["id"_L1].toInt();
+    entry.bounds = title.isEmpty() ? content : content | title;
+    if (!inner.isEmpty())
+        entry.frame =
+            QMarginsF(inner.left() - entry.bounds.left(), inner.top() - entry.bounds.top(),
+                      entry.bounds.right() - inner.right(), entry.bounds.bottom() - inner.bottom())
+                .toMargins();
+    entry.name = node["name"_L1].toString();
+    entry.owner = ownerOf(node);
+    entry.process = static_cast<uint>(node["pid"_L1].toInt());
+    window.isVisible = node["visible"_L1].toBool();
+    window.isFocused = node["focused"_L1].toBool();
+    window.fullscreen = node["fullscreen_mode"_L1].toInt();
+    return window;
+}
+
+// The windows in a container, front to back: what floats lies over what is tiled, and the last one
+// of the floating is the uppermost.
+void collect(const QJsonObject &node, QPointF parent, int depth, QList<SwayTree::Window> &windows)
+{
+    if (depth > s_deepest)
+        return;
+    const QPointF corner = rectOf(node["rect"_L1]).topLeft();
+    const QJsonArray floating = node["floating_nodes"_L1].toArray();
+    const QJsonArray tiled = node["nodes"_L1].toArray();
+    for (auto i = floating.size(); i > 0; --i)
+        collect(floating.at(i - 1).toObject(), corner, depth + 1, windows);
+    for (const QJsonValue &inner : tiled)
+        collect(inner.toObject(), corner, depth + 1, windows);
+    // Only windows have a process.
+    if (floating.isEmpty() && tiled.isEmpty() && node.contains("pid"_L1))
+        windows.append(windowOf(node, parent));
+}
+
+}  // namespace
+
+SwayTree SwayTree::read(const QByteArray &json)
+{
+    SwayTree tree;
+    collect(QJsonDocument::fromJson(json).object(), {}, 0, tree.windows);
+    // A window that fills the screen lies over all others there.
+    std::stable_sort(tree.windows.begin(), tree.windows.end(),
+                     [](const Window &a, const Window &b) { return a.fullscreen > b.fullscreen; });
+    return tree;
+}
+
+const SwayTree::Window *SwayTree::windowOf(int number) const
+{
+    const auto found = std::find_if(windows.begin(), windows.end(), [number](const Window &window) {
+        return window.entry.number == number;
+    });
+    return found == windows.end() ? nullptr : &*found;
+}
+
+const SwayTree::Window *SwayTree::focused() const
+{
+    const auto found = std::find_if(windows.begin(), windows.end(),
+                                    [](const Window &window) { return window.isFocused; });
+    return found == windows.end() ? nullptr : &*found;
+}

@@ -1,0 +1,99 @@
+#include "platform/wayland/swaywindows.h"
+
+#include <algorithm>
+#include <utility>
+
+#include <unistd.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// Milliseconds, and how often they are waited for until an overlay has left the screen.
+constexpr int s_restorePause = 20;
+constexpr int s_restoreTries = 100;
+
+bool isOwn(const SwayTree::Window &window)
+{
+    return window.entry.process == static_cast<uint>(getpid());
+}
+
+}  // namespace
+
+SwayWindows::SwayWindows(std::shared_ptr<WaylandConnection> connection)
+    : m_connection(std::move(connection)), m_areKnown(SwayConnection::isThere())
+{
+}
+
+void SwayWindows::read(std::function<void()> done)
+{
+    if (!m_areKnown) {
+        QMetaObject::invokeMethod(this, std::move(done), Qt::QueuedConnection);
+        return;
+    }
+    m_compositor.askForTree([this, done = std::move(done)](const QByteArray &json) {
+        if (!m_isFrozen)
+            m_tree = SwayTree::read(json);
+        done();
+    });
+}
+
+void SwayWindows::freeze()
+{
+    m_isFrozen = true;
+    // Those that have been found so a second time, before they could be restored, stay remembered.
+    for (const SwayTree::Window &window : std::as_const(m_tree.windows)) {
+        const int number = window.entry.number;
+        m_fullscreen.removeIf([=](const auto &other) { return other.entry.number == number; });
+        if (window.fullscreen != 0 && window.isVisible && !isOwn(window))
+            m_fullscreen.append(window);
+    }
+}
+
+void SwayWindows::thaw()
+{
+    m_isFrozen = false;
+    if (!m_fullscreen.isEmpty())
+        restoreFullscreen(s_restoreTries);
+}
+
+void SwayWindows::restoreFullscreen(int triesLeft)
+{
+    read([this, triesLeft] {
+        if (m_isFrozen || m_fullscreen.isEmpty())
+            return;
+        const bool isCovered =
+            std::any_of(m_tree.windows.begin(), m_tree.windows.end(),
+                        [](const auto &window) { return isOwn(window) && window.fullscreen != 0; });
+        if (isCovered && triesLeft > 0) {
+            QTimer::singleShot(s_restorePause, this,
+                               [this, triesLeft] { restoreFullscreen(triesLeft - 1); });
+            return;
+        }
+        for (const SwayTree::Window &window : std::exchange(m_fullscreen, {})) {
+            const SwayTree::Window *now = m_tree.windowOf(window.entry.number);
+            if (now && now->fullscreen == 0)
+                command(u"[con_id=%1] fullscreen enable%2"_s.arg(
+                    QString::number(window.entry.number),
+                    window.fullscreen > 1 ? u" global" : u""));
+        }
+    });
+}
+
+const SwayTree &SwayWindows::tree()
+{
+    if (!m_isFrozen && !std::exchange(m_isAsked, true))
+        read([this] { m_isAsked = false; });
+    return m_tree;
+}
+
+QRectF SwayWindows::boundsOf(int number)
+{
+    const SwayTree::Window *window = tree().windowOf(number);
+    return window ? toGlobal(window->entry.bounds) : QRectF();
+}
+
+QRectF SwayWindows::toGlobal(const QRectF &logical) const
+{
+    return m_connection->layout().toGlobal(logical);
+}

@@ -1,0 +1,47 @@
+#pragma once
+
+#include "platform/wayland/swayconnection.h"
+#include "platform/wayland/swaytree.h"
+#include "platform/wayland/waylandconnection.h"
+
+#include <QObject>
+#include <QTimer>
+
+#include <functional>
+#include <memory>
+
+/// The windows of sway and its kin, as they were when they were last read. What the compositor has
+/// to say comes late, so that each look asks for the next one, and gives what is known.
+class SwayWindows : public QObject
+{
+    Q_OBJECT
+public:
+    explicit SwayWindows(std::shared_ptr<WaylandConnection> connection);
+
+    /// Whether the compositor tells of its windows at all.
+    bool areKnown() const { return m_areKnown; }
+
+    /// Reads them. `done` is called once, from the event loop, also if nothing could be read.
+    void read(std::function<void()> done);
+    /// What has been read stays, until thaw(). Windows that fill a screen are remembered: they
+    /// don't any more when an overlay has done so, and thaw() lets them again.
+    void freeze();
+    void thaw();
+
+    const SwayTree &tree();
+    /// Global device pixels; empty if there is no such window.
+    QRectF boundsOf(int number);
+    QRectF toGlobal(const QRectF &logical) const;
+    void command(const QString &text) { m_compositor.command(text); }
+
+private:
+    void restoreFullscreen(int triesLeft);
+
+    std::shared_ptr<WaylandConnection> m_connection;
+    SwayConnection m_compositor;
+    SwayTree m_tree;
+    QList<SwayTree::Window> m_fullscreen;  // when it was frozen
+    bool m_areKnown;
+    bool m_isFrozen = false;
+    bool m_isAsked = false;
+};

@@ -1,0 +1,229 @@
+#include "platform/wayland/waylanddesktop.h"
+
+#include "platform/services.h"
+#include "platform/wayland/swaywindows.h"
+#include "platform/wayland/waylandconnection.h"
+#include "platform/wayland/waylandhands.h"
+#include "platform/wayland/waylandownwindows.h"
+#include "platform/wayland/waylandpictures.h"
+
+#include <QCoreApplication>
+#include <QGuiApplication>
+#include <QKeyEvent>
+#include <QTimer>
+#include <QWidget>
+#include <QWindow>
+
+#include <utility>
+
+#include <unistd.h>
+
+namespace {
+
+constexpr int s_frontLimit = 500;  // ms
+
+class WaylandScreens : public Screens
+{
+public:
+    explicit WaylandScreens(std::shared_ptr<WaylandConnection> connection)
+        : m_connection(std::move(connection))
+    {
+    }
+
+    QList<Screen> all() override
+    {
+        const ScreenLayout layout = m_connection->layout();
+        QList<Screen> result;
+        for (const ScreenLayout::Screen &screen : layout.screens())
+            result.append({.area = screen.area, .scale = layout.scale(), .name = screen.name});
+        // For the moment in which the last one has been taken away.
+        if (result.isEmpty())
+            result.append({.area = {0, 0, 1, 1}});
+        return result;
+    }
+
+private:
+    std::shared_ptr<WaylandConnection> m_connection;
+};
+
+class WaylandWindowCatalogue : public WindowCatalogue
+{
+public:
+    explicit WaylandWindowCatalogue(SwayWindows &windows) : m_windows(windows) {}
+
+    QList<Entry> windows(List which, int relativeTo) override
+    {
+        QList<Entry> result;
+        for (const SwayTree::Window &window : m_windows.tree().windows) {
+            if (which == List::OnScreen && !window.isVisible)
+                continue;
+            Entry entry = window.entry;
+            entry.bounds = m_windows.toGlobal(entry.bounds);
+            result.append(entry);
+            if (which == List::AtAndAbove && entry.number == relativeTo)
+                break;
+        }
+        return result;
+    }
+
+private:
+    SwayWindows &m_windows;
+};
+
+// Nobody else's keys are heard here, so that only those count which a window of this program gets.
+class WaylandKeyWatch : public QObject, public KeyWatch
+{
+public:
+    WaylandKeyWatch() { qGuiApp->installEventFilter(this); }
+
+    void start(const QList<Qt::Key> &keys, std::function<void(Qt::Key)> pressed) override
+    {
+        m_keys = keys;
+        m_pressed = std::move(pressed);
+        m_takes = true;
+    }
+    void listen(const QList<Qt::Key> &keys, std::function<void(Qt::Key)> pressed) override
+    {
+        start(keys, std::move(pressed));
+        m_takes = false;
+    }
+    void stop() override { m_pressed = nullptr; }
+
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        if (!m_pressed || event->type() != QEvent::KeyPress || !watched->isWindowType())
+            return QObject::eventFilter(watched, event);
+        const auto &press = *static_cast<QKeyEvent *>(event);
+        const int key = press.key() == Qt::Key_Enter ? int(Qt::Key_Return) : press.key();
+        if (press.isAutoRepeat() || !m_keys.contains(key))
+            return false;
+        QMetaObject::invokeMethod(
+            this,
+            [this, key] {
+                if (m_pressed)
+                    m_pressed(static_cast<Qt::Key>(key));
+            },
+            Qt::QueuedConnection);
+        return m_takes;
+    }
+
+private:
+    QList<Qt::Key> m_keys;
+    std::function<void(Qt::Key)> m_pressed;
+    bool m_takes = false;
+};
+
+class WaylandHotKeys : public HotKeys
+{
+public:
+    void setHandler(std::function<void(int)> /*handler*/) override {}
+    void add(int /*number*/, char /*letter*/) override {}
+    void remove(int /*number*/) override {}
+};
+
+// Of other applications no compositor tells anybody when they come to the front; it gives the front
+// back to them by itself.
+class WaylandApplicationWatch : public QObject, public ApplicationWatch
+{
+public:
+    explicit WaylandApplicationWatch(SwayWindows &windows) : m_windows(windows) {}
+
+    void start(Handlers handlers) override
+    {
+        m_handlers = std::move(handlers);
+        connect(qGuiApp, &QGuiApplication::applicationStateChanged, this,
+                [this] { tell(isActive()); });
+        tell(isActive());
+    }
+    void stop() override
+    {
+        qGuiApp->disconnect(this);
+        m_handlers = {};
+    }
+    unsigned frontWindow() override
+    {
+        const SwayTree::Window *front = m_windows.tree().focused();
+        return front ? static_cast<unsigned>(front->entry.number) : 0;
+    }
+    uint frontProcess() override
+    {
+        const SwayTree::Window *front = m_windows.tree().focused();
+        return front ? front->entry.process : 0;
+    }
+    void activate(unsigned /*window*/) override {}
+    // It counts as active at once, so that nobody waits in vain where the compositor refuses.
+    void bringToFront(QWidget *window) override
+    {
+        if (QWindow *handle = window->window()->windowHandle())
+            handle->requestActivate();
+        tell(true);
+        QTimer::singleShot(s_frontLimit, this, [this] { tell(isActive()); });
+    }
+
+private:
+    static bool isActive() { return QGuiApplication::applicationState() == Qt::ApplicationActive; }
+    void tell(bool isInFront)
+    {
+        const auto &hears = isInFront ? m_handlers.activated : m_handlers.deactivated;
+        if (hears)
+            hears(getpid());
+    }
+
+    Handlers m_handlers;
+    SwayWindows &m_windows;
+};
+
+// A service with a share in the windows, which must outlive all services.
+template<typename Service> class WithWindows : private std::shared_ptr<SwayWindows>, public Service
+{
+public:
+    template<typename... More>
+    explicit WithWindows(const std::shared_ptr<SwayWindows> &windows, More &&...more)
+        : std::shared_ptr<SwayWindows>(windows), Service(std::forward<More>(more)..., *windows)
+    {
+    }
+};
+
+void withholdWhatLacks(Services &services, const WaylandConnection &connection,
+                       const SwayWindows &windows)
+{
+    const auto lacks = [&](AbilitySet which, const char *reason) {
+        services.abilities.withhold(which, QCoreApplication::translate("Abilities", reason));
+    };
+    lacks(Ability::CoveredWindows,
+          QT_TRANSLATE_NOOP("Abilities", "This desktop keeps no pictures of windows that others "
+                                         "cover."));
+    lacks(Ability::OpenMenus,
+          QT_TRANSLATE_NOOP("Abilities", "This desktop tells no program of open menus. Take the "
+                                         "whole screen with the countdown instead, and open the "
+                                         "menu meanwhile."));
+    if (!connection.virtualPointers())
+        lacks(Ability::OtherWheels,
+              QT_TRANSLATE_NOOP("Abilities", "This desktop lets no program turn the wheel."));
+    if (!windows.areKnown())
+        lacks(Ability::WindowList,
+              QT_TRANSLATE_NOOP("Abilities", "This desktop tells no program of the windows of "
+                                             "others."));
+}
+
+}  // namespace
+
+bool createWaylandDesktop(Services &services)
+{
+    if (!QGuiApplication::platformName().startsWith(u"wayland"))
+        return false;
+    const std::shared_ptr<WaylandConnection> connection = WaylandConnection::open();
+    if (!connection || !connection->screencopy() || !connection->shm())
+        return false;
+    const auto windows = std::make_shared<SwayWindows>(connection);
+    services.screens = std::make_unique<WaylandScreens>(connection);
+    services.pictures = std::make_unique<WithWindows<WaylandPictures>>(windows, connection);
+    services.windows = std::make_unique<WithWindows<WaylandWindowCatalogue>>(windows);
+    services.ownWindows = std::make_unique<WithWindows<WaylandOwnWindows>>(windows, connection);
+    services.hands = std::make_unique<WaylandHands>(connection);
+    services.hotKeys = std::make_unique<WaylandHotKeys>();
+    services.keys = std::make_unique<WaylandKeyWatch>();
+    services.watch = std::make_unique<WithWindows<WaylandApplicationWatch>>(windows);
+    withholdWhatLacks(services, *connection, *windows);
+    return true;
+}
