@@ -208,7 +208,8 @@ RegionSelection::Caption RegionSelection::bandCaption() const
     int y = bottom + s_captionGap;
     if (bottom > m_extent.overlay.height() - reach)
         y = rect.y() >= reach ? rect.y() - reach : bottom - reach;
-    return {onScreen({x, y}, rect), u"%1 px"_s.arg(rect.width()), u"%1 px"_s.arg(rect.height())};
+    const QSize told = toldSize(rect);
+    return {onScreen({x, y}, rect), u"%1 px"_s.arg(told.width()), u"%1 px"_s.arg(told.height())};
 }
 
 // A reader would expect both x values from the region, but the condition uses the band, on purpose.
@@ -223,8 +224,14 @@ RegionSelection::Caption RegionSelection::regionCaption() const
     if (farCorner.y() > m_extent.overlay.height() - reach)
         y = (m_regionPos.y() >= reach ? m_regionPos.y() : farCorner.y()) - reach;
     const QString text = m_policy.keyCaptionHasUnit ? u":%1 px"_s : u":%1"_s;
-    return {onScreen({x, y}, region().normalized()), text.arg(m_regionSize.x()),
-            text.arg(m_regionSize.y())};
+    const QSize told = toldSize(region());
+    return {onScreen({x, y}, region().normalized()), text.arg(told.width()),
+            text.arg(told.height())};
+}
+
+QSize RegionSelection::toldSize(const QRect &marked) const
+{
+    return m_extent.sizeOf && !marked.isEmpty() ? m_extent.sizeOf(marked) : marked.size();
 }
 
 // If the monitors differ in height, parts of the overlay lie on no monitor. A caption that would be

@@ -9,6 +9,7 @@
 #include <QString>
 #include <Qt>
 
+#include <functional>
 #include <optional>
 
 /// The region that the user marks on the desktop with the pointer and the keys.
@@ -28,6 +29,8 @@ public:
         QSize overlay{0, 0};  ///< the size of the desktop; limits squares, moves and the caption
         QSize frame{0, 0};    ///< the size of the caption's frame
         QList<QRect> screens{};  ///< in overlay coordinates; empty if the overlay is one screen
+        /// The size that the picture of a rectangle will have; null where it is the rectangle's.
+        std::function<QSize(const QRect &)> sizeOf{};
     };
 
     /// The pointer at an event, in both coordinate systems. A reader would expect overlay
@@ -113,6 +116,7 @@ private:
     void dragRegion(QPoint pos);
     void arrow(int axis, int step, Qt::KeyboardModifiers modifiers);
     QPoint onScreen(QPoint caption, const QRect &marked) const;
+    QSize toldSize(const QRect &marked) const;
 
     RegionPolicy m_policy;
     Extent m_extent;

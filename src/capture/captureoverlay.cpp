@@ -315,6 +315,14 @@ void CaptureOverlay::stayOnTop()
     }
 }
 
+QTransform CaptureOverlay::toPicture(const QPixmap &picture, QSize marked)
+{
+    if (picture.isNull() || marked.isEmpty())
+        return {};
+    return QTransform::fromScale(qreal(picture.width()) / marked.width(),
+                                 qreal(picture.height()) / marked.height());
+}
+
 QPoint CaptureOverlay::pointer() const { return services().hands->pointer(); }
 
 void CaptureOverlay::updatePixels(const QRegion &pixels)

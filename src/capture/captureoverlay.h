@@ -9,6 +9,7 @@
 #include <QPixmap>
 #include <QPointer>
 #include <QRegion>
+#include <QTransform>
 
 #include <functional>
 
@@ -104,6 +105,10 @@ protected:
     /// that all overlays have. The overlay may have been closed when this returns.
     void runMenu(const Pane &pane, const QContextMenuEvent &event, const MenuEntry &finish,
                  const QList<MenuEntry> &own);
+
+    /// From what was marked, relative to its corner, to its picture, which has another size where
+    /// the screen's own pixels are larger.
+    static QTransform toPicture(const QPixmap &picture, QSize marked);
 
     /// The pointer's position, in global and in overlay coordinates.
     QPoint pointer() const;

@@ -20,7 +20,7 @@ Grab MyDrawRound::take()
 {
     Grab grab{.picture = getPixmap()};
     if (const std::unique_ptr<QPainterPath> ellipse(getEllipse()); ellipse)
-        grab.outline = *ellipse;
+        grab.outline = toPicture(grab.picture, region().size()).map(*ellipse);
     return grab;
 }
 

@@ -16,5 +16,6 @@ struct Grab {
     std::variant<std::monostate, QPainterPath, QPolygonF> outline{};
     QString name{};    ///< name for the document; may be empty
     QString kind{};    ///< "rectangle", "window" and so on
+    QString note{};    ///< what the user is to be told of it; may be empty
     uint process = 0;  ///< process of the application that was active before; 0 if unknown
 };

@@ -105,7 +105,7 @@ Grab dlgFreeHand::take()
 {
     Grab grab{.picture = getPixmap()};
     if (const std::unique_ptr<QPolygonF> polygon(getPolygon()); polygon)
-        grab.outline = *polygon;
+        grab.outline = toPicture(grab.picture, m_selection.box().size()).map(*polygon);
     return grab;
 }
 

@@ -229,7 +229,10 @@ void RegionOverlay::setExtent()
     QList<QRect> screens = services().screens->areas();
     for (QRect &screen : screens)
         screen.translate(-area().topLeft());
-    m_selection.setExtent({area().size(), area().size(), frame().size(), screens});
+    m_selection.setExtent(
+        {area().size(), area().size(), frame().size(), screens, [this](const QRect &marked) {
+             return services().pictures->sizeOf(marked.translated(area().topLeft()));
+         }});
 }
 
 bool RegionOverlay::eventFilter(QObject *watched, QEvent *event)

@@ -1,5 +1,6 @@
 #include "capture/windowbrowser.h"
 
+#include "platform/desktoppictures.h"
 #include "platform/services.h"
 #include "platform/windowlist.h"
 #include "ui_windowbrowser.h"
@@ -107,7 +108,8 @@ void WindowsPreView::selectWindowType(int onScreen)
                                 // position in the list, on purpose.
                                 .key = next == 0 ? static_cast<int>(i) : next,
                                 .name = window.shownOwner(),
-                                .onScreen = onScreen == 1});
+                                .onScreen = onScreen == 1,
+                                .note = visiblePartNote(window.number)});
     }
 }
 
@@ -241,6 +243,7 @@ void WindowsPreView::choose(const QListWidgetItem &item)
         return;
     m_pixmaps.append(record->pixmap);
     m_names.append(record->name);
+    m_notes.append(record->note);
 }
 
 void WindowsPreView::on_OK_BUTTON_released()
@@ -248,6 +251,7 @@ void WindowsPreView::on_OK_BUTTON_released()
     const QListWidget &list = *m_ui->listWidget;
     m_pixmaps.clear();
     m_names.clear();
+    m_notes.clear();
     for (int row = 0; row < list.count(); ++row) {
         if (list.item(row)->isSelected())
             choose(*list.item(row));

@@ -23,6 +23,7 @@ struct msg_grab {
     QString name{};
     bool onScreen = false;  ///< came from the list of windows on screen
     bool shown = false;     ///< passes the filter
+    QString note{};         ///< what the user is to be told of the picture
 };
 
 /// The browser of all windows: the user chooses one or several of them by their thumbnails. The
@@ -47,6 +48,8 @@ public:
     QList<QPixmap> *getPixmap() { return &m_pixmaps; }
     /// The names of these pictures.
     QList<QString> *getNameList() { return &m_names; }
+    /// What the user is to be told of them; empty texts for most.
+    const QList<QString> &notes() const { return m_notes; }
 
     /// Adds the windows on screen (1) or all windows (0) that are not in the browser yet.
     void selectWindowType(int onScreen);
@@ -89,4 +92,5 @@ private:
     double m_selectedWindow;
     QList<QPixmap> m_pixmaps;
     QList<QString> m_names;
+    QList<QString> m_notes;
 };

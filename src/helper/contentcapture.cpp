@@ -5,16 +5,22 @@
 #include "helper/hintplate.h"
 #include "helper/scrollcapture.h"
 #include "helper/scrolledwindow.h"
+#include "platform/desktoppictures.h"
 #include "platform/services.h"
 
 #include <QLocale>
 
+#include <algorithm>
 #include <memory>
 #include <utility>
 
 namespace {
 
-constexpr int s_followInterval = 100;  // ms
+// Milliseconds.
+constexpr int s_followInterval = 100;
+constexpr int s_windowLimit = 3000;
+constexpr int s_frames = 50;  // in which the compositor draws what has come back
+
 constexpr int s_nameLimit = 32;
 
 ScrollCapture::Target targetOf(const ContentPick::Choice &choice)
@@ -69,6 +75,7 @@ void ContentCapture::start()
         return;
     std::optional<ContentPick::Choice> choice;
     QImage window;
+    QString note;
     {
         ContentPick overlay;
         m_overlay = &overlay;
@@ -83,8 +90,10 @@ void ContentCapture::start()
             return;
         }
         choice = overlay.choice();
-        if (choice && choice->way == ContentPick::Way::Window)
+        if (choice && choice->way == ContentPick::Way::Window) {
             window = overlay.getPixmap(nullptr).toImage();
+            note = visiblePartNote(choice->window.number);
+        }
     }
     if (choice && choice->way == ContentPick::Way::Content)
         takeContent(*choice);
@@ -93,11 +102,13 @@ void ContentCapture::start()
     else if (window.isNull())
         emit failed(NoWindow, tr("There is no such window any more"));
     else
-        emit taken(window);
+        emit taken(window, note);
 }
 
 void ContentCapture::openPanel()
 {
+    if (!services().ownWindows->placesWindows())
+        return;
     m_panel = std::make_unique<HintPlate>(nullptr);
     m_panel->addLine(tr("Return"), tr("keeps what there is"));
     m_panel->addLine(tr("Esc"), tr("gives up"));
@@ -113,6 +124,7 @@ ScrollCapture::Result ContentCapture::run(Capture &capture, const WindowCatalogu
     m_abandon = [&capture] { capture.abandon(); };
     followFront();
     emit scrolls();
+    waitForWindow(window);
     ScrollCapture::Result result = capture.run();
     m_keep = m_discard = m_abandon = m_tellAgain = nullptr;
     return result;
@@ -122,8 +134,12 @@ void ContentCapture::takeContent(const ContentPick::Choice &choice)
 {
     openPanel();
     ScrollCapture scroll(targetOf(choice));
-    connect(&scroll, &ScrollCapture::progressed, m_panel.get(),
+    connect(&scroll, &ScrollCapture::progressed, this,
             [this, &scroll, beside = choice.window.bounds.toRect()](const QString &text) {
+                if (!m_panel) {
+                    tellBeside(text);
+                    return;
+                }
                 m_panel->setHeadline(text);
                 showSoFar(*m_panel, scroll, text);
                 m_panel->showBeside(beside);
@@ -133,7 +149,16 @@ void ContentCapture::takeContent(const ContentPick::Choice &choice)
         letKeysGo();
         emit putsBack();
     });
+    // Some compositors draw the pointer into what they hand out, so it leaves the window but for
+    // its tip, and nobody else gets the focus.
+    Hands &hands = *services().hands;
+    const QPoint pointer = hands.pointer();
+    const QPoint aside = choice.window.bounds.toRect().bottomRight();
+    if (!services().pictures->isLive())
+        hands.movePointer(aside);
     ScrollCapture::Result result = run(scroll, choice.window);
+    if (!services().pictures->isLive() && hands.pointer() == aside)
+        hands.movePointer(pointer);
     // Tells where the picture ends, so that the user knows whether the important part is included.
     if (result.lastRow >= 0)
         result.note = tr("%1. The picture ends at row %2.")
@@ -148,6 +173,11 @@ void ContentCapture::takeScrolledByHand(const ContentPick::Choice &choice)
 {
     openPanel();
     HandCapture hands(targetOf(choice));
+    if (!m_panel) {
+        connect(&hands, &HandCapture::progressed, this, &ContentCapture::tellBeside);
+        deliver(run(hands, choice.window));
+        return;
+    }
     m_outline = std::make_unique<AreaOutline>();
     m_panel->reservePicture();
     m_panel->reserveHeadlines(HandCapture::longestTexts() << frontText(QString(s_nameLimit, u'n')));
@@ -182,6 +212,8 @@ void ContentCapture::deliver(ScrollCapture::Result result)
     if (m_aborted)
         return;
     letKeysGo();
+    if (!m_panel)
+        emit progressed({});
     m_panel.reset();
     m_outline.reset();
     if (!result.picture.isNull())
@@ -190,6 +222,42 @@ void ContentCapture::deliver(ScrollCapture::Result result)
         emit failed(NoPicture, result.note);
     else
         emit ended();
+}
+
+// The tray is all that may say something meanwhile.
+void ContentCapture::tellBeside(const QString &text)
+{
+    emit progressed(
+        tr("%1. The key of this grab again keeps what there is, \"cancel\" gives up.").arg(text));
+}
+
+// Where the desktop was frozen, the pick still lies over it: the window has to be seen again as it
+// was, and to be known anew.
+void ContentCapture::waitForWindow(const WindowCatalogue::Entry &window)
+{
+    if (services().pictures->isLive())
+        return;
+    waitUntil(*services().clock, s_windowLimit, [&window] {
+        if (services().pictures->isFrozen())
+            return false;
+        const auto shown = services().windows->windows(WindowCatalogue::List::OnScreen, 0);
+        return std::any_of(shown.begin(), shown.end(),
+                           [&](const auto &entry) {
+                               return entry.number == window.number &&
+                                      entry.bounds == window.bounds;
+                           }) &&
+               std::none_of(shown.begin(), shown.end(),
+                            [](const auto &entry) { return entry.process == ownProcess(); });
+    });
+    services().clock->pause(s_frames);
+}
+
+void ContentCapture::keep()
+{
+    if (!m_keep || !m_wantsKeys)
+        return;
+    letKeysGo();
+    m_keep();
 }
 
 // Escape and Return end the capture while the window that scrolls is active, or the one that was
@@ -244,6 +312,7 @@ void ContentCapture::abort()
         return;
     m_abandon();
     letKeysGo();
-    m_panel->hide();
+    if (m_panel)
+        m_panel->hide();
     m_outline.reset();
 }

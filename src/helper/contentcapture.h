@@ -18,6 +18,8 @@ public:
     ContentCapture();
     ~ContentCapture() override;
 
+    void keep() override;
+
 protected:
     void start() override;
     void abort() override;
@@ -26,6 +28,8 @@ private:
     void takeContent(const ContentPick::Choice &choice);
     void takeScrolledByHand(const ContentPick::Choice &choice);
     void openPanel();
+    void tellBeside(const QString &text);
+    void waitForWindow(const WindowCatalogue::Entry &window);
     /// Runs a capture of the content until it ends.
     template<typename Capture>
     ScrollCapture::Result run(Capture &capture, const WindowCatalogue::Entry &window);
@@ -43,7 +47,7 @@ private:
     std::function<void()> m_discard;
     std::function<void()> m_abandon;
     std::function<void()> m_tellAgain;
-    std::unique_ptr<HintPlate> m_panel;
+    std::unique_ptr<HintPlate> m_panel;      // null where it can't lie beside what scrolls
     std::unique_ptr<AreaOutline> m_outline;  // exists while the user scrolls
     uint m_process = 0;                      // process of the window that scrolls
     unsigned m_front = 0;      // the active window when the capture began; 0 while unknown

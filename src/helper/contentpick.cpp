@@ -24,6 +24,7 @@ constexpr int s_hintDistance = 60;
 constexpr int s_askDistance = 12;
 // The smallest side of a marked area in device pixels; in less no movement can be recognised.
 constexpr int s_smallestMark = 24;
+constexpr int s_handLimit = 60000;  // ms
 
 }  // namespace
 
@@ -106,7 +107,12 @@ void ContentPick::choose(Way way, Qt::KeyboardModifiers modifiers)
     // A click applies to what is under the pointer, a key to the marked area.
     m_chosen.marked =
         m_markedWindow && way != Way::Window && (!m_isPressed || m_marked.contains(m_pressedAt));
-    accept();
+    // Elsewhere the capture itself waits for free hands; here only this overlay sees them.
+    if (!services().pictures->isLive() && way != Way::Window)
+        waitUntil(*services().clock, s_handLimit,
+                  [this] { return !isVisible() || !services().hands->isHandBusy(); });
+    if (isVisible())
+        accept();
 }
 
 bool ContentPick::paneEvent(const Pane &pane, QEvent *event)

@@ -15,6 +15,8 @@ public:
     void run();
     /// Ends the job as soon as possible without a signal, and deletes it then.
     void dismiss();
+    /// Ends what goes on by itself, with what there is; nothing where there is nothing yet.
+    virtual void keep() {}
 
 signals:
     /// `note` says why the picture may be incomplete; empty if it is complete.
@@ -26,6 +28,8 @@ signals:
     void opened();
     void scrolls();
     void putsBack();
+    /// How much there is, where no window of this program may say it; empty at the end.
+    void progressed(const QString &text);
 
 protected:
     /// Does the work, or starts it and returns.

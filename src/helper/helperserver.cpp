@@ -46,6 +46,8 @@ public:
         connect(m_job.get(), &HelperJob::opened, this, [this] { report(GWCaptureOpen); });
         connect(m_job.get(), &HelperJob::scrolls, this, [this] { report(GWCaptureScrolling); });
         connect(m_job.get(), &HelperJob::putsBack, this, [this] { report(GWCapturePuttingBack); });
+        connect(m_job.get(), &HelperJob::progressed, this,
+                [this](const QString &text) { report(GWCaptureProgress, {}, 0, text.toUtf8()); });
         report(GWCaptureWorking);
         // The job starts after this report has been handled, which hides this program's windows.
         QMetaObject::invokeMethod(m_job.get(), &HelperJob::run, Qt::QueuedConnection);
@@ -53,6 +55,12 @@ public:
 
     bool isWorking() const { return m_job != nullptr; }
     bool waitsForMenu() const { return qobject_cast<MenuCapture *>(m_job.get()); }
+
+    void keep()
+    {
+        if (m_job)
+            m_job->keep();
+    }
 
     void stopMenu()
     {
@@ -158,6 +166,12 @@ void GWSnapWorkbenchStartSessionCapture(const char *folder)
         s_answered = true;
     if (canStart(folder))
         server()->begin(std::make_unique<ContentCapture>(), folder);
+}
+
+void GWSnapWorkbenchKeepContent()
+{
+    if (server())
+        server()->keep();
 }
 
 bool GWSnapWorkbenchIsEnableAccessibilty() { return services().accessibility->isEnabled(); }

@@ -20,6 +20,7 @@ enum GWCaptureStatusCode {
     GWCaptureOpen = 9,          ///< the user can point at a window
     GWCaptureScrolling = 10,    ///< the picked window is being scrolled by the wheel or by the user
     GWCapturePuttingBack = 11,  ///< the scrolled content is being put back
+    GWCaptureProgress = 12,     ///< `text` says how much of it there is; empty at the end
 };
 
 /// Sets the callback. Null removes it and ends a running grab, since nobody would hear of it.
@@ -33,6 +34,9 @@ void GWSnapWorkbenchStopMenuItemCapture();
 /// Lets the user pick a window or its scrolling content, and captures it. Does nothing while a grab
 /// runs.
 void GWSnapWorkbenchStartSessionCapture(const char *folder);
+
+/// Ends taking what scrolls, with what there is.
+void GWSnapWorkbenchKeepContent();
 
 /// Whether the session's accessibility switch is on.
 bool GWSnapWorkbenchIsEnableAccessibilty();

@@ -2,6 +2,7 @@
 
 #include "platform/services.h"
 
+#include <QCoreApplication>
 #include <QWidget>
 
 #include <algorithm>
@@ -48,6 +49,15 @@ QRect fittedToDesktop(QRect area)
 QPixmap desktopPicture(const QRect &area)
 {
     return QPixmap::fromImage(services().pictures->ofDesktop(fittedToDesktop(area)));
+}
+
+QString visiblePartNote(int number)
+{
+    if (services().pictures->isWhole(number))
+        return {};
+    return QCoreApplication::translate(
+        "Pictures", "The picture shows the visible part of the window: something covers the rest "
+                    "of it, and this desktop keeps no pictures of that.");
 }
 
 QImage pictureBehind(const QRect &area, const QWidget &except)

@@ -16,6 +16,10 @@ QRect fittedToDesktop(QRect area);
 
 /// What the desktop shows in `area`, fitted to it.
 QPixmap desktopPicture(const QRect &area);
+/// What to tell of the picture of a window that shows only the visible part of it; empty for
+/// others.
+QString visiblePartNote(int number);
+
 /// What the desktop would show in `area`, which is not fitted to it, without a window and its child
 /// windows.
 QImage pictureBehind(const QRect &area, const QWidget &except);

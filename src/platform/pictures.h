@@ -68,6 +68,10 @@ public:
     /// are gone.
     virtual QImage ofWindows(std::optional<QRectF> area, const QList<int> &numbers) = 0;
 
+    /// Whether ofWindows() shows all of a window. Where Ability::CoveredWindows is lacking it shows
+    /// the part that is visible in what was frozen, with what covers that here and there.
+    virtual bool isWhole(int /*number*/) const { return true; }
+
     /// What the desktop would show without the given windows. Null if a side of `area` is 0 or
     /// less.
     virtual QImage withoutWindows(const QRect &area, const QList<int> &numbers) = 0;

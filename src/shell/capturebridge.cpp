@@ -141,6 +141,10 @@ void GWCaptureStatusCallback(void * /*unused*/, int status, const char *path, in
         if (MainWindow *window = Ax_GetMainWindow())
             window->grabs().helperScrolls();
         break;
+    case GWCaptureProgress:
+        if (MainWindow *window = Ax_GetMainWindow())
+            window->grabs().helperTells(text);
+        break;
     case GWCapturePuttingBack:
         if (MainWindow *window = Ax_GetMainWindow())
             window->grabs().helperPutsBack();

@@ -129,7 +129,9 @@ std::optional<QList<Grab>> CaptureTools::browse()
         return std::nullopt;
     QList<Grab> grabs;
     for (qsizetype i = 0; i < browser.getPixmap()->size(); ++i)
-        grabs.append({.picture = browser.getPixmap()->at(i), .name = browser.getNameList()->at(i)});
+        grabs.append({.picture = browser.getPixmap()->at(i),
+                      .name = browser.getNameList()->at(i),
+                      .note = browser.notes().at(i)});
     return grabs;
 }
 
@@ -151,6 +153,8 @@ void CaptureTools::dropHelper()
     GWSnapWorkbenchStartMessageServer(nullptr);
     GWSnapWorkbenchStartMessageServer(GWCaptureStatusCallback);
 }
+
+void CaptureTools::keepContent() { GWSnapWorkbenchKeepContent(); }
 
 void CaptureTools::hearEscape(bool hears)
 {

@@ -29,6 +29,7 @@ public:
     bool startHelper(GrabCommand command, const std::function<bool()> &begin) override;
     void stopMenuWait() override;
     void dropHelper() override;
+    void keepContent() override;
     void hearEscape(bool hears) override;
     void bringForward() override;
     void closeOpen() override;

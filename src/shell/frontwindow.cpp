@@ -7,6 +7,7 @@
 #include "platform/services.h"
 #include "shell/capturerefusal.h"
 #include "shell/mainwindow.h"
+#include "shell/trayicon.h"
 #include "shell/workbench.h"
 
 #include <QApplication>
@@ -196,3 +197,5 @@ void FrontWindow::addDocument(Grab grab)
 }
 
 void FrontWindow::say(const QString &text) { m_window.say(text); }
+
+void FrontWindow::tellProgress(const QString &text) { m_window.tray().setTip(text); }

@@ -29,6 +29,7 @@ public:
     void freeClicks() override;
     void addDocument(Grab grab) override;
     void say(const QString &text) override;
+    void tellProgress(const QString &text) override;
 
     const Front &front() const { return m_front; }
     /// What the program is active through; null before the first grab that needs it.

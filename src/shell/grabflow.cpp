@@ -93,7 +93,11 @@ void GrabFlow::press(GrabCommand command)
         run(command);
         break;
     case GrabStep::Bring:
-        m_tools.bringForward();
+        // Where nothing of this program can lie beside what scrolls, the key ends it.
+        if (m_state == GrabState::Scrolling && command == m_command && !m_pictures.isLive())
+            m_tools.keepContent();
+        else
+            m_tools.bringForward();
         break;
     case GrabStep::Replace:
         m_kept = command;
@@ -356,7 +360,6 @@ void GrabFlow::browse()
     comeBack();
     if (areThere)
         grabs = m_tools.browse();
-    thaw();
     if (!grabs)
         qCInfo(logGrab) << "the browser was closed with no window chosen";
     setState(GrabState::Ending);
@@ -410,7 +413,6 @@ void GrabFlow::finishHelper()
 // With a press that waits the window stays away: it is not to be in the next picture.
 void GrabFlow::deliver(Grab grab)
 {
-    thaw();
     if (grab.picture.isNull()) {
         qCInfo(logGrab) << "no picture:" << kindOf(m_command);
         m_window.say(tr("Nothing could be read there: there is no picture."));
@@ -418,6 +420,7 @@ void GrabFlow::deliver(Grab grab)
         return;
     }
     addDocument(std::move(grab));
+    thaw();
     if (!m_before.showAfter) {
         if (!m_pictures.isLive())
             restoreMinimized();
@@ -433,7 +436,10 @@ void GrabFlow::addDocument(Grab grab)
 {
     grab.kind = kindOf(m_command);
     grab.process = m_before.process;
+    const QString note = grab.note;
     m_window.addDocument(std::move(grab));
+    if (!note.isEmpty())
+        m_window.say(note);
 }
 
 bool GrabFlow::minimizeBefore()

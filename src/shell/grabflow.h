@@ -121,6 +121,8 @@ public:
 
     virtual void addDocument(Grab grab) = 0;
     virtual void say(const QString &text) = 0;
+    /// How far what is under way has come, where no window may say it; empty when it is over.
+    virtual void tellProgress(const QString &text) = 0;
 };
 
 /// What takes the pictures. What waits for the user runs events, in which the flow may be told of
@@ -149,6 +151,7 @@ public:
     virtual bool startHelper(GrabCommand command, const std::function<bool()> &begin) = 0;
     virtual void stopMenuWait() = 0;  ///< the helper's last word follows
     virtual void dropHelper() = 0;    ///< no word follows
+    virtual void keepContent() = 0;   ///< what has been taken of what scrolls
 
     /// Whether escape() is to be told of Escape while other programs have the keyboard, which get
     /// it as well.
@@ -182,6 +185,7 @@ public:
     void opened() { hear(GrabEvent::Opens); }
     void helperWorks() { hear(GrabEvent::Works); }
     void helperScrolls() { hear(GrabEvent::Scrolls); }
+    void helperTells(const QString &text) { m_window.tellProgress(text); }
     void helperPutsBack() { hear(GrabEvent::PutsBack); }
     /// A picture of the helper's, which its last word follows.
     void helperTakes(Grab grab);

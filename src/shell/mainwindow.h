@@ -97,6 +97,7 @@ public:
     /// What leads every grab from the press to its end.
     GrabFlow &grabs() { return *m_Grabs; }
     Workbench &work() { return *m_Work; }
+    TrayIcon &tray() { return *m_Tray; }
     Skin &skin() { return m_Skin; }
 
     // Focus.

@@ -1,5 +1,7 @@
 #include "shell/trayicon.h"
 
+#include "config/applicationrecord.h"
+
 #include <QApplication>
 #include <QCursor>
 #include <QEvent>
@@ -27,6 +29,7 @@ void TrayIcon::appear(const QIcon &icon)
     m_icon = std::make_unique<QSystemTrayIcon>();
     m_icon->setIcon(icon);
     m_icon->setContextMenu(&m_menu);
+    m_icon->setToolTip(m_tip);
     // A tray opens the menu itself for the other button only.
     connect(m_icon.get(), &QSystemTrayIcon::activated, this,
             [this](QSystemTrayIcon::ActivationReason reason) {
@@ -34,6 +37,13 @@ void TrayIcon::appear(const QIcon &icon)
                     m_menu.popup(QCursor::pos());
             });
     m_icon->setVisible(true);
+}
+
+void TrayIcon::setTip(const QString &text)
+{
+    m_tip = text.isEmpty() ? QString() : QString::fromWCharArray(g_AppName) + u'\n' + text;
+    if (m_icon)
+        m_icon->setToolTip(m_tip);
 }
 
 bool TrayIcon::tell(const QString &title, const QString &text)

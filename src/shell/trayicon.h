@@ -21,6 +21,8 @@ public:
     TrayIcon(QMenu &menu, const QIcon &icon, QObject *parent);
     ~TrayIcon() override;
 
+    /// What the icon says of itself beside the program's name; empty for nothing.
+    void setTip(const QString &text);
     /// Shows a message beside the icon. False where there is no tray.
     bool tell(const QString &title, const QString &text);
 
@@ -31,4 +33,5 @@ private:
 
     QMenu &m_menu;
     std::unique_ptr<QSystemTrayIcon> m_icon;
+    QString m_tip;
 };

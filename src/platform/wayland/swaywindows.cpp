@@ -1,5 +1,7 @@
 #include "platform/wayland/swaywindows.h"
 
+#include <QRegion>
+
 #include <algorithm>
 #include <utility>
 
@@ -53,6 +55,7 @@ void SwayWindows::freeze()
 void SwayWindows::thaw()
 {
     m_isFrozen = false;
+    m_tree = {};
     if (!m_fullscreen.isEmpty())
         restoreFullscreen(s_restoreTries);
 }
@@ -91,6 +94,20 @@ QRectF SwayWindows::boundsOf(int number)
 {
     const SwayTree::Window *window = tree().windowOf(number);
     return window ? toGlobal(window->entry.bounds) : QRectF();
+}
+
+QRegion SwayWindows::visibleOf(int number)
+{
+    QRegion covered;
+    for (const SwayTree::Window &window : tree().windows) {
+        if (!window.isVisible)
+            continue;
+        const QRegion bounds = toGlobal(window.entry.bounds).toRect();
+        if (window.entry.number == number)
+            return bounds - covered;
+        covered += bounds;
+    }
+    return {};
 }
 
 QRectF SwayWindows::toGlobal(const QRectF &logical) const

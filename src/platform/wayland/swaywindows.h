@@ -23,14 +23,17 @@ public:
 
     /// Reads them. `done` is called once, from the event loop, also if nothing could be read.
     void read(std::function<void()> done);
-    /// What has been read stays, until thaw(). Windows that fill a screen are remembered: they
-    /// don't any more when an overlay has done so, and thaw() lets them again.
+    /// What has been read stays, until thaw(), after which nothing is known until it has been read
+    /// again. Windows that fill a screen are remembered: they don't any more when an overlay has
+    /// done so, and thaw() lets them again.
     void freeze();
     void thaw();
 
     const SwayTree &tree();
     /// Global device pixels; empty if there is no such window.
     QRectF boundsOf(int number);
+    /// What no other window covers, in global device pixels; empty if its work space isn't shown.
+    QRegion visibleOf(int number);
     QRectF toGlobal(const QRectF &logical) const;
     void command(const QString &text) { m_compositor.command(text); }
 

@@ -55,15 +55,15 @@ public:
     {
         QList<Entry> result;
         for (const SwayTree::Window &window : m_windows.tree().windows) {
-            if (which == List::OnScreen && !window.isVisible)
+            if (which != List::All && !window.isVisible)
                 continue;
             Entry entry = window.entry;
             entry.bounds = m_windows.toGlobal(entry.bounds);
             result.append(entry);
             if (which == List::AtAndAbove && entry.number == relativeTo)
-                break;
+                return result;
         }
-        return result;
+        return which == List::AtAndAbove ? QList<Entry>() : result;
     }
 
 private:

@@ -56,7 +56,7 @@ bool WaylandHands::isHandBusy()
 {
     return QGuiApplication::focusWindow() &&
            (QGuiApplication::mouseButtons() != Qt::NoButton ||
-            QGuiApplication::keyboardModifiers() != Qt::NoModifier);
+            QGuiApplication::queryKeyboardModifiers() != Qt::NoModifier);
 }
 
 zwlr_virtual_pointer_v1 *WaylandHands::device()

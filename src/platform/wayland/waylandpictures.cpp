@@ -146,13 +146,28 @@ QImage WaylandPictures::ofDesktop(const QRect &area)
     return look.pictures.isEmpty() ? QImage() : look.layout.picture(area, look.pictures);
 }
 
-// What is visible of them: no compositor of this kind has pictures of single windows.
+// What is visible of them: no compositor of this kind has pictures of single windows. What moves
+// keeps its place, whatever comes in front.
 QImage WaylandPictures::ofWindows(std::optional<QRectF> area, const QList<int> &numbers)
 {
-    QRectF bounds;
+    QRect bounds;
     for (const int number : numbers)
-        bounds |= m_windows.boundsOf(number);
-    return bounds.isEmpty() ? QImage() : ofDesktop(area.value_or(bounds).toRect());
+        bounds |= m_frozen ? visibleOf(number).boundingRect() : m_windows.boundsOf(number).toRect();
+    return bounds.isEmpty() ? QImage() : ofDesktop(area ? area->toRect() : bounds);
+}
+
+// What no other window covers and a screen shows.
+QRegion WaylandPictures::visibleOf(int number) const
+{
+    QRegion shown;
+    for (const ScreenLayout::Screen &screen : m_frozen->layout.screens())
+        shown += screen.area;
+    return shown & m_windows.visibleOf(number);
+}
+
+bool WaylandPictures::isWhole(int number) const
+{
+    return !m_frozen || visibleOf(number) == QRegion(m_windows.boundsOf(number).toRect());
 }
 
 // As large as the area, so that a point of one is a point of the other.

@@ -29,6 +29,7 @@ public:
     QSize sizeOf(const QRect &area) const override;
     QImage ofDesktop(const QRect &area) override;
     QImage ofWindows(std::optional<QRectF> area, const QList<int> &numbers) override;
+    bool isWhole(int number) const override;
     QImage withoutWindows(const QRect &area, const QList<int> &numbers) override;
     std::unique_ptr<ChangeWatch> watchChanges(int number) override;
 
@@ -40,6 +41,7 @@ private:
     /// A look that is being taken.
     struct Question;
     void answer(bool areThere, const QString &trouble = {});
+    QRegion visibleOf(int number) const;
     void answerIfDone();
     Look lookNow(const QRect &area);
 
