@@ -1,5 +1,6 @@
 #include "swaydesktop.h"
 
+#include "pattern.h"
 #include "snapprogram.h"
 
 #include <QDateTime>
@@ -34,6 +35,7 @@ constexpr int s_dragSteps = 8;
 constexpr quint32 s_runCommand = 0;
 constexpr quint32 s_getOutputs = 3;
 constexpr quint32 s_getTree = 4;
+const QPoint s_nowhere(1000000, 1000000);  // where the pointer covers nothing
 const QByteArray s_magic("i3-ipc");
 const QString s_config = uR"(xwayland disable
 default_border none
@@ -71,6 +73,29 @@ void collect(const QJsonValue &node, QList<SwayDesktop::Window> &result)
         for (const auto &child : children)
             collect(child, result);
     }
+}
+
+// Whether a picture shows the pattern painted at `painted` pixels, pixel for pixel or, where the
+// compositor made it smaller, by the colours that tell the place.
+bool showsPattern(const QImage &shown, const QSize &painted)
+{
+    const QImage expected = pattern(painted);
+    if (painted == shown.size())
+        return shown == expected;
+    const qreal ratio = qreal(painted.width()) / shown.width();
+    const auto isNear = [ratio](int colour, int place) {
+        constexpr int edge = 4;  // where the colours begin anew, neighbours blend
+        const int told = int((place + 0.5) * ratio) & 0xff;
+        return told < edge || told > 0xff - edge || qAbs(colour - told) <= 1;
+    };
+    for (int y = 0; y < shown.height(); ++y) {
+        for (int x = 0; x < shown.width(); ++x) {
+            const QRgb pixel = shown.pixel(x, y);
+            if (!isNear(qRed(pixel), x) || !isNear(qGreen(pixel), y))
+                return false;
+        }
+    }
+    return true;
 }
 
 }  // namespace
@@ -201,6 +226,7 @@ bool SwayDesktop::connectDevices()
     if (!roundTrip() || !m_seat || !m_shm || !m_screencopy || !m_pointers || !m_keyboards)
         return false;
     m_pointer = zwlr_virtual_pointer_manager_v1_create_virtual_pointer(m_pointers, m_seat);
+    movePointer(s_nowhere);
     return makeKeyboard() && roundTrip();
 }
 
@@ -350,7 +376,21 @@ QProcess *SwayDesktop::startAt(const QString &program, const QStringList &argume
 
 QProcess *SwayDesktop::startPattern(const QRect &area)
 {
-    return startAt(QStringLiteral(SNAP_PATTERN), {}, area);
+    QProcess *process = startAt(QStringLiteral(SNAP_PATTERN), {}, area);
+    const auto isPainted = [&] {
+        return std::any_of(m_screens.begin(), m_screens.end(), [&](const auto &screen) {
+            const QRect place = this->area(screen->name);
+            const QImage shown = picture(screen->name);
+            const qreal scale = qreal(shown.width()) / place.width();
+            const QRect pixels =
+                QTransform::fromScale(scale, scale).mapRect(area.translated(-place.topLeft()));
+            // Some toolkits know whole scales only, and paint more for the others.
+            return place.contains(area) &&
+                   (showsPattern(shown.copy(pixels), pixels.size()) ||
+                    showsPattern(shown.copy(pixels), area.size() * std::ceil(scale)));
+        });
+    };
+    return process && waitFor(isPainted) ? process : nullptr;
 }
 
 QProcess *SwayDesktop::startLong(const QRect &area, int rows)
@@ -365,10 +405,11 @@ void SwayDesktop::movePointer(QPointF to)
     for (const auto &output : outputs)
         layout |= rectOf(output[u"rect"]);
     constexpr int finer = 100;
-    const QPointF at = (to - layout.topLeft()) * finer;
-    zwlr_virtual_pointer_v1_motion_absolute(m_pointer, now(), uint32_t(at.x()), uint32_t(at.y()),
-                                            uint32_t(layout.width() * finer),
-                                            uint32_t(layout.height() * finer));
+    const QSize box = layout.size() * finer;
+    const QPoint at = ((to - layout.topLeft()) * finer).toPoint();
+    zwlr_virtual_pointer_v1_motion_absolute(
+        m_pointer, now(), uint32_t(std::min(at.x(), box.width())),
+        uint32_t(std::min(at.y(), box.height())), uint32_t(box.width()), uint32_t(box.height()));
     zwlr_virtual_pointer_v1_frame(m_pointer);
     roundTrip();
 }
@@ -493,10 +534,12 @@ QImage SwayDesktop::picture(const QString &output)
         wl_buffer *buffer = wl_shm_pool_create_buffer(
             pool, 0, frame.size.width(), frame.size.height(), frame.stride, frame.format);
         zwlr_screencopy_frame_v1_copy(copy, buffer);
-        if (listenUntil([&] { return frame.hasFailed || frame.isReady; }) && frame.isReady)
-            image = QImage(memory.map(0, bytes), frame.size.width(), frame.size.height(),
-                           frame.stride, QImage::Format_RGB32)
+        if (listenUntil([&] { return frame.hasFailed || frame.isReady; }) && frame.isReady) {
+            const QByteArray shown = memory.read(bytes);
+            image = QImage(reinterpret_cast<const uchar *>(shown.constData()), frame.size.width(),
+                           frame.size.height(), frame.stride, QImage::Format_RGB32)
                         .copy();
+        }
         wl_buffer_destroy(buffer);
         wl_shm_pool_destroy(pool);
     }

@@ -62,10 +62,12 @@ public:
     Window find(const std::function<bool(const Window &)> &isIt) const;
     Window focused() const;
 
-    /// Starts the pattern program with its window at `area`, and waits until it is there. Null when
-    /// it never was. The pattern is painted in the window's own device pixels.
+    /// Starts the pattern program with its window at `area`, and waits until that shows the
+    /// pattern, one pixel of it on one of the output's. Null when it never did. (At a broken scale
+    /// a toolkit may paint more pixels, and the compositor make them fewer.) Let the pointer be
+    /// elsewhere, as it is at first.
     QProcess *startPattern(const QRect &area);
-    /// The same for the program with a long picture.
+    /// The same for the program with a long picture, without a look at it.
     QProcess *startLong(const QRect &area, int rows);
 
     // The pointer and the keyboard. sway has taken the input in when these return.
@@ -83,7 +85,8 @@ public:
     void keyDown(xkb_keysym_t keysym) { sendKey(keysym, true); }
     void keyUp(xkb_keysym_t keysym) { sendKey(keysym, false); }
 
-    /// What an output shows, without the pointer, in its own pixels, upright.
+    /// What an output shows, in its own pixels, upright. The pointer is in it, which sway draws
+    /// into the picture itself where there is no screen.
     QImage picture(const QString &output = QStringLiteral("HEADLESS-1"));
 
 private:
