@@ -15,6 +15,8 @@
 #include <QTransform>
 
 #include <algorithm>
+#include <array>
+#include <cmath>
 
 #include <linux/input-event-codes.h>
 #include <poll.h>

@@ -1,12 +1,13 @@
 // The program on a desktop without X: its window, its grabs and what it leaves to others, with what
 // the compositor itself shows as the measure.
 
-#include "pattern.h"
 #include "snapprogram.h"
 #include "swaydesktop.h"
 
 #include <QTest>
 #include <QTransform>
+
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -129,8 +130,7 @@ private:
         const qreal scale = qreal(m_before[name].width()) / output.width();
         return QTransform::fromScale(scale, scale).mapRect(area.translated(-output.topLeft()));
     }
-    /// Opens an overlay, and waits until each of its panes covers an output and has the focus
-    /// that it needs.
+    /// Opens an overlay, and waits until it has a pane over each output.
     bool openOverlay(const QString &action = u"capture-rectangle"_s)
     {
         for (auto it = m_before.begin(); it != m_before.end(); ++it)
