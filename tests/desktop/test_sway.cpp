@@ -74,20 +74,24 @@ private slots:
     // What is taken are the screen's own pixels, whatever its scale.
     void rectangle()
     {
-        const auto check = [this](const char *row, const SwayDesktop::Output &output) {
+        const auto check = [this](const char *row, const QList<SwayDesktop::Output> &outputs,
+                                  const QString &name = s_first) {
             qInfo("%s", row);
-            QVERIFY(begin({output}, {{u"ShowMagnification"_s, u"0"_s}}));
-            const QPoint corner(40, 60);
+            QVERIFY(begin(outputs, {{u"ShowMagnification"_s, u"0"_s}}));
+            const QPoint corner = m_sway->area(name).topLeft() + QPoint(40, 60);
             QVERIFY(m_sway->startPattern({corner, QSize(402, 304)}));
             const QRect marked(corner + QPoint(20, 30), QSize(200, 150));
             QVERIFY(openOverlay() && mark(marked));
             m_sway->key(XKB_KEY_Return);
             QVERIFY(isTitled(s_untitled) && m_program->waitForState(u"Idle"_s));
-            QCOMPARE(copied(), m_before[s_first].copy(inPixels(marked)));
+            QCOMPARE(copied(), m_before[name].copy(inPixels(marked)));
         };
-        check("scale 1", {});
-        check("scale 1.5", {.scale = 1.5});
-        check("scale 2", {.scale = 2});
+        const SwayDesktop::Output second{.position = {1600, 0}, .scale = 2};
+        check("scale 1", {{}});
+        check("scale 1.5", {{.scale = 1.5}});
+        check("scale 2", {{.scale = 2}});
+        check("two scales, inside the first", {{}, second});
+        check("two scales, inside the second", {{}, second}, u"HEADLESS-2"_s);
     }
 
 private:
