@@ -96,6 +96,21 @@ QRectF SwayWindows::boundsOf(int number)
     return window ? toGlobal(window->entry.bounds) : QRectF();
 }
 
+void SwayWindows::focusOwn(const QString &title)
+{
+    m_compositor.askForTree([this, title](const QByteArray &json) {
+        const SwayTree tree = SwayTree::read(json);
+        // A title that has just changed is not known there yet.
+        const SwayTree::Window *found = nullptr;
+        for (const SwayTree::Window &window : tree.windows) {
+            if (isOwn(window) && (!found || window.entry.name == title))
+                found = &window;
+        }
+        if (found && !found->isFocused)
+            command(u"[con_id=%1] focus"_s.arg(found->entry.number));
+    });
+}
+
 QRegion SwayWindows::visibleOf(int number)
 {
     QRegion covered;

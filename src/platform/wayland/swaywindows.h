@@ -35,6 +35,8 @@ public:
     /// What no other window covers, in global device pixels; empty if its work space isn't shown.
     QRegion visibleOf(int number);
     QRectF toGlobal(const QRectF &logical) const;
+    /// Gives the focus to this program's window with that title.
+    void focusOwn(const QString &title);
     void command(const QString &text) { m_compositor.command(text); }
 
 private:
