@@ -66,6 +66,7 @@ public:
     void freeClicks() override {}
     void addDocument(Grab) override { log.append(u"document"_s); }
     void say(const QString &) override { log.append(u"say"_s); }
+    void tellProgress(const QString &) override {}
 
     Take mark(GrabCommand) override
     {
@@ -108,6 +109,7 @@ public:
     }
     void stopMenuWait() override { log.append(u"stop"_s); }
     void dropHelper() override { log.append(u"drop"_s); }
+    void keepContent() override { log.append(u"keep content"_s); }
     void hearEscape(bool hears) override { isEscapeHeard = hears; }
     void bringForward() override { log.append(u"bring"_s); }
     void closeOpen() override
@@ -145,6 +147,7 @@ private slots:
         m_fake = std::make_unique<Fake>();
         m_fake->now = {.isComposited = true, .countdown = 5};
         m_pictures.asked = {};
+        m_pictures.live = true;
         m_flow = std::make_unique<GrabFlow>(*m_fake, *m_fake, m_pictures, m_clock);
         m_fake->opened = [this] { m_flow->opened(); };
     }
@@ -202,6 +205,7 @@ private slots:
     {
         using C = GrabCommand;
         bool refuses = false;
+        bool freezes = false;
         const auto check = [&](const QByteArray &row, const GrabCommand &command,
                                const GrabSituation &before, bool accepts, bool empty,
                                const char *log) {
@@ -210,6 +214,7 @@ private slots:
             m_fake->accepts = accepts;
             m_fake->isEmpty = empty;
             m_fake->refuses = refuses;
+            m_pictures.live = !freezes;
             m_flow->press(command);
             expect(row, m_fake->log.join(u','), QString::fromLatin1(log));
             expect(row, m_flow->state(), GrabState::Idle);
@@ -242,6 +247,28 @@ private slots:
         for (const C refused : {C::Rectangle, C::Window})
             check("refused", refused, other, true, false, "say");
         check("shown where refused", C::Show, other, true, false, "show");
+        // Where the desktop stands still this program's windows leave before, and come back whoever
+        // was in front; the picture is there already, so that nobody else has to come to the front.
+        refuses = false;
+        freezes = true;
+        GrabSituation behind = hides;
+        behind.isActive = false;
+        check("frozen", C::Rectangle, behind, true, false,
+              "cover,minimize,mark,document,restore,give back");
+        check("frozen, given up", C::Rectangle, behind, false, false,
+              "cover,minimize,mark,restore,give back");
+        check("frozen windows", C::Windows, other, true, false,
+              "hide,back,browse,document,document");
+        m_fake->now = other;
+        m_fake->log.clear();
+        m_flow->press(C::Window);
+        m_flow->opened();
+        m_flow->helperScrolls();
+        QVERIFY(!m_pictures.frozen);
+        m_flow->press(C::Rectangle);
+        m_flow->press(C::Window);
+        m_flow->helperEnds();
+        QCOMPARE(m_fake->log.join(u','), u"hide,pick,bring,keep content,back,show"_s);
     }
 
     // Whenever and however the desktop answers: nothing opens before, or at all, and nothing of it
