@@ -406,6 +406,32 @@ private slots:
         QCOMPARE(m_window->pos(), before + QPoint(40, 30));
     }
 
+    // What the desktop places keeps its size, and the place from before for one that can use it.
+    void placedByTheDesktop()
+    {
+        const auto startThere = [this] {
+            end();
+            m_desktop->ownWindows->placing = false;
+            start();
+            m_window->InitShowGeometry();
+            m_window->show();
+        };
+        SetConfigString(u"WindowLeft"_s, u"33"_s);
+        SetConfigString(u"WindowHeight"_s, u"700"_s);
+        startThere();
+        QCOMPARE(m_window->height(), 700);
+        button("BtnMax")->click();
+        QVERIFY(m_window->isMaximized());
+        m_window->SaveGeometry();
+        startThere();
+        QVERIFY(m_window->isMaximized() && m_window->GetMaximized());
+        button("BtnMax")->click();
+        QVERIFY(!m_window->isMaximized());
+        QCOMPARE(m_window->height(), 700);
+        m_window->SaveGeometry();
+        QCOMPARE(GetConfigString(u"WindowLeft"_s), u"33"_s);
+    }
+
     void aboutBox()
     {
         wcscpy(g_Logo, L"Workbench <b>");
