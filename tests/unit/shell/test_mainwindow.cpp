@@ -407,6 +407,7 @@ private slots:
     }
 
     // What the desktop places keeps its size, and the place from before for one that can use it.
+    // It may refuse to minimise, so the window is not there at first; with no tray it comes.
     void placedByTheDesktop()
     {
         const auto startThere = [this] {
@@ -414,7 +415,7 @@ private slots:
             m_desktop->ownWindows->placing = false;
             start();
             m_window->InitShowGeometry();
-            m_window->show();
+            m_window->showAtStart();
         };
         SetConfigString(u"WindowLeft"_s, u"33"_s);
         SetConfigString(u"WindowHeight"_s, u"700"_s);
@@ -430,6 +431,11 @@ private slots:
         QCOMPARE(m_window->height(), 700);
         m_window->SaveGeometry();
         QCOMPARE(GetConfigString(u"WindowLeft"_s), u"33"_s);
+        SetConfigString(u"RunMinimized"_s, u"1"_s);
+        startThere();
+        QVERIFY(!m_window->isVisible());
+        m_desktop->clock->advance(3000);
+        QVERIFY(m_window->isVisible());
     }
 
     void aboutBox()
