@@ -194,4 +194,6 @@ void CaptureTools::closeOpen()
         GWSnapWorkbenchWithdrawQuestion();
     else if (QDialog *dialog = openDialog())
         dialog->reject();
+    else
+        GWSnapWorkbenchGiveUp();
 }

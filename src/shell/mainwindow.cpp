@@ -113,6 +113,7 @@ void MainWindow::setUpGrabs()
             Qt::QueuedConnection);
     connect(m_Grabs.get(), &GrabFlow::stateChanged, this, [this](GrabState state) {
         m_bCapturing = state != GrabState::Idle;
+        m_Menus->updateCancel(m_Grabs->canCancel());
         emit grabStateChanged(GrabFlow::nameOf(state));
     });
 }

@@ -460,6 +460,20 @@ private slots:
             QVERIFY2(all.contains(text), qPrintable(text));
     }
 
+    void cancelFromTheTray()
+    {
+        SetConfigString(u"ScreenTimer"_s, u"1000"_s);
+        const QList<QAction *> actions = m_window->findChildren<QAction *>();
+        QAction *cancel = *std::find_if(actions.begin(), actions.end(), [](const QAction *action) {
+            return action->text() == u"Cancel Capture";
+        });
+        QVERIFY(!cancel->isEnabled());
+        QTimer::singleShot(0, m_window.get(), [cancel] { cancel->trigger(); });
+        HotkeyCallBack(7, 0);
+        QCOMPARE(tabs()->count(), 0);
+        QVERIFY(!cancel->isEnabled());
+    }
+
     void everyWayToACommand()
     {
         // What is given up leaves no picture.
