@@ -17,7 +17,8 @@ using Hook = std::function<void()>;
 
 constexpr std::array s_events{GrabEvent::Press, GrabEvent::Escape,  GrabEvent::Opens,
                               GrabEvent::Works, GrabEvent::Scrolls, GrabEvent::PutsBack,
-                              GrabEvent::Ends,  GrabEvent::Quit,    GrabEvent::DisplayLost};
+                              GrabEvent::Ends,  GrabEvent::Quit,    GrabEvent::DisplayLost,
+                              GrabEvent::Cancel};
 
 // Both sides of the flow in one: they write down what they are told, and run a hook where the flow
 // waits, in which a test tells it of something.
@@ -162,19 +163,19 @@ private slots:
             const char *pressEnds;  // the last that is done about it; empty where it is all
             const char *quitEnds;
         };
-        // press, Escape, opens, works, scrolls, puts back, ends, quit, display lost
+        // press, Escape, opens, works, scrolls, puts back, ends, quit, display lost, cancel
         // clang-format off
         constexpr std::array<Row, GrabStateCount> rows{{
-            {S::Idle,      {"other,screen,document", "", "", "", "", "", "", "", ""}, "", ""},
-            {S::Freezing,  {"bring", "give up", "", "hide", "", "", "", "give up", "give up"}, "", "close"},
-            {S::Marking,   {"bring", "give up", "", "", "", "", "", "give up", "give up"}, "", "close"},
-            {S::Counting,  {"", "", "", "", "", "", "", "give up", ""}, "screen", "close"},
-            {S::Browsing,  {"bring", "", "", "", "", "", "", "give up", ""}, "", "close"},
-            {S::Asking,    {"bring", "", "", "", "", "", "", "give up", ""}, "", "close"},
-            {S::MenuWait,  {"stop", "", "", "hide", "", "", "show", "drop", ""}, "", ""},
-            {S::Picking,   {"bring", "", "", "", "", "", "show", "drop", "give up"}, "", ""},
-            {S::Scrolling, {"bring", "", "", "", "", "", "show", "drop", ""}, "", ""},
-            {S::Ending,    {"", "", "", "", "", "", "", "give up", ""}, "screen", "close"},
+            {S::Idle,      {"other,screen,document", "", "", "", "", "", "", "", "", ""}, "", ""},
+            {S::Freezing,  {"bring", "give up", "", "hide", "", "", "", "give up", "give up", "give up"}, "", "close"},
+            {S::Marking,   {"bring", "give up", "", "", "", "", "", "give up", "give up", "give up"}, "", "close"},
+            {S::Counting,  {"", "", "", "", "", "", "", "give up", "", "give up"}, "screen", "close"},
+            {S::Browsing,  {"bring", "", "", "", "", "", "", "give up", "", "give up"}, "", "close"},
+            {S::Asking,    {"bring", "", "", "", "", "", "", "give up", "", "give up"}, "", "close"},
+            {S::MenuWait,  {"stop", "", "", "hide", "", "", "show", "drop", "", "give up"}, "", ""},
+            {S::Picking,   {"bring", "", "", "", "", "", "show", "drop", "give up", "give up"}, "", ""},
+            {S::Scrolling, {"bring", "", "", "", "", "", "show", "drop", "", "give up"}, "", ""},
+            {S::Ending,    {"", "", "", "", "", "", "", "give up", "", ""}, "screen", "close"},
         }};
         // clang-format on
         for (const Row &row : rows) {
@@ -468,7 +469,8 @@ private:
             {GrabEvent::PutsBack, [&] { m_flow->helperPutsBack(); }},
             {GrabEvent::Ends, [&] { m_flow->helperEnds(); }},
             {GrabEvent::Quit, [&] { mayClose = m_flow->quit(); }},
-            {GrabEvent::DisplayLost, [&] { m_flow->displayLost(); }}};
+            {GrabEvent::DisplayLost, [&] { m_flow->displayLost(); }},
+            {GrabEvent::Cancel, [&] { m_flow->cancel(); }}};
         in(state, [&] {
             m_fake->log.clear();
             events[event]();
