@@ -640,6 +640,10 @@ Rücktaste    Punkt löschen</translation>
         <translation>Menü aufnehmen</translation>
     </message>
     <message>
+        <source>Cancel Capture</source>
+        <translation>Aufnahme abbrechen</translation>
+    </message>
+    <message>
         <source>Show Snapworkbench</source>
         <translation>Snap Workbench zeigen</translation>
     </message>

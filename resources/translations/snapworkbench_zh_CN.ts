@@ -640,6 +640,10 @@ Backspace    删除最后一点</translation>
         <translation>截取菜单</translation>
     </message>
     <message>
+        <source>Cancel Capture</source>
+        <translation>放弃截取</translation>
+    </message>
+    <message>
         <source>Show Snapworkbench</source>
         <translation>显示 Snap Workbench</translation>
     </message>

@@ -84,8 +84,8 @@ bool CaptureOverlay::eventFilter(QObject *watched, QEvent *event)
         contextMenu(isKey ? paneAt(pointerInOverlay()) : *pane, menu);
         return true;
     }
-    // A window manager may close any of the panes.
-    if (event->type() == QEvent::Close)
+    // A window manager may close any of the panes; the toolkit closes those that it hides, too.
+    if (event->type() == QEvent::Close && isVisible())
         reject();
     return paneEvent(*pane, event);
 }
@@ -159,8 +159,8 @@ void CaptureOverlay::setVisible(bool visible)
         // An open menu would stay open without its overlay, and its loop would continue.
         for (QMenu *menu : findChildren<QMenu *>())
             menu->close();
-        showPanes(false);
         QDialog::setVisible(false);
+        showPanes(false);
         giveFocusBack();
     }
 }
@@ -192,15 +192,18 @@ bool CaptureOverlay::isLive()
 // Prepares the view of the desktop. Returns false if only the sheet would be visible.
 bool CaptureOverlay::makeSeeThrough()
 {
-    m_dimmed = {};
-    for (const Pane &pane : std::as_const(m_panes))
+    for (Pane &pane : m_panes) {
         pane.window().setWindowOpacity(isLive() && hasSheet() ? m_sheetOpacity : 1.0);
-    if (isLive())
-        return true;
-    m_dimmed = desktopPicture(desktopBox());
-    if (m_dimmed.isNull())
-        return false;
-    QPainter(&m_dimmed).fillRect(m_dimmed.rect(), black(m_sheetOpacity));
+        QPixmap dimmed;
+        if (!isLive()) {
+            dimmed = QPixmap::fromImage(
+                services().pictures->ofDesktop(pane.pixels().translated(m_area.topLeft())));
+            if (dimmed.isNull())
+                return false;
+            QPainter(&dimmed).fillRect(dimmed.rect(), black(m_sheetOpacity));
+        }
+        pane.setPicture(dimmed);
+    }
     return true;
 }
 
@@ -208,7 +211,8 @@ bool CaptureOverlay::makeSeeThrough()
 // sheet becomes opaque, and the desktop behind it can't be captured any more.
 bool CaptureOverlay::fitsDesktop() const
 {
-    return m_places == services().ownWindows->panes() && (!m_dimmed.isNull() || isLive());
+    return m_places == services().ownWindows->panes() &&
+           (!m_panes.constFirst().picture().isNull() || isLive());
 }
 
 // The window is override-redirect, so no window manager gives it the focus.
@@ -344,21 +348,25 @@ void CaptureOverlay::paintSheet(const Pane &pane, const QRegion &exposed,
 {
     QPainter painter;
     pane.begin(painter);
+    const bool isLive = pane.picture().isNull();
     for (const QRect &logical : exposed) {
         const QRect pixels = pane.pixelsAround(logical);
-        const QRect known = pixels & m_dimmed.rect();
-        if (known != pixels) {
+        if (isLive || !pane.pixels().contains(pixels)) {
             painter.setCompositionMode(QPainter::CompositionMode_Source);
             painter.fillRect(pixels, hasSheet() ? Qt::black : Qt::transparent);
             painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
         }
-        if (known.isEmpty())
+        const QRect part = isLive ? QRect() : pane.inPicture(pixels);
+        if (part.isEmpty())
             continue;
-        painter.drawPixmap(known, m_dimmed, known);
+        painter.save();
+        pane.usePicture(painter);
+        painter.drawPixmap(part, pane.picture(), part);
         if (hasSheet())
-            addSheet(painter, known, draw);
+            addSheet(painter, pane, part, draw);
+        painter.restore();
     }
-    if (hasSheet() && !m_dimmed.isNull())
+    if (hasSheet() && !isLive)
         return;
     painter.setRenderHint(QPainter::Antialiasing);
     draw(painter);
@@ -366,21 +374,23 @@ void CaptureOverlay::paintSheet(const Pane &pane, const QRegion &exposed,
 
 // Adds what a compositor would add to the dimmed desktop: the complete sheet multiplied by its
 // opacity. The painter's own opacity can't be used, because it would apply to sums that are already
-// limited to white.
-void CaptureOverlay::addSheet(QPainter &painter, const QRect &pixels,
+// limited to white. `part` is in the pane's picture.
+void CaptureOverlay::addSheet(QPainter &painter, const Pane &pane, const QRect &part,
                               const std::function<void(QPainter &)> &draw) const
 {
-    QImage sheet(pixels.size(), QImage::Format_ARGB32_Premultiplied);
+    QImage sheet(part.size(), QImage::Format_ARGB32_Premultiplied);
     sheet.fill(Qt::transparent);
     QPainter sheetPainter(&sheet);
     sheetPainter.setRenderHint(QPainter::Antialiasing);
-    sheetPainter.translate(-pixels.topLeft());
+    sheetPainter.translate(-part.topLeft());
+    sheetPainter.scale(pane.ratio(), pane.ratio());
+    sheetPainter.translate(-pane.pixels().topLeft());
     draw(sheetPainter);
     sheetPainter.resetTransform();
     sheetPainter.setCompositionMode(QPainter::CompositionMode_DestinationIn);
     sheetPainter.fillRect(sheet.rect(), black(m_sheetOpacity));
     sheetPainter.end();
     painter.setCompositionMode(QPainter::CompositionMode_Plus);
-    painter.drawImage(pixels.topLeft(), sheet);
+    painter.drawImage(part.topLeft(), sheet);
     painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
 }

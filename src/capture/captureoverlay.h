@@ -140,14 +140,13 @@ private:
     void tellOpen();
     void giveKeyboardBack();
     void giveFocusBack();
-    void addSheet(QPainter &painter, const QRect &pixels,
+    void addSheet(QPainter &painter, const Pane &pane, const QRect &part,
                   const std::function<void(QPainter &)> &draw) const;
 
     QRect m_area;
     QList<PanePlace> m_places;  // of the panes, as the desktop told them
     QList<Pane> m_panes;
     qreal m_sheetOpacity = 0;
-    QPixmap m_dimmed;                  // the desktop under the black sheet; null if it is seen live
     QPointer<QWidget> m_windowBefore;  // the program's active window when the overlay opened
     QList<int> m_ticks;                // the numbers of the running series of ticks
     int m_newestTicks = 0;

@@ -4,8 +4,12 @@
 #include <QWidget>
 
 #include <algorithm>
+#include <cmath>
 
 namespace {
+
+// Scales that differ by less are one: the logical size of a screen is a whole number.
+constexpr qreal s_same = 0.005;
 
 // The far end is beyond, by a little: where two panes meet, it is the other one's beginning.
 qreal beyond(qreal from, qreal to, qreal value)
@@ -66,6 +70,27 @@ void Pane::begin(QPainter &painter) const
                           m_scale != m_surface->devicePixelRatioF());
     painter.scale(1 / m_scale, 1 / m_scale);
     painter.translate(-m_pixels.topLeft());
+}
+
+qreal Pane::ratio() const
+{
+    return m_picture.isNull() ? 1 : qreal(m_picture.width()) / m_pixels.width();
+}
+
+QRect Pane::inPicture(const QRect &pixels) const
+{
+    const QRectF exact(QPointF(pixels.topLeft() - m_pixels.topLeft()) * ratio(),
+                       QSizeF(pixels.size()) * ratio());
+    return exact.toAlignedRect() & m_picture.rect();
+}
+
+// A window that has the screen's own pixels shows them one by one.
+void Pane::usePicture(QPainter &painter) const
+{
+    painter.resetTransform();
+    painter.scale(1 / (m_scale * ratio()), 1 / (m_scale * ratio()));
+    painter.setRenderHint(QPainter::SmoothPixmapTransform,
+                          std::abs(m_scale * ratio() - m_surface->devicePixelRatioF()) > s_same);
 }
 
 const Pane &paneAt(const QList<Pane> &panes, QPoint pixel)

@@ -3,6 +3,7 @@
 #include "platform/paneplace.h"
 
 #include <QList>
+#include <QPixmap>
 #include <QPoint>
 #include <QRect>
 #include <QRegion>
@@ -40,12 +41,24 @@ public:
     /// Begins painting on the surface, in pixels.
     void begin(QPainter &painter) const;
 
+    /// What the pane shows of the desktop; null if that is seen live. A screen with larger pixels
+    /// of its own has fewer of them than the pane has.
+    const QPixmap &picture() const { return m_picture; }
+    void setPicture(const QPixmap &picture) { m_picture = picture; }
+    /// The picture's pixels in a pixel.
+    qreal ratio() const;
+    /// The part of the picture that these pixels touch.
+    QRect inPicture(const QRect &pixels) const;
+    /// Lets a painter that has begun count the picture's pixels.
+    void usePicture(QPainter &painter) const;
+
 private:
     QWidget *m_window;
     QWidget *m_surface;
     QRect m_pixels;
     qreal m_scale;
     QPointF m_corner;
+    QPixmap m_picture;
 };
 
 /// The pane that shows a pixel, or the nearest one. `panes` is not empty.

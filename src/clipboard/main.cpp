@@ -3,6 +3,8 @@
 // nothing, and is nobody's to find. What it keeps comes over standard input; the argument is its
 // MIME type.
 
+#include "datacontrol.h"
+
 #include <QClipboard>
 #include <QFile>
 #include <QGuiApplication>
@@ -12,21 +14,34 @@
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+constexpr int s_noContent = 1;
+constexpr int s_noClipboard = 2;  // the desktop lets nobody keep one who has no window
+
+}  // namespace
+
 int main(int argc, char **argv)
 {
+    QFile input;
+    if (argc < 2 || !input.open(stdin, QIODevice::ReadOnly))
+        return s_noContent;
+    const QByteArray content = input.readAll();
+    if (keepInCompositor(content, argv[1]))
+        return 0;
+
     // No session manager is to start it again, and no theme to be loaded for it.
     qunsetenv("SESSION_MANAGER");
     qputenv("QT_QPA_PLATFORMTHEME", "none");
     const QGuiApplication application(argc, argv);
     QGuiApplication::setQuitOnLastWindowClosed(false);
+    if (QGuiApplication::platformName() != u"xcb")
+        return s_noClipboard;
 
-    QFile input;
-    if (!input.open(stdin, QIODevice::ReadOnly))
-        return 1;
-    auto *content = new QMimeData;
-    content->setData(QCoreApplication::arguments().value(1), input.readAll());
+    auto *data = new QMimeData;
+    data->setData(QString::fromLocal8Bit(argv[1]), content);
     QClipboard *clipboard = QGuiApplication::clipboard();
-    clipboard->setMimeData(content);
+    clipboard->setMimeData(data);
     QObject::connect(clipboard, &QClipboard::dataChanged, &application, [clipboard] {
         if (!clipboard->ownsClipboard())
             QCoreApplication::quit();

@@ -73,6 +73,10 @@ void ContentCapture::start()
     waitUntilHidden();
     if (m_aborted)
         return;
+    if (m_isGivenUp) {
+        emit ended();
+        return;
+    }
     std::optional<ContentPick::Choice> choice;
     QImage window;
     QString note;
@@ -294,6 +298,18 @@ void ContentCapture::watchKeys(bool watch)
         letKeysGo();
         (key == Qt::Key_Return ? m_keep : m_discard)();
     });
+}
+
+void ContentCapture::giveUp()
+{
+    if (m_overlay) {
+        m_overlay->reject();
+    } else if (!m_discard) {
+        m_isGivenUp = true;
+    } else if (m_wantsKeys) {
+        letKeysGo();
+        m_discard();
+    }
 }
 
 void ContentCapture::letKeysGo()

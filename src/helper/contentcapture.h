@@ -19,6 +19,7 @@ public:
     ~ContentCapture() override;
 
     void keep() override;
+    void giveUp() override;
 
 protected:
     void start() override;
@@ -40,6 +41,7 @@ private:
     void letKeysGo();
 
     bool m_aborted = false;
+    bool m_isGivenUp = false;          // before there is anything to close
     ContentPick *m_overlay = nullptr;  // null unless it is open
     // Tell the running capture to end: with a picture, without one, or at once. Null while none
     // runs.

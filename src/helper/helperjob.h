@@ -12,6 +12,9 @@ public:
     /// The error codes of failed().
     enum Failure { NoWindow = 1, NoPicture = 2, NotWritten = 3, NoWheel = 4 };
 
+    /// Ends the job as the user does who gives up, wherever it is: what it has moved is put back.
+    /// ended() follows, unless the picture comes first.
+    virtual void giveUp() = 0;
     void run();
     /// Ends the job as soon as possible without a signal, and deletes it then.
     void dismiss();

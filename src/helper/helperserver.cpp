@@ -53,6 +53,12 @@ public:
         QMetaObject::invokeMethod(m_job.get(), &HelperJob::run, Qt::QueuedConnection);
     }
 
+    void giveUp()
+    {
+        if (m_job)
+            m_job->giveUp();
+    }
+
     bool isWorking() const { return m_job != nullptr; }
     bool waitsForMenu() const { return qobject_cast<MenuCapture *>(m_job.get()); }
 
@@ -151,6 +157,12 @@ void GWSnapWorkbenchStartMenuItemCapture(const char *folder)
 {
     if (canStart(folder))
         server()->begin(std::make_unique<MenuCapture>(), folder);
+}
+
+void GWSnapWorkbenchGiveUp()
+{
+    if (server())
+        server()->giveUp();
 }
 
 void GWSnapWorkbenchStopMenuItemCapture()

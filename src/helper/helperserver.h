@@ -29,6 +29,9 @@ void GWSnapWorkbenchStartMessageServer(GWCaptureStatus callback);
 /// Waits until the pointer rests on an open menu of any program, and captures the menu. `folder` is
 /// UTF-8 and must exist. Does nothing while a grab runs.
 void GWSnapWorkbenchStartMenuItemCapture(const char *folder);
+/// Ends the running grab as the user does who gives up; GWCaptureEnded follows. Does nothing while
+/// none runs.
+void GWSnapWorkbenchGiveUp();
 /// Ends waiting for a menu, with GWCaptureEnded.
 void GWSnapWorkbenchStopMenuItemCapture();
 /// Lets the user pick a window or its scrolling content, and captures it. Does nothing while a grab

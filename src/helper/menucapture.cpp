@@ -18,11 +18,14 @@ MenuCapture::~MenuCapture() { end(); }
 void MenuCapture::start()
 {
     m_isLooking = true;
-    services().keys->start({Qt::Key_Escape}, [this](Qt::Key) {
-        end();
-        emit ended();
-    });
+    services().keys->start({Qt::Key_Escape}, [this](Qt::Key) { giveUp(); });
     look();
+}
+
+void MenuCapture::giveUp()
+{
+    end();
+    emit ended();
 }
 
 void MenuCapture::abort() { end(); }

@@ -17,6 +17,8 @@ class MenuCapture : public HelperJob
 public:
     ~MenuCapture() override;
 
+    void giveUp() override;
+
 protected:
     void start() override;
     void abort() override;

@@ -56,8 +56,8 @@ QString visiblePartNote(int number)
     if (services().pictures->isWhole(number))
         return {};
     return QCoreApplication::translate(
-        "Pictures", "The picture shows the visible part of the window: something covers the rest "
-                    "of it, and this desktop keeps no pictures of that.");
+        "Pictures", "The picture shows the visible part of the window: this desktop keeps no "
+                    "pictures of what is covered or lies beyond the screen.");
 }
 
 QImage pictureBehind(const QRect &area, const QWidget &except)

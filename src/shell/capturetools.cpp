@@ -198,4 +198,6 @@ void CaptureTools::closeOpen()
         GWSnapWorkbenchWithdrawQuestion();
     else if (QDialog *dialog = openDialog())
         dialog->reject();
+    else
+        GWSnapWorkbenchGiveUp();
 }

@@ -10,12 +10,26 @@
 #include <QProcess>
 #include <QTemporaryFile>
 
+#include <poll.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
 using namespace Qt::StringLiterals;
 
 namespace {
 
 constexpr int s_takeOverLimit = 5000;  // ms
 constexpr int s_uncompressed = 100;    // the toolkit's quality for that
+
+// A process that is started to outlive this one is not its child, so its end is seen by this alone.
+// (The library has the call from a later version on.)
+int openProcess(qint64 number) { return static_cast<int>(syscall(SYS_pidfd_open, number, 0)); }
+
+bool hasEnded(int process)
+{
+    pollfd end{.fd = process, .events = POLLIN, .revents = 0};
+    return process < 0 || poll(&end, 1, 0) > 0;
+}
 
 }  // namespace
 
@@ -40,7 +54,11 @@ void leaveClipboard()
     keeper.setStandardInputFile(content.fileName());
     keeper.setStandardOutputFile(QProcess::nullDevice());
     keeper.setStandardErrorFile(QProcess::nullDevice());
-    if (keeper.startDetached())
-        waitUntil(*services().clock, s_takeOverLimit,
-                  [clipboard] { return !clipboard->ownsClipboard(); });
+    qint64 number = 0;
+    if (!keeper.startDetached(&number))
+        return;
+    // It ends at once where the desktop lets nobody keep the clipboard who has no window.
+    const int process = openProcess(number);
+    waitUntil(*services().clock, s_takeOverLimit,
+              [=] { return !clipboard->ownsClipboard() || hasEnded(process); });
 }

@@ -142,6 +142,10 @@ constexpr auto s_commands = std::to_array<Command>({
      .action = "capture-menu",
      .needs = neededFor(GrabCommand::Menu),
      .run = press<GrabCommand::Menu>},
+    {.trayCaption = QT_TRANSLATE_NOOP("MainWindow", "Cancel Capture"),
+     .action = "cancel",
+     .item = Command::CancelItem,
+     .run = [](MainWindow &window) { window.grabs().cancel(); }},
     {.trayCaption = ""},
     // No key of the system reaches its number.
     {.trayCaption = QT_TRANSLATE_NOOP("MainWindow", "Show Snapworkbench"),
@@ -243,6 +247,7 @@ QAction *addItem(QMenu &menu, const char *caption, const Command &command)
         return menu.addSeparator();
     QAction *action = menu.addAction(MainWindow::tr(caption));
     action->setShortcut(keysOf(command));
+    action->setData(command.item);
     if (const QString lack = lackFor(command); !lack.isEmpty()) {
         action->setEnabled(false);
         action->setToolTip(lack);
@@ -311,7 +316,6 @@ void fillMenu(QMenu &menu, Command::Menu which, MainWindow &window)
         QAction *action = command.menu == which ? addItem(menu, command.caption, command) : nullptr;
         if (!action || !command.run || which == Menu::Capture)
             continue;
-        action->setData(command.item);
         // Shown only: two owners of the same keys would both stay silent.
         if (command.isAlwaysHeard)
             action->setShortcutContext(Qt::WidgetShortcut);

@@ -15,8 +15,8 @@ struct Tool;
 /// has them in the user's language.
 struct Command {
     enum class Menu { None, System, File, Capture, Help };
-    /// An item of the File menu whose text or state depends on the documents: its QAction::data().
-    enum Item { Plain = 0, CloseItem = 1, SaveItem = 2, SaveAsItem = 3 };
+    /// An item whose text or state depends on the documents, or on the grab: its QAction::data().
+    enum Item { Plain = 0, CloseItem = 1, SaveItem = 2, SaveAsItem = 3, CancelItem = 4 };
 
     Menu menu = Menu::None;
     const char *caption = nullptr;      ///< in that menu; null: no item there; empty: a separator

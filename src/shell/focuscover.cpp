@@ -48,6 +48,9 @@ void Front::bring(QWidget &window) const
 
 void Front::giveBack() const
 {
+    // A compositor that places windows by itself gives the front back by itself, too.
+    if (!services().ownWindows->placesWindows())
+        return;
     SetPreAppActive();
     int inactive = 0;
     const bool isGiven = waitUntil(m_clock, s_giveBackLimit, [&] {

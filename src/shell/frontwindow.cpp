@@ -78,6 +78,8 @@ void FrontWindow::place(Place place)
         hideWindows(false);
         m_window.showInFront();
         m_window.activateWindow();
+        if (!canMinimize())
+            services().watch->bringToFront(&m_window);
         break;
     }
 }

@@ -36,17 +36,17 @@ using Row = std::array<GrabStep, GrabEventCount>;
 // once, for its steps need no window.
 // clang-format off
 constexpr std::array<Row, GrabStateCount> s_table{{
-    //               Press      Escape     Opens      Works      Scrolls    PutsBack   Ends       Quit     DisplayLost
-    /* Idle      */ {s_start,   s_nothing, s_nothing, s_nothing, s_nothing, s_nothing, s_nothing, s_close, s_nothing},
-    /* Freezing  */ {s_bring,   s_giveUp,  s_follow,  s_hide,    s_nothing, s_nothing, s_finish,  s_leave, s_giveUp},
-    /* Marking   */ {s_bring,   s_giveUp,  s_nothing, s_nothing, s_nothing, s_nothing, s_nothing, s_leave, s_giveUp},
-    /* Counting  */ {s_keep,    s_count,   s_nothing, s_nothing, s_nothing, s_nothing, s_nothing, s_leave, s_nothing},
-    /* Browsing  */ {s_bring,   s_nothing, s_nothing, s_nothing, s_nothing, s_nothing, s_nothing, s_leave, s_nothing},
-    /* Asking    */ {s_bring,   s_nothing, s_nothing, s_nothing, s_nothing, s_nothing, s_nothing, s_leave, s_nothing},
-    /* MenuWait  */ {s_replace, s_nothing, s_nothing, s_hide,    s_nothing, s_nothing, s_finish,  s_close, s_nothing},
-    /* Picking   */ {s_bring,   s_nothing, s_nothing, s_nothing, s_follow,  s_nothing, s_finish,  s_close, s_giveUp},
-    /* Scrolling */ {s_bring,   s_nothing, s_nothing, s_nothing, s_nothing, s_follow,  s_finish,  s_close, s_nothing},
-    /* Ending    */ {s_keep,    s_nothing, s_nothing, s_nothing, s_nothing, s_nothing, s_finish,  s_leave, s_nothing},
+    //               Press      Escape     Opens      Works      Scrolls    PutsBack   Ends       Quit     DisplayLost  Cancel
+    /* Idle      */ {s_start,   s_nothing, s_nothing, s_nothing, s_nothing, s_nothing, s_nothing, s_close, s_nothing,   s_nothing},
+    /* Freezing  */ {s_bring,   s_giveUp,  s_follow,  s_hide,    s_nothing, s_nothing, s_finish,  s_leave, s_giveUp,    s_giveUp},
+    /* Marking   */ {s_bring,   s_giveUp,  s_nothing, s_nothing, s_nothing, s_nothing, s_nothing, s_leave, s_giveUp,    s_giveUp},
+    /* Counting  */ {s_keep,    s_count,   s_nothing, s_nothing, s_nothing, s_nothing, s_nothing, s_leave, s_nothing,   s_giveUp},
+    /* Browsing  */ {s_bring,   s_nothing, s_nothing, s_nothing, s_nothing, s_nothing, s_nothing, s_leave, s_nothing,   s_giveUp},
+    /* Asking    */ {s_bring,   s_nothing, s_nothing, s_nothing, s_nothing, s_nothing, s_nothing, s_leave, s_nothing,   s_giveUp},
+    /* MenuWait  */ {s_replace, s_nothing, s_nothing, s_hide,    s_nothing, s_nothing, s_finish,  s_close, s_nothing,   s_giveUp},
+    /* Picking   */ {s_bring,   s_nothing, s_nothing, s_nothing, s_follow,  s_nothing, s_finish,  s_close, s_giveUp,    s_giveUp},
+    /* Scrolling */ {s_bring,   s_nothing, s_nothing, s_nothing, s_nothing, s_follow,  s_finish,  s_close, s_nothing,   s_giveUp},
+    /* Ending    */ {s_keep,    s_nothing, s_nothing, s_nothing, s_nothing, s_nothing, s_finish,  s_leave, s_nothing,   s_nothing},
 }};
 // clang-format on
 
@@ -68,6 +68,11 @@ QString kindOf(GrabCommand command)
 GrabStep grabStep(GrabState state, GrabEvent event)
 {
     return s_table.at(static_cast<size_t>(state)).at(static_cast<size_t>(event));
+}
+
+bool GrabFlow::canCancel() const
+{
+    return grabStep(m_state, GrabEvent::Cancel) != GrabStep::Nothing;
 }
 
 QString GrabFlow::nameOf(GrabState state)

@@ -53,8 +53,9 @@ enum class GrabEvent {
     Ends,         ///< its last word, with a picture or without
     Quit,         ///< the program is to be closed
     DisplayLost,  ///< a screen is gone
+    Cancel,       ///< told to give up, from the tray or over the bus
 };
-inline constexpr int GrabEventCount = 9;
+inline constexpr int GrabEventCount = 10;
 
 /// What follows.
 enum class GrabStep {
@@ -159,7 +160,8 @@ public:
 
     /// Brings what is open for the grab to the front.
     virtual void bringForward() = 0;
-    /// Closes it as the user would who gives up. What runs it returns then, and starts nothing.
+    /// Closes it as the user would who gives up. What runs it returns then, and starts nothing; of
+    /// the helper the last word follows.
     virtual void closeOpen() = 0;
 };
 
@@ -181,6 +183,9 @@ public:
 
     void press(GrabCommand command);
     void escape();
+    /// Gives up whatever the grab under way waits for.
+    void cancel() { hear(GrabEvent::Cancel); }
+    bool canCancel() const;
     /// What waits for the user in the grab under way is open now.
     void opened() { hear(GrabEvent::Opens); }
     void helperWorks() { hear(GrabEvent::Works); }

@@ -145,10 +145,10 @@ int runWindow(const QString &folder, const QString &unfinished, ApplicationBus &
     window.InitShowGeometry();
     // What came back is to be seen.
     const bool isBack = window.startRecovery(folder + u"recovery"_s);
-    if (MainWindow::GetRunInMinimized() && !isBack)
-        window.showMinimized();
+    if (isBack)
+        window.show();
     else
-        window.setVisible(true);
+        window.showAtStart();
     if (const QString lack = services().abilities.lackOf(Ability::Pictures); !lack.isEmpty())
         window.say(lack);
     if (!unfinished.isEmpty())

@@ -67,6 +67,7 @@ MainWindow::MainWindow()
 
     m_Menus = std::make_unique<WindowMenus>(*this, *ui->layMenuBar);
     m_Tray = std::make_unique<TrayIcon>(m_Menus->tray(), windowIcon(), this);
+    connect(m_Tray.get(), &TrayIcon::pressed, this, &MainWindow::comeForward);
     m_Notices = std::make_unique<Notices>(*ui->tabWidget, *m_Tray);
     const auto storeGeometry = [this] {
         if (isVisible())
@@ -112,6 +113,7 @@ void MainWindow::setUpGrabs()
             Qt::QueuedConnection);
     connect(m_Grabs.get(), &GrabFlow::stateChanged, this, [this](GrabState state) {
         m_bCapturing = state != GrabState::Idle;
+        m_Menus->updateCancel(m_Grabs->canCancel());
         emit grabStateChanged(GrabFlow::nameOf(state));
     });
 }
@@ -259,6 +261,16 @@ void MainWindow::resizeEvent(QResizeEvent *event)
 
 void MainWindow::InitShowGeometry() { m_Frame->showStored(); }
 
+void MainWindow::showAtStart()
+{
+    if (!GetRunInMinimized())
+        show();
+    else if (services().ownWindows->placesWindows())
+        showMinimized();
+    else
+        connect(m_Tray.get(), &TrayIcon::missing, this, &MainWindow::show);
+}
+
 void MainWindow::ShowNormalGeometry() { m_Frame->showNormal(); }
 
 void MainWindow::ShowMaxedGeometry() { m_Frame->showMaximized(); }
@@ -387,6 +399,7 @@ void MainWindow::showInFront()
 {
     if (isMinimized())
         setWindowState(windowState() & ~Qt::WindowMinimized);
+    show();
     FocusThis(nullptr);
 }
 

@@ -48,6 +48,9 @@ public:
     bool GetMaximized() const;
     void SaveNormalGeometry();
     void SaveGeometry();
+    /// Shows the window at the start of the program as the settings say: minimised, or where a
+    /// desktop may ignore that, in the tray alone as long as there is one.
+    void showAtStart();
     /// Writes the settings to the disk as they are now, geometry included.
     void saveSettings();
 

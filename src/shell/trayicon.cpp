@@ -1,6 +1,8 @@
 #include "shell/trayicon.h"
 
 #include "config/applicationrecord.h"
+#include "platform/services.h"
+#include "platform/xdg/traywatch.h"
 
 #include <QApplication>
 #include <QCursor>
@@ -12,29 +14,49 @@
 
 namespace {
 
-constexpr int s_pause = 100;  // ms
+// Milliseconds.
+constexpr int s_pause = 100;
+constexpr int s_patience = 3000;
 
 }  // namespace
 
 TrayIcon::TrayIcon(QMenu &menu, const QIcon &icon, QObject *parent) : QObject(parent), m_menu(menu)
 {
     qGuiApp->installEventFilter(this);
-    QTimer::singleShot(s_pause, this, [this, icon] { appear(icon); });
+    const auto appears = [this, icon] { appear(icon); };
+    if (services().ownWindows->placesWindows()) {
+        QTimer::singleShot(s_pause, this, appears);
+        return;
+    }
+    // Nothing there embeds a window, so the tray is the one on the bus. The toolkit looks for that
+    // once, and a session starts it along with this program.
+    connect(new TrayWatch(this), &TrayWatch::appeared, this, appears);
+    services().clock->after(s_patience, this, [this] {
+        if (!m_icon)
+            emit missing();
+    });
 }
 
 TrayIcon::~TrayIcon() = default;
 
 void TrayIcon::appear(const QIcon &icon)
 {
+    if (m_icon)
+        return;
     m_icon = std::make_unique<QSystemTrayIcon>();
     m_icon->setIcon(icon);
     m_icon->setContextMenu(&m_menu);
     m_icon->setToolTip(m_tip);
-    // A tray opens the menu itself for the other button only.
+    // A tray opens the menu itself for the other button only. A menu that a press in no window of
+    // this program opens is placed by the desktop as any window is.
     connect(m_icon.get(), &QSystemTrayIcon::activated, this,
             [this](QSystemTrayIcon::ActivationReason reason) {
-                if (reason == QSystemTrayIcon::Trigger)
+                if (reason != QSystemTrayIcon::Trigger)
+                    return;
+                if (services().ownWindows->placesWindows())
                     m_menu.popup(QCursor::pos());
+                else
+                    emit pressed();
             });
     m_icon->setVisible(true);
 }

@@ -28,6 +28,13 @@ public:
 
     bool eventFilter(QObject *watched, QEvent *event) override;
 
+signals:
+    /// The icon was pressed where its menu can't be shown beside it.
+    void pressed();
+    /// The desktop has no tray, or one that comes late. Only where the icon can't be embedded as a
+    /// window.
+    void missing();
+
 private:
     void appear(const QIcon &icon);
 

@@ -12,6 +12,7 @@
 #include <QPainter>
 #include <QScreen>
 #include <QWidget>
+#include <QWindow>
 
 #include <algorithm>
 
@@ -38,6 +39,7 @@ QList<QRect> screenAreas()
 
 WindowFrame::WindowFrame(QWidget &window, Skin &skin)
     : QObject(&window), m_window(window), m_skin(skin),
+      m_placesWindows(services().ownWindows->placesWindows()),
       m_isComposited(services().ownWindows->isComposited())
 {
     services().ownWindows->setCompositingHandler([this] { followCompositor(); });
@@ -61,10 +63,12 @@ void WindowFrame::showStored()
 {
     holdToScreen();
     // The exact text counts here, and not the number.
-    if (GetConfigString(u"WindowMaxed"_s) == u"1")
-        showMaximized();
-    else
+    const bool isMaximized = GetConfigString(u"WindowMaxed"_s) == u"1";
+    // A desktop that maximises the window gives it the size from before back afterwards.
+    if (!isMaximized || !m_placesWindows)
         showNormal();
+    if (isMaximized)
+        showMaximized();
 }
 
 void WindowFrame::holdToScreen()
@@ -77,6 +81,11 @@ void WindowFrame::showNormal()
     const QRect available = availableGeometry();
     const int width = GetConfigNumber(u"WindowWidth"_s, s_smallestSize.width(), 1, s_farthest);
     const int height = GetConfigNumber(u"WindowHeight"_s, s_smallestSize.height(), 1, s_farthest);
+    if (!m_placesWindows) {
+        m_window.setWindowState(m_window.windowState() & ~Qt::WindowMaximized);
+        m_window.resize(QSize(width, height).boundedTo(available.size()));
+        return;
+    }
     const int left =
         GetConfigNumber(u"WindowLeft"_s, (available.width() - width) / 2, -s_farthest, s_farthest);
     const int top =
@@ -91,6 +100,8 @@ void WindowFrame::showNormal()
 void WindowFrame::comeWithinReach()
 {
     holdToScreen();
+    if (!m_placesWindows)
+        return;
     const QScreen &screen = *m_window.screen();
     QRect area(m_window.geometry().topLeft(),
                m_window.size().boundedTo(screen.availableVirtualSize()));
@@ -100,14 +111,25 @@ void WindowFrame::comeWithinReach()
         m_window.setGeometry(area);
 }
 
-void WindowFrame::showMaximized() { m_window.setGeometry(availableGeometry()); }
+void WindowFrame::showMaximized()
+{
+    if (m_placesWindows)
+        m_window.setGeometry(availableGeometry());
+    else
+        m_window.setWindowState(m_window.windowState() | Qt::WindowMaximized);
+}
 
-bool WindowFrame::isMaximized() const { return m_window.size() == availableGeometry().size(); }
+bool WindowFrame::isMaximized() const
+{
+    return m_placesWindows ? m_window.size() == availableGeometry().size() : m_window.isMaximized();
+}
 
 void WindowFrame::storeNormal()
 {
-    SetConfigString(u"WindowLeft"_s, QString::number(m_window.geometry().x()));
-    SetConfigString(u"WindowTop"_s, QString::number(m_window.geometry().y()));
+    if (m_placesWindows) {
+        SetConfigString(u"WindowLeft"_s, QString::number(m_window.geometry().x()));
+        SetConfigString(u"WindowTop"_s, QString::number(m_window.geometry().y()));
+    }
     SetConfigString(u"WindowWidth"_s, QString::number(m_window.width()));
     SetConfigString(u"WindowHeight"_s, QString::number(m_window.height()));
 }
@@ -127,9 +149,21 @@ void WindowFrame::press(const QMouseEvent &event)
     const QPoint pos = event.position().toPoint();
     const bool inGrip =
         pos.x() > m_window.width() - 1 - s_grip && pos.y() > m_window.height() - 1 - s_grip;
-    m_drag = inGrip ? Drag::Resize : Drag::Move;
+    const Drag drag = inGrip ? Drag::Resize : Drag::Move;
+    if (!m_placesWindows && desktopTakesOver(drag))
+        return;
+    m_drag = drag;
     m_dragPos = pos;
     m_dragSize = m_window.size();
+}
+
+// Only a desktop that places windows itself is asked: a window manager takes over late, and where
+// the button was let go meanwhile some keep the window at the pointer until the next click.
+bool WindowFrame::desktopTakesOver(Drag drag)
+{
+    QWindow &window = *m_window.windowHandle();
+    return drag == Drag::Resize ? window.startSystemResize(Qt::BottomEdge | Qt::RightEdge)
+                                : window.startSystemMove();
 }
 
 void WindowFrame::move(const QMouseEvent &event)

@@ -12,7 +12,7 @@ class Skin;
 
 /// The frame of a window that has none of the window manager's: it moves and resizes it, rounds its
 /// corners, and knows where it stands and stood. Geometry is in the toolkit's logical pixels; that
-/// of the window is global.
+/// of the window is global. Where the desktop places windows itself the size is all that is known.
 class WindowFrame : public QObject
 {
     Q_OBJECT
@@ -27,13 +27,15 @@ public:
     void showNormal();
     void showMaximized();
     bool isMaximized() const;
-    /// Writes the settings of the normal geometry.
+    /// Writes the settings of the normal geometry. A place that is not known stays as it was
+    /// stored.
     void storeNormal();
     /// Writes them all. A maximised window keeps the normal size that was stored before.
     void store();
 
     /// Takes the mouse where no child of the window does: any point moves the window, and its far
-    /// corner resizes it. Positions are the window's.
+    /// corner resizes it. Where the desktop places windows it does that itself. Positions are the
+    /// window's.
     void press(const QMouseEvent &event);
     void move(const QMouseEvent &event);
     void release() { m_drag = Drag::None; }
@@ -47,6 +49,7 @@ public:
 private:
     enum class Drag { None, Move, Resize };
 
+    bool desktopTakesOver(Drag drag);
     void comeWithinReach();
     void follow(QScreen *screen);
     void followCompositor();
@@ -54,6 +57,7 @@ private:
 
     QWidget &m_window;
     Skin &m_skin;
+    const bool m_placesWindows;
     bool m_isComposited;
     Drag m_drag = Drag::None;
     QPoint m_dragPos;  ///< where the pointer took hold, in the window

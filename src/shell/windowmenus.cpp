@@ -32,6 +32,7 @@ WindowMenus::WindowMenus(MainWindow &window, QBoxLayout &place)
     m_help = add(MainWindow::tr("Help"), Command::Menu::Help);
     m_tray = new QMenu(&window);
     fillTrayMenu(*m_tray);
+    updateCancel(false);
     QObject::connect(m_file, &QMenu::aboutToShow, &window, &MainWindow::BeforeShowFile);
     QObject::connect(m_help, &QMenu::aboutToShow, &window, &MainWindow::BeforeShowMenuHelp);
     QObject::connect(capture, &QMenu::triggered, &window, &MainWindow::Capture);
@@ -67,6 +68,14 @@ void WindowMenus::updateFile(FileState state)
             else if (captionOf(*action) == MainWindow::tr("Save All"))
                 action->setEnabled(state.anyModified);
         }
+    }
+}
+
+void WindowMenus::updateCancel(bool canCancel)
+{
+    for (QAction *action : m_tray->actions()) {
+        if (action->data().toInt() == Command::CancelItem)
+            action->setEnabled(canCancel);
     }
 }
 

@@ -23,6 +23,8 @@ public:
     };
     /// Texts and states of the File menu's items.
     void updateFile(FileState state);
+    /// Whether the tray's menu offers to give up a grab.
+    void updateCancel(bool canCancel);
     void updateHelp(bool isRegistered);
 
 private:

@@ -167,8 +167,7 @@ private slots:
         // A second start brings no window into the picture.
         QVERIFY(endsWith(m_program->start(), 0));
         QVERIFY(m_program->hasOverlay(s_screen));
-        m_desktop->key(XK_Escape);
-        QVERIFY(m_program->waitForState(u"Idle"_s));
+        QVERIFY(activate(u"cancel"_s) && m_program->waitForState(u"Idle"_s));
         QVERIFY(waitFor([&] { return m_desktop->activeTitle() == u"pattern"; }));
         QVERIFY(!m_program->mainWindow().viewable);
 

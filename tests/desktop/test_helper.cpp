@@ -317,10 +317,10 @@ void TestHelper::takesMenu()
 void TestHelper::ends_data()
 {
     QTest::addColumn<QString>("state");
-    QTest::addColumn<bool>("quits");
+    QTest::addColumn<QString>("by");
     for (const QString &state : {u"pick"_s, u"scrolling"_s, u"menu wait"_s}) {
-        QTest::newRow(qPrintable(state + u", given up"_s)) << state << false;
-        QTest::newRow(qPrintable(state + u", quit"_s)) << state << true;
+        for (const QString &by : {u"Escape"_s, u"cancel"_s, u"quit"_s})
+            QTest::newRow(qPrintable(state + u", "_s + by)) << state << by;
     }
 }
 
@@ -328,7 +328,7 @@ void TestHelper::ends_data()
 void TestHelper::ends()
 {
     QFETCH(QString, state);
-    QFETCH(bool, quits);
+    QFETCH(QString, by);
     // Which has keys of its own with Escape.
     QVERIFY(startDesktop(s_openbox));
     QVERIFY(startLong());
@@ -341,14 +341,18 @@ void TestHelper::ends()
         QVERIFY(openPick(*m_desktop, *m_program));
         QVERIFY(state == u"pick" || startScrolling());
     }
-    if (quits) {
+    if (by == u"quit") {
         QVERIFY(m_program->quit());
         QCOMPARE(m_program->process()->exitCode(), 0);
         return;
     }
     // The keys of the wait for a menu are taken from the first look on.
     QVERIFY(waitFor([&] {
-        m_desktop->key(XK_Escape);
+        if (by == u"cancel")
+            m_program->call(u"org.freedesktop.Application"_s, u"ActivateAction"_s,
+                            {by, QVariantList(), QVariantMap()});
+        else
+            m_desktop->key(XK_Escape);
         return m_program->waitForState(u"Idle"_s, 1500);
     }));
     QVERIFY(waitFor([&] { return m_desktop->screenshot() == before; }));

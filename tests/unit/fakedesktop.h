@@ -76,6 +76,7 @@ public:
     /// Answers a call of freeze() instead, where set: whenever and as often as it likes.
     std::function<void(const Answer &)> asked{};
     bool frozen = false;
+    bool live = true;     ///< else each question freezes
     bool isHeld = false;  ///< asked for, and not let go
 
     // The answer is dropped only where nobody has set `asked`.
@@ -85,14 +86,19 @@ public:
         if (asked)
             return asked(answer);
         m_question = std::make_unique<QObject>();
-        QTimer::singleShot(0, m_question.get(), [answer] { answer(true, {}); });
+        QTimer::singleShot(0, m_question.get(), [this, answer] {
+            frozen = frozen || !live;
+            answer(true, {});
+        });
     }
     void thaw() override
     {
         isHeld = false;
+        frozen = frozen && live;
         m_question.reset();
     }
     bool isFrozen() const override { return frozen; }
+    bool isLive() const override { return live; }
 
     QImage ofDesktop(const QRect &area) override { return withoutWindows(area, {}); }
     QImage ofWindows(std::optional<QRectF> area, const QList<int> &numbers) override

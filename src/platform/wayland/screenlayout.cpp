@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
 #include <utility>
 
 namespace {
@@ -76,13 +77,23 @@ qreal ScreenLayout::ratioOf(const QList<qsizetype> &screens) const
     return finest / m_scale;
 }
 
-QRect ScreenLayout::within(const QRect &global, QPoint origin, qreal ratio)
+QRect ScreenLayout::within(const QRect &global, QPoint origin, QSizeF ratio)
 {
-    const QPointF corner = QPointF(global.topLeft() - origin) * ratio;
+    const QPointF corner((global.x() - origin.x()) * ratio.width(),
+                         (global.y() - origin.y()) * ratio.height());
     const QPoint place(rounded(corner.x()), rounded(corner.y()));
     // What is there at all has a pixel at least.
-    return {place, QSize(std::max(rounded(corner.x() + global.width() * ratio) - place.x(), 1),
-                         std::max(rounded(corner.y() + global.height() * ratio) - place.y(), 1))};
+    return {place,
+            QSize(std::max(rounded(corner.x() + global.width() * ratio.width()) - place.x(), 1),
+                  std::max(rounded(corner.y() + global.height() * ratio.height()) - place.y(), 1))};
+}
+
+// Inside one screen the edges fall on that screen's pixels.
+QRect ScreenLayout::inScreen(const QRect &area, const Screen &screen)
+{
+    return within(area, screen.area.topLeft(),
+                  {qreal(screen.pixels.width()) / screen.area.width(),
+                   qreal(screen.pixels.height()) / screen.area.height()});
 }
 
 QSize ScreenLayout::pictureSize(const QRect &area) const
@@ -90,24 +101,22 @@ QSize ScreenLayout::pictureSize(const QRect &area) const
     if (area.isEmpty())
         return {};
     const QList<qsizetype> screens = touched(area);
-    // Inside one screen the edges fall on that screen's pixels.
-    const QPoint origin =
-        screens.isEmpty() ? area.topLeft() : m_screens.at(screens.constFirst()).area.topLeft();
-    return within(area, screens.size() == 1 ? origin : area.topLeft(), ratioOf(screens)).size();
+    if (screens.size() == 1)
+        return inScreen(area, m_screens.at(screens.constFirst())).size();
+    const qreal ratio = ratioOf(screens);
+    return within(area, area.topLeft(), {ratio, ratio}).size();
 }
 
 QImage ScreenLayout::picture(const QRect &area, const QList<QImage> &pictures) const
 {
-    if (area.isEmpty())
-        return {};
     const QList<qsizetype> screens = touched(area);
-    const qreal ratio = ratioOf(screens);
-    if (screens.size() == 1) {
-        const Screen &screen = m_screens.at(screens.constFirst());
+    const bool isInside = screens.size() == 1;
+    QRect part;
+    if (isInside) {
+        part = inScreen(area, m_screens.at(screens.constFirst()));
         const QImage whole = pictures.value(screens.constFirst());
-        const QRect part = within(area, screen.area.topLeft(), ratio);
         if (whole.rect().contains(part))
-            return whole.copy(part);
+            return part == whole.rect() ? whole : whole.copy(part);
     }
     QImage result(pictureSize(area), QImage::Format_RGB32);
     if (result.isNull())
@@ -115,15 +124,18 @@ QImage ScreenLayout::picture(const QRect &area, const QList<QImage> &pictures) c
     result.fill(Qt::black);
     QPainter painter(&result);
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    const qreal ratio = ratioOf(screens);
     for (const qsizetype i : screens) {
         const QImage whole = pictures.value(i);
-        const Screen &screen = m_screens.at(i);
-        const QPoint origin = screens.size() == 1 ? screen.area.topLeft() : area.topLeft();
-        QRect target = within(screen.area, area.topLeft(), ratio);
-        if (screens.size() == 1)
-            target = within(screen.area, origin, ratio)
-                         .translated(-within(area, origin, ratio).topLeft());
-        painter.drawImage(target, whole);
+        const QRect target = within(m_screens.at(i).area, area.topLeft(), {ratio, ratio});
+        // A pixel more or less is nothing but the rounding of the logical size.
+        const QSize excess = target.size() - whole.size();
+        if (isInside)
+            painter.drawImage(-part.topLeft(), whole);
+        else if (std::abs(excess.width()) <= 1 && std::abs(excess.height()) <= 1)
+            painter.drawImage(target.topLeft(), whole);
+        else
+            painter.drawImage(target, whole);
     }
     return result;
 }

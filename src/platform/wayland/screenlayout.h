@@ -52,8 +52,9 @@ private:
     QList<qsizetype> touched(const QRect &area) const;
     /// The own pixels in a global device pixel of the finest of these screens; 1 if there is none.
     qreal ratioOf(const QList<qsizetype> &screens) const;
-    /// Where `global` lies in a picture with that ratio whose origin is at `origin`.
-    static QRect within(const QRect &global, QPoint origin, qreal ratio);
+    /// Where `global` lies in a picture that begins at `origin` and has that many pixels in one.
+    static QRect within(const QRect &global, QPoint origin, QSizeF ratio);
+    static QRect inScreen(const QRect &area, const Screen &screen);
 
     QList<Screen> m_screens{};
     qreal m_scale = 1;

@@ -16,6 +16,7 @@ namespace {
 
 constexpr int s_answerLimit = 1000;  // ms
 constexpr QByteArrayView s_magic = "i3-ipc";
+constexpr quint32 s_event = 0x80000000;         // told unasked
 constexpr qint64 s_longest = qint64(16) << 20;  // bytes of an answer
 
 // Before each message; the numbers are in the machine's own order.
@@ -61,6 +62,12 @@ void SwayConnection::askForTree(Answer answer) { send(Message::Tree, {}, std::mo
 
 void SwayConnection::command(const QString &text) { send(Message::Command, text.toUtf8(), {}); }
 
+void SwayConnection::followWindows(std::function<void(const QByteArray &)> changed)
+{
+    m_changed = std::move(changed);
+    send(Message::Subscribe, R"(["window"])", {});
+}
+
 void SwayConnection::send(Message message, const QByteArray &text, Answer answer)
 {
     if (m_socket.state() == QLocalSocket::UnconnectedState)
@@ -80,7 +87,7 @@ void SwayConnection::send(Message message, const QByteArray &text, Answer answer
 
 void SwayConnection::readAnswers()
 {
-    while (m_socket.bytesAvailable() >= s_headerSize && !m_waiting.isEmpty()) {
+    while (m_socket.bytesAvailable() >= s_headerSize) {
         const QByteArray head = m_socket.peek(s_headerSize);
         Header header;
         std::memcpy(&header, head.constData() + s_magic.size(), sizeof header);
@@ -92,6 +99,11 @@ void SwayConnection::readAnswers()
             return;
         m_socket.skip(s_headerSize);
         const QByteArray json = m_socket.read(header.length);
+        if (header.message & s_event || m_waiting.isEmpty()) {
+            if (m_changed)
+                m_changed(json);
+            continue;
+        }
         if (m_waiting.size() == 1)
             m_limit->stop();
         if (const Answer answer = m_waiting.dequeue(); answer)

@@ -26,14 +26,18 @@ public:
     /// The tree of all screens, work spaces and windows.
     void askForTree(Answer answer);
     void command(const QString &text);
+    /// Lets `changed` hear of each change of a window, as long as this object lives. It must not be
+    /// deleted from there.
+    void followWindows(std::function<void(const QByteArray &json)> changed);
 
 private:
-    enum class Message : quint32 { Command = 0, Tree = 4 };
+    enum class Message : quint32 { Command = 0, Subscribe = 2, Tree = 4 };
     void send(Message message, const QByteArray &text, Answer answer);
     void readAnswers();
     void giveUp();
 
     QLocalSocket m_socket;
     QQueue<Answer> m_waiting;
+    Answer m_changed;
     QTimer *m_limit;
 };

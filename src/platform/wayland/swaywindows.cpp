@@ -1,5 +1,7 @@
 #include "platform/wayland/swaywindows.h"
 
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QRegion>
 
 #include <algorithm>
@@ -43,6 +45,7 @@ void SwayWindows::read(std::function<void()> done)
 void SwayWindows::freeze()
 {
     m_isFrozen = true;
+    m_isInFront = false;
     // Those that have been found so a second time, before they could be restored, stay remembered.
     for (const SwayTree::Window &window : std::as_const(m_tree.windows)) {
         const int number = window.entry.number;
@@ -73,14 +76,45 @@ void SwayWindows::restoreFullscreen(int triesLeft)
                                [this, triesLeft] { restoreFullscreen(triesLeft - 1); });
             return;
         }
-        for (const SwayTree::Window &window : std::exchange(m_fullscreen, {})) {
-            const SwayTree::Window *now = m_tree.windowOf(window.entry.number);
-            if (now && now->fullscreen == 0)
-                command(u"[con_id=%1] fullscreen enable%2"_s.arg(
-                    QString::number(window.entry.number),
-                    window.fullscreen > 1 ? u" global" : u""));
+        if (m_isInFront) {
+            oweFullscreen(std::exchange(m_fullscreen, {}));
+            return;
         }
+        for (const SwayTree::Window &window : std::exchange(m_fullscreen, {}))
+            fill(window);
     });
+}
+
+void SwayWindows::fill(const SwayTree::Window &window)
+{
+    command(u"[con_id=%1] fullscreen enable%2"_s.arg(QString::number(window.entry.number),
+                                                     window.fullscreen > 1 ? u" global" : u""));
+}
+
+void SwayWindows::oweFullscreen(const QList<SwayTree::Window> &windows)
+{
+    m_owed.append(windows);
+    if (m_owed.isEmpty() || m_changes)
+        return;
+    m_changes = std::make_unique<SwayConnection>();
+    m_changes->followWindows([this](const QByteArray &change) { repay(change); });
+}
+
+void SwayWindows::repay(const QByteArray &change)
+{
+    const QJsonObject told = QJsonDocument::fromJson(change).object();
+    const QString kind = told["change"_L1].toString();
+    const int number = told["container"_L1]["id"_L1].toInt();
+    const auto owed = std::find_if(m_owed.begin(), m_owed.end(), [number](const auto &window) {
+        return window.entry.number == number;
+    });
+    if (owed == m_owed.end() || m_isFrozen || (kind != u"focus" && kind != u"close"))
+        return;
+    if (kind == u"focus")
+        fill(*owed);
+    m_owed.erase(owed);
+    if (m_owed.isEmpty())
+        m_changes.release()->deleteLater();
 }
 
 const SwayTree &SwayWindows::tree()
@@ -94,6 +128,28 @@ QRectF SwayWindows::boundsOf(int number)
 {
     const SwayTree::Window *window = tree().windowOf(number);
     return window ? toGlobal(window->entry.bounds) : QRectF();
+}
+
+void SwayWindows::focusOwn(const QString &title)
+{
+    m_isInFront = true;
+    m_compositor.askForTree([this, title](const QByteArray &json) {
+        const SwayTree tree = SwayTree::read(json);
+        QList<SwayTree::Window> obstacles;
+        for (const SwayTree::Window &window : tree.windows) {
+            if (window.isVisible && window.fullscreen != 0 && !isOwn(window))
+                obstacles.append(window);
+        }
+        oweFullscreen(obstacles);
+        // A title that has just changed is not known there yet.
+        const SwayTree::Window *found = nullptr;
+        for (const SwayTree::Window &window : tree.windows) {
+            if (isOwn(window) && (!found || window.entry.name == title))
+                found = &window;
+        }
+        if (found && !found->isFocused)
+            command(u"[con_id=%1] focus"_s.arg(found->entry.number));
+    });
 }
 
 QRegion SwayWindows::visibleOf(int number)

@@ -35,15 +35,25 @@ public:
     /// What no other window covers, in global device pixels; empty if its work space isn't shown.
     QRegion visibleOf(int number);
     QRectF toGlobal(const QRectF &logical) const;
+    /// Gives the focus to this program's window with that title.
+    void focusOwn(const QString &title);
     void command(const QString &text) { m_compositor.command(text); }
 
 private:
     void restoreFullscreen(int triesLeft);
+    void oweFullscreen(const QList<SwayTree::Window> &windows);
+    void repay(const QByteArray &change);
+    void fill(const SwayTree::Window &window);
 
     std::shared_ptr<WaylandConnection> m_connection;
     SwayConnection m_compositor;
     SwayTree m_tree;
     QList<SwayTree::Window> m_fullscreen;  // when it was frozen
+    // Those that a window of this program has come in front of: they fill the screen again when the
+    // user goes back to them. Only as long as there are any is the compositor listened to.
+    QList<SwayTree::Window> m_owed;
+    std::unique_ptr<SwayConnection> m_changes;
+    bool m_isInFront = false;  // this program has asked to be, since it was frozen
     bool m_areKnown;
     bool m_isFrozen = false;
     bool m_isAsked = false;

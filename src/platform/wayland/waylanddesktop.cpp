@@ -151,11 +151,13 @@ public:
         return front ? front->entry.process : 0;
     }
     void activate(unsigned /*window*/) override {}
-    // It counts as active at once, so that nobody waits in vain where the compositor refuses.
+    // The toolkit can only ask, and on another screen than the focus's that is not heard. It counts
+    // as active at once, so that nobody waits in vain where the compositor refuses.
     void bringToFront(QWidget *window) override
     {
         if (QWindow *handle = window->window()->windowHandle())
             handle->requestActivate();
+        m_windows.focusOwn(window->window()->windowTitle());
         tell(true);
         QTimer::singleShot(s_frontLimit, this, [this] { tell(isActive()); });
     }

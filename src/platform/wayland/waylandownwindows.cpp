@@ -3,7 +3,6 @@
 #include <QGuiApplication>
 #include <QScreen>
 #include <QWidget>
-#include <QWindow>
 
 #include <algorithm>
 
@@ -27,12 +26,11 @@ void WaylandOwnWindows::coverArea(QWidget *window, const QRect &area)
                                     [&area](const auto &screen) { return screen.area == area; });
     if (place == layout.screens().end())
         return;
-    window->setGeometry(place->logical);
-    window->winId();
     for (QScreen *screen : QGuiApplication::screens()) {
         if (screen->name() == place->name)
-            window->windowHandle()->setScreen(screen);
+            window->setScreen(screen);
     }
+    window->setGeometry(place->logical);
     window->setWindowState(Qt::WindowFullScreen);
 }
 

@@ -130,6 +130,10 @@ void TestHelperServer::stoppedAtOnce()
     GWSnapWorkbenchStopMenuItemCapture();
     QCOMPARE(heard(2), QList<int>({4, 6}));
     QVERIFY(m_desktop->keys->watched.isEmpty());
+    // No overlay opens for what is given up before.
+    GWSnapWorkbenchStartSessionCapture(folder().constData());
+    GWSnapWorkbenchGiveUp();
+    QCOMPARE(heard(4), QList<int>({4, 6, 4, 6}));
 }
 
 void TestHelperServer::oneAtATime()

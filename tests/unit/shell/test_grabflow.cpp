@@ -17,7 +17,8 @@ using Hook = std::function<void()>;
 
 constexpr std::array s_events{GrabEvent::Press, GrabEvent::Escape,  GrabEvent::Opens,
                               GrabEvent::Works, GrabEvent::Scrolls, GrabEvent::PutsBack,
-                              GrabEvent::Ends,  GrabEvent::Quit,    GrabEvent::DisplayLost};
+                              GrabEvent::Ends,  GrabEvent::Quit,    GrabEvent::DisplayLost,
+                              GrabEvent::Cancel};
 
 // Both sides of the flow in one: they write down what they are told, and run a hook where the flow
 // waits, in which a test tells it of something.
@@ -66,6 +67,7 @@ public:
     void freeClicks() override {}
     void addDocument(Grab) override { log.append(u"document"_s); }
     void say(const QString &) override { log.append(u"say"_s); }
+    void tellProgress(const QString &) override {}
 
     Take mark(GrabCommand) override
     {
@@ -108,6 +110,7 @@ public:
     }
     void stopMenuWait() override { log.append(u"stop"_s); }
     void dropHelper() override { log.append(u"drop"_s); }
+    void keepContent() override { log.append(u"keep content"_s); }
     void hearEscape(bool hears) override { isEscapeHeard = hears; }
     void bringForward() override { log.append(u"bring"_s); }
     void closeOpen() override
@@ -145,6 +148,7 @@ private slots:
         m_fake = std::make_unique<Fake>();
         m_fake->now = {.isComposited = true, .countdown = 5};
         m_pictures.asked = {};
+        m_pictures.live = true;
         m_flow = std::make_unique<GrabFlow>(*m_fake, *m_fake, m_pictures, m_clock);
         m_fake->opened = [this] { m_flow->opened(); };
     }
@@ -159,19 +163,19 @@ private slots:
             const char *pressEnds;  // the last that is done about it; empty where it is all
             const char *quitEnds;
         };
-        // press, Escape, opens, works, scrolls, puts back, ends, quit, display lost
+        // press, Escape, opens, works, scrolls, puts back, ends, quit, display lost, cancel
         // clang-format off
         constexpr std::array<Row, GrabStateCount> rows{{
-            {S::Idle,      {"other,screen,document", "", "", "", "", "", "", "", ""}, "", ""},
-            {S::Freezing,  {"bring", "give up", "", "hide", "", "", "", "give up", "give up"}, "", "close"},
-            {S::Marking,   {"bring", "give up", "", "", "", "", "", "give up", "give up"}, "", "close"},
-            {S::Counting,  {"", "", "", "", "", "", "", "give up", ""}, "screen", "close"},
-            {S::Browsing,  {"bring", "", "", "", "", "", "", "give up", ""}, "", "close"},
-            {S::Asking,    {"bring", "", "", "", "", "", "", "give up", ""}, "", "close"},
-            {S::MenuWait,  {"stop", "", "", "hide", "", "", "show", "drop", ""}, "", ""},
-            {S::Picking,   {"bring", "", "", "", "", "", "show", "drop", "give up"}, "", ""},
-            {S::Scrolling, {"bring", "", "", "", "", "", "show", "drop", ""}, "", ""},
-            {S::Ending,    {"", "", "", "", "", "", "", "give up", ""}, "screen", "close"},
+            {S::Idle,      {"other,screen,document", "", "", "", "", "", "", "", "", ""}, "", ""},
+            {S::Freezing,  {"bring", "give up", "", "hide", "", "", "", "give up", "give up", "give up"}, "", "close"},
+            {S::Marking,   {"bring", "give up", "", "", "", "", "", "give up", "give up", "give up"}, "", "close"},
+            {S::Counting,  {"", "", "", "", "", "", "", "give up", "", "give up"}, "screen", "close"},
+            {S::Browsing,  {"bring", "", "", "", "", "", "", "give up", "", "give up"}, "", "close"},
+            {S::Asking,    {"bring", "", "", "", "", "", "", "give up", "", "give up"}, "", "close"},
+            {S::MenuWait,  {"stop", "", "", "hide", "", "", "show", "drop", "", "give up"}, "", ""},
+            {S::Picking,   {"bring", "", "", "", "", "", "show", "drop", "give up", "give up"}, "", ""},
+            {S::Scrolling, {"bring", "", "", "", "", "", "show", "drop", "", "give up"}, "", ""},
+            {S::Ending,    {"", "", "", "", "", "", "", "give up", "", ""}, "screen", "close"},
         }};
         // clang-format on
         for (const Row &row : rows) {
@@ -202,6 +206,7 @@ private slots:
     {
         using C = GrabCommand;
         bool refuses = false;
+        bool freezes = false;
         const auto check = [&](const QByteArray &row, const GrabCommand &command,
                                const GrabSituation &before, bool accepts, bool empty,
                                const char *log) {
@@ -210,6 +215,7 @@ private slots:
             m_fake->accepts = accepts;
             m_fake->isEmpty = empty;
             m_fake->refuses = refuses;
+            m_pictures.live = !freezes;
             m_flow->press(command);
             expect(row, m_fake->log.join(u','), QString::fromLatin1(log));
             expect(row, m_flow->state(), GrabState::Idle);
@@ -242,6 +248,28 @@ private slots:
         for (const C refused : {C::Rectangle, C::Window})
             check("refused", refused, other, true, false, "say");
         check("shown where refused", C::Show, other, true, false, "show");
+        // Where the desktop stands still this program's windows leave before, and come back whoever
+        // was in front; the picture is there already, so that nobody else has to come to the front.
+        refuses = false;
+        freezes = true;
+        GrabSituation behind = hides;
+        behind.isActive = false;
+        check("frozen", C::Rectangle, behind, true, false,
+              "cover,minimize,mark,document,restore,give back");
+        check("frozen, given up", C::Rectangle, behind, false, false,
+              "cover,minimize,mark,restore,give back");
+        check("frozen windows", C::Windows, other, true, false,
+              "hide,back,browse,document,document");
+        m_fake->now = other;
+        m_fake->log.clear();
+        m_flow->press(C::Window);
+        m_flow->opened();
+        m_flow->helperScrolls();
+        QVERIFY(!m_pictures.frozen);
+        m_flow->press(C::Rectangle);
+        m_flow->press(C::Window);
+        m_flow->helperEnds();
+        QCOMPARE(m_fake->log.join(u','), u"hide,pick,bring,keep content,back,show"_s);
     }
 
     // Whenever and however the desktop answers: nothing opens before, or at all, and nothing of it
@@ -441,7 +469,8 @@ private:
             {GrabEvent::PutsBack, [&] { m_flow->helperPutsBack(); }},
             {GrabEvent::Ends, [&] { m_flow->helperEnds(); }},
             {GrabEvent::Quit, [&] { mayClose = m_flow->quit(); }},
-            {GrabEvent::DisplayLost, [&] { m_flow->displayLost(); }}};
+            {GrabEvent::DisplayLost, [&] { m_flow->displayLost(); }},
+            {GrabEvent::Cancel, [&] { m_flow->cancel(); }}};
         in(state, [&] {
             m_fake->log.clear();
             events[event]();

@@ -406,6 +406,38 @@ private slots:
         QCOMPARE(m_window->pos(), before + QPoint(40, 30));
     }
 
+    // What the desktop places keeps its size, and the place from before for one that can use it.
+    // It may refuse to minimise, so the window is not there at first; with no tray it comes.
+    void placedByTheDesktop()
+    {
+        const auto startThere = [this] {
+            end();
+            m_desktop->ownWindows->placing = false;
+            start();
+            m_window->InitShowGeometry();
+            m_window->showAtStart();
+        };
+        SetConfigString(u"WindowLeft"_s, u"33"_s);
+        SetConfigString(u"WindowHeight"_s, u"700"_s);
+        startThere();
+        QCOMPARE(m_window->height(), 700);
+        button("BtnMax")->click();
+        QVERIFY(m_window->isMaximized());
+        m_window->SaveGeometry();
+        startThere();
+        QVERIFY(m_window->isMaximized() && m_window->GetMaximized());
+        button("BtnMax")->click();
+        QVERIFY(!m_window->isMaximized());
+        QCOMPARE(m_window->height(), 700);
+        m_window->SaveGeometry();
+        QCOMPARE(GetConfigString(u"WindowLeft"_s), u"33"_s);
+        SetConfigString(u"RunMinimized"_s, u"1"_s);
+        startThere();
+        QVERIFY(!m_window->isVisible());
+        m_desktop->clock->advance(3000);
+        QVERIFY(m_window->isVisible());
+    }
+
     void aboutBox()
     {
         wcscpy(g_Logo, L"Workbench <b>");
@@ -426,6 +458,20 @@ private slots:
               u"href=\"https://home.example/?a=1&amp;b=&quot;2&quot;\""_s,
               u"href=\"mailto:help@home.example\""_s})
             QVERIFY2(all.contains(text), qPrintable(text));
+    }
+
+    void cancelFromTheTray()
+    {
+        SetConfigString(u"ScreenTimer"_s, u"1000"_s);
+        const QList<QAction *> actions = m_window->findChildren<QAction *>();
+        QAction *cancel = *std::find_if(actions.begin(), actions.end(), [](const QAction *action) {
+            return action->text() == u"Cancel Capture";
+        });
+        QVERIFY(!cancel->isEnabled());
+        QTimer::singleShot(0, m_window.get(), [cancel] { cancel->trigger(); });
+        HotkeyCallBack(7, 0);
+        QCOMPARE(tabs()->count(), 0);
+        QVERIFY(!cancel->isEnabled());
     }
 
     void everyWayToACommand()

@@ -33,21 +33,14 @@ private slots:
         QVERIFY(QCoreApplication::installTranslator(&translator));
         QTEST(MainWindow::tr("Rectangular"), "rectangular");
         QSet<QString> translated;
-        const QByteArrayList captions{"Rectangular",
-                                      "Capture Rectangular",
-                                      "Ellipse",
-                                      "Capture Ellipse",
-                                      "Arbitrary",
-                                      "Capture Arbitrary",
-                                      "All Windows",
-                                      "Select Window",
-                                      "Full Screen",
-                                      "Capture Full Screen",
-                                      "Menu",
-                                      "Capture Menu",
-                                      "Quit",
-                                      "Show Snapworkbench",
-                                      "Capture Full Screen with Countdown Timer"};
+        const QByteArrayList captions{"Rectangular",    "Capture Rectangular",
+                                      "Ellipse",        "Capture Ellipse",
+                                      "Arbitrary",      "Capture Arbitrary",
+                                      "All Windows",    "Select Window",
+                                      "Full Screen",    "Capture Full Screen",
+                                      "Menu",           "Capture Menu",
+                                      "Quit",           "Show Snapworkbench",
+                                      "Cancel Capture", "Capture Full Screen with Countdown Timer"};
         for (const QByteArray &caption : captions) {
             const QString text = MainWindow::tr(caption);
             QVERIFY2(text != QLatin1StringView(caption) || language == u"de", caption);
