@@ -44,10 +44,8 @@ void mouseShot::readWindows()
     m_windows = services().windows->windows(WindowCatalogue::List::OnScreen, 0);
     // The list begins with the overlay, which is one window to it. One that was read before the
     // overlay was there has none.
-    const int number = own.numberOf(this);
-    if (std::none_of(m_windows.begin(), m_windows.end(),
-                     [number](const auto &entry) { return entry.number == number; }))
-        m_windows.prepend({.number = number, .bounds = area()});
+    if (!services().pictures->isLive())
+        m_windows.prepend({.bounds = area()});
     for (const Pane &pane : panes()) {
         m_windows.removeIf([&, number = own.numberOf(&pane.window())](const auto &entry) {
             return &pane.window() != this && entry.number == number;
