@@ -167,7 +167,7 @@ private slots:
         // A second start brings no window into the picture.
         QVERIFY(endsWith(m_program->start(), 0));
         QVERIFY(m_program->hasOverlay(s_screen));
-        QVERIFY(activate(u"cancel"_s) && m_program->waitForState(u"Idle"_s));
+        QVERIFY(m_program->activate(u"cancel"_s) && m_program->waitForState(u"Idle"_s));
         QVERIFY(waitFor([&] { return m_desktop->activeTitle() == u"pattern"; }));
         QVERIFY(!m_program->mainWindow().viewable);
 
