@@ -297,6 +297,14 @@ Klicken Sie auf „Nein“, um ohne sie fortzufahren, oder möchten Sie sie jetz
         <source>Preferences</source>
         <translation>Einstellungen</translation>
     </message>
+    <message>
+        <source>&amp;General</source>
+        <translation>&amp;Allgemein</translation>
+    </message>
+    <message>
+        <source>&amp;Keys</source>
+        <translation>&amp;Tasten</translation>
+    </message>
 </context>
 <context>
     <name>DigDetail</name>
@@ -447,6 +455,41 @@ Rücktaste    Punkt löschen</translation>
     <message>
         <source>The picture could not be written: %1</source>
         <translation>Das Bild konnte nicht geschrieben werden: %1</translation>
+    </message>
+</context>
+<context>
+    <name>KeysPage</name>
+    <message>
+        <source>These keys work anywhere on the desktop:</source>
+        <translation>Diese Tasten gelten überall auf dem Desktop:</translation>
+    </message>
+    <message>
+        <source>Hot keys</source>
+        <translation>Tastenkürzel</translation>
+    </message>
+    <message>
+        <source>Command</source>
+        <translation>Befehl</translation>
+    </message>
+    <message>
+        <source>Keys</source>
+        <translation>Tasten</translation>
+    </message>
+    <message>
+        <source>On this desktop no program hears keys that are pressed in others. Put these lines into the configuration of sway or its kin; other desktops take what follows &quot;exec&quot; in their settings for keys.</source>
+        <translation>Auf diesem Desktop hört kein Programm Tasten, die in anderen gedrückt werden. Diese Zeilen gehören in die Konfiguration von sway oder seinen Verwandten; andere Desktops nehmen in ihren Tasteneinstellungen, was hinter „exec“ steht.</translation>
+    </message>
+    <message>
+        <source>Lines for the desktop&apos;s configuration</source>
+        <translation>Zeilen für die Konfiguration des Desktops</translation>
+    </message>
+    <message>
+        <source>&amp;Copy</source>
+        <translation>&amp;Kopieren</translation>
+    </message>
+    <message>
+        <source>The lines are in the clipboard.</source>
+        <translation>Die Zeilen sind in der Zwischenablage.</translation>
     </message>
 </context>
 <context>

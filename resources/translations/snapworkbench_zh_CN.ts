@@ -297,6 +297,14 @@ Click No to continue common capture, or Enable Scroll Capture now?</source>
         <source>Preferences</source>
         <translation>首选项</translation>
     </message>
+    <message>
+        <source>&amp;General</source>
+        <translation>常规(&amp;G)</translation>
+    </message>
+    <message>
+        <source>&amp;Keys</source>
+        <translation>按键(&amp;K)</translation>
+    </message>
 </context>
 <context>
     <name>DigDetail</name>
@@ -447,6 +455,41 @@ Backspace    删除最后一点</translation>
     <message>
         <source>The picture could not be written: %1</source>
         <translation>无法写入图片：%1</translation>
+    </message>
+</context>
+<context>
+    <name>KeysPage</name>
+    <message>
+        <source>These keys work anywhere on the desktop:</source>
+        <translation>这些按键在桌面任何地方都有效：</translation>
+    </message>
+    <message>
+        <source>Hot keys</source>
+        <translation>快捷键</translation>
+    </message>
+    <message>
+        <source>Command</source>
+        <translation>命令</translation>
+    </message>
+    <message>
+        <source>Keys</source>
+        <translation>按键</translation>
+    </message>
+    <message>
+        <source>On this desktop no program hears keys that are pressed in others. Put these lines into the configuration of sway or its kin; other desktops take what follows &quot;exec&quot; in their settings for keys.</source>
+        <translation>在此桌面上，程序听不到在其他程序中按下的键。请把这些行放进 sway 或同类桌面的配置；其他桌面可在按键设置中使用“exec”之后的部分。</translation>
+    </message>
+    <message>
+        <source>Lines for the desktop&apos;s configuration</source>
+        <translation>用于桌面配置的行</translation>
+    </message>
+    <message>
+        <source>&amp;Copy</source>
+        <translation>复制(&amp;C)</translation>
+    </message>
+    <message>
+        <source>The lines are in the clipboard.</source>
+        <translation>这些行已复制到剪贴板。</translation>
     </message>
 </context>
 <context>

@@ -13,6 +13,7 @@ enum class Ability {
     CoveredWindows = 1 << 2,  ///< a window can be read whatever covers it
     OpenMenus = 1 << 3,       ///< open menus of other programs are in the window list
     OtherWheels = 1 << 4,     ///< the wheel can be turned in other programs
+    HotKeys = 1 << 5,         ///< keys that are pressed in other programs are heard
 };
 Q_DECLARE_FLAGS(AbilitySet, Ability)
 Q_DECLARE_OPERATORS_FOR_FLAGS(AbilitySet)
@@ -20,7 +21,7 @@ Q_DECLARE_OPERATORS_FOR_FLAGS(AbilitySet)
 /// All of them have to do with other programs.
 inline constexpr AbilitySet everyAbility = Ability::Pictures | Ability::WindowList |
                                            Ability::CoveredWindows | Ability::OpenMenus |
-                                           Ability::OtherWheels;
+                                           Ability::OtherWheels | Ability::HotKeys;
 
 /// What the desktop lets this program do: everything but what has been withheld. Commands ask
 /// before they need it.

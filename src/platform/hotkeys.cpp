@@ -2,6 +2,7 @@
 
 #include "platform/services.h"
 
+#include <algorithm>
 #include <array>
 
 namespace {
@@ -18,6 +19,14 @@ constexpr std::array<Combination, 8> s_combinations{
     {{1, 'R'}, {2, 'E'}, {3, 'A'}, {4, 'L'}, {5, 'W'}, {6, 'S'}, {7, 'T'}, {8, 'V'}}};
 
 }  // namespace
+
+char hotKeyLetter(int number)
+{
+    const auto *const found =
+        std::find_if(s_combinations.begin(), s_combinations.end(),
+                     [number](const Combination &other) { return other.number == number; });
+    return found == s_combinations.end() ? '\0' : found->letter;
+}
 
 void initHotKey(long (*callback)(long, long))
 {

@@ -19,6 +19,8 @@ public:
     virtual void remove(int number) = 0;
 };
 
+/// The letter of a number's combination; 0 for a number that has none.
+char hotKeyLetter(int number);
 /// Registers the eight combinations; `callback` is called with (number, 0) for each press.
 /// Combinations that another program has registered are left out without an error.
 void initHotKey(long (*callback)(long, long));

@@ -304,6 +304,16 @@ const Command *commandOfHotKey(long number)
         [&](const Command &command) { return number > 0 && command.hotKey == number; });
 }
 
+QList<const Command *> commandsOnTheBus()
+{
+    QList<const Command *> found;
+    for (const Command &command : commands()) {
+        if (command.action)
+            found.append(&command);
+    }
+    return found;
+}
+
 QKeySequence keysOf(const Command &command)
 {
     return command.keys ? QKeySequence(QCoreApplication::translate("MainWindow", command.keys))
@@ -370,12 +380,10 @@ ApplicationBus::Handlers busCommands()
         g_MainWindow->openPictures(paths);
         g_MainWindow->comeForward();
     };
-    for (const Command &command : commands()) {
-        if (!command.action)
-            continue;
-        handlers.actions.insert(QString::fromLatin1(command.action), [&command] {
+    for (const Command *command : commandsOnTheBus()) {
+        handlers.actions.insert(QString::fromLatin1(command->action), [command] {
             if (g_MainWindow)
-                runCommand(command, *g_MainWindow);
+                runCommand(*command, *g_MainWindow);
         });
     }
     return handlers;

@@ -4,6 +4,7 @@
 #include "platform/xdg/applicationbus.h"
 
 #include <QKeySequence>
+#include <QList>
 #include <QString>
 
 class MainWindow;
@@ -43,6 +44,8 @@ const Command *commandNamed(const QString &name);
 /// without mnemonics; null for none.
 const Command *commandCaptioned(const QString &caption);
 const Command *commandOfHotKey(long number);
+/// Those with an action, in the order of the table.
+QList<const Command *> commandsOnTheBus();
 /// Empty where it has none.
 QKeySequence keysOf(const Command &command);
 

@@ -1,5 +1,6 @@
 #include "shell/dialogpreference.h"
 
+#include "shell/keyspage.h"
 #include "ui_dialogpreference.h"
 
 #include <cstdlib>
@@ -41,8 +42,10 @@ DialogPreference::DialogPreference(QWidget *parent)
         ui->cmbTimer->addItem(u"%1s"_s.arg(seconds), seconds);
     // It would put an entry's "s" behind each digit while a number is being typed.
     ui->cmbTimer->setCompleter(nullptr);
+    ui->tabPages->addTab(new KeysPage, tr("&Keys"));
+    ui->ChkAutoRun->setFocus();
     // The form's size, and more only where a larger font or longer words need it.
-    setFixedSize(size().expandedTo(sizeHint()));
+    resize(size().expandedTo(sizeHint()));
 }
 
 DialogPreference::~DialogPreference() = default;

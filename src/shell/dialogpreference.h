@@ -8,8 +8,9 @@ namespace Ui {
 class DialogPreference;
 }  // namespace Ui
 
-/// Seven settings, each written through as it is changed: there is no OK, and nothing to undo. The
-/// dialog knows no setting itself; its owner loads the values and stores them on Changed().
+/// Pages of settings. The first has seven, each written through as it is changed: there is no OK,
+/// and nothing to undo. The dialog knows none of them itself; its owner loads the values and stores
+/// them on Changed(). Other pages look after themselves.
 class DialogPreference : public QDialog
 {
     Q_OBJECT

@@ -93,6 +93,12 @@ ApplicationBus::ApplicationBus(Handlers handlers) : m_handlers(std::move(handler
     new StateAdaptor(*this);
 }
 
+QString ApplicationBus::commandFor(const QString &action)
+{
+    return u"gdbus call --session --dest %1 --object-path %2 --method %3.ActivateAction %4 '[]' '{}'"_s
+        .arg(s_name, s_path, s_interface, action);
+}
+
 ApplicationBus::Claim ApplicationBus::claim()
 {
     QDBusConnection bus = QDBusConnection::sessionBus();

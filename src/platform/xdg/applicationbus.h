@@ -26,6 +26,9 @@ public:
 
     explicit ApplicationBus(Handlers handlers);
 
+    /// What a shell runs to request one of the actions.
+    static QString commandFor(const QString &action);
+
     /// Claims the program's bus name. If another process owns it, this process gets the name when
     /// the owner ends. May be called again.
     Claim claim();

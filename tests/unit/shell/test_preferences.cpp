@@ -3,6 +3,7 @@
 #include "base/fileidentity.h"
 #include "config/settings.h"
 #include "rows.h"
+#include "shell/commands.h"
 #include "shell/dialogpreference.h"
 #include "shellfixture.h"
 
@@ -72,6 +73,30 @@ private slots:
         dialog->findChild<QComboBox *>(u"cmbTimer"_s)->setCurrentIndex(3);
         QCOMPARE(stored(keys), u"0 1 1 0 3 1 10"_s);
         QVERIFY(!m_desktop->loginItem->present);
+    }
+
+    // Where no program hears keys there is a line for each action, which a configuration takes.
+    void linesForTheDesktop()
+    {
+        services().abilities.withhold(Ability::HotKeys, u"no"_s);
+        const DialogPreference *dialog = openDialog();
+        const QString text = dialog->findChild<QPlainTextEdit *>()->toPlainText();
+        QVERIFY(text.contains(
+            u"bindsym Ctrl+Mod1+v exec gdbus call --session --dest "
+            "org.example.brenvale.SnapWorkbench --object-path "
+            "/org/example/brenvale/SnapWorkbench --method org.freedesktop.Application."
+            "ActivateAction capture-menu '[]' '{}'\n"_s));
+        QSet<QString> keys;
+        QSet<QString> actions;
+        for (const QString &line : text.split(u'\n')) {
+            keys.insert(line.section(u' ', 1, 1));
+            actions.insert(line.section(u' ', -3, -3));
+        }
+        QCOMPARE(actions.values().size(), keys.size());
+        const QStringList known = busCommands().actions.keys();
+        QCOMPARE(actions, QSet<QString>(known.begin(), known.end()));
+        dialog->findChild<QPushButton *>()->click();
+        QCOMPARE(QGuiApplication::clipboard()->text(), text + u'\n');
     }
 
     // Within five seconds, and where that fails the user is told once, and what could not be

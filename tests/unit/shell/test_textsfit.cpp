@@ -28,9 +28,20 @@ QSize needs(const QWidget &widget)
         return {metrics.horizontalAdvance(box->currentText()) + 35,
                 box->minimumSizeHint().height()};
     if (const auto *button = qobject_cast<const QPushButton *>(&widget))
-        return {metrics.horizontalAdvance(button->text()), 0};
+        return {metrics.size(Qt::TextShowMnemonic, button->text()).width(), 0};
     if (qobject_cast<const QTabBar *>(&widget))
         return {0, metrics.height()};
+    if (const auto *list = qobject_cast<const QTreeWidget *>(&widget)) {
+        int width = 0;
+        for (int column = 0; column < list->columnCount(); ++column) {
+            int widest = 0;
+            for (int row = 0; row < list->topLevelItemCount(); ++row)
+                widest = std::max(widest,
+                                  metrics.horizontalAdvance(list->topLevelItem(row)->text(column)));
+            width += widest;
+        }
+        return {width, list->topLevelItemCount() * metrics.height()};
+    }
     if (qobject_cast<const QAbstractButton *>(&widget) || qobject_cast<const QMenuBar *>(&widget))
         return widget.minimumSizeHint();
     return {0, 0};
@@ -55,8 +66,9 @@ private slots:
         QTest::addColumn<QString>("name");
         QTest::addColumn<int>("times");
         QTest::addColumn<QString>("language");
-        for (const char *name : {"main window", "notice", "preferences", "3 seconds", "10 seconds",
-                                 "86400 seconds", "magnifier", "overlay"}) {
+        for (const char *name :
+             {"main window", "notice", "preferences", "keys", "lines", "3 seconds", "10 seconds",
+              "86400 seconds", "magnifier", "overlay"}) {
             for (const int times : {1, 2}) {
                 for (const char *language : {"en", "de", "zh_CN"}) {
                     QTest::addRow("%s, font times %d, %s", name, times, language)
@@ -109,6 +121,13 @@ private:
     {
         if (name == u"preferences")
             return std::make_unique<DialogPreference>();
+        if (name == u"keys" || name == u"lines") {
+            if (name == u"lines")
+                services().abilities.withhold(Ability::HotKeys, u"no"_s);
+            auto dialog = std::make_unique<DialogPreference>();
+            dialog->findChild<QTabWidget *>()->setCurrentIndex(1);
+            return dialog;
+        }
         if (name.endsWith(u"seconds"_s)) {
             auto panel = std::make_unique<DialogCountDown>();
             panel->setSecond(name.section(u' ', 0, 0).toInt());

@@ -1,0 +1,113 @@
+#include "shell/keyspage.h"
+
+#include "platform/hotkeys.h"
+#include "platform/services.h"
+#include "shell/commands.h"
+#include "shell/mainwindow.h"
+
+#include <QClipboard>
+#include <QFontDatabase>
+#include <QGuiApplication>
+#include <QHeaderView>
+#include <QLabel>
+#include <QMargins>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QTreeWidget>
+#include <QVBoxLayout>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr QMargins s_margins(16, 14, 16, 16);  // as on the page beside
+constexpr int s_rows = 9;                      // that are seen without scrolling
+
+// As sway and i3 read it. The quotes keep the brackets from the shell that they run it in.
+QString lineFor(const Command &command)
+{
+    const char letter = hotKeyLetter(command.hotKey);
+    // Only giving up has none. Escape alone belongs to the program that has the keyboard.
+    const QString key = letter ? QString(QLatin1Char(letter)).toLower() : u"Escape"_s;
+    return u"bindsym Ctrl+Mod1+%1 exec %2"_s.arg(
+        key, ApplicationBus::commandFor(QString::fromLatin1(command.action)));
+}
+
+}  // namespace
+
+KeysPage::KeysPage(QWidget *parent) : QWidget(parent)
+{
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(s_margins);
+    if (services().abilities.lackOf(Ability::HotKeys).isEmpty())
+        addHotKeys(*layout);
+    else
+        addLines(*layout);
+}
+
+void KeysPage::addHotKeys(QBoxLayout &place)
+{
+    auto *text = new QLabel(tr("These keys work anywhere on the desktop:"));
+    auto *list = new QTreeWidget;
+    list->setAccessibleName(tr("Hot keys"));
+    list->setHeaderLabels({tr("Command"), tr("Keys")});
+    list->setRootIsDecorated(false);
+    list->setAllColumnsShowFocus(true);
+    const QFontMetrics metrics = list->fontMetrics();
+    const int rowHeight = metrics.height() * 3 / 2;
+    for (const Command *command : commandsOnTheBus()) {
+        const char letter = hotKeyLetter(command->hotKey);
+        if (!letter)
+            continue;
+        const QKeySequence keys(Qt::CTRL | Qt::ALT | static_cast<Qt::Key>(letter));
+        const QStringList texts{MainWindow::tr(command->trayCaption),
+                                keys.toString(QKeySequence::NativeText)};
+        auto *row = new QTreeWidgetItem(list, texts);
+        for (int column = 0; column < texts.size(); ++column)
+            row->setSizeHint(column,
+                             {metrics.horizontalAdvance(texts[column]) + rowHeight, rowHeight});
+    }
+    list->setCurrentItem(list->topLevelItem(0));
+    // As wide as the texts, and what is left is the commands'.
+    list->header()->setStretchLastSection(false);
+    for (int column = 0; column < list->columnCount(); ++column)
+        list->resizeColumnToContents(column);
+    list->setMinimumWidth(list->header()->length() + 2 * list->frameWidth());
+    list->header()->setSectionResizeMode(0, QHeaderView::Stretch);
+    place.addWidget(text);
+    place.addWidget(list);
+}
+
+void KeysPage::addLines(QBoxLayout &place)
+{
+    QStringList lines;
+    for (const Command *command : commandsOnTheBus())
+        lines.append(lineFor(*command));
+    const QString all = lines.join(u'\n');
+
+    auto *text = new QLabel(
+        tr("On this desktop no program hears keys that are pressed in others. Put these lines into "
+           "the configuration of sway or its kin; other desktops take what follows \"exec\" in "
+           "their settings for keys."));
+    text->setWordWrap(true);
+    auto *view = new QPlainTextEdit(all);
+    view->setAccessibleName(tr("Lines for the desktop's configuration"));
+    view->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    view->setTabChangesFocus(true);
+    view->setLineWrapMode(QPlainTextEdit::NoWrap);
+    view->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+    view->setMinimumHeight(s_rows * view->fontMetrics().height());
+
+    auto *copy = new QPushButton(tr("&Copy"));
+    auto *copied = new QLabel;
+    connect(copy, &QPushButton::clicked, this, [all, copied] {
+        QGuiApplication::clipboard()->setText(all + u'\n');
+        copied->setText(tr("The lines are in the clipboard."));
+    });
+    auto *row = new QHBoxLayout;
+    row->addWidget(copy);
+    row->addWidget(copied, 1);
+    place.addWidget(text);
+    place.addWidget(view);
+    place.addLayout(row);
+}
