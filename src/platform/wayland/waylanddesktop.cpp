@@ -199,6 +199,8 @@ void withholdWhatLacks(Services &services, const WaylandConnection &connection,
           QT_TRANSLATE_NOOP("Abilities", "This desktop tells no program of open menus. Take the "
                                          "whole screen with the countdown instead, and open the "
                                          "menu meanwhile."));
+    lacks(Ability::HotKeys,
+          QT_TRANSLATE_NOOP("Abilities", "On this desktop keys are bound in its own settings."));
     if (!connection.virtualPointers())
         lacks(Ability::OtherWheels,
               QT_TRANSLATE_NOOP("Abilities", "This desktop lets no program turn the wheel."));
