@@ -343,7 +343,7 @@ void CaptureOverlay::updateAll()
         pane.surface().update();
 }
 
-void CaptureOverlay::paintSheet(const Pane &pane, const QRegion &exposed,
+void CaptureOverlay::paintSheet(const Pane &pane, const QRegion &exposed, const QRect &drawn,
                                 const std::function<void(QPainter &)> &draw)
 {
     QPainter painter;
@@ -362,8 +362,9 @@ void CaptureOverlay::paintSheet(const Pane &pane, const QRegion &exposed,
         painter.save();
         pane.usePicture(painter);
         painter.drawPixmap(part, pane.picture(), part);
-        if (hasSheet())
-            addSheet(painter, pane, part, draw);
+        const QRect touched = drawn.isEmpty() ? QRect() : part & pane.inPicture(drawn);
+        if (hasSheet() && !touched.isEmpty())
+            addSheet(painter, pane, touched, draw);
         painter.restore();
     }
     if (hasSheet() && !isLive)

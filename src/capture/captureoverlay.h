@@ -119,9 +119,9 @@ protected:
     void updateAll();
 
     /// Paints the region of a pane's paint event (in logical coordinates): the sheet, and the
-    /// result of `draw` on it, which draws antialiased in pixels. `draw` may be called several
-    /// times.
-    void paintSheet(const Pane &pane, const QRegion &exposed,
+    /// result of `draw` on it, which draws antialiased in pixels and touches none outside of
+    /// `drawn`. `draw` may be called several times, or not at all.
+    void paintSheet(const Pane &pane, const QRegion &exposed, const QRect &drawn,
                     const std::function<void(QPainter &)> &draw);
 
 private:

@@ -245,7 +245,12 @@ void dlgFreeHand::refresh()
 void dlgFreeHand::paintSurface(const Pane &pane, const QRegion &exposed)
 {
     const QRect exposedPixels = pane.pixelsAround(exposed.boundingRect());
-    paintSheet(pane, exposed, [this, &exposedPixels](QPainter &painter) {
+    const QRectF line = m_shown.line.boundingRect();
+    QRegion drawn = m_shown.line.isEmpty() ? QRect() : around(line.topLeft(), line.bottomRight());
+    if (m_shown.closeMark)
+        drawn += around(*m_shown.closeMark,
+                        *m_shown.closeMark + QPointF(s_closeMarkSize, s_closeMarkSize));
+    paintSheet(pane, exposed, drawn.boundingRect(), [this, &exposedPixels](QPainter &painter) {
         const QTransform toPixels = painter.worldTransform().inverted();
         const QRect device = toPixels.mapRect(QRectF(painter.viewport())).toAlignedRect();
         painter.setPen(QPen(Qt::white, s_lineWidth));

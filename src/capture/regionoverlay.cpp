@@ -396,7 +396,8 @@ void RegionOverlay::paintSurface(const Pane &pane, const QRegion &exposed)
         m_shown = now;
         updateAll();
     }
-    paintSheet(pane, exposed, [this, &now](QPainter &painter) {
+    const QRect drawn = damage({}, now).boundingRect();
+    paintSheet(pane, exposed, drawn, [this, &now](QPainter &painter) {
         for (const QRect &shape : now.shapes) {
             painter.setPen(Qt::white);
             painter.setBrush(Qt::white);

@@ -154,7 +154,7 @@ bool mouseShot::paneEvent(const Pane &pane, QEvent *event)
 {
     switch (event->type()) {
     case QEvent::Paint:
-        paintSheet(pane, static_cast<QPaintEvent *>(event)->region(),
+        paintSheet(pane, static_cast<QPaintEvent *>(event)->region(), area(),
                    [this, &pane](QPainter &painter) { draw(painter, pane); });
         return true;
     case QEvent::MouseButtonPress: {

@@ -46,7 +46,7 @@ GrabSituation FrontWindow::situation()
     const bool isActive = IsAppActive();
     return {.isActive = isActive,
             .active = isActive ? QApplication::activeWindow() : nullptr,
-            .isMinimized = m_window.isMinimized() || m_isHidden,
+            .isMinimized = m_window.isMinimized() || !m_window.isVisible(),
             .isComposited = services().ownWindows->isComposited(),
             .hideBefore = Preferences::hidesBefore(),
             .showAfter = Preferences::showsAfter(),
