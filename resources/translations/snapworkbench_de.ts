@@ -4,10 +4,6 @@
 <context>
     <name>Abilities</name>
     <message>
-        <source>Pictures of the screen can&apos;t be taken in a Wayland session yet. Log in to an X11 session for that; opening and editing pictures works here too.</source>
-        <translation>In einer Wayland-Sitzung lassen sich noch keine Bilder vom Bildschirm aufnehmen. Melden Sie sich dafür in einer X11-Sitzung an; das Öffnen und Bearbeiten von Bildern ist auch hier möglich.</translation>
-    </message>
-    <message>
         <source>Pictures of the screen can&apos;t be taken on this desktop. Opening and editing pictures works here too.</source>
         <translation>Auf diesem Desktop lassen sich keine Bilder vom Bildschirm aufnehmen. Das Öffnen und Bearbeiten von Bildern ist auch hier möglich.</translation>
     </message>
@@ -18,6 +14,30 @@
     <message>
         <source>This desktop lets no program turn the wheel.</source>
         <translation>Auf diesem Desktop darf kein Programm das Mausrad drehen.</translation>
+    </message>
+    <message>
+        <source>This Wayland desktop gives programs no pictures of the screen in a way that is known here. Log in to an X11 session for that; opening and editing pictures works here too.</source>
+        <translation>Dieser Wayland-Desktop gibt Programmen auf keine hier bekannte Weise Bilder des Bildschirms. Melden Sie sich dafür in einer X11-Sitzung an; Bilder öffnen und bearbeiten geht auch hier.</translation>
+    </message>
+    <message>
+        <source>Pictures of the screen can&apos;t be taken here, since the program was started for X11 in a Wayland session. Start it without QT_QPA_PLATFORM=xcb.</source>
+        <translation>Hier lassen sich keine Bilder des Bildschirms aufnehmen, da das Programm in einer Wayland-Sitzung für X11 gestartet wurde. Starten Sie es ohne QT_QPA_PLATFORM=xcb.</translation>
+    </message>
+    <message>
+        <source>Pictures of the screen can&apos;t be taken here, since the package qt6-wayland is missing. Install it, and start the program again; opening and editing pictures works meanwhile.</source>
+        <translation>Hier lassen sich keine Bilder des Bildschirms aufnehmen, da das Paket qt6-wayland fehlt. Installieren Sie es, und starten Sie das Programm neu; Bilder öffnen und bearbeiten geht inzwischen.</translation>
+    </message>
+    <message>
+        <source>This desktop tells no program of open menus. Take the whole screen with the countdown instead, and open the menu meanwhile.</source>
+        <translation>Dieser Desktop sagt keinem Programm, welche Menüs offen sind. Nehmen Sie stattdessen den ganzen Bildschirm mit dem Countdown auf, und öffnen Sie inzwischen das Menü.</translation>
+    </message>
+    <message>
+        <source>On this desktop keys are bound in its own settings.</source>
+        <translation>Auf diesem Desktop werden Tasten in dessen eigenen Einstellungen belegt.</translation>
+    </message>
+    <message>
+        <source>This desktop tells no program of the windows of others.</source>
+        <translation>Dieser Desktop sagt keinem Programm, welche Fenster andere haben.</translation>
     </message>
 </context>
 <context>
@@ -152,6 +172,10 @@ Klicken Sie auf „Nein“, um ohne sie fortzufahren, oder möchten Sie sie jetz
     <message>
         <source>%1. The picture ends at column %2.</source>
         <translation>%1. Das Bild endet bei Spalte %2.</translation>
+    </message>
+    <message>
+        <source>%1. The key of this grab again keeps what there is, &quot;cancel&quot; gives up.</source>
+        <translation>%1. Die Taste dieser Aufnahme noch einmal behält, was da ist, „cancel“ gibt auf.</translation>
     </message>
 </context>
 <context>
@@ -902,6 +926,13 @@ Rücktaste    Punkt löschen</translation>
     </message>
 </context>
 <context>
+    <name>Pictures</name>
+    <message>
+        <source>The picture shows the visible part of the window: this desktop keeps no pictures of what is covered or lies beyond the screen.</source>
+        <translation>Das Bild zeigt den sichtbaren Teil des Fensters: Dieser Desktop hat keine Bilder von dem, was verdeckt ist oder außerhalb des Bildschirms liegt.</translation>
+    </message>
+</context>
+<context>
     <name>PrivateFolder</name>
     <message>
         <source>It belongs to somebody else, or others may write to it.</source>
@@ -1127,6 +1158,13 @@ Möchten Sie die Datei ersetzen?</translation>
     <message>
         <source>Bringing back &quot;%1&quot;...</source>
         <translation>„%1“ wird wiederhergestellt ...</translation>
+    </message>
+</context>
+<context>
+    <name>WaylandPictures</name>
+    <message>
+        <source>The desktop did not give its picture in time.</source>
+        <translation>Der Desktop hat sein Bild nicht rechtzeitig gegeben.</translation>
     </message>
 </context>
 <context>

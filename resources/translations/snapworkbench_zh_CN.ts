@@ -4,10 +4,6 @@
 <context>
     <name>Abilities</name>
     <message>
-        <source>Pictures of the screen can&apos;t be taken in a Wayland session yet. Log in to an X11 session for that; opening and editing pictures works here too.</source>
-        <translation>目前还不能在 Wayland 会话中截取屏幕。如需截图，请登录 X11 会话；在此处仍可打开和编辑图片。</translation>
-    </message>
-    <message>
         <source>Pictures of the screen can&apos;t be taken on this desktop. Opening and editing pictures works here too.</source>
         <translation>在此桌面上无法截取屏幕。在此处仍可打开和编辑图片。</translation>
     </message>
@@ -18,6 +14,30 @@
     <message>
         <source>This desktop lets no program turn the wheel.</source>
         <translation>此桌面不允许程序转动鼠标滚轮。</translation>
+    </message>
+    <message>
+        <source>This Wayland desktop gives programs no pictures of the screen in a way that is known here. Log in to an X11 session for that; opening and editing pictures works here too.</source>
+        <translation>此 Wayland 桌面没有以本程序已知的方式向程序提供屏幕图像。如需截图，请登录 X11 会话；打开和编辑图片在这里也能进行。</translation>
+    </message>
+    <message>
+        <source>Pictures of the screen can&apos;t be taken here, since the program was started for X11 in a Wayland session. Start it without QT_QPA_PLATFORM=xcb.</source>
+        <translation>此处无法截取屏幕，因为程序在 Wayland 会话中以 X11 方式启动。请不带 QT_QPA_PLATFORM=xcb 启动它。</translation>
+    </message>
+    <message>
+        <source>Pictures of the screen can&apos;t be taken here, since the package qt6-wayland is missing. Install it, and start the program again; opening and editing pictures works meanwhile.</source>
+        <translation>此处无法截取屏幕，因为缺少软件包 qt6-wayland。请安装它并重新启动程序；在此期间仍可打开和编辑图片。</translation>
+    </message>
+    <message>
+        <source>This desktop tells no program of open menus. Take the whole screen with the countdown instead, and open the menu meanwhile.</source>
+        <translation>此桌面不向程序告知打开的菜单。请改用带倒计时的全屏截图，并在倒计时期间打开菜单。</translation>
+    </message>
+    <message>
+        <source>On this desktop keys are bound in its own settings.</source>
+        <translation>在此桌面上，快捷键在桌面自己的设置中绑定。</translation>
+    </message>
+    <message>
+        <source>This desktop tells no program of the windows of others.</source>
+        <translation>此桌面不向程序告知其他程序的窗口。</translation>
     </message>
 </context>
 <context>
@@ -152,6 +172,10 @@ Click No to continue common capture, or Enable Scroll Capture now?</source>
     <message>
         <source>%1. The picture ends at column %2.</source>
         <translation>%1。图片在第 %2 列结束。</translation>
+    </message>
+    <message>
+        <source>%1. The key of this grab again keeps what there is, &quot;cancel&quot; gives up.</source>
+        <translation>%1。再按一次此截图的快捷键可保留已有内容，“cancel”则放弃。</translation>
     </message>
 </context>
 <context>
@@ -902,6 +926,13 @@ Backspace    删除最后一点</translation>
     </message>
 </context>
 <context>
+    <name>Pictures</name>
+    <message>
+        <source>The picture shows the visible part of the window: this desktop keeps no pictures of what is covered or lies beyond the screen.</source>
+        <translation>图片显示的是窗口的可见部分：此桌面不保留被遮挡或位于屏幕之外的内容。</translation>
+    </message>
+</context>
+<context>
     <name>PrivateFolder</name>
     <message>
         <source>It belongs to somebody else, or others may write to it.</source>
@@ -1127,6 +1158,13 @@ Do you want to replace it?</source>
     <message>
         <source>Bringing back &quot;%1&quot;...</source>
         <translation>正在恢复“%1”...</translation>
+    </message>
+</context>
+<context>
+    <name>WaylandPictures</name>
+    <message>
+        <source>The desktop did not give its picture in time.</source>
+        <translation>桌面未能及时提供图像。</translation>
     </message>
 </context>
 <context>

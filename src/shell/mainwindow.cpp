@@ -403,6 +403,14 @@ void MainWindow::showInFront()
     FocusThis(nullptr);
 }
 
+void MainWindow::minimize()
+{
+    if (!services().ownWindows->placesWindows() && TrayIcon::isThere())
+        hide();
+    else
+        showMinimized();
+}
+
 void MainWindow::FocusPreApp() { Front(*services().clock).giveBack(); }
 
 void MainWindow::RestoreAppFocus(bool giveBack) { m_Front->dropFocus(giveBack); }

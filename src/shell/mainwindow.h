@@ -109,6 +109,9 @@ public:
     void FocusThis(QWidget *widget);
     /// Shows the main window, minimised or not, and brings it to the front.
     void showInFront();
+    /// Out of sight: minimised, or, where a desktop may not hear of that, hidden if a tray leads
+    /// back.
+    void minimize();
     /// The same for a request from outside: while a grab is under way what is open for it comes to
     /// the front, or the window does so afterwards.
     void comeForward();

@@ -68,9 +68,11 @@ void TrayIcon::setTip(const QString &text)
         m_icon->setToolTip(m_tip);
 }
 
+bool TrayIcon::isThere() { return QSystemTrayIcon::isSystemTrayAvailable(); }
+
 bool TrayIcon::tell(const QString &title, const QString &text)
 {
-    if (!m_icon || !QSystemTrayIcon::isSystemTrayAvailable())
+    if (!m_icon || !isThere())
         return false;
     m_icon->showMessage(title, text, m_icon->icon());
     return true;

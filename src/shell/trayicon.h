@@ -23,6 +23,7 @@ public:
 
     /// What the icon says of itself beside the program's name; empty for nothing.
     void setTip(const QString &text);
+    static bool isThere();
     /// Shows a message beside the icon. False where there is no tray.
     bool tell(const QString &title, const QString &text);
 
