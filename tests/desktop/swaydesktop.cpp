@@ -40,6 +40,7 @@ constexpr quint32 s_getTree = 4;
 const QPoint s_nowhere(1000000, 1000000);  // where the pointer covers nothing
 const QByteArray s_magic("i3-ipc");
 const QString s_config = uR"(xwayland disable
+mouse_warping none
 default_border none
 default_floating_border none
 for_window [title="^(pattern|long)$"] floating enable
@@ -156,8 +157,9 @@ bool SwayDesktop::startSway(const QList<Output> &outputs, const QString &config)
     environment.insert(u"WLR_RENDERER"_s, u"pixman"_s);
     environment.insert(u"WLR_LIBINPUT_NO_DEVICES"_s, u"1"_s);
     environment.insert(u"WLR_HEADLESS_OUTPUTS"_s, QString::number(outputs.size()));
-    m_sway =
-        start(u"sway"_s, {u"-c"_s, file.fileName()}, environment, folder.filePath(u"sway-said"_s));
+    // It hands out old pictures of a screen that it leaves to one window.
+    m_sway = start(u"sway"_s, {u"-Dnoscanout"_s, u"-c"_s, file.fileName()}, environment,
+                   folder.filePath(u"sway-said"_s));
     const auto sockets = [&] { return folder.entryList({u"wayland-?"_s}, QDir::System); };
     const auto isUp = [&] {
         return !sockets().isEmpty() && ask(s_getOutputs).array().size() == outputs.size();

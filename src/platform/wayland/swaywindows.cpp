@@ -1,8 +1,10 @@
 #include "platform/wayland/swaywindows.h"
 
+#include <QGuiApplication>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QRegion>
+#include <QWindow>
 
 #include <algorithm>
 #include <utility>
@@ -16,6 +18,9 @@ namespace {
 // Milliseconds, and how often they are waited for until an overlay has left the screen.
 constexpr int s_restorePause = 20;
 constexpr int s_restoreTries = 100;
+// The same until a window of this program is known there.
+constexpr int s_focusPause = 10;
+constexpr int s_focusTries = 100;
 
 bool isOwn(const SwayTree::Window &window)
 {
@@ -130,24 +135,43 @@ QRectF SwayWindows::boundsOf(int number)
     return window ? toGlobal(window->entry.bounds) : QRectF();
 }
 
-void SwayWindows::focusOwn(const QString &title)
+void SwayWindows::focusOwn(QWindow *window)
 {
     m_isInFront = true;
-    m_compositor.askForTree([this, title](const QByteArray &json) {
+    m_wanted = window;
+    focusWanted(s_focusTries);
+}
+
+// The window, or its title, may be so new that the compositor does not know it yet. No other would
+// do, but for a question that has been opened meanwhile: that one takes the keys.
+void SwayWindows::focusWanted(int triesLeft)
+{
+    m_compositor.askForTree([this, triesLeft](const QByteArray &json) {
+        const QWindow *modal = QGuiApplication::modalWindow();
+        const QWindow *target = modal ? modal : m_wanted.data();
+        if (!target)
+            return;
+        // The toolkit calls a window without a title as the program.
+        const QString title =
+            target->title().isEmpty() ? QGuiApplication::applicationDisplayName() : target->title();
         const SwayTree tree = SwayTree::read(json);
+        const auto found =
+            std::find_if(tree.windows.begin(), tree.windows.end(), [&](const auto &shown) {
+                return isOwn(shown) && shown.entry.name == title;
+            });
+        if (found == tree.windows.end()) {
+            if (triesLeft > 0)
+                QTimer::singleShot(s_focusPause, this,
+                                   [this, triesLeft] { focusWanted(triesLeft - 1); });
+            return;
+        }
         QList<SwayTree::Window> obstacles;
-        for (const SwayTree::Window &window : tree.windows) {
-            if (window.isVisible && window.fullscreen != 0 && !isOwn(window))
-                obstacles.append(window);
+        for (const SwayTree::Window &other : tree.windows) {
+            if (other.isVisible && other.fullscreen != 0 && !isOwn(other))
+                obstacles.append(other);
         }
         oweFullscreen(obstacles);
-        // A title that has just changed is not known there yet.
-        const SwayTree::Window *found = nullptr;
-        for (const SwayTree::Window &window : tree.windows) {
-            if (isOwn(window) && (!found || window.entry.name == title))
-                found = &window;
-        }
-        if (found && !found->isFocused)
+        if (!found->isFocused)
             command(u"[con_id=%1] focus"_s.arg(found->entry.number));
     });
 }

@@ -5,10 +5,13 @@
 #include "platform/wayland/waylandconnection.h"
 
 #include <QObject>
+#include <QPointer>
 #include <QTimer>
 
 #include <functional>
 #include <memory>
+
+class QWindow;
 
 /// The windows of sway and its kin, as they were when they were last read. What the compositor has
 /// to say comes late, so that each look asks for the next one, and gives what is known.
@@ -35,12 +38,13 @@ public:
     /// What no other window covers, in global device pixels; empty if its work space isn't shown.
     QRegion visibleOf(int number);
     QRectF toGlobal(const QRectF &logical) const;
-    /// Gives the focus to this program's window with that title.
-    void focusOwn(const QString &title);
+    /// Gives the focus to a window of this program, as soon as the compositor knows it.
+    void focusOwn(QWindow *window);
     void command(const QString &text) { m_compositor.command(text); }
 
 private:
     void restoreFullscreen(int triesLeft);
+    void focusWanted(int triesLeft);
     void oweFullscreen(const QList<SwayTree::Window> &windows);
     void repay(const QByteArray &change);
     void fill(const SwayTree::Window &window);
@@ -53,7 +57,8 @@ private:
     // user goes back to them. Only as long as there are any is the compositor listened to.
     QList<SwayTree::Window> m_owed;
     std::unique_ptr<SwayConnection> m_changes;
-    bool m_isInFront = false;  // this program has asked to be, since it was frozen
+    QPointer<QWindow> m_wanted;  // which is to get the focus
+    bool m_isInFront = false;    // this program has asked to be, since it was frozen
     bool m_areKnown;
     bool m_isFrozen = false;
     bool m_isAsked = false;

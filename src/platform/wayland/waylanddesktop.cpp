@@ -155,9 +155,10 @@ public:
     // as active at once, so that nobody waits in vain where the compositor refuses.
     void bringToFront(QWidget *window) override
     {
-        if (QWindow *handle = window->window()->windowHandle())
+        if (QWindow *handle = window->window()->windowHandle()) {
             handle->requestActivate();
-        m_windows.focusOwn(window->window()->windowTitle());
+            m_windows.focusOwn(handle);
+        }
         tell(true);
         QTimer::singleShot(s_frontLimit, this, [this] { tell(isActive()); });
     }
