@@ -311,6 +311,12 @@ void CaptureOverlay::passTick()
 
 void CaptureOverlay::stayOnTop()
 {
+    // The compositor or its user may have made a pane smaller.
+    if (!services().ownWindows->placesWindows()) {
+        for (const Pane &pane : std::as_const(m_panes))
+            pane.window().setWindowState(Qt::WindowFullScreen);
+        return;
+    }
     raise();
     // The magnifier must stay above its overlay.
     for (QWidget *child : findChildren<QWidget *>(QString(), Qt::FindDirectChildrenOnly)) {

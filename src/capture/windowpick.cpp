@@ -47,9 +47,9 @@ void mouseShot::readWindows()
     if (!services().pictures->isLive())
         m_windows.prepend({.bounds = area()});
     for (const Pane &pane : panes()) {
-        m_windows.removeIf([&, number = own.numberOf(&pane.window())](const auto &entry) {
-            return &pane.window() != this && entry.number == number;
-        });
+        const int number = own.numberOf(&pane.window());
+        if (&pane.window() != this && number != 0)
+            m_windows.removeIf([number](const auto &entry) { return entry.number == number; });
     }
     QList<WindowOutlines::Window> windows;
     for (const WindowCatalogue::Entry &entry : std::as_const(m_windows))

@@ -91,7 +91,10 @@ bool CaptureTools::countDown(int seconds)
     panel.setSecond(seconds);
     panel.show();
     // Escape pressed once is meant for it only there; elsewhere the user's program gets it too.
-    services().watch->bringToFront(&panel);
+    // A compositor that places windows gives a new one the focus by itself, unless another fills
+    // the screen, which would have to make room.
+    if (services().ownWindows->placesWindows())
+        services().watch->bringToFront(&panel);
     hearEscape(true);
     emit opened();
     constexpr int s_slack = 60;
@@ -125,6 +128,11 @@ std::optional<QList<Grab>> CaptureTools::browse()
     browser.clearFilledFocusFile = browser.clearFilledFile;
     if (!m_isClosed)
         emit opened();
+    // It may open on another screen than the one with the focus.
+    if (!services().ownWindows->placesWindows())
+        QMetaObject::invokeMethod(
+            &browser, [&browser] { services().watch->bringToFront(&browser); },
+            Qt::QueuedConnection);
     if (!run(browser))
         return std::nullopt;
     QList<Grab> grabs;

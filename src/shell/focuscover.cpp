@@ -29,6 +29,11 @@ constexpr int s_inactiveLooks = 10;
 
 void Front::bring(QWidget &window) const
 {
+    // Whether this program is in front says nothing of its window there, and raising is not heard.
+    if (!services().ownWindows->placesWindows()) {
+        services().watch->bringToFront(&window);
+        return;
+    }
     const QPointer<QWidget> target = &window;
     target->raise();
     // A window manager may refuse at first, so the request is made again from time to time.

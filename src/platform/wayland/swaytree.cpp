@@ -26,12 +26,17 @@ QString ownerOf(const QJsonObject &node)
     return own.isEmpty() ? node["window_properties"_L1]["class"_L1].toString() : own;
 }
 
-SwayTree::Window windowOf(const QJsonObject &node, QPointF parent)
+SwayTree::Window windowOf(const QJsonObject &node, const QJsonObject &parent)
 {
     SwayTree::Window window;
     const QRectF content = rectOf(node["rect"_L1]);
     const QRectF inner = rectOf(node["window_rect"_L1]).translated(content.topLeft());
-    const QRectF title = rectOf(node["deco_rect"_L1]).translated(parent);
+    // Titles that lie above one another or side by side are those of several windows.
+    const QString layout = parent["layout"_L1].toString();
+    const bool hasTitle = layout != u"tabbed" && layout != u"stacked";
+    const QRectF title =
+        hasTitle ? rectOf(node["deco_rect"_L1]).translated(rectOf(parent["rect"_L1]).topLeft())
+                 : QRectF();
     WindowCatalogue::Entry &entry = window.entry;
     entry.number = node["id"_L1].toInt();
     entry.bounds = title.isEmpty() ? content : content | title;
@@ -51,17 +56,17 @@ SwayTree::Window windowOf(const QJsonObject &node, QPointF parent)
 
 // The windows in a container, front to back: what floats lies over what is tiled, and the last one
 // of the floating is the uppermost.
-void collect(const QJsonObject &node, QPointF parent, int depth, QList<SwayTree::Window> &windows)
+void collect(const QJsonObject &node, const QJsonObject &parent, int depth,
+             QList<SwayTree::Window> &windows)
 {
     if (depth > s_deepest)
         return;
-    const QPointF corner = rectOf(node["rect"_L1]).topLeft();
     const QJsonArray floating = node["floating_nodes"_L1].toArray();
     const QJsonArray tiled = node["nodes"_L1].toArray();
     for (auto i = floating.size(); i > 0; --i)
-        collect(floating.at(i - 1).toObject(), corner, depth + 1, windows);
+        collect(floating.at(i - 1).toObject(), node, depth + 1, windows);
     for (const QJsonValue &inner : tiled)
-        collect(inner.toObject(), corner, depth + 1, windows);
+        collect(inner.toObject(), node, depth + 1, windows);
     // Only windows have a process.
     if (floating.isEmpty() && tiled.isEmpty() && node.contains("pid"_L1))
         windows.append(windowOf(node, parent));

@@ -32,6 +32,11 @@ bool isOwn(const SwayTree::Window &window)
 SwayWindows::SwayWindows(std::shared_ptr<WaylandConnection> connection)
     : m_connection(std::move(connection)), m_areKnown(SwayConnection::isThere())
 {
+    // Panels and questions have no title of their own: the toolkit calls them as the program. Tiled
+    // they would make all other windows smaller.
+    if (m_areKnown)
+        command(u"for_window [pid=%1 title=\"^%2$\"] floating enable"_s.arg(
+            QString::number(getpid()), QGuiApplication::applicationDisplayName()));
 }
 
 void SwayWindows::read(std::function<void()> done)
@@ -49,6 +54,8 @@ void SwayWindows::read(std::function<void()> done)
 
 void SwayWindows::freeze()
 {
+    if (!m_isOwnSeen)
+        m_tree.windows.removeIf(isOwn);
     m_isFrozen = true;
     m_isInFront = false;
     // Those that have been found so a second time, before they could be restored, stay remembered.
@@ -133,6 +140,12 @@ QRectF SwayWindows::boundsOf(int number)
 {
     const SwayTree::Window *window = tree().windowOf(number);
     return window ? toGlobal(window->entry.bounds) : QRectF();
+}
+
+void SwayWindows::setOwnSeen(bool seen)
+{
+    m_isOwnSeen = seen;
+    command(u"[pid=%1] opacity %2"_s.arg(getpid()).arg(seen ? 1 : 0));
 }
 
 void SwayWindows::focusOwn(QWindow *window)

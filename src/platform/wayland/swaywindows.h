@@ -40,7 +40,9 @@ public:
     QRectF toGlobal(const QRectF &logical) const;
     /// Gives the focus to a window of this program, as soon as the compositor knows it.
     void focusOwn(QWindow *window);
-    void command(const QString &text) { m_compositor.command(text); }
+    /// All windows of this program become transparent, or are seen again. Those that are
+    /// transparent are no windows to others.
+    void setOwnSeen(bool seen);
 
 private:
     void restoreFullscreen(int triesLeft);
@@ -48,6 +50,7 @@ private:
     void oweFullscreen(const QList<SwayTree::Window> &windows);
     void repay(const QByteArray &change);
     void fill(const SwayTree::Window &window);
+    void command(const QString &text) { m_compositor.command(text); }
 
     std::shared_ptr<WaylandConnection> m_connection;
     SwayConnection m_compositor;
@@ -59,6 +62,7 @@ private:
     std::unique_ptr<SwayConnection> m_changes;
     QPointer<QWindow> m_wanted;  // which is to get the focus
     bool m_isInFront = false;    // this program has asked to be, since it was frozen
+    bool m_isOwnSeen = true;
     bool m_areKnown;
     bool m_isFrozen = false;
     bool m_isAsked = false;

@@ -6,10 +6,6 @@
 
 #include <algorithm>
 
-#include <unistd.h>
-
-using namespace Qt::StringLiterals;
-
 QList<PanePlace> WaylandOwnWindows::panes()
 {
     const ScreenLayout layout = m_connection->layout();
@@ -44,5 +40,5 @@ void WaylandOwnWindows::setOnScreen(QWidget *window, bool onScreen)
     else
         m_offScreen.insert(window);
     if (m_offScreen.isEmpty() != wasOn)
-        m_windows.command(u"[pid=%1] opacity %2"_s.arg(getpid()).arg(wasOn ? 0 : 1));
+        m_windows.setOwnSeen(!wasOn);
 }
