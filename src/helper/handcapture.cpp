@@ -5,6 +5,7 @@
 #include "platform/services.h"
 
 #include <QLocale>
+#include <QTransform>
 
 #include <algorithm>
 #include <cstdlib>
@@ -39,6 +40,12 @@ ScrollCapture::Result HandCapture::run()
     }
     if (!m_target.area.isEmpty())
         m_area = m_target.area.translated(-m_bounds.topLeft()) & QRect(QPoint(), m_bounds.size());
+    m_size = services().pictures->sizeOf(m_bounds);
+    m_part = m_area;
+    if (m_size != m_bounds.size() && !m_bounds.isEmpty())
+        m_part = QTransform::fromScale(qreal(m_size.width()) / m_bounds.width(),
+                                       qreal(m_size.height()) / m_bounds.height())
+                     .mapRect(m_area);
     m_sinceMovement.restart();
     while (m_stop == Stop::None && look()) {
         follow();
@@ -94,16 +101,16 @@ bool HandCapture::look()
     const QImage picture = services().pictures->ofWindows(std::nullopt, {m_target.window});
     if (picture.isNull())
         m_ended = tr("The window left the screen");
-    else if (picture.size() != m_bounds.size())
+    else if (picture.size() != m_size)
         m_ended = tr("The window changed its size");
     if (!m_ended.isEmpty())
         return false;
-    const Mosaic::Sight sight = m_mosaic.add(picture, m_area);
+    const Mosaic::Sight sight = m_mosaic.add(picture, m_part);
     m_isUnclear = sight == Mosaic::Sight::Unclear;
     if (m_isUnclear) {
         // A user who searches for the way back is active, but a caret or a clock is no activity. So
         // only larger changes restart the timer.
-        const QImage view = picture.copy(m_area);
+        const QImage view = picture.copy(m_part);
         if (!m_unclear.isNull() && !isInPlace(m_unclear, view))
             m_sinceMovement.restart();
         m_unclear = view;

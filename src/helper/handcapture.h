@@ -61,7 +61,9 @@ private:
     Clock &m_clock;
     const ScrollCapture::Target m_target;
     QRect m_bounds;  // of the window, global
-    QRect m_area;    // in the window's picture
+    QRect m_area;    // in the window
+    QRect m_part;    // the same in its picture, which a screen with larger pixels makes smaller
+    QSize m_size;    // of that picture
     Mosaic m_mosaic;
     QImage m_unclear;  // the last view without a known position
     bool m_isUnclear = false;

@@ -105,11 +105,37 @@ ScrolledWindow::ScrolledWindow(int number, QPoint anchor)
     }
     if (m_bounds.isEmpty())
         qCInfo(logHelper) << "window" << number << "is gone";
-    m_crop = QRect(QPoint(), m_bounds.size());
-    m_anchor = anchor - m_bounds.topLeft();
+    m_size = services().pictures->sizeOf(m_bounds);
+    if (m_size != m_bounds.size() && !m_bounds.isEmpty())
+        m_frame = (QMarginsF(m_frame) * m_size.width() / m_bounds.width()).toMargins();
+    m_crop = QRect(QPoint(), m_size);
+    m_anchor = fromGlobal(anchor);
 }
 
 ScrolledWindow::~ScrolledWindow() = default;
+
+QRect ScrolledWindow::fromGlobal(const QRect &area) const
+{
+    const QPoint corner = fromGlobal(area.topLeft());
+    const QPoint farCorner = fromGlobal(area.topLeft() + QPoint(area.width(), area.height()));
+    return {corner, QSize(farCorner.x() - corner.x(), farCorner.y() - corner.y())};
+}
+
+QPoint ScrolledWindow::fromGlobal(QPoint point) const
+{
+    const QPoint inside = point - m_bounds.topLeft();
+    return m_bounds.isEmpty() ? inside
+                              : QPoint(inside.x() * m_size.width() / m_bounds.width(),
+                                       inside.y() * m_size.height() / m_bounds.height());
+}
+
+QPoint ScrolledWindow::toGlobal(QPoint inPicture) const
+{
+    if (m_size.isEmpty())
+        return m_bounds.topLeft() + inPicture;
+    return m_bounds.topLeft() + QPoint(inPicture.x() * m_bounds.width() / m_size.width(),
+                                       inPicture.y() * m_bounds.height() / m_size.height());
+}
 
 void ScrolledWindow::setStop(Stop stop)
 {
@@ -141,11 +167,11 @@ bool ScrolledWindow::look()
     const QImage now = services().pictures->ofWindows(std::nullopt, {m_number});
     if (now.isNull())
         endWith(tr("The window left the screen"));
-    else if (now.size() != m_bounds.size())
+    else if (now.size() != m_size)
         endWith(tr("The window changed its size"));
     else
         m_view = now;
-    return !now.isNull() && now.size() == m_bounds.size();
+    return !now.isNull() && now.size() == m_size;
 }
 
 QImage ScrolledWindow::contentOf(const QImage &view) const
@@ -164,7 +190,7 @@ ScrolledWindow::Reach ScrolledWindow::reach()
     if (windows.isEmpty())
         return Reach::Gone;
     m_bounds.moveTopLeft(windows.last().bounds.toRect().topLeft());
-    const QPoint at = m_bounds.topLeft() + m_anchor;
+    const QPoint at = toGlobal(m_anchor);
     if (!windows.last().bounds.contains(at))
         return Reach::Gone;
     const uint process = windows.last().process;
@@ -232,8 +258,9 @@ bool ScrolledWindow::waitForReturn()
         if (!bounds)
             return false;
         m_bounds = *bounds;
-        if (!QRect(QPoint(), m_bounds.size()).contains(m_anchor))
-            m_anchor = QRect(QPoint(), m_bounds.size()).center();
+        m_size = services().pictures->sizeOf(m_bounds);
+        if (!QRect(QPoint(), m_size).contains(m_anchor))
+            m_anchor = QRect(QPoint(), m_size).center();
         const Reach found = reach();
         if (found == Reach::Free)
             return look();
@@ -269,7 +296,7 @@ void ScrolledWindow::turnWheel(int clicks)
     using Wheel = Hands::Wheel;
     Hands &hands = *services().hands;
     const Wheel across = m_shifted ? Wheel::DownWithShift : Wheel::Right;
-    m_turnedAt = m_bounds.topLeft() + m_anchor;
+    m_turnedAt = toGlobal(m_anchor);
     m_pointerWas = hands.pointer();
     m_isPointerAway = true;
     hands.turnWheel(m_turnedAt, clicks, m_axis == Axis::Down ? Wheel::Down : across);
@@ -404,7 +431,7 @@ bool ScrolledWindow::isUnderPointer(const QImage &before, const QImage &after) c
         return false;
     const size_t bytes = sizeof(QRgb) * static_cast<size_t>(after.width());
     const int anchor = m_anchor.y() - m_crop.top();
-    const int pointer = services().hands->pointer().y() - m_bounds.top() - m_crop.top();
+    const int pointer = fromGlobal(services().hands->pointer()).y() - m_crop.top();
     for (int y = 0; y < after.height(); ++y) {
         if (std::abs(y - anchor) > s_litRow && std::abs(y - pointer) > s_litRow &&
             std::memcmp(before.constScanLine(y), after.constScanLine(y), bytes) != 0)
@@ -418,11 +445,11 @@ bool ScrolledWindow::isUnderPointer(const QImage &before, const QImage &after) c
 // late wheel event would roll up the window.
 void ScrolledWindow::parkPointer(const QRect &content)
 {
-    const QPoint at = services().hands->pointer() - m_bounds.topLeft();
+    const QPoint at = fromGlobal(services().hands->pointer());
     const QRect window = inside();
     if (m_isParked || !content.contains(at))
         return;
-    const int foot = m_bounds.height() - 1 - m_frame.bottom() / 2;
+    const int foot = m_size.height() - 1 - m_frame.bottom() / 2;
     const std::array places{QPoint(at.x(), content.top() - s_parkingDistance),
                             QPoint(at.x(), content.bottom() + s_parkingDistance),
                             QPoint(content.right() + s_parkingDistance, at.y()),
@@ -431,8 +458,8 @@ void ScrolledWindow::parkPointer(const QRect &content)
     for (const QPoint place : places) {
         if (!window.contains(place) && (place.y() != foot || m_frame.bottom() < s_border))
             continue;
-        m_pointerBefore = at + m_bounds.topLeft();
-        m_parkedAt = place + m_bounds.topLeft();
+        m_pointerBefore = services().hands->pointer();
+        m_parkedAt = toGlobal(place);
         m_isParked = true;
         services().hands->movePointer(m_parkedAt);
         return;

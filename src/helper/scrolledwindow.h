@@ -62,7 +62,7 @@ public:
     QImage contentOf(const QImage &view) const;
 
     /// Converts a global rectangle to the picture's coordinates.
-    QRect fromGlobal(const QRect &area) const { return area.translated(-m_bounds.topLeft()); }
+    QRect fromGlobal(const QRect &area) const;
     /// The picture's rectangle without the window manager's frame.
     QRect inside() const;
     /// The part of the picture that is the content; all of it at first.
@@ -119,6 +119,8 @@ signals:
 private:
     enum class Reach { Free, Gone, Covered };
 
+    QPoint fromGlobal(QPoint point) const;
+    QPoint toGlobal(QPoint inPicture) const;
     bool pause();
     std::optional<QRect> boundsNow() const;
     Reach reach();
@@ -133,6 +135,7 @@ private:
     Clock &m_clock;
     const int m_number;
     QRect m_bounds;  // global
+    QSize m_size;    // of the picture, which a screen with larger pixels makes smaller than that
     QMargins m_frame;
     QPoint m_anchor;  // in the window's picture
     QRect m_crop;

@@ -65,7 +65,7 @@ void collect(const QJsonObject &node, const QJsonObject &parent, int depth,
     const QJsonArray tiled = node["nodes"_L1].toArray();
     for (auto i = floating.size(); i > 0; --i)
         collect(floating.at(i - 1).toObject(), node, depth + 1, windows);
-    for (const QJsonValue &inner : tiled)
+    for (const auto &inner : tiled)
         collect(inner.toObject(), node, depth + 1, windows);
     // Only windows have a process.
     if (floating.isEmpty() && tiled.isEmpty() && node.contains("pid"_L1))
