@@ -81,8 +81,10 @@ void KeysPage::addHotKeys(QBoxLayout &place)
 void KeysPage::addLines(QBoxLayout &place)
 {
     QStringList lines;
-    for (const Command *command : commandsOnTheBus())
-        lines.append(lineFor(*command));
+    for (const Command *command : commandsOnTheBus()) {
+        if (services().abilities.lackOf(command->needs).isEmpty())
+            lines.append(lineFor(*command));
+    }
     const QString all = lines.join(u'\n');
 
     auto *text = new QLabel(
