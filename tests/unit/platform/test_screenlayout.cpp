@@ -73,7 +73,7 @@ private slots:
             own.append(numbered({400, 300}, i));
         const auto check = [&](const QByteArray &row, const QRect &area, QSize size) {
             expect(row, layout.pictureSize(area), size);
-            const QImage picture = layout.picture(area, own);
+            QImage picture = layout.picture(area, own);
             expect(row, picture.size(), size);
             return picture;
         };
