@@ -29,7 +29,7 @@ constexpr qint64 s_headerSize = s_magic.size() + qint64(sizeof(Header));
 // A program that was not started by the compositor isn't told of its socket.
 QString socketPath()
 {
-    const QString told = qEnvironmentVariable("SWAYSOCK");
+    QString told = qEnvironmentVariable("SWAYSOCK");
     if (!told.isEmpty())
         return told;
     const QDir folder(qEnvironmentVariable("XDG_RUNTIME_DIR"));
@@ -58,7 +58,7 @@ SwayConnection::~SwayConnection()
 
 bool SwayConnection::isThere() { return !socketPath().isEmpty(); }
 
-void SwayConnection::askForTree(Answer answer) { send(Message::Tree, {}, std::move(answer)); }
+void SwayConnection::askForTree(const Answer &answer) { send(Message::Tree, {}, answer); }
 
 void SwayConnection::command(const QString &text) { send(Message::Command, text.toUtf8(), {}); }
 
@@ -68,11 +68,11 @@ void SwayConnection::followWindows(std::function<void(const QByteArray &)> chang
     send(Message::Subscribe, R"(["window"])", {});
 }
 
-void SwayConnection::send(Message message, const QByteArray &text, Answer answer)
+void SwayConnection::send(Message message, const QByteArray &text, const Answer &answer)
 {
     if (m_socket.state() == QLocalSocket::UnconnectedState)
         m_socket.connectToServer(socketPath());
-    m_waiting.enqueue(std::move(answer));
+    m_waiting.enqueue(answer);
     if (m_socket.state() == QLocalSocket::UnconnectedState) {
         QMetaObject::invokeMethod(this, &SwayConnection::giveUp, Qt::QueuedConnection);
         return;

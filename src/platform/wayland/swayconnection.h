@@ -24,7 +24,7 @@ public:
     static bool isThere();
 
     /// The tree of all screens, work spaces and windows.
-    void askForTree(Answer answer);
+    void askForTree(const Answer &answer);
     void command(const QString &text);
     /// Lets `changed` hear of each change of a window, as long as this object lives. It must not be
     /// deleted from there.
@@ -32,7 +32,7 @@ public:
 
 private:
     enum class Message : quint32 { Command = 0, Subscribe = 2, Tree = 4 };
-    void send(Message message, const QByteArray &text, Answer answer);
+    void send(Message message, const QByteArray &text, const Answer &answer);
     void readAnswers();
     void giveUp();
 
