@@ -216,8 +216,6 @@ void ContentCapture::deliver(ScrollCapture::Result result)
     if (m_aborted)
         return;
     letKeysGo();
-    if (!m_panel)
-        emit progressed({});
     m_panel.reset();
     m_outline.reset();
     if (!result.picture.isNull())

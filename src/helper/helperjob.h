@@ -31,7 +31,7 @@ signals:
     void opened();
     void scrolls();
     void putsBack();
-    /// How much there is, where no window of this program may say it; empty at the end.
+    /// How much there is, where no window of this program may say it.
     void progressed(const QString &text);
 
 protected:

@@ -20,7 +20,7 @@ enum GWCaptureStatusCode {
     GWCaptureOpen = 9,          ///< the user can point at a window
     GWCaptureScrolling = 10,    ///< the picked window is being scrolled by the wheel or by the user
     GWCapturePuttingBack = 11,  ///< the scrolled content is being put back
-    GWCaptureProgress = 12,     ///< `text` says how much of it there is; empty at the end
+    GWCaptureProgress = 12,     ///< `text` says how much of it there is
 };
 
 /// Sets the callback. Null removes it and ends a running grab, since nobody would hear of it.

@@ -151,6 +151,8 @@ private:
 
 }  // namespace
 
+std::unique_ptr<HotKeys> noHotKeys() { return std::make_unique<NullHotKeys>(); }
+
 bool createNullDesktop(Services &services)
 {
     services.screens = std::make_unique<NullScreens>();
@@ -158,7 +160,7 @@ bool createNullDesktop(Services &services)
     services.windows = std::make_unique<NullWindowCatalogue>();
     services.ownWindows = std::make_unique<NullOwnWindows>();
     services.hands = std::make_unique<NullHands>();
-    services.hotKeys = std::make_unique<NullHotKeys>();
+    services.hotKeys = noHotKeys();
     services.keys = std::make_unique<NullKeyWatch>();
     services.watch = std::make_unique<NullApplicationWatch>();
     services.accessibility = std::make_unique<NullAccessibility>();

@@ -10,6 +10,8 @@
 #include <QProcess>
 #include <QTemporaryFile>
 
+#include <cerrno>
+
 #include <poll.h>
 #include <sys/syscall.h>
 #include <unistd.h>
@@ -28,7 +30,7 @@ int openProcess(qint64 number) { return static_cast<int>(syscall(SYS_pidfd_open,
 bool hasEnded(int process)
 {
     pollfd end{.fd = process, .events = POLLIN, .revents = 0};
-    return process < 0 || poll(&end, 1, 0) > 0;
+    return process >= 0 && poll(&end, 1, 0) > 0;
 }
 
 }  // namespace
@@ -59,6 +61,7 @@ void leaveClipboard()
         return;
     // It ends at once where the desktop lets nobody keep the clipboard who has no window.
     const int process = openProcess(number);
+    const bool isGone = process < 0 && errno == ESRCH;
     waitUntil(*services().clock, s_takeOverLimit,
-              [=] { return !clipboard->ownsClipboard() || hasEnded(process); });
+              [=] { return !clipboard->ownsClipboard() || isGone || hasEnded(process); });
 }

@@ -85,6 +85,8 @@ void GrabFlow::setState(GrabState state)
     if (state == m_state)
         return;
     m_state = state;
+    if (state == GrabState::Idle)
+        m_window.tellProgress({});
     emit stateChanged(state);
 }
 

@@ -57,3 +57,18 @@ private:
 /// Waits, with events running, until `condition` holds. False when it did not within the limit,
 /// which is generous: a loaded machine is slow, and a wait that succeeds takes no longer for it.
 bool waitFor(const std::function<bool()> &condition, int limit = 20000);
+
+/// Drags on a desktop, in steps. What counts is what `arrived` says before the button is let go.
+template<typename Desktop, typename Point>
+bool dragOn(Desktop &desktop, Point from, Point to, const std::function<bool()> &arrived)
+{
+    constexpr int steps = 8;
+    desktop.movePointer(from);
+    desktop.press();
+    for (int step = 1; step <= steps; ++step)
+        desktop.movePointer(from + (to - from) * step / steps);
+    // A hand rests before it lets go.
+    const bool shown = waitFor(arrived);
+    desktop.release();
+    return shown;
+}

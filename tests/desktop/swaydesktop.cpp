@@ -32,7 +32,6 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int s_limit = 20000;  // ms
-constexpr int s_dragSteps = 8;
 // Numbers of sway's messages.
 constexpr quint32 s_runCommand = 0;
 constexpr quint32 s_getOutputs = 3;
@@ -435,14 +434,7 @@ void SwayDesktop::click(QPointF at, int button)
 
 bool SwayDesktop::drag(QPointF from, QPointF to, const std::function<bool()> &arrived)
 {
-    movePointer(from);
-    press();
-    for (int step = 1; step <= s_dragSteps; ++step)
-        movePointer(from + (to - from) * step / s_dragSteps);
-    // A hand rests before it lets go, and what counts is what was shown by then.
-    const bool shown = waitFor(arrived);
-    release();
-    return shown;
+    return dragOn(*this, from, to, arrived);
 }
 
 void SwayDesktop::wheel(int clicks)

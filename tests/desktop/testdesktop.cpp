@@ -11,8 +11,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int s_dragSteps = 8;
-
 template<typename T> std::unique_ptr<T, decltype(&free)> owned(T *reply) { return {reply, &free}; }
 
 template<auto reply, typename Cookie> auto answer(xcb_connection_t *connection, Cookie cookie)
@@ -182,14 +180,7 @@ void TestDesktop::click(QPoint at, int button)
 
 bool TestDesktop::drag(QPoint from, QPoint to, const std::function<bool()> &arrived)
 {
-    movePointer(from);
-    press();
-    for (int step = 1; step <= s_dragSteps; ++step)
-        movePointer(from + (to - from) * step / s_dragSteps);
-    // A hand rests before it lets go, and what counts is what was shown by then.
-    const bool shown = waitFor(arrived);
-    release();
-    return shown;
+    return dragOn(*this, from, to, arrived);
 }
 
 xcb_keycode_t TestDesktop::keycode(xcb_keysym_t keysym)

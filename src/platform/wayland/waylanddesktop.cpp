@@ -1,5 +1,6 @@
 #include "platform/wayland/waylanddesktop.h"
 
+#include "platform/nulldesktop.h"
 #include "platform/services.h"
 #include "platform/wayland/swaywindows.h"
 #include "platform/wayland/waylandconnection.h"
@@ -113,14 +114,6 @@ private:
     bool m_takes = false;
 };
 
-class WaylandHotKeys : public HotKeys
-{
-public:
-    void setHandler(std::function<void(int)> /*handler*/) override {}
-    void add(int /*number*/, char /*letter*/) override {}
-    void remove(int /*number*/) override {}
-};
-
 // Of other applications no compositor tells anybody when they come to the front; it gives the front
 // back to them by itself.
 class WaylandApplicationWatch : public QObject, public ApplicationWatch
@@ -226,7 +219,7 @@ bool createWaylandDesktop(Services &services)
     services.windows = std::make_unique<WithWindows<WaylandWindowCatalogue>>(windows);
     services.ownWindows = std::make_unique<WithWindows<WaylandOwnWindows>>(windows, connection);
     services.hands = std::make_unique<WaylandHands>(connection);
-    services.hotKeys = std::make_unique<WaylandHotKeys>();
+    services.hotKeys = noHotKeys();
     services.keys = std::make_unique<WaylandKeyWatch>();
     services.watch = std::make_unique<WithWindows<WaylandApplicationWatch>>(windows);
     withholdWhatLacks(services, *connection, *windows);

@@ -67,8 +67,9 @@ void WaylandPictures::freeze(Freeze /*how*/, Answer answerTo)
                                              answerIfDone();
                                          }));
     }
-    m_windows.read([this] {
-        if (!m_question)
+    // Of a question that was given up the answer may still come.
+    m_windows.read([this, number = ++m_questions] {
+        if (!m_question || number != m_questions)
             return;
         m_question->knowsWindows = true;
         answerIfDone();
@@ -118,12 +119,15 @@ WaylandPictures::Look WaylandPictures::lookNow(const QRect &area)
         look.pictures.append(QImage());
         if (!screen.area.intersects(area))
             continue;
+        // It may have gone while another was waited for.
+        const WaylandOutput *output = outputOf(*m_connection, screen.name);
+        if (!output)
+            return {};
         bool isDone = false;
-        Screencopy copy(m_connection, *outputOf(*m_connection, screen.name), m_kept[screen.name],
-                        [&](const QImage &picture) {
-                            look.pictures.last() = picture;
-                            isDone = true;
-                        });
+        Screencopy copy(m_connection, *output, m_kept[screen.name], [&](const QImage &picture) {
+            look.pictures.last() = picture;
+            isDone = true;
+        });
         if (!m_connection->waitFor([&isDone] { return isDone; }, s_lookLimit) ||
             look.pictures.constLast().isNull())
             return {};

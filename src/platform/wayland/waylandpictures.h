@@ -48,7 +48,8 @@ private:
     std::shared_ptr<WaylandConnection> m_connection;
     SwayWindows &m_windows;
     std::unique_ptr<Question> m_question;
-    QTimer m_limit;  // of the question
+    int m_questions = 0;  // so far
+    QTimer m_limit;       // of the question
     std::optional<Look> m_frozen;
     /// Memory for pictures of what moves, by screen, as long as they are taken.
     std::map<QString, std::shared_ptr<SharedPicture>> m_kept;
