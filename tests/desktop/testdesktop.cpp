@@ -118,6 +118,8 @@ QProcess *TestDesktop::startPattern(const QRect &area, const QString &name, bool
     // A window manager that is still busy with its own start may lose a window, and never show it.
     QProcess *process = nullptr;
     for (int attempt = 0; attempt < 3 && !shown(); ++attempt) {
+        if (process)
+            process->kill();
         process = start(QStringLiteral(SNAP_PATTERN), arguments, m_environment);
         waitFor(shown, 7000);
     }
