@@ -26,9 +26,9 @@ QString ownerOf(const QJsonObject &node)
     return own.isEmpty() ? node["window_properties"_L1]["class"_L1].toString() : own;
 }
 
-SwayTree::Window windowOf(const QJsonObject &node, const QJsonObject &parent)
+WaylandWindow windowOf(const QJsonObject &node, const QJsonObject &parent)
 {
-    SwayTree::Window window;
+    WaylandWindow window;
     const QRectF content = rectOf(node["rect"_L1]);
     const QRectF inner = rectOf(node["window_rect"_L1]).translated(content.topLeft());
     // Titles that lie above one another or side by side are those of several windows.
@@ -57,7 +57,7 @@ SwayTree::Window windowOf(const QJsonObject &node, const QJsonObject &parent)
 // The windows in a container, front to back: what floats lies over what is tiled, and the last one
 // of the floating is the uppermost.
 void collect(const QJsonObject &node, const QJsonObject &parent, int depth,
-             QList<SwayTree::Window> &windows)
+             QList<WaylandWindow> &windows)
 {
     if (depth > s_deepest)
         return;
@@ -74,27 +74,12 @@ void collect(const QJsonObject &node, const QJsonObject &parent, int depth,
 
 }  // namespace
 
-SwayTree SwayTree::read(const QByteArray &json)
+QList<WaylandWindow> readSwayTree(const QByteArray &json)
 {
-    SwayTree tree;
-    collect(QJsonDocument::fromJson(json).object(), {}, 0, tree.windows);
+    QList<WaylandWindow> windows;
+    collect(QJsonDocument::fromJson(json).object(), {}, 0, windows);
     // A window that fills the screen lies over all others there.
-    std::stable_sort(tree.windows.begin(), tree.windows.end(),
-                     [](const Window &a, const Window &b) { return a.fullscreen > b.fullscreen; });
-    return tree;
-}
-
-const SwayTree::Window *SwayTree::windowOf(int number) const
-{
-    const auto found = std::find_if(windows.begin(), windows.end(), [number](const Window &window) {
-        return window.entry.number == number;
-    });
-    return found == windows.end() ? nullptr : &*found;
-}
-
-const SwayTree::Window *SwayTree::focused() const
-{
-    const auto found = std::find_if(windows.begin(), windows.end(),
-                                    [](const Window &window) { return window.isFocused; });
-    return found == windows.end() ? nullptr : &*found;
+    std::stable_sort(windows.begin(), windows.end(),
+                     [](const auto &a, const auto &b) { return a.fullscreen > b.fullscreen; });
+    return windows;
 }

@@ -2,11 +2,13 @@
 
 #include "platform/nulldesktop.h"
 #include "platform/services.h"
+#include "platform/wayland/screencopyroute.h"
 #include "platform/wayland/swaywindows.h"
 #include "platform/wayland/waylandconnection.h"
 #include "platform/wayland/waylandhands.h"
 #include "platform/wayland/waylandownwindows.h"
 #include "platform/wayland/waylandpictures.h"
+#include "platform/wayland/waylandwindows.h"
 
 #include <QCoreApplication>
 #include <QGuiApplication>
@@ -50,12 +52,12 @@ private:
 class WaylandWindowCatalogue : public WindowCatalogue
 {
 public:
-    explicit WaylandWindowCatalogue(SwayWindows &windows) : m_windows(windows) {}
+    explicit WaylandWindowCatalogue(WaylandWindows &windows) : m_windows(windows) {}
 
     QList<Entry> windows(List which, int relativeTo) override
     {
         QList<Entry> result;
-        for (const SwayTree::Window &window : m_windows.tree().windows) {
+        for (const WaylandWindow &window : m_windows.all()) {
             if (which != List::All && !window.isVisible)
                 continue;
             Entry entry = window.entry;
@@ -68,7 +70,7 @@ public:
     }
 
 private:
-    SwayWindows &m_windows;
+    WaylandWindows &m_windows;
 };
 
 // Nobody else's keys are heard here, so that only those count which a window of this program gets.
@@ -119,7 +121,7 @@ private:
 class WaylandApplicationWatch : public QObject, public ApplicationWatch
 {
 public:
-    explicit WaylandApplicationWatch(SwayWindows &windows) : m_windows(windows) {}
+    explicit WaylandApplicationWatch(WaylandWindows &windows) : m_windows(windows) {}
 
     void start(Handlers handlers) override
     {
@@ -135,12 +137,12 @@ public:
     }
     unsigned frontWindow() override
     {
-        const SwayTree::Window *front = m_windows.tree().focused();
+        const WaylandWindow *front = m_windows.focused();
         return front ? static_cast<unsigned>(front->entry.number) : 0;
     }
     uint frontProcess() override
     {
-        const SwayTree::Window *front = m_windows.tree().focused();
+        const WaylandWindow *front = m_windows.focused();
         return front ? front->entry.process : 0;
     }
     void activate(unsigned /*window*/) override {}
@@ -166,22 +168,23 @@ private:
     }
 
     Handlers m_handlers;
-    SwayWindows &m_windows;
+    WaylandWindows &m_windows;
 };
 
 // A service with a share in the windows, which must outlive all services.
-template<typename Service> class WithWindows : private std::shared_ptr<SwayWindows>, public Service
+template<typename Service>
+class WithWindows : private std::shared_ptr<WaylandWindows>, public Service
 {
 public:
     template<typename... More>
-    explicit WithWindows(const std::shared_ptr<SwayWindows> &windows, More &&...more)
-        : std::shared_ptr<SwayWindows>(windows), Service(std::forward<More>(more)..., *windows)
+    explicit WithWindows(const std::shared_ptr<WaylandWindows> &windows, More &&...more)
+        : std::shared_ptr<WaylandWindows>(windows), Service(std::forward<More>(more)..., *windows)
     {
     }
 };
 
 void withholdWhatLacks(Services &services, const WaylandConnection &connection,
-                       const SwayWindows &windows)
+                       const WaylandWindows &windows)
 {
     const auto lacks = [&](AbilitySet which, const char *reason) {
         services.abilities.withhold(which, QCoreApplication::translate("Abilities", reason));
@@ -204,6 +207,21 @@ void withholdWhatLacks(Services &services, const WaylandConnection &connection,
                                              "others."));
 }
 
+std::shared_ptr<WaylandWindows> windowsOf(const std::shared_ptr<WaylandConnection> &connection)
+{
+    if (SwayConnection::isThere())
+        return std::make_shared<SwayWindows>(connection);
+    return std::make_shared<WaylandWindows>(connection);
+}
+
+WaylandPictures::Routes routesFor(const std::shared_ptr<WaylandConnection> &connection)
+{
+    WaylandPictures::Routes routes;
+    if (connection->screencopy() && connection->shm())
+        routes.push_back(std::make_unique<ScreencopyRoute>(connection));
+    return routes;
+}
+
 }  // namespace
 
 bool createWaylandDesktop(Services &services)
@@ -211,11 +229,15 @@ bool createWaylandDesktop(Services &services)
     if (!QGuiApplication::platformName().startsWith(u"wayland"))
         return false;
     const std::shared_ptr<WaylandConnection> connection = WaylandConnection::open();
-    if (!connection || !connection->screencopy() || !connection->shm())
+    if (!connection)
         return false;
-    const auto windows = std::make_shared<SwayWindows>(connection);
+    WaylandPictures::Routes routes = routesFor(connection);
+    if (routes.empty())
+        return false;
+    const auto windows = windowsOf(connection);
     services.screens = std::make_unique<WaylandScreens>(connection);
-    services.pictures = std::make_unique<WithWindows<WaylandPictures>>(windows, connection);
+    services.pictures =
+        std::make_unique<WithWindows<WaylandPictures>>(windows, connection, std::move(routes));
     services.windows = std::make_unique<WithWindows<WaylandWindowCatalogue>>(windows);
     services.ownWindows = std::make_unique<WithWindows<WaylandOwnWindows>>(windows, connection);
     services.hands = std::make_unique<WaylandHands>(connection);

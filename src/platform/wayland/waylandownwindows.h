@@ -1,8 +1,8 @@
 #pragma once
 
 #include "platform/ownwindows.h"
-#include "platform/wayland/swaywindows.h"
 #include "platform/wayland/waylandconnection.h"
+#include "platform/wayland/waylandwindows.h"
 
 #include <QSet>
 
@@ -14,7 +14,7 @@ class WaylandOwnWindows : public OwnWindows
 {
 public:
     /// `windows` outlives this object.
-    WaylandOwnWindows(std::shared_ptr<WaylandConnection> connection, SwayWindows &windows)
+    WaylandOwnWindows(std::shared_ptr<WaylandConnection> connection, WaylandWindows &windows)
         : m_connection(std::move(connection)), m_windows(windows)
     {
     }
@@ -32,6 +32,6 @@ public:
 
 private:
     std::shared_ptr<WaylandConnection> m_connection;
-    SwayWindows &m_windows;
+    WaylandWindows &m_windows;
     QSet<QWidget *> m_offScreen;  // only compared
 };

@@ -1,28 +1,31 @@
 #pragma once
 
 #include "platform/pictures.h"
-#include "platform/wayland/screencopy.h"
+#include "platform/wayland/pictureroute.h"
 #include "platform/wayland/waylandconnection.h"
 
 #include <QObject>
-#include <QTimer>
 
-#include <map>
 #include <memory>
 #include <optional>
+#include <vector>
 
-class SwayWindows;
+class WaylandWindows;
 
-/// Pictures by screencopy. What covers a window covers it in its picture, too.
+/// Pictures of the screens by the first route that serves. Those of single windows are the
+/// compositor's, or, where it has none, what is seen of them.
 class WaylandPictures : public QObject, public Pictures
 {
     Q_OBJECT
 public:
-    /// `windows` outlives this object.
-    WaylandPictures(std::shared_ptr<WaylandConnection> connection, SwayWindows &windows);
+    using Routes = std::vector<std::unique_ptr<PictureRoute>>;
+    /// The routes are tried in their order. `windows` outlives this object.
+    WaylandPictures(std::shared_ptr<WaylandConnection> connection, Routes routes,
+                    WaylandWindows &windows);
     ~WaylandPictures() override;
 
     bool isLive() const override { return false; }
+    bool mayAsk() const override;
     void freeze(Freeze how, Answer answer) override;
     void thaw() override;
     bool isFrozen() const override { return m_frozen.has_value(); }
@@ -40,18 +43,17 @@ private:
     };
     /// A look that is being taken.
     struct Question;
+    void tryRoute(size_t index);
     void answer(bool areThere, const QString &trouble = {});
     QRegion visibleOf(int number) const;
     void answerIfDone();
     Look lookNow(const QRect &area);
 
     std::shared_ptr<WaylandConnection> m_connection;
-    SwayWindows &m_windows;
+    Routes m_routes;
+    size_t m_serving = 0;  // the route that had pictures last
+    WaylandWindows &m_windows;
     std::unique_ptr<Question> m_question;
     int m_questions = 0;  // so far
-    QTimer m_limit;       // of the question
     std::optional<Look> m_frozen;
-    /// Memory for pictures of what moves, by screen, as long as they are taken.
-    std::map<QString, std::shared_ptr<SharedPicture>> m_kept;
-    QTimer m_keepsNoLonger;
 };

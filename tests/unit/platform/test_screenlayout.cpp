@@ -102,8 +102,8 @@ private slots:
 
     void trees()
     {
-        const SwayTree tree =
-            SwayTree::read(R"({"type": "root", "rect": {"x": 0, "y": 0}, "nodes": [
+        const QList<WaylandWindow> tree =
+            readSwayTree(R"({"type": "root", "rect": {"x": 0, "y": 0}, "nodes": [
             {"type": "output", "rect": {"x": 0, "y": 0}, "nodes": [
              {"type": "workspace", "rect": {"x": 0, "y": 0, "width": 800, "height": 600},
               "nodes": [
@@ -120,17 +120,17 @@ private slots:
                {"id": 8, "pid": 80, "type": "floating_con", "name": "high", "app_id": "c",
                 "visible": false, "rect": {"x": 20, "y": 20, "width": 50, "height": 50}}]}]}]})");
         QStringList order;
-        for (const SwayTree::Window &window : tree.windows)
+        for (const WaylandWindow &window : tree)
             order.append(window.entry.name + u'/' + window.entry.owner);
         QCOMPARE(order, (QStringList{u"X/xterm"_s, u"high/c"_s, u"low/b"_s, u"tiled/a"_s}));
-        QCOMPARE(tree.focused()->entry.process, 60U);
-        QVERIFY(!tree.windowOf(8)->isVisible);
-        const WindowCatalogue::Entry tiled = tree.windowOf(5)->entry;
+        QVERIFY(tree[0].isFocused && tree[0].entry.process == 60);
+        QVERIFY(!tree[1].isVisible && tree[1].entry.number == 8);
+        const WindowCatalogue::Entry tiled = tree[3].entry;
         QCOMPARE(tiled.bounds, QRectF(0, 0, 400, 600));
         QCOMPARE(tiled.frame, QMargins(2, 20, 2, 2));
         for (const char *broken :
              {"", "[]", "{\"nodes\": [7, null, {\"pid\": \"x\"}]}", "{\"nodes"})
-            QVERIFY(!SwayTree::read(broken).focused());
+            QVERIFY(readSwayTree(broken).size() <= 1);
     }
 };
 
