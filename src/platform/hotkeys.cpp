@@ -2,6 +2,8 @@
 
 #include "platform/services.h"
 
+#include <QKeySequence>
+
 #include <algorithm>
 #include <array>
 
@@ -26,6 +28,14 @@ char hotKeyLetter(int number)
         std::find_if(s_combinations.begin(), s_combinations.end(),
                      [number](const Combination &other) { return other.number == number; });
     return found == s_combinations.end() ? '\0' : found->letter;
+}
+
+QString HotKeys::keysOf(int number) const
+{
+    const char letter = hotKeyLetter(number);
+    return letter ? QKeySequence(Qt::CTRL | Qt::ALT | static_cast<Qt::Key>(letter))
+                        .toString(QKeySequence::NativeText)
+                  : QString();
 }
 
 void initHotKey(long (*callback)(long, long))

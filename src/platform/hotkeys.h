@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QString>
+
 #include <functional>
 
 /// System-wide hot keys of Ctrl+Alt and a letter, which work whatever program has the keyboard.
@@ -12,11 +14,23 @@ public:
     /// loop, once for each press: a key that is held down does not repeat.
     virtual void setHandler(std::function<void(int)> handler) = 0;
 
+    /// What a combination starts, for desktops that have a list of them.
+    struct Name {
+        QString id{};     ///< stays the same in all versions and languages
+        QString title{};  ///< for the user
+    };
+    /// Sets the function that knows the names. Before the first add().
+    virtual void setNames(std::function<Name(int number)> /*nameOf*/) {}
+
     /// Registers a combination. `letter` is a capital letter from A to Z. A combination that
     /// another program has registered never fires, without an error.
     virtual void add(int number, char letter) = 0;
     /// Does nothing for a number that has no combination.
     virtual void remove(int number) = 0;
+
+    /// The keys that start it, as they are shown to the user, who may have changed them in the
+    /// desktop's settings. Empty if another program has them.
+    virtual QString keysOf(int number) const;
 };
 
 /// The letter of a number's combination; 0 for a number that has none.

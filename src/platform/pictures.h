@@ -45,8 +45,8 @@ public:
     /// freeze(), and what is not to be seen has to be off the screen before.
     virtual bool isLive() const { return true; }
 
-    /// Whether the desktop may ask the user when it is frozen next. It does so for a program that is
-    /// in front with a visible window, and for no other.
+    /// Whether the desktop may ask the user when it is frozen next. It does so for a program that
+    /// is in front with a visible window, and for no other.
     virtual bool mayAsk() const { return false; }
 
     /// Takes what every screen shows now. The answer comes once, from the event loop; that may take

@@ -56,12 +56,12 @@ void KeysPage::addHotKeys(QBoxLayout &place)
     const QFontMetrics metrics = list->fontMetrics();
     const int rowHeight = metrics.height() * 3 / 2;
     for (const Command *command : commandsOnTheBus()) {
-        const char letter = hotKeyLetter(command->hotKey);
-        if (!letter)
+        if (!hotKeyLetter(command->hotKey) ||
+            !services().abilities.lackOf(command->needs).isEmpty())
             continue;
-        const QKeySequence keys(Qt::CTRL | Qt::ALT | static_cast<Qt::Key>(letter));
+        const QString keys = services().hotKeys->keysOf(command->hotKey);
         const QStringList texts{MainWindow::tr(command->trayCaption),
-                                keys.toString(QKeySequence::NativeText)};
+                                keys.isEmpty() ? tr("taken by another program") : keys};
         auto *row = new QTreeWidgetItem(list, texts);
         for (int column = 0; column < texts.size(); ++column)
             row->setSizeHint(column,

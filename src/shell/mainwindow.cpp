@@ -75,6 +75,11 @@ MainWindow::MainWindow()
     };
     m_Settings = std::make_unique<SettingsSaver>(storeGeometry, *m_Notices);
     setUpGrabs();
+    services().hotKeys->setNames([](int number) {
+        const Command *command = commandOfHotKey(number);
+        return HotKeys::Name{QString::fromLatin1(command->action),
+                             MainWindow::tr(command->trayCaption)};
+    });
     initHotKey(HotkeyCallBack);
     SetAppActiveChangeCallback(ActiveCallBack);
 

@@ -139,3 +139,23 @@ QImage ScreenLayout::picture(const QRect &area, const QList<QImage> &pictures) c
     }
     return result;
 }
+
+QImage fitted(const QImage &picture, QSize pixels)
+{
+    constexpr int mostLost = 2;  // pixels
+    const QSize lost = pixels - picture.size();
+    if (lost.isNull() || picture.isNull())
+        return picture;
+    if (std::abs(lost.width()) > mostLost || std::abs(lost.height()) > mostLost)
+        return picture.scaled(pixels, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    QImage result(pixels, picture.format());
+    QPainter painter(&result);
+    painter.setCompositionMode(QPainter::CompositionMode_Source);
+    const int right = std::max(lost.width(), 0);
+    const int below = std::max(lost.height(), 0);
+    // Each one lies over the one before, so that only the edge of that is left.
+    for (const QPoint place :
+         {QPoint(right, below), QPoint(right, 0), QPoint(0, below), QPoint(0, 0)})
+        painter.drawImage(place, picture);
+    return result;
+}

@@ -60,6 +60,11 @@ private:
     qreal m_scale = 1;
 };
 
+/// A picture of a screen that has so many pixels. Desktops may lose or add a row and a column where
+/// logical sizes are no whole numbers: then the last ones are repeated or cut off. A picture of
+/// another size is scaled.
+QImage fitted(const QImage &picture, QSize pixels);
+
 /// The scale of a screen with that many pixels for that many logical units. Compositors cut the
 /// logical size off or round it, so that the quotient is not quite the scale by which they draw;
 /// that is a multiple of 1/120, if one fits.
