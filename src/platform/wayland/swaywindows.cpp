@@ -5,7 +5,6 @@
 #include <QGuiApplication>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QWindow>
 
 #include <algorithm>
 #include <utility>
@@ -19,14 +18,6 @@ namespace {
 // Milliseconds, and how often they are waited for until an overlay has left the screen.
 constexpr int s_restorePause = 20;
 constexpr int s_restoreTries = 100;
-// The same until a window of this program is known there.
-constexpr int s_focusPause = 10;
-constexpr int s_focusTries = 100;
-
-bool isOwn(const WaylandWindow &window)
-{
-    return window.entry.process == static_cast<uint>(getpid());
-}
 
 }  // namespace
 
@@ -130,38 +121,17 @@ void SwayWindows::setOwnSeen(bool seen)
 void SwayWindows::focusOwn(QWindow *window)
 {
     m_isInFront = true;
-    m_wanted = window;
-    focusWanted(s_focusTries);
+    WaylandWindows::focusOwn(window);
 }
 
-// The window, or its title, may be so new that the compositor does not know it yet. No other would
-// do, but for a question that has been opened meanwhile: that one takes the keys.
-void SwayWindows::focusWanted(int triesLeft)
+void SwayWindows::focus(const WaylandWindow &window, const QList<WaylandWindow> &all)
 {
-    ask([this, triesLeft](const QList<WaylandWindow> &windows) {
-        const QWindow *modal = QGuiApplication::modalWindow();
-        const QWindow *target = modal ? modal : m_wanted.data();
-        if (!target)
-            return;
-        // The toolkit calls a window without a title as the program.
-        const QString title =
-            target->title().isEmpty() ? QGuiApplication::applicationDisplayName() : target->title();
-        const auto found = std::find_if(windows.begin(), windows.end(), [&](const auto &shown) {
-            return isOwn(shown) && shown.entry.name == title;
-        });
-        if (found == windows.end()) {
-            if (triesLeft > 0)
-                QTimer::singleShot(s_focusPause, this,
-                                   [this, triesLeft] { focusWanted(triesLeft - 1); });
-            return;
-        }
-        QList<WaylandWindow> obstacles;
-        for (const WaylandWindow &other : windows) {
-            if (other.isVisible && other.fullscreen != 0 && !isOwn(other))
-                obstacles.append(other);
-        }
-        oweFullscreen(obstacles);
-        if (!found->isFocused)
-            command(u"[con_id=%1] focus"_s.arg(found->entry.number));
-    });
+    QList<WaylandWindow> obstacles;
+    for (const WaylandWindow &other : all) {
+        if (other.isVisible && other.fullscreen != 0 && !isOwn(other))
+            obstacles.append(other);
+    }
+    oweFullscreen(obstacles);
+    if (!window.isFocused)
+        command(u"[con_id=%1] focus"_s.arg(window.entry.number));
 }

@@ -3,7 +3,6 @@
 #include "platform/wayland/swayconnection.h"
 #include "platform/wayland/waylandwindows.h"
 
-#include <QPointer>
 #include <QTimer>
 
 #include <memory>
@@ -25,10 +24,10 @@ public:
 
 protected:
     void ask(Answer answer) override;
+    void focus(const WaylandWindow &window, const QList<WaylandWindow> &all) override;
 
 private:
     void restoreFullscreen(int triesLeft);
-    void focusWanted(int triesLeft);
     void oweFullscreen(const QList<WaylandWindow> &windows);
     void repay(const QByteArray &change);
     void fill(const WaylandWindow &window);
@@ -40,7 +39,6 @@ private:
     // user goes back to them. Only as long as there are any is the compositor listened to.
     QList<WaylandWindow> m_owed;
     std::unique_ptr<SwayConnection> m_changes;
-    QPointer<QWindow> m_wanted;  // which is to get the focus
-    bool m_isInFront = false;    // this program has asked to be, since it was frozen
+    bool m_isInFront = false;  // this program has asked to be, since it was frozen
     bool m_isOwnSeen = true;
 };

@@ -11,6 +11,7 @@
 #include <cerrno>
 #include <cstring>
 
+#include <fake-input.h>
 #include <poll.h>
 #include <wayland-client.h>
 #include <wlr-screencopy-unstable-v1.h>
@@ -26,6 +27,7 @@ constexpr uint32_t s_outputVersion = 4;
 constexpr uint32_t s_logicalVersion = 3;
 constexpr uint32_t s_screencopyVersion = 3;
 constexpr uint32_t s_pointerVersion = 2;
+constexpr uint32_t s_fakeInputVersion = 3;
 
 template<typename Interface>
 Interface *bind(wl_registry *registry, uint32_t name, const wl_interface &interface,
@@ -62,6 +64,8 @@ WaylandConnection::~WaylandConnection()
         destroy(*output);
     if (m_logicalOutputs)
         zxdg_output_manager_v1_destroy(m_logicalOutputs);
+    if (m_fakeInput)
+        org_kde_kwin_fake_input_destroy(m_fakeInput);
     if (m_virtualPointers)
         zwlr_virtual_pointer_manager_v1_destroy(m_virtualPointers);
     if (m_screencopy)
@@ -119,6 +123,10 @@ void WaylandConnection::global(uint32_t name, const char *interface, uint32_t ve
         m_virtualPointers = bind<zwlr_virtual_pointer_manager_v1>(
             m_registry, name, zwlr_virtual_pointer_manager_v1_interface,
             std::min(version, s_pointerVersion));
+    } else if (is(org_kde_kwin_fake_input_interface) && version >= s_fakeInputVersion &&
+               !m_fakeInput) {
+        m_fakeInput = bind<org_kde_kwin_fake_input>(
+            m_registry, name, org_kde_kwin_fake_input_interface, s_fakeInputVersion);
     }
 }
 

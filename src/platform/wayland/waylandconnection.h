@@ -9,6 +9,7 @@
 #include <memory>
 #include <vector>
 
+struct org_kde_kwin_fake_input;
 struct wl_display;
 struct wl_output;
 struct wl_registry;
@@ -45,6 +46,7 @@ public:
     wl_seat *seat() const { return m_seat; }
     zwlr_screencopy_manager_v1 *screencopy() const { return m_screencopy; }
     zwlr_virtual_pointer_manager_v1 *virtualPointers() const { return m_virtualPointers; }
+    org_kde_kwin_fake_input *fakeInput() const { return m_fakeInput; }
 
     /// The screens that are there now, in no particular order.
     const std::vector<std::unique_ptr<WaylandOutput>> &outputs() const { return m_outputs; }
@@ -79,6 +81,7 @@ private:
     wl_seat *m_seat = nullptr;
     zwlr_screencopy_manager_v1 *m_screencopy = nullptr;
     zwlr_virtual_pointer_manager_v1 *m_virtualPointers = nullptr;
+    org_kde_kwin_fake_input *m_fakeInput = nullptr;
     zxdg_output_manager_v1 *m_logicalOutputs = nullptr;
     std::vector<std::unique_ptr<WaylandOutput>> m_outputs;
     bool m_isBroken = false;

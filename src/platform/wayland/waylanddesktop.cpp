@@ -2,6 +2,9 @@
 
 #include "platform/nulldesktop.h"
 #include "platform/services.h"
+#include "platform/wayland/kwinhotkeys.h"
+#include "platform/wayland/kwinroute.h"
+#include "platform/wayland/kwinwindows.h"
 #include "platform/wayland/screencopyroute.h"
 #include "platform/wayland/swaywindows.h"
 #include "platform/wayland/waylandconnection.h"
@@ -184,21 +187,25 @@ public:
 };
 
 void withholdWhatLacks(Services &services, const WaylandConnection &connection,
-                       const WaylandWindows &windows)
+                       const WaylandWindows &windows, bool hasHotKeys)
 {
     const auto lacks = [&](AbilitySet which, const char *reason) {
         services.abilities.withhold(which, QCoreApplication::translate("Abilities", reason));
     };
-    lacks(Ability::CoveredWindows,
-          QT_TRANSLATE_NOOP("Abilities", "This desktop keeps no pictures of windows that others "
-                                         "cover."));
+    if (!windows.havePictures())
+        lacks(Ability::CoveredWindows,
+              QT_TRANSLATE_NOOP("Abilities",
+                                "This desktop keeps no pictures of windows that others "
+                                "cover."));
     lacks(Ability::OpenMenus,
           QT_TRANSLATE_NOOP("Abilities", "This desktop tells no program of open menus. Take the "
                                          "whole screen with the countdown instead, and open the "
                                          "menu meanwhile."));
-    lacks(Ability::HotKeys,
-          QT_TRANSLATE_NOOP("Abilities", "On this desktop keys are bound in its own settings."));
-    if (!connection.virtualPointers())
+    if (!hasHotKeys)
+        lacks(
+            Ability::HotKeys,
+            QT_TRANSLATE_NOOP("Abilities", "On this desktop keys are bound in its own settings."));
+    if (!WaylandHands::canTurnWheels(connection))
         lacks(Ability::OtherWheels,
               QT_TRANSLATE_NOOP("Abilities", "This desktop lets no program turn the wheel."));
     if (!windows.areKnown())
@@ -211,6 +218,8 @@ std::shared_ptr<WaylandWindows> windowsOf(const std::shared_ptr<WaylandConnectio
 {
     if (SwayConnection::isThere())
         return std::make_shared<SwayWindows>(connection);
+    if (KWinRoute::isThere())
+        return std::make_shared<KWinWindows>(connection);
     return std::make_shared<WaylandWindows>(connection);
 }
 
@@ -219,6 +228,8 @@ WaylandPictures::Routes routesFor(const std::shared_ptr<WaylandConnection> &conn
     WaylandPictures::Routes routes;
     if (connection->screencopy() && connection->shm())
         routes.push_back(std::make_unique<ScreencopyRoute>(connection));
+    if (KWinRoute::isThere())
+        routes.push_back(std::make_unique<KWinRoute>());
     return routes;
 }
 
@@ -241,9 +252,10 @@ bool createWaylandDesktop(Services &services)
     services.windows = std::make_unique<WithWindows<WaylandWindowCatalogue>>(windows);
     services.ownWindows = std::make_unique<WithWindows<WaylandOwnWindows>>(windows, connection);
     services.hands = std::make_unique<WaylandHands>(connection);
-    services.hotKeys = noHotKeys();
+    const bool hasHotKeys = KWinHotKeys::isThere();
+    services.hotKeys = hasHotKeys ? std::make_unique<KWinHotKeys>() : noHotKeys();
     services.keys = std::make_unique<WaylandKeyWatch>();
     services.watch = std::make_unique<WithWindows<WaylandApplicationWatch>>(windows);
-    withholdWhatLacks(services, *connection, *windows);
+    withholdWhatLacks(services, *connection, *windows, hasHotKeys);
     return true;
 }

@@ -7,7 +7,17 @@
 
 #include <memory>
 
-struct zwlr_virtual_pointer_v1;
+/// A pointer of the program's own, as the compositor takes it.
+class PointerDevice
+{
+public:
+    virtual ~PointerDevice() = default;
+    /// `to` is in logical units, in the box around all screens.
+    virtual void move(QPointF to, const QRect &box) = 0;
+    enum class Axis { Vertical, Horizontal };
+    /// One click of the wheel, towards the end where `isForward`.
+    virtual void turn(Axis axis, bool isForward) = 0;
+};
 
 /// The pointer is known while it is over a window of this program that fills a screen, and stays
 /// where it was seen last. What is done in the user's place goes through a pointer of the
@@ -17,7 +27,9 @@ class WaylandHands : public QObject, public Hands
     Q_OBJECT
 public:
     explicit WaylandHands(std::shared_ptr<WaylandConnection> connection);
-    ~WaylandHands() override;
+
+    /// Whether the compositor has pointers for programs.
+    static bool canTurnWheels(const WaylandConnection &connection);
 
     QPoint pointer() override { return m_pointer; }
     void movePointer(QPoint to) override;
@@ -27,9 +39,9 @@ public:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    zwlr_virtual_pointer_v1 *device();
+    PointerDevice *device();
 
     std::shared_ptr<WaylandConnection> m_connection;
-    zwlr_virtual_pointer_v1 *m_device = nullptr;
+    std::unique_ptr<PointerDevice> m_device;  // made when it is needed first
     QPoint m_pointer{};
 };

@@ -8,6 +8,7 @@
 struct WaylandPictures::Question {
     Pictures::Answer answer;
     Look look{};
+    QString trouble{};  // of the first route that had any
     bool hasPictures = false;
     bool knowsWindows = false;
 };
@@ -47,11 +48,14 @@ void WaylandPictures::tryRoute(size_t index)
             m_question->look.pictures = result.pictures;
             m_question->hasPictures = true;
             answerIfDone();
-        } else if (result.outcome == PictureRoute::Outcome::Absent && index + 1 < m_routes.size()) {
-            tryRoute(index + 1);
-        } else {
-            answer(false, result.trouble);
+            return;
         }
+        if (m_question->trouble.isEmpty())
+            m_question->trouble = result.trouble;
+        if (result.outcome == PictureRoute::Outcome::Absent && index + 1 < m_routes.size())
+            tryRoute(index + 1);
+        else
+            answer(false, QString(m_question->trouble));
     });
 }
 

@@ -1,7 +1,28 @@
 #include "platform/wayland/waylandwindows.h"
 
+#include <QGuiApplication>
+#include <QTimer>
+
 #include <algorithm>
 #include <utility>
+
+#include <unistd.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// Milliseconds, and how often they are waited for until a window of this program is known.
+constexpr int s_focusPause = 10;
+constexpr int s_focusTries = 100;
+
+// Of windows with equal titles a compositor may number some, as "Title <2>".
+bool isCalled(const WaylandWindow &window, const QString &title)
+{
+    return window.entry.name == title || window.entry.name.startsWith(title + u" <"_s);
+}
+
+}  // namespace
 
 void WaylandWindows::ask(Answer answer)
 {
@@ -71,4 +92,39 @@ QRegion WaylandWindows::visibleOf(int number)
 QRectF WaylandWindows::toGlobal(const QRectF &logical) const
 {
     return m_connection->layout().toGlobal(logical);
+}
+
+bool WaylandWindows::isOwn(const WaylandWindow &window)
+{
+    return window.entry.process == static_cast<uint>(getpid());
+}
+
+void WaylandWindows::focusOwn(QWindow *window)
+{
+    m_wanted = window;
+    if (areKnown())
+        focusWanted(s_focusTries);
+}
+
+// The window, or its title, may be so new that the compositor does not know it yet. No other would
+// do, but for a question that has been opened meanwhile: that one takes the keys.
+void WaylandWindows::focusWanted(int triesLeft)
+{
+    ask([this, triesLeft](const QList<WaylandWindow> &windows) {
+        const QWindow *modal = QGuiApplication::modalWindow();
+        const QWindow *target = modal ? modal : m_wanted.data();
+        if (!target)
+            return;
+        // The toolkit calls a window without a title as the program.
+        const QString title =
+            target->title().isEmpty() ? QGuiApplication::applicationDisplayName() : target->title();
+        const auto found = std::find_if(windows.begin(), windows.end(), [&](const auto &shown) {
+            return isOwn(shown) && isCalled(shown, title);
+        });
+        if (found != windows.end())
+            focus(*found, windows);
+        else if (triesLeft > 0)
+            QTimer::singleShot(s_focusPause, this,
+                               [this, triesLeft] { focusWanted(triesLeft - 1); });
+    });
 }

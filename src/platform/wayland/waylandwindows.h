@@ -6,12 +6,12 @@
 #include <QImage>
 #include <QList>
 #include <QObject>
+#include <QPointer>
 #include <QRegion>
+#include <QWindow>
 
 #include <functional>
 #include <memory>
-
-class QWindow;
 
 /// A window as a compositor tells of it.
 struct WaylandWindow {
@@ -60,9 +60,9 @@ public:
     /// compositor gives none.
     virtual QImage pictureOf(int /*number*/) { return {}; }
 
-    /// Gives the focus to a window of this program that has asked for it, where asking does not
-    /// suffice.
-    virtual void focusOwn(QWindow * /*window*/) {}
+    /// Gives the focus to a window of this program, as soon as the compositor knows it, where
+    /// asking for it does not suffice.
+    virtual void focusOwn(QWindow *window);
     /// All windows of this program are no longer seen, or are seen again.
     virtual void setOwnSeen(bool /*seen*/) {}
 
@@ -70,7 +70,10 @@ protected:
     using Answer = std::function<void(QList<WaylandWindow>)>;
     /// Asks the compositor. `answer` is called once, from the event loop; empty if it fails.
     virtual void ask(Answer answer);
+    /// Gives the focus to one of `all`, a window of this program.
+    virtual void focus(const WaylandWindow & /*window*/, const QList<WaylandWindow> & /*all*/) {}
 
+    static bool isOwn(const WaylandWindow &window);
     bool isFrozen() const { return m_isFrozen; }
     /// What is known now, for a change to it.
     QList<WaylandWindow> &known() { return m_windows; }
@@ -78,8 +81,11 @@ protected:
     const WaylandWindow *find(int number);
 
 private:
+    void focusWanted(int triesLeft);
+
     std::shared_ptr<WaylandConnection> m_connection;
     QList<WaylandWindow> m_windows;
+    QPointer<QWindow> m_wanted;  // which is to get the focus
     bool m_isFrozen = false;
     bool m_isAsked = false;
 };

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "platform/wayland/kwinshot.h"
+#include "platform/wayland/pictureroute.h"
+
+#include <memory>
+#include <vector>
+
+/// Pictures by KWin's own service for them, for a program whose desktop entry asks for it.
+class KWinRoute : public QObject, public PictureRoute
+{
+    Q_OBJECT
+public:
+    /// Whether KWin is on the session bus.
+    static bool isThere();
+
+    void take(const ScreenLayout &layout, Answer answer) override;
+    void drop() override;
+    QList<QImage> takeNow(const ScreenLayout &layout, const QRect &area) override;
+
+private:
+    void answerIfDone();
+
+    ScreenLayout m_layout;
+    std::vector<std::unique_ptr<KWinShot>> m_shots;
+    qsizetype m_missing = 0;  // of them
+    Answer m_answer;
+};
