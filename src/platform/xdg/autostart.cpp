@@ -54,12 +54,16 @@ bool Autostart::contains() const
            valueOf(lines, "X-GNOME-Autostart-enabled") != "false";
 }
 
+// KWin may take this entry for the one that says what the program may do, so it asks for the same as
+// the installed one.
 void Autostart::insert()
 {
     const QString path = entryPath();
     QDir().mkpath(QFileInfo(path).path());
     WholeFile(path).write("[Desktop Entry]\nType=Application\nName=Snap Workbench\n" + execLine() +
-                          "\nIcon=snapworkbench\nX-GNOME-Autostart-enabled=true\n");
+                          "\nIcon=snapworkbench\nX-GNOME-Autostart-enabled=true\n"
+                          "X-KDE-DBUS-Restricted-Interfaces=org.kde.KWin.ScreenShot2\n"
+                          "X-KDE-Wayland-Interfaces=org_kde_kwin_fake_input\n");
 }
 
 void Autostart::remove() { QFile::remove(entryPath()); }
