@@ -107,6 +107,17 @@ bool PrivateSession::run(const QString &program, const QStringList &arguments)
     return process.waitForFinished() && process.exitCode() == 0;
 }
 
+QImage PrivateSession::pasted() const
+{
+    QImage image;
+    QProcess paste;
+    paste.setProcessEnvironment(m_environment);
+    paste.start(u"wl-paste"_s, {u"-t"_s, u"image/png"_s});
+    paste.waitForFinished();
+    image.loadFromData(paste.readAllStandardOutput());
+    return image.convertToFormat(QImage::Format_ARGB32);
+}
+
 bool PrivateSession::startBus()
 {
     m_bus = start(u"dbus-daemon"_s, {u"--session"_s, u"--nofork"_s, u"--print-address=1"_s},

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QDeadlineTimer>
+#include <QImage>
 #include <QProcess>
 #include <QProcessEnvironment>
 #include <QStringList>
@@ -37,6 +38,8 @@ public:
                     const QString &errors = QProcess::nullDevice());
     /// Runs one to its end, which must be a good one.
     bool run(const QString &program, const QStringList &arguments);
+    /// The picture that a Wayland program pastes; null for none.
+    QImage pasted() const;
     /// Ends the session bus, as a crash of it would.
     void endBus();
 

@@ -99,11 +99,11 @@ private slots:
 
         // And it stays when the program has gone.
         const QProcess *program = m_program->process();
-        const QImage last = pasted();
+        const QImage last = m_sway->pasted();
         m_program->process()->terminate();
         QVERIFY(waitFor([&] { return program->state() == QProcess::NotRunning; }));
         QCOMPARE(program->exitCode(), 0);
-        QCOMPARE(pasted(), last);
+        QCOMPARE(m_sway->pasted(), last);
     }
 
     // Only here pixels are made up: for the part with fewer of them.
@@ -401,17 +401,6 @@ private:
                leaves(u"Asking"_s, XKB_KEY_Escape) && m_program->waitForState(u"Picking"_s) &&
                leaves(u"Picking"_s, XKB_KEY_Escape) && m_program->waitForState(u"Idle"_s);
     }
-    /// What another program pastes; null for no picture.
-    QImage pasted()
-    {
-        QImage image;
-        QProcess paste;
-        paste.setProcessEnvironment(m_sway->environment());
-        paste.start(u"wl-paste"_s, {u"-t"_s, u"image/png"_s});
-        paste.waitForFinished();
-        image.loadFromData(paste.readAllStandardOutput());
-        return image.convertToFormat(QImage::Format_ARGB32);
-    }
     /// The current picture, once another program can paste it.
     QImage copied()
     {
@@ -422,7 +411,7 @@ private:
         waitFor([&] {
             if (m_sway->focused().title.endsWith(s_title))
                 m_sway->key(XKB_KEY_c, {XKB_KEY_Control_L});
-            image = pasted();
+            image = m_sway->pasted();
             return !image.isNull();
         });
         return image;

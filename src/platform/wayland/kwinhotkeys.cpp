@@ -3,7 +3,6 @@
 #include "base/log.h"
 
 #include <QDBusArgument>
-#include <QDBusConnection>
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
 #include <QDBusMetaType>
@@ -12,6 +11,7 @@
 #include <QKeySequence>
 
 #include <algorithm>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -62,21 +62,19 @@ const QDBusArgument &operator>>(const QDBusArgument &argument, KWinHotKeys::Sequ
     return argument;
 }
 
-bool KWinHotKeys::isThere()
+bool KWinHotKeys::isThere(const QDBusConnection &bus)
 {
-    const QDBusConnection bus = QDBusConnection::sessionBus();
     return bus.isConnected() && bus.interface()->isServiceRegistered(s_service);
 }
 
-KWinHotKeys::KWinHotKeys()
+KWinHotKeys::KWinHotKeys(QDBusConnection bus) : m_bus(std::move(bus))
 {
     qDBusRegisterMetaType<Sequence>();
     qDBusRegisterMetaType<QList<Sequence>>();
-    QDBusConnection bus = QDBusConnection::sessionBus();
-    bus.connect(s_service, u"/component/"_s + s_component, u"org.kde.kglobalaccel.Component"_s,
-                u"globalShortcutPressed"_s, this, SLOT(pressed(QString, QString, qlonglong)));
-    bus.connect(s_service, s_path, s_interface, u"yourShortcutsChanged"_s, this,
-                SLOT(changed(QStringList, QList<KWinHotKeys::Sequence>)));
+    m_bus.connect(s_service, u"/component/"_s + s_component, u"org.kde.kglobalaccel.Component"_s,
+                  u"globalShortcutPressed"_s, this, SLOT(pressed(QString, QString, qlonglong)));
+    m_bus.connect(s_service, s_path, s_interface, u"yourShortcutsChanged"_s, this,
+                  SLOT(changed(QStringList, QList<KWinHotKeys::Sequence>)));
 }
 
 KWinHotKeys::~KWinHotKeys()
@@ -99,11 +97,10 @@ void KWinHotKeys::add(int number, char letter)
     wanted.keys.first() =
         QKeyCombination(Qt::ControlModifier | Qt::AltModifier, static_cast<Qt::Key>(letter))
             .toCombined();
-    QDBusConnection bus = QDBusConnection::sessionBus();
-    bus.asyncCall(callOf(u"doRegister"_s, {name}));
+    m_bus.asyncCall(callOf(u"doRegister"_s, {name}));
     const QVariant sequences = QVariant::fromValue(QList<Sequence>{wanted});
     const QDBusPendingCall set =
-        bus.asyncCall(callOf(u"setShortcutKeys"_s, {name, sequences, s_isPresent}));
+        m_bus.asyncCall(callOf(u"setShortcutKeys"_s, {name, sequences, s_isPresent}));
     auto *watcher = new QDBusPendingCallWatcher(set, this);
     connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher, name] {
         watcher->deleteLater();
@@ -120,8 +117,7 @@ void KWinHotKeys::add(int number, char letter)
 void KWinHotKeys::remove(int number)
 {
     if (m_keys.remove(number) > 0)
-        QDBusConnection::sessionBus().call(callOf(u"setInactive"_s, {nameOf(number)}), QDBus::Block,
-                                           s_endLimit);
+        m_bus.call(callOf(u"setInactive"_s, {nameOf(number)}), QDBus::Block, s_endLimit);
 }
 
 void KWinHotKeys::pressed(const QString & /*component*/, const QString &id, qlonglong /*time*/)

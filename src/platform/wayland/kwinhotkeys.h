@@ -2,6 +2,7 @@
 
 #include "platform/hotkeys.h"
 
+#include <QDBusConnection>
 #include <QHash>
 #include <QObject>
 #include <QStringList>
@@ -12,10 +13,10 @@ class KWinHotKeys : public QObject, public HotKeys
 {
     Q_OBJECT
 public:
-    /// Whether that service is on the session bus.
-    static bool isThere();
+    /// Whether that service is on that bus.
+    static bool isThere(const QDBusConnection &bus);
 
-    KWinHotKeys();
+    explicit KWinHotKeys(QDBusConnection bus);
     ~KWinHotKeys() override;
 
     void setHandler(std::function<void(int)> handler) override { m_handler = std::move(handler); }
@@ -38,6 +39,7 @@ private:
     /// What names it there: the program and the combination, each for programs and for people.
     QStringList nameOf(int number) const;
 
+    QDBusConnection m_bus;
     std::function<void(int)> m_handler;
     std::function<Name(int)> m_nameOf;
     QHash<int, QString> m_keys;  // of all that are registered; empty for one that is taken

@@ -1,6 +1,5 @@
 #include "platform/wayland/kwinroute.h"
 
-#include <QDBusConnection>
 #include <QDBusConnectionInterface>
 
 #include <algorithm>
@@ -12,7 +11,7 @@ namespace {
 
 // Milliseconds.
 constexpr int s_takeLimit = 5000;
-constexpr int s_lookLimit = 1000;
+constexpr int s_lookLimit = 3000;
 
 // As a screen shows it: nothing shines through.
 QImage opaque(const KWinShot &shot, QSize pixels)
@@ -22,9 +21,8 @@ QImage opaque(const KWinShot &shot, QSize pixels)
 
 }  // namespace
 
-bool KWinRoute::isThere()
+bool KWinRoute::isThere(const QDBusConnection &bus)
 {
-    const QDBusConnection bus = QDBusConnection::sessionBus();
     return bus.isConnected() && bus.interface()->isServiceRegistered(u"org.kde.KWin"_s);
 }
 
@@ -35,7 +33,7 @@ void KWinRoute::take(const ScreenLayout &layout, Answer answer)
     m_answer = std::move(answer);
     m_missing = layout.screens().size();
     for (const ScreenLayout::Screen &screen : layout.screens()) {
-        m_shots.push_back(KWinShot::ofScreen(screen.name, s_takeLimit));
+        m_shots.push_back(KWinShot::ofScreen(m_bus, screen.name, s_takeLimit));
         m_shots.back()->whenDone([this] {
             --m_missing;
             answerIfDone();
@@ -90,7 +88,7 @@ QList<QImage> KWinRoute::takeNow(const ScreenLayout &layout, const QRect &area)
         pictures.append(QImage());
         if (!screen.area.intersects(area))
             continue;
-        const std::unique_ptr<KWinShot> shot = KWinShot::ofScreen(screen.name, s_lookLimit);
+        const std::unique_ptr<KWinShot> shot = KWinShot::ofScreen(m_bus, screen.name, s_lookLimit);
         shot->wait();
         if (shot->picture().isNull())
             return {};

@@ -4,6 +4,7 @@
 #include "platform/wayland/pictureroute.h"
 
 #include <memory>
+#include <utility>
 #include <vector>
 
 /// Pictures by KWin's own service for them, for a program whose desktop entry asks for it.
@@ -11,8 +12,9 @@ class KWinRoute : public QObject, public PictureRoute
 {
     Q_OBJECT
 public:
-    /// Whether KWin is on the session bus.
-    static bool isThere();
+    /// Whether KWin is on that bus.
+    static bool isThere(const QDBusConnection &bus);
+    explicit KWinRoute(QDBusConnection bus) : m_bus(std::move(bus)) {}
 
     void take(const ScreenLayout &layout, Answer answer) override;
     void drop() override;
@@ -21,6 +23,7 @@ public:
 private:
     void answerIfDone();
 
+    QDBusConnection m_bus;
     ScreenLayout m_layout;
     std::vector<std::unique_ptr<KWinShot>> m_shots;
     qsizetype m_missing = 0;  // of them

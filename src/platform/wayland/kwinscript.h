@@ -15,7 +15,8 @@ class KWinScript : public QObject
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.example.brenvale.SnapWorkbench.Script")
 public:
-    KWinScript();
+    /// `bus` is the one that KWin is on.
+    explicit KWinScript(const QDBusConnection &bus);
     ~KWinScript() override;
 
     /// `answer` is called once, from the event loop, with what the script calls `tell` with, a
@@ -24,7 +25,7 @@ public:
 
 public slots:
     /// What the scripts call. `password` keeps other programs from saying anything.
-    void Tell(const QString &password, const QString &text);
+    void Tell(const QString &password, int attempt, const QString &text);
 
 private:
     struct Job {
@@ -32,12 +33,16 @@ private:
         std::function<void(const QString &)> answer{};
     };
     void begin();
+    void load();
+    void tryAgain();
+    void unload();
     void call(const QString &pathPattern, int number);
     void finish(const QString &text);
 
     QDBusConnection m_bus;
-    QString m_plugin;  // what the script is called in KWin
-    int m_runs = 0;
+    QString m_plugin;    // what the script is called in KWin
+    int m_tries = 0;     // so far, of all jobs
+    int m_firstTry = 1;  // of the job that is under way
     QString m_password;
     QTemporaryFile m_file;
     std::deque<Job> m_jobs;  // the first one is under way

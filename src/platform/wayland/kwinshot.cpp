@@ -2,7 +2,6 @@
 
 #include "base/log.h"
 
-#include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusPendingReply>
 #include <QDBusUnixFileDescriptor>
@@ -66,21 +65,25 @@ QImage imageFor(const QVariantMap &told)
 
 }  // namespace
 
-std::unique_ptr<KWinShot> KWinShot::ofScreen(const QString &name, int limit)
+std::unique_ptr<KWinShot> KWinShot::ofScreen(const QDBusConnection &bus, const QString &name,
+                                             int limit)
 {
     const QVariantMap options{{u"native-resolution"_s, true}};
-    return std::unique_ptr<KWinShot>(new KWinShot(u"CaptureScreen"_s, {name, options}, limit));
+    return std::unique_ptr<KWinShot>(new KWinShot(bus, u"CaptureScreen"_s, {name, options}, limit));
 }
 
-std::unique_ptr<KWinShot> KWinShot::ofWindow(const QString &id, int limit)
+std::unique_ptr<KWinShot> KWinShot::ofWindow(const QDBusConnection &bus, const QString &id,
+                                             int limit)
 {
     const QVariantMap options{{u"native-resolution"_s, true},
                               {u"include-decoration"_s, true},
                               {u"include-shadow"_s, false}};
-    return std::unique_ptr<KWinShot>(new KWinShot(u"CaptureWindow"_s, {id, options}, limit));
+    return std::unique_ptr<KWinShot>(new KWinShot(bus, u"CaptureWindow"_s, {id, options}, limit));
 }
 
-KWinShot::KWinShot(const QString &method, QVariantList arguments, int limit) : m_deadline(limit)
+KWinShot::KWinShot(const QDBusConnection &bus, const QString &method, QVariantList arguments,
+                   int limit)
+    : m_deadline(limit)
 {
     m_limit.setSingleShot(true);
     std::array<int, 2> ends{};
@@ -98,8 +101,7 @@ KWinShot::KWinShot(const QString &method, QVariantList arguments, int limit) : m
     arguments.append(QVariant::fromValue(end));
     call.setArguments(arguments);
     call.setAutoStartService(false);
-    m_call = std::make_unique<QDBusPendingCallWatcher>(
-        QDBusConnection::sessionBus().asyncCall(call, limit));
+    m_call = std::make_unique<QDBusPendingCallWatcher>(bus.asyncCall(call, limit));
 }
 
 KWinShot::~KWinShot()

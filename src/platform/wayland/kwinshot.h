@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QDBusConnection>
 #include <QDBusPendingCallWatcher>
 #include <QDeadlineTimer>
 #include <QImage>
@@ -24,10 +25,12 @@ public:
         Late,
     };
 
-    /// It is given up after `limit` milliseconds.
-    static std::unique_ptr<KWinShot> ofScreen(const QString &name, int limit);
+    /// `bus` is the one that KWin is on. The picture is given up after `limit` milliseconds.
+    static std::unique_ptr<KWinShot> ofScreen(const QDBusConnection &bus, const QString &name,
+                                              int limit);
     /// All of it with its frame; `id` is KWin's own.
-    static std::unique_ptr<KWinShot> ofWindow(const QString &id, int limit);
+    static std::unique_ptr<KWinShot> ofWindow(const QDBusConnection &bus, const QString &id,
+                                              int limit);
     ~KWinShot() override;
 
     /// `answer` is called once, from the event loop. It may delete this object, which gives the
@@ -41,7 +44,7 @@ public:
     const QImage &picture() const { return m_picture; }
 
 private:
-    KWinShot(const QString &method, QVariantList arguments, int limit);
+    KWinShot(const QDBusConnection &bus, const QString &method, QVariantList arguments, int limit);
     void takeReply();
     void read();
     void finish(Outcome outcome);

@@ -146,7 +146,7 @@ QImage KWinWindows::pictureOf(int number)
     const QString id = m_numbers.key(number);
     if (id.isEmpty())
         return {};
-    const std::unique_ptr<KWinShot> shot = KWinShot::ofWindow(id, s_pictureLimit);
+    const std::unique_ptr<KWinShot> shot = KWinShot::ofWindow(m_bus, id, s_pictureLimit);
     shot->wait();
     return shot->picture();
 }

@@ -10,8 +10,9 @@ class KWinWindows : public WaylandWindows
 {
     Q_OBJECT
 public:
-    explicit KWinWindows(std::shared_ptr<WaylandConnection> connection)
-        : WaylandWindows(std::move(connection))
+    /// `bus` is the one that KWin is on.
+    KWinWindows(std::shared_ptr<WaylandConnection> connection, const QDBusConnection &bus)
+        : WaylandWindows(std::move(connection)), m_bus(bus), m_script(bus)
     {
     }
 
@@ -31,6 +32,7 @@ protected:
 private:
     int numberOf(const QString &id);
 
+    QDBusConnection m_bus;
     KWinScript m_script;
     QList<Answer> m_answers;        // that are owed
     QHash<QString, int> m_numbers;  // of KWin's names, as long as the program runs

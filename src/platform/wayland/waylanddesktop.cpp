@@ -218,8 +218,9 @@ std::shared_ptr<WaylandWindows> windowsOf(const std::shared_ptr<WaylandConnectio
 {
     if (SwayConnection::isThere())
         return std::make_shared<SwayWindows>(connection);
-    if (KWinRoute::isThere())
-        return std::make_shared<KWinWindows>(connection);
+    const QDBusConnection bus = QDBusConnection::sessionBus();
+    if (KWinRoute::isThere(bus))
+        return std::make_shared<KWinWindows>(connection, bus);
     return std::make_shared<WaylandWindows>(connection);
 }
 
@@ -228,8 +229,9 @@ WaylandPictures::Routes routesFor(const std::shared_ptr<WaylandConnection> &conn
     WaylandPictures::Routes routes;
     if (connection->screencopy() && connection->shm())
         routes.push_back(std::make_unique<ScreencopyRoute>(connection));
-    if (KWinRoute::isThere())
-        routes.push_back(std::make_unique<KWinRoute>());
+    const QDBusConnection bus = QDBusConnection::sessionBus();
+    if (KWinRoute::isThere(bus))
+        routes.push_back(std::make_unique<KWinRoute>(bus));
     return routes;
 }
 
@@ -252,8 +254,9 @@ bool createWaylandDesktop(Services &services)
     services.windows = std::make_unique<WithWindows<WaylandWindowCatalogue>>(windows);
     services.ownWindows = std::make_unique<WithWindows<WaylandOwnWindows>>(windows, connection);
     services.hands = std::make_unique<WaylandHands>(connection);
-    const bool hasHotKeys = KWinHotKeys::isThere();
-    services.hotKeys = hasHotKeys ? std::make_unique<KWinHotKeys>() : noHotKeys();
+    const QDBusConnection bus = QDBusConnection::sessionBus();
+    const bool hasHotKeys = KWinHotKeys::isThere(bus);
+    services.hotKeys = hasHotKeys ? std::make_unique<KWinHotKeys>(bus) : noHotKeys();
     services.keys = std::make_unique<WaylandKeyWatch>();
     services.watch = std::make_unique<WithWindows<WaylandApplicationWatch>>(windows);
     withholdWhatLacks(services, *connection, *windows, hasHotKeys);
