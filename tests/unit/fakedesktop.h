@@ -237,6 +237,7 @@ public:
     uint process = 0;
     QList<unsigned> activatedWindows{};
     QList<QWidget *> broughtToFront{};
+    QByteArray token{};
 
     void start(Handlers handlers) override { m_handlers = std::move(handlers); }
     void stop() override { m_handlers = {}; }
@@ -244,6 +245,7 @@ public:
     uint frontProcess() override { return process; }
     void activate(unsigned window) override { activatedWindows.append(window); }
     void bringToFront(QWidget *window) override { broughtToFront.append(window); }
+    void useToken(const QByteArray &given) override { token = given; }
 
     /// A process gains or loses the front, as far as the watch has been started.
     void tell(bool active, long pid)

@@ -26,7 +26,10 @@
 
 namespace {
 
-constexpr int s_frontLimit = 500;  // ms
+// Milliseconds.
+constexpr int s_frontLimit = 500;
+constexpr int s_tokenLimit = 10000;
+constexpr auto s_tokenVariable = "XDG_ACTIVATION_TOKEN";
 
 class WaylandScreens : public Screens
 {
@@ -124,11 +127,18 @@ private:
 class WaylandApplicationWatch : public QObject, public ApplicationWatch
 {
 public:
-    explicit WaylandApplicationWatch(WaylandWindows &windows) : m_windows(windows) {}
+    explicit WaylandApplicationWatch(WaylandWindows &windows) : m_windows(windows)
+    {
+        m_tokenLimit.setSingleShot(true);
+        connect(&m_tokenLimit, &QTimer::timeout, this, [this] { useToken({}); });
+    }
 
     void start(Handlers handlers) override
     {
         m_handlers = std::move(handlers);
+        // Whoever started this program may have given it one. No other program is to inherit it.
+        useToken(qgetenv(s_tokenVariable));
+        qunsetenv(s_tokenVariable);
         connect(qGuiApp, &QGuiApplication::applicationStateChanged, this,
                 [this] { tell(isActive()); });
         tell(isActive());
@@ -154,14 +164,48 @@ public:
     void bringToFront(QWidget *window) override
     {
         if (QWindow *handle = window->window()->windowHandle()) {
-            handle->requestActivate();
+            // A window that is not shown yet gets the token when it is.
+            activate(*handle, handle->isExposed() ? takeToken() : QByteArray());
             m_windows.focusOwn(handle);
         }
         tell(true);
         QTimer::singleShot(s_frontLimit, this, [this] { tell(isActive()); });
     }
+    void useToken(const QByteArray &token) override
+    {
+        m_token = token;
+        qGuiApp->removeEventFilter(this);
+        if (token.isEmpty())
+            return;
+        m_tokenLimit.start(s_tokenLimit);
+        qGuiApp->installEventFilter(this);
+    }
+
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        if (event->type() == QEvent::Expose) {
+            auto *window = qobject_cast<QWindow *>(watched);
+            if (window && window->isExposed() && window->type() != Qt::ToolTip)
+                activate(*window, takeToken());
+        }
+        return QObject::eventFilter(watched, event);
+    }
 
 private:
+    QByteArray takeToken()
+    {
+        QByteArray token = m_token;
+        useToken({});
+        return token;
+    }
+    // The toolkit looks for the token in the environment.
+    static void activate(QWindow &window, const QByteArray &token)
+    {
+        if (!token.isEmpty())
+            qputenv(s_tokenVariable, token);
+        window.requestActivate();
+        qunsetenv(s_tokenVariable);
+    }
     static bool isActive() { return QGuiApplication::applicationState() == Qt::ApplicationActive; }
     void tell(bool isInFront)
     {
@@ -172,6 +216,8 @@ private:
 
     Handlers m_handlers;
     WaylandWindows &m_windows;
+    QByteArray m_token;
+    QTimer m_tokenLimit;
 };
 
 // A service with a share in the windows, which must outlive all services.
