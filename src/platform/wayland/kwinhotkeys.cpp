@@ -93,6 +93,8 @@ QStringList KWinHotKeys::nameOf(int number) const
 
 void KWinHotKeys::add(int number, char letter)
 {
+    if (m_nameOf(number).id.isEmpty())
+        return;
     m_keys.insert(number, {});
     const QStringList name = nameOf(number);
     Sequence wanted{QList<int>(s_keyCount)};

@@ -19,7 +19,7 @@ public:
     ~KWinHotKeys() override;
 
     void setHandler(std::function<void(int)> handler) override { m_handler = std::move(handler); }
-    void setNames(std::function<Name(int number)> nameOf) override { m_nameOf = std::move(nameOf); }
+    void setNames(const std::function<Name(int number)> &nameOf) override { m_nameOf = nameOf; }
     void add(int number, char letter) override;
     void remove(int number) override;
     QString keysOf(int number) const override { return m_keys.value(number); }

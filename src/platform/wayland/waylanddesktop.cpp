@@ -5,6 +5,8 @@
 #include "platform/wayland/kwinhotkeys.h"
 #include "platform/wayland/kwinroute.h"
 #include "platform/wayland/kwinwindows.h"
+#include "platform/wayland/portalhotkeys.h"
+#include "platform/wayland/portalroute.h"
 #include "platform/wayland/screencopyroute.h"
 #include "platform/wayland/swaywindows.h"
 #include "platform/wayland/waylandconnection.h"
@@ -12,6 +14,7 @@
 #include "platform/wayland/waylandownwindows.h"
 #include "platform/wayland/waylandpictures.h"
 #include "platform/wayland/waylandwindows.h"
+#include "platform/xdg/portal.h"
 
 #include <QCoreApplication>
 #include <QGuiApplication>
@@ -232,6 +235,12 @@ public:
     }
 };
 
+QString lackOfHotKeys()
+{
+    return QCoreApplication::translate("Abilities",
+                                       "On this desktop keys are bound in its own settings.");
+}
+
 void withholdWhatLacks(Services &services, const WaylandConnection &connection,
                        const WaylandWindows &windows, bool hasHotKeys)
 {
@@ -248,9 +257,7 @@ void withholdWhatLacks(Services &services, const WaylandConnection &connection,
                                          "whole screen with the countdown instead, and open the "
                                          "menu meanwhile."));
     if (!hasHotKeys)
-        lacks(
-            Ability::HotKeys,
-            QT_TRANSLATE_NOOP("Abilities", "On this desktop keys are bound in its own settings."));
+        services.abilities.withhold(Ability::HotKeys, lackOfHotKeys());
     if (!WaylandHands::canTurnWheels(connection))
         lacks(Ability::OtherWheels,
               QT_TRANSLATE_NOOP("Abilities", "This desktop lets no program turn the wheel."));
@@ -269,14 +276,33 @@ std::shared_ptr<WaylandWindows> windowsOf(const std::shared_ptr<WaylandConnectio
     return std::make_shared<WaylandWindows>(connection);
 }
 
-WaylandPictures::Routes routesFor(const std::shared_ptr<WaylandConnection> &connection)
+WaylandPictures::Routes routesFor(const std::shared_ptr<WaylandConnection> &connection,
+                                  const std::shared_ptr<Portal> &portal)
 {
     WaylandPictures::Routes routes;
     if (connection->screencopy() && connection->shm())
         routes.push_back(std::make_unique<ScreencopyRoute>(connection));
+    // Screencopy serves where it is there. What else is there may prove not to.
+    if (!routes.empty())
+        return routes;
     if (KWinRoute::isThere())
         routes.push_back(std::make_unique<KWinRoute>());
+    if (portal)
+        routes.push_back(std::make_unique<PortalRoute>(portal));
     return routes;
+}
+
+// Withheld until the portal gives some.
+std::unique_ptr<HotKeys> hotKeysFor(const std::shared_ptr<Portal> &portal)
+{
+    if (!portal)
+        return noHotKeys();
+    return std::make_unique<PortalHotKeys>(portal, [](bool areThere) {
+        if (areThere)
+            services().abilities.grant(Ability::HotKeys);
+        else
+            services().abilities.withhold(Ability::HotKeys, lackOfHotKeys());
+    });
 }
 
 }  // namespace
@@ -288,7 +314,8 @@ bool createWaylandDesktop(Services &services)
     const std::shared_ptr<WaylandConnection> connection = WaylandConnection::open();
     if (!connection)
         return false;
-    WaylandPictures::Routes routes = routesFor(connection);
+    const std::shared_ptr<Portal> portal = Portal::find();
+    WaylandPictures::Routes routes = routesFor(connection, portal);
     if (routes.empty())
         return false;
     const auto windows = windowsOf(connection);
@@ -299,7 +326,7 @@ bool createWaylandDesktop(Services &services)
     services.ownWindows = std::make_unique<WithWindows<WaylandOwnWindows>>(windows, connection);
     services.hands = std::make_unique<WaylandHands>(connection);
     const bool hasHotKeys = KWinHotKeys::isThere();
-    services.hotKeys = hasHotKeys ? std::make_unique<KWinHotKeys>() : noHotKeys();
+    services.hotKeys = hasHotKeys ? std::make_unique<KWinHotKeys>() : hotKeysFor(portal);
     services.keys = std::make_unique<WaylandKeyWatch>();
     services.watch = std::make_unique<WithWindows<WaylandApplicationWatch>>(windows);
     withholdWhatLacks(services, *connection, *windows, hasHotKeys);
