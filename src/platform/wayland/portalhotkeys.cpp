@@ -90,6 +90,17 @@ void PortalHotKeys::add(int number, char letter)
         Qt::QueuedConnection);
 }
 
+// A question that the user has left open when the program ends is not asked again either: the
+// desktop's dialogs may outlive the program, and there would be one more at each start.
+void PortalHotKeys::remove(int number)
+{
+    m_letters.remove(number);
+    if (m_letters.isEmpty() && std::exchange(m_isBinding, false)) {
+        m_request.reset();
+        SetConfigString(s_refused, u"1"_s);
+    }
+}
+
 void PortalHotKeys::start()
 {
     if (!m_isDue || m_request || !m_session.isEmpty())
@@ -135,6 +146,7 @@ void PortalHotKeys::bind()
     }
     const QVariantList arguments{QVariant::fromValue(QDBusObjectPath(m_session)),
                                  QVariant::fromValue(shortcuts), QString()};
+    m_isBinding = true;
     m_request = m_portal->ask(s_interface, u"BindShortcuts"_s, arguments, {},
                               [this](const Portal::Answer &answer) { hearBound(answer); });
 }
@@ -143,6 +155,7 @@ void PortalHotKeys::bind()
 void PortalHotKeys::hearBound(const Portal::Answer &answer)
 {
     m_request.reset();
+    m_isBinding = false;
     if (answer.how != Portal::Answer::How::Given)
         return;
     readKeys(answer.results.value(u"shortcuts"_s));

@@ -23,7 +23,7 @@ public:
     void setNames(const std::function<Name(int)> &nameOf) override { m_nameOf = nameOf; }
     void setChangeHandler(const std::function<void()> &changed) override { m_changed = changed; }
     void add(int number, char letter) override;
-    void remove(int number) override { m_letters.remove(number); }
+    void remove(int number) override;
     QString keysOf(int number) const override { return m_keys.value(number); }
     bool canAsk() const override { return m_canAsk; }
     void ask() override;
@@ -54,5 +54,6 @@ private:
     std::unique_ptr<PortalRequest> m_request;
     bool m_isDue = false;
     bool m_canAsk = false;
-    bool m_isAsked = false;  // for by the user, whatever they have said before
+    bool m_isBinding = false;  // the user may be looking at the question
+    bool m_isAsked = false;    // for by the user, whatever they have said before
 };

@@ -2,6 +2,7 @@
 // own: what it answers, late, wrongly or never, and what comes of it.
 
 #include "config/applicationrecord.h"
+#include "config/settings.h"
 #include "config/xmlstore.h"
 #include "fakedesktop.h"
 #include "platform/wayland/portalhotkeys.h"
@@ -392,7 +393,18 @@ private slots:
         };
         m_fake->answers[u"CreateSession"_s] = {0, {{u"session_handle"_s, session}}};
 
-        // Refused: that is not asked again at the next start, but when the user wants it.
+        // Refused, or left open: that is not asked again at the next start, but when the user wants
+        // it.
+        begin();
+        QTRY_VERIFY(m_fake->calls.contains(u"BindShortcuts"_s));
+        for (const int number : {1, 2, 3})
+            keys->remove(number);
+        QTRY_VERIFY(m_fake->calls.contains(u"Close"_s));
+        QCOMPARE(GetConfigString(u"HotKeysRefused"_s), u"1"_s);
+        keys.reset();
+        SetConfigString(u"HotKeysRefused"_s, {});
+        m_fake->calls.clear();
+        m_fake->callers.clear();
         m_fake->answers[u"BindShortcuts"_s] = {2, {}};
         m_fake->answers[u"ListShortcuts"_s] = {0, {}};
         begin();
