@@ -106,8 +106,10 @@ void PortalHotKeys::start()
     if (!m_isDue || m_request || !m_session.isEmpty())
         return;
     const auto hears = [this](const Portal::Answer &answer) { hearStarted(answer); };
+    // What serves the portal may remember a session that it has forgotten.
+    const QString token = u"snapworkbench%1"_s.arg(++m_sessions);
     m_request = m_portal->ask(s_interface, u"CreateSession"_s, {},
-                              {{u"session_handle_token"_s, u"snapworkbench"_s}}, hears);
+                              {{u"session_handle_token"_s, token}}, hears);
 }
 
 void PortalHotKeys::hearStarted(const Portal::Answer &answer)

@@ -51,6 +51,7 @@ private:
     QMap<int, char> m_letters;  // by the numbers of the combinations
     QMap<int, QString> m_keys;  // that the desktop has given
     QString m_session;          // a path; empty while there is none
+    int m_sessions = 0;         // so far
     std::unique_ptr<PortalRequest> m_request;
     bool m_isDue = false;
     bool m_canAsk = false;
