@@ -426,6 +426,10 @@ Rücktaste    Punkt löschen</translation>
         <source>Nothing could be read there: there is no picture.</source>
         <translation>Dort war nichts zu lesen: Es gibt kein Bild.</translation>
     </message>
+    <message>
+        <source>The desktop has to ask you whether this program may take pictures of the screen, and does that only while its window is in front. Click on the window, and try again.</source>
+        <translation>Der Desktop muss fragen, ob dieses Programm den Bildschirm aufnehmen darf, und tut das nur, während dessen Fenster vorne ist. Bitte das Fenster anklicken und es noch einmal versuchen.</translation>
+    </message>
 </context>
 <context>
     <name>HandCapture</name>
@@ -500,10 +504,6 @@ Rücktaste    Punkt löschen</translation>
         <translation>Tasten</translation>
     </message>
     <message>
-        <source>On this desktop no program hears keys that are pressed in others. Put these lines into the configuration of sway or its kin; other desktops take what follows &quot;exec&quot; in their settings for keys.</source>
-        <translation>Auf diesem Desktop hört kein Programm Tasten, die in anderen gedrückt werden. Diese Zeilen gehören in die Konfiguration von sway oder seinen Verwandten; andere Desktops nehmen in ihren Tasteneinstellungen, was hinter „exec“ steht.</translation>
-    </message>
-    <message>
         <source>Lines for the desktop&apos;s configuration</source>
         <translation>Zeilen für die Konfiguration des Desktops</translation>
     </message>
@@ -514,6 +514,18 @@ Rücktaste    Punkt löschen</translation>
     <message>
         <source>The lines are in the clipboard.</source>
         <translation>Die Zeilen sind in der Zwischenablage.</translation>
+    </message>
+    <message>
+        <source>taken by another program</source>
+        <translation>von einem anderen Programm belegt</translation>
+    </message>
+    <message>
+        <source>This program hears no keys here that are pressed in others. Put these lines into the configuration of sway or its kin. Other desktops take what follows &quot;exec&quot; as a command, each with a name and a key, in their settings: on GNOME under Keyboard, View and Customize Shortcuts, Custom Shortcuts.</source>
+        <translation>Dieses Programm hört hier keine Tasten, die in anderen gedrückt werden. Diese Zeilen gehören in die Konfiguration von sway oder seinen Verwandten. Andere Desktops nehmen in ihren Einstellungen als Befehl, was hinter „exec“ steht, jeweils mit einem Namen und einer Taste: GNOME unter Tastatur, Tastenkombinationen anzeigen und anpassen, Eigene Tastenkombinationen.</translation>
+    </message>
+    <message>
+        <source>&amp;Ask the Desktop for Keys</source>
+        <translation>Desktop um Tasten &amp;bitten</translation>
     </message>
 </context>
 <context>
@@ -933,6 +945,41 @@ Rücktaste    Punkt löschen</translation>
     </message>
 </context>
 <context>
+    <name>PortalRoute</name>
+    <message>
+        <source>The desktop did not give its picture in time.</source>
+        <translation>Der Desktop hat sein Bild nicht rechtzeitig gegeben.</translation>
+    </message>
+    <message>
+        <source>The desktop&apos;s portal failed before it gave a picture. Try again.</source>
+        <translation>Das Portal des Desktops ist ausgefallen, bevor es ein Bild gegeben hat. Bitte noch einmal versuchen.</translation>
+    </message>
+    <message>
+        <source>You have cancelled the desktop&apos;s question, so there is no picture.</source>
+        <translation>Die Frage des Desktops wurde abgebrochen, darum gibt es kein Bild.</translation>
+    </message>
+    <message>
+        <source>The desktop failed to take a picture of the screen.</source>
+        <translation>Der Desktop konnte kein Bild des Bildschirms aufnehmen.</translation>
+    </message>
+    <message>
+        <source>The desktop lets this program take no pictures of the screen. That can be changed in its settings for applications: on GNOME under Apps, Snap Workbench, Screenshots.</source>
+        <translation>Der Desktop lässt dieses Programm keine Bilder des Bildschirms aufnehmen. Das lässt sich in seinen Einstellungen für Anwendungen ändern: in GNOME unter Apps, Snap Workbench, Bildschirmfotos.</translation>
+    </message>
+    <message>
+        <source>The file with the desktop&apos;s picture is not there.</source>
+        <translation>Die Datei mit dem Bild des Desktops ist nicht da.</translation>
+    </message>
+    <message>
+        <source>What the desktop gave is no picture of its screens.</source>
+        <translation>Was der Desktop gegeben hat, ist kein Bild seiner Bildschirme.</translation>
+    </message>
+    <message>
+        <source>This desktop gives programs no pictures of the screen: its portal has no part for that, or that does not start.</source>
+        <translation>Dieser Desktop gibt Programmen keine Bilder des Bildschirms: Sein Portal hat keinen Teil dafür, oder der startet nicht.</translation>
+    </message>
+</context>
+<context>
     <name>PrivateFolder</name>
     <message>
         <source>It belongs to somebody else, or others may write to it.</source>
@@ -1015,6 +1062,13 @@ Möchten Sie die Datei ersetzen?</translation>
     <message>
         <source>Clear</source>
         <translation>Löschen</translation>
+    </message>
+</context>
+<context>
+    <name>ScreencopyRoute</name>
+    <message>
+        <source>The desktop did not give its picture in time.</source>
+        <translation>Der Desktop hat sein Bild nicht rechtzeitig gegeben.</translation>
     </message>
 </context>
 <context>
@@ -1158,13 +1212,6 @@ Möchten Sie die Datei ersetzen?</translation>
     <message>
         <source>Bringing back &quot;%1&quot;...</source>
         <translation>„%1“ wird wiederhergestellt ...</translation>
-    </message>
-</context>
-<context>
-    <name>WaylandPictures</name>
-    <message>
-        <source>The desktop did not give its picture in time.</source>
-        <translation>Der Desktop hat sein Bild nicht rechtzeitig gegeben.</translation>
     </message>
 </context>
 <context>

@@ -426,6 +426,10 @@ Backspace    删除最后一点</translation>
         <source>Nothing could be read there: there is no picture.</source>
         <translation>那里读不到任何内容：没有图片。</translation>
     </message>
+    <message>
+        <source>The desktop has to ask you whether this program may take pictures of the screen, and does that only while its window is in front. Click on the window, and try again.</source>
+        <translation>桌面需要询问您是否允许本程序截取屏幕，而且只在本程序窗口位于最前时才会询问。请单击本窗口，然后重试。</translation>
+    </message>
 </context>
 <context>
     <name>HandCapture</name>
@@ -500,10 +504,6 @@ Backspace    删除最后一点</translation>
         <translation>按键</translation>
     </message>
     <message>
-        <source>On this desktop no program hears keys that are pressed in others. Put these lines into the configuration of sway or its kin; other desktops take what follows &quot;exec&quot; in their settings for keys.</source>
-        <translation>在此桌面上，程序听不到在其他程序中按下的键。请把这些行放进 sway 或同类桌面的配置；其他桌面可在按键设置中使用“exec”之后的部分。</translation>
-    </message>
-    <message>
         <source>Lines for the desktop&apos;s configuration</source>
         <translation>用于桌面配置的行</translation>
     </message>
@@ -514,6 +514,18 @@ Backspace    删除最后一点</translation>
     <message>
         <source>The lines are in the clipboard.</source>
         <translation>这些行已复制到剪贴板。</translation>
+    </message>
+    <message>
+        <source>taken by another program</source>
+        <translation>已被其他程序占用</translation>
+    </message>
+    <message>
+        <source>This program hears no keys here that are pressed in others. Put these lines into the configuration of sway or its kin. Other desktops take what follows &quot;exec&quot; as a command, each with a name and a key, in their settings: on GNOME under Keyboard, View and Customize Shortcuts, Custom Shortcuts.</source>
+        <translation>本程序在此桌面上收不到在其他程序中按下的按键。请把这些行写入 sway 或其同类的配置。其他桌面可在设置中把“exec”之后的内容作为命令添加，每条配一个名称和一个按键：在 GNOME 中位于“键盘”、“查看和自定义快捷键”、“自定义快捷键”。</translation>
+    </message>
+    <message>
+        <source>&amp;Ask the Desktop for Keys</source>
+        <translation>向桌面申请按键(&amp;A)</translation>
     </message>
 </context>
 <context>
@@ -933,6 +945,41 @@ Backspace    删除最后一点</translation>
     </message>
 </context>
 <context>
+    <name>PortalRoute</name>
+    <message>
+        <source>The desktop did not give its picture in time.</source>
+        <translation>桌面没有及时给出画面。</translation>
+    </message>
+    <message>
+        <source>The desktop&apos;s portal failed before it gave a picture. Try again.</source>
+        <translation>桌面的门户服务在给出画面之前失败了。请重试。</translation>
+    </message>
+    <message>
+        <source>You have cancelled the desktop&apos;s question, so there is no picture.</source>
+        <translation>您取消了桌面的询问，因此没有画面。</translation>
+    </message>
+    <message>
+        <source>The desktop failed to take a picture of the screen.</source>
+        <translation>桌面未能截取屏幕。</translation>
+    </message>
+    <message>
+        <source>The desktop lets this program take no pictures of the screen. That can be changed in its settings for applications: on GNOME under Apps, Snap Workbench, Screenshots.</source>
+        <translation>桌面不允许本程序截取屏幕。这可以在桌面的应用设置中更改：在 GNOME 中位于“应用”、“Snap Workbench”、“截图”。</translation>
+    </message>
+    <message>
+        <source>The file with the desktop&apos;s picture is not there.</source>
+        <translation>桌面画面的文件不存在。</translation>
+    </message>
+    <message>
+        <source>What the desktop gave is no picture of its screens.</source>
+        <translation>桌面给出的不是其屏幕的画面。</translation>
+    </message>
+    <message>
+        <source>This desktop gives programs no pictures of the screen: its portal has no part for that, or that does not start.</source>
+        <translation>此桌面不向程序提供屏幕画面：其门户没有相应的部分，或者该部分无法启动。</translation>
+    </message>
+</context>
+<context>
     <name>PrivateFolder</name>
     <message>
         <source>It belongs to somebody else, or others may write to it.</source>
@@ -1015,6 +1062,13 @@ Do you want to replace it?</source>
     <message>
         <source>Clear</source>
         <translation>清除</translation>
+    </message>
+</context>
+<context>
+    <name>ScreencopyRoute</name>
+    <message>
+        <source>The desktop did not give its picture in time.</source>
+        <translation>桌面没有及时给出画面。</translation>
     </message>
 </context>
 <context>
@@ -1158,13 +1212,6 @@ Do you want to replace it?</source>
     <message>
         <source>Bringing back &quot;%1&quot;...</source>
         <translation>正在恢复“%1”...</translation>
-    </message>
-</context>
-<context>
-    <name>WaylandPictures</name>
-    <message>
-        <source>The desktop did not give its picture in time.</source>
-        <translation>桌面未能及时提供图像。</translation>
     </message>
 </context>
 <context>

@@ -7,6 +7,13 @@ void Abilities::withhold(AbilitySet which, const QString &reason)
     m_withheld.prepend({which, reason});
 }
 
+void Abilities::grant(AbilitySet which)
+{
+    for (auto &withheld : m_withheld)
+        withheld.first &= ~which;
+    m_withheld.removeIf([](const auto &withheld) { return !withheld.first; });
+}
+
 QString Abilities::lackOf(AbilitySet needed) const
 {
     const auto found =

@@ -30,6 +30,8 @@ class Abilities
 public:
     /// `reason` is for the user, in their language.
     void withhold(AbilitySet which, const QString &reason);
+    /// The desktop lets it do that after all.
+    void grant(AbilitySet which);
 
     /// Why not all of `needed` is there, as it was told last; empty where all is.
     QString lackOf(AbilitySet needed) const;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QtGlobal>
+#include <QByteArray>
 
 #include <functional>
 
@@ -32,6 +32,11 @@ public:
     /// Asks for a window of this program to be activated. The request may be refused, so callers
     /// repeat it. Without a window manager the window gets the keyboard focus and counts as active.
     virtual void bringToFront(QWidget *window) = 0;
+
+    /// Takes what a desktop gives along with a call, so that the window which is shown for it may
+    /// get the focus: the next one that appears or is brought to the front gets it. A newer one,
+    /// or an empty one, replaces it, and it expires.
+    virtual void useToken(const QByteArray & /*token*/) {}
 };
 
 /// Follows the active application until StopWatchAppActive is called.

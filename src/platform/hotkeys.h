@@ -16,11 +16,12 @@ public:
 
     /// What a combination starts, for desktops that have a list of them.
     struct Name {
-        QString id{};     ///< stays the same in all versions and languages
+        QString id{};     ///< stays the same in all versions and languages; empty if nothing
+                          ///< would start, so that no keys are needed
         QString title{};  ///< for the user
     };
     /// Sets the function that knows the names. Before the first add().
-    virtual void setNames(std::function<Name(int number)> /*nameOf*/) {}
+    virtual void setNames(const std::function<Name(int number)> & /*nameOf*/) {}
 
     /// Registers a combination. `letter` is a capital letter from A to Z. A combination that
     /// another program has registered never fires, without an error.
@@ -31,6 +32,14 @@ public:
     /// The keys that start it, as they are shown to the user, who may have changed them in the
     /// desktop's settings. Empty if another program has them.
     virtual QString keysOf(int number) const;
+
+    /// Sets the function that is called, from the event loop, when keysOf(), canAsk() or
+    /// Ability::HotKeys has changed.
+    virtual void setChangeHandler(const std::function<void()> & /*changed*/) {}
+    /// Whether the desktop can give keys, but has not done so, because the user didn't want it.
+    virtual bool canAsk() const { return false; }
+    /// Has the desktop ask the user once more.
+    virtual void ask() {}
 };
 
 /// The letter of a number's combination; 0 for a number that has none.

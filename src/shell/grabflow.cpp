@@ -15,6 +15,7 @@ namespace {
 // Milliseconds.
 constexpr int s_escapePair = 1000;
 constexpr int s_freezeLimit = 180000;  // the desktop may ask the user first
+constexpr int s_frontLimit = 1000;
 
 constexpr auto s_nothing = GrabStep::Nothing;
 constexpr auto s_start = GrabStep::Start;
@@ -232,6 +233,11 @@ void GrabFlow::run(GrabCommand command)
         finish();
         return;
     }
+    // An open menu is looked at while it comes and goes.
+    if (command != GrabCommand::Menu && m_pictures.mayAsk() && !askFirst()) {
+        finish();
+        return;
+    }
     switch (command) {
     case GrabCommand::Screen:
     case GrabCommand::Countdown:
@@ -248,6 +254,44 @@ void GrabFlow::run(GrabCommand command)
         mark();
         break;
     }
+}
+
+// True if the main window has got the front. A desktop that refuses it to a window which lies
+// behind may give it to one that appears.
+bool GrabFlow::comeToFront()
+{
+    const auto isThere = [this] {
+        m_window.place(GrabFront::Place::InFront);
+        return waitUntil(m_clock, s_frontLimit,
+                         [this] { return m_isGivenUp || m_window.situation().active; });
+    };
+    if (isThere())
+        return true;
+    m_window.place(GrabFront::Place::Minimized);
+    return isThere();
+}
+
+// The desktop asks its question for a program that is seen to be in front, so that it is asked once
+// before anything is hidden. True if the user agrees; then all is as it was.
+bool GrabFlow::askFirst()
+{
+    setState(GrabState::Freezing);
+    if (!comeToFront()) {
+        m_trouble = tr("The desktop has to ask you whether this program may take pictures of the "
+                       "screen, and does that only while its window is in front. Click on the "
+                       "window, and try again.");
+        return false;
+    }
+    const bool isAllowed = !m_isGivenUp && freeze();
+    thaw();
+    const bool wasInFront = m_before.isActive && !m_before.isMinimized;
+    if ((isAllowed || m_isGivenUp) && !wasInFront) {
+        m_window.place(GrabFront::Place::Minimized);
+        m_window.settle();
+    }
+    if (!isAllowed)
+        restoreMinimized();
+    return isAllowed;
 }
 
 // True once the pictures are there. Where they are not nothing is to be opened; the user is told
@@ -384,7 +428,6 @@ void GrabFlow::startHelper()
     const GrabState state =
         m_command == GrabCommand::Window ? GrabState::Freezing : GrabState::MenuWait;
     setState(m_tools.mustAsk(m_command) ? GrabState::Asking : state);
-    // An open menu is looked at while it comes and goes.
     const bool wantsPictures = m_command != GrabCommand::Menu;
     m_helperWorks = m_tools.startHelper(m_command, [&] {
         setState(state);

@@ -212,6 +212,8 @@ private:
     void setState(GrabState state);
     void run(GrabCommand command);
     void begin(GrabCommand command);
+    bool comeToFront();
+    bool askFirst();
     bool freeze();
     void thaw();
     void mark();

@@ -39,10 +39,23 @@ KeysPage::KeysPage(QWidget *parent) : QWidget(parent)
 {
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(s_margins);
+    services().hotKeys->setChangeHandler([this] { fill(); });
+    fill();
+}
+
+KeysPage::~KeysPage() { services().hotKeys->setChangeHandler({}); }
+
+void KeysPage::fill()
+{
+    delete m_content;
+    m_content = new QWidget;
+    auto *place = new QVBoxLayout(m_content);
+    place->setContentsMargins({});
+    layout()->addWidget(m_content);
     if (services().abilities.lackOf(Ability::HotKeys).isEmpty())
-        addHotKeys(*layout);
+        addHotKeys(*place);
     else
-        addLines(*layout);
+        addLines(*place);
 }
 
 void KeysPage::addHotKeys(QBoxLayout &place)
@@ -88,9 +101,10 @@ void KeysPage::addLines(QBoxLayout &place)
     const QString all = lines.join(u'\n');
 
     auto *text = new QLabel(
-        tr("On this desktop no program hears keys that are pressed in others. Put these lines into "
-           "the configuration of sway or its kin; other desktops take what follows \"exec\" in "
-           "their settings for keys."));
+        tr("This program hears no keys here that are pressed in others. Put these lines into "
+           "the configuration of sway or its kin. Other desktops take what follows \"exec\" as a "
+           "command, each with a name and a key, in their settings: on GNOME under Keyboard, View "
+           "and Customize Shortcuts, Custom Shortcuts."));
     text->setWordWrap(true);
     auto *view = new QPlainTextEdit(all);
     view->setAccessibleName(tr("Lines for the desktop's configuration"));
@@ -109,6 +123,11 @@ void KeysPage::addLines(QBoxLayout &place)
     auto *row = new QHBoxLayout;
     row->addWidget(copy);
     row->addWidget(copied, 1);
+    if (services().hotKeys->canAsk()) {
+        auto *ask = new QPushButton(tr("&Ask the Desktop for Keys"));
+        connect(ask, &QPushButton::clicked, this, [] { services().hotKeys->ask(); });
+        row->addWidget(ask);
+    }
     place.addWidget(text);
     place.addWidget(view);
     place.addLayout(row);

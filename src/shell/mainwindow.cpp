@@ -77,6 +77,8 @@ MainWindow::MainWindow()
     setUpGrabs();
     services().hotKeys->setNames([](int number) {
         const Command *command = commandOfHotKey(number);
+        if (!services().abilities.lackOf(command->needs).isEmpty())
+            return HotKeys::Name();
         return HotKeys::Name{QString::fromLatin1(command->action),
                              MainWindow::tr(command->trayCaption)};
     });

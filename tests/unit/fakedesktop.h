@@ -78,11 +78,13 @@ public:
     bool frozen = false;
     bool live = true;     ///< else each question freezes
     bool isHeld = false;  ///< asked for, and not let go
+    bool asks = false;    ///< the user, until they have answered once
 
     // The answer is dropped only where nobody has set `asked`.
     void freeze(Freeze, Answer answer) override
     {
         isHeld = true;
+        asks = false;
         if (asked)
             return asked(answer);
         m_question = std::make_unique<QObject>();
@@ -99,6 +101,7 @@ public:
     }
     bool isFrozen() const override { return frozen; }
     bool isLive() const override { return live; }
+    bool mayAsk() const override { return asks; }
 
     QImage ofDesktop(const QRect &area) override { return withoutWindows(area, {}); }
     QImage ofWindows(std::optional<QRectF> area, const QList<int> &numbers) override
@@ -237,6 +240,7 @@ public:
     uint process = 0;
     QList<unsigned> activatedWindows{};
     QList<QWidget *> broughtToFront{};
+    QByteArray token{};
 
     void start(Handlers handlers) override { m_handlers = std::move(handlers); }
     void stop() override { m_handlers = {}; }
@@ -244,6 +248,7 @@ public:
     uint frontProcess() override { return process; }
     void activate(unsigned window) override { activatedWindows.append(window); }
     void bringToFront(QWidget *window) override { broughtToFront.append(window); }
+    void useToken(const QByteArray &given) override { token = given; }
 
     /// A process gains or loses the front, as far as the watch has been started.
     void tell(bool active, long pid)

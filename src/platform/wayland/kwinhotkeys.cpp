@@ -10,7 +10,6 @@
 #include <QDBusPendingReply>
 #include <QKeySequence>
 
-#include <algorithm>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -79,20 +78,17 @@ KWinHotKeys::KWinHotKeys(QDBusConnection bus) : m_bus(std::move(bus))
 
 KWinHotKeys::~KWinHotKeys()
 {
-    for (const int number : m_keys.keys())
-        remove(number);
-}
-
-QStringList KWinHotKeys::nameOf(int number) const
-{
-    const Name name = m_nameOf(number);
-    return {s_component, name.id, u"Snap Workbench"_s, name.title};
+    for (const Key &key : std::as_const(m_keys))
+        release(key);
 }
 
 void KWinHotKeys::add(int number, char letter)
 {
-    m_keys.insert(number, {});
-    const QStringList name = nameOf(number);
+    const Name known = m_nameOf(number);
+    if (known.id.isEmpty())
+        return;
+    const QStringList name{s_component, known.id, u"Snap Workbench"_s, known.title};
+    m_keys.insert(number, {name});
     Sequence wanted{QList<int>(s_keyCount)};
     wanted.keys.first() =
         QKeyCombination(Qt::ControlModifier | Qt::AltModifier, static_cast<Qt::Key>(letter))
@@ -112,19 +108,21 @@ void KWinHotKeys::add(int number, char letter)
     });
 }
 
+void KWinHotKeys::remove(int number) { release(m_keys.take(number)); }
+
 // It stays known there, with the keys that the user may have set, but is heard no more. The program
 // may end right after, so the answer is waited for.
-void KWinHotKeys::remove(int number)
+void KWinHotKeys::release(const Key &key)
 {
-    if (m_keys.remove(number) > 0)
-        m_bus.call(callOf(u"setInactive"_s, {nameOf(number)}), QDBus::Block, s_endLimit);
+    if (!key.name.isEmpty())
+        m_bus.call(callOf(u"setInactive"_s, {key.name}), QDBus::Block, s_endLimit);
 }
 
 void KWinHotKeys::pressed(const QString & /*component*/, const QString &id, qlonglong /*time*/)
 {
-    for (auto key = m_keys.keyBegin(); key != m_keys.keyEnd(); ++key) {
-        if (m_nameOf(*key).id == id && m_handler) {
-            m_handler(*key);
+    for (auto key = m_keys.cbegin(); key != m_keys.cend(); ++key) {
+        if (key->name.value(1) == id && m_handler) {
+            m_handler(key.key());
             return;
         }
     }
@@ -132,8 +130,10 @@ void KWinHotKeys::pressed(const QString & /*component*/, const QString &id, qlon
 
 void KWinHotKeys::changed(const QStringList &name, const QList<KWinHotKeys::Sequence> &keys)
 {
-    for (auto known = m_keys.begin(); known != m_keys.end(); ++known) {
-        if (name.size() > 1 && name[0] == s_component && name[1] == m_nameOf(known.key()).id)
-            *known = textOf(keys);
+    for (Key &key : m_keys) {
+        if (key.name.mid(0, 2) == name.mid(0, 2))
+            key.text = textOf(keys);
     }
+    if (m_changed)
+        m_changed();
 }

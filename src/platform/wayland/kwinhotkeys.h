@@ -20,10 +20,11 @@ public:
     ~KWinHotKeys() override;
 
     void setHandler(std::function<void(int)> handler) override { m_handler = std::move(handler); }
-    void setNames(std::function<Name(int number)> nameOf) override { m_nameOf = std::move(nameOf); }
+    void setNames(const std::function<Name(int number)> &nameOf) override { m_nameOf = nameOf; }
     void add(int number, char letter) override;
     void remove(int number) override;
-    QString keysOf(int number) const override { return m_keys.value(number); }
+    QString keysOf(int number) const override { return m_keys.value(number).text; }
+    void setChangeHandler(const std::function<void()> &changed) override { m_changed = changed; }
 
     /// A sequence of keys as the service writes it: up to four, each a key of the toolkit with its
     /// modifiers.
@@ -36,11 +37,15 @@ private slots:
     void changed(const QStringList &name, const QList<KWinHotKeys::Sequence> &keys);
 
 private:
-    /// What names it there: the program and the combination, each for programs and for people.
-    QStringList nameOf(int number) const;
+    struct Key {
+        QStringList name{};  ///< of program and combination, each for programs and for people
+        QString text{};      ///< the keys as they are shown; empty if another program has them
+    };
+    void release(const Key &key);
 
     QDBusConnection m_bus;
     std::function<void(int)> m_handler;
     std::function<Name(int)> m_nameOf;
-    QHash<int, QString> m_keys;  // of all that are registered; empty for one that is taken
+    std::function<void()> m_changed;
+    QHash<int, Key> m_keys;  // of all that are registered
 };

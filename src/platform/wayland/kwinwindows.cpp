@@ -148,5 +148,7 @@ QImage KWinWindows::pictureOf(int number)
         return {};
     const std::unique_ptr<KWinShot> shot = KWinShot::ofWindow(m_bus, id, s_pictureLimit);
     shot->wait();
+    m_hasPictures = shot->outcome() != KWinShot::Outcome::Absent &&
+                    shot->outcome() != KWinShot::Outcome::Refused;
     return shot->picture();
 }

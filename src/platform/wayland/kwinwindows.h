@@ -17,7 +17,7 @@ public:
     }
 
     bool areKnown() const override { return true; }
-    bool havePictures() const override { return true; }
+    bool havePictures() const override { return m_hasPictures; }
     QImage pictureOf(int number) override;
 
     /// The windows in what the script says, front to back, each with the number that `numberOf`
@@ -35,5 +35,6 @@ private:
     QDBusConnection m_bus;
     KWinScript m_script;
     QList<Answer> m_answers;        // that are owed
+    bool m_hasPictures = true;      // as far as has been seen
     QHash<QString, int> m_numbers;  // of KWin's names, as long as the program runs
 };

@@ -5,6 +5,8 @@
 #include "platform/wayland/kwinhotkeys.h"
 #include "platform/wayland/kwinroute.h"
 #include "platform/wayland/kwinwindows.h"
+#include "platform/wayland/portalhotkeys.h"
+#include "platform/wayland/portalroute.h"
 #include "platform/wayland/screencopyroute.h"
 #include "platform/wayland/swaywindows.h"
 #include "platform/wayland/waylandconnection.h"
@@ -12,6 +14,7 @@
 #include "platform/wayland/waylandownwindows.h"
 #include "platform/wayland/waylandpictures.h"
 #include "platform/wayland/waylandwindows.h"
+#include "platform/xdg/portal.h"
 
 #include <QCoreApplication>
 #include <QGuiApplication>
@@ -26,7 +29,10 @@
 
 namespace {
 
-constexpr int s_frontLimit = 500;  // ms
+// Milliseconds.
+constexpr int s_frontLimit = 500;
+constexpr int s_tokenLimit = 10000;
+constexpr auto s_tokenVariable = "XDG_ACTIVATION_TOKEN";
 
 class WaylandScreens : public Screens
 {
@@ -124,11 +130,18 @@ private:
 class WaylandApplicationWatch : public QObject, public ApplicationWatch
 {
 public:
-    explicit WaylandApplicationWatch(WaylandWindows &windows) : m_windows(windows) {}
+    explicit WaylandApplicationWatch(WaylandWindows &windows) : m_windows(windows)
+    {
+        m_tokenLimit.setSingleShot(true);
+        connect(&m_tokenLimit, &QTimer::timeout, this, [this] { useToken({}); });
+    }
 
     void start(Handlers handlers) override
     {
         m_handlers = std::move(handlers);
+        // Whoever started this program may have given it one. No other program is to inherit it.
+        useToken(qgetenv(s_tokenVariable));
+        qunsetenv(s_tokenVariable);
         connect(qGuiApp, &QGuiApplication::applicationStateChanged, this,
                 [this] { tell(isActive()); });
         tell(isActive());
@@ -154,14 +167,48 @@ public:
     void bringToFront(QWidget *window) override
     {
         if (QWindow *handle = window->window()->windowHandle()) {
-            handle->requestActivate();
+            // A window that is not shown yet gets the token when it is.
+            activate(*handle, handle->isExposed() ? takeToken() : QByteArray());
             m_windows.focusOwn(handle);
         }
         tell(true);
         QTimer::singleShot(s_frontLimit, this, [this] { tell(isActive()); });
     }
+    void useToken(const QByteArray &token) override
+    {
+        m_token = token;
+        qGuiApp->removeEventFilter(this);
+        if (token.isEmpty())
+            return;
+        m_tokenLimit.start(s_tokenLimit);
+        qGuiApp->installEventFilter(this);
+    }
+
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        if (event->type() == QEvent::Expose) {
+            auto *window = qobject_cast<QWindow *>(watched);
+            if (window && window->isExposed() && window->type() != Qt::ToolTip)
+                activate(*window, takeToken());
+        }
+        return QObject::eventFilter(watched, event);
+    }
 
 private:
+    QByteArray takeToken()
+    {
+        QByteArray token = m_token;
+        useToken({});
+        return token;
+    }
+    // The toolkit looks for the token in the environment.
+    static void activate(QWindow &window, const QByteArray &token)
+    {
+        if (!token.isEmpty())
+            qputenv(s_tokenVariable, token);
+        window.requestActivate();
+        qunsetenv(s_tokenVariable);
+    }
     static bool isActive() { return QGuiApplication::applicationState() == Qt::ApplicationActive; }
     void tell(bool isInFront)
     {
@@ -172,6 +219,8 @@ private:
 
     Handlers m_handlers;
     WaylandWindows &m_windows;
+    QByteArray m_token;
+    QTimer m_tokenLimit;
 };
 
 // A service with a share in the windows, which must outlive all services.
@@ -185,6 +234,12 @@ public:
     {
     }
 };
+
+QString lackOfHotKeys()
+{
+    return QCoreApplication::translate("Abilities",
+                                       "On this desktop keys are bound in its own settings.");
+}
 
 void withholdWhatLacks(Services &services, const WaylandConnection &connection,
                        const WaylandWindows &windows, bool hasHotKeys)
@@ -202,9 +257,7 @@ void withholdWhatLacks(Services &services, const WaylandConnection &connection,
                                          "whole screen with the countdown instead, and open the "
                                          "menu meanwhile."));
     if (!hasHotKeys)
-        lacks(
-            Ability::HotKeys,
-            QT_TRANSLATE_NOOP("Abilities", "On this desktop keys are bound in its own settings."));
+        services.abilities.withhold(Ability::HotKeys, lackOfHotKeys());
     if (!WaylandHands::canTurnWheels(connection))
         lacks(Ability::OtherWheels,
               QT_TRANSLATE_NOOP("Abilities", "This desktop lets no program turn the wheel."));
@@ -224,15 +277,34 @@ std::shared_ptr<WaylandWindows> windowsOf(const std::shared_ptr<WaylandConnectio
     return std::make_shared<WaylandWindows>(connection);
 }
 
-WaylandPictures::Routes routesFor(const std::shared_ptr<WaylandConnection> &connection)
+WaylandPictures::Routes routesFor(const std::shared_ptr<WaylandConnection> &connection,
+                                  const std::shared_ptr<Portal> &portal)
 {
     WaylandPictures::Routes routes;
     if (connection->screencopy() && connection->shm())
         routes.push_back(std::make_unique<ScreencopyRoute>(connection));
+    // Screencopy serves where it is there. What else is there may prove not to.
+    if (!routes.empty())
+        return routes;
     const QDBusConnection bus = QDBusConnection::sessionBus();
     if (KWinRoute::isThere(bus))
         routes.push_back(std::make_unique<KWinRoute>(bus));
+    if (portal)
+        routes.push_back(std::make_unique<PortalRoute>(portal));
     return routes;
+}
+
+// Withheld until the portal gives some.
+std::unique_ptr<HotKeys> hotKeysFor(const std::shared_ptr<Portal> &portal)
+{
+    if (!portal)
+        return noHotKeys();
+    return std::make_unique<PortalHotKeys>(portal, [](bool areThere) {
+        if (areThere)
+            services().abilities.grant(Ability::HotKeys);
+        else
+            services().abilities.withhold(Ability::HotKeys, lackOfHotKeys());
+    });
 }
 
 }  // namespace
@@ -244,7 +316,8 @@ bool createWaylandDesktop(Services &services)
     const std::shared_ptr<WaylandConnection> connection = WaylandConnection::open();
     if (!connection)
         return false;
-    WaylandPictures::Routes routes = routesFor(connection);
+    const std::shared_ptr<Portal> portal = Portal::find();
+    WaylandPictures::Routes routes = routesFor(connection, portal);
     if (routes.empty())
         return false;
     const auto windows = windowsOf(connection);
@@ -256,7 +329,7 @@ bool createWaylandDesktop(Services &services)
     services.hands = std::make_unique<WaylandHands>(connection);
     const QDBusConnection bus = QDBusConnection::sessionBus();
     const bool hasHotKeys = KWinHotKeys::isThere(bus);
-    services.hotKeys = hasHotKeys ? std::make_unique<KWinHotKeys>(bus) : noHotKeys();
+    services.hotKeys = hasHotKeys ? std::make_unique<KWinHotKeys>(bus) : hotKeysFor(portal);
     services.keys = std::make_unique<WaylandKeyWatch>();
     services.watch = std::make_unique<WithWindows<WaylandApplicationWatch>>(windows);
     withholdWhatLacks(services, *connection, *windows, hasHotKeys);

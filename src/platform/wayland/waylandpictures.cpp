@@ -109,8 +109,12 @@ QImage WaylandPictures::ofDesktop(const QRect &area)
 // place, whatever comes in front.
 QImage WaylandPictures::ofWindows(std::optional<QRectF> area, const QList<int> &numbers)
 {
-    if (numbers.size() == 1 && !area && m_windows.havePictures())
-        return m_windows.pictureOf(numbers.first());
+    if (numbers.size() == 1 && !area) {
+        const QImage whole = m_windows.pictureOf(numbers.first());
+        // The last word is not spoken before it has been asked.
+        if (!whole.isNull() || m_windows.havePictures())
+            return whole;
+    }
     QRect bounds;
     for (const int number : numbers)
         bounds |= m_frozen ? visibleOf(number).boundingRect() : m_windows.boundsOf(number).toRect();

@@ -1,6 +1,7 @@
 #include "platform/xdg/applicationbus.h"
 
 #include "base/log.h"
+#include "platform/services.h"
 
 #include <QDBusAbstractAdaptor>
 #include <QDBusConnection>
@@ -19,8 +20,17 @@ const auto s_path = "/org/example/brenvale/SnapWorkbench"_L1;
 const auto s_interface = "org.freedesktop.Application"_L1;
 constexpr int s_answerLimit = 2000;  // milliseconds
 
-// The data that callers pass on from the desktop (an activation token, a startup id) is not used,
-// because the window is activated with the rights of a task bar.
+// Of what callers pass on from the desktop, the right to the focus. Those of older desktops call it
+// otherwise.
+QByteArray tokenOf(const QVariantMap &desktop)
+{
+    for (const auto &key : {u"activation-token"_s, u"desktop-startup-id"_s}) {
+        if (QByteArray token = desktop.value(key).toByteArray(); !token.isEmpty())
+            return token;
+    }
+    return {};
+}
+
 class ApplicationAdaptor : public QDBusAbstractAdaptor
 {
     Q_OBJECT
@@ -30,12 +40,12 @@ public:
     explicit ApplicationAdaptor(ApplicationBus &bus) : QDBusAbstractAdaptor(&bus), m_bus(bus) {}
 
 public slots:
-    void Activate(const QVariantMap &)
+    void Activate(const QVariantMap &desktop)
     {
-        later([this] { m_bus.handlers().activate(); });
+        later(desktop, [this] { m_bus.handlers().activate(); });
     }
 
-    void Open(const QStringList &uris, const QVariantMap &)
+    void Open(const QStringList &uris, const QVariantMap &desktop)
     {
         QStringList paths;
         for (const QString &uri : uris) {
@@ -45,14 +55,14 @@ public slots:
             else
                 qCInfo(logBus) << uri << "is no file of this machine";
         }
-        later([this, paths] { m_bus.handlers().open(paths); });
+        later(desktop, [this, paths] { m_bus.handlers().open(paths); });
     }
 
-    void ActivateAction(const QString &name, const QVariantList &, const QVariantMap &,
+    void ActivateAction(const QString &name, const QVariantList &, const QVariantMap &desktop,
                         const QDBusMessage &message)
     {
         if (const auto run = m_bus.handlers().actions.value(name)) {
-            later(run);
+            later(desktop, run);
             return;
         }
         qCInfo(logBus) << "there is no action" << name;
@@ -62,9 +72,15 @@ public slots:
     }
 
 private:
-    void later(const std::function<void()> &run)
+    void later(const QVariantMap &desktop, const std::function<void()> &run)
     {
-        QMetaObject::invokeMethod(&m_bus, run, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(
+            &m_bus,
+            [token = tokenOf(desktop), run] {
+                services().watch->useToken(token);
+                run();
+            },
+            Qt::QueuedConnection);
     }
 
     ApplicationBus &m_bus;
@@ -120,7 +136,11 @@ ApplicationBus::Claim ApplicationBus::claim()
 bool ApplicationBus::activateOwner()
 {
     QDBusMessage call = QDBusMessage::createMethodCall(s_name, s_path, s_interface, u"Activate"_s);
-    call << QVariantMap();
+    // What the desktop gave this start is the other's.
+    QVariantMap desktop;
+    if (const QString token = qEnvironmentVariable("XDG_ACTIVATION_TOKEN"); !token.isEmpty())
+        desktop.insert(u"activation-token"_s, token);
+    call << desktop;
     // If nobody answers, no third process must be started.
     call.setAutoStartService(false);
     const QDBusMessage answer =

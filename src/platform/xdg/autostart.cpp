@@ -54,8 +54,8 @@ bool Autostart::contains() const
            valueOf(lines, "X-GNOME-Autostart-enabled") != "false";
 }
 
-// KWin may take this entry for the one that says what the program may do, so it asks for the same as
-// the installed one.
+// KWin may take this entry for the one that says what the program may do, so it asks for the same
+// as the installed one.
 void Autostart::insert()
 {
     const QString path = entryPath();

@@ -18,7 +18,8 @@ private slots:
     // What the desktop entry promises, the program keeps.
     void desktopEntry()
     {
-        QFile file(QFINDTESTDATA("../../../packaging/org.example.brenvale.SnapWorkbench.desktop"));
+        QFile file(
+            QFINDTESTDATA("../../../packaging/org.example.brenvale.SnapWorkbench.desktop.in"));
         QVERIFY(file.open(QIODevice::ReadOnly));
         QMap<QString, QString> values;  // by section and key
         QString section;

@@ -30,6 +30,7 @@ public:
     bool asks = false;
     bool isEmpty = false;
     bool refuses = false;
+    bool getsFront = true;  ///< the window, where it is to be in front
     QStringList log{};
     bool isEscapeHeard = false;
     Hook opened{};  ///< told when what waits for the user opens
@@ -45,6 +46,7 @@ public:
         static constexpr std::array names{"minimize", "restore", "lower", "show"};
         log.append(QString::fromLatin1(names.at(static_cast<size_t>(place))));
         now.isMinimized = place == Place::Minimized;
+        now.active = place == Place::InFront && getsFront ? &m_widget : nullptr;
         if (place == Place::InFront)
             run(showing);
     }
@@ -134,6 +136,7 @@ private:
     }
 
     bool m_closed = false;
+    QWidget m_widget{};
 };
 
 }  // namespace
@@ -149,6 +152,7 @@ private slots:
         m_fake->now = {.isComposited = true, .countdown = 5};
         m_pictures.asked = {};
         m_pictures.live = true;
+        m_pictures.asks = false;
         m_flow = std::make_unique<GrabFlow>(*m_fake, *m_fake, m_pictures, m_clock);
         m_fake->opened = [this] { m_flow->opened(); };
     }
@@ -207,6 +211,7 @@ private slots:
         using C = GrabCommand;
         bool refuses = false;
         bool freezes = false;
+        bool asks = false;
         const auto check = [&](const QByteArray &row, const GrabCommand &command,
                                const GrabSituation &before, bool accepts, bool empty,
                                const char *log) {
@@ -216,6 +221,7 @@ private slots:
             m_fake->isEmpty = empty;
             m_fake->refuses = refuses;
             m_pictures.live = !freezes;
+            m_pictures.asks = asks;
             m_flow->press(command);
             expect(row, m_fake->log.join(u','), QString::fromLatin1(log));
             expect(row, m_flow->state(), GrabState::Idle);
@@ -260,6 +266,15 @@ private slots:
               "cover,minimize,mark,restore,give back");
         check("frozen windows", C::Windows, other, true, false,
               "hide,back,browse,document,document");
+        // A question of the desktop's is asked with the window in front, before all that.
+        asks = true;
+        check("asked", C::Rectangle, other, true, false,
+              "show,minimize,cover,mark,document,restore,give back");
+        check("asked, own", C::Rectangle, hides, true, false,
+              "show,cover,minimize,mark,document,restore,keep");
+        check("asked, counted", C::Countdown, minimized, true, false,
+              "show,minimize,count,screen,document");
+        m_pictures.asks = false;
         m_fake->now = other;
         m_fake->log.clear();
         m_flow->press(C::Window);
@@ -279,12 +294,14 @@ private slots:
         using C = GrabCommand;
         using Asked = std::function<void(const Pictures::Answer &)>;
         std::optional<qint64> givenUp;
+        bool asks = false;
         const auto later = [this](int milliseconds, const Hook &then) {
             m_clock.after(milliseconds, this, then);
         };
         const auto check = [&](const QByteArray &row, const C &command, const Asked &asked,
                                const char *log) {
             init();
+            m_pictures.asks = asks;
             m_pictures.asked = [&](const Pictures::Answer &answer) {
                 m_fake->log.append(u"ask"_s);
                 asked(answer);
@@ -299,6 +316,7 @@ private slots:
             // What comes now comes too late, and the next one starts.
             m_clock.advance(1000);
             m_pictures.asked = {};
+            m_pictures.asks = false;
             m_flow->press(C::Screen);
             expect(row, done(), u"other,screen,document"_s);
         };
@@ -346,6 +364,17 @@ private slots:
               "other,ask,give up");
         check("a screen goes", C::Window, given([&] { m_flow->displayLost(); }), "ask,give up");
         check("quit", C::Screen, given([&] { m_flow->quit(); }), "other,ask,give up,close");
+        asks = true;
+        check("the user refuses", C::Rectangle, refused, "show,ask,say");
+        check("Escape while they are asked", C::Rectangle, given([&] { m_flow->escape(); }),
+              "show,ask,give up,minimize");
+        check("not for a menu", C::Menu, refused, "menu,show");
+        // Where the window can't come to the front there is no question, and the user is told.
+        init();
+        m_pictures.asks = true;
+        m_fake->getsFront = false;
+        m_flow->press(C::Rectangle);
+        QCOMPARE(done(), u"show,minimize,show,say"_s);
     }
 
     void lastPressIsKept()

@@ -99,6 +99,38 @@ private slots:
         QCOMPARE(QGuiApplication::clipboard()->text(), text + u'\n');
     }
 
+    // A desktop that was told to give no keys can be asked again, and what it says is shown at
+    // once.
+    void asksForKeys()
+    {
+        struct Askable : HotKeys {
+            std::function<void()> changed{};
+            bool given = false;
+            void setHandler(std::function<void(int)>) override {}
+            void setChangeHandler(const std::function<void()> &tell) override { changed = tell; }
+            void add(int, char) override {}
+            void remove(int) override {}
+            QString keysOf(int number) const override { return number == 1 ? u"F9"_s : QString(); }
+            bool canAsk() const override { return !given; }
+            void ask() override
+            {
+                given = true;
+                services().abilities.grant(Ability::HotKeys);
+                QMetaObject::invokeMethod(qApp, changed, Qt::QueuedConnection);
+            }
+        };
+        services().abilities.withhold(Ability::HotKeys, u"no"_s);
+        services().hotKeys = std::make_unique<Askable>();
+        const DialogPreference *dialog = openDialog();
+        dialog->findChildren<QPushButton *>().constLast()->click();
+        QCoreApplication::processEvents();
+        QVERIFY(!dialog->findChild<QPlainTextEdit *>());
+        auto *list = dialog->findChild<QTreeWidget *>();
+        QVERIFY(list);
+        QCOMPARE(list->topLevelItem(0)->text(1), u"F9"_s);
+        QVERIFY(list->topLevelItem(1)->text(1).contains(u"taken"_s));
+    }
+
     // Within five seconds, and where that fails the user is told once, and what could not be
     // written is written later.
     void changesAreSaved()
