@@ -39,6 +39,10 @@
         <source>This desktop tells no program of the windows of others.</source>
         <translation>Dieser Desktop sagt keinem Programm, welche Fenster andere haben.</translation>
     </message>
+    <message>
+        <source>This desktop lets no program watch its screens, so that nothing that scrolls can be taken.</source>
+        <translation>Dieser Desktop lässt kein Programm seine Bildschirme beobachten, so dass nichts aufgenommen werden kann, was scrollt.</translation>
+    </message>
 </context>
 <context>
     <name>AboutBox</name>
@@ -260,6 +264,30 @@ Klicken Sie auf „Nein“, um ohne sie fortzufahren, oder möchten Sie sie jetz
         <source>Marked: %1 × %2 pixels</source>
         <translation>Markiert: %1 × %2 Pixel</translation>
     </message>
+    <message>
+        <source>Mark the part of the screen that scrolls</source>
+        <translation>Markieren Sie den Teil des Bildschirms, der scrollt</translation>
+    </message>
+    <message>
+        <source>marks another part</source>
+        <translation>markiert einen anderen Teil</translation>
+    </message>
+    <message>
+        <source>marks it</source>
+        <translation>markiert ihn</translation>
+    </message>
+    <message>
+        <source>Return, H</source>
+        <translation>Eingabe, H</translation>
+    </message>
+    <message>
+        <source>Then</source>
+        <translation>Danach</translation>
+    </message>
+    <message>
+        <source>this grab again, or a start of this program, keeps what there is</source>
+        <translation>diese Aufnahme noch einmal, oder ein Start dieses Programms, behält, was da ist</translation>
+    </message>
 </context>
 <context>
     <name>Dialog</name>
@@ -476,6 +504,10 @@ Rücktaste    Punkt löschen</translation>
     <message>
         <source>%1 × %2 pixels</source>
         <translation>%1 × %2 Pixel</translation>
+    </message>
+    <message>
+        <source>The desktop does not show this screen to the program</source>
+        <translation>Der Desktop zeigt dem Programm diesen Bildschirm nicht</translation>
     </message>
 </context>
 <context>
@@ -942,6 +974,37 @@ Rücktaste    Punkt löschen</translation>
     <message>
         <source>The picture shows the visible part of the window: this desktop keeps no pictures of what is covered or lies beyond the screen.</source>
         <translation>Das Bild zeigt den sichtbaren Teil des Fensters: Dieser Desktop hat keine Bilder von dem, was verdeckt ist oder außerhalb des Bildschirms liegt.</translation>
+    </message>
+</context>
+<context>
+    <name>PortalCast</name>
+    <message>
+        <source>The desktop did not show its screens in time.</source>
+        <translation>Der Desktop hat seine Bildschirme nicht rechtzeitig gezeigt.</translation>
+    </message>
+    <message>
+        <source>The desktop&apos;s screens can&apos;t be watched: PipeWire gives no pictures. Is it running?</source>
+        <translation>Die Bildschirme des Desktops können nicht beobachtet werden: PipeWire gibt keine Bilder. Läuft es?</translation>
+    </message>
+    <message>
+        <source>This desktop lets no program watch its screens.</source>
+        <translation>Dieser Desktop lässt kein Programm seine Bildschirme beobachten.</translation>
+    </message>
+    <message>
+        <source>The desktop&apos;s portal failed before it showed the screens. Try again.</source>
+        <translation>Das Portal des Desktops ist ausgefallen, bevor es die Bildschirme gezeigt hat. Versuchen Sie es noch einmal.</translation>
+    </message>
+    <message>
+        <source>You have cancelled the desktop&apos;s question, so the screen can&apos;t be watched.</source>
+        <translation>Sie haben die Frage des Desktops abgebrochen, so dass der Bildschirm nicht beobachtet werden kann.</translation>
+    </message>
+    <message>
+        <source>The desktop has stopped showing its screens.</source>
+        <translation>Der Desktop zeigt seine Bildschirme nicht mehr.</translation>
+    </message>
+    <message>
+        <source>The desktop failed to show its screens. Try again.</source>
+        <translation>Der Desktop konnte seine Bildschirme nicht zeigen. Versuchen Sie es noch einmal.</translation>
     </message>
 </context>
 <context>

@@ -39,6 +39,10 @@
         <source>This desktop tells no program of the windows of others.</source>
         <translation>此桌面不向程序告知其他程序的窗口。</translation>
     </message>
+    <message>
+        <source>This desktop lets no program watch its screens, so that nothing that scrolls can be taken.</source>
+        <translation>此桌面不允许程序观察其屏幕，因此无法截取滚动的内容。</translation>
+    </message>
 </context>
 <context>
     <name>AboutBox</name>
@@ -260,6 +264,30 @@ Click No to continue common capture, or Enable Scroll Capture now?</source>
         <source>Marked: %1 × %2 pixels</source>
         <translation>已标记：%1 × %2 像素</translation>
     </message>
+    <message>
+        <source>Mark the part of the screen that scrolls</source>
+        <translation>标出屏幕上滚动的部分</translation>
+    </message>
+    <message>
+        <source>marks another part</source>
+        <translation>标出另一部分</translation>
+    </message>
+    <message>
+        <source>marks it</source>
+        <translation>标出它</translation>
+    </message>
+    <message>
+        <source>Return, H</source>
+        <translation>回车键、H</translation>
+    </message>
+    <message>
+        <source>Then</source>
+        <translation>之后</translation>
+    </message>
+    <message>
+        <source>this grab again, or a start of this program, keeps what there is</source>
+        <translation>再次执行此截取，或启动本程序，会保留已有的内容</translation>
+    </message>
 </context>
 <context>
     <name>Dialog</name>
@@ -476,6 +504,10 @@ Backspace    删除最后一点</translation>
     <message>
         <source>%1 × %2 pixels</source>
         <translation>%1 × %2 像素</translation>
+    </message>
+    <message>
+        <source>The desktop does not show this screen to the program</source>
+        <translation>桌面没有向本程序显示此屏幕</translation>
     </message>
 </context>
 <context>
@@ -942,6 +974,37 @@ Backspace    删除最后一点</translation>
     <message>
         <source>The picture shows the visible part of the window: this desktop keeps no pictures of what is covered or lies beyond the screen.</source>
         <translation>图片显示的是窗口的可见部分：此桌面不保留被遮挡或位于屏幕之外的内容。</translation>
+    </message>
+</context>
+<context>
+    <name>PortalCast</name>
+    <message>
+        <source>The desktop did not show its screens in time.</source>
+        <translation>桌面没有及时显示其屏幕。</translation>
+    </message>
+    <message>
+        <source>The desktop&apos;s screens can&apos;t be watched: PipeWire gives no pictures. Is it running?</source>
+        <translation>无法观察桌面的屏幕：PipeWire 没有提供图像。它在运行吗？</translation>
+    </message>
+    <message>
+        <source>This desktop lets no program watch its screens.</source>
+        <translation>此桌面不允许程序观察其屏幕。</translation>
+    </message>
+    <message>
+        <source>The desktop&apos;s portal failed before it showed the screens. Try again.</source>
+        <translation>桌面的门户服务在显示屏幕之前发生故障。请重试。</translation>
+    </message>
+    <message>
+        <source>You have cancelled the desktop&apos;s question, so the screen can&apos;t be watched.</source>
+        <translation>您取消了桌面的询问，因此无法观察屏幕。</translation>
+    </message>
+    <message>
+        <source>The desktop has stopped showing its screens.</source>
+        <translation>桌面已停止显示其屏幕。</translation>
+    </message>
+    <message>
+        <source>The desktop failed to show its screens. Try again.</source>
+        <translation>桌面未能显示其屏幕。请重试。</translation>
     </message>
 </context>
 <context>

@@ -20,6 +20,8 @@ namespace {
 constexpr int s_followInterval = 100;
 constexpr int s_windowLimit = 3000;
 constexpr int s_frames = 50;  // in which the compositor draws what has come back
+constexpr int s_rest = 200;
+constexpr int s_restLimit = 1000;
 
 constexpr int s_nameLimit = 32;
 
@@ -252,6 +254,24 @@ void ContentCapture::waitForWindow(const WindowCatalogue::Entry &window)
                             [](const auto &entry) { return entry.process == ownProcess(); });
     });
     services().clock->pause(s_frames);
+    if (!services().abilities.lackOf(Ability::WindowList).isEmpty())
+        waitForRest(window.number);
+}
+
+// What has been closed may fade, and where no windows are known only the picture tells when it has
+// gone.
+void ContentCapture::waitForRest(int window)
+{
+    Clock &clock = *services().clock;
+    QImage last;
+    Stopwatch sinceChange(clock);
+    waitUntil(clock, s_restLimit, [&] {
+        const QImage now = services().pictures->ofWindows(std::nullopt, {window});
+        if (now != last)
+            sinceChange.restart();
+        last = now;
+        return sinceChange.elapsed() >= s_rest;
+    });
 }
 
 void ContentCapture::keep()

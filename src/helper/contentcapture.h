@@ -31,6 +31,7 @@ private:
     void openPanel();
     void tellBeside(const QString &text);
     void waitForWindow(const WindowCatalogue::Entry &window);
+    void waitForRest(int window);
     /// Runs a capture of the content until it ends.
     template<typename Capture>
     ScrollCapture::Result run(Capture &capture, const WindowCatalogue::Entry &window);

@@ -29,7 +29,9 @@ constexpr int s_handLimit = 60000;  // ms
 }  // namespace
 
 ContentPick::ContentPick()
-    : mouseShot(nullptr), m_hint(new HintPlate(this)), m_asks(services().accessibility->isEnabled())
+    : mouseShot(nullptr), m_hint(new HintPlate(this)),
+      m_knowsWindows(services().abilities.lackOf(Ability::WindowList).isEmpty()),
+      m_asks(m_knowsWindows && services().accessibility->isEnabled())
 {
     tellKeys();
     placeHint();
@@ -71,10 +73,17 @@ void ContentPick::tellKeys()
         tellMark();
     if (m_isDragged) {
         m_hint->addLine(tr("Release"), tr("marks this part: Return or H takes what scrolls in it"));
-        m_hint->addLine(tr("Esc"), tr("gives up"));
-        m_hint->adjustSize();
-        return;
+    } else if (m_knowsWindows) {
+        tellKeysOfWindows();
+    } else {
+        tellKeysOfScreens();
     }
+    m_hint->addLine(tr("Esc"), tr("gives up"));
+    m_hint->adjustSize();
+}
+
+void ContentPick::tellKeysOfWindows()
+{
     if (!m_markedWindow) {
         m_hint->setHeadline(tr("Point at a window"));
         m_hint->addLine(tr("Tab"), tr("goes to the next window"));
@@ -87,8 +96,16 @@ void ContentPick::tellKeys()
     m_hint->addLine(tr("H"), tr("takes what you scroll with your own hands"));
     m_hint->addLine(tr("Drag"), m_markedWindow ? tr("marks another part of a window")
                                                : tr("marks the part of a window that scrolls"));
-    m_hint->addLine(tr("Esc"), tr("gives up"));
-    m_hint->adjustSize();
+}
+
+void ContentPick::tellKeysOfScreens()
+{
+    if (!m_markedWindow)
+        m_hint->setHeadline(tr("Mark the part of the screen that scrolls"));
+    m_hint->addLine(tr("Drag"), m_markedWindow ? tr("marks another part") : tr("marks it"));
+    m_hint->addLine(tr("Return, H"), tr("takes what you scroll with your own hands"));
+    m_hint->addLine(tr("Then"),
+                    tr("this grab again, or a start of this program, keeps what there is"));
 }
 
 void ContentPick::tellMark()
@@ -136,8 +153,11 @@ bool ContentPick::paneEvent(const Pane &pane, QEvent *event)
         const bool isSpace = key.key() == Qt::Key_Space;
         if (!isReturn && !isSpace && key.key() != Qt::Key_H)
             break;
-        if (!m_isPressed)
-            choose(isReturn ? Way::Content : isSpace ? Way::Window : Way::Hands, key.modifiers());
+        const Way way = isReturn ? Way::Content : isSpace ? Way::Window : Way::Hands;
+        if (!m_isPressed && m_knowsWindows)
+            choose(way, key.modifiers());
+        else if (!m_isPressed && !isSpace)
+            choose(Way::Hands, key.modifiers());
         return true;
     }
     default:
@@ -190,7 +210,7 @@ void ContentPick::released(const Pane &pane, const QMouseEvent &event)
     // The release may report the last part of the movement.
     dragged(pane, event);
     const bool wasDragged = std::exchange(m_isDragged, false);
-    if (!wasDragged) {
+    if (!wasDragged && m_knowsWindows) {
         // accept() refuses what can't be taken.
         const bool isContent = m_pressedKeys & Qt::ControlModifier;
         choose(isContent ? Way::Content : Way::Window, m_pressedKeys);

@@ -8,6 +8,9 @@ class QMouseEvent;
 /// The window pick with a choice: the window as it is, or its scrolling content. If other programs
 /// report their structure, the scrolling area under the pointer is outlined. The user can mark
 /// another area by dragging.
+///
+/// Where no windows are known each screen stands for one, and there is nothing but its content,
+/// which the user scrolls.
 class ContentPick : public mouseShot
 {
     Q_OBJECT
@@ -48,10 +51,13 @@ private:
     void released(const Pane &pane, const QMouseEvent &event);
     void unmark();
     void tellKeys();
+    void tellKeysOfWindows();
+    void tellKeysOfScreens();
     void tellMark();
     void placeHint();
 
     HintPlate *m_hint;
+    const bool m_knowsWindows;
     const bool m_asks;  // whether other programs can be asked for their areas
     Choice m_chosen;
     // The state of a press of the left button.

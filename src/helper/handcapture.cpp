@@ -100,7 +100,9 @@ bool HandCapture::look()
 {
     const QImage picture = services().pictures->ofWindows(std::nullopt, {m_target.window});
     if (picture.isNull())
-        m_ended = tr("The window left the screen");
+        m_ended = services().abilities.lackOf(Ability::WindowList).isEmpty()
+                      ? tr("The window left the screen")
+                      : tr("The desktop does not show this screen to the program");
     else if (picture.size() != m_size)
         m_ended = tr("The window changed its size");
     if (!m_ended.isEmpty())

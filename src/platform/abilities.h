@@ -14,14 +14,15 @@ enum class Ability {
     OpenMenus = 1 << 3,       ///< open menus of other programs are in the window list
     OtherWheels = 1 << 4,     ///< the wheel can be turned in other programs
     HotKeys = 1 << 5,         ///< keys that are pressed in other programs are heard
+    Watching = 1 << 6,        ///< what the screens show can be read again and again as it moves
 };
 Q_DECLARE_FLAGS(AbilitySet, Ability)
 Q_DECLARE_OPERATORS_FOR_FLAGS(AbilitySet)
 
 /// All of them have to do with other programs.
-inline constexpr AbilitySet everyAbility = Ability::Pictures | Ability::WindowList |
-                                           Ability::CoveredWindows | Ability::OpenMenus |
-                                           Ability::OtherWheels | Ability::HotKeys;
+inline constexpr AbilitySet everyAbility =
+    Ability::Pictures | Ability::WindowList | Ability::CoveredWindows | Ability::OpenMenus |
+    Ability::OtherWheels | Ability::HotKeys | Ability::Watching;
 
 /// What the desktop lets this program do: everything but what has been withheld. Commands ask
 /// before they need it.

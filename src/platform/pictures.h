@@ -57,6 +57,13 @@ public:
     /// Whether pictures of the desktop show what was there when it was frozen.
     virtual bool isFrozen() const = 0;
 
+    /// Begins to look at what moves, on a desktop that has to be asked for it: until unwatch()
+    /// pictures that are not frozen can be taken. The answer comes once, with the same limits.
+    virtual void watch(const Answer &answer) { answer(true, {}); }
+    virtual void unwatch() {}
+    /// The same as mayAsk(), of watch().
+    virtual bool mayAskToWatch() const { return false; }
+
     /// The size of ofDesktop()'s picture. It is the area's, but where a screen has fewer pixels of
     /// its own than its area has.
     virtual QSize sizeOf(const QRect &area) const { return area.size(); }

@@ -177,7 +177,10 @@ void GWSnapWorkbenchRemoveTempFiles() { pictureFolder().remove(); }
 
 bool GWSnapWorkbenchMustAsk()
 {
-    if (GWSnapWorkbenchIsEnableAccessibilty() || GWSnapWorkbenchIsRunningInMavericksOrMore())
+    // Areas are found in windows.
+    const bool areWindowsKnown = services().abilities.lackOf(Ability::WindowList).isEmpty();
+    if (!areWindowsKnown || GWSnapWorkbenchIsEnableAccessibilty() ||
+        GWSnapWorkbenchIsRunningInMavericksOrMore())
         return false;
     bool answered = false;
     return GWSnapWorkbenchTestProcessTrusted(&answered) == 0 && !answered;

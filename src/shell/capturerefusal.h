@@ -10,8 +10,9 @@ constexpr AbilitySet neededFor(GrabCommand command)
     case GrabCommand::Show:
         return {};
     case GrabCommand::Windows:
-    case GrabCommand::Window:
         return Ability::Pictures | Ability::WindowList;
+    case GrabCommand::Window:
+        return Ability::Pictures | Ability::Watching;
     case GrabCommand::Menu:
         return Ability::Pictures | Ability::WindowList | Ability::CoveredWindows |
                Ability::OpenMenus;

@@ -101,8 +101,10 @@ void GrabFlow::press(GrabCommand command)
         run(command);
         break;
     case GrabStep::Bring:
-        // Where nothing of this program can lie beside what scrolls, the key ends it.
-        if (m_state == GrabState::Scrolling && command == m_command && !m_pictures.isLive())
+        // Where nothing of this program can lie beside what scrolls, the key ends it, and so does
+        // who wants the window back, which would come to lie over it.
+        if (m_state == GrabState::Scrolling && !m_pictures.isLive() &&
+            (command == m_command || command == GrabCommand::Show))
             m_tools.keepContent();
         else
             m_tools.bringForward();
@@ -202,6 +204,7 @@ void GrabFlow::dropHelper()
     m_kept.reset();
     m_tools.dropHelper();
     thaw();
+    unwatch();
     comeBack();
     setState(GrabState::Idle);
 }
@@ -233,8 +236,7 @@ void GrabFlow::run(GrabCommand command)
         finish();
         return;
     }
-    // An open menu is looked at while it comes and goes.
-    if (command != GrabCommand::Menu && m_pictures.mayAsk() && !askFirst()) {
+    if (isAskedFirst() && !askFirst()) {
         finish();
         return;
     }
@@ -254,6 +256,13 @@ void GrabFlow::run(GrabCommand command)
         mark();
         break;
     }
+}
+
+// An open menu is looked at while it comes and goes, and what scrolls while it moves.
+bool GrabFlow::isAskedFirst() const
+{
+    return (m_command != GrabCommand::Menu && m_pictures.mayAsk()) ||
+           (m_command == GrabCommand::Window && m_pictures.mayAskToWatch());
 }
 
 // True if the main window has got the front. A desktop that refuses it to a window which lies
@@ -276,13 +285,14 @@ bool GrabFlow::comeToFront()
 bool GrabFlow::askFirst()
 {
     setState(GrabState::Freezing);
-    if (!comeToFront()) {
+    if (!comeToFront() && m_pictures.mayAsk()) {
         m_trouble = tr("The desktop has to ask you whether this program may take pictures of the "
                        "screen, and does that only while its window is in front. Click on the "
                        "window, and try again.");
         return false;
     }
-    const bool isAllowed = !m_isGivenUp && freeze();
+    const bool isAllowed = !m_isGivenUp && (!m_pictures.mayAsk() || freeze()) &&
+                           (m_command != GrabCommand::Window || watch());
     thaw();
     const bool wasInFront = m_before.isActive && !m_before.isMinimized;
     if ((isAllowed || m_isGivenUp) && !wasInFront) {
@@ -294,9 +304,28 @@ bool GrabFlow::askFirst()
     return isAllowed;
 }
 
-// True once the pictures are there. Where they are not nothing is to be opened; the user is told
-// when the grab ends, unless they have given it up.
+// True once the pictures are there.
 bool GrabFlow::freeze()
+{
+    m_holdsPictures = true;
+    if (!askDesktop([this](const auto &answer) { m_pictures.freeze(Freeze::AsUsual, answer); }))
+        return false;
+    // Who is in front is known with what stands still.
+    if (m_pictures.isFrozen())
+        m_before.process = m_window.situation().process;
+    return true;
+}
+
+// True once there are pictures of what moves.
+bool GrabFlow::watch()
+{
+    return std::exchange(m_watches, true) ||
+           askDesktop([this](const auto &answer) { m_pictures.watch(answer); });
+}
+
+// Waits for the answer. Where it is no nothing is to be opened; the user is told when the grab
+// ends, unless they have given it up.
+bool GrabFlow::askDesktop(const std::function<void(const Pictures::Answer &)> &question)
 {
     struct Answer {
         bool areThere = false;
@@ -304,8 +333,7 @@ bool GrabFlow::freeze()
     };
     // Held here while it is waited for, and by who answers, which may be later.
     const auto answer = std::make_shared<std::optional<Answer>>();
-    m_holdsPictures = true;
-    m_pictures.freeze(Freeze::AsUsual, [answer](bool areThere, const QString &trouble) {
+    question([answer](bool areThere, const QString &trouble) {
         if (!*answer)
             *answer = {areThere, trouble};
     });
@@ -319,12 +347,8 @@ bool GrabFlow::freeze()
     }
     if (m_isGivenUp)
         return false;
-    if (*answer && (*answer)->areThere) {
-        // Who is in front is known with what stands still.
-        if (m_pictures.isFrozen())
-            m_before.process = m_window.situation().process;
+    if (*answer && (*answer)->areThere)
         return true;
-    }
     qCInfo(logGrab) << "the desktop gives no pictures:" << kindOf(m_command);
     m_trouble = *answer ? (*answer)->trouble : QString();
     if (m_trouble.isEmpty())
@@ -336,6 +360,12 @@ void GrabFlow::thaw()
 {
     if (std::exchange(m_holdsPictures, false))
         m_pictures.thaw();
+}
+
+void GrabFlow::unwatch()
+{
+    if (std::exchange(m_watches, false))
+        m_pictures.unwatch();
 }
 
 void GrabFlow::mark()
@@ -432,7 +462,7 @@ void GrabFlow::startHelper()
     m_helperWorks = m_tools.startHelper(m_command, [&] {
         setState(state);
         getOutOfTheWay();
-        return !wantsPictures || freeze();
+        return !wantsPictures || (freeze() && watch());
     });
     if (!m_helperWorks)
         finish();
@@ -528,6 +558,7 @@ void GrabFlow::comeBack()
 void GrabFlow::finish()
 {
     thaw();
+    unwatch();
     if (const QString trouble = std::exchange(m_trouble, {}); !trouble.isEmpty())
         m_window.say(trouble);
     if (std::exchange(m_closeAfter, false)) {

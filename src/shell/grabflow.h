@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/pictures.h"
+
 #include <QList>
 #include <QObject>
 #include <QPointer>
@@ -10,7 +12,6 @@
 #include <optional>
 
 class Clock;
-class Pictures;
 struct Grab;
 
 /// What a press asks for, by hot key, button, menu or bus.
@@ -214,8 +215,12 @@ private:
     void begin(GrabCommand command);
     bool comeToFront();
     bool askFirst();
+    bool isAskedFirst() const;
     bool freeze();
+    bool watch();
+    bool askDesktop(const std::function<void(const Pictures::Answer &)> &question);
     void thaw();
+    void unwatch();
     void mark();
     void takeScreen();
     void browse();
@@ -241,6 +246,7 @@ private:
     GrabSituation m_before{};
     bool m_isGivenUp = false;
     bool m_holdsPictures = false;  // they have been asked for, and not been let go
+    bool m_watches = false;        // what moves
     QString m_trouble;             // why there are none, to be told
     bool m_helperWorks = false;
     bool m_isRaised = false;  // the window was, with a picture

@@ -76,9 +76,12 @@ public:
     /// Answers a call of freeze() instead, where set: whenever and as often as it likes.
     std::function<void(const Answer &)> asked{};
     bool frozen = false;
-    bool live = true;     ///< else each question freezes
-    bool isHeld = false;  ///< asked for, and not let go
-    bool asks = false;    ///< the user, until they have answered once
+    bool live = true;          ///< else each question freezes
+    bool isHeld = false;       ///< asked for, and not let go
+    bool asks = false;         ///< the user, until they have answered once
+    bool asksToWatch = false;  ///< the same of watch()
+    bool refusesToWatch = false;
+    bool isWatched = false;  ///< asked for, and not ended
 
     // The answer is dropped only where nobody has set `asked`.
     void freeze(Freeze, Answer answer) override
@@ -102,6 +105,14 @@ public:
     bool isFrozen() const override { return frozen; }
     bool isLive() const override { return live; }
     bool mayAsk() const override { return asks; }
+    bool mayAskToWatch() const override { return asksToWatch; }
+    void watch(const Answer &answer) override
+    {
+        isWatched = true;
+        asksToWatch = false;
+        answer(!refusesToWatch, {});
+    }
+    void unwatch() override { isWatched = false; }
 
     QImage ofDesktop(const QRect &area) override { return withoutWindows(area, {}); }
     QImage ofWindows(std::optional<QRectF> area, const QList<int> &numbers) override

@@ -34,8 +34,14 @@ public:
     /// Gives that up; nothing is answered any more.
     virtual void drop() = 0;
 
-    /// The same at once, of what moves, for the screens that lie in `area` (global device pixels);
-    /// the pictures of the others are null. Empty if there are none.
+    /// Begins to show what moves, where takeNow() needs that. `begun` is called once, unless
+    /// unwatch() comes first, and may call that: with whether it has begun, and if not, why not.
+    using Begun = std::function<void(bool areThere, const QString &trouble)>;
+    virtual void watch(const ScreenLayout & /*layout*/, const Begun &begun) { begun(true, {}); }
+    virtual void unwatch() {}
+
+    /// The same as take() at once, of what moves, for the screens that lie in `area` (global device
+    /// pixels); the pictures of the others are null. Empty if there are none.
     virtual QList<QImage> takeNow(const ScreenLayout & /*layout*/, const QRect & /*area*/)
     {
         return {};
@@ -44,4 +50,6 @@ public:
     /// Whether take() may ask the user first. A window of this program then has to be visible, and
     /// to have the focus.
     virtual bool mayAsk() const { return false; }
+    /// The same of watch().
+    virtual bool mayAskToWatch() const { return false; }
 };

@@ -102,7 +102,7 @@ struct PortalRoute::Question {
 };
 
 PortalRoute::PortalRoute(std::shared_ptr<Portal> portal, PortalLimits limits)
-    : m_portal(std::move(portal)), m_limits(limits)
+    : m_portal(std::move(portal)), m_limits(limits), m_cast(m_portal)
 {
     m_limit.setSingleShot(true);
     connect(&m_limit, &QTimer::timeout, this, [this] { std::exchange(m_late, nullptr)(); });

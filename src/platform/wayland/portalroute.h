@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/wayland/pictureroute.h"
+#include "platform/wayland/portalcast.h"
 #include "platform/xdg/portal.h"
 
 #include <QDeadlineTimer>
@@ -28,6 +29,16 @@ public:
     void take(const ScreenLayout &layout, Answer answer) override;
     void drop() override;
     bool mayAsk() const override { return m_permission != Permission::Given; }
+    void watch(const ScreenLayout &layout, const Begun &begun) override
+    {
+        m_cast.start(layout, begun);
+    }
+    void unwatch() override { m_cast.stop(); }
+    QList<QImage> takeNow(const ScreenLayout &layout, const QRect &area) override
+    {
+        return m_cast.pictures(layout, area);
+    }
+    bool mayAskToWatch() const override { return m_cast.mayAsk(); }
 
 private:
     enum class Permission { Unknown, Given, Denied };
@@ -54,4 +65,5 @@ private:
     QTimer m_limit;            // of what is waited for
     std::function<void()> m_late;
     std::unique_ptr<Question> m_question;
+    PortalCast m_cast;
 };

@@ -5,6 +5,7 @@
 #include "platform/wayland/kwinhotkeys.h"
 #include "platform/wayland/kwinroute.h"
 #include "platform/wayland/kwinwindows.h"
+#include "platform/wayland/portalcast.h"
 #include "platform/wayland/portalhotkeys.h"
 #include "platform/wayland/portalroute.h"
 #include "platform/wayland/screencopyroute.h"
@@ -242,7 +243,7 @@ QString lackOfHotKeys()
 }
 
 void withholdWhatLacks(Services &services, const WaylandConnection &connection,
-                       const WaylandWindows &windows, bool hasHotKeys)
+                       const WaylandWindows &windows, bool hasHotKeys, bool isWatched)
 {
     const auto lacks = [&](AbilitySet which, const char *reason) {
         services.abilities.withhold(which, QCoreApplication::translate("Abilities", reason));
@@ -261,6 +262,10 @@ void withholdWhatLacks(Services &services, const WaylandConnection &connection,
     if (!WaylandHands::canTurnWheels(connection))
         lacks(Ability::OtherWheels,
               QT_TRANSLATE_NOOP("Abilities", "This desktop lets no program turn the wheel."));
+    if (!isWatched)
+        lacks(Ability::Watching,
+              QT_TRANSLATE_NOOP("Abilities", "This desktop lets no program watch its screens, so "
+                                             "that nothing that scrolls can be taken."));
     if (!windows.areKnown())
         lacks(Ability::WindowList,
               QT_TRANSLATE_NOOP("Abilities", "This desktop tells no program of the windows of "
@@ -332,6 +337,9 @@ bool createWaylandDesktop(Services &services)
     services.hotKeys = hasHotKeys ? std::make_unique<KWinHotKeys>(bus) : hotKeysFor(portal);
     services.keys = std::make_unique<WaylandKeyWatch>();
     services.watch = std::make_unique<WithWindows<WaylandApplicationWatch>>(windows);
-    withholdWhatLacks(services, *connection, *windows, hasHotKeys);
+    // The others show what moves without being asked.
+    const bool isWatched =
+        connection->screencopy() || KWinRoute::isThere() || PortalCast::isThere(*portal);
+    withholdWhatLacks(services, *connection, *windows, hasHotKeys, isWatched);
     return true;
 }

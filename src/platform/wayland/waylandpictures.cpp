@@ -23,6 +23,15 @@ WaylandPictures::~WaylandPictures() = default;
 
 bool WaylandPictures::mayAsk() const { return m_routes.at(m_serving)->mayAsk(); }
 
+bool WaylandPictures::mayAskToWatch() const { return m_routes.at(m_serving)->mayAskToWatch(); }
+
+void WaylandPictures::watch(const Answer &answer)
+{
+    m_routes.at(m_serving)->watch(m_connection->layout(), answer);
+}
+
+void WaylandPictures::unwatch() { m_routes.at(m_serving)->unwatch(); }
+
 // The windows are read in the same moment, so that what is picked is where it is seen.
 void WaylandPictures::freeze(Freeze /*how*/, Answer answerTo)
 {

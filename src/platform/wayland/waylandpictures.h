@@ -28,6 +28,9 @@ public:
     bool mayAsk() const override;
     void freeze(Freeze how, Answer answer) override;
     void thaw() override;
+    bool mayAskToWatch() const override;
+    void watch(const Answer &answer) override;
+    void unwatch() override;
     bool isFrozen() const override { return m_frozen.has_value(); }
     QSize sizeOf(const QRect &area) const override;
     QImage ofDesktop(const QRect &area) override;

@@ -26,8 +26,15 @@ bool isCalled(const WaylandWindow &window, const QString &title)
 
 void WaylandWindows::ask(Answer answer)
 {
+    const ScreenLayout layout = m_connection->layout();
+    QList<WaylandWindow> screens;
+    for (const ScreenLayout::Screen &screen : layout.screens()) {
+        const int number = int(screens.size()) + 1;
+        screens.append({.entry = {.number = number, .bounds = screen.logical, .name = screen.name},
+                        .isVisible = true});
+    }
     QMetaObject::invokeMethod(
-        this, [answer = std::move(answer)] { answer({}); }, Qt::QueuedConnection);
+        this, [answer = std::move(answer), screens] { answer(screens); }, Qt::QueuedConnection);
 }
 
 void WaylandWindows::read(std::function<void()> done)

@@ -24,7 +24,8 @@ struct WaylandWindow {
 /// The windows of all programs, as they were when they were last read. What a compositor has to say
 /// comes late, so that each look asks for the next one, and gives what is known.
 ///
-/// This class knows of none: it stands for a compositor that tells nothing.
+/// This class stands for a compositor that tells nothing: each screen counts as a window, in which
+/// something can be pointed at.
 class WaylandWindows : public QObject
 {
     Q_OBJECT

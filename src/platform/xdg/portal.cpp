@@ -138,7 +138,7 @@ void Portal::call(const QDBusMessage &message, QObject *context,
 void Portal::listen(const QString &interface, const QString &signal, QObject *receiver,
                     const char *slot)
 {
-    m_connection.connect(s_service, s_path, interface, signal, receiver, slot);
+    m_connection.connect(s_service, {}, interface, signal, receiver, slot);
 }
 
 // The answer is a signal, which may come before the call has returned; so it is waited for at a

@@ -59,7 +59,8 @@ public:
     /// A call of one of the portal's methods, or of those that one of its objects has.
     static QDBusMessage method(const QString &interface, const QString &name,
                                const QString &path = {});
-    /// Has a slot called for each signal of one of the portal's interfaces.
+    /// Has a slot called for each signal of one of the portal's interfaces, whichever of its
+    /// objects sends it.
     void listen(const QString &interface, const QString &signal, QObject *receiver,
                 const char *slot);
 

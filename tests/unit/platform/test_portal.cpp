@@ -1,10 +1,11 @@
-// Pictures and hot keys by the desktop's portal, with a portal of the test's own on a bus of its
-// own: what it answers, late, wrongly or never, and what comes of it.
+// Pictures, casts and hot keys by the desktop's portal, with a portal of the test's own on a bus of
+// its own: what it answers, late, wrongly or never, and what comes of it.
 
 #include "config/applicationrecord.h"
 #include "config/settings.h"
 #include "config/xmlstore.h"
 #include "fakedesktop.h"
+#include "platform/wayland/caststreams.h"
 #include "platform/wayland/portalhotkeys.h"
 #include "platform/wayland/portalroute.h"
 #include "platform/xdg/applicationbus.h"
@@ -14,12 +15,18 @@
 #include <QBuffer>
 #include <QDBusArgument>
 #include <QDBusMetaType>
+#include <QDBusUnixFileDescriptor>
 #include <QDBusVirtualObject>
 #include <QPainter>
 #include <QProcess>
 #include <QUrl>
 
+#include <array>
+#include <numeric>
 #include <optional>
+
+#include <sys/socket.h>
+#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
@@ -49,6 +56,28 @@ const QDBusArgument &operator>>(const QDBusArgument &argument, FakeShortcut &sho
     return argument;
 }
 
+// As the portal tells of screens that it casts.
+struct FakeSource {
+    uint node = 0;
+    QVariantMap values{};
+};
+
+QDBusArgument &operator<<(QDBusArgument &argument, const FakeSource &source)
+{
+    argument.beginStructure();
+    argument << source.node << source.values;
+    argument.endStructure();
+    return argument;
+}
+
+const QDBusArgument &operator>>(const QDBusArgument &argument, FakeSource &source)
+{
+    argument.beginStructure();
+    argument >> source.node >> source.values;
+    argument.endStructure();
+    return argument;
+}
+
 const QString s_id = u"org.example.brenvale.SnapWorkbench"_s;
 const QString s_portal = u"org.freedesktop.portal.Desktop"_s;
 const QString s_store = u"org.freedesktop.impl.portal.PermissionStore"_s;
@@ -68,6 +97,8 @@ public:
     Permissions permissions{};
     QStringList calls{};
     QSet<QString> callers{};
+    QMap<QString, QVariantMap> options{};      ///< of the last question, by method
+    QDBusUnixFileDescriptor stream{};          ///< to PipeWire; none unless set
     std::optional<QDBusMessage> unreturned{};  ///< the last one that did not return
 
     FakePortal() : m_bus(QDBusConnection::connectToBus(QDBusConnection::SessionBus, u"fake"_s))
@@ -115,11 +146,16 @@ public:
         } else if (name == u"Register" || name == u"Close") {
             m_isBound = false;
             m_bus.send(message.createReply());
+        } else if (name == u"OpenPipeWireRemote") {
+            m_bus.send(stream.isValid()
+                           ? message.createReply(QVariant::fromValue(stream))
+                           : message.createErrorReply(QDBusError::Failed, u"no PipeWire"_s));
         } else {
-            const auto options = qdbus_cast<QVariantMap>(arguments.constLast());
+            const auto asked = qdbus_cast<QVariantMap>(arguments.constLast());
+            options.insert(name, asked);
             const QString path = u"/org/freedesktop/portal/desktop/request/%1/%2"_s.arg(
                 message.service().mid(1).replace(u'.', u'_'),
-                options.value(u"handle_token"_s).toString());
+                asked.value(u"handle_token"_s).toString());
             m_bus.send(message.createReply(QVariant::fromValue(QDBusObjectPath(path))));
             // Keys can be asked for once in a session.
             if (name == u"BindShortcuts" && std::exchange(m_isBound, true))
@@ -168,6 +204,8 @@ private slots:
         qDBusRegisterMetaType<Permissions>();
         qDBusRegisterMetaType<FakeShortcut>();
         qDBusRegisterMetaType<QList<FakeShortcut>>();
+        qDBusRegisterMetaType<FakeSource>();
+        qDBusRegisterMetaType<QList<FakeSource>>();
     }
     void cleanupTestCase()
     {
@@ -361,6 +399,132 @@ private slots:
         m_fake->answers.clear();
         take(m_layout);
         QVERIFY(m_route->mayAsk());
+    }
+
+    // The user is asked once: what the desktop remembers their answer by is kept as long as it
+    // serves, and a newer one instead of it. Each end has a word of its own and closes the session.
+    void casts()
+    {
+        g_ResourceFileName = m_scratch.put(u"SnapWorkbench.xml"_s, "<Galeway ver=\"1\"/>");
+        const QString session = u"/org/freedesktop/session"_s;
+        const ScreenLayout layout({{.logical = {0, 0, 320, 200}, .pixels = {320, 200}},
+                                   {.logical = {320, 0, 200, 200}, .pixels = {200, 200}}});
+        const auto check = [&](const QByteArray &row, const QList<QPoint> &shown, uint code,
+                               const QString &given, const QString &kept, const QString &word,
+                               const std::function<void()> &set = {}) {
+            cleanup();
+            init();
+            QList<FakeSource> sources;
+            for (const QPoint corner : shown)
+                sources.append({uint(sources.size()) + 40, {{u"position"_s, corner}}});
+            m_fake->answers = {
+                {u"CreateSession"_s, {0, {{u"session_handle"_s, session}}}},
+                {u"SelectSources"_s, {}},
+                {u"Start"_s,
+                 {code,
+                  {{u"streams"_s, QVariant::fromValue(sources)}, {u"restore_token"_s, given}}}}};
+            if (set)
+                set();
+            const QString before = GetConfigString(u"ScreenCastToken"_s);
+            PortalCast cast(Portal::find(), {.opened = 300, .shown = 300});
+            expect(row, cast.mayAsk(), before.isEmpty());
+            std::optional<QString> trouble;
+            cast.start(layout, [&](bool areThere, const QString &why) {
+                expect(row, areThere, false);
+                trouble = why;
+            });
+            QTRY_VERIFY2(trouble.has_value(), row);
+            QVERIFY2(trouble->contains(word), row + trouble->toUtf8());
+            expect(row, cast.pictures(layout, {0, 0, 320, 200}).isEmpty(), true);
+            expect(row, GetConfigString(u"ScreenCastToken"_s), kept);
+            const QVariantMap asked = m_fake->options.value(u"SelectSources"_s);
+            if (!asked.isEmpty()) {
+                expect(row, asked.value(u"restore_token"_s).toString(), before);
+                expect(row, asked.value(u"cursor_mode"_s).toUInt(), 1U);
+                expect(row, asked.value(u"persist_mode"_s).toUInt(), 2U);
+                expect(row, asked.value(u"multiple"_s).toBool(), true);
+                QTRY_VERIFY2(m_fake->calls.contains(u"Close"_s), row);
+            }
+        };
+        const QList<QPoint> both{{320, 0}, {0, 0}};
+        check("first", both, 0, u"a"_s, u"a"_s, u"PipeWire"_s);
+        check("again", both, 0, u"b"_s, u"b"_s, u"PipeWire"_s);
+        check("silent", both, 0, {}, u"b"_s, u"in time"_s,
+              [this] { m_fake->silent = {u"CreateSession"_s}; });
+        check("no cast", both, 0, {}, u"b"_s, u"no program"_s,
+              [this] { m_fake->absent = {u"CreateSession"_s}; });
+        check("a screen is left out", {{0, 0}}, 0, u"c"_s, {}, u"PipeWire"_s);
+        check("a stream that has ended", both, 0, u"d"_s, u"d"_s, u"stopped"_s, [this] {
+            std::array<int, 2> ends{};
+            QCOMPARE(socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends.data()), 0);
+            m_fake->stream = QDBusUnixFileDescriptor(ends[0]);
+            close(ends[0]);
+            close(ends[1]);
+        });
+        check("cancelled", {}, 1, {}, {}, u"cancelled"_s);
+        check("failed", {}, 2, {}, {}, u"failed"_s);
+        const auto closed = [&] {
+            m_fake->tell(session, u"org.freedesktop.portal.Session"_s, u"Closed"_s,
+                         {QVariantMap()});
+        };
+        // The user may end it, and who gives up closes question and session.
+        cleanup();
+        init();
+        m_fake->answers = {{u"CreateSession"_s, {0, {{u"session_handle"_s, session}}}},
+                           {u"SelectSources"_s, {}}};
+        PortalCast cast(Portal::find());
+        std::optional<QString> trouble;
+        cast.start(layout, [&](bool, const QString &why) { trouble = why; });
+        QTRY_VERIFY(m_fake->calls.contains(u"Start"_s));
+        closed();
+        QTRY_VERIFY(trouble && trouble->contains(u"stopped"_s));
+        QTRY_COMPARE(m_fake->calls.count(u"Close"_s), 2);
+        trouble.reset();
+        cast.start(layout, [&](bool, const QString &why) { trouble = why; });
+        QTRY_COMPARE(m_fake->calls.count(u"Start"_s), 2);
+        QTest::qWait(50);  // for the answer that must not come
+        cast.stop();
+        QTRY_COMPARE(m_fake->calls.count(u"Close"_s), 4);
+        closed();
+        QTest::qWait(50);
+        QVERIFY(!trouble);
+        FreeAllXmlDocument();
+    }
+
+    // A frame comes in memory that another program describes.
+    void frames()
+    {
+        QByteArray memory(29, 0);
+        std::iota(memory.begin(), memory.end(), char(0));
+        const CastFrame frame{.memory = reinterpret_cast<const uchar *>(memory.constData()),
+                              .capacity = memory.size(),
+                              .offset = 1,
+                              .length = 28,
+                              .stride = 16,
+                              .pixels = {3, 2}};
+        QVERIFY(frame.isWhole());  // the last row ends with its pixels
+        const QImage blueFirst = frame.picture();
+        QCOMPARE(blueFirst.pixel(0, 0), qRgb(3, 2, 1));
+        QCOMPARE(blueFirst.pixel(2, 1), qRgb(27, 26, 25));
+        CastFrame redFirst = frame;
+        redFirst.order = CastFrame::Order::RedFirst;
+        QCOMPARE(redFirst.picture().pixel(2, 1), qRgb(25, 26, 27));
+        const auto check = [&](const QByteArray &row, auto CastFrame::*field, auto value) {
+            CastFrame changed = frame;
+            changed.*field = value;
+            expect(row, changed.isWhole(), false);
+            expect(row, changed.picture().isNull(), true);
+        };
+        check("cut off", &CastFrame::length, 27);
+        check("beyond its memory", &CastFrame::capacity, 28);
+        check("begins beyond it", &CastFrame::offset, 30);
+        check("begins before it", &CastFrame::offset, -1);
+        check("rows overlap", &CastFrame::stride, 11);
+        check("upside down", &CastFrame::stride, -16);
+        check("empty", &CastFrame::length, 0);
+        check("no pixels", &CastFrame::pixels, QSize());
+        check("too wide", &CastFrame::pixels, QSize(1 << 30, 2));
+        check("no memory", &CastFrame::memory, nullptr);
     }
 
     void hotKeys()

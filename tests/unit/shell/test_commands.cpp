@@ -85,6 +85,7 @@ private slots:
         check("all there", {}, 0);
         check("no pictures", Pictures, 8);
         check("no other windows", everyAbility & ~AbilitySet(Pictures), 3);
+        check("windows untold", WindowList, 2);
         check("no menus", OpenMenus, 1);
     }
 

@@ -277,14 +277,22 @@ private slots:
         m_pictures.asks = false;
         m_fake->now = other;
         m_fake->log.clear();
+        // What scrolls is watched from before the pick, for which the desktop may have to ask, to
+        // the end.
+        m_pictures.asksToWatch = true;
         m_flow->press(C::Window);
+        QCOMPARE(m_fake->log.join(u','), u"show,minimize,hide,pick"_s);
         m_flow->opened();
         m_flow->helperScrolls();
         QVERIFY(!m_pictures.frozen);
+        QVERIFY(m_pictures.isWatched);
+        m_fake->log.clear();
         m_flow->press(C::Rectangle);
         m_flow->press(C::Window);
+        m_flow->press(C::Show);
         m_flow->helperEnds();
-        QCOMPARE(m_fake->log.join(u','), u"hide,pick,bring,keep content,back,show"_s);
+        QCOMPARE(m_fake->log.join(u','), u"bring,keep content,keep content,back,show"_s);
+        QVERIFY(!m_pictures.isWatched);
     }
 
     // Whenever and however the desktop answers: nothing opens before, or at all, and nothing of it
@@ -312,7 +320,7 @@ private slots:
             m_flow->helperEnds();
             expect(row, done(), QString::fromLatin1(log));
             expect(row, m_flow->state(), GrabState::Idle);
-            expect(row, m_pictures.isHeld, false);
+            expect(row, m_pictures.isHeld || m_pictures.isWatched, false);
             // What comes now comes too late, and the next one starts.
             m_clock.advance(1000);
             m_pictures.asked = {};
@@ -369,6 +377,10 @@ private slots:
         check("Escape while they are asked", C::Rectangle, given([&] { m_flow->escape(); }),
               "show,ask,give up,minimize");
         check("not for a menu", C::Menu, refused, "menu,show");
+        asks = false;
+        m_pictures.refusesToWatch = true;
+        check("not to be watched", C::Window, late, "ask,say");
+        m_pictures.refusesToWatch = false;
         // Where the window can't come to the front there is no question, and the user is told.
         init();
         m_pictures.asks = true;
@@ -520,7 +532,7 @@ private:
         m_flow->helperEnds();
         QCoreApplication::processEvents();
         expect(row, m_flow->state(), GrabState::Idle);
-        expect(row, m_pictures.isHeld, false);
+        expect(row, m_pictures.isHeld || m_pictures.isWatched, false);
     }
     /// What has been done since the last time, once nothing is left to do.
     QString done()
