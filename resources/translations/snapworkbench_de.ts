@@ -518,6 +518,17 @@ Rücktaste    Punkt löschen</translation>
     </message>
 </context>
 <context>
+    <name>KWinRoute</name>
+    <message>
+        <source>KWin gives pictures of the screen only to programs that are installed with a desktop entry which asks for them. Install Snap Workbench by its package.</source>
+        <translation>KWin gibt Bilder des Bildschirms nur Programmen, deren installierter Desktop-Eintrag danach fragt. Installieren Sie Snap Workbench mit seinem Paket.</translation>
+    </message>
+    <message>
+        <source>The desktop did not give its picture in time.</source>
+        <translation>Der Desktop hat sein Bild nicht rechtzeitig gegeben.</translation>
+    </message>
+</context>
+<context>
     <name>KeysPage</name>
     <message>
         <source>These keys work anywhere on the desktop:</source>
@@ -1275,6 +1286,13 @@ Möchten Sie die Datei ersetzen?</translation>
     <message>
         <source>Bringing back &quot;%1&quot;...</source>
         <translation>„%1“ wird wiederhergestellt ...</translation>
+    </message>
+</context>
+<context>
+    <name>WaylandHands</name>
+    <message>
+        <source>To turn the wheel over what is captured</source>
+        <translation>Um das Rad über dem zu drehen, was aufgenommen wird</translation>
     </message>
 </context>
 <context>

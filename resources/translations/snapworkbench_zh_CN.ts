@@ -518,6 +518,17 @@ Backspace    删除最后一点</translation>
     </message>
 </context>
 <context>
+    <name>KWinRoute</name>
+    <message>
+        <source>KWin gives pictures of the screen only to programs that are installed with a desktop entry which asks for them. Install Snap Workbench by its package.</source>
+        <translation>KWin 只向通过桌面条目提出请求的已安装程序提供屏幕画面。请用软件包安装 Snap Workbench。</translation>
+    </message>
+    <message>
+        <source>The desktop did not give its picture in time.</source>
+        <translation>桌面没有及时给出画面。</translation>
+    </message>
+</context>
+<context>
     <name>KeysPage</name>
     <message>
         <source>These keys work anywhere on the desktop:</source>
@@ -1275,6 +1286,13 @@ Do you want to replace it?</source>
     <message>
         <source>Bringing back &quot;%1&quot;...</source>
         <translation>正在恢复“%1”...</translation>
+    </message>
+</context>
+<context>
+    <name>WaylandHands</name>
+    <message>
+        <source>To turn the wheel over what is captured</source>
+        <translation>用于在截取的内容上滚动滚轮</translation>
     </message>
 </context>
 <context>

@@ -339,7 +339,7 @@ bool createWaylandDesktop(Services &services)
     services.watch = std::make_unique<WithWindows<WaylandApplicationWatch>>(windows);
     // The others show what moves without being asked.
     const bool isWatched =
-        connection->screencopy() || KWinRoute::isThere() || PortalCast::isThere(*portal);
+        connection->screencopy() || KWinRoute::isThere(QDBusConnection::sessionBus()) || PortalCast::isThere(*portal);
     withholdWhatLacks(services, *connection, *windows, hasHotKeys, isWatched);
     return true;
 }
