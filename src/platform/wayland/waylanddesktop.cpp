@@ -338,8 +338,9 @@ bool createWaylandDesktop(Services &services)
     services.keys = std::make_unique<WaylandKeyWatch>();
     services.watch = std::make_unique<WithWindows<WaylandApplicationWatch>>(windows);
     // The others show what moves without being asked.
-    const bool isWatched =
-        connection->screencopy() || KWinRoute::isThere(QDBusConnection::sessionBus()) || PortalCast::isThere(*portal);
+    const bool isWatched = connection->screencopy() ||
+                           KWinRoute::isThere(QDBusConnection::sessionBus()) ||
+                           PortalCast::isThere(*portal);
     withholdWhatLacks(services, *connection, *windows, hasHotKeys, isWatched);
     return true;
 }
