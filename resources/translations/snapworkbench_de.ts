@@ -441,6 +441,13 @@ Rücktaste    Punkt löschen</translation>
     </message>
 </context>
 <context>
+    <name>FrontWindow</name>
+    <message>
+        <source>&amp;Ask Again</source>
+        <translation>&amp;Noch einmal fragen</translation>
+    </message>
+</context>
+<context>
     <name>GrabFlow</name>
     <message>
         <source>The desktop gave no picture of the screen.</source>
@@ -1037,10 +1044,6 @@ Rücktaste    Punkt löschen</translation>
         <translation>Der Desktop konnte kein Bild des Bildschirms aufnehmen.</translation>
     </message>
     <message>
-        <source>The desktop lets this program take no pictures of the screen. That can be changed in its settings for applications: on GNOME under Apps, Snap Workbench, Screenshots.</source>
-        <translation>Der Desktop lässt dieses Programm keine Bilder des Bildschirms aufnehmen. Das lässt sich in seinen Einstellungen für Anwendungen ändern: in GNOME unter Apps, Snap Workbench, Bildschirmfotos.</translation>
-    </message>
-    <message>
         <source>The file with the desktop&apos;s picture is not there.</source>
         <translation>Die Datei mit dem Bild des Desktops ist nicht da.</translation>
     </message>
@@ -1051,6 +1054,10 @@ Rücktaste    Punkt löschen</translation>
     <message>
         <source>This desktop gives programs no pictures of the screen: its portal has no part for that, or that does not start.</source>
         <translation>Dieser Desktop gibt Programmen keine Bilder des Bildschirms: Sein Portal hat keinen Teil dafür, oder der startet nicht.</translation>
+    </message>
+    <message>
+        <source>The desktop lets this program take no pictures of the screen, since that has been refused. It can be changed in the desktop&apos;s settings for applications, on GNOME under Apps, Snap Workbench, where they list it; else have the desktop ask again.</source>
+        <translation>Der Desktop lässt dieses Programm keine Bilder vom Bildschirm aufnehmen, da das abgelehnt wurde. Ändern lässt sich das in den Desktop-Einstellungen für Anwendungen, in GNOME unter Apps, Snap Workbench, sofern sie es dort aufführen; sonst lassen Sie den Desktop noch einmal fragen.</translation>
     </message>
 </context>
 <context>

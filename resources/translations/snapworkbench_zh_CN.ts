@@ -441,6 +441,13 @@ Backspace    删除最后一点</translation>
     </message>
 </context>
 <context>
+    <name>FrontWindow</name>
+    <message>
+        <source>&amp;Ask Again</source>
+        <translation>再次询问(&amp;A)</translation>
+    </message>
+</context>
+<context>
     <name>GrabFlow</name>
     <message>
         <source>The desktop gave no picture of the screen.</source>
@@ -1037,10 +1044,6 @@ Backspace    删除最后一点</translation>
         <translation>桌面未能截取屏幕。</translation>
     </message>
     <message>
-        <source>The desktop lets this program take no pictures of the screen. That can be changed in its settings for applications: on GNOME under Apps, Snap Workbench, Screenshots.</source>
-        <translation>桌面不允许本程序截取屏幕。这可以在桌面的应用设置中更改：在 GNOME 中位于“应用”、“Snap Workbench”、“截图”。</translation>
-    </message>
-    <message>
         <source>The file with the desktop&apos;s picture is not there.</source>
         <translation>桌面画面的文件不存在。</translation>
     </message>
@@ -1051,6 +1054,10 @@ Backspace    删除最后一点</translation>
     <message>
         <source>This desktop gives programs no pictures of the screen: its portal has no part for that, or that does not start.</source>
         <translation>此桌面不向程序提供屏幕画面：其门户没有相应的部分，或者该部分无法启动。</translation>
+    </message>
+    <message>
+        <source>The desktop lets this program take no pictures of the screen, since that has been refused. It can be changed in the desktop&apos;s settings for applications, on GNOME under Apps, Snap Workbench, where they list it; else have the desktop ask again.</source>
+        <translation>桌面不允许此程序截取屏幕，因为此前已被拒绝。可以在桌面的应用程序设置中更改（GNOME：应用，Snap Workbench，如果列出了此项）；否则请让桌面再次询问。</translation>
     </message>
 </context>
 <context>

@@ -49,6 +49,11 @@ public:
     /// is in front with a visible window, and for no other.
     virtual bool mayAsk() const { return false; }
 
+    /// Whether the desktop gives no pictures since the user has refused that, and can be made to
+    /// ask again. askAgain() has it forget the refusal; `done` is called from the event loop.
+    virtual bool canAskAgain() const { return false; }
+    virtual void askAgain(const std::function<void()> & /*done*/) {}
+
     /// Takes what every screen shows now. The answer comes once, from the event loop; that may take
     /// as long as a question to the user. A newer call drops the older one with its answer.
     virtual void freeze(Freeze how, Answer answer) = 0;

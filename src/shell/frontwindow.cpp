@@ -198,6 +198,16 @@ void FrontWindow::addDocument(Grab grab)
                          .title = title});
 }
 
-void FrontWindow::say(const QString &text) { m_window.say(text); }
+// Where a refusal is why, the user may think better of it.
+void FrontWindow::say(const QString &text)
+{
+    if (!services().pictures->canAskAgain()) {
+        m_window.say(text);
+        return;
+    }
+    m_window.say(text, {{tr("&Ask Again"), [this] {
+                             services().pictures->askAgain([this] { m_window.grabs().repeat(); });
+                         }}});
+}
 
 void FrontWindow::tellProgress(const QString &text) { m_window.tray().setTip(text); }

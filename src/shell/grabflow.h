@@ -183,6 +183,8 @@ public:
     static QString nameOf(GrabState state);
 
     void press(GrabCommand command);
+    /// Begins the last grab anew.
+    void repeat() { press(m_command); }
     void escape();
     /// Gives up whatever the grab under way waits for.
     void cancel() { hear(GrabEvent::Cancel); }

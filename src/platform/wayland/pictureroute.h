@@ -50,6 +50,9 @@ public:
     /// Whether take() may ask the user first. A window of this program then has to be visible, and
     /// to have the focus.
     virtual bool mayAsk() const { return false; }
+    /// Whether the user has refused, and can be asked again once that is forgotten.
+    virtual bool canAskAgain() const { return false; }
+    virtual void askAgain(const std::function<void()> & /*done*/) {}
     /// The same of watch().
     virtual bool mayAskToWatch() const { return false; }
 };

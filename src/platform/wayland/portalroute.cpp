@@ -126,10 +126,22 @@ void PortalRoute::readPermission(QObject *context, const std::function<void()> &
         if (const QVariant first = reply.arguments().value(0); first.canConvert<QDBusArgument>())
             first.value<QDBusArgument>() >> kept;
         const bool isNamed = m_portal->isRegistered() || kept.contains(Portal::applicationId());
-        const QStringList said = kept.value(isNamed ? Portal::applicationId() : QString());
+        m_keptFor = isNamed ? Portal::applicationId() : QString();
+        const QStringList said = kept.value(m_keptFor);
         m_permission = said.contains(u"yes"_s)  ? Permission::Given
                        : said.contains(u"no"_s) ? Permission::Denied
                                                 : Permission::Unknown;
+        done();
+    });
+}
+
+void PortalRoute::askAgain(const std::function<void()> &done)
+{
+    QDBusMessage forget =
+        QDBusMessage::createMethodCall(s_store, s_storePath, s_store, u"DeletePermission"_s);
+    forget << u"screenshot"_s << u"screenshot"_s << m_keptFor;
+    m_portal->call(forget, this, [this, done](const QDBusMessage &) {
+        m_permission = Permission::Unknown;
         done();
     });
 }
@@ -210,11 +222,13 @@ void PortalRoute::tellRefusal()
     m_limit.start(m_limits.there);
     readPermission(&m_question->context, [this, failed] {
         m_limit.stop();
-        fail(m_permission != Permission::Denied
-                 ? failed
-                 : tr("The desktop lets this program take no pictures of the screen. That can be "
-                      "changed in its settings for applications: on GNOME under Apps, Snap "
-                      "Workbench, Screenshots."));
+        fail(
+            m_permission != Permission::Denied
+                ? failed
+                : tr("The desktop lets this program take no pictures of the screen, since that has "
+                     "been refused. It can be changed in the desktop's settings for applications, "
+                     "on GNOME under Apps, Snap Workbench, where they list it; else have the "
+                     "desktop ask again."));
     });
 }
 

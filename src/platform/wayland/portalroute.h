@@ -29,6 +29,8 @@ public:
     void take(const ScreenLayout &layout, Answer answer) override;
     void drop() override;
     bool mayAsk() const override { return m_permission != Permission::Given; }
+    bool canAskAgain() const override { return m_permission == Permission::Denied; }
+    void askAgain(const std::function<void()> &done) override;
     void watch(const ScreenLayout &layout, const Begun &begun) override
     {
         m_cast.start(layout, begun);
@@ -60,6 +62,7 @@ private:
     std::shared_ptr<Portal> m_portal;
     PortalLimits m_limits;
     Permission m_permission = Permission::Unknown;
+    QString m_keptFor;         // the name that it is kept under; empty for all without one
     bool m_isThere = false;    // the portal takes pictures
     QDeadlineTimer m_absence;  // runs after it was found that it takes none
     QTimer m_limit;            // of what is waited for

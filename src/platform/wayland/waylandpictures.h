@@ -26,6 +26,11 @@ public:
 
     bool isLive() const override { return false; }
     bool mayAsk() const override;
+    bool canAskAgain() const override { return m_routes.at(m_serving)->canAskAgain(); }
+    void askAgain(const std::function<void()> &done) override
+    {
+        m_routes.at(m_serving)->askAgain(done);
+    }
     void freeze(Freeze how, Answer answer) override;
     void thaw() override;
     bool mayAskToWatch() const override;

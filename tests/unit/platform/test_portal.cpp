@@ -143,6 +143,9 @@ public:
         } else if (name == u"Lookup") {
             m_bus.send(message.createReply(
                 {QVariant::fromValue(permissions), QVariant::fromValue(QDBusVariant(0))}));
+        } else if (name == u"DeletePermission") {
+            permissions.remove(arguments.value(2).toString());
+            m_bus.send(message.createReply());
         } else if (name == u"Register" || name == u"Close") {
             m_isBound = false;
             m_bus.send(message.createReply());
@@ -294,6 +297,13 @@ private slots:
             expect(row, m_result->outcome, outcome);
             QVERIFY2(m_result->trouble.contains(word), row + m_result->trouble.toUtf8());
             expect(row, QFile::exists(m_scratch.path(u"picture"_s)), false);
+            // What was refused is kept, until it is forgotten.
+            expect(row, m_route->canAskAgain(), permissions == no);
+            if (permissions == no) {
+                bool isForgotten = false;
+                m_route->askAgain([&] { isForgotten = true; });
+                QTRY_VERIFY2(isForgotten && m_fake->permissions.isEmpty(), row);
+            }
             // Nobody is asked again for what is not there, until the portal is another one.
             if (outcome == Absent) {
                 m_fake->calls.removeAll(u"Get"_s);
