@@ -9,9 +9,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// Milliseconds.
-constexpr int s_takeLimit = 5000;
-constexpr int s_lookLimit = 3000;
+constexpr int s_lookLimit = 3000;  // ms
 
 // As a screen shows it: nothing shines through.
 QImage opaque(const KWinShot &shot, QSize pixels)
@@ -33,7 +31,7 @@ void KWinRoute::take(const ScreenLayout &layout, Answer answer)
     m_answer = std::move(answer);
     m_missing = layout.screens().size();
     for (const ScreenLayout::Screen &screen : layout.screens()) {
-        m_shots.push_back(KWinShot::ofScreen(m_bus, screen.name, s_takeLimit));
+        m_shots.push_back(KWinShot::ofScreen(m_bus, screen.name, m_limit));
         m_shots.back()->whenDone([this] {
             --m_missing;
             answerIfDone();

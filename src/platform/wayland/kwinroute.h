@@ -14,7 +14,11 @@ class KWinRoute : public QObject, public PictureRoute
 public:
     /// Whether KWin is on that bus.
     static bool isThere(const QDBusConnection &bus);
-    explicit KWinRoute(QDBusConnection bus) : m_bus(std::move(bus)) {}
+    /// take() gives up after `limit` milliseconds.
+    explicit KWinRoute(QDBusConnection bus, int limit = 5000)
+        : m_bus(std::move(bus)), m_limit(limit)
+    {
+    }
 
     void take(const ScreenLayout &layout, Answer answer) override;
     void drop() override;
@@ -24,6 +28,7 @@ private:
     void answerIfDone();
 
     QDBusConnection m_bus;
+    int m_limit;
     ScreenLayout m_layout;
     std::vector<std::unique_ptr<KWinShot>> m_shots;
     qsizetype m_missing = 0;  // of them
