@@ -566,16 +566,20 @@ Rücktaste    Punkt löschen</translation>
         <translation>Die Zeilen sind in der Zwischenablage.</translation>
     </message>
     <message>
-        <source>taken by another program</source>
-        <translation>von einem anderen Programm belegt</translation>
-    </message>
-    <message>
-        <source>This program hears no keys here that are pressed in others. Put these lines into the configuration of sway or its kin. Other desktops take what follows &quot;exec&quot; as a command, each with a name and a key, in their settings: on GNOME under Keyboard, View and Customize Shortcuts, Custom Shortcuts.</source>
-        <translation>Dieses Programm hört hier keine Tasten, die in anderen gedrückt werden. Diese Zeilen gehören in die Konfiguration von sway oder seinen Verwandten. Andere Desktops nehmen in ihren Einstellungen als Befehl, was hinter „exec“ steht, jeweils mit einem Namen und einer Taste: GNOME unter Tastatur, Tastenkombinationen anzeigen und anpassen, Eigene Tastenkombinationen.</translation>
-    </message>
-    <message>
         <source>&amp;Ask the Desktop for Keys</source>
         <translation>Desktop um Tasten &amp;bitten</translation>
+    </message>
+    <message>
+        <source>%1, taken by another program</source>
+        <translation>%1, von einem anderen Programm belegt</translation>
+    </message>
+    <message>
+        <source>This program hears no keys here that are pressed in others. Put these lines into the desktop&apos;s configuration:</source>
+        <translation>Dieses Programm hört hier keine Tasten, die in anderen gedrückt werden. Setzen Sie diese Zeilen in die Konfiguration des Desktops:</translation>
+    </message>
+    <message>
+        <source>This program hears no keys here that are pressed in others. Give each of these commands a name and a key in the desktop&apos;s settings: on GNOME under Keyboard, View and Customize Shortcuts, Custom Shortcuts.</source>
+        <translation>Dieses Programm hört hier keine Tasten, die in anderen gedrückt werden. Geben Sie jedem dieser Befehle in den Einstellungen des Desktops einen Namen und eine Taste: in GNOME unter Tastatur, Tastenkürzel anzeigen und anpassen, Eigene Tastenkürzel.</translation>
     </message>
 </context>
 <context>

@@ -566,16 +566,20 @@ Backspace    删除最后一点</translation>
         <translation>这些行已复制到剪贴板。</translation>
     </message>
     <message>
-        <source>taken by another program</source>
-        <translation>已被其他程序占用</translation>
-    </message>
-    <message>
-        <source>This program hears no keys here that are pressed in others. Put these lines into the configuration of sway or its kin. Other desktops take what follows &quot;exec&quot; as a command, each with a name and a key, in their settings: on GNOME under Keyboard, View and Customize Shortcuts, Custom Shortcuts.</source>
-        <translation>本程序在此桌面上收不到在其他程序中按下的按键。请把这些行写入 sway 或其同类的配置。其他桌面可在设置中把“exec”之后的内容作为命令添加，每条配一个名称和一个按键：在 GNOME 中位于“键盘”、“查看和自定义快捷键”、“自定义快捷键”。</translation>
-    </message>
-    <message>
         <source>&amp;Ask the Desktop for Keys</source>
         <translation>向桌面申请按键(&amp;A)</translation>
+    </message>
+    <message>
+        <source>%1, taken by another program</source>
+        <translation>%1，已被其他程序占用</translation>
+    </message>
+    <message>
+        <source>This program hears no keys here that are pressed in others. Put these lines into the desktop&apos;s configuration:</source>
+        <translation>此程序在这里听不到在其他程序中按下的键。请将以下几行加入桌面的配置：</translation>
+    </message>
+    <message>
+        <source>This program hears no keys here that are pressed in others. Give each of these commands a name and a key in the desktop&apos;s settings: on GNOME under Keyboard, View and Customize Shortcuts, Custom Shortcuts.</source>
+        <translation>此程序在这里听不到在其他程序中按下的键。请在桌面的设置中为每条命令指定名称和按键：在 GNOME 中为“键盘”、“查看及自定义快捷键”、“自定义快捷键”。</translation>
     </message>
 </context>
 <context>

@@ -23,14 +23,24 @@ namespace {
 constexpr QMargins s_margins(16, 14, 16, 16);  // as on the page beside
 constexpr int s_rows = 9;                      // that are seen without scrolling
 
-// As sway and i3 read it. The quotes keep the brackets from the shell that they run it in.
+bool readsLines()
+{
+    return !qEnvironmentVariableIsEmpty("SWAYSOCK") || !qEnvironmentVariableIsEmpty("I3SOCK");
+}
+
+// As sway and i3 read it; for other desktops what their settings want, one below the other. The
+// quotes keep the brackets from the shell that runs it.
 QString lineFor(const Command &command)
 {
     const char letter = hotKeyLetter(command.hotKey);
     // Only giving up has none. Escape alone belongs to the program that has the keyboard.
-    const QString key = letter ? QString(QLatin1Char(letter)).toLower() : u"Escape"_s;
-    return u"bindsym Ctrl+Mod1+%1 exec %2"_s.arg(
-        key, ApplicationBus::commandFor(QString::fromLatin1(command.action)));
+    const QString key = letter ? QString(QLatin1Char(letter)) : u"Escape"_s;
+    const QString run = ApplicationBus::commandFor(QString::fromLatin1(command.action));
+    if (readsLines())
+        return u"bindsym Ctrl+Mod1+%1 exec %2"_s.arg(letter ? key.toLower() : key, run);
+    const QKeySequence keys(u"Ctrl+Alt+"_s + key);
+    return u"# %1, %2\n%3"_s.arg(MainWindow::tr(command.trayCaption),
+                                 keys.toString(QKeySequence::NativeText), run);
 }
 
 }  // namespace
@@ -73,8 +83,10 @@ void KeysPage::addHotKeys(QBoxLayout &place)
             !services().abilities.lackOf(command->needs).isEmpty())
             continue;
         const QString keys = services().hotKeys->keysOf(command->hotKey);
+        const QString wanted = services().hotKeys->HotKeys::keysOf(command->hotKey);
         const QStringList texts{MainWindow::tr(command->trayCaption),
-                                keys.isEmpty() ? tr("taken by another program") : keys};
+                                keys.isEmpty() ? tr("%1, taken by another program").arg(wanted)
+                                               : keys};
         auto *row = new QTreeWidgetItem(list, texts);
         for (int column = 0; column < texts.size(); ++column)
             row->setSizeHint(column,
@@ -101,10 +113,12 @@ void KeysPage::addLines(QBoxLayout &place)
     const QString all = lines.join(u'\n');
 
     auto *text = new QLabel(
-        tr("This program hears no keys here that are pressed in others. Put these lines into "
-           "the configuration of sway or its kin. Other desktops take what follows \"exec\" as a "
-           "command, each with a name and a key, in their settings: on GNOME under Keyboard, View "
-           "and Customize Shortcuts, Custom Shortcuts."));
+        readsLines()
+            ? tr("This program hears no keys here that are pressed in others. Put these lines into "
+                 "the desktop's configuration:")
+            : tr("This program hears no keys here that are pressed in others. Give each of these "
+                 "commands a name and a key in the desktop's settings: on GNOME under Keyboard, "
+                 "View and Customize Shortcuts, Custom Shortcuts."));
     text->setWordWrap(true);
     auto *view = new QPlainTextEdit(all);
     view->setAccessibleName(tr("Lines for the desktop's configuration"));

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstring>
 #include <utility>
 
 #include <pipewire/pipewire.h>
@@ -104,13 +105,14 @@ QImage CastFrame::picture() const
         return {};
     QImage result(pixels, QImage::Format_RGB32);
     for (int y = 0; y < result.height(); ++y) {
-        const auto *from = reinterpret_cast<const QRgb *>(memory + offset + y * stride);
-        auto *to = reinterpret_cast<QRgb *>(result.scanLine(y));
+        // A row may begin anywhere in the memory.
+        auto *row = reinterpret_cast<QRgb *>(result.scanLine(y));
+        std::memcpy(row, memory + offset + y * stride, pixels.width() * sizeof(QRgb));
         if (order == Order::BlueFirst)
-            std::transform(from, from + pixels.width(), to,
+            std::transform(row, row + pixels.width(), row,
                            [](QRgb pixel) { return pixel | s_opaque; });
         else
-            std::transform(from, from + pixels.width(), to, [](QRgb pixel) {
+            std::transform(row, row + pixels.width(), row, [](QRgb pixel) {
                 return qRgb(qBlue(pixel), qGreen(pixel), qRed(pixel));
             });
     }

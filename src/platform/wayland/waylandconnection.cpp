@@ -155,7 +155,8 @@ void WaylandConnection::addOutput(uint32_t name, uint32_t version)
                     static_cast<WaylandOutput *>(data)->mode = {width, height};
             },
         .done = [](void *, wl_output *) {},
-        .scale = [](void *, wl_output *, int32_t) {},
+        .scale = [](void *data, wl_output *,
+                    int32_t scale) { static_cast<WaylandOutput *>(data)->scale = scale; },
         .name =
             [](void *data, wl_output *, const char *title) {
                 static_cast<WaylandOutput *>(data)->title = QString::fromUtf8(title);
@@ -213,8 +214,11 @@ ScreenLayout WaylandConnection::layout() const
         if (output->area.isEmpty() || pixels.isEmpty())
             continue;
         const bool isPrimary = primary && primary->name() == output->title;
+        // Some desktops count in pixels here, as GNOME 43 does, but give windows logical sizes.
+        const int counted = output->area.size() == pixels ? output->scale : 1;
+        const QRect logical(output->area.topLeft() / counted, output->area.size() / counted);
         screens.insert(isPrimary ? 0 : screens.size(),
-                       {.name = output->title, .logical = output->area, .pixels = pixels});
+                       {.name = output->title, .logical = logical, .pixels = pixels});
     }
     return ScreenLayout(screens);
 }

@@ -29,6 +29,7 @@ struct WaylandOutput {
     QRect area{};           ///< in logical units
     QSize mode{};           ///< its pixels, as they lie in memory
     int32_t transform = 0;  ///< how they are turned before they are seen
+    int32_t scale = 1;      ///< that programs are to paint with
 };
 
 /// The program's own connection to the compositor, beside the toolkit's, which lends its own to

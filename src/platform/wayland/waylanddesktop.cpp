@@ -253,10 +253,6 @@ void withholdWhatLacks(Services &services, const WaylandConnection &connection,
               QT_TRANSLATE_NOOP("Abilities",
                                 "This desktop keeps no pictures of windows that others "
                                 "cover."));
-    lacks(Ability::OpenMenus,
-          QT_TRANSLATE_NOOP("Abilities", "This desktop tells no program of open menus. Take the "
-                                         "whole screen with the countdown instead, and open the "
-                                         "menu meanwhile."));
     if (!hasHotKeys)
         services.abilities.withhold(Ability::HotKeys, lackOfHotKeys());
     if (!WaylandHands::canTurnWheels(connection))
@@ -270,6 +266,11 @@ void withholdWhatLacks(Services &services, const WaylandConnection &connection,
         lacks(Ability::WindowList,
               QT_TRANSLATE_NOOP("Abilities", "This desktop tells no program of the windows of "
                                              "others."));
+    // The last word on what lacks is what the user is told.
+    lacks(Ability::OpenMenus,
+          QT_TRANSLATE_NOOP("Abilities", "This desktop tells no program of open menus. Take the "
+                                         "whole screen with the countdown instead, and open the "
+                                         "menu meanwhile."));
 }
 
 std::shared_ptr<WaylandWindows> windowsOf(const std::shared_ptr<WaylandConnection> &connection)

@@ -101,13 +101,24 @@ WaylandHands::WaylandHands(std::shared_ptr<WaylandConnection> connection)
     qGuiApp->installEventFilter(this);
 }
 
+// In logical units, which need not be those that the toolkit tells.
+QPointF WaylandHands::originOf(const QScreen &screen) const
+{
+    const ScreenLayout layout = m_connection->layout();
+    for (const ScreenLayout::Screen &known : layout.screens()) {
+        if (known.name == screen.name())
+            return known.logical.topLeft();
+    }
+    return screen.geometry().topLeft();
+}
+
 bool WaylandHands::eventFilter(QObject *watched, QEvent *event)
 {
     if (event->isSinglePointEvent() && watched->isWindowType()) {
         const auto *window = static_cast<QWindow *>(watched);
         const auto &point = *static_cast<QSinglePointEvent *>(event);
         if (window->windowStates().testFlag(Qt::WindowFullScreen))
-            m_pointer = m_connection->layout().toGlobal(window->screen()->geometry().topLeft() +
+            m_pointer = m_connection->layout().toGlobal(originOf(*window->screen()) +
                                                         point.scenePosition());
     }
     return QObject::eventFilter(watched, event);

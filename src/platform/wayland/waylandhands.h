@@ -7,6 +7,8 @@
 
 #include <memory>
 
+class QScreen;
+
 /// A pointer of the program's own, as the compositor takes it.
 class PointerDevice
 {
@@ -40,6 +42,7 @@ public:
 
 private:
     PointerDevice *device();
+    QPointF originOf(const QScreen &screen) const;
 
     std::shared_ptr<WaylandConnection> m_connection;
     std::unique_ptr<PointerDevice> m_device;  // made when it is needed first

@@ -119,7 +119,7 @@ QImage WaylandPictures::ofDesktop(const QRect &area)
 QImage WaylandPictures::ofWindows(std::optional<QRectF> area, const QList<int> &numbers)
 {
     if (numbers.size() == 1 && !area) {
-        const QImage whole = m_windows.pictureOf(numbers.first());
+        QImage whole = m_windows.pictureOf(numbers.first());
         // The last word is not spoken before it has been asked.
         if (!whole.isNull() || m_windows.havePictures())
             return whole;

@@ -79,6 +79,8 @@ private slots:
     void linesForTheDesktop()
     {
         services().abilities.withhold(Ability::HotKeys, u"no"_s);
+        qputenv("SWAYSOCK", "there");
+        const auto unset = qScopeGuard([] { qunsetenv("SWAYSOCK"); });
         const DialogPreference *dialog = openDialog();
         const QString text = dialog->findChild<QPlainTextEdit *>()->toPlainText();
         QVERIFY(text.contains(
