@@ -94,7 +94,7 @@ void KWinScript::load()
         m_jobs.front().text.toUtf8());
     m_file.close();
     auto *watcher = new QDBusPendingCallWatcher(
-        m_bus.asyncCall(callOfScripting(u"loadScript"_s, {m_file.fileName(), m_plugin})), &m_file);
+        m_bus.asyncCall(callOfScripting(u"loadScript"_s, {m_file.fileName(), m_plugin})), this);
     connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher, attempt = m_tries] {
         watcher->deleteLater();
         const QDBusPendingReply<int> number = *watcher;

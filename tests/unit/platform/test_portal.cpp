@@ -5,6 +5,7 @@
 #include "config/settings.h"
 #include "config/xmlstore.h"
 #include "fakedesktop.h"
+#include "numbered.h"
 #include "platform/wayland/caststreams.h"
 #include "platform/wayland/portalhotkeys.h"
 #include "platform/wayland/portalroute.h"
@@ -180,17 +181,6 @@ private:
     QDBusConnection m_bus;
     bool m_isBound = false;
 };
-
-// Every pixel tells its place and its screen.
-QImage numbered(QSize size, int screen)
-{
-    QImage image(size, QImage::Format_RGB32);
-    for (int y = 0; y < size.height(); ++y) {
-        for (int x = 0; x < size.width(); ++x)
-            image.setPixel(x, y, qRgb(x % 251, y % 251, screen * 50));
-    }
-    return image;
-}
 
 }  // namespace
 

@@ -1,5 +1,6 @@
 // Where screens of several scales lie, whose pixels a picture has, and what sway's tree says.
 
+#include "numbered.h"
 #include "platform/wayland/screenlayout.h"
 #include "platform/wayland/swaytree.h"
 #include "rows.h"
@@ -9,17 +10,6 @@
 using namespace Qt::StringLiterals;
 
 namespace {
-
-// Every pixel tells its place and its screen.
-QImage numbered(QSize size, int screen)
-{
-    QImage image(size, QImage::Format_RGB32);
-    for (int y = 0; y < size.height(); ++y) {
-        for (int x = 0; x < size.width(); ++x)
-            image.setPixel(x, y, qRgb(x % 251, y % 251, screen * 50));
-    }
-    return image;
-}
 
 // A screen of each scale, side by side.
 ScreenLayout threeScreens()
