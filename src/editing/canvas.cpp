@@ -3,9 +3,12 @@
 #include "editing/coverage.h"
 #include "editing/rendering.h"
 
+#include <QSet>
+
 #include <algorithm>
 #include <cstring>
 #include <iterator>
+#include <span>
 #include <utility>
 
 namespace {
@@ -63,7 +66,21 @@ void Canvas::start(const EditHistory &history)
     remember(history);
     m_isDrawn = false;
     m_boxes.clear();
-    setScene(sceneOf(history, m_picture.size()));
+    setScene(sceneFor(history));
+}
+
+Scene Canvas::sceneFor(const EditHistory &history)
+{
+    const auto newest = std::find_if(history.begin(), history.end(), [](const OperationPtr &step) {
+        return changesPicture(*step);
+    });
+    const EditHistory older = history.mid(newest - history.begin());
+    if (older != m_older || m_sceneOfOlder.size.isNull()) {
+        m_older = older;
+        m_sceneOfOlder = sceneOf(older, m_picture.size());
+    }
+    return applied(m_sceneOfOlder, {std::make_reverse_iterator(newest),
+                                    std::make_reverse_iterator(history.begin())});
 }
 
 void Canvas::remember(const EditHistory &history)
@@ -74,12 +91,13 @@ void Canvas::remember(const EditHistory &history)
 
 void Canvas::setScene(Scene scene)
 {
-    if (scene.frame != m_scene.frame || m_base.size() != scene.frame.size()) {
-        m_base = framed(m_picture, scene);
+    if (scene.picture != m_scene.picture || m_base.size() != scene.size) {
+        m_base = changed(m_picture, scene);
         m_isDrawn = false;
         m_boxes.clear();
         m_previewArea = {};
         m_preview.reset();
+        m_previewShapes.reset();
     }
     m_scene = std::move(scene);
 }
@@ -89,7 +107,8 @@ std::optional<QRegion> Canvas::follow(const EditHistory &history)
     const bool isBack = history.size() < m_steps;
     const EntryPtr shape = addedBy(isBack ? *m_newest : *history.first());
     remember(history);
-    if (shape && !isBack) {
+    const bool isAlone = shape && !isDerived(*shape);
+    if (isAlone && !isBack) {
         const QRegion area = coverageOf(*shape);
         if (m_isDrawn)
             push(*shape, area);
@@ -97,7 +116,7 @@ std::optional<QRegion> Canvas::follow(const EditHistory &history)
         m_stale += area;
         return area;
     }
-    if (shape && m_isDrawn && !m_below.empty()) {
+    if (isAlone && m_isDrawn && !m_below.empty()) {
         const QRegion area = m_below.back().area;
         pop();
         m_scene.shapes.removeLast();
@@ -105,8 +124,8 @@ std::optional<QRegion> Canvas::follow(const EditHistory &history)
         return area;
     }
     const Scene before = m_scene;
-    setScene(sceneOf(history, m_picture.size()));
-    if (m_scene.frame != before.frame)
+    setScene(sceneFor(history));
+    if (m_scene.picture != before.picture)
         return {};
     const QRegion area = difference(before.shapes, m_scene.shapes);
     if (m_isDrawn)
@@ -115,8 +134,8 @@ std::optional<QRegion> Canvas::follow(const EditHistory &history)
     return area;
 }
 
-// What lies between the shapes that both have below and on top. Of as many shapes as before, those
-// that stayed are left out.
+// Where two states of the shapes differ. One that has come to lie elsewhere between others counts
+// as changed.
 QRegion Canvas::difference(const QList<EntryPtr> &before, const QList<EntryPtr> &after) const
 {
     const auto [first, firstAfter] =
@@ -124,17 +143,38 @@ QRegion Canvas::difference(const QList<EntryPtr> &before, const QList<EntryPtr> 
     const auto [last, lastAfter] =
         std::mismatch(before.rbegin(), std::make_reverse_iterator(first), after.rbegin(),
                       std::make_reverse_iterator(firstAfter));
-    const bool isAsMany = before.size() == after.size();
-    QRegion area;
-    const auto add = [&](auto from, auto to, auto other) {
-        for (; from != to; ++from) {
-            if (!isAsMany || *from != *other++)
-                area += coverageOf(**from);
-        }
+    const std::span<const EntryPtr> old(first, last.base());
+    const std::span<const EntryPtr> now(firstAfter, lastAfter.base());
+    const auto idsOf = [](const auto &shapes) {
+        QSet<ShapeId> ids;
+        for (const EntryPtr &shape : shapes)
+            ids.insert(shape->id);
+        return ids;
     };
-    add(first, last.base(), firstAfter);
-    add(firstAfter, lastAfter.base(), first);
+    const QSet<ShapeId> idsBefore = idsOf(old);
+    const QSet<ShapeId> idsNow = idsOf(now);
+    QRegion area;
+    auto left = old.begin();
+    auto right = now.begin();
+    while (left != old.end() || right != now.end()) {
+        if (left != old.end() && !idsNow.contains((*left)->id)) {
+            area += coverageOf(**left++);
+        } else if (right != now.end() && !idsBefore.contains((*right)->id)) {
+            area += coverageOf(**right++);
+        } else {
+            if (*left != *right)
+                area += differing(**left, **right);
+            ++left;
+            ++right;
+        }
+    }
     return area;
+}
+
+// Where the picture differs if one shape is drawn in the place of another.
+QRegion Canvas::differing(const EditEntry &before, const EditEntry &after) const
+{
+    return coverageOf(before) + coverageOf(after);
 }
 
 QRegion Canvas::coverageOf(const EditEntry &shape) const
@@ -190,40 +230,45 @@ void Canvas::pop()
     m_below.pop_back();
 }
 
-// Draws a part again. What was kept below the newest shapes is not what lies below them any more.
+// What was kept below the newest shapes is not what lies below them any more.
 void Canvas::redraw(const QRegion &area)
 {
     m_below.clear();
     m_belowBytes = 0;
-    if (area.isEmpty())
-        return;
-    useScreenDots(m_image);
-    copyArea(m_base, m_image, area);
+    if (!area.isEmpty())
+        redraw(m_image, area, m_scene.shapes);
+}
+
+// Draws a part again.
+void Canvas::redraw(QImage &image, const QRegion &area, const QList<EntryPtr> &shapes)
+{
+    useScreenDots(image);
+    copyArea(m_base, image, area);
     // The antialiasing of a line depends slightly on the bounds of the clip region, so these are
     // the picture's; its corners get their pixels back.
     const QRect all = m_base.rect();
     const QRegion corners = QRegion(QRect(all.topLeft(), QSize(1, 1))) +
                             QRegion(QRect(all.bottomRight(), QSize(1, 1))) - area;
-    const QRgb *first = reinterpret_cast<const QRgb *>(m_image.constScanLine(0));
-    const QRgb *last = reinterpret_cast<const QRgb *>(m_image.constScanLine(all.bottom()));
+    const QRgb *first = reinterpret_cast<const QRgb *>(image.constScanLine(0));
+    const QRgb *last = reinterpret_cast<const QRgb *>(image.constScanLine(all.bottom()));
     const QRgb kept[]{first[0], last[all.right()]};
-    QPainter painter(&m_image);
+    QPainter painter(&image);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setClipRegion(area + corners);
     // Boxes of shapes that are gone keep these in memory.
-    if (m_boxes.size() > s_mostBoxes + 2 * static_cast<size_t>(m_scene.shapes.size()))
+    if (m_boxes.size() > s_mostBoxes + 2 * static_cast<size_t>(shapes.size()))
         m_boxes.clear();
-    for (const EntryPtr &shape : std::as_const(m_scene.shapes)) {
+    for (const EntryPtr &shape : shapes) {
         if (area.intersects(boxOf(shape)))
             drawShape(painter, shape->geometry, shape->style);
     }
     painter.end();
     if (corners.contains(all.topLeft()))
-        reinterpret_cast<QRgb *>(m_image.scanLine(0))[0] = kept[0];
+        reinterpret_cast<QRgb *>(image.scanLine(0))[0] = kept[0];
     if (corners.contains(all.bottomRight()))
-        reinterpret_cast<QRgb *>(m_image.scanLine(all.bottom()))[all.right()] = kept[1];
+        reinterpret_cast<QRgb *>(image.scanLine(all.bottom()))[all.right()] = kept[1];
     for (const QRect &rect : area)
-        clearOutside(m_base, m_image, rect);
+        clearOutside(m_base, image, rect);
 }
 
 void Canvas::replay()
@@ -255,13 +300,26 @@ const QImage &Canvas::recorded()
     return m_image;
 }
 
-QRegion Canvas::setPreview(const std::optional<Geometry> &geometry, const EditMsg &style)
+QRegion Canvas::setPreview(const OperationPtr &step)
 {
-    QRegion changed = m_previewArea;
-    m_previewArea = geometry ? coverage(*geometry, style, m_base.size()) : QRegion();
-    changed += m_previewArea;
-    m_preview = geometry;
-    m_previewStyle = style;
+    const QRegion before = m_previewArea;
+    const std::optional<QList<EntryPtr>> shapesBefore = std::exchange(m_previewShapes, {});
+    m_preview = step;
+    m_previewArea = {};
+    QRegion changed = before;
+    const EntryPtr added = step ? addedBy(*step) : nullptr;
+    if (added && !isDerived(*added)) {
+        m_previewArea = coverageOf(*added);
+        changed += m_previewArea;
+    } else if (step) {
+        m_previewShapes = after(step).shapes;
+        m_previewArea = difference(m_scene.shapes, *m_previewShapes);
+        // From one state of the step to the next, less may change than from what is recorded.
+        if (shapesBefore)
+            changed = difference(*shapesBefore, *m_previewShapes);
+        else
+            changed += m_previewArea;
+    }
     m_stale += changed;
     return changed;
 }
@@ -274,11 +332,27 @@ const QImage &Canvas::preview()
         useScreenDots(m_previewImage);
         m_stale = m_previewArea;
     }
-    if (!m_stale.isEmpty()) {
+    const EntryPtr added = m_preview ? addedBy(*m_preview) : nullptr;
+    if (m_stale.isEmpty()) {
+        // It is up to date.
+    } else if (m_previewShapes.has_value()) {
+        redraw(m_previewImage, m_stale, *m_previewShapes);
+    } else {
         copyArea(image, m_previewImage, m_stale + m_previewArea);
-        if (m_preview)
-            drawOver(m_previewImage, m_base, *m_preview, m_previewStyle, m_previewArea);
-        m_stale = {};
+        if (added)
+            drawOver(m_previewImage, m_base, added->geometry, added->style, m_previewArea);
     }
+    m_stale = {};
     return m_previewImage;
+}
+
+// A shape is drawn nowhere outside of its box.
+EntryPtr Canvas::shapeAt(QPointF point, qreal grace)
+{
+    const auto found =
+        std::find_if(m_scene.shapes.rbegin(), m_scene.shapes.rend(), [&](const EntryPtr &shape) {
+            return QRectF(boxOf(shape)).adjusted(-grace, -grace, grace, grace).contains(point) &&
+                   hit(shape->geometry, shape->style, point, grace);
+        });
+    return found == m_scene.shapes.rend() ? nullptr : *found;
 }

@@ -10,11 +10,11 @@
 #include <optional>
 #include <unordered_map>
 
-/// The pixels that the editor shows: what a history leaves of the picture, with its shapes, and the
-/// shape that is being drawn. The result equals a replay of the history, but is updated step by
-/// step: a new shape is drawn over the existing pixels, the newest shapes can be taken back because
-/// the pixels below them are kept, and after other changes only the area that differs is drawn
-/// again. All coordinates are those of what is left of the picture.
+/// The pixels that the editor shows: what a history makes of the picture, with its shapes, and the
+/// step that the user is about to make. The result equals a replay of the history, but is updated
+/// step by step: a new shape is drawn over the existing pixels, the newest shapes can be taken back
+/// because the pixels below them are kept, and after other changes only the area that differs is
+/// drawn again. All coordinates are those of the picture as it is now.
 class Canvas
 {
 public:
@@ -25,18 +25,24 @@ public:
     /// The history has one newest operation more than before, or one less. Returns the area that
     /// changed; no value if the picture has another frame now.
     std::optional<QRegion> follow(const EditHistory &history);
-    /// Sets or removes the shape that is being drawn. Returns the area that changed.
-    QRegion setPreview(const std::optional<Geometry> &geometry, const EditMsg &style);
+    /// Sets or removes the step that would be recorded next, one that leaves the picture itself
+    /// alone. Returns the area that changed.
+    QRegion setPreview(const OperationPtr &step);
 
-    bool hasPreview() const { return m_preview.has_value(); }
+    bool hasPreview() const { return m_preview != nullptr; }
     /// Outside of this area the preview equals the recorded picture.
     const QRegion &previewArea() const { return m_previewArea; }
-    /// The size of what is left of the picture.
     QSize size() const { return m_base.size(); }
-    /// What is left of the picture, with all shapes.
+    /// All shapes, bottom to top.
+    const QList<EntryPtr> &shapes() const { return m_scene.shapes; }
+    /// The picture with all shapes.
     const QImage &recorded();
-    /// The same, including the shape that is being drawn.
+    /// The same after the step of the preview.
     const QImage &preview();
+    /// The topmost shape that is drawn at a point or at most `grace` beside it; null for none.
+    EntryPtr shapeAt(QPointF point, qreal grace);
+    /// The scene as it would be after a further step.
+    Scene after(const OperationPtr &step) const { return applied(m_scene, {step}); }
 
 private:
     /// The pixels below one of the newest shapes, before it was drawn.
@@ -50,16 +56,23 @@ private:
     QRegion coverageOf(const EditEntry &shape) const;
     QRect boxOf(const EntryPtr &shape);
     void remember(const EditHistory &history);
+    Scene sceneFor(const EditHistory &history);
     void setScene(Scene scene);
+    QRegion differing(const EditEntry &before, const EditEntry &after) const;
     QRegion difference(const QList<EntryPtr> &before, const QList<EntryPtr> &after) const;
     void replay();
     void push(const EditEntry &shape, const QRegion &area);
     void pop();
     void redraw(const QRegion &area);
+    void redraw(QImage &image, const QRegion &area, const QList<EntryPtr> &shapes);
 
     QImage m_picture;  ///< the whole one, without shapes
-    QImage m_base;     ///< what is left of it
+    QImage m_base;     ///< what has become of it
     Scene m_scene;
+    // The history up to the newest change of the picture itself. Its shapes are kept, since they
+    // would not be the same ones if they were brought there again.
+    EditHistory m_older{};
+    Scene m_sceneOfOlder;
     // The history that was shown last, as far as a step from it has to be known.
     qsizetype m_steps = 0;
     OperationPtr m_newest{};
@@ -69,8 +82,8 @@ private:
     std::deque<Below> m_below{};  ///< for the newest shapes, oldest first
     qsizetype m_belowBytes = 0;
     std::unordered_map<EntryPtr, QRect> m_boxes{};  ///< around the coverage of shapes
-    std::optional<Geometry> m_preview{};
-    EditMsg m_previewStyle{};
+    OperationPtr m_preview{};
+    std::optional<QList<EntryPtr>> m_previewShapes{};  ///< none if the step just adds a shape
     QRegion m_previewArea{};
     QImage m_previewImage;
     QRegion m_stale{};  ///< where m_previewImage is out of date

@@ -7,14 +7,15 @@
 
 namespace {
 
-bool isDrawnIn(const QRect &part, const Geometry &geometry, int lineWidth)
+bool isDrawnIn(const QRect &part, const Geometry &geometry, EditMsg style)
 {
     QImage image(part.size(), QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::transparent);
     QPainter painter(&image);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.translate(-part.topLeft());
-    drawShape(painter, geometry, {.width = lineWidth, .color = Qt::black});
+    style.color = Qt::black;
+    drawShape(painter, geometry, style);
     painter.end();
     const uchar *bytes = image.constBits();
     return std::any_of(bytes, bytes + image.sizeInBytes(), [](uchar byte) { return byte != 0; });
@@ -41,5 +42,5 @@ bool liesOutside(const Geometry &geometry, const EditMsg &style, QSize picture)
     // cover slightly more than the shape, so each is tested by drawing.
     const QRegion tiles = coverage(geometry, style, picture);
     return std::none_of(tiles.begin(), tiles.end(),
-                        [&](const QRect &tile) { return isDrawnIn(tile, geometry, style.width); });
+                        [&](const QRect &tile) { return isDrawnIn(tile, geometry, style); });
 }

@@ -10,6 +10,42 @@ QPoint upperLeft(QPoint a, QPoint b) { return {std::min(a.x(), b.x()), std::min(
 
 QSize extent(QPoint a, QPoint b) { return {std::abs(a.x() - b.x()), std::abs(a.y() - b.y())}; }
 
+// The point nearest to `end` that lies above, beside or diagonally from `start`.
+QPoint eighth(QPoint start, QPoint end)
+{
+    const QPoint way = end - start;
+    const QPoint size(std::abs(way.x()), std::abs(way.y()));
+    // The tangent of half of an eighth of a turn.
+    constexpr double s_half = 0.41421356;
+    if (size.y() < s_half * size.x())
+        return {end.x(), start.y()};
+    if (size.x() < s_half * size.y())
+        return {start.x(), end.y()};
+    const int side = (size.x() + size.y()) / 2;
+    return start + QPoint(way.x() < 0 ? -side : side, way.y() < 0 ? -side : side);
+}
+
+// The corner opposite `start` of a square that reaches as far as `end` along its longer way.
+QPoint square(QPoint start, QPoint end)
+{
+    const QPoint way = end - start;
+    const int side = std::max(std::abs(way.x()), std::abs(way.y()));
+    return start + QPoint(way.x() < 0 ? -side : side, way.y() < 0 ? -side : side);
+}
+
+Drag evened(Drag drag)
+{
+    if (!drag.isEven)
+        return drag;
+    if (drag.box) {
+        const QPoint corner = square(drag.start, drag.end);
+        drag.box = QRect(upperLeft(drag.start, corner), extent(drag.start, corner));
+    }
+    drag.end = eighth(drag.start, drag.end);
+    drag.pointer = eighth(drag.start, drag.pointer);
+    return drag;
+}
+
 QPolygon reversed(const QPolygon &points)
 {
     return {QList<QPoint>(points.rbegin(), points.rend())};
@@ -59,14 +95,15 @@ std::optional<Geometry> DrawingGesture::release(stateEnum tool, QPoint position,
     const bool isOfTheFirst = tool <= statePoly;
     const bool isNothing =
         isOfTheFirst ? m_start.isNull() || end.isNull() || m_start == end : m_start == pointer;
-    if (isNothing)
+    if (isNothing && !toolOf(tool).isPlaced)
         return {};
-    return shapeFrom(tool, {.start = m_start,
-                            .end = end,
-                            .pointer = pointer,
-                            .box = QRect(upperLeft(m_start, end), extent(m_start, end)),
-                            .line = m_line,
-                            .width = lineWidth});
+    return shapeFrom(tool, evened({.start = m_start,
+                                   .end = end,
+                                   .pointer = pointer,
+                                   .box = QRect(upperLeft(m_start, end), extent(m_start, end)),
+                                   .line = m_line,
+                                   .width = lineWidth,
+                                   .isEven = m_isEven}));
 }
 
 std::optional<Geometry> DrawingGesture::preview(stateEnum tool, const ViewMapping &view,
@@ -86,10 +123,11 @@ std::optional<Geometry> DrawingGesture::preview(stateEnum tool, const ViewMappin
         return QRect(corner, QSize(length(size.width()), length(size.height())));
     };
     const bool hasCorners = !start.isNull() && !m_end.isNull();
-    return shapeFrom(tool, {.start = m_start,
-                            .end = view.toPicture(m_end),
-                            .pointer = view.toPicture(m_end),
-                            .box = hasCorners ? std::optional(rect()) : std::nullopt,
-                            .line = reversed(m_line),
-                            .width = lineWidth});
+    return shapeFrom(tool, evened({.start = m_start,
+                                   .end = view.toPicture(m_end),
+                                   .pointer = view.toPicture(m_end),
+                                   .box = hasCorners ? std::optional(rect()) : std::nullopt,
+                                   .line = reversed(m_line),
+                                   .width = lineWidth,
+                                   .isEven = m_isEven}));
 }

@@ -15,6 +15,8 @@ public:
     void press(QPoint position, const ViewMapping &view);
     /// The pointer moved with a button down. From now on there is a preview.
     void moveTo(QPoint position);
+    /// Whether Shift is held, which makes shapes even: squares, circles, eighths of a turn.
+    void setEven(bool isEven) { m_isEven = isEven; }
     /// Ends the drag; its end is limited to the widget. Returns the shape to record, if there is
     /// one.
     std::optional<Geometry> release(stateEnum tool, QPoint position, const ViewMapping &view,
@@ -35,5 +37,6 @@ private:
     QPoint m_start;        ///< in picture coordinates
     QPointF m_exactStart;  ///< the same without rounding
     QPoint m_end;
+    bool m_isEven = false;
     QPolygon m_line;  ///< the freehand line, in picture coordinates
 };

@@ -2,71 +2,148 @@
 
 #include <QHash>
 
+#include <algorithm>
 #include <atomic>
+#include <iterator>
 
 namespace {
+
+constexpr int s_longest = 32'767;  // pixels of a side, which painting can count
+constexpr qint64 s_most = 400'000'000;
+
+template<typename Shape> constexpr bool isSettled = requires(QList<EntryPtr> &shapes)
+{
+    Shape::settle(shapes, {});
+};
+
+template<typename... Shapes>
+void settleAll(std::variant<Shapes...> * /*type*/, QList<EntryPtr> &shapes,
+               const QList<ShapeId> &byAge)
+{
+    const auto settle = [&]<typename Shape>(const Shape *) {
+        if constexpr (isSettled<Shape>)
+            Shape::settle(shapes, byAge);
+    };
+    (settle(static_cast<const Shapes *>(nullptr)), ...);
+}
 
 // Applies operations, oldest first. Places stay what they are while shapes are removed, so that
 // each operation takes the same time, however many shapes there are.
 class SceneBuilder
 {
 public:
-    explicit SceneBuilder(QSize picture) { m_scene.frame = QRect(QPoint(), picture); }
+    explicit SceneBuilder(Scene scene) : m_scene(std::move(scene)) { findPlaces(); }
 
-    void apply(const Operation &operation)
+    void apply(const OperationPtr &operation)
     {
-        std::visit([this](const auto &change) { apply(change); }, operation.change);
+        std::visit([&](const auto &change) { apply(change, operation); }, operation->change);
     }
 
     Scene finish()
     {
         m_scene.shapes.removeAll(nullptr);
+        if (!m_scene.derived.isEmpty())
+            settleAll(static_cast<Geometry *>(nullptr), m_scene.shapes, m_scene.derived);
         return std::move(m_scene);
     }
 
 private:
-    void apply(const AddShape &add)
+    void findPlaces()
+    {
+        m_places.clear();
+        m_places.reserve(m_scene.shapes.size());
+        for (qsizetype place = 0; place < m_scene.shapes.size(); ++place) {
+            if (const EntryPtr &shape = m_scene.shapes.at(place))
+                m_places.insert(shape->id, place);
+        }
+    }
+
+    void apply(const AddShape &add, const OperationPtr & /*whole*/)
     {
         m_places.insert(add.shape->id, m_scene.shapes.size());
         m_scene.shapes.append(add.shape);
+        if (isDerived(*add.shape))
+            m_scene.derived.append(add.shape->id);
     }
 
-    void apply(const ReplaceShape &replace)
+    void apply(const ReplaceShape &replace, const OperationPtr & /*whole*/)
     {
         if (const auto place = m_places.constFind(replace.shape->id); place != m_places.constEnd())
             m_scene.shapes[*place] = replace.shape;
     }
 
-    void apply(const RemoveShape &remove)
+    void apply(const RemoveShape &remove, const OperationPtr & /*whole*/)
     {
         if (const auto place = m_places.constFind(remove.id); place != m_places.constEnd()) {
             m_scene.shapes[*place].reset();
             m_places.erase(place);
+            m_scene.derived.removeOne(remove.id);
         }
     }
 
-    void apply(const CropPicture &crop)
+    void apply(const OrderShape &order, const OperationPtr & /*whole*/)
     {
-        const QRect kept = crop.frame & QRect(QPoint(), m_scene.frame.size());
-        if (kept.isEmpty())
+        const auto from = m_places.constFind(order.id);
+        const auto above = m_places.constFind(order.above);
+        if (from == m_places.constEnd() || order.id == order.above ||
+            (order.above != 0 && above == m_places.constEnd()))
             return;
-        m_scene.frame = kept.translated(m_scene.frame.topLeft());
-        if (kept.topLeft().isNull())
-            return;
-        for (EntryPtr &shape : m_scene.shapes) {
-            if (shape)
-                shape = std::make_shared<const EditEntry>(
-                    EditEntry{moved(shape->geometry, -kept.topLeft()), shape->style, shape->id});
+        const qsizetype below = order.above == 0 ? -1 : *above;
+        m_scene.shapes.move(*from, *from < below ? below : below + 1);
+        findPlaces();
+    }
+
+    void apply(const CropPicture &crop, const OperationPtr &whole)
+    {
+        const QRect kept = crop.frame & QRect(QPoint(), m_scene.size);
+        if (!kept.isEmpty())
+            change(kept.size(), PictureMap::moving(-kept.topLeft()), whole);
+    }
+
+    void apply(const ExtendPicture &extend, const OperationPtr &whole)
+    {
+        if (extend.frame.intersects(QRect(QPoint(), m_scene.size)) &&
+            isPictureSize(extend.frame.size()))
+            change(extend.frame.size(), PictureMap::moving(-extend.frame.topLeft()), whole);
+    }
+
+    void apply(const TurnPicture &turn, const OperationPtr &whole)
+    {
+        change(turn.quarters % 2 ? m_scene.size.transposed() : m_scene.size,
+               PictureMap::turning(turn.quarters, m_scene.size), whole);
+    }
+
+    void apply(const MirrorPicture &mirror, const OperationPtr &whole)
+    {
+        change(m_scene.size, PictureMap::mirroring(mirror.axis, m_scene.size), whole);
+    }
+
+    void apply(const ResizePicture &resize, const OperationPtr &whole)
+    {
+        if (!m_scene.size.isEmpty() && isPictureSize(resize.size)) {
+            change(resize.size,
+                   PictureMap::fitting(QRect(QPoint(), m_scene.size), QRect(QPoint(), resize.size)),
+                   whole);
         }
     }
 
-    void apply(const SeveralChanges &several)
+    void apply(const SeveralChanges &several, const OperationPtr & /*whole*/)
     {
         for (const OperationPtr &change : several.changes)
-            apply(*change);
+            apply(change);
     }
 
-    Scene m_scene{};
+    void change(QSize size, const PictureMap &map, const OperationPtr &whole)
+    {
+        m_scene.size = size;
+        m_scene.picture.append(whole);
+        for (EntryPtr &shape : m_scene.shapes) {
+            if (shape)
+                shape = std::make_shared<const EditEntry>(mapped(*shape, map));
+        }
+    }
+
+    Scene m_scene;
     QHash<ShapeId, qsizetype> m_places{};
 };
 
@@ -76,6 +153,18 @@ ShapeId nextShapeId()
 {
     static std::atomic<ShapeId> s_last = 0;
     return ++s_last;
+}
+
+bool isDerived(const EditEntry &shape)
+{
+    return std::visit([]<typename Shape>(const Shape &) { return Shape::tool.isDerived; },
+                      shape.geometry);
+}
+
+EditEntry mapped(const EditEntry &shape, const PictureMap &map)
+{
+    const EditMsg style = mapped(shape.style, map);
+    return {mapped(shape.geometry, style, map), style, shape.id};
 }
 
 OperationPtr adding(EditEntry shape)
@@ -96,10 +185,34 @@ EntryPtr addedBy(const Operation &operation)
     return add ? add->shape : nullptr;
 }
 
+bool changesPicture(const Operation &operation)
+{
+    if (const auto *several = std::get_if<SeveralChanges>(&operation.change)) {
+        return std::any_of(several->changes.begin(), several->changes.end(),
+                           [](const OperationPtr &change) { return changesPicture(*change); });
+    }
+    return std::holds_alternative<CropPicture>(operation.change) ||
+           std::holds_alternative<ExtendPicture>(operation.change) ||
+           std::holds_alternative<TurnPicture>(operation.change) ||
+           std::holds_alternative<MirrorPicture>(operation.change) ||
+           std::holds_alternative<ResizePicture>(operation.change);
+}
+
+bool isPictureSize(QSize size)
+{
+    return size.width() > 0 && size.height() > 0 && size.width() <= s_longest &&
+           size.height() <= s_longest && qint64{size.width()} * size.height() <= s_most;
+}
+
 Scene sceneOf(const EditHistory &history, QSize picture)
 {
-    SceneBuilder builder(picture);
-    for (auto step = history.crbegin(); step != history.crend(); ++step)
-        builder.apply(**step);
+    return applied({.size = picture}, {history.crbegin(), history.crend()});
+}
+
+Scene applied(Scene scene, const QList<OperationPtr> &steps)
+{
+    SceneBuilder builder(std::move(scene));
+    for (const OperationPtr &step : steps)
+        builder.apply(step);
     return builder.finish();
 }

@@ -2,6 +2,7 @@
 
 #include "editing/shapes.h"
 
+#include <QColor>
 #include <QList>
 #include <QRect>
 #include <QSize>
@@ -28,20 +29,48 @@ struct ReplaceShape {
 struct RemoveShape {
     ShapeId id = 0;
 };
+/// The shape comes to lie directly above another one; below all others if `above` is 0.
+struct OrderShape {
+    ShapeId id = 0;
+    ShapeId above = 0;
+};
+
+// Changes of the picture itself. Its shapes go along.
+
 /// What lies outside of `frame` is not part of the picture any more, and the frame's corner becomes
 /// the origin.
 struct CropPicture {
     QRect frame{};
 };
+/// The same, but where the frame reaches beyond the picture, this ground is added to it. It is
+/// opaque.
+struct ExtendPicture {
+    QRect frame{};
+    QColor ground{};
+};
+/// Turned clockwise by quarters of a turn.
+struct TurnPicture {
+    int quarters = 1;
+};
+/// Left and right are exchanged for Qt::Horizontal, else top and bottom.
+struct MirrorPicture {
+    Qt::Orientation axis = Qt::Horizontal;
+};
+struct ResizePicture {
+    QSize size{};
+};
+
 /// Several changes, in their order, that are one step for the user.
 struct SeveralChanges {
     QList<OperationPtr> changes{};
 };
 
 /// One step of the user's. What can't be done (a shape that isn't there, a frame outside of the
-/// picture) does nothing.
+/// picture, a size that no picture may have) does nothing.
 struct Operation {
-    std::variant<AddShape, ReplaceShape, RemoveShape, CropPicture, SeveralChanges> change{};
+    std::variant<AddShape, ReplaceShape, RemoveShape, OrderShape, CropPicture, ExtendPicture,
+                 TurnPicture, MirrorPicture, ResizePicture, SeveralChanges>
+        change{};
 };
 
 /// Recorded operations, newest first.
@@ -58,10 +87,20 @@ OperationPtr adding(EditEntry shape);
 EntryPtr shapeOf(const Operation &operation);
 /// The shape that an operation does nothing but add; null for all others.
 EntryPtr addedBy(const Operation &operation);
+/// Whether it changes the picture itself.
+bool changesPicture(const Operation &operation);
+
+/// Whether a picture may be made as large as that.
+bool isPictureSize(QSize size);
 
 /// What a history comes to.
 struct Scene {
-    QRect frame{};             ///< what is left of the picture, in the whole picture's coordinates
-    QList<EntryPtr> shapes{};  ///< bottom to top; the frame's corner is their origin
+    QSize size{};                   ///< of the picture as it is now
+    QList<OperationPtr> picture{};  ///< what was done to it, oldest first
+    QList<EntryPtr> shapes{};       ///< bottom to top, in its coordinates
+    /// Those whose look depends on the others of their kind, in the order in which they were added.
+    QList<ShapeId> derived{};
 };
 Scene sceneOf(const EditHistory &history, QSize picture);
+/// What becomes of a scene by further operations, oldest first.
+Scene applied(Scene scene, const QList<OperationPtr> &steps);

@@ -1,17 +1,11 @@
 #include "editing/pendefaults.h"
 
 #include "config/settings.h"
+#include "editing/tools/tool.h"
 
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
-
-namespace {
-
-constexpr int s_widestLine = 1000;
-constexpr qreal s_largestText = 500;
-
-}  // namespace
 
 PenDefaults readPenDefaults()
 {

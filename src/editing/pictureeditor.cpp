@@ -100,6 +100,16 @@ void TPictureEditor::notify(Change change)
         m_Callback(change, 0);
 }
 
+// Labels that shapes draw themselves are in the font of texts.
+EditMsg TPictureEditor::styleOfShape() const
+{
+    EditMsg result = style();
+    result.type = m_State;
+    if (toolOf(m_State).hasLabel)
+        result.font = m_Font;
+    return result;
+}
+
 void TPictureEditor::updateWidget()
 {
     if (m_pWidget)
@@ -128,12 +138,12 @@ void TPictureEditor::refreshPreview()
 {
     if (!m_pWidget)
         return;
-    const std::optional<Geometry> shape = m_Gesture.preview(m_State, mapping(), m_LineWidth);
+    std::optional<Geometry> shape = m_Gesture.preview(m_State, mapping(), style().width);
     const bool had = m_Canvas.hasPreview();
     if (!shape && !had)
         return;
     const QRegion changed =
-        m_Canvas.setPreview(shape, {.type = m_State, .width = m_LineWidth, .color = m_PenColor});
+        m_Canvas.setPreview(shape ? adding({std::move(*shape), styleOfShape()}) : nullptr);
     if (m_Pixmap.hasAlpha() && had != shape.has_value())
         updateWidget();
     else
@@ -151,13 +161,19 @@ void TPictureEditor::setState(stateEnum state)
 
 void TPictureEditor::setLineWidth(int width)
 {
-    m_LineWidth = width;
-    refreshPreview();
+    changeStyle([width](EditMsg &style) { style.width = width; });
 }
 
 void TPictureEditor::setPenColor(const QColor &color)
 {
-    m_PenColor = color;
+    changeStyle([&color](EditMsg &style) { style.color = color; });
+}
+
+void TPictureEditor::changeStyle(const std::function<void(EditMsg &)> &change)
+{
+    EditMsg changed = style();
+    change(changed);
+    m_Styles.set(m_State, std::move(changed));
     refreshPreview();
     if (isTyping())
         fitTextField();
@@ -247,9 +263,12 @@ EditEntry TPictureEditor::textEntry() const
     Geometry geometry;
     if (m_State == stateText)
         geometry = TextShape{m_TextPos};
-    return {
-        geometry,
-        {.type = m_State, .color = m_PenColor, .text = m_pTextEdit->toPlainText(), .font = m_Font}};
+    EditMsg written = style();
+    written.type = m_State;
+    written.width = EditMsg().width;
+    written.text = m_pTextEdit->toPlainText();
+    written.font = m_Font;
+    return {geometry, std::move(written)};
 }
 
 OperationPtr TPictureEditor::typedText() const
@@ -296,8 +315,8 @@ void TPictureEditor::fitTextField()
     if (m_pTextEdit->document()->defaultFont() != font)
         m_pTextEdit->document()->setDefaultFont(font);
     QPalette palette = m_pTextEdit->palette();
-    if (palette.color(QPalette::Text) != m_PenColor) {
-        palette.setBrush(QPalette::Text, m_PenColor);
+    if (palette.color(QPalette::Text) != style().color) {
+        palette.setBrush(QPalette::Text, style().color);
         m_pTextEdit->setPalette(palette);
     }
     const QString text = m_pTextEdit->toPlainText();
@@ -444,10 +463,10 @@ void TPictureEditor::release(const QMouseEvent &event)
         m_pTextEdit->hide();
         m_pWidget->setCursor(EmptyShape::tool.cursor);
     } else if (std::optional<Geometry> shape =
-                   m_Gesture.release(m_State, toPixels(event), mapping(), m_LineWidth)) {
-        EditMsg style{.type = m_State, .width = m_LineWidth, .color = m_PenColor};
-        if (!liesOutside(*shape, style, m_Canvas.size()))
-            record(adding({std::move(*shape), std::move(style)}));
+                   m_Gesture.release(m_State, toPixels(event), mapping(), style().width)) {
+        EditMsg drawnWith = styleOfShape();
+        if (!liesOutside(*shape, drawnWith, m_Canvas.size()))
+            record(adding({std::move(*shape), std::move(drawnWith)}));
         else if (!m_Pixmap.isNull())
             notify(Refusal);
     }

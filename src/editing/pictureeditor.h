@@ -3,12 +3,15 @@
 #include "editing/canvas.h"
 #include "editing/gesture.h"
 #include "editing/history.h"
+#include "editing/toolstyles.h"
 #include "editing/viewmapping.h"
 
 #include <QImage>
 #include <QObject>
 #include <QPixmap>
 #include <QPointer>
+
+#include <functional>
 
 class QMouseEvent;
 class QPaintEvent;
@@ -44,10 +47,16 @@ public:
     /// Changes the tool. A text that is being typed is committed first.
     void setState(stateEnum state);
     stateEnum getState() const { return m_State; }
-    void setLineWidth(int width);  ///< for new shapes, in picture pixels
-    int getLineWidth() const { return m_LineWidth; }
-    void setPenColor(const QColor &color);  ///< for new shapes
-    QColor getPenColor() const { return m_PenColor; }
+    /// What new shapes of the current tool are drawn with. The line width is in picture pixels.
+    void setLineWidth(int width);
+    int getLineWidth() const { return style().width; }
+    void setPenColor(const QColor &color);
+    QColor getPenColor() const { return style().color; }
+    const EditMsg &style() const { return m_Styles.of(m_State); }
+    /// Changes it by a function that gets the style.
+    void changeStyle(const std::function<void(EditMsg &)> &change);
+    /// The styles of all tools.
+    ToolStyles &styles() { return m_Styles; }
     /// Sets the font of new texts. A text that is being typed changes at once.
     void set_m_Font(const QFont &font);
     /// The same font as a reference. An open text field shows a change when it is painted next.
@@ -120,6 +129,7 @@ private:
     void createTextField();
     void fitTextField();
     void placeTextField();
+    EditMsg styleOfShape() const;
     EditEntry textEntry() const;
     void restartCanvas();
     void followHistory();
@@ -146,9 +156,8 @@ private:
     QPoint m_TextAnchor;              ///< the same position in the widget, in logical pixels
     bool m_TextOpen = false;  ///< from the click that opens the field to the click that closes it
     QFont m_Font;
-    QColor m_PenColor = Qt::black;
     float m_Scale = 1.0F;
-    int m_LineWidth = 1;
+    ToolStyles m_Styles;
     DrawingGesture m_Gesture;
     EditHistory m_VecUnDo;
     EditHistory m_VecReDo;

@@ -276,7 +276,7 @@ PictureWrite writePicture(const QImage &picture, const EditHistory &history, con
     const QByteArray used = format.isEmpty() ? QFileInfo(path).suffix().toLatin1() : format;
     const bool isFlat = picture.hasAlphaChannel() && isOpaqueFormat(path);
     const Scene scene = sceneOf(history, picture.size());
-    const QImage base = framed(picture, scene);
+    const QImage base = changed(picture, scene);
     WholeFile file(path, readers);
     const std::unique_ptr<RowWriter> rows =
         RowWriter::create(used, base, isFlat ? QImage::Format_RGB32 : pixmapFormat(picture),

@@ -15,6 +15,8 @@ namespace {
 constexpr int s_bands = 10;
 constexpr int s_fewestRows = 16;
 
+constexpr float s_translucent = 0.25F;
+
 // Reserves address space for a whole picture; only rows that are written use memory. So shapes can
 // be drawn with the picture's own coordinates and size, and get the same pixels as in a drawing
 // that is made at once.
@@ -74,11 +76,74 @@ QImage rowsOf(const QImage &picture, int top, int rows, QImage::Format format)
     return result.convertToFormat(format);
 }
 
+// Changes of the picture itself. What only moves pixels leaves the format alone; what makes new
+// ones works in the same format whichever way it was come by.
+QImage in32Bits(const QImage &picture) { return picture.convertToFormat(pixmapFormat(picture)); }
+
+QImage made(const QImage &picture, const CropPicture &crop)
+{
+    return picture.copy(crop.frame & picture.rect());
+}
+
+QImage made(const QImage &picture, const ExtendPicture &extend)
+{
+    const QImage before = in32Bits(picture);
+    QImage result(extend.frame.size(), before.format());
+    result.fill(extend.ground);
+    result.setDotsPerMeterX(before.dotsPerMeterX());
+    result.setDotsPerMeterY(before.dotsPerMeterY());
+    QPainter painter(&result);
+    painter.setCompositionMode(QPainter::CompositionMode_Source);
+    painter.drawImage(-extend.frame.topLeft(), before);
+    return result;
+}
+
+QImage made(const QImage &picture, const TurnPicture &turn)
+{
+    return picture.transformed(QTransform().rotate(90. * (turn.quarters & 3)));
+}
+
+QImage made(const QImage &picture, const MirrorPicture &mirror)
+{
+    return picture.mirrored(mirror.axis == Qt::Horizontal, mirror.axis == Qt::Vertical);
+}
+
+QImage made(const QImage &picture, const ResizePicture &resize)
+{
+    return in32Bits(picture).scaled(resize.size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+}
+
+// All others leave the picture alone.
+QImage made(const QImage &picture, const auto & /*change*/) { return picture; }
+
+Qt::PenStyle penStyle(Dashes dashes)
+{
+    switch (dashes) {
+    case Dashes::Dashed:
+        return Qt::DashLine;
+    case Dashes::Dotted:
+        return Qt::DotLine;
+    default:
+        return Qt::SolidLine;
+    }
+}
+
+QBrush brush(const EditMsg &style)
+{
+    if (!isFilled(style))
+        return Qt::NoBrush;
+    QColor color = style.color;
+    if (style.fill == Fill::Translucent)
+        color.setAlphaF(color.alphaF() * s_translucent);
+    return color;
+}
+
 }  // namespace
 
 void drawShape(QPainter &painter, const Geometry &geometry, const EditMsg &style)
 {
-    painter.setPen(QPen(style.color, style.width));
+    painter.setPen(QPen(style.color, style.width, penStyle(style.dashes)));
+    painter.setBrush(brush(style));
     std::visit([&](const auto &shape) { shape.draw(painter, style); }, geometry);
 }
 
@@ -127,9 +192,12 @@ QPoint useScreenDots(QImage &image)
     return told;
 }
 
-QImage framed(const QImage &picture, const Scene &scene)
+QImage changed(const QImage &picture, const Scene &scene)
 {
-    return scene.frame == picture.rect() ? picture : picture.copy(scene.frame);
+    QImage result = picture;
+    for (const OperationPtr &step : scene.picture)
+        result = std::visit([&](const auto &change) { return made(result, change); }, step->change);
+    return result;
 }
 
 QImage drawn(const QImage &picture, const QList<EntryPtr> &shapes, const QColor &background)
@@ -154,7 +222,7 @@ QImage drawn(const QImage &picture, const QList<EntryPtr> &shapes, const QColor 
 QImage replayed(const QImage &picture, const EditHistory &history, const QColor &background)
 {
     const Scene scene = sceneOf(history, picture.size());
-    return drawn(framed(picture, scene), scene.shapes, background);
+    return drawn(changed(picture, scene), scene.shapes, background);
 }
 
 QImage::Format pixmapFormat(const QImage &picture)

@@ -5,15 +5,13 @@
 #include <QJsonObject>
 
 #include <algorithm>
+#include <array>
 #include <type_traits>
 #include <utility>
 
 using namespace Qt::StringLiterals;
 
 namespace {
-
-constexpr int s_widestLine = 1000;  // picture pixels
-constexpr qreal s_largestText = 500;
 
 template<typename Shape> QLatin1StringView kindOf(const Shape & /*shape*/)
 {
@@ -37,6 +35,39 @@ template<typename... Shapes> Geometry readAny(std::variant<Shapes...> * /*type*/
     return result.value_or(EmptyShape{});
 }
 
+// The names of a style's choices in files, by their numbers.
+constexpr std::array s_fills{"none", "translucent", "solid"};
+constexpr std::array s_dashes{"none", "dashed", "dotted"};
+constexpr std::array s_heads{"one", "both", "open"};
+constexpr std::array s_grounds{"none", "filled", "outlined"};
+
+// What is as it always was before there was a choice is not written.
+template<typename Choice>
+void writeChoice(QJsonObject &to, QLatin1StringView key, const std::array<const char *, 3> &names,
+                 Choice choice)
+{
+    if (choice != Choice())
+        to[key] = QLatin1StringView(names.at(static_cast<size_t>(choice)));
+}
+
+template<typename Choice>
+Choice readChoice(ShapeParts &parts, QLatin1StringView key,
+                  const std::array<const char *, 3> &names)
+{
+    const QString name = parts.text(key);
+    const auto found = std::find_if(names.begin(), names.end(), [&](const char *candidate) {
+        return name == QLatin1StringView(candidate);
+    });
+    parts.requireName(name.isEmpty() || found != names.end());
+    return found == names.end() ? Choice() : static_cast<Choice>(found - names.begin());
+}
+
+bool hasChoices(const EditMsg &style)
+{
+    return style.fill != Fill::None || style.dashes != Dashes::None || style.heads != Heads::One ||
+           style.ground != TextGround::None || style.hasShadow;
+}
+
 QFont font(ShapeParts &parts)
 {
     const QString text = parts.text("font"_L1);
@@ -58,10 +89,17 @@ void write(QJsonObject &to, const EditEntry &shape, ShapeNumbers &numbers)
     to["tool"_L1] = QLatin1StringView(toolOf(shape.style.type).id);
     to["color"_L1] = shape.style.color.name(QColor::HexArgb);
     to["width"_L1] = shape.style.width;
-    if (!shape.style.text.isEmpty() || shape.style.type == stateText) {
+    if (!shape.style.text.isEmpty() || shape.style.type == stateText)
         to["text"_L1] = shape.style.text;
+    if (!shape.style.text.isEmpty() || shape.style.type == stateText ||
+        toolOf(shape.style.type).hasLabel)
         to["font"_L1] = shape.style.font.toString();
-    }
+    writeChoice(to, "fill"_L1, s_fills, shape.style.fill);
+    writeChoice(to, "dashes"_L1, s_dashes, shape.style.dashes);
+    writeChoice(to, "heads"_L1, s_heads, shape.style.heads);
+    writeChoice(to, "ground"_L1, s_grounds, shape.style.ground);
+    if (shape.style.hasShadow)
+        to["shadow"_L1] = true;
 }
 
 // A shape that was kept before shapes had numbers has none.
@@ -82,7 +120,12 @@ EntryPtr readShape(ShapeParts &parts, ShapeNumbers &numbers)
                   .width = parts.number("width"_L1),
                   .color = QColor::fromString(parts.text("color"_L1)),
                   .text = parts.text("text"_L1),
-                  .font = font(parts)};
+                  .font = font(parts),
+                  .fill = readChoice<Fill>(parts, "fill"_L1, s_fills),
+                  .dashes = readChoice<Dashes>(parts, "dashes"_L1, s_dashes),
+                  .heads = readChoice<Heads>(parts, "heads"_L1, s_heads),
+                  .ground = readChoice<TextGround>(parts, "ground"_L1, s_grounds),
+                  .hasShadow = parts.value("shadow"_L1).toBool()};
     parts.requireName(tool != tools.end());
     parts.require(style.color.isValid());
     parts.require(style.width >= 0 && style.width <= s_widestLine);
@@ -92,8 +135,11 @@ EntryPtr readShape(ShapeParts &parts, ShapeNumbers &numbers)
 
 QJsonObject toJson(const Operation &operation, ShapeNumbers &numbers);
 
+// Versions that know no choices of style know no "add" either, and leave the picture alone.
 void write(QJsonObject &to, const AddShape &add, ShapeNumbers &numbers)
 {
+    if (hasChoices(add.shape->style))
+        to["op"_L1] = "add"_L1;
     write(to, *add.shape, numbers);
 }
 
@@ -109,11 +155,48 @@ void write(QJsonObject &to, const RemoveShape &remove, ShapeNumbers &numbers)
     to["id"_L1] = numbers.numberOf(remove.id);
 }
 
+void write(QJsonObject &to, const OrderShape &order, ShapeNumbers &numbers)
+{
+    to["op"_L1] = "order"_L1;
+    to["id"_L1] = numbers.numberOf(order.id);
+    if (order.above != 0)
+        to["above"_L1] = numbers.numberOf(order.above);
+}
+
+QJsonArray numbersOf(const QRect &frame)
+{
+    return {frame.x(), frame.y(), frame.width(), frame.height()};
+}
+
 void write(QJsonObject &to, const CropPicture &crop, ShapeNumbers & /*numbers*/)
 {
     to["op"_L1] = "crop"_L1;
-    to["frame"_L1] =
-        QJsonArray{crop.frame.x(), crop.frame.y(), crop.frame.width(), crop.frame.height()};
+    to["frame"_L1] = numbersOf(crop.frame);
+}
+
+void write(QJsonObject &to, const ExtendPicture &extend, ShapeNumbers & /*numbers*/)
+{
+    to["op"_L1] = "extend"_L1;
+    to["frame"_L1] = numbersOf(extend.frame);
+    to["ground"_L1] = extend.ground.name();
+}
+
+void write(QJsonObject &to, const TurnPicture &turn, ShapeNumbers & /*numbers*/)
+{
+    to["op"_L1] = "turn"_L1;
+    to["quarters"_L1] = turn.quarters;
+}
+
+void write(QJsonObject &to, const MirrorPicture &mirror, ShapeNumbers & /*numbers*/)
+{
+    to["op"_L1] = "mirror"_L1;
+    to["axis"_L1] = mirror.axis == Qt::Horizontal ? "horizontal"_L1 : "vertical"_L1;
+}
+
+void write(QJsonObject &to, const ResizePicture &resize, ShapeNumbers & /*numbers*/)
+{
+    to["op"_L1] = "resize"_L1;
+    to["size"_L1] = QJsonArray{resize.size.width(), resize.size.height()};
 }
 
 void write(QJsonObject &to, const SeveralChanges &several, ShapeNumbers &numbers)
@@ -145,14 +228,24 @@ public:
         ShapeParts parts(from);
         Operation result;
         const QString kind = parts.text("op"_L1);
-        if (kind.isEmpty())
+        if (kind.isEmpty() || kind == "add"_L1)
             result.change = AddShape{readShape(parts, m_numbers)};
         else if (kind == "replace"_L1)
             result.change = ReplaceShape{readShape(parts, m_numbers)};
         else if (kind == "remove"_L1)
             result.change = RemoveShape{idOf(parts, m_numbers)};
+        else if (kind == "order"_L1)
+            result.change = readOrder(parts);
         else if (kind == "crop"_L1)
-            result.change = readCrop(parts);
+            result.change = CropPicture{readFrame(parts)};
+        else if (kind == "extend"_L1)
+            result.change = readExtend(parts);
+        else if (kind == "turn"_L1)
+            result.change = TurnPicture{parts.number("quarters"_L1)};
+        else if (kind == "mirror"_L1)
+            result.change = readMirror(parts);
+        else if (kind == "resize"_L1)
+            result.change = readResize(parts);
         else if (parts.requireName(kind == "several"_L1) && parts.require(!isPart))
             result.change = readSeveral(parts);
         m_isNewer = m_isNewer || parts.isNewer();
@@ -160,12 +253,39 @@ public:
     }
 
 private:
-    static CropPicture readCrop(ShapeParts &parts)
+    OrderShape readOrder(ShapeParts &parts)
+    {
+        const qint64 above = parts.value("above"_L1).toInteger(-1);
+        return {idOf(parts, m_numbers), above < 0 ? 0 : m_numbers.idOf(above)};
+    }
+
+    static QRect readFrame(ShapeParts &parts)
     {
         const QPolygon frame = parts.points("frame"_L1, 2, 2);
         const QSize size(frame.last().x(), frame.last().y());
         parts.require(!size.isEmpty());
-        return {{frame.first(), size}};
+        return {frame.first(), size};
+    }
+
+    static ExtendPicture readExtend(ShapeParts &parts)
+    {
+        const QColor ground = QColor::fromString(parts.text("ground"_L1));
+        parts.require(ground.isValid() && ground.alpha() == 255);
+        return {readFrame(parts), ground};
+    }
+
+    static MirrorPicture readMirror(ShapeParts &parts)
+    {
+        const QString axis = parts.text("axis"_L1);
+        parts.requireName(axis == "horizontal"_L1 || axis == "vertical"_L1);
+        return {axis == "vertical"_L1 ? Qt::Vertical : Qt::Horizontal};
+    }
+
+    static ResizePicture readResize(ShapeParts &parts)
+    {
+        const QPoint size = parts.points("size"_L1, 1, 1).first();
+        parts.require(isPictureSize({size.x(), size.y()}));
+        return {{size.x(), size.y()}};
     }
 
     SeveralChanges readSeveral(ShapeParts &parts)

@@ -17,5 +17,10 @@ struct EditEntry {
     ShapeId id = nextShapeId();
 };
 
+/// Whether its look depends on other shapes of the picture.
+bool isDerived(const EditEntry &shape);
+/// The shape where a change of the picture brings it.
+EditEntry mapped(const EditEntry &shape, const PictureMap &map);
+
 /// Shared by histories and everything that shows them; the last of them frees the entry.
 using EntryPtr = std::shared_ptr<const EditEntry>;

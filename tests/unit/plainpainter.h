@@ -8,6 +8,8 @@
 #include <QPixmap>
 #include <QWidget>
 
+#include <algorithm>
+
 /// The plain way to show a picture that is being drawn on: everything anew at each paint, and each
 /// pixel looked at one by one. The editor has to give the same pixels.
 class PlainPainter : public QObject
@@ -44,6 +46,14 @@ private:
         }
     }
 
+    static void change(QImage &pristine, QList<EditEntry> &shapes, const QImage &now,
+                       const PictureMap &map)
+    {
+        pristine = now;
+        for (EditEntry &shape : shapes)
+            shape = mapped(shape, map);
+    }
+
     // Each operation is carried out by looking at all shapes.
     static void apply(const Operation &operation, QImage &pristine, QList<EditEntry> &shapes)
     {
@@ -59,11 +69,46 @@ private:
             shapes.removeIf([&](const EditEntry &other) { return other.id == remove->id; });
         } else if (const auto *crop = std::get_if<CropPicture>(&operation.change)) {
             const QRect kept = crop->frame & pristine.rect();
-            if (kept.isEmpty())
+            if (!kept.isEmpty())
+                change(pristine, shapes, pristine.copy(kept), PictureMap::moving(-kept.topLeft()));
+        } else if (const auto *extend = std::get_if<ExtendPicture>(&operation.change)) {
+            if (!extend->frame.intersects(pristine.rect()))
                 return;
-            pristine = pristine.copy(kept);
-            for (EditEntry &other : shapes)
-                other.geometry = moved(other.geometry, -kept.topLeft());
+            QImage larger(extend->frame.size(), pristine.format());
+            for (int y = 0; y < larger.height(); ++y) {
+                for (int x = 0; x < larger.width(); ++x) {
+                    const QPoint from = QPoint(x, y) + extend->frame.topLeft();
+                    larger.setPixel(x, y,
+                                    pristine.rect().contains(from)
+                                        ? reinterpret_cast<const QRgb *>(
+                                              pristine.constScanLine(from.y()))[from.x()]
+                                        : extend->ground.rgba());
+                }
+            }
+            change(pristine, shapes, larger, PictureMap::moving(-extend->frame.topLeft()));
+        } else if (const auto *turn = std::get_if<TurnPicture>(&operation.change)) {
+            change(pristine, shapes, pristine.transformed(QTransform().rotate(90 * turn->quarters)),
+                   PictureMap::turning(turn->quarters, pristine.size()));
+        } else if (const auto *mirror = std::get_if<MirrorPicture>(&operation.change)) {
+            const bool isAcross = mirror->axis == Qt::Horizontal;
+            change(pristine, shapes, pristine.mirrored(isAcross, !isAcross),
+                   PictureMap::mirroring(mirror->axis, pristine.size()));
+        } else if (const auto *resize = std::get_if<ResizePicture>(&operation.change)) {
+            change(pristine, shapes,
+                   pristine.scaled(resize->size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation),
+                   PictureMap::fitting(pristine.rect(), QRect(QPoint(), resize->size)));
+        } else if (const auto *order = std::get_if<OrderShape>(&operation.change)) {
+            const auto placeOf = [&](ShapeId id) {
+                return std::find_if(shapes.begin(), shapes.end(),
+                                    [id](const EditEntry &other) { return other.id == id; });
+            };
+            if (placeOf(order->id) == shapes.end() || order->id == order->above ||
+                (order->above != 0 && placeOf(order->above) == shapes.end()))
+                return;
+            const EditEntry entry = *placeOf(order->id);
+            shapes.erase(placeOf(order->id));
+            shapes.insert(order->above == 0 ? shapes.begin() : std::next(placeOf(order->above)),
+                          entry);
         } else {
             for (const OperationPtr &part : std::get<SeveralChanges>(operation.change).changes)
                 apply(*part, pristine, shapes);

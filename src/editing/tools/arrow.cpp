@@ -13,6 +13,11 @@ namespace {
 constexpr qsizetype s_points = 5;
 constexpr qsizetype s_headPoints = 3;
 
+ArrowShape between(QPoint start, QPoint tip, int width)
+{
+    return {CreateArrowPolygon(start, tip, width), start};
+}
+
 }  // namespace
 
 QPolygon CreateArrowPolygon(const QPoint &start, const QPoint &end, int width)
@@ -41,7 +46,7 @@ void DrawArrow(QPainter &painter, const QColor &color, int width, const QPolygon
 
 std::optional<ArrowShape> ArrowShape::from(const Drag &drag)
 {
-    return ArrowShape{CreateArrowPolygon(drag.start, drag.end, drag.width)};
+    return between(drag.start, drag.end, drag.width);
 }
 
 void ArrowShape::draw(QPainter &painter, const EditMsg &style) const
@@ -69,9 +74,29 @@ bool ArrowShape::hit(QPointF point, qreal grace, const EditMsg &style) const
            isOnLine(shaft, point, style.width, grace);
 }
 
-void ArrowShape::write(QJsonObject &to) const { to["points"_L1] = numbersOf(points); }
+ArrowShape ArrowShape::withEnd(qsizetype end, QPoint at, const EditMsg &style) const
+{
+    return end == 0 ? between(at, points.value(1), style.width) : between(start, at, style.width);
+}
+
+// The head's size follows from the line's width.
+ArrowShape ArrowShape::mapped(const PictureMap &map, const EditMsg &style) const
+{
+    if (map.keepsLengths())
+        return {map(points), map(start)};
+    return between(map(start), map(points.value(1)), style.width);
+}
+
+void ArrowShape::write(QJsonObject &to) const
+{
+    to["points"_L1] = numbersOf(points);
+    to["start"_L1] = QJsonArray{start.x(), start.y()};
+}
 
 ArrowShape ArrowShape::read(ShapeParts &parts)
 {
-    return {parts.points("points"_L1, s_points, s_points)};
+    const QPolygon points = parts.points("points"_L1, s_points, s_points);
+    // Arrows that were kept before they could be changed don't tell their start.
+    const bool tellsStart = parts.value("start"_L1).isArray();
+    return {points, tellsStart ? parts.points("start"_L1, 1, 1).first() : points.last()};
 }

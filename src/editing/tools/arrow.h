@@ -7,7 +7,8 @@ class QPainter;
 class ShapeParts;
 class Tiles;
 
-/// The points of the head: wing, tip and wing; then the shaft's end inside the head and its start.
+/// The points of the head: wing, tip and wing; then the shaft's end inside the head and its start,
+/// which lies slightly after the arrow's own.
 struct ArrowShape {
     static constexpr Tool tool{.state = stateArrow,
                                .id = "arrow",
@@ -17,13 +18,18 @@ struct ArrowShape {
                                .keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+4")};
 
     QPolygon points{};
+    QPoint start{};
 
     static std::optional<ArrowShape> from(const Drag &drag);
     void draw(QPainter &painter, const EditMsg &style) const;
     void cover(Tiles &tiles, const EditMsg &style) const;
     QPolygon drawnPoints() const { return points; }
     bool hit(QPointF point, qreal grace, const EditMsg &style) const;
-    ArrowShape moved(QPoint by) const { return {points.translated(by)}; }
+    QRect box(const EditMsg & /*style*/) const { return boxAround(points); }
+    /// Where it starts, and its tip.
+    QPolygon ends() const { return QPolygon({start, points.value(1)}); }
+    ArrowShape withEnd(qsizetype end, QPoint at, const EditMsg &style) const;
+    ArrowShape mapped(const PictureMap &map, const EditMsg &style) const;
     void write(QJsonObject &to) const;
     static ArrowShape read(ShapeParts &parts);
 };

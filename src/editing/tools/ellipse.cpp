@@ -32,7 +32,10 @@ void EllipseShape::draw(QPainter &painter, const EditMsg & /*style*/) const
 
 void EllipseShape::cover(Tiles &tiles, const EditMsg &style) const
 {
-    tiles.addOutline(outlineOf(bounds), Tiles::reachOf(style.width) + 1);
+    const QPolygonF outline = outlineOf(bounds);
+    tiles.addOutline(outline, Tiles::reachOf(style.width) + 1);
+    if (isFilled(style))
+        tiles.addRect(outline.boundingRect());
 }
 
 QPolygon EllipseShape::drawnPoints() const
@@ -46,7 +49,9 @@ QPolygon EllipseShape::drawnPoints() const
 
 bool EllipseShape::hit(QPointF point, qreal grace, const EditMsg &style) const
 {
-    return isOnLine(outlineOf(bounds), point, style.width, grace);
+    const QPolygonF outline = outlineOf(bounds);
+    return isOnLine(outline, point, style.width, grace) ||
+           (isFilled(style) && outline.containsPoint(point, Qt::OddEvenFill));
 }
 
 void EllipseShape::write(QJsonObject &to) const

@@ -23,7 +23,16 @@ struct EllipseShape {
     void cover(Tiles &tiles, const EditMsg &style) const;
     QPolygon drawnPoints() const;
     bool hit(QPointF point, qreal grace, const EditMsg &style) const;
-    EllipseShape moved(QPoint by) const { return {bounds.translated(by)}; }
+    QRect box(const EditMsg & /*style*/) const { return boxAround(drawnPoints()); }
+    QPolygon ends() const { return {}; }
+    EllipseShape withEnd(qsizetype /*end*/, QPoint /*at*/, const EditMsg & /*style*/) const
+    {
+        return *this;
+    }
+    EllipseShape mapped(const PictureMap &map, const EditMsg & /*style*/) const
+    {
+        return {map(bounds)};
+    }
     void write(QJsonObject &to) const;
     static EllipseShape read(ShapeParts &parts);
 };

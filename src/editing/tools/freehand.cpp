@@ -7,6 +7,13 @@
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+// More handles than these could not be told apart.
+constexpr qsizetype s_mostEnds = 12;
+
+}  // namespace
+
 void PolylineShape::draw(QPainter &painter, const EditMsg & /*style*/) const
 {
     painter.drawPolyline(points);
@@ -20,6 +27,15 @@ void PolylineShape::cover(Tiles &tiles, const EditMsg &style) const
 bool PolylineShape::hit(QPointF point, qreal grace, const EditMsg &style) const
 {
     return isOnLine(points, point, style.width, grace);
+}
+
+QPolygon PolylineShape::ends() const { return points.size() <= s_mostEnds ? points : QPolygon(); }
+
+PolylineShape PolylineShape::withEnd(qsizetype end, QPoint at, const EditMsg & /*style*/) const
+{
+    PolylineShape result = *this;
+    result.points[end] = at;
+    return result;
 }
 
 void PolylineShape::write(QJsonObject &to) const { to["points"_L1] = numbersOf(points); }

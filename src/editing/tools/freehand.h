@@ -24,7 +24,14 @@ struct PolylineShape {
     void cover(Tiles &tiles, const EditMsg &style) const;
     QPolygon drawnPoints() const { return points; }
     bool hit(QPointF point, qreal grace, const EditMsg &style) const;
-    PolylineShape moved(QPoint by) const { return {points.translated(by)}; }
+    QRect box(const EditMsg & /*style*/) const { return boxAround(points); }
+    /// Each of its points if there are few.
+    QPolygon ends() const;
+    PolylineShape withEnd(qsizetype end, QPoint at, const EditMsg &style) const;
+    PolylineShape mapped(const PictureMap &map, const EditMsg & /*style*/) const
+    {
+        return {map(points)};
+    }
     void write(QJsonObject &to) const;
     static PolylineShape read(ShapeParts &parts);
 };

@@ -14,19 +14,26 @@ std::optional<LineShape> LineShape::from(const Drag &drag)
 
 void LineShape::draw(QPainter &painter, const EditMsg & /*style*/) const
 {
-    painter.drawPolyline(ends);
+    painter.drawPolyline(points);
 }
 
 void LineShape::cover(Tiles &tiles, const EditMsg &style) const
 {
-    tiles.addOutline(ends, Tiles::reachOf(style.width));
+    tiles.addOutline(points, Tiles::reachOf(style.width));
 }
 
 bool LineShape::hit(QPointF point, qreal grace, const EditMsg &style) const
 {
-    return isOnLine(ends, point, style.width, grace);
+    return isOnLine(points, point, style.width, grace);
 }
 
-void LineShape::write(QJsonObject &to) const { to["points"_L1] = numbersOf(ends); }
+void LineShape::write(QJsonObject &to) const { to["points"_L1] = numbersOf(points); }
+
+LineShape LineShape::withEnd(qsizetype end, QPoint at, const EditMsg & /*style*/) const
+{
+    LineShape result = *this;
+    result.points[end] = at;
+    return result;
+}
 
 LineShape LineShape::read(ShapeParts &parts) { return {parts.points("points"_L1, 2, 2)}; }

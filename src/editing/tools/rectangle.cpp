@@ -31,17 +31,23 @@ std::optional<RectShape> RectShape::from(const Drag &drag)
 
 void RectShape::draw(QPainter &painter, const EditMsg &style) const
 {
-    DrawRect(painter, style.color, style.width, outline);
+    if (style.dashes != Dashes::None || isFilled(style))
+        painter.drawPolygon(outline);
+    else
+        DrawRect(painter, style.color, style.width, outline);
 }
 
 void RectShape::cover(Tiles &tiles, const EditMsg &style) const
 {
     tiles.addOutline(outline, Tiles::reachOf(style.width));
+    if (isFilled(style))
+        tiles.addRect(outline.boundingRect());
 }
 
 bool RectShape::hit(QPointF point, qreal grace, const EditMsg &style) const
 {
-    return isOnLine(outline, point, style.width, grace);
+    return isOnLine(outline, point, style.width, grace) ||
+           (isFilled(style) && outline.containsPoint(point.toPoint(), Qt::OddEvenFill));
 }
 
 void RectShape::write(QJsonObject &to) const { to["points"_L1] = numbersOf(outline); }

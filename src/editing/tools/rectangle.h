@@ -23,7 +23,16 @@ struct RectShape {
     void cover(Tiles &tiles, const EditMsg &style) const;
     QPolygon drawnPoints() const { return outline; }
     bool hit(QPointF point, qreal grace, const EditMsg &style) const;
-    RectShape moved(QPoint by) const { return {outline.translated(by)}; }
+    QRect box(const EditMsg & /*style*/) const { return boxAround(outline); }
+    QPolygon ends() const { return {}; }
+    RectShape withEnd(qsizetype /*end*/, QPoint /*at*/, const EditMsg & /*style*/) const
+    {
+        return *this;
+    }
+    RectShape mapped(const PictureMap &map, const EditMsg & /*style*/) const
+    {
+        return {map(outline)};
+    }
     void write(QJsonObject &to) const;
     static RectShape read(ShapeParts &parts);
 };

@@ -37,15 +37,22 @@ struct Measured {
     int lineHeight = 0;
 };
 
-Measured measure(QPoint position, const EditMsg &style)
+// Where the letters are if the text begins at (0, 0) and runs as it was typed.
+Measured measure(const EditMsg &style)
 {
     QImage image(1, 1, QImage::Format_RGB32);
     QPainter painter(&image);
     painter.setFont(style.font);
     // A longer text is clipped when it is drawn.
-    const Layout layout = layoutOf(painter, position, style.text);
+    const Layout layout = layoutOf(painter, {}, style.text);
     return {painter.boundingRect(layout.box, layout.flags, style.text) & layout.box,
             painter.fontMetrics().height()};
+}
+
+// From the text as it was typed to the picture.
+QTransform placed(const TextShape &text)
+{
+    return text.direction * QTransform::fromTranslate(text.position.x(), text.position.y());
 }
 
 }  // namespace
@@ -53,8 +60,11 @@ Measured measure(QPoint position, const EditMsg &style)
 void TextShape::draw(QPainter &painter, const EditMsg &style) const
 {
     painter.setFont(style.font);
-    const Layout layout = layoutOf(painter, position, style.text);
+    const QTransform before = painter.transform();
+    painter.setTransform(placed(*this), true);
+    const Layout layout = layoutOf(painter, {}, style.text);
     painter.drawText(layout.box, layout.flags, style.text);
+    painter.setTransform(before);
 }
 
 // Letters may extend beyond their bounding rectangle, and any number of combining marks may be
@@ -65,22 +75,48 @@ void TextShape::cover(Tiles &tiles, const EditMsg &style) const
         return;
     const bool hasMarks = std::any_of(style.text.begin(), style.text.end(),
                                       [](QChar character) { return character.isMark(); });
-    const auto [bounds, lineHeight] = measure(position, style);
+    const auto [bounds, lineHeight] = measure(style);
     const double lean = lineHeight * (hasMarks ? s_stackedLines : 1);
-    tiles.addRect(QRectF(bounds).adjusted(-lean, -lean, lean, lean));
+    tiles.addRect(placed(*this).mapRect(QRectF(bounds).adjusted(-lean, -lean, lean, lean)));
 }
 
 // The whole box of the text: nobody aims between its letters.
 bool TextShape::hit(QPointF point, qreal grace, const EditMsg &style) const
 {
-    return !style.text.isEmpty() && QRectF(measure(position, style).bounds)
-                                        .adjusted(-grace, -grace, grace, grace)
-                                        .contains(point);
+    return !style.text.isEmpty() &&
+           QRectF(box(style)).adjusted(-grace, -grace, grace, grace).contains(point);
+}
+
+QRect TextShape::box(const EditMsg &style) const
+{
+    return placed(*this).mapRect(measure(style).bounds);
+}
+
+TextShape TextShape::mapped(const PictureMap &map, const EditMsg & /*style*/) const
+{
+    return {map(position), direction * map.direction()};
 }
 
 void TextShape::write(QJsonObject &to) const
 {
     to["position"_L1] = QJsonArray{position.x(), position.y()};
+    if (!direction.isIdentity()) {
+        to["direction"_L1] =
+            QJsonArray{direction.m11(), direction.m12(), direction.m21(), direction.m22()};
+    }
 }
 
-TextShape TextShape::read(ShapeParts &parts) { return {parts.points("position"_L1, 1, 1).first()}; }
+TextShape TextShape::read(ShapeParts &parts)
+{
+    TextShape text{parts.points("position"_L1, 1, 1).first()};
+    if (parts.value("direction"_L1).isArray()) {
+        const QPolygon axes = parts.points("direction"_L1, 2, 2);
+        const QPoint across = axes.first();
+        const QPoint down = axes.last();
+        // A whole number of quarters of a turn, mirrored or not.
+        parts.require(across.manhattanLength() == 1 && down.manhattanLength() == 1 &&
+                      QPoint::dotProduct(across, down) == 0);
+        text.direction = QTransform(across.x(), across.y(), down.x(), down.y(), 0, 0);
+    }
+    return text;
+}

@@ -33,3 +33,37 @@ bool isOnLine(const QPolygonF &line, QPointF point, int width, qreal grace)
 {
     return isNearLine(line, point, std::max(width, 1) / 2. + grace);
 }
+
+QRect boxAround(const QPolygon &points)
+{
+    const QRect inclusive = points.boundingRect();
+    return points.isEmpty() ? QRect() : inclusive.adjusted(0, 0, -1, -1);
+}
+
+bool isFilled(const EditMsg &style) { return style.fill != Fill::None; }
+
+EditMsg mapped(EditMsg style, const PictureMap &map)
+{
+    if (map.keepsLengths())
+        return style;
+    style.width = std::clamp(qRound(style.width * map.growth()), 1, s_widestLine);
+    if (style.font.pointSizeF() > 0)
+        style.font.setPointSizeF(
+            std::clamp(style.font.pointSizeF() * map.growth(), 1., s_largestText));
+    else
+        style.font.setPixelSize(std::clamp(qRound(style.font.pixelSize() * map.growth()), 1,
+                                           static_cast<int>(s_largestText)));
+    return style;
+}
+
+// By the relative luminance of both, as the guidelines for readable texts weigh it.
+QColor contrastTo(const QColor &color)
+{
+    const auto linear = [](float part) {
+        return part <= 0.04045F ? part / 12.92F : std::pow((part + 0.055F) / 1.055F, 2.4F);
+    };
+    const float luminance = 0.2126F * linear(color.redF()) + 0.7152F * linear(color.greenF()) +
+                            0.0722F * linear(color.blueF());
+    // Where both contrasts, (1 + 0.05) / (l + 0.05) and (l + 0.05) / 0.05, are equal.
+    return luminance > 0.1791F ? Qt::black : Qt::white;
+}

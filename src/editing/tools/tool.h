@@ -1,5 +1,7 @@
 #pragma once
 
+#include "editing/picturemap.h"
+
 #include <QColor>
 #include <QFont>
 #include <QPoint>
@@ -10,14 +12,13 @@
 #include <optional>
 
 // What all tools share. A tool is one pair of files in this folder and one row of the table
-// (`tooltable.h`). Its shape is a value with these members:
-//
-// - `static constexpr Tool tool`: what strip, keys and files know of it.
+// (`tooltable.h`), which is a struct with `static constexpr Tool tool`: what strip, keys and files
+// know of it. That of a tool which draws is its shape, a value with these members, too:
 //
 // - `static std::optional<Shape> from(const Drag &)`: the shape of a drag; none if it draws none.
 //
 // - `void draw(QPainter &, const EditMsg &) const`: draws over what is below, which is what the
-//   painter's device shows. The pen has the style's colour and width, and there is no brush.
+//   painter's device shows. The pen has the style's colour, width and dashes, the brush its fill.
 //
 // - `void cover(Tiles &, const EditMsg &) const`: marks every tile that draw() may change.
 //
@@ -26,7 +27,14 @@
 // - `bool hit(QPointF, qreal grace, const EditMsg &) const`: whether a point lies on what is drawn,
 //   or at most `grace` beside it.
 //
-// - `Shape moved(QPoint by) const`.
+// - `QRect box(const EditMsg &) const`: what the shape lies in, without the width of its lines; the
+//   far edge is not included.
+//
+// - `QPolygon ends() const`: the points by which the user takes hold of it; none if it is resized
+//   by its box. `Shape withEnd(qsizetype, QPoint, const EditMsg &) const`: one of them elsewhere.
+//
+// - `Shape mapped(const PictureMap &, const EditMsg &) const`: where it is after a change of the
+//   picture, or of its box. The style has been mapped already.
 //
 // - `void write(QJsonObject &) const` and `static Shape read(ShapeParts &)`: for unsaved pictures
 //   that are kept. An earlier version of the program leaves alone what has names that are new.
@@ -35,16 +43,50 @@
 
 /// The tools' numbers. Recorded shapes keep the number of the tool that drew them. Tools that came
 /// later have higher numbers.
-enum stateEnum : int { stateMove, stateRect, stateEllipse, stateArrow, stateText, statePoly };
+enum stateEnum : int {
+    stateMove,
+    stateRect,
+    stateEllipse,
+    stateArrow,
+    stateText,
+    statePoly,
+    stateLine,
+    stateSelect,
+    stateHighlighter,
+    stateMarker,
+    stateSpotlight,
+    stateCrop,
+    stateMeasure,
+    statePipette
+};
 
-/// The style with which a shape was drawn.
+enum class Fill { None, Translucent, Solid };
+enum class Dashes { None, Dashed, Dotted };
+enum class Heads { One, Both, Open };
+enum class TextGround { None, Filled, Outlined };
+
+/// The style with which a shape was drawn. Each shape uses what it has a use for.
 struct EditMsg {
     int type = stateMove;  ///< a value of stateEnum
     int width = 1;         ///< line width in picture pixels; not used for text
     QColor color{};
     QString text{};
     QFont font{};  ///< font of a text, without the zoom
+    Fill fill = Fill::None;
+    Dashes dashes = Dashes::None;
+    Heads heads = Heads::One;
+    TextGround ground = TextGround::None;
+    bool hasShadow = false;
+
+    bool operator==(const EditMsg &) const = default;
 };
+
+// What a style holds at most; settings and files may tell more.
+constexpr int s_widestLine = 1000;  ///< picture pixels
+constexpr qreal s_largestText = 500;
+
+/// What a style is after a change of the picture: lengths grow with it.
+EditMsg mapped(EditMsg style, const PictureMap &map);
 
 /// The row of a tool: what the strip, the keys and the files know of it.
 struct Tool {
@@ -56,6 +98,14 @@ struct Tool {
     const char *keys = nullptr;    ///< the same for the keys that choose it
     Qt::CursorShape cursor = Qt::CrossCursor;
     bool isFreehand = false;  ///< every move of the pointer counts, not only the last one
+    bool isPlaced = false;    ///< a click draws, too; a drag carries the shape along
+    /// The look depends on other shapes of the picture, see SceneBuilder.
+    bool isDerived = false;
+    bool hasLabel = false;          ///< it writes something, in the font of texts
+    bool keepsProportions = false;  ///< when its box is resized
+    /// What it draws with at first; none for a tool that shares the style of the others.
+    int ownWidth = 0;
+    QRgb ownColor = 0;
 };
 
 /// A press, a drag and, maybe, a release.
@@ -65,11 +115,18 @@ struct Drag {
     QPoint pointer{};  ///< the same, wherever it is
     /// The rectangle between both; none while the drag does not have two corners yet.
     std::optional<QRect> box{};
-    QPolygon line{};  ///< where the pointer has been meanwhile
-    int width = 1;    ///< line width
+    QPolygon line{};      ///< where the pointer has been meanwhile
+    int width = 1;        ///< line width
+    bool isEven = false;  ///< Shift is held: squares, circles, whole eighths of a turn
 };
 
 /// Whether a point lies at most `reach` beside a line through points.
 bool isNearLine(const QPolygonF &line, QPointF point, qreal reach);
 /// The same for a line drawn with a pen of that width, with `grace` beside it.
 bool isOnLine(const QPolygonF &line, QPointF point, int width, qreal grace);
+/// The smallest rectangle around points, without the far edge.
+QRect boxAround(const QPolygon &points);
+/// Whether a style's fill is drawn, and so is hit inside of an outline.
+bool isFilled(const EditMsg &style);
+/// Black or white, whichever contrasts more with a colour.
+QColor contrastTo(const QColor &color);

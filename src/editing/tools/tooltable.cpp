@@ -32,9 +32,26 @@ std::optional<Geometry> shapeFrom(stateEnum tool, const Drag &drag)
     return fromAny(static_cast<Geometry *>(nullptr), tool, drag);
 }
 
-Geometry moved(const Geometry &geometry, QPoint by)
+Geometry mapped(const Geometry &geometry, const EditMsg &style, const PictureMap &map)
 {
-    return std::visit([by](const auto &shape) -> Geometry { return shape.moved(by); }, geometry);
+    return std::visit([&](const auto &shape) -> Geometry { return shape.mapped(map, style); },
+                      geometry);
+}
+
+QRect boxOf(const Geometry &geometry, const EditMsg &style)
+{
+    return std::visit([&](const auto &shape) { return shape.box(style); }, geometry);
+}
+
+QPolygon endsOf(const Geometry &geometry)
+{
+    return std::visit([](const auto &shape) { return shape.ends(); }, geometry);
+}
+
+Geometry withEnd(const Geometry &geometry, const EditMsg &style, qsizetype end, QPoint at)
+{
+    return std::visit([&](const auto &shape) -> Geometry { return shape.withEnd(end, at, style); },
+                      geometry);
 }
 
 bool hit(const Geometry &geometry, const EditMsg &style, QPointF point, qreal grace)

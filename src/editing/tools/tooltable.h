@@ -6,20 +6,29 @@
 #include "editing/tools/hand.h"
 #include "editing/tools/line.h"
 #include "editing/tools/rectangle.h"
+#include "editing/tools/select.h"
 #include "editing/tools/text.h"
 
 #include <array>
 #include <span>
+#include <tuple>
+#include <type_traits>
+#include <utility>
 #include <variant>
 
-template<typename... Shapes> struct ToolRows {
-    using Geometry = std::variant<Shapes...>;
-    static constexpr std::array<const Tool *, sizeof...(Shapes)> s_tools{&Shapes::tool...};
+template<typename... Tools> struct ToolRows {
+    static constexpr std::array<const Tool *, sizeof...(Tools)> s_tools{&Tools::tool...};
+
+    // Those that draw have a shape.
+    template<typename T> using Row = std::conditional_t < requires(T shape) { shape.drawnPoints(); }
+    , std::tuple<T>, std::tuple < >> ;
+    template<typename... Shapes> static std::variant<Shapes...> anyOf(std::tuple<Shapes...>);
+    using Geometry = decltype(anyOf(std::tuple_cat(std::declval<Row<Tools>>()...)));
 };
 
-/// The table of tools, in the order of the strip: a row a tool, which is the name of its shape.
-using ToolTable =
-    ToolRows<EmptyShape, RectShape, EllipseShape, ArrowShape, PolylineShape, TextShape, LineShape>;
+/// The table of tools, in the order of the strip: a row a tool, which is the name of its struct.
+using ToolTable = ToolRows<EmptyShape, RectShape, EllipseShape, ArrowShape, PolylineShape,
+                           TextShape, LineShape, SelectTool>;
 
 /// The shape of any tool, in picture coordinates.
 using Geometry = ToolTable::Geometry;
@@ -30,7 +39,13 @@ inline std::span<const Tool *const> allTools() { return ToolTable::s_tools; }
 const Tool &toolOf(int state);
 /// The shape that a tool makes of a drag; none if it makes none.
 std::optional<Geometry> shapeFrom(stateEnum tool, const Drag &drag);
-/// The shape at another place of the picture.
-Geometry moved(const Geometry &geometry, QPoint by);
+/// The shape where a change of the picture brings it; `style` has been mapped already.
+Geometry mapped(const Geometry &geometry, const EditMsg &style, const PictureMap &map);
+/// What a shape lies in, without the width of its lines; the far edge is not included.
+QRect boxOf(const Geometry &geometry, const EditMsg &style);
+/// The points by which the user takes hold of it; none if it is resized by its box.
+QPolygon endsOf(const Geometry &geometry);
+/// The shape with one of these points elsewhere.
+Geometry withEnd(const Geometry &geometry, const EditMsg &style, qsizetype end, QPoint at);
 /// Whether a point of the picture lies on what is drawn, or at most `grace` pixels beside it.
 bool hit(const Geometry &geometry, const EditMsg &style, QPointF point, qreal grace);

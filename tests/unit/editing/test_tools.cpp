@@ -17,14 +17,15 @@ EditMsg styleOf(const Tool &tool)
     return style;
 }
 
-Geometry shapeOf(const Tool &tool)
+// None for a tool that does not draw.
+std::optional<Geometry> shapeOf(const Tool &tool)
 {
     const Drag drag{.start = {30, 40},
                     .end = {120, 90},
                     .box = QRect(QPoint(30, 40), QSize(90, 50)),
                     .line = QPolygon(QList<QPoint>{{30, 40}, {70, 20}, {90, 100}, {120, 90}}),
                     .width = 6};
-    return shapeFrom(tool.state, drag).value_or(TextShape{{30, 40}});
+    return tool.state == stateText ? TextShape{{30, 40}} : shapeFrom(tool.state, drag);
 }
 
 QImage drawn(const Geometry &geometry, const EditMsg &style)
@@ -61,10 +62,11 @@ private slots:
     void shapesKeepTheirWord()
     {
         for (const Tool *tool : allTools()) {
-            if (tool->state == stateMove)
+            const std::optional<Geometry> drawnShape = shapeOf(*tool);
+            if (!drawnShape)
                 continue;
             const EditMsg style = styleOf(*tool);
-            const Geometry shape = shapeOf(*tool);
+            const Geometry &shape = *drawnShape;
             const QImage image = drawn(shape, style);
             // What is drawn is hit, and what is far from it is not; a text is hit in all of its
             // box. Only the tiles that it tells of are drawn on.
@@ -89,7 +91,8 @@ private slots:
                 }
             }
             // Moved, it is the same at another place.
-            const QImage elsewhere = drawn(moved(shape, {7, -5}), style);
+            const QImage elsewhere =
+                drawn(mapped(shape, style, PictureMap::moving({7, -5})), style);
             expect(tool->id, elsewhere.copy(QRect(QPoint(7, 0), s_size)),
                    image.copy(QRect(QPoint(0, 5), s_size)));
         }

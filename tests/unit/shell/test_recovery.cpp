@@ -203,7 +203,7 @@ private slots:
         check("no state", state, ""_ba, false);
         check("another state", state, "[1,2]"_ba, false);
         check("an unknown shape", state, shapeOf(R"("star")"), true);
-        check("an unknown step", state, R"({"version":1,"shapes":[{"op":"turn"}]})"_ba, true);
+        check("an unknown step", state, R"({"version":1,"shapes":[{"op":"melt"}]})"_ba, true);
         check("a shape beyond all measure", state, shapeOf(R"("line","points":[1e300,0])"), false);
         check("half a picture", u"picture.png"_s, "\x89PNG\r\n\x1a\n"_ba, false);
         check("a later version", state, R"({"version":3})"_ba, true);
