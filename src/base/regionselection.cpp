@@ -14,7 +14,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr float s_handleReach = 5.0F;
 constexpr int s_captionGap = 15;  // between the region and the caption below it
 
 // Columns and rows count in halves of the size, from the top left corner: 0, 1 or 2.
@@ -298,7 +297,7 @@ float RegionSelection::distance_PtoP(QPoint a, QPoint b)
 int RegionSelection::handleAt(QPoint pos) const
 {
     for (int zone = 1; zone <= s_handleCount; ++zone) {
-        if (distance_PtoP(pos, handleCentre(region(), zone)) <= s_handleReach)
+        if (distance_PtoP(pos, handleCentre(region(), zone)) <= m_extent.reach)
             return zone;
     }
     return s_nothing;

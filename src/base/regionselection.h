@@ -31,6 +31,7 @@ public:
         QList<QRect> screens{};  ///< in overlay coordinates; empty if the overlay is one screen
         /// The size that the picture of a rectangle will have; null where it is the rectangle's.
         std::function<QSize(const QRect &)> sizeOf{};
+        float reach = 5.0F;  ///< how far from its centre a handle answers
     };
 
     /// The pointer at an event, in both coordinate systems. A reader would expect overlay

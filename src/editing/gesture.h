@@ -24,6 +24,9 @@ public:
     /// Ends the drag without a shape. Returns false if there was no drag.
     bool drop();
 
+    /// Whether there was a press and no release yet.
+    bool isUnderWay() const { return m_phase != Phase::Idle; }
+
     /// Adds a point to the freehand line, in picture coordinates. Ignored without a press.
     void extendLine(QPoint picturePoint);
 

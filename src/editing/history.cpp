@@ -155,11 +155,7 @@ ShapeId nextShapeId()
     return ++s_last;
 }
 
-bool isDerived(const EditEntry &shape)
-{
-    return std::visit([]<typename Shape>(const Shape &) { return Shape::tool.isDerived; },
-                      shape.geometry);
-}
+bool isDerived(const EditEntry &shape) { return toolOf(shape.geometry).isDerived; }
 
 EditEntry mapped(const EditEntry &shape, const PictureMap &map)
 {

@@ -1,14 +1,10 @@
 #include "editing/pictureeditor.h"
 
 #include "base/palette.h"
-#include "editing/coverage.h"
 #include "editing/cutting.h"
 #include "editing/rendering.h"
 #include "editing/scaling.h"
 
-#include <QGuiApplication>
-#include <QKeyEvent>
-#include <QMouseEvent>
 #include <QPaintEvent>
 #include <QPainter>
 #include <QPainterPath>
@@ -27,16 +23,10 @@ namespace {
 constexpr QPoint s_textInset(5, 5);
 // Space for the next letters.
 constexpr QSize s_textRoom(50, 20);
+// How far from its middle a handle of the crop frame answers, in logical pixels.
+constexpr qreal s_handleReach = 6;
 // The text is measured outside of the field, in a rectangle that is too small for it.
 constexpr QRect s_measure(-1000, -1000, 10, 10);
-
-// The toolkit compresses pending move events. A freehand line needs all of them; other tools need
-// only the last one.
-void takeEveryMove(bool every)
-{
-    static const bool s_usual = QGuiApplication::testAttribute(Qt::AA_CompressHighFrequencyEvents);
-    QGuiApplication::setAttribute(Qt::AA_CompressHighFrequencyEvents, s_usual && !every);
-}
 
 // The device pixel at which the widget begins. Halves are rounded up also for negative values:
 // scrolling moves existing pixels by whole pixels, so the origin must not be off by one.
@@ -59,16 +49,15 @@ void layOutAsRecorded(QTextDocument &document, bool toTheLeft, qreal space)
     document.setDefaultTextOption(option);
 }
 
-// A drag is controlled by the button that began it.
-bool isFirstButton(const QMouseEvent &press) { return press.buttons() == press.button(); }
-
 }  // namespace
 
 TPictureEditor::TPictureEditor(QWidget *widget, QWidget *parent)
     : QObject(parent), m_pWidget(widget)
 {
     widget->installEventFilter(this);
-    widget->setFocusPolicy(Qt::ClickFocus);
+    widget->setFocusPolicy(Qt::StrongFocus);
+    // The pipette and the handles of shapes tell what a press would do.
+    widget->setMouseTracking(true);
     createTextField();
 }
 
@@ -103,7 +92,7 @@ void TPictureEditor::notify(Change change)
 // Labels that shapes draw themselves are in the font of texts.
 EditMsg TPictureEditor::styleOfShape() const
 {
-    EditMsg result = style();
+    EditMsg result = m_Styles.of(m_State);
     result.type = m_State;
     if (toolOf(m_State).hasLabel)
         result.font = m_Font;
@@ -133,18 +122,29 @@ void TPictureEditor::updateArea(const QRegion &pictureArea)
     m_pWidget->update(area);
 }
 
+// The step that would be recorded if what is under way ended now.
+OperationPtr TPictureEditor::stepInHand() const
+{
+    if (m_Edited)
+        return operation(RemoveShape{m_Edited->id});
+    if (const OperationPtr step = m_Selection.step())
+        return step;
+    std::optional<Geometry> shape =
+        m_Gesture.preview(m_State, mapping(), m_Styles.of(m_State).width);
+    return shape ? adding({std::move(*shape), styleOfShape()}) : nullptr;
+}
+
 // Where the picture is transparent, both the recorded picture and the preview over it are visible.
 void TPictureEditor::refreshPreview()
 {
     if (!m_pWidget)
         return;
-    std::optional<Geometry> shape = m_Gesture.preview(m_State, mapping(), style().width);
+    const OperationPtr step = stepInHand();
     const bool had = m_Canvas.hasPreview();
-    if (!shape && !had)
+    if (!step && !had)
         return;
-    const QRegion changed =
-        m_Canvas.setPreview(shape ? adding({std::move(*shape), styleOfShape()}) : nullptr);
-    if (m_Pixmap.hasAlpha() && had != shape.has_value())
+    const QRegion changed = m_Canvas.setPreview(step);
+    if (m_Pixmap.hasAlpha() && had != (step != nullptr))
         updateWidget();
     else
         updateArea(changed);
@@ -153,37 +153,20 @@ void TPictureEditor::refreshPreview()
 void TPictureEditor::setState(stateEnum state)
 {
     EndEdit();
+    if (state != m_State)
+        m_ToolBefore = m_State;
     m_State = state;
+    if (state != stateSelect)
+        m_Selection.clear();
+    m_Crop.reset();
+    m_Hovered.reset();
+    m_KeyPlace.reset();
+    if (state == stateCrop && !m_Pixmap.isNull() && m_pWidget)
+        m_Crop.emplace(m_Canvas.size(), static_cast<float>(pixels(s_handleReach) / m_Scale));
     if (m_pWidget)
         m_pWidget->setCursor(toolOf(state).cursor);
     refreshPreview();
-}
-
-void TPictureEditor::setLineWidth(int width)
-{
-    changeStyle([width](EditMsg &style) { style.width = width; });
-}
-
-void TPictureEditor::setPenColor(const QColor &color)
-{
-    changeStyle([&color](EditMsg &style) { style.color = color; });
-}
-
-void TPictureEditor::changeStyle(const std::function<void(EditMsg &)> &change)
-{
-    EditMsg changed = style();
-    change(changed);
-    m_Styles.set(m_State, std::move(changed));
-    refreshPreview();
-    if (isTyping())
-        fitTextField();
-}
-
-void TPictureEditor::set_m_Font(const QFont &font)
-{
-    m_Font = font;
-    if (isTyping())
-        fitTextField();
+    selectionMoved();
 }
 
 void TPictureEditor::setPixmap(const QPixmap &pixmap)
@@ -191,8 +174,10 @@ void TPictureEditor::setPixmap(const QPixmap &pixmap)
     m_Pixmap = pixmap;
     m_Canvas.start(pixmap.toImage(), m_VecUnDo);
     m_Gesture.drop();
+    m_Selection.drop();
     // The typed text belonged to the previous picture, so the next click begins a text in this one.
     m_TextOpen = false;
+    m_Edited.reset();
     setPixmapScaled(1.0F);
 }
 
@@ -201,6 +186,8 @@ void TPictureEditor::setPixmapScaled(float scale)
     m_Scale = scale;
     m_Shrunk = {};
     notify(SizeChange);
+    if (m_Crop)
+        m_Crop.emplace(m_Canvas.size(), static_cast<float>(pixels(s_handleReach) / m_Scale));
     refreshPreview();
     placeTextField();
     updateWidget();
@@ -229,6 +216,8 @@ void TPictureEditor::clearShape()
 void TPictureEditor::restartCanvas()
 {
     const QSize before = m_Canvas.size();
+    m_Selection.clear();
+    selectionMoved();
     m_Canvas.start(m_VecUnDo);
     m_Shrunk = {};
     if (m_Canvas.size() != before)
@@ -263,7 +252,7 @@ EditEntry TPictureEditor::textEntry() const
     Geometry geometry;
     if (m_State == stateText)
         geometry = TextShape{m_TextPos};
-    EditMsg written = style();
+    EditMsg written = m_Styles.of(m_State);
     written.type = m_State;
     written.width = EditMsg().width;
     written.text = m_pTextEdit->toPlainText();
@@ -271,11 +260,35 @@ EditEntry TPictureEditor::textEntry() const
     return {geometry, std::move(written)};
 }
 
+EditMsg &TPictureEditor::styleOfText()
+{
+    if (!m_Edited) {
+        m_EditedStyle = m_Styles.of(stateText);
+        m_EditedStyle.font = m_Font;
+    }
+    return m_EditedStyle;
+}
+
 OperationPtr TPictureEditor::typedText() const
 {
-    if (!isTyping() || m_pTextEdit->document()->isEmpty())
+    if (!isTyping())
         return nullptr;
-    return adding(textEntry());
+    if (m_Edited)
+        return retyped();
+    return m_pTextEdit->document()->isEmpty() ? nullptr : adding(textEntry());
+}
+
+// A text that is typed again and left empty is gone.
+OperationPtr TPictureEditor::retyped() const
+{
+    EditMsg style = m_EditedStyle;
+    style.text = m_pTextEdit->toPlainText();
+    if (style == m_Edited->style)
+        return nullptr;
+    if (style.text.isEmpty())
+        return operation(RemoveShape{m_Edited->id});
+    return operation(ReplaceShape{std::make_shared<const EditEntry>(
+        EditEntry{m_Edited->geometry, std::move(style), m_Edited->id})});
 }
 
 // A reader would expect an empty text to be dropped, but it is recorded, on purpose: it takes one
@@ -284,6 +297,13 @@ void TPictureEditor::saveEditText()
 {
     if (!m_pTextEdit)
         return;
+    if (m_Edited) {
+        const OperationPtr step = retyped();
+        endEditing();
+        if (step)
+            record(step);
+        return;
+    }
     record(adding(textEntry()));
     m_pTextEdit->clear();
     m_pTextEdit->hide();
@@ -306,17 +326,18 @@ QString TPictureEditor::getUserText()
 // font, the field keeps the font's own size.
 void TPictureEditor::fitTextField()
 {
-    QFont font = m_Font;
-    const int points = static_cast<int>(static_cast<float>(m_Font.pointSize()) * m_Scale);
-    if (m_Font.pointSize() > 0) {
-        font.setPointSizeF((points > 0 ? points : m_Font.pointSize()) /
+    const EditMsg &style = styleOfText();
+    QFont font = style.font;
+    const int points = static_cast<int>(static_cast<float>(font.pointSize()) * m_Scale);
+    if (font.pointSize() > 0) {
+        font.setPointSizeF((points > 0 ? points : font.pointSize()) /
                            m_pTextEdit->devicePixelRatioF());
     }
     if (m_pTextEdit->document()->defaultFont() != font)
         m_pTextEdit->document()->setDefaultFont(font);
     QPalette palette = m_pTextEdit->palette();
-    if (palette.color(QPalette::Text) != style().color) {
-        palette.setBrush(QPalette::Text, style().color);
+    if (palette.color(QPalette::Text) != style.color) {
+        palette.setBrush(QPalette::Text, style.color);
         m_pTextEdit->setPalette(palette);
     }
     const QString text = m_pTextEdit->toPlainText();
@@ -350,6 +371,7 @@ void TPictureEditor::record(OperationPtr step)
     if (!addedBy(*step))
         m_VecReDo.clear();
     m_VecUnDo.prepend(std::move(step));
+    m_Growing.reset();
     followHistory();
 }
 
@@ -360,19 +382,27 @@ void TPictureEditor::moveNewest(EditHistory &from, EditHistory &to)
         return;
     notify(HistoryChange);
     to.prepend(from.takeFirst());
+    m_Growing.reset();
     followHistory();
 }
 
 void TPictureEditor::followHistory()
 {
+    // What is being dragged or typed again may not be there any more.
+    if (m_Selection.drop())
+        m_Hold = Hold::Nothing;
     if (const std::optional<QRegion> changed = m_Canvas.follow(m_VecUnDo)) {
         m_ShrunkStale += *changed;
         updateArea(*changed);
+        m_Selection.keepOnly(m_Canvas.shapes());
+        selectionMoved();
         return;
     }
     // A drag or a text that was meant for a place in the frame before has none in this one.
     m_Gesture.drop();
+    m_Selection.keepOnly(m_Canvas.shapes());
     setPixmapScaled(m_Scale);
+    selectionMoved();
 }
 
 void TPictureEditor::Undo() { moveNewest(m_VecUnDo, m_VecReDo); }
@@ -389,104 +419,6 @@ ViewMapping TPictureEditor::mapping() const
     return {.widget = m_pWidget->size() * m_pWidget->devicePixelRatioF(),
             .picture = m_Canvas.size(),
             .scale = m_Scale};
-}
-
-// The widget begins at a whole device pixel even if its logical position is between two. The
-// position in the window is used, because the event's position in the widget is rounded.
-QPoint TPictureEditor::toPixels(const QMouseEvent &event) const
-{
-    const qreal ratio = m_pWidget->devicePixelRatioF();
-    const QPointF origin = m_pWidget->mapTo(m_pWidget->window(), QPoint());
-    return (event.scenePosition() * ratio).toPoint() - wholePixel(origin * ratio);
-}
-
-void TPictureEditor::press(const QMouseEvent &event)
-{
-    const QPoint position = toPixels(event);
-    const QPoint logical = event.position().toPoint();
-    if (m_State == stateText && event.buttons() == Qt::LeftButton) {
-        // A reader would expect a click to open a new text after a text was committed in another
-        // way, but it records an empty text first, on purpose.
-        if (m_TextOpen) {
-            saveEditText();
-            m_TextOpen = false;
-        } else if (mapping().shown().contains(position)) {
-            m_TextPos = mapping().toPicture(position);
-            m_TextAnchor = logical;
-            getUserText();
-            m_TextOpen = true;
-        } else if (!m_Pixmap.isNull()) {
-            notify(Refusal);
-        }
-    }
-    // The right button leaves any tool. It records an entry even if no text was typed.
-    if (event.buttons() == Qt::RightButton && !m_pTextEdit->geometry().contains(logical)) {
-        saveEditText();
-        m_State = stateMove;
-        notify(ToolChange);
-    }
-    takeHold(event);
-}
-
-void TPictureEditor::takeHold(const QMouseEvent &event)
-{
-    m_Gesture.press(toPixels(event), mapping());
-    m_DragButton = event.button();
-    if (m_State == stateMove)
-        m_pWidget->setCursor(Qt::ClosedHandCursor);
-    m_DragOrigin = event.position().toPoint();
-    refreshPreview();
-}
-
-void TPictureEditor::move(const QMouseEvent &event)
-{
-    const QPoint position = toPixels(event);
-    const QPoint logical = event.position().toPoint();
-    m_Gesture.moveTo(position);
-    if (toolOf(m_State).isFreehand)
-        m_Gesture.extendLine(mapping().toPicture(position));
-    if (m_State == stateMove) {
-        // The scroll bars move the widget under the pointer, so the origin in the widget stays the
-        // same.
-        const QPoint moved = logical - m_DragOrigin;
-        emit movealue(moved.x(), moved.y());
-    } else {
-        m_DragOrigin = logical;
-    }
-    refreshPreview();
-}
-
-void TPictureEditor::release(const QMouseEvent &event)
-{
-    if (m_State == stateMove) {
-        m_Gesture.drop();
-        m_pTextEdit->hide();
-        m_pWidget->setCursor(EmptyShape::tool.cursor);
-    } else if (std::optional<Geometry> shape =
-                   m_Gesture.release(m_State, toPixels(event), mapping(), style().width)) {
-        EditMsg drawnWith = styleOfShape();
-        if (!liesOutside(*shape, drawnWith, m_Canvas.size()))
-            record(adding({std::move(*shape), std::move(drawnWith)}));
-        else if (!m_Pixmap.isNull())
-            notify(Refusal);
-    }
-    refreshPreview();
-}
-
-// Escape always drops a drag. A reader would expect it to empty the text field each time, but it
-// does so only once in the editor's life, on purpose; the field's own undo restores the text.
-bool TPictureEditor::escape()
-{
-    if (m_Gesture.drop()) {
-        refreshPreview();
-        return true;
-    }
-    if (std::exchange(m_EscapeSeen, true))
-        return false;
-    QTextCursor text(m_pTextEdit->document());
-    text.select(QTextCursor::Document);
-    text.removeSelectedText();
-    return true;
 }
 
 const QImage &TPictureEditor::shrunk(QSize size)
@@ -558,56 +490,7 @@ void TPictureEditor::paint(const QPaintEvent &event)
     }
     if (!previewed.isEmpty())
         draw(previewed, m_Canvas.preview());
-}
-
-bool TPictureEditor::eventFilter(QObject *watched, QEvent *event)
-{
-    if (watched == m_pTextEdit && event->type() == QEvent::Paint)
-        fitTextField();
-    if (watched != m_pWidget)
-        return QObject::eventFilter(watched, event);
-    switch (event->type()) {
-    case QEvent::Paint:
-        paint(*static_cast<QPaintEvent *>(event));
-        return true;
-    case QEvent::MouseButtonPress:
-        if (isFirstButton(*static_cast<QMouseEvent *>(event)))
-            press(*static_cast<QMouseEvent *>(event));
-        return true;
-    // The second press of a double click may begin a drag, but does not open or close a text.
-    case QEvent::MouseButtonDblClick:
-        if (isFirstButton(*static_cast<QMouseEvent *>(event)))
-            takeHold(*static_cast<QMouseEvent *>(event));
-        return true;
-    case QEvent::MouseMove:
-        move(*static_cast<QMouseEvent *>(event));
-        return true;
-    case QEvent::MouseButtonRelease:
-        if (static_cast<QMouseEvent *>(event)->button() == m_DragButton)
-            release(*static_cast<QMouseEvent *>(event));
-        return true;
-    case QEvent::KeyPress:
-        if (static_cast<QKeyEvent *>(event)->key() == Qt::Key_Escape && escape())
-            return true;
-        break;
-    case QEvent::Enter:
-        takeEveryMove(toolOf(m_State).isFreehand);
-        // Another window, for example an overlay, may have grabbed the pointer during a drag and
-        // got its release.
-        if (QGuiApplication::mouseButtons() == Qt::NoButton && m_Gesture.drop())
-            refreshPreview();
-        break;
-    case QEvent::Leave:
-        takeEveryMove(false);
-        break;
-    case QEvent::Resize:
-        refreshPreview();
-        placeTextField();
-        break;
-    default:
-        break;
-    }
-    return QObject::eventFilter(watched, event);
+    paintMarks(painter, view);
 }
 
 void TPictureEditor::EditPolyPixmap(QPixmap &picture, QPixmap & /*flag*/, bool /*registered*/,

@@ -1,8 +1,10 @@
 #pragma once
 
 #include "editing/canvas.h"
+#include "editing/cropping.h"
 #include "editing/gesture.h"
 #include "editing/history.h"
+#include "editing/selection.h"
 #include "editing/toolstyles.h"
 #include "editing/viewmapping.h"
 
@@ -12,7 +14,9 @@
 #include <QPointer>
 
 #include <functional>
+#include <optional>
 
+class QKeyEvent;
 class QMouseEvent;
 class QPaintEvent;
 class QPainterPath;
@@ -47,17 +51,19 @@ public:
     /// Changes the tool. A text that is being typed is committed first.
     void setState(stateEnum state);
     stateEnum getState() const { return m_State; }
-    /// What new shapes of the current tool are drawn with. The line width is in picture pixels.
+    /// The style of the shapes that are chosen, else what new shapes of the current tool are drawn
+    /// with. The line width is in picture pixels.
     void setLineWidth(int width);
     int getLineWidth() const { return style().width; }
     void setPenColor(const QColor &color);
     QColor getPenColor() const { return style().color; }
-    const EditMsg &style() const { return m_Styles.of(m_State); }
+    const EditMsg &style() const;
     /// Changes it by a function that gets the style.
     void changeStyle(const std::function<void(EditMsg &)> &change);
     /// The styles of all tools.
     ToolStyles &styles() { return m_Styles; }
-    /// Sets the font of new texts. A text that is being typed changes at once.
+    /// Sets the font of the texts that are chosen, else of new ones. A text that is being typed
+    /// changes at once.
     void set_m_Font(const QFont &font);
     /// The same font as a reference. An open text field shows a change when it is painted next.
     QFont &EditFont() { return m_Font; }
@@ -107,6 +113,22 @@ public:
     static void EditPolyPixmap(QPixmap &picture, QPixmap &flag, bool registered,
                                const QPainterPath *path, const QPolygonF *polygon);
 
+    // What is chosen of the shapes. Each change is one step; without anything chosen nothing
+    // happens.
+
+    bool hasSelection() const { return !m_Selection.isEmpty(); }
+    /// The shapes that are chosen, bottom to top.
+    QList<EntryPtr> chosen() const { return m_Selection.of(m_Canvas.shapes()); }
+    void selectAll();
+    void removeSelected();
+    /// Copies, beside their originals, which are chosen instead.
+    void duplicateSelected();
+    /// One place up or down among all shapes.
+    void raiseSelected();
+    void lowerSelected();
+    /// Opens the text that is chosen in the field in which it was typed.
+    void editSelectedText();
+
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 signals:
@@ -115,6 +137,14 @@ signals:
     void movealue(int dx, int dy);
     /// The text that is being typed has changed.
     void typed();
+    /// Other shapes are chosen than before, or their style has changed.
+    void selectionChanged();
+    /// The user wants the menu of the picture, at a global position in logical pixels.
+    void menuWanted(QPoint position);
+    /// The pipette was used.
+    void colorTaken(const QColor &color);
+    /// The keys have moved to a place that should be in view, in the widget's logical pixels.
+    void lookedAt(QRect place);
 
 public slots:
     /// Records the typed text and hides the field.
@@ -122,6 +152,20 @@ public slots:
     void FinishEditText();
 
 private:
+    /// The pointer at a mouse event, or where a key stands for one.
+    struct Pointer {
+        QPoint at{};       ///< device pixels of the widget
+        QPoint logical{};  ///< logical ones
+        Qt::MouseButton button = Qt::NoButton;
+        Qt::MouseButtons buttons{};
+        Qt::KeyboardModifiers modifiers{};
+    };
+    /// What the current drag acts on.
+    enum class Hold { Nothing, Gesture, Selection, Crop };
+
+    /// What further changes of the same kind go on with.
+    enum class Growth { None, Width, Nudge };
+
     void notify(Change change);
     void updateWidget();
     void updateArea(const QRegion &pictureArea);
@@ -130,16 +174,43 @@ private:
     void fitTextField();
     void placeTextField();
     EditMsg styleOfShape() const;
+    EditMsg &styleOfText();
+    OperationPtr stepInHand() const;
+    void showMarks();
+    void paintMarks(QPainter &painter, const ViewMapping &view);
+    QRect placeOfMarks() const;
+    qreal pixels(qreal logical) const;
+    void selectionMoved();
+    void changeStyle(const std::function<void(EditMsg &)> &change, Growth growth);
+    void recordChange(const OperationPtr &step, Growth growth = Growth::None);
+    QList<EntryPtr> chosenNow() const;
+    QRect logicalPlace(const QRect &part) const;
+    void wantMenu();
+    void nudge(QPoint by, bool goesOn);
+    void leaveTool();
+    void applyCrop();
+    void takeColor(QPoint at);
+    void openMenu(const Pointer &pointer);
+    void endEditing();
+    OperationPtr retyped() const;
+    Pointer keyPointer(Qt::MouseButtons buttons, Qt::KeyboardModifiers modifiers) const;
+    bool key(const QKeyEvent &event);
+    bool keyOfSelection(const QKeyEvent &event);
+    bool keyOfDrawing(const QKeyEvent &event);
+    void hover(const Pointer &pointer);
+    bool selects(Qt::KeyboardModifiers modifiers) const;
+    void chooseAt(const Pointer &pointer);
+    bool openTextAt(const Pointer &pointer);
     EditEntry textEntry() const;
     void restartCanvas();
     void followHistory();
     void moveNewest(EditHistory &from, EditHistory &to);
     ViewMapping mapping() const;
-    QPoint toPixels(const QMouseEvent &event) const;
-    void press(const QMouseEvent &event);
-    void takeHold(const QMouseEvent &event);
-    void move(const QMouseEvent &event);
-    void release(const QMouseEvent &event);
+    Pointer pointerOf(const QMouseEvent &event) const;
+    void press(const Pointer &pointer);
+    void takeHold(const Pointer &pointer);
+    void move(const Pointer &pointer);
+    void release(const Pointer &pointer);
     bool escape();
     void paint(const QPaintEvent &event);
     const QImage &shrunk(QSize size);
@@ -159,6 +230,19 @@ private:
     float m_Scale = 1.0F;
     ToolStyles m_Styles;
     DrawingGesture m_Gesture;
+    Hold m_Hold = Hold::Nothing;
+    stateEnum m_ToolBefore = stateMove;  ///< the one to go back to from a tool that is used once
+    Selection m_Selection;
+    // The newest step, if a further change of the same shapes becomes part of it.
+    OperationPtr m_Growing{};
+    QList<ShapeId> m_GrowingIds{};
+    Growth m_Growth = Growth::None;
+    EntryPtr m_Edited{};  ///< the text that was recorded before and is being typed again
+    EditMsg m_EditedStyle;
+    std::optional<Cropping> m_Crop{};    ///< while the crop tool is chosen
+    std::optional<QPoint> m_Hovered{};   ///< where the pipette is, in device pixels of the widget
+    std::optional<QPoint> m_KeyPlace{};  ///< where keys draw, in picture coordinates
+    QRect m_MarksPlace;                  ///< where marks were shown last, in device pixels
     EditHistory m_VecUnDo;
     EditHistory m_VecReDo;
     bool m_EscapeSeen = false;

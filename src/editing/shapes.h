@@ -17,6 +17,8 @@ struct EditEntry {
     ShapeId id = nextShapeId();
 };
 
+/// What it lies in, without the width of its lines; the far edge is not included.
+inline QRect boxOf(const EditEntry &shape) { return boxOf(shape.geometry, shape.style); }
 /// Whether its look depends on other shapes of the picture.
 bool isDerived(const EditEntry &shape);
 /// The shape where a change of the picture brings it.

@@ -27,6 +27,12 @@ const Tool &toolOf(int state)
     return found == tools.end() ? EmptyShape::tool : **found;
 }
 
+const Tool &toolOf(const Geometry &geometry)
+{
+    return std::visit([]<typename Shape>(const Shape &) -> const Tool & { return Shape::tool; },
+                      geometry);
+}
+
 std::optional<Geometry> shapeFrom(stateEnum tool, const Drag &drag)
 {
     return fromAny(static_cast<Geometry *>(nullptr), tool, drag);

@@ -1,10 +1,12 @@
 #pragma once
 
 #include "editing/tools/arrow.h"
+#include "editing/tools/crop.h"
 #include "editing/tools/ellipse.h"
 #include "editing/tools/freehand.h"
 #include "editing/tools/hand.h"
 #include "editing/tools/line.h"
+#include "editing/tools/pipette.h"
 #include "editing/tools/rectangle.h"
 #include "editing/tools/select.h"
 #include "editing/tools/text.h"
@@ -28,7 +30,7 @@ template<typename... Tools> struct ToolRows {
 
 /// The table of tools, in the order of the strip: a row a tool, which is the name of its struct.
 using ToolTable = ToolRows<EmptyShape, RectShape, EllipseShape, ArrowShape, PolylineShape,
-                           TextShape, LineShape, SelectTool>;
+                           TextShape, LineShape, SelectTool, CropTool, PipetteTool>;
 
 /// The shape of any tool, in picture coordinates.
 using Geometry = ToolTable::Geometry;
@@ -37,6 +39,8 @@ using Geometry = ToolTable::Geometry;
 inline std::span<const Tool *const> allTools() { return ToolTable::s_tools; }
 /// The tool with a number; the hand if there is none.
 const Tool &toolOf(int state);
+/// The tool whose shape it is.
+const Tool &toolOf(const Geometry &geometry);
 /// The shape that a tool makes of a drag; none if it makes none.
 std::optional<Geometry> shapeFrom(stateEnum tool, const Drag &drag);
 /// The shape where a change of the picture brings it; `style` has been mapped already.

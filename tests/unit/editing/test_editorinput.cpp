@@ -171,7 +171,7 @@ private slots:
     void rightClick()
     {
         const QImage before = m_editor->sendPixmap(Qt::transparent).toImage();
-        for (int tool = stateMove; tool <= statePoly; ++tool) {
+        for (int tool = stateRect; tool <= statePoly; ++tool) {
             const QByteArray row = "tool " + QByteArray::number(tool);
             g_changes.clear();
             m_editor->setState(static_cast<stateEnum>(tool));
@@ -364,9 +364,13 @@ private slots:
     void nullPicture()
     {
         m_editor->setPixmap({});
-        for (int tool = stateMove; tool <= statePoly; ++tool) {
-            m_editor->setState(static_cast<stateEnum>(tool));
+        for (const Tool *tool : allTools()) {
+            m_editor->setState(tool->state);
             drag({60, 60}, {90, 80});
+            for (const Qt::Key key : {Qt::Key_Right, Qt::Key_Space, Qt::Key_Down, Qt::Key_Return})
+                QTest::keyClick(m_widget.get(), key);
+            m_editor->selectAll();
+            m_editor->removeSelected();
             click({60, 60}, Qt::RightButton);
             QVERIFY(m_editor->getVecUnDo().isEmpty());
             m_editor->setPixmapScaled(1.4F);
