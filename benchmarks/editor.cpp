@@ -8,6 +8,7 @@
 #include "editing/pictureeditor.h"
 
 #include <QApplication>
+#include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainterPath>
 #include <QRandomGenerator>
@@ -17,6 +18,7 @@
 
 #include <benchmark/benchmark.h>
 
+#include <algorithm>
 #include <cmath>
 #include <memory>
 
@@ -234,6 +236,46 @@ void plainUndo(benchmark::State &state, Kind kind)
     }
 }
 
+// A shape in the middle of all of them is moved with the pointer.
+void moveShape(benchmark::State &state, int count)
+{
+    EditorStage stage(Opaque, count, 1);
+    stage.editor.setState(stateSelect);
+    const QList<EntryPtr> shapes = sceneOf(stage.editor.getVecUnDo(), s_size).shapes;
+    const auto inView =
+        std::find_if(shapes.begin() + count / 2, shapes.end(), [](const EntryPtr &shape) {
+            return QRect(QPoint(), s_viewport).contains(boxOf(*shape));
+        });
+    stage.editor.setState(stateSelect);
+    while (stage.editor.chosen().value(0) != *inView) {
+        QKeyEvent tab(QEvent::KeyPress, Qt::Key_Tab, Qt::NoModifier);
+        stage.editor.eventFilter(&stage.widget, &tab);
+    }
+    const QPoint at = endsOf((*inView)->geometry).value(0, boxOf(**inView).topLeft());
+    stage.send(QEvent::MouseButtonPress, at, Qt::LeftButton);
+    stage.send(QEvent::MouseMove, at + QPoint(1, 1), Qt::LeftButton);
+    stage.frame();
+    int frame = 0;
+    for (auto _ : state) {
+        ++frame;
+        stage.send(QEvent::MouseMove, at + QPoint(frame * 7 % 90, frame * 5 % 60), Qt::LeftButton);
+        stage.frame();
+    }
+}
+
+// A click on the topmost shape costs nothing, so the points are spread over the picture.
+void pick(benchmark::State &state, int count)
+{
+    Canvas canvas;
+    canvas.start(picture(Opaque).toImage(), shapes(count));
+    canvas.shapeAt({-100, -100}, 4);
+    QRandomGenerator random(9);
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(canvas.shapeAt(
+            QPointF(random.bounded(s_size.width()), random.bounded(s_size.height())), 4));
+    }
+}
+
 // Measures memory beyond the picture and the window's own pixels, which every program that shows it
 // needs.
 void memory(benchmark::State &state)
@@ -287,6 +329,8 @@ FRAMES(undo, opaque, Opaque)->Iterations(200);
 PLAIN_FRAMES(plainUndo, opaque, Opaque);
 FRAMES(undo, ellipse, Ellipse)->Iterations(200);
 PLAIN_FRAMES(plainUndo, ellipse, Ellipse);
+FRAMES(moveShape, of_5000, 5000);
+FRAMES(pick, of_5000, 5000);
 BENCHMARK(memory)->Iterations(1)->Repetitions(3);
 
 bool addRatio(const char *what, const std::string &name, const std::string &plain, double least)
@@ -324,6 +368,14 @@ bool addRatio(const char *what, const std::string &name, const std::string &plai
              "plainNewShape/ellipse_500", 10) &&
     addRatio("an undo and the repaint", "undo/opaque", "plainUndo/opaque", 3) &&
     addRatio("the same on an ellipse grab", "undo/ellipse", "plainUndo/ellipse", 1.5) &&
+    addComparison({.what = "one of 5,000 shapes moved, a frame",
+                   .measured = "moveShape/of_5000",
+                   .unit = "ms",
+                   .limit = atMost(8)}) &&
+    addComparison({.what = "the shape at a point, of 5,000",
+                   .measured = "pick/of_5000",
+                   .unit = "ms",
+                   .limit = atMost(1)}) &&
     addComparison({.what = "memory while editing, beyond the picture",
                    .measured = "memory",
                    .unit = "times the picture",

@@ -15,7 +15,9 @@ namespace {
 
 // The least memory for the pixels below the newest shapes, however small the picture is.
 constexpr qsizetype s_leastBudget = 4 << 20;  // bytes
-constexpr size_t s_mostBoxes = 100;
+constexpr size_t s_mostAreas = 100;
+// As many shapes on top of one that is moved are drawn anew in each frame.
+constexpr qsizetype s_fewShapes = 16;
 
 /// Calls `visit(y, first byte in the line, bytes)` for each part of a line in an area.
 template<typename Visit> void forEachPiece(const QImage &image, const QRegion &area, Visit visit)
@@ -48,6 +50,13 @@ void drawOver(QImage &image, const QImage &picture, const Geometry &geometry, co
         clearOutside(picture, image, rect);
 }
 
+// Whether a shape looks the same drawn over nothing and then over something.
+bool isPlain(const EntryPtr &shape)
+{
+    return toolOf(shape->geometry).isOpaque && shape->style.color.alpha() == 255 &&
+           shape->style.fill != Fill::Translucent && !shape->style.hasShadow;
+}
+
 }  // namespace
 
 void Canvas::start(const QImage &picture, const EditHistory &history)
@@ -65,7 +74,7 @@ void Canvas::start(const EditHistory &history)
 {
     remember(history);
     m_isDrawn = false;
-    m_boxes.clear();
+    m_areas.clear();
     setScene(sceneFor(history));
 }
 
@@ -94,7 +103,7 @@ void Canvas::setScene(Scene scene)
     if (scene.picture != m_scene.picture || m_base.size() != scene.size) {
         m_base = changed(m_picture, scene);
         m_isDrawn = false;
-        m_boxes.clear();
+        m_areas.clear();
         m_previewArea = {};
         m_preview.reset();
         m_previewShapes.reset();
@@ -113,14 +122,14 @@ std::optional<QRegion> Canvas::follow(const EditHistory &history)
         if (m_isDrawn)
             push(*shape, area);
         m_scene.shapes.append(shape);
-        m_stale += area;
+        forget(area);
         return area;
     }
     if (isAlone && m_isDrawn && !m_below.empty()) {
         const QRegion area = m_below.back().area;
         pop();
         m_scene.shapes.removeLast();
-        m_stale += area;
+        forget(area);
         return area;
     }
     const Scene before = m_scene;
@@ -130,8 +139,15 @@ std::optional<QRegion> Canvas::follow(const EditHistory &history)
     const QRegion area = difference(before.shapes, m_scene.shapes);
     if (m_isDrawn)
         redraw(area);
-    m_stale += area;
+    forget(area);
     return area;
+}
+
+// What is recorded has changed there.
+void Canvas::forget(const QRegion &area)
+{
+    m_layers.reset();
+    m_previewImage.setDrawn(m_previewImage.drawn() - area);
 }
 
 // Where two states of the shapes differ. One that has come to lie elsewhere between others counts
@@ -182,11 +198,22 @@ QRegion Canvas::coverageOf(const EditEntry &shape) const
     return coverage(shape.geometry, shape.style, m_base.size());
 }
 
-QRect Canvas::boxOf(const EntryPtr &shape)
+const QRegion &Canvas::areaOf(const EntryPtr &shape)
 {
-    const auto [found, isNew] = m_boxes.try_emplace(shape);
+    const auto [found, isNew] = m_areas.try_emplace(shape);
     if (isNew)
-        found->second = coverageOf(*shape).boundingRect();
+        found->second = coverageOf(*shape);
+    return found->second;
+}
+
+// While something is moved, the same few shapes are asked for again and again.
+const QRegion &Canvas::fineAreaOf(const EntryPtr &shape)
+{
+    if (m_layers->areas.size() > s_mostAreas + static_cast<size_t>(m_scene.shapes.size()))
+        m_layers->areas.clear();
+    const auto [found, isNew] = m_layers->areas.try_emplace(shape);
+    if (isNew)
+        found->second = coverage(shape->geometry, shape->style, m_base.size(), true);
     return found->second;
 }
 
@@ -244,6 +271,30 @@ void Canvas::redraw(QImage &image, const QRegion &area, const QList<EntryPtr> &s
 {
     useScreenDots(image);
     copyArea(m_base, image, area);
+    drawShapes(image, area, shapes);
+}
+
+QList<EntryPtr> Canvas::touching(const QRegion &area, const QList<EntryPtr> &shapes)
+{
+    // Areas of shapes that are gone keep these in memory.
+    if (m_areas.size() > s_mostAreas + 2 * static_cast<size_t>(m_scene.shapes.size()))
+        m_areas.clear();
+    QList<EntryPtr> drawnHere;
+    const QRect around = area.boundingRect();
+    for (const EntryPtr &shape : shapes) {
+        const QRegion &own = areaOf(shape);
+        if (own.boundingRect().intersects(around) && own.intersects(area) &&
+            (!m_layers || fineAreaOf(shape).intersects(area)))
+            drawnHere.append(shape);
+    }
+    return drawnHere;
+}
+
+void Canvas::drawShapes(QImage &image, const QRegion &area, const QList<EntryPtr> &shapes)
+{
+    const QList<EntryPtr> drawnHere = touching(area, shapes);
+    if (drawnHere.isEmpty())
+        return;
     // The antialiasing of a line depends slightly on the bounds of the clip region, so these are
     // the picture's; its corners get their pixels back.
     const QRect all = m_base.rect();
@@ -255,13 +306,8 @@ void Canvas::redraw(QImage &image, const QRegion &area, const QList<EntryPtr> &s
     QPainter painter(&image);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setClipRegion(area + corners);
-    // Boxes of shapes that are gone keep these in memory.
-    if (m_boxes.size() > s_mostBoxes + 2 * static_cast<size_t>(shapes.size()))
-        m_boxes.clear();
-    for (const EntryPtr &shape : shapes) {
-        if (area.intersects(boxOf(shape)))
-            drawShape(painter, shape->geometry, shape->style);
-    }
+    for (const EntryPtr &shape : drawnHere)
+        drawShape(painter, shape->geometry, shape->style);
     painter.end();
     if (corners.contains(all.topLeft()))
         reinterpret_cast<QRgb *>(image.scanLine(0))[0] = kept[0];
@@ -287,6 +333,7 @@ void Canvas::replay()
     m_image = drawn(m_base, m_scene.shapes.first(single));
     m_isDrawn = true;
     m_previewImage = {};
+    m_layers.reset();
     for (; single < m_scene.shapes.size(); ++single) {
         const EditEntry &shape = *m_scene.shapes.at(single);
         push(shape, coverageOf(shape));
@@ -302,11 +349,10 @@ const QImage &Canvas::recorded()
 
 QRegion Canvas::setPreview(const OperationPtr &step)
 {
-    const QRegion before = m_previewArea;
+    QRegion changed = m_previewArea;
     const std::optional<QList<EntryPtr>> shapesBefore = std::exchange(m_previewShapes, {});
     m_preview = step;
     m_previewArea = {};
-    QRegion changed = before;
     const EntryPtr added = step ? addedBy(*step) : nullptr;
     if (added && !isDerived(*added)) {
         m_previewArea = coverageOf(*added);
@@ -320,30 +366,128 @@ QRegion Canvas::setPreview(const OperationPtr &step)
         else
             changed += m_previewArea;
     }
-    m_stale += changed;
+    keepLayers();
+    if (step)
+        m_previewImage.setDrawn(m_previewImage.drawn() - changed);
+    else
+        m_previewImage = {};
     return changed;
 }
 
-const QImage &Canvas::preview()
+// Goes on with the layers as long as the same shapes change.
+void Canvas::keepLayers()
+{
+    const auto &now = m_previewShapes;
+    QList<qsizetype> places;
+    bool isSuited = now && now->size() == m_scene.shapes.size();
+    for (qsizetype i = 0; isSuited && i < now->size(); ++i) {
+        if (now->at(i) == m_scene.shapes.at(i))
+            continue;
+        places.append(i);
+        isSuited = now->at(i)->id == m_scene.shapes.at(i)->id && !isDerived(*now->at(i));
+    }
+    if (!isSuited || places.isEmpty()) {
+        m_layers.reset();
+        return;
+    }
+    if (m_layers && m_layers->places == places)
+        return;
+    m_layers.emplace();
+    m_layers->places = places;
+    m_layers->below = m_scene.shapes.first(places.first());
+    m_layers->others = *now;
+    for (const qsizetype place : places) {
+        m_layers->before += areaOf(m_scene.shapes.at(place));
+        m_layers->others[place].reset();
+    }
+    m_layers->others.removeAll(nullptr);
+    m_layers->drawnBelow = SparseImage(m_base.size(), m_base.format());
+    m_layers->drawnOthers = SparseImage(m_base.size(), m_base.format());
+    m_layers->drawnAbove = SparseImage(m_base.size(), QImage::Format_ARGB32_Premultiplied);
+    if (m_layers->drawnBelow.isNull() || m_layers->drawnOthers.isNull() ||
+        m_layers->drawnAbove.isNull())
+        m_layers.reset();
+}
+
+void Canvas::complete(SparseImage &layer, const QRegion &area, const QList<EntryPtr> &shapes)
+{
+    const QRegion missing = area - layer.drawn();
+    if (missing.isEmpty())
+        return;
+    redraw(layer.image(), missing, shapes);
+    layer.setDrawn(layer.drawn() + missing);
+}
+
+// Where no changing shape is drawn, the others are all there is: what is recorded, but for where
+// the changing ones were. Elsewhere what lies below is there already, and the changing ones and
+// what lies on top of them are drawn.
+void Canvas::drawLayers(const QRegion &area)
+{
+    QImage &image = m_previewImage.image();
+    const QRegion bared = area & m_layers->before;
+    copyArea(m_image, image, area - bared);
+    complete(m_layers->drawnOthers, bared, m_layers->others);
+    copyArea(m_layers->drawnOthers.image(), image, bared);
+    QRegion changing;
+    for (const qsizetype place : m_layers->places)
+        changing += fineAreaOf(m_previewShapes->at(place));
+    changing &= area;
+    if (changing.isEmpty())
+        return;
+    complete(m_layers->drawnBelow, changing, m_layers->below);
+    copyArea(m_layers->drawnBelow.image(), image, changing);
+    const QList<EntryPtr> onTop =
+        touching(changing, m_previewShapes->sliced(m_layers->places.first()));
+    if (m_layers->places.size() > 1 || onTop.size() <= s_fewShapes ||
+        !std::all_of(onTop.begin(), onTop.end(), isPlain)) {
+        drawShapes(image, changing, onTop);
+        return;
+    }
+    // Where many shapes lie on top they are drawn once, over nothing. At soft edges that lie on
+    // each other this differs by a shade from drawing one after the other, until it is recorded.
+    drawShapes(image, changing, {m_previewShapes->at(m_layers->places.first())});
+    const QRegion missing = changing - m_layers->drawnAbove.drawn();
+    drawShapes(m_layers->drawnAbove.image(), missing,
+               m_scene.shapes.sliced(m_layers->places.first() + 1));
+    m_layers->drawnAbove.setDrawn(m_layers->drawnAbove.drawn() + missing);
+    QPainter painter(&image);
+    for (const QRect &rect : changing)
+        painter.drawImage(rect.topLeft(), m_layers->drawnAbove.image(), rect);
+    painter.end();
+    for (const QRect &rect : changing)
+        clearOutside(m_base, image, rect);
+}
+
+const QImage &Canvas::preview(const QRegion &part)
 {
     const QImage &image = recorded();
     if (m_previewImage.isNull()) {
-        m_previewImage = image.copy();
-        useScreenDots(m_previewImage);
-        m_stale = m_previewArea;
+        m_previewImage = SparseImage(m_base.size(), m_base.format());
+        // Without the address space it is shown as it is recorded.
+        if (m_previewImage.isNull())
+            return image;
+        useScreenDots(m_previewImage.image());
     }
-    const EntryPtr added = m_preview ? addedBy(*m_preview) : nullptr;
-    if (m_stale.isEmpty()) {
-        // It is up to date.
-    } else if (m_previewShapes.has_value()) {
-        redraw(m_previewImage, m_stale, *m_previewShapes);
-    } else {
-        copyArea(image, m_previewImage, m_stale + m_previewArea);
-        if (added)
-            drawOver(m_previewImage, m_base, added->geometry, added->style, m_previewArea);
+    const QRegion missing = (part & m_base.rect()) - m_previewImage.drawn();
+    if (missing.isEmpty())
+        return m_previewImage.image();
+    m_previewImage.setDrawn(m_previewImage.drawn() + missing);
+    const QRegion differing = missing & m_previewArea;
+    copyArea(image, m_previewImage.image(), missing - differing);
+    const EntryPtr added = addedBy(*m_preview);
+    if (differing.isEmpty()) {
+        // All of it is as it is recorded.
+    } else if (m_layers) {
+        drawLayers(differing);
+    } else if (m_previewShapes) {
+        redraw(m_previewImage.image(), differing, *m_previewShapes);
+    } else if (added) {
+        // Drawn as a whole, since it is one shape only.
+        copyArea(image, m_previewImage.image(), m_previewArea);
+        m_previewImage.setDrawn(m_previewImage.drawn() + m_previewArea);
+        drawOver(m_previewImage.image(), m_base, added->geometry, added->style, m_previewArea);
     }
-    m_stale = {};
-    return m_previewImage;
+    return m_previewImage.image();
 }
 
 // A shape is drawn nowhere outside of its box.
@@ -351,7 +495,9 @@ EntryPtr Canvas::shapeAt(QPointF point, qreal grace)
 {
     const auto found =
         std::find_if(m_scene.shapes.rbegin(), m_scene.shapes.rend(), [&](const EntryPtr &shape) {
-            return QRectF(boxOf(shape)).adjusted(-grace, -grace, grace, grace).contains(point) &&
+            return QRectF(areaOf(shape).boundingRect())
+                       .adjusted(-grace, -grace, grace, grace)
+                       .contains(point) &&
                    hit(shape->geometry, shape->style, point, grace);
         });
     return found == m_scene.shapes.rend() ? nullptr : *found;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "editing/history.h"
+#include "editing/sparseimage.h"
 
 #include <QByteArray>
 #include <QImage>
@@ -37,8 +38,8 @@ public:
     const QList<EntryPtr> &shapes() const { return m_scene.shapes; }
     /// The picture with all shapes.
     const QImage &recorded();
-    /// The same after the step of the preview.
-    const QImage &preview();
+    /// The same after the step of the preview. Only the pixels of `part` are sure to be there.
+    const QImage &preview(const QRegion &part);
     /// The topmost shape that is drawn at a point or at most `grace` beside it; null for none.
     EntryPtr shapeAt(QPointF point, qreal grace);
     /// The scene as it would be after a further step.
@@ -54,7 +55,10 @@ private:
     qsizetype bytesOf(const QRegion &area) const;
     qsizetype budget() const;
     QRegion coverageOf(const EditEntry &shape) const;
-    QRect boxOf(const EntryPtr &shape);
+    const QRegion &areaOf(const EntryPtr &shape);
+    const QRegion &fineAreaOf(const EntryPtr &shape);
+    void keepLayers();
+    void forget(const QRegion &area);
     void remember(const EditHistory &history);
     Scene sceneFor(const EditHistory &history);
     void setScene(Scene scene);
@@ -64,7 +68,13 @@ private:
     void push(const EditEntry &shape, const QRegion &area);
     void pop();
     void redraw(const QRegion &area);
+    /// Those of the shapes that are drawn in an area.
+    QList<EntryPtr> touching(const QRegion &area, const QList<EntryPtr> &shapes);
+    /// Draws shapes over what is in an area of the image, which they are cut to.
+    void drawShapes(QImage &image, const QRegion &area, const QList<EntryPtr> &shapes);
     void redraw(QImage &image, const QRegion &area, const QList<EntryPtr> &shapes);
+    void drawLayers(const QRegion &area);
+    void complete(SparseImage &layer, const QRegion &area, const QList<EntryPtr> &shapes);
 
     QImage m_picture;  ///< the whole one, without shapes
     QImage m_base;     ///< what has become of it
@@ -81,10 +91,23 @@ private:
     bool m_isDrawn = false;
     std::deque<Below> m_below{};  ///< for the newest shapes, oldest first
     qsizetype m_belowBytes = 0;
-    std::unordered_map<EntryPtr, QRect> m_boxes{};  ///< around the coverage of shapes
+    std::unordered_map<EntryPtr, QRegion> m_areas{};  ///< the coverage of shapes
     OperationPtr m_preview{};
     std::optional<QList<EntryPtr>> m_previewShapes{};  ///< none if the step just adds a shape
     QRegion m_previewArea{};
-    QImage m_previewImage;
-    QRegion m_stale{};  ///< where m_previewImage is out of date
+    SparseImage m_previewImage{};
+
+    // While a step changes some shapes and leaves all others where they are, most of what it shows
+    // stays the same from frame to frame.
+    struct Layers {
+        QList<qsizetype> places{};  ///< of the shapes that change, in the scene
+        QRegion before{};           ///< where these are recorded
+        QList<EntryPtr> below{};    ///< the shapes below all of these
+        QList<EntryPtr> others{};   ///< all but these
+        SparseImage drawnBelow{};
+        SparseImage drawnOthers{};
+        SparseImage drawnAbove{};  ///< the shapes above all of these, over nothing
+        std::unordered_map<EntryPtr, QRegion> areas{};  ///< what shapes cover, finely
+    };
+    std::optional<Layers> m_layers{};
 };

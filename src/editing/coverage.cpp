@@ -23,9 +23,9 @@ bool isDrawnIn(const QRect &part, const Geometry &geometry, EditMsg style)
 
 }  // namespace
 
-QRegion coverage(const Geometry &geometry, const EditMsg &style, QSize picture)
+QRegion coverage(const Geometry &geometry, const EditMsg &style, QSize picture, bool isFine)
 {
-    Tiles tiles(picture);
+    Tiles tiles(picture, isFine);
     std::visit([&](const auto &shape) { shape.cover(tiles, style); }, geometry);
     return tiles.region();
 }

@@ -175,6 +175,18 @@ EntryPtr shapeOf(const Operation &operation)
     return addedBy(operation);
 }
 
+QList<EntryPtr> shapesOf(const Operation &operation)
+{
+    QList<EntryPtr> result;
+    if (const auto *several = std::get_if<SeveralChanges>(&operation.change)) {
+        for (const OperationPtr &part : several->changes)
+            result += shapesOf(*part);
+    } else if (const EntryPtr shape = shapeOf(operation)) {
+        result.append(shape);
+    }
+    return result;
+}
+
 EntryPtr addedBy(const Operation &operation)
 {
     const auto *add = std::get_if<AddShape>(&operation.change);

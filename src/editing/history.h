@@ -85,6 +85,8 @@ OperationPtr adding(EditEntry shape);
 /// The shape that an operation adds or brings to another state; null for operations that do
 /// neither.
 EntryPtr shapeOf(const Operation &operation);
+/// Those of all parts of an operation.
+QList<EntryPtr> shapesOf(const Operation &operation);
 /// The shape that an operation does nothing but add; null for all others.
 EntryPtr addedBy(const Operation &operation);
 /// Whether it changes the picture itself.

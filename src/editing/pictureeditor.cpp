@@ -489,7 +489,7 @@ void TPictureEditor::paint(const QPaintEvent &event)
         draw(region, shrinks ? shrunk(size) : m_Canvas.recorded());
     }
     if (!previewed.isEmpty())
-        draw(previewed, m_Canvas.preview());
+        draw(previewed, m_Canvas.preview(view.fromScaled(previewed)));
     paintMarks(painter, view);
 }
 

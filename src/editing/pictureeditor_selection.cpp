@@ -144,15 +144,10 @@ void TPictureEditor::recordChange(const OperationPtr &step, Growth growth)
 {
     if (!step)
         return;
-    const auto isLost = [this](const auto &self, const Operation &change) -> bool {
-        if (const auto *several = std::get_if<SeveralChanges>(&change.change)) {
-            return std::any_of(several->changes.begin(), several->changes.end(),
-                               [&](const OperationPtr &part) { return self(self, *part); });
-        }
-        const EntryPtr shape = shapeOf(change);
-        return shape && liesOutside(shape->geometry, shape->style, m_Canvas.size());
-    };
-    if (isLost(isLost, *step)) {
+    const QList<EntryPtr> shapes = shapesOf(*step);
+    if (std::any_of(shapes.begin(), shapes.end(), [this](const EntryPtr &shape) {
+            return liesOutside(shape->geometry, shape->style, m_Canvas.size());
+        })) {
         notify(Refusal);
         return;
     }
@@ -279,7 +274,7 @@ void TPictureEditor::showMarks()
 QList<EntryPtr> TPictureEditor::chosenNow() const
 {
     const OperationPtr step = m_Selection.step();
-    return step ? m_Selection.of(m_Canvas.after(step).shapes) : chosen();
+    return step ? shapesOf(*step) : chosen();
 }
 
 QRect TPictureEditor::placeOfMarks() const

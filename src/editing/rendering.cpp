@@ -1,13 +1,11 @@
 #include "editing/rendering.h"
 
 #include "editing/coverage.h"
+#include "editing/sparseimage.h"
 
 #include <algorithm>
 #include <cstring>
 #include <vector>
-
-#include <sys/mman.h>
-#include <unistd.h>
 
 namespace {
 
@@ -16,55 +14,6 @@ constexpr int s_bands = 10;
 constexpr int s_fewestRows = 16;
 
 constexpr float s_translucent = 0.25F;
-
-// Reserves address space for a whole picture; only rows that are written use memory. So shapes can
-// be drawn with the picture's own coordinates and size, and get the same pixels as in a drawing
-// that is made at once.
-class SparseRows
-{
-public:
-    SparseRows(QSize size, QImage::Format format)
-        : m_line(qsizetype{4} * size.width()), m_size(m_line * size.height()),
-          m_memory(mmap(nullptr, m_size, PROT_READ | PROT_WRITE,
-                        MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0))
-    {
-        if (isThere())
-            m_image = QImage(row(0), size.width(), size.height(), m_line, format);
-    }
-    ~SparseRows()
-    {
-        if (isThere())
-            munmap(m_memory, m_size);
-    }
-    SparseRows(const SparseRows &) = delete;
-    SparseRows &operator=(const SparseRows &) = delete;
-
-    bool isThere() const { return m_memory != MAP_FAILED; }
-    QImage &image() { return m_image; }
-
-    /// The rows, for writing.
-    QImage band(int top, int rows)
-    {
-        return {row(top), m_image.width(), rows, m_line, m_image.format()};
-    }
-    /// Frees the memory of all rows above `bottom`.
-    void release(int bottom)
-    {
-        const qsizetype page = sysconf(_SC_PAGESIZE);
-        const qsizetype end = m_line * bottom / page * page;
-        madvise(static_cast<uchar *>(m_memory) + m_released, end - m_released, MADV_DONTNEED);
-        m_released = end;
-    }
-
-private:
-    uchar *row(int y) { return static_cast<uchar *>(m_memory) + m_line * y; }
-
-    qsizetype m_line;
-    qsizetype m_size;
-    void *m_memory;
-    qsizetype m_released = 0;
-    QImage m_image;
-};
 
 // Rows of the picture in this format, without a copy if the picture has the format already.
 QImage rowsOf(const QImage &picture, int top, int rows, QImage::Format format)
@@ -249,8 +198,8 @@ bool replayedInBands(const QImage &picture, const QList<EntryPtr> &shapes,
             return take(cleanPixmap(base, band, QColor(0, 0, 0, 0)), top);
         });
     }
-    SparseRows sparse(picture.size(), format);
-    if (!sparse.isThere())
+    SparseImage sparse(picture.size(), format);
+    if (sparse.isNull())
         return false;
     std::vector<QRect> places;
     std::transform(

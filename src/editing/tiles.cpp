@@ -5,20 +5,22 @@
 
 namespace {
 
-constexpr int s_tile = 64;  // picture pixels
+// Picture pixels.
+constexpr int s_tile = 32;
+constexpr int s_fineTile = 8;
 
-int first(double at) { return std::max(0, static_cast<int>(std::floor(at / s_tile))); }
+int first(double at, int tile) { return std::max(0, static_cast<int>(std::floor(at / tile))); }
 
-int last(double at, int count)
+int last(double at, int tile, int count)
 {
-    return static_cast<int>(std::min<double>(count - 1, std::floor(at / s_tile)));
+    return static_cast<int>(std::min<double>(count - 1, std::floor(at / tile)));
 }
 
 }  // namespace
 
-Tiles::Tiles(QSize picture)
-    : m_picture(picture), m_columns((picture.width() + s_tile - 1) / s_tile),
-      m_rows((picture.height() + s_tile - 1) / s_tile),
+Tiles::Tiles(QSize picture, bool isFine)
+    : m_tile(isFine ? s_fineTile : s_tile), m_picture(picture), m_columns((picture.width() + m_tile - 1) / m_tile),
+      m_rows((picture.height() + m_tile - 1) / m_tile),
       m_taken(static_cast<size_t>(m_columns) * m_rows)
 {
 }
@@ -28,7 +30,7 @@ double Tiles::reachOf(int width) { return std::max(0, width) * 0.75 + 2; }
 
 void Tiles::addRect(const QRectF &rect)
 {
-    for (int row = first(rect.top()); row <= last(rect.bottom(), m_rows); ++row)
+    for (int row = first(rect.top(), m_tile); row <= last(rect.bottom(), m_tile, m_rows); ++row)
         addSpan(row, rect.left(), rect.right());
 }
 
@@ -37,13 +39,13 @@ void Tiles::addLine(QPointF from, QPointF to, double reach)
     const QPointF way = to - from;
     const double top = std::min(from.y(), to.y()) - reach;
     const double bottom = std::max(from.y(), to.y()) + reach;
-    for (int row = first(top); row <= last(bottom, m_rows); ++row) {
+    for (int row = first(top, m_tile); row <= last(bottom, m_tile, m_rows); ++row) {
         // Clips the line to this row of tiles.
         double start = 0;
         double end = 1;
         if (std::abs(way.y()) > 1) {
-            start = std::clamp((row * s_tile - reach - from.y()) / way.y(), 0., 1.);
-            end = std::clamp(((row + 1) * s_tile + reach - from.y()) / way.y(), 0., 1.);
+            start = std::clamp((row * m_tile - reach - from.y()) / way.y(), 0., 1.);
+            end = std::clamp(((row + 1) * m_tile + reach - from.y()) / way.y(), 0., 1.);
         }
         const auto [left, right] =
             std::minmax({from.x() + start * way.x(), from.x() + end * way.x()});
@@ -59,7 +61,7 @@ void Tiles::addOutline(const QPolygonF &points, double reach)
 
 void Tiles::addSpan(int row, double left, double right)
 {
-    for (int column = first(left); column <= last(right, m_columns); ++column)
+    for (int column = first(left, m_tile); column <= last(right, m_tile, m_columns); ++column)
         m_taken[index(row, column)] = true;
 }
 
@@ -74,7 +76,7 @@ QRegion Tiles::region() const
                 ++column;
             if (column > start) {
                 rects.push_back(
-                    QRect(start * s_tile, row * s_tile, (column - start) * s_tile, s_tile) & all);
+                    QRect(start * m_tile, row * m_tile, (column - start) * m_tile, m_tile) & all);
             }
         }
     }

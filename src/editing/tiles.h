@@ -13,7 +13,8 @@
 class Tiles
 {
 public:
-    explicit Tiles(QSize picture);
+    /// Finer tiles take longer to mark, and follow the shape more closely.
+    explicit Tiles(QSize picture, bool isFine = false);
 
     void addRect(const QRectF &rect);
     /// Adds a line that is drawn up to `reach` pixels around itself.
@@ -33,6 +34,7 @@ private:
     }
     void addSpan(int row, double left, double right);
 
+    int m_tile;  ///< the side of a tile
     QSize m_picture;
     int m_columns;
     int m_rows;

@@ -1,6 +1,7 @@
 #include "editing/viewmapping.h"
 
 #include <cmath>
+#include <utility>
 
 namespace {
 
@@ -12,6 +13,21 @@ int margin(int widget, int picture, float scale)
 }
 
 int scaled(int length, float scale) { return static_cast<int>(static_cast<float>(length) * scale); }
+
+// A part of a picture of `from` pixels in one that is scaled to `to`, with the neighbours that the
+// scaling mixes in.
+QRect widened(const QRect &part, QSize from, QSize to)
+{
+    const auto span = [](int start, int length, int whole, int scaledWhole) {
+        const double step = static_cast<double>(scaledWhole) / whole;
+        const int reach = static_cast<int>(std::ceil(step)) + 2;
+        return std::pair(static_cast<int>(std::floor(start * step)) - reach,
+                         static_cast<int>(std::ceil((start + length) * step)) + reach);
+    };
+    const auto [left, right] = span(part.x(), part.width(), from.width(), to.width());
+    const auto [top, bottom] = span(part.y(), part.height(), from.height(), to.height());
+    return {left, top, right - left, bottom - top};
+}
 
 }  // namespace
 
@@ -60,21 +76,18 @@ QPointF ViewMapping::toWidget(QPointF picturePoint) const
 QRect ViewMapping::toScaled(const QRect &part) const
 {
     const QSize size = scaledSize();
+    return size == picture ? part : widened(part, picture, size) & QRect(QPoint(), size);
+}
+
+QRegion ViewMapping::fromScaled(const QRegion &part) const
+{
+    const QSize size = scaledSize();
     if (size == picture)
         return part;
-    const auto span = [](int start, int length, int from, int to, int &first, int &end) {
-        const double step = static_cast<double>(to) / from;
-        const int reach = static_cast<int>(std::ceil(step)) + 2;
-        first = static_cast<int>(std::floor(start * step)) - reach;
-        end = static_cast<int>(std::ceil((start + length) * step)) + reach;
-    };
-    int left = 0;
-    int right = 0;
-    int top = 0;
-    int bottom = 0;
-    span(part.x(), part.width(), picture.width(), size.width(), left, right);
-    span(part.y(), part.height(), picture.height(), size.height(), top, bottom);
-    return QRect(left, top, right - left, bottom - top) & QRect(QPoint(), size);
+    QRegion result;
+    for (const QRect &rect : part)
+        result += widened(rect, size, picture);
+    return result;
 }
 
 QSize drawingSize(QSize viewport, QSize picture, float scale)

@@ -3,6 +3,7 @@
 #include <QPoint>
 #include <QPointF>
 #include <QRect>
+#include <QRegion>
 #include <QSize>
 
 /// Maps between the picture and the widget that shows it zoomed. All values are device pixels; the
@@ -31,6 +32,9 @@ struct ViewMapping {
     /// The rectangle of a part of the picture, in pixels of the scaled picture. It is rounded
     /// outward and includes neighbouring pixels that are affected by the scaling.
     QRect toScaled(const QRect &part) const;
+    /// The part of the picture that is needed for a part of the scaled picture. It may reach beyond
+    /// the picture.
+    QRegion fromScaled(const QRegion &part) const;
 };
 
 /// The drawing widget's size for a picture of `picture` pixels: it fills the viewport, and is

@@ -101,6 +101,7 @@ struct Tool {
     bool isPlaced = false;    ///< a click draws, too; a drag carries the shape along
     /// The look depends on other shapes of the picture, see SceneBuilder.
     bool isDerived = false;
+    bool isOpaque = true;  ///< it covers what is below, where it is drawn, and does not mix with it
     bool hasLabel = false;          ///< it writes something, in the font of texts
     bool keepsProportions = false;  ///< when its box is resized
     /// What it draws with at first; none for a tool that shares the style of the others.

@@ -205,6 +205,7 @@ void TestDisplay::operations()
     widget.removeEventFilter(&plain);
     plain.picture = editor.getPixmap();
 
+    Canvas canvas;
     const auto point = [&] {
         const QSize size = editor.pictureSize();
         return QPoint(random.bounded(-20, size.width() + 20),
@@ -289,6 +290,26 @@ void TestDisplay::operations()
         if (shown != expected.convertToFormat(shown.format()) ||
             editor.sendPixmap(Qt::transparent).toImage() != expected)
             QFAIL(qPrintable(u"seed %1, step %2, action %3"_s.arg(seed).arg(step).arg(action)));
+        // What a step would come to is shown before it is recorded, also while it changes.
+        if (step % 4 == 0)
+            canvas.start(image, plain.history);
+        const ShapeId id = anyId();
+        for (int state = random.bounded(3); step % 4 == 0 && state >= 0; --state) {
+            const OperationPtr next =
+                random.bounded(3) ? operation(ReplaceShape{shape(id)}) : change(random.bounded(8));
+            canvas.setPreview(next);
+            plain.history.prepend(next);
+            const QImage after =
+                plain.united().toImage().convertToFormat(canvas.recorded().format());
+            plain.history.removeFirst();
+            QRegion part(random.bounded(60), random.bounded(60), random.bounded(200), 200);
+            part &= after.rect();
+            const QImage &preview = canvas.preview(part);
+            for (const QRect &rect : part)
+                QVERIFY2(preview.copy(rect) == after.copy(rect),
+                         qPrintable(u"seed %1, step %2"_s.arg(seed).arg(step)));
+            canvas.setPreview(random.bounded(2) ? next : nullptr);
+        }
     }
 }
 
