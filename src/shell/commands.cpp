@@ -200,6 +200,9 @@ constexpr auto s_commands = std::to_array<Command>({
     {.keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+K"),
      .button = "BtnColor",
      .run = [](MainWindow &window) { window.on_BtnColor_clicked(); }},
+    {.keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+Shift+K"),
+     .button = "BtnStyle",
+     .run = [](MainWindow &window) { window.offerStyles(); }},
     {.keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+Q"),
      .button = "BtnClose",
      .run = [](MainWindow &window) { window.close(); }},
@@ -359,8 +362,8 @@ void connectCommands(MainWindow &window)
             continue;
         }
         QString hint = window.skin().hint(button->objectName());
-        if (hint.isEmpty() && command.tool)
-            hint = MainWindow::tr(command.tool->name);
+        if (hint.isEmpty())
+            hint = button->accessibleName();
         if (const QKeySequence keys = keysOf(command); !hint.isEmpty() && !keys.isEmpty())
             hint += u"  "_s + keys.toString(QKeySequence::NativeText);
         button->setToolTip(hint);

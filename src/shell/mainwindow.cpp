@@ -6,7 +6,6 @@
 #include "config/applicationrecord.h"
 #include "config/licensing.h"
 #include "config/resourcefile.h"
-#include "editing/pendefaults.h"
 #include "editing/picturefile.h"
 #include "platform/services.h"
 #include "shell/aboutbox.h"
@@ -18,6 +17,7 @@
 #include "shell/grabflow.h"
 #include "shell/notices.h"
 #include "shell/settingssaver.h"
+#include "shell/stylecontrols.h"
 #include "shell/toolstrip.h"
 #include "shell/trayicon.h"
 #include "shell/unsavedpictures.h"
@@ -30,7 +30,6 @@
 #include <QAbstractEventDispatcher>
 #include <QApplication>
 #include <QCloseEvent>
-#include <QColorDialog>
 #include <QDesktopServices>
 #include <QThread>
 #include <QUrl>
@@ -60,7 +59,7 @@ MainWindow::MainWindow()
     setAttribute(Qt::WA_TranslucentBackground);
     m_Frame = std::make_unique<WindowFrame>(*this, m_Skin);
     ui->setupUi(this);
-    addToolButtons(*ui->layPictureEdit, *ui->SliderLineWidth);
+    addToolButtons(*ui->layPictureEdit, *ui->BtnUndo);
     setWindowTitle(tr("Snap Workbench"));
     setWindowIcon(m_Skin.programIcon());
     ui->LblCaption->setText(windowTitle());
@@ -94,6 +93,10 @@ MainWindow::MainWindow()
     connectCommands(*this);
     connectControls();
     m_Face = std::make_unique<WindowFace>(*ui, *this, m_Skin, m_Work->editor());
+    connect(m_Style, &StyleControls::refreshed, this, [this] {
+        m_Face->leave(*ui->BtnColor);
+        m_Face->leave(*ui->BtnStyle);
+    });
 
     connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::awake, this,
             &MainWindow::on_Idle);
@@ -125,26 +128,14 @@ void MainWindow::setUpGrabs()
     });
 }
 
-// What the controls show comes from the settings, and need not go back there: they are connected
-// later.
 void MainWindow::setUpEditor()
 {
     TPictureEditor &editor = m_Work->editor();
     editor.setcallback(PictureChanged);
     editor.setState(stateMove);
-    const PenDefaults pen = readPenDefaults();
-    editor.setPenColor(pen.color);
-    if (pen.width) {
-        editor.setLineWidth(*pen.width);
-        ui->SliderLineWidth->setValue(*pen.width - 1);
-    }
-    if (pen.font) {
-        ui->CmbFont->setCurrentFont(*pen.font);
-        const int size = ui->CmbFontSize->findText(QString::number(pen.font->pointSize()));
-        if (size >= 0)
-            ui->CmbFontSize->setCurrentIndex(size);
-    }
-    editor.set_m_Font(pen.font ? *pen.font : chosenFont(ui->CmbFont->currentFont()));
+    // What the controls show comes from the settings, and need not go back there: they are
+    // connected later.
+    m_Style = new StyleControls(*ui, editor);
 }
 
 void MainWindow::connectControls()
@@ -226,6 +217,7 @@ bool MainWindow::event(QEvent *event)
     switch (event->type()) {
     case QEvent::ApplicationFontChange:
         m_Face->followFont();
+        m_Style->refresh();
         break;
     case QEvent::ScreenChangeInternal:
         m_Frame->holdToScreen();
@@ -517,7 +509,11 @@ void MainWindow::Preference(int /*type*/)
 
 void MainWindow::Preference() { Preference(0); }
 
-void MainWindow::PreferenceChanged() { Preferences::store(*m_pPreference); }
+void MainWindow::PreferenceChanged()
+{
+    Preferences::store(*m_pPreference);
+    m_Style->remember(Preferences::remembersStyles());
+}
 
 void MainWindow::BeforeShowMenuHelp() { m_Menus->updateHelp(Licensing::status().registered); }
 
@@ -550,6 +546,7 @@ long PictureChanged(long code, long /*unused*/)
         break;
     case TPictureEditor::ToolChange:
         window->m_Face->updateTools(nullptr);
+        window->m_Style->refresh();
         break;
     case TPictureEditor::Refusal:
         if (!std::exchange(window->m_ToldOfEdge, true)) {
@@ -583,6 +580,7 @@ void MainWindow::on_BtnRedo_clicked() { m_Work->editor().Redo(); }
 void MainWindow::chooseTool(stateEnum tool)
 {
     m_Work->editor().setState(tool);
+    m_Style->refresh();
     m_Face->updateTools(findChild<QPushButton *>(QLatin1StringView(toolOf(tool).button)));
 }
 
@@ -598,25 +596,11 @@ void MainWindow::on_BtnDrawText_clicked() { chooseTool(stateText); }
 
 void MainWindow::on_BtnDrawPoly_clicked() { chooseTool(statePoly); }
 
-void MainWindow::on_SliderLineWidth_valueChanged(int value)
-{
-    m_Work->editor().setLineWidth(value + 1);
-    storeLineWidth(value + 1);
-}
-
-QFont MainWindow::chosenFont(const QFont &font) const
-{
-    QFont sized = font;
-    if (const int size = ui->CmbFontSize->currentText().toInt(); size > 0)
-        sized.setPointSize(size);
-    return sized;
-}
+void MainWindow::on_SliderLineWidth_valueChanged(int value) { m_Style->setWidth(value + 1); }
 
 void MainWindow::on_CmbFont_currentFontChanged(const QFont &font)
 {
-    const QFont chosen = chosenFont(font);
-    m_Work->editor().set_m_Font(chosen);
-    storeTextFont(chosen);
+    m_Style->setFont(m_Style->sized(font));
     if (!m_Work->editor().goOnTyping())
         ui->tabWidget->setFocus(Qt::OtherFocusReason);
 }
@@ -626,12 +610,8 @@ void MainWindow::on_CmbFontSize_currentIndexChanged(int /*index*/)
     on_CmbFont_currentFontChanged(ui->CmbFont->currentFont());
 }
 
-void MainWindow::on_BtnColor_clicked()
-{
-    const QColor color = QColorDialog::getColor(m_Work->editor().getPenColor(), this);
-    if (!color.isValid())
-        return;
-    m_Work->editor().setPenColor(color);
-    storeLineColor(color);
-    m_Face->leave(*ui->BtnColor);
-}
+void MainWindow::useColor(const QColor &color) { m_Style->setColor(color); }
+
+void MainWindow::on_BtnColor_clicked() { m_Style->offerColors(); }
+
+void MainWindow::offerStyles() { m_Style->offerStyles(); }

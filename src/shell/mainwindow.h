@@ -20,6 +20,7 @@ class Notices;
 class QAction;
 class QPushButton;
 class SettingsSaver;
+class StyleControls;
 class TrayIcon;
 class UnsavedPictures;
 class WindowFace;
@@ -189,6 +190,9 @@ public slots:
     void on_BtnUndo_clicked();
     void on_BtnRedo_clicked();
     void chooseTool(stateEnum tool);
+    /// The colour that the current tool draws with from now on.
+    void useColor(const QColor &color);
+    void offerStyles();
     void on_BtnDrawMove_clicked();
     void on_BtnDrawRect_clicked();
     void on_BtnDrawEllipse_clicked();
@@ -225,8 +229,6 @@ private:
     void setUpGrabs();
     void setUpEditor();
     void connectControls();
-    /// A font with the size that the size box shows.
-    QFont chosenFont(const QFont &font) const;
     void RefreshWindowTitle(const QString &tab);
 
     // In the order of who uses whom.
@@ -241,6 +243,7 @@ private:
     std::unique_ptr<UnsavedPictures> m_Unsaved;
     std::unique_ptr<DocumentFiles> m_Files;
     std::unique_ptr<WindowFace> m_Face;
+    StyleControls *m_Style = nullptr;  ///< owned by the strip
     Magnifier m_Magnifier;
     bool m_bCapturing = false;  ///< a grab is under way
     std::unique_ptr<FrontWindow> m_Front;
