@@ -9,6 +9,7 @@
 #include "editing/picturefile.h"
 #include "platform/services.h"
 #include "shell/aboutbox.h"
+#include "shell/canvasdialog.h"
 #include "shell/capturetools.h"
 #include "shell/commands.h"
 #include "shell/dialogpreference.h"
@@ -16,6 +17,7 @@
 #include "shell/frontwindow.h"
 #include "shell/grabflow.h"
 #include "shell/notices.h"
+#include "shell/resizedialog.h"
 #include "shell/settingssaver.h"
 #include "shell/stylecontrols.h"
 #include "shell/toolstrip.h"
@@ -384,6 +386,52 @@ void MainWindow::BeforeShowFile()
                          .anyModified = HasModified(true)});
 }
 
+void MainWindow::BeforeShowEdit()
+{
+    const TPictureEditor &editor = m_Work->editor();
+    m_Menus->updateEdit({.hasPicture = !editor.pictureSize().isEmpty(),
+                         .canUndo = editor.isTyping() || !editor.getVecUnDo().isEmpty(),
+                         .canRedo = !editor.getVecReDo().isEmpty()});
+}
+
+void MainWindow::changePicture(const OperationPtr &step)
+{
+    m_Work->editor().EndEdit();
+    m_Work->editor().record(step);
+}
+
+// While the dialog is up the bus or the tray may bring other pictures to the front, or close this
+// one.
+void MainWindow::changeAfter(SizeDialog &dialog, const std::function<OperationPtr()> &step)
+{
+    const QPictureDocument *asked = m_Work->documents().currentDocument();
+    if (!asked)
+        return;
+    const int number = asked->m_Number;
+    const QSize before = m_Work->editor().pictureSize();
+    if (dialog.exec() != QDialog::Accepted || dialog.wanted() == before)
+        return;
+    const int index = m_Work->documents().indexOf(number);
+    if (!m_Work->documents().has(index))
+        return;
+    SetCurDocumentIndex(index);
+    changePicture(step());
+}
+
+void MainWindow::resizePicture()
+{
+    m_Work->editor().EndEdit();
+    ResizeDialog dialog(m_Work->editor().pictureSize(), this);
+    changeAfter(dialog, [&] { return operation(ResizePicture{dialog.wanted()}); });
+}
+
+void MainWindow::resizeCanvas()
+{
+    m_Work->editor().EndEdit();
+    CanvasDialog dialog(m_Work->editor().pictureSize(), this);
+    changeAfter(dialog, [&] { return operation(ExtendPicture{dialog.frame(), dialog.ground()}); });
+}
+
 void MainWindow::say(const QString &text, const QList<NoticeBar::Action> &actions)
 {
     m_Notices->say(text, actions);
@@ -543,6 +591,8 @@ long PictureChanged(long code, long /*unused*/)
         break;
     case TPictureEditor::SizeChange:
         window->m_Work->fit();
+        // Shortcuts of disabled menu items are dead.
+        window->BeforeShowEdit();
         break;
     case TPictureEditor::ToolChange:
         window->m_Face->updateTools(nullptr);

@@ -9,6 +9,7 @@
 
 #include <QMainWindow>
 
+#include <functional>
 #include <memory>
 
 class CaptureTools;
@@ -20,6 +21,7 @@ class Notices;
 class QAction;
 class QPushButton;
 class SettingsSaver;
+class SizeDialog;
 class StyleControls;
 class TrayIcon;
 class UnsavedPictures;
@@ -170,6 +172,13 @@ public slots:
     bool CloseAllFiles();  ///< false when the user cancelled
     bool CopyFile();
     void BeforeShowFile();
+    void BeforeShowEdit();
+
+    /// Does one step to the current picture. A text that is being typed is committed first.
+    void changePicture(const OperationPtr &step);
+    // Both ask for the size.
+    void resizePicture();
+    void resizeCanvas();
 
     void Preference(int type);  ///< `type` has no effect
     void Preference();
@@ -230,6 +239,7 @@ private:
     void setUpEditor();
     void connectControls();
     void RefreshWindowTitle(const QString &tab);
+    void changeAfter(SizeDialog &dialog, const std::function<OperationPtr()> &step);
 
     // In the order of who uses whom.
     std::unique_ptr<Ui::MainWindow> ui;

@@ -200,6 +200,77 @@ private slots:
         QVERIFY(item(1)->isEnabled() && item(2)->isEnabled() && item(3)->isEnabled());
     }
 
+    // What is done to the picture as a whole: by keys that are dead without one, one step each, and
+    // to the picture that was asked about, whatever comes to the front meanwhile.
+    void editMenu()
+    {
+        QMenu *menu = m_window->findChild<QMenuBar *>()->actions().at(2)->menu();
+        const auto enabled = [this, menu] {
+            m_window->BeforeShowEdit();
+            int count = 0;
+            for (const QAction *action : menu->actions())
+                count += !action->isSeparator() && action->isEnabled();
+            return count;
+        };
+        activate();
+        const auto press = [this](Qt::Key key, Qt::KeyboardModifiers more = {}) {
+            QTest::keyClick(m_window.get(), key, Qt::ControlModifier | more);
+            return editor()->pictureSize();
+        };
+        QCOMPARE(enabled(), 0);
+        QVERIFY(press(Qt::Key_R).isEmpty());
+        add({400, 100});
+        QCOMPARE(enabled(), 8);
+        m_window->chooseTool(stateText);
+        clickAt(view(), view()->rect().center());
+        QTest::keyClicks(view()->findChild<QTextEdit *>(), u"mine"_s);
+        button("BtnZoomIn")->click();
+        const float zoom = editor()->getPixmapScaled();
+        QCOMPARE(press(Qt::Key_R), QSize(100, 400));
+        QCOMPARE(editor()->getVecUnDo().size(), 2);
+        QCOMPARE(editor()->getPixmapScaled(), zoom);
+        QVERIFY(view()->height() >= 400);
+        QCOMPARE(press(Qt::Key_Z), QSize(400, 100));
+        QCOMPARE(enabled(), 10);
+
+        // Half of both sides, and then room at the right and below.
+        whenUp<QDialog>([this](QDialog &dialog) {
+            m_window->NewDocument(solid({5, 5}), u"other"_s);
+            QTest::keyClicks(dialog.focusWidget(), u"99999"_s);
+            auto *ok = dialog.findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Ok);
+            QVERIFY(!ok->isEnabled());
+            auto *unit = dialog.findChild<QComboBox *>();
+            unit->setCurrentIndex(1);
+            dialog.findChild<QDoubleSpinBox *>()->setValue(50);
+            unit->setCurrentIndex(0);
+            QVERIFY(ok->isEnabled());
+            ok->click();
+        });
+        QCOMPARE(press(Qt::Key_R, Qt::ShiftModifier), QSize(200, 50));
+        QCOMPARE(tabs()->currentIndex(), 0);
+        activate();
+        whenUp<QDialog>([](QDialog &dialog) {
+            QTest::keyClicks(dialog.focusWidget(), u"300"_s);
+            dialog.findChildren<QSpinBox *>().at(1)->setValue(60);
+            dialog.activateWindow();
+            QTRY_COMPARE(QApplication::activeWindow(), &dialog);
+            auto *anchor = dialog.findChildren<QToolButton *>().at(4);
+            anchor->setFocus();
+            QTest::keyClick(anchor, Qt::Key_Left);
+            QTest::keyClick(dialog.focusWidget(), Qt::Key_Up);
+            dialog.accept();
+        });
+        QCOMPARE(press(Qt::Key_C, Qt::ShiftModifier), QSize(300, 60));
+        const QImage extended = editor()->sendPixmap({}).toImage();
+        QCOMPARE(extended.pixelColor(199, 49), QColor(Qt::blue));
+        QCOMPARE(extended.pixelColor(200, 49), QColor(Qt::white));
+        QCOMPARE(extended.pixelColor(199, 50), QColor(Qt::white));
+        button("BtnUndo")->click();
+        button("BtnUndo")->click();
+        QCOMPARE(editor()->pictureSize(), QSize(400, 100));
+        QVERIFY(m_window->HasModified(false));
+    }
+
     // A title of any length keeps both ends, and takes room from no control.
     void longTitle()
     {
