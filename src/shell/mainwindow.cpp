@@ -6,6 +6,7 @@
 #include "config/applicationrecord.h"
 #include "config/licensing.h"
 #include "config/resourcefile.h"
+#include "editing/pendefaults.h"
 #include "editing/picturefile.h"
 #include "platform/services.h"
 #include "shell/aboutbox.h"
@@ -660,7 +661,11 @@ void MainWindow::on_CmbFontSize_currentIndexChanged(int /*index*/)
     on_CmbFont_currentFontChanged(ui->CmbFont->currentFont());
 }
 
-void MainWindow::useColor(const QColor &color) { m_Style->setColor(color); }
+void MainWindow::useColor(const QColor &color)
+{
+    storeRecentColor(color);
+    m_Style->setColor(color);
+}
 
 void MainWindow::on_BtnColor_clicked() { m_Style->offerColors(); }
 

@@ -24,7 +24,6 @@ StyleControls::StyleControls(Ui::MainWindow &ui, TPictureEditor &editor)
       m_menu(new StyleMenu(ui.widPictureStyle))
 {
     connect(m_menu, &StyleMenu::chosen, this, &StyleControls::change);
-    connect(m_menu, &QMenu::aboutToHide, this, &StyleControls::refreshed);
     const PenDefaults pen = readPenDefaults();
     editor.setPenColor(pen.color);
     if (pen.width)
@@ -121,12 +120,14 @@ void StyleControls::offerColors()
 {
     ColorPopup::open(*m_ui.BtnColor, m_editor.getPenColor(),
                      [this](const QColor &color) { setColor(color); });
+    emit refreshed();
 }
 
 void StyleControls::offerStyles()
 {
     m_menu->follow(m_editor.style(), toolOf(m_editor.getState()).uses);
     m_menu->popup(placeBeside(*m_ui.BtnStyle, m_menu->sizeHint()));
+    emit refreshed();
 }
 
 QFont StyleControls::sized(const QFont &font) const

@@ -42,7 +42,8 @@ public:
     QFont sized(const QFont &font) const;
 
 signals:
-    /// The tool, or what it draws with, is another one.
+    /// The tool, or what it draws with, is another one, or the buttons are no longer pointed at
+    /// since something has opened.
     void refreshed();
 
 private:

@@ -98,6 +98,8 @@ QIcon iconOf(const Choice &choice, const QColor &color, qreal scale)
 StyleMenu::StyleMenu(QWidget *parent) : QMenu(parent)
 {
     setObjectName(QStringLiteral("StyleMenu"));
+    // A press beside it only closes it, and does not open it again from its button.
+    setAttribute(Qt::WA_NoMouseReplay);
     QActionGroup *group = nullptr;
     for (const Choice &choice : s_choices) {
         if (!choice.text) {
