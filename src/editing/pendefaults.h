@@ -2,8 +2,12 @@
 
 #include <QColor>
 #include <QFont>
+#include <QList>
 
 #include <optional>
+
+class ToolStyles;
+struct Tool;
 
 /// What the editor draws with at a start, as the settings tell.
 struct PenDefaults {
@@ -20,3 +24,12 @@ void storeTextFont(const QFont &font);
 /// The brightness is what is kept, and it is read back as a colour. A reader would expect the
 /// colour itself; that a restart does not bring it back is kept on purpose.
 void storeLineColor(const QColor &color);
+
+/// The colours that were chosen last, eight at the most and each of them once, the newest first.
+QList<QColor> readRecentColors();
+/// Puts a colour in front of them.
+void storeRecentColor(const QColor &color);
+
+/// Gives each tool the style that is stored for it. What is missing or out of range stays as it is.
+void readToolStyles(ToolStyles &styles);
+void storeToolStyle(const Tool &tool, const ToolStyles &styles);

@@ -68,6 +68,71 @@ constexpr auto s_commands = std::to_array<Command>({
      .caption = QT_TRANSLATE_NOOP("MainWindow", "Save All"),
      .run = [](MainWindow &window) { window.SaveAllFiles(); }},
 
+    {.menu = Menu::Edit,
+     .caption = QT_TRANSLATE_NOOP("MainWindow", "&Undo"),
+     .name = "undo",
+     .keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+Z"),
+     .isAlwaysHeard = true,
+     .button = "BtnUndo",
+     .item = Command::UndoItem,
+     .run = [](MainWindow &window) { window.on_BtnUndo_clicked(); }},
+    {.menu = Menu::Edit,
+     .caption = QT_TRANSLATE_NOOP("MainWindow", "&Redo"),
+     .name = "redo",
+     .keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+Shift+Z"),
+     .isAlwaysHeard = true,
+     .button = "BtnRedo",
+     .item = Command::RedoItem,
+     .run = [](MainWindow &window) { window.on_BtnRedo_clicked(); }},
+    {.menu = Menu::Edit, .caption = ""},
+    {.menu = Menu::Edit,
+     .caption = QT_TRANSLATE_NOOP("MainWindow", "&Copy"),
+     .name = "Copy %1",
+     .keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+C"),
+     .isAlwaysHeard = true,
+     .button = "BtnCopy",
+     .item = Command::PictureItem,
+     .run = [](MainWindow &window) { window.CopyFile(); }},
+    {.menu = Menu::Edit, .caption = ""},
+    {.menu = Menu::Edit,
+     .caption = QT_TRANSLATE_NOOP("MainWindow", "Re&size..."),
+     .keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+Shift+R"),
+     .item = Command::PictureItem,
+     .run = [](MainWindow &window) { window.resizePicture(); }},
+    {.menu = Menu::Edit,
+     .caption = QT_TRANSLATE_NOOP("MainWindow", "C&anvas Size..."),
+     .keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+Shift+C"),
+     .item = Command::PictureItem,
+     .run = [](MainWindow &window) { window.resizeCanvas(); }},
+    {.menu = Menu::Edit, .caption = ""},
+    {.menu = Menu::Edit,
+     .caption = QT_TRANSLATE_NOOP("MainWindow", "Rotate R&ight"),
+     .keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+R"),
+     .item = Command::PictureItem,
+     .run = [](MainWindow &window) { window.changePicture(operation(TurnPicture{1})); }},
+    {.menu = Menu::Edit,
+     .caption = QT_TRANSLATE_NOOP("MainWindow", "Rotate &Left"),
+     .keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+L"),
+     .item = Command::PictureItem,
+     .run = [](MainWindow &window) { window.changePicture(operation(TurnPicture{3})); }},
+    {.menu = Menu::Edit,
+     .caption = QT_TRANSLATE_NOOP("MainWindow", "Rotate by 180 &Degrees"),
+     .keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+Shift+L"),
+     .item = Command::PictureItem,
+     .run = [](MainWindow &window) { window.changePicture(operation(TurnPicture{2})); }},
+    {.menu = Menu::Edit,
+     .caption = QT_TRANSLATE_NOOP("MainWindow", "Flip &Horizontally"),
+     .keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+Shift+H"),
+     .item = Command::PictureItem,
+     .run = [](MainWindow
+                   &window) { window.changePicture(operation(MirrorPicture{Qt::Horizontal})); }},
+    {.menu = Menu::Edit,
+     .caption = QT_TRANSLATE_NOOP("MainWindow", "Flip &Vertically"),
+     .keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+Shift+V"),
+     .item = Command::PictureItem,
+     .run =
+         [](MainWindow &window) { window.changePicture(operation(MirrorPicture{Qt::Vertical})); }},
+
     {.menu = Menu::Capture,
      .caption = QT_TRANSLATE_NOOP("MainWindow", "Rectangular"),
      .trayCaption = QT_TRANSLATE_NOOP("MainWindow", "Capture Rectangular"),
@@ -176,18 +241,6 @@ constexpr auto s_commands = std::to_array<Command>({
      .button = "BtnRegister",
      .run = [](MainWindow &window) { window.Register(); }},
 
-    {.name = "undo",
-     .keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+Z"),
-     .button = "BtnUndo",
-     .run = [](MainWindow &window) { window.on_BtnUndo_clicked(); }},
-    {.name = "redo",
-     .keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+Shift+Z"),
-     .button = "BtnRedo",
-     .run = [](MainWindow &window) { window.on_BtnRedo_clicked(); }},
-    {.name = "Copy %1",
-     .keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+C"),
-     .button = "BtnCopy",
-     .run = [](MainWindow &window) { window.CopyFile(); }},
     {.keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+="),
      .button = "BtnZoomIn",
      .run = [](MainWindow &window) { window.on_BtnZoomIn_clicked(); }},
@@ -200,6 +253,9 @@ constexpr auto s_commands = std::to_array<Command>({
     {.keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+K"),
      .button = "BtnColor",
      .run = [](MainWindow &window) { window.on_BtnColor_clicked(); }},
+    {.keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+Shift+K"),
+     .button = "BtnStyle",
+     .run = [](MainWindow &window) { window.offerStyles(); }},
     {.keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+Q"),
      .button = "BtnClose",
      .run = [](MainWindow &window) { window.close(); }},
@@ -283,10 +339,10 @@ void runCommand(const Command &command, MainWindow &window)
 const Command *commandNamed(const QString &name)
 {
     return commandWhere([&](const Command &command) {
-        const char *own = isText(command.caption)       ? command.caption
-                          : isText(command.trayCaption) ? command.trayCaption
-                                                        : command.name;
-        return own && name == QLatin1StringView(own);
+        const char *own = command.name              ? command.name
+                          : isText(command.caption) ? command.caption
+                                                    : command.trayCaption;
+        return isText(own) && name == QLatin1StringView(own);
     });
 }
 
@@ -359,8 +415,8 @@ void connectCommands(MainWindow &window)
             continue;
         }
         QString hint = window.skin().hint(button->objectName());
-        if (hint.isEmpty() && command.tool)
-            hint = MainWindow::tr(command.tool->name);
+        if (hint.isEmpty())
+            hint = button->accessibleName();
         if (const QKeySequence keys = keysOf(command); !hint.isEmpty() && !keys.isEmpty())
             hint += u"  "_s + keys.toString(QKeySequence::NativeText);
         button->setToolTip(hint);

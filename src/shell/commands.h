@@ -15,15 +15,24 @@ struct Tool;
 /// key, bus action and button lead to it, and what it does. Texts are English; tr() of MainWindow
 /// has them in the user's language.
 struct Command {
-    enum class Menu { None, System, File, Capture, Help };
+    enum class Menu { None, System, File, Edit, Capture, Help };
     /// An item whose text or state depends on the documents, or on the grab: its QAction::data().
-    enum Item { Plain = 0, CloseItem = 1, SaveItem = 2, SaveAsItem = 3, CancelItem = 4 };
+    enum Item {
+        Plain = 0,
+        CloseItem = 1,
+        SaveItem = 2,
+        SaveAsItem = 3,
+        CancelItem = 4,
+        UndoItem = 5,
+        RedoItem = 6,
+        PictureItem = 7  ///< it needs a picture
+    };
 
     Menu menu = Menu::None;
     const char *caption = nullptr;      ///< in that menu; null: no item there; empty: a separator
     const char *trayCaption = nullptr;  ///< the same in the tray's menu
-    const char *name = nullptr;  ///< for the keys of one that no menu has; else its first caption
-    const char *keys = nullptr;  ///< while the window has the keyboard; null: none
+    const char *name = nullptr;         ///< for those who ask for its keys; null: its first caption
+    const char *keys = nullptr;         ///< while the window has the keyboard; null: none
     /// Whether the window itself hears the keys. Else the menu's item does, as long as it is
     /// enabled.
     bool isAlwaysHeard = false;

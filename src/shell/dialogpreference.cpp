@@ -72,6 +72,8 @@ void DialogPreference::SetShowMag(bool on)
 
 void DialogPreference::SetMagnification(int multiple) { choose(*ui->cmbMagnification, multiple); }
 
+void DialogPreference::SetRememberStyles(bool on) { ui->ChkRememberStyles->setChecked(on); }
+
 bool DialogPreference::GetAutoRun() const { return ui->ChkAutoRun->isChecked(); }
 
 bool DialogPreference::GetRunMin() const { return ui->ChkRunMin->isChecked(); }
@@ -89,6 +91,8 @@ int DialogPreference::GetMagnification() const
     return ui->cmbMagnification->currentData().toInt();
 }
 
+bool DialogPreference::GetRememberStyles() const { return ui->ChkRememberStyles->isChecked(); }
+
 void DialogPreference::on_ChkAutoRun_stateChanged(int /*state*/) { emit Changed(); }
 
 void DialogPreference::on_ChkRunMin_stateChanged(int /*state*/) { emit Changed(); }
@@ -98,6 +102,8 @@ void DialogPreference::on_ChkHide_stateChanged(int /*state*/) { emit Changed(); 
 void DialogPreference::on_ChkShow_stateChanged(int /*state*/) { emit Changed(); }
 
 void DialogPreference::on_ChkShowMag_stateChanged(int /*state*/) { followShowMag(); }
+
+void DialogPreference::on_ChkRememberStyles_stateChanged(int /*state*/) { emit Changed(); }
 
 // The label beside it stays as it is.
 void DialogPreference::followShowMag()

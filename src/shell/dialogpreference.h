@@ -8,7 +8,7 @@ namespace Ui {
 class DialogPreference;
 }  // namespace Ui
 
-/// Pages of settings. The first has seven, each written through as it is changed: there is no OK,
+/// Pages of settings. The first has eight, each written through as it is changed: there is no OK,
 /// and nothing to undo. The dialog knows none of them itself; its owner loads the values and stores
 /// them on Changed(). Other pages look after themselves.
 class DialogPreference : public QDialog
@@ -26,6 +26,7 @@ public:
     void SetScreenTimer(int seconds);  ///< any number, with an entry or not
     void SetShowMag(bool on);
     void SetMagnification(int multiple);  ///< one without an entry leaves the choice as it is
+    void SetRememberStyles(bool on);
 
     bool GetAutoRun() const;
     bool GetRunMin() const;
@@ -35,9 +36,10 @@ public:
     int GetScreenTimer() const;
     bool GetShowMag() const;
     int GetMagnification() const;
+    bool GetRememberStyles() const;
 
 signals:
-    /// Any of the seven may be another one now.
+    /// Any of the eight may be another one now.
     void Changed();
 
 private slots:
@@ -46,6 +48,7 @@ private slots:
     void on_ChkHide_stateChanged(int state);
     void on_ChkShow_stateChanged(int state);
     void on_ChkShowMag_stateChanged(int state);
+    void on_ChkRememberStyles_stateChanged(int state);
     void on_cmbTimer_editTextChanged(const QString &text);
     void on_cmbMagnification_currentIndexChanged(int index);
 

@@ -7,7 +7,11 @@
 #include <QPainterPath>
 #include <QStyleOption>
 
+#include <algorithm>
+
 namespace {
+
+constexpr int s_titleRoom = 6;  // logical pixels
 
 // The two chevrons of a bar that does not show all that it holds.
 class MoreIcon : public QIconEngine
@@ -47,5 +51,9 @@ QSize LeanStyle::sizeFromContents(ContentsType type, const QStyleOption *option,
     const auto *item = qstyleoption_cast<const QStyleOptionMenuItem *>(option);
     if (type == CT_MenuItem && item && item->text.contains(u'\t'))
         result.rwidth() += item->fontMetrics.height();
+    const bool isTitle =
+        item && item->menuItemType == QStyleOptionMenuItem::Separator && !item->text.isEmpty();
+    if (type == CT_MenuItem && isTitle)
+        result.rheight() = std::max(result.height(), item->fontMetrics.height() + s_titleRoom);
     return result;
 }

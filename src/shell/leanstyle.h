@@ -4,7 +4,8 @@
 
 /// The desktop's style, without the one picture that every menu bar loads when it is made. Loading
 /// it has the toolkit open all its picture plug-ins, which takes longer than all of the menus. And
-/// with room between a menu's widest text and its keys, which would touch in a large font.
+/// with room in menus: between the widest text and its keys, which would touch in a large font, and
+/// around the titles of sections.
 class LeanStyle : public QProxyStyle
 {
     Q_OBJECT

@@ -10,6 +10,7 @@
 #include "editing/picturefile.h"
 #include "platform/services.h"
 #include "shell/aboutbox.h"
+#include "shell/canvasdialog.h"
 #include "shell/capturetools.h"
 #include "shell/commands.h"
 #include "shell/dialogpreference.h"
@@ -17,7 +18,9 @@
 #include "shell/frontwindow.h"
 #include "shell/grabflow.h"
 #include "shell/notices.h"
+#include "shell/resizedialog.h"
 #include "shell/settingssaver.h"
+#include "shell/stylecontrols.h"
 #include "shell/toolstrip.h"
 #include "shell/trayicon.h"
 #include "shell/unsavedpictures.h"
@@ -30,7 +33,6 @@
 #include <QAbstractEventDispatcher>
 #include <QApplication>
 #include <QCloseEvent>
-#include <QColorDialog>
 #include <QDesktopServices>
 #include <QThread>
 #include <QUrl>
@@ -60,7 +62,7 @@ MainWindow::MainWindow()
     setAttribute(Qt::WA_TranslucentBackground);
     m_Frame = std::make_unique<WindowFrame>(*this, m_Skin);
     ui->setupUi(this);
-    addToolButtons(*ui->layPictureEdit, *ui->SliderLineWidth);
+    addToolButtons(*ui->layPictureEdit, *ui->BtnUndo);
     setWindowTitle(tr("Snap Workbench"));
     setWindowIcon(m_Skin.programIcon());
     ui->LblCaption->setText(windowTitle());
@@ -94,6 +96,10 @@ MainWindow::MainWindow()
     connectCommands(*this);
     connectControls();
     m_Face = std::make_unique<WindowFace>(*ui, *this, m_Skin, m_Work->editor());
+    connect(m_Style, &StyleControls::refreshed, this, [this] {
+        m_Face->leave(*ui->BtnColor);
+        m_Face->leave(*ui->BtnStyle);
+    });
 
     connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::awake, this,
             &MainWindow::on_Idle);
@@ -125,26 +131,14 @@ void MainWindow::setUpGrabs()
     });
 }
 
-// What the controls show comes from the settings, and need not go back there: they are connected
-// later.
 void MainWindow::setUpEditor()
 {
     TPictureEditor &editor = m_Work->editor();
     editor.setcallback(PictureChanged);
     editor.setState(stateMove);
-    const PenDefaults pen = readPenDefaults();
-    editor.setPenColor(pen.color);
-    if (pen.width) {
-        editor.setLineWidth(*pen.width);
-        ui->SliderLineWidth->setValue(*pen.width - 1);
-    }
-    if (pen.font) {
-        ui->CmbFont->setCurrentFont(*pen.font);
-        const int size = ui->CmbFontSize->findText(QString::number(pen.font->pointSize()));
-        if (size >= 0)
-            ui->CmbFontSize->setCurrentIndex(size);
-    }
-    editor.set_m_Font(pen.font ? *pen.font : chosenFont(ui->CmbFont->currentFont()));
+    // What the controls show comes from the settings, and need not go back there: they are
+    // connected later.
+    m_Style = new StyleControls(*ui, editor);
 }
 
 void MainWindow::connectControls()
@@ -226,6 +220,7 @@ bool MainWindow::event(QEvent *event)
     switch (event->type()) {
     case QEvent::ApplicationFontChange:
         m_Face->followFont();
+        m_Style->refresh();
         break;
     case QEvent::ScreenChangeInternal:
         m_Frame->holdToScreen();
@@ -392,6 +387,52 @@ void MainWindow::BeforeShowFile()
                          .anyModified = HasModified(true)});
 }
 
+void MainWindow::BeforeShowEdit()
+{
+    const TPictureEditor &editor = m_Work->editor();
+    m_Menus->updateEdit({.hasPicture = !editor.pictureSize().isEmpty(),
+                         .canUndo = editor.isTyping() || !editor.getVecUnDo().isEmpty(),
+                         .canRedo = !editor.getVecReDo().isEmpty()});
+}
+
+void MainWindow::changePicture(const OperationPtr &step)
+{
+    m_Work->editor().EndEdit();
+    m_Work->editor().record(step);
+}
+
+// While the dialog is up the bus or the tray may bring other pictures to the front, or close this
+// one.
+void MainWindow::changeAfter(SizeDialog &dialog, const std::function<OperationPtr()> &step)
+{
+    const QPictureDocument *asked = m_Work->documents().currentDocument();
+    if (!asked)
+        return;
+    const int number = asked->m_Number;
+    const QSize before = m_Work->editor().pictureSize();
+    if (dialog.exec() != QDialog::Accepted || dialog.wanted() == before)
+        return;
+    const int index = m_Work->documents().indexOf(number);
+    if (!m_Work->documents().has(index))
+        return;
+    SetCurDocumentIndex(index);
+    changePicture(step());
+}
+
+void MainWindow::resizePicture()
+{
+    m_Work->editor().EndEdit();
+    ResizeDialog dialog(m_Work->editor().pictureSize(), this);
+    changeAfter(dialog, [&] { return operation(ResizePicture{dialog.wanted()}); });
+}
+
+void MainWindow::resizeCanvas()
+{
+    m_Work->editor().EndEdit();
+    CanvasDialog dialog(m_Work->editor().pictureSize(), this);
+    changeAfter(dialog, [&] { return operation(ExtendPicture{dialog.frame(), dialog.ground()}); });
+}
+
 void MainWindow::say(const QString &text, const QList<NoticeBar::Action> &actions)
 {
     m_Notices->say(text, actions);
@@ -517,7 +558,11 @@ void MainWindow::Preference(int /*type*/)
 
 void MainWindow::Preference() { Preference(0); }
 
-void MainWindow::PreferenceChanged() { Preferences::store(*m_pPreference); }
+void MainWindow::PreferenceChanged()
+{
+    Preferences::store(*m_pPreference);
+    m_Style->remember(Preferences::remembersStyles());
+}
 
 void MainWindow::BeforeShowMenuHelp() { m_Menus->updateHelp(Licensing::status().registered); }
 
@@ -547,9 +592,12 @@ long PictureChanged(long code, long /*unused*/)
         break;
     case TPictureEditor::SizeChange:
         window->m_Work->fit();
+        // Shortcuts of disabled menu items are dead.
+        window->BeforeShowEdit();
         break;
     case TPictureEditor::ToolChange:
         window->m_Face->updateTools(nullptr);
+        window->m_Style->refresh();
         break;
     case TPictureEditor::Refusal:
         if (!std::exchange(window->m_ToldOfEdge, true)) {
@@ -583,6 +631,7 @@ void MainWindow::on_BtnRedo_clicked() { m_Work->editor().Redo(); }
 void MainWindow::chooseTool(stateEnum tool)
 {
     m_Work->editor().setState(tool);
+    m_Style->refresh();
     m_Face->updateTools(findChild<QPushButton *>(QLatin1StringView(toolOf(tool).button)));
 }
 
@@ -598,25 +647,11 @@ void MainWindow::on_BtnDrawText_clicked() { chooseTool(stateText); }
 
 void MainWindow::on_BtnDrawPoly_clicked() { chooseTool(statePoly); }
 
-void MainWindow::on_SliderLineWidth_valueChanged(int value)
-{
-    m_Work->editor().setLineWidth(value + 1);
-    storeLineWidth(value + 1);
-}
-
-QFont MainWindow::chosenFont(const QFont &font) const
-{
-    QFont sized = font;
-    if (const int size = ui->CmbFontSize->currentText().toInt(); size > 0)
-        sized.setPointSize(size);
-    return sized;
-}
+void MainWindow::on_SliderLineWidth_valueChanged(int value) { m_Style->setWidth(value + 1); }
 
 void MainWindow::on_CmbFont_currentFontChanged(const QFont &font)
 {
-    const QFont chosen = chosenFont(font);
-    m_Work->editor().set_m_Font(chosen);
-    storeTextFont(chosen);
+    m_Style->setFont(m_Style->sized(font));
     if (!m_Work->editor().goOnTyping())
         ui->tabWidget->setFocus(Qt::OtherFocusReason);
 }
@@ -626,12 +661,12 @@ void MainWindow::on_CmbFontSize_currentIndexChanged(int /*index*/)
     on_CmbFont_currentFontChanged(ui->CmbFont->currentFont());
 }
 
-void MainWindow::on_BtnColor_clicked()
+void MainWindow::useColor(const QColor &color)
 {
-    const QColor color = QColorDialog::getColor(m_Work->editor().getPenColor(), this);
-    if (!color.isValid())
-        return;
-    m_Work->editor().setPenColor(color);
-    storeLineColor(color);
-    m_Face->leave(*ui->BtnColor);
+    storeRecentColor(color);
+    m_Style->setColor(color);
 }
+
+void MainWindow::on_BtnColor_clicked() { m_Style->offerColors(); }
+
+void MainWindow::offerStyles() { m_Style->offerStyles(); }

@@ -9,6 +9,7 @@
 
 #include <QMainWindow>
 
+#include <functional>
 #include <memory>
 
 class CaptureTools;
@@ -20,6 +21,8 @@ class Notices;
 class QAction;
 class QPushButton;
 class SettingsSaver;
+class SizeDialog;
+class StyleControls;
 class TrayIcon;
 class UnsavedPictures;
 class WindowFace;
@@ -169,6 +172,13 @@ public slots:
     bool CloseAllFiles();  ///< false when the user cancelled
     bool CopyFile();
     void BeforeShowFile();
+    void BeforeShowEdit();
+
+    /// Does one step to the current picture. A text that is being typed is committed first.
+    void changePicture(const OperationPtr &step);
+    // Both ask for the size.
+    void resizePicture();
+    void resizeCanvas();
 
     void Preference(int type);  ///< `type` has no effect
     void Preference();
@@ -189,6 +199,9 @@ public slots:
     void on_BtnUndo_clicked();
     void on_BtnRedo_clicked();
     void chooseTool(stateEnum tool);
+    /// The colour that the current tool draws with from now on.
+    void useColor(const QColor &color);
+    void offerStyles();
     void on_BtnDrawMove_clicked();
     void on_BtnDrawRect_clicked();
     void on_BtnDrawEllipse_clicked();
@@ -225,9 +238,8 @@ private:
     void setUpGrabs();
     void setUpEditor();
     void connectControls();
-    /// A font with the size that the size box shows.
-    QFont chosenFont(const QFont &font) const;
     void RefreshWindowTitle(const QString &tab);
+    void changeAfter(SizeDialog &dialog, const std::function<OperationPtr()> &step);
 
     // In the order of who uses whom.
     std::unique_ptr<Ui::MainWindow> ui;
@@ -241,6 +253,7 @@ private:
     std::unique_ptr<UnsavedPictures> m_Unsaved;
     std::unique_ptr<DocumentFiles> m_Files;
     std::unique_ptr<WindowFace> m_Face;
+    StyleControls *m_Style = nullptr;  ///< owned by the strip
     Magnifier m_Magnifier;
     bool m_bCapturing = false;  ///< a grab is under way
     std::unique_ptr<FrontWindow> m_Front;

@@ -65,6 +65,10 @@ void setMagnification(int multiple)
     SetConfigString(u"Magnification"_s, QString::number(multiple));
 }
 
+bool remembersStyles() { return flag(u"RememberStyles"_s); }
+
+void setRemembersStyles(bool on) { setFlag(u"RememberStyles"_s, on); }
+
 void load(DialogPreference &dialog)
 {
     dialog.SetAutoRun(autoRun());
@@ -74,6 +78,7 @@ void load(DialogPreference &dialog)
     dialog.SetScreenTimer(countdown());
     dialog.SetShowMag(showsMagnifier());
     dialog.SetMagnification(magnification());
+    dialog.SetRememberStyles(remembersStyles());
 }
 
 void store(const DialogPreference &dialog)
@@ -85,6 +90,7 @@ void store(const DialogPreference &dialog)
     setCountdown(dialog.GetScreenTimer());
     setShowsMagnifier(dialog.GetShowMag());
     setMagnification(dialog.GetMagnification());
+    setRemembersStyles(dialog.GetRememberStyles());
 }
 
 }  // namespace Preferences

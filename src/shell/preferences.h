@@ -20,6 +20,8 @@ bool showsMagnifier();
 void setShowsMagnifier(bool on);
 int magnification();  ///< above 0
 void setMagnification(int multiple);
+bool remembersStyles();  ///< of each tool, over a restart
+void setRemembersStyles(bool on);
 
 /// The dialog shows them all.
 void load(DialogPreference &dialog);

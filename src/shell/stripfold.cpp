@@ -110,6 +110,11 @@ StripFold::StripFold(QWidget *strip, QList<Unit> units, const Look &look,
     m_menu->setPalette(palette);
     m_button->hide();
     layout().addWidget(m_button, 0, Qt::AlignVCenter);
+    QWidget *before = m_button->previousInFocusChain();
+    while (before != m_button &&
+           !(strip->isAncestorOf(before) && (before->focusPolicy() & Qt::TabFocus)))
+        before = before->previousInFocusChain();
+    QWidget::setTabOrder(before, m_button);
     // A hidden button's keys are nobody's.
     new QShortcut(look.keys, m_button, [this] { m_button->showMenu(); });
     connect(m_menu, &QMenu::aboutToShow, this, &StripFold::fillMenu);

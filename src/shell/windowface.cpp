@@ -34,6 +34,7 @@ WindowFace::WindowFace(Ui::MainWindow &ui, QWidget &window, Skin &skin,
         m_skin.setGlyph(section, glyph);
         m_skin.setGlyph(section + s_chosen, glyph + s_chosen);
     }
+    m_skin.setGlyph(m_ui.BtnStyle->objectName(), u"style"_s);
     for (auto *button : window.findChildren<SkinButton *>())
         leave(*button);
 }
@@ -62,32 +63,38 @@ void WindowFace::setUpLabels()
     label(m_ui.lblComm, u"BtnCommBackground"_s, SkinNormal);
     label(m_ui.lblLineMin, u"BtnLineWidth"_s, SkinNormal);
     label(m_ui.lblLineMax, u"BtnLineWidth"_s, SkinDown);
-    for (QLabel *separator : {m_ui.lblSep1, m_ui.lblSep2, m_ui.lblSep3})
+    for (QLabel *separator : {m_ui.lblSep1, m_ui.lblSep2, m_ui.lblSep3, m_ui.lblSep4})
         label(separator, u"BtnSep"_s, SkinNormal);
     m_ui.tabWidget->setStyleSheet(m_ui.tabWidget->styleSheet() + m_skin.tabCloseRules());
     m_ui.widSysTool->hide();
     // The buttons stay as large as they are, and the boxes beside them grow with their font.
-    for (int i = 0; i < m_ui.layPictureEdit->count(); ++i)
-        m_ui.layPictureEdit->itemAt(i)->setAlignment(Qt::AlignVCenter);
+    for (const QLayout *row : {m_ui.layPictureEdit, m_ui.layPictureStyle}) {
+        for (int i = 0; i < row->count(); ++i)
+            row->itemAt(i)->setAlignment(Qt::AlignVCenter);
+    }
 }
 
 // What is needed least, or has its keys, leaves first.
 void WindowFace::setUpStrips()
 {
     const auto isTool = [this](const QAbstractButton &button) { return isChosenTool(button); };
-    QList<StripFold::Unit> units{{m_ui.CmbFont, m_ui.CmbFontSize},
-                                 {m_ui.lblSep3, m_ui.BtnZoomIn, m_ui.BtnZoomOut, m_ui.BtnRealSize},
-                                 {m_ui.lblLineMin, m_ui.SliderLineWidth, m_ui.lblLineMax},
-                                 {m_ui.BtnColor},
+    QList<StripFold::Unit> units{{m_ui.lblSep3, m_ui.BtnZoomIn, m_ui.BtnZoomOut, m_ui.BtnRealSize},
                                  {m_ui.lblSep2, m_ui.BtnUndo, m_ui.BtnRedo},
-                                 {m_ui.BtnCopy, m_ui.BtnSave},
-                                 {m_ui.lblSep1, toolButton(*allTools().back())}};
-    for (size_t i = allTools().size() - 1; i-- > s_lastingTools;)
+                                 {m_ui.BtnCopy, m_ui.BtnSave}};
+    for (size_t i = allTools().size(); i-- > s_lastingTools;)
         units.append({toolButton(*allTools()[i])});
     new StripFold(m_ui.widPictureEdit, units,
                   {u"FoldPictureEdit"_s, tr("More tools"), tr("Ctrl+Shift+E"),
                    Palette::glyphOnBright, Qt::white},
                   isTool);
+    new StripFold(
+        m_ui.widPictureStyle,
+        {{m_ui.lblSep4, m_ui.CmbFont, m_ui.CmbFontSize},
+         {m_ui.BtnStyle},
+         {m_ui.lblLineMin, m_ui.SliderLineWidth, m_ui.lblLineMax, m_ui.lblLineWidth, m_ui.lblSep1}},
+        {u"FoldPictureStyle"_s, tr("More styles"), tr("Ctrl+Shift+T"), Palette::glyphOnBright,
+         Qt::white},
+        isTool);
     new StripFold(m_ui.widTool,
                   {{m_ui.lblComm},
                    {m_ui.BtnMenuCapture},
@@ -107,7 +114,8 @@ void WindowFace::followFont()
 {
     for (QWidget *widget :
          {m_ui.layMenuBar->itemAt(0)->widget(), static_cast<QWidget *>(m_ui.tabWidget),
-          static_cast<QWidget *>(m_ui.CmbFont), static_cast<QWidget *>(m_ui.CmbFontSize)})
+          static_cast<QWidget *>(m_ui.CmbFont), static_cast<QWidget *>(m_ui.CmbFontSize),
+          static_cast<QWidget *>(m_ui.lblLineWidth)})
         widget->setFont(QApplication::font());
 }
 

@@ -28,12 +28,15 @@ WindowMenus::WindowMenus(MainWindow &window, QBoxLayout &place)
     };
     add(MainWindow::tr("&sys"), Command::Menu::System);
     m_file = add(MainWindow::tr("&File"), Command::Menu::File);
+    m_edit = add(MainWindow::tr("&Edit"), Command::Menu::Edit);
     QMenu *capture = add(MainWindow::tr("&Capture"), Command::Menu::Capture);
     m_help = add(MainWindow::tr("Help"), Command::Menu::Help);
     m_tray = new QMenu(&window);
     fillTrayMenu(*m_tray);
     updateCancel(false);
+    updateEdit({});
     QObject::connect(m_file, &QMenu::aboutToShow, &window, &MainWindow::BeforeShowFile);
+    QObject::connect(m_edit, &QMenu::aboutToShow, &window, &MainWindow::BeforeShowEdit);
     QObject::connect(m_help, &QMenu::aboutToShow, &window, &MainWindow::BeforeShowMenuHelp);
     QObject::connect(capture, &QMenu::triggered, &window, &MainWindow::Capture);
     QObject::connect(m_tray, &QMenu::triggered, &window, &MainWindow::Capture);
@@ -68,6 +71,16 @@ void WindowMenus::updateFile(FileState state)
             else if (captionOf(*action) == MainWindow::tr("Save All"))
                 action->setEnabled(state.anyModified);
         }
+    }
+}
+
+void WindowMenus::updateEdit(EditState state)
+{
+    for (QAction *action : m_edit->actions()) {
+        const int item = action->data().toInt();
+        action->setEnabled(item == Command::UndoItem   ? state.canUndo
+                           : item == Command::RedoItem ? state.canRedo
+                                                       : state.hasPicture);
     }
 }
 

@@ -23,12 +23,19 @@ public:
     };
     /// Texts and states of the File menu's items.
     void updateFile(FileState state);
+    struct EditState {
+        bool hasPicture = false;
+        bool canUndo = false;
+        bool canRedo = false;
+    };
+    void updateEdit(EditState state);
     /// Whether the tray's menu offers to give up a grab.
     void updateCancel(bool canCancel);
     void updateHelp(bool isRegistered);
 
 private:
     QMenu *m_file;
+    QMenu *m_edit;
     QMenu *m_help;
     QMenu *m_tray;
 };

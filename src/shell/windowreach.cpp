@@ -1,5 +1,8 @@
 #include "shell/windowreach.h"
 
+#include <QScreen>
+#include <QWidget>
+
 #include <algorithm>
 
 namespace {
@@ -28,4 +31,16 @@ QRect movedInto(const QRect &window, const QRect &area)
     moved.moveTo(std::max(area.left(), std::min(window.left(), area.right() + 1 - window.width())),
                  std::max(area.top(), std::min(window.top(), area.bottom() + 1 - window.height())));
     return moved;
+}
+
+QPoint placeBeside(const QWidget &widget, QSize size)
+{
+    const QWidget *place = &widget;
+    while (!place->isVisible() && place->parentWidget())
+        place = place->parentWidget();
+    const QRect screen = place->screen()->availableGeometry();
+    QPoint corner = place->mapToGlobal(QPoint(0, -size.height()));
+    if (corner.y() < screen.top())
+        corner = place->mapToGlobal(QPoint(0, place->height()));
+    return movedInto({corner, size}, screen).topLeft();
 }

@@ -188,6 +188,6 @@ bool DesktopTest::findPicture(QRgb ground)
 
 void DesktopTest::pressButton(int x, qreal scale)
 {
-    constexpr int height = 25;  // of their middle above the window's bottom
+    constexpr int height = 54;  // of their middle above the window's bottom
     m_desktop->click(m_window.bottomLeft() + (QPointF(x, -height) * scale).toPoint());
 }

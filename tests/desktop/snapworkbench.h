@@ -76,7 +76,7 @@ protected:
     bool isClear() { return unmanaged().isEmpty(); }
     /// Finds the picture of an empty desktop in the active main window: m_window and m_origin.
     bool findPicture(QRgb ground);
-    /// Presses a button of the strip at the window's foot: from its left edge, in logical pixels.
+    /// Presses a tool's button at the window's foot: from its left edge, in logical pixels.
     void pressButton(int x, qreal scale = 1);
     static constexpr int s_rectangle = 59;
     static constexpr int s_text = 179;

@@ -54,7 +54,7 @@ private slots:
         m_desktop->type(u"/sys/a.png"_s);
         QVERIFY(dismiss(XK_Return) && m_desktop->waitForFocus(m_program->mainWindow()));
         const QRect window = m_program->mainWindow().area;
-        const QPoint bar(window.center().x(), window.bottom() - 80);
+        const QPoint bar(window.center().x(), window.bottom() - 108);
         QVERIFY(waitFor([&] { return m_desktop->pixel(bar) == qRgb(35, 40, 45); }));
         QVERIFY(openDialog(XK_a, {XK_Alt_L}));
         // The ending that the filter adds does not get round the question about a file that is

@@ -49,13 +49,15 @@ private slots:
     // "Show" brings the dialog to the front; "Quit" cancels it, asks about the picture, and quits.
     void trayWithADialog()
     {
-        const auto check = [this](const char *row, xcb_keysym_t letter, const QString &theme) {
+        using Keys = QList<std::pair<xcb_keysym_t, xcb_keysym_t>>;  // with their modifiers
+        const auto check = [this](const char *row, const Keys &keys, const QString &theme) {
             QVERIFY(begin({.row = row, .variables = {{u"QT_QPA_PLATFORMTHEME"_s, theme}}}));
             QVERIFY(startTray());
             QVERIFY(m_desktop->waitForFocus(m_program->mainWindow()) && grab());
             QVERIFY(m_desktop->waitForFocus(m_program->mainWindow()));
             const xcb_window_t before = m_desktop->activeWindow();
-            m_desktop->key(letter, {XK_Control_L});
+            for (const auto &[letter, modifier] : keys)
+                m_desktop->key(letter, {modifier});
             xcb_window_t dialog = XCB_NONE;
             QVERIFY(waitFor([&] {
                 dialog = m_desktop->activeWindow();
@@ -77,10 +79,10 @@ private slots:
             discard();
             QVERIFY(hasEnded());
         };
-        check("open a file", XK_o, {});
-        check("open a file, GTK's dialog", XK_o, u"gtk3"_s);
-        check("colour, GTK's dialog", XK_k, u"gtk3"_s);
-        check("save changes?", XK_w, {});
+        check("open a file", {{XK_o, XK_Control_L}}, {});
+        check("open a file, GTK's dialog", {{XK_o, XK_Control_L}}, u"gtk3"_s);
+        check("colour, GTK's dialog", {{XK_k, XK_Control_L}, {XK_m, XK_Alt_L}}, u"gtk3"_s);
+        check("save changes?", {{XK_w, XK_Control_L}}, {});
     }
 
     // Whatever waits in a loop of its own then: the program ends, and what was set is there again.
@@ -118,7 +120,7 @@ private slots:
         QImage shown;
         const auto bar = [&] {
             shown =
-                m_desktop->screenshot().copy(window.adjusted(20, window.height() / 2, -20, -60));
+                m_desktop->screenshot().copy(window.adjusted(20, window.height() / 2, -20, -88));
             QRect area;
             const bool isPainted = qGray(shown.pixel(0, 0)) > 200;
             for (int y = 0; isPainted && y < shown.height(); ++y) {

@@ -15,7 +15,8 @@ struct ArrowShape {
                                .button = "BtnDrawArrow",
                                .glyph = "arrow",
                                .name = QT_TRANSLATE_NOOP("MainWindow", "Arrow"),
-                               .keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+4")};
+                               .keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+4"),
+                               .uses = UsesDashes | UsesHeads | UsesShadow};
 
     QPolygon points{};
     QPoint start{};

@@ -14,7 +14,8 @@ struct EllipseShape {
                                .button = "BtnDrawEllipse",
                                .glyph = "ellipse",
                                .name = QT_TRANSLATE_NOOP("MainWindow", "Ellipse"),
-                               .keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+3")};
+                               .keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+3"),
+                               .uses = UsesFill | UsesDashes | UsesShadow};
 
     QRect bounds{};
 

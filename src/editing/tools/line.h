@@ -15,7 +15,8 @@ struct LineShape {
                                .button = "BtnDrawLine",
                                .glyph = "line",
                                .name = QT_TRANSLATE_NOOP("MainWindow", "Line"),
-                               .keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+7")};
+                               .keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+7"),
+                               .uses = UsesDashes | UsesShadow};
 
     QPolygon points{};
 

@@ -14,7 +14,8 @@ struct RectShape {
                                .button = "BtnDrawRect",
                                .glyph = "rectangle",
                                .name = QT_TRANSLATE_NOOP("MainWindow", "Rectangle"),
-                               .keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+2")};
+                               .keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+2"),
+                               .uses = UsesFill | UsesDashes | UsesShadow};
 
     QPolygon outline{};
 

@@ -16,7 +16,8 @@ struct TextShape {
                                .glyph = "text",
                                .name = QT_TRANSLATE_NOOP("MainWindow", "Text"),
                                .keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+6"),
-                               .keepsProportions = true};
+                               .keepsProportions = true,
+                               .uses = UsesGround | UsesShadow};
 
     QPoint position{};
     QTransform direction{};  ///< of the lines, if the picture was turned or mirrored since

@@ -65,6 +65,16 @@ enum class Dashes { None, Dashed, Dotted };
 enum class Heads { One, Both, Open };
 enum class TextGround { None, Filled, Outlined };
 
+/// What of a style makes a difference to a tool, besides width and colour; flags.
+enum ToolUse : unsigned {
+    UsesFill = 1,
+    UsesDashes = 2,
+    UsesHeads = 4,
+    UsesGround = 8,
+    UsesShadow = 16,
+    UsesAll = 31
+};
+
 /// The style with which a shape was drawn. Each shape uses what it has a use for.
 struct EditMsg {
     int type = stateMove;  ///< a value of stateEnum
@@ -107,6 +117,7 @@ struct Tool {
     /// What it draws with at first; none for a tool that shares the style of the others.
     int ownWidth = 0;
     QRgb ownColor = 0;
+    unsigned uses = 0;  ///< of ToolUse, what the user can choose for it
 };
 
 /// A press, a drag and, maybe, a release.

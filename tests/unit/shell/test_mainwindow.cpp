@@ -2,6 +2,7 @@
 #include "rows.h"
 #include "shellfixture.h"
 
+#include <array>
 #include <cwchar>
 
 using namespace Qt::StringLiterals;
@@ -199,6 +200,77 @@ private slots:
         QVERIFY(item(1)->isEnabled() && item(2)->isEnabled() && item(3)->isEnabled());
     }
 
+    // What is done to the picture as a whole: by keys that are dead without one, one step each, and
+    // to the picture that was asked about, whatever comes to the front meanwhile.
+    void editMenu()
+    {
+        QMenu *menu = m_window->findChild<QMenuBar *>()->actions().at(2)->menu();
+        const auto enabled = [this, menu] {
+            m_window->BeforeShowEdit();
+            int count = 0;
+            for (const QAction *action : menu->actions())
+                count += !action->isSeparator() && action->isEnabled();
+            return count;
+        };
+        activate();
+        const auto press = [this](Qt::Key key, Qt::KeyboardModifiers more = {}) {
+            QTest::keyClick(m_window.get(), key, Qt::ControlModifier | more);
+            return editor()->pictureSize();
+        };
+        QCOMPARE(enabled(), 0);
+        QVERIFY(press(Qt::Key_R).isEmpty());
+        add({400, 100});
+        QCOMPARE(enabled(), 8);
+        m_window->chooseTool(stateText);
+        clickAt(view(), view()->rect().center());
+        QTest::keyClicks(view()->findChild<QTextEdit *>(), u"mine"_s);
+        button("BtnZoomIn")->click();
+        const float zoom = editor()->getPixmapScaled();
+        QCOMPARE(press(Qt::Key_R), QSize(100, 400));
+        QCOMPARE(editor()->getVecUnDo().size(), 2);
+        QCOMPARE(editor()->getPixmapScaled(), zoom);
+        QVERIFY(view()->height() >= 400);
+        QCOMPARE(press(Qt::Key_Z), QSize(400, 100));
+        QCOMPARE(enabled(), 10);
+
+        // Half of both sides, and then room at the right and below.
+        whenUp<QDialog>([this](QDialog &dialog) {
+            m_window->NewDocument(solid({5, 5}), u"other"_s);
+            QTest::keyClicks(dialog.focusWidget(), u"99999"_s);
+            auto *ok = dialog.findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Ok);
+            QVERIFY(!ok->isEnabled());
+            auto *unit = dialog.findChild<QComboBox *>();
+            unit->setCurrentIndex(1);
+            dialog.findChild<QDoubleSpinBox *>()->setValue(50);
+            unit->setCurrentIndex(0);
+            QVERIFY(ok->isEnabled());
+            ok->click();
+        });
+        QCOMPARE(press(Qt::Key_R, Qt::ShiftModifier), QSize(200, 50));
+        QCOMPARE(tabs()->currentIndex(), 0);
+        activate();
+        whenUp<QDialog>([](QDialog &dialog) {
+            QTest::keyClicks(dialog.focusWidget(), u"300"_s);
+            dialog.findChildren<QSpinBox *>().at(1)->setValue(60);
+            dialog.activateWindow();
+            QTRY_COMPARE(QApplication::activeWindow(), &dialog);
+            auto *anchor = dialog.findChildren<QToolButton *>().at(4);
+            anchor->setFocus();
+            QTest::keyClick(anchor, Qt::Key_Left);
+            QTest::keyClick(dialog.focusWidget(), Qt::Key_Up);
+            dialog.accept();
+        });
+        QCOMPARE(press(Qt::Key_C, Qt::ShiftModifier), QSize(300, 60));
+        const QImage extended = editor()->sendPixmap({}).toImage();
+        QCOMPARE(extended.pixelColor(199, 49), QColor(Qt::blue));
+        QCOMPARE(extended.pixelColor(200, 49), QColor(Qt::white));
+        QCOMPARE(extended.pixelColor(199, 50), QColor(Qt::white));
+        button("BtnUndo")->click();
+        button("BtnUndo")->click();
+        QCOMPARE(editor()->pictureSize(), QSize(400, 100));
+        QVERIFY(m_window->HasModified(false));
+    }
+
     // A title of any length keeps both ends, and takes room from no control.
     void longTitle()
     {
@@ -229,48 +301,64 @@ private slots:
     {
         QCOMPARE(m_window->minimumSize(), QSize(950, 650).boundedTo(m_window->screen()->size()));
         add();
-        auto *strip = m_window->findChild<QWidget *>(u"widPictureEdit"_s);
-        auto *fold = button("FoldPictureEdit");
-        const auto order = [strip] {
+        struct Row {
+            QWidget *strip = nullptr;
+            QPushButton *fold = nullptr;
+            QList<QWidget *> whole{};
+        };
+        const auto order = [](const Row &row) {
             QList<QWidget *> widgets;
-            for (int i = 0; i < strip->layout()->count(); ++i)
-                widgets.append(strip->layout()->itemAt(i)->widget());
+            for (int i = 0; i < row.strip->layout()->count(); ++i)
+                widgets.append(row.strip->layout()->itemAt(i)->widget());
             widgets.removeAll(nullptr);
             return widgets;
         };
-        const QList<QWidget *> whole = order();
-        m_window->setMinimumSize(1, 1);
-        for (const int width : {560, 200}) {
-            m_window->resize(width, 400);
-            QTRY_VERIFY(fold->isVisible() &&
-                        strip->layout()->minimumSize().width() <= strip->width());
-            QTRY_VERIFY(strip->rect().contains(fold->geometry()));
-            bool zooms = false;
-            QTimer::singleShot(0, this, [&] {
-                for (const QAction *action : fold->menu()->actions())
-                    zooms |= action->text().startsWith(u"Zoom in"_s);
-                auto *box = m_window->findChild<QComboBox *>(u"CmbFontSize"_s);
-                QVERIFY(box->isVisible() && fold->menu()->isAncestorOf(box));
-                box->setCurrentIndex(7);
-                QTest::keyClick(fold->menu(), Qt::Key_Escape);
+        std::array<Row, 2> rows{
+            Row{m_window->findChild<QWidget *>(u"widPictureEdit"_s), button("FoldPictureEdit")},
+            Row{m_window->findChild<QWidget *>(u"widPictureStyle"_s), button("FoldPictureStyle")}};
+        for (Row &row : rows)
+            row.whole = order(row);
+        const auto whileOpen = [this](const Row &row, const std::function<void(QMenu &)> &run) {
+            QTimer::singleShot(0, this, [&row, run] {
+                run(*row.fold->menu());
+                row.fold->menu()->close();
             });
-            fold->showMenu();
-            QVERIFY(zooms);
-            QCOMPARE(order(), whole);
-        }
-        QTimer::singleShot(0, this, [&] {
-            for (QAction *action : fold->menu()->actions()) {
-                if (action->text().startsWith(u"Freehand line"_s))
-                    action->trigger();
+            row.fold->showMenu();
+        };
+        const auto item = [](const QMenu &menu, const QString &text) {
+            const QList<QAction *> items = menu.actions();
+            const auto found = std::find_if(items.begin(), items.end(), [&](const QAction *action) {
+                return action->text().startsWith(text);
+            });
+            return found == items.end() ? nullptr : *found;
+        };
+        m_window->setMinimumSize(1, 1);
+        for (const int width : {500, 200}) {
+            m_window->resize(width, 400);
+            for (const Row &row : rows) {
+                QTRY_VERIFY(row.fold->isVisible() &&
+                            row.strip->layout()->minimumSize().width() <= row.strip->width());
+                QTRY_VERIFY(row.strip->rect().contains(row.fold->geometry()));
             }
-            fold->menu()->close();
-        });
-        fold->showMenu();
+            whileOpen(rows[0], [&](QMenu &menu) { QVERIFY(item(menu, u"Zoom in"_s)); });
+            whileOpen(rows[1], [&](QMenu &menu) {
+                auto *box = m_window->findChild<QComboBox *>(u"CmbFontSize"_s);
+                QVERIFY(box->isVisible() && menu.isAncestorOf(box));
+                box->setCurrentIndex(7);
+                QTest::keyClick(&menu, Qt::Key_Escape);
+            });
+            for (const Row &row : rows)
+                QCOMPARE(order(row), row.whole);
+        }
+        whileOpen(rows[0], [&](QMenu &menu) { item(menu, u"Freehand line"_s)->trigger(); });
         QCOMPARE(editor()->getState(), statePoly);
         m_window->resize(950, 650);
-        QTRY_VERIFY(!fold->isVisible());
-        for (const QWidget *widget : whole)
-            QVERIFY2(widget == fold || widget->isVisible(), qPrintable(widget->objectName()));
+        for (const Row &row : rows) {
+            QTRY_VERIFY(!row.fold->isVisible());
+            for (const QWidget *widget : row.whole)
+                QVERIFY2(widget == row.fold || widget->isVisible(),
+                         qPrintable(widget->objectName()));
+        }
     }
 
     void keysWithoutAMenu()
@@ -327,19 +415,33 @@ private slots:
         QCOMPARE(shown(QEvent::Enter), QColor(Qt::blue));
     }
 
-    // Only the brightness is kept, and comes back as a shade of blue.
+    // Of the pen only the brightness is kept, and comes back as a shade of blue. What was chosen is
+    // offered again: keys go through the rows, the one chosen last first, and then the palette.
     void lineColour()
     {
         whenUp<QColorDialog>([](QColorDialog &dialog) {
             dialog.setCurrentColor(QColor(10, 200, 30));
             dialog.accept();
         });
-        button("BtnColor")->click();
-        QCOMPARE(editor()->getPenColor(), QColor(10, 200, 30));
+        const auto popup = [this] {
+            button("BtnColor")->click();
+            return QApplication::activePopupWidget();
+        };
+        popup()->findChild<QPushButton *>()->click();
+        QTRY_COMPARE(editor()->getPenColor(), QColor(10, 200, 30));
+        QWidget *offer = popup();
+        QCOMPARE(offer->focusWidget()->accessibleName(), u"Green, #0ac81e"_s);
+        for (const auto key : {Qt::Key_Down, Qt::Key_Right, Qt::Key_Down, Qt::Key_Return})
+            QTest::keyClick(offer->focusWidget(), key);
+        QCOMPARE(editor()->getPenColor(), QColor(Qt::red));
         finish();
         start();
-        QCOMPARE(GetConfigString(u"LineColor"_s), u"200"_s);
-        QCOMPARE(editor()->getPenColor().rgb(), qRgb(0, 0, 200));
+        QCOMPARE(GetConfigString(u"LineColor"_s), u"255"_s);
+        QCOMPARE(editor()->getPenColor().rgb(), qRgb(0, 0, 255));
+        offer = popup();
+        QCOMPARE(offer->findChild<QAbstractButton *>()->accessibleName(), u"Red, #ff0000"_s);
+        QTest::keyClick(offer, Qt::Key_Escape);
+        QVERIFY(!QApplication::activePopupWidget());
     }
 
     // The picture covers its area whole, so the focus has to be shown over it.

@@ -59,11 +59,11 @@ private slots:
         DialogPreference *dialog = openDialog();
         dialog->findChild<QCheckBox *>(u"ChkAutoRun"_s)->click();
         QVERIFY(m_desktop->loginItem->present);
-        const QStringList keys{u"FirstRun"_s,     u"RunMinimized"_s, u"AutoHide"_s,
-                               u"AutoShow"_s,     u"ScreenTimer"_s,  u"ShowMagnification"_s,
-                               u"Magnification"_s};
+        const QStringList keys{u"FirstRun"_s,      u"RunMinimized"_s,  u"AutoHide"_s,
+                               u"AutoShow"_s,      u"ScreenTimer"_s,   u"ShowMagnification"_s,
+                               u"Magnification"_s, u"RememberStyles"_s};
         // The dialog shows its first magnification where the setting has no entry.
-        QCOMPARE(stored(keys), u"1 0 0 1 25 0 4"_s);
+        QCOMPARE(stored(keys), u"1 0 0 1 25 0 4 0"_s);
         for (QCheckBox *box : dialog->findChildren<QCheckBox *>()) {
             const QString before = stored(keys);
             box->click();
@@ -71,8 +71,52 @@ private slots:
         }
         dialog->findChild<QComboBox *>(u"cmbMagnification"_s)->setCurrentIndex(3);
         dialog->findChild<QComboBox *>(u"cmbTimer"_s)->setCurrentIndex(3);
-        QCOMPARE(stored(keys), u"0 1 1 0 3 1 10"_s);
+        QCOMPARE(stored(keys), u"0 1 1 0 3 1 10 1"_s);
         QVERIFY(!m_desktop->loginItem->present);
+    }
+
+    // Each tool has what it had last, also after a restart; a damaged value costs no other. What
+    // the tools share stays apart from that.
+    void rememberedStyles()
+    {
+        const auto toggle = [this] {
+            openDialog()->findChild<QCheckBox *>(u"ChkRememberStyles"_s)->click();
+        };
+        toggle();
+        m_window->chooseTool(stateRect);
+        auto *slider = m_window->findChild<QSlider *>();
+        slider->setValue(8);
+        button("BtnStyle")->click();
+        auto *menu = m_window->findChild<QMenu *>(u"StyleMenu"_s);
+        for (QAction *action : menu->actions()) {
+            QVERIFY(action->isSeparator() || !action->text().contains(u"Head"_s) ||
+                    !action->isEnabled());
+            if (action->text() == u"&Solid Fill"_s)
+                action->trigger();
+        }
+        menu->close();
+        m_window->chooseTool(stateArrow);
+        QCOMPARE(slider->value(), 0);
+        m_window->useColor(Qt::green);
+        QCOMPARE(stored({u"LineWidth"_s, u"LineColor"_s}), u" "_s);
+        SetConfigString(u"ToolStyle.ellipse"_s,
+                        u"width=0 fill=3 color=#0000ff dashes=x shadow=1"_s);
+        end();
+        start();
+        const auto drawsWith = [this](stateEnum tool, EditMsg style) {
+            m_window->chooseTool(tool);
+            style.type = tool;
+            QCOMPARE(editor()->style(), style);
+            QCOMPARE(m_window->findChild<QLabel *>(u"lblLineWidth"_s)->text(),
+                     u"%1 px"_s.arg(style.width));
+        };
+        drawsWith(stateRect, {.width = 9, .color = Qt::red, .fill = Fill::Solid});
+        drawsWith(stateArrow, {.color = Qt::green});
+        drawsWith(stateEllipse, {.color = Qt::blue, .hasShadow = true});
+        drawsWith(stateLine, {.color = Qt::red});
+        toggle();
+        QCOMPARE(editor()->style().width, 1);
+        QCOMPARE(editor()->getPenColor(), QColor(Qt::red));
     }
 
     // Where no program hears keys there is a line for each action, which a configuration takes.

@@ -3,7 +3,9 @@
 #include "capture/dialogcountdown.h"
 #include "capture/magnifierpanel.h"
 #include "capture/rectangleoverlay.h"
+#include "shell/canvasdialog.h"
 #include "shell/dialogpreference.h"
+#include "shell/resizedialog.h"
 #include "shellfixture.h"
 #include "testmain.h"
 
@@ -19,7 +21,10 @@ QSize needs(const QWidget &widget)
         if (label->wordWrap())
             return {0, label->heightForWidth(label->width())};
         int width = 0;
-        for (const QString &line : label->text().split(u'\n'))
+        QString text = label->text();
+        if (label->buddy())
+            text.remove(u'&');
+        for (const QString &line : text.split(u'\n'))
             width = std::max(width, metrics.horizontalAdvance(line));
         return {width, 0};
     }
@@ -67,8 +72,8 @@ private slots:
         QTest::addColumn<int>("times");
         QTest::addColumn<QString>("language");
         for (const char *name :
-             {"main window", "notice", "preferences", "keys", "lines", "3 seconds", "10 seconds",
-              "86400 seconds", "magnifier", "overlay"}) {
+             {"main window", "notice", "preferences", "keys", "lines", "resize", "canvas",
+              "3 seconds", "10 seconds", "86400 seconds", "magnifier", "overlay"}) {
             for (const int times : {1, 2}) {
                 for (const char *language : {"en", "de", "zh_CN"}) {
                     QTest::addRow("%s, font times %d, %s", name, times, language)
@@ -97,6 +102,8 @@ private slots:
         QCoreApplication::processEvents();
         if (name == u"overlay")
             QVERIFY(m_form->findChild<QLabel *>(u"label_6"_s)->text().startsWith(u":36"_s));
+        for (const auto &fold : {u"FoldPictureEdit"_s, u"FoldPictureStyle"_s})
+            QVERIFY(name != u"main window" || !m_form->findChild<QWidget *>(fold)->isVisible());
         int texts = 0;
         for (const QWidget *widget : m_form->findChildren<QWidget *>()) {
             const QSize least = needs(*widget);
@@ -126,6 +133,16 @@ private:
                 services().abilities.withhold(Ability::HotKeys, u"no"_s);
             auto dialog = std::make_unique<DialogPreference>();
             dialog->findChild<QTabWidget *>()->setCurrentIndex(1);
+            return dialog;
+        }
+        if (name == u"resize" || name == u"canvas") {
+            std::unique_ptr<QDialog> dialog;
+            if (name == u"resize")
+                dialog = std::make_unique<ResizeDialog>(QSize(1920, 1080), nullptr);
+            else
+                dialog = std::make_unique<CanvasDialog>(QSize(1920, 1080), nullptr);
+            // The reason for a refusal is the longest text.
+            QTest::keyClicks(dialog->focusWidget(), u"99999"_s);
             return dialog;
         }
         if (name.endsWith(u"seconds"_s)) {
