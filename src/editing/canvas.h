@@ -58,13 +58,13 @@ private:
     void remember(const EditHistory &history);
     Scene sceneFor(const EditHistory &history);
     void setScene(Scene scene);
-    QRegion differing(const EditEntry &before, const EditEntry &after) const;
     QRegion difference(const QList<EntryPtr> &before, const QList<EntryPtr> &after) const;
     void replay();
     void push(const EditEntry &shape, const QRegion &area);
     void pop();
     void redraw(const QRegion &area);
-    void redraw(QImage &image, const QRegion &area, const QList<EntryPtr> &shapes);
+    void redraw(QImage &image, const QRegion &area, const QImage &picture,
+                const QList<EntryPtr> &shapes);
 
     QImage m_picture;  ///< the whole one, without shapes
     QImage m_base;     ///< what has become of it

@@ -16,6 +16,7 @@
 #include <QTextEdit>
 #include <QWidget>
 
+#include <algorithm>
 #include <cmath>
 #include <utility>
 
@@ -29,6 +30,9 @@ constexpr QPoint s_textInset(5, 5);
 constexpr QSize s_textRoom(50, 20);
 // The text is measured outside of the field, in a rectangle that is too small for it.
 constexpr QRect s_measure(-1000, -1000, 10, 10);
+
+// What is being drawn is one shape as long as that goes on. No recorded one has this id.
+constexpr ShapeId s_draft = 0;
 
 // The toolkit compresses pending move events. A freehand line needs all of them; other tools need
 // only the last one.
@@ -110,6 +114,26 @@ EditMsg TPictureEditor::styleOfShape() const
     return result;
 }
 
+// A number that was set goes to the next marker.
+Geometry TPictureEditor::numbered(Geometry geometry) const
+{
+    if (auto *marker = std::get_if<MarkerShape>(&geometry))
+        marker->start = m_NextNumber;
+    return geometry;
+}
+
+void TPictureEditor::setNextNumber(int number)
+{
+    m_NextNumber = std::clamp(number, 1, MarkerShape::s_highest);
+    refreshPreview();
+}
+
+int TPictureEditor::nextNumber() const
+{
+    const OperationPtr step = adding({numbered(MarkerShape{}), {}, s_draft});
+    return std::get<MarkerShape>(m_Canvas.after(step).shapes.last()->geometry).number;
+}
+
 void TPictureEditor::updateWidget()
 {
     if (m_pWidget)
@@ -142,8 +166,8 @@ void TPictureEditor::refreshPreview()
     const bool had = m_Canvas.hasPreview();
     if (!shape && !had)
         return;
-    const QRegion changed =
-        m_Canvas.setPreview(shape ? adding({std::move(*shape), styleOfShape()}) : nullptr);
+    const QRegion changed = m_Canvas.setPreview(
+        shape ? adding({numbered(std::move(*shape)), styleOfShape(), s_draft}) : nullptr);
     if (m_Pixmap.hasAlpha() && had != shape.has_value())
         updateWidget();
     else
@@ -191,6 +215,7 @@ void TPictureEditor::setPixmap(const QPixmap &pixmap)
     m_Pixmap = pixmap;
     m_Canvas.start(pixmap.toImage(), m_VecUnDo);
     m_Gesture.drop();
+    m_NextNumber = 0;
     // The typed text belonged to the previous picture, so the next click begins a text in this one.
     m_TextOpen = false;
     setPixmapScaled(1.0F);
@@ -347,8 +372,11 @@ void TPictureEditor::record(OperationPtr step)
     if (m_Pixmap.isNull())
         return;
     notify(HistoryChange);
-    if (!addedBy(*step))
+    const EntryPtr added = addedBy(*step);
+    if (!added)
         m_VecReDo.clear();
+    else if (std::holds_alternative<MarkerShape>(added->geometry))
+        m_NextNumber = 0;
     m_VecUnDo.prepend(std::move(step));
     followHistory();
 }
@@ -466,7 +494,7 @@ void TPictureEditor::release(const QMouseEvent &event)
                    m_Gesture.release(m_State, toPixels(event), mapping(), style().width)) {
         EditMsg drawnWith = styleOfShape();
         if (!liesOutside(*shape, drawnWith, m_Canvas.size()))
-            record(adding({std::move(*shape), std::move(drawnWith)}));
+            record(adding({numbered(std::move(*shape)), std::move(drawnWith)}));
         else if (!m_Pixmap.isNull())
             notify(Refusal);
     }

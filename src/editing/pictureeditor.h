@@ -57,6 +57,10 @@ public:
     void changeStyle(const std::function<void(EditMsg &)> &change);
     /// The styles of all tools.
     ToolStyles &styles() { return m_Styles; }
+    /// Sets what the next marker shows; those after it count on from there.
+    void setNextNumber(int number);
+    /// What it shows if it is recorded now.
+    int nextNumber() const;
     /// Sets the font of new texts. A text that is being typed changes at once.
     void set_m_Font(const QFont &font);
     /// The same font as a reference. An open text field shows a change when it is painted next.
@@ -130,6 +134,7 @@ private:
     void fitTextField();
     void placeTextField();
     EditMsg styleOfShape() const;
+    Geometry numbered(Geometry geometry) const;
     EditEntry textEntry() const;
     void restartCanvas();
     void followHistory();
@@ -158,6 +163,7 @@ private:
     QFont m_Font;
     float m_Scale = 1.0F;
     ToolStyles m_Styles;
+    int m_NextNumber = 0;  ///< that was set for the next marker; 0: it counts on
     DrawingGesture m_Gesture;
     EditHistory m_VecUnDo;
     EditHistory m_VecReDo;

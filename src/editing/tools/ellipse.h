@@ -14,12 +14,14 @@ struct EllipseShape {
                                .button = "BtnDrawEllipse",
                                .glyph = "ellipse",
                                .name = QT_TRANSLATE_NOOP("MainWindow", "Ellipse"),
-                               .keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+3")};
+                               .keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+3"),
+                               .uses = UsesFill | UsesDashes | UsesShadow};
 
     QRect bounds{};
 
     static std::optional<EllipseShape> from(const Drag &drag);
     void draw(QPainter &painter, const EditMsg &style) const;
+    void drawShadow(QPainter &painter, const EditMsg &style) const;
     void cover(Tiles &tiles, const EditMsg &style) const;
     QPolygon drawnPoints() const;
     bool hit(QPointF point, qreal grace, const EditMsg &style) const;
@@ -35,4 +37,5 @@ struct EllipseShape {
     }
     void write(QJsonObject &to) const;
     static EllipseShape read(ShapeParts &parts);
+    bool operator==(const EllipseShape &) const = default;
 };

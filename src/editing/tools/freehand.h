@@ -15,7 +15,8 @@ struct PolylineShape {
                                .glyph = "freehand",
                                .name = QT_TRANSLATE_NOOP("MainWindow", "Freehand line"),
                                .keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+5"),
-                               .isFreehand = true};
+                               .isFreehand = true,
+                               .uses = UsesDashes | UsesShadow};
 
     QPolygon points{};
 
@@ -34,4 +35,5 @@ struct PolylineShape {
     }
     void write(QJsonObject &to) const;
     static PolylineShape read(ShapeParts &parts);
+    bool operator==(const PolylineShape &) const = default;
 };

@@ -15,7 +15,8 @@ struct LineShape {
                                .button = "BtnDrawLine",
                                .glyph = "line",
                                .name = QT_TRANSLATE_NOOP("MainWindow", "Line"),
-                               .keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+7")};
+                               .keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+7"),
+                               .uses = UsesDashes | UsesShadow};
 
     QPolygon points{};
 
@@ -33,4 +34,5 @@ struct LineShape {
     }
     void write(QJsonObject &to) const;
     static LineShape read(ShapeParts &parts);
+    bool operator==(const LineShape &) const = default;
 };

@@ -14,12 +14,14 @@ struct RectShape {
                                .button = "BtnDrawRect",
                                .glyph = "rectangle",
                                .name = QT_TRANSLATE_NOOP("MainWindow", "Rectangle"),
-                               .keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+2")};
+                               .keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+2"),
+                               .uses = UsesFill | UsesDashes | UsesShadow};
 
     QPolygon outline{};
 
     static std::optional<RectShape> from(const Drag &drag);
     void draw(QPainter &painter, const EditMsg &style) const;
+    void drawShadow(QPainter &painter, const EditMsg &style) const;
     void cover(Tiles &tiles, const EditMsg &style) const;
     QPolygon drawnPoints() const { return outline; }
     bool hit(QPointF point, qreal grace, const EditMsg &style) const;
@@ -35,6 +37,7 @@ struct RectShape {
     }
     void write(QJsonObject &to) const;
     static RectShape read(ShapeParts &parts);
+    bool operator==(const RectShape &) const = default;
 };
 
 /// Draws the outline of a rectangle of five points; nothing if it has fewer.

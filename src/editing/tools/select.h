@@ -10,5 +10,6 @@ struct SelectTool {
                                .glyph = "select",
                                .name = QT_TRANSLATE_NOOP("MainWindow", "Select"),
                                .keys = QT_TRANSLATE_NOOP("MainWindow", "S"),
-                               .cursor = Qt::ArrowCursor};
+                               .cursor = Qt::ArrowCursor,
+                               .uses = UsesAll};
 };

@@ -4,9 +4,13 @@
 #include "editing/tools/ellipse.h"
 #include "editing/tools/freehand.h"
 #include "editing/tools/hand.h"
+#include "editing/tools/highlighter.h"
 #include "editing/tools/line.h"
+#include "editing/tools/marker.h"
+#include "editing/tools/measure.h"
 #include "editing/tools/rectangle.h"
 #include "editing/tools/select.h"
+#include "editing/tools/spotlight.h"
 #include "editing/tools/text.h"
 
 #include <array>
@@ -27,8 +31,9 @@ template<typename... Tools> struct ToolRows {
 };
 
 /// The table of tools, in the order of the strip: a row a tool, which is the name of its struct.
-using ToolTable = ToolRows<EmptyShape, RectShape, EllipseShape, ArrowShape, PolylineShape,
-                           TextShape, LineShape, SelectTool>;
+using ToolTable =
+    ToolRows<EmptyShape, RectShape, EllipseShape, ArrowShape, PolylineShape, TextShape, LineShape,
+             SelectTool, HighlighterShape, MarkerShape, SpotlightShape, MeasureShape>;
 
 /// The shape of any tool, in picture coordinates.
 using Geometry = ToolTable::Geometry;
