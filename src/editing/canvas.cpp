@@ -36,6 +36,21 @@ void copyArea(const QImage &from, QImage &to, const QRegion &area)
     });
 }
 
+/// Whether two states of shapes are drawn the same. Derived ones are made anew for each scene.
+bool isSame(const EntryPtr &before, const EntryPtr &after)
+{
+    return before == after ||
+           (before->id == after->id && isDerived(*before) && before->style == after->style &&
+            before->geometry == after->geometry);
+}
+
+/// Whether all that is new lies above what was there.
+bool isOnTop(const QList<EntryPtr> &before, const QList<EntryPtr> &after)
+{
+    return before.size() <= after.size() &&
+           std::equal(before.begin(), before.end(), after.begin(), isSame);
+}
+
 /// Draws one more shape over a picture with shapes. `area` must contain the shape.
 void drawOver(QImage &image, const QImage &picture, const Geometry &geometry, const EditMsg &style,
               const QRegion &area)
@@ -84,7 +99,7 @@ Scene Canvas::sceneFor(const EditHistory &history)
         return changesPicture(*step);
     });
     const EditHistory older = history.mid(newest - history.begin());
-    if (older != m_older || m_sceneOfOlder.size.isNull()) {
+    if (older != m_older || !m_sceneOfOlder.size.isValid()) {
         m_older = older;
         m_sceneOfOlder = sceneOf(older, m_picture.size());
     }
@@ -137,7 +152,9 @@ std::optional<QRegion> Canvas::follow(const EditHistory &history)
     if (m_scene.picture != before.picture)
         return {};
     const QRegion area = difference(before.shapes, m_scene.shapes);
-    if (m_isDrawn)
+    if (m_isDrawn && shape && !isBack && isOnTop(before.shapes, m_scene.shapes))
+        push(*m_scene.shapes.last(), area);
+    else if (m_isDrawn)
         redraw(area);
     forget(area);
     return area;
@@ -155,10 +172,10 @@ void Canvas::forget(const QRegion &area)
 QRegion Canvas::difference(const QList<EntryPtr> &before, const QList<EntryPtr> &after) const
 {
     const auto [first, firstAfter] =
-        std::mismatch(before.begin(), before.end(), after.begin(), after.end());
+        std::mismatch(before.begin(), before.end(), after.begin(), after.end(), isSame);
     const auto [last, lastAfter] =
         std::mismatch(before.rbegin(), std::make_reverse_iterator(first), after.rbegin(),
-                      std::make_reverse_iterator(firstAfter));
+                      std::make_reverse_iterator(firstAfter), isSame);
     const std::span<const EntryPtr> old(first, last.base());
     const std::span<const EntryPtr> now(firstAfter, lastAfter.base());
     const auto idsOf = [](const auto &shapes) {
@@ -178,19 +195,13 @@ QRegion Canvas::difference(const QList<EntryPtr> &before, const QList<EntryPtr> 
         } else if (right != now.end() && !idsBefore.contains((*right)->id)) {
             area += coverageOf(**right++);
         } else {
-            if (*left != *right)
-                area += differing(**left, **right);
+            if (!isSame(*left, *right))
+                area += changeOf(**left, **right, m_base.size());
             ++left;
             ++right;
         }
     }
     return area;
-}
-
-// Where the picture differs if one shape is drawn in the place of another.
-QRegion Canvas::differing(const EditEntry &before, const EditEntry &after) const
-{
-    return coverageOf(before) + coverageOf(after);
 }
 
 QRegion Canvas::coverageOf(const EditEntry &shape) const
@@ -263,14 +274,15 @@ void Canvas::redraw(const QRegion &area)
     m_below.clear();
     m_belowBytes = 0;
     if (!area.isEmpty())
-        redraw(m_image, area, m_scene.shapes);
+        redraw(m_image, area, m_base, m_scene.shapes);
 }
 
-// Draws a part again.
-void Canvas::redraw(QImage &image, const QRegion &area, const QList<EntryPtr> &shapes)
+// Draws a part again: shapes over a picture, which may have others below them.
+void Canvas::redraw(QImage &image, const QRegion &area, const QImage &picture,
+                    const QList<EntryPtr> &shapes)
 {
     useScreenDots(image);
-    copyArea(m_base, image, area);
+    copyArea(picture, image, area);
     drawShapes(image, area, shapes);
 }
 
@@ -414,7 +426,7 @@ void Canvas::complete(SparseImage &layer, const QRegion &area, const QList<Entry
     const QRegion missing = area - layer.drawn();
     if (missing.isEmpty())
         return;
-    redraw(layer.image(), missing, shapes);
+    redraw(layer.image(), missing, m_base, shapes);
     layer.setDrawn(layer.drawn() + missing);
 }
 
@@ -479,8 +491,11 @@ const QImage &Canvas::preview(const QRegion &part)
         // All of it is as it is recorded.
     } else if (m_layers) {
         drawLayers(differing);
+    } else if (m_previewShapes && isOnTop(m_scene.shapes, *m_previewShapes)) {
+        redraw(m_previewImage.image(), differing, image,
+               m_previewShapes->sliced(m_scene.shapes.size()));
     } else if (m_previewShapes) {
-        redraw(m_previewImage.image(), differing, *m_previewShapes);
+        redraw(m_previewImage.image(), differing, m_base, *m_previewShapes);
     } else if (added) {
         // Drawn as a whole, since it is one shape only.
         copyArea(image, m_previewImage.image(), m_previewArea);

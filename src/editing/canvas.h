@@ -62,7 +62,6 @@ private:
     void remember(const EditHistory &history);
     Scene sceneFor(const EditHistory &history);
     void setScene(Scene scene);
-    QRegion differing(const EditEntry &before, const EditEntry &after) const;
     QRegion difference(const QList<EntryPtr> &before, const QList<EntryPtr> &after) const;
     void replay();
     void push(const EditEntry &shape, const QRegion &area);
@@ -72,7 +71,8 @@ private:
     QList<EntryPtr> touching(const QRegion &area, const QList<EntryPtr> &shapes);
     /// Draws shapes over what is in an area of the image, which they are cut to.
     void drawShapes(QImage &image, const QRegion &area, const QList<EntryPtr> &shapes);
-    void redraw(QImage &image, const QRegion &area, const QList<EntryPtr> &shapes);
+    void redraw(QImage &image, const QRegion &area, const QImage &picture,
+                const QList<EntryPtr> &shapes);
     void drawLayers(const QRegion &area);
     void complete(SparseImage &layer, const QRegion &area, const QList<EntryPtr> &shapes);
 

@@ -25,9 +25,29 @@ bool isDrawnIn(const QRect &part, const Geometry &geometry, EditMsg style)
 
 QRegion coverage(const Geometry &geometry, const EditMsg &style, QSize picture, bool isFine)
 {
-    Tiles tiles(picture, isFine);
+    Tiles tiles(picture, shadowReach(geometry, style), isFine);
     std::visit([&](const auto &shape) { shape.cover(tiles, style); }, geometry);
     return tiles.region();
+}
+
+QRegion changeOf(const EditEntry &before, const EditEntry &after, QSize picture)
+{
+    Tiles tiles(picture);
+    const bool isKnown = before.style == after.style &&
+                         std::visit(
+                             [&]<typename Shape>(const Shape &now) {
+                                 const auto *was = std::get_if<Shape>(&before.geometry);
+                                 if constexpr (requires { now.coverChange(tiles, *was); }) {
+                                     if (was)
+                                         now.coverChange(tiles, *was);
+                                     return was != nullptr;
+                                 }
+                                 return false;
+                             },
+                             after.geometry);
+    return isKnown ? tiles.region()
+                   : coverage(before.geometry, before.style, picture) +
+                         coverage(after.geometry, after.style, picture);
 }
 
 bool liesOutside(const Geometry &geometry, const EditMsg &style, QSize picture)

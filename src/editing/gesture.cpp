@@ -122,12 +122,15 @@ std::optional<Geometry> DrawingGesture::preview(stateEnum tool, const ViewMappin
         };
         return QRect(corner, QSize(length(size.width()), length(size.height())));
     };
+    // A freehand line is drawn from its last point, while a highlighter begins where it was
+    // pressed.
+    const bool isBackward = tool == statePoly;
     const bool hasCorners = !start.isNull() && !m_end.isNull();
     return shapeFrom(tool, evened({.start = m_start,
                                    .end = view.toPicture(m_end),
                                    .pointer = view.toPicture(m_end),
                                    .box = hasCorners ? std::optional(rect()) : std::nullopt,
-                                   .line = reversed(m_line),
+                                   .line = isBackward ? reversed(m_line) : m_line,
                                    .width = lineWidth,
                                    .isEven = m_isEven}));
 }

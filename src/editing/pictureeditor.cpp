@@ -12,6 +12,7 @@
 #include <QTextEdit>
 #include <QWidget>
 
+#include <algorithm>
 #include <cmath>
 #include <utility>
 
@@ -27,6 +28,9 @@ constexpr QSize s_textRoom(50, 20);
 constexpr qreal s_handleReach = 6;
 // The text is measured outside of the field, in a rectangle that is too small for it.
 constexpr QRect s_measure(-1000, -1000, 10, 10);
+
+// What is being drawn is one shape as long as that goes on. No recorded one has this id.
+constexpr ShapeId s_draft = 0;
 
 // The device pixel at which the widget begins. Halves are rounded up also for negative values:
 // scrolling moves existing pixels by whole pixels, so the origin must not be off by one.
@@ -99,6 +103,26 @@ EditMsg TPictureEditor::styleOfShape() const
     return result;
 }
 
+// A number that was set goes to the next marker.
+Geometry TPictureEditor::numbered(Geometry geometry) const
+{
+    if (auto *marker = std::get_if<MarkerShape>(&geometry))
+        marker->start = m_NextNumber;
+    return geometry;
+}
+
+void TPictureEditor::setNextNumber(int number)
+{
+    m_NextNumber = std::clamp(number, 1, MarkerShape::s_highest);
+    refreshPreview();
+}
+
+int TPictureEditor::nextNumber() const
+{
+    const OperationPtr step = adding({numbered(MarkerShape{}), {}, s_draft});
+    return std::get<MarkerShape>(m_Canvas.after(step).shapes.last()->geometry).number;
+}
+
 void TPictureEditor::updateWidget()
 {
     if (m_pWidget)
@@ -131,7 +155,7 @@ OperationPtr TPictureEditor::stepInHand() const
         return step;
     std::optional<Geometry> shape =
         m_Gesture.preview(m_State, mapping(), m_Styles.of(m_State).width);
-    return shape ? adding({std::move(*shape), styleOfShape()}) : nullptr;
+    return shape ? adding({numbered(std::move(*shape)), styleOfShape(), s_draft}) : nullptr;
 }
 
 // Where the picture is transparent, both the recorded picture and the preview over it are visible.
@@ -175,6 +199,7 @@ void TPictureEditor::setPixmap(const QPixmap &pixmap)
     m_Canvas.start(pixmap.toImage(), m_VecUnDo);
     m_Gesture.drop();
     m_Selection.drop();
+    m_NextNumber = 0;
     // The typed text belonged to the previous picture, so the next click begins a text in this one.
     m_TextOpen = false;
     m_Edited.reset();
@@ -368,8 +393,11 @@ void TPictureEditor::record(OperationPtr step)
     if (m_Pixmap.isNull())
         return;
     notify(HistoryChange);
-    if (!addedBy(*step))
+    const EntryPtr added = addedBy(*step);
+    if (!added)
         m_VecReDo.clear();
+    else if (std::holds_alternative<MarkerShape>(added->geometry))
+        m_NextNumber = 0;
     m_VecUnDo.prepend(std::move(step));
     m_Growing.reset();
     followHistory();

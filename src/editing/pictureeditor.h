@@ -62,6 +62,10 @@ public:
     void changeStyle(const std::function<void(EditMsg &)> &change);
     /// The styles of all tools.
     ToolStyles &styles() { return m_Styles; }
+    /// Sets what the next marker shows; those after it count on from there.
+    void setNextNumber(int number);
+    /// What it shows if it is recorded now.
+    int nextNumber() const;
     /// Sets the font of the texts that are chosen, else of new ones. A text that is being typed
     /// changes at once.
     void set_m_Font(const QFont &font);
@@ -201,6 +205,7 @@ private:
     bool selects(Qt::KeyboardModifiers modifiers) const;
     void chooseAt(const Pointer &pointer);
     bool openTextAt(const Pointer &pointer);
+    Geometry numbered(Geometry geometry) const;
     EditEntry textEntry() const;
     void restartCanvas();
     void followHistory();
@@ -229,6 +234,7 @@ private:
     QFont m_Font;
     float m_Scale = 1.0F;
     ToolStyles m_Styles;
+    int m_NextNumber = 0;  ///< that was set for the next marker; 0: it counts on
     DrawingGesture m_Gesture;
     Hold m_Hold = Hold::Nothing;
     stateEnum m_ToolBefore = stateMove;  ///< the one to go back to from a tool that is used once

@@ -239,7 +239,7 @@ void TPictureEditor::release(const Pointer &pointer)
                    m_Gesture.release(m_State, pointer.at, mapping(), m_Styles.of(m_State).width)) {
         EditMsg drawnWith = styleOfShape();
         if (!liesOutside(*shape, drawnWith, m_Canvas.size()))
-            record(adding({std::move(*shape), std::move(drawnWith)}));
+            record(adding({numbered(std::move(*shape)), std::move(drawnWith)}));
         else if (!m_Pixmap.isNull())
             notify(Refusal);
     }

@@ -4,6 +4,7 @@
 #include "editing/sparseimage.h"
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 #include <vector>
 
@@ -14,6 +15,13 @@ constexpr int s_bands = 10;
 constexpr int s_fewestRows = 16;
 
 constexpr float s_translucent = 0.25F;
+
+// Where the copies lie of which a shadow is made: more of them in the middle, and some in each row
+// and column, so that thin lines have no stripes beside them. Picture pixels.
+constexpr std::array<QPoint, 9> s_shadow{
+    {{3, 1}, {2, 2}, {4, 2}, {1, 3}, {3, 3}, {5, 3}, {2, 4}, {4, 4}, {3, 5}}};
+constexpr int s_shadowReach = 5;
+constexpr float s_faint = 0.05F;
 
 // Rows of the picture in this format, without a copy if the picture has the format already.
 QImage rowsOf(const QImage &picture, int top, int rows, QImage::Format format)
@@ -65,18 +73,6 @@ QImage made(const QImage &picture, const ResizePicture &resize)
 // All others leave the picture alone.
 QImage made(const QImage &picture, const auto & /*change*/) { return picture; }
 
-Qt::PenStyle penStyle(Dashes dashes)
-{
-    switch (dashes) {
-    case Dashes::Dashed:
-        return Qt::DashLine;
-    case Dashes::Dotted:
-        return Qt::DotLine;
-    default:
-        return Qt::SolidLine;
-    }
-}
-
 QBrush brush(const EditMsg &style)
 {
     if (!isFilled(style))
@@ -87,13 +83,51 @@ QBrush brush(const EditMsg &style)
     return color;
 }
 
+void prepare(QPainter &painter, const EditMsg &style)
+{
+    painter.setPen(QPen(style.color, style.width));
+    painter.setBrush(brush(style));
+}
+
+// A picture of the shadow that could be blurred would be as large as the shape. Some faint copies
+// beside each other are soft enough, and are the same in whatever parts a picture is drawn.
+void drawShadow(QPainter &painter, const Geometry &geometry, const EditMsg &style)
+{
+    EditMsg faint = style;
+    faint.color = QColor::fromRgbF(0, 0, 0, s_faint * style.color.alphaF());
+    // What shines through a shape is not made darker.
+    if (style.fill == Fill::Translucent)
+        faint.fill = Fill::None;
+    const QTransform before = painter.transform();
+    for (const QPoint by : s_shadow) {
+        painter.setTransform(QTransform::fromTranslate(by.x(), by.y()) * before);
+        prepare(painter, faint);
+        std::visit(
+            [&](const auto &shape) {
+                if constexpr (requires { shape.drawShadow(painter, faint); })
+                    shape.drawShadow(painter, faint);
+                else
+                    shape.draw(painter, faint);
+            },
+            geometry);
+    }
+    painter.setTransform(before);
+}
+
 }  // namespace
 
 void drawShape(QPainter &painter, const Geometry &geometry, const EditMsg &style)
 {
-    painter.setPen(QPen(style.color, style.width, penStyle(style.dashes)));
-    painter.setBrush(brush(style));
+    if (shadowReach(geometry, style) > 0)
+        drawShadow(painter, geometry, style);
+    prepare(painter, style);
     std::visit([&](const auto &shape) { shape.draw(painter, style); }, geometry);
+}
+
+int shadowReach(const Geometry &geometry, const EditMsg &style)
+{
+    const auto uses = []<typename Shape>(const Shape &) { return Shape::tool.uses; };
+    return style.hasShadow && (std::visit(uses, geometry) & UsesShadow) ? s_shadowReach : 0;
 }
 
 QImage &cleanPixmap(const QImage &base, QImage &target, const QColor &color)

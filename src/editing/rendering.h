@@ -10,6 +10,8 @@
 
 /// Draws one shape. The painter must have antialiasing on; its pen, brush and font are changed.
 void drawShape(QPainter &painter, const Geometry &geometry, const EditMsg &style);
+/// How far the shape's shadow lies beyond what the shape draws; 0 if it casts none.
+int shadowReach(const Geometry &geometry, const EditMsg &style);
 
 /// Sets each pixel of `target` to `color` if the pixel of `base` is fully transparent black, so
 /// that shapes stay inside the outline of an ellipse or polygon grab. Pixels with alpha 0 and

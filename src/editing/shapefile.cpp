@@ -65,7 +65,7 @@ Choice readChoice(ShapeParts &parts, QLatin1StringView key,
 bool hasChoices(const EditMsg &style)
 {
     return style.fill != Fill::None || style.dashes != Dashes::None || style.heads != Heads::One ||
-           style.ground != TextGround::None || style.hasShadow;
+           style.ground != TextGround::None || style.hasShadow || style.isRound;
 }
 
 QFont font(ShapeParts &parts)
@@ -100,6 +100,8 @@ void write(QJsonObject &to, const EditEntry &shape, ShapeNumbers &numbers)
     writeChoice(to, "ground"_L1, s_grounds, shape.style.ground);
     if (shape.style.hasShadow)
         to["shadow"_L1] = true;
+    if (shape.style.isRound)
+        to["round"_L1] = true;
 }
 
 // A shape that was kept before shapes had numbers has none.
@@ -125,7 +127,8 @@ EntryPtr readShape(ShapeParts &parts, ShapeNumbers &numbers)
                   .dashes = readChoice<Dashes>(parts, "dashes"_L1, s_dashes),
                   .heads = readChoice<Heads>(parts, "heads"_L1, s_heads),
                   .ground = readChoice<TextGround>(parts, "ground"_L1, s_grounds),
-                  .hasShadow = parts.value("shadow"_L1).toBool()};
+                  .hasShadow = parts.value("shadow"_L1).toBool(),
+                  .isRound = parts.value("round"_L1).toBool()};
     parts.requireName(tool != tools.end());
     parts.require(style.color.isValid());
     parts.require(style.width >= 0 && style.width <= s_widestLine);

@@ -18,8 +18,9 @@ int last(double at, int tile, int count)
 
 }  // namespace
 
-Tiles::Tiles(QSize picture, bool isFine)
-    : m_tile(isFine ? s_fineTile : s_tile), m_picture(picture), m_columns((picture.width() + m_tile - 1) / m_tile),
+Tiles::Tiles(QSize picture, int margin, bool isFine)
+    : m_tile(isFine ? s_fineTile : s_tile), m_picture(picture), m_margin(margin),
+      m_columns((picture.width() + m_tile - 1) / m_tile),
       m_rows((picture.height() + m_tile - 1) / m_tile),
       m_taken(static_cast<size_t>(m_columns) * m_rows)
 {
@@ -30,12 +31,14 @@ double Tiles::reachOf(int width) { return std::max(0, width) * 0.75 + 2; }
 
 void Tiles::addRect(const QRectF &rect)
 {
-    for (int row = first(rect.top(), m_tile); row <= last(rect.bottom(), m_tile, m_rows); ++row)
-        addSpan(row, rect.left(), rect.right());
+    for (int row = first(rect.top() - m_margin, m_tile);
+         row <= last(rect.bottom() + m_margin, m_tile, m_rows); ++row)
+        addSpan(row, rect.left() - m_margin, rect.right() + m_margin);
 }
 
 void Tiles::addLine(QPointF from, QPointF to, double reach)
 {
+    reach += m_margin;
     const QPointF way = to - from;
     const double top = std::min(from.y(), to.y()) - reach;
     const double bottom = std::max(from.y(), to.y()) + reach;
@@ -57,6 +60,17 @@ void Tiles::addOutline(const QPolygonF &points, double reach)
 {
     for (qsizetype i = 1; i < points.size(); ++i)
         addLine(points.at(i - 1), points.at(i), reach);
+}
+
+void Tiles::addWhere(const QRect &area, const std::function<bool(const QRect &tile)> &isMeant)
+{
+    for (int row = first(area.top(), m_tile); row <= last(area.bottom(), m_tile, m_rows); ++row) {
+        for (int column = first(area.left(), m_tile);
+             column <= last(area.right(), m_tile, m_columns); ++column) {
+            if (isMeant({column * m_tile, row * m_tile, m_tile, m_tile}))
+                m_taken[index(row, column)] = true;
+        }
+    }
 }
 
 void Tiles::addSpan(int row, double left, double right)

@@ -46,20 +46,29 @@ private:
         }
     }
 
-    static void change(QImage &pristine, QList<EditEntry> &shapes, const QImage &now,
-                       const PictureMap &map)
+    // What a history has come to so far.
+    struct Made {
+        QImage pristine{};
+        QList<EditEntry> shapes{};
+        QList<ShapeId> added{};  // in their order
+    };
+
+    static void change(Made &made, const QImage &now, const PictureMap &map)
     {
-        pristine = now;
-        for (EditEntry &shape : shapes)
+        made.pristine = now;
+        for (EditEntry &shape : made.shapes)
             shape = mapped(shape, map);
     }
 
     // Each operation is carried out by looking at all shapes.
-    static void apply(const Operation &operation, QImage &pristine, QList<EditEntry> &shapes)
+    static void apply(const Operation &operation, Made &made)
     {
+        QImage &pristine = made.pristine;
+        QList<EditEntry> &shapes = made.shapes;
         const EntryPtr shape = shapeOf(operation);
         if (addedBy(operation)) {
             shapes.append(*shape);
+            made.added.append(shape->id);
         } else if (shape) {
             for (EditEntry &other : shapes) {
                 if (other.id == shape->id)
@@ -70,7 +79,7 @@ private:
         } else if (const auto *crop = std::get_if<CropPicture>(&operation.change)) {
             const QRect kept = crop->frame & pristine.rect();
             if (!kept.isEmpty())
-                change(pristine, shapes, pristine.copy(kept), PictureMap::moving(-kept.topLeft()));
+                change(made, pristine.copy(kept), PictureMap::moving(-kept.topLeft()));
         } else if (const auto *extend = std::get_if<ExtendPicture>(&operation.change)) {
             if (!extend->frame.intersects(pristine.rect()))
                 return;
@@ -85,16 +94,16 @@ private:
                                         : extend->ground.rgba());
                 }
             }
-            change(pristine, shapes, larger, PictureMap::moving(-extend->frame.topLeft()));
+            change(made, larger, PictureMap::moving(-extend->frame.topLeft()));
         } else if (const auto *turn = std::get_if<TurnPicture>(&operation.change)) {
-            change(pristine, shapes, pristine.transformed(QTransform().rotate(90 * turn->quarters)),
+            change(made, pristine.transformed(QTransform().rotate(90 * turn->quarters)),
                    PictureMap::turning(turn->quarters, pristine.size()));
         } else if (const auto *mirror = std::get_if<MirrorPicture>(&operation.change)) {
             const bool isAcross = mirror->axis == Qt::Horizontal;
-            change(pristine, shapes, pristine.mirrored(isAcross, !isAcross),
+            change(made, pristine.mirrored(isAcross, !isAcross),
                    PictureMap::mirroring(mirror->axis, pristine.size()));
         } else if (const auto *resize = std::get_if<ResizePicture>(&operation.change)) {
-            change(pristine, shapes,
+            change(made,
                    pristine.scaled(resize->size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation),
                    PictureMap::fitting(pristine.rect(), QRect(QPoint(), resize->size)));
         } else if (const auto *order = std::get_if<OrderShape>(&operation.change)) {
@@ -111,30 +120,53 @@ private:
                           entry);
         } else {
             for (const OperationPtr &part : std::get<SeveralChanges>(operation.change).changes)
-                apply(*part, pristine, shapes);
+                apply(*part, made);
         }
     }
 
-    QImage replay() const
+    // Markers count in the order in which they were added, and the lowest spotlight has the areas
+    // of all.
+    static void derive(Made &made)
     {
-        QImage pristine = picture.toImage();
-        QList<EditEntry> shapes;
+        int number = 0;
+        for (const ShapeId id : std::as_const(made.added)) {
+            for (EditEntry &shape : made.shapes) {
+                auto *marker = std::get_if<MarkerShape>(&shape.geometry);
+                if (marker && shape.id == id)
+                    marker->number = number = marker->start > 0 ? marker->start : number + 1;
+            }
+        }
+        SpotlightShape *lowest = nullptr;
+        for (EditEntry &shape : made.shapes) {
+            if (auto *spotlight = std::get_if<SpotlightShape>(&shape.geometry)) {
+                spotlight->spots.clear();
+                lowest = lowest ? lowest : spotlight;
+                lowest->spots.append({spotlight->bounds, shape.style.isRound});
+            }
+        }
+    }
+
+    QImage replay(const OperationPtr &draft = nullptr) const
+    {
+        Made made{.pristine = picture.toImage()};
         for (auto step = history.crbegin(); step != history.crend(); ++step)
-            apply(**step, pristine, shapes);
-        QImage image = pristine;
+            apply(**step, made);
+        if (draft)
+            apply(*draft, made);
+        derive(made);
+        QImage image = made.pristine;
         QPainter painter(&image);
         painter.setRenderHint(QPainter::Antialiasing);
-        for (const EditEntry &shape : std::as_const(shapes))
+        for (const EditEntry &shape : std::as_const(made.shapes))
             drawShape(painter, shape.geometry, shape.style);
         painter.end();
-        clean(pristine, image);
+        clean(made.pristine, image);
         return image;
     }
 
     void paint() const
     {
-        const QImage image = replay();
-        const ViewMapping view{.widget = m_widget->size(), .picture = image.size(), .scale = scale};
+        ViewMapping view{.widget = m_widget->size(), .picture = picture.size(), .scale = scale};
         QPainter painter(m_widget);
         painter.setPen(QColor(126, 136, 146));
         painter.drawRect(QRect(view.margins() - QPoint(1, 1), view.scaledSize() + QSize(1, 1)));
@@ -143,17 +175,11 @@ private:
                                                    view.shownSize(), Qt::KeepAspectRatio,
                                                    Qt::SmoothTransformation));
         };
-        show(image);
         const std::optional<Geometry> shape = gesture.preview(state, view, lineWidth);
-        if (!shape)
-            return;
-        QImage preview = image;
-        QPainter over(&preview);
-        over.setRenderHint(QPainter::Antialiasing);
-        drawShape(over, *shape, {.type = state, .width = lineWidth, .color = color});
-        over.end();
-        clean(image, preview);
-        show(preview);
+        if (!shape || picture.hasAlpha())
+            show(replay());
+        if (shape)
+            show(replay(adding({*shape, {.type = state, .width = lineWidth, .color = color}})));
     }
 
     QWidget *m_widget;

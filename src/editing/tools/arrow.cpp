@@ -5,6 +5,10 @@
 #include "editing/tiles.h"
 
 #include <QPainter>
+#include <QPainterPath>
+
+#include <algorithm>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -16,6 +20,45 @@ constexpr qsizetype s_headPoints = 3;
 ArrowShape between(QPoint start, QPoint tip, int width)
 {
     return {CreateArrowPolygon(start, tip, width), start};
+}
+
+void drawHead(QPainter &painter, const QColor &color, const QPolygon &head)
+{
+    painter.setPen(QPen(color, 1));
+    painter.setBrush(color);
+    painter.drawPolygon(head);
+    painter.setBrush(Qt::NoBrush);
+}
+
+// A point of the head as it lies in the one at the start.
+QPoint atStart(const ArrowShape &arrow, QPoint point)
+{
+    return arrow.start + arrow.points.at(1) - point;
+}
+
+// Where the heads are: three points each.
+QList<QPolygon> headsOf(const ArrowShape &arrow, const EditMsg &style)
+{
+    QList<QPolygon> result{arrow.points.first(s_headPoints)};
+    if (style.heads == Heads::Both) {
+        result.append(QPolygon());
+        for (const QPoint point : std::as_const(result.first()))
+            result.last().append(atStart(arrow, point));
+    }
+    return result;
+}
+
+QLine shaftOf(const ArrowShape &arrow, const EditMsg &style)
+{
+    const QPoint base = arrow.points.at(s_headPoints);
+    switch (style.heads) {
+    case Heads::Both:
+        return {atStart(arrow, base), base};
+    case Heads::Open:
+        return {arrow.start, arrow.points.at(1)};
+    default:
+        return {arrow.points.last(), base};
+    }
 }
 
 }  // namespace
@@ -36,10 +79,7 @@ void DrawArrow(QPainter &painter, const QColor &color, int width, const QPolygon
 {
     if (arrow.size() < s_headPoints)
         return;
-    painter.setPen(QPen(color, 1));
-    painter.setBrush(color);
-    painter.drawPolygon(arrow.first(arrow.size() - 2));
-    painter.setBrush(Qt::NoBrush);
+    drawHead(painter, color, arrow.first(arrow.size() - 2));
     painter.setPen(QPen(color, width));
     painter.drawLine(arrow.last(), arrow.at(arrow.size() - 2));
 }
@@ -51,27 +91,76 @@ std::optional<ArrowShape> ArrowShape::from(const Drag &drag)
 
 void ArrowShape::draw(QPainter &painter, const EditMsg &style) const
 {
-    DrawArrow(painter, style.color, style.width, points);
+    if (points.size() < s_points)
+        return;
+    if (style.heads == Heads::One && style.dashes == Dashes::None) {
+        DrawArrow(painter, style.color, style.width, points);
+        return;
+    }
+    const bool isOpen = style.heads == Heads::Open;
+    QPen pen = painter.pen();
+    if (isOpen) {
+        pen.setCapStyle(Qt::RoundCap);
+        pen.setJoinStyle(Qt::RoundJoin);
+    }
+    const QLineF shaft = shaftOf(*this, style);
+    QPainterPath lines;
+    for (const QPolygon &head : headsOf(*this, style)) {
+        if (isOpen)
+            lines.addPolygon(head);
+        else
+            drawHead(painter, style.color, head);
+    }
+    painter.setBrush(Qt::NoBrush);
+    painter.setPen(pen);
+    if (style.dashes != Dashes::None) {
+        painter.drawPath(lines);
+        setDashes(painter, style, shaft.length());
+        painter.drawLine(shaft);
+    } else if (isOpen) {
+        // All at once, so that a translucent colour is the same where lines meet.
+        lines.moveTo(shaft.p1());
+        lines.lineTo(shaft.p2());
+        painter.drawPath(lines);
+    } else {
+        painter.drawLine(shaft);
+    }
 }
 
 void ArrowShape::cover(Tiles &tiles, const EditMsg &style) const
 {
     if (points.size() < s_points)
         return;
-    const double edge = Tiles::reachOf(1);
-    tiles.addRect(QRectF(QPolygon(points.first(s_headPoints)).boundingRect())
-                      .adjusted(-edge, -edge, edge, edge));
-    tiles.addLine(points.last(), points.at(s_headPoints), Tiles::reachOf(style.width));
+    const double edge = Tiles::reachOf(style.heads == Heads::Open ? style.width : 1);
+    for (const QPolygon &head : headsOf(*this, style))
+        tiles.addRect(QRectF(head.boundingRect()).adjusted(-edge, -edge, edge, edge));
+    const QLine shaft = shaftOf(*this, style);
+    tiles.addLine(shaft.p1(), shaft.p2(), Tiles::reachOf(style.width));
 }
 
 bool ArrowShape::hit(QPointF point, qreal grace, const EditMsg &style) const
 {
     if (points.size() < s_points)
         return false;
-    const QPolygonF head = QPolygon(points.first(s_headPoints));
-    const QPolygonF shaft = QPolygon(points.sliced(s_headPoints));
-    return head.containsPoint(point, Qt::WindingFill) || isOnLine(head, point, 1, grace) ||
-           isOnLine(shaft, point, style.width, grace);
+    const bool isOpen = style.heads == Heads::Open;
+    const auto isOnHead = [&](const QPolygonF &head) {
+        return isOnLine(head, point, isOpen ? style.width : 1, grace) ||
+               (!isOpen && head.containsPoint(point, Qt::WindingFill));
+    };
+    const QList<QPolygon> heads = headsOf(*this, style);
+    const QLineF shaft = shaftOf(*this, style);
+    return std::any_of(heads.begin(), heads.end(), isOnHead) ||
+           isOnLine(QPolygonF({shaft.p1(), shaft.p2()}), point, style.width, grace);
+}
+
+QRect ArrowShape::box(const EditMsg &style) const
+{
+    if (points.size() < s_points)
+        return {};
+    QPolygon all = points;
+    for (const QPolygon &head : headsOf(*this, style))
+        all.append(head);
+    return boxAround(all);
 }
 
 ArrowShape ArrowShape::withEnd(qsizetype end, QPoint at, const EditMsg &style) const

@@ -26,13 +26,14 @@ struct ArrowShape {
     void cover(Tiles &tiles, const EditMsg &style) const;
     QPolygon drawnPoints() const { return points; }
     bool hit(QPointF point, qreal grace, const EditMsg &style) const;
-    QRect box(const EditMsg & /*style*/) const { return boxAround(points); }
+    QRect box(const EditMsg &style) const;
     /// Where it starts, and its tip.
     QPolygon ends() const { return QPolygon({start, points.value(1)}); }
     ArrowShape withEnd(qsizetype end, QPoint at, const EditMsg &style) const;
     ArrowShape mapped(const PictureMap &map, const EditMsg &style) const;
     void write(QJsonObject &to) const;
     static ArrowShape read(ShapeParts &parts);
+    bool operator==(const ArrowShape &) const = default;
 };
 
 /// The five points of an arrow in picture coordinates. In an arrow that is shorter than its head

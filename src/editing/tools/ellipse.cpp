@@ -10,13 +10,15 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// One outline, slightly beside the curve.
-QPolygonF outlineOf(const QRect &bounds)
+QPainterPath pathOf(const QRect &bounds)
 {
     QPainterPath path;
     path.addEllipse(bounds);
-    return path.toSubpathPolygons().value(0);
+    return path;
 }
+
+// One outline, slightly beside the curve.
+QPolygonF outlineOf(const QRect &bounds) { return pathOf(bounds).toSubpathPolygons().value(0); }
 
 }  // namespace
 
@@ -25,9 +27,24 @@ std::optional<EllipseShape> EllipseShape::from(const Drag &drag)
     return drag.box ? std::optional(EllipseShape{*drag.box}) : std::nullopt;
 }
 
-void EllipseShape::draw(QPainter &painter, const EditMsg & /*style*/) const
+void EllipseShape::draw(QPainter &painter, const EditMsg &style) const
 {
+    // A whole number of dashes from axis to axis, so that it looks the same when it is turned.
+    if (style.dashes != Dashes::None)
+        setDashes(painter, style, pathOf(bounds).length() / 4);
     painter.drawEllipse(bounds);
+}
+
+// The outline lies over the fill.
+void EllipseShape::drawShadow(QPainter &painter, const EditMsg &style) const
+{
+    if (isFilled(style)) {
+        const qreal edge = style.width / 2.;
+        painter.setPen(Qt::NoPen);
+        painter.drawEllipse(QRectF(bounds).adjusted(-edge, -edge, edge, edge));
+    } else {
+        draw(painter, style);
+    }
 }
 
 void EllipseShape::cover(Tiles &tiles, const EditMsg &style) const

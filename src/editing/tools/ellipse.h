@@ -21,6 +21,7 @@ struct EllipseShape {
 
     static std::optional<EllipseShape> from(const Drag &drag);
     void draw(QPainter &painter, const EditMsg &style) const;
+    void drawShadow(QPainter &painter, const EditMsg &style) const;
     void cover(Tiles &tiles, const EditMsg &style) const;
     QPolygon drawnPoints() const;
     bool hit(QPointF point, qreal grace, const EditMsg &style) const;
@@ -36,4 +37,5 @@ struct EllipseShape {
     }
     void write(QJsonObject &to) const;
     static EllipseShape read(ShapeParts &parts);
+    bool operator==(const EllipseShape &) const = default;
 };

@@ -14,8 +14,9 @@ constexpr qsizetype s_mostEnds = 12;
 
 }  // namespace
 
-void PolylineShape::draw(QPainter &painter, const EditMsg & /*style*/) const
+void PolylineShape::draw(QPainter &painter, const EditMsg &style) const
 {
+    setDashes(painter, style, lengthOf(points));
     painter.drawPolyline(points);
 }
 

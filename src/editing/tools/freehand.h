@@ -35,4 +35,5 @@ struct PolylineShape {
     }
     void write(QJsonObject &to) const;
     static PolylineShape read(ShapeParts &parts);
+    bool operator==(const PolylineShape &) const = default;
 };

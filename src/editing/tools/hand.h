@@ -32,4 +32,5 @@ struct EmptyShape {
     EmptyShape mapped(const PictureMap & /*map*/, const EditMsg & /*style*/) const { return {}; }
     void write(QJsonObject & /*to*/) const {}
     static EmptyShape read(ShapeParts & /*parts*/) { return {}; }
+    bool operator==(const EmptyShape &) const = default;
 };

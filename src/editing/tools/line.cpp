@@ -12,8 +12,9 @@ std::optional<LineShape> LineShape::from(const Drag &drag)
     return LineShape{QPolygon({drag.start, drag.pointer})};
 }
 
-void LineShape::draw(QPainter &painter, const EditMsg & /*style*/) const
+void LineShape::draw(QPainter &painter, const EditMsg &style) const
 {
+    setDashes(painter, style, lengthOf(points));
     painter.drawPolyline(points);
 }
 

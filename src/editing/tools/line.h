@@ -34,4 +34,5 @@ struct LineShape {
     }
     void write(QJsonObject &to) const;
     static LineShape read(ShapeParts &parts);
+    bool operator==(const LineShape &) const = default;
 };

@@ -31,10 +31,36 @@ std::optional<RectShape> RectShape::from(const Drag &drag)
 
 void RectShape::draw(QPainter &painter, const EditMsg &style) const
 {
-    if (style.dashes != Dashes::None || isFilled(style))
+    if (style.dashes != Dashes::None) {
+        const QPen pen = painter.pen();
+        painter.setPen(Qt::NoPen);
         painter.drawPolygon(outline);
-    else
+        // Each side for itself, so that there is a dash around each corner.
+        for (qsizetype i = 0; i + 1 < outline.size(); ++i) {
+            const QLineF side(outline.at(i), outline.at(i + 1));
+            painter.setPen(pen);
+            setDashes(painter, style, side.length());
+            painter.drawLine(side);
+        }
+    } else if (isFilled(style)) {
+        painter.drawPolygon(outline);
+    } else {
         DrawRect(painter, style.color, style.width, outline);
+    }
+}
+
+// The sides lie over each other in the corners, and over the fill.
+void RectShape::drawShadow(QPainter &painter, const EditMsg &style) const
+{
+    if (isFilled(style)) {
+        const qreal edge = style.width / 2.;
+        painter.setPen(Qt::NoPen);
+        painter.drawRect(QRectF(box(style)).adjusted(-edge, -edge, edge, edge));
+    } else if (style.dashes != Dashes::None) {
+        draw(painter, style);
+    } else {
+        painter.drawPolygon(outline);
+    }
 }
 
 void RectShape::cover(Tiles &tiles, const EditMsg &style) const

@@ -21,6 +21,7 @@ struct RectShape {
 
     static std::optional<RectShape> from(const Drag &drag);
     void draw(QPainter &painter, const EditMsg &style) const;
+    void drawShadow(QPainter &painter, const EditMsg &style) const;
     void cover(Tiles &tiles, const EditMsg &style) const;
     QPolygon drawnPoints() const { return outline; }
     bool hit(QPointF point, qreal grace, const EditMsg &style) const;
@@ -36,6 +37,7 @@ struct RectShape {
     }
     void write(QJsonObject &to) const;
     static RectShape read(ShapeParts &parts);
+    bool operator==(const RectShape &) const = default;
 };
 
 /// Draws the outline of a rectangle of five points; nothing if it has fewer.

@@ -7,6 +7,7 @@
 #include <QPainter>
 
 #include <algorithm>
+#include <cmath>
 
 using namespace Qt::StringLiterals;
 
@@ -14,6 +15,9 @@ namespace {
 
 constexpr QSize s_box(1000, 1000);  // picture pixels
 constexpr int s_stackedLines = 12;
+constexpr int s_leastLean = 8;  // as far as the plate reaches around the smallest text
+constexpr int s_widestOutline = 8;
+constexpr qreal s_roundest = 12;  // the radius of a plate's corners, picture pixels
 
 struct Layout {
     QRect box{};
@@ -49,6 +53,54 @@ Measured measure(const EditMsg &style)
             painter.fontMetrics().height()};
 }
 
+// The plate behind a text, which has room for it.
+QRect plateOf(const Measured &text)
+{
+    const int room = std::max(2, text.lineHeight / 6);
+    return text.bounds.adjusted(-2 * room, -room, 2 * room, room);
+}
+
+int outlineOf(int lineHeight) { return std::clamp(qRound(lineHeight / 16.), 1, s_widestOutline); }
+
+void drawPlate(QPainter &painter, const Measured &text, const QColor &color)
+{
+    if (text.bounds.isEmpty())
+        return;
+    const qreal radius = std::min(s_roundest, text.lineHeight / 4.);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(color);
+    painter.drawRoundedRect(plateOf(text), radius, radius);
+}
+
+// The letters in the colour of their outline, at many places around their own. Those outlines that
+// fonts tell depend slightly on what was drawn with a font before, and so would the pixels.
+void drawOutline(QPainter &painter, const Layout &layout, const QString &text, int width)
+{
+    // Thin letters would leave gaps within a wide outline.
+    for (int radius = width; radius > 0; radius -= 2) {
+        const int copies = 4 + 4 * radius;
+        for (int i = 0; i < copies; ++i) {
+            const double angle = 2 * M_PI * i / copies;
+            const QPointF by(radius * std::cos(angle), radius * std::sin(angle));
+            painter.drawText(layout.box.translated(by.toPoint()), layout.flags, text);
+        }
+    }
+}
+
+// What a text takes with what is drawn around it.
+QRect roomOf(const Measured &text, const EditMsg &style)
+{
+    const int outline = outlineOf(text.lineHeight);
+    switch (style.ground) {
+    case TextGround::Filled:
+        return plateOf(text);
+    case TextGround::Outlined:
+        return text.bounds.adjusted(-outline, -outline, outline, outline);
+    default:
+        return text.bounds;
+    }
+}
+
 // From the text as it was typed to the picture.
 QTransform placed(const TextShape &text)
 {
@@ -63,7 +115,34 @@ void TextShape::draw(QPainter &painter, const EditMsg &style) const
     const QTransform before = painter.transform();
     painter.setTransform(placed(*this), true);
     const Layout layout = layoutOf(painter, {}, style.text);
+    const QPen pen = painter.pen();
+    const QColor ground = contrastTo(style.color);
+    if (style.ground == TextGround::Filled) {
+        drawPlate(painter, measure(style), ground);
+    } else if (style.ground == TextGround::Outlined) {
+        painter.setPen(ground);
+        drawOutline(painter, layout, style.text, outlineOf(painter.fontMetrics().height()));
+    }
+    painter.setPen(pen);
     painter.drawText(layout.box, layout.flags, style.text);
+    painter.setTransform(before);
+}
+
+// What is drawn around the letters casts it.
+void TextShape::drawShadow(QPainter &painter, const EditMsg &style) const
+{
+    painter.setFont(style.font);
+    const QTransform before = painter.transform();
+    if (style.ground == TextGround::Outlined) {
+        const int outline = outlineOf(painter.fontMetrics().height());
+        painter.setTransform(QTransform::fromTranslate(outline, outline), true);
+    }
+    painter.setTransform(placed(*this), true);
+    const Layout layout = layoutOf(painter, {}, style.text);
+    if (style.ground == TextGround::Filled)
+        drawPlate(painter, measure(style), style.color);
+    else
+        painter.drawText(layout.box, layout.flags, style.text);
     painter.setTransform(before);
 }
 
@@ -76,7 +155,7 @@ void TextShape::cover(Tiles &tiles, const EditMsg &style) const
     const bool hasMarks = std::any_of(style.text.begin(), style.text.end(),
                                       [](QChar character) { return character.isMark(); });
     const auto [bounds, lineHeight] = measure(style);
-    const double lean = lineHeight * (hasMarks ? s_stackedLines : 1);
+    const double lean = std::max(lineHeight, s_leastLean) * (hasMarks ? s_stackedLines : 1);
     tiles.addRect(placed(*this).mapRect(QRectF(bounds).adjusted(-lean, -lean, lean, lean)));
 }
 
@@ -89,7 +168,7 @@ bool TextShape::hit(QPointF point, qreal grace, const EditMsg &style) const
 
 QRect TextShape::box(const EditMsg &style) const
 {
-    return placed(*this).mapRect(measure(style).bounds);
+    return placed(*this).mapRect(roomOf(measure(style), style));
 }
 
 TextShape TextShape::mapped(const PictureMap &map, const EditMsg & /*style*/) const

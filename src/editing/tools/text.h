@@ -24,6 +24,7 @@ struct TextShape {
 
     static std::optional<TextShape> from(const Drag & /*drag*/) { return {}; }
     void draw(QPainter &painter, const EditMsg &style) const;
+    void drawShadow(QPainter &painter, const EditMsg &style) const;
     void cover(Tiles &tiles, const EditMsg &style) const;
     QPolygon drawnPoints() const { return QList<QPoint>{position}; }
     bool hit(QPointF point, qreal grace, const EditMsg &style) const;
@@ -36,4 +37,5 @@ struct TextShape {
     TextShape mapped(const PictureMap &map, const EditMsg &style) const;
     void write(QJsonObject &to) const;
     static TextShape read(ShapeParts &parts);
+    bool operator==(const TextShape &) const = default;
 };

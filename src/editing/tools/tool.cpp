@@ -1,9 +1,20 @@
 #include "editing/tools/tool.h"
 
+#include <QPainter>
+
 #include <algorithm>
 #include <cmath>
 
 namespace {
+
+// Of a dash and the gap behind it, without the caps, in widths of the pen. A dot is all cap.
+struct Pattern {
+    qreal dash = 0;
+    qreal gap = 0;
+    Qt::PenCapStyle cap = Qt::SquareCap;
+};
+constexpr Pattern s_dashed{2, 3, Qt::SquareCap};
+constexpr Pattern s_dotted{0.02, 2, Qt::RoundCap};
 
 qreal distance(QPointF a, QPointF b) { return std::hypot(a.x() - b.x(), a.y() - b.y()); }
 
@@ -17,6 +28,31 @@ qreal distanceToSegment(QPointF point, QPointF from, QPointF to)
 }
 
 }  // namespace
+
+void setDashes(QPainter &painter, const EditMsg &style, qreal length)
+{
+    if (style.dashes == Dashes::None)
+        return;
+    QPen pen = painter.pen();
+    const Pattern &pattern = style.dashes == Dashes::Dashed ? s_dashed : s_dotted;
+    const qreal widths = length / std::max(pen.widthF(), 1.);
+    const qreal count = std::round(widths / (pattern.dash + pattern.gap));
+    if (count < 1)
+        return;
+    const qreal stretch = widths / (count * (pattern.dash + pattern.gap));
+    pen.setDashPattern({pattern.dash * stretch, pattern.gap * stretch});
+    pen.setDashOffset(pattern.dash * stretch / 2);
+    pen.setCapStyle(pattern.cap);
+    painter.setPen(pen);
+}
+
+qreal lengthOf(const QPolygonF &line)
+{
+    qreal length = 0;
+    for (qsizetype i = 1; i < line.size(); ++i)
+        length += distance(line.at(i - 1), line.at(i));
+    return length;
+}
 
 bool isNearLine(const QPolygonF &line, QPointF point, qreal reach)
 {

@@ -11,6 +11,8 @@
 
 #include <optional>
 
+class QPainter;
+
 // What all tools share. A tool is one pair of files in this folder and one row of the table
 // (`tooltable.h`), which is a struct with `static constexpr Tool tool`: what strip, keys and files
 // know of it. That of a tool which draws is its shape, a value with these members, too:
@@ -18,9 +20,13 @@
 // - `static std::optional<Shape> from(const Drag &)`: the shape of a drag; none if it draws none.
 //
 // - `void draw(QPainter &, const EditMsg &) const`: draws over what is below, which is what the
-//   painter's device shows. The pen has the style's colour, width and dashes, the brush its fill.
+//   painter's device shows. The pen has the style's colour and width, the brush its fill.
+//   `void drawShadow(QPainter &, const EditMsg &) const`, if its parts lie over each other: what
+//   its shadow is a shadow of.
 //
-// - `void cover(Tiles &, const EditMsg &) const`: marks every tile that draw() may change.
+// - `void cover(Tiles &, const EditMsg &) const`: marks every tile that draw() may change. If two
+//   states of the shape differ in less, `void coverChange(Tiles &, const Shape &) const` marks
+//   that.
 //
 // - `QPolygon drawnPoints() const`: points that are drawn in any case.
 //
@@ -35,6 +41,9 @@
 //
 // - `Shape mapped(const PictureMap &, const EditMsg &) const`: where it is after a change of the
 //   picture, or of its box. The style has been mapped already.
+//
+// - `static void settle(QList<EntryPtr> &shapes, const QList<ShapeId> &byAge)`, if it is derived:
+//   replaces those of its kind whose look has to change by copies, and leaves all others alone.
 //
 // - `void write(QJsonObject &) const` and `static Shape read(ShapeParts &)`: for unsaved pictures
 //   that are kept. An earlier version of the program leaves alone what has names that are new.
@@ -72,7 +81,8 @@ enum ToolUse : unsigned {
     UsesHeads = 4,
     UsesGround = 8,
     UsesShadow = 16,
-    UsesAll = 31
+    UsesRound = 32,
+    UsesAll = 63
 };
 
 /// The style with which a shape was drawn. Each shape uses what it has a use for.
@@ -87,6 +97,7 @@ struct EditMsg {
     Heads heads = Heads::One;
     TextGround ground = TextGround::None;
     bool hasShadow = false;
+    bool isRound = false;  ///< a spotlight's area is an ellipse
 
     bool operator==(const EditMsg &) const = default;
 };
@@ -132,6 +143,11 @@ struct Drag {
     bool isEven = false;  ///< Shift is held: squares, circles, whole eighths of a turn
 };
 
+/// Gives the pen the gaps of the style, if it has any, so that a line of that length begins and
+/// ends in the middle of a dash.
+void setDashes(QPainter &painter, const EditMsg &style, qreal length);
+/// The length of a line through points.
+qreal lengthOf(const QPolygonF &line);
 /// Whether a point lies at most `reach` beside a line through points.
 bool isNearLine(const QPolygonF &line, QPointF point, qreal reach);
 /// The same for a line drawn with a pen of that width, with `grace` beside it.

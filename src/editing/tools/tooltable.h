@@ -5,10 +5,14 @@
 #include "editing/tools/ellipse.h"
 #include "editing/tools/freehand.h"
 #include "editing/tools/hand.h"
+#include "editing/tools/highlighter.h"
 #include "editing/tools/line.h"
+#include "editing/tools/marker.h"
+#include "editing/tools/measure.h"
 #include "editing/tools/pipette.h"
 #include "editing/tools/rectangle.h"
 #include "editing/tools/select.h"
+#include "editing/tools/spotlight.h"
 #include "editing/tools/text.h"
 
 #include <array>
@@ -18,19 +22,26 @@
 #include <utility>
 #include <variant>
 
+/// A tool that draws has a shape.
+template<typename T>
+concept DrawingTool = requires(T shape)
+{
+    shape.drawnPoints();
+};
+
 template<typename... Tools> struct ToolRows {
     static constexpr std::array<const Tool *, sizeof...(Tools)> s_tools{&Tools::tool...};
 
-    // Those that draw have a shape.
-    template<typename T> using Row = std::conditional_t < requires(T shape) { shape.drawnPoints(); }
-    , std::tuple<T>, std::tuple < >> ;
+    template<typename T>
+    using Row = std::conditional_t<DrawingTool<T>, std::tuple<T>, std::tuple<>>;
     template<typename... Shapes> static std::variant<Shapes...> anyOf(std::tuple<Shapes...>);
     using Geometry = decltype(anyOf(std::tuple_cat(std::declval<Row<Tools>>()...)));
 };
 
 /// The table of tools, in the order of the strip: a row a tool, which is the name of its struct.
 using ToolTable = ToolRows<EmptyShape, RectShape, EllipseShape, ArrowShape, PolylineShape,
-                           TextShape, LineShape, SelectTool, CropTool, PipetteTool>;
+                           TextShape, LineShape, SelectTool, HighlighterShape, MarkerShape,
+                           SpotlightShape, MeasureShape, CropTool, PipetteTool>;
 
 /// The shape of any tool, in picture coordinates.
 using Geometry = ToolTable::Geometry;

@@ -137,8 +137,9 @@ private slots:
                                                    .font = font}});
                 editor.record(text);
             } else {
-                plain.state = static_cast<stateEnum>(
-                    QList{stateRect, stateEllipse, stateArrow, statePoly}.at(random.bounded(4)));
+                const QList tools{stateRect,        stateEllipse, stateArrow,     statePoly,
+                                  stateHighlighter, stateMarker,  stateSpotlight, stateMeasure};
+                plain.state = tools.at(random.bounded(tools.size()));
                 plain.lineWidth = 1 + random.bounded(12);
                 plain.color =
                     QColor::fromRgba(random.generate() | (random.bounded(2) ? 0xff000000 : 0));
@@ -154,7 +155,7 @@ private slots:
                     at = point();
                     send(QEvent::MouseMove, at, Qt::LeftButton);
                     plain.gesture.moveTo(at);
-                    if (plain.state == statePoly)
+                    if (toolOf(plain.state).isFreehand)
                         plain.gesture.extendLine(view.toPicture(at));
                     compare();
                 }
@@ -211,8 +212,8 @@ void TestDisplay::operations()
         return QPoint(random.bounded(-20, size.width() + 20),
                       random.bounded(-20, size.height() + 20));
     };
-    const auto shape = [&](ShapeId id) {
-        EditMsg style{.type = random.bounded(1 + statePipette),
+    const auto shape = [&](ShapeId id, int tool) {
+        EditMsg style{.type = tool,
                       .width = 1 + random.bounded(9),
                       .color = QColor::fromRgba(random.generate()),
                       .text = u"fj\n\u0645"_s,
@@ -220,26 +221,33 @@ void TestDisplay::operations()
                       .dashes = Dashes(random.bounded(3)),
                       .heads = Heads(random.bounded(3)),
                       .ground = TextGround(random.bounded(3)),
-                      .hasShadow = random.bounded(4) == 0};
+                      .hasShadow = random.bounded(4) == 0,
+                      .isRound = random.bounded(2) == 0};
         style.font.setPointSize(6 + random.bounded(20));
         Drag drag{.start = point(),
                   .end = point(),
                   .line = QPolygon({point(), point(), point()}),
                   .width = style.width};
-        drag.box = QRect(drag.start, drag.end);
-        const Geometry geometry =
-            shapeFrom(stateEnum(style.type), drag).value_or(TextShape{drag.start});
+        drag.pointer = drag.end;
+        drag.box = QRect(drag.start, drag.end).normalized();
+        Geometry geometry = shapeFrom(stateEnum(tool), drag).value_or(TextShape{drag.start});
+        if (auto *marker = std::get_if<MarkerShape>(&geometry))
+            marker->start = random.bounded(4) ? 0 : random.bounded(1200);
         return std::make_shared<const EditEntry>(EditEntry{geometry, style, id});
     };
-    const auto anyId = [&]() -> ShapeId {
+    const auto any = [&] {
         const auto shapes = sceneOf(editor.getVecUnDo(), image.size()).shapes;
-        return shapes.isEmpty() ? nextShapeId() : shapes.at(random.bounded(shapes.size()))->id;
+        return shapes.isEmpty() ? std::make_shared<const EditEntry>()
+                                : shapes.at(random.bounded(shapes.size()));
     };
+    const auto anyId = [&] { return any()->id; };
     const std::function<OperationPtr(int)> change = [&](int kind) {
         if (kind < 5)
-            return operation(AddShape{shape(nextShapeId())});
-        if (kind == 5)
-            return operation(ReplaceShape{shape(anyId())});
+            return operation(AddShape{shape(nextShapeId(), random.bounded(1 + statePipette))});
+        if (kind == 5) {
+            const EntryPtr before = any();
+            return operation(ReplaceShape{shape(before->id, before->style.type)});
+        }
         if (kind == 6)
             return operation(RemoveShape{anyId()});
         if (kind == 7)

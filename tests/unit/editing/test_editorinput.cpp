@@ -78,6 +78,23 @@ private slots:
                  QColor(Qt::green));
     }
 
+    // A number that was set is the next marker's, and those after it count on from there.
+    void markers()
+    {
+        m_editor->setState(stateMarker);
+        click({60, 60});
+        QCOMPARE(m_editor->nextNumber(), 2);
+        m_editor->setNextNumber(7);
+        QCOMPARE(m_editor->nextNumber(), 7);
+        click({80, 60});
+        QCOMPARE(m_editor->nextNumber(), 8);
+        m_editor->Undo();
+        QCOMPARE(m_editor->nextNumber(), 2);
+        click({100, 60});
+        m_editor->Redo();
+        QCOMPARE(m_editor->nextNumber(), 8);
+    }
+
     // Each press makes one shape at the most, from where it was pressed, in the picture for which
     // it was meant.
     void presses()
