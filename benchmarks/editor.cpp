@@ -194,6 +194,37 @@ void plainDrag(benchmark::State &state, Kind kind, float scale)
     }
 }
 
+// A freehand line of a usual length, which a drag that went on would not have.
+constexpr int s_moves = 100;
+
+void toolDrag(benchmark::State &state, stateEnum tool, bool isRound = false)
+{
+    EditorStage stage(Opaque, 500, 1);
+    stage.editor.setState(tool);
+    stage.editor.changeStyle([&](EditMsg &style) { style.isRound = isRound; });
+    int frame = 0;
+    for (auto _ : state) {
+        if (frame % s_moves == 0)
+            stage.send(QEvent::MouseButtonPress, QPoint(500, 300), Qt::LeftButton);
+        stage.send(QEvent::MouseMove, corner(++frame), Qt::LeftButton);
+        stage.frame();
+    }
+}
+
+void plainToolDrag(benchmark::State &state, stateEnum tool)
+{
+    PlainStage stage(Opaque, 500, 1);
+    stage.painter.state = tool;
+    const ViewMapping view{.widget = stage.widget.size(), .picture = s_size};
+    stage.painter.gesture.press({500, 300}, view);
+    int frame = 0;
+    for (auto _ : state) {
+        stage.painter.gesture.moveTo(corner(++frame));
+        stage.painter.gesture.extendLine(view.toPicture(corner(frame)));
+        stage.widget.repaint();
+    }
+}
+
 void newShape(benchmark::State &state, Kind kind, int count)
 {
     EditorStage stage(kind, count, 1);
@@ -277,6 +308,17 @@ FRAMES(drag, opaque_small, Opaque, s_small);
 PLAIN_FRAMES(plainDrag, opaque_small, Opaque, s_small);
 FRAMES(drag, ellipse_small, Ellipse, s_small);
 PLAIN_FRAMES(plainDrag, ellipse_small, Ellipse, s_small);
+FRAMES(toolDrag, line, stateLine);
+PLAIN_FRAMES(plainToolDrag, line, stateLine);
+FRAMES(toolDrag, highlighter, stateHighlighter);
+PLAIN_FRAMES(plainToolDrag, highlighter, stateHighlighter);
+FRAMES(toolDrag, marker, stateMarker);
+PLAIN_FRAMES(plainToolDrag, marker, stateMarker);
+FRAMES(toolDrag, measure, stateMeasure);
+PLAIN_FRAMES(plainToolDrag, measure, stateMeasure);
+FRAMES(toolDrag, spotlight, stateSpotlight);
+PLAIN_FRAMES(plainToolDrag, spotlight, stateSpotlight);
+FRAMES(toolDrag, round, stateSpotlight, true);
 FRAMES(newShape, opaque_500, Opaque, 500);
 PLAIN_FRAMES(plainNewShape, opaque_500, Opaque, 500);
 FRAMES(newShape, opaque_5000, Opaque, 5000);
@@ -298,6 +340,18 @@ bool addRatio(const char *what, const std::string &name, const std::string &plai
                           .limit = atLeast(least)});
 }
 
+// Every tool has a drag frame of its own.
+bool addTool(const std::string &what, const std::string &name, double least)
+{
+    const std::string plain = name == "round" ? "spotlight" : name;
+    return addRatio(("the drag frame of a " + what).c_str(), "toolDrag/" + name,
+                    "plainToolDrag/" + plain, least) &&
+           addComparison({.what = "the frame itself",
+                          .measured = "toolDrag/" + name,
+                          .unit = "ms",
+                          .limit = atMost(8)});
+}
+
 [[maybe_unused]] const bool s_registered =
     addRatio("repaint with nothing changed, 500 shapes, against a replay of everything",
              "repaint/opaque", "plainRepaint/opaque", 50) &&
@@ -312,6 +366,9 @@ bool addRatio(const char *what, const std::string &name, const std::string &plai
     addRatio("the frame on an ellipse grab", "drag/ellipse", "plainDrag/ellipse", 10) &&
     addRatio("the drag frame at zoom 0.36", "drag/opaque_small", "plainDrag/opaque_small", 8) &&
     addRatio("the same on an ellipse grab", "drag/ellipse_small", "plainDrag/ellipse_small", 4) &&
+    addTool("line", "line", 100) && addTool("highlighter", "highlighter", 100) &&
+    addTool("marker", "marker", 100) && addTool("measure", "measure", 100) &&
+    addTool("spotlight", "spotlight", 10) && addTool("round spotlight", "round", 10) &&
     addRatio("a new shape and the repaint, 500 before it", "newShape/opaque_500",
              "plainNewShape/opaque_500", 20) &&
     addRatio("a new shape and the repaint, 5,000 before it", "newShape/opaque_5000",

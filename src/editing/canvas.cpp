@@ -316,13 +316,17 @@ QRegion Canvas::setPreview(const OperationPtr &step)
 {
     const QRegion before = m_previewArea;
     const std::optional<QList<EntryPtr>> shapesBefore = std::exchange(m_previewShapes, {});
+    const EntryPtr addedBefore = m_preview ? addedBy(*m_preview) : nullptr;
     m_preview = step;
     m_previewArea = {};
     QRegion changed = before;
     const EntryPtr added = step ? addedBy(*step) : nullptr;
     if (added && !isDerived(*added)) {
         m_previewArea = coverageOf(*added);
-        changed += m_previewArea;
+        if (addedBefore && !isDerived(*addedBefore))
+            changed = changeOf(*addedBefore, *added, m_base.size());
+        else
+            changed += m_previewArea;
     } else if (step) {
         m_previewShapes = after(step).shapes;
         m_previewArea = difference(m_scene.shapes, *m_previewShapes);
@@ -352,9 +356,7 @@ const QImage &Canvas::preview()
     } else if (m_previewShapes.has_value()) {
         redraw(m_previewImage, m_stale, m_base, *m_previewShapes);
     } else {
-        copyArea(image, m_previewImage, m_stale + m_previewArea);
-        if (added)
-            drawOver(m_previewImage, m_base, added->geometry, added->style, m_previewArea);
+        redraw(m_previewImage, m_stale, image, added ? QList{added} : QList<EntryPtr>());
     }
     m_stale = {};
     return m_previewImage;
