@@ -48,15 +48,17 @@ QPixmap picture(Kind kind)
     return pixmap;
 }
 
-// Typical shapes: a few large ones, but most of them small.
-EditHistory shapes(int count)
+// Shapes of all sizes. Where there are very many of them, all but every tenth are small, as in a
+// picture of which anything is still to be seen.
+EditHistory shapes(int count, bool areMany = false)
 {
     QRandomGenerator random(3);
     EditHistory history;
     for (int i = 0; i < count; ++i) {
         const QPoint at(random.bounded(s_size.width() - 700),
                         random.bounded(s_size.height() - 500));
-        const QPoint to = at + QPoint(50 + random.bounded(600), 50 + random.bounded(400));
+        const int part = areMany && i % 10 ? 5 : 1;
+        const QPoint to = at + QPoint(50 + random.bounded(600), 50 + random.bounded(400)) / part;
         const QRect rect(at, to);
         Geometry geometry;
         switch (i % 5) {
@@ -75,7 +77,7 @@ EditHistory shapes(int count)
         default: {
             QPolygon line;
             for (int step = 0; step < 100; ++step)
-                line << at + QPoint(step * 5, static_cast<int>(80 * std::sin(step / 8.)));
+                line << at + QPoint(step * 5, static_cast<int>(80 * std::sin(step / 8.))) / part;
             geometry = PolylineShape{line};
         }
         }
@@ -196,6 +198,37 @@ void plainDrag(benchmark::State &state, Kind kind, float scale)
     }
 }
 
+// A freehand line of a usual length, which a drag that went on would not have.
+constexpr int s_moves = 100;
+
+void toolDrag(benchmark::State &state, stateEnum tool, bool isRound = false)
+{
+    EditorStage stage(Opaque, 500, 1);
+    stage.editor.setState(tool);
+    stage.editor.changeStyle([&](EditMsg &style) { style.isRound = isRound; });
+    int frame = 0;
+    for (auto _ : state) {
+        if (frame % s_moves == 0)
+            stage.send(QEvent::MouseButtonPress, QPoint(500, 300), Qt::LeftButton);
+        stage.send(QEvent::MouseMove, corner(++frame), Qt::LeftButton);
+        stage.frame();
+    }
+}
+
+void plainToolDrag(benchmark::State &state, stateEnum tool)
+{
+    PlainStage stage(Opaque, 500, 1);
+    stage.painter.state = tool;
+    const ViewMapping view{.widget = stage.widget.size(), .picture = s_size};
+    stage.painter.gesture.press({500, 300}, view);
+    int frame = 0;
+    for (auto _ : state) {
+        stage.painter.gesture.moveTo(corner(++frame));
+        stage.painter.gesture.extendLine(view.toPicture(corner(frame)));
+        stage.widget.repaint();
+    }
+}
+
 void newShape(benchmark::State &state, Kind kind, int count)
 {
     EditorStage stage(kind, count, 1);
@@ -239,8 +272,9 @@ void plainUndo(benchmark::State &state, Kind kind)
 // A shape in the middle of all of them is moved with the pointer.
 void moveShape(benchmark::State &state, int count)
 {
-    EditorStage stage(Opaque, count, 1);
-    stage.editor.setState(stateSelect);
+    EditorStage stage(Opaque, 0, 1);
+    const EditHistory history = shapes(count, true);
+    stage.editor.setVecUnDo(&history);
     const QList<EntryPtr> shapes = sceneOf(stage.editor.getVecUnDo(), s_size).shapes;
     const auto inView =
         std::find_if(shapes.begin() + count / 2, shapes.end(), [](const EntryPtr &shape) {
@@ -319,6 +353,17 @@ FRAMES(drag, opaque_small, Opaque, s_small);
 PLAIN_FRAMES(plainDrag, opaque_small, Opaque, s_small);
 FRAMES(drag, ellipse_small, Ellipse, s_small);
 PLAIN_FRAMES(plainDrag, ellipse_small, Ellipse, s_small);
+FRAMES(toolDrag, line, stateLine);
+PLAIN_FRAMES(plainToolDrag, line, stateLine);
+FRAMES(toolDrag, highlighter, stateHighlighter);
+PLAIN_FRAMES(plainToolDrag, highlighter, stateHighlighter);
+FRAMES(toolDrag, marker, stateMarker);
+PLAIN_FRAMES(plainToolDrag, marker, stateMarker);
+FRAMES(toolDrag, measure, stateMeasure);
+PLAIN_FRAMES(plainToolDrag, measure, stateMeasure);
+FRAMES(toolDrag, spotlight, stateSpotlight);
+PLAIN_FRAMES(plainToolDrag, spotlight, stateSpotlight);
+FRAMES(toolDrag, round, stateSpotlight, true);
 FRAMES(newShape, opaque_500, Opaque, 500);
 PLAIN_FRAMES(plainNewShape, opaque_500, Opaque, 500);
 FRAMES(newShape, opaque_5000, Opaque, 5000);
@@ -342,6 +387,18 @@ bool addRatio(const char *what, const std::string &name, const std::string &plai
                           .limit = atLeast(least)});
 }
 
+// Every tool has a drag frame of its own.
+bool addTool(const std::string &what, const std::string &name, double least)
+{
+    const std::string plain = name == "round" ? "spotlight" : name;
+    return addRatio(("the drag frame of a " + what).c_str(), "toolDrag/" + name,
+                    "plainToolDrag/" + plain, least) &&
+           addComparison({.what = "the frame itself",
+                          .measured = "toolDrag/" + name,
+                          .unit = "ms",
+                          .limit = atMost(8)});
+}
+
 [[maybe_unused]] const bool s_registered =
     addRatio("repaint with nothing changed, 500 shapes, against a replay of everything",
              "repaint/opaque", "plainRepaint/opaque", 50) &&
@@ -356,6 +413,9 @@ bool addRatio(const char *what, const std::string &name, const std::string &plai
     addRatio("the frame on an ellipse grab", "drag/ellipse", "plainDrag/ellipse", 10) &&
     addRatio("the drag frame at zoom 0.36", "drag/opaque_small", "plainDrag/opaque_small", 8) &&
     addRatio("the same on an ellipse grab", "drag/ellipse_small", "plainDrag/ellipse_small", 4) &&
+    addTool("line", "line", 100) && addTool("highlighter", "highlighter", 100) &&
+    addTool("marker", "marker", 100) && addTool("measure", "measure", 100) &&
+    addTool("spotlight", "spotlight", 10) && addTool("round spotlight", "round", 10) &&
     addRatio("a new shape and the repaint, 500 before it", "newShape/opaque_500",
              "plainNewShape/opaque_500", 20) &&
     addRatio("a new shape and the repaint, 5,000 before it", "newShape/opaque_5000",
@@ -379,6 +439,6 @@ bool addRatio(const char *what, const std::string &name, const std::string &plai
     addComparison({.what = "memory while editing, beyond the picture",
                    .measured = "memory",
                    .unit = "times the picture",
-                   .limit = atMost(2.8)});
+                   .limit = atMost(2)});
 
 }  // namespace

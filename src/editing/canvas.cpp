@@ -16,8 +16,6 @@ namespace {
 // The least memory for the pixels below the newest shapes, however small the picture is.
 constexpr qsizetype s_leastBudget = 4 << 20;  // bytes
 constexpr size_t s_mostAreas = 100;
-// As many shapes on top of one that is moved are drawn anew in each frame.
-constexpr qsizetype s_fewShapes = 16;
 
 /// Calls `visit(y, first byte in the line, bytes)` for each part of a line in an area.
 template<typename Visit> void forEachPiece(const QImage &image, const QRegion &area, Visit visit)
@@ -63,13 +61,6 @@ void drawOver(QImage &image, const QImage &picture, const Geometry &geometry, co
     painter.end();
     for (const QRect &rect : area)
         clearOutside(picture, image, rect);
-}
-
-// Whether a shape looks the same drawn over nothing and then over something.
-bool isPlain(const EntryPtr &shape)
-{
-    return toolOf(shape->geometry).isOpaque && shape->style.color.alpha() == 255 &&
-           shape->style.fill != Fill::Translucent && !shape->style.hasShadow;
 }
 
 }  // namespace
@@ -363,12 +354,16 @@ QRegion Canvas::setPreview(const OperationPtr &step)
 {
     QRegion changed = m_previewArea;
     const std::optional<QList<EntryPtr>> shapesBefore = std::exchange(m_previewShapes, {});
+    const EntryPtr addedBefore = m_preview ? addedBy(*m_preview) : nullptr;
     m_preview = step;
     m_previewArea = {};
     const EntryPtr added = step ? addedBy(*step) : nullptr;
     if (added && !isDerived(*added)) {
         m_previewArea = coverageOf(*added);
-        changed += m_previewArea;
+        if (addedBefore && !isDerived(*addedBefore))
+            changed = changeOf(*addedBefore, *added, m_base.size());
+        else
+            changed += m_previewArea;
     } else if (step) {
         m_previewShapes = after(step).shapes;
         m_previewArea = difference(m_scene.shapes, *m_previewShapes);
@@ -415,9 +410,7 @@ void Canvas::keepLayers()
     m_layers->others.removeAll(nullptr);
     m_layers->drawnBelow = SparseImage(m_base.size(), m_base.format());
     m_layers->drawnOthers = SparseImage(m_base.size(), m_base.format());
-    m_layers->drawnAbove = SparseImage(m_base.size(), QImage::Format_ARGB32_Premultiplied);
-    if (m_layers->drawnBelow.isNull() || m_layers->drawnOthers.isNull() ||
-        m_layers->drawnAbove.isNull())
+    if (m_layers->drawnBelow.isNull() || m_layers->drawnOthers.isNull())
         m_layers.reset();
 }
 
@@ -448,26 +441,7 @@ void Canvas::drawLayers(const QRegion &area)
         return;
     complete(m_layers->drawnBelow, changing, m_layers->below);
     copyArea(m_layers->drawnBelow.image(), image, changing);
-    const QList<EntryPtr> onTop =
-        touching(changing, m_previewShapes->sliced(m_layers->places.first()));
-    if (m_layers->places.size() > 1 || onTop.size() <= s_fewShapes ||
-        !std::all_of(onTop.begin(), onTop.end(), isPlain)) {
-        drawShapes(image, changing, onTop);
-        return;
-    }
-    // Where many shapes lie on top they are drawn once, over nothing. At soft edges that lie on
-    // each other this differs by a shade from drawing one after the other, until it is recorded.
-    drawShapes(image, changing, {m_previewShapes->at(m_layers->places.first())});
-    const QRegion missing = changing - m_layers->drawnAbove.drawn();
-    drawShapes(m_layers->drawnAbove.image(), missing,
-               m_scene.shapes.sliced(m_layers->places.first() + 1));
-    m_layers->drawnAbove.setDrawn(m_layers->drawnAbove.drawn() + missing);
-    QPainter painter(&image);
-    for (const QRect &rect : changing)
-        painter.drawImage(rect.topLeft(), m_layers->drawnAbove.image(), rect);
-    painter.end();
-    for (const QRect &rect : changing)
-        clearOutside(m_base, image, rect);
+    drawShapes(image, changing, m_previewShapes->sliced(m_layers->places.first()));
 }
 
 const QImage &Canvas::preview(const QRegion &part)
@@ -486,21 +460,17 @@ const QImage &Canvas::preview(const QRegion &part)
     m_previewImage.setDrawn(m_previewImage.drawn() + missing);
     const QRegion differing = missing & m_previewArea;
     copyArea(image, m_previewImage.image(), missing - differing);
-    const EntryPtr added = addedBy(*m_preview);
-    if (differing.isEmpty()) {
-        // All of it is as it is recorded.
-    } else if (m_layers) {
+    if (differing.isEmpty())
+        return m_previewImage.image();
+    if (m_layers) {
         drawLayers(differing);
     } else if (m_previewShapes && isOnTop(m_scene.shapes, *m_previewShapes)) {
         redraw(m_previewImage.image(), differing, image,
                m_previewShapes->sliced(m_scene.shapes.size()));
     } else if (m_previewShapes) {
         redraw(m_previewImage.image(), differing, m_base, *m_previewShapes);
-    } else if (added) {
-        // Drawn as a whole, since it is one shape only.
-        copyArea(image, m_previewImage.image(), m_previewArea);
-        m_previewImage.setDrawn(m_previewImage.drawn() + m_previewArea);
-        drawOver(m_previewImage.image(), m_base, added->geometry, added->style, m_previewArea);
+    } else if (const EntryPtr added = addedBy(*m_preview)) {
+        redraw(m_previewImage.image(), differing, image, {added});
     }
     return m_previewImage.image();
 }

@@ -106,7 +106,6 @@ private:
         QList<EntryPtr> others{};   ///< all but these
         SparseImage drawnBelow{};
         SparseImage drawnOthers{};
-        SparseImage drawnAbove{};  ///< the shapes above all of these, over nothing
         std::unordered_map<EntryPtr, QRegion> areas{};  ///< what shapes cover, finely
     };
     std::optional<Layers> m_layers{};

@@ -32,22 +32,18 @@ QRegion coverage(const Geometry &geometry, const EditMsg &style, QSize picture, 
 
 QRegion changeOf(const EditEntry &before, const EditEntry &after, QSize picture)
 {
-    Tiles tiles(picture);
-    const bool isKnown = before.style == after.style &&
-                         std::visit(
-                             [&]<typename Shape>(const Shape &now) {
-                                 const auto *was = std::get_if<Shape>(&before.geometry);
-                                 if constexpr (requires { now.coverChange(tiles, *was); }) {
-                                     if (was)
-                                         now.coverChange(tiles, *was);
-                                     return was != nullptr;
-                                 }
-                                 return false;
-                             },
-                             after.geometry);
-    return isKnown ? tiles.region()
-                   : coverage(before.geometry, before.style, picture) +
-                         coverage(after.geometry, after.style, picture);
+    Tiles tiles(picture, shadowReach(after.geometry, after.style));
+    const auto isKnown = [&]<typename Shape>(const Shape &now) {
+        if constexpr (requires { now.coverChange(tiles, now, after.style); }) {
+            const auto *was = std::get_if<Shape>(&before.geometry);
+            return was && now.coverChange(tiles, *was, after.style);
+        }
+        return false;
+    };
+    if (before.style == after.style && std::visit(isKnown, after.geometry))
+        return tiles.region();
+    return coverage(before.geometry, before.style, picture) +
+           coverage(after.geometry, after.style, picture);
 }
 
 bool liesOutside(const Geometry &geometry, const EditMsg &style, QSize picture)

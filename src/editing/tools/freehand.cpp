@@ -11,6 +11,7 @@ namespace {
 
 // More handles than these could not be told apart.
 constexpr qsizetype s_mostEnds = 12;
+constexpr qsizetype s_fewestKept = 3;
 
 }  // namespace
 
@@ -23,6 +24,25 @@ void PolylineShape::draw(QPainter &painter, const EditMsg &style) const
 void PolylineShape::cover(Tiles &tiles, const EditMsg &style) const
 {
     tiles.addOutline(points, Tiles::reachOf(style.width));
+}
+
+// While it is drawn it grows at one of its ends. Only what is new has to be looked at, and the last
+// part before it, whose cap is gone. Shorter lines may have other caps, and dashes are laid out
+// anew.
+bool PolylineShape::coverChange(Tiles &tiles, const PolylineShape &before,
+                                const EditMsg &style) const
+{
+    const qsizetype kept = before.points.size();
+    if (style.dashes != Dashes::None || kept < s_fewestKept || points.size() < kept)
+        return false;
+    const qsizetype grown = points.size() - kept + 2;
+    if (points.first(kept) == before.points)
+        tiles.addOutline(QPolygon(points.last(grown)), Tiles::reachOf(style.width));
+    else if (points.last(kept) == before.points)
+        tiles.addOutline(QPolygon(points.first(grown)), Tiles::reachOf(style.width));
+    else
+        return false;
+    return true;
 }
 
 bool PolylineShape::hit(QPointF point, qreal grace, const EditMsg &style) const

@@ -23,6 +23,7 @@ struct PolylineShape {
     static std::optional<PolylineShape> from(const Drag &drag) { return PolylineShape{drag.line}; }
     void draw(QPainter &painter, const EditMsg &style) const;
     void cover(Tiles &tiles, const EditMsg &style) const;
+    bool coverChange(Tiles &tiles, const PolylineShape &before, const EditMsg &style) const;
     QPolygon drawnPoints() const { return points; }
     bool hit(QPointF point, qreal grace, const EditMsg &style) const;
     QRect box(const EditMsg & /*style*/) const { return boxAround(points); }

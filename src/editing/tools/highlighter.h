@@ -12,7 +12,6 @@ struct HighlighterShape : PolylineShape {
                                .name = QT_TRANSLATE_NOOP("MainWindow", "Highlighter"),
                                .keys = QT_TRANSLATE_NOOP("MainWindow", "H"),
                                .isFreehand = true,
-                               .isOpaque = false,
                                .ownWidth = 18,
                                .ownColor = 0xffffe000};
 

@@ -142,7 +142,8 @@ void SpotlightShape::cover(Tiles &tiles, const EditMsg & /*style*/) const
 }
 
 // Where a spot has come, gone or changed, but for what stays in the middle of one.
-void SpotlightShape::coverChange(Tiles &tiles, const SpotlightShape &before) const
+bool SpotlightShape::coverChange(Tiles &tiles, const SpotlightShape &before,
+                                 const EditMsg & /*style*/) const
 {
     if (spots.isEmpty() != before.spots.isEmpty())
         tiles.addAll();
@@ -161,6 +162,7 @@ void SpotlightShape::coverChange(Tiles &tiles, const SpotlightShape &before) con
     };
     addFrom(spots, before.spots);
     addFrom(before.spots, spots);
+    return true;
 }
 
 bool SpotlightShape::hit(QPointF point, qreal grace, const EditMsg &style) const

@@ -21,7 +21,6 @@ struct SpotlightShape {
                                .name = QT_TRANSLATE_NOOP("MainWindow", "Spotlight"),
                                .keys = QT_TRANSLATE_NOOP("MainWindow", "L"),
                                .isDerived = true,
-                               .isOpaque = false,
                                .ownWidth = 1,
                                .ownColor = 0xff000000,
                                .uses = UsesRound};
@@ -39,7 +38,7 @@ struct SpotlightShape {
     static void settle(QList<EntryPtr> &shapes, const QList<ShapeId> &byAge);
     void draw(QPainter &painter, const EditMsg &style) const;
     void cover(Tiles &tiles, const EditMsg &style) const;
-    void coverChange(Tiles &tiles, const SpotlightShape &before) const;
+    bool coverChange(Tiles &tiles, const SpotlightShape &before, const EditMsg &style) const;
     QPolygon drawnPoints() const { return {}; }
     bool hit(QPointF point, qreal grace, const EditMsg &style) const;
     QRect box(const EditMsg & /*style*/) const { return bounds; }

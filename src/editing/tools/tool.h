@@ -24,9 +24,9 @@ class QPainter;
 //   `void drawShadow(QPainter &, const EditMsg &) const`, if its parts lie over each other: what
 //   its shadow is a shadow of.
 //
-// - `void cover(Tiles &, const EditMsg &) const`: marks every tile that draw() may change. If two
-//   states of the shape differ in less, `void coverChange(Tiles &, const Shape &) const` marks
-//   that.
+// - `void cover(Tiles &, const EditMsg &) const`: marks every tile that draw() may change. A shape
+//   whose states may differ in less has `bool coverChange(Tiles &, const Shape &, const EditMsg &)
+//   const`, which marks only that; false if it can't tell.
 //
 // - `QPolygon drawnPoints() const`: points that are drawn in any case.
 //
@@ -122,7 +122,6 @@ struct Tool {
     bool isPlaced = false;    ///< a click draws, too; a drag carries the shape along
     /// The look depends on other shapes of the picture, see SceneBuilder.
     bool isDerived = false;
-    bool isOpaque = true;  ///< it covers what is below, where it is drawn, and does not mix with it
     bool hasLabel = false;          ///< it writes something, in the font of texts
     bool keepsProportions = false;  ///< when its box is resized
     /// What it draws with at first; none for a tool that shares the style of the others.

@@ -304,7 +304,9 @@ void TestDisplay::operations()
         const ShapeId id = anyId();
         for (int state = random.bounded(3); step % 4 == 0 && state >= 0; --state) {
             const OperationPtr next =
-                random.bounded(3) ? operation(ReplaceShape{shape(id)}) : change(random.bounded(8));
+                random.bounded(3)
+                    ? operation(ReplaceShape{shape(id, random.bounded(1 + statePipette))})
+                    : change(random.bounded(8));
             canvas.setPreview(next);
             plain.history.prepend(next);
             const QImage after =

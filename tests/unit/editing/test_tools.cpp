@@ -130,7 +130,7 @@ private slots:
         };
         const EditHistory three{adding(marker(0)), adding(marker(0)), adding(marker(0))};
         const ShapeId first = ::shapeOf(*three.last())->id;
-        const auto check = [&](const char *row, QList<OperationPtr> steps,
+        const auto check = [&](const char *row, const EditHistory &steps,
                                const QList<int> &expected) {
             expect(row, numbers(steps + three), expected);
         };
