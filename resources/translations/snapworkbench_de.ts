@@ -88,6 +88,65 @@
     </message>
 </context>
 <context>
+    <name>CanvasDialog</name>
+    <message>
+        <source>Top left</source>
+        <translation>Oben links</translation>
+    </message>
+    <message>
+        <source>Top</source>
+        <translation>Oben</translation>
+    </message>
+    <message>
+        <source>Top right</source>
+        <translation>Oben rechts</translation>
+    </message>
+    <message>
+        <source>Left</source>
+        <translation>Links</translation>
+    </message>
+    <message>
+        <source>Centre</source>
+        <translation>Mitte</translation>
+    </message>
+    <message>
+        <source>Right</source>
+        <translation>Rechts</translation>
+    </message>
+    <message>
+        <source>Bottom left</source>
+        <translation>Unten links</translation>
+    </message>
+    <message>
+        <source>Bottom</source>
+        <translation>Unten</translation>
+    </message>
+    <message>
+        <source>Bottom right</source>
+        <translation>Unten rechts</translation>
+    </message>
+    <message>
+        <source>Canvas Size</source>
+        <translation>Leinwandgröße</translation>
+    </message>
+    <message>
+        <source>&amp;Width</source>
+        <translation>&amp;Breite</translation>
+    </message>
+    <message>
+        <source>&amp;Height</source>
+        <translation>&amp;Höhe</translation>
+    </message>
+    <message>
+        <source>&amp;Ground</source>
+        <translation>&amp;Grund</translation>
+    </message>
+    <message>
+        <source>&amp;Picture&apos;s place</source>
+        <translation>&amp;Platz des Bildes</translation>
+    </message>
+</context>
+<context>
     <name>CaptureBridge</name>
     <message>
         <source>SnapWorkbench is Failing: %1: %2</source>
@@ -137,6 +196,94 @@ Klicken Sie auf „Nein“, um ohne sie fortzufahren, oder möchten Sie sie jetz
     <message>
         <source>Change magnifier view mode</source>
         <translation>Ansicht der Lupe wechseln</translation>
+    </message>
+</context>
+<context>
+    <name>ColorPopup</name>
+    <message>
+        <source>Black</source>
+        <translation>Schwarz</translation>
+    </message>
+    <message>
+        <source>Dark grey</source>
+        <translation>Dunkelgrau</translation>
+    </message>
+    <message>
+        <source>Light grey</source>
+        <translation>Hellgrau</translation>
+    </message>
+    <message>
+        <source>White</source>
+        <translation>Weiß</translation>
+    </message>
+    <message>
+        <source>Dark blue</source>
+        <translation>Dunkelblau</translation>
+    </message>
+    <message>
+        <source>Blue</source>
+        <translation>Blau</translation>
+    </message>
+    <message>
+        <source>Light blue</source>
+        <translation>Hellblau</translation>
+    </message>
+    <message>
+        <source>Purple</source>
+        <translation>Violett</translation>
+    </message>
+    <message>
+        <source>Dark red</source>
+        <translation>Dunkelrot</translation>
+    </message>
+    <message>
+        <source>Red</source>
+        <translation>Rot</translation>
+    </message>
+    <message>
+        <source>Orange</source>
+        <translation>Orange</translation>
+    </message>
+    <message>
+        <source>Yellow</source>
+        <translation>Gelb</translation>
+    </message>
+    <message>
+        <source>Dark green</source>
+        <translation>Dunkelgrün</translation>
+    </message>
+    <message>
+        <source>Green</source>
+        <translation>Grün</translation>
+    </message>
+    <message>
+        <source>Light green</source>
+        <translation>Hellgrün</translation>
+    </message>
+    <message>
+        <source>Pink</source>
+        <translation>Rosa</translation>
+    </message>
+    <message>
+        <source>%1, %2</source>
+        <extracomment>A colour&apos;s name and its value, such as &quot;Red, #ff0000&quot;.</extracomment>
+        <translation>%1, %2</translation>
+    </message>
+    <message>
+        <source>Colours</source>
+        <translation>Farben</translation>
+    </message>
+    <message>
+        <source>Last used</source>
+        <translation>Zuletzt verwendet</translation>
+    </message>
+    <message>
+        <source>Palette</source>
+        <translation>Palette</translation>
+    </message>
+    <message>
+        <source>&amp;More Colours...</source>
+        <translation>&amp;Weitere Farben ...</translation>
     </message>
 </context>
 <context>
@@ -356,6 +503,14 @@ Klicken Sie auf „Nein“, um ohne sie fortzufahren, oder möchten Sie sie jetz
     <message>
         <source>&amp;Keys</source>
         <translation>&amp;Tasten</translation>
+    </message>
+    <message>
+        <source>Marking Up</source>
+        <translation>Markieren</translation>
+    </message>
+    <message>
+        <source>&amp;Remember the style of each tool</source>
+        <translation>&amp;Stil jedes Werkzeugs merken</translation>
     </message>
 </context>
 <context>
@@ -976,6 +1131,190 @@ Rücktaste    Punkt löschen</translation>
         <source>Nothing can be drawn outside the picture. A thin line shows where it ends.</source>
         <translation>Außerhalb des Bildes lässt sich nichts zeichnen. Eine dünne Linie zeigt, wo es endet.</translation>
     </message>
+    <message>
+        <source>Style</source>
+        <translation>Stil</translation>
+    </message>
+    <message>
+        <source>Crop</source>
+        <translation>Zuschneiden</translation>
+    </message>
+    <message>
+        <source>C</source>
+        <translation>C</translation>
+    </message>
+    <message>
+        <source>Highlighter</source>
+        <translation>Textmarker</translation>
+    </message>
+    <message>
+        <source>H</source>
+        <translation>H</translation>
+    </message>
+    <message>
+        <source>Numbered marker</source>
+        <translation>Nummer</translation>
+    </message>
+    <message>
+        <source>N</source>
+        <translation>N</translation>
+    </message>
+    <message>
+        <source>Measure</source>
+        <translation>Messen</translation>
+    </message>
+    <message>
+        <source>M</source>
+        <translation>M</translation>
+    </message>
+    <message>
+        <source>Pipette</source>
+        <translation>Pipette</translation>
+    </message>
+    <message>
+        <source>I</source>
+        <translation>I</translation>
+    </message>
+    <message>
+        <source>Select</source>
+        <translation>Auswählen</translation>
+    </message>
+    <message>
+        <source>S</source>
+        <translation>S</translation>
+    </message>
+    <message>
+        <source>Spotlight</source>
+        <translation>Spotlicht</translation>
+    </message>
+    <message>
+        <source>L</source>
+        <translation>L</translation>
+    </message>
+    <message>
+        <source>&amp;Undo</source>
+        <translation>&amp;Rückgängig</translation>
+    </message>
+    <message>
+        <source>&amp;Redo</source>
+        <translation>&amp;Wiederholen</translation>
+    </message>
+    <message>
+        <source>&amp;Copy</source>
+        <translation>&amp;Kopieren</translation>
+    </message>
+    <message>
+        <source>Sel&amp;ect All</source>
+        <translation>&amp;Alles auswählen</translation>
+    </message>
+    <message>
+        <source>Ctrl+A</source>
+        <translation>Ctrl+A</translation>
+    </message>
+    <message>
+        <source>Edit Te&amp;xt</source>
+        <translation>&amp;Text bearbeiten</translation>
+    </message>
+    <message>
+        <source>Du&amp;plicate</source>
+        <translation>Du&amp;plizieren</translation>
+    </message>
+    <message>
+        <source>Ctrl+D</source>
+        <translation>Ctrl+D</translation>
+    </message>
+    <message>
+        <source>Dele&amp;te</source>
+        <translation>L&amp;öschen</translation>
+    </message>
+    <message>
+        <source>Del</source>
+        <translation>Del</translation>
+    </message>
+    <message>
+        <source>&amp;Bring Forward</source>
+        <translation>Nach v&amp;orn</translation>
+    </message>
+    <message>
+        <source>Shift+PgUp</source>
+        <translation>Shift+PgUp</translation>
+    </message>
+    <message>
+        <source>Send Bac&amp;kward</source>
+        <translation>Nach hi&amp;nten</translation>
+    </message>
+    <message>
+        <source>Shift+PgDown</source>
+        <translation>Shift+PgDown</translation>
+    </message>
+    <message>
+        <source>Re&amp;size...</source>
+        <translation>&amp;Größe ändern ...</translation>
+    </message>
+    <message>
+        <source>Ctrl+Shift+R</source>
+        <translation>Ctrl+Shift+R</translation>
+    </message>
+    <message>
+        <source>C&amp;anvas Size...</source>
+        <translation>&amp;Leinwandgröße ...</translation>
+    </message>
+    <message>
+        <source>Ctrl+Shift+C</source>
+        <translation>Ctrl+Shift+C</translation>
+    </message>
+    <message>
+        <source>Rotate R&amp;ight</source>
+        <translation>Nach re&amp;chts drehen</translation>
+    </message>
+    <message>
+        <source>Ctrl+R</source>
+        <translation>Ctrl+R</translation>
+    </message>
+    <message>
+        <source>Rotate &amp;Left</source>
+        <translation>Nach l&amp;inks drehen</translation>
+    </message>
+    <message>
+        <source>Ctrl+L</source>
+        <translation>Ctrl+L</translation>
+    </message>
+    <message>
+        <source>Rotate by 180 &amp;Degrees</source>
+        <translation>Um 180 Grad &amp;drehen</translation>
+    </message>
+    <message>
+        <source>Ctrl+Shift+L</source>
+        <translation>Ctrl+Shift+L</translation>
+    </message>
+    <message>
+        <source>Flip &amp;Horizontally</source>
+        <translation>&amp;Horizontal spiegeln</translation>
+    </message>
+    <message>
+        <source>Ctrl+Shift+H</source>
+        <translation>Ctrl+Shift+H</translation>
+    </message>
+    <message>
+        <source>Flip &amp;Vertically</source>
+        <translation>&amp;Vertikal spiegeln</translation>
+    </message>
+    <message>
+        <source>Ctrl+Shift+V</source>
+        <translation>Ctrl+Shift+V</translation>
+    </message>
+    <message>
+        <source>Ctrl+Shift+K</source>
+        <translation>Ctrl+Shift+K</translation>
+    </message>
+    <message>
+        <source>&amp;Copy %1</source>
+        <translation>%1 &amp;kopieren</translation>
+    </message>
+    <message>
+        <source>&amp;Edit</source>
+        <translation>&amp;Bearbeiten</translation>
+    </message>
 </context>
 <context>
     <name>MenuCapture</name>
@@ -1150,6 +1489,37 @@ Möchten Sie die Datei ersetzen?</translation>
     </message>
 </context>
 <context>
+    <name>ResizeDialog</name>
+    <message>
+        <source>Resize</source>
+        <translation>Größe ändern</translation>
+    </message>
+    <message>
+        <source>&amp;Keep proportions</source>
+        <translation>&amp;Seitenverhältnis beibehalten</translation>
+    </message>
+    <message>
+        <source>pixels</source>
+        <translation>Pixel</translation>
+    </message>
+    <message>
+        <source>per cent</source>
+        <translation>Prozent</translation>
+    </message>
+    <message>
+        <source>&amp;Width</source>
+        <translation>&amp;Breite</translation>
+    </message>
+    <message>
+        <source>&amp;Height</source>
+        <translation>&amp;Höhe</translation>
+    </message>
+    <message>
+        <source>&amp;Unit</source>
+        <translation>&amp;Einheit</translation>
+    </message>
+</context>
+<context>
     <name>ScreencopyRoute</name>
     <message>
         <source>The desktop did not give its picture in time.</source>
@@ -1270,6 +1640,123 @@ Möchten Sie die Datei ersetzen?</translation>
     </message>
 </context>
 <context>
+    <name>SizeDialog</name>
+    <message>
+        <source>A picture has 32,767 pixels a side at most, and 400 million in all.</source>
+        <translation>Ein Bild hat höchstens 32.767 Pixel je Seite und 400 Millionen im Ganzen.</translation>
+    </message>
+    <message>
+        <source>There is too little memory for that.</source>
+        <translation>Dafür reicht der Speicher nicht.</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>OK</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>Result: %1 × %2 pixels</source>
+        <translation>Ergebnis: %1 × %2 Pixel</translation>
+    </message>
+</context>
+<context>
+    <name>StyleControls</name>
+    <message>
+        <source>%1 px</source>
+        <translation>%1 px</translation>
+    </message>
+    <message>
+        <source>Next Number</source>
+        <translation>Nächste Nummer</translation>
+    </message>
+    <message>
+        <source>Number of the next marker, or of the one that is chosen:</source>
+        <translation>Nummer der nächsten Markierung oder der ausgewählten:</translation>
+    </message>
+</context>
+<context>
+    <name>StyleMenu</name>
+    <message>
+        <source>Fill</source>
+        <translation>Füllung</translation>
+    </message>
+    <message>
+        <source>&amp;No Fill</source>
+        <translation>&amp;Keine Füllung</translation>
+    </message>
+    <message>
+        <source>&amp;Translucent Fill</source>
+        <translation>&amp;Durchscheinende Füllung</translation>
+    </message>
+    <message>
+        <source>&amp;Solid Fill</source>
+        <translation>&amp;Volle Füllung</translation>
+    </message>
+    <message>
+        <source>Line</source>
+        <translation>Linie</translation>
+    </message>
+    <message>
+        <source>S&amp;olid Line</source>
+        <translation>Durchge&amp;zogene Linie</translation>
+    </message>
+    <message>
+        <source>&amp;Dashed Line</source>
+        <translation>&amp;Gestrichelte Linie</translation>
+    </message>
+    <message>
+        <source>Dott&amp;ed Line</source>
+        <translation>Ge&amp;punktete Linie</translation>
+    </message>
+    <message>
+        <source>Arrow Heads</source>
+        <translation>Pfeilspitzen</translation>
+    </message>
+    <message>
+        <source>One &amp;Head</source>
+        <translation>&amp;Eine Spitze</translation>
+    </message>
+    <message>
+        <source>&amp;Both Heads</source>
+        <translation>&amp;Beide Spitzen</translation>
+    </message>
+    <message>
+        <source>Open He&amp;ad</source>
+        <translation>&amp;Offene Spitze</translation>
+    </message>
+    <message>
+        <source>Text</source>
+        <translation>Text</translation>
+    </message>
+    <message>
+        <source>&amp;Plain Text</source>
+        <translation>&amp;Schlichter Text</translation>
+    </message>
+    <message>
+        <source>Text on a &amp;Ground</source>
+        <translation>&amp;Text auf Grund</translation>
+    </message>
+    <message>
+        <source>O&amp;utlined Text</source>
+        <translation>Text mit &amp;Umriss</translation>
+    </message>
+    <message>
+        <source>Shado&amp;w</source>
+        <translation>Sch&amp;atten</translation>
+    </message>
+    <message>
+        <source>&amp;Round Spotlight</source>
+        <translation>&amp;Runder Lichtkegel</translation>
+    </message>
+    <message>
+        <source>Ne&amp;xt Number...</source>
+        <translation>&amp;Nächste Nummer...</translation>
+    </message>
+</context>
+<context>
     <name>TabWidget</name>
     <message>
         <source>Close Tab</source>
@@ -1323,6 +1810,14 @@ Möchten Sie die Datei ersetzen?</translation>
     <message>
         <source>Ctrl+Shift+G</source>
         <translation>Ctrl+Shift+G</translation>
+    </message>
+    <message>
+        <source>More styles</source>
+        <translation>Weitere Stile</translation>
+    </message>
+    <message>
+        <source>Ctrl+Shift+T</source>
+        <translation>Ctrl+Shift+T</translation>
     </message>
 </context>
 <context>

@@ -88,6 +88,65 @@
     </message>
 </context>
 <context>
+    <name>CanvasDialog</name>
+    <message>
+        <source>Top left</source>
+        <translation>左上</translation>
+    </message>
+    <message>
+        <source>Top</source>
+        <translation>上</translation>
+    </message>
+    <message>
+        <source>Top right</source>
+        <translation>右上</translation>
+    </message>
+    <message>
+        <source>Left</source>
+        <translation>左</translation>
+    </message>
+    <message>
+        <source>Centre</source>
+        <translation>居中</translation>
+    </message>
+    <message>
+        <source>Right</source>
+        <translation>右</translation>
+    </message>
+    <message>
+        <source>Bottom left</source>
+        <translation>左下</translation>
+    </message>
+    <message>
+        <source>Bottom</source>
+        <translation>下</translation>
+    </message>
+    <message>
+        <source>Bottom right</source>
+        <translation>右下</translation>
+    </message>
+    <message>
+        <source>Canvas Size</source>
+        <translation>画布大小</translation>
+    </message>
+    <message>
+        <source>&amp;Width</source>
+        <translation>宽度(&amp;W)</translation>
+    </message>
+    <message>
+        <source>&amp;Height</source>
+        <translation>高度(&amp;H)</translation>
+    </message>
+    <message>
+        <source>&amp;Ground</source>
+        <translation>底色(&amp;G)</translation>
+    </message>
+    <message>
+        <source>&amp;Picture&apos;s place</source>
+        <translation>图片位置(&amp;P)</translation>
+    </message>
+</context>
+<context>
     <name>CaptureBridge</name>
     <message>
         <source>SnapWorkbench is Failing: %1: %2</source>
@@ -137,6 +196,94 @@ Click No to continue common capture, or Enable Scroll Capture now?</source>
     <message>
         <source>Change magnifier view mode</source>
         <translation>切换放大镜视图</translation>
+    </message>
+</context>
+<context>
+    <name>ColorPopup</name>
+    <message>
+        <source>Black</source>
+        <translation>黑色</translation>
+    </message>
+    <message>
+        <source>Dark grey</source>
+        <translation>深灰色</translation>
+    </message>
+    <message>
+        <source>Light grey</source>
+        <translation>浅灰色</translation>
+    </message>
+    <message>
+        <source>White</source>
+        <translation>白色</translation>
+    </message>
+    <message>
+        <source>Dark blue</source>
+        <translation>深蓝色</translation>
+    </message>
+    <message>
+        <source>Blue</source>
+        <translation>蓝色</translation>
+    </message>
+    <message>
+        <source>Light blue</source>
+        <translation>浅蓝色</translation>
+    </message>
+    <message>
+        <source>Purple</source>
+        <translation>紫色</translation>
+    </message>
+    <message>
+        <source>Dark red</source>
+        <translation>深红色</translation>
+    </message>
+    <message>
+        <source>Red</source>
+        <translation>红色</translation>
+    </message>
+    <message>
+        <source>Orange</source>
+        <translation>橙色</translation>
+    </message>
+    <message>
+        <source>Yellow</source>
+        <translation>黄色</translation>
+    </message>
+    <message>
+        <source>Dark green</source>
+        <translation>深绿色</translation>
+    </message>
+    <message>
+        <source>Green</source>
+        <translation>绿色</translation>
+    </message>
+    <message>
+        <source>Light green</source>
+        <translation>浅绿色</translation>
+    </message>
+    <message>
+        <source>Pink</source>
+        <translation>粉红色</translation>
+    </message>
+    <message>
+        <source>%1, %2</source>
+        <extracomment>A colour&apos;s name and its value, such as &quot;Red, #ff0000&quot;.</extracomment>
+        <translation>%1，%2</translation>
+    </message>
+    <message>
+        <source>Colours</source>
+        <translation>颜色</translation>
+    </message>
+    <message>
+        <source>Last used</source>
+        <translation>最近使用</translation>
+    </message>
+    <message>
+        <source>Palette</source>
+        <translation>调色板</translation>
+    </message>
+    <message>
+        <source>&amp;More Colours...</source>
+        <translation>更多颜色(&amp;M)...</translation>
     </message>
 </context>
 <context>
@@ -356,6 +503,14 @@ Click No to continue common capture, or Enable Scroll Capture now?</source>
     <message>
         <source>&amp;Keys</source>
         <translation>按键(&amp;K)</translation>
+    </message>
+    <message>
+        <source>Marking Up</source>
+        <translation>标注</translation>
+    </message>
+    <message>
+        <source>&amp;Remember the style of each tool</source>
+        <translation>记住每个工具的样式(&amp;R)</translation>
     </message>
 </context>
 <context>
@@ -976,6 +1131,190 @@ Backspace    删除最后一点</translation>
         <source>Nothing can be drawn outside the picture. A thin line shows where it ends.</source>
         <translation>无法在图片之外绘制。细线标出了图片的边缘。</translation>
     </message>
+    <message>
+        <source>Style</source>
+        <translation>样式</translation>
+    </message>
+    <message>
+        <source>Crop</source>
+        <translation>裁剪</translation>
+    </message>
+    <message>
+        <source>C</source>
+        <translation>C</translation>
+    </message>
+    <message>
+        <source>Highlighter</source>
+        <translation>荧光笔</translation>
+    </message>
+    <message>
+        <source>H</source>
+        <translation>H</translation>
+    </message>
+    <message>
+        <source>Numbered marker</source>
+        <translation>编号标记</translation>
+    </message>
+    <message>
+        <source>N</source>
+        <translation>N</translation>
+    </message>
+    <message>
+        <source>Measure</source>
+        <translation>测量</translation>
+    </message>
+    <message>
+        <source>M</source>
+        <translation>M</translation>
+    </message>
+    <message>
+        <source>Pipette</source>
+        <translation>取色器</translation>
+    </message>
+    <message>
+        <source>I</source>
+        <translation>I</translation>
+    </message>
+    <message>
+        <source>Select</source>
+        <translation>选择</translation>
+    </message>
+    <message>
+        <source>S</source>
+        <translation>S</translation>
+    </message>
+    <message>
+        <source>Spotlight</source>
+        <translation>聚光灯</translation>
+    </message>
+    <message>
+        <source>L</source>
+        <translation>L</translation>
+    </message>
+    <message>
+        <source>&amp;Undo</source>
+        <translation>撤销(&amp;U)</translation>
+    </message>
+    <message>
+        <source>&amp;Redo</source>
+        <translation>重做(&amp;R)</translation>
+    </message>
+    <message>
+        <source>&amp;Copy</source>
+        <translation>复制(&amp;C)</translation>
+    </message>
+    <message>
+        <source>Sel&amp;ect All</source>
+        <translation>全选(&amp;E)</translation>
+    </message>
+    <message>
+        <source>Ctrl+A</source>
+        <translation>Ctrl+A</translation>
+    </message>
+    <message>
+        <source>Edit Te&amp;xt</source>
+        <translation>编辑文字(&amp;X)</translation>
+    </message>
+    <message>
+        <source>Du&amp;plicate</source>
+        <translation>复制一份(&amp;P)</translation>
+    </message>
+    <message>
+        <source>Ctrl+D</source>
+        <translation>Ctrl+D</translation>
+    </message>
+    <message>
+        <source>Dele&amp;te</source>
+        <translation>删除(&amp;T)</translation>
+    </message>
+    <message>
+        <source>Del</source>
+        <translation>Del</translation>
+    </message>
+    <message>
+        <source>&amp;Bring Forward</source>
+        <translation>上移一层(&amp;B)</translation>
+    </message>
+    <message>
+        <source>Shift+PgUp</source>
+        <translation>Shift+PgUp</translation>
+    </message>
+    <message>
+        <source>Send Bac&amp;kward</source>
+        <translation>下移一层(&amp;K)</translation>
+    </message>
+    <message>
+        <source>Shift+PgDown</source>
+        <translation>Shift+PgDown</translation>
+    </message>
+    <message>
+        <source>Re&amp;size...</source>
+        <translation>调整大小(&amp;S)...</translation>
+    </message>
+    <message>
+        <source>Ctrl+Shift+R</source>
+        <translation>Ctrl+Shift+R</translation>
+    </message>
+    <message>
+        <source>C&amp;anvas Size...</source>
+        <translation>画布大小(&amp;A)...</translation>
+    </message>
+    <message>
+        <source>Ctrl+Shift+C</source>
+        <translation>Ctrl+Shift+C</translation>
+    </message>
+    <message>
+        <source>Rotate R&amp;ight</source>
+        <translation>向右旋转(&amp;I)</translation>
+    </message>
+    <message>
+        <source>Ctrl+R</source>
+        <translation>Ctrl+R</translation>
+    </message>
+    <message>
+        <source>Rotate &amp;Left</source>
+        <translation>向左旋转(&amp;L)</translation>
+    </message>
+    <message>
+        <source>Ctrl+L</source>
+        <translation>Ctrl+L</translation>
+    </message>
+    <message>
+        <source>Rotate by 180 &amp;Degrees</source>
+        <translation>旋转 180 度(&amp;D)</translation>
+    </message>
+    <message>
+        <source>Ctrl+Shift+L</source>
+        <translation>Ctrl+Shift+L</translation>
+    </message>
+    <message>
+        <source>Flip &amp;Horizontally</source>
+        <translation>水平翻转(&amp;H)</translation>
+    </message>
+    <message>
+        <source>Ctrl+Shift+H</source>
+        <translation>Ctrl+Shift+H</translation>
+    </message>
+    <message>
+        <source>Flip &amp;Vertically</source>
+        <translation>垂直翻转(&amp;V)</translation>
+    </message>
+    <message>
+        <source>Ctrl+Shift+V</source>
+        <translation>Ctrl+Shift+V</translation>
+    </message>
+    <message>
+        <source>Ctrl+Shift+K</source>
+        <translation>Ctrl+Shift+K</translation>
+    </message>
+    <message>
+        <source>&amp;Copy %1</source>
+        <translation>复制 %1(&amp;C)</translation>
+    </message>
+    <message>
+        <source>&amp;Edit</source>
+        <translation>编辑(&amp;E)</translation>
+    </message>
 </context>
 <context>
     <name>MenuCapture</name>
@@ -1150,6 +1489,37 @@ Do you want to replace it?</source>
     </message>
 </context>
 <context>
+    <name>ResizeDialog</name>
+    <message>
+        <source>Resize</source>
+        <translation>调整大小</translation>
+    </message>
+    <message>
+        <source>&amp;Keep proportions</source>
+        <translation>保持比例(&amp;K)</translation>
+    </message>
+    <message>
+        <source>pixels</source>
+        <translation>像素</translation>
+    </message>
+    <message>
+        <source>per cent</source>
+        <translation>百分比</translation>
+    </message>
+    <message>
+        <source>&amp;Width</source>
+        <translation>宽度(&amp;W)</translation>
+    </message>
+    <message>
+        <source>&amp;Height</source>
+        <translation>高度(&amp;H)</translation>
+    </message>
+    <message>
+        <source>&amp;Unit</source>
+        <translation>单位(&amp;U)</translation>
+    </message>
+</context>
+<context>
     <name>ScreencopyRoute</name>
     <message>
         <source>The desktop did not give its picture in time.</source>
@@ -1270,6 +1640,123 @@ Do you want to replace it?</source>
     </message>
 </context>
 <context>
+    <name>SizeDialog</name>
+    <message>
+        <source>A picture has 32,767 pixels a side at most, and 400 million in all.</source>
+        <translation>图片每边最多 32,767 像素，总共最多 4 亿像素。</translation>
+    </message>
+    <message>
+        <source>There is too little memory for that.</source>
+        <translation>内存不足，无法做到。</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>确定</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>取消</translation>
+    </message>
+    <message>
+        <source>Result: %1 × %2 pixels</source>
+        <translation>结果：%1 × %2 像素</translation>
+    </message>
+</context>
+<context>
+    <name>StyleControls</name>
+    <message>
+        <source>%1 px</source>
+        <translation>%1 像素</translation>
+    </message>
+    <message>
+        <source>Next Number</source>
+        <translation>下一个编号</translation>
+    </message>
+    <message>
+        <source>Number of the next marker, or of the one that is chosen:</source>
+        <translation>下一个标号，或所选标号的编号：</translation>
+    </message>
+</context>
+<context>
+    <name>StyleMenu</name>
+    <message>
+        <source>Fill</source>
+        <translation>填充</translation>
+    </message>
+    <message>
+        <source>&amp;No Fill</source>
+        <translation>无填充(&amp;N)</translation>
+    </message>
+    <message>
+        <source>&amp;Translucent Fill</source>
+        <translation>半透明填充(&amp;T)</translation>
+    </message>
+    <message>
+        <source>&amp;Solid Fill</source>
+        <translation>实心填充(&amp;S)</translation>
+    </message>
+    <message>
+        <source>Line</source>
+        <translation>线条</translation>
+    </message>
+    <message>
+        <source>S&amp;olid Line</source>
+        <translation>实线(&amp;O)</translation>
+    </message>
+    <message>
+        <source>&amp;Dashed Line</source>
+        <translation>虚线(&amp;D)</translation>
+    </message>
+    <message>
+        <source>Dott&amp;ed Line</source>
+        <translation>点线(&amp;E)</translation>
+    </message>
+    <message>
+        <source>Arrow Heads</source>
+        <translation>箭头</translation>
+    </message>
+    <message>
+        <source>One &amp;Head</source>
+        <translation>单箭头(&amp;H)</translation>
+    </message>
+    <message>
+        <source>&amp;Both Heads</source>
+        <translation>双箭头(&amp;B)</translation>
+    </message>
+    <message>
+        <source>Open He&amp;ad</source>
+        <translation>开口箭头(&amp;A)</translation>
+    </message>
+    <message>
+        <source>Text</source>
+        <translation>文字</translation>
+    </message>
+    <message>
+        <source>&amp;Plain Text</source>
+        <translation>普通文字(&amp;P)</translation>
+    </message>
+    <message>
+        <source>Text on a &amp;Ground</source>
+        <translation>带底色文字(&amp;G)</translation>
+    </message>
+    <message>
+        <source>O&amp;utlined Text</source>
+        <translation>描边文字(&amp;U)</translation>
+    </message>
+    <message>
+        <source>Shado&amp;w</source>
+        <translation>阴影(&amp;W)</translation>
+    </message>
+    <message>
+        <source>&amp;Round Spotlight</source>
+        <translation>圆形聚光灯(&amp;R)</translation>
+    </message>
+    <message>
+        <source>Ne&amp;xt Number...</source>
+        <translation>下一个编号(&amp;X)...</translation>
+    </message>
+</context>
+<context>
     <name>TabWidget</name>
     <message>
         <source>Close Tab</source>
@@ -1323,6 +1810,14 @@ Do you want to replace it?</source>
     <message>
         <source>Ctrl+Shift+G</source>
         <translation>Ctrl+Shift+G</translation>
+    </message>
+    <message>
+        <source>More styles</source>
+        <translation>更多样式</translation>
+    </message>
+    <message>
+        <source>Ctrl+Shift+T</source>
+        <translation>Ctrl+Shift+T</translation>
     </message>
 </context>
 <context>

@@ -113,12 +113,30 @@ Geometry TPictureEditor::numbered(Geometry geometry) const
 
 void TPictureEditor::setNextNumber(int number)
 {
-    m_NextNumber = std::clamp(number, 1, MarkerShape::s_highest);
+    const int within = std::clamp(number, 1, MarkerShape::s_highest);
+    if (const EntryPtr marker = chosenMarker()) {
+        EditEntry changed = *marker;
+        std::get<MarkerShape>(changed.geometry).start = within;
+        recordChange(operation(ReplaceShape{std::make_shared<const EditEntry>(changed)}));
+        return;
+    }
+    m_NextNumber = within;
     refreshPreview();
+}
+
+// The marker that is chosen alone; null for none.
+EntryPtr TPictureEditor::chosenMarker() const
+{
+    const QList<EntryPtr> shapes = chosen();
+    const bool isMarker =
+        shapes.size() == 1 && std::holds_alternative<MarkerShape>(shapes.first()->geometry);
+    return isMarker ? shapes.first() : nullptr;
 }
 
 int TPictureEditor::nextNumber() const
 {
+    if (const EntryPtr marker = chosenMarker())
+        return std::get<MarkerShape>(marker->geometry).number;
     const OperationPtr step = adding({numbered(MarkerShape{}), {}, s_draft});
     return std::get<MarkerShape>(m_Canvas.after(step).shapes.last()->geometry).number;
 }

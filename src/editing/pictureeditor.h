@@ -62,9 +62,10 @@ public:
     void changeStyle(const std::function<void(EditMsg &)> &change);
     /// The styles of all tools.
     ToolStyles &styles() { return m_Styles; }
-    /// Sets what the next marker shows; those after it count on from there.
+    /// Sets what the next marker shows, or the one that is chosen alone; those after it count on
+    /// from there.
     void setNextNumber(int number);
-    /// What it shows if it is recorded now.
+    /// What it shows, if it is recorded now.
     int nextNumber() const;
     /// Sets the font of the texts that are chosen, else of new ones. A text that is being typed
     /// changes at once.
@@ -130,8 +131,12 @@ public:
     /// One place up or down among all shapes.
     void raiseSelected();
     void lowerSelected();
-    /// Opens the text that is chosen in the field in which it was typed.
+    /// Whether a text is chosen, alone.
+    bool choosesText() const;
+    /// Opens it in the field in which it was typed.
     void editSelectedText();
+    /// Asks for the menu of the picture, where there is no pointer.
+    void wantMenu();
 
     bool eventFilter(QObject *watched, QEvent *event) override;
 
@@ -180,6 +185,7 @@ private:
     EditMsg styleOfShape() const;
     EditMsg &styleOfText();
     OperationPtr stepInHand() const;
+    EntryPtr chosenMarker() const;
     void showMarks();
     void paintMarks(QPainter &painter, const ViewMapping &view);
     QRect placeOfMarks() const;
@@ -189,7 +195,6 @@ private:
     void recordChange(const OperationPtr &step, Growth growth = Growth::None);
     QList<EntryPtr> chosenNow() const;
     QRect logicalPlace(const QRect &part) const;
-    void wantMenu();
     void nudge(QPoint by, bool goesOn);
     void leaveTool();
     void applyCrop();

@@ -110,6 +110,9 @@ void TPictureEditor::duplicateSelected()
     for (const EntryPtr &shape : chosen()) {
         EditEntry copy = mapped(*shape, beside);
         copy.id = nextShapeId();
+        // A copy of a marker counts on.
+        if (auto *marker = std::get_if<MarkerShape>(&copy.geometry))
+            marker->start = 0;
         copies.append(copy.id);
         steps.append(adding(std::move(copy)));
     }
@@ -173,15 +176,19 @@ void TPictureEditor::selectionMoved()
     emit selectionChanged();
 }
 
-void TPictureEditor::editSelectedText()
+bool TPictureEditor::choosesText() const
 {
     const QList<EntryPtr> shapes = chosen();
-    const auto *text =
-        shapes.size() == 1 ? std::get_if<TextShape>(&shapes.first()->geometry) : nullptr;
-    if (!text || !m_pWidget)
-        return;
+    return shapes.size() == 1 && std::holds_alternative<TextShape>(shapes.first()->geometry);
+}
+
+void TPictureEditor::editSelectedText()
+{
     EndEdit();
-    m_Edited = shapes.first();
+    if (!choosesText() || !m_pWidget)
+        return;
+    m_Edited = chosen().first();
+    const auto *text = &std::get<TextShape>(m_Edited->geometry);
     m_EditedStyle = m_Edited->style;
     m_ToolBefore = m_State;
     // A text that was turned with the picture is typed upright where it lies.

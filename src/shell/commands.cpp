@@ -6,6 +6,7 @@
 #include "shell/grabflow.h"
 #include "shell/mainwindow.h"
 #include "shell/skin.h"
+#include "shell/workbench.h"
 
 #include <QCoreApplication>
 #include <QMenu>
@@ -58,11 +59,13 @@ constexpr auto s_commands = std::to_array<Command>({
      .isAlwaysHeard = true,
      .button = "BtnSave",
      .item = Command::SaveItem,
+     .isForPicture = true,
      .run = [](MainWindow &window) { window.SaveFile(); }},
     {.menu = Menu::File,
      .caption = QT_TRANSLATE_NOOP("MainWindow", "Save %1 As..."),
      .keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+Shift+S"),
      .item = Command::SaveAsItem,
+     .isForPicture = true,
      .run = [](MainWindow &window) { window.SaveAsFile(); }},
     {.menu = Menu::File,
      .caption = QT_TRANSLATE_NOOP("MainWindow", "Save All"),
@@ -75,6 +78,7 @@ constexpr auto s_commands = std::to_array<Command>({
      .isAlwaysHeard = true,
      .button = "BtnUndo",
      .item = Command::UndoItem,
+     .isForPicture = true,
      .run = [](MainWindow &window) { window.on_BtnUndo_clicked(); }},
     {.menu = Menu::Edit,
      .caption = QT_TRANSLATE_NOOP("MainWindow", "&Redo"),
@@ -83,8 +87,9 @@ constexpr auto s_commands = std::to_array<Command>({
      .isAlwaysHeard = true,
      .button = "BtnRedo",
      .item = Command::RedoItem,
+     .isForPicture = true,
      .run = [](MainWindow &window) { window.on_BtnRedo_clicked(); }},
-    {.menu = Menu::Edit, .caption = ""},
+    {.menu = Menu::Edit, .caption = "", .isForPicture = true},
     {.menu = Menu::Edit,
      .caption = QT_TRANSLATE_NOOP("MainWindow", "&Copy"),
      .name = "Copy %1",
@@ -92,7 +97,44 @@ constexpr auto s_commands = std::to_array<Command>({
      .isAlwaysHeard = true,
      .button = "BtnCopy",
      .item = Command::PictureItem,
+     .isForPicture = true,
      .run = [](MainWindow &window) { window.CopyFile(); }},
+    {.menu = Menu::Edit, .caption = "", .isForPicture = true},
+    {.menu = Menu::Edit,
+     .caption = QT_TRANSLATE_NOOP("MainWindow", "Sel&ect All"),
+     .keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+A"),
+     .item = Command::PictureItem,
+     .isForPicture = true,
+     .run = [](MainWindow &window) { window.work().editor().selectAll(); }},
+    {.menu = Menu::Edit,
+     .caption = QT_TRANSLATE_NOOP("MainWindow", "Edit Te&xt"),
+     .item = Command::TextItem,
+     .isForPicture = true,
+     .run = [](MainWindow &window) { window.work().editor().editSelectedText(); }},
+    {.menu = Menu::Edit,
+     .caption = QT_TRANSLATE_NOOP("MainWindow", "Du&plicate"),
+     .keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+D"),
+     .item = Command::ChosenItem,
+     .isForPicture = true,
+     .run = [](MainWindow &window) { window.work().editor().duplicateSelected(); }},
+    {.menu = Menu::Edit,
+     .caption = QT_TRANSLATE_NOOP("MainWindow", "Dele&te"),
+     .keys = QT_TRANSLATE_NOOP("MainWindow", "Del"),
+     .item = Command::ChosenItem,
+     .isForPicture = true,
+     .run = [](MainWindow &window) { window.work().editor().removeSelected(); }},
+    {.menu = Menu::Edit,
+     .caption = QT_TRANSLATE_NOOP("MainWindow", "&Bring Forward"),
+     .keys = QT_TRANSLATE_NOOP("MainWindow", "Shift+PgUp"),
+     .item = Command::ChosenItem,
+     .isForPicture = true,
+     .run = [](MainWindow &window) { window.work().editor().raiseSelected(); }},
+    {.menu = Menu::Edit,
+     .caption = QT_TRANSLATE_NOOP("MainWindow", "Send Bac&kward"),
+     .keys = QT_TRANSLATE_NOOP("MainWindow", "Shift+PgDown"),
+     .item = Command::ChosenItem,
+     .isForPicture = true,
+     .run = [](MainWindow &window) { window.work().editor().lowerSelected(); }},
     {.menu = Menu::Edit, .caption = ""},
     {.menu = Menu::Edit,
      .caption = QT_TRANSLATE_NOOP("MainWindow", "Re&size..."),
@@ -385,6 +427,19 @@ void fillMenu(QMenu &menu, Command::Menu which, MainWindow &window)
         // Shown only: two owners of the same keys would both stay silent.
         if (command.isAlwaysHeard)
             action->setShortcutContext(Qt::WidgetShortcut);
+        QObject::connect(action, &QAction::triggered, &window,
+                         [&window, &command] { runCommand(command, window); });
+    }
+}
+
+// The keys are shown only: the menu bar's items hear them.
+void fillPictureMenu(QMenu &menu, MainWindow &window)
+{
+    for (const Command &command : commands()) {
+        QAction *action = command.isForPicture ? addItem(menu, command.caption, command) : nullptr;
+        if (!action || !command.run)
+            continue;
+        action->setShortcutContext(Qt::WidgetShortcut);
         QObject::connect(action, &QAction::triggered, &window,
                          [&window, &command] { runCommand(command, window); });
     }

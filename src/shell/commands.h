@@ -25,7 +25,9 @@ struct Command {
         CancelItem = 4,
         UndoItem = 5,
         RedoItem = 6,
-        PictureItem = 7  ///< it needs a picture
+        PictureItem = 7,  ///< it needs a picture
+        ChosenItem = 8,   ///< shapes that are chosen
+        TextItem = 9,     ///< a text that is chosen alone
     };
 
     Menu menu = Menu::None;
@@ -40,7 +42,8 @@ struct Command {
     int hotKey = 0;                ///< number of the system-wide hot key; 0: none
     const char *action = nullptr;  ///< on the session bus; a name that was given out stays
     Item item = Plain;
-    AbilitySet needs{};  ///< of the desktop; without it the command is greyed, and says why
+    bool isForPicture = false;  ///< an item of the menu that opens on the picture, too
+    AbilitySet needs{};         ///< of the desktop; without it the command is greyed, and says why
     void (*run)(MainWindow &) = nullptr;
     const Tool *tool = nullptr;  ///< the one that it chooses, instead of running something
 };
@@ -61,7 +64,9 @@ QKeySequence keysOf(const Command &command);
 /// Adds the items of one menu of the bar, in the order of the table. Those of the Capture menu only
 /// have their texts and keys, and are told apart by the former.
 void fillMenu(QMenu &menu, Command::Menu which, MainWindow &window);
-/// The same for the tray's menu.
+/// Adds what can be done with the picture and its shapes, for the menu that opens on it.
+void fillPictureMenu(QMenu &menu, MainWindow &window);
+/// The same as fillMenu() for the tray's menu.
 void fillTrayMenu(QMenu &menu);
 /// Lets the buttons of `window` and the keys that it hears itself run their commands, and gives the
 /// buttons their hints.

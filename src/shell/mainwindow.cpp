@@ -32,8 +32,11 @@
 
 #include <QAbstractEventDispatcher>
 #include <QApplication>
+#include <QClipboard>
 #include <QCloseEvent>
 #include <QDesktopServices>
+#include <QKeyEvent>
+#include <QMenu>
 #include <QThread>
 #include <QUrl>
 
@@ -45,6 +48,7 @@ MainWindow *g_MainWindow = nullptr;
 
 namespace {
 
+constexpr int s_lookAround = 40;  // logical pixels
 constexpr int s_unwindTime = 10;  // ms in which a dialog's loop ends
 
 void openAddress(const wchar_t *address)
@@ -156,7 +160,19 @@ void MainWindow::connectControls()
     // Also after the choice of what was chosen already.
     for (QComboBox *box : {static_cast<QComboBox *>(ui->CmbFont), ui->CmbFontSize})
         connect(box, &QComboBox::activated, this, [this] { m_Work->editor().goOnTyping(); });
-    connect(&m_Work->editor(), &TPictureEditor::movealue, this, &MainWindow::MovePicture);
+    TPictureEditor &editor = m_Work->editor();
+    connect(&editor, &TPictureEditor::movealue, this, &MainWindow::MovePicture);
+    connect(&editor, &TPictureEditor::menuWanted, this, &MainWindow::openPictureMenu);
+    connect(&editor, &TPictureEditor::lookedAt, this, &MainWindow::lookAt);
+    connect(&editor, &TPictureEditor::colorTaken, this, &MainWindow::useColor);
+    connect(&editor, &TPictureEditor::selectionChanged, this, [this] {
+        m_Style->refresh();
+        BeforeShowEdit();
+    });
+    auto *pipette = findChild<QPushButton *>(QLatin1StringView(toolOf(statePipette).button));
+    pipette->setContextMenuPolicy(Qt::CustomContextMenu);
+    connect(pipette, &QWidget::customContextMenuRequested, this,
+            [this, pipette](QPoint position) { offerColorText(pipette->mapToGlobal(position)); });
     for (QWidget *widget : {static_cast<QWidget *>(ui->tabWidget), ui->widTool, ui->widPicture,
                             static_cast<QWidget *>(ui->scrollArea)})
         widget->installEventFilter(this);
@@ -392,7 +408,9 @@ void MainWindow::BeforeShowEdit()
     const TPictureEditor &editor = m_Work->editor();
     m_Menus->updateEdit({.hasPicture = !editor.pictureSize().isEmpty(),
                          .canUndo = editor.isTyping() || !editor.getVecUnDo().isEmpty(),
-                         .canRedo = !editor.getVecReDo().isEmpty()});
+                         .canRedo = !editor.getVecReDo().isEmpty(),
+                         .hasChosen = editor.hasSelection(),
+                         .hasText = editor.choosesText()});
 }
 
 void MainWindow::changePicture(const OperationPtr &step)
@@ -596,8 +614,7 @@ long PictureChanged(long code, long /*unused*/)
         window->BeforeShowEdit();
         break;
     case TPictureEditor::ToolChange:
-        window->m_Face->updateTools(nullptr);
-        window->m_Style->refresh();
+        window->showTool();
         break;
     case TPictureEditor::Refusal:
         if (!std::exchange(window->m_ToldOfEdge, true)) {
@@ -628,11 +645,63 @@ void MainWindow::on_BtnUndo_clicked() { m_Work->editor().Undo(); }
 
 void MainWindow::on_BtnRedo_clicked() { m_Work->editor().Redo(); }
 
+// The keys of a tool reach the picture.
 void MainWindow::chooseTool(stateEnum tool)
 {
-    m_Work->editor().setState(tool);
+    TPictureEditor &editor = m_Work->editor();
+    editor.setState(tool);
     m_Style->refresh();
     m_Face->updateTools(findChild<QPushButton *>(QLatin1StringView(toolOf(tool).button)));
+    if (!editor.pictureSize().isEmpty())
+        ui->lblPicture->setFocus(Qt::OtherFocusReason);
+}
+
+// The hand that a right click leads to shows no button, as at the start.
+void MainWindow::showTool()
+{
+    const stateEnum tool = m_Work->editor().getState();
+    const QString button = QLatin1StringView(toolOf(tool).button);
+    m_Face->updateTools(tool == stateMove ? nullptr : findChild<QPushButton *>(button));
+    m_Style->refresh();
+}
+
+void MainWindow::openPictureMenu(QPoint position)
+{
+    BeforeShowFile();
+    BeforeShowEdit();
+    m_Menus->picture().popup(position);
+}
+
+// What the keys have reached is scrolled into view, with some room around it.
+void MainWindow::lookAt(const QRect &place)
+{
+    QWidget *content = ui->scrollArea->widget();
+    const QPoint middle = ui->lblPicture->mapTo(content, place.center());
+    const QSize view = ui->scrollArea->viewport()->size() / 2;
+    const QSize room = (place.size() / 2 + QSize(s_lookAround, s_lookAround)).boundedTo(view);
+    ui->scrollArea->ensureVisible(middle.x(), middle.y(), room.width(), room.height());
+}
+
+// The pipette's button copies the colour that it has taken, or whatever the pen has.
+void MainWindow::offerColorText(QPoint position)
+{
+    const QString text = m_Work->editor().getPenColor().name();
+    auto *menu = new QMenu(this);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    connect(menu->addAction(tr("&Copy %1").arg(text)), &QAction::triggered, this,
+            [text] { QGuiApplication::clipboard()->setText(text); });
+    menu->popup(position);
+}
+
+// Where no text is being typed, which has a menu of its own.
+void MainWindow::keyPressEvent(QKeyEvent *event)
+{
+    const bool isMenuKey = event->key() == Qt::Key_Menu ||
+                           (event->key() == Qt::Key_F10 && event->modifiers() == Qt::ShiftModifier);
+    if (isMenuKey && !m_Work->editor().isTyping())
+        m_Work->editor().wantMenu();
+    else
+        QMainWindow::keyPressEvent(event);
 }
 
 void MainWindow::on_BtnDrawMove_clicked() { chooseTool(stateMove); }
@@ -652,8 +721,12 @@ void MainWindow::on_SliderLineWidth_valueChanged(int value) { m_Style->setWidth(
 void MainWindow::on_CmbFont_currentFontChanged(const QFont &font)
 {
     m_Style->setFont(m_Style->sized(font));
-    if (!m_Work->editor().goOnTyping())
-        ui->tabWidget->setFocus(Qt::OtherFocusReason);
+    TPictureEditor &editor = m_Work->editor();
+    if (editor.goOnTyping())
+        return;
+    // The keys go on with what is chosen.
+    QWidget *next = editor.hasSelection() ? static_cast<QWidget *>(ui->lblPicture) : ui->tabWidget;
+    next->setFocus(Qt::OtherFocusReason);
 }
 
 void MainWindow::on_CmbFontSize_currentIndexChanged(int /*index*/)

@@ -219,6 +219,7 @@ protected:
     void closeEvent(QCloseEvent *event) override;
     bool event(QEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
     void moveEvent(QMoveEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
@@ -235,6 +236,10 @@ private:
     friend long PictureChanged(long code, long unused);
     friend long ActiveCallBack(bool active);
 
+    void showTool();
+    void openPictureMenu(QPoint position);
+    void lookAt(const QRect &place);
+    void offerColorText(QPoint position);
     void setUpGrabs();
     void setUpEditor();
     void connectControls();

@@ -9,6 +9,7 @@
 #include "shell/windowreach.h"
 #include "ui_mainwindow.h"
 
+#include <QInputDialog>
 #include <QSignalBlocker>
 
 #include <algorithm>
@@ -24,6 +25,7 @@ StyleControls::StyleControls(Ui::MainWindow &ui, TPictureEditor &editor)
       m_menu(new StyleMenu(ui.widPictureStyle))
 {
     connect(m_menu, &StyleMenu::chosen, this, &StyleControls::change);
+    connect(m_menu, &StyleMenu::numberWanted, this, &StyleControls::askForNumber);
     const PenDefaults pen = readPenDefaults();
     editor.setPenColor(pen.color);
     if (pen.width)
@@ -52,7 +54,9 @@ void StyleControls::refresh()
 // than what anybody wants of a tool; a setting may have brought more, which the number tells.
 void StyleControls::showWidth()
 {
-    const int widest = std::max(s_widestOffered, 2 * toolOf(m_editor.getState()).ownWidth);
+    int widest = s_widestOffered;
+    for (const Tool *tool : toolsInHand())
+        widest = std::max(widest, 2 * tool->ownWidth);
     const QSignalBlocker blocker(m_ui.SliderLineWidth);
     m_ui.SliderLineWidth->setMaximum(widest - 1);
     m_ui.SliderLineWidth->setValue(m_editor.getLineWidth() - 1);
@@ -62,6 +66,27 @@ void StyleControls::showWidth()
     // What is beside it stays where it is.
     m_ui.lblLineWidth->setMinimumWidth(
         m_ui.lblLineWidth->fontMetrics().horizontalAdvance(text(100)));
+}
+
+// Those of the shapes that are chosen, else the one with which the user draws.
+QList<const Tool *> StyleControls::toolsInHand() const
+{
+    QList<const Tool *> tools;
+    for (const EntryPtr &shape : m_editor.chosen())
+        tools.append(&toolOf(shape->geometry));
+    return tools.isEmpty() ? QList{&toolOf(m_editor.getState())} : tools;
+}
+
+void StyleControls::askForNumber()
+{
+    bool isChosen = false;
+    const int number =
+        QInputDialog::getInt(m_ui.widPictureStyle->window(), tr("Next Number"),
+                             tr("Number of the next marker, or of the one that is "
+                                "chosen:"),
+                             m_editor.nextNumber(), 1, MarkerShape::s_highest, 1, &isChosen);
+    if (isChosen)
+        m_editor.setNextNumber(number);
 }
 
 void StyleControls::remember(bool isRemembering)
@@ -83,6 +108,9 @@ void StyleControls::remember(bool isRemembering)
 void StyleControls::store(const std::function<void()> &shared) const
 {
     const Tool &tool = toolOf(m_editor.getState());
+    // What is chosen has its own style, and the pen keeps its.
+    if (m_editor.hasSelection())
+        return;
     if (m_editor.styles().isApart())
         storeToolStyle(tool, m_editor.styles());
     else if (tool.ownWidth == 0)
@@ -106,7 +134,8 @@ void StyleControls::setColor(const QColor &color)
 void StyleControls::setFont(const QFont &font)
 {
     m_editor.set_m_Font(font);
-    storeTextFont(font);
+    if (!m_editor.hasSelection())
+        storeTextFont(font);
 }
 
 void StyleControls::change(const std::function<void(EditMsg &)> &change)
@@ -125,7 +154,10 @@ void StyleControls::offerColors()
 
 void StyleControls::offerStyles()
 {
-    m_menu->follow(m_editor.style(), toolOf(m_editor.getState()).uses);
+    unsigned uses = 0;
+    for (const Tool *tool : toolsInHand())
+        uses |= tool->uses;
+    m_menu->follow(m_editor.style(), uses);
     m_menu->popup(placeBeside(*m_ui.BtnStyle, m_menu->sizeHint()));
     emit refreshed();
 }

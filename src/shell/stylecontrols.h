@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QFont>
+#include <QList>
 #include <QObject>
 
 #include <functional>
@@ -9,6 +10,7 @@ class QColor;
 class StyleMenu;
 class TPictureEditor;
 struct EditMsg;
+struct Tool;
 
 namespace Ui {
 class MainWindow;
@@ -49,6 +51,8 @@ signals:
 private:
     void store(const std::function<void()> &shared) const;
     void showWidth();
+    QList<const Tool *> toolsInHand() const;
+    void askForNumber();
 
     Ui::MainWindow &m_ui;
     TPictureEditor &m_editor;

@@ -53,7 +53,10 @@ constexpr std::array s_choices{
     Choice{},
     Choice{UsesShadow, QT_TRANSLATE_NOOP("StyleMenu", "Shado&w"),
            [](const EditMsg &style) { return style.hasShadow; },
-           [](EditMsg &style) { style.hasShadow = !style.hasShadow; }, nullptr}};
+           [](EditMsg &style) { style.hasShadow = !style.hasShadow; }, nullptr},
+    Choice{UsesRound, QT_TRANSLATE_NOOP("StyleMenu", "&Round Spotlight"),
+           [](const EditMsg &style) { return style.isRound; },
+           [](EditMsg &style) { style.isRound = !style.isRound; }, nullptr}};
 
 // What a choice shows best on, in a square of s_iconSize.
 Geometry sampleFor(unsigned use, int width)
@@ -113,12 +116,14 @@ StyleMenu::StyleMenu(QWidget *parent) : QMenu(parent)
             group->addAction(action);
         connect(action, &QAction::triggered, this, [this, &choice] { emit chosen(choice.choose); });
     }
+    m_number = addAction(tr("Ne&xt Number..."), this, &StyleMenu::numberWanted);
 }
 
 void StyleMenu::follow(const EditMsg &style, unsigned uses)
 {
+    m_number->setEnabled((uses & UsesNumber) != 0);
     auto choice = s_choices.begin();
-    for (QAction *action : actions()) {
+    for (QAction *action : actions().first(static_cast<qsizetype>(s_choices.size()))) {
         if (choice->text) {
             action->setChecked(choice->isIn(style));
             action->setEnabled((uses & choice->use) != 0);

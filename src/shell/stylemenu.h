@@ -20,4 +20,9 @@ public:
 signals:
     /// The function makes a style one that has what was chosen.
     void chosen(const std::function<void(EditMsg &)> &change);
+    /// The user wants to say what the next marker shows.
+    void numberWanted();
+
+private:
+    QAction *m_number;
 };

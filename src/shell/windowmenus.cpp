@@ -33,6 +33,9 @@ WindowMenus::WindowMenus(MainWindow &window, QBoxLayout &place)
     m_help = add(MainWindow::tr("Help"), Command::Menu::Help);
     m_tray = new QMenu(&window);
     fillTrayMenu(*m_tray);
+    m_picture = new QMenu(&window);
+    m_picture->setObjectName(u"PictureMenu"_s);
+    fillPictureMenu(*m_picture, window);
     updateCancel(false);
     updateEdit({});
     QObject::connect(m_file, &QMenu::aboutToShow, &window, &MainWindow::BeforeShowFile);
@@ -48,7 +51,7 @@ void WindowMenus::updateFile(FileState state)
     if (!name.isEmpty())
         name = u'"' + name + u'"';
     name.replace(u'&', u"&&"_s);
-    for (QAction *action : m_file->actions()) {
+    for (QAction *action : m_file->actions() + m_picture->actions()) {
         switch (action->data().toInt()) {
         case Command::CloseItem:
             action->setEnabled(state.any);
@@ -76,11 +79,26 @@ void WindowMenus::updateFile(FileState state)
 
 void WindowMenus::updateEdit(EditState state)
 {
-    for (QAction *action : m_edit->actions()) {
-        const int item = action->data().toInt();
-        action->setEnabled(item == Command::UndoItem   ? state.canUndo
-                           : item == Command::RedoItem ? state.canRedo
-                                                       : state.hasPicture);
+    for (QAction *action : m_edit->actions() + m_picture->actions()) {
+        switch (action->data().toInt()) {
+        case Command::UndoItem:
+            action->setEnabled(state.canUndo);
+            break;
+        case Command::RedoItem:
+            action->setEnabled(state.canRedo);
+            break;
+        case Command::PictureItem:
+            action->setEnabled(state.hasPicture);
+            break;
+        case Command::ChosenItem:
+            action->setEnabled(state.hasChosen);
+            break;
+        case Command::TextItem:
+            action->setEnabled(state.hasText);
+            break;
+        default:
+            break;
+        }
     }
 }
 

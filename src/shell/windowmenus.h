@@ -27,8 +27,12 @@ public:
         bool hasPicture = false;
         bool canUndo = false;
         bool canRedo = false;
+        bool hasChosen = false;  ///< shapes
+        bool hasText = false;    ///< one of them alone, and a text
     };
     void updateEdit(EditState state);
+    /// The menu that opens on the picture, as updateFile() and updateEdit() were told last.
+    QMenu &picture() { return *m_picture; }
     /// Whether the tray's menu offers to give up a grab.
     void updateCancel(bool canCancel);
     void updateHelp(bool isRegistered);
@@ -36,6 +40,7 @@ public:
 private:
     QMenu *m_file;
     QMenu *m_edit;
+    QMenu *m_picture;
     QMenu *m_help;
     QMenu *m_tray;
 };

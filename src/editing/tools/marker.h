@@ -22,7 +22,7 @@ struct MarkerShape {
                                .isDerived = true,
                                .hasLabel = true,
                                .keepsProportions = true,
-                               .uses = UsesShadow};
+                               .uses = UsesShadow | UsesNumber};
     static constexpr int s_highest = 9999;  ///< number that can be set
 
     QPoint middle{};

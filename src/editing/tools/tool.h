@@ -82,7 +82,8 @@ enum ToolUse : unsigned {
     UsesGround = 8,
     UsesShadow = 16,
     UsesRound = 32,
-    UsesAll = 63
+    UsesNumber = 64,
+    UsesAll = 127
 };
 
 /// The style with which a shape was drawn. Each shape uses what it has a use for.

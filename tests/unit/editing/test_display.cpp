@@ -271,7 +271,7 @@ void TestDisplay::operations()
             several.changes.append(change(random.bounded(8)));
         return operation(several);
     };
-    for (int step = 0; step < (isLong ? 10'000 : 1000); ++step) {
+    for (int step = 0; step < (isLong ? 10'000 : 400); ++step) {
         const int action = random.bounded(25);
         if (step % 250 == 249) {
             editor.clearShape();
@@ -301,12 +301,11 @@ void TestDisplay::operations()
         // What a step would come to is shown before it is recorded, also while it changes.
         if (step % 4 == 0)
             canvas.start(image, plain.history);
-        const ShapeId id = anyId();
+        const EntryPtr one = any();
         for (int state = random.bounded(3); step % 4 == 0 && state >= 0; --state) {
-            const OperationPtr next =
-                random.bounded(3)
-                    ? operation(ReplaceShape{shape(id, random.bounded(1 + statePipette))})
-                    : change(random.bounded(8));
+            const OperationPtr next = random.bounded(3)
+                                          ? operation(ReplaceShape{shape(one->id, one->style.type)})
+                                          : change(random.bounded(8));
             canvas.setPreview(next);
             plain.history.prepend(next);
             const QImage after =
