@@ -1674,7 +1674,7 @@ Möchten Sie die Datei ersetzen?</translation>
     </message>
     <message>
         <source>Number of the next marker, or of the one that is chosen:</source>
-        <translation>Nummer der nächsten Markierung oder der ausgewählten:</translation>
+        <translation>Was die nächste Nummer zeigt, oder die ausgewählte:</translation>
     </message>
 </context>
 <context>
@@ -1749,11 +1749,11 @@ Möchten Sie die Datei ersetzen?</translation>
     </message>
     <message>
         <source>&amp;Round Spotlight</source>
-        <translation>&amp;Runder Lichtkegel</translation>
+        <translation>&amp;Rundes Spotlicht</translation>
     </message>
     <message>
         <source>Ne&amp;xt Number...</source>
-        <translation>&amp;Nächste Nummer...</translation>
+        <translation>&amp;Nächste Nummer ...</translation>
     </message>
 </context>
 <context>

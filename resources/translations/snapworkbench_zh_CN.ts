@@ -1674,7 +1674,7 @@ Do you want to replace it?</source>
     </message>
     <message>
         <source>Number of the next marker, or of the one that is chosen:</source>
-        <translation>下一个标号，或所选标号的编号：</translation>
+        <translation>下一个编号标记，或所选编号标记的编号：</translation>
     </message>
 </context>
 <context>

@@ -232,6 +232,7 @@ void TPictureEditor::setPixmapScaled(float scale)
     if (m_Crop)
         m_Crop.emplace(m_Canvas.size(), static_cast<float>(pixels(s_handleReach) / m_Scale));
     refreshPreview();
+    showMarks();
     placeTextField();
     updateWidget();
 }
