@@ -475,14 +475,14 @@ const QImage &Canvas::preview(const QRegion &part)
     return m_previewImage.image();
 }
 
-// A shape is drawn nowhere outside of its box.
+// A shape is drawn nowhere outside of its area; one may be drawn by another of its kind.
 EntryPtr Canvas::shapeAt(QPointF point, qreal grace)
 {
     const auto found =
         std::find_if(m_scene.shapes.rbegin(), m_scene.shapes.rend(), [&](const EntryPtr &shape) {
-            return QRectF(areaOf(shape).boundingRect())
-                       .adjusted(-grace, -grace, grace, grace)
-                       .contains(point) &&
+            const QRectF area(areaOf(shape).boundingRect());
+            return (isDerived(*shape) ||
+                    area.adjusted(-grace, -grace, grace, grace).contains(point)) &&
                    hit(shape->geometry, shape->style, point, grace);
         });
     return found == m_scene.shapes.rend() ? nullptr : *found;

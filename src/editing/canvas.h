@@ -11,6 +11,18 @@
 #include <optional>
 #include <unordered_map>
 
+/// What a canvas keeps while a step changes some shapes and leaves all others where they are: most
+/// of what it shows stays the same from frame to frame.
+struct ChangingLayers {
+    QList<qsizetype> places{};  ///< of the shapes that change, in the scene
+    QRegion before{};           ///< where these are recorded
+    QList<EntryPtr> below{};    ///< the shapes below all of these
+    QList<EntryPtr> others{};   ///< all but these
+    SparseImage drawnBelow{};
+    SparseImage drawnOthers{};
+    std::unordered_map<EntryPtr, QRegion> areas{};  ///< what shapes cover, finely
+};
+
 /// The pixels that the editor shows: what a history makes of the picture, with its shapes, and the
 /// step that the user is about to make. The result equals a replay of the history, but is updated
 /// step by step: a new shape is drawn over the existing pixels, the newest shapes can be taken back
@@ -97,16 +109,5 @@ private:
     QRegion m_previewArea{};
     SparseImage m_previewImage{};
 
-    // While a step changes some shapes and leaves all others where they are, most of what it shows
-    // stays the same from frame to frame.
-    struct Layers {
-        QList<qsizetype> places{};  ///< of the shapes that change, in the scene
-        QRegion before{};           ///< where these are recorded
-        QList<EntryPtr> below{};    ///< the shapes below all of these
-        QList<EntryPtr> others{};   ///< all but these
-        SparseImage drawnBelow{};
-        SparseImage drawnOthers{};
-        std::unordered_map<EntryPtr, QRegion> areas{};  ///< what shapes cover, finely
-    };
-    std::optional<Layers> m_layers{};
+    std::optional<ChangingLayers> m_layers{};
 };

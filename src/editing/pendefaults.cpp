@@ -52,6 +52,7 @@ EditMsg styleFrom(const QString &stored, EditMsg style)
     values.take(u"heads", 0, static_cast<int>(Heads::Open), style.heads);
     values.take(u"ground", 0, static_cast<int>(TextGround::Outlined), style.ground);
     values.take(u"shadow", 0, 1, style.hasShadow);
+    values.take(u"round", 0, 1, style.isRound);
     return style;
 }
 
@@ -115,9 +116,10 @@ void storeToolStyle(const Tool &tool, const ToolStyles &styles)
 {
     const EditMsg &style = styles.of(tool.state);
     const auto number = [](auto value) { return QString::number(static_cast<int>(value)); };
-    SetConfigString(styleKey(tool),
-                    u"width=%1 color=%2 fill=%3 dashes=%4 heads=%5 ground=%6 shadow=%7"_s.arg(
-                        number(style.width), style.color.name(), number(style.fill),
-                        number(style.dashes), number(style.heads), number(style.ground),
-                        number(style.hasShadow)));
+    SetConfigString(
+        styleKey(tool),
+        u"width=%1 color=%2 fill=%3 dashes=%4 heads=%5 ground=%6 shadow=%7 round=%8"_s.arg(
+            number(style.width), style.color.name(), number(style.fill), number(style.dashes),
+            number(style.heads), number(style.ground), number(style.hasShadow),
+            number(style.isRound)));
 }

@@ -24,21 +24,11 @@ namespace {
 constexpr QPoint s_textInset(5, 5);
 // Space for the next letters.
 constexpr QSize s_textRoom(50, 20);
-// How far from its middle a handle of the crop frame answers, in logical pixels.
-constexpr qreal s_handleReach = 6;
 // The text is measured outside of the field, in a rectangle that is too small for it.
 constexpr QRect s_measure(-1000, -1000, 10, 10);
 
 // What is being drawn is one shape as long as that goes on. No recorded one has this id.
 constexpr ShapeId s_draft = 0;
-
-// The device pixel at which the widget begins. Halves are rounded up also for negative values:
-// scrolling moves existing pixels by whole pixels, so the origin must not be off by one.
-QPoint wholePixel(QPointF position)
-{
-    return {static_cast<int>(std::floor(position.x() + 0.5)),
-            static_cast<int>(std::floor(position.y() + 0.5))};
-}
 
 // A recorded text has one direction for all lines and draws a tab as a space, so the field does the
 // same.
@@ -51,6 +41,18 @@ void layOutAsRecorded(QTextDocument &document, bool toTheLeft, qreal space)
     option.setTextDirection(direction);
     option.setTabStopDistance(space);
     document.setDefaultTextOption(option);
+}
+
+// A part of a widget in device pixels, with one more around it: it may begin between two of them.
+QRegion inPixels(const QRegion &logical, qreal ratio)
+{
+    QRegion result;
+    for (const QRect &rect : logical) {
+        result += QRectF(QPointF(rect.topLeft()) * ratio, QSizeF(rect.size()) * ratio)
+                      .toAlignedRect()
+                      .adjusted(-1, -1, 1, 1);
+    }
+    return result;
 }
 
 }  // namespace
@@ -169,7 +171,7 @@ OperationPtr TPictureEditor::stepInHand() const
 {
     if (m_Edited)
         return operation(RemoveShape{m_Edited->id});
-    if (const OperationPtr step = m_Selection.step())
+    if (OperationPtr step = m_Selection.step())
         return step;
     std::optional<Geometry> shape =
         m_Gesture.preview(m_State, mapping(), m_Styles.of(m_State).width);
@@ -195,6 +197,9 @@ void TPictureEditor::refreshPreview()
 void TPictureEditor::setState(stateEnum state)
 {
     EndEdit();
+    // A drag of the tool before ends with it.
+    m_Selection.drop();
+    m_Hold = Hold::Nothing;
     if (state != m_State)
         m_ToolBefore = m_State;
     m_State = state;
@@ -204,7 +209,7 @@ void TPictureEditor::setState(stateEnum state)
     m_Hovered.reset();
     m_KeyPlace.reset();
     if (state == stateCrop && !m_Pixmap.isNull() && m_pWidget)
-        m_Crop.emplace(m_Canvas.size(), static_cast<float>(pixels(s_handleReach) / m_Scale));
+        startCropping();
     if (m_pWidget)
         m_pWidget->setCursor(toolOf(state).cursor);
     refreshPreview();
@@ -230,7 +235,7 @@ void TPictureEditor::setPixmapScaled(float scale)
     m_Shrunk = {};
     notify(SizeChange);
     if (m_Crop)
-        m_Crop.emplace(m_Canvas.size(), static_cast<float>(pixels(s_handleReach) / m_Scale));
+        startCropping();
     refreshPreview();
     showMarks();
     placeTextField();
@@ -503,15 +508,8 @@ void TPictureEditor::paint(const QPaintEvent &event)
     for (const QRect &line : QRegion(shown.adjusted(-1, -1, 1, 1)) - shown)
         painter.fillRect(line, Palette::pictureEdge);
 
-    const qreal ratio = m_pWidget->devicePixelRatioF();
     const QPoint margins = shown.topLeft();
-    QRegion region;
-    for (const QRect &rect : event.region()) {
-        region += QRectF(QPointF(rect.topLeft()) * ratio, QSizeF(rect.size()) * ratio)
-                      .toAlignedRect()
-                      .adjusted(-1, -1, 1, 1)
-                      .translated(-margins);
-    }
+    QRegion region = inPixels(event.region(), m_pWidget->devicePixelRatioF()).translated(-margins);
     region &= QRect(QPoint(), size);
 
     const auto draw = [&](const QRegion &area, const QImage &image) {

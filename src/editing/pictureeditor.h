@@ -197,6 +197,7 @@ private:
     QRect logicalPlace(const QRect &part) const;
     void nudge(QPoint by, bool goesOn);
     void leaveTool();
+    void startCropping();
     void applyCrop();
     void takeColor(QPoint at);
     void openMenu(const Pointer &pointer);
@@ -218,12 +219,21 @@ private:
     ViewMapping mapping() const;
     Pointer pointerOf(const QMouseEvent &event) const;
     void press(const Pointer &pointer);
+    bool pressText(const Pointer &pointer);
+    void pressAgain(const Pointer &pointer);
     void takeHold(const Pointer &pointer);
+    void enter();
+    void leave();
+    void loseKeys();
+    void mouse(const QMouseEvent &event);
     void move(const Pointer &pointer);
     void release(const Pointer &pointer);
     bool escape();
     void paint(const QPaintEvent &event);
     const QImage &shrunk(QSize size);
+
+    /// How far from its middle a handle answers, in logical pixels.
+    static constexpr qreal s_handleReach = 7;
 
     Callback m_Callback = nullptr;
     stateEnum m_State = stateMove;

@@ -27,20 +27,11 @@ void takeEveryMove(bool every)
     QGuiApplication::setAttribute(Qt::AA_CompressHighFrequencyEvents, s_usual && !every);
 }
 
-// The device pixel at which the widget begins. Halves are rounded up also for negative values:
-// scrolling moves existing pixels by whole pixels, so the origin must not be off by one.
-QPoint wholePixel(QPointF position)
-{
-    return {static_cast<int>(std::floor(position.x() + 0.5)),
-            static_cast<int>(std::floor(position.y() + 0.5))};
-}
-
 // A drag is controlled by the button that began it.
 bool isFirstButton(const QMouseEvent &press) { return press.buttons() == press.button(); }
 
-// How far beside a shape a click picks it, and from its middle a handle answers. Logical pixels.
+// How far beside a shape a click picks it, in logical pixels.
 constexpr qreal s_grace = 4;
-constexpr qreal s_handleReach = 7;
 
 // How far an arrow key goes: alone, with Shift, and when drawing with Ctrl. Picture pixels.
 constexpr int s_step = 1;
@@ -134,30 +125,36 @@ void TPictureEditor::press(const Pointer &pointer)
         takeColor(pointer.at);
         return;
     }
-    if (isLeft && m_State == stateText) {
-        // A reader would expect a click to open a new text after a text was committed in another
-        // way, but it records an empty text first, on purpose.
-        if (m_TextOpen) {
-            const bool wasEdited = m_Edited != nullptr;
-            saveEditText();
-            m_TextOpen = false;
-            if (wasEdited)
-                return;
-        } else if (mapping().shown().contains(pointer.at)) {
-            m_TextPos = mapping().toPicture(pointer.at);
-            m_TextAnchor = pointer.logical;
-            getUserText();
-            m_TextOpen = true;
-        } else if (!m_Pixmap.isNull()) {
-            notify(Refusal);
-        }
-    }
+    if (isLeft && m_State == stateText && !pressText(pointer))
+        return;
     // The right button leaves any tool. It records an entry even if no text was typed.
     if (isRight && !m_pTextEdit->geometry().contains(pointer.logical)) {
         saveEditText();
         leaveTool();
     }
     takeHold(pointer);
+}
+
+// False if the press ended a text that was typed again, which it does nothing else for. A reader
+// would expect a click to open a new text after a text was committed in another way, but it records
+// an empty text first, on purpose.
+bool TPictureEditor::pressText(const Pointer &pointer)
+{
+    if (m_TextOpen) {
+        const bool wasEdited = m_Edited != nullptr;
+        saveEditText();
+        m_TextOpen = false;
+        return !wasEdited;
+    }
+    if (mapping().shown().contains(pointer.at)) {
+        m_TextPos = mapping().toPicture(pointer.at);
+        m_TextAnchor = pointer.logical;
+        getUserText();
+        m_TextOpen = true;
+    } else if (!m_Pixmap.isNull()) {
+        notify(Refusal);
+    }
+    return true;
 }
 
 // Goes to the hand. The crop frame goes, and nothing else that is under way.
@@ -351,6 +348,9 @@ bool TPictureEditor::escape()
 bool TPictureEditor::key(const QKeyEvent &event)
 {
     const int code = event.key();
+    // What the text field leaves alone.
+    if (isTyping())
+        return code == Qt::Key_Escape && escape();
     if (code == Qt::Key_Menu || (code == Qt::Key_F10 && event.modifiers() == Qt::ShiftModifier)) {
         wantMenu();
         return true;
@@ -446,6 +446,59 @@ TPictureEditor::Pointer TPictureEditor::keyPointer(Qt::MouseButtons buttons,
             .modifiers = modifiers};
 }
 
+// The second press of a double click may begin a drag, but does not open or close a new text.
+void TPictureEditor::pressAgain(const Pointer &pointer)
+{
+    if (openTextAt(pointer))
+        return;
+    if (m_State == stateMove || (draws(m_State) && !selects(pointer.modifiers)))
+        takeHold(pointer);
+    else
+        press(pointer);
+}
+
+void TPictureEditor::enter()
+{
+    takeEveryMove(toolOf(m_State).isFreehand);
+    // Another window, for example an overlay, may have grabbed the pointer during a drag and got
+    // its release.
+    if (QGuiApplication::mouseButtons() == Qt::NoButton && !m_KeyPlace &&
+        (m_Gesture.drop() || m_Selection.drop())) {
+        m_Hold = Hold::Nothing;
+        refreshPreview();
+        showMarks();
+    }
+}
+
+void TPictureEditor::leave()
+{
+    takeEveryMove(false);
+    m_Hovered.reset();
+    showMarks();
+}
+
+// What keys were drawing can't go on without them.
+void TPictureEditor::loseKeys()
+{
+    if (m_KeyPlace && m_Gesture.drop())
+        refreshPreview();
+    m_KeyPlace.reset();
+    showMarks();
+}
+
+void TPictureEditor::mouse(const QMouseEvent &event)
+{
+    const Pointer pointer = pointerOf(event);
+    if (event.type() == QEvent::MouseMove)
+        move(pointer);
+    else if (event.type() == QEvent::MouseButtonPress && isFirstButton(event))
+        press(pointer);
+    else if (event.type() == QEvent::MouseButtonDblClick && isFirstButton(event))
+        pressAgain(pointer);
+    else if (event.type() == QEvent::MouseButtonRelease && event.button() == m_DragButton)
+        release(pointer);
+}
+
 bool TPictureEditor::eventFilter(QObject *watched, QEvent *event)
 {
     if (watched == m_pTextEdit && event->type() == QEvent::Paint)
@@ -457,27 +510,10 @@ bool TPictureEditor::eventFilter(QObject *watched, QEvent *event)
         paint(*static_cast<QPaintEvent *>(event));
         return true;
     case QEvent::MouseButtonPress:
-        if (isFirstButton(*static_cast<QMouseEvent *>(event)))
-            press(pointerOf(*static_cast<QMouseEvent *>(event)));
-        return true;
-    // The second press of a double click may begin a drag, but does not open or close a text.
     case QEvent::MouseButtonDblClick:
-        if (isFirstButton(*static_cast<QMouseEvent *>(event))) {
-            const Pointer pointer = pointerOf(*static_cast<QMouseEvent *>(event));
-            if (openTextAt(pointer))
-                return true;
-            if (m_State == stateMove || (draws(m_State) && !selects(pointer.modifiers)))
-                takeHold(pointer);
-            else
-                press(pointer);
-        }
-        return true;
     case QEvent::MouseMove:
-        move(pointerOf(*static_cast<QMouseEvent *>(event)));
-        return true;
     case QEvent::MouseButtonRelease:
-        if (static_cast<QMouseEvent *>(event)->button() == m_DragButton)
-            release(pointerOf(*static_cast<QMouseEvent *>(event)));
+        mouse(*static_cast<QMouseEvent *>(event));
         return true;
     case QEvent::KeyPress:
         if (key(*static_cast<QKeyEvent *>(event)))
@@ -487,24 +523,13 @@ bool TPictureEditor::eventFilter(QObject *watched, QEvent *event)
     case QEvent::ContextMenu:
         return true;
     case QEvent::Enter:
-        takeEveryMove(toolOf(m_State).isFreehand);
-        // Another window, for example an overlay, may have grabbed the pointer during a drag and
-        // got its release.
-        if (QGuiApplication::mouseButtons() == Qt::NoButton && !m_KeyPlace &&
-            (m_Gesture.drop() || m_Selection.drop())) {
-            m_Hold = Hold::Nothing;
-            refreshPreview();
-            showMarks();
-        }
+        enter();
         break;
     case QEvent::Leave:
-        takeEveryMove(false);
-        m_Hovered.reset();
-        showMarks();
+        leave();
         break;
     case QEvent::FocusOut:
-        m_KeyPlace.reset();
-        showMarks();
+        loseKeys();
         break;
     case QEvent::Resize:
         refreshPreview();

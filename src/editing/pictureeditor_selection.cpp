@@ -218,6 +218,12 @@ void TPictureEditor::endEditing()
     notify(ToolChange);
 }
 
+// The frame is around all of the picture as it is now.
+void TPictureEditor::startCropping()
+{
+    m_Crop.emplace(m_Canvas.size(), static_cast<float>(pixels(s_handleReach) / m_Scale));
+}
+
 void TPictureEditor::applyCrop()
 {
     const QRect frame = m_Crop->frame();

@@ -217,7 +217,7 @@ OperationPtr Selection::step() const
         return moving(chosen, PictureMap::moving(m_isEven ? straight : by));
     }
     // An edge that is dragged along itself stays where it is.
-    const EntryPtr before = chosen.first();
+    const EntryPtr &before = chosen.first();
     const EntryPtr after = changed(*before);
     if (boxOf(*before) == boxOf(*after) && endsOf(before->geometry) == endsOf(after->geometry))
         return nullptr;
@@ -235,7 +235,7 @@ OperationPtr Selection::release()
 {
     if (!std::exchange(m_isPressed, false))
         return nullptr;
-    const OperationPtr result = step();
+    OperationPtr result = step();
     if (const std::optional<QRectF> marked = band()) {
         for (const EntryPtr &shape : std::as_const(m_shapes)) {
             const QRect box = boxOf(*shape);

@@ -90,6 +90,14 @@ QRegion ViewMapping::fromScaled(const QRegion &part) const
     return result;
 }
 
+// Halves are rounded up also for negative values:
+// scrolling moves existing pixels by whole pixels, so the origin must not be off by one.
+QPoint wholePixel(QPointF position)
+{
+    return {static_cast<int>(std::floor(position.x() + 0.5)),
+            static_cast<int>(std::floor(position.y() + 0.5))};
+}
+
 QSize drawingSize(QSize viewport, QSize picture, float scale)
 {
     return viewport.expandedTo(ViewMapping{.picture = picture, .scale = scale}.shownSize());

@@ -37,6 +37,9 @@ struct ViewMapping {
     QRegion fromScaled(const QRegion &part) const;
 };
 
+/// The device pixel at which a widget begins that lies at this position, in device pixels.
+QPoint wholePixel(QPointF position);
+
 /// The drawing widget's size for a picture of `picture` pixels: it fills the viewport, and is
 /// larger if the zoomed picture is. Device pixels.
 QSize drawingSize(QSize viewport, QSize picture, float scale);

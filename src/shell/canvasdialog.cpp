@@ -20,8 +20,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int s_mostPixels =
-    99'999;  // more than a picture may have, so that the reason can be told
 constexpr int s_columns = 3;
 constexpr int s_centre = 4;
 constexpr QSize s_anchorSize(32, 32);  // logical pixels

@@ -12,8 +12,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// More than a picture may have, so that the reason can be told.
-constexpr double s_mostPixels = 99'999;
 constexpr double s_mostPerCent = 10'000;
 constexpr double s_leastPerCent = 0.01;
 

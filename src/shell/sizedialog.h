@@ -20,6 +20,9 @@ public:
 protected:
     SizeDialog(const QString &title, QWidget *parent);
 
+    /// What a field takes at most: more than a picture may have, so that the reason can be told.
+    static constexpr int s_mostPixels = 99'999;
+
     QFormLayout &form() { return *m_form; }
     /// Tells what comes out, or why it can't be. To be called once all is there, and after each
     /// change.

@@ -26,11 +26,6 @@ struct EllipseShape {
     QPolygon drawnPoints() const;
     bool hit(QPointF point, qreal grace, const EditMsg &style) const;
     QRect box(const EditMsg & /*style*/) const { return boxAround(drawnPoints()); }
-    QPolygon ends() const { return {}; }
-    EllipseShape withEnd(qsizetype /*end*/, QPoint /*at*/, const EditMsg & /*style*/) const
-    {
-        return *this;
-    }
     EllipseShape mapped(const PictureMap &map, const EditMsg & /*style*/) const
     {
         return {map(bounds)};

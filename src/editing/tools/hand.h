@@ -24,11 +24,6 @@ struct EmptyShape {
     QPolygon drawnPoints() const { return {}; }
     bool hit(QPointF /*point*/, qreal /*grace*/, const EditMsg & /*style*/) const { return false; }
     QRect box(const EditMsg & /*style*/) const { return {}; }
-    QPolygon ends() const { return {}; }
-    EmptyShape withEnd(qsizetype /*end*/, QPoint /*at*/, const EditMsg & /*style*/) const
-    {
-        return {};
-    }
     EmptyShape mapped(const PictureMap & /*map*/, const EditMsg & /*style*/) const { return {}; }
     void write(QJsonObject & /*to*/) const {}
     static EmptyShape read(ShapeParts & /*parts*/) { return {}; }

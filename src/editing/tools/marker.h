@@ -38,11 +38,6 @@ struct MarkerShape {
     QPolygon drawnPoints() const { return QPolygon({middle}); }
     bool hit(QPointF point, qreal grace, const EditMsg &style) const;
     QRect box(const EditMsg &style) const;
-    QPolygon ends() const { return {}; }
-    MarkerShape withEnd(qsizetype /*end*/, QPoint /*at*/, const EditMsg & /*style*/) const
-    {
-        return *this;
-    }
     MarkerShape mapped(const PictureMap &map, const EditMsg &style) const;
     void write(QJsonObject &to) const;
     static MarkerShape read(ShapeParts &parts);

@@ -26,11 +26,6 @@ struct RectShape {
     QPolygon drawnPoints() const { return outline; }
     bool hit(QPointF point, qreal grace, const EditMsg &style) const;
     QRect box(const EditMsg & /*style*/) const { return boxAround(outline); }
-    QPolygon ends() const { return {}; }
-    RectShape withEnd(qsizetype /*end*/, QPoint /*at*/, const EditMsg & /*style*/) const
-    {
-        return *this;
-    }
     RectShape mapped(const PictureMap &map, const EditMsg & /*style*/) const
     {
         return {map(outline)};

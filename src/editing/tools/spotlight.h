@@ -42,11 +42,6 @@ struct SpotlightShape {
     QPolygon drawnPoints() const { return {}; }
     bool hit(QPointF point, qreal grace, const EditMsg &style) const;
     QRect box(const EditMsg & /*style*/) const { return bounds; }
-    QPolygon ends() const { return {}; }
-    SpotlightShape withEnd(qsizetype /*end*/, QPoint /*at*/, const EditMsg & /*style*/) const
-    {
-        return *this;
-    }
     SpotlightShape mapped(const PictureMap &map, const EditMsg & /*style*/) const
     {
         return {map(bounds)};

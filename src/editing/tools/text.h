@@ -29,11 +29,6 @@ struct TextShape {
     QPolygon drawnPoints() const { return QList<QPoint>{position}; }
     bool hit(QPointF point, qreal grace, const EditMsg &style) const;
     QRect box(const EditMsg &style) const;
-    QPolygon ends() const { return {}; }
-    TextShape withEnd(qsizetype /*end*/, QPoint /*at*/, const EditMsg & /*style*/) const
-    {
-        return *this;
-    }
     TextShape mapped(const PictureMap &map, const EditMsg &style) const;
     void write(QJsonObject &to) const;
     static TextShape read(ShapeParts &parts);

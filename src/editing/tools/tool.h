@@ -36,8 +36,9 @@ class QPainter;
 // - `QRect box(const EditMsg &) const`: what the shape lies in, without the width of its lines; the
 //   far edge is not included.
 //
-// - `QPolygon ends() const`: the points by which the user takes hold of it; none if it is resized
-//   by its box. `Shape withEnd(qsizetype, QPoint, const EditMsg &) const`: one of them elsewhere.
+// - For a shape that is not resized by its box, `QPolygon ends() const`: the points by which the
+//   user takes hold of it, none if by its box after all; and `Shape withEnd(qsizetype, QPoint,
+//   const EditMsg &) const`: one of them elsewhere.
 //
 // - `Shape mapped(const PictureMap &, const EditMsg &) const`: where it is after a change of the
 //   picture, or of its box. The style has been mapped already.

@@ -51,13 +51,22 @@ QRect boxOf(const Geometry &geometry, const EditMsg &style)
 
 QPolygon endsOf(const Geometry &geometry)
 {
-    return std::visit([](const auto &shape) { return shape.ends(); }, geometry);
+    const auto ends = [](const auto &shape) {
+        if constexpr (requires { shape.ends(); })
+            return shape.ends();
+        return QPolygon();
+    };
+    return std::visit(ends, geometry);
 }
 
 Geometry withEnd(const Geometry &geometry, const EditMsg &style, qsizetype end, QPoint at)
 {
-    return std::visit([&](const auto &shape) -> Geometry { return shape.withEnd(end, at, style); },
-                      geometry);
+    const auto changed = [&](const auto &shape) -> Geometry {
+        if constexpr (requires { shape.ends(); })
+            return shape.withEnd(end, at, style);
+        return shape;
+    };
+    return std::visit(changed, geometry);
 }
 
 bool hit(const Geometry &geometry, const EditMsg &style, QPointF point, qreal grace)

@@ -159,6 +159,17 @@ private slots:
         QCOMPARE(m_editor->getVecUnDo().size(), before.size() + 1);
     }
 
+    // Of several spotlights only the lowest draws.
+    void spotlights()
+    {
+        for (const int left : {10, 110})
+            record({SpotlightShape{QRect(left, 100, 40, 30)}, {.type = stateSpotlight}});
+        for (const int left : {10, 110}) {
+            click({left, 110});
+            QCOMPARE(boxOf(*m_editor->chosen().value(0)), QRect(left, 100, 40, 30));
+        }
+    }
+
     void tabWalks()
     {
         const auto chosen = [this] {
@@ -248,8 +259,12 @@ private slots:
         QCOMPARE(boxesOf().first(), QRect(20, 20, 60, 40));
         m_editor->setState(stateCrop);
         m_widget->repaint();
-        drag({200, 70}, {150, 70});
+        // The frame goes in the middle of a drag.
+        press({200, 70});
+        moveTo({150, 70});
         key(Qt::Key_Escape);
+        moveTo({140, 70});
+        release({140, 70});
         QCOMPARE(m_editor->getState(), stateRect);
         QCOMPARE(m_editor->pictureSize(), s_picture);
     }
