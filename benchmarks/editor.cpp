@@ -5,6 +5,7 @@
 #include "memory.h"
 #include "plainpainter.h"
 
+#include "editing/covering.h"
 #include "editing/pictureeditor.h"
 
 #include <QApplication>
@@ -337,6 +338,18 @@ void memory(benchmark::State &state)
     }
 }
 
+// All of a picture is covered, from the choice of its colours on.
+void coverAll(benchmark::State &state, stateEnum kind)
+{
+    const QImage below = picture(Opaque).toImage();
+    Drag drag;
+    drag.box = below.rect();
+    const OperationPtr cover = adding({*shapeFrom(kind, drag), {.type = kind}});
+    for (auto _ : state)
+        benchmark::DoNotOptimize(
+            replayed(below, {withColors(cover, {}, below, 1)}, Qt::transparent));
+}
+
 #define FRAMES(function, ...)                                                                      \
     BENCHMARK_CAPTURE(function, __VA_ARGS__)->Unit(benchmark::kMillisecond)->Repetitions(3)
 #define PLAIN_FRAMES(function, ...) FRAMES(function, __VA_ARGS__)->Iterations(2)
@@ -364,6 +377,14 @@ PLAIN_FRAMES(plainToolDrag, measure, stateMeasure);
 FRAMES(toolDrag, spotlight, stateSpotlight);
 PLAIN_FRAMES(plainToolDrag, spotlight, stateSpotlight);
 FRAMES(toolDrag, round, stateSpotlight, true);
+FRAMES(toolDrag, blur, stateBlur);
+PLAIN_FRAMES(plainToolDrag, blur, stateBlur);
+FRAMES(toolDrag, pixelate, statePixelate);
+PLAIN_FRAMES(plainToolDrag, pixelate, statePixelate);
+FRAMES(toolDrag, solid, stateSolid);
+PLAIN_FRAMES(plainToolDrag, solid, stateSolid);
+FRAMES(coverAll, blur, stateBlur);
+FRAMES(coverAll, pixelate, statePixelate);
 FRAMES(newShape, opaque_500, Opaque, 500);
 PLAIN_FRAMES(plainNewShape, opaque_500, Opaque, 500);
 FRAMES(newShape, opaque_5000, Opaque, 5000);
@@ -416,6 +437,16 @@ bool addTool(const std::string &what, const std::string &name, double least)
     addTool("line", "line", 100) && addTool("highlighter", "highlighter", 100) &&
     addTool("marker", "marker", 100) && addTool("measure", "measure", 100) &&
     addTool("spotlight", "spotlight", 10) && addTool("round spotlight", "round", 10) &&
+    addTool("blur", "blur", 10) && addTool("pixelate", "pixelate", 10) &&
+    addTool("solid cover", "solid", 100) &&
+    addComparison({.what = "blurring all of 3840 x 2160",
+                   .measured = "coverAll/blur",
+                   .unit = "ms",
+                   .limit = atMost(60)}) &&
+    addComparison({.what = "pixelating all of it",
+                   .measured = "coverAll/pixelate",
+                   .unit = "ms",
+                   .limit = atMost(60)}) &&
     addRatio("a new shape and the repaint, 500 before it", "newShape/opaque_500",
              "plainNewShape/opaque_500", 20) &&
     addRatio("a new shape and the repaint, 5,000 before it", "newShape/opaque_5000",

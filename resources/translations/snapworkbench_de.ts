@@ -1315,6 +1315,34 @@ Rücktaste    Punkt löschen</translation>
         <source>&amp;Edit</source>
         <translation>&amp;Bearbeiten</translation>
     </message>
+    <message>
+        <source>Blur</source>
+        <translation>Weichzeichnen</translation>
+    </message>
+    <message>
+        <source>B</source>
+        <translation>B</translation>
+    </message>
+    <message>
+        <source>Blurring well-known text protects it less than covering it does.</source>
+        <translation>Bekannter Text ist weichgezeichnet weniger gut geschützt als abgedeckt.</translation>
+    </message>
+    <message>
+        <source>Pixelate</source>
+        <translation>Verpixeln</translation>
+    </message>
+    <message>
+        <source>P</source>
+        <translation>P</translation>
+    </message>
+    <message>
+        <source>Solid Cover</source>
+        <translation>Abdecken</translation>
+    </message>
+    <message>
+        <source>X</source>
+        <translation>X</translation>
+    </message>
 </context>
 <context>
     <name>MenuCapture</name>

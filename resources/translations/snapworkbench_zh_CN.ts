@@ -1315,6 +1315,34 @@ Backspace    删除最后一点</translation>
         <source>&amp;Edit</source>
         <translation>编辑(&amp;E)</translation>
     </message>
+    <message>
+        <source>Blur</source>
+        <translation>模糊</translation>
+    </message>
+    <message>
+        <source>B</source>
+        <translation>B</translation>
+    </message>
+    <message>
+        <source>Blurring well-known text protects it less than covering it does.</source>
+        <translation>对众所周知的文字，模糊不如遮盖安全。</translation>
+    </message>
+    <message>
+        <source>Pixelate</source>
+        <translation>像素化</translation>
+    </message>
+    <message>
+        <source>P</source>
+        <translation>P</translation>
+    </message>
+    <message>
+        <source>Solid Cover</source>
+        <translation>遮盖</translation>
+    </message>
+    <message>
+        <source>X</source>
+        <translation>X</translation>
+    </message>
 </context>
 <context>
     <name>MenuCapture</name>

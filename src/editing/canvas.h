@@ -46,6 +46,8 @@ public:
     /// Outside of this area the preview equals the recorded picture.
     const QRegion &previewArea() const { return m_previewArea; }
     QSize size() const { return m_base.size(); }
+    /// The picture as it is now, without shapes.
+    const QImage &bare() const { return m_base; }
     /// All shapes, bottom to top.
     const QList<EntryPtr> &shapes() const { return m_scene.shapes; }
     /// The picture with all shapes.

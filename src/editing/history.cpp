@@ -121,9 +121,7 @@ private:
     void apply(const ResizePicture &resize, const OperationPtr &whole)
     {
         if (!m_scene.size.isEmpty() && isPictureSize(resize.size)) {
-            change(resize.size,
-                   PictureMap::fitting(QRect(QPoint(), m_scene.size), QRect(QPoint(), resize.size)),
-                   whole);
+            change(resize.size, PictureMap::resizing(m_scene.size, resize.size), whole);
         }
     }
 
@@ -204,6 +202,13 @@ bool changesPicture(const Operation &operation)
            std::holds_alternative<TurnPicture>(operation.change) ||
            std::holds_alternative<MirrorPicture>(operation.change) ||
            std::holds_alternative<ResizePicture>(operation.change);
+}
+
+bool hasCovers(const EditHistory &history)
+{
+    const QList<EntryPtr> shapes = sceneOf(history, {}).shapes;
+    return std::any_of(shapes.begin(), shapes.end(),
+                       [](const EntryPtr &shape) { return toolOf(shape->geometry).isCover; });
 }
 
 bool isPictureSize(QSize size)

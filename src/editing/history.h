@@ -92,6 +92,9 @@ EntryPtr addedBy(const Operation &operation);
 /// Whether it changes the picture itself.
 bool changesPicture(const Operation &operation);
 
+/// Whether there are covers among the shapes that a history comes to.
+bool hasCovers(const EditHistory &history);
+
 /// Whether a picture may be made as large as that.
 bool isPictureSize(QSize size);
 

@@ -103,8 +103,10 @@ bool QPictureDocument::save(const QString &path, const char *format, int quality
     PictureProgress progress;
     const PictureWrite written =
         writePicture(picture(), m_VecUnDo, path, format, quality, progress);
-    if (written.isWritten)
+    if (written.isWritten) {
         m_File = written.file;
+        m_IsCovered = hasCovers(m_VecUnDo);
+    }
     else
         m_Failure = written.failure;
     return written.isWritten;

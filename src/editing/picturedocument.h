@@ -66,6 +66,8 @@ public:
     QPixmap m_Pixmap{};        ///< not changed by editing; null while it is packed
     PackedPicture m_Packed{};  ///< the same, packed, while the document is not shown
     bool m_IsAwaited = false;  ///< the picture is still being loaded
+    /// It was saved with covers, so that what they hide must not be found on the disk any more.
+    bool m_IsCovered = false;
     PictureOrigin m_Origin{};
     QPixmap m_UnitePixmap{};  ///< the last result of GetUnitePixmap
     /// Identity of the file when it was last read or written.

@@ -1,6 +1,7 @@
 #include "editing/pictureeditor.h"
 
 #include "base/palette.h"
+#include "editing/covering.h"
 #include "editing/cutting.h"
 #include "editing/rendering.h"
 #include "editing/scaling.h"
@@ -8,6 +9,7 @@
 #include <QPaintEvent>
 #include <QPainter>
 #include <QPainterPath>
+#include <QRandomGenerator>
 #include <QTextCursor>
 #include <QTextEdit>
 #include <QWidget>
@@ -105,6 +107,12 @@ EditMsg TPictureEditor::styleOfShape() const
     return result;
 }
 
+// Nobody can guess it.
+int TPictureEditor::newSeed()
+{
+    return QRandomGenerator::system()->bounded(CoverBlocks::s_highestSeed);
+}
+
 // A number that was set goes to the next marker.
 Geometry TPictureEditor::numbered(Geometry geometry) const
 {
@@ -183,7 +191,7 @@ void TPictureEditor::refreshPreview()
 {
     if (!m_pWidget)
         return;
-    const OperationPtr step = stepInHand();
+    const OperationPtr step = withColors(stepInHand(), m_Canvas.shapes(), m_Canvas.bare(), m_Seed);
     const bool had = m_Canvas.hasPreview();
     if (!step && !had)
         return;
@@ -422,7 +430,8 @@ void TPictureEditor::record(OperationPtr step)
         m_VecReDo.clear();
     else if (std::holds_alternative<MarkerShape>(added->geometry))
         m_NextNumber = 0;
-    m_VecUnDo.prepend(std::move(step));
+    m_VecUnDo.prepend(withColors(step, m_Canvas.shapes(), m_Canvas.bare(), m_Seed));
+    m_Seed = newSeed();
     m_Growing.reset();
     followHistory();
 }

@@ -175,6 +175,7 @@ private:
     /// What further changes of the same kind go on with.
     enum class Growth { None, Width, Nudge };
 
+    static int newSeed();
     void notify(Change change);
     void updateWidget();
     void updateArea(const QRegion &pictureArea);
@@ -249,7 +250,8 @@ private:
     QFont m_Font;
     float m_Scale = 1.0F;
     ToolStyles m_Styles;
-    int m_NextNumber = 0;  ///< that was set for the next marker; 0: it counts on
+    int m_Seed = newSeed();  ///< of the next cover
+    int m_NextNumber = 0;    ///< that was set for the next marker; 0: it counts on
     DrawingGesture m_Gesture;
     Hold m_Hold = Hold::Nothing;
     stateEnum m_ToolBefore = stateMove;  ///< the one to go back to from a tool that is used once

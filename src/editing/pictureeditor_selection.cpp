@@ -165,7 +165,7 @@ void TPictureEditor::recordChange(const OperationPtr &step, Growth growth)
         followHistory();
     }
     record(step);
-    m_Growing = step;
+    m_Growing = m_VecUnDo.value(0);
     m_Growth = growth;
     m_GrowingIds = ids;
 }

@@ -30,6 +30,13 @@ PictureMap PictureMap::mirroring(Qt::Orientation axis, QSize picture)
                                   : PictureMap({1, 0, 0, -1, 0, qreal(picture.height())});
 }
 
+PictureMap PictureMap::resizing(QSize from, QSize to)
+{
+    PictureMap result = fitting(QRect(QPoint(), from), QRect(QPoint(), to));
+    result.m_mixesPixels = from != to;
+    return result;
+}
+
 PictureMap PictureMap::fitting(const QRect &from, const QRect &to)
 {
     const qreal across = qreal(to.width()) / from.width();
@@ -51,6 +58,15 @@ QRect PictureMap::operator()(const QRect &rect) const
     const QPoint b = (*this)(rect.topLeft() + QPoint(rect.width(), rect.height()));
     return {QPoint(std::min(a.x(), b.x()), std::min(a.y(), b.y())),
             QSize(std::abs(a.x() - b.x()), std::abs(a.y() - b.y()))};
+}
+
+// A larger picture has each pixel's colour as far as the middles of those beside it, a smaller one
+// in all pixels that lie on it; rounding may add to both.
+QRect PictureMap::covering(const QRect &rect) const
+{
+    if (!m_mixesPixels)
+        return (*this)(rect);
+    return m_transform.mapRect(QRectF(rect.adjusted(-1, -1, 1, 1))).toAlignedRect();
 }
 
 qreal PictureMap::growth() const { return std::sqrt(std::abs(m_transform.determinant())); }

@@ -18,12 +18,16 @@ public:
     static PictureMap turning(int quarters, QSize picture);
     /// Mirrors left and right for Qt::Horizontal, else top and bottom.
     static PictureMap mirroring(Qt::Orientation axis, QSize picture);
+    /// Resizes a picture, whose pixels are mixed with those beside them. Neither size is empty.
+    static PictureMap resizing(QSize from, QSize to);
     /// Brings a rectangle to another one. Neither is empty.
     static PictureMap fitting(const QRect &from, const QRect &to);
 
     QPoint operator()(QPoint point) const { return m_transform.map(QPointF(point)).toPoint(); }
     QPolygon operator()(const QPolygon &points) const;
     QRect operator()(const QRect &rect) const;
+    /// The smallest rectangle with all pixels that have something of those of `rect`.
+    QRect covering(const QRect &rect) const;
     /// By how much lengths grow; 1 if the picture only moves, turns or is mirrored.
     qreal growth() const;
     bool keepsLengths() const { return growth() == 1; }
@@ -34,4 +38,5 @@ private:
     explicit PictureMap(const QTransform &transform) : m_transform(transform) {}
 
     QTransform m_transform;
+    bool m_mixesPixels = false;
 };

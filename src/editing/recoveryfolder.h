@@ -28,6 +28,9 @@ struct UnsavedWork {
     int number = -1;  ///< running number of an unsaved document; -1 if bound to a file
     std::optional<FileIdentity> file{};  ///< identity of the file when it was last read or written
     PictureOrigin origin{};
+    /// Its covers were handed on, and what they hide is not kept any more: there are no histories,
+    /// and the picture is the one with all shapes. Not part of what is written.
+    bool isCovered = false;
 };
 
 /// The folder in which unsaved pictures are kept for the next start. Each entry is a folder with

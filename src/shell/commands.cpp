@@ -474,6 +474,8 @@ void connectCommands(MainWindow &window)
             hint = button->accessibleName();
         if (const QKeySequence keys = keysOf(command); !hint.isEmpty() && !keys.isEmpty())
             hint += u"  "_s + keys.toString(QKeySequence::NativeText);
+        if (command.tool && command.tool->advice)
+            hint += u'\n' + MainWindow::tr(command.tool->advice);
         button->setToolTip(hint);
     }
 }

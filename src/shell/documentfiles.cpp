@@ -191,6 +191,7 @@ bool DocumentFiles::written(int number, const QString &path, const EditHistory &
     document->m_File = result.file;
     document->m_FileName = path;
     document->m_Modified = document->m_VecUnDo != history;
+    document->m_IsCovered = hasCovers(history);
     document->SetIsNotNewFile();
     m_notices.withdraw(std::exchange(document->m_Notice, {}));
     m_work.saved(number);

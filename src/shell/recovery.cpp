@@ -100,13 +100,23 @@ void Recovery::write(int document, Item &item)
         return;
     }
     if (!work) {
-        if (!item.entry.isEmpty())
-            m_workers.start([folder = m_folder, entry = item.entry] { folder.remove(entry); });
+        m_workers.start([folder = m_folder, entries = item.former + QStringList(item.entry)] {
+            for (const QString &entry : entries) {
+                if (!entry.isEmpty())
+                    folder.remove(entry);
+            }
+        });
         m_items.erase(document);
         return;
     }
+    // An entry that has what is covered now gives way to one that never had it.
+    if (std::exchange(item.isCovered, work->isCovered) != work->isCovered) {
+        if (!item.entry.isEmpty())
+            item.former.append(std::exchange(item.entry, {}));
+        item.hasPicture = false;
+    }
     std::function<QImage()> picture;
-    if (!item.hasPicture)
+    if (!item.hasPicture || work->isCovered)
         picture = m_source.unsavedPicture(document);
     item.isChanged = false;
     // Without a picture there would be nothing to come back to.
@@ -115,8 +125,8 @@ void Recovery::write(int document, Item &item)
     if (item.entry.isEmpty())
         item.entry = RecoveryFolder::newName();
     item.writing = std::make_shared<PictureProgress>();
-    m_workers.start([this, document, folder = m_folder, entry = item.entry, picture,
-                     work = std::move(*work), progress = item.writing] {
+    m_workers.start([this, document, folder = m_folder, entry = item.entry, former = item.former,
+                     picture, work = std::move(*work), progress = item.writing] {
         // While the file is as it was, it has the picture.
         QString reason;
         if (picture && work.file)
@@ -125,6 +135,8 @@ void Recovery::write(int document, Item &item)
             reason = folder.writePicture(entry, picture(), *progress);
         if (reason.isEmpty())
             reason = folder.writeWork(entry, work);
+        for (const QString &entryBefore : reason.isEmpty() ? former : QStringList())
+            folder.remove(entryBefore);
         QMetaObject::invokeMethod(
             this,
             [this, document, withPicture = bool(picture), reason] {
@@ -144,6 +156,7 @@ void Recovery::written(int document, bool withPicture, const QString &reason)
     bool isOwed = item.isChanged;
     if (reason.isEmpty()) {
         item.hasPicture = item.hasPicture || withPicture;
+        item.former.clear();
         isOwed = isOwed || m_isPaused;
         resume();
     } else if (!isCancelled) {

@@ -3,6 +3,7 @@
 #include "editing/recoveryfolder.h"
 
 #include <QObject>
+#include <QStringList>
 #include <QThreadPool>
 
 #include <functional>
@@ -27,7 +28,7 @@ public:
         virtual ~Source() = default;
         /// Nothing for one that is closed, or has nothing that is not saved.
         virtual std::optional<UnsavedWork> unsaved(int document) = 0;
-        /// What gives the picture without its shapes, in a worker; null where there is none.
+        /// What gives the picture that belongs to this work, in a worker; null where there is none.
         virtual std::function<QImage()> unsavedPicture(int document) = 0;
     };
 
@@ -56,7 +57,9 @@ signals:
 private:
     struct Item {
         QString entry{};          ///< empty while there is none
-        bool hasPicture = false;  ///< the entry has; it never changes
+        bool hasPicture = false;  ///< the entry has; it changes only if the work is covered
+        bool isCovered = false;   ///< what the covers hide is not in the entry
+        QStringList former{};  ///< entries that this one takes the place of, while they are there
         bool isChanged = false;
         std::shared_ptr<PictureProgress> writing{};  ///< while a worker is at it
     };

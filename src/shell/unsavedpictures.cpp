@@ -1,5 +1,6 @@
 #include "shell/unsavedpictures.h"
 
+#include "editing/rendering.h"
 #include "platform/services.h"
 #include "shell/notices.h"
 #include "shell/workbench.h"
@@ -125,25 +126,47 @@ std::optional<UnsavedWork> UnsavedPictures::unsaved(int document)
     const QPictureDocument *found = m_work.documents().find(document);
     if (!found || m_isDiscarded)
         return {};
-    UnsavedWork work = found->unsavedWork();
     bool isUnsaved = found->m_Modified;
-    if (found == m_work.documents().currentDocument()) {
+    UnsavedWork work = workOf(*found, &isUnsaved);
+    if (!isUnsaved)
+        return {};
+    work.isCovered = found->m_IsCovered;
+    if (work.isCovered) {
+        work.shapes.clear();
+        work.undone.clear();
+    }
+    return work;
+}
+
+// The data of a document, whether it is unsaved or not; `isUnsaved` is set if a text is being typed
+// in it.
+UnsavedWork UnsavedPictures::workOf(const QPictureDocument &document, bool *isUnsaved) const
+{
+    UnsavedWork work = document.unsavedWork();
+    if (&document == m_work.documents().currentDocument()) {
         const TPictureEditor &editor = m_work.editor();
         work.shapes = editor.getVecUnDo();
         work.undone = editor.getVecReDo();
         // What is being typed comes back as it would have been recorded.
         if (const OperationPtr text = editor.typedText()) {
             work.shapes.prepend(text);
-            isUnsaved = true;
+            *isUnsaved = true;
         }
     }
-    return isUnsaved ? std::optional(work) : std::nullopt;
+    return work;
 }
 
 std::function<QImage()> UnsavedPictures::unsavedPicture(int document)
 {
     const QPictureDocument *found = m_work.documents().find(document);
-    return found && found->hasPicture() ? found->pictureLater() : nullptr;
+    if (!found || !found->hasPicture())
+        return nullptr;
+    if (!found->m_IsCovered)
+        return found->pictureLater();
+    bool isUnsaved = false;
+    return [picture = found->pictureLater(), shapes = workOf(*found, &isUnsaved).shapes] {
+        return replayed(picture(), shapes, Qt::transparent);
+    };
 }
 
 void UnsavedPictures::touchCurrent()

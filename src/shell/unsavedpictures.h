@@ -7,6 +7,7 @@
 #include <memory>
 
 class Notices;
+class QPictureDocument;
 class Workbench;
 
 /// Keeps what is not saved of the open documents in a folder, and brings back what an earlier run
@@ -34,6 +35,7 @@ public:
 private:
     struct Returning;
 
+    UnsavedWork workOf(const QPictureDocument &document, bool *isUnsaved) const;
     void touchCurrent();
     void touch(int number);
     void bringBack(const RecoveryFolder::Content &content);

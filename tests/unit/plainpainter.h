@@ -105,7 +105,7 @@ private:
         } else if (const auto *resize = std::get_if<ResizePicture>(&operation.change)) {
             change(made,
                    pristine.scaled(resize->size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation),
-                   PictureMap::fitting(pristine.rect(), QRect(QPoint(), resize->size)));
+                   PictureMap::resizing(pristine.size(), resize->size));
         } else if (const auto *order = std::get_if<OrderShape>(&operation.change)) {
             const auto placeOf = [&](ShapeId id) {
                 return std::find_if(shapes.begin(), shapes.end(),

@@ -102,9 +102,7 @@ void SpotlightShape::draw(QPainter &painter, const EditMsg &style) const
 {
     if (spots.isEmpty())
         return;
-    QRegion dark = painter.transform().inverted().mapRect(painter.viewport());
-    if (painter.hasClipping())
-        dark &= painter.clipRegion();
+    QRegion dark = visiblePart(painter);
     QList<Spot> ellipses;
     QRegion curved;
     for (const Spot &spot : spots) {

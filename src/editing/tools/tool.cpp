@@ -29,6 +29,12 @@ qreal distanceToSegment(QPointF point, QPointF from, QPointF to)
 
 }  // namespace
 
+QRegion visiblePart(const QPainter &painter)
+{
+    const QRegion all = painter.transform().inverted().mapRect(painter.viewport());
+    return painter.hasClipping() ? all & painter.clipRegion() : all;
+}
+
 void setDashes(QPainter &painter, const EditMsg &style, qreal length)
 {
     if (style.dashes == Dashes::None)

@@ -7,6 +7,7 @@
 #include <QPoint>
 #include <QPolygon>
 #include <QRect>
+#include <QRegion>
 #include <QString>
 
 #include <optional>
@@ -67,7 +68,10 @@ enum stateEnum : int {
     stateSpotlight,
     stateCrop,
     stateMeasure,
-    statePipette
+    statePipette,
+    stateBlur,
+    statePixelate,
+    stateSolid
 };
 
 enum class Fill { None, Translucent, Solid };
@@ -119,6 +123,7 @@ struct Tool {
     const char *glyph = nullptr;   ///< what its button shows where the skin has no such section
     const char *name = nullptr;    ///< English; MainWindow's texts have it in the user's language
     const char *keys = nullptr;    ///< the same for the keys that choose it
+    const char *advice = nullptr;  ///< the same for what its tip says besides, if anything
     Qt::CursorShape cursor = Qt::CrossCursor;
     bool isFreehand = false;  ///< every move of the pointer counts, not only the last one
     bool isPlaced = false;    ///< a click draws, too; a drag carries the shape along
@@ -126,6 +131,8 @@ struct Tool {
     bool isDerived = false;
     bool hasLabel = false;          ///< it writes something, in the font of texts
     bool keepsProportions = false;  ///< when its box is resized
+    /// Nobody gets back what lies below it from a picture that is handed on.
+    bool isCover = false;
     /// What it draws with at first; none for a tool that shares the style of the others.
     int ownWidth = 0;
     QRgb ownColor = 0;
@@ -144,6 +151,8 @@ struct Drag {
     bool isEven = false;  ///< Shift is held: squares, circles, whole eighths of a turn
 };
 
+/// The part of the picture that a painter can change: all of its device, or what it is clipped to.
+QRegion visiblePart(const QPainter &painter);
 /// Gives the pen the gaps of the style, if it has any, so that a line of that length begins and
 /// ends in the middle of a dash.
 void setDashes(QPainter &painter, const EditMsg &style, qreal length);

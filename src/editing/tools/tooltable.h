@@ -1,6 +1,7 @@
 #pragma once
 
 #include "editing/tools/arrow.h"
+#include "editing/tools/blur.h"
 #include "editing/tools/crop.h"
 #include "editing/tools/ellipse.h"
 #include "editing/tools/freehand.h"
@@ -10,8 +11,10 @@
 #include "editing/tools/marker.h"
 #include "editing/tools/measure.h"
 #include "editing/tools/pipette.h"
+#include "editing/tools/pixelate.h"
 #include "editing/tools/rectangle.h"
 #include "editing/tools/select.h"
+#include "editing/tools/solid.h"
 #include "editing/tools/spotlight.h"
 #include "editing/tools/text.h"
 
@@ -41,7 +44,8 @@ template<typename... Tools> struct ToolRows {
 /// The table of tools, in the order of the strip: a row a tool, which is the name of its struct.
 using ToolTable = ToolRows<EmptyShape, RectShape, EllipseShape, ArrowShape, PolylineShape,
                            TextShape, LineShape, SelectTool, HighlighterShape, MarkerShape,
-                           SpotlightShape, MeasureShape, CropTool, PipetteTool>;
+                           SpotlightShape, BlurShape, PixelateShape, SolidShape, MeasureShape,
+                           CropTool, PipetteTool>;
 
 /// The shape of any tool, in picture coordinates.
 using Geometry = ToolTable::Geometry;

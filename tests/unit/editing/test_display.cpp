@@ -1,3 +1,4 @@
+#include "editing/covering.h"
 #include "editing/pictureeditor.h"
 #include "editing/scaling.h"
 #include "plainpainter.h"
@@ -137,8 +138,9 @@ private slots:
                                                    .font = font}});
                 editor.record(text);
             } else {
-                const QList tools{stateRect,        stateEllipse, stateArrow,     statePoly,
-                                  stateHighlighter, stateMarker,  stateSpotlight, stateMeasure};
+                const QList tools{stateRect,      stateEllipse,     stateArrow,
+                                  statePoly,      stateHighlighter, stateMarker,
+                                  stateSpotlight, stateMeasure,     stateSolid};
                 plain.state = tools.at(random.bounded(tools.size()));
                 plain.lineWidth = 1 + random.bounded(12);
                 plain.color =
@@ -233,7 +235,7 @@ void TestDisplay::operations()
         Geometry geometry = shapeFrom(stateEnum(tool), drag).value_or(TextShape{drag.start});
         if (auto *marker = std::get_if<MarkerShape>(&geometry))
             marker->start = random.bounded(4) ? 0 : random.bounded(1200);
-        return std::make_shared<const EditEntry>(EditEntry{geometry, style, id});
+        return shapeOf(*withColors(adding({geometry, style, id}), {}, image, random.bounded(99)));
     };
     const auto any = [&] {
         const auto shapes = sceneOf(editor.getVecUnDo(), image.size()).shapes;
@@ -243,7 +245,7 @@ void TestDisplay::operations()
     const auto anyId = [&] { return any()->id; };
     const std::function<OperationPtr(int)> change = [&](int kind) {
         if (kind < 5)
-            return operation(AddShape{shape(nextShapeId(), random.bounded(1 + statePipette))});
+            return operation(AddShape{shape(nextShapeId(), random.bounded(1 + stateSolid))});
         if (kind == 5) {
             const EntryPtr before = any();
             return operation(ReplaceShape{shape(before->id, before->style.type)});

@@ -1,4 +1,5 @@
 #include "editing/coverage.h"
+#include "editing/covering.h"
 #include "editing/rendering.h"
 #include "editing/shapefile.h"
 #include "rows.h"
@@ -46,7 +47,12 @@ EntryPtr shapeOf(const Tool &tool, const EditMsg &style)
                     .line = QPolygon(QList<QPoint>{{30, 40}, {70, 20}, {90, 100}, {120, 90}}),
                     .width = 6};
     const auto shape = tool.state == stateText ? TextShape{{30, 40}} : shapeFrom(tool.state, drag);
-    return shape ? sceneOf({adding({*shape, style})}, s_size).shapes.first() : nullptr;
+    if (!shape)
+        return nullptr;
+    QImage below(s_size, QImage::Format_RGB32);
+    below.fill(Qt::yellow);
+    QPainter(&below).fillRect(60, 60, 20, 20, Qt::darkBlue);
+    return sceneOf({withColors(adding({*shape, style}), {}, below, 1)}, s_size).shapes.first();
 }
 
 EntryPtr after(const EntryPtr &shape, const QList<PictureMap> &changes)
@@ -74,9 +80,11 @@ double difference(const QImage &one, const QImage &other)
     double all = 0;
     for (int y = 0; y < one.height(); ++y) {
         for (int x = 0; x < one.width(); ++x) {
-            const int alpha = qAlpha(one.pixel(x, y));
-            differing += std::abs(alpha - qAlpha(other.pixel(x, y)));
-            all += alpha;
+            const QRgb mine = one.pixel(x, y);
+            const QRgb its = other.pixel(x, y);
+            differing +=
+                std::max(std::abs(qAlpha(mine) - qAlpha(its)), std::abs(qBlue(mine) - qBlue(its)));
+            all += qAlpha(mine);
         }
     }
     return differing / all;

@@ -172,6 +172,34 @@ private slots:
             QStringList());
     }
 
+    // What covers hide in a saved picture is not to be found any more, whatever is drawn after it.
+    void whatIsCoveredStaysCovered()
+    {
+        const QString path = at(u"c.png"_s);
+        QVERIFY(solid({200, 150}).save(path));
+        open({path});
+        const OperationPtr cover =
+            shape(SolidShape{{QRect(0, 0, 100, 100)}}, {.type = stateSolid, .color = Qt::black});
+        draw({cover});
+        m_desktop->clock->advance(s_second);
+        QTRY_COMPARE(entries().size(), 1);
+        QVERIFY(m_window->SaveFile());
+        for (int i = 1; i <= 2; ++i) {
+            draw({line(Qt::red, {{5, 5 + i}, {50, 5 + i}}), cover});
+            m_desktop->clock->advance(s_second);
+            awaitJobs();
+        }
+        m_window->keepUnsaved();
+        QCOMPARE(entries().size(), 1);
+        kill();
+        QVERIFY(startAgain());
+        QVERIFY(editor()->getVecUnDo().isEmpty());
+        const QImage back = editor()->getPixmap().toImage();
+        QCOMPARE(back.pixelColor(20, 30), QColor(Qt::black));
+        QCOMPARE(back.pixelColor(20, 7), QColor(Qt::red));
+        QCOMPARE(back.pixelColor(150, 30), QColor(Qt::blue));
+    }
+
     void nothingIsEverDeleted()
     {
         const auto check = [&](const QByteArray &row, const QString &file,

@@ -1,0 +1,58 @@
+#include "editing/covering.h"
+
+#include <algorithm>
+#include <type_traits>
+
+namespace {
+
+// Null for a shape that covers in another way, or not at all.
+CoverBlocks *blocksOf(Geometry &geometry)
+{
+    const auto found = []<typename Shape>(Shape &shape) -> CoverBlocks * {
+        if constexpr (std::is_base_of_v<CoverBlocks, Shape>)
+            return &shape;
+        return nullptr;
+    };
+    return std::visit(found, geometry);
+}
+
+// Null if the shape can stay as it is.
+EntryPtr colored(const EditEntry &shape, const QList<EntryPtr> &before, const QImage &picture,
+                 int seed)
+{
+    if (!toolOf(shape.geometry).isCover)
+        return nullptr;
+    EditEntry result = shape;
+    CoverBlocks *blocks = blocksOf(result.geometry);
+    if (!blocks)
+        return nullptr;
+    const bool stays = std::any_of(before.begin(), before.end(), [&](const EntryPtr &other) {
+        return other->id == shape.id && boxOf(*other) == blocks->bounds;
+    });
+    if (stays && !blocks->colors.isEmpty())
+        return nullptr;
+    blocks->colors = CoverBlocks::colorsOf(picture, blocks->bounds);
+    if (blocks->seed == 0)
+        blocks->seed = 1 + seed % CoverBlocks::s_highestSeed;
+    return std::make_shared<const EditEntry>(std::move(result));
+}
+
+}  // namespace
+
+OperationPtr withColors(const OperationPtr &step, const QList<EntryPtr> &before,
+                        const QImage &picture, int seed)
+{
+    if (!step)
+        return step;
+    if (const auto *several = std::get_if<SeveralChanges>(&step->change)) {
+        SeveralChanges result;
+        for (const OperationPtr &change : several->changes)
+            result.changes.append(withColors(change, before, picture, seed++));
+        return result.changes == several->changes ? step : operation(std::move(result));
+    }
+    const EntryPtr shape = shapeOf(*step);
+    const EntryPtr result = shape ? colored(*shape, before, picture, seed) : nullptr;
+    if (!result)
+        return step;
+    return addedBy(*step) ? operation(AddShape{result}) : operation(ReplaceShape{result});
+}

@@ -1,0 +1,11 @@
+#pragma once
+
+#include "editing/history.h"
+
+#include <QImage>
+
+/// The step with its covers in the colours of what they come to lie on: of `picture`, which has no
+/// shapes. A cover that is new gets its chance from `seed`; one that lies where it lay `before`
+/// keeps its colours. Null if the step is.
+OperationPtr withColors(const OperationPtr &step, const QList<EntryPtr> &before,
+                        const QImage &picture, int seed);
