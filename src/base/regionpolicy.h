@@ -11,6 +11,7 @@ struct RegionPolicy {
     bool missKeepsZone = false;       ///< a miss keeps the zone of a drag whose release was lost
     bool captionWhileFlat = false;    ///< a drag shows the caption before its band has an area
     bool keyCaptionHasUnit = true;
+    bool exactKeys = false;  ///< arrow keys reach the edges, and each axis counts for itself
 
     // In the overlay.
     /// Corner handles are drawn only with Command, but always work.

@@ -9,6 +9,7 @@
 #include <array>
 #include <cmath>
 #include <cstdlib>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -142,7 +143,9 @@ RegionSelection::Request RegionSelection::key(int key, Qt::KeyboardModifiers mod
         m_regionSize -= QPoint(1, 1);
     }
     for (const ArrowKey &candidate : s_arrows) {
-        if (candidate.key == key)
+        if (candidate.key == key && m_policy.exactKeys)
+            exactArrow(candidate.axis, candidate.step, modifiers);
+        else if (candidate.key == key)
             arrow(candidate.axis, candidate.step, modifiers);
     }
     m_rubberBand = false;
@@ -168,6 +171,24 @@ void RegionSelection::arrow(int axis, int step, Qt::KeyboardModifiers modifiers)
     } else {
         size = along(surface, axis) - 1 - pos;
     }
+}
+
+void RegionSelection::exactArrow(int axis, int step, Qt::KeyboardModifiers modifiers)
+{
+    if (!isBelow({0, 0}, m_regionSize))
+        return;
+    QPoint surface = toPoint(m_extent.surface);
+    const int limit = along(surface, axis);
+    int &pos = along(m_regionPos, axis);
+    int &size = along(m_regionSize, axis);
+    if (modifiers.testFlag(Qt::AltModifier) && step < 0)
+        size += std::exchange(pos, 0);
+    else if (modifiers.testFlag(Qt::AltModifier))
+        size = limit - pos;
+    else if (modifiers.testFlag(Qt::ShiftModifier))
+        size = std::clamp(size + step, 1, limit - pos);
+    else
+        pos = std::clamp(pos + step, 0, limit - size);
 }
 
 // A reader would expect m_hasRegion to be reset, but it is kept on purpose: the next press is still

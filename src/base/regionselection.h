@@ -116,6 +116,7 @@ private:
     void dragHandle(QPoint pos);
     void dragRegion(QPoint pos);
     void arrow(int axis, int step, Qt::KeyboardModifiers modifiers);
+    void exactArrow(int axis, int step, Qt::KeyboardModifiers modifiers);
     QPoint onScreen(QPoint caption, const QRect &marked) const;
     QSize toldSize(const QRect &marked) const;
 

@@ -48,6 +48,8 @@ public:
     QSize size() const { return m_base.size(); }
     /// The picture as it is now, without shapes.
     const QImage &bare() const { return m_base; }
+    /// What the history comes to, without the preview.
+    const Scene &scene() const { return m_scene; }
     /// All shapes, bottom to top.
     const QList<EntryPtr> &shapes() const { return m_scene.shapes; }
     /// The picture with all shapes.

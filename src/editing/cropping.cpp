@@ -9,7 +9,8 @@ RegionSelection::Input input(QPoint at, Qt::KeyboardModifiers modifiers)
 
 }  // namespace
 
-Cropping::Cropping(QSize picture, float reach) : m_picture(picture)
+Cropping::Cropping(QSize picture, float reach)
+    : m_picture(picture), m_region(RegionPolicy{.exactKeys = true})
 {
     setReach(reach);
     // As if the pointer had marked it.
@@ -29,12 +30,16 @@ void Cropping::press(QPoint at, Qt::KeyboardModifiers modifiers)
 {
     if (isWhole() && m_region.cursor(input(at, modifiers), {}).shape == Qt::ArrowCursor)
         m_region.clear();
-    m_region.press(input(at, modifiers), Qt::LeftButton);
+    // A square begins where it is pressed, too, if there is no frame with which it could go on.
+    m_region.press(input(at, frame().isEmpty() ? Qt::KeyboardModifiers() : modifiers),
+                   Qt::LeftButton);
 }
 
+// What is marked counts, also if a quick hand leaves no time to show it.
 void Cropping::move(QPoint at, Qt::KeyboardModifiers modifiers)
 {
     m_region.move(input(at, modifiers));
+    m_region.painted();
 }
 
 void Cropping::release(QPoint at, Qt::KeyboardModifiers modifiers)

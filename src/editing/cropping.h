@@ -21,8 +21,6 @@ public:
     void release(QPoint at, Qt::KeyboardModifiers modifiers);
     bool isPressed() const { return m_region.isPressed(); }
     Answer key(int key, Qt::KeyboardModifiers modifiers);
-    /// Tells that frame() has been shown: as on the desktop, what was not seen is not kept.
-    void shown() { m_region.painted(); }
 
     /// What stays; null where nothing is marked.
     QRect frame() const;

@@ -6,6 +6,7 @@
 #include "editing/rendering.h"
 #include "editing/scaling.h"
 
+#include <QMenu>
 #include <QPaintEvent>
 #include <QPainter>
 #include <QPainterPath>
@@ -87,6 +88,14 @@ void TPictureEditor::createTextField()
     m_pTextEdit->setAcceptRichText(false);
     m_pTextEdit->installEventFilter(this);
     m_pTextEdit->hide();
+    m_pTextEdit->setContextMenuPolicy(Qt::CustomContextMenu);
+    connect(m_pTextEdit, &QTextEdit::customContextMenuRequested, this, [this](QPoint at) {
+        QMenu *menu = m_pTextEdit->createStandardContextMenu();
+        // As the field's child it would be as transparent.
+        menu->setParent(m_pWidget->window(), menu->windowFlags());
+        menu->setAttribute(Qt::WA_DeleteOnClose);
+        menu->popup(m_pTextEdit->mapToGlobal(at));
+    });
     connect(m_pTextEdit, &QTextEdit::textChanged, this, &TPictureEditor::fitTextField);
     connect(m_pTextEdit, &QTextEdit::textChanged, this, &TPictureEditor::typed);
 }

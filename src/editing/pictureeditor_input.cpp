@@ -28,6 +28,12 @@ void takeEveryMove(bool every)
 }
 
 // A drag is controlled by the button that began it.
+bool isMenuKey(const QKeyEvent &event)
+{
+    return event.key() == Qt::Key_Menu ||
+           (event.key() == Qt::Key_F10 && event.modifiers() == Qt::ShiftModifier);
+}
+
 bool isFirstButton(const QMouseEvent &press) { return press.buttons() == press.button(); }
 
 // How far beside a shape a click picks it, in logical pixels.
@@ -351,7 +357,7 @@ bool TPictureEditor::key(const QKeyEvent &event)
     // What the text field leaves alone.
     if (isTyping())
         return code == Qt::Key_Escape && escape();
-    if (code == Qt::Key_Menu || (code == Qt::Key_F10 && event.modifiers() == Qt::ShiftModifier)) {
+    if (isMenuKey(event)) {
         wantMenu();
         return true;
     }
@@ -503,6 +509,11 @@ bool TPictureEditor::eventFilter(QObject *watched, QEvent *event)
 {
     if (watched == m_pTextEdit && event->type() == QEvent::Paint)
         fitTextField();
+    if (watched == m_pTextEdit && event->type() == QEvent::KeyPress &&
+        isMenuKey(*static_cast<QKeyEvent *>(event))) {
+        wantMenu();
+        return true;
+    }
     if (watched != m_pWidget)
         return QObject::eventFilter(watched, event);
     switch (event->type()) {

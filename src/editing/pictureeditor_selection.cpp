@@ -24,6 +24,13 @@ QRectF inWidget(const ViewMapping &view, const QRectF &part)
     return {view.toWidget(part.topLeft()), view.toWidget(part.bottomRight())};
 }
 
+// With the width of its lines, if it is known by its ends.
+QRectF seenBox(const EditEntry &shape)
+{
+    const qreal width = endsOf(shape.geometry).isEmpty() ? 0 : shape.style.width / 2.;
+    return QRectF(boxOf(shape)).adjusted(-width, -width, width, width);
+}
+
 }  // namespace
 
 const EditMsg &TPictureEditor::style() const
@@ -98,7 +105,7 @@ void TPictureEditor::selectAll()
 void TPictureEditor::removeSelected()
 {
     EndEdit();
-    recordChange(removing(chosen()));
+    recordChange(removing(chosen(), m_Canvas.scene()));
 }
 
 void TPictureEditor::duplicateSelected()
@@ -253,6 +260,8 @@ void TPictureEditor::takeColor(QPoint at)
 
 void TPictureEditor::wantMenu()
 {
+    if (m_Pixmap.isNull())
+        return;
     EndEdit();
     const QList<EntryPtr> shapes = chosen();
     const QPoint place = shapes.isEmpty() ? m_pWidget->visibleRegion().boundingRect().center()
@@ -304,7 +313,7 @@ QRect TPictureEditor::placeOfMarks() const
         place |= inWidget(view, part).adjusted(-reach, -reach, reach, reach);
     };
     for (const EntryPtr &shape : chosenNow())
-        add(boxOf(*shape));
+        add(seenBox(*shape));
     if (const std::optional<QRectF> band = m_Selection.band())
         add(*band);
     if (m_KeyPlace)
@@ -331,8 +340,8 @@ void TPictureEditor::paintMarks(QPainter &painter, const ViewMapping &view)
         const qreal gap = 2 * ratio;
         for (const EntryPtr &shape : shapes) {
             if (endsOf(shape->geometry).isEmpty() || shapes.size() > 1) {
-                Marks::frame(painter, inWidget(view, boxOf(*shape)).adjusted(-gap, -gap, gap, gap),
-                             ratio);
+                Marks::frame(painter,
+                             inWidget(view, seenBox(*shape)).adjusted(-gap, -gap, gap, gap), ratio);
             }
         }
     }

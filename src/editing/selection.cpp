@@ -274,11 +274,32 @@ OperationPtr moving(const QList<EntryPtr> &shapes, const PictureMap &map)
     return asOne(std::move(steps));
 }
 
-OperationPtr removing(const QList<EntryPtr> &shapes)
+OperationPtr removing(const QList<EntryPtr> &shapes, const Scene &scene)
 {
     QList<OperationPtr> steps;
     for (const EntryPtr &shape : shapes)
         steps.append(operation(RemoveShape{shape->id}));
+    int start = 0;
+    for (const ShapeId id : scene.derived) {
+        const auto isIt = [id](const EntryPtr &shape) { return shape->id == id; };
+        const auto found = std::find_if(scene.shapes.begin(), scene.shapes.end(), isIt);
+        const auto *marker =
+            found == scene.shapes.end() ? nullptr : std::get_if<MarkerShape>(&(*found)->geometry);
+        if (!marker)
+            continue;
+        const bool isRemoved = std::any_of(shapes.begin(), shapes.end(), isIt);
+        if (isRemoved && marker->start > 0) {
+            start = marker->start;
+        } else if (!isRemoved) {
+            if (const int inherited = std::exchange(start, 0);
+                inherited > 0 && marker->start == 0) {
+                EditEntry next = **found;
+                std::get<MarkerShape>(next.geometry).start = inherited;
+                steps.append(
+                    operation(ReplaceShape{std::make_shared<const EditEntry>(std::move(next))}));
+            }
+        }
+    }
     return asOne(std::move(steps));
 }
 

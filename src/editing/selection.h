@@ -93,7 +93,8 @@ private:
 OperationPtr asOne(QList<OperationPtr> changes);
 /// Brings each shape where `map` says; sizes in its style stay.
 OperationPtr moving(const QList<EntryPtr> &shapes, const PictureMap &map);
-OperationPtr removing(const QList<EntryPtr> &shapes);
+/// A number that was set stays with the series: the next marker of the scene takes it over.
+OperationPtr removing(const QList<EntryPtr> &shapes, const Scene &scene);
 /// The shapes one place up, past the next shape that is not among them, or down.
 OperationPtr ordering(const QList<EntryPtr> &chosen, const QList<EntryPtr> &all, bool isUp);
 /// The shapes in another style; those whose style would stay the same are left alone.

@@ -693,12 +693,10 @@ void MainWindow::offerColorText(QPoint position)
     menu->popup(position);
 }
 
-// Where no text is being typed, which has a menu of its own.
 void MainWindow::keyPressEvent(QKeyEvent *event)
 {
-    const bool isMenuKey = event->key() == Qt::Key_Menu ||
-                           (event->key() == Qt::Key_F10 && event->modifiers() == Qt::ShiftModifier);
-    if (isMenuKey && !m_Work->editor().isTyping())
+    if (event->key() == Qt::Key_Menu ||
+        (event->key() == Qt::Key_F10 && event->modifiers() == Qt::ShiftModifier))
         m_Work->editor().wantMenu();
     else
         QMainWindow::keyPressEvent(event);

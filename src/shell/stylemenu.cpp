@@ -58,41 +58,46 @@ constexpr std::array s_choices{
            [](const EditMsg &style) { return style.isRound; },
            [](EditMsg &style) { style.isRound = !style.isRound; }, nullptr}};
 
-// What a choice shows best on, in a square of s_iconSize.
-Geometry sampleFor(unsigned use, int width)
+// What a choice shows best on, in a square of twice s_iconSize.
+Geometry sampleFor(unsigned use)
 {
-    const QLine line = use == UsesHeads ? QLine(2, 16, 18, 4) : QLine(1, 10, 19, 10);
+    const QLine line = use == UsesHeads ? QLine(4, 34, 36, 6) : QLine(2, 20, 38, 20);
+    const QRect box(6, 8, 28, 24);
     const Drag drag{.start = line.p1(),
                     .end = line.p2(),
                     .pointer = line.p2(),
-                    .box = QRect(3, 4, 14, 12),
-                    .line = QPolygon({line.p1(), line.p2()}),
-                    .width = width};
+                    .box = box,
+                    .line = QPolygon({line.p1(), line.p2()})};
     switch (use) {
     case UsesDashes:
         return shapeFrom(stateLine, drag).value_or(EmptyShape());
     case UsesHeads:
         return shapeFrom(stateArrow, drag).value_or(EmptyShape());
     case UsesGround:
-        return TextShape{{5, 2}};
+        return TextShape{{8, 2}};
+    case UsesRound:
+        return SpotlightShape{box, {{box, true}}};
     default:
         return shapeFrom(stateRect, drag).value_or(EmptyShape());
     }
 }
 
-// Drawn as shapes are, so that it tells what comes of it.
-QIcon iconOf(const Choice &choice, const QColor &color, qreal scale)
+// Drawn as shapes are, so that it tells what comes of it; in half the size, since arrow heads and
+// outlines have a least size. Of a text with something dark behind it, the letters are bright.
+QIcon iconOf(const Choice &choice, const QPalette &palette, qreal scale)
 {
     QPixmap pixmap(QSize(s_iconSize, s_iconSize) * scale);
     pixmap.setDevicePixelRatio(scale);
     pixmap.fill(Qt::transparent);
-    EditMsg style{
-        .width = choice.use == UsesDashes ? 2 : 1, .color = color, .text = QStringLiteral("a")};
-    style.font.setPixelSize(13);
+    EditMsg style{.width = choice.use == UsesDashes ? 4 : 2, .text = QStringLiteral("a")};
+    style.font.setPixelSize(28);
     choice.choose(style);
+    style.color =
+        palette.color(style.ground == TextGround::None ? QPalette::WindowText : QPalette::Window);
     QPainter painter(&pixmap);
+    painter.scale(0.5, 0.5);
     painter.setRenderHint(QPainter::Antialiasing);
-    drawShape(painter, sampleFor(choice.use, style.width), style);
+    drawShape(painter, sampleFor(choice.use), style);
     return pixmap;
 }
 
@@ -127,8 +132,7 @@ void StyleMenu::follow(const EditMsg &style, unsigned uses)
         if (choice->text) {
             action->setChecked(choice->isIn(style));
             action->setEnabled((uses & choice->use) != 0);
-            action->setIcon(
-                iconOf(*choice, palette().color(QPalette::WindowText), devicePixelRatioF()));
+            action->setIcon(iconOf(*choice, palette(), devicePixelRatioF()));
         }
         ++choice;
     }

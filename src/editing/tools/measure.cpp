@@ -16,7 +16,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr QSize s_most(10'000, 1000);  // of a label, picture pixels
-constexpr qreal s_halfTurn = 180;
+constexpr int s_halfTurn = 180;
 constexpr int s_gap = 4;  // between a line and a label that lies beside it
 
 QSize textSize(const QString &text, const QFont &font)
@@ -85,10 +85,11 @@ void drawPlate(QPainter &painter, const QRect &plate, const QColor &color)
 QString labelOf(const MeasureShape &measure)
 {
     const QLineF line(measure.points.at(0), measure.points.at(1));
-    // In tenths, so that what is nearly half a turn is shown as none.
-    const qreal tenths = std::round(line.angle() * 10);
+    // How steep it rises to the right, in tenths, so that what is nearly level is shown as that.
+    const int tenths = qRound(line.angle() * 10) % (s_halfTurn * 10);
+    const bool falls = tenths > s_halfTurn * 10 / 2;
     return u"%1 px  %2°"_s.arg(qRound(line.length()))
-        .arg(std::fmod(tenths, s_halfTurn * 10) / 10, 0, 'f', 1);
+        .arg((falls ? tenths - s_halfTurn * 10 : tenths) / 10., 0, 'f', 1);
 }
 
 std::optional<MeasureShape> MeasureShape::from(const Drag &drag)
@@ -102,7 +103,7 @@ void MeasureShape::draw(QPainter &painter, const EditMsg &style) const
     const QRect plate = plateOf(*this, style);
     QColor letters = style.color;
     letters.setAlpha(255);
-    drawPlate(painter, plate, contrastTo(letters));
+    drawPlate(painter, plate, groundFor(letters));
     painter.setPen(letters);
     painter.setFont(style.font);
     painter.drawText(plate, Qt::AlignCenter | Qt::TextDontClip, labelOf(*this));

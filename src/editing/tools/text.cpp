@@ -116,7 +116,7 @@ void TextShape::draw(QPainter &painter, const EditMsg &style) const
     painter.setTransform(placed(*this), true);
     const Layout layout = layoutOf(painter, {}, style.text);
     const QPen pen = painter.pen();
-    const QColor ground = contrastTo(style.color);
+    const QColor ground = groundFor(style.color);
     if (style.ground == TextGround::Filled) {
         drawPlate(painter, measure(style), ground);
     } else if (style.ground == TextGround::Outlined) {

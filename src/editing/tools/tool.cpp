@@ -27,6 +27,15 @@ qreal distanceToSegment(QPointF point, QPointF from, QPointF to)
     return distance(point, from + part * way);
 }
 
+float luminanceOf(const QColor &color)
+{
+    const auto linear = [](float part) {
+        return part <= 0.04045F ? part / 12.92F : std::pow((part + 0.055F) / 1.055F, 2.4F);
+    };
+    return 0.2126F * linear(color.redF()) + 0.7152F * linear(color.greenF()) +
+           0.0722F * linear(color.blueF());
+}
+
 }  // namespace
 
 QRegion visiblePart(const QPainter &painter)
@@ -101,11 +110,12 @@ EditMsg mapped(EditMsg style, const PictureMap &map)
 // By the relative luminance of both, as the guidelines for readable texts weigh it.
 QColor contrastTo(const QColor &color)
 {
-    const auto linear = [](float part) {
-        return part <= 0.04045F ? part / 12.92F : std::pow((part + 0.055F) / 1.055F, 2.4F);
-    };
-    const float luminance = 0.2126F * linear(color.redF()) + 0.7152F * linear(color.greenF()) +
-                            0.0722F * linear(color.blueF());
     // Where both contrasts, (1 + 0.05) / (l + 0.05) and (l + 0.05) / 0.05, are equal.
-    return luminance > 0.1791F ? Qt::black : Qt::white;
+    return luminanceOf(color) > 0.1791F ? Qt::black : Qt::white;
+}
+
+QColor groundFor(const QColor &letters)
+{
+    // The contrast to white is 3 to 1.
+    return luminanceOf(letters) > 0.3F ? Qt::black : Qt::white;
 }

@@ -168,3 +168,5 @@ QRect boxAround(const QPolygon &points);
 bool isFilled(const EditMsg &style);
 /// Black or white, whichever contrasts more with a colour.
 QColor contrastTo(const QColor &color);
+/// The ground of letters: white if they can be read on it, else black.
+QColor groundFor(const QColor &letters);

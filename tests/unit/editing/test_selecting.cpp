@@ -259,6 +259,21 @@ private slots:
         QCOMPARE(boxesOf().first(), QRect(20, 20, 60, 40));
         m_editor->setState(stateCrop);
         m_widget->repaint();
+        // A handle, a push to the edge, and the way back.
+        drag({10, 10}, {110, 90});
+        drag({110, 90}, {90, 60});
+        key(Qt::Key_Right, Qt::AltModifier);
+        key(Qt::Key_Up, Qt::AltModifier);
+        key(Qt::Key_Up);
+        key(Qt::Key_Left);
+        key(Qt::Key_Left);
+        key(Qt::Key_Right);
+        key(Qt::Key_Return);
+        QCOMPARE(m_editor->pictureSize(), QSize(s_picture.width() - 10, 60));
+        QCOMPARE(boxesOf().first(), QRect(11, 20, 60, 40));
+        m_editor->Undo();
+        m_editor->setState(stateCrop);
+        m_widget->repaint();
         // The frame goes in the middle of a drag.
         press({200, 70});
         moveTo({150, 70});

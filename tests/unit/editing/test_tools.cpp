@@ -1,6 +1,7 @@
 #include "editing/coverage.h"
 #include "editing/covering.h"
 #include "editing/rendering.h"
+#include "editing/selection.h"
 #include "editing/shapefile.h"
 #include "rows.h"
 
@@ -150,6 +151,9 @@ private slots:
         check("raised", {operation(OrderShape{first, ::shapeOf(*three.first())->id})}, {2, 3, 1});
         check("set", {adding(marker(0)), adding(marker(7)), set(5)}, {5, 6, 7, 7, 8});
         check("set and removed", {operation(RemoveShape{first}), set(5)}, {1, 2});
+        // The user's own removal leaves the number to the next one.
+        const Scene scene = sceneOf(EditHistory{set(5)} + three, s_size);
+        check("set and taken out", {removing({scene.shapes.first()}, scene), set(5)}, {5, 6});
     }
 
     void measures()
@@ -159,7 +163,7 @@ private slots:
         };
         check("upward", {200, 0}, u"141 px  45.0°"_s);
         check("from the other end", {0, 200}, u"141 px  45.0°"_s);
-        check("downward", {130, 140}, u"50 px  126.9°"_s);
+        check("downward", {130, 140}, u"50 px  -53.1°"_s);
         check("to the left", {0, 100}, u"100 px  0.0°"_s);
         check("nearly half a turn", {10'100, 101}, u"10000 px  0.0°"_s);
     }
