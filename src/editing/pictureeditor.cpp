@@ -87,6 +87,7 @@ void TPictureEditor::createTextField()
     // Pasted text is drawn with the only font and colour there is.
     m_pTextEdit->setAcceptRichText(false);
     m_pTextEdit->installEventFilter(this);
+    m_pTextEdit->viewport()->installEventFilter(this);
     m_pTextEdit->hide();
     m_pTextEdit->setContextMenuPolicy(Qt::CustomContextMenu);
     connect(m_pTextEdit, &QTextEdit::customContextMenuRequested, this, [this](QPoint at) {

@@ -27,13 +27,22 @@ void takeEveryMove(bool every)
     QGuiApplication::setAttribute(Qt::AA_CompressHighFrequencyEvents, s_usual && !every);
 }
 
-// A drag is controlled by the button that began it.
 bool isMenuKey(const QKeyEvent &event)
 {
     return event.key() == Qt::Key_Menu ||
            (event.key() == Qt::Key_F10 && event.modifiers() == Qt::ShiftModifier);
 }
 
+// The menu key has an event of its own, before that of the key.
+bool asksForMenu(const QEvent &event)
+{
+    if (event.type() == QEvent::ContextMenu)
+        return static_cast<const QContextMenuEvent &>(event).reason() ==
+               QContextMenuEvent::Keyboard;
+    return event.type() == QEvent::KeyPress && isMenuKey(static_cast<const QKeyEvent &>(event));
+}
+
+// A drag is controlled by the button that began it.
 bool isFirstButton(const QMouseEvent &press) { return press.buttons() == press.button(); }
 
 // How far beside a shape a click picks it, in logical pixels.
@@ -509,8 +518,7 @@ bool TPictureEditor::eventFilter(QObject *watched, QEvent *event)
 {
     if (watched == m_pTextEdit && event->type() == QEvent::Paint)
         fitTextField();
-    if (watched == m_pTextEdit && event->type() == QEvent::KeyPress &&
-        isMenuKey(*static_cast<QKeyEvent *>(event))) {
+    if (watched != m_pWidget && asksForMenu(*event)) {
         wantMenu();
         return true;
     }

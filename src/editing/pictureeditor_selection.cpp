@@ -263,6 +263,7 @@ void TPictureEditor::wantMenu()
     if (m_Pixmap.isNull())
         return;
     EndEdit();
+    m_TextOpen = false;
     const QList<EntryPtr> shapes = chosen();
     const QPoint place = shapes.isEmpty() ? m_pWidget->visibleRegion().boundingRect().center()
                                           : logicalPlace(boxOf(*shapes.first())).center();
