@@ -455,9 +455,10 @@ ReadText TextReader::read(const QImage &picture, const GoesOn &goesOn, int limit
                 continue;
             result.lines.clear();
             if (reading.isLate()) {
-                result.failure = tr("Reading was given up after %n second(s). A part of the "
-                                    "picture takes less.",
-                                    nullptr, limit / 1000);
+                result.failure =
+                    tr("Reading took longer than %1 seconds and was given up. A part of the "
+                       "picture takes less.")
+                        .arg(limit / 1000);
             }
             return result;
         }

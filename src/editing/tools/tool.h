@@ -67,7 +67,8 @@ enum stateEnum : int {
     stateSpotlight,
     stateCrop,
     stateMeasure,
-    statePipette
+    statePipette,
+    stateReadText
 };
 
 enum class Fill { None, Translucent, Solid };
