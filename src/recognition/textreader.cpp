@@ -29,9 +29,9 @@ namespace {
 constexpr qreal s_enlarged = 2.5;
 // Blank space around a part that was cut off close to its text.
 constexpr int s_margin = 10;
-// What is read at once, before it is enlarged; the library takes no side longer than 32,767. What
-// is larger is cut where the fewest letters are.
-constexpr QSize s_mostAtOnce(8'000, 2'200);
+// What is read at once, before it is enlarged, which takes 25 bytes a pixel for a moment; the
+// library takes no side longer than 32,767. What is larger is cut where the fewest letters are.
+constexpr QSize s_mostAtOnce(4'000, 2'200);
 // A cut is at most this part of the side before the latest place for it.
 constexpr qreal s_cutRoom = 0.25;
 // A few letters that the library trusts less are a drawing more often than text. It trusts keys and
