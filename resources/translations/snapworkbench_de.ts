@@ -199,6 +199,13 @@ Klicken Sie auf „Nein“, um ohne sie fortzufahren, oder möchten Sie sie jetz
     </message>
 </context>
 <context>
+    <name>CodeReader</name>
+    <message>
+        <source>Reading codes needs the package %1.</source>
+        <translation>Zum Lesen von Codes fehlt das Paket %1.</translation>
+    </message>
+</context>
+<context>
     <name>ColorPopup</name>
     <message>
         <source>Black</source>
@@ -1343,6 +1350,26 @@ Rücktaste    Punkt löschen</translation>
         <source>X</source>
         <translation>X</translation>
     </message>
+    <message>
+        <source>Copy Text</source>
+        <translation>Text kopieren</translation>
+    </message>
+    <message>
+        <source>T</source>
+        <translation>T</translation>
+    </message>
+    <message>
+        <source>Cop&amp;y Text</source>
+        <translation>T&amp;ext kopieren</translation>
+    </message>
+    <message>
+        <source>Ctrl+T</source>
+        <translation>Ctrl+T</translation>
+    </message>
+    <message>
+        <source>Read C&amp;odes</source>
+        <translation>Code&amp;s lesen</translation>
+    </message>
 </context>
 <context>
     <name>MenuCapture</name>
@@ -1356,6 +1383,48 @@ Rücktaste    Punkt löschen</translation>
     <message>
         <source>Close</source>
         <translation>Schließen</translation>
+    </message>
+</context>
+<context>
+    <name>PictureReading</name>
+    <message>
+        <source>Reading the text...</source>
+        <translation>Der Text wird gelesen ...</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n character(s) copied: %1</source>
+        <translation>
+            <numerusform>%n Zeichen kopiert: %1</numerusform>
+            <numerusform>%n Zeichen kopiert: %1</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>No text was found.</source>
+        <translation>Es wurde kein Text gefunden.</translation>
+    </message>
+    <message>
+        <source>Texts in your language are read better with the package %1.</source>
+        <translation>Texte in Ihrer Sprache werden mit dem Paket %1 besser gelesen.</translation>
+    </message>
+    <message>
+        <source>Reading codes...</source>
+        <translation>Codes werden gelesen ...</translation>
+    </message>
+    <message>
+        <source>No QR or bar code was found.</source>
+        <translation>Es wurde kein QR- oder Strichcode gefunden.</translation>
+    </message>
+    <message>
+        <source>&amp;Copy</source>
+        <translation>&amp;Kopieren</translation>
+    </message>
+    <message>
+        <source>&amp;Open</source>
+        <translation>Ö&amp;ffnen</translation>
+    </message>
+    <message>
+        <source>%1 (%2 of %3)</source>
+        <translation>%1 (%2 von %3)</translation>
     </message>
 </context>
 <context>
@@ -1789,6 +1858,21 @@ Möchten Sie die Datei ersetzen?</translation>
     <message>
         <source>Close Tab</source>
         <translation>Tab schließen</translation>
+    </message>
+</context>
+<context>
+    <name>TextReader</name>
+    <message>
+        <source>Reading text needs the package %1.</source>
+        <translation>Zum Lesen von Text fehlt das Paket %1.</translation>
+    </message>
+    <message>
+        <source>There is not enough memory to read the picture.</source>
+        <translation>Der Speicher reicht nicht, um das Bild zu lesen.</translation>
+    </message>
+    <message>
+        <source>Reading took longer than %1 seconds and was given up. A part of the picture takes less.</source>
+        <translation>Das Lesen dauerte länger als %1 Sekunden und wurde abgebrochen. Ein Teil des Bildes geht schneller.</translation>
     </message>
 </context>
 <context>

@@ -48,4 +48,14 @@ Enter        Finish capture
 Backspace    Delete last point</translation>
     </message>
 </context>
+<context>
+    <name>PictureReading</name>
+    <message numerus="yes">
+        <source>%n character(s) copied: %1</source>
+        <translation>
+            <numerusform>%n character copied: %1</numerusform>
+            <numerusform>%n characters copied: %1</numerusform>
+        </translation>
+    </message>
+</context>
 </TS>

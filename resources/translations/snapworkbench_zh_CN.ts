@@ -199,6 +199,13 @@ Click No to continue common capture, or Enable Scroll Capture now?</source>
     </message>
 </context>
 <context>
+    <name>CodeReader</name>
+    <message>
+        <source>Reading codes needs the package %1.</source>
+        <translation>读取条码需要软件包 %1。</translation>
+    </message>
+</context>
+<context>
     <name>ColorPopup</name>
     <message>
         <source>Black</source>
@@ -1343,6 +1350,26 @@ Backspace    删除最后一点</translation>
         <source>X</source>
         <translation>X</translation>
     </message>
+    <message>
+        <source>Copy Text</source>
+        <translation>复制文字</translation>
+    </message>
+    <message>
+        <source>T</source>
+        <translation>T</translation>
+    </message>
+    <message>
+        <source>Cop&amp;y Text</source>
+        <translation>复制文字(&amp;Y)</translation>
+    </message>
+    <message>
+        <source>Ctrl+T</source>
+        <translation>Ctrl+T</translation>
+    </message>
+    <message>
+        <source>Read C&amp;odes</source>
+        <translation>读取条码(&amp;O)</translation>
+    </message>
 </context>
 <context>
     <name>MenuCapture</name>
@@ -1356,6 +1383,47 @@ Backspace    删除最后一点</translation>
     <message>
         <source>Close</source>
         <translation>关闭</translation>
+    </message>
+</context>
+<context>
+    <name>PictureReading</name>
+    <message>
+        <source>Reading the text...</source>
+        <translation>正在识别文字...</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n character(s) copied: %1</source>
+        <translation>
+            <numerusform>已复制 %n 个字符：%1</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>No text was found.</source>
+        <translation>没有找到文字。</translation>
+    </message>
+    <message>
+        <source>Texts in your language are read better with the package %1.</source>
+        <translation>安装软件包 %1 后，可以更好地识别您的语言的文字。</translation>
+    </message>
+    <message>
+        <source>Reading codes...</source>
+        <translation>正在读取条码...</translation>
+    </message>
+    <message>
+        <source>No QR or bar code was found.</source>
+        <translation>没有找到二维码或条形码。</translation>
+    </message>
+    <message>
+        <source>&amp;Copy</source>
+        <translation>复制(&amp;C)</translation>
+    </message>
+    <message>
+        <source>&amp;Open</source>
+        <translation>打开(&amp;O)</translation>
+    </message>
+    <message>
+        <source>%1 (%2 of %3)</source>
+        <translation>%1（%2/%3）</translation>
     </message>
 </context>
 <context>
@@ -1789,6 +1857,21 @@ Do you want to replace it?</source>
     <message>
         <source>Close Tab</source>
         <translation>关闭标签页</translation>
+    </message>
+</context>
+<context>
+    <name>TextReader</name>
+    <message>
+        <source>Reading text needs the package %1.</source>
+        <translation>识别文字需要软件包 %1。</translation>
+    </message>
+    <message>
+        <source>There is not enough memory to read the picture.</source>
+        <translation>内存不足，无法识别图片。</translation>
+    </message>
+    <message>
+        <source>Reading took longer than %1 seconds and was given up. A part of the picture takes less.</source>
+        <translation>识别超过 %1 秒，已放弃。只识别图片的一部分会更快。</translation>
     </message>
 </context>
 <context>

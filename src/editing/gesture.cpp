@@ -106,6 +106,14 @@ std::optional<Geometry> DrawingGesture::release(stateEnum tool, QPoint position,
                                    .isEven = m_isEven}));
 }
 
+QRect DrawingGesture::area(const ViewMapping &view) const
+{
+    if (m_phase != Phase::Dragging)
+        return {};
+    const QPoint end = view.toPicture(m_end);
+    return QRect(upperLeft(m_start, end), extent(m_start, end)) & QRect(QPoint(), view.picture);
+}
+
 std::optional<Geometry> DrawingGesture::preview(stateEnum tool, const ViewMapping &view,
                                                 int lineWidth) const
 {

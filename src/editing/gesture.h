@@ -27,6 +27,10 @@ public:
     /// Whether there was a press and no release yet.
     bool isUnderWay() const { return m_phase != Phase::Idle; }
 
+    /// The rectangle that is being dragged, in picture coordinates, as far as it lies in the
+    /// picture; null if there is none.
+    QRect area(const ViewMapping &view) const;
+
     /// Adds a point to the freehand line, in picture coordinates. Ignored without a press.
     void extendLine(QPoint picturePoint);
 

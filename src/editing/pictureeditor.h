@@ -152,6 +152,8 @@ signals:
     void menuWanted(QPoint position);
     /// The pipette was used.
     void colorTaken(const QColor &color);
+    /// The text of a part of the picture is wanted, in picture coordinates.
+    void textWanted(QRect part);
     /// The keys have moved to a place that should be in view, in the widget's logical pixels.
     void lookedAt(QRect place);
 
@@ -201,6 +203,8 @@ private:
     void startCropping();
     void applyCrop();
     void takeColor(QPoint at);
+    void takePart();
+    QRect markedPart() const;
     void openMenu(const Pointer &pointer);
     void endEditing();
     OperationPtr retyped() const;

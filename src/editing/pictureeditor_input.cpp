@@ -229,6 +229,8 @@ void TPictureEditor::move(const Pointer &pointer)
         m_DragOrigin = pointer.logical;
     }
     refreshPreview();
+    if (m_State == stateReadText)
+        showMarks();
 }
 
 void TPictureEditor::release(const Pointer &pointer)
@@ -247,6 +249,9 @@ void TPictureEditor::release(const Pointer &pointer)
         m_Gesture.drop();
         m_pTextEdit->hide();
         m_pWidget->setCursor(EmptyShape::tool.cursor);
+    } else if (m_State == stateReadText) {
+        m_Gesture.moveTo(pointer.at);
+        takePart();
     } else if (std::optional<Geometry> shape =
                    m_Gesture.release(m_State, pointer.at, mapping(), m_Styles.of(m_State).width)) {
         EditMsg drawnWith = styleOfShape();
@@ -347,7 +352,7 @@ bool TPictureEditor::escape()
         showMarks();
         return true;
     }
-    if (m_Crop || m_State == statePipette) {
+    if (m_Crop || m_State == statePipette || m_State == stateReadText) {
         setState(m_ToolBefore);
         notify(ToolChange);
         return true;

@@ -1,3 +1,4 @@
+#include "base/palette.h"
 #include "editing/coverage.h"
 #include "editing/marks.h"
 #include "editing/pictureeditor.h"
@@ -8,13 +9,15 @@
 #include <algorithm>
 #include <utility>
 
-// What the editor does with shapes that are chosen, with the crop frame and the pipette, and how it
-// shows that over the picture.
+// What the editor does with shapes that are chosen, with the crop frame, the pipette and the frame
+// around text that is to be read, and how it shows that over the picture.
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
+constexpr int s_smallestPart = 4;     // picture pixels
+constexpr int s_markedAlpha = 50;     // of 255
 constexpr int s_besideOriginal = 10;  // picture pixels
 // Beyond as many chosen shapes no frame is drawn around each.
 constexpr qsizetype s_mostFrames = 500;
@@ -258,6 +261,22 @@ void TPictureEditor::takeColor(QPoint at)
     emit colorTaken(color);
 }
 
+// What the tool that reads text marks just now; null for nothing.
+QRect TPictureEditor::markedPart() const
+{
+    return m_State == stateReadText ? m_Gesture.area(mapping()) : QRect();
+}
+
+// A click that slipped marks nothing.
+void TPictureEditor::takePart()
+{
+    const QRect part = markedPart();
+    m_Gesture.drop();
+    showMarks();
+    if (part.width() >= s_smallestPart && part.height() >= s_smallestPart)
+        emit textWanted(part);
+}
+
 void TPictureEditor::wantMenu()
 {
     if (m_Pixmap.isNull())
@@ -317,6 +336,8 @@ QRect TPictureEditor::placeOfMarks() const
         add(seenBox(*shape));
     if (const std::optional<QRectF> band = m_Selection.band())
         add(*band);
+    if (const QRect part = markedPart(); !part.isEmpty())
+        add(part);
     if (m_KeyPlace)
         add({QPointF(*m_KeyPlace) - QPointF(10, 10) / m_Scale, QSizeF(21, 21) / m_Scale});
     return place.toAlignedRect() & QRect(QPoint(), view.widget);
@@ -354,6 +375,11 @@ void TPictureEditor::paintMarks(QPainter &painter, const ViewMapping &view)
     }
     if (const std::optional<QRectF> band = m_Selection.band())
         Marks::frame(painter, inWidget(view, *band), ratio);
+    // A frame alone is lost among the lines of a text.
+    if (const QRectF part = inWidget(view, QRectF(markedPart())); !part.isEmpty()) {
+        painter.fillRect(part, Palette::translucent(Palette::accent, s_markedAlpha));
+        Marks::frame(painter, part, ratio);
+    }
     if (m_KeyPlace)
         Marks::crosshair(painter, view.toWidget(QPointF(*m_KeyPlace) + QPointF(0.5, 0.5)), ratio);
     if (m_Hovered && view.shown().contains(*m_Hovered)) {

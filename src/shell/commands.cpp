@@ -5,6 +5,7 @@
 #include "shell/capturerefusal.h"
 #include "shell/grabflow.h"
 #include "shell/mainwindow.h"
+#include "shell/picturereading.h"
 #include "shell/skin.h"
 #include "shell/workbench.h"
 
@@ -99,6 +100,17 @@ constexpr auto s_commands = std::to_array<Command>({
      .item = Command::PictureItem,
      .isForPicture = true,
      .run = [](MainWindow &window) { window.CopyFile(); }},
+    {.menu = Menu::Edit,
+     .caption = QT_TRANSLATE_NOOP("MainWindow", "Cop&y Text"),
+     .keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+T"),
+     .item = Command::ReadTextItem,
+     .isForPicture = true,
+     .run = [](MainWindow &window) { window.reading().copyText(); }},
+    {.menu = Menu::Edit,
+     .caption = QT_TRANSLATE_NOOP("MainWindow", "Read C&odes"),
+     .item = Command::ReadCodesItem,
+     .isForPicture = true,
+     .run = [](MainWindow &window) { window.reading().readCodes(); }},
     {.menu = Menu::Edit, .caption = "", .isForPicture = true},
     {.menu = Menu::Edit,
      .caption = QT_TRANSLATE_NOOP("MainWindow", "Sel&ect All"),
@@ -327,12 +339,10 @@ template<typename Condition> const Command *commandWhere(Condition condition)
     return found == commands().end() ? nullptr : &*found;
 }
 
-// Why the desktop can't carry it out; null where it can. As rich text a hint is as narrow as
-// others.
+// Why the desktop can't carry it out; null where it can.
 QString lackFor(const Command &command)
 {
-    const QString lack = services().abilities.lackOf(command.needs);
-    return lack.isEmpty() ? QString() : u"<p>%1</p>"_s.arg(lack.toHtmlEscaped());
+    return asHint(services().abilities.lackOf(command.needs));
 }
 
 bool isText(const char *text) { return text && *text; }
@@ -354,6 +364,20 @@ QAction *addItem(QMenu &menu, const char *caption, const Command &command)
     return action;
 }
 
+void showReach(QPushButton &button, const Command &command, MainWindow &window, const QString &lack)
+{
+    QString hint = lack.isEmpty() ? window.skin().hint(button.objectName()) : lack;
+    if (hint.isEmpty())
+        hint = button.accessibleName();
+    if (const QKeySequence keys = keysOf(command);
+        lack.isEmpty() && !hint.isEmpty() && !keys.isEmpty())
+        hint += u"  "_s + keys.toString(QKeySequence::NativeText);
+    if (lack.isEmpty() && command.tool && command.tool->advice)
+        hint += u'\n' + MainWindow::tr(command.tool->advice);
+    button.setEnabled(lack.isEmpty());
+    button.setToolTip(hint);
+}
+
 // Some styles put a mnemonic of their own into a menu's texts.
 bool isCaptioned(const char *caption, const QString &text)
 {
@@ -369,6 +393,19 @@ bool isHeardByWindow(const Command &command)
 }
 
 }  // namespace
+
+QString asHint(const QString &lack)
+{
+    return lack.isEmpty() ? QString() : u"<p>%1</p>"_s.arg(lack.toHtmlEscaped());
+}
+
+void updateToolButton(MainWindow &window, stateEnum tool, const QString &lack)
+{
+    const Command *command =
+        commandWhere([tool](const Command &row) { return row.tool && row.tool->state == tool; });
+    auto *button = window.findChild<QPushButton *>(QLatin1StringView(command->button));
+    showReach(*button, *command, window, asHint(lack));
+}
 
 void runCommand(const Command &command, MainWindow &window)
 {
@@ -464,19 +501,7 @@ void connectCommands(MainWindow &window)
         auto *button = window.findChild<QPushButton *>(QLatin1StringView(command.button));
         QObject::connect(button, &QPushButton::clicked, &window, run);
         button->installEventFilter(&window);
-        if (const QString lack = lackFor(command); !lack.isEmpty()) {
-            button->setEnabled(false);
-            button->setToolTip(lack);
-            continue;
-        }
-        QString hint = window.skin().hint(button->objectName());
-        if (hint.isEmpty())
-            hint = button->accessibleName();
-        if (const QKeySequence keys = keysOf(command); !hint.isEmpty() && !keys.isEmpty())
-            hint += u"  "_s + keys.toString(QKeySequence::NativeText);
-        if (command.tool && command.tool->advice)
-            hint += u'\n' + MainWindow::tr(command.tool->advice);
-        button->setToolTip(hint);
+        showReach(*button, command, window, lackFor(command));
     }
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "editing/tools/tool.h"
 #include "platform/abilities.h"
 #include "platform/xdg/applicationbus.h"
 
@@ -9,7 +10,6 @@
 
 class MainWindow;
 class QMenu;
-struct Tool;
 
 /// One thing that the user can order. A row says how it is called in the menus, which keys, hot
 /// key, bus action and button lead to it, and what it does. Texts are English; tr() of MainWindow
@@ -25,9 +25,11 @@ struct Command {
         CancelItem = 4,
         UndoItem = 5,
         RedoItem = 6,
-        PictureItem = 7,  ///< it needs a picture
-        ChosenItem = 8,   ///< shapes that are chosen
-        TextItem = 9,     ///< a text that is chosen alone
+        PictureItem = 7,     ///< it needs a picture
+        ChosenItem = 8,      ///< shapes that are chosen
+        TextItem = 9,        ///< a text that is chosen alone
+        ReadTextItem = 10,   ///< a picture, and what reads text
+        ReadCodesItem = 11,  ///< a picture, and what reads codes
     };
 
     Menu menu = Menu::None;
@@ -71,6 +73,12 @@ void fillTrayMenu(QMenu &menu);
 /// Lets the buttons of `window` and the keys that it hears itself run their commands, and gives the
 /// buttons their hints.
 void connectCommands(MainWindow &window);
+
+/// What is missing for a command as the hint of its menu item or button; empty for none. As rich
+/// text a hint is as narrow as others.
+QString asHint(const QString &lack);
+/// Greys the button of a tool, with the reason as its hint; none where it is empty.
+void updateToolButton(MainWindow &window, stateEnum tool, const QString &lack);
 
 /// What the main window does for those who call over the session bus. Until it is complete,
 /// nothing.

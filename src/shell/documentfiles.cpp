@@ -288,13 +288,9 @@ bool DocumentFiles::closeAll()
 
 bool DocumentFiles::copy()
 {
-    QPictureDocument *document = m_work.documents().currentDocument();
-    if (!document)
+    if (!m_work.documents().currentDocument())
         return false;
-    m_work.editor().EndEdit();
-    m_work.parkHistory(*document);
-    auto *copied = new CopiedPicture(document->GetUnitePixmap().toImage());
-    document->m_UnitePixmap = {};
+    auto *copied = new CopiedPicture(m_work.unitedPicture().toImage());
     copied->pack(m_work.jobs());
     QGuiApplication::clipboard()->setMimeData(copied);
     return true;

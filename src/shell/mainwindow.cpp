@@ -18,6 +18,7 @@
 #include "shell/frontwindow.h"
 #include "shell/grabflow.h"
 #include "shell/notices.h"
+#include "shell/picturereading.h"
 #include "shell/resizedialog.h"
 #include "shell/settingssaver.h"
 #include "shell/stylecontrols.h"
@@ -137,6 +138,7 @@ void MainWindow::setUpGrabs()
 
 void MainWindow::setUpEditor()
 {
+    m_Reading = std::make_unique<PictureReading>(*m_Work, *m_Notices);
     TPictureEditor &editor = m_Work->editor();
     editor.setcallback(PictureChanged);
     editor.setState(stateMove);
@@ -147,6 +149,7 @@ void MainWindow::setUpEditor()
 
 void MainWindow::connectControls()
 {
+    lookForReaders();
     connect(ui->tabWidget, &QTabWidget::currentChanged, this,
             &MainWindow::on_tabWidget_currentChanged);
     connect(ui->tabWidget, &QTabWidget::tabCloseRequested, this,
@@ -165,6 +168,8 @@ void MainWindow::connectControls()
     connect(&editor, &TPictureEditor::menuWanted, this, &MainWindow::openPictureMenu);
     connect(&editor, &TPictureEditor::lookedAt, this, &MainWindow::lookAt);
     connect(&editor, &TPictureEditor::colorTaken, this, &MainWindow::useColor);
+    connect(&editor, &TPictureEditor::textWanted, this,
+            [this](const QRect &part) { m_Reading->copyText(part); });
     connect(&editor, &TPictureEditor::selectionChanged, this, [this] {
         m_Style->refresh();
         BeforeShowEdit();
@@ -410,7 +415,19 @@ void MainWindow::BeforeShowEdit()
                          .canUndo = editor.isTyping() || !editor.getVecUnDo().isEmpty(),
                          .canRedo = !editor.getVecReDo().isEmpty(),
                          .hasChosen = editor.hasSelection(),
-                         .hasText = editor.choosesText()});
+                         .hasText = editor.choosesText(),
+                         .textLack = m_Reading->textLack(),
+                         .codeLack = m_Reading->codeLack()});
+}
+
+// What reads text and codes may be installed, or removed, while the program runs.
+void MainWindow::lookForReaders()
+{
+    m_Reading->refresh();
+    updateToolButton(*this, stateReadText, m_Reading->textLack());
+    if (m_Face)
+        m_Face->updateTool(toolOf(stateReadText));
+    BeforeShowEdit();
 }
 
 void MainWindow::changePicture(const OperationPtr &step)
@@ -648,6 +665,11 @@ void MainWindow::on_BtnRedo_clicked() { m_Work->editor().Redo(); }
 // The keys of a tool reach the picture.
 void MainWindow::chooseTool(stateEnum tool)
 {
+    if (tool == stateReadText) {
+        lookForReaders();
+        if (!m_Reading->textLack().isEmpty())
+            return say(m_Reading->textLack());
+    }
     TPictureEditor &editor = m_Work->editor();
     editor.setState(tool);
     m_Style->refresh();
@@ -668,7 +690,7 @@ void MainWindow::showTool()
 void MainWindow::openPictureMenu(QPoint position)
 {
     BeforeShowFile();
-    BeforeShowEdit();
+    lookForReaders();
     m_Menus->picture().popup(position);
 }
 

@@ -18,6 +18,7 @@ class DocumentFiles;
 class FrontWindow;
 class GrabFlow;
 class Notices;
+class PictureReading;
 class QAction;
 class QPushButton;
 class SettingsSaver;
@@ -103,6 +104,7 @@ public:
     /// What leads every grab from the press to its end.
     GrabFlow &grabs() { return *m_Grabs; }
     Workbench &work() { return *m_Work; }
+    PictureReading &reading() { return *m_Reading; }
     TrayIcon &tray() { return *m_Tray; }
     Skin &skin() { return m_Skin; }
 
@@ -173,6 +175,8 @@ public slots:
     bool CopyFile();
     void BeforeShowFile();
     void BeforeShowEdit();
+    /// The same, once it has been looked what is there to read text and codes.
+    void lookForReaders();
 
     /// Does one step to the current picture. A text that is being typed is committed first.
     void changePicture(const OperationPtr &step);
@@ -257,6 +261,7 @@ private:
     std::unique_ptr<Workbench> m_Work;
     std::unique_ptr<UnsavedPictures> m_Unsaved;
     std::unique_ptr<DocumentFiles> m_Files;
+    std::unique_ptr<PictureReading> m_Reading;
     std::unique_ptr<WindowFace> m_Face;
     StyleControls *m_Style = nullptr;  ///< owned by the strip
     Magnifier m_Magnifier;

@@ -72,7 +72,8 @@ PictureJobs::JobPtr PictureJobs::start(Kind kind, int document, const QString &t
 PictureJobs::JobPtr PictureJobs::find(Kind kind, int document) const
 {
     const auto found = std::find_if(m_jobs.begin(), m_jobs.end(), [&](const JobPtr &job) {
-        return job->kind == kind && (document == 0 || job->document == document);
+        return job->kind == kind && (document == 0 || job->document == document) &&
+               (kind != Kind::Recognize || !job->progress.isCancelled);
     });
     return found == m_jobs.end() ? nullptr : *found;
 }

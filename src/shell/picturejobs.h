@@ -20,8 +20,9 @@ class PictureJobs : public QObject
     Q_OBJECT
 
 public:
-    /// What is fetched is the program's own, and is not given up while its document is open.
-    enum class Kind { Read, Fetch, Write, Pack };
+    /// What is fetched is the program's own, and is not given up while its document is open. To
+    /// recognise is to read what a picture shows.
+    enum class Kind { Read, Fetch, Write, Pack, Recognize };
     struct Job {
         Kind kind = Kind::Read;
         int document = 0;  ///< its number
@@ -43,7 +44,8 @@ public:
     /// finds out for the other they share.
     JobPtr start(Kind kind, int document, const QString &text,
                  std::function<void(PictureProgress &)> work, std::function<void()> done);
-    /// The first one of a kind that is not done. Any document's for 0.
+    /// The first one of a kind that is not done. Any document's for 0. Of what is recognised one
+    /// that was given up counts as done: nothing comes of it any more.
     JobPtr find(Kind kind, int document) const;
     /// Gives up what is done for a document that is closed.
     void cancel(int document);

@@ -99,6 +99,8 @@ void ProgressPlate::look()
         m_job = m_jobs.find(PictureJobs::Kind::Read, m_document);
     if (!m_job && m_document != 0)
         m_job = m_jobs.find(PictureJobs::Kind::Fetch, m_document);
+    if (!m_job && m_document != 0)
+        m_job = m_jobs.find(PictureJobs::Kind::Recognize, m_document);
     if (m_job && !m_isLookDue) {
         m_isLookDue = true;
         m_clock.after(s_interval, this, [this] {

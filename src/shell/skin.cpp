@@ -172,7 +172,7 @@ std::optional<QIcon> Skin::greyedLook(const QString &section, qreal scale) const
 {
     if (auto own = iconOf(path(section, SkinDisabled), scale, QIcon::Disabled, {}))
         return own;
-    return iconOf(path(section, SkinNormal), scale, QIcon::Disabled, [](QPixmap &pixmap) {
+    const auto grey = [](QPixmap &pixmap) {
         QPixmap paler(pixmap.size());
         paler.setDevicePixelRatio(pixmap.devicePixelRatio());
         paler.fill(Qt::transparent);
@@ -181,7 +181,10 @@ std::optional<QIcon> Skin::greyedLook(const QString &section, qreal scale) const
         painter.drawPixmap(0, 0, pixmap);
         painter.end();
         pixmap = paler;
-    });
+    };
+    if (auto own = iconOf(path(section, SkinNormal), scale, QIcon::Disabled, grey))
+        return own;
+    return iconOf(shippedPath(section, SkinDisabled), scale, QIcon::Disabled, {});
 }
 
 // The tabs' close buttons are the style's; only a style sheet gives them pictures.

@@ -176,6 +176,8 @@ void WindowFace::updateTools(QPushButton *over)
         show(*over, SkinOver);
 }
 
+void WindowFace::updateTool(const Tool &tool) { leave(*toolButton(tool)); }
+
 void WindowFace::updateControls()
 {
     for (QPushButton *button : {m_ui.BtnClose, m_ui.BtnMax, m_ui.BtnMin})

@@ -27,6 +27,8 @@ public:
     bool takes(QObject *watched, QEvent *event);
     /// Shows the tool buttons as the editor's state is; `over`, if not null, as under the pointer.
     void updateTools(QPushButton *over);
+    /// Shows one of them anew: it can be used now, or no longer.
+    void updateTool(const Tool &tool);
     /// Shows minimise, maximise and close as this program is in front or not.
     void updateControls();
     /// Shows a button as if the pointer had left it.

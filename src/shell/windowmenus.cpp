@@ -39,7 +39,7 @@ WindowMenus::WindowMenus(MainWindow &window, QBoxLayout &place)
     updateCancel(false);
     updateEdit({});
     QObject::connect(m_file, &QMenu::aboutToShow, &window, &MainWindow::BeforeShowFile);
-    QObject::connect(m_edit, &QMenu::aboutToShow, &window, &MainWindow::BeforeShowEdit);
+    QObject::connect(m_edit, &QMenu::aboutToShow, &window, &MainWindow::lookForReaders);
     QObject::connect(m_help, &QMenu::aboutToShow, &window, &MainWindow::BeforeShowMenuHelp);
     QObject::connect(capture, &QMenu::triggered, &window, &MainWindow::Capture);
     QObject::connect(m_tray, &QMenu::triggered, &window, &MainWindow::Capture);
@@ -77,8 +77,14 @@ void WindowMenus::updateFile(FileState state)
     }
 }
 
-void WindowMenus::updateEdit(EditState state)
+void WindowMenus::updateEdit(const EditState &state)
 {
+    const auto read = [&state](QAction &action, const QString &lack) {
+        action.setEnabled(state.hasPicture && lack.isEmpty());
+        action.setToolTip(asHint(lack));
+    };
+    for (QMenu *menu : {m_edit, m_picture})
+        menu->setToolTipsVisible(!state.textLack.isEmpty() || !state.codeLack.isEmpty());
     for (QAction *action : m_edit->actions() + m_picture->actions()) {
         switch (action->data().toInt()) {
         case Command::UndoItem:
@@ -95,6 +101,12 @@ void WindowMenus::updateEdit(EditState state)
             break;
         case Command::TextItem:
             action->setEnabled(state.hasText);
+            break;
+        case Command::ReadTextItem:
+            read(*action, state.textLack);
+            break;
+        case Command::ReadCodesItem:
+            read(*action, state.codeLack);
             break;
         default:
             break;

@@ -29,8 +29,10 @@ public:
         bool canRedo = false;
         bool hasChosen = false;  ///< shapes
         bool hasText = false;    ///< one of them alone, and a text
+        QString textLack{};      ///< why no text can be read in the picture; empty where it can
+        QString codeLack{};      ///< the same for codes
     };
-    void updateEdit(EditState state);
+    void updateEdit(const EditState &state);
     /// The menu that opens on the picture, as updateFile() and updateEdit() were told last.
     QMenu &picture() { return *m_picture; }
     /// Whether the tray's menu offers to give up a grab.

@@ -114,6 +114,17 @@ bool Workbench::hasModified(bool all) const
     return isCurrent || (all && m_documents.hasModified());
 }
 
+QPixmap Workbench::unitedPicture()
+{
+    QPictureDocument *document = m_documents.currentDocument();
+    if (!document)
+        return {};
+    m_editor->EndEdit();
+    parkHistory(*document);
+    document->GetUnitePixmap();
+    return std::exchange(document->m_UnitePixmap, {});
+}
+
 void Workbench::parkHistory(QPictureDocument &document) const
 {
     document.m_VecUnDo = m_editor->getVecUnDo();

@@ -39,6 +39,8 @@ public:
     /// Whether the current document, or any, has something that is not saved.
     bool hasModified(bool all) const;
 
+    /// The current picture with its shapes, and with what is being typed; null if there is none.
+    QPixmap unitedPicture();
     /// The current document's shapes are in the editor; this copies them into it.
     void parkHistory(QPictureDocument &document) const;
     /// Closes a document, and asks nothing.

@@ -71,7 +71,8 @@ enum stateEnum : int {
     statePipette,
     stateBlur,
     statePixelate,
-    stateSolid
+    stateSolid,
+    stateReadText
 };
 
 enum class Fill { None, Translucent, Solid };

@@ -12,6 +12,7 @@
 #include "editing/tools/measure.h"
 #include "editing/tools/pipette.h"
 #include "editing/tools/pixelate.h"
+#include "editing/tools/readtext.h"
 #include "editing/tools/rectangle.h"
 #include "editing/tools/select.h"
 #include "editing/tools/solid.h"
@@ -42,10 +43,10 @@ template<typename... Tools> struct ToolRows {
 };
 
 /// The table of tools, in the order of the strip: a row a tool, which is the name of its struct.
-using ToolTable = ToolRows<EmptyShape, RectShape, EllipseShape, ArrowShape, PolylineShape,
-                           TextShape, LineShape, SelectTool, HighlighterShape, MarkerShape,
-                           SpotlightShape, BlurShape, PixelateShape, SolidShape, MeasureShape,
-                           CropTool, PipetteTool>;
+using ToolTable =
+    ToolRows<EmptyShape, RectShape, EllipseShape, ArrowShape, PolylineShape, TextShape, LineShape,
+             SelectTool, HighlighterShape, MarkerShape, SpotlightShape, BlurShape, PixelateShape,
+             SolidShape, MeasureShape, CropTool, PipetteTool, ReadTextTool>;
 
 /// The shape of any tool, in picture coordinates.
 using Geometry = ToolTable::Geometry;

@@ -295,6 +295,27 @@ private slots:
         QCOMPARE(m_editor->getState(), stateEllipse);
     }
 
+    // Marks a part and draws nothing; what lies outside the picture does not count.
+    void readText()
+    {
+        const QSignalSpy wanted(m_editor.get(), &TPictureEditor::textWanted);
+        const qsizetype steps = m_editor->getVecUnDo().size();
+        m_editor->setState(stateReadText);
+        drag({150, 100}, {260, 180});
+        QCOMPARE(wanted.size(), 1);
+        QCOMPARE(wanted.first().first().toRect(), QRect(150, 100, 50, 50));
+        QCOMPARE(m_editor->getState(), stateReadText);
+        drag({50, 50}, {52, 51});
+        press({20, 20});
+        moveTo({60, 60});
+        key(Qt::Key_Escape);
+        release({90, 90});
+        QCOMPARE(wanted.size(), 1);
+        QCOMPARE(m_editor->getVecUnDo().size(), steps);
+        key(Qt::Key_Escape);
+        QCOMPARE(m_editor->getState(), stateSelect);
+    }
+
     // A cross that the arrow keys move stands for the pointer, and the space key for its button.
     void drawnByKeys()
     {

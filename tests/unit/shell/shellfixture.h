@@ -92,7 +92,7 @@ protected:
     {
         const auto *jobs = m_window->findChild<PictureJobs *>();
         using Kind = PictureJobs::Kind;
-        for (const Kind kind : {Kind::Read, Kind::Fetch, Kind::Write, Kind::Pack})
+        for (const Kind kind : {Kind::Read, Kind::Fetch, Kind::Write, Kind::Pack, Kind::Recognize})
             QTRY_VERIFY(!jobs->find(kind, 0));
     }
     void draw(const EditHistory &shapes) const
