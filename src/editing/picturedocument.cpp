@@ -31,6 +31,8 @@ QPictureDocument::QPictureDocument(const QString &path) : m_FileName(path)
     m_Pixmap = QPixmap::fromImage(std::move(read.picture));
     m_Failure = read.failure;
     m_File = read.file;
+    m_VecUnDo = read.shapes;
+    m_IsFileKept = read.isFromLater;
 }
 
 QPictureDocument QPictureDocument::awaited(const UnsavedWork &work)
@@ -39,6 +41,7 @@ QPictureDocument QPictureDocument::awaited(const UnsavedWork &work)
     result.m_FileName = work.name;
     result.m_NameIndex = work.number;
     result.m_File = work.file;
+    result.m_IsFileKept = work.isFileKept;
     result.m_Origin = work.origin;
     result.m_VecUnDo = work.shapes;
     result.m_VecReDo = work.undone;
@@ -71,6 +74,7 @@ UnsavedWork QPictureDocument::unsavedWork() const
             .name = m_FileName,
             .number = m_NameIndex,
             .file = m_File,
+            .isFileKept = m_IsFileKept,
             .origin = m_Origin};
 }
 

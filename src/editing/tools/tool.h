@@ -126,6 +126,8 @@ struct Tool {
     bool isDerived = false;
     bool hasLabel = false;          ///< it writes something, in the font of texts
     bool keepsProportions = false;  ///< when its box is resized
+    /// Nobody gets back what lies below it from a picture that is handed on.
+    bool isCover = false;
     /// What it draws with at first; none for a tool that shares the style of the others.
     int ownWidth = 0;
     QRgb ownColor = 0;
