@@ -28,6 +28,7 @@ struct Command {
         PictureItem = 7,  ///< it needs a picture
         ChosenItem = 8,   ///< shapes that are chosen
         TextItem = 9,     ///< a text that is chosen alone
+        LayersItem = 10,
     };
 
     Menu menu = Menu::None;
