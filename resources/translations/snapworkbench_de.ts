@@ -827,6 +827,10 @@ Rücktaste    Punkt löschen</translation>
         <source>Shapes %1 to %2</source>
         <translation>Formen %1 bis %2</translation>
     </message>
+    <message>
+        <source>A file with layers can&apos;t have that many pixels.</source>
+        <translation>Eine Datei mit Ebenen kann nicht so viele Bildpunkte haben.</translation>
+    </message>
 </context>
 <context>
     <name>MainWindow</name>

@@ -827,6 +827,10 @@ Backspace    删除最后一点</translation>
         <source>Shapes %1 to %2</source>
         <translation>形状 %1 至 %2</translation>
     </message>
+    <message>
+        <source>A file with layers can&apos;t have that many pixels.</source>
+        <translation>带图层的文件不能有这么多像素。</translation>
+    </message>
 </context>
 <context>
     <name>MainWindow</name>

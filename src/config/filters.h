@@ -5,8 +5,8 @@
 #include <QString>
 
 /// The filters of the open and save dialogs, made from the formats that the toolkit can write (for
-/// opening, too), and the one with layers. All functions but GetMacFilter return pipe form, in which labels and patterns
-/// alternate: "bmp(*.bmp)|*.bmp|png(*.png)|*.png||".
+/// opening, too), and the one with layers. All functions but GetMacFilter return pipe form, in
+/// which labels and patterns alternate: "bmp(*.bmp)|*.bmp|png(*.png)|*.png||".
 
 /// One filter for all the formats.
 QString GetFilterStr(const QList<QByteArray> &formats);

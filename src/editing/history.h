@@ -99,7 +99,6 @@ bool changesPicture(const Operation &operation);
 /// Whether a picture may be made as large as that.
 bool isPictureSize(QSize size);
 
-
 /// What a history comes to.
 struct Scene {
     QSize size{};                   ///< of the picture as it is now

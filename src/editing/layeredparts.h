@@ -2,6 +2,7 @@
 
 #include <QCoreApplication>
 #include <QLatin1StringView>
+#include <QString>
 
 // What writer and reader of layered files have to agree on.
 
@@ -29,5 +30,10 @@ constexpr auto s_multiply = "svg:multiply"_L1;
 constexpr int s_version = 1;                   ///< of our own data
 constexpr qint64 s_longestState = 64LL << 20;  ///< bytes of them
 constexpr qsizetype s_mostShapes = 100'000;
+
+inline QString noMemory()
+{
+    return QCoreApplication::translate("QPictureDocument", "There is not enough memory.");
+}
 
 }  // namespace layered

@@ -1,5 +1,6 @@
 #include "editing/layeredfile.h"
 
+#include "base/memory.h"
 #include "editing/layeredparts.h"
 #include "editing/shapefile.h"
 #include "editing/shapeparts.h"
@@ -17,7 +18,6 @@
 #include <cmath>
 #include <memory>
 #include <optional>
-#include <ranges>
 
 #include <unistd.h>
 
@@ -106,6 +106,8 @@ public:
                  (part.size > s_unsuspicious && part.size / s_largestRatio > part.packed))
             failure =
                 LayeredFile::tr("%1 unpacks to more than a picture of this kind needs.").arg(name);
+        else if (part.size > availableMemory() / 2)
+            failure = noMemory();
         else if (std::optional<QByteArray> bytes = unpacked(name, part.size))
             return bytes;
         else
@@ -379,10 +381,10 @@ private:
     {
         Scene scene{.size = size};
         qint64 pixels = pixelsOf(size);
-        for (const OperationPtr &step : history | std::views::reverse) {
-            if (!changesPicture(*step))
+        for (auto step = history.crbegin(); step != history.crend(); ++step) {
+            if (!changesPicture(**step))
                 continue;
-            scene = applied(std::move(scene), {step});
+            scene = applied(std::move(scene), {*step});
             scene.shapes.clear();
             scene.picture.clear();
             pixels += pixelsOf(scene.size);
@@ -431,20 +433,19 @@ private:
             return fail(reason);
         QImage image(stack.size, QImage::Format_ARGB32_Premultiplied);
         if (image.isNull())
-            return fail(
-                QCoreApplication::translate("QPictureDocument", "There is not enough memory."));
+            return fail(noMemory());
         image.fill(Qt::transparent);
         QPainter painter(&image);
         QString missing;
         qsizetype drawn = 0;
-        for (const Stack::Layer &layer : stack.layers | std::views::reverse) {
-            const QImage pixels = readPng(layer.part, missing);
+        for (auto layer = stack.layers.crbegin(); layer != stack.layers.crend(); ++layer) {
+            const QImage pixels = readPng(layer->part, missing);
             if (m_progress.isCancelled)
                 return {};
             if (pixels.isNull())
                 continue;
-            painter.setOpacity(layer.opacity);
-            painter.drawImage(layer.at, pixels);
+            painter.setOpacity(layer->opacity);
+            painter.drawImage(layer->at, pixels);
             ++drawn;
         }
         painter.end();

@@ -119,7 +119,7 @@ Blend blendOf(const EntryPtr &shape)
 
 QString nameOf(const EditEntry &shape)
 {
-    const QString kind =
+    QString kind =
         QCoreApplication::translate("MainWindow", toolOf(shape.geometry).name).remove(u'&');
     if (const auto *marker = std::get_if<MarkerShape>(&shape.geometry))
         return kind + u' ' + QString::number(marker->number);
@@ -150,11 +150,6 @@ QRect drawnPart(const QImage &image, const QRect &within)
     return result;
 }
 
-QString noMemory()
-{
-    return QCoreApplication::translate("QPictureDocument", "There is not enough memory.");
-}
-
 class Writer
 {
 public:
@@ -165,7 +160,7 @@ public:
         m_base = m_base.convertToFormat(pixmapFormat(m_base));
     }
 
-    bool write(WholeFile &file) { return checkCount() && encode() && addState() && save(file); }
+    bool write(WholeFile &file) { return checkLimits() && encode() && addState() && save(file); }
 
     const QString &failure() const { return m_failure; }
 
@@ -178,13 +173,19 @@ private:
         return false;
     }
 
-    // What a history has of shapes that were removed counts, too: it is read like the others.
-    bool checkCount()
+    // What is written can be read again. Shapes that were removed are written, too.
+    bool checkLimits()
     {
-        if (shapeCount(m_history) <= s_mostShapes)
-            return true;
-        return fail(
-            LayeredFile::tr("The picture has more shapes than a file with layers can have."));
+        if (!isPictureSize(m_picture.size()) || !isPictureSize(m_base.size()))
+            return fail(LayeredFile::tr("A file with layers can't have that many pixels."));
+        if (shapeCount(m_history) > s_mostShapes)
+            return fail(tooManyShapes());
+        return true;
+    }
+
+    static QString tooManyShapes()
+    {
+        return LayeredFile::tr("The picture has more shapes than a file with layers can have.");
     }
 
     // Other programs open what the picture is now, so the lowest layer is the picture after its
@@ -391,8 +392,7 @@ private:
         m_parts.append(
             {.name = s_statePart, .bytes = QJsonDocument(state).toJson(QJsonDocument::Compact)});
         if (m_parts.last().bytes.size() > s_longestState)
-            return fail(
-                LayeredFile::tr("The picture has more shapes than a file with layers can have."));
+            return fail(tooManyShapes());
         return true;
     }
 

@@ -248,7 +248,7 @@ PictureRead readPicture(const QString &path, PictureProgress &progress, bool isO
                       : QCoreApplication::translate("QPictureDocument", "This is not a file.");
         close(opened);
     } else if (isLayered(file.peek(s_longestStart))) {
-        std::optional<FileIdentity> identity = std::move(result.file);
+        const std::optional<FileIdentity> identity = result.file;
         result = readLayered(opened, progress, isOwn);
         result.file = identity;
     } else {

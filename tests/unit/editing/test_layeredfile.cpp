@@ -342,7 +342,7 @@ private slots:
 private:
     QString write(const QImage &image, const EditHistory &history)
     {
-        const QString path = m_scratch.path(u"a.ora"_s);
+        QString path = m_scratch.path(u"a.ora"_s);
         const PictureWrite result = writePicture(image, history, path, {}, -1, m_progress);
         [&] { QVERIFY2(result.isWritten, qPrintable(result.failure)); }();
         return path;
