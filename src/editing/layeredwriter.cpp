@@ -102,17 +102,15 @@ private:
     std::vector<Sum> m_sums{};
 };
 
-// How a shape's layer comes to what the shape does to the pixels below.
+// How the shapes of a layer come to what they do to the pixels below.
 enum class Blend {
     Over,      // it lies over them
     Multiply,  // they are multiplied with it
-    Result,    // in no way that other programs know, so the layer has what has become of them
+    Result,    // in more than one way, so the layer has what has become of them
 };
 
 Blend blendOf(const EntryPtr &shape)
 {
-    if (toolOf(shape->geometry).isCover)
-        return Blend::Result;
     return std::holds_alternative<HighlighterShape>(shape->geometry) ? Blend::Multiply
                                                                      : Blend::Over;
 }
