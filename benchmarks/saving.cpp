@@ -18,22 +18,25 @@ namespace {
 constexpr int s_side = 20000;
 
 // Plain background, lines of marks like letters, and noise like a photograph's in a corner.
+QImage page(QSize size)
+{
+    QImage result(size, QImage::Format_RGB32);
+    for (int y = 0; y < size.height(); ++y) {
+        auto *line = reinterpret_cast<QRgb *>(result.scanLine(y));
+        for (int x = 0; x < size.width(); ++x) {
+            const auto mix = static_cast<QRgb>(x / 2 * 73856093 ^ y / 2 * 19349663);
+            const bool isInk = y % 20 < 12 && x % 900 < 700 && mix % 5 == 0;
+            line[x] = isInk ? 0xff202020 : 0xfff8f8f8;
+            if (x < size.width() / 8 && y < size.height() / 8)
+                line[x] = 0xff000000 | (mix * 2654435761U >> 8);
+        }
+    }
+    return result;
+}
+
 const QImage &picture()
 {
-    static const QImage s_picture = [] {
-        QImage result(s_side, s_side, QImage::Format_RGB32);
-        for (int y = 0; y < s_side; ++y) {
-            auto *line = reinterpret_cast<QRgb *>(result.scanLine(y));
-            for (int x = 0; x < s_side; ++x) {
-                const auto mix = static_cast<QRgb>(x / 2 * 73856093 ^ y / 2 * 19349663);
-                const bool isInk = y % 20 < 12 && x % 900 < 700 && mix % 5 == 0;
-                line[x] = isInk ? 0xff202020 : 0xfff8f8f8;
-                if (x < s_side / 8 && y < s_side / 8)
-                    line[x] = 0xff000000 | (mix * 2654435761U >> 8);
-            }
-        }
-        return result;
-    }();
+    static const QImage s_picture = page({s_side, s_side});
     return s_picture;
 }
 
@@ -56,6 +59,33 @@ void save(benchmark::State &state, const char *name)
     for (auto _ : state) {
         PictureProgress progress;
         if (!writePicture(large, shapes(), folder.filePath(QString::fromLatin1(name)), {}, -1,
+                          progress)
+                 .isWritten)
+            state.SkipWithError("not written");
+    }
+}
+
+// As many pixels as a screen has, and shapes of those kinds that are drawn most.
+void saveScreen(benchmark::State &state, const char *name)
+{
+    const QTemporaryDir folder;
+    const QImage screen = page({3840, 2160});
+    EditHistory history;
+    for (int i = 0; i < 50; ++i) {
+        const QRect bounds(i * 67, i * 41 % 1700, 300 + i * 4, 200);
+        const EditMsg style{.type = i % 2 ? stateEllipse : stateHighlighter,
+                            .width = i % 2 ? 4 : 24,
+                            .color = QColor(250, 220, 40, 200),
+                            .hasShadow = i % 3 == 0};
+        if (i % 2)
+            history.prepend(adding({EllipseShape{bounds}, style}));
+        else
+            history.prepend(adding(
+                {HighlighterShape{{QPolygon({bounds.topLeft(), bounds.topRight()})}}, style}));
+    }
+    for (auto _ : state) {
+        PictureProgress progress;
+        if (!writePicture(screen, history, folder.filePath(QString::fromLatin1(name)), {}, -1,
                           progress)
                  .isWritten)
             state.SkipWithError("not written");
@@ -94,6 +124,11 @@ void savedPngMemory(benchmark::State &state) { memoryOf(state, save, "a.png"); }
 void savedPngWholeMemory(benchmark::State &state) { memoryOf(state, saveWhole, "a.png"); }
 void savedJpegMemory(benchmark::State &state) { memoryOf(state, save, "a.jpg"); }
 
+void savedScreen(benchmark::State &state) { saveScreen(state, "a.png"); }
+void savedScreenLayers(benchmark::State &state) { saveScreen(state, "a.ora"); }
+
+BENCHMARK(savedScreen)->Iterations(2)->Repetitions(5)->Unit(benchmark::kMillisecond);
+BENCHMARK(savedScreenLayers)->Iterations(2)->Repetitions(5)->Unit(benchmark::kMillisecond);
 BENCHMARK(savedPng)->Iterations(1)->Repetitions(2)->Unit(benchmark::kSecond);
 BENCHMARK(savedPngWhole)->Iterations(1)->Repetitions(2)->Unit(benchmark::kSecond);
 BENCHMARK(savedJpeg)->Iterations(1)->Repetitions(2)->Unit(benchmark::kSecond);
@@ -115,6 +150,12 @@ BENCHMARK(savedJpegMemory)->Iterations(1)->Repetitions(2);
                    .against = "savedJpegWhole",
                    .processorTime = true,
                    .limit = atMost(1.2)}) &&
+    addComparison({.what = "processor time of writing 3840 x 2160 pixels with 50 shapes with "
+                           "layers, against the plain PNG",
+                   .measured = "savedScreenLayers",
+                   .against = "savedScreen",
+                   .processorTime = true,
+                   .limit = atMost(3)}) &&
     addComparison({.what = "memory meanwhile, the picture included",
                    .measured = "savedPngMemory",
                    .unit = "times the picture",

@@ -601,6 +601,18 @@ Rücktaste    Punkt löschen</translation>
         <source>Save all changes ?</source>
         <translation>Alle Änderungen speichern?</translation>
     </message>
+    <message>
+        <source>&quot;%1&quot; was not saved: it would take the place of the file of a later version of this program.</source>
+        <translation>„%1“ wurde nicht gespeichert: Die Datei einer späteren Version dieses Programms würde ersetzt.</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; keeps what its covers hide. Whoever gets the file can take them off.</source>
+        <translation>„%1“ enthält, was die Abdeckungen verbergen. Wer die Datei bekommt, kann sie abnehmen.</translation>
+    </message>
+    <message>
+        <source>Save &amp;without Layers</source>
+        <translation>&amp;Ohne Ebenen speichern</translation>
+    </message>
 </context>
 <context>
     <name>FrontWindow</name>
@@ -742,6 +754,89 @@ Rücktaste    Punkt löschen</translation>
     <message>
         <source>This program hears no keys here that are pressed in others. Give each of these commands a name and a key in the desktop&apos;s settings: on GNOME under Keyboard, View and Customize Shortcuts, Custom Shortcuts.</source>
         <translation>Dieses Programm hört hier keine Tasten, die in anderen gedrückt werden. Geben Sie jedem dieser Befehle in den Einstellungen des Desktops einen Namen und eine Taste: in GNOME unter Tastatur, Tastenkürzel anzeigen und anpassen, Eigene Tastenkürzel.</translation>
+    </message>
+</context>
+<context>
+    <name>LayeredFile</name>
+    <message>
+        <source>The file is damaged or not complete.</source>
+        <translation>Die Datei ist beschädigt oder unvollständig.</translation>
+    </message>
+    <message>
+        <source>The file has too many parts.</source>
+        <translation>Die Datei hat zu viele Teile.</translation>
+    </message>
+    <message>
+        <source>The file has two parts that are called %1.</source>
+        <translation>Die Datei hat zwei Teile, die %1 heißen.</translation>
+    </message>
+    <message>
+        <source>%1 is missing in the file.</source>
+        <translation>%1 fehlt in der Datei.</translation>
+    </message>
+    <message>
+        <source>%1 is encrypted.</source>
+        <translation>%1 ist verschlüsselt.</translation>
+    </message>
+    <message>
+        <source>%1 is packed in a way that this program does not know.</source>
+        <translation>%1 ist auf eine Weise gepackt, die dieses Programm nicht kennt.</translation>
+    </message>
+    <message>
+        <source>%1 unpacks to more than a picture of this kind needs.</source>
+        <translation>%1 wird entpackt größer, als es für ein solches Bild nötig ist.</translation>
+    </message>
+    <message>
+        <source>%1 is damaged.</source>
+        <translation>%1 ist beschädigt.</translation>
+    </message>
+    <message>
+        <source>This is no OpenRaster picture.</source>
+        <translation>Das ist kein OpenRaster-Bild.</translation>
+    </message>
+    <message>
+        <source>What the file says of its shapes is damaged, so they are part of the picture now.</source>
+        <translation>Die Angaben der Datei zu ihren Formen sind beschädigt; die Formen gehören jetzt zum Bild.</translation>
+    </message>
+    <message>
+        <source>A later version of this program has made the file. Its shapes can&apos;t be changed here, and it will not be written over.</source>
+        <translation>Eine spätere Version dieses Programms hat die Datei geschrieben. Ihre Formen lassen sich hier nicht ändern, und sie wird nicht überschrieben.</translation>
+    </message>
+    <message>
+        <source>Another program has changed the file, so its shapes are part of the picture now.</source>
+        <translation>Ein anderes Programm hat die Datei geändert; die Formen gehören jetzt zum Bild.</translation>
+    </message>
+    <message>
+        <source>Its layers are shown as one picture, which takes their place when the file is saved.</source>
+        <translation>Die Ebenen werden als ein Bild gezeigt, das beim Speichern an ihre Stelle tritt.</translation>
+    </message>
+    <message>
+        <source>The file has no picture of its layers put together, and this program can&apos;t put these together itself.</source>
+        <translation>Die Datei enthält kein Bild aller Ebenen zusammen, und dieses Programm kann sie nicht selbst zusammensetzen.</translation>
+    </message>
+    <message>
+        <source>A layer could not be read: %1</source>
+        <translation>Eine Ebene war nicht lesbar: %1</translation>
+    </message>
+    <message>
+        <source>%1 is no PNG picture of a usable size.</source>
+        <translation>%1 ist kein PNG-Bild von brauchbarer Größe.</translation>
+    </message>
+    <message>
+        <source>The picture has more shapes than a file with layers can have.</source>
+        <translation>Das Bild hat mehr Formen, als eine Datei mit Ebenen haben kann.</translation>
+    </message>
+    <message>
+        <source>Picture</source>
+        <translation>Bild</translation>
+    </message>
+    <message>
+        <source>Shapes %1 to %2</source>
+        <translation>Formen %1 bis %2</translation>
+    </message>
+    <message>
+        <source>A file with layers can&apos;t have that many pixels.</source>
+        <translation>Eine Datei mit Ebenen kann nicht so viele Bildpunkte haben.</translation>
     </message>
 </context>
 <context>
@@ -1370,6 +1465,14 @@ Rücktaste    Punkt löschen</translation>
         <source>Read C&amp;odes</source>
         <translation>Code&amp;s lesen</translation>
     </message>
+    <message>
+        <source>Save with &amp;Layers...</source>
+        <translation>Mit &amp;Ebenen speichern ...</translation>
+    </message>
+    <message>
+        <source>Ctrl+Shift+Y</source>
+        <translation>Ctrl+Shift+Y</translation>
+    </message>
 </context>
 <context>
     <name>MenuCapture</name>
@@ -1976,6 +2079,10 @@ Möchten Sie die Datei ersetzen?</translation>
     <message>
         <source>Showing &quot;%1&quot;...</source>
         <translation>„%1“ wird angezeigt ...</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot;: %2</source>
+        <translation>„%1“: %2</translation>
     </message>
 </context>
 <context>

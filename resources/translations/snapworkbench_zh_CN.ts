@@ -601,6 +601,18 @@ Backspace    删除最后一点</translation>
         <source>Save all changes ?</source>
         <translation>是否保存所有更改？</translation>
     </message>
+    <message>
+        <source>&quot;%1&quot; was not saved: it would take the place of the file of a later version of this program.</source>
+        <translation>未保存“%1”：这会替换由本程序更高版本写入的文件。</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; keeps what its covers hide. Whoever gets the file can take them off.</source>
+        <translation>“%1”保留了遮盖物下面的内容。得到该文件的人可以移除遮盖物。</translation>
+    </message>
+    <message>
+        <source>Save &amp;without Layers</source>
+        <translation>不带图层保存(&amp;W)</translation>
+    </message>
 </context>
 <context>
     <name>FrontWindow</name>
@@ -742,6 +754,89 @@ Backspace    删除最后一点</translation>
     <message>
         <source>This program hears no keys here that are pressed in others. Give each of these commands a name and a key in the desktop&apos;s settings: on GNOME under Keyboard, View and Customize Shortcuts, Custom Shortcuts.</source>
         <translation>此程序在这里听不到在其他程序中按下的键。请在桌面的设置中为每条命令指定名称和按键：在 GNOME 中为“键盘”、“查看及自定义快捷键”、“自定义快捷键”。</translation>
+    </message>
+</context>
+<context>
+    <name>LayeredFile</name>
+    <message>
+        <source>The file is damaged or not complete.</source>
+        <translation>文件已损坏或不完整。</translation>
+    </message>
+    <message>
+        <source>The file has too many parts.</source>
+        <translation>文件的部分过多。</translation>
+    </message>
+    <message>
+        <source>The file has two parts that are called %1.</source>
+        <translation>文件中有两个名为 %1 的部分。</translation>
+    </message>
+    <message>
+        <source>%1 is missing in the file.</source>
+        <translation>文件中缺少 %1。</translation>
+    </message>
+    <message>
+        <source>%1 is encrypted.</source>
+        <translation>%1 已加密。</translation>
+    </message>
+    <message>
+        <source>%1 is packed in a way that this program does not know.</source>
+        <translation>%1 的压缩方式不为本程序所知。</translation>
+    </message>
+    <message>
+        <source>%1 unpacks to more than a picture of this kind needs.</source>
+        <translation>%1 解压后超出此类图片所需的大小。</translation>
+    </message>
+    <message>
+        <source>%1 is damaged.</source>
+        <translation>%1 已损坏。</translation>
+    </message>
+    <message>
+        <source>This is no OpenRaster picture.</source>
+        <translation>这不是 OpenRaster 图片。</translation>
+    </message>
+    <message>
+        <source>What the file says of its shapes is damaged, so they are part of the picture now.</source>
+        <translation>文件中的形状数据已损坏，形状现已成为图片的一部分。</translation>
+    </message>
+    <message>
+        <source>A later version of this program has made the file. Its shapes can&apos;t be changed here, and it will not be written over.</source>
+        <translation>此文件由本程序的更高版本写入。其形状无法在此更改，文件也不会被覆盖。</translation>
+    </message>
+    <message>
+        <source>Another program has changed the file, so its shapes are part of the picture now.</source>
+        <translation>其他程序更改了此文件，形状现已成为图片的一部分。</translation>
+    </message>
+    <message>
+        <source>Its layers are shown as one picture, which takes their place when the file is saved.</source>
+        <translation>其图层显示为一张图片，保存文件时将由这张图片取代。</translation>
+    </message>
+    <message>
+        <source>The file has no picture of its layers put together, and this program can&apos;t put these together itself.</source>
+        <translation>文件中没有合并后的图片，而本程序无法自行合并这些图层。</translation>
+    </message>
+    <message>
+        <source>A layer could not be read: %1</source>
+        <translation>有一个图层无法读取：%1</translation>
+    </message>
+    <message>
+        <source>%1 is no PNG picture of a usable size.</source>
+        <translation>%1 不是大小可用的 PNG 图片。</translation>
+    </message>
+    <message>
+        <source>The picture has more shapes than a file with layers can have.</source>
+        <translation>图片的形状数量超出带图层文件的上限。</translation>
+    </message>
+    <message>
+        <source>Picture</source>
+        <translation>图片</translation>
+    </message>
+    <message>
+        <source>Shapes %1 to %2</source>
+        <translation>形状 %1 至 %2</translation>
+    </message>
+    <message>
+        <source>A file with layers can&apos;t have that many pixels.</source>
+        <translation>带图层的文件不能有这么多像素。</translation>
     </message>
 </context>
 <context>
@@ -1370,6 +1465,14 @@ Backspace    删除最后一点</translation>
         <source>Read C&amp;odes</source>
         <translation>读取条码(&amp;O)</translation>
     </message>
+    <message>
+        <source>Save with &amp;Layers...</source>
+        <translation>带图层保存(&amp;L)...</translation>
+    </message>
+    <message>
+        <source>Ctrl+Shift+Y</source>
+        <translation>Ctrl+Shift+Y</translation>
+    </message>
 </context>
 <context>
     <name>MenuCapture</name>
@@ -1975,6 +2078,10 @@ Do you want to replace it?</source>
     <message>
         <source>Showing &quot;%1&quot;...</source>
         <translation>正在显示“%1”...</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot;: %2</source>
+        <translation>“%1”：%2</translation>
     </message>
 </context>
 <context>

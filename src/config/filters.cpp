@@ -5,6 +5,12 @@
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+constexpr auto s_layered = "ora";
+
+}  // namespace
+
 QString GetFilterStr(const QList<QByteArray> &formats)
 {
     QString patterns;
@@ -16,7 +22,12 @@ QString GetFilterStr(const QList<QByteArray> &formats)
     return u"All Picture files("_s + patterns + u")|"_s + ending;
 }
 
-QString GetOpenPictureFilter() { return GetFilterStr(QImageWriter::supportedImageFormats()); }
+QString GetOpenPictureFilter()
+{
+    return GetFilterStr(QImageWriter::supportedImageFormats() << s_layered);
+}
+
+QString GetLayeredPictureFilter() { return u"ora(*.ora)|*.ora||"_s; }
 
 QString GetSavePictureFilter(const QString &fileName, QString &selected)
 {
@@ -42,8 +53,13 @@ QString GetSavePictureFilter(const QString &fileName, QString &selected,
 
 bool HasSavableEnding(const QString &path)
 {
-    return QImageWriter::supportedImageFormats().contains(
-        QFileInfo(path).suffix().toLower().toLatin1());
+    return HasLayeredEnding(path) || QImageWriter::supportedImageFormats().contains(
+                                         QFileInfo(path).suffix().toLower().toLatin1());
+}
+
+bool HasLayeredEnding(const QString &path)
+{
+    return QFileInfo(path).suffix().toLower() == QLatin1StringView(s_layered);
 }
 
 QString GetMacFilter(const QString &filter)

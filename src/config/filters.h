@@ -5,8 +5,8 @@
 #include <QString>
 
 /// The filters of the open and save dialogs, made from the formats that the toolkit can write (for
-/// opening, too). All functions but GetMacFilter return pipe form, in which labels and patterns
-/// alternate: "bmp(*.bmp)|*.bmp|png(*.png)|*.png||".
+/// opening, too), and the one with layers. All functions but GetMacFilter return pipe form, in
+/// which labels and patterns alternate: "bmp(*.bmp)|*.bmp|png(*.png)|*.png||".
 
 /// One filter for all the formats.
 QString GetFilterStr(const QList<QByteArray> &formats);
@@ -18,8 +18,13 @@ QString GetSavePictureFilter(const QString &fileName, QString &selected);
 QString GetSavePictureFilter(const QString &fileName, QString &selected,
                              const QList<QByteArray> &formats);
 
+/// The filter of pictures that keep their shapes as layers.
+QString GetLayeredPictureFilter();
+
 /// Whether a picture can be written in the format that the path's extension names.
 bool HasSavableEnding(const QString &path);
+/// Whether that is the format with layers.
+bool HasLayeredEnding(const QString &path);
 
 /// Converts pipe form with its final "||" to the form that the toolkit's dialogs take: the labels,
 /// joined by ";;", with blanks between the patterns.

@@ -1,6 +1,7 @@
 #include "editing/history.h"
 
 #include <QHash>
+#include <QSet>
 
 #include <algorithm>
 #include <atomic>
@@ -204,10 +205,21 @@ bool changesPicture(const Operation &operation)
            std::holds_alternative<ResizePicture>(operation.change);
 }
 
+qsizetype shapeCount(const EditHistory &history)
+{
+    QSet<ShapeId> ids;
+    for (const OperationPtr &step : history) {
+        for (const EntryPtr &shape : shapesOf(*step))
+            ids.insert(shape->id);
+    }
+    return ids.size();
+}
+
 bool hasCovers(const EditHistory &history)
 {
-    const QList<EntryPtr> shapes = sceneOf(history, {}).shapes;
-    return std::any_of(shapes.begin(), shapes.end(),
+    // Where the shapes lie makes no difference, so the picture's size need not be known.
+    const Scene scene = sceneOf(history, {});
+    return std::any_of(scene.shapes.begin(), scene.shapes.end(),
                        [](const EntryPtr &shape) { return toolOf(shape->geometry).isCover; });
 }
 

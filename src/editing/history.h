@@ -89,11 +89,12 @@ EntryPtr shapeOf(const Operation &operation);
 QList<EntryPtr> shapesOf(const Operation &operation);
 /// The shape that an operation does nothing but add; null for all others.
 EntryPtr addedBy(const Operation &operation);
+/// How many shapes a history knows, with those that were removed.
+qsizetype shapeCount(const EditHistory &history);
+/// Whether any of the shapes that a history comes to is a cover.
+bool hasCovers(const EditHistory &history);
 /// Whether it changes the picture itself.
 bool changesPicture(const Operation &operation);
-
-/// Whether there are covers among the shapes that a history comes to.
-bool hasCovers(const EditHistory &history);
 
 /// Whether a picture may be made as large as that.
 bool isPictureSize(QSize size);

@@ -1,6 +1,7 @@
 #include "editing/picturedocument.h"
 
 #include "base/paths.h"
+#include "config/filters.h"
 #include "editing/pictureeditor.h"
 #include "editing/picturefile.h"
 
@@ -31,6 +32,8 @@ QPictureDocument::QPictureDocument(const QString &path) : m_FileName(path)
     m_Pixmap = QPixmap::fromImage(std::move(read.picture));
     m_Failure = read.failure;
     m_File = read.file;
+    m_VecUnDo = read.shapes;
+    m_IsFileKept = read.isFromLater;
 }
 
 QPictureDocument QPictureDocument::awaited(const UnsavedWork &work)
@@ -39,6 +42,7 @@ QPictureDocument QPictureDocument::awaited(const UnsavedWork &work)
     result.m_FileName = work.name;
     result.m_NameIndex = work.number;
     result.m_File = work.file;
+    result.m_IsFileKept = work.isFileKept;
     result.m_Origin = work.origin;
     result.m_VecUnDo = work.shapes;
     result.m_VecReDo = work.undone;
@@ -71,6 +75,7 @@ UnsavedWork QPictureDocument::unsavedWork() const
             .name = m_FileName,
             .number = m_NameIndex,
             .file = m_File,
+            .isFileKept = m_IsFileKept,
             .origin = m_Origin};
 }
 
@@ -105,9 +110,8 @@ bool QPictureDocument::save(const QString &path, const char *format, int quality
         writePicture(picture(), m_VecUnDo, path, format, quality, progress);
     if (written.isWritten) {
         m_File = written.file;
-        m_IsCovered = hasCovers(m_VecUnDo);
-    }
-    else
+        m_IsCovered = hasCovers(m_VecUnDo) && !HasLayeredEnding(path);
+    } else
         m_Failure = written.failure;
     return written.isWritten;
 }

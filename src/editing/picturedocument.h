@@ -72,8 +72,9 @@ public:
     QPixmap m_UnitePixmap{};  ///< the last result of GetUnitePixmap
     /// Identity of the file when it was last read or written.
     std::optional<FileIdentity> m_File{};
-    QString m_Failure{};  ///< why reading or writing failed, for the user
-    QString m_Notice{};   ///< the message that the user has got about the file
+    bool m_IsFileKept = false;  ///< the file is never written over
+    QString m_Failure{};        ///< why reading or writing failed, for the user
+    QString m_Notice{};         ///< the message that the user has got about the file
     EditHistory m_VecUnDo{};
     EditHistory m_VecReDo{};
     int m_ScrollX = 0;  ///< position of the scroll bars when the document was last left

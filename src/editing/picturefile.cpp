@@ -2,6 +2,7 @@
 
 #include "base/memory.h"
 #include "editing/drawingcheck.h"
+#include "editing/layeredfile.h"
 #include "editing/rendering.h"
 #include "editing/rowwriter.h"
 
@@ -29,6 +30,7 @@ constexpr qint64 s_bytesOfAPixel = 12;   // decoded, displayed, and while it is 
 constexpr qint64 s_largestDecoded = 8;   // bytes a pixel
 constexpr qsizetype s_atOnce = 1 << 20;  // bytes
 constexpr int s_rowsAtOnce = 32;
+constexpr qint64 s_longestStart = 4;  // bytes, by which a layered file is known
 
 // A file that counts the bytes that are read, and fails once reading is cancelled.
 class CountedFile : public QFile
@@ -71,19 +73,6 @@ private:
     const PictureProgress &m_progress;
 };
 
-// The reason why a picture of that many pixels is too large; empty if it is not.
-QString tooLarge(qint64 pixels)
-{
-    const qint64 needed = pixels * s_bytesOfAPixel;
-    const qint64 allowed = availableMemory() / 2;
-    if (needed <= allowed)
-        return {};
-    const QLocale locale;
-    return QCoreApplication::translate(
-               "QPictureDocument", "The picture needs %1 of memory, and only %2 can be used now.")
-        .arg(locale.formattedDataSize(needed), locale.formattedDataSize(allowed));
-}
-
 qint64 pixelsOf(const QImageReader &reader)
 {
     const QSize size = reader.size();
@@ -99,16 +88,6 @@ bool isOpaque(const QImage &picture)
             return false;
     }
     return true;
-}
-
-// Converts to a pixmap's format, so that the thread that shows the picture has nothing left to do.
-QImage asPixmap(QImage picture)
-{
-    const QImage::Format format = pixmapFormat(picture);
-    picture = std::move(picture).convertToFormat(format);
-    if (format != QImage::Format_RGB32 && isOpaque(picture))
-        picture = std::move(picture).convertToFormat(QImage::Format_RGB32);
-    return picture;
 }
 
 QImage decode(QImageReader &reader, QString &failure)
@@ -219,6 +198,28 @@ bool writeWhole(WholeFile &file, const QByteArray &format, int quality, const QI
 
 }  // namespace
 
+QString tooLarge(qint64 pixels)
+{
+    const qint64 needed = pixels * s_bytesOfAPixel;
+    const qint64 allowed = availableMemory() / 2;
+    if (needed <= allowed)
+        return {};
+    const QLocale locale;
+    return QCoreApplication::translate(
+               "QPictureDocument", "The picture needs %1 of memory, and only %2 can be used now.")
+        .arg(locale.formattedDataSize(needed), locale.formattedDataSize(allowed));
+}
+
+// The thread that shows the picture has nothing left to do.
+QImage asPixmap(QImage picture)
+{
+    const QImage::Format format = pixmapFormat(picture);
+    picture = std::move(picture).convertToFormat(format);
+    if (format != QImage::Format_RGB32 && isOpaque(picture))
+        picture = std::move(picture).convertToFormat(QImage::Format_RGB32);
+    return picture;
+}
+
 PictureRead readPicture(const QString &path, PictureProgress &progress, bool isOwn)
 {
     PictureRead result;
@@ -246,6 +247,10 @@ PictureRead readPicture(const QString &path, PictureProgress &progress, bool isO
             isRegular ? file.errorString()
                       : QCoreApplication::translate("QPictureDocument", "This is not a file.");
         close(opened);
+    } else if (isLayered(file.peek(s_longestStart))) {
+        const std::optional<FileIdentity> identity = result.file;
+        result = readLayered(opened, progress, isOwn);
+        result.file = identity;
     } else {
         QImageReader reader(&file);
         // Some formats are recognised by the file name only.
@@ -274,16 +279,21 @@ PictureWrite writePicture(const QImage &picture, const EditHistory &history, con
         return result;
     }
     const QByteArray used = format.isEmpty() ? QFileInfo(path).suffix().toLatin1() : format;
-    const bool isFlat = picture.hasAlphaChannel() && isOpaqueFormat(path);
-    const Scene scene = sceneOf(history, picture.size());
-    const QImage base = changed(picture, scene);
     WholeFile file(path, readers);
-    const std::unique_ptr<RowWriter> rows =
-        RowWriter::create(used, base, isFlat ? QImage::Format_RGB32 : pixmapFormat(picture),
-                          quality, [&](QByteArrayView bytes) { return file.append(bytes); });
-    result.isWritten =
-        rows ? writeRows(*rows, base, scene.shapes, isFlat, progress, result.failure)
-             : writeWhole(file, used, quality, picture, history, isFlat, progress, result.failure);
+    if (used.toLower() == "ora") {
+        result.isWritten = writeLayered(file, picture, history, progress, result.failure);
+    } else {
+        const bool isFlat = picture.hasAlphaChannel() && isOpaqueFormat(path);
+        const Scene scene = sceneOf(history, picture.size());
+        const QImage base = changed(picture, scene);
+        const std::unique_ptr<RowWriter> rows =
+            RowWriter::create(used, base, isFlat ? QImage::Format_RGB32 : pixmapFormat(picture),
+                              quality, [&](QByteArrayView bytes) { return file.append(bytes); });
+        result.isWritten =
+            rows ? writeRows(*rows, base, scene.shapes, isFlat, progress, result.failure)
+                 : writeWhole(file, used, quality, picture, history, isFlat, progress,
+                              result.failure);
+    }
     if (progress.isCancelled) {
         result.isWritten = false;
         result.failure.clear();

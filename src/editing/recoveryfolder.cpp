@@ -66,6 +66,8 @@ QByteArray bytesOf(const UnsavedWork &work)
                       {u"title"_s, work.origin.title}};
     if (work.file)
         state[u"file"_s] = toJson(*work.file);
+    if (work.isFileKept)
+        state[u"keepsFile"_s] = true;
     return QJsonDocument(state).toJson(QJsonDocument::Compact);
 }
 
@@ -91,6 +93,7 @@ State readState(const QByteArray &bytes, UnsavedWork &work)
         .name = state[u"name"_s].toString(),
         .number = number,
         .file = identityFrom(state[u"file"_s].toObject()),
+        .isFileKept = state[u"keepsFile"_s].toBool(),
         .origin = {.time = QDateTime::fromString(state[u"time"_s].toString(), Qt::ISODateWithMs),
                    .kind = state[u"kind"_s].toString(),
                    .application = state[u"application"_s].toString(),

@@ -27,6 +27,7 @@ struct UnsavedWork {
     QString name{};   ///< path of the document's file, or the name of the grab
     int number = -1;  ///< running number of an unsaved document; -1 if bound to a file
     std::optional<FileIdentity> file{};  ///< identity of the file when it was last read or written
+    bool isFileKept = false;  ///< the file is never written over, see PictureRead::isFromLater
     PictureOrigin origin{};
     /// Its covers were handed on, and what they hide is not kept any more: there are no histories,
     /// and the picture is the one with all shapes. Not part of what is written.

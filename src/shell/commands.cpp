@@ -69,6 +69,11 @@ constexpr auto s_commands = std::to_array<Command>({
      .isForPicture = true,
      .run = [](MainWindow &window) { window.SaveAsFile(); }},
     {.menu = Menu::File,
+     .caption = QT_TRANSLATE_NOOP("MainWindow", "Save with &Layers..."),
+     .keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+Shift+Y"),
+     .item = Command::LayersItem,
+     .run = [](MainWindow &window) { window.SaveFileWithLayers(); }},
+    {.menu = Menu::File,
      .caption = QT_TRANSLATE_NOOP("MainWindow", "Save All"),
      .run = [](MainWindow &window) { window.SaveAllFiles(); }},
 

@@ -30,6 +30,7 @@ struct Command {
         TextItem = 9,        ///< a text that is chosen alone
         ReadTextItem = 10,   ///< a picture, and what reads text
         ReadCodesItem = 11,  ///< a picture, and what reads codes
+        LayersItem = 12,     ///< a picture
     };
 
     Menu menu = Menu::None;

@@ -43,16 +43,24 @@ QMessageBox::StandardButton ask(QWidget *parent, const QString &text,
     return box.clickedButton() ? box.standardButton(box.clickedButton()) : QMessageBox::Cancel;
 }
 
-// What the save dialog offers: a path of an ending that can be written.
-QString proposedPath(const QPictureDocument &document)
+// What the save dialog offers: a path of an ending that can be written, with layers or without.
+QString proposedPath(const QPictureDocument &document, bool isLayered)
 {
     // A window's title is no path.
     if (document.IsNewFile())
         return mediaDirectory() + PathSep() + document.GetShowName().replace(PathSep(), u"_"_s);
-    if (HasSavableEnding(document.m_FileName))
+    if (HasSavableEnding(document.m_FileName) && !document.m_IsFileKept &&
+        HasLayeredEnding(document.m_FileName) == isLayered)
         return document.m_FileName;
     const QFileInfo file(document.m_FileName);
-    return file.path() + PathSep() + file.completeBaseName() + u".png"_s;
+    return file.path() + PathSep() + file.completeBaseName() + (isLayered ? u".ora"_s : u".png"_s);
+}
+
+bool isSameFile(const QString &one, const QString &other)
+{
+    const std::optional<FileIdentity> found = FileIdentity::of(one);
+    const std::optional<FileIdentity> known = FileIdentity::of(other);
+    return found && known && found->device == known->device && found->inode == known->inode;
 }
 
 }  // namespace
@@ -90,7 +98,7 @@ bool DocumentFiles::save(int index)
     if (!m_work.documents().has(index))
         return false;
     QPictureDocument &document = m_work.documents()[index];
-    if (document.IsNewFile() || !HasSavableEnding(document.m_FileName))
+    if (document.IsNewFile() || document.m_IsFileKept || !HasSavableEnding(document.m_FileName))
         return saveAs(index);
     if (!document.isAnotherFile())
         return write(document.m_Number, document.m_FileName);
@@ -112,7 +120,11 @@ void DocumentFiles::tellChanged(QPictureDocument &document)
          {{tr("&Overwrite"), overwrite}});
 }
 
-bool DocumentFiles::saveAs(int index)
+bool DocumentFiles::saveAs(int index) { return saveElsewhere(index, false); }
+
+bool DocumentFiles::saveWithLayers(int index) { return saveElsewhere(index, true); }
+
+bool DocumentFiles::saveElsewhere(int index, bool isLayered)
 {
     m_work.editor().EndEdit();
     index = chosen(index);
@@ -120,17 +132,19 @@ bool DocumentFiles::saveAs(int index)
         return false;
     const QPictureDocument &asked = m_work.documents()[index];
     const int number = asked.m_Number;
-    const QString path = proposedPath(asked);
+    const QString path = proposedPath(asked, isLayered);
     const bool isOwn = !asked.IsNewFile() && path == asked.m_FileName && !asked.isAnotherFile();
     QString selected;
-    const QString filters = GetMacFilter(GetSavePictureFilter(path, selected));
-    if (selected.isEmpty())
+    const QString filters =
+        GetMacFilter(isLayered ? GetLayeredPictureFilter() : GetSavePictureFilter(path, selected));
+    if (selected.isEmpty() && !isLayered)
         selected = GetConfigString(u"SaveMediaFilterIdx"_s);
     const QString answer = askSaveFileName(&m_window, path, filters, selected, isOwn);
     // The dialog ran an event loop, and the tray can close everything from there.
     if (answer.isEmpty() || !m_work.documents().find(number))
         return false;
-    SetConfigString(u"SaveMediaFilterIdx"_s, selected);
+    if (!isLayered)
+        SetConfigString(u"SaveMediaFilterIdx"_s, selected);
     if (!write(number, answer))
         return false;
     SetConfigString(u"MediaDir"_s, GetDirectory(answer));
@@ -146,6 +160,12 @@ bool DocumentFiles::write(int number, const QString &path)
     // The save that was waited for has done it all.
     if (waited && path == document.m_FileName && !document.IsNewFile() && !document.m_Modified)
         return true;
+    if (document.m_IsFileKept && isSameFile(path, document.m_FileName)) {
+        tell(document, tr("\"%1\" was not saved: it would take the place of the file of a later "
+                          "version of this program.")
+                           .arg(document.GetShowName()));
+        return false;
+    }
     // The editor has the shapes of the current document; the others have their own.
     if (&document == m_work.documents().currentDocument())
         m_work.parkHistory(document);
@@ -191,11 +211,26 @@ bool DocumentFiles::written(int number, const QString &path, const EditHistory &
     document->m_File = result.file;
     document->m_FileName = path;
     document->m_Modified = document->m_VecUnDo != history;
-    document->m_IsCovered = hasCovers(history);
+    document->m_IsCovered = hasCovers(history) && !HasLayeredEnding(path);
+    document->m_IsFileKept = false;
     document->SetIsNotNewFile();
     m_notices.withdraw(std::exchange(document->m_Notice, {}));
     m_work.saved(number);
+    if (HasLayeredEnding(path) && hasCovers(history))
+        tellCovered(*document);
     return true;
+}
+
+void DocumentFiles::tellCovered(QPictureDocument &document)
+{
+    document.m_Notice = tr("\"%1\" keeps what its covers hide. Whoever gets the file can take them "
+                           "off.")
+                            .arg(document.GetShowName());
+    m_notices.say(document.m_Notice,
+                  {{tr("Save &without Layers"), [this, number = document.m_Number] {
+                        if (m_work.documents().find(number))
+                            saveAs(m_work.documents().indexOf(number));
+                    }}});
 }
 
 void DocumentFiles::tell(QPictureDocument &document, const QString &text,

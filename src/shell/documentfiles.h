@@ -27,6 +27,8 @@ public:
     /// Saves under the known name, or asks for one. True when saved.
     bool save(int index);
     bool saveAs(int index);
+    /// Asks for a name, and saves so that every shape stays a shape.
+    bool saveWithLayers(int index);
     bool saveAll();
     void close(int index);
     /// False when the user cancelled.
@@ -43,6 +45,8 @@ signals:
 
 private:
     int chosen(int index) const;
+    /// Asks for the name of a plain picture, or of one with layers.
+    bool saveElsewhere(int index, bool isLayered);
     bool write(int number, const QString &path);
     bool written(int number, const QString &path, const EditHistory &history,
                  const PictureWrite &result);
@@ -51,6 +55,8 @@ private:
     void tell(QPictureDocument &document, const QString &text,
               QList<NoticeBar::Action> actions = {});
     void tellChanged(QPictureDocument &document);
+    /// Warns that what lies below covers is in the file that was written.
+    void tellCovered(QPictureDocument &document);
 
     QWidget &m_window;
     Workbench &m_work;

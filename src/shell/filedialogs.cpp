@@ -44,6 +44,14 @@ bool mayReplace(QWidget *parent, const QString &path)
                QMessageBox::Yes | QMessageBox::No, QMessageBox::No) == QMessageBox::Yes;
 }
 
+// Whether a name ends as a dialog with these filters may return it. Who is asked for one with
+// layers gets layers; any other dialog takes the endings of all formats.
+bool isWhole(const QString &name, const QString &filters)
+{
+    return HasSavableEnding(name) &&
+           (HasLayeredEnding(name) || filters != GetMacFilter(GetLayeredPictureFilter()));
+}
+
 // The name itself, or with the next number that is free. Without the ending of a picture format it
 // will get that of `format`.
 QString freeName(const QDir &folder, const QString &name, const QString &format)
@@ -105,7 +113,7 @@ QString askSaveFileName(QWidget *parent, const QString &path, const QString &fil
     while (dialog.exec() == QDialog::Accepted) {
         selected = dialog.selectedNameFilter();
         QString answer = dialog.selectedFiles().value(0);
-        if (answer.isEmpty() || HasSavableEnding(answer))
+        if (answer.isEmpty() || isWhole(answer, filters))
             return answer;
         // The dialog takes any dot for an ending, and has asked about the name without one.
         QString whole = answer + u'.' + formatOf(selected);

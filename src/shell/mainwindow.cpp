@@ -391,6 +391,8 @@ bool MainWindow::SaveFile(int index) { return m_Files->save(index); }
 
 bool MainWindow::SaveAsFile(int index) { return m_Files->saveAs(index); }
 
+bool MainWindow::SaveFileWithLayers(int index) { return m_Files->saveWithLayers(index); }
+
 bool MainWindow::SaveAllFiles() { return m_Files->saveAll(); }
 
 void MainWindow::CloseFile(int index) { m_Files->close(index); }

@@ -169,6 +169,7 @@ public slots:
     /// Saves under the known name, or asks for one. -1 means the current document. True when saved.
     bool SaveFile(int index = -1);
     bool SaveAsFile(int index = -1);
+    bool SaveFileWithLayers(int index = -1);
     bool SaveAllFiles();
     void CloseFile(int index = -1);
     bool CloseAllFiles();  ///< false when the user cancelled

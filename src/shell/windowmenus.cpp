@@ -68,6 +68,9 @@ void WindowMenus::updateFile(FileState state)
             action->setText(state.any ? text : QString(text).replace(u"  "_s, u" "_s));
             break;
         }
+        case Command::LayersItem:
+            action->setEnabled(state.any);
+            break;
         default:
             if (captionOf(*action) == MainWindow::tr("Close All"))
                 action->setEnabled(state.any);

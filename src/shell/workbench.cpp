@@ -263,6 +263,13 @@ void Workbench::takePicture(int number, PictureRead read, const PackedPicture &p
     document->m_Failure = read.failure;
     if (read.file)
         document->m_File = read.file;
+    if (!read.shapes.isEmpty())
+        document->m_VecUnDo = read.shapes;
+    document->m_IsFileKept = document->m_IsFileKept || read.isFromLater;
+    if (!read.notice.isEmpty()) {
+        document->m_Notice = tr("\"%1\": %2").arg(document->GetShowName(), read.notice);
+        m_notices.say(document->m_Notice);
+    }
     if (!packed.isNull())
         document->m_Packed = packed;
     else if (!read.picture.isNull() || !document->hasPicture())
@@ -271,6 +278,8 @@ void Workbench::takePicture(int number, PictureRead read, const PackedPicture &p
         return;
     const QPoint scrolled = m_tabs.scrolled();
     redraw();
+    if (!read.shapes.isEmpty())
+        m_editor->setVecUnDo(&read.shapes);
     // One that was packed comes back as it was left.
     zoomTo(m_scale);
     m_tabs.scrollTo(scrolled);

@@ -242,7 +242,7 @@ CoverBlocks CoverBlocks::read(ShapeParts &parts)
     CoverBlocks result{CoverArea::read(parts)};
     result.seed = parts.number("seed"_L1);
     const QJsonArray names = parts.value("colors"_L1).toArray();
-    parts.require(!names.isEmpty() && names.size() <= s_mostColors);
+    parts.require(names.size() <= s_mostColors);
     for (const QJsonValue &name : names) {
         const QColor color(name.toString());
         parts.require(color.isValid());

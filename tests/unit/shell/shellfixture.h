@@ -16,7 +16,20 @@
 #include <memory>
 #include <optional>
 
+#include <zip.h>
+
 using Hook = std::function<void()>;
+
+/// Makes a file with layers one of a version of the program that is still to come.
+inline void makeLater(const QString &path)
+{
+    static const QByteArray s_data = R"({"version":1000})";
+    zip_t *archive = zip_open(QFile::encodeName(path).constData(), 0, nullptr);
+    zip_file_add(archive, "SnapWorkbench/state.json",
+                 zip_source_buffer(archive, s_data.constData(), s_data.size(), 0),
+                 ZIP_FL_OVERWRITE);
+    QCOMPARE(zip_close(archive), 0);
+}
 
 /// A main window on a fake desktop, with a resource file of its own; all anew for each case.
 class ShellTest : public QObject

@@ -191,6 +191,63 @@ private slots:
         QVERIFY(m_window->SaveFile());
     }
 
+    void layersAreSavedAndOpened()
+    {
+        markUp(at(u"a.png"_s));
+        // The ending of another format does not make it one.
+        acceptSaveAs(u"k.png"_s);
+        QVERIFY(m_window->SaveFileWithLayers());
+        QCOMPARE(title(), u"k.png.ora - Snap Workbench"_s);
+        m_window->CloseFile();
+        open({at(u"k.png.ora"_s)});
+        QCOMPARE(editor()->getVecUnDo().size(), 1);
+        QVERIFY(!m_window->HasModified(false));
+        draw(redRectangle() + editor()->getVecUnDo());
+        QVERIFY(m_window->SaveFile());
+        m_window->CloseFile();
+        open({at(u"k.png.ora"_s)});
+        QCOMPARE(editor()->getVecUnDo().size(), 2);
+        acceptSaveAs(u"l.png"_s);
+        QVERIFY(m_window->SaveAsFile());
+        QVERIFY(m_proposed.startsWith(u"k.png"_s) && !m_proposed.endsWith(u"ora"_s));
+        QCOMPARE(leftEdge(u"l.png"_s), QColor(Qt::red));
+    }
+
+    void filesOfLaterVersionsAreKept()
+    {
+        markUp(at(u"a.png"_s));
+        acceptSaveAs(u"k"_s);
+        QVERIFY(m_window->SaveFileWithLayers());
+        m_window->CloseFile();
+        makeLater(at(u"k.ora"_s));
+        const QByteArray later = m_scratch->get(u"k.ora"_s);
+        open({at(u"k.ora"_s)});
+        QVERIFY(told().startsWith(u"\"k.ora\": A later version"_s));
+        draw(redRectangle());
+        cancelSaveAs();
+        QVERIFY(!m_window->SaveFile());
+        QCOMPARE(m_proposed, u"k.png"_s);
+        // Not even by its own name.
+        acceptSaveAs(u"k.ora"_s);
+        answer(QMessageBox::Yes);
+        QVERIFY(!m_window->SaveFileWithLayers());
+        QVERIFY(told().contains(u"was not saved"_s));
+        QCOMPARE(m_scratch->get(u"k.ora"_s), later);
+    }
+
+    void coversInLayersAreToldOf()
+    {
+        open({at(u"a.png"_s)});
+        draw({adding({SolidShape{{QRect(5, 5, 10, 10)}}, {.type = stateSolid}})});
+        acceptSaveAs(u"k"_s);
+        QVERIFY(m_window->SaveFileWithLayers());
+        QVERIFY(told().contains(u"covers hide"_s));
+        acceptSaveAs(u"l"_s);
+        takeOffer(u"Save &without Layers"_s);
+        QVERIFY(QFile::exists(at(u"l.png"_s)));
+        QCOMPARE(told(), u""_s);
+    }
+
     void freeNamesAreProposed()
     {
         SetConfigString(u"MediaDir"_s, m_scratch->folder.path());
@@ -335,6 +392,16 @@ private:
     }
     void change() { PictureChanged(TPictureEditor::HistoryChange, 0); }
     QColor leftEdge(const QString &name) const { return QImage(at(name)).pixelColor(5, 10); }
+    /// Keeps the name that the next file dialog proposes, and gives it another one.
+    void acceptSaveAs(const QString &name)
+    {
+        m_proposed.clear();
+        whenUp<QFileDialog>([this, name](QFileDialog &dialog) {
+            m_proposed = QFileInfo(dialog.selectedFiles().value(0)).fileName();
+            dialog.selectFile(at(name));
+            static_cast<QDialog &>(dialog).accept();
+        });
+    }
     /// Keeps the name that the next file dialog proposes, and cancels that.
     void cancelSaveAs()
     {

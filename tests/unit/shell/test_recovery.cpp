@@ -2,6 +2,7 @@
 
 #include "editing/rendering.h"
 #include "rows.h"
+#include "shell/workbench.h"
 #include "shellfixture.h"
 
 #include <csignal>
@@ -149,6 +150,32 @@ private slots:
         QCOMPARE(QImage(path).pixelColor(20, 5), QColor(Qt::red));
         m_window->keepUnsaved();
         QVERIFY(entries().isEmpty());
+    }
+
+    // The shapes of the file are not part of its picture, and come back once.
+    void layeredFilesComeBack()
+    {
+        const QString path = at(u"a.ora"_s);
+        const EditHistory drawn{line(Qt::red, {{5, 5}, {50, 5}})};
+        PictureProgress progress;
+        QVERIFY(writePicture(solid({200, 150}).toImage(), drawn, path, {}, -1, progress).isWritten);
+        for (const bool isLater : {false, true}) {
+            if (isLater)
+                makeLater(path);
+            open({path});
+            const EditHistory shapes =
+                EditHistory{line(Qt::green, {{5, 9}, {50, 9}})} + editor()->getVecUnDo();
+            draw(shapes);
+            kill();
+            QVERIFY(startAgain());
+            QCOMPARE(editor()->getVecUnDo().size(), shapes.size());
+            const QPictureDocument &document = *m_window->work().documents().currentDocument();
+            QCOMPARE(document.picture().pixelColor(20, 5),
+                     isLater ? QColor(Qt::red) : QColor(Qt::blue));
+            QCOMPARE(document.m_IsFileKept, isLater);
+            answer(QMessageBox::Discard);
+            m_window->CloseFile();
+        }
     }
 
     void whatIsDoneWithGoes()
