@@ -88,6 +88,97 @@
     </message>
 </context>
 <context>
+    <name>BackdropDialog</name>
+    <message>
+        <source>Sea</source>
+        <translation>Meer</translation>
+    </message>
+    <message>
+        <source>Evening</source>
+        <translation>Abend</translation>
+    </message>
+    <message>
+        <source>Meadow</source>
+        <translation>Wiese</translation>
+    </message>
+    <message>
+        <source>Slate</source>
+        <translation>Schiefer</translation>
+    </message>
+    <message>
+        <source>Paper</source>
+        <translation>Papier</translation>
+    </message>
+    <message>
+        <source>Blurred Picture</source>
+        <translation>Unscharfes Bild</translation>
+    </message>
+    <message>
+        <source>Backdrop</source>
+        <translation>Hintergrund</translation>
+    </message>
+    <message>
+        <source>S&amp;hadow</source>
+        <translation>&amp;Schatten</translation>
+    </message>
+    <message>
+        <source>Preview</source>
+        <translation>Vorschau</translation>
+    </message>
+    <message>
+        <source>Colour</source>
+        <translation>Farbe</translation>
+    </message>
+    <message>
+        <source>Gradient</source>
+        <translation>Verlauf</translation>
+    </message>
+    <message>
+        <source>Blurred picture</source>
+        <translation>Unscharfes Bild</translation>
+    </message>
+    <message>
+        <source>None</source>
+        <translation>Keiner</translation>
+    </message>
+    <message>
+        <source>&amp;Ground</source>
+        <translation>&amp;Grund</translation>
+    </message>
+    <message>
+        <source>&amp;Colour</source>
+        <translation>&amp;Farbe</translation>
+    </message>
+    <message>
+        <source>S&amp;econd colour</source>
+        <translation>&amp;Zweite Farbe</translation>
+    </message>
+    <message>
+        <source>&amp;Padding</source>
+        <translation>&amp;Rand</translation>
+    </message>
+    <message>
+        <source>&amp;Rounded corners</source>
+        <translation>Runde &amp;Ecken</translation>
+    </message>
+    <message>
+        <source> px</source>
+        <translation> px</translation>
+    </message>
+    <message>
+        <source>As it comes</source>
+        <translation>Wie es kommt</translation>
+    </message>
+    <message>
+        <source>%1 : %2</source>
+        <translation>%1 : %2</translation>
+    </message>
+    <message>
+        <source>Ratio of &amp;sides</source>
+        <translation>Seiten&amp;verhältnis</translation>
+    </message>
+</context>
+<context>
     <name>CanvasDialog</name>
     <message>
         <source>Top left</source>
@@ -1472,6 +1563,14 @@ Rücktaste    Punkt löschen</translation>
     <message>
         <source>Ctrl+Shift+Y</source>
         <translation>Ctrl+Shift+Y</translation>
+    </message>
+    <message>
+        <source>Back&amp;drop...</source>
+        <translation>&amp;Hintergrund...</translation>
+    </message>
+    <message>
+        <source>Ctrl+Shift+B</source>
+        <translation>Ctrl+Shift+B</translation>
     </message>
 </context>
 <context>

@@ -88,6 +88,97 @@
     </message>
 </context>
 <context>
+    <name>BackdropDialog</name>
+    <message>
+        <source>Sea</source>
+        <translation>海</translation>
+    </message>
+    <message>
+        <source>Evening</source>
+        <translation>傍晚</translation>
+    </message>
+    <message>
+        <source>Meadow</source>
+        <translation>草地</translation>
+    </message>
+    <message>
+        <source>Slate</source>
+        <translation>石板</translation>
+    </message>
+    <message>
+        <source>Paper</source>
+        <translation>纸张</translation>
+    </message>
+    <message>
+        <source>Blurred Picture</source>
+        <translation>模糊的图片</translation>
+    </message>
+    <message>
+        <source>Backdrop</source>
+        <translation>背景</translation>
+    </message>
+    <message>
+        <source>S&amp;hadow</source>
+        <translation>阴影(&amp;H)</translation>
+    </message>
+    <message>
+        <source>Preview</source>
+        <translation>预览</translation>
+    </message>
+    <message>
+        <source>Colour</source>
+        <translation>颜色</translation>
+    </message>
+    <message>
+        <source>Gradient</source>
+        <translation>渐变</translation>
+    </message>
+    <message>
+        <source>Blurred picture</source>
+        <translation>模糊的图片</translation>
+    </message>
+    <message>
+        <source>None</source>
+        <translation>无</translation>
+    </message>
+    <message>
+        <source>&amp;Ground</source>
+        <translation>底色(&amp;G)</translation>
+    </message>
+    <message>
+        <source>&amp;Colour</source>
+        <translation>颜色(&amp;C)</translation>
+    </message>
+    <message>
+        <source>S&amp;econd colour</source>
+        <translation>第二种颜色(&amp;E)</translation>
+    </message>
+    <message>
+        <source>&amp;Padding</source>
+        <translation>边距(&amp;P)</translation>
+    </message>
+    <message>
+        <source>&amp;Rounded corners</source>
+        <translation>圆角(&amp;R)</translation>
+    </message>
+    <message>
+        <source> px</source>
+        <translation> 像素</translation>
+    </message>
+    <message>
+        <source>As it comes</source>
+        <translation>自动</translation>
+    </message>
+    <message>
+        <source>%1 : %2</source>
+        <translation>%1 : %2</translation>
+    </message>
+    <message>
+        <source>Ratio of &amp;sides</source>
+        <translation>宽高比(&amp;S)</translation>
+    </message>
+</context>
+<context>
     <name>CanvasDialog</name>
     <message>
         <source>Top left</source>
@@ -1472,6 +1563,14 @@ Backspace    删除最后一点</translation>
     <message>
         <source>Ctrl+Shift+Y</source>
         <translation>Ctrl+Shift+Y</translation>
+    </message>
+    <message>
+        <source>Back&amp;drop...</source>
+        <translation>背景(&amp;D)...</translation>
+    </message>
+    <message>
+        <source>Ctrl+Shift+B</source>
+        <translation>Ctrl+Shift+B</translation>
     </message>
 </context>
 <context>

@@ -1,5 +1,7 @@
 #include "editing/covering.h"
 
+#include "editing/rendering.h"
+
 #include <algorithm>
 #include <type_traits>
 
@@ -37,6 +39,15 @@ EntryPtr colored(const EditEntry &shape, const QList<EntryPtr> &before, const QI
     return std::make_shared<const EditEntry>(std::move(result));
 }
 
+constexpr int s_edge = 2;  // pixels
+
+QList<EntryPtr> coversOf(const Scene &scene)
+{
+    QList<EntryPtr> result = scene.shapes;
+    result.removeIf([](const EntryPtr &shape) { return !toolOf(shape->geometry).isCover; });
+    return result;
+}
+
 }  // namespace
 
 OperationPtr withColors(const OperationPtr &step, const QList<EntryPtr> &before,
@@ -55,4 +66,23 @@ OperationPtr withColors(const OperationPtr &step, const QList<EntryPtr> &before,
     if (!result)
         return step;
     return addedBy(*step) ? operation(AddShape{result}) : operation(ReplaceShape{result});
+}
+
+OperationPtr withGround(const OperationPtr &step, const Scene &scene, const QImage &picture)
+{
+    if (!scene.onBlurred || changesPicture(*step))
+        return step;
+    const Scene after = applied(scene, {step});
+    if (coversOf(after) == coversOf(scene))
+        return step;
+    SeveralChanges result;
+    if (const auto *several = std::get_if<SeveralChanges>(&step->change))
+        result = *several;
+    else
+        result.changes.append(step);
+    // Where it was resized, its edge is mixed with the ground.
+    const QRect inner = scene.onBlurred->adjusted(s_edge, s_edge, -s_edge, -s_edge);
+    const QImage seen = inner.isEmpty() ? QImage() : drawn(picture, after.shapes).copy(inner);
+    result.changes.append(operation(RecolorBackdrop{Backdrop::blotsOf(seen)}));
+    return operation(std::move(result));
 }

@@ -9,3 +9,7 @@
 /// keeps its colours. Null if the step is.
 OperationPtr withColors(const OperationPtr &step, const QList<EntryPtr> &before,
                         const QImage &picture, int seed);
+/// The step, and with it the colours of grounds that are blurred pictures, if the step changes
+/// what is covered: nothing of what covers hide shines through there. `picture` is that of `scene`,
+/// and has no shapes.
+OperationPtr withGround(const OperationPtr &step, const Scene &scene, const QImage &picture);

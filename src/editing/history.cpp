@@ -28,6 +28,15 @@ void settleAll(std::variant<Shapes...> * /*type*/, QList<EntryPtr> &shapes,
     (settle(static_cast<const Shapes *>(nullptr)), ...);
 }
 
+// The blurred ground on which a change puts the picture; null if there is none.
+const Backdrop *blurredBy(const OperationPtr &change)
+{
+    const auto *put = std::get_if<BackdropPicture>(&change->change);
+    return put && put->backdrop && put->backdrop->ground == Backdrop::Ground::Blurred
+               ? &*put->backdrop
+               : nullptr;
+}
+
 // Applies operations, oldest first. Places stay what they are while shapes are removed, so that
 // each operation takes the same time, however many shapes there are.
 class SceneBuilder
@@ -126,6 +135,38 @@ private:
         }
     }
 
+    void apply(const BackdropPicture &put, const OperationPtr &whole)
+    {
+        const QRect before = m_scene.onBackdrop;
+        const QSize picture = before.isNull() ? m_scene.size : before.size();
+        const QSize size = put.backdrop ? put.backdrop->sizeFor(picture) : picture;
+        const QRect place = put.backdrop ? put.backdrop->placeOf(picture) : QRect(QPoint(), size);
+        if (picture.isEmpty() || !isPictureSize(size) || (!put.backdrop && before.isNull()))
+            return;
+        if (!before.isNull())
+            m_scene.picture.removeLast();
+        change(size, PictureMap::moving(place.topLeft() - before.topLeft()), whole);
+        if (put.backdrop)
+            m_scene.onBackdrop = place;
+        else
+            m_scene.picture.removeLast();
+        if (std::none_of(m_scene.picture.begin(), m_scene.picture.end(), blurredBy))
+            m_scene.onBlurred.reset();
+        else if (!m_scene.onBlurred)
+            m_scene.onBlurred = place;
+    }
+
+    void apply(const RecolorBackdrop &recolor, const OperationPtr & /*whole*/)
+    {
+        for (OperationPtr &change : m_scene.picture) {
+            if (const Backdrop *blurred = blurredBy(change)) {
+                Backdrop recolored = *blurred;
+                recolored.blots = recolor.blots;
+                change = operation(BackdropPicture{std::move(recolored)});
+            }
+        }
+    }
+
     void apply(const SeveralChanges &several, const OperationPtr & /*whole*/)
     {
         for (const OperationPtr &change : several.changes)
@@ -136,6 +177,9 @@ private:
     {
         m_scene.size = size;
         m_scene.picture.append(whole);
+        m_scene.onBackdrop = {};
+        if (m_scene.onBlurred)
+            m_scene.onBlurred = map(*m_scene.onBlurred) & QRect(QPoint(), size);
         for (EntryPtr &shape : m_scene.shapes) {
             if (shape)
                 shape = std::make_shared<const EditEntry>(mapped(*shape, map));
@@ -202,7 +246,9 @@ bool changesPicture(const Operation &operation)
            std::holds_alternative<ExtendPicture>(operation.change) ||
            std::holds_alternative<TurnPicture>(operation.change) ||
            std::holds_alternative<MirrorPicture>(operation.change) ||
-           std::holds_alternative<ResizePicture>(operation.change);
+           std::holds_alternative<ResizePicture>(operation.change) ||
+           std::holds_alternative<BackdropPicture>(operation.change) ||
+           std::holds_alternative<RecolorBackdrop>(operation.change);
 }
 
 qsizetype shapeCount(const EditHistory &history)
@@ -227,6 +273,13 @@ bool isPictureSize(QSize size)
 {
     return size.width() > 0 && size.height() > 0 && size.width() <= s_longest &&
            size.height() <= s_longest && qint64{size.width()} * size.height() <= s_most;
+}
+
+std::optional<Backdrop> backdropOf(const Scene &scene)
+{
+    if (scene.onBackdrop.isNull())
+        return {};
+    return std::get<BackdropPicture>(scene.picture.last()->change).backdrop;
 }
 
 Scene sceneOf(const EditHistory &history, QSize picture)

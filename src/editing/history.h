@@ -1,5 +1,6 @@
 #pragma once
 
+#include "editing/backdrop.h"
 #include "editing/shapes.h"
 
 #include <QColor>
@@ -8,6 +9,7 @@
 #include <QSize>
 
 #include <memory>
+#include <optional>
 #include <utility>
 #include <variant>
 
@@ -59,6 +61,15 @@ struct MirrorPicture {
 struct ResizePicture {
     QSize size{};
 };
+/// The picture comes to lie on a ground. One that it lies on already, and that was the last change
+/// of the picture, makes room for it; and just goes if there is none.
+struct BackdropPicture {
+    std::optional<Backdrop> backdrop{};
+};
+/// The blurred grounds on which the picture was put, whatever became of it since, get other colours.
+struct RecolorBackdrop {
+    QList<QRgb> blots{};
+};
 
 /// Several changes, in their order, that are one step for the user.
 struct SeveralChanges {
@@ -69,7 +80,8 @@ struct SeveralChanges {
 /// picture, a size that no picture may have) does nothing.
 struct Operation {
     std::variant<AddShape, ReplaceShape, RemoveShape, OrderShape, CropPicture, ExtendPicture,
-                 TurnPicture, MirrorPicture, ResizePicture, SeveralChanges>
+                 TurnPicture, MirrorPicture, ResizePicture, BackdropPicture, RecolorBackdrop,
+                 SeveralChanges>
         change{};
 };
 
@@ -103,10 +115,16 @@ bool isPictureSize(QSize size);
 struct Scene {
     QSize size{};                   ///< of the picture as it is now
     QList<OperationPtr> picture{};  ///< what was done to it, oldest first
+    QRect onBackdrop{};             ///< where it lies on its ground, if that came last; else null
+    /// Where that is now which was put on a blurred ground first; none without such a ground.
+    std::optional<QRect> onBlurred{};
     QList<EntryPtr> shapes{};       ///< bottom to top, in its coordinates
     /// Those whose look depends on the others of their kind, in the order in which they were added.
     QList<ShapeId> derived{};
 };
 Scene sceneOf(const EditHistory &history, QSize picture);
+/// What lies around the picture, if that came last; else none.
+std::optional<Backdrop> backdropOf(const Scene &scene);
+
 /// What becomes of a scene by further operations, oldest first.
 Scene applied(Scene scene, const QList<OperationPtr> &steps);

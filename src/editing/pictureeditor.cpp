@@ -440,7 +440,8 @@ void TPictureEditor::record(OperationPtr step)
         m_VecReDo.clear();
     else if (std::holds_alternative<MarkerShape>(added->geometry))
         m_NextNumber = 0;
-    m_VecUnDo.prepend(withColors(step, m_Canvas.shapes(), m_Canvas.bare(), m_Seed));
+    step = withColors(step, m_Canvas.shapes(), m_Canvas.bare(), m_Seed);
+    m_VecUnDo.prepend(withGround(step, m_Canvas.scene(), m_Canvas.bare()));
     m_Seed = newSeed();
     m_Growing.reset();
     followHistory();
@@ -474,6 +475,22 @@ void TPictureEditor::followHistory()
     m_Selection.keepOnly(m_Canvas.shapes());
     setPixmapScaled(m_Scale);
     selectionMoved();
+}
+
+// The ground has the colours of what can be seen.
+void TPictureEditor::putOn(std::optional<Backdrop> backdrop)
+{
+    if (backdrop && backdrop->ground == Backdrop::Ground::Blurred)
+        backdrop->blots = Backdrop::blotsOf(withoutBackdrop());
+    record(operation(BackdropPicture{std::move(backdrop)}));
+}
+
+std::optional<Backdrop> TPictureEditor::backdrop() const { return backdropOf(m_Canvas.scene()); }
+
+QImage TPictureEditor::withoutBackdrop()
+{
+    const QRect place = m_Canvas.scene().onBackdrop;
+    return place.isNull() ? m_Canvas.recorded() : m_Canvas.recorded().copy(place);
 }
 
 void TPictureEditor::Undo() { moveNewest(m_VecUnDo, m_VecReDo); }

@@ -106,6 +106,12 @@ public:
     /// new step to clear what was undone, but one that just adds a shape keeps it, on purpose:
     /// undone shapes can still be restored on top of the new one.
     void record(OperationPtr step);
+    /// Puts the picture on a ground, in place of the one on which it lies; none takes it off.
+    void putOn(std::optional<Backdrop> backdrop);
+    /// What it lies on; none if there is nothing, or the picture was changed since.
+    std::optional<Backdrop> backdrop() const;
+    /// The picture with all its shapes, without what it lies on.
+    QImage withoutBackdrop();
     void Undo();
     void Redo();
     /// The picture with all its shapes. Pixels outside the outline of a cut picture become

@@ -70,6 +70,11 @@ QImage made(const QImage &picture, const ResizePicture &resize)
     return in32Bits(picture).scaled(resize.size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
 }
 
+QImage made(const QImage &picture, const BackdropPicture &put)
+{
+    return put.backdrop->under(picture);
+}
+
 // All others leave the picture alone.
 QImage made(const QImage &picture, const auto & /*change*/) { return picture; }
 

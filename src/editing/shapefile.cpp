@@ -40,6 +40,9 @@ constexpr std::array s_fills{"none", "translucent", "solid"};
 constexpr std::array s_dashes{"none", "dashed", "dotted"};
 constexpr std::array s_heads{"one", "both", "open"};
 constexpr std::array s_grounds{"none", "filled", "outlined"};
+constexpr std::array s_backdrops{"color", "gradient", "blurred"};
+
+constexpr int s_largestRatio = 100;
 
 // What is as it always was before there was a choice is not written.
 template<typename Choice>
@@ -202,6 +205,37 @@ void write(QJsonObject &to, const ResizePicture &resize, ShapeNumbers & /*number
     to["size"_L1] = QJsonArray{resize.size.width(), resize.size.height()};
 }
 
+QJsonArray namesOf(const QList<QRgb> &colors)
+{
+    QJsonArray names;
+    for (const QRgb color : colors)
+        names.append(QColor(color).name());
+    return names;
+}
+
+void write(QJsonObject &to, const BackdropPicture &put, ShapeNumbers & /*numbers*/)
+{
+    to["op"_L1] = "backdrop"_L1;
+    if (!put.backdrop)
+        return;
+    const Backdrop &backdrop = *put.backdrop;
+    to["on"_L1] = true;
+    writeChoice(to, "ground"_L1, s_backdrops, backdrop.ground);
+    to["first"_L1] = backdrop.first.name();
+    to["second"_L1] = backdrop.second.name();
+    to["blots"_L1] = namesOf(backdrop.blots);
+    to["padding"_L1] = backdrop.padding;
+    to["radius"_L1] = backdrop.radius;
+    to["shadow"_L1] = backdrop.hasShadow;
+    to["ratio"_L1] = QJsonArray{backdrop.ratio.width(), backdrop.ratio.height()};
+}
+
+void write(QJsonObject &to, const RecolorBackdrop &recolor, ShapeNumbers & /*numbers*/)
+{
+    to["op"_L1] = "recolor"_L1;
+    to["blots"_L1] = namesOf(recolor.blots);
+}
+
 void write(QJsonObject &to, const SeveralChanges &several, ShapeNumbers &numbers)
 {
     to["op"_L1] = "several"_L1;
@@ -249,6 +283,10 @@ public:
             result.change = readMirror(parts);
         else if (kind == "resize"_L1)
             result.change = readResize(parts);
+        else if (kind == "backdrop"_L1)
+            result.change = readBackdrop(parts);
+        else if (kind == "recolor"_L1)
+            result.change = RecolorBackdrop{readColors(parts)};
         else if (parts.requireName(kind == "several"_L1) && parts.require(!isPart))
             result.change = readSeveral(parts);
         m_isNewer = m_isNewer || parts.isNewer();
@@ -289,6 +327,42 @@ private:
         const QPoint size = parts.points("size"_L1, 1, 1).first();
         parts.require(isPictureSize({size.x(), size.y()}));
         return {{size.x(), size.y()}};
+    }
+
+    static QList<QRgb> readColors(ShapeParts &parts)
+    {
+        QList<QRgb> result;
+        const QJsonArray names = parts.value("blots"_L1).toArray();
+        parts.require(names.size() <= Backdrop::s_blots.width() * Backdrop::s_blots.height());
+        for (const QJsonValue &name : names) {
+            const QColor color(name.toString());
+            if (!parts.require(color.isValid()))
+                break;
+            result.append(color.rgb());
+        }
+        return result;
+    }
+
+    static BackdropPicture readBackdrop(ShapeParts &parts)
+    {
+        if (!parts.value("on"_L1).toBool())
+            return {};
+        Backdrop backdrop;
+        backdrop.ground = readChoice<Backdrop::Ground>(parts, "ground"_L1, s_backdrops);
+        backdrop.first = QColor(parts.text("first"_L1));
+        backdrop.second = QColor(parts.text("second"_L1));
+        parts.require(backdrop.first.isValid() && backdrop.second.isValid());
+        backdrop.blots = readColors(parts);
+        backdrop.padding = parts.number("padding"_L1);
+        parts.require(backdrop.padding >= 0 && backdrop.padding <= Backdrop::s_widestPadding);
+        backdrop.radius = parts.number("radius"_L1);
+        parts.require(backdrop.radius >= 0 && backdrop.radius <= Backdrop::s_roundest);
+        backdrop.hasShadow = parts.value("shadow"_L1).toBool();
+        const QPoint ratio = parts.points("ratio"_L1, 1, 1).first();
+        parts.require(std::min(ratio.x(), ratio.y()) >= 0 &&
+                      std::max(ratio.x(), ratio.y()) <= s_largestRatio);
+        backdrop.ratio = {ratio.x(), ratio.y()};
+        return {backdrop};
     }
 
     SeveralChanges readSeveral(ShapeParts &parts)

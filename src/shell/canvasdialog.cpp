@@ -23,7 +23,6 @@ namespace {
 constexpr int s_columns = 3;
 constexpr int s_centre = 4;
 constexpr QSize s_anchorSize(32, 32);  // logical pixels
-constexpr int s_field = 16;            // the same
 
 constexpr std::array s_anchorNames{
     QT_TRANSLATE_NOOP("CanvasDialog", "Top left"),    QT_TRANSLATE_NOOP("CanvasDialog", "Top"),
@@ -123,13 +122,7 @@ void CanvasDialog::addAnchors()
 void CanvasDialog::setGround(const QColor &color)
 {
     m_ground = color;
-    QPixmap pixmap(QSize(s_field, s_field) * devicePixelRatioF());
-    pixmap.fill(Palette::nameOnBoth);
-    const int edge = qRound(devicePixelRatioF());
-    QPainter(&pixmap).fillRect(pixmap.rect().adjusted(edge, edge, -edge, -edge), color);
-    pixmap.setDevicePixelRatio(devicePixelRatioF());
-    m_button->setIcon(pixmap);
-    m_button->setText(ColorPopup::nameOf(color));
+    ColorPopup::showOn(*m_button, color);
 }
 
 QSize CanvasDialog::wanted() const { return {m_width->value(), m_height->value()}; }

@@ -23,6 +23,7 @@ namespace {
 constexpr int s_swatch = 30;
 constexpr qreal s_inset = 4;
 constexpr qreal s_radius = 4;
+constexpr int s_field = 16;  // logical pixels
 constexpr int s_margin = 10;
 constexpr int s_columns = 8;
 
@@ -232,4 +233,16 @@ bool ColorPopup::moveFocus(int across, int down)
         return true;
     }
     return false;
+}
+
+void ColorPopup::showOn(QAbstractButton &on, const QColor &color)
+{
+    const qreal scale = on.devicePixelRatioF();
+    QPixmap pixmap(QSize(s_field, s_field) * scale);
+    pixmap.fill(Palette::nameOnBoth);
+    const int edge = qRound(scale);
+    QPainter(&pixmap).fillRect(pixmap.rect().adjusted(edge, edge, -edge, -edge), color);
+    pixmap.setDevicePixelRatio(scale);
+    on.setIcon(pixmap);
+    on.setText(nameOf(color));
 }

@@ -24,6 +24,8 @@ public:
     /// A colour in the user's language: the name of the one in the palette that is most like it,
     /// and its value.
     static QString nameOf(const QColor &color);
+    /// Shows a colour on a button that stands for it.
+    static void showOn(QAbstractButton &on, const QColor &color);
 
 signals:
     void chosen(const QColor &color);

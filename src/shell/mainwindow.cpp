@@ -10,6 +10,7 @@
 #include "editing/picturefile.h"
 #include "platform/services.h"
 #include "shell/aboutbox.h"
+#include "shell/backdropdialog.h"
 #include "shell/canvasdialog.h"
 #include "shell/capturetools.h"
 #include "shell/commands.h"
@@ -440,34 +441,47 @@ void MainWindow::changePicture(const OperationPtr &step)
 
 // While the dialog is up the bus or the tray may bring other pictures to the front, or close this
 // one.
-void MainWindow::changeAfter(SizeDialog &dialog, const std::function<OperationPtr()> &step)
+void MainWindow::changeAfter(SizeDialog &dialog, const std::function<void()> &change)
 {
     const QPictureDocument *asked = m_Work->documents().currentDocument();
     if (!asked)
         return;
     const int number = asked->m_Number;
-    const QSize before = m_Work->editor().pictureSize();
-    if (dialog.exec() != QDialog::Accepted || dialog.wanted() == before)
+    if (dialog.exec() != QDialog::Accepted)
         return;
     const int index = m_Work->documents().indexOf(number);
     if (!m_Work->documents().has(index))
         return;
     SetCurDocumentIndex(index);
-    changePicture(step());
+    change();
 }
 
 void MainWindow::resizePicture()
 {
     m_Work->editor().EndEdit();
     ResizeDialog dialog(m_Work->editor().pictureSize(), this);
-    changeAfter(dialog, [&] { return operation(ResizePicture{dialog.wanted()}); });
+    changeAfter(dialog, [&] {
+        if (dialog.wanted() != m_Work->editor().pictureSize())
+            changePicture(operation(ResizePicture{dialog.wanted()}));
+    });
 }
 
 void MainWindow::resizeCanvas()
 {
     m_Work->editor().EndEdit();
     CanvasDialog dialog(m_Work->editor().pictureSize(), this);
-    changeAfter(dialog, [&] { return operation(ExtendPicture{dialog.frame(), dialog.ground()}); });
+    changeAfter(dialog, [&] {
+        if (dialog.wanted() != m_Work->editor().pictureSize())
+            changePicture(operation(ExtendPicture{dialog.frame(), dialog.ground()}));
+    });
+}
+
+void MainWindow::changeBackdrop()
+{
+    TPictureEditor &editor = m_Work->editor();
+    editor.EndEdit();
+    BackdropDialog dialog(editor.withoutBackdrop(), editor.backdrop(), this);
+    changeAfter(dialog, [&] { editor.putOn(dialog.backdrop()); });
 }
 
 void MainWindow::say(const QString &text, const QList<NoticeBar::Action> &actions)

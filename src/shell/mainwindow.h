@@ -184,6 +184,7 @@ public slots:
     // Both ask for the size.
     void resizePicture();
     void resizeCanvas();
+    void changeBackdrop();
 
     void Preference(int type);  ///< `type` has no effect
     void Preference();
@@ -249,7 +250,7 @@ private:
     void setUpEditor();
     void connectControls();
     void RefreshWindowTitle(const QString &tab);
-    void changeAfter(SizeDialog &dialog, const std::function<OperationPtr()> &step);
+    void changeAfter(SizeDialog &dialog, const std::function<void()> &change);
 
     // In the order of who uses whom.
     std::unique_ptr<Ui::MainWindow> ui;

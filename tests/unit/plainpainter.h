@@ -9,6 +9,8 @@
 #include <QWidget>
 
 #include <algorithm>
+#include <optional>
+#include <utility>
 
 /// The plain way to show a picture that is being drawn on: everything anew at each paint, and each
 /// pixel looked at one by one. The editor has to give the same pixels.
@@ -51,11 +53,14 @@ private:
         QImage pristine{};
         QList<EditEntry> shapes{};
         QList<ShapeId> added{};  // in their order
+        // What lay on the ground on which it lies now.
+        std::optional<std::pair<QImage, QPoint>> before{};
     };
 
     static void change(Made &made, const QImage &now, const PictureMap &map)
     {
         made.pristine = now;
+        made.before.reset();
         for (EditEntry &shape : made.shapes)
             shape = mapped(shape, map);
     }
@@ -106,6 +111,16 @@ private:
             change(made,
                    pristine.scaled(resize->size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation),
                    PictureMap::resizing(pristine.size(), resize->size));
+        } else if (const auto *put = std::get_if<BackdropPicture>(&operation.change)) {
+            const auto [below, at] = made.before.value_or(std::pair(pristine, QPoint()));
+            if (!put->backdrop && !made.before)
+                return;
+            const QPoint to =
+                put->backdrop ? put->backdrop->placeOf(below.size()).topLeft() : QPoint();
+            change(made, put->backdrop ? put->backdrop->under(below) : below,
+                   PictureMap::moving(to - at));
+            if (put->backdrop)
+                made.before.emplace(below, to);
         } else if (const auto *order = std::get_if<OrderShape>(&operation.change)) {
             const auto placeOf = [&](ShapeId id) {
                 return std::find_if(shapes.begin(), shapes.end(),

@@ -31,16 +31,6 @@ QRectF toCircle(const QRect &ellipse, const QRectF &rect)
             rect.height() / down};
 }
 
-// Whether any pixel of a part may be bright, by a spot that is not empty.
-bool touches(const Spot &spot, const QRect &part)
-{
-    if (!spot.isRound)
-        return spot.bounds.intersects(part);
-    const QRectF room = toCircle(spot.bounds, QRectF(part).adjusted(-1, -1, 1, 1));
-    return std::hypot(std::clamp(0., room.left(), room.right()),
-                      std::clamp(0., room.top(), room.bottom())) <= 1;
-}
-
 // Whether all pixels of a part are wholly bright.
 bool contains(const Spot &spot, const QRect &part)
 {
@@ -139,7 +129,8 @@ void SpotlightShape::cover(Tiles &tiles, const EditMsg & /*style*/) const
         tiles.addAll();
 }
 
-// Where a spot has come, gone or changed, but for what stays in the middle of one.
+// Where a spot has come, gone or changed, but for what stays in the middle of one. The corners
+// beside an ellipse count, too: they are drawn in another way, which may round otherwise.
 bool SpotlightShape::coverChange(Tiles &tiles, const SpotlightShape &before,
                                  const EditMsg & /*style*/) const
 {
@@ -154,7 +145,7 @@ bool SpotlightShape::coverChange(Tiles &tiles, const SpotlightShape &before,
             if (spot.bounds.isEmpty() || others.contains(spot))
                 continue;
             tiles.addWhere(spot.bounds, [&](const QRect &tile) {
-                return touches(spot, tile) && !(isBright(some, tile) && isBright(others, tile));
+                return !(isBright(some, tile) && isBright(others, tile));
             });
         }
     };

@@ -1,4 +1,5 @@
 #include "editing/covering.h"
+#include "editing/pictureeditor.h"
 #include "editing/picturefile.h"
 #include "editing/rendering.h"
 #include "rows.h"
@@ -6,6 +7,7 @@
 #include <QFile>
 #include <QRandomGenerator>
 #include <QTemporaryDir>
+#include <QWidget>
 
 #include <algorithm>
 #include <functional>
@@ -158,6 +160,36 @@ private slots:
                   {operation(ResizePicture{size})});
         check("resized twice", {operation(ResizePicture{{90, 110}}), operation(MirrorPicture{}),
                                 operation(ResizePicture{{410, 300}})});
+    }
+
+    // Nor does anything of it shine through where the picture lies on itself, blurred.
+    void groundsAreTheSame()
+    {
+        QImage one(120, 90, QImage::Format_RGB32);
+        one.fill(Qt::white);
+        QImage other = one;
+        const QRect area(30, 20, 60, 50);
+        QPainter(&other).fillRect(area, Qt::red);
+        const OperationPtr cover = covering(stateSolid, area);
+        const auto seen = [&](const QImage &picture, bool isCoveredFirst, int radius) {
+            QWidget widget;
+            TPictureEditor editor(&widget, nullptr);
+            editor.setPixmap(QPixmap::fromImage(picture));
+            const Backdrop backdrop{.ground = Backdrop::Ground::Blurred, .radius = radius};
+            if (isCoveredFirst)
+                editor.record(cover);
+            editor.putOn(backdrop);
+            if (!isCoveredFirst) {
+                editor.record(operation(TurnPicture{2}));
+                const QRect now = PictureMap::turning(2, editor.pictureSize())(
+                    area.translated(backdrop.placeOf(one.size()).topLeft()));
+                editor.record(covering(stateSolid, now));
+            }
+            return editor.sendPixmap(Qt::transparent).toImage();
+        };
+        for (const bool isCoveredFirst : {true, false})
+            QCOMPARE(seen(one, isCoveredFirst, 0), seen(other, isCoveredFirst, 0));
+        QVERIFY(seen(one, true, 0) != seen(one, true, 30));
     }
 
     // A cover keeps its pixels as long as it stays where it is, and takes new colours elsewhere.

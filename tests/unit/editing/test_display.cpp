@@ -231,7 +231,7 @@ void TestDisplay::operations()
                   .line = QPolygon({point(), point(), point()}),
                   .width = style.width};
         drag.pointer = drag.end;
-        drag.box = QRect(drag.start, drag.end).normalized();
+        drag.box = QRect(drag.start, drag.end).normalized() | QRect(drag.start, QSize(1, 1));
         Geometry geometry = shapeFrom(stateEnum(tool), drag).value_or(TextShape{drag.start});
         if (auto *marker = std::get_if<MarkerShape>(&geometry))
             marker->start = random.bounded(4) ? 0 : random.bounded(1200);
@@ -268,13 +268,23 @@ void TestDisplay::operations()
         if (kind == 11)
             return operation(ExtendPicture{QRect(-3, random.bounded(-9, 9), side(), side()),
                                            QColor::fromRgb(random.generate())});
+        if (kind == 12 && random.bounded(4) == 0)
+            return operation(BackdropPicture{});
+        if (kind == 12) {
+            return operation(BackdropPicture{Backdrop{.ground = Backdrop::Ground(random.bounded(2)),
+                                                      .first = QColor(random.generate()),
+                                                      .padding = random.bounded(20),
+                                                      .radius = random.bounded(99),
+                                                      .hasShadow = random.bounded(2) == 0,
+                                                      .ratio = {random.bounded(3), 1}}});
+        }
         SeveralChanges several;
         for (int i = random.bounded(4); i >= 0; --i)
             several.changes.append(change(random.bounded(8)));
         return operation(several);
     };
     for (int step = 0; step < (isLong ? 10'000 : 400); ++step) {
-        const int action = random.bounded(25);
+        const int action = random.bounded(26);
         if (step % 250 == 249) {
             editor.clearShape();
         } else if (step % 10 == 9) {
@@ -286,7 +296,7 @@ void TestDisplay::operations()
         } else if (action < 9) {
             editor.Redo();
         } else {
-            const OperationPtr recorded = change(action - 9 > 12 ? 2 : action - 9);
+            const OperationPtr recorded = change(action - 9 > 13 ? 2 : action - 9);
             const auto undone = addedBy(*recorded) ? editor.getVecReDo() : EditHistory();
             editor.record(recorded);
             QCOMPARE(editor.getVecReDo(), undone);

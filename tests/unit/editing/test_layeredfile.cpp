@@ -75,6 +75,11 @@ EditHistory everything()
         operation(ExtendPicture{QRect(-10, -10, 180, 140), Qt::yellow}),
         operation(SeveralChanges{{operation(TurnPicture{1}), adding(entry(toolOf(stateRect), 3))}}),
         operation(MirrorPicture{Qt::Horizontal}),
+        operation(BackdropPicture{Backdrop{.ground = Backdrop::Ground::Blurred,
+                                           .blots = {0xff102030},
+                                           .padding = 9,
+                                           .ratio = {4, 3}}}),
+        operation(RecolorBackdrop{{0xff405060, 0xff00ff00}}),
         operation(ResizePicture{{200, 230}}),
         operation(RemoveShape{shapeOf(*result.at(3))->id})};
     for (const OperationPtr &change : changes)

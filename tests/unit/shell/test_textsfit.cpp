@@ -3,6 +3,7 @@
 #include "capture/dialogcountdown.h"
 #include "capture/magnifierpanel.h"
 #include "capture/rectangleoverlay.h"
+#include "shell/backdropdialog.h"
 #include "shell/canvasdialog.h"
 #include "shell/dialogpreference.h"
 #include "shell/resizedialog.h"
@@ -73,7 +74,7 @@ private slots:
         QTest::addColumn<QString>("language");
         for (const char *name :
              {"main window", "notice", "preferences", "keys", "lines", "resize", "canvas",
-              "3 seconds", "10 seconds", "86400 seconds", "magnifier", "overlay"}) {
+              "backdrop", "3 seconds", "10 seconds", "86400 seconds", "magnifier", "overlay"}) {
             for (const int times : {1, 2}) {
                 for (const char *language : {"en", "de", "zh_CN"}) {
                     QTest::addRow("%s, font times %d, %s", name, times, language)
@@ -135,6 +136,9 @@ private:
             dialog->findChild<QTabWidget *>()->setCurrentIndex(1);
             return dialog;
         }
+        if (name == u"backdrop")
+            return std::make_unique<BackdropDialog>(solid({192, 108}).toImage(), Backdrop(),
+                                                    nullptr);
         if (name == u"resize" || name == u"canvas") {
             std::unique_ptr<QDialog> dialog;
             if (name == u"resize")
