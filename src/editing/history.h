@@ -66,7 +66,8 @@ struct ResizePicture {
 struct BackdropPicture {
     std::optional<Backdrop> backdrop{};
 };
-/// The blurred grounds on which the picture was put, whatever became of it since, get other colours.
+/// The blurred grounds on which the picture was put, whatever became of it since, get other
+/// colours.
 struct RecolorBackdrop {
     QList<QRgb> blots{};
 };
@@ -118,7 +119,7 @@ struct Scene {
     QRect onBackdrop{};             ///< where it lies on its ground, if that came last; else null
     /// Where that is now which was put on a blurred ground first; none without such a ground.
     std::optional<QRect> onBlurred{};
-    QList<EntryPtr> shapes{};       ///< bottom to top, in its coordinates
+    QList<EntryPtr> shapes{};  ///< bottom to top, in its coordinates
     /// Those whose look depends on the others of their kind, in the order in which they were added.
     QList<ShapeId> derived{};
 };
