@@ -157,6 +157,7 @@ private:
                 spotlight->spots.clear();
                 lowest = lowest ? lowest : spotlight;
                 lowest->spots.append({spotlight->bounds, shape.style.isRound});
+                std::sort(lowest->spots.begin(), lowest->spots.end());
             }
         }
     }

@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <tuple>
 
 using namespace Qt::StringLiterals;
 
@@ -62,6 +63,15 @@ int floored(int at) { return (at >= 0 ? at : at - s_part + 1) / s_part * s_part;
 
 }  // namespace
 
+bool SpotlightShape::Spot::operator<(const Spot &other) const
+{
+    const auto parts = [](const Spot &spot) {
+        return std::tuple(spot.bounds.x(), spot.bounds.y(), spot.bounds.width(),
+                          spot.bounds.height(), spot.isRound);
+    };
+    return parts(*this) < parts(other);
+}
+
 std::optional<SpotlightShape> SpotlightShape::from(const Drag &drag)
 {
     return drag.box && !drag.box->isEmpty() ? std::optional(SpotlightShape{*drag.box})
@@ -78,6 +88,7 @@ void SpotlightShape::settle(QList<EntryPtr> &shapes, const QList<ShapeId> & /*by
             all.append({spotlight->bounds, shape->style.isRound});
         }
     }
+    std::sort(all.begin(), all.end());
     for (EntryPtr *entry : std::as_const(spotlights)) {
         SpotlightShape shape = std::get<SpotlightShape>((*entry)->geometry);
         const QList<Spot> areas = entry == spotlights.first() ? all : QList<Spot>();

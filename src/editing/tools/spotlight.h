@@ -29,6 +29,8 @@ struct SpotlightShape {
         QRect bounds{};
         bool isRound = false;
         bool operator==(const Spot &) const = default;
+        /// Any order, always the same: what several ellipses leave dark depends on it, by a hair.
+        bool operator<(const Spot &other) const;
     };
 
     QRect bounds{};
