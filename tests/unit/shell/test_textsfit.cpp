@@ -5,6 +5,7 @@
 #include "capture/rectangleoverlay.h"
 #include "shell/canvasdialog.h"
 #include "shell/dialogpreference.h"
+#include "shell/hidetextdialog.h"
 #include "shell/resizedialog.h"
 #include "shellfixture.h"
 #include "testmain.h"
@@ -72,7 +73,7 @@ private slots:
         QTest::addColumn<int>("times");
         QTest::addColumn<QString>("language");
         for (const char *name :
-             {"main window", "notice", "preferences", "keys", "lines", "resize", "canvas",
+             {"main window", "notice", "preferences", "keys", "lines", "resize", "canvas", "hide",
               "3 seconds", "10 seconds", "86400 seconds", "magnifier", "overlay"}) {
             for (const int times : {1, 2}) {
                 for (const char *language : {"en", "de", "zh_CN"}) {
@@ -133,6 +134,15 @@ private:
                 services().abilities.withhold(Ability::HotKeys, u"no"_s);
             auto dialog = std::make_unique<DialogPreference>();
             dialog->findChild<QTabWidget *>()->setCurrentIndex(1);
+            return dialog;
+        }
+        if (name == u"hide") {
+            auto dialog = std::make_unique<HideTextDialog>(
+                solid({300, 200}).toImage(),
+                QList<Secret>{{.kind = Secret::Kind::Telephone, .text = u"030 5550"_s},
+                              {.kind = Secret::Kind::Key, .text = u"AKIA2E8F"_s}},
+                nullptr);
+            dialog->findChild<QComboBox *>()->setCurrentIndex(1);  // which has advice
             return dialog;
         }
         if (name == u"resize" || name == u"canvas") {
