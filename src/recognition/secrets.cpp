@@ -370,7 +370,8 @@ qsizetype keyLines(const QList<ReadLine> &lines, qsizetype first)
 {
     static const QRegularExpression s_begin = ignoringCase(u"BEGIN ?[A-Z0-9 ]*PRIVATE ?KEY"_s);
     static const QRegularExpression s_end = ignoringCase(u"END ?[A-Z0-9 ]*(PRIVATE|KEY)"_s);
-    static const QRegularExpression s_inside(u"^[A-Za-z0-9+/=_|. -]{8,}$"_s);
+    // With signs for which letters are taken.
+    static const QRegularExpression s_inside(u"^[A-Za-z0-9+/=_|. \\[\\](){}!-]{8,}$"_s);
     if (!matches(s_begin, lines[first].text))
         return 0;
     qsizetype end = first + 1;
