@@ -790,6 +790,65 @@ Rücktaste    Punkt löschen</translation>
     </message>
 </context>
 <context>
+    <name>HideTextDialog</name>
+    <message>
+        <source>E-mail address</source>
+        <translation>E-Mail-Adresse</translation>
+    </message>
+    <message>
+        <source>Telephone number</source>
+        <translation>Telefonnummer</translation>
+    </message>
+    <message>
+        <source>Card number</source>
+        <translation>Kartennummer</translation>
+    </message>
+    <message>
+        <source>Key or token</source>
+        <translation>Schlüssel oder Token</translation>
+    </message>
+    <message>
+        <source>Password</source>
+        <translation>Passwort</translation>
+    </message>
+    <message>
+        <source>Hide Text</source>
+        <translation>Text verbergen</translation>
+    </message>
+    <message>
+        <source>&amp;Hide</source>
+        <translation>&amp;Verbergen</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>The place in the picture</source>
+        <translation>Die Stelle im Bild</translation>
+    </message>
+    <message>
+        <source>Found in the picture</source>
+        <translation>Im Bild gefunden</translation>
+    </message>
+    <message>
+        <source>What</source>
+        <translation>Was</translation>
+    </message>
+    <message>
+        <source>Text</source>
+        <translation>Text</translation>
+    </message>
+    <message>
+        <source>&amp;What is checked will be covered:</source>
+        <translation>&amp;Was angekreuzt ist, wird abgedeckt:</translation>
+    </message>
+    <message>
+        <source>H&amp;ow:</source>
+        <translation>W&amp;ie:</translation>
+    </message>
+</context>
+<context>
     <name>KWinRoute</name>
     <message>
         <source>KWin gives pictures of the screen only to programs that are installed with a desktop entry which asks for them. Install Snap Workbench by its package.</source>
@@ -1457,10 +1516,6 @@ Rücktaste    Punkt löschen</translation>
         <translation>Ctrl+Shift+C</translation>
     </message>
     <message>
-        <source>Rotate R&amp;ight</source>
-        <translation>Nach re&amp;chts drehen</translation>
-    </message>
-    <message>
         <source>Ctrl+R</source>
         <translation>Ctrl+R</translation>
     </message>
@@ -1572,6 +1627,18 @@ Rücktaste    Punkt löschen</translation>
         <source>Ctrl+Shift+B</source>
         <translation>Ctrl+Shift+B</translation>
     </message>
+    <message>
+        <source>H&amp;ide Text...</source>
+        <translation>Text ver&amp;bergen ...</translation>
+    </message>
+    <message>
+        <source>Ctrl+Shift+X</source>
+        <translation>Ctrl+Shift+X</translation>
+    </message>
+    <message>
+        <source>Rotate Ri&amp;ght</source>
+        <translation>Nach re&amp;chts drehen</translation>
+    </message>
 </context>
 <context>
     <name>MenuCapture</name>
@@ -1627,6 +1694,32 @@ Rücktaste    Punkt löschen</translation>
     <message>
         <source>%1 (%2 of %3)</source>
         <translation>%1 (%2 von %3)</translation>
+    </message>
+    <message>
+        <source>Nothing was found that you may want to hide. Look at the picture yourself: recognition can miss something.</source>
+        <translation>Es wurde nichts gefunden, was Sie verbergen wollen könnten. Sehen Sie selbst nach: Die Texterkennung kann etwas übersehen.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n place(s) to hide found.</source>
+        <translation>
+            <numerusform>%n Stelle gefunden, die Sie verbergen können.</numerusform>
+            <numerusform>%n Stellen gefunden, die Sie verbergen können.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>&amp;Show</source>
+        <translation>An&amp;zeigen</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n place(s) hidden. Look at the picture: recognition can miss something.</source>
+        <translation>
+            <numerusform>%n Stelle verborgen. Sehen Sie sich das Bild an: Die Texterkennung kann etwas übersehen.</numerusform>
+            <numerusform>%n Stellen verborgen. Sehen Sie sich das Bild an: Die Texterkennung kann etwas übersehen.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Nothing was hidden: the picture was changed or closed meanwhile.</source>
+        <translation>Es wurde nichts verborgen: Das Bild wurde inzwischen geändert oder geschlossen.</translation>
     </message>
 </context>
 <context>

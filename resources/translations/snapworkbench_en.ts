@@ -57,5 +57,19 @@ Backspace    Delete last point</translation>
             <numerusform>%n characters copied: %1</numerusform>
         </translation>
     </message>
+    <message numerus="yes">
+        <source>%n place(s) to hide found.</source>
+        <translation>
+            <numerusform>%n place to hide found.</numerusform>
+            <numerusform>%n places to hide found.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n place(s) hidden. Look at the picture: recognition can miss something.</source>
+        <translation>
+            <numerusform>%n place hidden. Look at the picture: recognition can miss something.</numerusform>
+            <numerusform>%n places hidden. Look at the picture: recognition can miss something.</numerusform>
+        </translation>
+    </message>
 </context>
 </TS>

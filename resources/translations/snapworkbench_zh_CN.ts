@@ -790,6 +790,65 @@ Backspace    删除最后一点</translation>
     </message>
 </context>
 <context>
+    <name>HideTextDialog</name>
+    <message>
+        <source>E-mail address</source>
+        <translation>电子邮件地址</translation>
+    </message>
+    <message>
+        <source>Telephone number</source>
+        <translation>电话号码</translation>
+    </message>
+    <message>
+        <source>Card number</source>
+        <translation>卡号</translation>
+    </message>
+    <message>
+        <source>Key or token</source>
+        <translation>密钥或令牌</translation>
+    </message>
+    <message>
+        <source>Password</source>
+        <translation>密码</translation>
+    </message>
+    <message>
+        <source>Hide Text</source>
+        <translation>隐藏文字</translation>
+    </message>
+    <message>
+        <source>&amp;Hide</source>
+        <translation>隐藏(&amp;H)</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>取消</translation>
+    </message>
+    <message>
+        <source>The place in the picture</source>
+        <translation>图片中的位置</translation>
+    </message>
+    <message>
+        <source>Found in the picture</source>
+        <translation>在图片中找到的内容</translation>
+    </message>
+    <message>
+        <source>What</source>
+        <translation>类型</translation>
+    </message>
+    <message>
+        <source>Text</source>
+        <translation>文字</translation>
+    </message>
+    <message>
+        <source>&amp;What is checked will be covered:</source>
+        <translation>将遮盖勾选的内容(&amp;W)：</translation>
+    </message>
+    <message>
+        <source>H&amp;ow:</source>
+        <translation>方式(&amp;O)：</translation>
+    </message>
+</context>
+<context>
     <name>KWinRoute</name>
     <message>
         <source>KWin gives pictures of the screen only to programs that are installed with a desktop entry which asks for them. Install Snap Workbench by its package.</source>
@@ -1457,10 +1516,6 @@ Backspace    删除最后一点</translation>
         <translation>Ctrl+Shift+C</translation>
     </message>
     <message>
-        <source>Rotate R&amp;ight</source>
-        <translation>向右旋转(&amp;I)</translation>
-    </message>
-    <message>
         <source>Ctrl+R</source>
         <translation>Ctrl+R</translation>
     </message>
@@ -1572,6 +1627,18 @@ Backspace    删除最后一点</translation>
         <source>Ctrl+Shift+B</source>
         <translation>Ctrl+Shift+B</translation>
     </message>
+    <message>
+        <source>H&amp;ide Text...</source>
+        <translation>隐藏文字(&amp;I)...</translation>
+    </message>
+    <message>
+        <source>Ctrl+Shift+X</source>
+        <translation>Ctrl+Shift+X</translation>
+    </message>
+    <message>
+        <source>Rotate Ri&amp;ght</source>
+        <translation>向右旋转(&amp;G)</translation>
+    </message>
 </context>
 <context>
     <name>MenuCapture</name>
@@ -1626,6 +1693,30 @@ Backspace    删除最后一点</translation>
     <message>
         <source>%1 (%2 of %3)</source>
         <translation>%1（%2/%3）</translation>
+    </message>
+    <message>
+        <source>Nothing was found that you may want to hide. Look at the picture yourself: recognition can miss something.</source>
+        <translation>没有找到您可能想隐藏的内容。请自己再看一遍图片：文字识别可能会有遗漏。</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n place(s) to hide found.</source>
+        <translation>
+            <numerusform>找到 %n 处可以隐藏的内容。</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>&amp;Show</source>
+        <translation>显示(&amp;S)</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n place(s) hidden. Look at the picture: recognition can miss something.</source>
+        <translation>
+            <numerusform>已隐藏 %n 处。请检查图片：文字识别可能会有遗漏。</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Nothing was hidden: the picture was changed or closed meanwhile.</source>
+        <translation>没有隐藏任何内容：图片在此期间已被修改或关闭。</translation>
     </message>
 </context>
 <context>

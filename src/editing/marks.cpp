@@ -16,7 +16,9 @@ constexpr qreal s_cross = 9;
 constexpr qreal s_plateGap = 12;
 constexpr qreal s_platePadding = 5;
 constexpr int s_plateText = 12;
+constexpr qreal s_outlineGap = 4;
 constexpr int s_veil = 130;  // of 255
+constexpr int s_tint = 60;   // the same
 
 constexpr QColor s_light(255, 255, 255);
 
@@ -87,6 +89,24 @@ void cropFrame(QPainter &painter, const QRectF &picture, const QRectF &frame, qr
                     false, ratio);
             }
         }
+    }
+}
+
+void proposal(QPainter &painter, const QRectF &rect, bool isTaken, qreal ratio)
+{
+    if (isTaken)
+        painter.fillRect(rect, Palette::translucent(Palette::accent, s_tint));
+    frame(painter, rect, ratio);
+}
+
+void outline(QPainter &painter, const QRectF &rect, qreal ratio)
+{
+    painter.setBrush(Qt::NoBrush);
+    const qreal gap = s_outlineGap * ratio;
+    for (const auto &[color, width] :
+         {std::pair(s_light, 4 * ratio), {Palette::accentDown, 2 * ratio}}) {
+        painter.setPen(pen(color, width));
+        painter.drawRect(rect.adjusted(-gap, -gap, gap, gap));
     }
 }
 

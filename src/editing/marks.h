@@ -17,6 +17,10 @@ void handle(QPainter &painter, QPointF centre, bool isRound, qreal ratio);
 qreal reach(qreal ratio);
 /// The frame of what stays of `picture`, with its thirds and handles; all around it is veiled.
 void cropFrame(QPainter &painter, const QRectF &picture, const QRectF &frame, qreal ratio);
+/// The frame of something that is proposed to be covered, with a tint where it is to be.
+void proposal(QPainter &painter, const QRectF &rect, bool isTaken, qreal ratio);
+/// An outline at some distance around what the user looks at.
+void outline(QPainter &painter, const QRectF &rect, qreal ratio);
 /// Where the next key press would take effect.
 void crosshair(QPainter &painter, QPointF centre, qreal ratio);
 /// A small plate with some words at a point, held inside of `room`. With a colour it shows that

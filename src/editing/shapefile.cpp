@@ -333,8 +333,8 @@ private:
     {
         QList<QRgb> result;
         const QJsonArray names = parts.value("blots"_L1).toArray();
-        parts.require(names.size() <= Backdrop::s_blots.width() * Backdrop::s_blots.height());
-        for (const QJsonValue &name : names) {
+        parts.require(names.size() <= Backdrop::s_mostBlots);
+        for (const auto &name : names) {
             const QColor color(name.toString());
             if (!parts.require(color.isValid()))
                 break;

@@ -293,13 +293,14 @@ const QList<Pattern> &patterns()
     static const QString s_secretWord =
         u"(?:pass(?:word|wd|phrase|code|wort)?|pwd|kennwort|pin|secret(?:[ _-]?key)?|(?:[a-z]+[_-])*(?:token|secret|password|pwd)|(?:api|access|private|auth|license|encryption|signing|account|client)[ _-]?(?:key|token|secret)|密码|口令|密钥)"_s;
     static const QList<Pattern> s_patterns{
+        // Before addresses, for which its end may be taken.
+        {Kind::Password, ignoringCase(u"\\w+://[^\\s/:@]+:[^\\s/@]+@\\S+"_s)},
         {Kind::MailAddress, ignoringCase(u"[\\w.%+-]+ ?@ ?"_s + s_domain + u"[a-z0-9]{2,24}\\b"_s)},
         // The sign as it is read wrong.
         {Kind::MailAddress,
          QRegularExpression(
              u"\\b[\\w.%+-]*[a-z0-9]{2}(?:©|®|€|¢|\\(?[aA][tT]\\)|\\[at\\]|\\(?Q\\)?(?=[a-z]))"_s +
              s_domain + s_known)},
-        {Kind::Password, ignoringCase(u"\\w+://[^\\s/:@]+:[^\\s/@]+@\\S+"_s)},
         {Kind::Password,
          ignoringCase(
              u"(?<![a-z])"_s + s_secretWord +
@@ -369,7 +370,8 @@ qsizetype keyLines(const QList<ReadLine> &lines, qsizetype first)
 {
     static const QRegularExpression s_begin = ignoringCase(u"BEGIN ?[A-Z0-9 ]*PRIVATE ?KEY"_s);
     static const QRegularExpression s_end = ignoringCase(u"END ?[A-Z0-9 ]*(PRIVATE|KEY)"_s);
-    static const QRegularExpression s_inside(u"^[A-Za-z0-9+/=_|. -]{8,}$"_s);
+    // With signs for which letters are taken.
+    static const QRegularExpression s_inside(u"^[A-Za-z0-9+/=_|. \\[\\](){}!-]{8,}$"_s);
     if (!matches(s_begin, lines[first].text))
         return 0;
     qsizetype end = first + 1;

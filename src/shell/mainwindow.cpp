@@ -139,7 +139,7 @@ void MainWindow::setUpGrabs()
 
 void MainWindow::setUpEditor()
 {
-    m_Reading = std::make_unique<PictureReading>(*m_Work, *m_Notices);
+    m_Reading = std::make_unique<PictureReading>(*this, *m_Work, *m_Notices);
     TPictureEditor &editor = m_Work->editor();
     editor.setcallback(PictureChanged);
     editor.setState(stateMove);

@@ -1,5 +1,7 @@
 #include "shell/picturereading.h"
 
+#include "editing/tools/tooltable.h"
+#include "shell/hidetextdialog.h"
 #include "shell/notices.h"
 #include "shell/workbench.h"
 
@@ -7,8 +9,10 @@
 #include <QDesktopServices>
 #include <QGuiApplication>
 #include <QUrl>
+#include <QWidget>
 
 #include <memory>
+#include <optional>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -56,29 +60,124 @@ int PictureReading::startAnew() const
     return m_work.documents().currentDocument()->m_Number;
 }
 
-void PictureReading::copyText(const QRect &part)
+// `then` hears of nothing that was given up.
+void PictureReading::read(const QImage &image, std::function<void(const ReadText &)> then)
 {
-    const QImage whole = picture();
-    if (whole.isNull())
-        return;
-    // Stays null where it was given up.
-    const auto read = std::make_shared<std::unique_ptr<ReadText>>();
+    const auto text = std::make_shared<std::unique_ptr<ReadText>>();
     m_work.jobs().start(
         PictureJobs::Kind::Recognize, startAnew(), tr("Reading the text..."),
-        [reader = m_textReader, image = part.isNull() ? whole : whole.copy(part),
-         read](PictureProgress &progress) {
+        [reader = m_textReader, image, text](PictureProgress &progress) {
             const auto goesOn = [&progress](int permille) {
                 progress.permille = permille;
                 return !progress.isCancelled;
             };
             ReadText result = reader.read(image, goesOn);
             if (!progress.isCancelled)
-                *read = std::make_unique<ReadText>(std::move(result));
+                *text = std::make_unique<ReadText>(std::move(result));
         },
-        [this, read] {
-            if (*read)
-                tellText(**read);
+        [text, then = std::move(then)] {
+            if (*text)
+                then(**text);
         });
+}
+
+void PictureReading::copyText(const QRect &part)
+{
+    const QImage whole = picture();
+    if (!whole.isNull())
+        read(part.isNull() ? whole : whole.copy(part),
+             [this](const ReadText &text) { tellText(text); });
+}
+
+void PictureReading::hideText()
+{
+    const QImage whole = picture();
+    if (whole.isNull())
+        return;
+    Proposal asRead{m_work.documents().currentDocument()->m_Number, m_work.editor().getVecUnDo(),
+                    whole};
+    read(whole, [this, proposal = std::move(asRead)](const ReadText &text) mutable {
+        proposal.secrets = secretsIn(text.lines);
+        if (!text.failure.isEmpty())
+            m_notices.say(text.failure);
+        else if (proposal.secrets.isEmpty())
+            m_notices.say(tr("Nothing was found that you may want to hide. Look at the picture "
+                             "yourself: recognition can miss something."));
+        else
+            propose(proposal);
+    });
+}
+
+// A dialog would disturb whatever the user has gone on to meanwhile, a grab or another picture.
+void PictureReading::propose(const Proposal &proposal)
+{
+    const QPictureDocument *current = m_work.documents().currentDocument();
+    if (current && current->m_Number == proposal.document && m_window.isActiveWindow()) {
+        ask(proposal);
+        return;
+    }
+    m_notices.say(
+        tr("%n place(s) to hide found.", nullptr, static_cast<int>(proposal.secrets.size())),
+        {{tr("&Show"), [this, proposal] { ask(proposal); }}});
+}
+
+void PictureReading::ask(const Proposal &proposal)
+{
+    if (!returnsTo(proposal)) {
+        tellOutdated();
+        return;
+    }
+    auto *dialog = new HideTextDialog(proposal.picture, proposal.secrets, &m_window);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    QObject::connect(dialog, &QDialog::accepted, dialog, [this, proposal, dialog] {
+        hide(proposal, dialog->chosen(), dialog->tool());
+    });
+    // While the dialog is up the bus or the tray may close the picture.
+    QObject::connect(&m_work, &Workbench::changed, dialog, [this, proposal, dialog](int number) {
+        if (number != proposal.document || m_work.documents().find(number))
+            return;
+        dialog->reject();
+        tellOutdated();
+    });
+    dialog->open();
+}
+
+void PictureReading::hide(const Proposal &proposal, const QList<Secret> &chosen, stateEnum tool)
+{
+    if (!returnsTo(proposal)) {
+        tellOutdated();
+        return;
+    }
+    TPictureEditor &editor = m_work.editor();
+    EditMsg style = editor.styles().of(tool);
+    style.type = tool;
+    SeveralChanges covers;
+    for (const Secret &secret : chosen) {
+        for (const QRect &area : secret.areas) {
+            if (std::optional<Geometry> cover =
+                    shapeFrom(tool, {.box = area & proposal.picture.rect()}))
+                covers.changes.append(adding({std::move(*cover), style}));
+        }
+    }
+    editor.record(operation(std::move(covers)));
+    m_notices.say(tr("%n place(s) hidden. Look at the picture: recognition can miss something.",
+                     nullptr, static_cast<int>(chosen.size())));
+}
+
+// Shows the picture of a proposal again. False if that is gone, or something was done to it.
+bool PictureReading::returnsTo(const Proposal &proposal)
+{
+    const int index = m_work.documents().indexOf(proposal.document);
+    if (!m_work.documents().has(index))
+        return false;
+    m_work.show(index);
+    m_work.editor().EndEdit();
+    return m_work.editor().getVecUnDo() == proposal.history;
+}
+
+void PictureReading::tellOutdated()
+{
+    m_notices.say(tr("Nothing was hidden: the picture was changed or closed meanwhile."));
 }
 
 void PictureReading::tellText(const ReadText &read)

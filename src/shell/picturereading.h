@@ -1,23 +1,35 @@
 #pragma once
 
+#include "editing/history.h"
 #include "recognition/codereader.h"
+#include "recognition/secrets.h"
 #include "recognition/textreader.h"
 
 #include <QCoreApplication>
+#include <QImage>
+#include <QList>
 #include <QRect>
 
+#include <functional>
+
 class Notices;
+class QWidget;
 class Workbench;
 
 /// Reads the text and the codes in the current picture for the user, shapes included, and tells
-/// what came of it. Workers do it, and it can be given up.
+/// what came of it. Workers do it, and it can be given up. No text that is found goes anywhere but
+/// to the user.
 class PictureReading
 {
     Q_DECLARE_TR_FUNCTIONS(PictureReading)
 
 public:
-    /// Both outlive this object, and `work` hands it what its jobs have read.
-    PictureReading(Workbench &work, Notices &notices) : m_work(work), m_notices(notices) {}
+    /// All outlive this object, and `work` hands it what its jobs have read. Dialogs lie over
+    /// `window`.
+    PictureReading(QWidget &window, Workbench &work, Notices &notices)
+        : m_window(window), m_work(work), m_notices(notices)
+    {
+    }
 
     /// Looks again at what is installed.
     void refresh();
@@ -30,14 +42,31 @@ public:
     void copyText(const QRect &part = {});
     /// Shows what is in the codes, one after the other. Nothing is opened unasked.
     void readCodes();
+    /// Looks for secrets in the text, shows them, and covers those that the user wants hidden.
+    void hideText();
 
 private:
+    /// What was found in a picture, and the picture as it was then.
+    struct Proposal {
+        int document = 0;  ///< its number
+        EditHistory history{};
+        QImage picture{};  ///< with its shapes
+        QList<Secret> secrets{};
+    };
+
     QImage picture() const;
     int startAnew() const;
+    void read(const QImage &image, std::function<void(const ReadText &)> then);
+    void propose(const Proposal &proposal);
+    void ask(const Proposal &proposal);
+    void hide(const Proposal &proposal, const QList<Secret> &chosen, stateEnum tool);
+    bool returnsTo(const Proposal &proposal);
+    void tellOutdated();
     void tellText(const ReadText &read);
     void tellCodes(const CodeReader::Result &read);
     void tellCode(const ReadCode &code, qsizetype number, qsizetype count);
 
+    QWidget &m_window;
     Workbench &m_work;
     Notices &m_notices;
     TextReader m_textReader;

@@ -51,8 +51,10 @@ Counts countsOf(const QImage &picture, const QRect &part)
 // Where a colour lies among all, each of which is one step away from those beside it.
 QVector3D placeOf(size_t color)
 {
-    return QVector3D(float(color / (s_steps * s_steps)), float(color / s_steps % s_steps),
-                     float(color % s_steps));
+    const size_t red = color / (s_steps * s_steps);
+    const size_t green = color / s_steps % s_steps;
+    const size_t blue = color % s_steps;
+    return QVector3D(float(red), float(green), float(blue));
 }
 
 QRgb colorAt(QVector3D place)
@@ -243,7 +245,7 @@ CoverBlocks CoverBlocks::read(ShapeParts &parts)
     result.seed = parts.number("seed"_L1);
     const QJsonArray names = parts.value("colors"_L1).toArray();
     parts.require(names.size() <= s_mostColors);
-    for (const QJsonValue &name : names) {
+    for (const auto &name : names) {
         const QColor color(name.toString());
         parts.require(color.isValid());
         result.colors.append(color.rgb());

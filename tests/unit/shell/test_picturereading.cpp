@@ -1,4 +1,6 @@
+#include "editing/tools/tooltable.h"
 #include "recognition/page.h"
+#include "shell/hidetextdialog.h"
 #include "shell/picturereading.h"
 #include "shell/workbench.h"
 #include "shellfixture.h"
@@ -106,7 +108,118 @@ private slots:
         QCOMPARE(QGuiApplication::clipboard()->text(), address);
     }
 
+    // Nothing is found in what is left of the page.
+    void secrets()
+    {
+        show(pageOf(s_secrets));
+        hideText([](HideTextDialog &dialog) { QTest::keyClick(&dialog, Qt::Key_Return); });
+        QCOMPARE(editor()->getVecUnDo().size(), 1);
+        m_window->reading().hideText();
+        awaitJobs();
+        QVERIFY2(told().startsWith(u"Nothing was found"), qPrintable(told()));
+    }
+
+    // What is not checked stays, and all that is hidden comes back as one step.
+    void someSecrets()
+    {
+        show(pageOf({u"Write to anna.lindqvist@example.com"_s, s_note.first(),
+                     u"Card 4111 1111 1111 1111 exp 09/29"_s}));
+        hideText([](HideTextDialog &dialog) {
+            auto *list = dialog.findChild<QTreeWidget *>();
+            QCOMPARE(dialog.focusWidget(), list);
+            QCOMPARE(list->topLevelItemCount(), 2);
+            QCOMPARE(list->currentItem()->text(1), u"anna.lindqvist@example.com"_s);
+            auto *hide = dialog.findChild<QDialogButtonBox *>()->findChild<QPushButton *>();
+            // A click beside a box leaves the keys with the box.
+            QTest::mouseClick(list->viewport(), Qt::LeftButton, {},
+                              list->visualRect(list->model()->index(1, 1)).center());
+            QTest::keyClick(list, Qt::Key_Space);
+            QVERIFY(hide->isEnabled());
+            QTest::keyClick(list, Qt::Key_Up);
+            QTest::keyClick(list, Qt::Key_Space);
+            QVERIFY(!hide->isEnabled());
+            QTest::keyClick(list, Qt::Key_Space);
+            auto *advice = dialog.findChild<QLabel *>(u"lblAdvice"_s);
+            QVERIFY(!advice->isVisible());
+            QTest::keyClick(dialog.findChild<QComboBox *>(), Qt::Key_Down);
+            QVERIFY(advice->isVisible());
+            QTest::keyClick(list, Qt::Key_Return);
+        });
+        QVERIFY2(told().startsWith(u"1 "), qPrintable(told()));
+        const QList<EntryPtr> covers = shapesOf(*editor()->getVecUnDo().first());
+        QCOMPARE(covers.size(), 1);
+        QVERIFY(!std::get<PixelateShape>(covers.first()->geometry).colors.isEmpty());
+        hideText([](HideTextDialog &dialog) {
+            QCOMPARE(dialog.chosen().size(), 1);
+            QCOMPARE(dialog.chosen().first().kind, Secret::Kind::Card);
+            QTest::keyClick(&dialog, Qt::Key_Escape);
+        });
+        QCOMPARE(editor()->getVecUnDo().size(), 1);
+        editor()->Undo();
+        QVERIFY(editor()->getVecUnDo().isEmpty());
+    }
+
+    void picturesThatChange_data()
+    {
+        QTest::addColumn<bool>("isAsked");
+        QTest::addColumn<bool>("isClosed");
+        QTest::newRow("changed before the question") << false << false;
+        QTest::newRow("changed while asked") << true << false;
+        QTest::newRow("closed while asked") << true << true;
+    }
+
+    // Places that were found in one picture are not covered in another.
+    void picturesThatChange()
+    {
+        QFETCH(const bool, isAsked);
+        QFETCH(const bool, isClosed);
+        add({300, 100});
+        show(pageOf({s_secrets.first()}));
+        const EditHistory line{adding({RectShape{{{1, 1}, {9, 9}}}, {.type = stateRect}})};
+        const auto change = [&] { isClosed ? m_window->work().drop(1) : draw(line); };
+        if (isAsked) {
+            hideText([&](HideTextDialog &dialog) {
+                change();
+                QCOMPARE(dialog.isVisible(), !isClosed);
+                dialog.accept();
+            });
+        } else {
+            m_window->reading().hideText();
+            change();
+            awaitJobs();
+        }
+        QVERIFY2(told().startsWith(u"Nothing was hidden"), qPrintable(told()));
+        QVERIFY(!hasCovers(editor()->getVecUnDo()));
+    }
+
+    // Who looks at another picture meanwhile is not disturbed.
+    void anotherInFront()
+    {
+        show(pageOf({s_secrets.first()}));
+        m_window->reading().hideText();
+        add();
+        awaitJobs();
+        QVERIFY(!QApplication::activeModalWidget());
+        takeOffer(u"&Show"_s);
+        qobject_cast<QDialog *>(QApplication::activeModalWidget())->accept();
+        QCOMPARE(m_window->work().documents().current(), 0);
+        QVERIFY(hasCovers(editor()->getVecUnDo()));
+    }
+
 private:
+    // Until the dialog is closed.
+    void hideText(const std::function<void(HideTextDialog &)> &run)
+    {
+        QTest::keyClick(m_window.get(), Qt::Key_X, Qt::ControlModifier | Qt::ShiftModifier);
+        awaitJobs();
+        auto *dialog = m_window->findChild<HideTextDialog *>();
+        QVERIFY2(dialog, qPrintable(told()));
+        QVERIFY(QTest::qWaitForWindowActive(dialog));
+        run(*dialog);
+        QCOMPARE(QApplication::activeModalWidget(), nullptr);
+        QCoreApplication::sendPostedEvents(dialog, QEvent::DeferredDelete);
+        activate();
+    }
     void show(const QImage &picture) const
     {
         m_window->NewDocument(QPixmap::fromImage(picture), u"note"_s);

@@ -6,6 +6,7 @@
 #include "shell/backdropdialog.h"
 #include "shell/canvasdialog.h"
 #include "shell/dialogpreference.h"
+#include "shell/hidetextdialog.h"
 #include "shell/resizedialog.h"
 #include "shellfixture.h"
 #include "testmain.h"
@@ -72,9 +73,9 @@ private slots:
         QTest::addColumn<QString>("name");
         QTest::addColumn<int>("times");
         QTest::addColumn<QString>("language");
-        for (const char *name :
-             {"main window", "notice", "preferences", "keys", "lines", "resize", "canvas",
-              "backdrop", "3 seconds", "10 seconds", "86400 seconds", "magnifier", "overlay"}) {
+        for (const char *name : {"main window", "notice", "preferences", "keys", "lines", "resize",
+                                 "canvas", "backdrop", "hide", "3 seconds", "10 seconds",
+                                 "86400 seconds", "magnifier", "overlay"}) {
             for (const int times : {1, 2}) {
                 for (const char *language : {"en", "de", "zh_CN"}) {
                     QTest::addRow("%s, font times %d, %s", name, times, language)
@@ -139,6 +140,15 @@ private:
         if (name == u"backdrop")
             return std::make_unique<BackdropDialog>(solid({192, 108}).toImage(), Backdrop(),
                                                     nullptr);
+        if (name == u"hide") {
+            auto dialog = std::make_unique<HideTextDialog>(
+                solid({300, 200}).toImage(),
+                QList<Secret>{{.kind = Secret::Kind::Telephone, .text = u"030 5550"_s},
+                              {.kind = Secret::Kind::Key, .text = u"AKIA2E8F"_s}},
+                nullptr);
+            dialog->findChild<QComboBox *>()->setCurrentIndex(1);  // which has advice
+            return dialog;
+        }
         if (name == u"resize" || name == u"canvas") {
             std::unique_ptr<QDialog> dialog;
             if (name == u"resize")
