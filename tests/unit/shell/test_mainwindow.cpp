@@ -220,7 +220,7 @@ private slots:
         QCOMPARE(enabled(), 0);
         QVERIFY(press(Qt::Key_R).isEmpty());
         add({400, 100});
-        QCOMPARE(enabled(), 12);
+        QCOMPARE(enabled(), 13);
         m_window->chooseTool(stateText);
         clickAt(view(), view()->rect().center());
         QTest::keyClicks(view()->findChild<QTextEdit *>(), u"mine"_s);
@@ -231,7 +231,7 @@ private slots:
         QCOMPARE(editor()->getPixmapScaled(), zoom);
         QVERIFY(view()->height() >= 400);
         QCOMPARE(press(Qt::Key_Z), QSize(400, 100));
-        QCOMPARE(enabled(), 14);
+        QCOMPARE(enabled(), 15);
 
         // Half of both sides, and then room at the right and below.
         whenUp<QDialog>([this](QDialog &dialog) {
