@@ -704,6 +704,10 @@ Rücktaste    Punkt löschen</translation>
         <source>Save &amp;without Layers</source>
         <translation>&amp;Ohne Ebenen speichern</translation>
     </message>
+    <message>
+        <source>&quot;%1&quot; is still there, with what the covers hide.</source>
+        <translation>&quot;%1&quot; ist noch da, mit dem, was die Abdeckungen verbergen.</translation>
+    </message>
 </context>
 <context>
     <name>FrontWindow</name>
@@ -1684,10 +1688,6 @@ Rücktaste    Punkt löschen</translation>
         <translation>Es wurde kein QR- oder Strichcode gefunden.</translation>
     </message>
     <message>
-        <source>&amp;Copy</source>
-        <translation>&amp;Kopieren</translation>
-    </message>
-    <message>
         <source>&amp;Open</source>
         <translation>Ö&amp;ffnen</translation>
     </message>
@@ -1720,6 +1720,14 @@ Rücktaste    Punkt löschen</translation>
     <message>
         <source>Nothing was hidden: the picture was changed or closed meanwhile.</source>
         <translation>Es wurde nichts verborgen: Das Bild wurde inzwischen geändert oder geschlossen.</translation>
+    </message>
+    <message>
+        <source>The picture is not there yet. Try again when it is shown.</source>
+        <translation>Das Bild ist noch nicht da. Versuchen Sie es noch einmal, wenn es zu sehen ist.</translation>
+    </message>
+    <message>
+        <source>Cop&amp;y</source>
+        <translation>Ko&amp;pieren</translation>
     </message>
 </context>
 <context>

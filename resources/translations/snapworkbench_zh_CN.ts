@@ -704,6 +704,10 @@ Backspace    删除最后一点</translation>
         <source>Save &amp;without Layers</source>
         <translation>不带图层保存(&amp;W)</translation>
     </message>
+    <message>
+        <source>&quot;%1&quot; is still there, with what the covers hide.</source>
+        <translation>“%1”仍然存在，其中包含被遮盖的内容。</translation>
+    </message>
 </context>
 <context>
     <name>FrontWindow</name>
@@ -1683,10 +1687,6 @@ Backspace    删除最后一点</translation>
         <translation>没有找到二维码或条形码。</translation>
     </message>
     <message>
-        <source>&amp;Copy</source>
-        <translation>复制(&amp;C)</translation>
-    </message>
-    <message>
         <source>&amp;Open</source>
         <translation>打开(&amp;O)</translation>
     </message>
@@ -1717,6 +1717,14 @@ Backspace    删除最后一点</translation>
     <message>
         <source>Nothing was hidden: the picture was changed or closed meanwhile.</source>
         <translation>没有隐藏任何内容：图片在此期间已被修改或关闭。</translation>
+    </message>
+    <message>
+        <source>The picture is not there yet. Try again when it is shown.</source>
+        <translation>图片尚未载入。请在其显示后重试。</translation>
+    </message>
+    <message>
+        <source>Cop&amp;y</source>
+        <translation>复制(&amp;Y)</translation>
     </message>
 </context>
 <context>

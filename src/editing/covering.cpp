@@ -68,6 +68,36 @@ OperationPtr withColors(const OperationPtr &step, const QList<EntryPtr> &before,
     return addedBy(*step) ? operation(AddShape{result}) : operation(ReplaceShape{result});
 }
 
+EditHistory stillCovered(const EditHistory &history, const EditHistory &covered, QSize picture)
+{
+    const Scene now = sceneOf(history, picture);
+    Scene then = sceneOf(covered, picture);
+    const qsizetype later = history.size() - covered.size();
+    if (later >= 0 && std::equal(covered.begin(), covered.end(), history.begin() + later)) {
+        // Where the covers would be now.
+        for (qsizetype i = later; i-- > 0;) {
+            if (changesPicture(*history.at(i)))
+                then = applied(std::move(then), {history.at(i)});
+        }
+    } else if (now.picture != then.picture) {
+        return covered;
+    }
+    EditHistory result = history;
+    for (const EntryPtr &cover : coversOf(then)) {
+        const bool isThere =
+            std::any_of(now.shapes.begin(), now.shapes.end(), [&](const EntryPtr &shape) {
+                return shape->id == cover->id && shape->geometry == cover->geometry;
+            });
+        if (isThere)
+            continue;
+        // Below what was drawn since.
+        const EditEntry again{cover->geometry, cover->style};
+        result.prepend(adding(again));
+        result.prepend(operation(OrderShape{again.id, 0}));
+    }
+    return result;
+}
+
 OperationPtr withGround(const OperationPtr &step, const Scene &scene, const QImage &picture)
 {
     if (!scene.onBlurred || changesPicture(*step))

@@ -9,6 +9,9 @@
 /// keeps its colours. Null if the step is.
 OperationPtr withColors(const OperationPtr &step, const QList<EntryPtr> &before,
                         const QImage &picture, int seed);
+/// A history with the covers of an earlier one below its shapes, as far as they were moved or taken
+/// off since; the earlier one where it can't be told where they would be.
+EditHistory stillCovered(const EditHistory &history, const EditHistory &covered, QSize picture);
 /// The step, and with it the colours of grounds that are blurred pictures, if the step changes
 /// what is covered: nothing of what covers hide shines through there. `picture` is that of `scene`,
 /// and has no shapes.

@@ -321,6 +321,8 @@ public:
                 return result;
         }
         readMerged(result);
+        if (result.picture.isNull())
+            result.notice.clear();
         return result;
     }
 

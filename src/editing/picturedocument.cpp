@@ -110,7 +110,7 @@ bool QPictureDocument::save(const QString &path, const char *format, int quality
         writePicture(picture(), m_VecUnDo, path, format, quality, progress);
     if (written.isWritten) {
         m_File = written.file;
-        m_IsCovered = hasCovers(m_VecUnDo) && !HasLayeredEnding(path);
+        m_Covered = hasCovers(m_VecUnDo) && !HasLayeredEnding(path) ? m_VecUnDo : EditHistory();
     } else
         m_Failure = written.failure;
     return written.isWritten;

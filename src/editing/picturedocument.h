@@ -66,12 +66,14 @@ public:
     QPixmap m_Pixmap{};        ///< not changed by editing; null while it is packed
     PackedPicture m_Packed{};  ///< the same, packed, while the document is not shown
     bool m_IsAwaited = false;  ///< the picture is still being loaded
-    /// It was saved with covers, so that what they hide must not be found on the disk any more.
-    bool m_IsCovered = false;
+    /// The history with which it was saved, if that has covers: what they hide must not be found on
+    /// the disk any more.
+    EditHistory m_Covered{};
     PictureOrigin m_Origin{};
     QPixmap m_UnitePixmap{};  ///< the last result of GetUnitePixmap
     /// Identity of the file when it was last read or written.
     std::optional<FileIdentity> m_File{};
+    bool m_IsLayered = false;   ///< the file has its shapes
     bool m_IsFileKept = false;  ///< the file is never written over
     QString m_Failure{};        ///< why reading or writing failed, for the user
     QString m_Notice{};         ///< the message that the user has got about the file

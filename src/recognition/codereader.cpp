@@ -4,6 +4,7 @@
 #include "recognition/runtimelibrary.h"
 
 #include <QPainter>
+#include <QStringDecoder>
 
 #include <algorithm>
 #include <memory>
@@ -18,6 +19,7 @@ constexpr unsigned long s_grey = 0x30303859;  // "Y800", one byte a pixel
 constexpr int s_qrCode = 64;
 constexpr int s_everyType = 0;
 constexpr int s_enabled = 0;
+constexpr int s_asBytes = 4;
 // Lines of text may look like a bar code, but hardly in two rows of pixels.
 constexpr int s_leastRows = 2;
 
@@ -87,40 +89,94 @@ QByteArray greyBytes(const QImage &picture)
     return result;
 }
 
-ReadCode codeOf(const Zbar &library, const void *symbol)
-{
-    QRect box;
-    for (unsigned i = 0; i < library.corners(symbol); ++i)
-        box |= QRect(library.x(symbol, i), library.y(symbol, i), 1, 1);
-    return {QString::fromUtf8(library.nameOf(library.type(symbol))),
-            QString::fromUtf8(library.data(symbol), library.length(symbol)), box};
-}
+struct Symbol {
+    int type = 0;
+    int quality = 0;
+    QRect box{};
+    QByteArray bytes{};
+};
 
-QList<ReadCode> codesIn(const Zbar &library, const QByteArray &grey, QSize size)
+// What the library finds. Of a QR code it guesses what its bytes mean, unless it hands them over
+// as they are.
+QList<Symbol> symbolsIn(const Zbar &library, const QByteArray &grey, QSize size, bool asBytes)
 {
-    QList<ReadCode> result;
+    QList<Symbol> result;
     const std::unique_ptr<void, void (*)(void *)> scanner(library.createScanner(),
                                                           library.destroyScanner);
     const std::unique_ptr<void, void (*)(void *)> image(library.createImage(),
                                                         library.destroyImage);
     library.configure(scanner.get(), s_everyType, s_enabled, 1);
+    if (asBytes && library.configure(scanner.get(), s_qrCode, s_asBytes, 1) != 0)
+        return result;
     library.setFormat(image.get(), s_grey);
     library.setSize(image.get(), size.width(), size.height());
     library.setData(image.get(), grey.constData(), grey.size(), nullptr);
     library.scan(scanner.get(), image.get());
     for (const void *symbol = library.first(image.get()); symbol; symbol = library.next(symbol)) {
-        const ReadCode code = codeOf(library, symbol);
+        Symbol found{.type = library.type(symbol), .quality = library.quality(symbol)};
+        for (unsigned i = 0; i < library.corners(symbol); ++i)
+            found.box |= QRect(library.x(symbol, i), library.y(symbol, i), 1, 1);
+        found.bytes = QByteArray(library.data(symbol), library.length(symbol));
+        result.append(found);
+    }
+    return result;
+}
+
+bool isAscii(const QByteArray &bytes)
+{
+    return std::all_of(bytes.begin(), bytes.end(), [](char byte) { return byte >= 0; });
+}
+
+// Most programs that make codes write UTF-8, which the library may take for something else.
+QString textOf(const Symbol &symbol, const QList<Symbol> &asBytes)
+{
+    for (const Symbol &other : asBytes) {
+        QStringDecoder decoder(QStringDecoder::Utf8);
+        const QString text = decoder(other.bytes);
+        if (other.type == symbol.type && other.box == symbol.box && !decoder.hasError())
+            return text;
+    }
+    return QString::fromUtf8(symbol.bytes);
+}
+
+// As they are read: row by row, each from the left.
+void sortByPlace(QList<ReadCode> &codes)
+{
+    const auto isHigher = [](const ReadCode &a, const ReadCode &b) {
+        return a.box.top() < b.box.top();
+    };
+    const auto isFarther = [](const ReadCode &a, const ReadCode &b) {
+        return a.box.left() < b.box.left();
+    };
+    std::stable_sort(codes.begin(), codes.end(), isHigher);
+    for (auto row = codes.begin(); row != codes.end();) {
+        const int middle = row->box.center().y();
+        const auto next = std::find_if(
+            row, codes.end(), [middle](const ReadCode &code) { return code.box.top() > middle; });
+        std::stable_sort(row, next, isFarther);
+        row = next;
+    }
+}
+
+QList<ReadCode> codesIn(const Zbar &library, const QByteArray &grey, QSize size)
+{
+    QList<ReadCode> result;
+    const QList<Symbol> symbols = symbolsIn(library, grey, size, false);
+    const bool isPlain = std::all_of(symbols.begin(), symbols.end(), [](const Symbol &symbol) {
+        return symbol.type != s_qrCode || isAscii(symbol.bytes);
+    });
+    const QList<Symbol> asBytes = isPlain ? QList<Symbol>() : symbolsIn(library, grey, size, true);
+    for (const Symbol &symbol : symbols) {
+        const ReadCode code{QString::fromUtf8(library.nameOf(symbol.type)), textOf(symbol, asBytes),
+                            symbol.box};
         const bool isKnown = std::any_of(result.begin(), result.end(), [&](const ReadCode &other) {
             return other.type == code.type && other.text == code.text;
         });
-        const bool isTrusted =
-            library.type(symbol) == s_qrCode || library.quality(symbol) >= s_leastRows;
+        const bool isTrusted = symbol.type == s_qrCode || symbol.quality >= s_leastRows;
         if (!isKnown && isTrusted && !code.text.isEmpty())
             result.append(code);
     }
-    std::stable_sort(result.begin(), result.end(), [](const ReadCode &a, const ReadCode &b) {
-        return a.box.top() < b.box.top();
-    });
+    sortByPlace(result);
     return result;
 }
 

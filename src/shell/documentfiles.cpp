@@ -100,6 +100,9 @@ bool DocumentFiles::save(int index)
     QPictureDocument &document = m_work.documents()[index];
     if (document.IsNewFile() || document.m_IsFileKept || !HasSavableEnding(document.m_FileName))
         return saveAs(index);
+    // By its name it would become a plain picture.
+    if (document.m_IsLayered && !HasLayeredEnding(document.m_FileName))
+        return saveWithLayers(index);
     if (!document.isAnotherFile())
         return write(document.m_Number, document.m_FileName);
     tellChanged(document);
@@ -211,7 +214,8 @@ bool DocumentFiles::written(int number, const QString &path, const EditHistory &
     document->m_File = result.file;
     document->m_FileName = path;
     document->m_Modified = document->m_VecUnDo != history;
-    document->m_IsCovered = hasCovers(history) && !HasLayeredEnding(path);
+    document->m_IsLayered = HasLayeredEnding(path);
+    document->m_Covered = hasCovers(history) && !document->m_IsLayered ? history : EditHistory();
     document->m_IsFileKept = false;
     document->SetIsNotNewFile();
     m_notices.withdraw(std::exchange(document->m_Notice, {}));
@@ -227,9 +231,13 @@ void DocumentFiles::tellCovered(QPictureDocument &document)
                            "off.")
                             .arg(document.GetShowName());
     m_notices.say(document.m_Notice,
-                  {{tr("Save &without Layers"), [this, number = document.m_Number] {
-                        if (m_work.documents().find(number))
-                            saveAs(m_work.documents().indexOf(number));
+                  {{tr("Save &without Layers"),
+                    [this, number = document.m_Number, name = document.GetShowName()] {
+                        if (m_work.documents().find(number) &&
+                            saveAs(m_work.documents().indexOf(number)))
+                            m_notices.say(tr("\"%1\" is still there, with what "
+                                             "the covers hide.")
+                                              .arg(name));
                     }}});
 }
 

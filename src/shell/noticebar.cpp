@@ -153,6 +153,7 @@ void NoticeBar::showLast()
             leave();
             next();
         });
+        button->installEventFilter(this);
         m_buttons->addWidget(button);
     }
     fit();
@@ -205,6 +206,14 @@ void NoticeBar::fit()
 
 bool NoticeBar::eventFilter(QObject *watched, QEvent *event)
 {
+    // The second press of a double click is meant for the button of the notice before.
+    if (watched != m_area && (event->type() == QEvent::MouseButtonPress ||
+                              event->type() == QEvent::MouseButtonDblClick)) {
+        const quint64 now = static_cast<QMouseEvent *>(event)->timestamp();
+        const auto before = std::exchange(m_pressed, now);
+        if (before && now < *before + QApplication::doubleClickInterval())
+            return true;
+    }
     if (watched == m_area && (event->type() == QEvent::Resize || event->type() == QEvent::Move))
         fit();
     return QWidget::eventFilter(watched, event);

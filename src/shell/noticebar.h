@@ -5,6 +5,7 @@
 #include <QWidget>
 
 #include <functional>
+#include <optional>
 
 class QBoxLayout;
 class QLabel;
@@ -61,4 +62,5 @@ private:
     QList<Notice> m_notices{};  ///< the last is shown
     int m_round = 0;            ///< tells the time that runs from those of earlier texts
     bool m_isTimed = false;
+    std::optional<quint64> m_pressed{};  ///< time of the last press on a button, in ms
 };

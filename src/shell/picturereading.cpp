@@ -49,7 +49,14 @@ void PictureReading::refresh()
     m_codeLack = m_codeReader.lack();
 }
 
-QImage PictureReading::picture() const { return m_work.unitedPicture().toImage(); }
+// Null, which is told, while it is still to come.
+QImage PictureReading::picture() const
+{
+    QImage result = m_work.unitedPicture().toImage();
+    if (result.isNull() && m_work.documents().currentDocument())
+        m_notices.say(tr("The picture is not there yet. Try again when it is shown."));
+    return result;
+}
 
 // The number of the current document; whatever is read of any is given up, for the user wants
 // something else now.
@@ -236,7 +243,7 @@ void PictureReading::tellCodes(const CodeReader::Result &read)
 void PictureReading::tellCode(const ReadCode &code, qsizetype number, qsizetype count)
 {
     const auto copy = [text = code.text] { QGuiApplication::clipboard()->setText(text); };
-    QList<NoticeBar::Action> actions{{tr("&Copy"), copy}};
+    QList<NoticeBar::Action> actions{{tr("Cop&y"), copy}};
     QString shown = shortened(code.text, s_shownCode);
     // As it is opened: letters that look like others can't hide where it leads.
     if (const QUrl address = addressIn(code.text); !address.isEmpty()) {

@@ -1,5 +1,6 @@
 #include "shell/unsavedpictures.h"
 
+#include "editing/covering.h"
 #include "editing/rendering.h"
 #include "platform/services.h"
 #include "shell/notices.h"
@@ -130,7 +131,7 @@ std::optional<UnsavedWork> UnsavedPictures::unsaved(int document)
     UnsavedWork work = workOf(*found, &isUnsaved);
     if (!isUnsaved)
         return {};
-    work.isCovered = found->m_IsCovered;
+    work.isCovered = !found->m_Covered.isEmpty();
     if (work.isCovered) {
         work.shapes.clear();
         work.undone.clear();
@@ -161,11 +162,13 @@ std::function<QImage()> UnsavedPictures::unsavedPicture(int document)
     const QPictureDocument *found = m_work.documents().find(document);
     if (!found || !found->hasPicture())
         return nullptr;
-    if (!found->m_IsCovered)
+    if (found->m_Covered.isEmpty())
         return found->pictureLater();
     bool isUnsaved = false;
-    return [picture = found->pictureLater(), shapes = workOf(*found, &isUnsaved).shapes] {
-        return replayed(picture(), shapes, Qt::transparent);
+    return [picture = found->pictureLater(), shapes = workOf(*found, &isUnsaved).shapes,
+            covered = found->m_Covered] {
+        const QImage whole = picture();
+        return replayed(whole, stillCovered(shapes, covered, whole.size()), Qt::transparent);
     };
 }
 

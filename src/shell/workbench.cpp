@@ -263,7 +263,8 @@ void Workbench::takePicture(int number, PictureRead read, const PackedPicture &p
     document->m_Failure = read.failure;
     if (read.file)
         document->m_File = read.file;
-    if (!read.shapes.isEmpty())
+    document->m_IsLayered = !read.shapes.isEmpty();
+    if (document->m_IsLayered)
         document->m_VecUnDo = read.shapes;
     document->m_IsFileKept = document->m_IsFileKept || read.isFromLater;
     if (!read.notice.isEmpty()) {

@@ -3,6 +3,7 @@
 #include "editing/shapeparts.h"
 #include "editing/tiles.h"
 
+#include <QHash>
 #include <QPainter>
 #include <QRegion>
 #include <QVector3D>
@@ -10,7 +11,6 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <numeric>
 #include <vector>
 
 using namespace Qt::StringLiterals;
@@ -19,7 +19,7 @@ namespace {
 
 constexpr int s_leastSide = 12;  // picture pixels
 constexpr int s_sidesAcross = 4;
-constexpr int s_looks = 128;  // in each direction, at least
+constexpr int s_looks = 128;  // in each direction, at most
 // The colours are told apart roughly: 4 steps for each of red, green and blue.
 constexpr int s_bits = 2;
 constexpr size_t s_steps = 1 << s_bits;
@@ -30,22 +30,44 @@ constexpr int s_whole = 256;      // a weight
 
 using Counts = std::array<int, s_steps * s_steps * s_steps>;
 
-// How many of some pixels of a part have which colour.
-Counts countsOf(const QImage &picture, const QRect &part)
+// Some pixels of a part, opaque.
+std::vector<QRgb> pixelsOf(const QImage &picture, const QRect &part)
 {
-    Counts counts{};
-    const int across = std::max(1, part.width() / s_looks);
-    const int down = std::max(1, part.height() / s_looks);
-    const auto step = [](int channel) { return channel >> (8 - s_bits); };
+    std::vector<QRgb> result;
+    const int across = std::max(1, (part.width() + s_looks - 1) / s_looks);
+    const int down = std::max(1, (part.height() + s_looks - 1) / s_looks);
     for (int y = part.top(); y <= part.bottom(); y += down) {
         for (int x = part.left(); x <= part.right(); x += across) {
             const QRgb pixel = picture.pixel(x, y);
             if (qAlpha(pixel) > 0)
-                ++counts[(step(qRed(pixel)) * s_steps + step(qGreen(pixel))) * s_steps +
-                         step(qBlue(pixel))];
+                result.push_back(pixel | 0xff000000);
         }
     }
-    return counts;
+    return result;
+}
+
+// The colour of all to which it belongs.
+size_t roughly(QRgb color)
+{
+    const auto step = [](int channel) { return static_cast<size_t>(channel) >> (8 - s_bits); };
+    return (step(qRed(color)) * s_steps + step(qGreen(color))) * s_steps + step(qBlue(color));
+}
+
+// The commonest one of those that belong to a colour.
+QRgb commonestOf(const std::vector<QRgb> &pixels, size_t color)
+{
+    QHash<QRgb, int> counts;
+    for (const QRgb pixel : pixels) {
+        if (roughly(pixel) == color)
+            ++counts[pixel];
+    }
+    QRgb result = 0;
+    for (auto count = counts.constBegin(); count != counts.constEnd(); ++count) {
+        const int most = counts.value(result);
+        if (count.value() > most || (count.value() == most && count.key() < result))
+            result = count.key();
+    }
+    return result;
 }
 
 // Where a colour lies among all, each of which is one step away from those beside it.
@@ -140,13 +162,17 @@ CoverArea CoverArea::read(ShapeParts &parts)
 }
 
 // The commonest colour, which counts twice, the one that differs most from it, and others that are
-// no blend of both. What lies between a text and its ground would tell which text it is.
+// no blend of both. What lies between a text and its ground would tell which text it is, and so
+// would more than a rough idea of the text's own colour.
 QList<QRgb> CoverBlocks::colorsOf(const QImage &picture, const QRect &area)
 {
-    const Counts counts = countsOf(picture, area & picture.rect());
-    const int all = std::accumulate(counts.begin(), counts.end(), 0);
-    if (all == 0)
+    const std::vector<QRgb> pixels = pixelsOf(picture, area & picture.rect());
+    if (pixels.empty())
         return {qRgb(128, 128, 128)};
+    Counts counts{};
+    for (const QRgb pixel : pixels)
+        ++counts[roughly(pixel)];
+    const auto all = static_cast<int>(pixels.size());
     const size_t commonest = std::max_element(counts.begin(), counts.end()) - counts.begin();
     const QVector3D ground = placeOf(commonest);
     QVector3D ink = ground;
@@ -155,7 +181,8 @@ QList<QRgb> CoverBlocks::colorsOf(const QImage &picture, const QRect &area)
             placeOf(i).distanceToPoint(ground) > ink.distanceToPoint(ground))
             ink = placeOf(i);
     }
-    QList<QRgb> result{colorAt(ground), colorAt(ground)};
+    const QRgb exactly = commonestOf(pixels, commonest);
+    QList<QRgb> result{exactly, exactly};
     if (ink == ground)
         return result;
     result.append(colorAt(ink));
@@ -163,7 +190,7 @@ QList<QRgb> CoverBlocks::colorsOf(const QImage &picture, const QRect &area)
         const QVector3D place = placeOf(i);
         if (counts[i] * s_rarest > all && place.distanceToPoint(ink) > s_unlike &&
             place.distanceToLine(ground, (ink - ground).normalized()) > s_unlike)
-            result.append(colorAt(place));
+            result.append(commonestOf(pixels, i));
     }
     return result;
 }

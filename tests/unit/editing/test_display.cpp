@@ -376,6 +376,8 @@ void TestScaledDisplay::scrolled()
 
 int main(int argc, char *argv[])
 {
+    // All steps of the operations are one function.
+    qputenv("QTEST_FUNCTION_TIMEOUT", "3000000");
     int failures = 0;
     const auto run = [&](const char *scale, QObject &&test) {
         qputenv("QT_SCALE_FACTOR", scale);

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <array>
+#include <span>
 
 constexpr int s_pageMargin = 12;
 constexpr int s_pageRow = 20;  ///< from one line to the next
@@ -109,20 +110,44 @@ constexpr std::array<const char *, 25> s_code{
     "# ### #  ### ## ###  # # ",
     "#     # ##### ##  ###### ",
     "####### ##     #  #   ###"};
+
+// "Αθήνα" in UTF-8, which is taken for Japanese by who guesses.
+constexpr std::array<const char *, 21> s_greekCode{
+    "#######   # # #######",
+    "#     #     # #     #",
+    "# ### # # #   # ### #",
+    "# ### #     # # ### #",
+    "# ### #  # ## # ### #",
+    "#     #  ###  #     #",
+    "####### # # # #######",
+    "        # #          ",
+    "### ##### # ###   #  ",
+    "    #    # #  # ##   ",
+    "#  #### # ## ##  ##  ",
+    " # ##  #  ### ### ###",
+    " #   ##### #  ##  ## ",
+    "        ###   ##  ## ",
+    "####### ### #  #   # ",
+    "#     # #    ########",
+    "# ### # #   ## # #   ",
+    "# ### #    # # ##### ",
+    "# ### # #### ##   # #",
+    "#     # # #### ## ## ",
+    "####### ## #  ##  ###"};
 // clang-format on
 
-/// A picture of it.
-inline QImage codePicture(bool isDark = false)
+/// A picture of one.
+inline QImage codePicture(bool isDark = false, std::span<const char *const> code = s_code)
 {
     constexpr int s_module = 3;
     constexpr int s_quiet = 12;
-    constexpr int s_side = static_cast<int>(s_code.size()) * s_module + 2 * s_quiet;
-    QImage picture(s_side, s_side, QImage::Format_RGB32);
+    const int side = static_cast<int>(code.size()) * s_module + 2 * s_quiet;
+    QImage picture(side, side, QImage::Format_RGB32);
     picture.fill(isDark ? Qt::black : Qt::white);
     QPainter painter(&picture);
-    for (size_t y = 0; y < s_code.size(); ++y) {
-        for (size_t x = 0; x < s_code.size(); ++x) {
-            if (s_code[y][x] == '#') {
+    for (size_t y = 0; y < code.size(); ++y) {
+        for (size_t x = 0; x < code.size(); ++x) {
+            if (code[y][x] == '#') {
                 painter.fillRect(s_quiet + static_cast<int>(x) * s_module,
                                  s_quiet + static_cast<int>(y) * s_module, s_module, s_module,
                                  isDark ? Qt::white : Qt::black);

@@ -186,6 +186,8 @@ private slots:
             QCOMPARE(codes.first().text, QLatin1StringView(s_codeText));
             QVERIFY(picture.rect().contains(codes.first().box));
         }
+        const auto greek = CodeReader().read(codePicture(false, s_greekCode)).codes;
+        QCOMPARE(greek.value(0).text, u"\u0391\u03b8\u03ae\u03bd\u03b1"_s);
         QCOMPARE(CodeReader().read(pageOf(s_story, 11)).codes.size(), 0);
     }
 };

@@ -104,7 +104,7 @@ private slots:
         QCOMPARE(m_opened, QList<QUrl>{QUrl(address)});
         m_window->reading().readCodes();
         QTRY_VERIFY(told().endsWith(address));
-        takeOffer(u"&Copy"_s);
+        takeOffer(u"Cop&y"_s);
         QCOMPARE(QGuiApplication::clipboard()->text(), address);
     }
 

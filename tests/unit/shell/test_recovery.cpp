@@ -218,6 +218,9 @@ private slots:
         }
         m_window->keepUnsaved();
         QCOMPARE(entries().size(), 1);
+        // Nor if the cover is taken off again.
+        draw(
+            {line(Qt::red, {{5, 7}, {50, 7}}), operation(RemoveShape{shapeOf(*cover)->id}), cover});
         kill();
         QVERIFY(startAgain());
         QVERIFY(editor()->getVecUnDo().isEmpty());
