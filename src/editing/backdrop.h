@@ -15,7 +15,7 @@ struct Backdrop {
     static constexpr int s_roundest = 200;
     /// How many colours a blurred ground has across and down.
     static constexpr QSize s_blots{12, 8};
-    static constexpr qsizetype s_mostBlots = 12 * 8;
+    static constexpr qsizetype s_mostBlots = 96;  ///< all of them
 
     Ground ground = Ground::Gradient;
     QColor first{0x2b, 0x6f, 0x8f};   ///< of a plain ground, and of a gradient's top left corner
