@@ -132,7 +132,7 @@ QString textOf(const Symbol &symbol, const QList<Symbol> &asBytes)
 {
     for (const Symbol &other : asBytes) {
         QStringDecoder decoder(QStringDecoder::Utf8);
-        const QString text = decoder(other.bytes);
+        QString text = decoder(other.bytes);
         if (other.type == symbol.type && other.box == symbol.box && !decoder.hasError())
             return text;
     }

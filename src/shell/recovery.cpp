@@ -15,6 +15,27 @@ constexpr int s_delay = 200;   // ms from a change until it is written; more may
 constexpr int s_retry = 3000;  // ms
 constexpr int s_workers = 2;   // what is small need not wait for a picture that is large
 
+void removeAll(const RecoveryFolder &folder, const QStringList &entries)
+{
+    for (const QString &entry : entries) {
+        if (!entry.isEmpty())
+            folder.remove(entry);
+    }
+}
+
+// Returns the reason for the user if it can't be written.
+QString keep(const RecoveryFolder &folder, const QString &entry, const UnsavedWork &work,
+             const std::function<QImage()> &picture, PictureProgress &progress)
+{
+    QString reason;
+    // While the file is as it was, it has the picture.
+    if (picture && work.file)
+        reason = folder.writeWork(entry, work);
+    if (picture && reason.isEmpty())
+        reason = folder.writePicture(entry, picture(), progress);
+    return reason.isEmpty() ? folder.writeWork(entry, work) : reason;
+}
+
 }  // namespace
 
 Recovery::Recovery(const QString &folder, Source &source, Clock &clock)
@@ -101,10 +122,7 @@ void Recovery::write(int document, Item &item)
     }
     if (!work) {
         m_workers.start([folder = m_folder, entries = item.former + QStringList(item.entry)] {
-            for (const QString &entry : entries) {
-                if (!entry.isEmpty())
-                    folder.remove(entry);
-            }
+            removeAll(folder, entries);
         });
         m_items.erase(document);
         return;
@@ -127,16 +145,9 @@ void Recovery::write(int document, Item &item)
     item.writing = std::make_shared<PictureProgress>();
     m_workers.start([this, document, folder = m_folder, entry = item.entry, former = item.former,
                      picture, work = std::move(*work), progress = item.writing] {
-        // While the file is as it was, it has the picture.
-        QString reason;
-        if (picture && work.file)
-            reason = folder.writeWork(entry, work);
-        if (picture && reason.isEmpty())
-            reason = folder.writePicture(entry, picture(), *progress);
+        const QString reason = keep(folder, entry, work, picture, *progress);
         if (reason.isEmpty())
-            reason = folder.writeWork(entry, work);
-        for (const QString &entryBefore : reason.isEmpty() ? former : QStringList())
-            folder.remove(entryBefore);
+            removeAll(folder, former);
         QMetaObject::invokeMethod(
             this,
             [this, document, withPicture = bool(picture), reason] {

@@ -73,6 +73,7 @@ double distance(const std::vector<int> &one, const std::vector<int> &other)
 int rightGuesses(stateEnum kind, int size, Look look, QRandomGenerator &random)
 {
     std::vector<QImage> digits;
+    digits.reserve(10);
     for (int which = 0; which < 10; ++which)
         digits.push_back(digit(which, size));
     int right = 0;
@@ -84,6 +85,7 @@ int rightGuesses(stateEnum kind, int size, Look look, QRandomGenerator &random)
         const int which = random.bounded(10);
         const auto seen = seenOf(covered(digits[which], kind, seed), look);
         std::vector<std::pair<double, double>> distances;
+        distances.reserve(digits.size());
         // Of those that look the same any may be taken.
         for (const QImage &other : digits)
             distances.emplace_back(distance(seen, seenOf(covered(other, kind, next()), look)),
