@@ -12,6 +12,7 @@
 #include <algorithm>
 #include <functional>
 #include <numeric>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -29,7 +30,13 @@ OperationPtr covering(stateEnum kind, const QRect &area)
     return adding({*shapeFrom(kind, drag), {.type = kind, .color = QColor(0, 0, 0, 100)}});
 }
 
-QImage digit(int which, int size)
+struct Digit {
+    QImage picture{};
+    EditEntry cover{};
+};
+
+// In the middle of its area, which is covered.
+Digit digit(int which, int size, stateEnum kind)
 {
     QImage picture(size, size * 3 / 2, QImage::Format_RGB32);
     picture.fill(Qt::white);
@@ -38,13 +45,20 @@ QImage digit(int which, int size)
     QPainter painter(&picture);
     painter.setFont(font);
     painter.drawText(picture.rect(), Qt::AlignCenter, QString::number(which));
-    return picture;
+    painter.end();
+    return {picture, *shapeOf(*withColors(covering(kind, picture.rect()), {}, picture, 0))};
 }
 
-QImage covered(const QImage &picture, stateEnum kind, int seed)
+QImage covered(const Digit &digit, int seed)
 {
-    const OperationPtr cover = withColors(covering(kind, picture.rect()), {}, picture, seed);
-    return replayed(picture, {cover}, Qt::transparent);
+    EditEntry cover = digit.cover;
+    std::visit(
+        [seed]<typename Shape>(Shape &shape) {
+            if constexpr (std::is_base_of_v<CoverBlocks, Shape>)
+                shape.seed = seed;
+        },
+        cover.geometry);
+    return replayed(digit.picture, {adding(cover)}, Qt::transparent);
 }
 
 // What somebody compares who wants to know what was there: all pixels in their places, only how
@@ -72,10 +86,10 @@ double distance(const std::vector<int> &one, const std::vector<int> &other)
 // In how many trials the digit is the one of ten that looks most like it.
 int rightGuesses(stateEnum kind, int size, Look look, QRandomGenerator &random)
 {
-    std::vector<QImage> digits;
+    std::vector<Digit> digits;
     digits.reserve(10);
     for (int which = 0; which < 10; ++which)
-        digits.push_back(digit(which, size));
+        digits.push_back(digit(which, size, kind));
     int right = 0;
     for (int trial = 0; trial < s_trials; ++trial) {
         int seed = random.bounded(CoverBlocks::s_highestSeed);
@@ -83,12 +97,12 @@ int rightGuesses(stateEnum kind, int size, Look look, QRandomGenerator &random)
             return look == Look::Guess ? seed : random.bounded(CoverBlocks::s_highestSeed);
         };
         const int which = random.bounded(10);
-        const auto seen = seenOf(covered(digits[which], kind, seed), look);
+        const auto seen = seenOf(covered(digits[which], seed), look);
         std::vector<std::pair<double, double>> distances;
         distances.reserve(digits.size());
         // Of those that look the same any may be taken.
-        for (const QImage &other : digits)
-            distances.emplace_back(distance(seen, seenOf(covered(other, kind, next()), look)),
+        for (const Digit &other : digits)
+            distances.emplace_back(distance(seen, seenOf(covered(other, next()), look)),
                                    random.generateDouble());
         right += std::min_element(distances.begin(), distances.end()) - distances.begin() == which;
     }
