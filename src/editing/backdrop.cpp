@@ -57,17 +57,13 @@ QImage blurred(const QList<QRgb> &blots, QSize size)
 
 QSize Backdrop::sizeFor(QSize picture) const
 {
-    QSize result = picture + 2 * QSize(padding, padding);
+    const QSize least = picture + 2 * QSize(padding, padding);
     if (ratio.isEmpty())
-        return result;
-    const auto scaled = [](int length, int by, int of) {
-        return static_cast<int>(std::ceil(double(length) * by / of));
-    };
-    result.setWidth(
-        std::max(result.width(), scaled(result.height(), ratio.width(), ratio.height())));
-    result.setHeight(
-        std::max(result.height(), scaled(result.width(), ratio.height(), ratio.width())));
-    return result;
+        return least;
+    // A whole multiple, which is exact.
+    const auto fitting = [](int length, int part) { return (length + part - 1) / part; };
+    return ratio *
+           std::max(fitting(least.width(), ratio.width()), fitting(least.height(), ratio.height()));
 }
 
 QRect Backdrop::placeOf(QSize picture) const

@@ -489,8 +489,11 @@ std::optional<Backdrop> TPictureEditor::backdrop() const { return backdropOf(m_C
 
 QImage TPictureEditor::withoutBackdrop()
 {
-    const QRect place = m_Canvas.scene().onBackdrop;
-    return place.isNull() ? m_Canvas.recorded() : m_Canvas.recorded().copy(place);
+    if (m_Canvas.scene().onBackdrop.isNull())
+        return m_Canvas.recorded();
+    // Its corners are not round there.
+    const Scene without = m_Canvas.after(operation(BackdropPicture{}));
+    return drawn(changed(m_Pixmap.toImage(), without), without.shapes);
 }
 
 void TPictureEditor::Undo() { moveNewest(m_VecUnDo, m_VecReDo); }

@@ -369,20 +369,27 @@ QList<Found> merged(const QList<Found> &found)
 qsizetype keyLines(const QList<ReadLine> &lines, qsizetype first)
 {
     static const QRegularExpression s_begin = ignoringCase(u"BEGIN ?[A-Z0-9 ]*PRIVATE ?KEY"_s);
-    static const QRegularExpression s_end = ignoringCase(u"END ?[A-Z0-9 ]*(PRIVATE|KEY)"_s);
-    // With signs for which letters are taken.
-    static const QRegularExpression s_inside(u"^[A-Za-z0-9+/=_|. \\[\\](){}!-]{8,}$"_s);
+    static const QRegularExpression s_end =
+        ignoringCase(u"(END ?[A-Z0-9 ]*(PRIVATE|KEY)|KEY ?[-\u2014]{2})"_s);
     if (!matches(s_begin, lines[first].text))
         return 0;
-    qsizetype end = first + 1;
-    while (end < lines.size() && end - first < s_mostKeyLines) {
-        const QString &text = lines[end].text;
-        if (matches(s_end, text))
+    const qsizetype most = std::min(lines.size(), first + s_mostKeyLines);
+    // Whatever was read between both belongs to it.
+    for (qsizetype end = first + 1; end < most; ++end) {
+        if (matches(s_end, lines[end].text))
             return end + 1 - first;
-        if (!matches(s_inside, text) || lines[end].words.size() > 4)
-            break;
-        ++end;
     }
+    // The end was not read: as far as it looks like a key, with signs for which letters are taken.
+    const auto looksInside = [](const ReadLine &line) {
+        const auto letters = std::count_if(line.text.begin(), line.text.end(), [](QChar letter) {
+            return letter.isLetterOrNumber() || u"+/="_s.contains(letter);
+        });
+        return line.text.size() >= 8 && letters * 10 >= line.text.size() * 8 &&
+               line.words.size() <= 4;
+    };
+    qsizetype end = first + 1;
+    while (end < most && looksInside(lines[end]))
+        ++end;
     return end - first;
 }
 

@@ -480,8 +480,14 @@ void MainWindow::changeBackdrop()
 {
     TPictureEditor &editor = m_Work->editor();
     editor.EndEdit();
-    BackdropDialog dialog(editor.withoutBackdrop(), editor.backdrop(), this);
-    changeAfter(dialog, [&] { editor.putOn(dialog.backdrop()); });
+    std::optional<Backdrop> before = editor.backdrop();
+    BackdropDialog dialog(editor.withoutBackdrop(), before, this);
+    if (before)
+        before->blots.clear();
+    changeAfter(dialog, [&] {
+        if (dialog.backdrop() != before)
+            editor.putOn(dialog.backdrop());
+    });
 }
 
 void MainWindow::say(const QString &text, const QList<NoticeBar::Action> &actions)
