@@ -205,14 +205,6 @@ void write(QJsonObject &to, const ResizePicture &resize, ShapeNumbers & /*number
     to["size"_L1] = QJsonArray{resize.size.width(), resize.size.height()};
 }
 
-QJsonArray namesOf(const QList<QRgb> &colors)
-{
-    QJsonArray names;
-    for (const QRgb color : colors)
-        names.append(QColor(color).name());
-    return names;
-}
-
 void write(QJsonObject &to, const BackdropPicture &put, ShapeNumbers & /*numbers*/)
 {
     to["op"_L1] = "backdrop"_L1;
@@ -286,7 +278,7 @@ public:
         else if (kind == "backdrop"_L1)
             result.change = readBackdrop(parts);
         else if (kind == "recolor"_L1)
-            result.change = RecolorBackdrop{readColors(parts)};
+            result.change = RecolorBackdrop{parts.colors("blots"_L1, Backdrop::s_mostBlots)};
         else if (parts.requireName(kind == "several"_L1) && parts.require(!isPart))
             result.change = readSeveral(parts);
         m_isNewer = m_isNewer || parts.isNewer();
@@ -329,20 +321,6 @@ private:
         return {{size.x(), size.y()}};
     }
 
-    static QList<QRgb> readColors(ShapeParts &parts)
-    {
-        QList<QRgb> result;
-        const QJsonArray names = parts.value("blots"_L1).toArray();
-        parts.require(names.size() <= Backdrop::s_mostBlots);
-        for (const auto &name : names) {
-            const QColor color(name.toString());
-            if (!parts.require(color.isValid()))
-                break;
-            result.append(color.rgb());
-        }
-        return result;
-    }
-
     static BackdropPicture readBackdrop(ShapeParts &parts)
     {
         if (!parts.value("on"_L1).toBool())
@@ -352,7 +330,7 @@ private:
         backdrop.first = QColor(parts.text("first"_L1));
         backdrop.second = QColor(parts.text("second"_L1));
         parts.require(backdrop.first.isValid() && backdrop.second.isValid());
-        backdrop.blots = readColors(parts);
+        backdrop.blots = parts.colors("blots"_L1, Backdrop::s_mostBlots);
         backdrop.padding = parts.number("padding"_L1);
         parts.require(backdrop.padding >= 0 && backdrop.padding <= Backdrop::s_widestPadding);
         backdrop.radius = parts.number("radius"_L1);

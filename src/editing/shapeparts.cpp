@@ -27,6 +27,20 @@ QPolygon ShapeParts::points(QLatin1StringView name, qsizetype fewest, qsizetype 
     return result;
 }
 
+QList<QRgb> ShapeParts::colors(QLatin1StringView name, qsizetype most)
+{
+    const QJsonArray names = m_shape[name].toArray();
+    QList<QRgb> result;
+    if (!require(names.size() <= most))
+        return result;
+    for (const auto &colorName : names) {
+        const QColor color(colorName.toString());
+        require(color.isValid());
+        result.append(color.rgb());
+    }
+    return result;
+}
+
 int ShapeParts::whole(const QJsonValue &value)
 {
     const double found = value.toDouble(std::nan(""));
@@ -41,4 +55,12 @@ QJsonArray numbersOf(const QPolygon &points)
         result.append(point.y());
     }
     return result;
+}
+
+QJsonArray namesOf(const QList<QRgb> &colors)
+{
+    QJsonArray names;
+    for (const QRgb color : colors)
+        names.append(QColor(color).name());
+    return names;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QColor>
 #include <QJsonArray>
 #include <QJsonObject>
 #include <QPolygon>
@@ -26,6 +27,8 @@ public:
     QJsonValue value(QLatin1StringView name) const { return m_shape[name]; }
     /// `fewest` points where the member is not usable.
     QPolygon points(QLatin1StringView name, qsizetype fewest, qsizetype most);
+    /// Opaque colours.
+    QList<QRgb> colors(QLatin1StringView name, qsizetype most);
 
 private:
     int whole(const QJsonValue &value);
@@ -37,3 +40,5 @@ private:
 
 /// The coordinates of points in the form that ShapeParts::points() reads.
 QJsonArray numbersOf(const QPolygon &points);
+/// Colours in the form that ShapeParts::colors() reads.
+QJsonArray namesOf(const QList<QRgb> &colors);

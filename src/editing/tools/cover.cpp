@@ -258,10 +258,7 @@ void CoverBlocks::write(QJsonObject &to) const
 {
     CoverArea::write(to);
     to["seed"_L1] = seed;
-    QJsonArray names;
-    for (const QRgb color : colors)
-        names.append(QColor(color).name());
-    to["colors"_L1] = names;
+    to["colors"_L1] = namesOf(colors);
     to["direction"_L1] =
         QJsonArray{direction.m11(), direction.m12(), direction.m21(), direction.m22()};
 }
@@ -270,13 +267,7 @@ CoverBlocks CoverBlocks::read(ShapeParts &parts)
 {
     CoverBlocks result{CoverArea::read(parts)};
     result.seed = parts.number("seed"_L1);
-    const QJsonArray names = parts.value("colors"_L1).toArray();
-    parts.require(names.size() <= s_mostColors);
-    for (const auto &name : names) {
-        const QColor color(name.toString());
-        parts.require(color.isValid());
-        result.colors.append(color.rgb());
-    }
+    result.colors = parts.colors("colors"_L1, s_mostColors);
     const QPolygon axes = parts.points("direction"_L1, 2, 2);
     const QPoint right = axes.first();
     const QPoint down = axes.last();
