@@ -110,10 +110,16 @@ bool QPictureDocument::save(const QString &path, const char *format, int quality
         writePicture(picture(), m_VecUnDo, path, format, quality, progress);
     if (written.isWritten) {
         m_File = written.file;
-        m_Covered = hasCovers(m_VecUnDo) && !HasLayeredEnding(path) ? m_VecUnDo : EditHistory();
+        noteWritten(path, m_VecUnDo);
     } else
         m_Failure = written.failure;
     return written.isWritten;
+}
+
+void QPictureDocument::noteWritten(const QString &path, const EditHistory &history)
+{
+    m_IsLayered = HasLayeredEnding(path);
+    m_Covered = hasCovers(history) && !m_IsLayered ? history : EditHistory();
 }
 
 bool QPictureDocument::isAnotherFile() const

@@ -55,6 +55,9 @@ public:
     /// path's extension and the toolkit. Returns false if it could not be written; an existing file
     /// is then unchanged, and m_Failure says why.
     bool save(const QString &path, const char *format, int quality);
+    /// Remembers what a file that was written has of the document: its shapes or, if these are
+    /// covers, nothing of what they hide.
+    void noteWritten(const QString &path, const EditHistory &history);
     /// Whether the file has changed since this document last read or wrote it.
     bool isAnotherFile() const;
 

@@ -141,6 +141,8 @@ public:
     bool choosesText() const;
     /// Opens it in the field in which it was typed.
     void editSelectedText();
+    /// Whether a key asks for a menu.
+    static bool isMenuKey(const QKeyEvent &event);
     /// Asks for the menu of the picture, where there is no pointer.
     void wantMenu();
 

@@ -27,19 +27,14 @@ void takeEveryMove(bool every)
     QGuiApplication::setAttribute(Qt::AA_CompressHighFrequencyEvents, s_usual && !every);
 }
 
-bool isMenuKey(const QKeyEvent &event)
-{
-    return event.key() == Qt::Key_Menu ||
-           (event.key() == Qt::Key_F10 && event.modifiers() == Qt::ShiftModifier);
-}
-
 // The menu key has an event of its own, before that of the key.
 bool asksForMenu(const QEvent &event)
 {
     if (event.type() == QEvent::ContextMenu)
         return static_cast<const QContextMenuEvent &>(event).reason() ==
                QContextMenuEvent::Keyboard;
-    return event.type() == QEvent::KeyPress && isMenuKey(static_cast<const QKeyEvent &>(event));
+    return event.type() == QEvent::KeyPress &&
+           TPictureEditor::isMenuKey(static_cast<const QKeyEvent &>(event));
 }
 
 // A drag is controlled by the button that began it.
@@ -88,6 +83,12 @@ bool draws(stateEnum tool) { return tool != stateMove && tool != stateSelect && 
 
 // The widget begins at a whole device pixel even if its logical position is between two. The
 // position in the window is used, because the event's position in the widget is rounded.
+bool TPictureEditor::isMenuKey(const QKeyEvent &event)
+{
+    return event.key() == Qt::Key_Menu ||
+           (event.key() == Qt::Key_F10 && event.modifiers() == Qt::ShiftModifier);
+}
+
 TPictureEditor::Pointer TPictureEditor::pointerOf(const QMouseEvent &event) const
 {
     const qreal ratio = m_pWidget->devicePixelRatioF();

@@ -214,8 +214,7 @@ bool DocumentFiles::written(int number, const QString &path, const EditHistory &
     document->m_File = result.file;
     document->m_FileName = path;
     document->m_Modified = document->m_VecUnDo != history;
-    document->m_IsLayered = HasLayeredEnding(path);
-    document->m_Covered = hasCovers(history) && !document->m_IsLayered ? history : EditHistory();
+    document->noteWritten(path, history);
     document->m_IsFileKept = false;
     document->SetIsNotNewFile();
     m_notices.withdraw(std::exchange(document->m_Notice, {}));

@@ -739,8 +739,7 @@ void MainWindow::offerColorText(QPoint position)
 
 void MainWindow::keyPressEvent(QKeyEvent *event)
 {
-    if (event->key() == Qt::Key_Menu ||
-        (event->key() == Qt::Key_F10 && event->modifiers() == Qt::ShiftModifier))
+    if (TPictureEditor::isMenuKey(*event))
         m_Work->editor().wantMenu();
     else
         QMainWindow::keyPressEvent(event);
