@@ -11,16 +11,15 @@ namespace {
 
 // The shadow is soft, so that it may be drawn in a quarter of its size.
 constexpr int s_shrink = 4;
-constexpr int s_shadowSteps = 12;
+constexpr int s_shadowSteps = 24;
 constexpr qreal s_shadowDepth = 0.35;  // how dark it is at its middle
 constexpr qreal s_shadowDrop = 0.25;   // how far below the picture, of its reach
 constexpr int s_leastShadow = 8;
 constexpr int s_mostShadow = 64;
 
 // Each step draws it again, a bit smaller, so that it is darkest in the middle.
-void drawShadow(QPainter &painter, const QRect &picture, int radius, int padding, QSize whole)
+void drawShadow(QPainter &painter, const QRect &picture, int radius, qreal reach, QSize whole)
 {
-    const qreal reach = std::clamp(padding * 2 / 3, s_leastShadow, s_mostShadow);
     QImage soft((whole + QSize(s_shrink - 1, s_shrink - 1)) / s_shrink,
                 QImage::Format_ARGB32_Premultiplied);
     soft.fill(Qt::transparent);
@@ -41,13 +40,29 @@ void drawShadow(QPainter &painter, const QRect &picture, int radius, int padding
     painter.drawImage(QRectF(QPointF(), QSizeF(soft.size() * s_shrink)), soft);
 }
 
-// Twice the size again and again, since one step alone would leave edges between the blots.
-QImage blurred(const QList<QRgb> &blots, QSize size)
+QImage imageOf(const QList<QRgb> &blots)
 {
     const QSize few = Backdrop::s_blots;
     QImage image(few, QImage::Format_RGB32);
     for (int i = 0; i < few.width() * few.height(); ++i)
         image.setPixel(i % few.width(), i / few.width(), blots.value(i, qRgb(128, 128, 128)));
+    return image;
+}
+
+QList<QRgb> blotsIn(const QImage &image)
+{
+    QList<QRgb> result;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x)
+            result.append(image.pixel(x, y) | 0xff000000);
+    }
+    return result;
+}
+
+// Twice the size again and again, since one step alone would leave edges between the blots.
+QImage blurred(const QList<QRgb> &blots, QSize size)
+{
+    QImage image = imageOf(blots);
     while (image.width() * 2 < size.width() && image.height() * 2 < size.height())
         image = image.scaled(image.size() * 2, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
     return image.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
@@ -72,10 +87,12 @@ QRect Backdrop::placeOf(QSize picture) const
     return {QPoint(room.width() / 2, room.height() / 2), picture};
 }
 
-QImage Backdrop::under(const QImage &picture) const
+QImage Backdrop::under(const QImage &picture, qreal scale) const
 {
-    const QSize whole = sizeFor(picture.size());
-    const QRect place = placeOf(picture.size());
+    Backdrop sized = *this;
+    sized.padding = qRound(padding * scale);
+    const QSize whole = sized.sizeFor(picture.size());
+    const QRect place = sized.placeOf(picture.size());
     QImage result(whole, QImage::Format_RGB32);
     if (result.isNull())
         return result;
@@ -90,9 +107,11 @@ QImage Backdrop::under(const QImage &picture) const
         gradient.setColorAt(1, QColor::fromRgb(second.rgb()));
         painter.fillRect(result.rect(), gradient);
     }
-    const int round = std::min({radius, place.width() / 2, place.height() / 2});
-    if (hasShadow)
-        drawShadow(painter, place, round, padding, whole);
+    const int round = std::min({qRound(radius * scale), place.width() / 2, place.height() / 2});
+    if (hasShadow) {
+        const int reach = std::clamp(padding * 2 / 3, s_leastShadow, s_mostShadow);
+        drawShadow(painter, place, round, reach * scale, whole);
+    }
     painter.setRenderHint(QPainter::Antialiasing);
     painter.translate(place.topLeft());
     if (round == 0) {
@@ -109,16 +128,20 @@ QImage Backdrop::under(const QImage &picture) const
     return result;
 }
 
+Backdrop Backdrop::turned(const QTransform &turn) const
+{
+    Backdrop result = *this;
+    if (!blots.isEmpty())
+        result.blots = blotsIn(imageOf(blots).transformed(turn));
+    if (turn.m12() != 0)
+        result.ratio.transpose();
+    return result;
+}
+
 QList<QRgb> Backdrop::blotsOf(const QImage &picture)
 {
     if (picture.isNull())
         return {};
-    const QImage few = picture.convertToFormat(QImage::Format_ARGB32_Premultiplied)
-                           .scaled(s_blots, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
-    QList<QRgb> result;
-    for (int y = 0; y < few.height(); ++y) {
-        for (int x = 0; x < few.width(); ++x)
-            result.append(few.pixel(x, y) | 0xff000000);
-    }
-    return result;
+    return blotsIn(picture.convertToFormat(QImage::Format_ARGB32_Premultiplied)
+                       .scaled(s_blots, Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
 }

@@ -5,6 +5,7 @@
 #include <QList>
 #include <QRect>
 #include <QSize>
+#include <QTransform>
 
 /// The ground on which a picture lies: what shows it off in a page or a talk. A value; lengths are
 /// picture pixels.
@@ -14,8 +15,8 @@ struct Backdrop {
     static constexpr int s_widestPadding = 1000;
     static constexpr int s_roundest = 200;
     /// How many colours a blurred ground has across and down.
-    static constexpr QSize s_blots{12, 8};
-    static constexpr qsizetype s_mostBlots = 96;  ///< all of them
+    static constexpr QSize s_blots{10, 10};
+    static constexpr qsizetype s_mostBlots = 100;  ///< all of them
 
     Ground ground = Ground::Gradient;
     QColor first{0x2b, 0x6f, 0x8f};   ///< of a plain ground, and of a gradient's top left corner
@@ -33,8 +34,10 @@ struct Backdrop {
     QSize sizeFor(QSize picture) const;
     /// Where the picture lies in it.
     QRect placeOf(QSize picture) const;
-    /// The whole, opaque.
-    QImage under(const QImage &picture) const;
+    /// The whole, opaque. With a `scale` the picture is a small one, and so is all around it.
+    QImage under(const QImage &picture, qreal scale = 1) const;
+    /// The ground for the picture after it was turned by quarters, or mirrored.
+    Backdrop turned(const QTransform &turn) const;
     /// What `blots` takes from a picture; nothing from none.
     static QList<QRgb> blotsOf(const QImage &picture);
 };

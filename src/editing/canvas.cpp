@@ -106,7 +106,7 @@ void Canvas::remember(const EditHistory &history)
 
 void Canvas::setScene(Scene scene)
 {
-    if (scene.picture != m_scene.picture || m_base.size() != scene.size) {
+    if (!isSamePicture(scene, m_scene) || m_base.size() != scene.size) {
         m_base = changed(m_picture, scene);
         m_isDrawn = false;
         m_areas.clear();
@@ -140,7 +140,7 @@ std::optional<QRegion> Canvas::follow(const EditHistory &history)
     }
     const Scene before = m_scene;
     setScene(sceneFor(history));
-    if (m_scene.picture != before.picture)
+    if (!isSamePicture(m_scene, before))
         return {};
     const QRegion area = difference(before.shapes, m_scene.shapes);
     if (m_isDrawn && shape && !isBack && isOnTop(before.shapes, m_scene.shapes))

@@ -79,7 +79,7 @@ EditHistory stillCovered(const EditHistory &history, const EditHistory &covered,
             if (changesPicture(*history.at(i)))
                 then = applied(std::move(then), {history.at(i)});
         }
-    } else if (now.picture != then.picture) {
+    } else if (!isSamePicture(now, then)) {
         return covered;
     }
     EditHistory result = history;

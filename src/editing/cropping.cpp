@@ -10,7 +10,7 @@ RegionSelection::Input input(QPoint at, Qt::KeyboardModifiers modifiers)
 }  // namespace
 
 Cropping::Cropping(QSize picture, float reach)
-    : m_picture(picture), m_region(RegionPolicy{.exactKeys = true})
+    : m_picture(picture), m_region(RegionPolicy{.exactKeys = true, .lastIsEdge = false})
 {
     setReach(reach);
     // As if the pointer had marked it.

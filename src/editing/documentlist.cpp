@@ -118,12 +118,14 @@ DocumentList::Opened DocumentList::addFiles(const QStringList &paths)
     for (const QString &path : paths) {
         if (const int index = open.indexOf(path); index >= 0) {
             result.known = result.known < 0 ? index : result.known;
+            result.all.append(index);
             continue;
         }
         m_documents.push_back(
             QPictureDocument::awaited({.name = path, .file = FileIdentity::of(path)}));
         open.add(path, size() - 1);
         result.first = result.first < 0 ? size() - 1 : result.first;
+        result.all.append(size() - 1);
     }
     return result;
 }

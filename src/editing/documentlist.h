@@ -52,8 +52,9 @@ public:
     int addReturned(const UnsavedWork &work);
 
     struct Opened {
-        int first = -1;  ///< index of the first document that was added
-        int known = -1;  ///< index of the first one that was open already
+        int first = -1;    ///< index of the first document that was added
+        int known = -1;    ///< index of the first one that was open already
+        QList<int> all{};  ///< indexes of all, in the order of the files
     };
     /// Adds a document for each file that has none; their pictures are still to come.
     Opened addFiles(const QStringList &paths);

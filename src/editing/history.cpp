@@ -3,8 +3,11 @@
 #include <QHash>
 #include <QSet>
 
+#include <QTransform>
+
 #include <algorithm>
 #include <atomic>
+#include <functional>
 #include <iterator>
 
 namespace {
@@ -119,13 +122,18 @@ private:
 
     void apply(const TurnPicture &turn, const OperationPtr &whole)
     {
-        change(turn.quarters % 2 ? m_scene.size.transposed() : m_scene.size,
-               PictureMap::turning(turn.quarters, m_scene.size), whole);
+        changeOnGround(QTransform().rotate(90. * (turn.quarters & 3)), [&] {
+            change(turn.quarters % 2 ? m_scene.size.transposed() : m_scene.size,
+                   PictureMap::turning(turn.quarters, m_scene.size), whole);
+        });
     }
 
     void apply(const MirrorPicture &mirror, const OperationPtr &whole)
     {
-        change(m_scene.size, PictureMap::mirroring(mirror.axis, m_scene.size), whole);
+        const bool isAcross = mirror.axis == Qt::Horizontal;
+        changeOnGround(QTransform::fromScale(isAcross ? -1 : 1, isAcross ? 1 : -1), [&] {
+            change(m_scene.size, PictureMap::mirroring(mirror.axis, m_scene.size), whole);
+        });
     }
 
     void apply(const ResizePicture &resize, const OperationPtr &whole)
@@ -171,6 +179,18 @@ private:
     {
         for (const OperationPtr &change : several.changes)
             apply(change);
+    }
+
+    // Turns what lies on the ground, so that this can still be exchanged, and its light comes from
+    // where it came from.
+    void changeOnGround(const QTransform &turn, const std::function<void()> &change)
+    {
+        const std::optional<Backdrop> ground = backdropOf(m_scene);
+        if (ground)
+            apply(BackdropPicture{}, nullptr);
+        change();
+        if (ground)
+            SceneBuilder::apply(operation(BackdropPicture{ground->turned(turn)}));
     }
 
     void change(QSize size, const PictureMap &map, const OperationPtr &whole)
@@ -280,6 +300,19 @@ std::optional<Backdrop> backdropOf(const Scene &scene)
     if (scene.onBackdrop.isNull())
         return {};
     return std::get<BackdropPicture>(scene.picture.last()->change).backdrop;
+}
+
+bool isSamePicture(const Scene &a, const Scene &b)
+{
+    // A ground that was turned or has got other colours is an operation that no history has, made
+    // anew for each scene.
+    const auto isSame = [](const OperationPtr &one, const OperationPtr &other) {
+        const auto *ground = std::get_if<BackdropPicture>(&one->change);
+        const auto *otherGround = std::get_if<BackdropPicture>(&other->change);
+        return one == other || (ground && otherGround && ground->backdrop == otherGround->backdrop);
+    };
+    return a.size == b.size && std::equal(a.picture.begin(), a.picture.end(), b.picture.begin(),
+                                          b.picture.end(), isSame);
 }
 
 Scene sceneOf(const EditHistory &history, QSize picture)

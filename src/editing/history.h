@@ -127,5 +127,8 @@ Scene sceneOf(const EditHistory &history, QSize picture);
 /// What lies around the picture, if that came last; else none.
 std::optional<Backdrop> backdropOf(const Scene &scene);
 
+/// Whether the same was done to the picture itself.
+bool isSamePicture(const Scene &a, const Scene &b);
+
 /// What becomes of a scene by further operations, oldest first.
 Scene applied(Scene scene, const QList<OperationPtr> &steps);

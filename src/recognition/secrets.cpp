@@ -1,5 +1,8 @@
 #include "recognition/secrets.h"
 
+#include "recognition/linedirection.h"
+#include "recognition/wordmending.h"
+
 #include <QRegularExpression>
 
 #include <algorithm>
@@ -34,7 +37,9 @@ struct Found {
 class LineText
 {
 public:
-    explicit LineText(const ReadLine &line) : m_words(line.words)
+    // `blank` is blankOf() all lines.
+    LineText(const ReadLine &line, double blank)
+        : m_words(line.words), m_isTorn(tornWords(line.words, blank))
     {
         for (const ReadWord &word : line.words) {
             if (!m_text.isEmpty())
@@ -47,6 +52,24 @@ public:
     const QString &text() const { return m_text; }
     QString text(const Span &span) const { return m_text.mid(span.begin, span.end - span.begin); }
     Span all() const { return {0, m_text.size()}; }
+    // The span and the rest of all words of which a part is in it, torn ones too.
+    Span wholeWords(const Span &span) const
+    {
+        Span result = span;
+        for (qsizetype i = 0; i < m_spans.size(); ++i) {
+            const bool isTorn = m_isTorn[i] && m_spans[i - 1].end <= result.end &&
+                                m_spans[i - 1].end > result.begin;
+            if (isTorn || m_spans[i].meets(result))
+                result.end = std::max(result.end, m_spans[i].end);
+        }
+        for (qsizetype i = m_spans.size(); i-- > 0;) {
+            const bool isTorn =
+                i + 1 < m_spans.size() && m_isTorn[i + 1] && m_spans[i + 1].meets(result);
+            if (isTorn || m_spans[i].meets(result))
+                result.begin = std::min(result.begin, m_spans[i].begin);
+        }
+        return result;
+    }
     // What covers all words of which a part is in the span.
     QRect area(const Span &span) const
     {
@@ -62,6 +85,7 @@ private:
     const QList<ReadWord> &m_words;
     QString m_text;
     QList<Span> m_spans;
+    QList<bool> m_isTorn;
 };
 
 bool matches(const QRegularExpression &pattern, const QString &text)
@@ -124,14 +148,19 @@ bool hasLuhnDigit(const QString &digits)
 }
 
 // Of the lengths and beginnings that are given out.
-bool isCard(const QString &digits, const QString &label)
+bool isCard(const QString &text, const QString &digits, const QString &label)
 {
+    constexpr qsizetype s_shortest = 13;
+    constexpr qsizetype s_longest = 19;
     static const QRegularExpression s_issued(
         u"^(4\\d{12}(\\d{3}){0,2}|5[1-5]\\d{14}|2[2-7]\\d{14}|3[47]\\d{13}|3[068]\\d{12}|35\\d{14}|6\\d{15,18})$"_s);
     static const QRegularExpression s_label =
         ignoringCase(u"\\b(card|karte|visa|mastercard|maestro|amex|kreditkarte|卡)"_s);
-    // With its label it is one though a digit was read wrong.
-    return matches(s_issued, digits) && (hasLuhnDigit(digits) || matches(s_label, label));
+    static const QRegularExpression s_grouped(u"^\\S{4}([ -]\\S{4}){3}$"_s);
+    // With its label, or grouped as on a card, it is one though a digit was read wrong.
+    if (matches(s_label, label))
+        return digits.size() >= s_shortest && digits.size() <= s_longest;
+    return matches(s_issued, digits) && (hasLuhnDigit(digits) || matches(s_grouped, text));
 }
 
 bool isTelephone(const QString &text, const QString &digits, const QString &label)
@@ -163,7 +192,7 @@ bool isTelephone(const QString &text, const QString &digits, const QString &labe
 std::optional<Kind> kindOfNumber(const QString &text, const QString &label)
 {
     const QString digits = digitsOf(text);
-    if (isCard(digits, label))
+    if (isCard(text, digits, label))
         return Kind::Card;
     return isTelephone(text, digits, label) ? std::optional(Kind::Telephone) : std::nullopt;
 }
@@ -294,8 +323,9 @@ const QList<Pattern> &patterns()
         u"(?:pass(?:word|wd|phrase|code|wort)?|pwd|kennwort|pin|secret(?:[ _-]?key)?|(?:[a-z]+[_-])*(?:token|secret|password|pwd)|(?:api|access|private|auth|license|encryption|signing|account|client)[ _-]?(?:key|token|secret)|密码|口令|密钥)"_s;
     static const QList<Pattern> s_patterns{
         // Before addresses, for which its end may be taken.
-        {Kind::Password, ignoringCase(u"\\w+://[^\\s/:@]+:[^\\s/@]+@\\S+"_s)},
-        {Kind::MailAddress, ignoringCase(u"[\\w.%+-]+ ?@ ?"_s + s_domain + u"[a-z0-9]{2,24}\\b"_s)},
+        {Kind::Password, ignoringCase(u"\\w+://[^\\s/:@]+:[^\\s/@]+ ?[^\\s/@]*@\\S+"_s)},
+        {Kind::MailAddress,
+         ignoringCase(u"(?:\\S*_ )?[\\w.%+-]+ ?@ ?"_s + s_domain + u"[a-z0-9]{2,24}\\b"_s)},
         // The sign as it is read wrong.
         {Kind::MailAddress,
          QRegularExpression(
@@ -312,10 +342,10 @@ const QList<Pattern> &patterns()
          1},
         {Kind::Key,
          QRegularExpression(
-             u"\\bA[KSGRN][I1lPO][AD](?=[A-Z0-9]*\\d)[A-Z0-9]{6,}(?: [A-Z0-9]*\\d[A-Z0-9]*)*\\b"_s)},
+             u"\\bA[KSGRN][I1lPO][AD](?=\\S*\\d)[A-Z0-9/|\\[\\]]{6,}(?: [A-Z0-9]*\\d[A-Z0-9]*)*\\b"_s)},
         {Kind::Key,
          QRegularExpression(
-             u"\\b(?:gh[pousr]|github[_ ]pat|glpat|npm|xox[abeprs]|[srp]k[_ -](?:live|test)|sk|pypi|shpat|dop[_ ]v1|hf|SG)[_. -][A-Za-z0-9][\\w-]{14,}(?: [\\w-]*\\d[\\w-]*)?"_s)},
+             u"\\b(?:gh[pousr]|github ?[_ ]pat|glpat|npm|xox[abeprs]|[srp]k[_ -](?:live|test)|sk|pypi|shpat|dop[_ ]v1|hf|SG)[_. -][A-Za-z0-9][\\w-]{14,}(?: [\\w-]*\\d[\\w-]*)?"_s)},
         {Kind::Key, QRegularExpression(u"\\bAIza[\\w-]{20,}"_s)},
         {Kind::Key,
          QRegularExpression(u"\\bey[Jj\\]][A-Za-z0-9_-]{6,}(?: ?[.,] ?[A-Za-z0-9_-]{6,}){1,2}"_s)},
@@ -365,14 +395,46 @@ QList<Found> merged(const QList<Found> &found)
     return result;
 }
 
+// A line of one word without an end, as keys are broken into, as far as it was read well; empty for
+// others.
+QString keyLine(const ReadLine &line, double blank)
+{
+    constexpr qsizetype s_shortest = 20;
+    if (line.words.isEmpty() || tornWords(line.words, blank).count(false) > 1)
+        return {};
+    QString joined;
+    for (const ReadWord &word : line.words)
+        joined += word.text;
+    const auto ofKey = std::count_if(joined.begin(), joined.end(), [](QChar letter) {
+        return classOf(letter) != Letter::Other || u"+/=|"_s.contains(letter);
+    });
+    const bool isOne = joined.size() >= s_shortest && ofKey * 20 >= joined.size() * 19;
+    return isOne ? joined : QString();
+}
+
+// How many lines from this one on are a key whose head was not read: a line of dashes hardly looks
+// like text.
+qsizetype bareKeyLines(const QList<ReadLine> &lines, qsizetype first, double blank)
+{
+    bool isRandom = false;
+    qsizetype end = first;
+    for (; end < lines.size(); ++end) {
+        const QString letters = keyLine(lines[end], blank);
+        if (letters.isEmpty())
+            break;
+        isRandom = isRandom || looksRandom(letters);
+    }
+    return isRandom && end - first > 1 ? end - first : 0;
+}
+
 // How many lines from this one on are a block with a private key; 0 for none.
-qsizetype keyLines(const QList<ReadLine> &lines, qsizetype first)
+qsizetype keyLines(const QList<ReadLine> &lines, qsizetype first, double blank)
 {
     static const QRegularExpression s_begin = ignoringCase(u"BEGIN ?[A-Z0-9 ]*PRIVATE ?KEY"_s);
     static const QRegularExpression s_end =
         ignoringCase(u"(END ?[A-Z0-9 ]*(PRIVATE|KEY)|KEY ?[-\u2014]{2})"_s);
     if (!matches(s_begin, lines[first].text))
-        return 0;
+        return bareKeyLines(lines, first, blank);
     const qsizetype most = std::min(lines.size(), first + s_mostKeyLines);
     // Whatever was read between both belongs to it.
     for (qsizetype end = first + 1; end < most; ++end) {
@@ -393,27 +455,45 @@ qsizetype keyLines(const QList<ReadLine> &lines, qsizetype first)
     return end - first;
 }
 
+// Each line as long as the whole block: what was not read at its end belongs to it, too.
+Secret keyBlock(const QList<ReadLine> &lines, double blank)
+{
+    Secret result{.kind = Kind::Key, .text = lines.first().text};
+    QRect all;
+    for (const ReadLine &line : lines) {
+        const LineText text(line, blank);
+        result.areas.append(text.area(text.all()));
+        all |= result.areas.last();
+    }
+    const auto longest =
+        std::max_element(lines.begin(), lines.end(), [](const ReadLine &a, const ReadLine &b) {
+            return a.words.size() < b.words.size();
+        });
+    const LineDirection direction(longest->words);
+    for (QRect &area : result.areas)
+        area = direction.stretched(area, all);
+    return result;
+}
+
 }  // namespace
 
 QList<Secret> secretsIn(const QList<ReadLine> &lines)
 {
     QList<Secret> result;
+    const double blank = blankOf(lines);
     for (qsizetype i = 0; i < lines.size(); ++i) {
-        if (const qsizetype count = keyLines(lines, i); count > 0) {
-            Secret block{.kind = Kind::Key, .text = lines[i].text};
-            for (qsizetype end = i + count; i < end; ++i) {
-                const LineText line(lines[i]);
-                block.areas.append(line.area(line.all()));
-            }
-            --i;
-            result.append(block);
+        if (const qsizetype count = keyLines(lines, i, blank); count > 0) {
+            result.append(keyBlock(lines.mid(i, count), blank));
+            i += count - 1;
             continue;
         }
-        const LineText line(lines[i]);
+        const LineText line(lines[i], blank);
         QList<Found> found;
         findPatterns(line, found);
         findNumbers(line, found);
         findRandom(line, found);
+        for (Found &one : found)
+            one.span = line.wholeWords(one.span);
         for (const Found &one : merged(found))
             result.append({one.kind, line.text(one.span), {line.area(one.span)}});
     }

@@ -1,24 +1,29 @@
 #include "recognition/textground.h"
 
 #include <QPainter>
+#include <QPoint>
+#include <QSize>
 
 #include <algorithm>
 #include <array>
 #include <cstdlib>
+#include <numeric>
 #include <vector>
 
 namespace {
 
-// The ground at a place is the grey that most of its surroundings have, looked up for cells of a
-// few pixels. Close to an edge between two grounds each has the most on its own side, so that the
-// edge stays where it is.
-constexpr int s_cell = 4;    // pixels
-constexpr int s_across = 8;  // cells on each side that count as surroundings
-constexpr int s_down = 4;    // the same above and below
+// The ground at a place is a grey that most of its wide surroundings have, or of those a little
+// aside, or that its close surroundings have nearly alone: of these the one of which there is most
+// close by. So a panel has its own ground up to its edges and corners, and so has a bar that covers
+// a line.
+constexpr int s_cell = 4;       // pixels, for which the ground is the same
+constexpr QSize s_wide(8, 4);   // cells on each side that are wide surroundings
+constexpr QSize s_close(2, 1);  // the same for close ones
+constexpr std::array<QPoint, 5> s_places{{{0, 0}, {-6, -3}, {6, -3}, {-6, 3}, {6, 3}}};  // cells
+constexpr double s_alone = 0.85;
 constexpr int s_greys = 16;  // told apart
 constexpr int s_perGrey = 16;
-
-using Counts = std::array<int, s_greys>;
+constexpr uchar s_none = s_greys;
 
 QImage greyOf(const QImage &picture)
 {
@@ -32,18 +37,8 @@ QImage greyOf(const QImage &picture)
     return opaque.convertToFormat(QImage::Format_Grayscale8);
 }
 
-// How often each grey comes in a row of cells.
-std::vector<Counts> countsOf(const QImage &grey, int row)
-{
-    std::vector<Counts> result((grey.width() + s_cell - 1) / s_cell, Counts{});
-    const int end = std::min((row + 1) * s_cell, grey.height());
-    for (int y = row * s_cell; y < end; ++y) {
-        const uchar *line = grey.constScanLine(y);
-        for (int x = 0; x < grey.width(); ++x)
-            ++result[x / s_cell][line[x] / s_perGrey];
-    }
-    return result;
-}
+// How often each grey comes.
+using Counts = std::array<int, s_greys>;
 
 void add(Counts &to, const Counts &what, int sign)
 {
@@ -51,10 +46,102 @@ void add(Counts &to, const Counts &what, int sign)
         to[i] += sign * what[i];
 }
 
-int mostOf(const Counts &counts)
+uchar mostOf(const Counts &counts)
 {
-    const auto most = std::max_element(counts.begin(), counts.end());
-    return static_cast<int>(most - counts.begin());
+    return static_cast<uchar>(std::max_element(counts.begin(), counts.end()) - counts.begin());
+}
+
+// A value for each cell of a picture.
+template<class Value> struct Cells {
+    explicit Cells(QSize cells) : size(cells), values(size_t(cells.width()) * cells.height()) {}
+
+    bool has(QPoint place) const { return QRect(QPoint(), size).contains(place); }
+    Value &at(QPoint place) { return values[size_t(place.y()) * size.width() + place.x()]; }
+    const Value &at(QPoint place) const
+    {
+        return values[size_t(place.y()) * size.width() + place.x()];
+    }
+
+    QSize size;
+    std::vector<Value> values{};
+};
+
+using CellCounts = Cells<std::array<uchar, s_greys>>;
+
+CellCounts countsOf(const QImage &grey)
+{
+    CellCounts result(
+        QSize((grey.width() + s_cell - 1) / s_cell, (grey.height() + s_cell - 1) / s_cell));
+    for (int y = 0; y < grey.height(); ++y) {
+        const uchar *line = grey.constScanLine(y);
+        for (int x = 0; x < grey.width(); ++x)
+            ++result.at({x / s_cell, y / s_cell})[line[x] / s_perGrey];
+    }
+    return result;
+}
+
+// For each cell what `pick` makes of the counts of all cells as near as that.
+template<class Pick> Cells<uchar> aroundEach(const CellCounts &cells, QSize near, const Pick &pick)
+{
+    const int rows = cells.size.height();
+    const int columns = cells.size.width();
+    Cells<uchar> result(cells.size);
+    // The rows around the current one, column by column.
+    std::vector<Counts> sums(columns, Counts{});
+    const auto take = [&](int row, int sign) {
+        for (int column = 0; column < columns && row >= 0 && row < rows; ++column) {
+            const auto &counts = cells.at({column, row});
+            for (int i = 0; i < s_greys; ++i)
+                sums[column][i] += sign * counts[i];
+        }
+    };
+    for (int row = 0; row < near.height(); ++row)
+        take(row, 1);
+    for (int row = 0; row < rows; ++row) {
+        take(row + near.height(), 1);
+        take(row - near.height() - 1, -1);
+        Counts around{};
+        for (int column = 0; column < std::min(near.width(), columns); ++column)
+            add(around, sums[column], 1);
+        for (int column = 0; column < columns; ++column) {
+            if (column + near.width() < columns)
+                add(around, sums[column + near.width()], 1);
+            if (column > near.width())
+                add(around, sums[column - near.width() - 1], -1);
+            result.at({column, row}) = pick(around);
+        }
+    }
+    return result;
+}
+
+// One of the greys that may be the ground of a cell.
+uchar bestOf(const CellCounts &cells, QPoint place, const Cells<uchar> &wide,
+             const Cells<uchar> &alone)
+{
+    Counts close{};
+    std::array<bool, s_greys> isPossible{};
+    for (int y = -s_close.height(); y <= s_close.height(); ++y) {
+        for (int x = -s_close.width(); x <= s_close.width(); ++x) {
+            const QPoint near = place + QPoint(x, y);
+            if (!cells.has(near))
+                continue;
+            const auto &counts = cells.at(near);
+            for (int i = 0; i < s_greys; ++i)
+                close[i] += counts[i];
+            if (alone.at(near) != s_none)
+                isPossible[alone.at(near)] = true;
+        }
+    }
+    for (const QPoint aside : s_places) {
+        if (wide.has(place + aside))
+            isPossible[wide.at(place + aside)] = true;
+    }
+    uchar best = wide.at(place);
+    for (uchar i = 0; i < s_greys; ++i) {
+        if (isPossible[i] && close[i] > close[best])
+            best = i;
+    }
+    return best;
 }
 
 // The middle of a range of greys, but its end where that is the ground itself most of the time.
@@ -72,32 +159,16 @@ QImage onWhite(const QImage &picture)
     QImage grey = greyOf(picture);
     if (grey.isNull())
         return {};
-    const int rows = (grey.height() + s_cell - 1) / s_cell;
-    const int columns = (grey.width() + s_cell - 1) / s_cell;
-    // The rows of cells around the current one, and what they come to, column by column.
-    std::vector<std::vector<Counts>> near(2 * s_down + 1);
-    std::vector<Counts> sums(columns, Counts{});
-    const auto take = [&](int row) {
-        std::vector<Counts> &place = near[row % near.size()];
-        for (size_t i = 0; i < place.size(); ++i)
-            add(sums[i], place[i], -1);
-        place = row < rows ? countsOf(grey, row) : std::vector<Counts>();
-        for (size_t i = 0; i < place.size(); ++i)
-            add(sums[i], place[i], 1);
-    };
-    for (int row = 0; row < s_down; ++row)
-        take(row);
-    for (int row = 0; row < rows; ++row) {
-        take(row + s_down);
-        Counts around{};
-        for (int column = 0; column < std::min(s_across, columns); ++column)
-            add(around, sums[column], 1);
-        for (int column = 0; column < columns; ++column) {
-            if (column + s_across < columns)
-                add(around, sums[column + s_across], 1);
-            if (column > s_across)
-                add(around, sums[column - s_across - 1], -1);
-            const int ground = groundOf(mostOf(around));
+    const CellCounts cells = countsOf(grey);
+    const Cells<uchar> wide = aroundEach(cells, s_wide, mostOf);
+    const Cells<uchar> alone = aroundEach(cells, s_close, [](const Counts &counts) {
+        const uchar most = mostOf(counts);
+        const int all = std::accumulate(counts.begin(), counts.end(), 0);
+        return counts[most] >= s_alone * all ? most : s_none;
+    });
+    for (int row = 0; row < cells.size.height(); ++row) {
+        for (int column = 0; column < cells.size.width(); ++column) {
+            const int ground = groundOf(bestOf(cells, {column, row}, wide, alone));
             const int bottom = std::min((row + 1) * s_cell, grey.height());
             const int right = std::min((column + 1) * s_cell, grey.width());
             for (int y = row * s_cell; y < bottom; ++y) {

@@ -3,6 +3,7 @@
 #include "base/log.h"
 #include "recognition/runtimelibrary.h"
 #include "recognition/textground.h"
+#include "recognition/wordmending.h"
 
 #include <QDeadlineTimer>
 #include <QLibrary>
@@ -38,6 +39,9 @@ constexpr qreal s_cutRoom = 0.25;
 // tokens, which are in no dictionary, no more than that.
 constexpr float s_leastConfidence = 25;
 constexpr int s_fewLetters = 3;
+// Text that is upside down is taken for letters that are trusted less than those of upright text.
+constexpr qreal s_leastUpright = 60;
+constexpr qsizetype s_leastToDoubt = 8;
 // Each language takes as long again.
 constexpr int s_mostLanguages = 2;
 
@@ -208,6 +212,22 @@ QImage prepared(const QImage &part)
     return result;
 }
 
+// A box of the picture that was prepared from a part.
+QRect inPicture(const QRect &box, const QRect &part)
+{
+    const auto down = [](int pixels) {
+        return static_cast<int>(std::floor((pixels - s_margin) / s_enlarged));
+    };
+    const auto up = [](int pixels) {
+        return static_cast<int>(std::ceil((pixels - s_margin) / s_enlarged));
+    };
+    const QPoint corner(down(box.x()), down(box.y()));
+    const QPoint end(up(box.x() + box.width()), up(box.y() + box.height()));
+    return QRect(corner, QSize(end.x() - corner.x(), end.y() - corner.y()))
+               .translated(part.topLeft()) &
+           part;
+}
+
 // One use of the library.
 class Reading
 {
@@ -250,20 +270,17 @@ public:
         const QImage image = prepared(picture.copy(place));
         if (image.isNull())
             throw std::bad_alloc();
-        m_library.setMode(m_handle.get(), s_automatic);
-        m_library.setImage(m_handle.get(), image.constBits(), image.width(), image.height(), 1,
-                           static_cast<int>(image.bytesPerLine()));
-        m_library.setResolution(m_handle.get(), s_resolution);
-        QList<ReadLine> found;
-        if (!recognize(place, found))
+        Found found;
+        if (!readAsItIs(image, found))
             return false;
-        // A word or two alone make no block.
-        if (found.isEmpty()) {
-            m_library.setMode(m_handle.get(), s_sparse);
-            if (!recognize(place, found))
-                return false;
+        if (found.letters >= s_leastToDoubt && found.confidence() < s_leastUpright &&
+            !readUpsideDown(image, found))
+            return false;
+        for (ReadLine &line : found.lines) {
+            for (ReadWord &word : line.words)
+                word.box = inPicture(withWholeLetters(word.box, image), place);
         }
-        lines += found;
+        lines += found.lines;
         return true;
     }
 
@@ -272,13 +289,59 @@ public:
 private:
     static constexpr int s_resolution = 300;  // dots per inch that enlarged letters look like
 
+    // What was read, with boxes in what was read from.
+    struct Found {
+        QList<ReadLine> lines{};
+        qsizetype letters = 0;
+        qreal trust = 0;  ///< the sum of all letters' confidence, up to 100 each
+
+        qreal confidence() const { return letters > 0 ? trust / static_cast<qreal>(letters) : 0; }
+    };
+
     bool goesOn(int permille)
     {
-        const int done = (m_part.first * 1000 + permille) / m_part.second;
-        return !m_deadline.hasExpired() && m_goesOn(done);
+        // What is read a second time has been counted.
+        m_told = std::max(m_told, (m_part.first * 1000 + permille) / m_part.second);
+        return !m_deadline.hasExpired() && m_goesOn(m_told);
     }
 
-    bool recognize(const QRect &place, QList<ReadLine> &lines)
+    bool readAsItIs(const QImage &image, Found &found)
+    {
+        m_library.setMode(m_handle.get(), s_automatic);
+        m_library.setImage(m_handle.get(), image.constBits(), image.width(), image.height(), 1,
+                           static_cast<int>(image.bytesPerLine()));
+        m_library.setResolution(m_handle.get(), s_resolution);
+        if (!recognize(found))
+            return false;
+        // A word or two alone make no block.
+        if (found.lines.isEmpty()) {
+            m_library.setMode(m_handle.get(), s_sparse);
+            if (!recognize(found))
+                return false;
+        }
+        joinTornWords(found.lines);
+        return true;
+    }
+
+    // The library turns what stands on its side by a quarter, always the same way, but nothing
+    // upside down. Keeps what makes more sense; what was found stays where there is no time left.
+    bool readUpsideDown(const QImage &image, Found &found)
+    {
+        Found turned;
+        if (!readAsItIs(image.mirrored(true, true), turned))
+            return isLate();
+        if (turned.confidence() <= found.confidence())
+            return true;
+        const QPoint end = image.rect().bottomRight();
+        for (ReadLine &line : turned.lines) {
+            for (ReadWord &word : line.words)
+                word.box = QRect(end - word.box.bottomRight(), word.box.size());
+        }
+        found = std::move(turned);
+        return true;
+    }
+
+    bool recognize(Found &found)
     {
         const std::unique_ptr<void, void (*)(void *)> monitor(m_library.createMonitor(),
                                                               m_library.deleteMonitor);
@@ -298,7 +361,7 @@ private:
         if (watch.isGivenUp || !goesOn(1000))
             return false;
         if (isRead)
-            collect(place, lines);
+            collect(found);
         return true;
     }
 
@@ -309,7 +372,8 @@ private:
         return QString::fromUtf8(text.get()).trimmed();
     }
 
-    QRect boxOf(const void *results, const QRect &place) const
+    // In the enlarged picture.
+    QRect boxOf(const void *results) const
     {
         int left = 0;
         int top = 0;
@@ -317,19 +381,10 @@ private:
         int bottom = 0;
         if (!m_library.box(m_library.pageOf(results), s_byWord, &left, &top, &right, &bottom))
             return {};
-        const auto inPicture = [](int pixels, auto round) {
-            return static_cast<int>(round((pixels - s_margin) / s_enlarged));
-        };
-        const auto down = [](qreal value) { return std::floor(value); };
-        const auto up = [](qreal value) { return std::ceil(value); };
-        const QPoint corner(inPicture(left, down), inPicture(top, down));
-        const QPoint end(inPicture(right, up), inPicture(bottom, up));
-        return QRect(corner, QSize(end.x() - corner.x(), end.y() - corner.y()))
-                   .translated(place.topLeft()) &
-               place;
+        return QRect(QPoint(left, top), QSize(right - left, bottom - top));
     }
 
-    void collect(const QRect &place, QList<ReadLine> &lines) const
+    void collect(Found &found) const
     {
         const std::unique_ptr<void, void (*)(void *)> results(m_library.results(m_handle.get()),
                                                               m_library.deleteResults);
@@ -346,15 +401,19 @@ private:
                             (text.size() > s_fewLetters ||
                              m_library.confidence(results.get(), s_byLine) >= s_leastConfidence);
                 if (isTrusted) {
-                    lines.append({.text = text, .beginsBlock = beginsBlock});
+                    found.lines.append({.text = text, .beginsBlock = beginsBlock});
                     beginsBlock = false;
                 }
             }
             if (!isTrusted)
                 continue;
-            ReadWord word{textOf(results.get(), s_byWord), boxOf(results.get(), place)};
-            if (!word.text.isEmpty() && !word.box.isEmpty())
-                lines.last().words.append(std::move(word));
+            ReadWord word{textOf(results.get(), s_byWord), boxOf(results.get())};
+            if (word.text.isEmpty() || word.box.isEmpty())
+                continue;
+            found.letters += word.text.size();
+            found.trust += qreal(m_library.confidence(results.get(), s_byWord)) *
+                           static_cast<qreal>(word.text.size());
+            found.lines.last().words.append(std::move(word));
         } while (m_library.next(results.get(), s_byWord));
     }
 
@@ -363,6 +422,7 @@ private:
     QDeadlineTimer m_deadline;
     std::unique_ptr<void, void (*)(void *)> m_handle;
     std::pair<int, int> m_part{0, 1};  ///< which of how many is being read
+    int m_told = 0;                    ///< permille
 };
 
 }  // namespace

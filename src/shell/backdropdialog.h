@@ -9,9 +9,12 @@
 
 class QCheckBox;
 class QComboBox;
+class QFormLayout;
 class QLabel;
+class QLayout;
 class QPushButton;
 class QSpinBox;
+class QToolButton;
 
 /// Asks for the ground on which a picture is to lie, and shows what comes of it.
 class BackdropDialog : public SizeDialog
@@ -28,8 +31,8 @@ public:
     std::optional<Backdrop> backdrop() const;
 
 private:
-    void addPresets();
-    void addFields(bool isOnOne);
+    QLayout *presets();
+    QLayout *fields(bool isOnOne);
     void set(const Backdrop &backdrop);
     void refresh();
 
@@ -39,6 +42,7 @@ private:
     QColor m_first;
     QColor m_second;
     QLabel *m_preview;
+    QList<QToolButton *> m_presets{};
     QComboBox *m_ground;
     QPushButton *m_firstButton;
     QPushButton *m_secondButton;
@@ -46,4 +50,5 @@ private:
     QSpinBox *m_radius;
     QCheckBox *m_shadow;
     QComboBox *m_ratio;
+    QFormLayout *m_fields;
 };

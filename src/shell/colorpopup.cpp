@@ -100,6 +100,17 @@ private:
     bool m_isCurrent;
 };
 
+// Colours that differ more are no shades of one that has a name.
+constexpr int s_sameName = 13'000;
+
+// The eye tells a hint of colour from grey where the numbers hardly differ.
+bool isGrey(const QColor &color)
+{
+    constexpr int hint = 32;
+    const auto [least, most] = std::minmax({color.red(), color.green(), color.blue()});
+    return most - least <= hint;
+}
+
 // How much two colours differ for the eye, roughly: green counts most, and red more among reds.
 int difference(const QColor &a, QRgb b)
 {
@@ -148,6 +159,8 @@ QString ColorPopup::nameOf(const QColor &color)
         std::min_element(s_palette.begin(), s_palette.end(), [&](const Named &a, const Named &b) {
             return difference(color, a.color) < difference(color, b.color);
         });
+    if (difference(color, nearest->color) > s_sameName || isGrey(color) != isGrey(nearest->color))
+        return color.name();
     //: A colour's name and its value, such as "Red, #ff0000".
     return tr("%1, %2").arg(tr(nearest->name), color.name());
 }

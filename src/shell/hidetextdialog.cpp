@@ -45,6 +45,13 @@ QString nameOf(Secret::Kind kind)
     return {};
 }
 
+// What its cover hides.
+QString textOf(const Secret &secret)
+{
+    const auto lines = static_cast<int>(secret.areas.size());
+    return lines > 1 ? HideTextDialog::tr("Private key, %n line(s)", nullptr, lines) : secret.text;
+}
+
 // Names and advice of tools are among the window's texts.
 QString textOfTool(const char *text) { return QCoreApplication::translate("MainWindow", text); }
 
@@ -84,9 +91,10 @@ void HideTextDialog::fillList()
     const QFontMetrics metrics = m_list->fontMetrics();
     const int height = qRound(s_rowHeight * metrics.height());
     int width = 0;
+    int text = s_leastText * metrics.averageCharWidth();
     const QFont fixed = QFontDatabase::systemFont(QFontDatabase::FixedFont);
     for (const Secret &secret : std::as_const(m_secrets)) {
-        auto *row = new QTreeWidgetItem(m_list, {nameOf(secret.kind), secret.text});
+        auto *row = new QTreeWidgetItem(m_list, {nameOf(secret.kind), textOf(secret)});
         row->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsUserCheckable);
         row->setCheckState(0, Qt::Checked);
         QFont font = m_list->font();
@@ -95,14 +103,16 @@ void HideTextDialog::fillList()
         // With the box before it and some room behind.
         row->setSizeHint(0, {metrics.horizontalAdvance(row->text(0)) + 3 * height / 2, height});
         width = std::max(width, row->sizeHint(0).width());
+        // The text of a key is a sentence, and is not cut.
+        if (secret.areas.size() > 1)
+            text = std::max(text, QFontMetrics(font).horizontalAdvance(row->text(1)) + height);
     }
     width += m_list->verticalScrollBar()->sizeHint().width() + 2 * m_list->frameWidth();
     m_list->header()->setSectionsMovable(false);
     m_list->header()->setMinimumSectionSize(s_leastText * metrics.averageCharWidth() / 2);
     m_list->header()->setSectionResizeMode(0, QHeaderView::ResizeToContents);
     m_list->header()->setSectionResizeMode(1, QHeaderView::Stretch);
-    m_list->setMinimumSize(width + s_leastText * metrics.averageCharWidth(),
-                           m_list->header()->sizeHint().height() + s_rows * height);
+    m_list->setMinimumSize(width + text, m_list->header()->sizeHint().height() + s_rows * height);
 }
 
 void HideTextDialog::fillTools()

@@ -114,13 +114,15 @@ struct Between {
 std::vector<Between> along(int length, int side, bool isReversed, bool isBlurred, int start,
                            int count)
 {
-    const int last = (length - 1) / side;
+    // What is left at the end belongs to the last square: a narrow strip looks like an error.
+    const int last = std::max(1, length / side) - 1;
     std::vector<Between> result(count);
     for (int i = 0; i < count; ++i) {
         const int at = isReversed ? length - 1 - start - i : start + i;
         Between &found = result[i];
         if (!isBlurred) {
-            found = {at / side, at / side, 0};
+            const int square = std::min(at / side, last);
+            found = {square, square, 0};
             continue;
         }
         // From the middle of one square to that of the next.
@@ -128,7 +130,7 @@ std::vector<Between> along(int length, int side, bool isReversed, bool isBlurred
         const int first = shifted < 0 ? -1 : shifted / (2 * side);
         const double part = double(shifted - first * 2 * side) / (2 * side);
         const double soft = part * part * (3 - 2 * part);
-        found = {std::max(first, 0), std::min(first + 1, last),
+        found = {std::clamp(first, 0, last), std::min(first + 1, last),
                  static_cast<quint32>(std::lround(soft * s_whole))};
     }
     return result;

@@ -43,7 +43,7 @@ struct CoverBlocks : CoverArea {
     static QList<QRgb> colorsOf(const QImage &picture, const QRect &area);
     /// Draws the squares, blurred if wanted.
     void drawBlocks(QPainter &painter, bool isBlurred) const;
-    /// The side of a square, in picture pixels; the last ones may be cut.
+    /// The side of a square, in picture pixels; the last ones are longer by what is left over.
     int side() const;
     CoverBlocks mapped(const PictureMap &map) const;
     void write(QJsonObject &to) const;

@@ -14,9 +14,10 @@ constexpr int s_pageRow = 20;  ///< from one line to the next
 
 /// Lines of text as a program shows them, line `i` between `s_pageMargin + i * s_pageRow` and the
 /// next one.
-inline QImage pageOf(const QStringList &lines, int pixelSize = 13, bool isDark = false)
+inline QImage pageOf(const QStringList &lines, int pixelSize = 13, bool isDark = false,
+                     const QString &family = QStringLiteral("DejaVu Sans"))
 {
-    QFont font(QStringLiteral("DejaVu Sans"));
+    QFont font(family);
     font.setPixelSize(pixelSize);
     const QFontMetrics metrics(font);
     int width = 1;

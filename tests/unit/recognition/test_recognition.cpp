@@ -1,6 +1,7 @@
 #include "page.h"
 #include "recognition/codereader.h"
 #include "recognition/textreader.h"
+#include "recognition/wordmending.h"
 
 #include <QTest>
 
@@ -105,6 +106,54 @@ private slots:
             found.append(line.text);
         }
         QCOMPARE(found, lines);
+    }
+
+    // A ground of its own reaches to its edges, close to which text begins.
+    void panel()
+    {
+        const QImage panel =
+            pageOf({u"Right of the tide table"_s, u"Keep left at the buoy"_s}, 13, true);
+        QImage picture(panel.size() + QSize(200, 200), QImage::Format_RGB32);
+        picture.fill(Qt::white);
+        const QRect part = panel.rect().adjusted(8, 8, -8, -8);
+        QPainter(&picture).drawImage(QPoint(103, 101), panel, part);
+        QCOMPARE(TextReader().read(picture, goOn).text(),
+                 u"Right of the tide table\nKeep left at the buoy"_s);
+    }
+
+    // Text that is turned, and has a fixed pitch, whose letters stand far apart.
+    void turned()
+    {
+        const QStringList lines{u"Write to anna.lindqvist@example.com before noon."_s,
+                                u"The table is in docs.tollen.example for all boats."_s};
+        const QImage page = pageOf(lines, 11, true, u"DejaVu Sans Mono"_s);
+        const QRect second(s_pageMargin, s_pageMargin + s_pageRow, page.width() - 2 * s_pageMargin,
+                           s_pageRow);
+        for (const int angle : {0, 90, 180, 270}) {
+            const QTransform turn =
+                QImage::trueMatrix(QTransform().rotate(angle), page.width(), page.height());
+            const ReadText read = TextReader().read(page.transformed(turn), goOn);
+            QCOMPARE(read.text().simplified(), lines.join(u' '));
+            QCOMPARE(read.words().size(), 13);
+            QVERIFY(turn.mapRect(second).contains(read.words().last().box));
+        }
+    }
+
+    // A box that ends in the middle of letters is as large as they are, but no larger.
+    void letters()
+    {
+        QImage picture(60, 60, QImage::Format_Grayscale8);
+        picture.fill(Qt::white);
+        QPainter painter(&picture);
+        const QRect letters(20, 20, 20, 16);
+        painter.fillRect(letters, Qt::black);
+        painter.fillRect(QRect(20, 38, 20, 10), Qt::black);  // the next line
+        painter.end();
+        QCOMPARE(withWholeLetters(letters.adjusted(2, 3, -4, -1), picture), letters);
+        painter.begin(&picture);
+        painter.fillRect(QRect(0, 26, 60, 2), Qt::black);  // a rule through all of it
+        painter.end();
+        QVERIFY(withWholeLetters(letters, picture).width() < 2 * letters.width());
     }
 
     void nothingToRead_data()

@@ -95,11 +95,22 @@ class TestSecrets : public QObject
     Q_OBJECT
 
 private slots:
+    void page_data()
+    {
+        const QString fixed = u"DejaVu Sans Mono"_s;
+        QTest::addColumn<QImage>("secrets");
+        QTest::addColumn<QImage>("harmless");
+        QTest::newRow("usual") << pageOf(s_secrets) << pageOf(s_harmless);
+        QTest::newRow("small, fixed pitch, light on dark")
+            << pageOf(s_secrets, 11, true, fixed) << pageOf(s_harmless, 11, true, fixed);
+    }
     // What recognition makes of a page is what counts.
     void page()
     {
-        const QStringList missed = rowsAt(s_secrets, rowsWithSecrets(pageOf(s_secrets)), false);
-        const QStringList wrong = rowsAt(s_harmless, rowsWithSecrets(pageOf(s_harmless)), true);
+        QFETCH(const QImage, secrets);
+        QFETCH(const QImage, harmless);
+        const QStringList missed = rowsAt(s_secrets, rowsWithSecrets(secrets), false);
+        const QStringList wrong = rowsAt(s_harmless, rowsWithSecrets(harmless), true);
         qInfo() << "missed:" << missed << "wrongly found:" << wrong;
         QCOMPARE(s_secrets.size(), 40);
         QVERIFY(s_harmless.size() >= 40);
@@ -144,6 +155,28 @@ private slots:
                        lineOf(u"----END RSA PRIVATE KEY----"_s), lineOf(u"Keep it well."_s)});
         QCOMPARE(found.size(), 1);
         QCOMPARE(found.first().areas.size(), 4);
+        // Each as long as the longest: what was not read at its end is covered too.
+        for (const QRect &area : found.first().areas)
+            QCOMPARE(area.width(), found.first().areas[1].width());
+        // Lines of dashes are not read at all sometimes.
+        const QList<Secret> bare =
+            secretsIn({lineOf(u"It reads:"_s), lineOf(u"MIIEpQIBAAKCAQEAx7QmWv2RpL8nHc3YdJ5sFgU"_s),
+                       lineOf(u"AAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAA"_s),
+                       lineOf(u"That was all of it."_s)});
+        QCOMPARE(bare.size(), 1);
+        QCOMPARE(bare.first().areas.size(), 2);
+    }
+
+    // What was torn into words with hardly a gap between them is covered as one.
+    void tornWord()
+    {
+        ReadLine line = lineOf(u"write to anna lindqvist@harbour.example now"_s);
+        line.words[3].box.moveLeft(line.words[2].box.right() + 2);
+        const QList<Secret> found = secretsIn({line});
+        QCOMPARE(found.size(), 1);
+        QCOMPARE(found.first().text, u"anna lindqvist@harbour.example"_s);
+        QVERIFY(found.first().areas.first().contains(line.words[2].box));
+        QVERIFY(!found.first().areas.first().intersects(line.words[1].box));
     }
 
     // Words beside a secret stay readable.
