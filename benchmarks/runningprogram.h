@@ -56,6 +56,19 @@ public:
         xcb_key_symbols_free(symbols);
         return result;
     }
+    /// Drags over the middle of the screen, from one side of it to the other, until that is seen.
+    bool dragOverCentre(QPoint from, QPoint to)
+    {
+        const uint32_t before = centre();
+        movePointer(from);
+        fake(XCB_BUTTON_PRESS, XCB_BUTTON_INDEX_1);
+        movePointer(from + QPoint(20, 20));
+        movePointer(to);
+        const bool isSeen = waitForChange(before);
+        fake(XCB_BUTTON_RELEASE, XCB_BUTTON_INDEX_1);
+        xcb_flush(m_connection);
+        return isSeen;
+    }
     void movePointer(QPoint to)
     {
         xcb_test_fake_input(m_connection, XCB_MOTION_NOTIFY, 0, XCB_CURRENT_TIME, m_screen->root,
@@ -86,6 +99,29 @@ public:
         xcb_configure_window(m_connection, window,
                              XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT, values.data());
         xcb_flush(m_connection);
+    }
+
+    /// The title of the window that shows a new picture; empty if none does.
+    QByteArray pictureTitle()
+    {
+        QByteArray result;
+        auto *tree = xcb_query_tree_reply(m_connection,
+                                          xcb_query_tree(m_connection, m_screen->root), nullptr);
+        for (int i = 0; tree && i < xcb_query_tree_children_length(tree); ++i) {
+            auto *title = xcb_get_property_reply(
+                m_connection,
+                xcb_get_property(m_connection, 0, xcb_query_tree_children(tree)[i],
+                                 XCB_ATOM_WM_NAME, XCB_GET_PROPERTY_TYPE_ANY, 0, 64),
+                nullptr);
+            const QByteArray text(title ? static_cast<const char *>(xcb_get_property_value(title))
+                                        : nullptr,
+                                  title ? xcb_get_property_value_length(title) : 0);
+            if (text.contains("untitled"))
+                result = text;
+            std::free(title);
+        }
+        std::free(tree);
+        return result;
     }
 
     /// Waits until the middle of the screen has another colour. Returns false if that does not

@@ -43,6 +43,10 @@
         <source>This desktop lets no program watch its screens, so that nothing that scrolls can be taken.</source>
         <translation>Dieser Desktop lässt kein Programm seine Bildschirme beobachten, so dass nichts aufgenommen werden kann, was scrollt.</translation>
     </message>
+    <message>
+        <source>This desktop tells no program what the pointer looks like.</source>
+        <translation>Dieser Desktop sagt keinem Programm, wie der Zeiger aussieht.</translation>
+    </message>
 </context>
 <context>
     <name>AboutBox</name>
@@ -287,6 +291,72 @@ Klicken Sie auf „Nein“, um ohne sie fortzufahren, oder möchten Sie sie jetz
     <message>
         <source>Change magnifier view mode</source>
         <translation>Ansicht der Lupe wechseln</translation>
+    </message>
+</context>
+<context>
+    <name>CapturePage</name>
+    <message>
+        <source>After a Grab</source>
+        <translation>Nach einer Aufnahme</translation>
+    </message>
+    <message>
+        <source>Open in a &amp;tab</source>
+        <translation>In einem Ta&amp;b öffnen</translation>
+    </message>
+    <message>
+        <source>C&amp;opy to the clipboard</source>
+        <translation>In die Zwischenablage k&amp;opieren</translation>
+    </message>
+    <message>
+        <source>&amp;Save in the folder for pictures</source>
+        <translation>Im Ordner für Bilder &amp;speichern</translation>
+    </message>
+    <message>
+        <source>&amp;Read the text and copy it</source>
+        <translation>Den Te&amp;xt lesen und kopieren</translation>
+    </message>
+    <message>
+        <source>Show a &amp;notification</source>
+        <translation>Benachrichti&amp;gung zeigen</translation>
+    </message>
+    <message>
+        <source>Marking</source>
+        <translation>Markieren</translation>
+    </message>
+    <message>
+        <source>Take &amp;when the button is released</source>
+        <translation>Beim &amp;Loslassen der Maustaste aufnehmen</translation>
+    </message>
+    <message>
+        <source>&amp;Double click takes</source>
+        <translation>&amp;Doppelklick nimmt auf</translation>
+    </message>
+    <message>
+        <source>C&amp;lear selection</source>
+        <translation>&amp;Ungetrübte Auswahl</translation>
+    </message>
+    <message>
+        <source>Free&amp;ze the screen while choosing</source>
+        <translation>Bildschirm beim Auswählen a&amp;nhalten</translation>
+    </message>
+    <message>
+        <source>On this desktop the screen always stands still while you choose.</source>
+        <translation>Auf diesem Desktop steht der Bildschirm beim Auswählen immer still.</translation>
+    </message>
+    <message>
+        <source>Show the &amp;pointer in pictures</source>
+        <translation>&amp;Zeiger in Bildern zeigen</translation>
+    </message>
+    <message>
+        <source>A picture has to go somewhere. Choose something below first: copying, saving or reading.</source>
+        <translation>Irgendwohin muss ein Bild. Wählen Sie erst etwas darunter: Kopieren, Speichern oder Lesen.</translation>
+    </message>
+</context>
+<context>
+    <name>CaptureRefusal</name>
+    <message>
+        <source>No area has been marked yet that could be taken again.</source>
+        <translation>Es ist noch kein Bereich markiert worden, der noch einmal aufgenommen werden könnte.</translation>
     </message>
 </context>
 <context>
@@ -610,6 +680,14 @@ Klicken Sie auf „Nein“, um ohne sie fortzufahren, oder möchten Sie sie jetz
         <source>&amp;Remember the style of each tool</source>
         <translation>&amp;Stil jedes Werkzeugs merken</translation>
     </message>
+    <message>
+        <source>&amp;Capture</source>
+        <translation>Au&amp;fnahme</translation>
+    </message>
+    <message>
+        <source>&amp;Files</source>
+        <translation>Datei&amp;en</translation>
+    </message>
 </context>
 <context>
     <name>DigDetail</name>
@@ -710,10 +788,131 @@ Rücktaste    Punkt löschen</translation>
     </message>
 </context>
 <context>
+    <name>FilesPage</name>
+    <message>
+        <source>Where Grabs Are Saved</source>
+        <translation>Wo Aufnahmen gespeichert werden</translation>
+    </message>
+    <message>
+        <source>How They Are Written</source>
+        <translation>Wie sie geschrieben werden</translation>
+    </message>
+    <message>
+        <source>Fol&amp;der</source>
+        <translation>&amp;Ordner</translation>
+    </message>
+    <message>
+        <source>C&amp;hoose...</source>
+        <translation>Aus&amp;wählen ...</translation>
+    </message>
+    <message>
+        <source>Folder for Pictures</source>
+        <translation>Ordner für Bilder</translation>
+    </message>
+    <message>
+        <source>N&amp;ame</source>
+        <translation>&amp;Name</translation>
+    </message>
+    <message>
+        <source>{date}, {time}, {counter}, {application} and {title} stand for what they say. {date:dd.MM.yy} and {counter:3} set the form.</source>
+        <translation>{date}, {time}, {counter}, {application} und {title} stehen für Datum, Uhrzeit, Zähler, Programm und Titel. {date:dd.MM.yy} und {counter:3} legen die Form fest.</translation>
+    </message>
+    <message>
+        <source>Mail</source>
+        <translation>Mail</translation>
+    </message>
+    <message>
+        <source>Inbox</source>
+        <translation>Posteingang</translation>
+    </message>
+    <message>
+        <source>For example: %1</source>
+        <translation>Zum Beispiel: %1</translation>
+    </message>
+    <message>
+        <source>For&amp;mat</source>
+        <translation>For&amp;mat</translation>
+    </message>
+    <message>
+        <source>&amp;Quality</source>
+        <translation>&amp;Qualität</translation>
+    </message>
+    <message>
+        <source>Not used: the whole path is needed, from its first &quot;/&quot; on.</source>
+        <translation>Nicht verwendet: Nötig ist der ganze Pfad, vom ersten „/“ an.</translation>
+    </message>
+    <message>
+        <source>Not used: there is no such folder.</source>
+        <translation>Nicht verwendet: Diesen Ordner gibt es nicht.</translation>
+    </message>
+    <message>
+        <source>Not used: this is no folder.</source>
+        <translation>Nicht verwendet: Das ist kein Ordner.</translation>
+    </message>
+    <message>
+        <source>Not used: nothing can be written to this folder.</source>
+        <translation>Nicht verwendet: In diesen Ordner kann nichts geschrieben werden.</translation>
+    </message>
+</context>
+<context>
     <name>FrontWindow</name>
     <message>
         <source>&amp;Ask Again</source>
         <translation>&amp;Noch einmal fragen</translation>
+    </message>
+</context>
+<context>
+    <name>GrabCalls</name>
+    <message>
+        <source>Another picture is being taken.</source>
+        <translation>Es wird gerade ein anderes Bild aufgenommen.</translation>
+    </message>
+    <message>
+        <source>The picture was given up.</source>
+        <translation>Die Aufnahme wurde abgebrochen.</translation>
+    </message>
+    <message>
+        <source>There is not enough memory for the picture.</source>
+        <translation>Der Speicher reicht für das Bild nicht aus.</translation>
+    </message>
+</context>
+<context>
+    <name>GrabDelivery</name>
+    <message>
+        <source>The picture is in the clipboard.</source>
+        <translation>Das Bild ist in der Zwischenablage.</translation>
+    </message>
+    <message>
+        <source>Saving the picture...</source>
+        <translation>Das Bild wird gespeichert ...</translation>
+    </message>
+    <message>
+        <source>Saved as %1</source>
+        <translation>Gespeichert als %1</translation>
+    </message>
+    <message>
+        <source>The picture was not saved.</source>
+        <translation>Das Bild wurde nicht gespeichert.</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; could not be saved: %2</source>
+        <translation>„%1“ konnte nicht gespeichert werden: %2</translation>
+    </message>
+    <message>
+        <source>A picture was taken</source>
+        <translation>Ein Bild wurde aufgenommen</translation>
+    </message>
+    <message>
+        <source>Copy</source>
+        <translation>Kopieren</translation>
+    </message>
+    <message>
+        <source>Show</source>
+        <translation>Zeigen</translation>
+    </message>
+    <message>
+        <source>Open Folder</source>
+        <translation>Ordner öffnen</translation>
     </message>
 </context>
 <context>
@@ -851,6 +1050,13 @@ Rücktaste    Punkt löschen</translation>
         <source>H&amp;ow:</source>
         <translation>W&amp;ie:</translation>
     </message>
+    <message numerus="yes">
+        <source>Private key, %n line(s)</source>
+        <translation>
+            <numerusform>Privater Schlüssel, %n Zeile</numerusform>
+            <numerusform>Privater Schlüssel, %n Zeilen</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>KWinRoute</name>
@@ -861,6 +1067,21 @@ Rücktaste    Punkt löschen</translation>
     <message>
         <source>The desktop did not give its picture in time.</source>
         <translation>Der Desktop hat sein Bild nicht rechtzeitig gegeben.</translation>
+    </message>
+</context>
+<context>
+    <name>KeyField</name>
+    <message>
+        <source>none</source>
+        <translation>keines</translation>
+    </message>
+    <message>
+        <source>This key can&apos;t be a hot key.</source>
+        <translation>Diese Taste kann kein Tastenkürzel sein.</translation>
+    </message>
+    <message>
+        <source>No key came with %1: another program, the desktop or the system may have it.</source>
+        <translation>Zu %1 kam keine Taste: Ein anderes Programm, der Desktop oder das System könnte sie belegt haben.</translation>
     </message>
 </context>
 <context>
@@ -898,16 +1119,96 @@ Rücktaste    Punkt löschen</translation>
         <translation>Desktop um Tasten &amp;bitten</translation>
     </message>
     <message>
-        <source>%1, taken by another program</source>
-        <translation>%1, von einem anderen Programm belegt</translation>
-    </message>
-    <message>
         <source>This program hears no keys here that are pressed in others. Put these lines into the desktop&apos;s configuration:</source>
         <translation>Dieses Programm hört hier keine Tasten, die in anderen gedrückt werden. Setzen Sie diese Zeilen in die Konfiguration des Desktops:</translation>
     </message>
     <message>
         <source>This program hears no keys here that are pressed in others. Give each of these commands a name and a key in the desktop&apos;s settings: on GNOME under Keyboard, View and Customize Shortcuts, Custom Shortcuts.</source>
         <translation>Dieses Programm hört hier keine Tasten, die in anderen gedrückt werden. Geben Sie jedem dieser Befehle in den Einstellungen des Desktops einen Namen und eine Taste: in GNOME unter Tastatur, Tastenkürzel anzeigen und anpassen, Eigene Tastenkürzel.</translation>
+    </message>
+    <message>
+        <source>as in the preferences</source>
+        <translation>wie in den Einstellungen</translation>
+    </message>
+    <message>
+        <source>open a tab</source>
+        <translation>in einem Tab öffnen</translation>
+    </message>
+    <message>
+        <source>copy the picture</source>
+        <translation>das Bild kopieren</translation>
+    </message>
+    <message>
+        <source>save it to a file</source>
+        <translation>in eine Datei speichern</translation>
+    </message>
+    <message>
+        <source>copy the text in it</source>
+        <translation>den Text darin kopieren</translation>
+    </message>
+    <message>
+        <source>State</source>
+        <translation>Zustand</translation>
+    </message>
+    <message>
+        <source>Hot key</source>
+        <translation>Tastenkürzel</translation>
+    </message>
+    <message>
+        <source>&amp;Default</source>
+        <translation>&amp;Vorgabe</translation>
+    </message>
+    <message>
+        <source>Then</source>
+        <translation>Danach</translation>
+    </message>
+    <message>
+        <source>Co&amp;unt down first</source>
+        <translation>&amp;Erst herunterzählen</translation>
+    </message>
+    <message>
+        <source>&amp;Hot key:</source>
+        <translation>&amp;Kürzel:</translation>
+    </message>
+    <message>
+        <source>&amp;Then:</source>
+        <translation>Da&amp;nach:</translation>
+    </message>
+    <message>
+        <source>none</source>
+        <translation>keines</translation>
+    </message>
+    <message>
+        <source>off</source>
+        <translation>aus</translation>
+    </message>
+    <message>
+        <source>active</source>
+        <translation>aktiv</translation>
+    </message>
+    <message>
+        <source>taken by another program</source>
+        <translation>von einem anderen Programm belegt</translation>
+    </message>
+    <message>
+        <source>changed by the desktop</source>
+        <translation>vom Desktop geändert</translation>
+    </message>
+    <message>
+        <source>Press the keys. Delete clears them, Escape gives up.</source>
+        <translation>Drücken Sie die Tasten. Entf löscht das Kürzel, Esc bricht ab.</translation>
+    </message>
+    <message>
+        <source>%1 belongs to &quot;%2&quot; already.</source>
+        <translation>%1 gehört schon zu „%2“.</translation>
+    </message>
+    <message>
+        <source>%1 is needed for typing. Hold Ctrl, Alt or Meta with it.</source>
+        <translation>%1 wird zum Schreiben gebraucht. Halten Sie Strg, Alt oder Meta dazu.</translation>
+    </message>
+    <message>
+        <source>%1 does nothing here, since another program has it. Press other keys.</source>
+        <translation>%1 bewirkt hier nichts, denn ein anderes Programm hat es. Drücken Sie andere Tasten.</translation>
     </message>
 </context>
 <context>
@@ -1643,12 +1944,130 @@ Rücktaste    Punkt löschen</translation>
         <source>Rotate Ri&amp;ght</source>
         <translation>Nach re&amp;chts drehen</translation>
     </message>
+    <message>
+        <source>Last Area</source>
+        <translation>Letzter Bereich</translation>
+    </message>
+    <message>
+        <source>Capture Last Area</source>
+        <translation>Letzten Bereich aufnehmen</translation>
+    </message>
+    <message>
+        <source>Active Window</source>
+        <translation>Aktives Fenster</translation>
+    </message>
+    <message>
+        <source>Capture Active Window</source>
+        <translation>Aktives Fenster aufnehmen</translation>
+    </message>
+    <message>
+        <source>Monitor</source>
+        <translation>Monitor</translation>
+    </message>
+    <message>
+        <source>Capture Monitor</source>
+        <translation>Monitor aufnehmen</translation>
+    </message>
+    <message>
+        <source>Full Screen to a File</source>
+        <translation>Ganzer Bildschirm in eine Datei</translation>
+    </message>
+    <message>
+        <source>Capture Full Screen to a File</source>
+        <translation>Ganzen Bildschirm in eine Datei aufnehmen</translation>
+    </message>
+    <message>
+        <source>No hot key does this.</source>
+        <translation>Dafür gibt es kein Tastenkürzel.</translation>
+    </message>
+    <message>
+        <source>Hot key: %1</source>
+        <translation>Tastenkürzel: %1</translation>
+    </message>
+    <message>
+        <source>The program is just starting.</source>
+        <translation>Das Programm startet gerade.</translation>
+    </message>
+    <message>
+        <source>%1 is taken by another program.</source>
+        <translation>%1 ist von einem anderen Programm belegt.</translation>
+    </message>
+</context>
+<context>
+    <name>MarkingOverlay</name>
+    <message>
+        <source>Copy</source>
+        <translation>Kopieren</translation>
+    </message>
+    <message>
+        <source>Save</source>
+        <translation>Speichern</translation>
+    </message>
+    <message>
+        <source>Read the text</source>
+        <translation>Text auslesen</translation>
+    </message>
+    <message>
+        <source>Take after a countdown</source>
+        <translation>Nach Countdown aufnehmen</translation>
+    </message>
+    <message>
+        <source>Last area again</source>
+        <translation>Letzter Bereich noch einmal</translation>
+    </message>
+    <message>
+        <source>Nothing has been marked here before</source>
+        <translation>Hier wurde noch nichts markiert</translation>
+    </message>
+    <message>
+        <source>%1 is copied</source>
+        <translation>%1 ist kopiert</translation>
+    </message>
+    <message>
+        <source>Copy the colour %1</source>
+        <translation>Farbe %1 kopieren</translation>
+    </message>
 </context>
 <context>
     <name>MenuCapture</name>
     <message>
         <source>The menu gave no picture</source>
         <translation>Das Menü gab kein Bild her</translation>
+    </message>
+    <message>
+        <source>Open a menu, and let the pointer rest on it</source>
+        <translation>Öffnen Sie ein Menü, und lassen Sie den Zeiger darauf ruhen</translation>
+    </message>
+    <message>
+        <source>Esc</source>
+        <translation>Esc</translation>
+    </message>
+    <message>
+        <source>gives up</source>
+        <translation>bricht ab</translation>
+    </message>
+</context>
+<context>
+    <name>NameTemplate</name>
+    <message>
+        <source>Character %1: &quot;}&quot; without a &quot;{&quot; before it. Double it to have the brace itself.</source>
+        <translation>Zeichen %1: „}“ ohne „{“ davor. Für die Klammer selbst schreiben Sie sie doppelt.</translation>
+    </message>
+    <message>
+        <source>Character %1: &quot;{&quot; without a &quot;}&quot; behind it. Double it to have the brace itself.</source>
+        <translation>Zeichen %1: „{“ ohne „}“ dahinter. Für die Klammer selbst schreiben Sie sie doppelt.</translation>
+    </message>
+    <message>
+        <source>Character %1: {%2} is not known.</source>
+        <translation>Zeichen %1: {%2} ist nicht bekannt.</translation>
+    </message>
+    <message>
+        <source>Character %1: {%2} takes no &quot;%3&quot;.</source>
+        <translation>Zeichen %1: Bei {%2} geht „%3“ nicht.</translation>
+    </message>
+    <message>
+        <source>Character %1: the quote in {%2} is not closed.</source>
+        <translation>Zeichen %1: Das Anführungszeichen in {%2} ist nicht geschlossen.</translation>
     </message>
 </context>
 <context>
@@ -1700,14 +2119,14 @@ Rücktaste    Punkt löschen</translation>
         <translation>Es wurde nichts gefunden, was Sie verbergen wollen könnten. Sehen Sie selbst nach: Die Texterkennung kann etwas übersehen.</translation>
     </message>
     <message numerus="yes">
-        <source>%n place(s) to hide found.</source>
+        <source>%n place(s) to hide found in %1.</source>
         <translation>
-            <numerusform>%n Stelle gefunden, die Sie verbergen können.</numerusform>
-            <numerusform>%n Stellen gefunden, die Sie verbergen können.</numerusform>
+            <numerusform>%n Stelle in %1 gefunden, die Sie verbergen können.</numerusform>
+            <numerusform>%n Stellen in %1 gefunden, die Sie verbergen können.</numerusform>
         </translation>
     </message>
     <message>
-        <source>&amp;Show</source>
+        <source>Sh&amp;ow</source>
         <translation>An&amp;zeigen</translation>
     </message>
     <message numerus="yes">
@@ -1728,6 +2147,10 @@ Rücktaste    Punkt löschen</translation>
     <message>
         <source>Cop&amp;y</source>
         <translation>Ko&amp;pieren</translation>
+    </message>
+    <message>
+        <source>The text was not read.</source>
+        <translation>Der Text wurde nicht gelesen.</translation>
     </message>
 </context>
 <context>
@@ -1886,6 +2309,18 @@ Möchten Sie die Datei ersetzen?</translation>
     <message>
         <source>Clear</source>
         <translation>Löschen</translation>
+    </message>
+    <message>
+        <source>Drag: mark an area
+Return: take it
+Ctrl+C: copy it     Ctrl+S: save it     T: read its text
+R: the last area again     C: copy the colour at the pointer
+Esc: give up</source>
+        <translation>Ziehen: Bereich markieren
+Eingabe: aufnehmen
+Strg+C: kopieren     Strg+S: speichern     T: Text auslesen
+R: letzter Bereich noch einmal     C: Farbe am Zeiger kopieren
+Esc: abbrechen</translation>
     </message>
 </context>
 <context>
@@ -2063,6 +2498,125 @@ Möchten Sie die Datei ersetzen?</translation>
     </message>
 </context>
 <context>
+    <name>SnapWb</name>
+    <message>
+        <source>Show this help.</source>
+        <translation>Diese Hilfe zeigen.</translation>
+    </message>
+    <message>
+        <source>Show the version.</source>
+        <translation>Die Version zeigen.</translation>
+    </message>
+    <message>
+        <source>Write the picture to FILE, a PNG file; - is standard output.</source>
+        <translation>Das Bild in die PNG-Datei FILE schreiben; - ist die Standardausgabe.</translation>
+    </message>
+    <message>
+        <source>Replace FILE if there is one.</source>
+        <translation>FILE ersetzen, falls es sie schon gibt.</translation>
+    </message>
+    <message>
+        <source>Copy the picture to the clipboard.</source>
+        <translation>Das Bild in die Zwischenablage kopieren.</translation>
+    </message>
+    <message>
+        <source>Wait N seconds before.</source>
+        <translation>Vorher N Sekunden warten.</translation>
+    </message>
+    <message>
+        <source>Show the pointer in the picture.</source>
+        <translation>Den Zeiger im Bild zeigen.</translation>
+    </message>
+    <message>
+        <source>Open picture files, each in a tab.</source>
+        <translation>Bilddateien öffnen, jede in einem Tab.</translation>
+    </message>
+    <message>
+        <source>Tell how far a grab has come.</source>
+        <translation>Sagen, wie weit eine Aufnahme ist.</translation>
+    </message>
+    <message>
+        <source>Usage:</source>
+        <translation>Aufruf:</translation>
+    </message>
+    <message>
+        <source>One kind of picture is needed: %1.</source>
+        <translation>Eine Art von Bild wird gebraucht: %1.</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; does not end with .png, and other formats are not written.</source>
+        <translation>„%1“ endet nicht auf .png, und andere Formate werden nicht geschrieben.</translation>
+    </message>
+    <message>
+        <source>The delay is a number of seconds, from 0 to %1.</source>
+        <translation>Die Verzögerung ist eine Anzahl von Sekunden, von 0 bis %1.</translation>
+    </message>
+    <message>
+        <source>The option --%1 belongs to &quot;grab&quot;.</source>
+        <translation>Die Option --%1 gehört zu „grab“.</translation>
+    </message>
+    <message>
+        <source>&quot;grab KIND&quot;, &quot;open FILE...&quot; or &quot;state&quot; is needed; --help tells more.</source>
+        <translation>Gebraucht wird „grab KIND“, „open FILE...“ oder „state“; mehr sagt --help.</translation>
+    </message>
+    <message>
+        <source>The picture was given up.</source>
+        <translation>Die Aufnahme wurde abgebrochen.</translation>
+    </message>
+    <message>
+        <source>Another picture is being taken.</source>
+        <translation>Es wird gerade ein anderes Bild aufgenommen.</translation>
+    </message>
+    <message>
+        <source>The program has ended.</source>
+        <translation>Das Programm hat sich beendet.</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is a folder.</source>
+        <translation>„%1“ ist ein Ordner.</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is there already; --force replaces it.</source>
+        <translation>„%1“ gibt es schon; --force ersetzt die Datei.</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; can&apos;t be written to the folder &quot;%2&quot;.</source>
+        <translation>„%1“ kann nicht in den Ordner „%2“ geschrieben werden.</translation>
+    </message>
+    <message>
+        <source>The program does not start.</source>
+        <translation>Das Programm startet nicht.</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; could not be written.</source>
+        <translation>„%1“ konnte nicht geschrieben werden.</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; can&apos;t be read.</source>
+        <translation>„%1“ kann nicht gelesen werden.</translation>
+    </message>
+    <message>
+        <source>The program does not run.</source>
+        <translation>Das Programm läuft nicht.</translation>
+    </message>
+    <message>
+        <source>There is no session bus.</source>
+        <translation>Es gibt keinen Sitzungsbus.</translation>
+    </message>
+    <message>
+        <source>Take a picture: %1. With neither --output nor --copy it opens in a tab. &quot;window&quot; and &quot;scroll&quot; begin the same: a click takes the window, and Ctrl+click or Return all that scrolls in it.</source>
+        <translation>Ein Bild aufnehmen: %1. Ohne --output und --copy öffnet es sich in einem Tab. „window“ und „scroll“ beginnen gleich: Ein Klick nimmt das Fenster, Strg+Klick oder die Eingabetaste alles, was darin scrollt.</translation>
+    </message>
+    <message>
+        <source>There is one picture, and so --output can be there only once.</source>
+        <translation>Es gibt ein Bild, und so kann --output nur einmal dastehen.</translation>
+    </message>
+    <message>
+        <source>--force belongs to --output.</source>
+        <translation>--force gehört zu --output.</translation>
+    </message>
+</context>
+<context>
     <name>StyleControls</name>
     <message>
         <source>%1 px</source>
@@ -2161,6 +2715,41 @@ Möchten Sie die Datei ersetzen?</translation>
     <message>
         <source>Close Tab</source>
         <translation>Tab schließen</translation>
+    </message>
+</context>
+<context>
+    <name>TakeButtons</name>
+    <message>
+        <source>Copy</source>
+        <translation>Kopieren</translation>
+    </message>
+    <message>
+        <source>Copy the picture (Ctrl+C)</source>
+        <translation>Bild kopieren (Strg+C)</translation>
+    </message>
+    <message>
+        <source>Save</source>
+        <translation>Speichern</translation>
+    </message>
+    <message>
+        <source>Save the picture as a file (Ctrl+S)</source>
+        <translation>Bild als Datei speichern (Strg+S)</translation>
+    </message>
+    <message>
+        <source>Text</source>
+        <translation>Text</translation>
+    </message>
+    <message>
+        <source>Read the text in the picture, and copy it (T)</source>
+        <translation>Text im Bild auslesen und kopieren (T)</translation>
+    </message>
+    <message>
+        <source>Take</source>
+        <translation>Übernehmen</translation>
+    </message>
+    <message>
+        <source>Take the picture (Return)</source>
+        <translation>Bild aufnehmen (Eingabe)</translation>
     </message>
 </context>
 <context>
@@ -2265,6 +2854,14 @@ Möchten Sie die Datei ersetzen?</translation>
         <source>Snap</source>
         <translation>Aufnehmen</translation>
     </message>
+    <message>
+        <source>There is no window to show.</source>
+        <translation>Es gibt kein Fenster zu zeigen.</translation>
+    </message>
+    <message>
+        <source>No window&apos;s application or title contains this.</source>
+        <translation>Kein Fenster hat das im Namen der Anwendung oder im Titel.</translation>
+    </message>
 </context>
 <context>
     <name>Workbench</name>
@@ -2284,6 +2881,10 @@ Möchten Sie die Datei ersetzen?</translation>
         <source>&quot;%1&quot;: %2</source>
         <translation>„%1“: %2</translation>
     </message>
+    <message>
+        <source>&quot;%1&quot; was closed meanwhile.</source>
+        <translation>„%1“ wurde inzwischen geschlossen.</translation>
+    </message>
 </context>
 <context>
     <name>dlgFreeHand</name>
@@ -2298,6 +2899,18 @@ Möchten Sie die Datei ersetzen?</translation>
     <message>
         <source>Clear all points</source>
         <translation>Alle Punkte löschen</translation>
+    </message>
+    <message>
+        <source>Click: set a corner     Drag: draw freehand
+Return, a double click: close it and take it
+Ctrl+C: copy it     Ctrl+S: save it     T: read its text
+R: the last area again     C: copy the colour at the pointer
+Esc: give up</source>
+        <translation>Klicken: Ecke setzen     Ziehen: freihändig zeichnen
+Eingabe, Doppelklick: schließen und aufnehmen
+Strg+C: kopieren     Strg+S: speichern     T: Text auslesen
+R: letzter Bereich noch einmal     C: Farbe am Zeiger kopieren
+Esc: abbrechen</translation>
     </message>
 </context>
 <context>

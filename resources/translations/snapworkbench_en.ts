@@ -49,6 +49,16 @@ Backspace    Delete last point</translation>
     </message>
 </context>
 <context>
+    <name>HideTextDialog</name>
+    <message numerus="yes">
+        <source>Private key, %n line(s)</source>
+        <translation>
+            <numerusform>Private key, %n line</numerusform>
+            <numerusform>Private key, %n lines</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>PictureReading</name>
     <message numerus="yes">
         <source>%n character(s) copied: %1</source>
@@ -58,10 +68,10 @@ Backspace    Delete last point</translation>
         </translation>
     </message>
     <message numerus="yes">
-        <source>%n place(s) to hide found.</source>
+        <source>%n place(s) to hide found in %1.</source>
         <translation>
-            <numerusform>%n place to hide found.</numerusform>
-            <numerusform>%n places to hide found.</numerusform>
+            <numerusform>%n place to hide found in %1.</numerusform>
+            <numerusform>%n places to hide found in %1.</numerusform>
         </translation>
     </message>
     <message numerus="yes">

@@ -43,6 +43,10 @@
         <source>This desktop lets no program watch its screens, so that nothing that scrolls can be taken.</source>
         <translation>此桌面不允许程序观察其屏幕，因此无法截取滚动的内容。</translation>
     </message>
+    <message>
+        <source>This desktop tells no program what the pointer looks like.</source>
+        <translation>此桌面不告诉任何程序指针的样子。</translation>
+    </message>
 </context>
 <context>
     <name>AboutBox</name>
@@ -287,6 +291,72 @@ Click No to continue common capture, or Enable Scroll Capture now?</source>
     <message>
         <source>Change magnifier view mode</source>
         <translation>切换放大镜视图</translation>
+    </message>
+</context>
+<context>
+    <name>CapturePage</name>
+    <message>
+        <source>After a Grab</source>
+        <translation>截图之后</translation>
+    </message>
+    <message>
+        <source>Open in a &amp;tab</source>
+        <translation>在标签页中打开(&amp;T)</translation>
+    </message>
+    <message>
+        <source>C&amp;opy to the clipboard</source>
+        <translation>复制到剪贴板(&amp;O)</translation>
+    </message>
+    <message>
+        <source>&amp;Save in the folder for pictures</source>
+        <translation>保存到图片文件夹(&amp;S)</translation>
+    </message>
+    <message>
+        <source>&amp;Read the text and copy it</source>
+        <translation>识别文字并复制(&amp;R)</translation>
+    </message>
+    <message>
+        <source>Show a &amp;notification</source>
+        <translation>显示通知(&amp;N)</translation>
+    </message>
+    <message>
+        <source>Marking</source>
+        <translation>选取</translation>
+    </message>
+    <message>
+        <source>Take &amp;when the button is released</source>
+        <translation>松开鼠标按钮时截取(&amp;W)</translation>
+    </message>
+    <message>
+        <source>&amp;Double click takes</source>
+        <translation>双击即截取(&amp;D)</translation>
+    </message>
+    <message>
+        <source>C&amp;lear selection</source>
+        <translation>选区保持原色(&amp;L)</translation>
+    </message>
+    <message>
+        <source>Free&amp;ze the screen while choosing</source>
+        <translation>选取时冻结屏幕(&amp;Z)</translation>
+    </message>
+    <message>
+        <source>On this desktop the screen always stands still while you choose.</source>
+        <translation>在此桌面上，选取时屏幕总是静止的。</translation>
+    </message>
+    <message>
+        <source>Show the &amp;pointer in pictures</source>
+        <translation>在图片中显示指针(&amp;P)</translation>
+    </message>
+    <message>
+        <source>A picture has to go somewhere. Choose something below first: copying, saving or reading.</source>
+        <translation>图片总要有个去处。请先在下面选择其他方式：复制、保存或识别。</translation>
+    </message>
+</context>
+<context>
+    <name>CaptureRefusal</name>
+    <message>
+        <source>No area has been marked yet that could be taken again.</source>
+        <translation>还没有标记过可以再次截取的区域。</translation>
     </message>
 </context>
 <context>
@@ -610,6 +680,14 @@ Click No to continue common capture, or Enable Scroll Capture now?</source>
         <source>&amp;Remember the style of each tool</source>
         <translation>记住每个工具的样式(&amp;R)</translation>
     </message>
+    <message>
+        <source>&amp;Capture</source>
+        <translation>截图(&amp;C)</translation>
+    </message>
+    <message>
+        <source>&amp;Files</source>
+        <translation>文件(&amp;F)</translation>
+    </message>
 </context>
 <context>
     <name>DigDetail</name>
@@ -710,10 +788,131 @@ Backspace    删除最后一点</translation>
     </message>
 </context>
 <context>
+    <name>FilesPage</name>
+    <message>
+        <source>Where Grabs Are Saved</source>
+        <translation>截图的保存位置</translation>
+    </message>
+    <message>
+        <source>How They Are Written</source>
+        <translation>截图的文件格式</translation>
+    </message>
+    <message>
+        <source>Fol&amp;der</source>
+        <translation>文件夹(&amp;D)</translation>
+    </message>
+    <message>
+        <source>C&amp;hoose...</source>
+        <translation>选择(&amp;H)...</translation>
+    </message>
+    <message>
+        <source>Folder for Pictures</source>
+        <translation>图片文件夹</translation>
+    </message>
+    <message>
+        <source>N&amp;ame</source>
+        <translation>名称(&amp;A)</translation>
+    </message>
+    <message>
+        <source>{date}, {time}, {counter}, {application} and {title} stand for what they say. {date:dd.MM.yy} and {counter:3} set the form.</source>
+        <translation>{date}、{time}、{counter}、{application} 和 {title} 分别代表日期、时间、序号、程序和标题。{date:dd.MM.yy} 和 {counter:3} 指定格式。</translation>
+    </message>
+    <message>
+        <source>Mail</source>
+        <translation>邮件</translation>
+    </message>
+    <message>
+        <source>Inbox</source>
+        <translation>收件箱</translation>
+    </message>
+    <message>
+        <source>For example: %1</source>
+        <translation>例如：%1</translation>
+    </message>
+    <message>
+        <source>For&amp;mat</source>
+        <translation>格式(&amp;M)</translation>
+    </message>
+    <message>
+        <source>&amp;Quality</source>
+        <translation>质量(&amp;Q)</translation>
+    </message>
+    <message>
+        <source>Not used: the whole path is needed, from its first &quot;/&quot; on.</source>
+        <translation>未采用：需要从第一个“/”开始的完整路径。</translation>
+    </message>
+    <message>
+        <source>Not used: there is no such folder.</source>
+        <translation>未采用：没有这个文件夹。</translation>
+    </message>
+    <message>
+        <source>Not used: this is no folder.</source>
+        <translation>未采用：这不是文件夹。</translation>
+    </message>
+    <message>
+        <source>Not used: nothing can be written to this folder.</source>
+        <translation>未采用：无法写入此文件夹。</translation>
+    </message>
+</context>
+<context>
     <name>FrontWindow</name>
     <message>
         <source>&amp;Ask Again</source>
         <translation>再次询问(&amp;A)</translation>
+    </message>
+</context>
+<context>
+    <name>GrabCalls</name>
+    <message>
+        <source>Another picture is being taken.</source>
+        <translation>正在截取另一张图片。</translation>
+    </message>
+    <message>
+        <source>The picture was given up.</source>
+        <translation>截取已放弃。</translation>
+    </message>
+    <message>
+        <source>There is not enough memory for the picture.</source>
+        <translation>内存不足，无法容纳该图片。</translation>
+    </message>
+</context>
+<context>
+    <name>GrabDelivery</name>
+    <message>
+        <source>The picture is in the clipboard.</source>
+        <translation>图片已复制到剪贴板。</translation>
+    </message>
+    <message>
+        <source>Saving the picture...</source>
+        <translation>正在保存图片...</translation>
+    </message>
+    <message>
+        <source>Saved as %1</source>
+        <translation>已保存为 %1</translation>
+    </message>
+    <message>
+        <source>The picture was not saved.</source>
+        <translation>图片未保存。</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; could not be saved: %2</source>
+        <translation>无法保存“%1”：%2</translation>
+    </message>
+    <message>
+        <source>A picture was taken</source>
+        <translation>已截取图片</translation>
+    </message>
+    <message>
+        <source>Copy</source>
+        <translation>复制</translation>
+    </message>
+    <message>
+        <source>Show</source>
+        <translation>显示</translation>
+    </message>
+    <message>
+        <source>Open Folder</source>
+        <translation>打开文件夹</translation>
     </message>
 </context>
 <context>
@@ -851,6 +1050,12 @@ Backspace    删除最后一点</translation>
         <source>H&amp;ow:</source>
         <translation>方式(&amp;O)：</translation>
     </message>
+    <message numerus="yes">
+        <source>Private key, %n line(s)</source>
+        <translation>
+            <numerusform>私钥，%n 行</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>KWinRoute</name>
@@ -861,6 +1066,21 @@ Backspace    删除最后一点</translation>
     <message>
         <source>The desktop did not give its picture in time.</source>
         <translation>桌面没有及时给出画面。</translation>
+    </message>
+</context>
+<context>
+    <name>KeyField</name>
+    <message>
+        <source>none</source>
+        <translation>无</translation>
+    </message>
+    <message>
+        <source>This key can&apos;t be a hot key.</source>
+        <translation>此键不能用作热键。</translation>
+    </message>
+    <message>
+        <source>No key came with %1: another program, the desktop or the system may have it.</source>
+        <translation>按住 %1 时没有收到其他键：它可能已被其他程序、桌面或系统占用。</translation>
     </message>
 </context>
 <context>
@@ -898,16 +1118,96 @@ Backspace    删除最后一点</translation>
         <translation>向桌面申请按键(&amp;A)</translation>
     </message>
     <message>
-        <source>%1, taken by another program</source>
-        <translation>%1，已被其他程序占用</translation>
-    </message>
-    <message>
         <source>This program hears no keys here that are pressed in others. Put these lines into the desktop&apos;s configuration:</source>
         <translation>此程序在这里听不到在其他程序中按下的键。请将以下几行加入桌面的配置：</translation>
     </message>
     <message>
         <source>This program hears no keys here that are pressed in others. Give each of these commands a name and a key in the desktop&apos;s settings: on GNOME under Keyboard, View and Customize Shortcuts, Custom Shortcuts.</source>
         <translation>此程序在这里听不到在其他程序中按下的键。请在桌面的设置中为每条命令指定名称和按键：在 GNOME 中为“键盘”、“查看及自定义快捷键”、“自定义快捷键”。</translation>
+    </message>
+    <message>
+        <source>as in the preferences</source>
+        <translation>按首选项</translation>
+    </message>
+    <message>
+        <source>open a tab</source>
+        <translation>打开标签页</translation>
+    </message>
+    <message>
+        <source>copy the picture</source>
+        <translation>复制图片</translation>
+    </message>
+    <message>
+        <source>save it to a file</source>
+        <translation>保存到文件</translation>
+    </message>
+    <message>
+        <source>copy the text in it</source>
+        <translation>复制其中的文字</translation>
+    </message>
+    <message>
+        <source>State</source>
+        <translation>状态</translation>
+    </message>
+    <message>
+        <source>Hot key</source>
+        <translation>热键</translation>
+    </message>
+    <message>
+        <source>&amp;Default</source>
+        <translation>默认(&amp;D)</translation>
+    </message>
+    <message>
+        <source>Then</source>
+        <translation>然后</translation>
+    </message>
+    <message>
+        <source>Co&amp;unt down first</source>
+        <translation>先倒计时(&amp;U)</translation>
+    </message>
+    <message>
+        <source>&amp;Hot key:</source>
+        <translation>热键(&amp;H)：</translation>
+    </message>
+    <message>
+        <source>&amp;Then:</source>
+        <translation>然后(&amp;T)：</translation>
+    </message>
+    <message>
+        <source>none</source>
+        <translation>无</translation>
+    </message>
+    <message>
+        <source>off</source>
+        <translation>关</translation>
+    </message>
+    <message>
+        <source>active</source>
+        <translation>有效</translation>
+    </message>
+    <message>
+        <source>taken by another program</source>
+        <translation>已被其他程序占用</translation>
+    </message>
+    <message>
+        <source>changed by the desktop</source>
+        <translation>已被桌面更改</translation>
+    </message>
+    <message>
+        <source>Press the keys. Delete clears them, Escape gives up.</source>
+        <translation>按下按键。Delete 清除，Esc 放弃。</translation>
+    </message>
+    <message>
+        <source>%1 belongs to &quot;%2&quot; already.</source>
+        <translation>%1 已属于“%2”。</translation>
+    </message>
+    <message>
+        <source>%1 is needed for typing. Hold Ctrl, Alt or Meta with it.</source>
+        <translation>%1 用于输入。请同时按住 Ctrl、Alt 或 Meta。</translation>
+    </message>
+    <message>
+        <source>%1 does nothing here, since another program has it. Press other keys.</source>
+        <translation>%1 在此无效，因为它已被其他程序占用。请按其他键。</translation>
     </message>
 </context>
 <context>
@@ -1643,12 +1943,130 @@ Backspace    删除最后一点</translation>
         <source>Rotate Ri&amp;ght</source>
         <translation>向右旋转(&amp;G)</translation>
     </message>
+    <message>
+        <source>Last Area</source>
+        <translation>上次的区域</translation>
+    </message>
+    <message>
+        <source>Capture Last Area</source>
+        <translation>截取上次的区域</translation>
+    </message>
+    <message>
+        <source>Active Window</source>
+        <translation>活动窗口</translation>
+    </message>
+    <message>
+        <source>Capture Active Window</source>
+        <translation>截取活动窗口</translation>
+    </message>
+    <message>
+        <source>Monitor</source>
+        <translation>显示器</translation>
+    </message>
+    <message>
+        <source>Capture Monitor</source>
+        <translation>截取显示器</translation>
+    </message>
+    <message>
+        <source>Full Screen to a File</source>
+        <translation>全屏到文件</translation>
+    </message>
+    <message>
+        <source>Capture Full Screen to a File</source>
+        <translation>截取全屏到文件</translation>
+    </message>
+    <message>
+        <source>No hot key does this.</source>
+        <translation>没有热键执行此操作。</translation>
+    </message>
+    <message>
+        <source>Hot key: %1</source>
+        <translation>热键：%1</translation>
+    </message>
+    <message>
+        <source>The program is just starting.</source>
+        <translation>程序正在启动。</translation>
+    </message>
+    <message>
+        <source>%1 is taken by another program.</source>
+        <translation>%1 已被其他程序占用。</translation>
+    </message>
+</context>
+<context>
+    <name>MarkingOverlay</name>
+    <message>
+        <source>Copy</source>
+        <translation>复制</translation>
+    </message>
+    <message>
+        <source>Save</source>
+        <translation>保存</translation>
+    </message>
+    <message>
+        <source>Read the text</source>
+        <translation>读取文字</translation>
+    </message>
+    <message>
+        <source>Take after a countdown</source>
+        <translation>倒计时后截取</translation>
+    </message>
+    <message>
+        <source>Last area again</source>
+        <translation>再次使用上次的区域</translation>
+    </message>
+    <message>
+        <source>Nothing has been marked here before</source>
+        <translation>此前没有选过区域</translation>
+    </message>
+    <message>
+        <source>%1 is copied</source>
+        <translation>已复制 %1</translation>
+    </message>
+    <message>
+        <source>Copy the colour %1</source>
+        <translation>复制颜色 %1</translation>
+    </message>
 </context>
 <context>
     <name>MenuCapture</name>
     <message>
         <source>The menu gave no picture</source>
         <translation>未能获取菜单的图像</translation>
+    </message>
+    <message>
+        <source>Open a menu, and let the pointer rest on it</source>
+        <translation>打开一个菜单，并将指针停在上面</translation>
+    </message>
+    <message>
+        <source>Esc</source>
+        <translation>Esc</translation>
+    </message>
+    <message>
+        <source>gives up</source>
+        <translation>放弃</translation>
+    </message>
+</context>
+<context>
+    <name>NameTemplate</name>
+    <message>
+        <source>Character %1: &quot;}&quot; without a &quot;{&quot; before it. Double it to have the brace itself.</source>
+        <translation>第 %1 个字符：“}”之前没有“{”。要写括号本身，请写两次。</translation>
+    </message>
+    <message>
+        <source>Character %1: &quot;{&quot; without a &quot;}&quot; behind it. Double it to have the brace itself.</source>
+        <translation>第 %1 个字符：“{”之后没有“}”。要写括号本身，请写两次。</translation>
+    </message>
+    <message>
+        <source>Character %1: {%2} is not known.</source>
+        <translation>第 %1 个字符：{%2} 无法识别。</translation>
+    </message>
+    <message>
+        <source>Character %1: {%2} takes no &quot;%3&quot;.</source>
+        <translation>第 %1 个字符：{%2} 不能带“%3”。</translation>
+    </message>
+    <message>
+        <source>Character %1: the quote in {%2} is not closed.</source>
+        <translation>第 %1 个字符：{%2} 中的引号没有闭合。</translation>
     </message>
 </context>
 <context>
@@ -1699,13 +2117,13 @@ Backspace    删除最后一点</translation>
         <translation>没有找到您可能想隐藏的内容。请自己再看一遍图片：文字识别可能会有遗漏。</translation>
     </message>
     <message numerus="yes">
-        <source>%n place(s) to hide found.</source>
+        <source>%n place(s) to hide found in %1.</source>
         <translation>
-            <numerusform>找到 %n 处可以隐藏的内容。</numerusform>
+            <numerusform>在 %1 中找到 %n 处可以隐藏的内容。</numerusform>
         </translation>
     </message>
     <message>
-        <source>&amp;Show</source>
+        <source>Sh&amp;ow</source>
         <translation>显示(&amp;S)</translation>
     </message>
     <message numerus="yes">
@@ -1725,6 +2143,10 @@ Backspace    删除最后一点</translation>
     <message>
         <source>Cop&amp;y</source>
         <translation>复制(&amp;Y)</translation>
+    </message>
+    <message>
+        <source>The text was not read.</source>
+        <translation>文字未识别。</translation>
     </message>
 </context>
 <context>
@@ -1883,6 +2305,18 @@ Do you want to replace it?</source>
     <message>
         <source>Clear</source>
         <translation>清除</translation>
+    </message>
+    <message>
+        <source>Drag: mark an area
+Return: take it
+Ctrl+C: copy it     Ctrl+S: save it     T: read its text
+R: the last area again     C: copy the colour at the pointer
+Esc: give up</source>
+        <translation>拖动：选择区域
+Enter：截取
+Ctrl+C：复制     Ctrl+S：保存     T：读取文字
+R：再次使用上次的区域     C：复制指针处的颜色
+Esc：放弃</translation>
     </message>
 </context>
 <context>
@@ -2060,6 +2494,125 @@ Do you want to replace it?</source>
     </message>
 </context>
 <context>
+    <name>SnapWb</name>
+    <message>
+        <source>Show this help.</source>
+        <translation>显示此帮助。</translation>
+    </message>
+    <message>
+        <source>Show the version.</source>
+        <translation>显示版本。</translation>
+    </message>
+    <message>
+        <source>Write the picture to FILE, a PNG file; - is standard output.</source>
+        <translation>将图片写入 PNG 文件 FILE；- 表示标准输出。</translation>
+    </message>
+    <message>
+        <source>Replace FILE if there is one.</source>
+        <translation>若 FILE 已存在则替换。</translation>
+    </message>
+    <message>
+        <source>Copy the picture to the clipboard.</source>
+        <translation>将图片复制到剪贴板。</translation>
+    </message>
+    <message>
+        <source>Wait N seconds before.</source>
+        <translation>先等待 N 秒。</translation>
+    </message>
+    <message>
+        <source>Show the pointer in the picture.</source>
+        <translation>在图片中显示指针。</translation>
+    </message>
+    <message>
+        <source>Open picture files, each in a tab.</source>
+        <translation>打开图片文件，每个文件一个标签页。</translation>
+    </message>
+    <message>
+        <source>Tell how far a grab has come.</source>
+        <translation>显示截取进行到哪一步。</translation>
+    </message>
+    <message>
+        <source>Usage:</source>
+        <translation>用法：</translation>
+    </message>
+    <message>
+        <source>One kind of picture is needed: %1.</source>
+        <translation>需要指定一种截取方式：%1。</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; does not end with .png, and other formats are not written.</source>
+        <translation>“%1”不以 .png 结尾，不支持写入其他格式。</translation>
+    </message>
+    <message>
+        <source>The delay is a number of seconds, from 0 to %1.</source>
+        <translation>延迟为秒数，范围 0 到 %1。</translation>
+    </message>
+    <message>
+        <source>The option --%1 belongs to &quot;grab&quot;.</source>
+        <translation>选项 --%1 只用于“grab”。</translation>
+    </message>
+    <message>
+        <source>&quot;grab KIND&quot;, &quot;open FILE...&quot; or &quot;state&quot; is needed; --help tells more.</source>
+        <translation>需要“grab KIND”、“open FILE...”或“state”；详见 --help。</translation>
+    </message>
+    <message>
+        <source>The picture was given up.</source>
+        <translation>截取已放弃。</translation>
+    </message>
+    <message>
+        <source>Another picture is being taken.</source>
+        <translation>正在截取另一张图片。</translation>
+    </message>
+    <message>
+        <source>The program has ended.</source>
+        <translation>程序已结束。</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is a folder.</source>
+        <translation>“%1”是文件夹。</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is there already; --force replaces it.</source>
+        <translation>“%1”已存在；--force 可替换它。</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; can&apos;t be written to the folder &quot;%2&quot;.</source>
+        <translation>无法将“%1”写入文件夹“%2”。</translation>
+    </message>
+    <message>
+        <source>The program does not start.</source>
+        <translation>程序无法启动。</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; could not be written.</source>
+        <translation>无法写入“%1”。</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; can&apos;t be read.</source>
+        <translation>无法读取“%1”。</translation>
+    </message>
+    <message>
+        <source>The program does not run.</source>
+        <translation>程序没有运行。</translation>
+    </message>
+    <message>
+        <source>There is no session bus.</source>
+        <translation>没有会话总线。</translation>
+    </message>
+    <message>
+        <source>Take a picture: %1. With neither --output nor --copy it opens in a tab. &quot;window&quot; and &quot;scroll&quot; begin the same: a click takes the window, and Ctrl+click or Return all that scrolls in it.</source>
+        <translation>截取图片：%1。若既无 --output 也无 --copy，则在标签页中打开。“window”和“scroll”的开始方式相同：单击抓取窗口，Ctrl+单击或回车抓取其中滚动的全部内容。</translation>
+    </message>
+    <message>
+        <source>There is one picture, and so --output can be there only once.</source>
+        <translation>图片只有一张，所以 --output 只能出现一次。</translation>
+    </message>
+    <message>
+        <source>--force belongs to --output.</source>
+        <translation>--force 只与 --output 一起使用。</translation>
+    </message>
+</context>
+<context>
     <name>StyleControls</name>
     <message>
         <source>%1 px</source>
@@ -2158,6 +2711,41 @@ Do you want to replace it?</source>
     <message>
         <source>Close Tab</source>
         <translation>关闭标签页</translation>
+    </message>
+</context>
+<context>
+    <name>TakeButtons</name>
+    <message>
+        <source>Copy</source>
+        <translation>复制</translation>
+    </message>
+    <message>
+        <source>Copy the picture (Ctrl+C)</source>
+        <translation>复制图片 (Ctrl+C)</translation>
+    </message>
+    <message>
+        <source>Save</source>
+        <translation>保存</translation>
+    </message>
+    <message>
+        <source>Save the picture as a file (Ctrl+S)</source>
+        <translation>将图片保存为文件 (Ctrl+S)</translation>
+    </message>
+    <message>
+        <source>Text</source>
+        <translation>文字</translation>
+    </message>
+    <message>
+        <source>Read the text in the picture, and copy it (T)</source>
+        <translation>读取图片中的文字并复制 (T)</translation>
+    </message>
+    <message>
+        <source>Take</source>
+        <translation>完成</translation>
+    </message>
+    <message>
+        <source>Take the picture (Return)</source>
+        <translation>截取图片 (Enter)</translation>
     </message>
 </context>
 <context>
@@ -2262,6 +2850,14 @@ Do you want to replace it?</source>
         <source>Snap</source>
         <translation>截取</translation>
     </message>
+    <message>
+        <source>There is no window to show.</source>
+        <translation>没有可显示的窗口。</translation>
+    </message>
+    <message>
+        <source>No window&apos;s application or title contains this.</source>
+        <translation>没有窗口的应用程序名或标题包含此内容。</translation>
+    </message>
 </context>
 <context>
     <name>Workbench</name>
@@ -2281,6 +2877,10 @@ Do you want to replace it?</source>
         <source>&quot;%1&quot;: %2</source>
         <translation>“%1”：%2</translation>
     </message>
+    <message>
+        <source>&quot;%1&quot; was closed meanwhile.</source>
+        <translation>“%1”已被关闭。</translation>
+    </message>
 </context>
 <context>
     <name>dlgFreeHand</name>
@@ -2295,6 +2895,18 @@ Do you want to replace it?</source>
     <message>
         <source>Clear all points</source>
         <translation>清除所有点</translation>
+    </message>
+    <message>
+        <source>Click: set a corner     Drag: draw freehand
+Return, a double click: close it and take it
+Ctrl+C: copy it     Ctrl+S: save it     T: read its text
+R: the last area again     C: copy the colour at the pointer
+Esc: give up</source>
+        <translation>单击：设置顶点     拖动：徒手绘制
+Enter、双击：闭合并截取
+Ctrl+C：复制     Ctrl+S：保存     T：读取文字
+R：再次使用上次的区域     C：复制指针处的颜色
+Esc：放弃</translation>
     </message>
 </context>
 <context>

@@ -12,12 +12,12 @@ struct RegionPolicy {
     bool captionWhileFlat = false;    ///< a drag shows the caption before its band has an area
     bool keyCaptionHasUnit = true;
     bool exactKeys = false;  ///< arrow keys reach the edges, and each axis counts for itself
+    bool lastIsEdge = true;  ///< a drag that ends on the last row or column ends at the edge
 
     // In the overlay.
     /// Corner handles are drawn only with Command, but always work.
     bool cornersNeedCommand = false;
     bool releaseShowsButton = true;  ///< any release shows the button; otherwise only a drag does
-    bool doubleClickPresses = true;  ///< a second press begins a drag, too
     bool ticksWhilePressed = true;   ///< otherwise a press stops ticks, and any release starts more
 };
 
@@ -31,5 +31,4 @@ constexpr RegionPolicy s_ellipsePolicy{.ellipse = true,
                                        .keyCaptionHasUnit = false,
                                        .cornersNeedCommand = true,
                                        .releaseShowsButton = false,
-                                       .doubleClickPresses = false,
                                        .ticksWhilePressed = false};

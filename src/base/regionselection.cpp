@@ -98,7 +98,7 @@ std::optional<RegionSelection::Caption> RegionSelection::move(const Input &input
         dragRegion(input.pos);
     } else {
         const bool square = input.modifiers == Qt::ControlModifier;
-        m_endPoint = clamped(square ? squareEnd(input.pointer) : input.pos);
+        m_endPoint = clamped(square ? squareEnd(input.pointer) : ended(input.pos));
         if (isHandle(m_hitZone))
             dragHandle(input.pos);
     }
@@ -107,21 +107,23 @@ std::optional<RegionSelection::Caption> RegionSelection::move(const Input &input
     return bandCaption();
 }
 
-void RegionSelection::release(const Input &input)
+bool RegionSelection::release(const Input &input)
 {
     m_leftDown = false;
     m_dragging = false;
     if (isEdge(m_hitZone))
         m_endPoint = edgeEnd(input.pos);
     else if (m_hitZone != s_inside && input.modifiers != Qt::ControlModifier)
-        m_endPoint = clamped(input.pos);
+        m_endPoint = clamped(ended(input.pos));
     const QRect stored = band();
-    if (m_hasRegion && m_rubberBand && !stored.isEmpty()) {
+    const bool stores = m_hasRegion && m_rubberBand && !stored.isEmpty();
+    if (stores) {
         m_regionPos = stored.topLeft();
         m_regionSize = toPoint(stored.size());
     }
     m_hitZone = s_nothing;
     m_rubberBand = false;
+    return stores;
 }
 
 // A reader would expect one action per key, but the steps run one after the other: Alt with an
@@ -199,6 +201,14 @@ void RegionSelection::clear()
     m_endPoint = {};
     m_regionPos = {};
     m_regionSize = {};
+}
+
+void RegionSelection::mark(const QRect &region)
+{
+    m_startPoint = m_regionPos = region.topLeft();
+    m_regionSize = toPoint(region.size());
+    m_endPoint = m_startPoint + m_regionSize;
+    m_hasRegion = true;
 }
 
 QList<QRect> RegionSelection::shapes() const
@@ -358,10 +368,21 @@ QPoint RegionSelection::clamped(QPoint point) const
             std::clamp(point.y(), 0, m_extent.surface.height())};
 }
 
+// The pointer can't get beyond the last row and column, which would never be marked otherwise.
+QPoint RegionSelection::ended(QPoint pos) const
+{
+    if (!m_policy.lastIsEdge)
+        return pos;
+    const QSize size = m_extent.surface;
+    return {pos.x() == size.width() - 1 ? size.width() : pos.x(),
+            pos.y() == size.height() - 1 ? size.height() : pos.y()};
+}
+
 // Only one coordinate follows the pointer. It is not clamped: an edge can be dragged beyond the
 // overlay.
 QPoint RegionSelection::edgeEnd(QPoint pos) const
 {
+    pos = ended(pos);
     const Handle &edge = handle(m_hitZone);
     const QPoint fixed = pointAt(region(), 2 - edge.anchorColumn, 2 - edge.anchorRow);
     return edge.column == 1 ? QPoint(fixed.x(), pos.y()) : QPoint(pos.x(), fixed.y());
@@ -438,7 +459,7 @@ void RegionSelection::dragHandle(QPoint pos)
     if (dragged.isEdge()) {
         m_endPoint = edgeEnd(pos);
     } else {
-        m_endPoint = clamped(pos);
+        m_endPoint = clamped(ended(pos));
         m_hitZone = s_nothing;
     }
     m_hasRegion = false;

@@ -73,10 +73,12 @@ public:
     /// Returns the caption to show, or none if no drag is under way. A drag whose band has no area
     /// has a caption only if the policy says so.
     std::optional<Caption> move(const Input &input);
-    /// Any button was released.
-    void release(const Input &input);
+    /// Any button was released. True if that ends a drag that has stored a region.
+    bool release(const Input &input);
     Request key(int key, Qt::KeyboardModifiers modifiers);
     void clear();
+    /// Marks a rectangle as a drag would have that has ended.
+    void mark(const QRect &region);
 
     /// The rectangles to draw now, in this order.
     QList<QRect> shapes() const;
@@ -110,6 +112,7 @@ private:
     bool cursorIsInside(QPoint pointer) const;
     int hitTest(const Input &input);
     QPoint clamped(QPoint point) const;
+    QPoint ended(QPoint pos) const;
     QPoint edgeEnd(QPoint pos) const;
     QPoint squareEnd(QPoint pointer) const;
     void anchorOnRegion(QPoint pos);

@@ -9,6 +9,7 @@
 #include <QKeyEvent>
 #include <QMenu>
 #include <QPainter>
+#include <QPainterPath>
 #include <QWindow>
 
 #include <algorithm>
@@ -29,16 +30,16 @@ QColor black(qreal opacity)
 
 }  // namespace
 
-CaptureOverlay::CaptureOverlay(QWidget *parent, qreal sheetOpacity)
+CaptureOverlay::CaptureOverlay(QWidget *parent, qreal sheetOpacity, Sheet sheet)
     : QDialog(parent), m_area(desktopBox()), m_places(services().ownWindows->panes()),
-      m_sheetOpacity(sheetOpacity)
+      m_sheetOpacity(sheetOpacity), m_sheet(sheet)
 {
     setWindowFlags(windowFlags() | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
     // A modal flag that is set after the first show would be too late if another dialog is open,
     // which would then keep the overlay's keys. Without an open dialog it is set in exec(), so that
     // the window's close button works until then.
     setModal(QApplication::activeModalWidget());
-    setAttribute(Qt::WA_TranslucentBackground, !hasSheet());
+    setAttribute(Qt::WA_TranslucentBackground);
     startTicks();
 }
 
@@ -50,7 +51,7 @@ void CaptureOverlay::setSurface(QWidget *surface)
         if (!m_panes.isEmpty()) {
             window = drawnOn =
                 new QWidget(this, Qt::Window | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
-            window->setAttribute(Qt::WA_TranslucentBackground, !hasSheet());
+            window->setAttribute(Qt::WA_TranslucentBackground);
         }
         drawnOn->setMouseTracking(true);
         // The sheet covers the whole surface, so the background need not be cleared.
@@ -159,6 +160,9 @@ void CaptureOverlay::setVisible(bool visible)
         // An open menu would stay open without its overlay, and its loop would continue.
         for (QMenu *menu : findChildren<QMenu *>())
             menu->close();
+        // A compositor may let it fade, which it can do unseen.
+        for (const Pane &pane : std::as_const(m_panes))
+            services().ownWindows->moveWindow(&pane.window(), offScreen());
         QDialog::setVisible(false);
         showPanes(false);
         giveFocusBack();
@@ -193,14 +197,14 @@ bool CaptureOverlay::isLive()
 bool CaptureOverlay::makeSeeThrough()
 {
     for (Pane &pane : m_panes) {
-        pane.window().setWindowOpacity(isLive() && hasSheet() ? m_sheetOpacity : 1.0);
         QPixmap dimmed;
         if (!isLive()) {
             dimmed = QPixmap::fromImage(
                 services().pictures->ofDesktop(pane.pixels().translated(m_area.topLeft())));
             if (dimmed.isNull())
                 return false;
-            QPainter(&dimmed).fillRect(dimmed.rect(), black(m_sheetOpacity));
+            if (m_sheet != Sheet::Around)
+                QPainter(&dimmed).fillRect(dimmed.rect(), black(m_sheetOpacity));
         }
         pane.setPicture(dimmed);
     }
@@ -245,7 +249,8 @@ void CaptureOverlay::giveKeyboardBack()
 }
 
 void CaptureOverlay::runMenu(const Pane &pane, const QContextMenuEvent &event,
-                             const MenuEntry &finish, const QList<MenuEntry> &own)
+                             const MenuEntry &finish, const QList<MenuEntry> &own,
+                             const QList<MenuEntry> &more)
 {
     QMenu menu(&pane.window());
     const auto add = [&](const MenuEntry &entry) {
@@ -265,6 +270,9 @@ void CaptureOverlay::runMenu(const Pane &pane, const QContextMenuEvent &event,
     add({.text = tr("Change magnifier view mode"), .shortcut = u"Ctrl+E"_s, .run = [this] {
              changeviewmode();
          }});
+    menu.addSeparator();
+    for (const MenuEntry &entry : more)
+        add(entry);
     // The toolkit sends keys to a keyboard grabber before it looks for an open menu.
     giveKeyboardBack();
     const bool isElsewhere = event.reason() == QContextMenuEvent::Keyboard && m_panes.size() > 1;
@@ -354,12 +362,22 @@ void CaptureOverlay::paintSheet(const Pane &pane, const QRegion &exposed, const 
 {
     QPainter painter;
     pane.begin(painter);
+    if (m_sheet == Sheet::Around) {
+        paintAround(painter, pane, exposed);
+        painter.setRenderHint(QPainter::Antialiasing);
+        draw(painter);
+        return;
+    }
     const bool isLive = pane.picture().isNull();
     for (const QRect &logical : exposed) {
         const QRect pixels = pane.pixelsAround(logical);
+        if (isLive && hasSheet()) {
+            paintLive(painter, pixels, drawn, draw);
+            continue;
+        }
         if (isLive || !pane.pixels().contains(pixels)) {
             painter.setCompositionMode(QPainter::CompositionMode_Source);
-            painter.fillRect(pixels, hasSheet() ? Qt::black : Qt::transparent);
+            painter.fillRect(pixels, isLive ? Qt::transparent : Qt::black);
             painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
         }
         const QRect part = isLive ? QRect() : pane.inPicture(pixels);
@@ -373,10 +391,64 @@ void CaptureOverlay::paintSheet(const Pane &pane, const QRegion &exposed, const 
             addSheet(painter, pane, touched, draw);
         painter.restore();
     }
-    if (hasSheet() && !isLive)
+    if (hasSheet())
         return;
     painter.setRenderHint(QPainter::Antialiasing);
     draw(painter);
+}
+
+// What a window of the sheet's opacity would show, but for its child widgets, which stay opaque.
+void CaptureOverlay::paintLive(QPainter &painter, const QRect &pixels, const QRect &drawn,
+                               const std::function<void(QPainter &)> &draw) const
+{
+    painter.setCompositionMode(QPainter::CompositionMode_Source);
+    painter.fillRect(pixels, black(m_sheetOpacity));
+    painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
+    const QRect touched = pixels & drawn;
+    if (touched.isEmpty())
+        return;
+    QImage sheet(touched.size(), QImage::Format_ARGB32_Premultiplied);
+    sheet.fill(Qt::black);
+    QPainter sheetPainter(&sheet);
+    sheetPainter.setRenderHint(QPainter::Antialiasing);
+    sheetPainter.translate(-touched.topLeft());
+    draw(sheetPainter);
+    sheetPainter.resetTransform();
+    sheetPainter.setCompositionMode(QPainter::CompositionMode_DestinationIn);
+    sheetPainter.fillRect(sheet.rect(), black(m_sheetOpacity));
+    sheetPainter.end();
+    painter.setCompositionMode(QPainter::CompositionMode_Source);
+    painter.drawImage(touched.topLeft(), sheet);
+    painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
+}
+
+// The sheet is painted here, and not by the window's opacity, which would be that of all of it.
+void CaptureOverlay::paintAround(QPainter &painter, const Pane &pane, const QRegion &exposed) const
+{
+    const QPainterPath hole = marked();
+    const QTransform inPixels = painter.worldTransform();
+    for (const QRect &logical : exposed) {
+        // Exactly this: what is translucent must not be painted twice.
+        painter.save();
+        painter.resetTransform();
+        painter.setClipRect(logical);
+        painter.setWorldTransform(inPixels);
+        const QRect pixels = pane.pixelsAround(logical).adjusted(-1, -1, 1, 1);
+        painter.setCompositionMode(QPainter::CompositionMode_Source);
+        painter.fillRect(pixels, pane.picture().isNull() ? Qt::transparent : Qt::black);
+        painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
+        if (const QRect part = pane.inPicture(pixels); !part.isEmpty()) {
+            pane.usePicture(painter);
+            painter.drawPixmap(part, pane.picture(), part);
+            painter.setWorldTransform(inPixels);
+        }
+        QPainterPath sheet;
+        sheet.addRect(pixels);
+        sheet.addPath(hole);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.fillPath(sheet, black(m_sheetOpacity));
+        painter.restore();
+    }
 }
 
 // Adds what a compositor would add to the dimmed desktop: the complete sheet multiplied by its

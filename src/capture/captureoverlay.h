@@ -17,6 +17,7 @@ class QContextMenuEvent;
 class QMenu;
 class QMouseEvent;
 class QPainter;
+class QPainterPath;
 
 /// The base of all overlays: covers the desktop, stays on top, shows the desktop through a
 /// translucent black sheet, has the keyboard, ticks, and updates the magnifier. Each overlay
@@ -69,9 +70,15 @@ signals:
     void ShowDetailWindowRequest(QWidget *parent, EShowMagOpr opr, int x, int y);
 
 protected:
+    /// How the desktop comes through the sheet. Widgets that lie on it are opaque either way, so
+    /// that they can be read.
+    enum class Sheet {
+        Whole,  ///< also through what is drawn on it
+        Around  ///< it leaves out what is marked(), and what is drawn on it is opaque
+    };
     /// `sheetOpacity` is the opacity of the black sheet, 0 to 1. With 0 there is no sheet: the
     /// overlay draws on the unchanged desktop.
-    CaptureOverlay(QWidget *parent, qreal sheetOpacity);
+    CaptureOverlay(QWidget *parent, qreal sheetOpacity, Sheet sheet = Sheet::Whole);
 
     /// Makes the panes. `surface` is the child that fills this dialog and is the first pane's
     /// surface. To be called once, after the form has been set up.
@@ -85,6 +92,8 @@ protected:
     /// The pixel of a mouse event of a pane's surface.
     QPoint placeOf(const Pane &pane, const QMouseEvent &event) const;
 
+    /// What is marked, in pixels, for a sheet that leaves it out.
+    virtual QPainterPath marked() const { return {}; }
     /// Whether something is marked that can be taken.
     virtual bool canBeTaken() const = 0;
 
@@ -101,10 +110,11 @@ protected:
         bool enabled = true;
         std::function<void()> run{};
     };
-    /// Runs the context menu that a pane was asked for. It contains the `own` entries and those
-    /// that all overlays have. The overlay may have been closed when this returns.
+    /// Runs the context menu that a pane was asked for. It contains the `own` entries, those that
+    /// all overlays have, and at its end `more`. The overlay may have been closed when this
+    /// returns.
     void runMenu(const Pane &pane, const QContextMenuEvent &event, const MenuEntry &finish,
-                 const QList<MenuEntry> &own);
+                 const QList<MenuEntry> &own, const QList<MenuEntry> &more);
 
     /// From what was marked, relative to its corner, to its picture, which has another size where
     /// the screen's own pixels are larger.
@@ -133,6 +143,9 @@ private:
     void tickLater(int ticks);
     void passTick();
     bool hasSheet() const { return m_sheetOpacity > 0; }
+    void paintLive(QPainter &painter, const QRect &pixels, const QRect &drawn,
+                   const std::function<void(QPainter &)> &draw) const;
+    void paintAround(QPainter &painter, const Pane &pane, const QRegion &exposed) const;
     static bool isLive();
     bool makeSeeThrough();
     bool fitsDesktop() const;
@@ -147,6 +160,7 @@ private:
     QList<PanePlace> m_places;  // of the panes, as the desktop told them
     QList<Pane> m_panes;
     qreal m_sheetOpacity = 0;
+    Sheet m_sheet = Sheet::Whole;
     QPointer<QWidget> m_windowBefore;  // the program's active window when the overlay opened
     QList<int> m_ticks;                // the numbers of the running series of ticks
     int m_newestTicks = 0;

@@ -5,7 +5,10 @@
 
 #include <memory>
 
-MyDrawRound::MyDrawRound(QWidget *parent) : RegionOverlay(parent, s_ellipsePolicy) {}
+MyDrawRound::MyDrawRound(QWidget *parent, const MarkingHabits &habits)
+    : RegionOverlay(parent, s_ellipsePolicy, habits)
+{
+}
 
 QPainterPath *MyDrawRound::getEllipse() const
 {

@@ -10,7 +10,7 @@ class MyDrawRound : public RegionOverlay
 {
     Q_OBJECT
 public:
-    explicit MyDrawRound(QWidget *parent = nullptr);
+    explicit MyDrawRound(QWidget *parent = nullptr, const MarkingHabits &habits = {});
 
     Grab take() override;
     /// The ellipse in the coordinates of the picture; the caller owns it. A reader would expect

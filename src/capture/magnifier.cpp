@@ -3,6 +3,7 @@
 #include "capture/captureoverlay.h"
 #include "capture/magnifierpanel.h"
 #include "config/settings.h"
+#include "platform/desktoppictures.h"
 #include "platform/windowlist.h"
 
 using namespace Qt::StringLiterals;
@@ -34,8 +35,11 @@ void Magnifier::request(QWidget *parent, EShowMagOpr opr, QPoint pos, int type,
 
 void Magnifier::close()
 {
-    if (m_panel)
+    if (m_panel) {
+        // It fades unseen, as its overlay does.
+        m_panel->moveTo(offScreen());
         m_panel->close();
+    }
     delete m_panel;
 }
 

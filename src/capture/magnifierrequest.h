@@ -6,4 +6,5 @@ enum EShowMagOpr {
     eMagClose = 1,       ///< close it
     eMagChangeMode = 2,  ///< switch between the two view modes
     eMagUpdate = 3,      ///< update it for a position on the desktop
+    eMagMultiple = 4,    ///< by so many steps a larger multiple, or a smaller one; they come as x
 };

@@ -7,6 +7,7 @@
 #include <QContextMenuEvent>
 #include <QGridLayout>
 #include <QPainter>
+#include <QPainterPath>
 
 #include <algorithm>
 #include <cmath>
@@ -19,10 +20,12 @@ namespace {
 constexpr qreal s_sheetOpacity = 0.4;
 constexpr int s_closeMarkSize = 10;
 constexpr qsizetype s_manySegments = 200;
+constexpr int s_buttonGap = 15;  // between the buttons, the screen's edge and the polygon
 
 // Slightly more than one pixel: the toolkit draws one-pixel lines by a faster method whose pixels
 // depend on the clipping, so parts that are painted at different times would not match.
 constexpr qreal s_lineWidth = 1.001;
+constexpr qreal s_darkWidth = 3;  // below it, where what is marked is as bright as the line
 
 // A long line is repainted in pieces of this length, because the bounding box of a diagonal line
 // across the desktop would cover all of it.
@@ -75,8 +78,10 @@ void drawLine(QPainter &painter, const QPolygonF &line, const QRect &visible)
 
 }  // namespace
 
-dlgFreeHand::dlgFreeHand(QWidget *parent) : CaptureOverlay(parent, s_sheetOpacity)
+dlgFreeHand::dlgFreeHand(QWidget *parent, const MarkingHabits &habits)
+    : MarkingOverlay(parent, s_sheetOpacity, habits, u"Polygon"_s)
 {
+    m_selection.setSurface(area().size());
     auto *surface = new QWidget(this);
     surface->setObjectName(u"widget"_s);
     surface->setFocusPolicy(Qt::WheelFocus);
@@ -115,12 +120,14 @@ void dlgFreeHand::deletelastpoint()
 {
     m_selection.deletelastpoint();
     refresh();
+    follow();
 }
 
 void dlgFreeHand::dialog_clear()
 {
     m_selection.clear();
     refresh();
+    follow();
 }
 
 void dlgFreeHand::slots_freehandAccept()
@@ -131,6 +138,8 @@ void dlgFreeHand::slots_freehandAccept()
 
 bool dlgFreeHand::paneEvent(const Pane &pane, QEvent *event)
 {
+    if (hears(pane, *event))
+        return true;
     switch (event->type()) {
     case QEvent::MouseButtonPress:
     case QEvent::MouseButtonDblClick:
@@ -172,6 +181,7 @@ bool dlgFreeHand::mouseEvent(QPoint pos, const QMouseEvent &event)
             slots_freehandAccept();
     }
     refresh();
+    follow();
     return false;
 }
 
@@ -180,12 +190,12 @@ void dlgFreeHand::move(QPoint pos, Qt::KeyboardModifiers modifiers)
     ShowDetailWindow(eMagUpdate, area().x() + pos.x(), area().y() + pos.y());
     m_selection.move(pos, modifiers);
     refresh();
+    follow();
 }
 
 void dlgFreeHand::key(const QKeyEvent &event)
 {
-    const PolygonSelection::KeyResult result =
-        m_selection.key(event.key(), event.modifiers(), area().size());
+    const PolygonSelection::KeyResult result = m_selection.key(event.key(), event.modifiers());
     if (result.changeViewMode)
         changeviewmode();
     // The resulting move event updates magnifier and line.
@@ -194,6 +204,7 @@ void dlgFreeHand::key(const QKeyEvent &event)
     if (result.finished)
         accept();
     refresh();
+    follow();
 }
 
 // While a button is down, a resting pointer must not add vertices, so the tick does nothing.
@@ -213,12 +224,12 @@ void dlgFreeHand::contextMenu(const Pane &pane, const QContextMenuEvent &event)
     if (m_selection.isPressed())
         m_selection.release(pointerInOverlay(), QApplication::keyboardModifiers());
     const bool hasPoints = m_selection.points().size() >= 2;
-    runMenu(
-        pane, event,
-        {tr("Finish(Enter)"), Qt::Key_Return, m_selection.canFinish(),
-         [this] { slots_freehandAccept(); }},
-        {{tr("Delete last point"), u"Backspace"_s, true, [this] { deletelastpoint(); }},
-         {tr("Clear all points"), u"Shift+Backspace"_s, hasPoints, [this] { dialog_clear(); }}});
+    runMenu(pane, event,
+            {tr("Finish(Enter)"), Qt::Key_Return, m_selection.canFinish(),
+             [this] { slots_freehandAccept(); }},
+            {{tr("Delete last point"), u"Backspace"_s, true, [this] { deletelastpoint(); }},
+             {tr("Clear all points"), u"Shift+Backspace"_s, hasPoints, [this] { dialog_clear(); }}},
+            takeEntries());
 }
 
 // Repaints only what has changed on the surface. New points are at the front, so two lines are
@@ -237,6 +248,22 @@ void dlgFreeHand::refresh()
         if (mark && m_shown.closeMark != now.closeMark)
             damage += around(*mark, *mark + QPointF(s_closeMarkSize, s_closeMarkSize));
     }
+    // What is marked reaches to the first vertex, and changes with its ends.
+    if (habits().clearSelection) {
+        QPolygonF changed;
+        for (const QPolygonF &line : {m_shown.line, now.line}) {
+            if (line.size() > common)
+                changed += line.first(line.size() - common);
+        }
+        if (!changed.isEmpty()) {
+            for (const QPolygonF &line : {m_shown.line, now.line}) {
+                if (!line.isEmpty())
+                    changed += {line.value(line.size() - common), line.constLast()};
+            }
+            const QRectF box = changed.boundingRect();
+            damage += around(box.topLeft(), box.bottomRight());
+        }
+    }
     m_shown = now;
     if (!damage.isEmpty())
         updatePixels(damage);
@@ -253,6 +280,10 @@ void dlgFreeHand::paintSurface(const Pane &pane, const QRegion &exposed)
     paintSheet(pane, exposed, drawn.boundingRect(), [this, &exposedPixels](QPainter &painter) {
         const QTransform toPixels = painter.worldTransform().inverted();
         const QRect device = toPixels.mapRect(QRectF(painter.viewport())).toAlignedRect();
+        if (habits().clearSelection) {
+            painter.setPen(QPen(Qt::black, s_darkWidth));
+            drawLine(painter, m_shown.line, device & exposedPixels);
+        }
         painter.setPen(QPen(Qt::white, s_lineWidth));
         drawLine(painter, m_shown.line, device & exposedPixels);
         if (m_shown.closeMark) {
@@ -260,4 +291,66 @@ void dlgFreeHand::paintSurface(const Pane &pane, const QRegion &exposed)
             painter.drawEllipse(QRect(*m_shown.closeMark, QSize(s_closeMarkSize, s_closeMarkSize)));
         }
     });
+}
+
+QPainterPath dlgFreeHand::marked() const
+{
+    QPainterPath path;
+    path.addPolygon(m_shown.line);
+    path.closeSubpath();
+    return path;
+}
+
+// In the order in which they were set.
+QPolygonF dlgFreeHand::markedPoints() const
+{
+    const QPolygonF &points = m_selection.points();
+    return QPolygonF(QList<QPointF>(points.crbegin(), points.crend()));
+}
+
+void dlgFreeHand::markPoints(const QPolygonF &points)
+{
+    m_selection.mark(points);
+    refresh();
+}
+
+// Of the vertices that are set: the end that follows the pointer does not count.
+QRect dlgFreeHand::vertexBox() const
+{
+    return QPolygonF(m_selection.points().mid(1)).boundingRect().toAlignedRect();
+}
+
+QPoint dlgFreeHand::nearButtons() const { return vertexBox().center(); }
+
+// At the foot of the screen, or at its head: beside the polygon they would be in the way of its
+// next vertex. If there is no room, they are off the first one, on which a click closes the
+// polygon.
+QPoint dlgFreeHand::placeButtons(QSize size) const
+{
+    const QRect home = homeOf(nearButtons());
+    QRect box(QPoint(home.x() + std::max(0, (home.width() - size.width()) / 2),
+                     home.y() + home.height() - size.height() - s_buttonGap),
+              size);
+    const QPoint foot = box.topLeft();
+    const QPoint head(foot.x(), home.y() + s_buttonGap);
+    const auto covers = [&box](QPoint corner, const QRect &other) {
+        box.moveTopLeft(corner);
+        return box.adjusted(-s_buttonGap, -s_buttonGap, s_buttonGap, s_buttonGap).intersects(other);
+    };
+    const QRect first(m_selection.points().constLast().toPoint(), QSize(1, 1));
+    const auto isBetterAtHead = [&](const QRect &other) {
+        return covers(foot, other) && !covers(head, other);
+    };
+    const bool isAtHead =
+        covers(foot, first) || isBetterAtHead(vertexBox()) || isBetterAtHead(magnifier());
+    return isAtHead ? head : foot;
+}
+
+QString dlgFreeHand::hint() const
+{
+    return tr("Click: set a corner     Drag: draw freehand\n"
+              "Return, a double click: close it and take it\n"
+              "Ctrl+C: copy it     Ctrl+S: save it     T: read its text\n"
+              "R: the last area again     C: copy the colour at the pointer\n"
+              "Esc: give up");
 }

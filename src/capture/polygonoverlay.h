@@ -1,6 +1,6 @@
 #pragma once
 
-#include "capture/captureoverlay.h"
+#include "capture/markingoverlay.h"
 #include "capture/polygonselection.h"
 
 #include <QPixmap>
@@ -13,11 +13,11 @@ class QPointF;
 
 /// The overlay for marking a polygon, by clicks or freehand. The desktop below it stays live:
 /// getPixmap() reads its pixels after the overlay has closed.
-class dlgFreeHand : public CaptureOverlay
+class dlgFreeHand : public MarkingOverlay
 {
     Q_OBJECT
 public:
-    explicit dlgFreeHand(QWidget *parent = nullptr);
+    explicit dlgFreeHand(QWidget *parent = nullptr, const MarkingHabits &habits = {});
 
     Grab take() override;
     /// Takes the picture of the polygon's bounding box. If the box is empty, returns the picture
@@ -37,7 +37,16 @@ protected:
     bool paneEvent(const Pane &pane, QEvent *event) override;
     void contextMenu(const Pane &pane, const QContextMenuEvent &event) override;
     void tick() override;
+    QPainterPath marked() const override;
     bool canBeTaken() const override;
+    bool canComplete() const override { return m_selection.canFinish(); }
+    bool complete() override { return m_selection.finish(); }
+    bool isPressed() const override { return m_selection.isPressed(); }
+    QPolygonF markedPoints() const override;
+    void markPoints(const QPolygonF &points) override;
+    QPoint nearButtons() const override;
+    QPoint placeButtons(QSize size) const override;
+    QString hint() const override;
 
 private:
     struct Look {
@@ -48,6 +57,7 @@ private:
     bool mouseEvent(QPoint pos, const QMouseEvent &event);
     void move(QPoint pos, Qt::KeyboardModifiers modifiers);
     void key(const QKeyEvent &event);
+    QRect vertexBox() const;
     void refresh();
     void paintSurface(const Pane &pane, const QRegion &exposed);
 

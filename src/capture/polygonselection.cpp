@@ -62,6 +62,14 @@ QPoint PolygonSelection::AdjustPoint(const QPoint &p, Qt::KeyboardModifiers modi
     return {qRound(end.x()), qRound(end.y())};
 }
 
+// The pointer can't get beyond the last row and column, which would never be marked otherwise.
+QPoint PolygonSelection::placed(QPoint pos, Qt::KeyboardModifiers modifiers) const
+{
+    const QPoint adjusted = AdjustPoint(pos, modifiers);
+    return adjusted + QPoint(adjusted.x() == m_surface.width() - 1 ? 1 : 0,
+                             adjusted.y() == m_surface.height() - 1 ? 1 : 0);
+}
+
 bool PolygonSelection::endIsLastVertex() const
 {
     if (m_points.size() < 2)
@@ -98,7 +106,7 @@ bool PolygonSelection::press(QPoint pos, QPoint pointer, Qt::KeyboardModifiers m
 {
     m_state = State::Pressed;
     m_closing = false;
-    const QPoint adjusted = AdjustPoint(pos, modifiers);
+    const QPoint adjusted = placed(pos, modifiers);
     if (m_points.isEmpty())
         m_points.prepend(adjusted);
     else if (endIsLastVertex())
@@ -114,7 +122,7 @@ bool PolygonSelection::press(QPoint pos, QPoint pointer, Qt::KeyboardModifiers m
 
 void PolygonSelection::release(QPoint pos, Qt::KeyboardModifiers modifiers)
 {
-    m_points.prepend(AdjustPoint(pos, modifiers));
+    m_points.prepend(placed(pos, modifiers));
     m_canClose = true;
     m_state = State::Idle;
 }
@@ -124,7 +132,7 @@ void PolygonSelection::move(QPoint pos, Qt::KeyboardModifiers modifiers)
 {
     if (m_points.isEmpty() || m_closing || m_state == State::Busy)
         return;
-    const QPoint adjusted = AdjustPoint(pos, modifiers);
+    const QPoint adjusted = placed(pos, modifiers);
     if (m_state == State::Pressed)
         m_points.prepend(adjusted);
     else
@@ -141,6 +149,18 @@ bool PolygonSelection::finish()
     return true;
 }
 
+void PolygonSelection::mark(const QPolygonF &vertices)
+{
+    m_points.clear();
+    for (const QPointF &vertex : vertices)
+        m_points.prepend(vertex);
+    if (!m_points.isEmpty())
+        m_points.prepend(m_points.constFirst());  // the end of the rubber line
+    m_state = State::Idle;
+    m_closing = false;
+    m_canClose = true;
+}
+
 void PolygonSelection::deletelastpoint()
 {
     if (m_points.size() < 2)
@@ -153,8 +173,7 @@ void PolygonSelection::deletelastpoint()
         m_points.clear();
 }
 
-PolygonSelection::KeyResult PolygonSelection::key(int key, Qt::KeyboardModifiers modifiers,
-                                                  QSize surface)
+PolygonSelection::KeyResult PolygonSelection::key(int key, Qt::KeyboardModifiers modifiers)
 {
     KeyResult result;
     result.changeViewMode = key == Qt::Key_E && modifiers.testFlag(Qt::ControlModifier);
@@ -169,7 +188,7 @@ PolygonSelection::KeyResult PolygonSelection::key(int key, Qt::KeyboardModifiers
             continue;
         // Alt moves to the edge after the normal step.
         const int step = modifiers.testFlag(Qt::ShiftModifier) ? 10 * arrow.step : arrow.step;
-        const int size = arrow.axis == 0 ? surface.width() : surface.height();
+        const int size = arrow.axis == 0 ? m_surface.width() : m_surface.height();
         moveEnd(arrow.axis, along(m_points.first(), arrow.axis) + step, result);
         if (modifiers.testFlag(Qt::AltModifier))
             moveEnd(arrow.axis, arrow.step < 0 ? 1 : size - 1, result);

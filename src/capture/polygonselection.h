@@ -25,19 +25,24 @@ public:
     /// vertex, at the same distance. Otherwise, and exactly between two directions, returns `p`.
     QPoint AdjustPoint(const QPoint &p, Qt::KeyboardModifiers modifiers) const;
 
+    /// The size of the drawing surface. A point on its last row or column is set at the edge
+    /// beyond.
+    void setSurface(QSize surface) { m_surface = surface; }
+
     /// The left button alone was pressed. Returns true if this closes the polygon, by a click near
     /// its first vertex. `pos` is the event's position, `pointer` the present one.
     bool press(QPoint pos, QPoint pointer, Qt::KeyboardModifiers modifiers);
     /// Any button was released.
     void release(QPoint pos, Qt::KeyboardModifiers modifiers);
     void move(QPoint pos, Qt::KeyboardModifiers modifiers);
-    /// `surface` is the size of the drawing surface.
-    KeyResult key(int key, Qt::KeyboardModifiers modifiers, QSize surface);
+    KeyResult key(int key, Qt::KeyboardModifiers modifiers);
     /// Completes the polygon. Returns false if it has fewer than three vertices or if they lie on a
     /// line.
     bool finish();
     void deletelastpoint();
     void clear() { m_points.clear(); }
+    /// Marks a polygon by its vertices, in the order in which they were set.
+    void mark(const QPolygonF &vertices);
 
     /// The points, newest first. The first one is the end of the rubber line and not a vertex yet.
     const QPolygonF &points() const { return m_points; }
@@ -61,11 +66,13 @@ private:
 
     static constexpr qsizetype s_fewestPoints = 4;  // three vertices and the end of the rubber line
 
+    QPoint placed(QPoint pos, Qt::KeyboardModifiers modifiers) const;
     bool isFlat() const;
     bool endIsLastVertex() const;
     bool isNearFirst(QPoint pointer) const;
     void moveEnd(int axis, double to, KeyResult &result);
 
+    QSize m_surface{0, 0};
     QPolygonF m_points;
     State m_state = State::Idle;
     bool m_closing = false;

@@ -5,7 +5,10 @@
 
 #include <memory>
 
-Dialog::Dialog(QWidget *parent) : RegionOverlay(parent, s_rectanglePolicy) {}
+Dialog::Dialog(QWidget *parent, const MarkingHabits &habits)
+    : RegionOverlay(parent, s_rectanglePolicy, habits)
+{
+}
 
 QPainterPath *Dialog::getPolygonF() const
 {

@@ -9,7 +9,7 @@ class Dialog : public RegionOverlay
 {
     Q_OBJECT
 public:
-    explicit Dialog(QWidget *parent = nullptr);
+    explicit Dialog(QWidget *parent = nullptr, const MarkingHabits &habits = {});
 
     Grab take() override { return {.picture = getPixmap()}; }
     /// The region's outline in overlay coordinates, which the caller owns; null if there is no

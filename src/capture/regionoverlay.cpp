@@ -1,6 +1,8 @@
 #include "capture/regionoverlay.h"
 
 #include "base/palette.h"
+#include "capture/overlayplate.h"
+#include "capture/takebuttons.h"
 #include "platform/desktoppictures.h"
 #include "platform/services.h"
 #include "ui_rectangleoverlay.h"
@@ -10,6 +12,7 @@
 #include <QContextMenuEvent>
 #include <QFontMetrics>
 #include <QPainter>
+#include <QPainterPath>
 
 #include <array>
 #include <cmath>
@@ -64,9 +67,11 @@ QRegion inner(const QRect &shape, bool ellipse)
 
 }  // namespace
 
-RegionOverlay::RegionOverlay(QWidget *parent, const RegionPolicy &policy)
-    : CaptureOverlay(parent, s_sheetOpacity), m_policy(policy),
-      m_ui(std::make_unique<Ui::Dialog>()), m_selection(policy)
+RegionOverlay::RegionOverlay(QWidget *parent, const RegionPolicy &policy,
+                             const MarkingHabits &habits)
+    : MarkingOverlay(parent, s_sheetOpacity, habits,
+                     policy.ellipse ? u"Ellipse"_s : u"Rectangle"_s),
+      m_policy(policy), m_ui(std::make_unique<Ui::Dialog>()), m_selection(policy)
 {
     m_ui->setupUi(this);
     setSurface(m_ui->widget);
@@ -137,6 +142,7 @@ void RegionOverlay::dialog_clear()
     m_selection.clear();
     m_ui->widget_2->hide();
     refresh();
+    follow();
 }
 
 void RegionOverlay::drawHandles(QPainter &painter, const QRect &region,
@@ -238,21 +244,20 @@ void RegionOverlay::setExtent()
 bool RegionOverlay::eventFilter(QObject *watched, QEvent *event)
 {
     if (watched == m_ui->widget_2 && event->type() == QEvent::Paint)
-        paintFrame();
+        paintOverlayFrame(*m_ui->widget_2);
     if (watched == m_ui->pushButton && event->type() == QEvent::MouseButtonRelease) {
         m_ui->pushButton->click();
         return true;
     }
-    return CaptureOverlay::eventFilter(watched, event);
+    return MarkingOverlay::eventFilter(watched, event);
 }
 
 bool RegionOverlay::paneEvent(const Pane &pane, QEvent *event)
 {
+    if (hears(pane, *event))
+        return true;
     switch (event->type()) {
     case QEvent::MouseButtonDblClick:
-        if (!m_policy.doubleClickPresses)
-            return false;
-        [[fallthrough]];
     case QEvent::MouseButtonPress:
     case QEvent::MouseMove:
     case QEvent::MouseButtonRelease: {
@@ -275,11 +280,18 @@ bool RegionOverlay::paneEvent(const Pane &pane, QEvent *event)
 
 void RegionOverlay::mouseEvent(QPoint pos, const QMouseEvent &event)
 {
+    const bool isPress =
+        event.type() == QEvent::MouseButtonPress || event.type() == QEvent::MouseButtonDblClick;
+    bool takes = false;
     if (event.type() == QEvent::MouseMove)
         move(pos);
     else if (event.type() == QEvent::MouseButtonRelease)
-        release(pos);
-    else
+        takes = release(pos) && habits().takesOnRelease;
+    else if (event.type() == QEvent::MouseButtonDblClick && habits().takesOnDoubleClick)
+        takes = event.buttons() == Qt::LeftButton && region().contains(pos);
+    if (takes)
+        accept();
+    else if (isPress)
         press(pos, event.buttons());
 }
 
@@ -290,6 +302,7 @@ void RegionOverlay::press(QPoint pos, Qt::MouseButtons buttons)
     m_selection.press(input(pos), buttons);
     refresh();
     ChangeCursor(pos);
+    follow();
 }
 
 void RegionOverlay::move(QPoint pos)
@@ -303,16 +316,20 @@ void RegionOverlay::move(QPoint pos)
         m_ui->pushButton->show();
     }
     refresh();
+    follow();
 }
 
-void RegionOverlay::release(QPoint pos)
+// True if a drag has marked something.
+bool RegionOverlay::release(QPoint pos)
 {
     if (!m_policy.ticksWhilePressed)
         startTicks();
-    m_selection.release(input(pos));
+    const bool marks = m_selection.release(input(pos));
     if (m_policy.releaseShowsButton)
         m_ui->pushButton->show();
     refresh();
+    follow();
+    return marks;
 }
 
 void RegionOverlay::key(const QKeyEvent &event)
@@ -335,6 +352,7 @@ void RegionOverlay::key(const QKeyEvent &event)
         dialog_clear();
         break;
     }
+    follow();
 }
 
 // Without a drag the pointer may rest or move over another application; the magnifier, the cursor
@@ -351,7 +369,8 @@ void RegionOverlay::contextMenu(const Pane &pane, const QContextMenuEvent &event
     if (m_selection.isPressed() || event.reason() == QContextMenuEvent::Mouse)
         release(pointerInOverlay());
     runMenu(pane, event, {tr("Finish(Enter)"), Qt::Key_Return, hasArea(), [this] { accept(); }},
-            {{tr("Clear"), u"Shift+Backspace"_s, hasArea(), [this] { dialog_clear(); }}});
+            {{tr("Clear"), u"Shift+Backspace"_s, hasArea(), [this] { dialog_clear(); }}},
+            takeEntries());
 }
 
 // The caption is shown whole, in the one pane that shows its middle. Its size in pixels, and with
@@ -398,21 +417,60 @@ void RegionOverlay::paintSurface(const Pane &pane, const QRegion &exposed)
     }
     const QRect drawn = damage({}, now).boundingRect();
     paintSheet(pane, exposed, drawn, [this, &now](QPainter &painter) {
+        if (habits().clearSelection)
+            drawOutline(painter, marked());
         for (const QRect &shape : now.shapes) {
             painter.setPen(Qt::white);
-            painter.setBrush(Qt::white);
+            painter.setBrush(habits().clearSelection ? Qt::NoBrush : QBrush(Qt::white));
             draw(painter, shape);
         }
     });
     m_selection.painted();
 }
 
-void RegionOverlay::paintFrame()
+QPainterPath RegionOverlay::marked() const
 {
-    QPainter painter(m_ui->widget_2);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(Palette::overlayFrame);
-    painter.setBrush(Qt::black);
-    painter.drawRoundedRect(QRectF(m_ui->widget_2->rect()).adjusted(2.0, 2.0, -2.0, -2.0), 10.0,
-                            10.0, Qt::AbsoluteSize);
+    QPainterPath path;
+    for (const QRect &shape : m_selection.shapes()) {
+        if (m_policy.ellipse)
+            path.addEllipse(shape.normalized());
+        else
+            path.addRect(shape.normalized());
+    }
+    return path;
+}
+
+QPolygonF RegionOverlay::markedPoints() const
+{
+    const QRectF marked(region().normalized());
+    return {{marked.topLeft(), marked.bottomRight()}};
+}
+
+void RegionOverlay::markPoints(const QPolygonF &points)
+{
+    m_selection.mark(QRectF(points.first(), points.last()).toRect());
+    placeCaption(&RegionSelection::bandCaption);
+    m_ui->widget_2->show();
+    m_ui->pushButton->show();
+    refresh();
+}
+
+QPoint RegionOverlay::placeButtons(QSize size) const
+{
+    QList<QRect> clear{magnifier()};
+    for (int zone = 1; zone <= RegionSelection::s_handleCount; ++zone) {
+        QRect box(0, 0, s_handleDiameter + 4, s_handleDiameter + 4);
+        box.moveCenter(RegionSelection::handleCentre(region(), zone));
+        clear.append(box);
+    }
+    return TakeButtons::place(size, frame(), homeOf(frame().center()), clear);
+}
+
+QString RegionOverlay::hint() const
+{
+    return tr("Drag: mark an area\n"
+              "Return: take it\n"
+              "Ctrl+C: copy it     Ctrl+S: save it     T: read its text\n"
+              "R: the last area again     C: copy the colour at the pointer\n"
+              "Esc: give up");
 }

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "base/regionselection.h"
-#include "capture/captureoverlay.h"
+#include "capture/markingoverlay.h"
 
 #include <QPixmap>
 #include <QString>
@@ -16,7 +16,7 @@ class Dialog;
 /// The common part of the rectangle's and the ellipse's overlay: a region that is marked and
 /// adjusted with mouse and keys, and the caption that follows it. The desktop below stays live:
 /// getPixmap() reads its pixels after the overlay has closed.
-class RegionOverlay : public CaptureOverlay
+class RegionOverlay : public MarkingOverlay
 {
     Q_OBJECT
 public:
@@ -39,7 +39,7 @@ public slots:
     void dialog_clear();
 
 protected:
-    RegionOverlay(QWidget *parent, const RegionPolicy &policy);
+    RegionOverlay(QWidget *parent, const RegionPolicy &policy, const MarkingHabits &habits);
 
     /// Draws the shape for `region`, which need not be normalised, in white.
     virtual void draw(QPainter &painter, const QRect &region) const = 0;
@@ -47,7 +47,16 @@ protected:
     static void drawHandles(QPainter &painter, const QRect &region,
                             std::initializer_list<int> zones);
     QRect region() const { return m_selection.region(); }
+    QPainterPath marked() const override;
     bool canBeTaken() const override { return hasArea(); }
+    bool canComplete() const override { return hasArea(); }
+    bool complete() override { return hasArea(); }
+    bool isPressed() const override { return m_selection.isPressed(); }
+    QPolygonF markedPoints() const override;
+    void markPoints(const QPolygonF &points) override;
+    QPoint nearButtons() const override { return frame().center(); }
+    QPoint placeButtons(QSize size) const override;
+    QString hint() const override;
     bool hasArea() const;
     static bool isCommandHeld();
 
@@ -71,11 +80,10 @@ private:
     void setExtent();
     void press(QPoint pos, Qt::MouseButtons buttons);
     void move(QPoint pos);
-    void release(QPoint pos);
+    bool release(QPoint pos);
     void key(const QKeyEvent &event);
     void mouseEvent(QPoint pos, const QMouseEvent &event);
     void paintSurface(const Pane &pane, const QRegion &exposed);
-    void paintFrame();
     void placeCaption(RegionSelection::Caption (RegionSelection::*caption)() const);
     void refresh();
 

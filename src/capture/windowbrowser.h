@@ -24,6 +24,9 @@ struct msg_grab {
     bool onScreen = false;  ///< came from the list of windows on screen
     bool shown = false;     ///< passes the filter
     QString note{};         ///< what the user is to be told of the picture
+    QString title{};        ///< the window's own
+    bool isAside = false;   ///< of this program or the desktop's tray: not among all
+    bool isPanel = false;   ///< a bar of the desktop's
 };
 
 /// The browser of all windows: the user chooses one or several of them by their thumbnails. The
@@ -50,11 +53,14 @@ public:
     QList<QString> *getNameList() { return &m_names; }
     /// What the user is to be told of them; empty texts for most.
     const QList<QString> &notes() const { return m_notes; }
+    /// The titles of their windows.
+    const QList<QString> &titles() const { return m_titles; }
 
     /// Adds the windows on screen (1) or all windows (0) that are not in the browser yet.
     void selectWindowType(int onScreen);
-    /// Selects the windows to show: those whose application's name contains `text`, ignoring case,
-    /// and that are on screen if `visibleOnly`.
+    /// Selects the windows to show: those whose application's name or title contains `text`,
+    /// ignoring case, and that are on screen if `visibleOnly`; else without this program's own and
+    /// the desktop's tray.
     void seachWindow(const QString &text, bool visibleOnly);
     /// Fills the list with the selected windows.
     void show_grabWindow();
@@ -62,7 +68,7 @@ public:
     int getRow(int windowId) const;
 
 public slots:
-    /// `size` is the side of the thumbnails' square, in logical pixels.
+    /// `size` is the height of the thumbnails, in logical pixels, and their least width.
     void setIconSize(int size);
     void ChangePixmap();
     void clearLineEdit();
@@ -73,6 +79,7 @@ signals:
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
 
 private slots:
     void on_listWidget_itemClicked(QListWidgetItem *item);
@@ -83,14 +90,20 @@ private slots:
     void on_OK_BUTTON_released();
 
 private:
+    int cellWidth(int least) const;
+    void tellNothing();
+    bool search(QKeyEvent &key);
+    QListWidgetItem *choice() const;
     bool isKnown(int windowId) const;
     void refill(int onScreen);
     void choose(const QListWidgetItem &item);
 
     std::unique_ptr<Ui::WindowsPreView> m_ui;
+    QLabel *m_nothing;  // shown instead of windows
     QMap<int, msg_grab> m_grabMap;
     double m_selectedWindow;
     QList<QPixmap> m_pixmaps;
     QList<QString> m_names;
     QList<QString> m_notes;
+    QList<QString> m_titles;
 };

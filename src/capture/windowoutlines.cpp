@@ -60,18 +60,16 @@ void WindowOutlines::cutVisible()
     }
 }
 
-int WindowOutlines::pick(QPoint point, int current, const std::function<bool(int)> &leftOut) const
+int WindowOutlines::pick(QPoint point, const std::function<bool(int)> &leftOut) const
 {
     for (qsizetype i = 1; i <= m_rawPolygons.size(); ++i) {
         const qsizetype index = m_rawPolygons.size() - i;
         if (index == m_menuBarIndex || !m_rawPolygons[index].containsPoint(point, Qt::WindingFill))
             continue;
-        if (i == current)
-            break;
         if (!leftOut(static_cast<int>(i)))
             return static_cast<int>(i);
     }
-    return current;
+    return 0;
 }
 
 QPolygon WindowOutlines::visible(int pick) const

@@ -28,9 +28,9 @@ public:
     WindowOutlines(const QList<Window> &windows, const QList<QRect> &screens,
                    const std::function<QSize(int)> &pictureSize);
 
-    /// The pick for a point, or `current` if no other window contains it. Windows whose pick is
-    /// `leftOut` are skipped.
-    int pick(QPoint point, int current, const std::function<bool(int)> &leftOut) const;
+    /// The pick for a point; 0 if no window contains it. Windows whose pick is `leftOut` are
+    /// skipped.
+    int pick(QPoint point, const std::function<bool(int)> &leftOut) const;
     /// The part of a picked window that no other window covers; empty if there is no pick.
     QPolygon visible(int pick) const;
 

@@ -1,5 +1,6 @@
 #include "capture/windowpick.h"
 
+#include "platform/desktoppictures.h"
 #include "platform/services.h"
 #include "platform/windowlist.h"
 #include "ui_windowpick.h"
@@ -14,11 +15,20 @@ namespace {
 
 constexpr int s_pickInterval = 200;  // ms
 constexpr QColor s_tint(0, 0, 0, 100);
+constexpr qreal s_lineWidth = 1.5;  // of the light and of the dark line, in logical pixels
 
 QRect truncated(const QRectF &bounds)
 {
     return {static_cast<int>(bounds.x()), static_cast<int>(bounds.y()),
             static_cast<int>(bounds.width()), static_cast<int>(bounds.height())};
+}
+
+// Without the pixels that are so near to its edge. The polygon of a window can't be drawn as a
+// line: where another one lies in front of its middle it has a seam.
+QRegion shrunk(const QRegion &region, int by)
+{
+    return region & region.translated(by, by) & region.translated(by, -by) &
+           region.translated(-by, by) & region.translated(-by, -by);
 }
 
 }  // namespace
@@ -62,8 +72,9 @@ void mouseShot::readWindows()
 int mouseShot::pickAt(QPoint point) const
 {
     const int except = services().ownWindows->numberOf(g_widgetExcept);
-    return m_outlines.pick(point, m_currentIndex, [this, except](int index) {
-        return g_widgetExcept && m_windows.value(index).number == except;
+    return m_outlines.pick(point, [this, except](int index) {
+        const WindowCatalogue::Entry window = m_windows.value(index);
+        return window.isDesktop() || (g_widgetExcept && window.number == except);
     });
 }
 
@@ -138,7 +149,7 @@ QPixmap mouseShot::getPixmap(QString *name)
         return {};
     if (name)
         *name = window->shownOwner();
-    return QPixmap::fromImage(services().pictures->ofWindows(std::nullopt, {window->number}));
+    return windowPicture(*window);
 }
 
 void mouseShot::pickLater()
@@ -180,7 +191,7 @@ bool mouseShot::paneEvent(const Pane &pane, QEvent *event)
     }
 }
 
-void mouseShot::draw(QPainter &painter, const Pane & /*pane*/)
+void mouseShot::draw(QPainter &painter, const Pane &pane)
 {
     const auto window = shown();
     if (!window)
@@ -190,4 +201,12 @@ void mouseShot::draw(QPainter &painter, const Pane & /*pane*/)
     const QPolygon tinted =
         m_outlines.visible(indexOf(window->number)).translated(-area().topLeft());
     painter.drawPolygon(tinted, Qt::OddEvenFill);
+    // The tint alone can't be seen on a dark window.
+    QRegion rest(tinted, Qt::OddEvenFill);
+    for (const Qt::GlobalColor color : {Qt::white, Qt::black}) {
+        const QRegion inside = shrunk(rest, qRound(s_lineWidth * pane.scale()));
+        for (const QRect &rect : rest - inside)
+            painter.fillRect(rect, color);
+        rest = inside;
+    }
 }

@@ -8,7 +8,6 @@
 
 #include <algorithm>
 #include <array>
-#include <optional>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -67,6 +66,11 @@ void setSettingsHandler(std::function<void()> handler) { s_handler = std::move(h
 QString GetConfigString(const QString &key, int size)
 {
     return readAttribute(g_ResourceFileName, configPath(key), L"data", size).value_or(u""_s);
+}
+
+std::optional<QString> FindConfigString(const QString &key)
+{
+    return readAttribute(g_ResourceFileName, configPath(key), L"data", WideTextCapacity);
 }
 
 int GetConfigNumber(const QString &key, int fallback, int least, int most)

@@ -5,6 +5,7 @@
 #include <QString>
 
 #include <functional>
+#include <optional>
 
 class QObject;
 
@@ -23,6 +24,9 @@ void setSettingsHandler(std::function<void()> handler);
 
 /// The value of a setting. Empty, but not null, if it has never been written.
 QString GetConfigString(const QString &key, int size = WideTextCapacity);
+
+/// The same, with no value if it has never been written.
+std::optional<QString> FindConfigString(const QString &key);
 
 /// The number of a setting, limited to `least` to `most`. `fallback` if the setting is empty; 0 if
 /// it is no number.

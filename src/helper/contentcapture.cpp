@@ -96,6 +96,8 @@ void ContentCapture::start()
             return;
         }
         choice = overlay.choice();
+        if (choice)
+            emit picked(choice->window.owner, choice->window.name);
         if (choice && choice->way == ContentPick::Way::Window) {
             window = overlay.getPixmap(nullptr).toImage();
             note = visiblePartNote(choice->window.number);

@@ -24,6 +24,8 @@ public:
 signals:
     /// `note` says why the picture may be incomplete; empty if it is complete.
     void taken(const QImage &picture, const QString &note = {});
+    /// The user has picked this window: its application and its title, as far as they are known.
+    void picked(const QString &application, const QString &title);
     void ended();
     void failed(HelperJob::Failure failure, const QString &text);
     /// Intermediate states: waits for the user; turns the wheel over another program; has finished

@@ -44,6 +44,10 @@ public:
         });
         connect(m_job.get(), &HelperJob::failed, this, &HelperServer::fail);
         connect(m_job.get(), &HelperJob::opened, this, [this] { report(GWCaptureOpen); });
+        connect(m_job.get(), &HelperJob::picked, this,
+                [this](const QString &application, const QString &title) {
+                    report(GWCapturePicked, application.toUtf8(), 0, title.toUtf8());
+                });
         connect(m_job.get(), &HelperJob::scrolls, this, [this] { report(GWCaptureScrolling); });
         connect(m_job.get(), &HelperJob::putsBack, this, [this] { report(GWCapturePuttingBack); });
         connect(m_job.get(), &HelperJob::progressed, this,
@@ -116,7 +120,7 @@ private:
         QMetaObject::invokeMethod(
             this,
             [=, this] {
-                if (!path.isNull())
+                if (status == GWCaptureFinished)
                     m_undelivered.clear();
                 m_callback(nullptr, status, path.isNull() ? nullptr : path.constData(), failure,
                            text.constData());

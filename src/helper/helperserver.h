@@ -21,6 +21,7 @@ enum GWCaptureStatusCode {
     GWCaptureScrolling = 10,    ///< the picked window is being scrolled by the wheel or by the user
     GWCapturePuttingBack = 11,  ///< the scrolled content is being put back
     GWCaptureProgress = 12,     ///< `text` says how much of it there is
+    GWCapturePicked = 13,       ///< `path` is the picked window's application, `text` its title
 };
 
 /// Sets the callback. Null removes it and ends a running grab, since nobody would hear of it.

@@ -1,6 +1,7 @@
 #include "helper/hintplate.h"
 
 #include "base/palette.h"
+#include "capture/magnifiergeometry.h"
 #include "platform/services.h"
 
 #include <QLabel>
@@ -20,7 +21,8 @@ constexpr int s_padding = 14;
 constexpr int s_columnGap = 16;
 constexpr int s_lineGap = 6;
 constexpr int s_headlineSpan = 2;
-constexpr int s_gap = 12;  // device pixels between the plate and its area
+constexpr int s_fromEdge = 48;  // device pixels: panels are there
+constexpr int s_gap = 12;       // device pixels between the plate and its area
 constexpr int s_pictureColumn = 2;
 constexpr QSize s_picture(132, 176);
 constexpr QSize s_flatPicture(200, 64);
@@ -215,11 +217,23 @@ void HintPlate::showAt(QPoint corner)
         show();
     }
     m_corner = corner;
+    m_covered = fitted();
 }
 
 void HintPlate::showBeside(const QRect &area)
 {
     showAt(place(fitted(), area, services().screens->areas()));
+}
+
+void HintPlate::showAwayFrom(QPoint pointer)
+{
+    QRect home;
+    for (const QRect &screen : services().screens->areas()) {
+        if (home.isNull() || screen.contains(pointer))
+            home = screen;
+    }
+    const QRect room = home.adjusted(s_fromEdge, s_fromEdge, -s_fromEdge, -s_fromEdge);
+    showAt(magnifierPlace(fitted(), room, pointer));
 }
 
 bool HintPlate::goesAlong(const QRect &area, const QList<QRect> &screens)

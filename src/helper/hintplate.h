@@ -41,11 +41,17 @@ public:
     /// Shows a plate without a parent near `area`, on its screen, where it covers least of it.
     /// Global device pixels.
     void showBeside(const QRect &area);
+    /// Shows a plate without a parent in the corner of the pointer's screen that is opposite to it.
+    /// Global device pixels.
+    void showAwayFrom(QPoint pointer);
     /// Shows the plate where it does not cover `area`, nor, if there is space, `window` that
     /// contains it, in the form that fits best. The plate moves with `area`; its position and form
     /// change only if they no longer fit. If there is no space, it covers `area`, or is hidden if
     /// `mayCover` is false. Global device pixels.
     void showOutside(const QRect &area, const QRect &window, bool mayCover);
+
+    /// What it covers while it is shown. Global device pixels.
+    QRect covered() const { return {m_corner, m_covered}; }
 
     /// The top left corner for a plate of `size` beside `area`: outside of it if a screen has
     /// space, else in its top right corner. Global device pixels.
@@ -78,5 +84,6 @@ private:
     int m_pictureRow = 0;  // the picture's row in the form Tall
     Form m_form = Form::Wide;
     QRect m_outside{};  // the area outside of which it was last shown
+    QSize m_covered{};
     QPoint m_corner{};  // the position where it was last shown, in global device pixels
 };

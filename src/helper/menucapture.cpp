@@ -8,6 +8,7 @@
 namespace {
 
 constexpr int s_lookInterval = 40;  // ms
+constexpr int s_hintDistance = 60;  // between the pointer and the hint, in device pixels
 
 QImage windowPicture(int number) { return services().pictures->ofWindows(std::nullopt, {number}); }
 
@@ -18,6 +19,9 @@ MenuCapture::~MenuCapture() { end(); }
 void MenuCapture::start()
 {
     m_isLooking = true;
+    m_hint = std::make_unique<HintPlate>(nullptr);
+    m_hint->setHeadline(tr("Open a menu, and let the pointer rest on it"));
+    m_hint->addLine(tr("Esc"), tr("gives up"));
     services().keys->start({Qt::Key_Escape}, [this](Qt::Key) { giveUp(); });
     look();
 }
@@ -36,6 +40,7 @@ void MenuCapture::end()
         return;
     services().keys->stop();
     m_ring.reset();
+    m_hint.reset();
 }
 
 void MenuCapture::lookSoon()
@@ -46,13 +51,29 @@ void MenuCapture::lookSoon()
     });
 }
 
+// It is told before the first menu is open, and is not in the way of the pointer.
+void MenuCapture::placeHint(QPoint pointer)
+{
+    const QRect near(pointer - QPoint(s_hintDistance, s_hintDistance),
+                     QSize(2 * s_hintDistance, 2 * s_hintDistance));
+    if (!m_hint->isVisible() || m_hint->covered().intersects(near))
+        m_hint->showAwayFrom(pointer);
+}
+
 void MenuCapture::look()
 {
     QList<WindowCatalogue::Entry> windows =
         services().windows->windows(WindowCatalogue::List::OnScreen, 0);
-    if (m_ring) {
-        const int ring = services().ownWindows->numberOf(m_ring.get());
-        windows.removeIf([ring](const auto &window) { return window.number == ring; });
+    const QPoint pointer = services().hands->pointer();
+    if (m_watch.menus().isEmpty())
+        placeHint(pointer);
+    else
+        m_hint->hide();
+    for (const QWidget *own :
+         {static_cast<QWidget *>(m_ring.get()), static_cast<QWidget *>(m_hint.get())}) {
+        const int number = own ? services().ownWindows->numberOf(own) : 0;
+        windows.removeIf(
+            [number](const auto &window) { return number && window.number == number; });
     }
     // An undeclared window that fills a screen is probably a screen lock and not a menu.
     const QList<QRect> screens = services().screens->areas();
@@ -61,7 +82,6 @@ void MenuCapture::look()
                         [&window](const QRect &screen) { return window.bounds.contains(screen); }))
             window.kind = WindowCatalogue::Kind::Other;
     }
-    const QPoint pointer = services().hands->pointer();
     switch (m_watch.look(windows, pointer, services().clock->now())) {
     case MenuWatch::State::Waiting:
         m_ring.reset();

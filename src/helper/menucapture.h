@@ -2,6 +2,7 @@
 
 #include "helper/dwellring.h"
 #include "helper/helperjob.h"
+#include "helper/hintplate.h"
 #include "helper/menuwatch.h"
 
 #include <memory>
@@ -30,5 +31,8 @@ private:
 
     MenuWatch m_watch;
     bool m_isLooking = false;
+    void placeHint(QPoint pointer);
+
     std::unique_ptr<DwellRing> m_ring;
+    std::unique_ptr<HintPlate> m_hint;  // while it waits
 };

@@ -15,6 +15,7 @@ enum class Ability {
     OtherWheels = 1 << 4,     ///< the wheel can be turned in other programs
     HotKeys = 1 << 5,         ///< keys that are pressed in other programs are heard
     Watching = 1 << 6,        ///< what the screens show can be read again and again as it moves
+    PointerShape = 1 << 7,    ///< the pointer can be in pictures
 };
 Q_DECLARE_FLAGS(AbilitySet, Ability)
 Q_DECLARE_OPERATORS_FOR_FLAGS(AbilitySet)
@@ -22,7 +23,7 @@ Q_DECLARE_OPERATORS_FOR_FLAGS(AbilitySet)
 /// All of them have to do with other programs.
 inline constexpr AbilitySet everyAbility =
     Ability::Pictures | Ability::WindowList | Ability::CoveredWindows | Ability::OpenMenus |
-    Ability::OtherWheels | Ability::HotKeys | Ability::Watching;
+    Ability::OtherWheels | Ability::HotKeys | Ability::Watching | Ability::PointerShape;
 
 /// What the desktop lets this program do: everything but what has been withheld. Commands ask
 /// before they need it.

@@ -3,13 +3,29 @@
 #include "platform/services.h"
 
 #include <QCoreApplication>
+#include <QPainter>
 #include <QWidget>
 
 #include <algorithm>
+#include <optional>
+#include <utility>
 
 namespace {
 
 constexpr int s_goneLimit = 5000;  // ms
+
+// `corner` is where the picture's first pixel is on the desktop.
+QPixmap withPointer(QImage picture, QPoint corner)
+{
+    Pictures &pictures = *services().pictures;
+    const auto pointer =
+        pictures.showsPointer() && !picture.isNull() ? pictures.pointer() : std::nullopt;
+    if (pointer) {
+        QPainter painter(&picture);
+        painter.drawImage(pointer->corner - corner, pointer->shape);
+    }
+    return QPixmap::fromImage(std::move(picture));
+}
 
 }  // namespace
 
@@ -48,7 +64,14 @@ QRect fittedToDesktop(QRect area)
 
 QPixmap desktopPicture(const QRect &area)
 {
-    return QPixmap::fromImage(services().pictures->ofDesktop(fittedToDesktop(area)));
+    const QRect fitted = fittedToDesktop(area);
+    return withPointer(services().pictures->ofDesktop(fitted), fitted.topLeft());
+}
+
+QPixmap windowPicture(const WindowCatalogue::Entry &window)
+{
+    return withPointer(services().pictures->ofWindows(std::nullopt, {window.number}),
+                       window.bounds.topLeft().toPoint());
 }
 
 QString visiblePartNote(int number)

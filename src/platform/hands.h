@@ -11,6 +11,8 @@ public:
 
     /// The pointer's position.
     virtual QPoint pointer() = 0;
+    /// Whether that is known while it is over other programs. Else it is where it was last seen.
+    virtual bool isPointerKnown() const { return true; }
     /// Does nothing where the desktop lets no program do that.
     virtual void movePointer(QPoint to) = 0;
 
@@ -26,4 +28,10 @@ public:
     /// and deliver them to the pointer's position at that time. Does nothing
     /// where Ability::OtherWheels is lacking.
     virtual void turnWheel(QPoint at, int clicks, Wheel wheel) = 0;
+
+    /// Whether a program holds the keyboard, as an open menu does. False where that can't be told.
+    virtual bool isKeyboardHeld() { return false; }
+    /// Presses Escape as the user would who holds no other key. Only for desktops that tell of a
+    /// held keyboard.
+    virtual void pressEscape() {}
 };

@@ -99,7 +99,7 @@ class NullHotKeys : public HotKeys
 {
 public:
     void setHandler(std::function<void(int)>) override {}
-    void add(int, char) override {}
+    void add(int, QKeyCombination) override {}
     void remove(int) override {}
 };
 
@@ -149,6 +149,15 @@ private:
     std::unique_ptr<QObject> m_question{};
 };
 
+class NullNotifications : public Notifications
+{
+public:
+    void show(const Notification &, std::function<void(bool)> shown) override
+    {
+        QTimer::singleShot(0, qApp, [shown = std::move(shown)] { shown(false); });
+    }
+};
+
 }  // namespace
 
 std::unique_ptr<HotKeys> noHotKeys() { return std::make_unique<NullHotKeys>(); }
@@ -164,6 +173,7 @@ bool createNullDesktop(Services &services)
     services.keys = std::make_unique<NullKeyWatch>();
     services.watch = std::make_unique<NullApplicationWatch>();
     services.accessibility = std::make_unique<NullAccessibility>();
+    services.notifications = std::make_unique<NullNotifications>();
     services.clock = std::make_unique<SystemClock>();
     services.abilities.withhold(
         everyAbility, QCoreApplication::translate(

@@ -92,7 +92,22 @@ public:
     /// less.
     virtual QImage withoutWindows(const QRect &area, const QList<int> &numbers) = 0;
 
+    /// Whether the pointer is to be in pictures of the desktop that are handed out to the user,
+    /// from the next freeze() on.
+    void showPointer(bool shows) { m_showsPointer = shows; }
+    bool showsPointer() const { return m_showsPointer; }
+    /// The pointer as it is seen on the desktop, where no other picture shows it.
+    struct Pointer {
+        QImage shape{};
+        QPoint corner{};  ///< of the shape on the desktop
+    };
+    /// None where it is not known, where none is seen, or where what is frozen shows it.
+    virtual std::optional<Pointer> pointer() { return std::nullopt; }
+
     /// Watches a window's drawing while the returned object lives. Null if the window system
     /// doesn't support it or the window is gone.
     virtual std::unique_ptr<ChangeWatch> watchChanges(int number) = 0;
+
+private:
+    bool m_showsPointer = false;
 };

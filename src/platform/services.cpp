@@ -5,6 +5,7 @@
 #include "platform/x11/x11desktop.h"
 #include "platform/xdg/autostart.h"
 #include "platform/xdg/busaccessibility.h"
+#include "platform/xdg/busnotifications.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -70,6 +71,7 @@ Services createServices()
     result.loginItem = std::make_unique<Autostart>();
     result.clock = std::make_unique<SystemClock>();
     result.accessibility = std::make_unique<BusAccessibility>();
+    result.notifications = std::make_unique<BusNotifications>();
     return result;
 }
 

@@ -8,6 +8,7 @@
 #include "platform/hotkeys.h"
 #include "platform/keywatch.h"
 #include "platform/loginitem.h"
+#include "platform/notifications.h"
 #include "platform/ownwindows.h"
 #include "platform/pictures.h"
 #include "platform/screens.h"
@@ -28,6 +29,7 @@ struct Services {
     std::unique_ptr<ApplicationWatch> watch{};
     std::unique_ptr<LoginItem> loginItem{};
     std::unique_ptr<Accessibility> accessibility{};
+    std::unique_ptr<Notifications> notifications{};
     std::unique_ptr<Clock> clock{};
     Abilities abilities{};
 };

@@ -63,9 +63,12 @@ QByteArray askedFolder()
     PrivateFolder folder = pictureFolder();
     if (folder.make())
         return folder.path().toUtf8();
-    if (MainWindow *window = Ax_GetMainWindow())
-        window->say(CaptureBridge::tr("The folder for the picture, %1, can't be used: %2")
-                        .arg(folder.path(), folder.error()));
+    if (MainWindow *window = Ax_GetMainWindow()) {
+        const QString why = CaptureBridge::tr("The folder for the picture, %1, can't be used: %2")
+                                .arg(folder.path(), folder.error());
+        window->say(why);
+        window->grabs().helperFails(why);
+    }
     return {};
 }
 
@@ -137,6 +140,10 @@ void GWCaptureStatusCallback(void * /*unused*/, int status, const char *path, in
         if (MainWindow *window = Ax_GetMainWindow())
             window->grabs().opened();
         break;
+    case GWCapturePicked:
+        if (MainWindow *window = Ax_GetMainWindow())
+            window->grabs().helperPicks(QString::fromUtf8(path), text);
+        break;
     case GWCaptureScrolling:
         if (MainWindow *window = Ax_GetMainWindow())
             window->grabs().helperScrolls();
@@ -159,6 +166,8 @@ void GWCaptureStatusCallback(void * /*unused*/, int status, const char *path, in
         GWSnapWorkbenchStatusDoShow();
         break;
     case GWCaptureFailed:
+        if (MainWindow *window = Ax_GetMainWindow())
+            window->grabs().helperFails(text);
         GWSnapWorkbenchStatusDoShow();
         tellFailure(failure, text);
         break;

@@ -10,6 +10,7 @@ constexpr AbilitySet neededFor(GrabCommand command)
     case GrabCommand::Show:
         return {};
     case GrabCommand::Windows:
+    case GrabCommand::Active:
         return Ability::Pictures | Ability::WindowList;
     case GrabCommand::Window:
         return Ability::Pictures | Ability::Watching;

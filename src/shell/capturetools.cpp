@@ -3,7 +3,7 @@
 #include "base/clock.h"
 #include "capture/dialogcountdown.h"
 #include "capture/ellipseoverlay.h"
-#include "capture/grab.h"
+#include "capture/lastmark.h"
 #include "capture/polygonoverlay.h"
 #include "capture/rectangleoverlay.h"
 #include "capture/windowbrowser.h"
@@ -13,9 +13,11 @@
 #include "shell/capturebridge.h"
 #include "shell/frontwindow.h"
 #include "shell/mainwindow.h"
+#include "shell/preferences.h"
 
 #include <QApplication>
 
+#include <algorithm>
 #include <memory>
 
 using namespace Qt::StringLiterals;
@@ -25,13 +27,13 @@ namespace {
 using MagnifierSlot = void (MainWindow::*)(QWidget *, EShowMagOpr, int, int);
 
 struct Overlay {
-    std::shared_ptr<CaptureOverlay> dialog{};
+    std::shared_ptr<MarkingOverlay> dialog{};
     MagnifierSlot magnifier = nullptr;
 };
 
-template<typename Region> std::shared_ptr<CaptureOverlay> regionOverlay(MainWindow &window)
+template<typename Region> std::shared_ptr<MarkingOverlay> regionOverlay(MainWindow &window)
 {
-    auto overlay = std::make_shared<Region>(nullptr);
+    auto overlay = std::make_shared<Region>(nullptr, Preferences::markingHabits());
     overlay->SetPictureWidth(window.GetPictureWidthFile());
     overlay->SetPictureHeight(window.GetPictureHeightFile());
     return overlay;
@@ -43,10 +45,48 @@ Overlay overlayFor(GrabCommand command, MainWindow &window)
     case GrabCommand::Ellipse:
         return {regionOverlay<MyDrawRound>(window), &MainWindow::ShowDetailWindowRequest_Ellipse};
     case GrabCommand::Polygon:
-        return {std::make_shared<dlgFreeHand>(nullptr), &MainWindow::ShowDetailWindowRequest_Poly};
+        return {std::make_shared<dlgFreeHand>(nullptr, Preferences::markingHabits()),
+                &MainWindow::ShowDetailWindowRequest_Poly};
     default:
         return {regionOverlay<Dialog>(window), &MainWindow::ShowDetailWindowRequest_Rect};
     }
+}
+
+// The entry of the window that the application watch has that number for.
+std::optional<WindowCatalogue::Entry> frontEntry(unsigned window)
+{
+    const auto entries = services().windows->windows(WindowCatalogue::List::OnScreen, 0);
+    const auto found = std::find_if(entries.begin(), entries.end(), [window](const auto &entry) {
+        return window != 0 && entry.client == window && !entry.isDesktop();
+    });
+    return found == entries.end() ? std::nullopt : std::optional(*found);
+}
+
+Grab takeFront(unsigned window)
+{
+    const auto entry = frontEntry(window);
+    if (!entry)
+        return {};
+    return {.picture = windowPicture(*entry),
+            .name = entry->shownOwner(),
+            .note = visiblePartNote(entry->number),
+            .application = entry->owner,
+            .title = entry->name};
+}
+
+// Where nobody knows the pointer the user looks at the window in front.
+QRect screenInUse(unsigned window)
+{
+    const QList<QRect> screens = services().screens->areas();
+    QPoint place = services().hands->pointer();
+    if (!services().hands->isPointerKnown()) {
+        if (const auto entry = frontEntry(window))
+            place = entry->bounds.center().toPoint();
+    }
+    const auto found = std::find_if(screens.begin(), screens.end(), [place](const QRect &screen) {
+        return screen.contains(place);
+    });
+    return found == screens.end() ? screens.value(0) : *found;
 }
 
 }  // namespace
@@ -62,7 +102,7 @@ bool CaptureTools::run(QDialog &dialog)
     return accepted;
 }
 
-GrabTools::Take CaptureTools::mark(GrabCommand command)
+GrabTools::Marked CaptureTools::mark(GrabCommand command)
 {
     m_isClosed = false;
     GWSnapWorkbenchStopMenuItemCapture();
@@ -70,18 +110,43 @@ GrabTools::Take CaptureTools::mark(GrabCommand command)
     connect(overlay.dialog.get(), &CaptureOverlay::ShowDetailWindowRequest, &m_window,
             overlay.magnifier);
     // Before it leaves: the second click of a double click on its button comes right behind.
-    connect(overlay.dialog.get(), &CaptureOverlay::leaves, this, [this](bool accepted) {
-        if (accepted && m_front.cover())
-            m_front.cover()->holdClicks();
-    });
+    connect(overlay.dialog.get(), &CaptureOverlay::leaves, this,
+            [this, &dialog = *overlay.dialog](bool accepted) {
+                if (!accepted)
+                    return;
+                m_front.holdClicks();
+                QList<const QWidget *> panes;
+                for (const Pane &pane : dialog.panes())
+                    panes.append(pane.surface().window());
+                m_front.leaving(panes);
+            });
     connect(overlay.dialog.get(), &CaptureOverlay::opened, this, &CaptureTools::opened);
     if (!run(*overlay.dialog))
         return {};
+    Preferences::countMarkedGrab();
     // The overlay lives as long as somebody may ask for its picture.
-    return [dialog = overlay.dialog] { return dialog->take(); };
+    return {.take =
+                [dialog = overlay.dialog] {
+                    Grab grab = dialog->take();
+                    grab.goals = dialog->goals();
+                    return grab;
+                },
+            .delay = overlay.dialog->isDelayed() ? Preferences::delay() : 0};
 }
 
-Grab CaptureTools::takeScreen() { return {.picture = desktopPicture(desktopBox())}; }
+Grab CaptureTools::takeAtOnce(GrabCommand command, unsigned window)
+{
+    switch (command) {
+    case GrabCommand::Last:
+        return takeLastMark();
+    case GrabCommand::Active:
+        return takeFront(window);
+    case GrabCommand::Monitor:
+        return {.picture = desktopPicture(screenInUse(window))};
+    default:
+        return {.picture = desktopPicture(desktopBox())};
+    }
+}
 
 bool CaptureTools::countDown(int seconds)
 {
@@ -139,7 +204,9 @@ std::optional<QList<Grab>> CaptureTools::browse()
     for (qsizetype i = 0; i < browser.getPixmap()->size(); ++i)
         grabs.append({.picture = browser.getPixmap()->at(i),
                       .name = browser.getNameList()->at(i),
-                      .note = browser.notes().at(i)});
+                      .note = browser.notes().at(i),
+                      .application = browser.getNameList()->at(i),
+                      .title = browser.titles().at(i)});
     return grabs;
 }
 

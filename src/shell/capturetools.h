@@ -20,8 +20,8 @@ public:
     {
     }
 
-    Take mark(GrabCommand command) override;
-    Grab takeScreen() override;
+    Marked mark(GrabCommand command) override;
+    Grab takeAtOnce(GrabCommand command, unsigned window) override;
     bool countDown(int seconds) override;
     void restartCountDown(int seconds) override;
     std::optional<QList<Grab>> browse() override;

@@ -1,9 +1,10 @@
 #include "shell/commands.h"
 
 #include "editing/tools/tooltable.h"
+#include "platform/hotkeys.h"
 #include "platform/services.h"
 #include "shell/capturerefusal.h"
-#include "shell/grabflow.h"
+#include "shell/grabcalls.h"
 #include "shell/mainwindow.h"
 #include "shell/picturereading.h"
 #include "shell/skin.h"
@@ -24,11 +25,10 @@ namespace {
 
 using Menu = Command::Menu;
 
-template<GrabCommand grab> void press(MainWindow &window) { window.grabs().press(grab); }
-
 // The order is that of the menus. System-wide hot keys are registered apart from the keys here, and
-// don't agree with them on V and M; a reader would expect the same, and the difference is kept on
-// purpose.
+// don't agree with them on V, M and the full screen's; a reader would expect the same, and the
+// difference is kept on purpose. A hint says what really runs the command, and once the user has
+// changed its hot key that one is shown.
 constexpr auto s_commands = std::to_array<Command>({
     {.menu = Menu::System,
      .caption = QT_TRANSLATE_NOOP("MainWindow", "&About"),
@@ -209,9 +209,10 @@ constexpr auto s_commands = std::to_array<Command>({
      .keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+Alt+R"),
      .button = "BtnFrameRect",
      .hotKey = 1,
+     .offeredKey = 11,
      .action = "capture-rectangle",
      .needs = neededFor(GrabCommand::Rectangle),
-     .run = press<GrabCommand::Rectangle>},
+     .grab = GrabCommand::Rectangle},
     {.menu = Menu::Capture,
      .caption = QT_TRANSLATE_NOOP("MainWindow", "Ellipse"),
      .trayCaption = QT_TRANSLATE_NOOP("MainWindow", "Capture Ellipse"),
@@ -220,7 +221,7 @@ constexpr auto s_commands = std::to_array<Command>({
      .hotKey = 2,
      .action = "capture-ellipse",
      .needs = neededFor(GrabCommand::Ellipse),
-     .run = press<GrabCommand::Ellipse>},
+     .grab = GrabCommand::Ellipse},
     {.menu = Menu::Capture,
      .caption = QT_TRANSLATE_NOOP("MainWindow", "Arbitrary"),
      .trayCaption = QT_TRANSLATE_NOOP("MainWindow", "Capture Arbitrary"),
@@ -229,7 +230,7 @@ constexpr auto s_commands = std::to_array<Command>({
      .hotKey = 3,
      .action = "capture-polygon",
      .needs = neededFor(GrabCommand::Polygon),
-     .run = press<GrabCommand::Polygon>},
+     .grab = GrabCommand::Polygon},
     {.menu = Menu::Capture, .caption = "", .trayCaption = ""},
     {.menu = Menu::Capture,
      .caption = QT_TRANSLATE_NOOP("MainWindow", "Select Window"),
@@ -239,7 +240,7 @@ constexpr auto s_commands = std::to_array<Command>({
      .hotKey = 5,
      .action = "capture-window",
      .needs = neededFor(GrabCommand::Window),
-     .run = press<GrabCommand::Window>},
+     .grab = GrabCommand::Window},
     {.menu = Menu::Capture,
      .caption = QT_TRANSLATE_NOOP("MainWindow", "All Windows"),
      .trayCaption = QT_TRANSLATE_NOOP("MainWindow", "All Windows"),
@@ -248,26 +249,26 @@ constexpr auto s_commands = std::to_array<Command>({
      .hotKey = 4,
      .action = "capture-windows",
      .needs = neededFor(GrabCommand::Windows),
-     .run = press<GrabCommand::Windows>},
+     .grab = GrabCommand::Windows},
     // The bar's item and the button count down; the tray has an item for either.
     {.menu = Menu::Capture,
      .caption = QT_TRANSLATE_NOOP("MainWindow", "Full Screen"),
      .keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+Alt+S"),
      .button = "BtnFullScreen",
      .needs = neededFor(GrabCommand::Countdown),
-     .run = press<GrabCommand::Countdown>},
+     .grab = GrabCommand::Countdown},
     {.trayCaption = QT_TRANSLATE_NOOP("MainWindow", "Capture Full Screen"),
      .keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+Alt+S"),
      .hotKey = 6,
      .action = "capture-screen",
      .needs = neededFor(GrabCommand::Screen),
-     .run = press<GrabCommand::Screen>},
+     .grab = GrabCommand::Screen},
     {.trayCaption = QT_TRANSLATE_NOOP("MainWindow", "Capture Full Screen with Countdown Timer"),
      .keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+Alt+T"),
      .hotKey = 7,
      .action = "capture-screen-countdown",
      .needs = neededFor(GrabCommand::Countdown),
-     .run = press<GrabCommand::Countdown>},
+     .grab = GrabCommand::Countdown},
     {.menu = Menu::Capture,
      .caption = QT_TRANSLATE_NOOP("MainWindow", "Menu"),
      .trayCaption = QT_TRANSLATE_NOOP("MainWindow", "Capture Menu"),
@@ -276,7 +277,37 @@ constexpr auto s_commands = std::to_array<Command>({
      .hotKey = 8,
      .action = "capture-menu",
      .needs = neededFor(GrabCommand::Menu),
-     .run = press<GrabCommand::Menu>},
+     .grab = GrabCommand::Menu},
+    {.menu = Menu::Capture, .caption = ""},
+    {.menu = Menu::Capture,
+     .caption = QT_TRANSLATE_NOOP("MainWindow", "Last Area"),
+     .trayCaption = QT_TRANSLATE_NOOP("MainWindow", "Capture Last Area"),
+     .offeredKey = 12,
+     .action = "capture-last",
+     .needs = neededFor(GrabCommand::Last),
+     .grab = GrabCommand::Last},
+    {.menu = Menu::Capture,
+     .caption = QT_TRANSLATE_NOOP("MainWindow", "Active Window"),
+     .trayCaption = QT_TRANSLATE_NOOP("MainWindow", "Capture Active Window"),
+     .offeredKey = 13,
+     .action = "capture-active",
+     .needs = neededFor(GrabCommand::Active),
+     .grab = GrabCommand::Active},
+    {.menu = Menu::Capture,
+     .caption = QT_TRANSLATE_NOOP("MainWindow", "Monitor"),
+     .trayCaption = QT_TRANSLATE_NOOP("MainWindow", "Capture Monitor"),
+     .offeredKey = 14,
+     .action = "capture-monitor",
+     .needs = neededFor(GrabCommand::Monitor),
+     .grab = GrabCommand::Monitor},
+    {.menu = Menu::Capture,
+     .caption = QT_TRANSLATE_NOOP("MainWindow", "Full Screen to a File"),
+     .trayCaption = QT_TRANSLATE_NOOP("MainWindow", "Capture Full Screen to a File"),
+     .offeredKey = 15,
+     .action = "capture-screen-file",
+     .needs = neededFor(GrabCommand::Screen),
+     .grab = GrabCommand::Screen,
+     .goals = GrabGoals(GrabGoal::Save)},
     {.trayCaption = QT_TRANSLATE_NOOP("MainWindow", "Cancel Capture"),
      .action = "cancel",
      .item = Command::CancelItem,
@@ -286,7 +317,7 @@ constexpr auto s_commands = std::to_array<Command>({
     {.trayCaption = QT_TRANSLATE_NOOP("MainWindow", "Show Snapworkbench"),
      .keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+Alt+V"),
      .hotKey = 9,
-     .run = press<GrabCommand::Show>},
+     .grab = GrabCommand::Show},
     {.trayCaption = ""},
     {.trayCaption = QT_TRANSLATE_NOOP("MainWindow", "Quit"),
      .run = [](MainWindow &window) { window.quit(); }},
@@ -361,6 +392,46 @@ QString lackFor(const Command &command)
     return asHint(services().abilities.lackOf(command.needs));
 }
 
+// The hot key that runs the command, whatever is shown; 0 for none.
+int hotKeyNumberOf(const Command &command)
+{
+    if (command.hotKey || command.offeredKey || !command.grab)
+        return command.hotKey ? command.hotKey : command.offeredKey;
+    const Command *same = commandWhere([&](const Command &other) {
+        return other.hotKey && other.grab == command.grab && other.goals == command.goals;
+    });
+    return same ? same->hotKey : 0;
+}
+
+bool areHotKeysHeard() { return services().abilities.lackOf(Ability::HotKeys).isEmpty(); }
+
+// Whether the keys that the user wants for it are those that start it.
+bool isInForce(int number)
+{
+    return !areHotKeysHeard() || services().hotKeys->stateOf(number) == HotKeys::State::Active;
+}
+
+// What the user may not see at once: that other keys run it than those that are shown, or none.
+QString keyHintFor(const Command &command)
+{
+    const int number = hotKeyNumberOf(command);
+    if (!number || !areHotKeysHeard())
+        return {};
+    const HotKeys &hotKeys = *services().hotKeys;
+    for (const int each : {number, command.offeredKey}) {
+        if (hotKeys.stateOf(each) == HotKeys::State::Taken)
+            return MainWindow::tr("%1 is taken by another program.")
+                .arg(hotKeyOf(each).toString(QKeySequence::NativeText));
+    }
+    const QString shown = keysOf(command).toString(QKeySequence::NativeText);
+    const QString runs = hotKeys.keysOf(number);
+    if (!runs.isEmpty())
+        return runs == shown ? QString() : MainWindow::tr("Hot key: %1").arg(runs);
+    // What is shown may be its second key.
+    return shown.isEmpty() || isHotKeyChanged(number) ? QString()
+                                                      : MainWindow::tr("No hot key does this.");
+}
+
 bool isText(const char *text) { return text && *text; }
 
 QAction *addItem(QMenu &menu, const char *caption, const Command &command)
@@ -372,9 +443,11 @@ QAction *addItem(QMenu &menu, const char *caption, const Command &command)
     QAction *action = menu.addAction(MainWindow::tr(caption));
     action->setShortcut(keysOf(command));
     action->setData(command.item);
-    if (const QString lack = lackFor(command); !lack.isEmpty()) {
-        action->setEnabled(false);
-        action->setToolTip(lack);
+    const QString lack = lackFor(command);
+    const QString hint = lack.isEmpty() ? keyHintFor(command) : lack;
+    action->setEnabled(lack.isEmpty());
+    if (!hint.isEmpty()) {
+        action->setToolTip(hint);
         menu.setToolTipsVisible(true);
     }
     return action;
@@ -388,6 +461,8 @@ void showReach(QPushButton &button, const Command &command, MainWindow &window, 
     if (const QKeySequence keys = keysOf(command);
         lack.isEmpty() && !hint.isEmpty() && !keys.isEmpty())
         hint += u"  "_s + keys.toString(QKeySequence::NativeText);
+    if (const QString keys = keyHintFor(command); lack.isEmpty() && !keys.isEmpty())
+        hint += u'\n' + keys;
     if (lack.isEmpty() && command.tool && command.tool->advice)
         hint += u'\n' + MainWindow::tr(command.tool->advice);
     button.setEnabled(lack.isEmpty());
@@ -423,10 +498,13 @@ void updateToolButton(MainWindow &window, stateEnum tool, const QString &lack)
     showReach(*button, *command, window, asHint(lack));
 }
 
-void runCommand(const Command &command, MainWindow &window)
+void runCommand(const Command &command, MainWindow &window, std::optional<GrabGoals> goals,
+                bool countsDown)
 {
     if (command.tool)
         window.chooseTool(command.tool->state);
+    else if (command.grab)
+        window.grabs().press(*command.grab, goals ? goals : command.goals, countsDown);
     else
         command.run(window);
 }
@@ -451,8 +529,9 @@ const Command *commandCaptioned(const QString &caption)
 
 const Command *commandOfHotKey(long number)
 {
-    return commandWhere(
-        [&](const Command &command) { return number > 0 && command.hotKey == number; });
+    return commandWhere([&](const Command &command) {
+        return number > 0 && (command.hotKey == number || command.offeredKey == number);
+    });
 }
 
 QList<const Command *> commandsOnTheBus()
@@ -467,15 +546,25 @@ QList<const Command *> commandsOnTheBus()
 
 QKeySequence keysOf(const Command &command)
 {
+    const int number = hotKeyNumberOf(command);
+    if (number && (isHotKeyChanged(number) || !command.keys)) {
+        for (const int each : {number, command.offeredKey}) {
+            if (isInForce(each) && !hotKeyOf(each).isEmpty())
+                return hotKeyOf(each);
+        }
+        return {};
+    }
     return command.keys ? QKeySequence(QCoreApplication::translate("MainWindow", command.keys))
                         : QKeySequence();
 }
+
+QString titleOf(const Command &command) { return MainWindow::tr(command.trayCaption); }
 
 void fillMenu(QMenu &menu, Command::Menu which, MainWindow &window)
 {
     for (const Command &command : commands()) {
         QAction *action = command.menu == which ? addItem(menu, command.caption, command) : nullptr;
-        if (!action || !command.run || which == Menu::Capture)
+        if (!action || !command.run)
             continue;
         // Shown only: two owners of the same keys would both stay silent.
         if (command.isAlwaysHeard)
@@ -521,6 +610,32 @@ void connectCommands(MainWindow &window)
     }
 }
 
+void updateHotKeys(QMenu &menu)
+{
+    for (QAction *action : menu.actions()) {
+        const Command *command = commandCaptioned(action->text().remove(u'&'));
+        if (!command || !command->grab)
+            continue;
+        action->setShortcut(keysOf(*command));
+        if (!lackFor(*command).isEmpty())
+            continue;
+        const QString hint = keyHintFor(*command);
+        action->setToolTip(hint);
+        if (!hint.isEmpty())
+            menu.setToolTipsVisible(true);
+    }
+}
+
+void updateHotKeys(MainWindow &window)
+{
+    for (const Command &command : commands()) {
+        if (!command.grab || !command.button)
+            continue;
+        auto *button = window.findChild<QPushButton *>(QLatin1StringView(command.button));
+        showReach(*button, command, window, lackFor(command));
+    }
+}
+
 ApplicationBus::Handlers busCommands()
 {
     ApplicationBus::Handlers handlers;
@@ -528,10 +643,13 @@ ApplicationBus::Handlers busCommands()
         if (g_MainWindow)
             g_MainWindow->comeForward();
     };
-    handlers.open = [](const QStringList &paths) {
-        if (!g_MainWindow)
+    const auto tellStarting = [] { return MainWindow::tr("The program is just starting."); };
+    handlers.open = [tellStarting](const QStringList &paths, const auto &answer) {
+        if (!g_MainWindow) {
+            answer({tellStarting()});
             return;
-        g_MainWindow->openPictures(paths);
+        }
+        g_MainWindow->openPictures(paths, answer);
         g_MainWindow->comeForward();
     };
     for (const Command *command : commandsOnTheBus()) {
@@ -540,5 +658,11 @@ ApplicationBus::Handlers busCommands()
                 runCommand(*command, *g_MainWindow);
         });
     }
+    handlers.grab = [tellStarting](const GrabCall &call) {
+        if (g_MainWindow)
+            g_MainWindow->calls().take(call);
+        else
+            call.refuse(GrabCall::Error::Busy, tellStarting());
+    };
     return handlers;
 }

@@ -3,10 +3,13 @@
 #include "editing/tools/tool.h"
 #include "platform/abilities.h"
 #include "platform/xdg/applicationbus.h"
+#include "shell/grabflow.h"
 
 #include <QKeySequence>
 #include <QList>
 #include <QString>
+
+#include <optional>
 
 class MainWindow;
 class QMenu;
@@ -43,15 +46,21 @@ struct Command {
     bool isAlwaysHeard = false;
     const char *button = nullptr;  ///< its object name
     int hotKey = 0;                ///< number of the system-wide hot key; 0: none
+    int offeredKey = 0;            ///< of one that is off until the user switches it on; 0: none
     const char *action = nullptr;  ///< on the session bus; a name that was given out stays
     Item item = Plain;
     bool isForPicture = false;  ///< an item of the menu that opens on the picture, too
     AbilitySet needs{};         ///< of the desktop; without it the command is greyed, and says why
     void (*run)(MainWindow &) = nullptr;
-    const Tool *tool = nullptr;  ///< the one that it chooses, instead of running something
+    std::optional<GrabCommand> grab{};  ///< what it starts, instead of running something
+    std::optional<GrabGoals> goals{};   ///< what becomes of its pictures; none: as preferred
+    const Tool *tool = nullptr;         ///< the one that it chooses, instead of all that
 };
 
-void runCommand(const Command &command, MainWindow &window);
+/// `goals` are what becomes of the picture of a grab; none: as the command or the preferences say.
+/// With `countsDown` a countdown comes before it.
+void runCommand(const Command &command, MainWindow &window, std::optional<GrabGoals> goals = {},
+                bool countsDown = false);
 
 /// The first one whose name, in English, that is; null for none.
 const Command *commandNamed(const QString &name);
@@ -61,8 +70,11 @@ const Command *commandCaptioned(const QString &caption);
 const Command *commandOfHotKey(long number);
 /// Those with an action, in the order of the table.
 QList<const Command *> commandsOnTheBus();
-/// Empty where it has none.
+/// As they are shown: those of the table as long as the user has not changed its hot key, then the
+/// ones that start it. Empty where there are none, or another program has them.
 QKeySequence keysOf(const Command &command);
+/// What it is called in a list of hot keys, in the user's language.
+QString titleOf(const Command &command);
 
 /// Adds the items of one menu of the bar, in the order of the table. Those of the Capture menu only
 /// have their texts and keys, and are told apart by the former.
@@ -74,6 +86,10 @@ void fillTrayMenu(QMenu &menu);
 /// Lets the buttons of `window` and the keys that it hears itself run their commands, and gives the
 /// buttons their hints.
 void connectCommands(MainWindow &window);
+
+/// Shows other hot keys in a menu of grabs, or that of the tray, and in the hints of the buttons.
+void updateHotKeys(QMenu &menu);
+void updateHotKeys(MainWindow &window);
 
 /// What is missing for a command as the hint of its menu item or button; empty for none. As rich
 /// text a hint is as narrow as others.

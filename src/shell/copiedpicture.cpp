@@ -2,6 +2,8 @@
 
 #include "shell/picturejobs.h"
 
+#include <QClipboard>
+#include <QGuiApplication>
 #include <QPointer>
 
 using namespace Qt::StringLiterals;
@@ -12,6 +14,13 @@ namespace {
 const QString s_image = u"application/x-qt-image"_s;
 
 }  // namespace
+
+void CopiedPicture::copy(const QImage &picture, PictureJobs &jobs)
+{
+    auto *copied = new CopiedPicture(picture);
+    copied->pack(jobs);
+    QGuiApplication::clipboard()->setMimeData(copied);
+}
 
 void CopiedPicture::pack(PictureJobs &jobs)
 {

@@ -14,7 +14,8 @@ class CopiedPicture : public QMimeData
 
 public:
     explicit CopiedPicture(const QImage &picture) : m_picture(picture) {}
-    void pack(PictureJobs &jobs);
+    /// Puts a picture there.
+    static void copy(const QImage &picture, PictureJobs &jobs);
 
     QStringList formats() const override;
     bool hasFormat(const QString &type) const override;
@@ -23,6 +24,8 @@ protected:
     QVariant retrieveData(const QString &type, QMetaType wanted) const override;
 
 private:
+    void pack(PictureJobs &jobs);
+
     QImage m_picture;  ///< null once it is packed
     PackedPicture m_packed{};
 };

@@ -1,6 +1,9 @@
 #include "shell/dialogpreference.h"
 
+#include "shell/capturepage.h"
+#include "shell/filespage.h"
 #include "shell/keyspage.h"
+#include "shell/preferences.h"
 #include "ui_dialogpreference.h"
 
 #include <cstdlib>
@@ -36,13 +39,17 @@ DialogPreference::DialogPreference(QWidget *parent)
     setWindowTitle(tr("Preferences"));
     setWindowFlags(Qt::Tool | Qt::WindowTitleHint | Qt::CustomizeWindowHint |
                    Qt::WindowCloseButtonHint);
-    for (const int multiple : {4, 6, 8, 10, 12})
+    for (const int multiple : Preferences::s_magnifications)
         ui->cmbMagnification->addItem(u"%1x"_s.arg(multiple), multiple);
     for (int seconds = 0; seconds <= s_longestTimer; ++seconds)
         ui->cmbTimer->addItem(u"%1s"_s.arg(seconds), seconds);
     // It would put an entry's "s" behind each digit while a number is being typed.
     ui->cmbTimer->setCompleter(nullptr);
-    ui->tabPages->addTab(new KeysPage, tr("&Keys"));
+    ui->tabPages->addTab(new CapturePage, tr("&Capture"));
+    ui->tabPages->addTab(new FilesPage, tr("&Files"));
+    auto *keys = new KeysPage;
+    ui->tabPages->addTab(keys, tr("&Keys"));
+    connect(keys, &KeysPage::changed, this, &DialogPreference::HotKeysChanged);
     ui->ChkAutoRun->setFocus();
     // The form's size, and more only where a larger font or longer words need it.
     resize(size().expandedTo(sizeHint()));

@@ -41,6 +41,8 @@ public:
 signals:
     /// Any of the eight may be another one now.
     void Changed();
+    /// So may the hot keys, which have been stored and registered.
+    void HotKeysChanged();
 
 private slots:
     void on_ChkAutoRun_stateChanged(int state);

@@ -332,8 +332,6 @@ bool DocumentFiles::copy()
 {
     if (!m_work.documents().currentDocument())
         return false;
-    auto *copied = new CopiedPicture(m_work.unitedPicture().toImage());
-    copied->pack(m_work.jobs());
-    QGuiApplication::clipboard()->setMimeData(copied);
+    CopiedPicture::copy(m_work.unitedPicture().toImage(), m_work.jobs());
     return true;
 }

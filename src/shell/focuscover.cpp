@@ -18,7 +18,6 @@ using namespace Qt::StringLiterals;
 namespace {
 
 // Milliseconds.
-constexpr int s_settleTime = 500;
 constexpr int s_giveBackLimit = 1000;
 constexpr int s_bringLimit = 5000;
 constexpr int s_requestInterval = 200;
@@ -51,7 +50,7 @@ void Front::bring(QWidget &window) const
         qCInfo(logGrab) << "the front could not be got";
 }
 
-void Front::giveBack() const
+void Front::giveBack(const std::function<void()> &meanwhile) const
 {
     // A compositor that places windows by itself gives the front back by itself, too.
     if (!services().ownWindows->placesWindows())
@@ -60,15 +59,11 @@ void Front::giveBack() const
     int inactive = 0;
     const bool isGiven = waitUntil(m_clock, s_giveBackLimit, [&] {
         QCoreApplication::processEvents();
+        meanwhile();
         return !IsAppActive() && ++inactive == s_inactiveLooks;
     });
     if (!isGiven)
         qCInfo(logGrab) << "nobody took the front back";
-}
-
-void Front::settle() const
-{
-    waitUntil(m_clock, s_settleTime, [] { return false; });
 }
 
 FocusCover::FocusCover()

@@ -3,6 +3,8 @@
 #include <QDialog>
 #include <QPixmap>
 
+#include <functional>
+
 class Clock;
 
 /// Brings windows and programs to the front, and waits for it with events running: never for ever,
@@ -16,10 +18,8 @@ public:
     /// Raises a window of this program and waits until the program is active.
     void bring(QWidget &window) const;
     /// Brings the application that was last in front before this one back there, and waits, about a
-    /// second at the most.
-    void giveBack() const;
-    /// Half a second in which windows that have closed leave the screen.
-    void settle() const;
+    /// second at the most. `meanwhile` is called again and again in that time.
+    void giveBack(const std::function<void()> &meanwhile = [] {}) const;
 
 private:
     Clock &m_clock;

@@ -1,14 +1,16 @@
 #include "shell/frontwindow.h"
 
+#include "base/clock.h"
 #include "capture/grab.h"
 #include "config/licensing.h"
 #include "editing/pictureeditor.h"
 #include "platform/applicationwatch.h"
 #include "platform/services.h"
 #include "shell/capturerefusal.h"
+#include "shell/grabcalls.h"
+#include "shell/grabdelivery.h"
 #include "shell/mainwindow.h"
 #include "shell/trayicon.h"
-#include "shell/workbench.h"
 
 #include <QApplication>
 
@@ -18,6 +20,9 @@
 using namespace Qt::StringLiterals;
 
 namespace {
+
+constexpr int s_mostMenus = 5;    // that have opened from one another
+constexpr int s_menuLimit = 200;  // ms, for one to close
 
 void unminimize(QWidget &window)
 {
@@ -44,14 +49,20 @@ std::pair<QString, QString> frontBefore(const Grab &grab)
 GrabSituation FrontWindow::situation()
 {
     const bool isActive = IsAppActive();
+    // A caller over the bus may want some of it otherwise than the preferences say.
+    const GrabOrder &order = m_window.calls().order();
     return {.isActive = isActive,
             .active = isActive ? QApplication::activeWindow() : nullptr,
             .isMinimized = m_window.isMinimized() || !m_window.isVisible(),
             .isComposited = services().ownWindows->isComposited(),
             .hideBefore = Preferences::hidesBefore(),
             .showAfter = Preferences::showsAfter(),
+            .freezes = Preferences::freezesScreen(),
             .process = services().watch->frontProcess(),
-            .countdown = Preferences::countdown()};
+            .window = services().watch->frontWindow(),
+            .showsPointer = order.showsPointer.value_or(Preferences::showsPointer()),
+            .countdown = Preferences::countdown(),
+            .delay = order.delay > 0 ? order.delay : Preferences::delay()};
 }
 
 QString FrontWindow::refusal(GrabCommand command) { return captureRefusal(command); }
@@ -60,6 +71,8 @@ void FrontWindow::place(Place place)
 {
     switch (place) {
     case Place::Minimized:
+        if (m_window.isVisible() && !m_window.isMinimized())
+            m_departure.begin({&m_window});
         if (canMinimize())
             m_window.showMinimized();
         else
@@ -135,6 +148,15 @@ void FrontWindow::close()
     QMetaObject::invokeMethod(&m_window, &MainWindow::quit, Qt::QueuedConnection);
 }
 
+void FrontWindow::closeMenus()
+{
+    Hands &hands = *services().hands;
+    for (int i = 0; i < s_mostMenus && hands.isKeyboardHeld(); ++i) {
+        hands.pressEscape();
+        waitUntil(m_clock, s_menuLimit, [&hands] { return !hands.isKeyboardHeld(); });
+    }
+}
+
 void FrontWindow::takeFocus()
 {
     QCoreApplication::processEvents();
@@ -165,7 +187,14 @@ void FrontWindow::dropFocus(bool giveBack)
         m_cover->hide();
 }
 
-void FrontWindow::focusOther() { m_front.giveBack(); }
+void FrontWindow::focusOther()
+{
+    // Other programs draw themselves anew when they come to the front, which is waited for as well.
+    m_front.giveBack([this] {
+        if (m_departure.isUnderWay())
+            m_departure.isOver();
+    });
+}
 
 void FrontWindow::focusOwn(QWidget *window)
 {
@@ -173,29 +202,54 @@ void FrontWindow::focusOwn(QWidget *window)
     QCoreApplication::processEvents();
 }
 
-void FrontWindow::settle() { m_front.settle(); }
+void FrontWindow::closing()
+{
+    if (!m_departure.isUnderWay())
+        m_departure.begin({});
+}
+
+void FrontWindow::settle() { m_departure.wait(); }
+
+void FrontWindow::holdClicks()
+{
+    if (!m_cover)
+        return;
+    m_cover->holdClicks();
+    m_clicksHeld = m_clock.now();
+}
 
 void FrontWindow::freeClicks()
 {
-    if (m_cover)
-        m_cover->freeClicks();
+    if (!m_cover)
+        return;
+    waitUntil(m_clock, QApplication::doubleClickInterval(), [this] {
+        return m_clock.now() - m_clicksHeld >= QApplication::doubleClickInterval();
+    });
+    m_cover->freeClicks();
 }
 
-// Cut to its outline. A grab that has a name is of a window that was chosen, and not of the one in
-// front.
-void FrontWindow::addDocument(Grab grab)
+// Cut to its outline.
+bool FrontWindow::addDocument(Grab grab, std::optional<GrabGoals> goals)
 {
+    // Who asks for another place on the way still wants to hear that the picture got there. What a
+    // program asks for over the bus goes where it said, and nowhere else.
+    const GrabGoals usual = goals.value_or(Preferences::afterGrab());
+    const bool isElsewhere = grab.goals && !usual.testFlag(GrabGoal::Caller);
+    const GrabGoals wanted = isElsewhere ? *grab.goals | (usual & GrabGoal::Notify) : usual;
+    const bool isChosen = !grab.application.isEmpty() || !grab.title.isEmpty();
     const auto [owner, title] =
-        grab.name.isEmpty() ? frontBefore(grab) : std::pair(QString(), grab.name);
+        isChosen ? std::pair(grab.application, grab.title) : frontBefore(grab);
     m_window.skin().load(m_flag, u"BtnFlag"_s, SkinNormal);
     TPictureEditor::EditPolyPixmap(grab.picture, m_flag, Licensing::status().registered,
                                    std::get_if<QPainterPath>(&grab.outline),
                                    std::get_if<QPolygonF>(&grab.outline));
-    m_window.work().add(grab.picture, grab.name,
-                        {.time = QDateTime::currentDateTime(),
-                         .kind = grab.kind,
-                         .application = owner,
-                         .title = title});
+    return m_window.delivery().deliver({.picture = grab.picture,
+                                        .name = grab.name,
+                                        .origin = {.time = QDateTime::currentDateTime(),
+                                                   .kind = grab.kind,
+                                                   .application = owner,
+                                                   .title = title},
+                                        .goals = wanted});
 }
 
 // Where a refusal is why, the user may think better of it.

@@ -2,12 +2,12 @@
 
 #include "base/clock.h"
 #include "base/log.h"
-#include "capture/grab.h"
 #include "platform/pictures.h"
 
 #include <QCoreApplication>
 
 #include <array>
+#include <tuple>
 #include <utility>
 
 namespace {
@@ -56,8 +56,9 @@ constexpr std::array<const char *, GrabStateCount> s_names{
     "Asking", "MenuWait", "Picking", "Scrolling", "Ending"};
 
 // In the order of the commands.
-constexpr std::array<const char *, 9> s_kinds{
-    "rectangle", "ellipse", "polygon", "window", "content", "screen", "screen", "menu", ""};
+constexpr std::array<const char *, 12> s_kinds{"rectangle", "ellipse", "polygon", "window",
+                                               "content",   "screen",  "screen",  "menu",
+                                               "rectangle", "window",  "screen",  ""};
 
 QString kindOf(GrabCommand command)
 {
@@ -91,14 +92,15 @@ void GrabFlow::setState(GrabState state)
     emit stateChanged(state);
 }
 
-void GrabFlow::press(GrabCommand command)
+void GrabFlow::press(GrabCommand command, std::optional<GrabGoals> goals, bool countsDown)
 {
+    const Press pressed{command, goals, countsDown};
     const GrabStep step = grabStep(m_state, GrabEvent::Press);
     if (step != GrabStep::Start)
         qCInfo(logGrab) << "press" << kindOf(command) << "starts nothing now:" << nameOf(m_state);
     switch (step) {
     case GrabStep::Start:
-        run(command);
+        run(pressed);
         break;
     case GrabStep::Bring:
         // Where nothing of this program can lie beside what scrolls, the key ends it, and so does
@@ -110,18 +112,28 @@ void GrabFlow::press(GrabCommand command)
             m_tools.bringForward();
         break;
     case GrabStep::Replace:
-        m_kept = command;
+        m_kept = pressed;
         m_tools.stopMenuWait();
         break;
     case GrabStep::Keep:
-        if (m_state == GrabState::Counting && command == m_command)
-            m_tools.restartCountDown(m_window.situation().countdown);
-        else
-            m_kept = command;
+        if (m_state == GrabState::Counting && command == m_command) {
+            m_goals = goals;
+            const GrabSituation now = m_window.situation();
+            m_tools.restartCountDown(m_countsDown ? now.delay : now.countdown);
+        } else {
+            m_kept = pressed;
+        }
         break;
     default:
         break;
     }
+}
+
+// A caller who ordered it has been told that there is no picture, and waits no more.
+void GrabFlow::repeat()
+{
+    const bool wasOrdered = m_goals && m_goals->testFlag(GrabGoal::Caller);
+    press(m_command, wasOrdered ? std::nullopt : m_goals, m_countsDown);
 }
 
 void GrabFlow::escape()
@@ -206,25 +218,32 @@ void GrabFlow::dropHelper()
     thaw();
     unwatch();
     comeBack();
+    emit over();
     setState(GrabState::Idle);
 }
 
-void GrabFlow::begin(GrabCommand command)
+void GrabFlow::begin(const Press &press)
 {
     const bool wasMinimized = m_before.isMinimized;
     m_before = m_window.situation();
     // For the helper, whose wait gave way to this grab: that is not how the user had it.
     if (m_isOutOfTheWay)
         m_before.isMinimized = wasMinimized;
-    m_command = command;
+    m_command = press.command;
+    m_goals = press.goals;
+    m_picked = {};
+    m_countsDown = press.countsDown;
     m_isGivenUp = false;
     m_isRaised = false;
+    m_goesElsewhere = false;
     m_escapeTime.reset();
+    m_pictures.showPointer(m_before.showsPointer);
 }
 
-void GrabFlow::run(GrabCommand command)
+void GrabFlow::run(const Press &press)
 {
-    begin(command);
+    begin(press);
+    const GrabCommand command = press.command;
     if (command == GrabCommand::Show) {
         m_owesShow = true;
         finish();
@@ -232,7 +251,7 @@ void GrabFlow::run(GrabCommand command)
     }
     if (const QString refusal = m_window.refusal(command); !refusal.isEmpty()) {
         qCInfo(logGrab) << "refused:" << kindOf(command) << refusal;
-        m_window.say(refusal);
+        fail(refusal);
         finish();
         return;
     }
@@ -240,10 +259,17 @@ void GrabFlow::run(GrabCommand command)
         finish();
         return;
     }
+    if (press.countsDown && command != GrabCommand::Countdown && !countDownFirst()) {
+        finish();
+        return;
+    }
     switch (command) {
     case GrabCommand::Screen:
     case GrabCommand::Countdown:
-        takeScreen();
+    case GrabCommand::Last:
+    case GrabCommand::Active:
+    case GrabCommand::Monitor:
+        takeAtOnce();
         break;
     case GrabCommand::Windows:
         browse();
@@ -305,14 +331,17 @@ bool GrabFlow::askFirst()
 }
 
 // True once the pictures are there.
-bool GrabFlow::freeze()
+bool GrabFlow::freeze(Freeze how)
 {
     m_holdsPictures = true;
-    if (!askDesktop([this](const auto &answer) { m_pictures.freeze(Freeze::AsUsual, answer); }))
+    if (!askDesktop([&](const auto &answer) { m_pictures.freeze(how, answer); }))
         return false;
     // Who is in front is known with what stands still.
-    if (m_pictures.isFrozen())
-        m_before.process = m_window.situation().process;
+    if (m_pictures.isFrozen()) {
+        const GrabSituation now = m_window.situation();
+        m_before.process = now.process;
+        m_before.window = now.window;
+    }
     return true;
 }
 
@@ -368,33 +397,79 @@ void GrabFlow::unwatch()
         m_pictures.unwatch();
 }
 
+// True once something can be marked on the desktop.
+bool GrabFlow::openDesktop()
+{
+    if (m_before.freezes && m_pictures.isLive()) {
+        // What is pointed at, and a menu that is open, are seen as long as nothing gets the focus.
+        if (minimizeBefore())
+            m_window.settle();
+        if (m_isGivenUp || !freeze(Freeze::Still))
+            return false;
+        m_window.closeMenus();
+        m_window.takeFocus();
+        return !m_isGivenUp;
+    }
+    m_window.takeFocus();
+    // The overlay shows a picture of the desktop, and the window has to be gone from it.
+    if (minimizeBefore() && !m_before.isComposited)
+        m_window.settle();
+    return !m_isGivenUp && freeze();
+}
+
+// The user arranges meanwhile what the grab is to show, so that what is in front counts when it is
+// over. False where it was given up.
+bool GrabFlow::countDownFirst()
+{
+    setState(GrabState::Counting);
+    const bool goesOn = countDown(m_before.delay);
+    m_window.closing();
+    if (!m_before.isActive)
+        m_window.focusOther();
+    m_window.settle();
+    const GrabSituation now = m_window.situation();
+    m_before.process = now.process;
+    m_before.window = now.window;
+    return goesOn && !m_isGivenUp && !m_closeAfter;
+}
+
+bool GrabFlow::countDown(int seconds)
+{
+    const bool goesOn = m_tools.countDown(seconds) && !m_isGivenUp;
+    if (!goesOn)
+        qCInfo(logGrab) << "the countdown was given up";
+    return goesOn;
+}
+
 void GrabFlow::mark()
 {
     setState(GrabState::Freezing);
-    m_window.takeFocus();
-    if (minimizeBefore() && !m_before.isComposited)
-        m_window
-            .settle();  // the overlay shows a picture of the desktop, and it has to be gone from it
-    GrabTools::Take take;
-    if (!m_isGivenUp && freeze())
-        take = m_tools.mark(m_command);
-    if (!take)
+    GrabTools::Marked marked;
+    if (openDesktop())
+        marked = m_tools.mark(m_command);
+    bool takes = bool(marked.take);
+    if (!takes)
         qCInfo(logGrab) << kindOf(m_command) << "ends with nothing marked";
     setState(GrabState::Ending);
-    if (take && !m_closeAfter) {
-        // Live pixels are read only now: the overlay has left, and what was in front is again.
+    if (takes && marked.delay > 0 && !m_closeAfter)
+        takes = delay(marked.delay);
+    if (takes && !m_closeAfter) {
         const bool isLive = !m_pictures.isFrozen();
-        if (isLive)
-            m_window.settle();
-        m_window.freeClicks();
         if (isLive && !m_before.isActive)
             m_window.focusOther();
         else if (m_before.active)
             m_window.focusOwn(m_before.active);
-        Grab grab = take();
+        // Live pixels are read only now: what was in front is again, and the overlay has left.
+        if (isLive)
+            m_window.settle();
+        // A pointer that holds clicks has a shape of its own.
+        if (isLive && m_before.showsPointer)
+            m_window.freeClicks();
+        Grab grab = marked.take();
         if (isLive && !m_before.isActive)
             m_window.regainFocus();
         deliver(std::move(grab));
+        m_window.freeClicks();
     } else {
         restoreMinimized();
     }
@@ -402,22 +477,41 @@ void GrabFlow::mark()
     finish();
 }
 
-void GrabFlow::takeScreen()
+// Between what has been marked and its picture. The user sees to what it is to show, so that the
+// program that was in front is there again, and what was frozen before is of no use.
+bool GrabFlow::delay(int seconds)
+{
+    thaw();
+    m_window.settle();
+    m_window.freeClicks();
+    if (!m_before.isActive)
+        m_window.focusOther();
+    setState(GrabState::Counting);
+    const bool goesOn = countDown(seconds);
+    m_window.settle();
+    const bool areThere = goesOn && freeze();
+    setState(GrabState::Ending);
+    return areThere;
+}
+
+void GrabFlow::takeAtOnce()
 {
     setState(GrabState::Freezing);
-    minimizeBefore();
+    // The window that is in front may be this program's.
+    if (m_command != GrabCommand::Active || !m_before.isActive)
+        minimizeBefore();
     const int seconds = m_command == GrabCommand::Countdown ? m_before.countdown : 0;
-    const bool goesOn = seconds <= 0 || m_tools.countDown(seconds);
-    if (!goesOn)
-        qCInfo(logGrab) << "the countdown was given up";
+    const bool goesOn = seconds <= 0 || countDown(seconds);
     setState(GrabState::Ending);
     if (goesOn && !m_isGivenUp) {
-        m_window.settle();
+        // The menu in which this was chosen, the countdown, the window.
+        m_window.closing();
         if (!m_before.isActive)
             m_window.focusOther();
+        m_window.settle();
         const bool areThere = freeze();
         setState(GrabState::Ending);
-        Grab grab = areThere ? m_tools.takeScreen() : Grab();
+        Grab grab = areThere ? m_tools.takeAtOnce(m_command, m_before.window) : Grab();
         if (!m_before.isActive)
             m_window.regainFocus();
         if (areThere)
@@ -444,12 +538,16 @@ void GrabFlow::browse()
     if (!grabs)
         qCInfo(logGrab) << "the browser was closed with no window chosen";
     setState(GrabState::Ending);
+    bool isShown = false;
     if (grabs && !m_closeAfter) {
         for (Grab &grab : *grabs)
-            addDocument(std::move(grab));
+            isShown = addDocument(std::move(grab)) || isShown;
         if (grabs->isEmpty())
             m_window.say(tr("No window was chosen: there is no picture."));
     }
+    // The browser has brought it along.
+    if (m_before.isMinimized && !isShown)
+        m_window.place(GrabFront::Place::Minimized);
     finish();
 }
 
@@ -470,9 +568,12 @@ void GrabFlow::startHelper()
 
 void GrabFlow::helperTakes(Grab grab)
 {
+    std::tie(grab.application, grab.title) = std::exchange(m_picked, {});
     // One that comes by another way, with no grab under way, is shown all the same.
     if (m_helperWorks)
         setState(GrabState::Ending);
+    else
+        m_goals.reset();
     if (!m_kept)
         comeBack();
     // It comes to the front with the window, whatever the setting says.
@@ -484,9 +585,16 @@ void GrabFlow::finishHelper()
 {
     m_helperWorks = false;
     setState(GrabState::Ending);
-    // A window that the user had minimised stays so.
-    if (!m_before.isMinimized || !m_window.situation().isMinimized)
+    if (m_goesElsewhere) {
+        // What brought it back has brought it in front of the others.
+        if (!m_before.isActive && !m_before.isMinimized) {
+            m_window.place(GrabFront::Place::Behind);
+            m_window.focusOther();
+        }
+    } else if (!m_before.isMinimized || !m_window.situation().isMinimized) {
+        // A window that the user had minimised stays so.
         m_owesShow = true;
+    }
     finish();
 }
 
@@ -495,12 +603,17 @@ void GrabFlow::deliver(Grab grab)
 {
     if (grab.picture.isNull()) {
         qCInfo(logGrab) << "no picture:" << kindOf(m_command);
-        m_window.say(tr("Nothing could be read there: there is no picture."));
+        fail(tr("Nothing could be read there: there is no picture."));
         restoreMinimized();
         return;
     }
-    addDocument(std::move(grab));
+    const bool opensTab = addDocument(std::move(grab));
     thaw();
+    if (!opensTab) {
+        m_goesElsewhere = true;
+        restoreMinimized();
+        return;
+    }
     if (!m_before.showAfter) {
         if (!m_pictures.isLive())
             restoreMinimized();
@@ -512,14 +625,22 @@ void GrabFlow::deliver(Grab grab)
         m_window.place(GrabFront::Place::InFront);
 }
 
-void GrabFlow::addDocument(Grab grab)
+void GrabFlow::fail(const QString &reason)
 {
-    grab.kind = kindOf(m_command);
+    m_window.say(reason);
+    emit failed(reason);
+}
+
+bool GrabFlow::addDocument(Grab grab)
+{
+    if (grab.kind.isEmpty())
+        grab.kind = kindOf(m_command);
     grab.process = m_before.process;
     const QString note = grab.note;
-    m_window.addDocument(std::move(grab));
+    const bool opensTab = m_window.addDocument(std::move(grab), m_goals);
     if (!note.isEmpty())
         m_window.say(note);
+    return opensTab;
 }
 
 bool GrabFlow::minimizeBefore()
@@ -560,7 +681,8 @@ void GrabFlow::finish()
     thaw();
     unwatch();
     if (const QString trouble = std::exchange(m_trouble, {}); !trouble.isEmpty())
-        m_window.say(trouble);
+        fail(trouble);
+    emit over();
     if (std::exchange(m_closeAfter, false)) {
         m_kept.reset();
         m_owesShow = false;
@@ -581,7 +703,8 @@ void GrabFlow::finish()
         setState(GrabState::Idle);
         return;
     }
-    if (std::exchange(m_isRaised, false) && !m_before.isActive && *m_kept != GrabCommand::Show) {
+    if (std::exchange(m_isRaised, false) && !m_before.isActive &&
+        m_kept->command != GrabCommand::Show) {
         // It came after the window had been shown, and is about what was there before.
         m_window.place(m_before.isMinimized ? GrabFront::Place::Minimized
                                             : GrabFront::Place::Behind);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "capture/grab.h"
 #include "platform/pictures.h"
 
 #include <QList>
@@ -12,7 +13,6 @@
 #include <optional>
 
 class Clock;
-struct Grab;
 
 /// What a press asks for, by hot key, button, menu or bus.
 enum class GrabCommand {
@@ -24,6 +24,9 @@ enum class GrabCommand {
     Screen,
     Countdown,
     Menu,
+    Last,     ///< the area that was marked last, once more
+    Active,   ///< the window that is in front
+    Monitor,  ///< the screen with the pointer
     Show
 };
 
@@ -85,8 +88,12 @@ struct GrabSituation {
     bool isComposited = false;   ///< translucent windows show what lies behind them
     bool hideBefore = false;     ///< the setting: the window gets out of the way
     bool showAfter = false;      ///< the setting: it comes to the front with the picture
+    bool freezes = false;        ///< the setting: the screen stands still while it is marked
     uint process = 0;            ///< that is in front; 0 where it doesn't tell
+    unsigned window = 0;         ///< that is in front; 0 where none is, or it is not known
+    bool showsPointer = false;   ///< the setting: it is in the pictures
     int countdown = 0;           ///< the setting, in seconds; 0 and below is none
+    int delay = 0;               ///< seconds of a countdown that is wanted whatever that says
 };
 
 /// What a grab needs of the main window and of the desktop's front. All that waits runs events.
@@ -106,6 +113,8 @@ public:
     virtual void hideAll(bool hide) = 0;
     virtual void close() = 0;  ///< soon
 
+    /// Closes menus of other programs that are open, and have the keyboard.
+    virtual void closeMenus() = 0;
     /// Makes this program active through a window that shows nothing.
     virtual void takeFocus() = 0;
     /// Makes it active again, if that window is there.
@@ -116,12 +125,16 @@ public:
     virtual void focusOther() = 0;
     /// Brings a window of this program to the front.
     virtual void focusOwn(QWidget *window) = 0;
+    /// Windows of this program may have closed just now, which settle() is to wait for.
+    virtual void closing() = 0;
     /// Waits until what has been closed has left the screen.
     virtual void settle() = 0;
-    /// Lets clicks reach other programs again.
+    /// Lets clicks reach other programs again, but for the second one of a double click.
     virtual void freeClicks() = 0;
 
-    virtual void addDocument(Grab grab) = 0;
+    /// Brings the picture to where it is to go: where the user wanted it meanwhile, else where the
+    /// press said, if it did. False where the window has no part in that.
+    virtual bool addDocument(Grab grab, std::optional<GrabGoals> goals) = 0;
     virtual void say(const QString &text) = 0;
     /// How far what is under way has come, where no window may say it; empty when it is over.
     virtual void tellProgress(const QString &text) = 0;
@@ -134,12 +147,17 @@ class GrabTools
 public:
     virtual ~GrabTools() = default;
 
-    /// Runs an overlay. Gives what reads the picture once the overlay has left the screen; null
-    /// where the user gave up. Clicks that follow an accepted one reach no other program, until
-    /// they are freed.
-    using Take = std::function<Grab()>;
-    virtual Take mark(GrabCommand command) = 0;
-    virtual Grab takeScreen() = 0;
+    struct Marked {
+        /// Reads the picture once the overlay has left the screen; null where the user gave up.
+        std::function<Grab()> take{};
+        int delay = 0;  ///< seconds of a countdown before that; 0 is none
+    };
+    /// Runs an overlay. Clicks that follow an accepted one reach no other program, until they are
+    /// freed.
+    virtual Marked mark(GrabCommand command) = 0;
+    /// Takes what nobody has to choose: the desktop, a screen, the last area, or the window in
+    /// front, whose number in the application watch that is.
+    virtual Grab takeAtOnce(GrabCommand command, unsigned window) = 0;
     /// Runs the countdown; false where it was given up.
     virtual bool countDown(int seconds) = 0;
     virtual void restartCountDown(int seconds) = 0;
@@ -182,9 +200,11 @@ public:
     GrabState state() const { return m_state; }
     static QString nameOf(GrabState state);
 
-    void press(GrabCommand command);
-    /// Begins the last grab anew.
-    void repeat() { press(m_command); }
+    /// `goals` are what becomes of the pictures; none: as the preferences say. With `countsDown` a
+    /// countdown comes before everything else.
+    void press(GrabCommand command, std::optional<GrabGoals> goals = {}, bool countsDown = false);
+    /// Begins the last grab anew, for the user.
+    void repeat();
     void escape();
     /// Gives up whatever the grab under way waits for.
     void cancel() { hear(GrabEvent::Cancel); }
@@ -193,11 +213,18 @@ public:
     void opened() { hear(GrabEvent::Opens); }
     void helperWorks() { hear(GrabEvent::Works); }
     void helperScrolls() { hear(GrabEvent::Scrolls); }
+    /// The window that its picture will be of.
+    void helperPicks(const QString &application, const QString &title)
+    {
+        m_picked = {application, title};
+    }
     void helperTells(const QString &text) { m_window.tellProgress(text); }
     void helperPutsBack() { hear(GrabEvent::PutsBack); }
     /// A picture of the helper's, which its last word follows.
     void helperTakes(Grab grab);
     void helperEnds() { hear(GrabEvent::Ends); }
+    /// There is no picture of the helper's, and the user is told why; before its last word.
+    void helperFails(const QString &reason) { emit failed(reason); }
     void displayLost() { hear(GrabEvent::DisplayLost); }
     /// The program is to be closed. True when it can be now; otherwise the window is told to close
     /// when the grab is over.
@@ -207,29 +234,45 @@ public:
 
 signals:
     void stateChanged(GrabState state);
+    /// The user is told why there is no picture.
+    void failed(const QString &reason);
+    /// The last picture of a grab is where it goes, if there was any. What was kept begins later.
+    void over();
 
 private:
+    struct Press {
+        GrabCommand command = GrabCommand::Show;
+        std::optional<GrabGoals> goals{};
+        bool countsDown = false;
+    };
+
     void hear(GrabEvent event);
     GrabState stateAfter(GrabEvent event) const;
     void giveUp();
     void setState(GrabState state);
-    void run(GrabCommand command);
-    void begin(GrabCommand command);
+    void run(const Press &press);
+    void begin(const Press &press);
     bool comeToFront();
     bool askFirst();
     bool isAskedFirst() const;
-    bool freeze();
+    bool freeze(Freeze how = Freeze::AsUsual);
+    bool openDesktop();
     bool watch();
     bool askDesktop(const std::function<void(const Pictures::Answer &)> &question);
     void thaw();
     void unwatch();
+    bool countDownFirst();
+    /// False where it was given up.
+    bool countDown(int seconds);
     void mark();
-    void takeScreen();
+    bool delay(int seconds);
+    void takeAtOnce();
     void browse();
     void startHelper();
     void deliver(Grab grab);
-    /// With what is known of where it comes from.
-    void addDocument(Grab grab);
+    void fail(const QString &reason);
+    /// With what is known of where it comes from. False where the window has no part in it.
+    bool addDocument(Grab grab);
     bool minimizeBefore();
     void restoreMinimized();
     void getOutOfTheWay();
@@ -245,17 +288,21 @@ private:
 
     // The grab under way, and how things stood when it began.
     GrabCommand m_command = GrabCommand::Show;
+    std::optional<GrabGoals> m_goals{};
+    std::pair<QString, QString> m_picked{};  // the application and the title of the helper's window
+    bool m_countsDown = false;               // before everything else
     GrabSituation m_before{};
     bool m_isGivenUp = false;
     bool m_holdsPictures = false;  // they have been asked for, and not been let go
     bool m_watches = false;        // what moves
     QString m_trouble;             // why there are none, to be told
     bool m_helperWorks = false;
-    bool m_isRaised = false;  // the window was, with a picture
+    bool m_isRaised = false;       // the window was, with a picture
+    bool m_goesElsewhere = false;  // the helper's picture, so that the window stays where it was
 
-    std::optional<GrabCommand> m_kept;  // the last press, which runs afterwards
-    bool m_owesShow = false;            // the window is to be shown, but for a press that was kept
-    bool m_isOutOfTheWay = false;       // for the helper
+    std::optional<Press> m_kept;   // the last press, which runs afterwards
+    bool m_owesShow = false;       // the window is to be shown, but for a press that was kept
+    bool m_isOutOfTheWay = false;  // for the helper
     bool m_closeAfter = false;
     std::optional<qint64> m_escapeTime;  // of the last one
 };

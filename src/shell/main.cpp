@@ -1,4 +1,5 @@
 #include "base/paths.h"
+#include "base/translation.h"
 #include "base/wholefile.h"
 #include "config/applicationrecord.h"
 #include "config/licensing.h"
@@ -17,11 +18,11 @@
 #include "shell/mainwindow.h"
 #include "shell/picturejobs.h"
 #include "shell/sessionend.h"
-#include "shell/translation.h"
 
 #include <QApplication>
 #include <QDBusConnection>
 #include <QFile>
+#include <QFileInfo>
 #include <QFontDatabase>
 #include <QImageReader>
 #include <QScopeGuard>
@@ -110,10 +111,20 @@ bool makeDataFolder(const QString &folder)
     return true;
 }
 
+// The files that this start is to open: whatever stands behind the program's name, for it has no
+// options.
+QStringList filesToOpen()
+{
+    QStringList paths;
+    for (const QString &argument : QCoreApplication::arguments().mid(1))
+        paths.append(QFileInfo(argument).absoluteFilePath());
+    return paths;
+}
+
 // The exit code of a start that is not the only one of this user; nothing for the first.
 std::optional<int> yieldToAnother(SingleProgram &single)
 {
-    switch (single.claim()) {
+    switch (single.claim(filesToOpen())) {
     case SingleProgram::Claim::Activated:
         return 0;
     case SingleProgram::Claim::Unanswered:
@@ -143,16 +154,29 @@ int runWindow(const QString &folder, const QString &unfinished, ApplicationBus &
     g_MainWindow = &window;
     QObject::connect(&window, &MainWindow::grabStateChanged, &bus, &ApplicationBus::setGrabState);
     window.InitShowGeometry();
+    // Who needs the program for a picture does not want its window in there. Not for what this one
+    // starts in its turn.
+    constexpr const char *minimizedStart = "SNAPWORKBENCH_MINIMIZED";
+    const bool isMinimizedStart = qEnvironmentVariableIsSet(minimizedStart);
+    qunsetenv(minimizedStart);
     // What came back is to be seen.
     const bool isBack = window.startRecovery(folder + u"recovery"_s);
     if (isBack)
         window.show();
     else
-        window.showAtStart();
+        window.showAtStart(Preferences::runMinimized() || isMinimizedStart);
     if (const QString lack = services().abilities.lackOf(Ability::Pictures); !lack.isEmpty())
         window.say(lack);
     if (!unfinished.isEmpty())
         window.say(unfinished);
+    if (const QStringList files = filesToOpen(); !files.isEmpty())
+        QMetaObject::invokeMethod(
+            &window,
+            [&window, files] {
+                window.openPictures(files);
+                window.comeForward();
+            },
+            Qt::QueuedConnection);
     const SessionEnd sessionEnd(window);
     const int status = QApplication::exec();
     window.keepUnsaved();

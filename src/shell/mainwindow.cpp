@@ -14,9 +14,12 @@
 #include "shell/canvasdialog.h"
 #include "shell/capturetools.h"
 #include "shell/commands.h"
+#include "shell/departure.h"
 #include "shell/dialogpreference.h"
 #include "shell/documentfiles.h"
 #include "shell/frontwindow.h"
+#include "shell/grabcalls.h"
+#include "shell/grabdelivery.h"
 #include "shell/grabflow.h"
 #include "shell/notices.h"
 #include "shell/picturereading.h"
@@ -83,14 +86,7 @@ MainWindow::MainWindow()
     };
     m_Settings = std::make_unique<SettingsSaver>(storeGeometry, *m_Notices);
     setUpGrabs();
-    services().hotKeys->setNames([](int number) {
-        const Command *command = commandOfHotKey(number);
-        if (!services().abilities.lackOf(command->needs).isEmpty())
-            return HotKeys::Name();
-        return HotKeys::Name{QString::fromLatin1(command->action),
-                             MainWindow::tr(command->trayCaption)};
-    });
-    initHotKey(HotkeyCallBack);
+    setUpHotKeys();
     SetAppActiveChangeCallback(ActiveCallBack);
 
     m_Work = std::make_unique<Workbench>(*ui, *this, *m_Notices);
@@ -113,8 +109,35 @@ MainWindow::MainWindow()
     SetAutoRunToXML(GetAutoRunFromXML());
 }
 
+void MainWindow::setUpHotKeys()
+{
+    services().hotKeys->setNames([](int number) {
+        const Command *command = commandOfHotKey(number);
+        if (!services().abilities.lackOf(command->needs).isEmpty())
+            return HotKeys::Name();
+        // A second key of the same command is another one to the desktop.
+        const bool isSecond = command->hotKey && command->hotKey != number;
+        return HotKeys::Name{QLatin1StringView(command->action) +
+                                 (isSecond ? u"-again"_s : QString()),
+                             titleOf(*command)};
+    });
+    initHotKey(HotkeyCallBack);
+    services().hotKeys->hearInMenus(Preferences::freezesScreen());
+    // The menus were made before any key was asked for.
+    m_Menus->updateHotKeys();
+    // Until the preferences have a page for them, which hears it then.
+    services().hotKeys->setChangeHandler([this] { showHotKeys(); });
+}
+
+void MainWindow::showHotKeys()
+{
+    m_Menus->updateHotKeys();
+    updateHotKeys(*this);
+}
+
 MainWindow::~MainWindow()
 {
+    services().hotKeys->setChangeHandler({});
     freeHotKey();
     SetAppActiveChangeCallback(nullptr);
 }
@@ -140,6 +163,9 @@ void MainWindow::setUpGrabs()
 void MainWindow::setUpEditor()
 {
     m_Reading = std::make_unique<PictureReading>(*this, *m_Work, *m_Notices);
+    m_Delivery = std::make_unique<GrabDelivery>(*m_Work, *m_Notices, *m_Reading);
+    connect(m_Delivery.get(), &GrabDelivery::wanted, this, &MainWindow::comeForward);
+    m_Calls = std::make_unique<GrabCalls>(*m_Grabs, *m_Delivery, m_Work->jobs());
     TPictureEditor &editor = m_Work->editor();
     editor.setcallback(PictureChanged);
     editor.setState(stateMove);
@@ -285,9 +311,9 @@ void MainWindow::resizeEvent(QResizeEvent *event)
 
 void MainWindow::InitShowGeometry() { m_Frame->showStored(); }
 
-void MainWindow::showAtStart()
+void MainWindow::showAtStart(bool isMinimized)
 {
-    if (!GetRunInMinimized())
+    if (!isMinimized)
         show();
     else if (services().ownWindows->placesWindows())
         showMinimized();
@@ -384,7 +410,11 @@ bool MainWindow::startRecovery(const QString &folder) { return m_Unsaved->start(
 
 void MainWindow::keepUnsaved() { m_Unsaved->keep(); }
 
-void MainWindow::openPictures(const QStringList &paths) { m_Work->open(paths); }
+void MainWindow::openPictures(const QStringList &paths,
+                              const std::function<void(const QStringList &troubles)> &opened)
+{
+    m_Work->open(paths, opened);
+}
 
 void MainWindow::OpenFile() { m_Files->open(); }
 
@@ -495,7 +525,7 @@ void MainWindow::say(const QString &text, const QList<NoticeBar::Action> &action
     m_Notices->say(text, actions);
 }
 
-void MainWindow::WaitFor() { Front(*services().clock).settle(); }
+void MainWindow::WaitFor() { Departure(*services().clock).wait(); }
 
 void MainWindow::FocusThis(QWidget *widget) { m_Front->front().bring(widget ? *widget : *this); }
 
@@ -543,8 +573,10 @@ void MainWindow::Capture(QAction *pAct)
 long HotkeyCallBack(long id, long /*unused*/)
 {
     const Command *command = commandOfHotKey(id);
+    const auto number = static_cast<int>(id);
     if (g_MainWindow && command)
-        runCommand(*command, *g_MainWindow);
+        runCommand(*command, *g_MainWindow, Preferences::afterGrabOf(number),
+                   Preferences::countsDownFirst(number));
     else
         qCInfo(logGrab) << "hot key" << id << "comes before the window, or has no command";
     return 0;
@@ -578,6 +610,15 @@ void MainWindow::ShowImportPicture(const char *path)
 
 void MainWindow::ShowDetailWindowRequest(QWidget *parent, EShowMagOpr opr, int x, int y, int type)
 {
+    if (opr == eMagMultiple) {
+        // Unseen it would be changed by accident.
+        if (!GetShowMagFromXML())
+            return;
+        Preferences::stepMagnification(x);
+        const QPoint pointer = services().hands->pointer();
+        ShowDetailWindowRequest(parent, eMagUpdate, pointer.x(), pointer.y(), type);
+        return;
+    }
     m_Magnifier.request(parent, opr, {x, y}, type,
                         {GetShowMagFromXML(), GetMagnificationFromXML()});
 }
@@ -607,6 +648,7 @@ void MainWindow::Preference(int /*type*/)
         Preferences::load(*m_pPreference);
         // Only now: what was loaded need not go back.
         connect(m_pPreference, &DialogPreference::Changed, this, &MainWindow::PreferenceChanged);
+        connect(m_pPreference, &DialogPreference::HotKeysChanged, this, &MainWindow::showHotKeys);
     }
     m_pPreference->setVisible(true);
     m_pPreference->raise();

@@ -16,6 +16,8 @@ class CaptureTools;
 class DialogPreference;
 class DocumentFiles;
 class FrontWindow;
+class GrabCalls;
+class GrabDelivery;
 class GrabFlow;
 class Notices;
 class PictureReading;
@@ -52,9 +54,9 @@ public:
     bool GetMaximized() const;
     void SaveNormalGeometry();
     void SaveGeometry();
-    /// Shows the window at the start of the program as the settings say: minimised, or where a
-    /// desktop may ignore that, in the tray alone as long as there is one.
-    void showAtStart();
+    /// Shows the window at the start of the program: minimised if told so, or where a desktop may
+    /// ignore that, in the tray alone as long as there is one.
+    void showAtStart(bool isMinimized = GetRunInMinimized());
     /// Writes the settings to the disk as they are now, geometry included.
     void saveSettings();
 
@@ -95,8 +97,9 @@ public:
     /// Waits, some seconds at the most, until what is not saved is on the disk.
     void keepUnsaved();
 
-    /// A tab for each file, the first new one in front; one that is open already is only shown.
-    void openPictures(const QStringList &paths);
+    /// As Workbench::open().
+    void openPictures(const QStringList &paths,
+                      const std::function<void(const QStringList &troubles)> &opened = {});
 
     /// Tells the user something that needs no answer.
     void say(const QString &text, const QList<NoticeBar::Action> &actions = {});
@@ -105,6 +108,8 @@ public:
     GrabFlow &grabs() { return *m_Grabs; }
     Workbench &work() { return *m_Work; }
     PictureReading &reading() { return *m_Reading; }
+    GrabDelivery &delivery() { return *m_Delivery; }
+    GrabCalls &calls() { return *m_Calls; }
     TrayIcon &tray() { return *m_Tray; }
     Skin &skin() { return m_Skin; }
 
@@ -247,6 +252,8 @@ private:
     void lookAt(const QRect &place);
     void offerColorText(QPoint position);
     void setUpGrabs();
+    void setUpHotKeys();
+    void showHotKeys();
     void setUpEditor();
     void connectControls();
     void RefreshWindowTitle(const QString &tab);
@@ -264,6 +271,7 @@ private:
     std::unique_ptr<UnsavedPictures> m_Unsaved;
     std::unique_ptr<DocumentFiles> m_Files;
     std::unique_ptr<PictureReading> m_Reading;
+    std::unique_ptr<GrabDelivery> m_Delivery;
     std::unique_ptr<WindowFace> m_Face;
     StyleControls *m_Style = nullptr;  ///< owned by the strip
     Magnifier m_Magnifier;
@@ -271,6 +279,7 @@ private:
     std::unique_ptr<FrontWindow> m_Front;
     std::unique_ptr<CaptureTools> m_Tools;
     std::unique_ptr<GrabFlow> m_Grabs;
+    std::unique_ptr<GrabCalls> m_Calls;
     DialogPreference *m_pPreference = nullptr;  ///< from its first use on
     bool m_ToldOfEdge = false;                  ///< nothing is drawn outside of a picture
 };

@@ -43,6 +43,15 @@ QUrl addressIn(const QString &text)
 
 }  // namespace
 
+PictureReading::PictureReading(QWidget &window, Workbench &work, Notices &notices)
+    : m_window(window), m_work(work), m_notices(notices)
+{
+    // Of a change is told before it is in the history.
+    const auto check = [this] { checkOffer(); };
+    QObject::connect(&work, &Workbench::changed, &m_watch, check, Qt::QueuedConnection);
+    QObject::connect(&work, &Workbench::edited, &m_watch, check, Qt::QueuedConnection);
+}
+
 void PictureReading::refresh()
 {
     m_textLack = m_textReader.lack();
@@ -70,9 +79,19 @@ int PictureReading::startAnew() const
 // `then` hears of nothing that was given up.
 void PictureReading::read(const QImage &image, std::function<void(const ReadText &)> then)
 {
+    start(image, startAnew(), [then = std::move(then)](const ReadText *text) {
+        if (text)
+            then(*text);
+    });
+}
+
+// `then` hears null where it was given up.
+void PictureReading::start(const QImage &image, int document,
+                           std::function<void(const ReadText *)> then)
+{
     const auto text = std::make_shared<std::unique_ptr<ReadText>>();
     m_work.jobs().start(
-        PictureJobs::Kind::Recognize, startAnew(), tr("Reading the text..."),
+        PictureJobs::Kind::Recognize, document, tr("Reading the text..."),
         [reader = m_textReader, image, text](PictureProgress &progress) {
             const auto goesOn = [&progress](int permille) {
                 progress.permille = permille;
@@ -82,10 +101,7 @@ void PictureReading::read(const QImage &image, std::function<void(const ReadText
             if (!progress.isCancelled)
                 *text = std::make_unique<ReadText>(std::move(result));
         },
-        [text, then = std::move(then)] {
-            if (*text)
-                then(**text);
-        });
+        [text, then = std::move(then)] { then(text->get()); });
 }
 
 void PictureReading::copyText(const QRect &part)
@@ -93,7 +109,18 @@ void PictureReading::copyText(const QRect &part)
     const QImage whole = picture();
     if (!whole.isNull())
         read(part.isNull() ? whole : whole.copy(part),
-             [this](const ReadText &text) { tellText(text); });
+             [this](const ReadText &text) { m_notices.say(copied(text)); });
+}
+
+void PictureReading::copyTextOf(const QImage &picture,
+                                const std::function<void(const QString &, bool)> &done)
+{
+    start(picture, 0, [this, done](const ReadText *text) {
+        if (text)
+            done(copied(*text), !text->text().isEmpty());
+        else
+            done(tr("The text was not read."), false);
+    });
 }
 
 void PictureReading::hideText()
@@ -101,6 +128,7 @@ void PictureReading::hideText()
     const QImage whole = picture();
     if (whole.isNull())
         return;
+    withdrawOffer();
     Proposal asRead{m_work.documents().currentDocument()->m_Number, m_work.editor().getVecUnDo(),
                     whole};
     read(whole, [this, proposal = std::move(asRead)](const ReadText &text) mutable {
@@ -123,10 +151,25 @@ void PictureReading::propose(const Proposal &proposal)
         ask(proposal);
         return;
     }
-    m_notices.say(
-        tr("%n place(s) to hide found.", nullptr, static_cast<int>(proposal.secrets.size())),
-        {{tr("&Show"), [this, proposal] { ask(proposal); }}});
+    const QPictureDocument *of = m_work.documents().find(proposal.document);
+    m_offer = {
+        tr("%n place(s) to hide found in %1.", nullptr, static_cast<int>(proposal.secrets.size()))
+            .arg(of ? of->GetShowName() : QString()),
+        proposal.document, proposal.history};
+    m_notices.say(m_offer.text, {{tr("Sh&ow"), [this, proposal] { ask(proposal); }}});
 }
+
+// Only a picture that is shown can be changed.
+void PictureReading::checkOffer()
+{
+    const QPictureDocument *current = m_work.documents().currentDocument();
+    const bool isChanged = current && current->m_Number == m_offer.document &&
+                           m_work.editor().getVecUnDo() != m_offer.history;
+    if (isChanged || !m_work.documents().find(m_offer.document))
+        withdrawOffer();
+}
+
+void PictureReading::withdrawOffer() { m_notices.withdraw(std::exchange(m_offer, {}).text); }
 
 void PictureReading::ask(const Proposal &proposal)
 {
@@ -187,7 +230,8 @@ void PictureReading::tellOutdated()
     m_notices.say(tr("Nothing was hidden: the picture was changed or closed meanwhile."));
 }
 
-void PictureReading::tellText(const ReadText &read)
+// Copies it, and gives what to tell the user.
+QString PictureReading::copied(const ReadText &read)
 {
     QString told = read.failure;
     if (const QString text = read.text(); !text.isEmpty()) {
@@ -202,7 +246,7 @@ void PictureReading::tellText(const ReadText &read)
         told += u'\n' + tr("Texts in your language are read better with the package %1.")
                             .arg(read.missing.join(u", "_s));
     }
-    m_notices.say(told);
+    return told;
 }
 
 void PictureReading::readCodes()

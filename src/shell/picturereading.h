@@ -8,6 +8,7 @@
 #include <QCoreApplication>
 #include <QImage>
 #include <QList>
+#include <QObject>
 #include <QRect>
 
 #include <functional>
@@ -26,10 +27,7 @@ class PictureReading
 public:
     /// All outlive this object, and `work` hands it what its jobs have read. Dialogs lie over
     /// `window`.
-    PictureReading(QWidget &window, Workbench &work, Notices &notices)
-        : m_window(window), m_work(work), m_notices(notices)
-    {
-    }
+    PictureReading(QWidget &window, Workbench &work, Notices &notices);
 
     /// Looks again at what is installed.
     void refresh();
@@ -40,6 +38,10 @@ public:
 
     /// Copies the text of a part of the current picture, or of all of it.
     void copyText(const QRect &part = {});
+    /// Copies the text of a picture that need not be open. `done` hears what to tell the user, and
+    /// whether a text was copied.
+    void copyTextOf(const QImage &picture,
+                    const std::function<void(const QString &told, bool isCopied)> &done);
     /// Shows what is in the codes, one after the other. Nothing is opened unasked.
     void readCodes();
     /// Looks for secrets in the text, shows them, and covers those that the user wants hidden.
@@ -54,15 +56,25 @@ private:
         QList<Secret> secrets{};
     };
 
+    /// What the bar offers to show.
+    struct Offer {
+        QString text{};
+        int document = 0;
+        EditHistory history{};
+    };
+
     QImage picture() const;
     int startAnew() const;
     void read(const QImage &image, std::function<void(const ReadText &)> then);
+    void start(const QImage &image, int document, std::function<void(const ReadText *)> then);
     void propose(const Proposal &proposal);
+    void checkOffer();
+    void withdrawOffer();
     void ask(const Proposal &proposal);
     void hide(const Proposal &proposal, const QList<Secret> &chosen, stateEnum tool);
     bool returnsTo(const Proposal &proposal);
     void tellOutdated();
-    void tellText(const ReadText &read);
+    QString copied(const ReadText &read);
     void tellCodes(const CodeReader::Result &read);
     void tellCode(const ReadCode &code, qsizetype number, qsizetype count);
 
@@ -74,4 +86,6 @@ private:
     QString m_textLack;
     QString m_codeLack;
     bool m_toldOfLanguages = false;
+    Offer m_offer{};    ///< the last one, without text if there is none
+    QObject m_watch{};  ///< its connections end with it
 };

@@ -77,12 +77,12 @@ void leave(QAbstractButton &button)
     QCoreApplication::sendEvent(&button, &event);
 }
 
-// A hint ends with two spaces and the keys; a menu shows these at its other side. That of a greyed
-// button says why it is.
+// A hint's first line ends with two spaces and the keys; a menu shows these at its other side. That
+// of a greyed button says why it is.
 QString itemText(const QAbstractButton &button)
 {
     const bool isNamed = button.isEnabled() && !button.toolTip().isEmpty();
-    QString text = isNamed ? button.toolTip() : button.accessibleName();
+    QString text = isNamed ? button.toolTip().section(u'\n', 0, 0) : button.accessibleName();
     text.replace(u'&', u"&&"_s);
     if (const qsizetype keys = text.lastIndexOf(u"  "_s); keys >= 0)
         text.replace(keys, 2, u'\t');
@@ -216,9 +216,10 @@ void StripFold::fillMenu()
 void StripFold::addItem(QAbstractButton &button)
 {
     QAction *action = m_menu->addAction(button.icon(), itemText(button));
-    if (!button.isEnabled()) {
-        action->setEnabled(false);
-        action->setToolTip(button.toolTip());
+    const QString more = button.toolTip().section(u'\n', 1);
+    action->setEnabled(button.isEnabled());
+    if (!button.isEnabled() || !more.isEmpty()) {
+        action->setToolTip(button.isEnabled() ? more : button.toolTip());
         m_menu->setToolTipsVisible(true);
     }
     const bool isChosen = m_isChosen(button);

@@ -29,7 +29,7 @@ WindowMenus::WindowMenus(MainWindow &window, QBoxLayout &place)
     add(MainWindow::tr("&sys"), Command::Menu::System);
     m_file = add(MainWindow::tr("&File"), Command::Menu::File);
     m_edit = add(MainWindow::tr("&Edit"), Command::Menu::Edit);
-    QMenu *capture = add(MainWindow::tr("&Capture"), Command::Menu::Capture);
+    m_capture = add(MainWindow::tr("&Capture"), Command::Menu::Capture);
     m_help = add(MainWindow::tr("Help"), Command::Menu::Help);
     m_tray = new QMenu(&window);
     fillTrayMenu(*m_tray);
@@ -41,7 +41,7 @@ WindowMenus::WindowMenus(MainWindow &window, QBoxLayout &place)
     QObject::connect(m_file, &QMenu::aboutToShow, &window, &MainWindow::BeforeShowFile);
     QObject::connect(m_edit, &QMenu::aboutToShow, &window, &MainWindow::lookForReaders);
     QObject::connect(m_help, &QMenu::aboutToShow, &window, &MainWindow::BeforeShowMenuHelp);
-    QObject::connect(capture, &QMenu::triggered, &window, &MainWindow::Capture);
+    QObject::connect(m_capture, &QMenu::triggered, &window, &MainWindow::Capture);
     QObject::connect(m_tray, &QMenu::triggered, &window, &MainWindow::Capture);
 }
 
@@ -123,6 +123,12 @@ void WindowMenus::updateCancel(bool canCancel)
         if (action->data().toInt() == Command::CancelItem)
             action->setEnabled(canCancel);
     }
+}
+
+void WindowMenus::updateHotKeys()
+{
+    ::updateHotKeys(*m_capture);
+    ::updateHotKeys(*m_tray);
 }
 
 void WindowMenus::updateHelp(bool isRegistered)

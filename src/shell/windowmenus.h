@@ -37,9 +37,11 @@ public:
     QMenu &picture() { return *m_picture; }
     /// Whether the tray's menu offers to give up a grab.
     void updateCancel(bool canCancel);
+    void updateHotKeys();  ///< after a change of theirs
     void updateHelp(bool isRegistered);
 
 private:
+    QMenu *m_capture = nullptr;
     QMenu *m_file;
     QMenu *m_edit;
     QMenu *m_picture;

@@ -42,23 +42,42 @@ void Workbench::add(const QPixmap &picture, const QString &name, const PictureOr
     emit changed(number);
 }
 
-void Workbench::open(const QStringList &paths)
+void Workbench::open(const QStringList &paths,
+                     const std::function<void(const QStringList &troubles)> &opened)
 {
-    const DocumentList::Opened opened = m_documents.addFiles(paths);
-    if (opened.first < 0) {
-        if (opened.known >= 0)
-            show(opened.known);
-        return;
+    const DocumentList::Opened added = m_documents.addFiles(paths);
+    QList<int> numbers;
+    for (const int index : added.all)
+        numbers.append(m_documents[index].m_Number);
+    // Each job holds them, and the last one to end tells.
+    const auto waits = std::make_shared<int>(1);
+    const auto end = [this, waits, opened, numbers, paths] {
+        if (--*waits > 0 || !opened)
+            return;
+        QStringList troubles;
+        for (qsizetype i = 0; i < numbers.size(); ++i) {
+            const QPictureDocument *document = m_documents.find(numbers.at(i));
+            troubles.append(document ? troubleOf(*document)
+                                     : tr("\"%1\" was closed meanwhile.").arg(paths.at(i)));
+        }
+        troubles.removeAll(QString());
+        opened(troubles);
+    };
+    if (added.first >= 0) {
+        refresh();
+        show(added.first);
+    } else if (added.known >= 0) {
+        show(added.known);
     }
-    refresh();
-    show(opened.first);
-    for (int i = opened.first; m_documents.has(i); ++i) {
+    for (int i = added.first; m_documents.has(i); ++i) {
         const auto read = [path = m_documents[i].m_FileName](PictureProgress &progress) {
             return readPicture(path, progress);
         };
+        ++*waits;
         awaitPicture(m_documents[i].m_Number, PictureJobs::Kind::Read, tr("Opening \"%1\"..."),
-                     read, [](bool) {});
+                     read, [end](bool) { end(); });
     }
+    end();
 }
 
 void Workbench::show(int index)
@@ -99,11 +118,16 @@ void Workbench::redraw()
         return;
     unpack(*document);
     m_editor->setPixmap(document->m_Pixmap);
-    const bool isMissing = !document->hasPicture() && !document->m_Failure.isEmpty();
-    m_tabs.showMissing(
-        isMissing
-            ? tr("\"%1\" can't be shown: %2").arg(document->GetShowName(), document->m_Failure)
-            : QString());
+    m_tabs.showMissing(troubleOf(*document));
+}
+
+// Why its picture can't be seen; empty where it can, or is still being read.
+QString Workbench::troubleOf(const QPictureDocument &document)
+{
+    const bool isMissing = !document.hasPicture() && !document.m_Failure.isEmpty();
+    return isMissing
+               ? tr("\"%1\" can't be shown: %2").arg(document.GetShowName(), document.m_Failure)
+               : QString();
 }
 
 // What is being typed will be part of the picture.

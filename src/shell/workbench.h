@@ -29,7 +29,9 @@ public:
 
     void add(const QPixmap &picture, const QString &name, const PictureOrigin &origin);
     /// A tab for each file, the first new one in front; one that is open already is only shown.
-    void open(const QStringList &paths);
+    /// `opened` hears when all have been read, and of each that can't be shown why.
+    void open(const QStringList &paths,
+              const std::function<void(const QStringList &troubles)> &opened = {});
     /// Makes a document the current one; -1 for none. What the one before shows is kept in it.
     void show(int index);
     /// Brings the tabs and the title in line with the documents.
@@ -77,6 +79,7 @@ signals:
 
 private:
     void parkState(QPictureDocument &document) const;
+    static QString troubleOf(const QPictureDocument &document);
     void forgetLastPicture();
     void takePicture(int number, PictureRead read, const PackedPicture &packed);
     /// Packs the pictures that nobody has looked at for a while.

@@ -292,7 +292,7 @@ void KWinDesktop::key(uint32_t code, const QList<uint32_t> &modifiers)
 
 QImage KWinDesktop::picture(const QString &output) const
 {
-    const std::unique_ptr<KWinShot> shot = KWinShot::ofScreen(bus(), output, s_pictureLimit);
+    const std::unique_ptr<KWinShot> shot = KWinShot::ofScreen(bus(), output, false, s_pictureLimit);
     shot->wait();
     return shot->picture().convertToFormat(QImage::Format_RGB32);
 }

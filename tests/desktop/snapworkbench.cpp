@@ -113,6 +113,30 @@ bool DesktopTest::grab(const QString &name)
     return isTitled(name) && waitFor([&] { return m_desktop->activeTitle().startsWith(name); });
 }
 
+bool DesktopTest::isDimmed(QRgb shown, QRgb colour)
+{
+    return qAbs(qRed(shown) - qRed(colour) * 0.4) < 3 &&
+           qAbs(qGreen(shown) - qGreen(colour) * 0.4) < 3 &&
+           qAbs(qBlue(shown) - qBlue(colour) * 0.4) < 3;
+}
+
+bool DesktopTest::isLit(QRgb shown, QRgb colour)
+{
+    return qAbs(qRed(shown) - qRed(colour) * 0.4 - 153) < 3 &&
+           qAbs(qGreen(shown) - qGreen(colour) * 0.4 - 153) < 3;
+}
+
+QByteArray DesktopTest::xclip(const QStringList &arguments, const QByteArray &input)
+{
+    QProcess process;
+    process.setProcessEnvironment(m_desktop->environment());
+    process.start(u"xclip"_s, QStringList{u"-selection"_s, u"clipboard"_s} + arguments);
+    process.write(input);
+    process.closeWriteChannel();
+    // One that copies leaves a process behind that holds the output open.
+    return process.waitForFinished() && input.isEmpty() ? process.readAll() : QByteArray();
+}
+
 bool DesktopTest::openDialog(xcb_keysym_t keysym, const QList<xcb_keysym_t> &modifiers)
 {
     const QList<TestDesktop::Window> before = m_desktop->windows();

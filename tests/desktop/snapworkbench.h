@@ -61,6 +61,11 @@ protected:
     void hotKey(xcb_keysym_t letter) { m_desktop->key(letter, s_hotKey); }
     /// A picture of the whole desktop in a tab of that name.
     bool grab(const QString &name = QStringLiteral("untitled *"));
+    /// What the overlay's black at 60 % leaves of a colour, and what its white makes of it.
+    static bool isDimmed(QRgb shown, QRgb colour);
+    static bool isLit(QRgb shown, QRgb colour);
+    /// What the clipboard holds, or with an input puts that there, as another program does.
+    QByteArray xclip(const QStringList &arguments, const QByteArray &input = {});
     /// Presses a key that opens a dialog, and waits until that has the keyboard; then m_dialog.
     bool openDialog(xcb_keysym_t keysym, const QList<xcb_keysym_t> &modifiers);
     /// Waits for a dialog that was not there before, and until it has the keyboard; then m_dialog.

@@ -194,15 +194,6 @@ private slots:
     // something.
     void copiedStays()
     {
-        const auto xclip = [this](const QStringList &arguments, const QByteArray &input = {}) {
-            QProcess process;
-            process.setProcessEnvironment(m_desktop->environment());
-            process.start(u"xclip"_s, QStringList{u"-selection"_s, u"clipboard"_s} + arguments);
-            process.write(input);
-            process.closeWriteChannel();
-            // One that copies leaves a process behind that holds the output open.
-            return process.waitForFinished() && input.isEmpty() ? process.readAll() : QByteArray();
-        };
         const auto isKept = [&] {
             const QByteArray home = "HOME=" + QFile::encodeName(m_desktop->home());
             const QStringList processes = QDir(u"/proc"_s).entryList(QDir::Dirs);

@@ -2,8 +2,11 @@
 // comes forward.
 
 #include "pattern.h"
+#include "platform/x11/x11hotkeys.h"
+#include "platform/x11/x11pictures.h"
 #include "snapworkbench.h"
 
+#include <QFileInfo>
 #include <QTest>
 
 #include <algorithm>
@@ -14,20 +17,6 @@
 using namespace Qt::StringLiterals;
 
 namespace {
-
-// What the overlay's black at 60 % leaves of a colour, and what its white makes of it.
-bool isDimmed(QRgb shown, QRgb colour)
-{
-    return qAbs(qRed(shown) - qRed(colour) * 0.4) < 3 &&
-           qAbs(qGreen(shown) - qGreen(colour) * 0.4) < 3 &&
-           qAbs(qBlue(shown) - qBlue(colour) * 0.4) < 3;
-}
-
-bool isLit(QRgb shown, QRgb colour)
-{
-    return qAbs(qRed(shown) - qRed(colour) * 0.4 - 153) < 3 &&
-           qAbs(qGreen(shown) - qGreen(colour) * 0.4 - 153) < 3;
-}
 
 const QRect s_patternArea(203, 151, 701, 503);
 
@@ -127,6 +116,44 @@ private slots:
               panes);
     }
 
+    // What is marked is seen as it is, and taken when the button is released; the same area is
+    // marked by a key, and taken after a countdown as it is then.
+    void habits()
+    {
+        QVERIFY(begin({.settings = {{u"RunMinimized"_s, u"1"_s},
+                                    {u"ShowMagnification"_s, u"0"_s},
+                                    {u"AutoHide"_s, u"1"_s},
+                                    {u"AutoShow"_s, u"1"_s},
+                                    {u"TakeOnRelease"_s, u"1"_s},
+                                    {u"ClearSelection"_s, u"1"_s},
+                                    {u"ScreenTimer"_s, u"1"_s}}}));
+        QVERIFY(m_desktop->startPattern(s_patternArea));
+        const QImage expected = pattern(s_patternArea.size());
+        QVERIFY(m_program->openOverlay(s_screen));
+        const QPoint from = s_patternArea.topLeft() + QPoint(127, 121);
+        const QPoint to = from + QPoint(281, 207);
+        const auto at = [&](QPoint pixel) {
+            return expected.pixel(pixel - s_patternArea.topLeft());
+        };
+        const QPoint inside = to - QPoint(20, 20);
+        const QPoint outside = from - QPoint(30, 30);
+        QVERIFY(m_desktop->drag(from, to, [&] {
+            return (m_desktop->pixel(inside) & 0xffffff) == (at(inside) & 0xffffff) &&
+                   isDimmed(m_desktop->pixel(outside), at(outside));
+        }));
+        QVERIFY(isTitled(u"untitled *"_s));
+        QVERIFY(isClear());
+        QVERIFY(m_program->openOverlay(s_screen));
+        m_desktop->key(XK_r);
+        m_desktop->key(XK_d);
+        QVERIFY(m_program->waitForState(u"Counting"_s));
+        QVERIFY(isTitled(u"untitled 1 *"_s));
+        QVERIFY(isClear());
+        const QImage saved = m_program->saveAs(m_desktop->home() + u"/again.png"_s);
+        QCOMPARE(saved, expected.copy(
+                            QRect(from, to - QPoint(1, 1)).translated(-s_patternArea.topLeft())));
+    }
+
     void focusFollowsTheSetting()
     {
         const auto check = [this](const char *row, const QStringList &windowManager, bool shows) {
@@ -181,6 +208,91 @@ private slots:
         QVERIFY(m_program->openOverlay(s_screen) && markPattern());
         m_desktop->key(XK_Return);
         QVERIFY(isTitled(u"untitled *"_s));
+    }
+
+    // Whatever locks are on; and of keys that another program has the user can be told.
+    void changedHotKeys()
+    {
+        QVERIFY(begin({.settings = {{u"RunMinimized"_s, u"1"_s},
+                                    {u"AutoShow"_s, u"1"_s},
+                                    {u"HotKey.1"_s, u"Alt+Print"_s},
+                                    {u"HotKey.2"_s, u"Ctrl+Shift+F9"_s},
+                                    {u"HotKey.3"_s, u""_s},
+                                    {u"HotKey.12"_s, u"Print"_s},
+                                    {u"CountsDown.2"_s, u"1"_s},
+                                    {u"ScreenTimer"_s, u"1"_s},
+                                    {u"ShowPointer"_s, u"1"_s},
+                                    {u"LastEllipse"_s, u"300,200 400,300"_s}}}));
+        const auto opens = [this](xcb_keysym_t key, const QList<xcb_keysym_t> &modifiers) {
+            m_desktop->key(key, modifiers);
+            QVERIFY(key != XK_F9 || m_program->waitForState(u"Counting"_s));
+            QVERIFY(m_program->waitForState(u"Marking"_s));
+            m_desktop->key(XK_Escape);
+            QVERIFY(m_program->waitForState(u"Idle"_s));
+        };
+        for (const xcb_keysym_t lock : {XK_Caps_Lock, XK_Num_Lock}) {
+            opens(XK_Print, {XK_Alt_L});
+            m_desktop->key(lock);
+            opens(XK_F9, {XK_Control_L, XK_Shift_L});
+            m_desktop->key(lock);
+        }
+        // A key of this test's own, and one that the program has.
+        X11Display display(m_desktop->connection());
+        X11HotKeys keys(display);
+        keys.add(1, Qt::CTRL | Qt::Key_Print);
+        keys.add(2, Qt::CTRL | Qt::SHIFT | Qt::Key_F9);
+        QCOMPARE(keys.keysOf(1), u"Ctrl+Print"_s);
+        QCOMPARE(keys.keysOf(2), QString());
+        // What it had by itself is free.
+        keys.add(2, Qt::CTRL | Qt::ALT | Qt::Key_R);
+        QCOMPARE(keys.keysOf(2), u"Ctrl+Alt+R"_s);
+
+        // The last area at once, with the pointer in it where that is.
+        m_desktop->movePointer({350, 250});
+        const auto shape = X11Pictures(display).pointer();
+        QVERIFY(shape);
+        m_desktop->key(XK_Print);
+        QVERIFY(isTitled(u"untitled *"_s));
+        const QString path = m_desktop->home() + u"/last.png"_s;
+        QVERIFY(!m_program->saveAs(path).isNull());
+        const QImage taken(path);
+        QCOMPARE(taken.size(), QSize(100, 100));
+        QCOMPARE(qAlpha(taken.pixel(1, 1)), 0);
+        const QPoint corner = shape->corner - QPoint(300, 200);
+        int opaque = 0;
+        for (int y = 0; y < shape->shape.height(); ++y) {
+            for (int x = 0; x < shape->shape.width(); ++x) {
+                const QRgb pixel = shape->shape.pixel(x, y);
+                if (qAlpha(pixel) != 255)
+                    continue;
+                ++opaque;
+                QCOMPARE(taken.pixel(corner + QPoint(x, y)), pixel);
+            }
+        }
+        QVERIFY(opaque > 10);
+    }
+
+    // The window in front, and the screen with the pointer.
+    void takenAtOnce()
+    {
+        QVERIFY(begin({.desktop = {.windowManager = s_openbox, .monitors = s_twoMonitors},
+                       .settings = {{u"RunMinimized"_s, u"1"_s},
+                                    {u"AutoShow"_s, u"1"_s},
+                                    {u"HotKey.13"_s, u"Alt+F9"_s},
+                                    {u"HotKey.14"_s, u"Ctrl+Print"_s}}}));
+        const QRect area(503, 151, 701, 503);
+        QVERIFY(m_desktop->startPattern(area));
+        QVERIFY(waitFor([&] { return m_desktop->activeTitle() == u"pattern"; }));
+        m_desktop->key(XK_F9, {XK_Alt_L});
+        QVERIFY(waitFor([&] {
+            return m_program->mainWindow().title.endsWith(u" * - Snap Workbench") &&
+                   m_desktop->activeTitle().endsWith(u" * - Snap Workbench");
+        }));
+        QCOMPARE(m_program->saveAs(m_desktop->home() + u"/front.png"_s), pattern(area.size()));
+        m_desktop->movePointer({1200, 500});
+        m_desktop->key(XK_Print, {XK_Control_L});
+        QVERIFY(isTitled(u"untitled *"_s));
+        QCOMPARE(m_program->saveAs(m_desktop->home() + u"/screen.png"_s).size(), QSize(800, 1000));
     }
 
     void hotKeyFollowsTheLayout()
@@ -260,6 +372,31 @@ private slots:
         // By the time of another grab the first one has given the focus back.
         QVERIFY(m_program->openOverlay(s_screen));
         QVERIFY(!other().viewable);
+    }
+
+    // One key, and the picture is in a file: no window of this program appears, and whoever was in
+    // front stays there, also while the program's own window lies behind.
+    void straightToAFile()
+    {
+        for (const char *hides : {"0", "1"}) {
+            QVERIFY(begin({.row = hides,
+                           .settings = {{u"AutoHide"_s, QString::fromLatin1(hides)},
+                                        {u"AutoShow"_s, u"1"_s},
+                                        {u"AfterGrab.6"_s, u"6"_s},
+                                        {u"PictureName"_s, u"{title} {counter:2}"_s}}}));
+            QVERIFY(m_desktop->startPattern(s_patternArea));
+            const auto own = m_program->mainWindow();
+            for (const auto &name : {u"pattern 01.png"_s, u"pattern 02.png"_s}) {
+                hotKey('s');
+                const QString path = m_desktop->home() + u"/Pictures/"_s + name;
+                QVERIFY2(waitFor([&] { return QFileInfo(path).size() > 0; }), qPrintable(path));
+                QVERIFY(m_program->waitForState(u"Idle"_s));
+                QCOMPARE(QImage(path).convertToFormat(QImage::Format_RGB32).copy(s_patternArea),
+                         pattern(s_patternArea.size()));
+                QCOMPARE(m_desktop->activeTitle(), u"pattern"_s);
+                QCOMPARE(m_program->mainWindow().title, own.title);
+            }
+        }
     }
 
 private:

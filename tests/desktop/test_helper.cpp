@@ -165,8 +165,11 @@ void TestHelper::picksWindow()
     QVERIFY(openPick(*m_desktop, *m_program));
     QVERIFY(waitFor([&] { return isTinted(inUpper); }));
     m_desktop->movePointer(inLower);
+    // Along the edge lies a light line, and a dark one inside of it.
+    const auto isWhite = [&](QPoint at) { return m_desktop->pixel(at) == 0xffffffff; };
     QVERIFY(waitFor([&] {
-        return isTinted({302, 300}) && isTinted({500, 202}) && isTinted(inLower);
+        return isWhite({302, 300}) && isWhite({500, 202}) && isTinted({297, 300}) &&
+               isTinted({500, 197}) && isTinted(inLower);
     }));
     for (const QPoint plain : {inUpper, QPoint(303, 300), QPoint(500, 203), QPoint(50, 50)})
         QCOMPARE(m_desktop->pixel(plain), before.pixel(plain));
@@ -260,7 +263,10 @@ void TestHelper::takesMenu()
     QVERIFY(startDesktop(s_compositing));
     QVERIFY(ScrollProgram::start(*m_desktop, u"gtk"_s, {u"menus"_s, u"bare"_s}, false).process);
     QVERIFY(waitFor([&] { return m_desktop->activeTitle() == u"scroll"; }));
+    const auto atFirst = m_desktop->windows();
     hotKey(XK_v);
+    // What to do is told before a menu is open.
+    QVERIFY(waitFor([&] { return menus(atFirst).size() == 1; }));
     const auto before = m_desktop->windows();
     const auto other = std::find_if(before.begin(), before.end(), [&](const auto &window) {
         return window.id == m_desktop->activeWindow();

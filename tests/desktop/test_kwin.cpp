@@ -72,14 +72,23 @@ private slots:
             return HotKeys::Name{u"test-%1"_s.arg(number), u"Test"_s};
         });
         keys.setHandler([&](int number) { heard = number; });
-        keys.add(1, 'R');
-        keys.add(2, 'E');
+        keys.add(1, Qt::CTRL | Qt::ALT | Qt::Key_R);
+        keys.add(2, Qt::CTRL | Qt::ALT | Qt::Key_E);
         QVERIFY(waitFor([&] { return keys.keysOf(2) == u"Ctrl+Alt+E"; }));
         QVERIFY(keys.keysOf(1).isEmpty());
         m_kwin->key(KEY_R, {KEY_LEFTCTRL, KEY_LEFTALT});
         m_kwin->key(KEY_E, {KEY_LEFTCTRL, KEY_LEFTALT});
         QVERIFY(waitFor([&] { return heard != 0; }));
         QCOMPARE(heard, 2);
+        // What the user chooses counts from then on, also against what the next start begins with.
+        keys.change(2, Qt::SHIFT | Qt::Key_Print);
+        QVERIFY(waitFor([&] { return keys.keysOf(2) == u"Shift+Print"; }));
+        heard = 0;
+        m_kwin->key(KEY_SYSRQ, {KEY_LEFTSHIFT});
+        QVERIFY(waitFor([&] { return heard == 2; }));
+        keys.remove(2);
+        keys.add(2, Qt::CTRL | Qt::ALT | Qt::Key_E);
+        QVERIFY(waitFor([&] { return keys.keysOf(2) == u"Shift+Print"; }));
     }
 
     // All of a window, whatever covers it; and what scrolls in one, by the wheel.

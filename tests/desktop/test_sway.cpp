@@ -106,6 +106,24 @@ private slots:
         QCOMPARE(m_sway->pasted(), last);
     }
 
+    // What is taken after a countdown is not what stood still while it was marked.
+    void later()
+    {
+        QVERIFY(begin({{}}, {{u"ScreenTimer"_s, u"3"_s}}));
+        QProcess *other = m_sway->startPattern(s_pattern);
+        const QRect marked(s_pattern.topLeft() + QPoint(20, 30), QSize(200, 150));
+        QVERIFY(other && openOverlay() && mark(marked));
+        const QImage before = m_before[s_first].copy(inPixels(marked));
+        m_sway->key(XKB_KEY_d);
+        QVERIFY(m_program->waitForState(u"Counting"_s));
+        other->terminate();
+        QVERIFY(waitFor([&] { return shown(s_first).copy(inPixels(marked)) != before; }));
+        QVERIFY(isTaken());
+        const QImage taken = copied();
+        QCOMPARE(taken.size(), before.size());
+        QVERIFY(taken != before);
+    }
+
     // Only here pixels are made up: for the part with fewer of them.
     void acrossScales()
     {
@@ -181,6 +199,8 @@ private slots:
         taken = copied();
         QCOMPARE(taken.rect(), all);
         QCOMPARE(taken.copy(m_before[s_first].rect()), m_before[s_first]);
+        QVERIFY(m_program->activate(u"capture-monitor"_s) && isTaken(2));
+        QCOMPARE(copied().size(), m_before[s_first].size());
 
         QVERIFY(begin({{}}, {{u"ScreenTimer"_s, u"1000"_s}}));
         QVERIFY(m_program->activate(u"capture-screen-countdown"_s));
@@ -194,6 +214,9 @@ private slots:
         const QRect lower(100, 100, 402, 304);
         const QRect upper(300, 50, 402, 404);
         QVERIFY(begin() && m_sway->startPattern(lower) && m_sway->startPattern(upper));
+        look();
+        QVERIFY(m_program->activate(u"capture-active"_s) && m_program->waitForState(u"Idle"_s));
+        QCOMPARE(copied(), m_before[s_first].copy(upper));
         QVERIFY(isQuestionAnswered());
         QVERIFY(openPick(upper.center()));
         m_sway->click(upper.center());

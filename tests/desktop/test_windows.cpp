@@ -2,6 +2,7 @@
 
 #include "pattern.h"
 #include "platform/x11/x11pictures.h"
+#include "platform/x11/x11windowcatalogue.h"
 #include "snapworkbench.h"
 
 #include <QTest>
@@ -100,6 +101,44 @@ private slots:
         QCOMPARE(pictures.ofDesktop(area), desktop.screenshot(area));
     }
 
+    // A panel is the tray where its program has that, by whatever window it is found.
+    void tray()
+    {
+        TestDesktop desktop({.windowManager = {}});
+        QVERIFY(desktop.isReady() && desktop.startPattern({200, 100, 301, 203}));
+        xcb_connection_t *connection = desktop.connection();
+        X11Display display(connection);
+        X11WindowCatalogue catalogue(display);
+        const auto shown = [&] { return catalogue.windows(WindowCatalogue::List::OnScreen, 0); };
+        const auto another = static_cast<xcb_window_t>(shown().constFirst().number);
+        const auto make = [&] {
+            const xcb_window_t window = xcb_generate_id(connection);
+            xcb_create_window(connection, XCB_COPY_FROM_PARENT, window, display.root(), 0, 0, 600,
+                              30, 0, XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, 0,
+                              nullptr);
+            return window;
+        };
+        const xcb_window_t panel = make();
+        const xcb_atom_t dock = display.atom("_NET_WM_WINDOW_TYPE_DOCK");
+        xcb_change_property(connection, XCB_PROP_MODE_REPLACE, panel,
+                            display.atom("_NET_WM_WINDOW_TYPE"), XCB_ATOM_ATOM, 32, 1, &dock);
+        xcb_map_window(connection, panel);
+        using enum WindowCatalogue::Kind;
+        const auto check = [&](const char *row, xcb_window_t owner, WindowCatalogue::Kind kind,
+                               WindowCatalogue::Kind kindOfAnother) {
+            xcb_set_selection_owner(connection, owner, display.atom("_NET_SYSTEM_TRAY_S0"),
+                                    XCB_CURRENT_TIME);
+            QVERIFY2(shown().size() == 2, row);
+            for (const WindowCatalogue::Entry &entry : shown()) {
+                const bool isPanel = entry.number == static_cast<int>(panel);
+                QVERIFY2(entry.kind == (isPanel ? kind : kindOfAnother), row);
+            }
+        };
+        check("none", XCB_NONE, Panel, Other);
+        check("of the panel's program", make(), Tray, Other);
+        check("another", another, Panel, Tray);
+    }
+
     void countdown()
     {
         const auto check = [this](const char *row, const TestDesktop::Options &options,
@@ -173,7 +212,7 @@ private slots:
         // The second one must not look like the first one held down.
         QVERIFY(waitFor([&] {
             hotKey(XK_s);
-            return m_program->waitForTitle(u"untitled 1 * - Snap Workbench"_s, 100);
+            return m_program->waitForTitle(u"untitled 1 * - Snap Workbench"_s, 25);
         }));
         QVERIFY(m_program->waitForState(u"Idle"_s));
         QVERIFY(waitFor([&] { return m_desktop->activeTitle() == m_program->mainWindow().title; }));

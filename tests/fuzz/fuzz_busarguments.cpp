@@ -17,9 +17,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     static QCoreApplication s_application(s_count, s_arguments);
     static QStringList s_paths;
     static int s_acted = 0;
-    static ApplicationBus s_bus({.activate = [] { ++s_acted; },
-                                 .open = [](const QStringList &paths) { s_paths = paths; },
-                                 .actions = {{QStringLiteral("act"), [] { ++s_acted; }}}});
+    static ApplicationBus s_bus(
+        {.activate = [] { ++s_acted; },
+         .open = [](const QStringList &paths, const auto &) { s_paths = paths; },
+         .actions = {{QStringLiteral("act"), [] { ++s_acted; }}}});
     static auto *s_adaptor = s_bus.findChildren<QDBusAbstractAdaptor *>().constFirst();
 
     FuzzedDataProvider input(data, size);

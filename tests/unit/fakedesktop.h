@@ -339,6 +339,33 @@ private:
     std::function<void(const QRect &)> m_answer{};
 };
 
+/// Notifications that a test reads, and answers as the user would.
+class FakeNotifications : public Notifications
+{
+public:
+    bool areThere = true;
+    QList<Notification> list{};
+
+    void show(const Notification &notification, std::function<void(bool)> shown) override
+    {
+        if (areThere)
+            list.append(notification);
+        QMetaObject::invokeMethod(
+            qApp, [shown = std::move(shown), there = areThere] { shown(there); },
+            Qt::QueuedConnection);
+    }
+    /// The texts of the last one's buttons.
+    QStringList offered() const
+    {
+        QStringList texts;
+        for (const Action &action : list.last().actions)
+            texts.append(action.text);
+        return texts;
+    }
+    /// Presses one of them.
+    void press(const QString &text) const { list.last().actions.at(offered().indexOf(text)).run(); }
+};
+
 /// Time that passes when somebody waits for it, or a test says so: all at once, with what was due
 /// meanwhile carried out in its order.
 class FakeClock : public Clock
@@ -397,6 +424,7 @@ struct FakeDesktop {
     FakeKeyWatch *keys = nullptr;
     FakeLoginItem *loginItem = nullptr;
     FakeAccessibility *accessibility = nullptr;
+    FakeNotifications *notifications = nullptr;
     FakeClock *clock = nullptr;
 
     FakeDesktop()
@@ -413,6 +441,7 @@ struct FakeDesktop {
         keys = put<FakeKeyWatch>(made.keys);
         loginItem = put<FakeLoginItem>(made.loginItem);
         accessibility = put<FakeAccessibility>(made.accessibility);
+        notifications = put<FakeNotifications>(made.notifications);
         clock = put<FakeClock>(made.clock);
         installServices(std::move(made));
     }

@@ -55,7 +55,20 @@ private:
         QList<ShapeId> added{};  // in their order
         // What lay on the ground on which it lies now.
         std::optional<std::pair<QImage, QPoint>> before{};
+        Backdrop ground{};
     };
+
+    // A turn leaves the ground where it is.
+    static void change(Made &made, const QTransform &turn, const auto &mapFor)
+    {
+        const bool isOnGround = made.before.has_value();
+        const Backdrop ground = made.ground;
+        if (isOnGround)
+            apply({BackdropPicture{}}, made);
+        change(made, made.pristine.transformed(turn), mapFor(made.pristine.size()));
+        if (isOnGround)
+            apply({BackdropPicture{ground.turned(turn)}}, made);
+    }
 
     static void change(Made &made, const QImage &now, const PictureMap &map)
     {
@@ -101,12 +114,12 @@ private:
             }
             change(made, larger, PictureMap::moving(-extend->frame.topLeft()));
         } else if (const auto *turn = std::get_if<TurnPicture>(&operation.change)) {
-            change(made, pristine.transformed(QTransform().rotate(90 * turn->quarters)),
-                   PictureMap::turning(turn->quarters, pristine.size()));
+            change(made, QTransform().rotate(90 * turn->quarters),
+                   [&](QSize size) { return PictureMap::turning(turn->quarters, size); });
         } else if (const auto *mirror = std::get_if<MirrorPicture>(&operation.change)) {
             const bool isAcross = mirror->axis == Qt::Horizontal;
-            change(made, pristine.mirrored(isAcross, !isAcross),
-                   PictureMap::mirroring(mirror->axis, pristine.size()));
+            change(made, QTransform::fromScale(isAcross ? -1 : 1, isAcross ? 1 : -1),
+                   [&](QSize size) { return PictureMap::mirroring(mirror->axis, size); });
         } else if (const auto *resize = std::get_if<ResizePicture>(&operation.change)) {
             change(made,
                    pristine.scaled(resize->size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation),
@@ -119,8 +132,10 @@ private:
                 put->backdrop ? put->backdrop->placeOf(below.size()).topLeft() : QPoint();
             change(made, put->backdrop ? put->backdrop->under(below) : below,
                    PictureMap::moving(to - at));
-            if (put->backdrop)
+            if (put->backdrop) {
                 made.before.emplace(below, to);
+                made.ground = *put->backdrop;
+            }
         } else if (const auto *order = std::get_if<OrderShape>(&operation.change)) {
             const auto placeOf = [&](ShapeId id) {
                 return std::find_if(shapes.begin(), shapes.end(),

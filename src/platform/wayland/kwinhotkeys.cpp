@@ -18,6 +18,7 @@ namespace {
 
 constexpr int s_endLimit = 500;      // ms
 constexpr uint s_isPresent = 2;      // the program hears it now; what the user has set for it stays
+constexpr uint s_isChosen = 4;       // these keys count, whatever was set before
 constexpr qsizetype s_keyCount = 4;  // in a sequence
 
 const auto s_service = u"org.kde.kglobalaccel"_s;
@@ -82,7 +83,14 @@ KWinHotKeys::~KWinHotKeys()
         release(key);
 }
 
-void KWinHotKeys::add(int number, char letter)
+void KWinHotKeys::add(int number, QKeyCombination keys) { set(number, keys, s_isPresent); }
+
+void KWinHotKeys::change(int number, QKeyCombination keys)
+{
+    set(number, keys, s_isPresent | s_isChosen);
+}
+
+void KWinHotKeys::set(int number, QKeyCombination keys, uint how)
 {
     const Name known = m_nameOf(number);
     if (known.id.isEmpty())
@@ -90,13 +98,11 @@ void KWinHotKeys::add(int number, char letter)
     const QStringList name{s_component, known.id, u"Snap Workbench"_s, known.title};
     m_keys.insert(number, {name});
     Sequence wanted{QList<int>(s_keyCount)};
-    wanted.keys.first() =
-        QKeyCombination(Qt::ControlModifier | Qt::AltModifier, static_cast<Qt::Key>(letter))
-            .toCombined();
+    wanted.keys.first() = keys.toCombined();
     m_bus.asyncCall(callOf(u"doRegister"_s, {name}));
     const QVariant sequences = QVariant::fromValue(QList<Sequence>{wanted});
     const QDBusPendingCall set =
-        m_bus.asyncCall(callOf(u"setShortcutKeys"_s, {name, sequences, s_isPresent}));
+        m_bus.asyncCall(callOf(u"setShortcutKeys"_s, {name, sequences, how}));
     auto *watcher = new QDBusPendingCallWatcher(set, this);
     connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher, name] {
         watcher->deleteLater();

@@ -21,7 +21,8 @@ public:
 
     void setHandler(std::function<void(int)> handler) override { m_handler = std::move(handler); }
     void setNames(const std::function<Name(int number)> &nameOf) override { m_nameOf = nameOf; }
-    void add(int number, char letter) override;
+    void add(int number, QKeyCombination keys) override;
+    void change(int number, QKeyCombination keys) override;
     void remove(int number) override;
     QString keysOf(int number) const override { return m_keys.value(number).text; }
     void setChangeHandler(const std::function<void()> &changed) override { m_changed = changed; }
@@ -41,6 +42,7 @@ private:
         QStringList name{};  ///< of program and combination, each for programs and for people
         QString text{};      ///< the keys as they are shown; empty if another program has them
     };
+    void set(int number, QKeyCombination keys, uint how);
     void release(const Key &key);
 
     QDBusConnection m_bus;

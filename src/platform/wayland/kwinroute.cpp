@@ -31,7 +31,7 @@ void KWinRoute::take(const ScreenLayout &layout, Answer answer)
     m_answer = std::move(answer);
     m_missing = layout.screens().size();
     for (const ScreenLayout::Screen &screen : layout.screens()) {
-        m_shots.push_back(KWinShot::ofScreen(m_bus, screen.name, m_limit));
+        m_shots.push_back(KWinShot::ofScreen(m_bus, screen.name, m_showsPointer, m_limit));
         m_shots.back()->whenDone([this] {
             --m_missing;
             answerIfDone();
@@ -86,7 +86,8 @@ QList<QImage> KWinRoute::takeNow(const ScreenLayout &layout, const QRect &area)
         pictures.append(QImage());
         if (!screen.area.intersects(area))
             continue;
-        const std::unique_ptr<KWinShot> shot = KWinShot::ofScreen(m_bus, screen.name, s_lookLimit);
+        const std::unique_ptr<KWinShot> shot =
+            KWinShot::ofScreen(m_bus, screen.name, false, s_lookLimit);
         shot->wait();
         if (shot->picture().isNull())
             return {};

@@ -21,6 +21,7 @@ public:
     }
 
     void take(const ScreenLayout &layout, Answer answer) override;
+    void showPointer(bool shows) override { m_showsPointer = shows; }
     void drop() override;
     QList<QImage> takeNow(const ScreenLayout &layout, const QRect &area) override;
 
@@ -33,4 +34,5 @@ private:
     std::vector<std::unique_ptr<KWinShot>> m_shots;
     qsizetype m_missing = 0;  // of them
     Answer m_answer;
+    bool m_showsPointer = false;
 };

@@ -66,9 +66,9 @@ QImage imageFor(const QVariantMap &told)
 }  // namespace
 
 std::unique_ptr<KWinShot> KWinShot::ofScreen(const QDBusConnection &bus, const QString &name,
-                                             int limit)
+                                             bool withPointer, int limit)
 {
-    const QVariantMap options{{u"native-resolution"_s, true}};
+    const QVariantMap options{{u"native-resolution"_s, true}, {u"include-cursor"_s, withPointer}};
     return std::unique_ptr<KWinShot>(new KWinShot(bus, u"CaptureScreen"_s, {name, options}, limit));
 }
 

@@ -11,8 +11,7 @@
 #include <functional>
 #include <memory>
 
-/// One picture of KWin's, of a screen or of a window, in the pixels of its screen and without the
-/// pointer.
+/// One picture of KWin's, of a screen or of a window, in the pixels of its screen.
 class KWinShot : public QObject
 {
     Q_OBJECT
@@ -27,7 +26,7 @@ public:
 
     /// `bus` is the one that KWin is on. The picture is given up after `limit` milliseconds.
     static std::unique_ptr<KWinShot> ofScreen(const QDBusConnection &bus, const QString &name,
-                                              int limit);
+                                              bool withPointer, int limit);
     /// All of it with its frame; `id` is KWin's own.
     static std::unique_ptr<KWinShot> ofWindow(const QDBusConnection &bus, const QString &id,
                                               int limit);

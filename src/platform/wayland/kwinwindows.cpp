@@ -44,7 +44,7 @@ for (var i = 0; i < all.length; ++i) {
         continue;
     told.push({id: String(w.internalId), name: w.caption, owner: String(w.resourceClass), pid: w.pid,
                frame: sides(w.frameGeometry), inner: sides(w.clientGeometry || w.frameGeometry),
-               layer: layerOf(w), isHere: isHere(w), isActive: w.active,
+               layer: layerOf(w), isPanel: w.dock, isHere: isHere(w), isActive: w.active,
                fills: w.fullScreen, order: w.stackingOrder});
 }
 tell(JSON.stringify(told));
@@ -128,6 +128,8 @@ QList<WaylandWindow> KWinWindows::parse(const QByteArray &json,
         window.entry.name = one["name"_L1].toString();
         window.entry.owner = one["owner"_L1].toString();
         window.entry.process = static_cast<uint>(one["pid"_L1].toInt());
+        if (one["isPanel"_L1].toBool())
+            window.entry.kind = WindowCatalogue::Kind::Panel;
         window.isVisible = one["isHere"_L1].toBool();
         window.isFocused = one["isActive"_L1].toBool();
         window.fullscreen = one["fills"_L1].toBool() ? 1 : 0;

@@ -31,6 +31,8 @@ public:
     /// event loop, and may call drop(). Every wait in it has a limit, but for one: a question to
     /// the user is waited for until it is answered or dropped. A newer call drops the older one.
     virtual void take(const ScreenLayout &layout, Answer answer) = 0;
+    /// Whether take() is to show the pointer, as far as the desktop does that.
+    virtual void showPointer(bool /*shows*/) {}
     /// Gives that up; nothing is answered any more.
     virtual void drop() = 0;
 

@@ -2,12 +2,14 @@
 
 #include "base/log.h"
 #include "config/settings.h"
+#include "platform/keysymbols.h"
 #include "platform/services.h"
 
 #include <QDBusArgument>
 #include <QDBusMetaType>
 #include <QKeySequence>
 
+#include <array>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -55,6 +57,22 @@ QString shown(const QString &description)
     return text.isEmpty() ? description : text;
 }
 
+// As the portal reads keys.
+QString triggerOf(QKeyCombination keys)
+{
+    const std::array<std::pair<Qt::KeyboardModifier, const char *>, 4> modifiers{
+        {{Qt::ControlModifier, "CTRL+"},
+         {Qt::AltModifier, "ALT+"},
+         {Qt::ShiftModifier, "SHIFT+"},
+         {Qt::MetaModifier, "LOGO+"}}};
+    QString trigger;
+    for (const auto &[modifier, name] : modifiers) {
+        if (keys.keyboardModifiers().testFlag(modifier))
+            trigger += QLatin1StringView(name);
+    }
+    return trigger + keySymbolName(keys.key());
+}
+
 }  // namespace
 
 PortalHotKeys::PortalHotKeys(std::shared_ptr<Portal> portal, std::function<void(bool)> tell)
@@ -76,9 +94,9 @@ PortalHotKeys::~PortalHotKeys() = default;
 
 // All of them are asked for together. A portal that does not run is not started for it: what runs
 // before the desktop has told its bus of the session finds no desktop for all that follow.
-void PortalHotKeys::add(int number, char letter)
+void PortalHotKeys::add(int number, QKeyCombination keys)
 {
-    m_letters.insert(number, letter);
+    m_wanted.insert(number, keys);
     if (std::exchange(m_isDue, true))
         return;
     QMetaObject::invokeMethod(
@@ -90,12 +108,21 @@ void PortalHotKeys::add(int number, char letter)
         Qt::QueuedConnection);
 }
 
+// What a desktop gave before it may give again, whatever is asked for now; then it is its settings
+// that change it.
+void PortalHotKeys::change(int number, QKeyCombination keys)
+{
+    add(number, keys);
+    ask();
+}
+
 // A question that the user has left open when the program ends is not asked again either: the
 // desktop's dialogs may outlive the program, and there would be one more at each start.
 void PortalHotKeys::remove(int number)
 {
-    m_letters.remove(number);
-    if (m_letters.isEmpty() && std::exchange(m_isBinding, false)) {
+    m_wanted.remove(number);
+    m_keys.remove(number);
+    if (m_wanted.isEmpty() && std::exchange(m_isBinding, false)) {
         m_request.reset();
         SetConfigString(s_refused, u"1"_s);
     }
@@ -139,9 +166,9 @@ void PortalHotKeys::ask()
 void PortalHotKeys::bind()
 {
     QList<PortalShortcut> shortcuts;
-    for (auto it = m_letters.cbegin(); it != m_letters.cend(); ++it) {
+    for (auto it = m_wanted.cbegin(); it != m_wanted.cend(); ++it) {
         const Name name = m_nameOf ? m_nameOf(it.key()) : Name();
-        const QString trigger = u"CTRL+ALT+"_s + QChar::fromLatin1(it.value()).toLower();
+        const QString trigger = triggerOf(it.value());
         if (!name.id.isEmpty())
             shortcuts.append(
                 {name.id, {{u"description"_s, name.title}, {u"preferred_trigger"_s, trigger}}});
@@ -197,7 +224,7 @@ void PortalHotKeys::readKeys(const QVariant &shortcuts)
 {
     m_keys.clear();
     for (const PortalShortcut &shortcut : qdbus_cast<QList<PortalShortcut>>(shortcuts)) {
-        for (auto it = m_letters.cbegin(); it != m_letters.cend(); ++it) {
+        for (auto it = m_wanted.cbegin(); it != m_wanted.cend(); ++it) {
             if (m_nameOf && m_nameOf(it.key()).id == shortcut.id)
                 m_keys.insert(it.key(),
                               shown(shortcut.values.value(u"trigger_description"_s).toString()));
@@ -221,7 +248,7 @@ void PortalHotKeys::press(const QDBusMessage &signal)
     if (values.size() < 4 || values[0].value<QDBusObjectPath>().path() != m_session)
         return;
     const auto options = qdbus_cast<QVariantMap>(values[3]);
-    for (auto it = m_letters.cbegin(); it != m_letters.cend(); ++it) {
+    for (auto it = m_wanted.cbegin(); it != m_wanted.cend(); ++it) {
         if (!m_nameOf || m_nameOf(it.key()).id != values[1].toString())
             continue;
         services().watch->useToken(options.value(u"activation_token"_s).toByteArray());

@@ -22,7 +22,8 @@ public:
     void setHandler(std::function<void(int)> handler) override { m_handler = std::move(handler); }
     void setNames(const std::function<Name(int)> &nameOf) override { m_nameOf = nameOf; }
     void setChangeHandler(const std::function<void()> &changed) override { m_changed = changed; }
-    void add(int number, char letter) override;
+    void add(int number, QKeyCombination keys) override;
+    void change(int number, QKeyCombination keys) override;
     void remove(int number) override;
     QString keysOf(int number) const override { return m_keys.value(number); }
     bool canAsk() const override { return m_canAsk; }
@@ -48,10 +49,10 @@ private:
     std::function<void(int)> m_handler;
     std::function<Name(int)> m_nameOf;
     std::function<void()> m_changed;
-    QMap<int, char> m_letters;  // by the numbers of the combinations
-    QMap<int, QString> m_keys;  // that the desktop has given
-    QString m_session;          // a path; empty while there is none
-    int m_sessions = 0;         // so far
+    QMap<int, QKeyCombination> m_wanted;  // by the numbers of the combinations
+    QMap<int, QString> m_keys;            // that the desktop has given
+    QString m_session;                    // a path; empty while there is none
+    int m_sessions = 0;                   // so far
     std::unique_ptr<PortalRequest> m_request;
     bool m_isDue = false;
     bool m_canAsk = false;

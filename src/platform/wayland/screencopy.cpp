@@ -104,7 +104,7 @@ QImage SharedPicture::image(const std::shared_ptr<SharedPicture> &picture)
 }
 
 Screencopy::Screencopy(std::shared_ptr<WaylandConnection> connection, const WaylandOutput &output,
-                       std::shared_ptr<SharedPicture> kept, Answer answer)
+                       std::shared_ptr<SharedPicture> kept, bool withPointer, Answer answer)
     : m_connection(std::move(connection)), m_kept(std::move(kept)), m_answer(std::move(answer)),
       m_transform(output.transform)
 {
@@ -132,8 +132,8 @@ Screencopy::Screencopy(std::shared_ptr<WaylandConnection> connection, const Wayl
             [](void *data, zwlr_screencopy_frame_v1 *) {
                 static_cast<Screencopy *>(data)->write();
             }};
-    m_frame =
-        zwlr_screencopy_manager_v1_capture_output(m_connection->screencopy(), 0, output.output);
+    m_frame = zwlr_screencopy_manager_v1_capture_output(m_connection->screencopy(),
+                                                        withPointer ? 1 : 0, output.output);
     zwlr_screencopy_frame_v1_add_listener(m_frame, &s_listener, this);
     m_connection->flush();
 }

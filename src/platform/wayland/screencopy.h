@@ -54,7 +54,7 @@ public:
     /// holds its picture any more.
     using Answer = std::function<void(QImage)>;
     Screencopy(std::shared_ptr<WaylandConnection> connection, const WaylandOutput &output,
-               std::shared_ptr<SharedPicture> kept, Answer answer);
+               std::shared_ptr<SharedPicture> kept, bool withPointer, Answer answer);
     ~Screencopy() override;
 
     /// Where the picture was written to; null before.

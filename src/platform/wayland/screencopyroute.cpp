@@ -53,8 +53,8 @@ void ScreencopyRoute::take(const ScreenLayout &layout, Answer answerTo)
     m_limit.start(s_takeLimit);
     for (qsizetype i = 0; i < layout.screens().size(); ++i) {
         const WaylandOutput *output = outputOf(*m_connection, layout.screens().at(i).name);
-        m_question->copies.push_back(
-            std::make_unique<Screencopy>(m_connection, *output, nullptr, [this, i](QImage picture) {
+        m_question->copies.push_back(std::make_unique<Screencopy>(
+            m_connection, *output, nullptr, m_showsPointer, [this, i](QImage picture) {
                 m_question->pictures[i] = std::move(picture);
                 if (--m_question->missing > 0)
                     return;
@@ -96,10 +96,11 @@ QList<QImage> ScreencopyRoute::takeNow(const ScreenLayout &layout, const QRect &
         if (!output)
             return {};
         bool isDone = false;
-        Screencopy copy(m_connection, *output, m_kept[screen.name], [&](const QImage &picture) {
-            pictures.last() = picture;
-            isDone = true;
-        });
+        Screencopy copy(m_connection, *output, m_kept[screen.name], false,
+                        [&](const QImage &picture) {
+                            pictures.last() = picture;
+                            isDone = true;
+                        });
         if (!m_connection->waitFor([&isDone] { return isDone; }, s_lookLimit) ||
             pictures.constLast().isNull())
             return {};

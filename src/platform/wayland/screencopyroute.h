@@ -19,6 +19,7 @@ public:
     ~ScreencopyRoute() override;
 
     void take(const ScreenLayout &layout, Answer answer) override;
+    void showPointer(bool shows) override { m_showsPointer = shows; }
     void drop() override;
     QList<QImage> takeNow(const ScreenLayout &layout, const QRect &area) override;
 
@@ -30,6 +31,7 @@ private:
     std::shared_ptr<WaylandConnection> m_connection;
     std::unique_ptr<Question> m_question;
     QTimer m_limit;  // of the question
+    bool m_showsPointer = false;
     /// Memory for pictures of what moves, by screen, as long as they are taken.
     std::map<QString, std::shared_ptr<SharedPicture>> m_kept;
     QTimer m_keepsNoLonger;

@@ -71,6 +71,7 @@ public:
             if (which != List::All && !window.isVisible)
                 continue;
             Entry entry = window.entry;
+            entry.client = static_cast<unsigned>(entry.number);
             entry.bounds = m_windows.toGlobal(entry.bounds);
             result.append(entry);
             if (which == List::AtAndAbove && entry.number == relativeTo)
@@ -266,6 +267,10 @@ void withholdWhatLacks(Services &services, const WaylandConnection &connection,
         lacks(Ability::WindowList,
               QT_TRANSLATE_NOOP("Abilities", "This desktop tells no program of the windows of "
                                              "others."));
+    if (!connection.screencopy() && !KWinRoute::isThere(QDBusConnection::sessionBus()))
+        lacks(Ability::PointerShape,
+              QT_TRANSLATE_NOOP("Abilities",
+                                "This desktop tells no program what the pointer looks like."));
     // The last word on what lacks is what the user is told.
     lacks(Ability::OpenMenus,
           QT_TRANSLATE_NOOP("Abilities", "This desktop tells no program of open menus. Take the "

@@ -34,6 +34,7 @@ public:
     static bool canTurnWheels(const WaylandConnection &connection);
 
     QPoint pointer() override { return m_pointer; }
+    bool isPointerKnown() const override { return false; }
     void movePointer(QPoint to) override;
     bool isHandBusy() override;
     void turnWheel(QPoint at, int clicks, Wheel wheel) override;

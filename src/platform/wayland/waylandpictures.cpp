@@ -52,6 +52,7 @@ void WaylandPictures::freeze(Freeze /*how*/, Answer answerTo)
 void WaylandPictures::tryRoute(size_t index)
 {
     m_serving = index;
+    m_routes.at(index)->showPointer(showsPointer());
     m_routes.at(index)->take(m_question->look.layout, [this, index](const auto &result) {
         if (result.outcome == PictureRoute::Outcome::Taken) {
             m_question->look.pictures = result.pictures;

@@ -5,7 +5,7 @@
 
 #include <cstdint>
 
-/// Which key types which letter in each of the keyboard's layouts.
+/// Which key of the keyboard is which one of the toolkit's in each of the keyboard's layouts.
 ///
 /// The layout that is active decides. A letter that it lacks is taken from another configured
 /// layout that has it, or else from its position on a US keyboard, so that users of, for example,
@@ -13,16 +13,19 @@
 class KeyLayout
 {
 public:
-    using Group = QMap<uint8_t, char>;  ///< the capital letter of each key that types one
+    using Group = QMap<uint8_t, int>;  ///< the toolkit's key of each that is one
 
     KeyLayout() = default;
-    explicit KeyLayout(const QList<Group> &groups);
+    /// `shifted` is what the keys are with Shift, in the same layouts.
+    explicit KeyLayout(const QList<Group> &groups, const QList<Group> &shifted = {});
 
-    /// The letter of a key; 0 if it has none.
-    char letterOf(uint8_t key, int group) const { return m_groups.value(group).value(key); }
-    /// The keys that stand for a letter in any layout.
-    QList<uint8_t> keysOf(char letter) const;
+    /// Whether a key stands for one of the toolkit's in that layout.
+    bool isKey(uint8_t code, int group, int key) const;
+    /// The keys that stand for it in any layout. Only what no key is without Shift is looked for
+    /// with it.
+    QList<uint8_t> keysOf(int key) const;
 
 private:
     QList<Group> m_groups;
+    QList<Group> m_shifted;
 };

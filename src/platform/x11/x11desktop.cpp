@@ -14,6 +14,7 @@
 #include <QGuiApplication>
 
 #include <xcb/composite.h>
+#include <xcb/xfixes.h>
 #include <xcb/xtest.h>
 
 namespace {
@@ -62,6 +63,12 @@ bool createX11Desktop(Services &services)
         services.abilities.withhold(
             Ability::OtherWheels, QCoreApplication::translate(
                                       "Abilities", "This desktop lets no program turn the wheel."));
+    if (!display->hasExtension(xcb_xfixes_id))
+        services.abilities.withhold(
+            Ability::PointerShape,
+            QCoreApplication::translate("Abilities",
+                                        "This desktop tells no program what the pointer looks "
+                                        "like."));
     return true;
 }
 

@@ -126,6 +126,22 @@ void X11Display::sendToRoot(xcb_window_t window, xcb_atom_t type,
     xcb_flush(m_connection);
 }
 
+uint8_t X11Display::hearRawKeys(bool hears)
+{
+    const xcb_query_extension_reply_t *input = xcb_get_extension_data(m_connection, &xcb_input_id);
+    if (!input || !input->present)
+        return 0;
+    m_rawKeyHearers += hears ? 1 : -1;
+    struct {
+        xcb_input_event_mask_t head;
+        uint32_t mask;
+    } request{.head = {.deviceid = XCB_INPUT_DEVICE_ALL_MASTER, .mask_len = 1},
+              .mask = m_rawKeyHearers > 0 ? uint32_t{XCB_INPUT_XI_EVENT_MASK_RAW_KEY_PRESS} : 0};
+    xcb_input_xi_select_events(m_connection, root(), 1, &request.head);
+    xcb_flush(m_connection);
+    return input->major_opcode;
+}
+
 void X11Display::selectRootEvents(uint32_t mask)
 {
     // The toolkit shares this connection and has selected events of its own, which must stay.

@@ -75,6 +75,10 @@ public:
     bool hasWindowManager();
     /// Sends the window manager a request as a client message to the root window.
     void sendToRoot(xcb_window_t window, xcb_atom_t type, const std::array<uint32_t, 5> &data);
+    /// Has all key presses told as raw events of XInput 2, whichever window gets them, until each
+    /// call with true has been followed by one with false. The extension's major opcode; 0 where it
+    /// is missing, and nothing is told.
+    uint8_t hearRawKeys(bool hears);
     /// Adds to the events of the root window that this connection receives.
     void selectRootEvents(uint32_t mask);
 
@@ -83,4 +87,5 @@ private:
     int m_screenNumber = 0;
     const xcb_screen_t *m_screen = nullptr;
     QList<std::pair<QByteArray, xcb_atom_t>> m_atoms;
+    int m_rawKeyHearers = 0;
 };

@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <cstdlib>
 
+#include <xcb/xcb_keysyms.h>
 #include <xcb/xtest.h>
+#include <xkbcommon/xkbcommon-keysyms.h>
 
 namespace {
 
@@ -62,14 +64,58 @@ bool X11Hands::isHandBusy()
     return reply && (reply->mask & busy);
 }
 
+void X11Hands::fake(uint8_t type, uint8_t detail)
+{
+    xcb_test_fake_input(m_display.connection(), type, detail, XCB_CURRENT_TIME, XCB_NONE, 0, 0, 0);
+}
+
+// There is no other way to know than to ask for it.
+bool X11Hands::isKeyboardHeld()
+{
+    xcb_connection_t *connection = m_display.connection();
+    const auto reply =
+        XCB_REPLY(connection, grab_keyboard,
+                  xcb_grab_keyboard(connection, 1, m_display.root(), XCB_CURRENT_TIME,
+                                    XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC));
+    const bool isHeld = reply && reply->status == XCB_GRAB_STATUS_ALREADY_GRABBED;
+    if (!isHeld) {
+        xcb_ungrab_keyboard(connection, XCB_CURRENT_TIME);
+        xcb_flush(connection);
+    }
+    return isHeld;
+}
+
+// A hot key's other keys are still down, and with them Escape would mean something else.
+void X11Hands::pressEscape()
+{
+    xcb_connection_t *connection = m_display.connection();
+    const auto mapping =
+        XCB_REPLY(connection, get_modifier_mapping, xcb_get_modifier_mapping(connection));
+    const auto held = XCB_REPLY(connection, query_keymap, xcb_query_keymap(connection));
+    xcb_key_symbols_t *symbols = xcb_key_symbols_alloc(connection);
+    const Reply<xcb_keycode_t> escape(symbols ? xcb_key_symbols_get_keycode(symbols, XKB_KEY_Escape)
+                                              : nullptr);
+    if (symbols)
+        xcb_key_symbols_free(symbols);
+    if (!m_hasTest || !escape || *escape == XCB_NO_SYMBOL)
+        return;
+    if (mapping && held) {
+        const xcb_keycode_t *keys = xcb_get_modifier_mapping_keycodes(mapping.get());
+        for (int i = 0; i < xcb_get_modifier_mapping_keycodes_length(mapping.get()); ++i) {
+            if (keys[i] != 0 && (held->keys[keys[i] / 8] & (1U << (keys[i] % 8))))
+                fake(XCB_KEY_RELEASE, keys[i]);
+        }
+    }
+    fake(XCB_KEY_PRESS, *escape);
+    fake(XCB_KEY_RELEASE, *escape);
+    xcb_flush(connection);
+}
+
 void X11Hands::turnWheel(QPoint at, int clicks, Wheel wheel)
 {
     if (!m_hasTest)
         return;
     xcb_connection_t *connection = m_display.connection();
-    const auto fake = [&](uint8_t type, uint8_t detail) {
-        xcb_test_fake_input(connection, type, detail, XCB_CURRENT_TIME, XCB_NONE, 0, 0, 0);
-    };
     const auto forth = wheel == Wheel::Right ? s_wheelRight : s_wheelDown;
     const auto back = wheel == Wheel::Right ? s_wheelLeft : s_wheelUp;
     const uint8_t button = clicks > 0 ? forth : back;

@@ -13,8 +13,12 @@ public:
     void movePointer(QPoint to) override;
     bool isHandBusy() override;
     void turnWheel(QPoint at, int clicks, Wheel wheel) override;
+    bool isKeyboardHeld() override;
+    void pressEscape() override;
 
 private:
+    void fake(uint8_t type, uint8_t detail);
+
     X11Display &m_display;
     bool m_hasTest;
 };

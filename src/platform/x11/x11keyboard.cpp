@@ -1,5 +1,7 @@
 #include "platform/x11/x11keyboard.h"
 
+#include "platform/keysymbols.h"
+
 #include <xcb/xcb_keysyms.h>
 // One of its fields has a name that is a keyword here.
 #define explicit isExplicit
@@ -48,43 +50,37 @@ struct FreeKeymap {
 };
 using Keymap = std::unique_ptr<xkb_keymap, FreeKeymap>;
 
-char letterOf(xkb_keysym_t keysym)
-{
-    if (keysym >= 'a' && keysym <= 'z')
-        return static_cast<char>(keysym - 'a' + 'A');
-    return keysym >= 'A' && keysym <= 'Z' ? static_cast<char>(keysym) : '\0';
-}
-
 // A key may have fewer layouts than the keyboard: the library knows which one stands in.
-char letterOf(xkb_keymap *map, xkb_keycode_t key, xkb_layout_index_t layout)
+int keyAt(xkb_keymap *map, xkb_keycode_t code, xkb_layout_index_t layout, xkb_level_index_t level)
 {
     const xkb_keysym_t *symbols = nullptr;
-    const int count = xkb_keymap_key_get_syms_by_level(map, key, layout, 0, &symbols);
-    return count > 0 ? letterOf(symbols[0]) : '\0';
+    const int count = xkb_keymap_key_get_syms_by_level(map, code, layout, level, &symbols);
+    return count > 0 ? keyOfSymbol(symbols[0]) : 0;
 }
 
-QList<KeyLayout::Group> groupsOf(xkb_keymap *map)
+QList<KeyLayout::Group> groupsOf(xkb_keymap *map, xkb_level_index_t level)
 {
     QList<KeyLayout::Group> result(xkb_keymap_num_layouts(map));
-    for (xkb_keycode_t key = xkb_keymap_min_keycode(map); key <= xkb_keymap_max_keycode(map);
-         ++key) {
+    for (xkb_keycode_t code = xkb_keymap_min_keycode(map); code <= xkb_keymap_max_keycode(map);
+         ++code) {
         for (xkb_layout_index_t layout = 0; layout < xkb_keymap_num_layouts(map); ++layout) {
-            if (const char letter = letterOf(map, key, layout))
-                result[layout].insert(static_cast<uint8_t>(key), letter);
+            if (const int key = keyAt(map, code, layout, level))
+                result[layout].insert(static_cast<uint8_t>(code), key);
         }
     }
     return result;
 }
 
 // A server without the keyboard extension has one layout.
-QList<KeyLayout::Group> coreGroup(xcb_connection_t *connection, xcb_key_symbols_t *symbols)
+QList<KeyLayout::Group> coreGroup(xcb_connection_t *connection, xcb_key_symbols_t *symbols,
+                                  int column)
 {
     KeyLayout::Group result;
     const xcb_setup_t *setup = xcb_get_setup(connection);
-    for (int key = setup->min_keycode; key <= setup->max_keycode; ++key) {
-        const auto code = static_cast<xcb_keycode_t>(key);
-        if (const char letter = letterOf(xcb_key_symbols_get_keysym(symbols, code, 0)))
-            result.insert(code, letter);
+    for (int at = setup->min_keycode; at <= setup->max_keycode; ++at) {
+        const auto code = static_cast<xcb_keycode_t>(at);
+        if (const int key = keyOfSymbol(xcb_key_symbols_get_keysym(symbols, code, column)))
+            result.insert(code, key);
     }
     return {result};
 }
@@ -113,6 +109,22 @@ Keymap readKeymap(xcb_connection_t *connection)
 
 }  // namespace
 
+QList<uint16_t> X11Keyboard::masksOf(Qt::KeyboardModifiers modifiers) const
+{
+    uint16_t plain = 0;
+    if (modifiers.testFlag(Qt::ShiftModifier))
+        plain |= XCB_MOD_MASK_SHIFT;
+    if (modifiers.testFlag(Qt::ControlModifier))
+        plain |= XCB_MOD_MASK_CONTROL;
+    const QList<uint16_t> none{0};
+    QList<uint16_t> result;
+    for (const uint16_t alt : modifiers.testFlag(Qt::AltModifier) ? alts : none) {
+        for (const uint16_t meta : modifiers.testFlag(Qt::MetaModifier) ? metas : none)
+            result.append(static_cast<uint16_t>(plain | alt | meta));
+    }
+    return result;
+}
+
 X11Keyboard readX11Keyboard(X11Display &display)
 {
     xcb_connection_t *connection = display.connection();
@@ -124,13 +136,17 @@ X11Keyboard readX11Keyboard(X11Display &display)
     const auto modifier = [&](xcb_keysym_t keysym) {
         return modifierOf(*mapping, keycodesOf(symbols.get(), keysym));
     };
+    const auto modifiers = [&](xcb_keysym_t left, xcb_keysym_t right, uint16_t usual) {
+        QList<uint16_t> found;
+        for (const uint16_t one : {modifier(left), modifier(right)}) {
+            if (one && !found.contains(one))
+                found.append(one);
+        }
+        return found.isEmpty() ? QList<uint16_t>{usual} : found;
+    };
     X11Keyboard result;
-    for (const uint16_t alt : {modifier(XKB_KEY_Alt_L), modifier(XKB_KEY_Alt_R)}) {
-        if (alt && !result.modifiers.contains(XCB_MOD_MASK_CONTROL | alt))
-            result.modifiers.append(XCB_MOD_MASK_CONTROL | alt);
-    }
-    if (result.modifiers.isEmpty())
-        result.modifiers = {XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_1};
+    result.alts = modifiers(XKB_KEY_Alt_L, XKB_KEY_Alt_R, XCB_MOD_MASK_1);
+    result.metas = modifiers(XKB_KEY_Super_L, XKB_KEY_Super_R, XCB_MOD_MASK_4);
     result.locks = {0};
     for (const uint16_t lock : {static_cast<uint16_t>(XCB_MOD_MASK_LOCK),
                                 modifier(XKB_KEY_Num_Lock), modifier(XKB_KEY_Scroll_Lock)}) {
@@ -142,7 +158,9 @@ X11Keyboard readX11Keyboard(X11Display &display)
     }
     // The core protocol's table mixes the layouts from the third on up.
     const Keymap map = readKeymap(connection);
-    result.layout = KeyLayout(map ? groupsOf(map.get()) : coreGroup(connection, symbols.get()));
+    result.layout = map ? KeyLayout(groupsOf(map.get(), 0), groupsOf(map.get(), 1))
+                        : KeyLayout(coreGroup(connection, symbols.get(), 0),
+                                    coreGroup(connection, symbols.get(), 1));
     return result;
 }
 

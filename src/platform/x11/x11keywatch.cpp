@@ -30,10 +30,6 @@ X11KeyWatch::X11KeyWatch(X11Display &display) : m_display(display)
 {
     m_look.setInterval(s_lookInterval);
     connect(&m_look, &QTimer::timeout, this, &X11KeyWatch::look);
-    const xcb_query_extension_reply_t *input =
-        xcb_get_extension_data(m_display.connection(), &xcb_input_id);
-    if (input && input->present)
-        m_inputOpcode = input->major_opcode;
 }
 
 X11KeyWatch::~X11KeyWatch() { X11KeyWatch::stop(); }
@@ -53,28 +49,14 @@ void X11KeyWatch::readCodes(const QList<Qt::Key> &keys)
         xcb_key_symbols_free(symbols);
 }
 
-// Selects the raw key presses of all devices, whichever window gets them.
-void X11KeyWatch::selectRawKeys(bool select)
-{
-    struct {
-        xcb_input_event_mask_t head;
-        uint32_t mask;
-    } request{.head = {.deviceid = XCB_INPUT_DEVICE_ALL_MASTER, .mask_len = 1},
-              .mask = select ? uint32_t{XCB_INPUT_XI_EVENT_MASK_RAW_KEY_PRESS} : 0};
-    xcb_input_xi_select_events(m_display.connection(), m_display.root(), 1, &request.head);
-    xcb_flush(m_display.connection());
-}
-
 void X11KeyWatch::listen(const QList<Qt::Key> &keys, std::function<void(Qt::Key)> pressed)
 {
     stop();
-    if (m_inputOpcode == 0)
-        return;
     readCodes(keys);
     m_pressed = std::move(pressed);
     m_isListening = true;
     QCoreApplication::instance()->installNativeEventFilter(this);
-    selectRawKeys(true);
+    m_inputOpcode = m_display.hearRawKeys(true);
 }
 
 void X11KeyWatch::start(const QList<Qt::Key> &keys, std::function<void(Qt::Key)> pressed)
@@ -109,7 +91,7 @@ void X11KeyWatch::stop()
     m_look.stop();
     QCoreApplication::instance()->removeNativeEventFilter(this);
     if (std::exchange(m_isListening, false))
-        selectRawKeys(false);
+        m_display.hearRawKeys(false);
     xcb_connection_t *connection = m_display.connection();
     for (auto it = m_keys.cbegin(); it != m_keys.cend(); ++it) {
         for (const uint16_t locks : std::as_const(m_locks))

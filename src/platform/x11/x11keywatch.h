@@ -23,7 +23,6 @@ public:
 
 private:
     void readCodes(const QList<Qt::Key> &keys);
-    void selectRawKeys(bool select);
     void press(xcb_keycode_t code);
     void tell(xcb_keycode_t code);
     void look();

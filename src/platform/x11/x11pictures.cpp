@@ -9,6 +9,7 @@
 
 #include <xcb/composite.h>
 #include <xcb/shape.h>
+#include <xcb/xfixes.h>
 
 namespace {
 
@@ -71,6 +72,8 @@ void X11Pictures::freeze(Freeze how, Answer answer)
     thaw();
     if (how == Freeze::Still)
         m_frozen = ofDesktop(rootArea(m_display));
+    // An overlay has a pointer of its own.
+    m_frozenPointer = how == Freeze::Still && showsPointer() ? shownPointer() : std::nullopt;
     const bool areThere = how == Freeze::AsUsual || isFrozen();
     m_question = std::make_unique<QObject>();
     QTimer::singleShot(0, m_question.get(),
@@ -81,6 +84,7 @@ void X11Pictures::thaw()
 {
     m_question.reset();
     m_frozen = {};
+    m_frozenPointer.reset();
 }
 
 // The caller must have grabbed the server, because the root's size may change and the picture is
@@ -107,6 +111,34 @@ QImage X11Pictures::ofDesktop(const QRect &area)
         return m_frozen.copy(area);
     const ServerGrab grab(m_display.connection());
     return rootPicture(area);
+}
+
+std::optional<Pictures::Pointer> X11Pictures::pointer()
+{
+    return isFrozen() ? m_frozenPointer : shownPointer();
+}
+
+// The place that comes with the shape is that of its hot spot. While a program hides it, it has no
+// pixels.
+std::optional<Pictures::Pointer> X11Pictures::shownPointer()
+{
+    if (!m_display.hasExtension(xcb_xfixes_id))
+        return std::nullopt;
+    xcb_connection_t *connection = m_display.connection();
+    // Who has not told a version may ask for nothing.
+    xcb_discard_reply(connection, xcb_xfixes_query_version(connection, XCB_XFIXES_MAJOR_VERSION,
+                                                           XCB_XFIXES_MINOR_VERSION)
+                                      .sequence);
+    const auto reply =
+        XCB_REPLY(connection, xfixes_get_cursor_image, xcb_xfixes_get_cursor_image(connection));
+    if (!reply || reply->width == 0 || reply->height == 0 ||
+        xcb_xfixes_get_cursor_image_cursor_image_length(reply.get()) < reply->width * reply->height)
+        return std::nullopt;
+    const auto *pixels =
+        reinterpret_cast<const uchar *>(xcb_xfixes_get_cursor_image_cursor_image(reply.get()));
+    const QImage shape(pixels, reply->width, reply->height, QImage::Format_ARGB32_Premultiplied);
+    return Pointer{.shape = shape.copy(),
+                   .corner = QPoint(reply->x, reply->y) - QPoint(reply->xhot, reply->yhot)};
 }
 
 QList<X11Pictures::Shaped> X11Pictures::shaped(const QList<X11TopLevel> &windows, const QRect &area)

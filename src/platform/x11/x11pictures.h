@@ -22,6 +22,7 @@ public:
     QImage ofDesktop(const QRect &area) override;
     QImage ofWindows(std::optional<QRectF> area, const QList<int> &numbers) override;
     QImage withoutWindows(const QRect &area, const QList<int> &numbers) override;
+    std::optional<Pointer> pointer() override;
     std::unique_ptr<ChangeWatch> watchChanges(int number) override;
 
 private:
@@ -30,6 +31,7 @@ private:
         QRegion shape{};  ///< the part of its bounds that the window fills
     };
 
+    std::optional<Pointer> shownPointer();
     QImage rootPicture(const QRect &area);
     QImage windowPicture(xcb_window_t frame);
     QImage storedPicture(const X11TopLevel &window, const QRect &area);
@@ -45,6 +47,7 @@ private:
     X11ChangeWatches m_watches;
     bool m_hasShape;
     bool m_hasComposite;
-    QImage m_frozen{};                      ///< the root window; null where nothing is frozen
-    std::unique_ptr<QObject> m_question{};  ///< while an answer is owed
+    QImage m_frozen{};                         ///< the root window; null where nothing is frozen
+    std::optional<Pointer> m_frozenPointer{};  ///< as it was then
+    std::unique_ptr<QObject> m_question{};     ///< while an answer is owed
 };

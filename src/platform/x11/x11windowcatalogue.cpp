@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <array>
+#include <string>
 
 using namespace Qt::StringLiterals;
 
@@ -113,6 +114,9 @@ void X11WindowCatalogue::readNames(QList<Window> &windows)
                                                       m_display.atom("_NET_WM_STATE"),
                                                       m_display.atom("_NET_FRAME_EXTENTS")};
     const xcb_atom_t utf8 = m_display.atom("UTF8_STRING");
+    const auto trayCookie = xcb_get_selection_owner(
+        connection,
+        m_display.atom("_NET_SYSTEM_TRAY_S" + std::to_string(m_display.screenNumber())));
     QList<std::array<xcb_get_property_cookie_t, PropertyCount>> cookies(windows.size());
     for (qsizetype i = 0; i < windows.size(); ++i) {
         const xcb_window_t window = windows[i].client ? windows[i].client : windows[i].top.frame;
@@ -120,12 +124,14 @@ void X11WindowCatalogue::readNames(QList<Window> &windows)
             cookies[i][p] = xcb_get_property(connection, 0, window, names[p],
                                              XCB_GET_PROPERTY_TYPE_ANY, 0, s_nameLimit);
     }
+    const auto tray = XCB_REPLY(connection, get_selection_owner, trayCookie);
     for (qsizetype i = 0; i < windows.size(); ++i) {
         std::array<WindowProperty, PropertyCount> told;
         for (size_t p = 0; p < PropertyCount; ++p)
             told[p] = propertyOf(XCB_REPLY(connection, get_property, cookies[i][p]));
         Entry &entry = windows[i].entry;
         entry.number = static_cast<int>(windows[i].top.frame);
+        entry.client = windows[i].client ? windows[i].client : windows[i].top.frame;
         entry.bounds = windows[i].top.bounds;
         entry.name = windowName(told[NetName], told[Name], utf8);
         const QList<uint32_t> pid = valuesOf(told[Pid]);
@@ -137,13 +143,20 @@ void X11WindowCatalogue::readNames(QList<Window> &windows)
         if (frame.size() == s_sides && windows[i].client != windows[i].top.frame)
             entry.frame = frameMargins(frame, windows[i].top.bounds.size());
         entry.process = pid.value(0);
-        tellPurpose(windows[i], valuesOf(told[Type]), valuesOf(told[State]));
+        tellPurpose(windows[i], valuesOf(told[Type]), valuesOf(told[State]),
+                    tray ? tray->owner : XCB_NONE);
     }
+}
+
+// The server numbers the windows of each client from a base of its own.
+bool X11WindowCatalogue::isSameClient(xcb_window_t one, xcb_window_t other) const
+{
+    return ((one ^ other) & ~xcb_get_setup(m_display.connection())->resource_id_mask) == 0;
 }
 
 // What it is for, and how far in front it is, by its types and states.
 void X11WindowCatalogue::tellPurpose(Window &window, const QList<uint32_t> &types,
-                                     const QList<uint32_t> &states)
+                                     const QList<uint32_t> &states, xcb_window_t tray)
 {
     const auto isOfType = [&](std::string_view name) {
         return types.contains(m_display.atom(name));
@@ -156,9 +169,15 @@ void X11WindowCatalogue::tellPurpose(Window &window, const QList<uint32_t> &type
     const bool isMenu = std::any_of(menus.begin(), menus.end(), isOfType);
     if (isPopup && (isMenu || types.isEmpty()))
         entry.kind = isMenu ? Kind::Menu : Kind::Unnamed;
+    const bool isPanel = isOfType("_NET_WM_WINDOW_TYPE_DOCK");
+    if (isPanel)
+        entry.kind = Kind::Panel;
+    // Many trays are found by a window that is never shown, of the program that has the bar.
+    if (tray && (entry.client == tray || (isPanel && isSameClient(entry.client, tray))))
+        entry.kind = Kind::Tray;
     if (isOfType("_NET_WM_WINDOW_TYPE_DESKTOP"))
         entry.layer = s_desktopLayer;
-    else if (isOfType("_NET_WM_WINDOW_TYPE_DOCK"))
+    else if (isPanel)
         entry.layer = s_dockLayer;
     else if (isPopup)
         entry.layer = s_popupLayer;

@@ -8,6 +8,7 @@
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
 #include <QDBusReply>
+#include <QDBusUnixFileDescriptor>
 #include <QUrl>
 
 using namespace Qt::StringLiterals;
@@ -31,6 +32,32 @@ QByteArray tokenOf(const QVariantMap &desktop)
     return {};
 }
 
+// Those of files; others are left out.
+QStringList pathsOf(const QStringList &uris)
+{
+    QStringList paths;
+    for (const QString &uri : uris) {
+        const QString path = QUrl(uri).toLocalFile();
+        if (!path.isEmpty())
+            paths.append(path);
+        else
+            qCInfo(logBus) << uri << "is no file of this machine";
+    }
+    return paths;
+}
+
+// Runs it when the caller has its reply, with the right to the focus that came along.
+void later(ApplicationBus &bus, const QVariantMap &desktop, const std::function<void()> &run)
+{
+    QMetaObject::invokeMethod(
+        &bus,
+        [token = tokenOf(desktop), run] {
+            services().watch->useToken(token);
+            run();
+        },
+        Qt::QueuedConnection);
+}
+
 class ApplicationAdaptor : public QDBusAbstractAdaptor
 {
     Q_OBJECT
@@ -42,27 +69,21 @@ public:
 public slots:
     void Activate(const QVariantMap &desktop)
     {
-        later(desktop, [this] { m_bus.handlers().activate(); });
+        later(m_bus, desktop, [this] { m_bus.handlers().activate(); });
     }
 
     void Open(const QStringList &uris, const QVariantMap &desktop)
     {
-        QStringList paths;
-        for (const QString &uri : uris) {
-            const QString path = QUrl(uri).toLocalFile();
-            if (!path.isEmpty())
-                paths.append(path);
-            else
-                qCInfo(logBus) << uri << "is no file of this machine";
-        }
-        later(desktop, [this, paths] { m_bus.handlers().open(paths); });
+        later(m_bus, desktop, [this, paths = pathsOf(uris)] {
+            m_bus.handlers().open(paths, [](const QStringList &) {});
+        });
     }
 
     void ActivateAction(const QString &name, const QVariantList &, const QVariantMap &desktop,
                         const QDBusMessage &message)
     {
         if (const auto run = m_bus.handlers().actions.value(name)) {
-            later(desktop, run);
+            later(m_bus, desktop, run);
             return;
         }
         qCInfo(logBus) << "there is no action" << name;
@@ -72,30 +93,44 @@ public slots:
     }
 
 private:
-    void later(const QVariantMap &desktop, const std::function<void()> &run)
-    {
-        QMetaObject::invokeMethod(
-            &m_bus,
-            [token = tokenOf(desktop), run] {
-                services().watch->useToken(token);
-                run();
-            },
-            Qt::QueuedConnection);
-    }
-
     ApplicationBus &m_bus;
 };
 
-class StateAdaptor : public QDBusAbstractAdaptor
+class GrabAdaptor : public QDBusAbstractAdaptor
 {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.example.brenvale.SnapWorkbench")
     Q_PROPERTY(QString GrabState READ grabState)
 
 public:
-    explicit StateAdaptor(ApplicationBus &bus) : QDBusAbstractAdaptor(&bus), m_bus(bus) {}
+    explicit GrabAdaptor(ApplicationBus &bus) : QDBusAbstractAdaptor(&bus), m_bus(bus) {}
 
     QString grabState() const { return m_bus.grabState(); }
+
+public slots:
+    // The options are read from the message, and what is returned here is not sent.
+    QDBusUnixFileDescriptor Grab(const QVariantMap & /*options*/, const QDBusMessage &message,
+                                 QVariantMap & /*result*/)
+    {
+        QMetaObject::invokeMethod(
+            &m_bus, [this, call = GrabCall(message)] { m_bus.handlers().grab(call); },
+            Qt::QueuedConnection);
+        return {};
+    }
+
+    // As the desktop's own method, for those who want to know what has come of it.
+    void OpenFiles(const QStringList &uris, const QVariantMap &desktop, const QDBusMessage &message)
+    {
+        message.setDelayedReply(true);
+        later(m_bus, desktop, [this, paths = pathsOf(uris), message] {
+            m_bus.handlers().open(paths, [message](const QStringList &troubles) {
+                QDBusConnection::sessionBus().send(
+                    troubles.isEmpty() ? message.createReply()
+                                       : message.createErrorReply(s_name + ".Error.Refused"_L1,
+                                                                  troubles.join(u'\n')));
+            });
+        });
+    }
 
 private:
     ApplicationBus &m_bus;
@@ -106,7 +141,7 @@ private:
 ApplicationBus::ApplicationBus(Handlers handlers) : m_handlers(std::move(handlers))
 {
     new ApplicationAdaptor(*this);
-    new StateAdaptor(*this);
+    new GrabAdaptor(*this);
 }
 
 QString ApplicationBus::commandFor(const QString &action)
@@ -133,9 +168,15 @@ ApplicationBus::Claim ApplicationBus::claim()
                                                                         : Claim::OwnedByAnother;
 }
 
-bool ApplicationBus::activateOwner()
+bool ApplicationBus::activateOwner(const QStringList &paths)
 {
-    QDBusMessage call = QDBusMessage::createMethodCall(s_name, s_path, s_interface, u"Activate"_s);
+    QDBusMessage call = QDBusMessage::createMethodCall(s_name, s_path, s_interface,
+                                                       paths.isEmpty() ? u"Activate"_s : u"Open"_s);
+    QStringList uris;
+    for (const QString &path : paths)
+        uris.append(QUrl::fromLocalFile(path).toString(QUrl::FullyEncoded));
+    if (!uris.isEmpty())
+        call << uris;
     // What the desktop gave this start is the other's.
     QVariantMap desktop;
     if (const QString token = qEnvironmentVariable("XDG_ACTIVATION_TOKEN"); !token.isEmpty())

@@ -18,7 +18,7 @@ SingleProgram::SingleProgram(const QString &folder, ApplicationBus::Handlers han
 
 // The other process may be starting and have no bus name yet, or be ending: a start right after
 // "Quit" must leave a running program.
-SingleProgram::Claim SingleProgram::claim()
+SingleProgram::Claim SingleProgram::claim(const QStringList &paths)
 {
     Claim result = Claim::Unanswered;
     waitUntil(*services().clock, s_patience, [&] {
@@ -28,7 +28,7 @@ SingleProgram::Claim SingleProgram::claim()
                               lock == ProgramLock::State::Held);
         if (isFirst)
             result = Claim::First;
-        else if (ApplicationBus::activateOwner())
+        else if (ApplicationBus::activateOwner(paths))
             result = Claim::Activated;
         return result != Claim::Unanswered;
     });

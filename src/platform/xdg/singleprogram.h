@@ -20,8 +20,9 @@ public:
     /// `folder` is the user's data folder, with a trailing separator.
     SingleProgram(const QString &folder, ApplicationBus::Handlers handlers);
 
-    /// Waits for some seconds at most. Needs the clock of the installed services.
-    Claim claim();
+    /// Another process is given `paths` of files to open. Waits for some seconds at most. Needs the
+    /// clock of the installed services.
+    Claim claim(const QStringList &paths);
 
     ApplicationBus &bus() { return m_bus; }
 

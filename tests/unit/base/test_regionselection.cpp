@@ -57,6 +57,11 @@ private slots:
         check("draw up and left", {110, 70}, {10, 20}, {10, 20, 100, 50});
         check("draw past far borders", {700, 500}, {900, 900}, {700, 500, 90, 90});
         check("draw past near borders", {50, 60}, {-9, -9}, {0, 0, 50, 60});
+        // What ends on the last pixel ends at the edge behind it, and nothing else does.
+        check("draw to the last pixel", {700, 500}, {789, 589}, {700, 500, 90, 90});
+        check("draw to the one before", {700, 500}, {788, 588}, {700, 500, 88, 88});
+        check("4: to the last column", {501, 350}, {789, 589}, {300, 300, 490, 101});
+        check("5: to the last row", {501, 401}, {600, 589}, {300, 300, 300, 290});
         check("draw no width", {10, 20}, {10, 70}, before);
         check("draw no height", {10, 20}, {110, 20}, before);
         check("draw from just outside", {502, 320}, {602, 330}, {502, 320, 100, 10});

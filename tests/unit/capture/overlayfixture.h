@@ -1,6 +1,7 @@
 #pragma once
 
 #include "capture/captureoverlay.h"
+#include "config/applicationrecord.h"
 #include "fakedesktop.h"
 #include "testmain.h"
 
@@ -34,10 +35,19 @@ protected:
             {.entry = {.number = 2, .bounds = {-50, 60, 301, 151}}, .color = QColor(0, 160, 255)},
             {.entry = {.number = 1, .bounds = {-600, 0, 1200, 450}}, .color = QColor(200, 40, 7)}};
     }
-    static bool hasPanes() { return QGuiApplication::screens().size() > 1; }
-    template<typename Overlay> Overlay &open()
+    /// Settings of its own, which are empty.
+    void beginSettings()
     {
-        auto overlay = std::make_unique<Overlay>();
+        m_folder = std::make_unique<QTemporaryDir>();
+        g_ResourceFileName = m_folder->filePath(QStringLiteral("SnapWorkbench.xml"));
+        QFile file(g_ResourceFileName);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write("<Galeway ver=\"1\"/>");
+    }
+    static bool hasPanes() { return QGuiApplication::screens().size() > 1; }
+    template<typename Overlay, typename... Arguments> Overlay &open(const Arguments &...arguments)
+    {
+        auto overlay = std::make_unique<Overlay>(arguments...);
         Overlay &result = *overlay;
         m_overlay = std::move(overlay);
         m_overlay->show();
@@ -118,11 +128,19 @@ protected:
     {
         return child->isVisible() && child->parentWidget()->rect().contains(child->geometry());
     }
+    /// What can be done with what is marked, which is painted when the toolkit finds the time, and
+    /// as large as the scale.
+    void hideButtons()
+    {
+        if (auto *buttons = m_overlay->findChild<QWidget *>(QStringLiteral("takeButtons")))
+            buttons->hide();
+        QApplication::processEvents();
+    }
     /// Only what changes is painted: after any step the panes must look as if all of them had been,
     /// but for so many shades: an outline that is cut is rounded otherwise.
     void compareWithFullRepaint(int shades = hasPanes() ? 1 : 0)
     {
-        QApplication::processEvents();
+        hideButtons();
         const QImage partial = onScreen();
         for (const Pane &pane : m_overlay->panes())
             pane.surface().repaint();
@@ -152,6 +170,7 @@ protected:
         QVERIFY2(worst <= shades, qPrintable(QString::number(worst)));
     }
 
+    std::unique_ptr<QTemporaryDir> m_folder{};
     std::unique_ptr<FakeDesktop> m_desktop;
     std::unique_ptr<CaptureOverlay> m_overlay;
 

@@ -1,7 +1,6 @@
 #include "capture/magnifier.h"
 #include "capture/magnifierpanel.h"
 #include "capture/polygonoverlay.h"
-#include "config/applicationrecord.h"
 #include "config/settings.h"
 #include "config/xmlstore.h"
 #include "overlayfixture.h"
@@ -17,12 +16,7 @@ class TestMagnifier : public OverlayTest
 private slots:
     void init()
     {
-        m_folder = std::make_unique<QTemporaryDir>();
-        g_ResourceFileName = m_folder->filePath(u"SnapWorkbench.xml"_s);
-        QFile file(g_ResourceFileName);
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write("<Galeway ver=\"1\"/>");
-        file.close();
+        beginSettings();
         begin({{0, 0, 3200, 2400}, {-1600, 100, 1600, 1200}});
         m_desktop->ownWindows->placing = !hasPanes();
         m_desktop->windows->list = {
@@ -186,7 +180,6 @@ private:
         m_magnifier->request(m_overlay.get(), opr, pos, type, {true, m_multiple});
     }
 
-    std::unique_ptr<QTemporaryDir> m_folder;
     std::unique_ptr<Magnifier> m_magnifier;
     int m_multiple = 8;
 };

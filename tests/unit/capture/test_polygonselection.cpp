@@ -25,6 +25,7 @@ bool click(PolygonSelection &selection, QPoint at, Qt::KeyboardModifiers modifie
 PolygonSelection clicked(const Points &vertices, QPoint end)
 {
     PolygonSelection selection;
+    selection.setSurface(s_surface);
     for (const QPoint vertex : vertices)
         click(selection, vertex);
     selection.move(end, s_none);
@@ -110,6 +111,15 @@ private slots:
         check("another button's release", "aA-Ab-B", {a, b, b});
     }
 
+    // What is set on the last row or column is set at the edge behind it.
+    void lastPixels()
+    {
+        PolygonSelection selection = clicked({{799, 10}, {20, 599}, {798, 598}}, {799, 599});
+        QCOMPARE(inOrder(selection), (Points{{800, 10}, {20, 600}, {798, 598}, {800, 600}}));
+        selection.finish();
+        QCOMPARE(selection.box(), QRect(20, 10, 780, 590));
+    }
+
     void closing()
     {
         const QPoint first(100, 100);
@@ -136,10 +146,10 @@ private slots:
     {
         PolygonSelection selection = clicked({{10, 10}, {90, 10}}, {50, 50});
         QVERIFY(!selection.finish());
-        QVERIFY(!selection.key(Qt::Key_Return, s_none, s_surface).finished);
+        QVERIFY(!selection.key(Qt::Key_Return, s_none).finished);
         click(selection, {50, 50});
-        QVERIFY(!selection.key(Qt::Key_Enter, s_none, s_surface).finished);
-        QVERIFY(selection.key(Qt::Key_Return, s_none, s_surface).finished);
+        QVERIFY(!selection.key(Qt::Key_Enter, s_none).finished);
+        QVERIFY(selection.key(Qt::Key_Return, s_none).finished);
         const Points polygon{{10, 10}, {90, 10}, {50, 50}};
         QCOMPARE(inOrder(selection), polygon);
         QVERIFY(selection.line().isEmpty());
@@ -147,7 +157,7 @@ private slots:
         QCOMPARE(inOrder(selection), polygon);
         // A line has no inside, wherever its end has been led.
         PolygonSelection flat = clicked({{10, 10}, {50, 50}, {91, 90}}, {200, 10});
-        QVERIFY(!flat.key(Qt::Key_Return, s_none, s_surface).finished);
+        QVERIFY(!flat.key(Qt::Key_Return, s_none).finished);
         QCOMPARE(flat.line().size(), 4);
     }
 
@@ -156,9 +166,9 @@ private slots:
         const auto check = [&](const QByteArray &row, const Points &vertices, QPoint end,
                                const Points &after) {
             PolygonSelection selection = clicked(vertices, end);
-            selection.key(Qt::Key_Backspace, s_none, s_surface);
+            selection.key(Qt::Key_Backspace, s_none);
             expect(row, inOrder(selection), after);
-            selection.key(Qt::Key_Backspace, Qt::ShiftModifier, s_surface);
+            selection.key(Qt::Key_Backspace, Qt::ShiftModifier);
             QVERIFY2(selection.points().isEmpty(), row);
         };
         const QPoint a(10, 10);
@@ -179,11 +189,11 @@ private slots:
                                QPoint end) {
             const QPoint before(5, 598);
             PolygonSelection selection = clicked({{90, 90}}, before);
-            expect(row, selection.key(key, modifiers, s_surface).pointer, end);
+            expect(row, selection.key(key, modifiers).pointer, end);
             expect(row, inOrder(selection), (Points{{90, 90}, end}));
             // On the last vertex the end takes it along.
             selection = clicked({{90, 90}, before}, before);
-            selection.key(key, modifiers, s_surface);
+            selection.key(key, modifiers);
             expect(row, inOrder(selection), (Points{{90, 90}, end}));
         };
         const Qt::KeyboardModifiers shift = Qt::ShiftModifier;
@@ -208,10 +218,10 @@ private slots:
     {
         PolygonSelection selection;
         for (const int key : {Qt::Key_Left, Qt::Key_Down, Qt::Key_Backspace, Qt::Key_Return}) {
-            const auto result = selection.key(key, Qt::AltModifier | Qt::ShiftModifier, s_surface);
+            const auto result = selection.key(key, Qt::AltModifier | Qt::ShiftModifier);
             QVERIFY(!result.pointer && !result.finished && !result.changeViewMode);
         }
-        QVERIFY(selection.key(Qt::Key_E, s_command, s_surface).changeViewMode);
+        QVERIFY(selection.key(Qt::Key_E, s_command).changeViewMode);
         QVERIFY(selection.points().isEmpty());
     }
 

@@ -182,8 +182,10 @@ private slots:
     {
         open<Dialog>();
         const QWidget *grabber = surface();
-        QCOMPARE(contextMenu([&] { grabber = QWidget::keyboardGrabber(); }),
-                 (QStringList{u"Finish(Enter)"_s, u"Clear"_s}));
+        QCOMPARE(
+            contextMenu([&] { grabber = QWidget::keyboardGrabber(); }),
+            (QStringList{u"Finish(Enter)"_s, u"Clear"_s, u"Copy"_s, u"Save"_s, u"Read the text"_s,
+                         u"Take after a countdown"_s, u"Last area again"_s}));
         QCOMPARE(grabber, nullptr);  // or the menu would hear no key
         QCOMPARE(QWidget::keyboardGrabber(), surface());
         // How a press comes that follows a click soon.
@@ -203,6 +205,7 @@ private:
         open<Dialog>();
         QCOMPARE(m_overlay->windowOpacity(), 1.0);
         drag({101, 101}, {301, 203});
+        hideButtons();
         const QImage shown = onScreen();
         QCOMPARE(shown.pixelColor(60, 70), QColor(0, 64, 102));
         QCOMPARE(shown.pixelColor(400, 300), QColor(80, 16, 3));

@@ -5,6 +5,7 @@
 #include "rows.h"
 #include "testmain.h"
 
+#include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
@@ -58,9 +59,15 @@ private slots:
             if (size != 0)
                 slider->setValue(size);
             size = slider->value();
-            expect(row, list()->iconSize(), QSize(size, size));
-            expect(row, list()->gridSize(), QSize(size + 25, size + 25));
-            const int side = qRound(size * m_browser->devicePixelRatioF());
+            // They share the row's width, but are not far apart.
+            const QSize cell = list()->gridSize();
+            expect(row, cell.height(), size + 25 + list()->fontMetrics().lineSpacing());
+            const int left = list()->viewport()->width() -
+                             std::min(list()->viewport()->width() / cell.width(), 3) * cell.width();
+            expect(row, cell.width() >= size + 25, true);
+            expect(row, cell.width() == 2 * (size + 25) || left < 30, true);
+            expect(row, list()->iconSize(), QSize(cell.width() - 25, size));
+            const QSize side = list()->iconSize() * m_browser->devicePixelRatioF();
             const auto boxOf = [&](int index, const QColor &color) {
                 const QImage image = icon(index);
                 QRect box;
@@ -72,13 +79,14 @@ private slots:
                             return QRect(x, y, -1, -1);
                     }
                 }
-                return image.size() == QSize(side, side) ? box : QRect();
+                return image.size() == side ? box : QRect();
             };
             const auto centred = [side](QSize picture) {
-                if (picture.width() >= side || picture.height() >= side)
-                    picture.scale(side, side, Qt::KeepAspectRatio);
-                return QRect({(side - picture.width()) / 2, (side - picture.height()) / 2},
-                             picture);
+                if (picture.width() >= side.width() || picture.height() >= side.height())
+                    picture.scale(side, Qt::KeepAspectRatio);
+                return QRect(
+                    {(side.width() - picture.width()) / 2, (side.height() - picture.height()) / 2},
+                    picture);
             };
             expect(row, boxOf(0, Qt::red), centred({400, 200}));
             expect(row, boxOf(1, Qt::green), centred({300, 600}));
@@ -137,16 +145,37 @@ private slots:
         open();
         choose(u"All"_s);
         auto *field = child<QLineEdit>(u"lineEdit"_s);
-        QTest::keyClicks(field, u"mAIL"_s);
+        // Whoever types has begun to search, wherever the focus is.
+        const auto type = [this](auto key, Qt::KeyboardModifiers modifiers = {}) {
+            QTest::keyClick(m_browser->windowHandle(), key, modifiers);
+        };
+        QVERIFY(list()->hasFocus());
+        for (const char key : {'m', 'A', 'x'})
+            type(key);
+        child<QPushButton>(u"CANNEL_BUTTON"_s)->setFocus();
+        type(Qt::Key_Backspace);
+        type(Qt::Key_Down);
+        QVERIFY(list()->hasFocus());
+        for (const char key : {'I', 'L'})
+            type(key);
         QCOMPARE(captions(), (QStringList{u"Mail"_s, u"hidden Mail"_s}));
-        // As the pictures are, until the slider moves; and then up to the first that is left out.
-        QVERIFY(icon(0).width() > icon(0).height());
+        // What leads through the list still does.
+        type(Qt::Key_Down);
+        type(Qt::Key_Right);
+        type(Qt::Key_A, Qt::ControlModifier);
+        QVERIFY(list()->currentRow() == 1 && list()->selectedItems().size() == 2);
+        // Each at the slider's size, whatever was left out before it.
         child<QSlider>(u"horizontalSlider"_s)->setValue(100);
-        QCOMPARE(icon(0).width(), icon(0).height());
+        QCOMPARE(list()->iconSize().height(), 100);
+        for (const int row : {0, 1})
+            QCOMPARE(icon(row).size(), list()->iconSize() * m_browser->devicePixelRatioF());
         choose(u"Visbel"_s);
         QCOMPARE(captions(), (QStringList{u"Mail"_s}));
+        auto *nothing = child<QLabel>(u"lblNothing"_s);
+        QVERIFY(!nothing->isVisible());
         QTest::keyClicks(field, u"?"_s);
         QCOMPARE(list()->count(), 0);
+        QVERIFY(nothing->isVisible() && !nothing->text().isEmpty());
         press(u"label_clear"_s);
         QCOMPARE(field->text(), QString());
         QCOMPARE(captions(), (QStringList{u"Mail"_s, u"Editor"_s, u"Terminal"_s}));
@@ -155,6 +184,34 @@ private slots:
         press(u"OK_BUTTON"_s);
         QCOMPARE(m_browser->result(), static_cast<int>(QDialog::Accepted));
         QVERIFY(m_browser->getPixmap()->isEmpty() && m_browser->getNameList()->isEmpty());
+    }
+
+    // A title is found as well; panels, the tray and this program's own windows are out of the way.
+    void titlesPanelsAndOwn()
+    {
+        auto &windows = m_desktop->windows->list;
+        windows[0].entry.kind = WindowCatalogue::Kind::Panel;
+        windows[1].entry.name = u"Notes\nof  May"_s;
+        windows[2].entry.process = static_cast<uint>(QCoreApplication::applicationPid());
+        windows[3].entry.kind = WindowCatalogue::Kind::Tray;
+        open();
+        QCOMPARE(captions(), (QStringList{u"Mail"_s, u"Editor\nNotes of May"_s, u"Terminal"_s}));
+        QCOMPARE(list()->currentRow(), 1);
+        choose(u"All"_s);
+        QCOMPARE(captions(), (QStringList{u"Mail"_s, u"Editor\nNotes of May"_s}));
+        QTest::keyClicks(child<QLineEdit>(u"lineEdit"_s), u"NOTES"_s);
+        QCOMPARE(captions(), (QStringList{u"Editor\nNotes of May"_s}));
+        // What was clicked stays chosen when a window before it is left out.
+        windows[0].entry.process = windows[2].entry.process;
+        open();
+        QTest::mouseClick(list()->viewport(), Qt::LeftButton, {},
+                          list()->visualItemRect(list()->item(1)).center());
+        choose(u"All"_s);
+        QCOMPARE(list()->currentRow(), 0);
+        QCOMPARE(list()->currentItem()->text(), u"Editor\nNotes of May"_s);
+        windows.resize(1);
+        open();
+        QCOMPARE(list()->currentRow(), 0);
     }
 
     void selection()

@@ -48,13 +48,17 @@ private slots:
             const QColor clear = composited ? QColor(0, 0, 0, 0) : QColor(Qt::black);
             const QColor tinted = composited ? QColor(0, 0, 0, 100) : QColor(122, 24, 4);
             const QColor covered = composited ? clear : QColor(0, 160, 255);
-            expect(row, at(-300, 30), tinted);
-            expect(row, at(99, 329), tinted);
+            expect(row, at(-290, 40), tinted);
+            expect(row, at(90, 320), tinted);
+            // Its edge is seen on dark and on bright windows: a light line, and a dark one.
+            expect(row, at(-300, 150), QColor(Qt::white));
+            const qreal scale = m_overlay->paneAt({300, 150}).scale();
+            expect(row, at(-300 + qRound(1.5 * scale), 150), QColor(Qt::black));
             expect(row, at(100, 329), clear);
             expect(row, at(-301, 30), clear);
             expect(row, at(-250, 60), covered);
             expect(row, at(-51, 209), covered);
-            expect(row, at(-50, 209), tinted);
+            expect(row, at(-40, 209), tinted);
         };
         check("compositor", true);
         check("no compositor", false);
@@ -78,8 +82,13 @@ private slots:
         // The list is that of the moment when the overlay opened. What has closed has no picture.
         m_desktop->windows->list.removeIf([](const auto &it) { return it.entry.number == 2; });
         QVERIFY(overlay.getPixmap(nullptr).isNull());
-        // Over no window: none at first.
+        // Over no window, and over the ground that the desktop paints: none.
         m_desktop->hands->pointerPos = {300, 400};
+        m_desktop->clock->advance(200);
+        QVERIFY(overlay.getPixmap(nullptr).isNull());
+        m_desktop->windows->list.append(
+            {.entry = {.number = 5, .layer = -1000, .bounds = {-600, 0, 1200, 450}},
+             .color = Qt::green});
         name = u"as it was"_s;
         QVERIFY(open<mouseShot>().getPixmap(&name).isNull());
         QCOMPARE(name, u"as it was"_s);

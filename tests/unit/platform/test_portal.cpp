@@ -97,6 +97,7 @@ public:
     QStringList silent{};             ///< and those that never return
     Permissions permissions{};
     QStringList calls{};
+    QMap<QString, QString> triggers{};  ///< the keys that were asked for, by their names
     QSet<QString> callers{};
     QMap<QString, QVariantMap> options{};      ///< of the last question, by method
     QDBusUnixFileDescriptor stream{};          ///< to PipeWire; none unless set
@@ -148,7 +149,6 @@ public:
             permissions.remove(arguments.value(2).toString());
             m_bus.send(message.createReply());
         } else if (name == u"Register" || name == u"Close") {
-            m_isBound = false;
             m_bus.send(message.createReply());
         } else if (name == u"OpenPipeWireRemote") {
             m_bus.send(stream.isValid()
@@ -157,11 +157,18 @@ public:
         } else {
             const auto asked = qdbus_cast<QVariantMap>(arguments.constLast());
             options.insert(name, asked);
+            if (name == u"BindShortcuts") {
+                for (const auto &shortcut : qdbus_cast<QList<FakeShortcut>>(arguments.value(1)))
+                    triggers[shortcut.id] =
+                        shortcut.values.value(u"preferred_trigger"_s).toString();
+            }
             const QString path = u"/org/freedesktop/portal/desktop/request/%1/%2"_s.arg(
                 message.service().mid(1).replace(u'.', u'_'),
                 asked.value(u"handle_token"_s).toString());
             m_bus.send(message.createReply(QVariant::fromValue(QDBusObjectPath(path))));
             // Keys can be asked for once in a session.
+            if (name == u"CreateSession")
+                m_isBound = false;
             if (name == u"BindShortcuts" && std::exchange(m_isBound, true))
                 tell(path, u"org.freedesktop.portal.Request"_s, u"Response"_s, {2U, QVariantMap()});
             else if (const auto answer = answers.find(name); answer != answers.end())
@@ -543,9 +550,9 @@ private slots:
                                    : HotKeys::Name{u"do-%1"_s.arg(number), u"Do it"_s};
             });
             keys->setHandler([&](int number) { pressed.append(number); });
-            keys->add(1, 'R');
-            keys->add(2, 'E');
-            keys->add(3, 'A');
+            keys->add(1, Qt::CTRL | Qt::ALT | Qt::Key_R);
+            keys->add(2, Qt::CTRL | Qt::SHIFT | Qt::Key_Print);
+            keys->add(3, Qt::CTRL | Qt::ALT | Qt::Key_A);
         };
         const auto shortcuts = [](const QString &id, const QString &trigger) {
             return QVariant::fromValue(
@@ -598,8 +605,14 @@ private slots:
         press(session);
         QTRY_COMPARE(pressed, QList<int>{2});
         QCOMPARE(desktop.watch->token, "token");
+        QCOMPARE(m_fake->triggers, (QMap<QString, QString>{{u"do-1"_s, u"CTRL+ALT+r"_s},
+                                                           {u"do-2"_s, u"CTRL+SHIFT+Print"_s}}));
         changed(u"do-1"_s, u"F9"_s);
         QTRY_COMPARE(keys->keysOf(1), u"F9"_s);
+        keys->change(1, Qt::META | Qt::Key_F9);
+        QTRY_COMPARE(m_fake->triggers.value(u"do-1"_s), u"LOGO+F9"_s);
+        QTRY_COMPARE(keys->keysOf(2), u"Ctrl+Alt+E"_s);
+        QVERIFY(areThere);
 
         // With another portal all begins anew, and nobody is asked whose keys are there.
         m_fake->die();
@@ -619,7 +632,7 @@ private slots:
         QList<QByteArray> tokens;
         const auto shown = [&] { tokens.append(desktop.watch->token); };
         ApplicationBus bus({.activate = shown,
-                            .open = [&](const QStringList &) { shown(); },
+                            .open = [&](const QStringList &, const auto &) { shown(); },
                             .actions = {{u"grab"_s, shown}}});
         QCOMPARE(bus.claim(), ApplicationBus::Claim::Owned);
         const auto call = [&tokens](const QString &method, const QVariantList &arguments) {

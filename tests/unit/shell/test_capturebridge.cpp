@@ -3,6 +3,7 @@
 #include "helper/helperserver.h"
 #include "rows.h"
 #include "shell/capturebridge.h"
+#include "shell/grabflow.h"
 #include "shellfixture.h"
 
 #include <cerrno>
@@ -47,11 +48,18 @@ private slots:
         QVERIFY(told() != u"It ends at row 20."_s);
     }
 
+    // A caller who waits for the picture hears of it before the grab ends.
     void failureIsTold()
     {
+        QStringList heard;
+        connect(&m_window->grabs(), &GrabFlow::failed, this,
+                [&](const QString &reason) { heard.append(reason); });
+        connect(&m_window->grabs(), &GrabFlow::over, this, [&] { heard.append(u"over"_s); });
+        m_window->grabs().press(GrabCommand::Menu);
         press(u"Continue"_s);
         say(7, {}, 12, "no such window");
         QCOMPARE(m_asked, u"Alert|SnapWorkbench is Failing: no such window: 12"_s);
+        QCOMPARE(heard, (QStringList{u"no such window"_s, u"over"_s}));
         // A grab that found nothing is told without a box.
         say(7, {}, 2, "nothing there");
         QCOMPARE(told(), u"nothing there"_s);

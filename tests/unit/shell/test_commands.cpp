@@ -94,7 +94,8 @@ private slots:
     {
         const ApplicationBus::Handlers handlers = busCommands();
         handlers.activate();
-        handlers.open({u"/nowhere.png"_s});
+        handlers.open({u"/nowhere.png"_s},
+                      [](const QStringList &troubles) { QVERIFY(!troubles.isEmpty()); });
         for (const auto &action : handlers.actions)
             action();
     }

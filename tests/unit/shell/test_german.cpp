@@ -1,6 +1,6 @@
 // The whole program under a German desktop.
 
-#include "shell/translation.h"
+#include "base/translation.h"
 #include "shellfixture.h"
 
 using namespace Qt::StringLiterals;

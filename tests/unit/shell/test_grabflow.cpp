@@ -29,9 +29,11 @@ public:
     bool accepts = true;  ///< what is open, of itself
     bool asks = false;
     bool isEmpty = false;
+    int delay = 0;  ///< of what is marked
     bool refuses = false;
     bool getsFront = true;  ///< the window, where it is to be in front
     QStringList log{};
+    std::optional<GrabGoals> goals{};  ///< of the last picture
     bool isEscapeHeard = false;
     Hook opened{};  ///< told when what waits for the user opens
     Hook freezing{}, marking{}, counting{}, browsing{}, asking{}, ending{}, showing{};
@@ -65,20 +67,27 @@ public:
     void dropFocus(bool giveBack) override { log.append(giveBack ? u"give back"_s : u"keep"_s); }
     void focusOther() override { log.append(u"other"_s); }
     void focusOwn(QWidget *) override { log.append(u"own"_s); }
+    void closeMenus() override {}
+    void closing() override {}
     void settle() override { run(ending); }
     void freeClicks() override {}
-    void addDocument(Grab) override { log.append(u"document"_s); }
+    bool addDocument(Grab grab, std::optional<GrabGoals> pressed) override
+    {
+        log.append(u"document"_s);
+        goals = grab.goals ? grab.goals : pressed;
+        return !goals || goals->testFlag(GrabGoal::Tab);
+    }
     void say(const QString &) override { log.append(u"say"_s); }
     void tellProgress(const QString &) override {}
 
-    Take mark(GrabCommand) override
+    Marked mark(GrabCommand) override
     {
         log.append(u"mark"_s);
         open();
         run(marking);
-        return accepts && !m_closed ? [this] { return grab(); } : Take();
+        return accepts && !m_closed ? Marked{[this] { return grab(); }, delay} : Marked();
     }
-    Grab takeScreen() override
+    Grab takeAtOnce(GrabCommand, unsigned) override
     {
         log.append(u"screen"_s);
         return grab();
@@ -212,6 +221,9 @@ private slots:
         bool refuses = false;
         bool freezes = false;
         bool asks = false;
+        bool stops = false;
+        int delay = 0;
+        bool counts = false;
         const auto check = [&](const QByteArray &row, const GrabCommand &command,
                                const GrabSituation &before, bool accepts, bool empty,
                                const char *log) {
@@ -220,9 +232,12 @@ private slots:
             m_fake->accepts = accepts;
             m_fake->isEmpty = empty;
             m_fake->refuses = refuses;
+            m_fake->delay = delay;
+            if (stops)
+                m_fake->counting = [this] { m_flow->cancel(); };
             m_pictures.live = !freezes;
             m_pictures.asks = asks;
-            m_flow->press(command);
+            m_flow->press(command, {}, counts);
             expect(row, m_fake->log.join(u','), QString::fromLatin1(log));
             expect(row, m_flow->state(), GrabState::Idle);
         };
@@ -244,10 +259,31 @@ private slots:
               "cover,minimize,mark,restore,keep");
         check("own, taken", C::Rectangle, hides, true, false, "cover,minimize,mark,document,keep");
         check("minimised, given up", C::Rectangle, minimized, false, false, "cover,mark,keep");
+        // After a countdown what was in front is there before it, and so is what was frozen anew.
+        delay = 3;
+        check("marked, then counted", C::Rectangle, other, true, false,
+              "cover,mark,other,count,other,document,give back");
+        stops = true;
+        check("marked, count given up", C::Rectangle, hides, true, false,
+              "cover,minimize,mark,count,give up,restore,keep");
+        stops = false;
+        delay = 0;
         check("counted", C::Countdown, other, true, false, "count,other,screen,document");
         check("count given up", C::Countdown, other, false, false, "count,other");
         check("own count given up", C::Countdown, hides, false, false, "minimize,count,restore");
         check("no count wanted", C::Countdown, noCount, true, false, "other,screen,document");
+        // This program's own window may be the one in front.
+        check("active, own", C::Active, hides, true, false, "screen,document");
+        check("monitor, own", C::Monitor, hides, true, false, "minimize,screen,document");
+        // What is in front after a countdown is what the grab is about.
+        counts = true;
+        check("counted first", C::Rectangle, other, true, false,
+              "count,other,cover,mark,other,document,give back");
+        check("last, counted first", C::Last, other, true, false,
+              "count,other,other,screen,document");
+        check("given up while counted", C::Windows, other, false, false, "count,other");
+        check("counted once", C::Countdown, other, true, false, "count,other,screen,document");
+        counts = false;
         check("windows", C::Windows, shows, true, false, "browse,document,document");
         check("no window", C::Windows, other, true, true, "browse,say");
         refuses = true;
@@ -264,6 +300,10 @@ private slots:
               "cover,minimize,mark,document,restore,give back");
         check("frozen, given up", C::Rectangle, behind, false, false,
               "cover,minimize,mark,restore,give back");
+        delay = 3;
+        check("frozen, then counted", C::Rectangle, behind, true, false,
+              "cover,minimize,mark,other,count,document,restore,give back");
+        delay = 0;
         check("frozen windows", C::Windows, other, true, false,
               "hide,back,browse,document,document");
         // A question of the desktop's is asked with the window in front, before all that.
@@ -387,6 +427,44 @@ private slots:
         m_fake->getsFront = false;
         m_flow->press(C::Rectangle);
         QCOMPARE(done(), u"show,minimize,show,say"_s);
+    }
+
+    // The window has no part in a picture that opens in no tab, whatever the setting says. What a
+    // press wants of its picture goes with it, also where it has to wait, or the picture is late.
+    void goesElsewhere()
+    {
+        const GrabGoals copy = GrabGoal::Copy;
+        const auto check = [&](const QByteArray &row, GrabCommand command,
+                               const GrabSituation &situation, const char *log) {
+            init();
+            m_fake->now = situation;
+            m_fake->now.showAfter = true;
+            m_flow->press(command, copy);
+            if (command == GrabCommand::Window) {
+                m_flow->helperWorks();
+                m_flow->helperTakes({.picture = QPixmap(2, 2)});
+                m_flow->helperEnds();
+            }
+            expect(row, m_fake->log.join(u','), QString::fromLatin1(log));
+            expect(row, m_fake->goals == copy, true);
+        };
+        const GrabSituation own{.isActive = true, .isComposited = true, .hideBefore = true};
+        check("from another program", GrabCommand::Rectangle, {.isComposited = true},
+              "cover,mark,other,document,give back");
+        check("own", GrabCommand::Rectangle, own, "cover,minimize,mark,document,restore,keep");
+        check("screen", GrabCommand::Screen, {}, "other,screen,document");
+        check("of the helper's", GrabCommand::Window, {}, "pick,hide,back,document,lower,other");
+        check("and minimised", GrabCommand::Window, {.isMinimized = true},
+              "pick,hide,back,document");
+        check("and own", GrabCommand::Window, {.isActive = true}, "pick,hide,back,document");
+        m_flow->press(GrabCommand::Screen);
+        QVERIFY(!m_fake->goals);
+        in(GrabState::Ending, [&] { m_flow->press(GrabCommand::Screen, copy); });
+        done();
+        QVERIFY(m_fake->goals == copy);
+        m_fake->goals.reset();
+        m_flow->repeat();
+        QVERIFY(m_fake->goals == copy);
     }
 
     void lastPressIsKept()

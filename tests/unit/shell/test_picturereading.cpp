@@ -200,10 +200,33 @@ private slots:
         add();
         awaitJobs();
         QVERIFY(!QApplication::activeModalWidget());
-        takeOffer(u"&Show"_s);
+        const QString offer = told();
+        m_window->work().show(0);
+        QCOMPARE(told(), offer);
+        m_window->work().show(1);
+        takeOffer(u"Sh&ow"_s);
         qobject_cast<QDialog *>(QApplication::activeModalWidget())->accept();
         QCOMPARE(m_window->work().documents().current(), 0);
         QVERIFY(hasCovers(editor()->getVecUnDo()));
+    }
+
+    // Nothing is offered that can't be done any more.
+    void offerThatIsOver()
+    {
+        show(pageOf({s_secrets.first()}));
+        for (const bool isClosed : {false, true}) {
+            m_window->work().show(0);
+            m_window->reading().hideText();
+            add();
+            awaitJobs();
+            QVERIFY(told().startsWith(u"1 "));
+            m_window->work().show(0);
+            if (isClosed)
+                m_window->work().drop(0);
+            else
+                editor()->record(adding({RectShape{{{1, 1}, {9, 9}}}, {.type = stateRect}}));
+            QTRY_COMPARE(told(), QString());
+        }
     }
 
 private:

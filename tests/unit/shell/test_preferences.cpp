@@ -1,10 +1,16 @@
 // The preferences on their own, and between the main window's settings and its menus.
 
 #include "base/fileidentity.h"
+#include "config/resourcefile.h"
+#include "config/resourceupgrade.h"
 #include "config/settings.h"
+#include "platform/hotkeys.h"
 #include "rows.h"
 #include "shell/commands.h"
 #include "shell/dialogpreference.h"
+#include "shell/filespage.h"
+#include "shell/keyfield.h"
+#include "shell/keyspage.h"
 #include "shellfixture.h"
 
 using namespace Qt::StringLiterals;
@@ -64,7 +70,8 @@ private slots:
                                u"Magnification"_s, u"RememberStyles"_s};
         // The dialog shows its first magnification where the setting has no entry.
         QCOMPARE(stored(keys), u"1 0 0 1 25 0 4 0"_s);
-        for (QCheckBox *box : dialog->findChildren<QCheckBox *>()) {
+        for (QCheckBox *box :
+             dialog->findChild<QWidget *>(u"pageGeneral"_s)->findChildren<QCheckBox *>()) {
             const QString before = stored(keys);
             box->click();
             QVERIFY2(stored(keys) != before, qPrintable(box->objectName()));
@@ -73,6 +80,75 @@ private slots:
         dialog->findChild<QComboBox *>(u"cmbTimer"_s)->setCurrentIndex(3);
         QCOMPARE(stored(keys), u"0 1 1 0 3 1 10 1"_s);
         QVERIFY(!m_desktop->loginItem->present);
+    }
+
+    // Each page writes what it shows, and nothing that could not be used.
+    void grabsAndFiles()
+    {
+        const DialogPreference *dialog = openDialog();
+        const auto click = [&](const char *name) {
+            auto *box = dialog->findChild<QCheckBox *>(QLatin1StringView(name));
+            box->click();
+            return box->isChecked();
+        };
+        QVERIFY(click("ChkCopy") && !click("ChkTab") && click("ChkNotify"));
+        QVERIFY(Preferences::afterGrab() == (GrabGoals(GrabGoal::Copy) | GrabGoal::Notify));
+        // A picture that would go nowhere opens in a tab, and the page shows that and says why.
+        const auto *tab = dialog->findChild<QCheckBox *>(u"ChkTab"_s);
+        QVERIFY(tab->isEnabled() && tab->toolTip().isEmpty());
+        QVERIFY(!click("ChkCopy"));
+        QVERIFY(tab->isChecked() && !tab->isEnabled() && !tab->toolTip().isEmpty());
+        QVERIFY(!Preferences::takesOnRelease() && click("ChkTakeOnRelease") &&
+                Preferences::takesOnRelease());
+        QVERIFY(!Preferences::clearSelection() && click("ChkClearSelection") &&
+                Preferences::clearSelection());
+
+        auto *name = dialog->findChild<QLineEdit *>(u"EdtName"_s);
+        const auto *preview = dialog->findChild<QLabel *>(u"LblPreview"_s);
+        name->setText(u"a {titel}"_s);
+        QVERIFY(preview->text().contains(u"{titel}"_s));
+        QCOMPARE(Preferences::pictureName(), u"{application} {date} {time}"_s);
+        // What is typed is looked at when the field is left; an empty one is the usual folder.
+        auto *folder = dialog->findChild<QLineEdit *>(u"EdtFolder"_s);
+        const auto *fault = dialog->findChild<QLabel *>(u"LblFolderFault"_s);
+        const QString usual = Preferences::pictureFolder();
+        const auto type = [&](const QString &text) {
+            folder->selectAll();
+            QTest::keyClicks(folder, text);
+            QTest::keyClick(folder, text.isEmpty() ? Qt::Key_Delete : Qt::Key_Return);
+            QTest::keyClick(folder, Qt::Key_Return);
+            return fault->isHidden();
+        };
+        QVERIFY(QDir().mkdir(at(u"pictures"_s)));
+        m_scratch->put(u"pictures/a 001.png"_s, "x");
+        m_scratch->put(u"pictures/a 003.png"_s, "x");
+        for (const QString &wrong : {at(u"none"_s), at(u"pictures/a 001.png"_s), u"pictures"_s}) {
+            QVERIFY2(!type(wrong) && folder->text() == wrong, qPrintable(wrong));
+            QVERIFY(!fault->text().isEmpty() && Preferences::pictureFolder() == usual);
+        }
+        QVERIFY(type(at(u"pictures/"_s)) && Preferences::pictureFolder() == at(u"pictures"_s));
+        // The preview has the number that is free.
+        name->setText(u"a {counter:3}"_s);
+        QVERIFY(preview->text().endsWith(u"a 002.png"_s));
+        QVERIFY(type({}) && Preferences::pictureFolder() == usual && folder->text() == usual);
+        QCOMPARE(Preferences::pictureName(), u"a {counter:3}"_s);
+        auto *page = dialog->findChild<FilesPage *>();
+        auto *quality = page->findChild<QSpinBox *>();
+        QVERIFY(!quality->isEnabled());
+        auto *format = page->findChild<QComboBox *>();
+        format->setCurrentIndex(format->findData(u"jpg"_s));
+        QVERIFY(quality->isEnabled() && preview->text().endsWith(u".jpg"_s));
+        quality->setValue(70);
+        QCOMPARE(stored({u"PictureFormat"_s, u"PictureQuality"_s}), u"jpg 70"_s);
+        // A file that somebody has written by hand.
+        SetConfigString(u"PictureFormat"_s, u"exe"_s);
+        SetConfigString(u"PictureQuality"_s, u"900"_s);
+        SetConfigString(u"PictureName"_s, u"{"_s);
+        SetConfigString(u"AfterGrab"_s, u"4096"_s);
+        QCOMPARE(Preferences::pictureFormat().ending, u"png"_s);
+        QCOMPARE(Preferences::pictureQuality(), 100);
+        QCOMPARE(Preferences::pictureName(), u"{application} {date} {time}"_s);
+        QVERIFY(Preferences::afterGrab() == GrabGoal::Tab);
     }
 
     // Each tool has what it had last, also after a restart; a damaged value costs no other. What
@@ -119,6 +195,88 @@ private slots:
         QCOMPARE(editor()->getPenColor(), QColor(Qt::red));
     }
 
+    // Refused are keys that another has and those that are typed; what is chosen is shown wherever
+    // the command is, and outlives the next upgrade of the file, also where it is none.
+    void changedHotKeys()
+    {
+        DialogPreference *dialog = openDialog();
+        dialog->findChild<QTabWidget *>()->setCurrentIndex(1);
+        auto *list = dialog->findChild<QTreeWidget *>();
+        auto *field = dialog->findChild<KeyField *>();
+        const auto choose = [&](int number) {
+            for (int i = 0; i < list->topLevelItemCount(); ++i) {
+                if (list->topLevelItem(i)->data(0, Qt::UserRole).toInt() == number)
+                    list->setCurrentItem(list->topLevelItem(i));
+            }
+        };
+        const auto press = [&](Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
+            QTest::keyClick(field, key, modifiers);
+            return field->text();
+        };
+        const auto isTold = [&](const QString &text) {
+            const QList<QLabel *> labels = field->parentWidget()->findChildren<QLabel *>();
+            return std::any_of(labels.begin(), labels.end(),
+                               [&](const QLabel *label) { return label->text().contains(text); });
+        };
+        const auto item = [this](const QString &caption) {
+            for (QAction *action : m_window->findChildren<QAction *>()) {
+                if (action->text() == caption)
+                    return action;
+            }
+            return static_cast<QAction *>(nullptr);
+        };
+        choose(1);
+        expect("a double", press(Qt::Key_E, Qt::ControlModifier | Qt::AltModifier),
+               u"Ctrl+Alt+R"_s);
+        QVERIFY(isTold(u"Capture Ellipse"_s));
+        expect("typed", press(Qt::Key_Q, Qt::ShiftModifier), u"Ctrl+Alt+R"_s);
+        // What has no name, and what never comes, since another program has it.
+        const auto send = [field](QEvent::Type type, int key, Qt::KeyboardModifiers modifiers) {
+            QKeyEvent event(type, key, modifiers);
+            QCoreApplication::sendEvent(field, &event);
+        };
+        send(QEvent::KeyPress, Qt::Key_unknown, Qt::ControlModifier);
+        QVERIFY(isTold(u"can't be"_s));
+        send(QEvent::KeyPress, Qt::Key_Control, {});
+        send(QEvent::KeyRelease, Qt::Key_Control, Qt::ControlModifier);
+        QVERIFY(isTold(u"with Ctrl:"_s));
+        QCOMPARE(field->text(), u"Ctrl+Alt+R"_s);
+        expect("chosen", press(Qt::Key_F9, Qt::ShiftModifier), u"Shift+F9"_s);
+        QCOMPARE(list->currentItem()->text(1), u"Shift+F9"_s);
+        choose(2);
+        expect("none", press(Qt::Key_Delete), QString());
+        QCOMPARE(item(u"Capture Rectangular"_s)->shortcut(), QKeySequence(u"Shift+F9"_s));
+        QVERIFY(item(u"Capture Ellipse"_s)->shortcut().isEmpty());
+        QVERIFY(button("BtnFrameRect")->toolTip().contains(u"Shift+F9"_s));
+        // What is shown for a menu's grab is another than what runs it, until that is changed.
+        QCOMPARE(item(u"Menu"_s)->shortcut(), QKeySequence(u"Ctrl+Alt+M"_s));
+        QVERIFY(item(u"Menu"_s)->toolTip().contains(u"Ctrl+Alt+V"_s));
+
+        // The switch of what is offered asks the same questions.
+        choose(12);
+        QTreeWidgetItem *offered = list->currentItem();
+        offered->setCheckState(0, Qt::Checked);
+        QCOMPARE(hotKeyOf(12), QKeySequence(u"Shift+Print"_s));
+        offered->setCheckState(0, Qt::Unchecked);
+        choose(4);
+        press(Qt::Key_Print, Qt::ShiftModifier);
+        offered->setCheckState(0, Qt::Checked);
+        QCOMPARE(offered->checkState(0), Qt::Unchecked);
+        QVERIFY(hotKeyOf(12).isEmpty());
+
+        SetConfigString(u"HotKey.3"_s, u"Ctrl+K, Ctrl+R"_s);
+        SaveResourceFile();
+        end();
+        const QByteArray newer =
+            upgraded(*ReadXmlDocument(g_ResourceFileName), *ReadXmlDocument(shippedInVersion(1)));
+        FreeAllXmlDocument();
+        m_scratch->put(u"SnapWorkbench.xml"_s, newer);
+        expect("kept", hotKeyOf(1), QKeySequence(u"Shift+F9"_s));
+        expect("kept as none", hotKeyOf(2), QKeySequence());
+        expect("damaged", hotKeyOf(3), QKeySequence(u"Ctrl+Alt+A"_s));
+        expect("never changed", hotKeyOf(5), QKeySequence(u"Ctrl+Alt+W"_s));
+    }
+
     // Where no program hears keys there is a line for each action, which a configuration takes.
     void linesForTheDesktop()
     {
@@ -132,6 +290,7 @@ private slots:
             "org.example.brenvale.SnapWorkbench --object-path "
             "/org/example/brenvale/SnapWorkbench --method org.freedesktop.Application."
             "ActivateAction capture-menu '[]' '{}'\n"_s));
+        QVERIFY(text.contains(u"bindsym Shift+Print exec "_s));
         QSet<QString> keys;
         QSet<QString> actions;
         for (const QString &line : text.split(u'\n')) {
@@ -141,7 +300,7 @@ private slots:
         QCOMPARE(actions.values().size(), keys.size());
         const QStringList known = busCommands().actions.keys();
         QCOMPARE(actions, QSet<QString>(known.begin(), known.end()));
-        dialog->findChild<QPushButton *>()->click();
+        dialog->findChild<KeysPage *>()->findChild<QPushButton *>()->click();
         QCOMPARE(QGuiApplication::clipboard()->text(), text + u'\n');
     }
 
@@ -154,7 +313,7 @@ private slots:
             bool given = false;
             void setHandler(std::function<void(int)>) override {}
             void setChangeHandler(const std::function<void()> &tell) override { changed = tell; }
-            void add(int, char) override {}
+            void add(int, QKeyCombination) override {}
             void remove(int) override {}
             QString keysOf(int number) const override { return number == 1 ? u"F9"_s : QString(); }
             bool canAsk() const override { return !given; }
@@ -167,14 +326,22 @@ private slots:
         };
         services().abilities.withhold(Ability::HotKeys, u"no"_s);
         services().hotKeys = std::make_unique<Askable>();
+        SetConfigString(u"HotKey.12"_s, u"Shift+Print"_s);
         const DialogPreference *dialog = openDialog();
-        dialog->findChildren<QPushButton *>().constLast()->click();
+        dialog->findChild<KeysPage *>()->findChildren<QPushButton *>().constLast()->click();
         QCoreApplication::processEvents();
         QVERIFY(!dialog->findChild<QPlainTextEdit *>());
         auto *list = dialog->findChild<QTreeWidget *>();
         QVERIFY(list);
         QCOMPARE(list->topLevelItem(0)->text(1), u"F9"_s);
-        QVERIFY(list->topLevelItem(1)->text(1).contains(u"taken"_s));
+        QVERIFY(list->topLevelItem(1)->text(2).contains(u"taken"_s));
+        // So do the menus: keys that another program has are not shown as those of an entry.
+        for (const QAction *action : m_window->findChildren<QAction *>()) {
+            if (action->text() == u"Last Area"_s) {
+                QVERIFY(action->shortcut().isEmpty());
+                QVERIFY(action->toolTip().contains(u"Shift+Print is taken"_s));
+            }
+        }
     }
 
     // Within five seconds, and where that fails the user is told once, and what could not be
@@ -229,6 +396,34 @@ private slots:
             QVERIFY2(editor()->getLineWidth() >= 1 && editor()->getLineWidth() <= 1000, number);
             const QFont font = editor()->EditFont();
             QVERIFY2(font.pointSize() <= 500 && font.pixelSize() <= 500, number);
+        }
+    }
+
+    // The wheel goes through what the dialog offers, while the magnifier is wanted.
+    void wheelStepsMagnification()
+    {
+        const auto turned = [this](const QString &from, int steps, const QString &shows = u"1"_s) {
+            SetConfigString(u"Magnification"_s, from);
+            SetConfigString(u"ShowMagnification"_s, shows);
+            m_window->ShowDetailWindowRequest_Rect(nullptr, eMagMultiple, steps, 0);
+            return GetConfigString(u"Magnification"_s);
+        };
+        expect("up", turned(u"8"_s, 1), u"10"_s);
+        expect("down", turned(u"8"_s, -2), u"4"_s);
+        expect("to the last", turned(u"8"_s, 9), u"12"_s);
+        expect("to the first", turned(u"8"_s, -9), u"4"_s);
+        expect("between, up", turned(u"7"_s, 1), u"8"_s);
+        expect("between, down", turned(u"7"_s, -1), u"6"_s);
+        expect("beyond, up", turned(u"64"_s, 1), u"12"_s);
+        expect("beyond, down", turned(u"64"_s, -1), u"12"_s);
+        expect("not wanted", turned(u"8"_s, 1, u"0"_s), u"8"_s);
+    }
+
+    void hintsTenGrabs()
+    {
+        for (int grab = 0; grab < 12; ++grab) {
+            QCOMPARE(Preferences::showsOverlayHint(), grab < 10);
+            Preferences::countMarkedGrab();
         }
     }
 

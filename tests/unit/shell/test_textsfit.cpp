@@ -73,9 +73,9 @@ private slots:
         QTest::addColumn<QString>("name");
         QTest::addColumn<int>("times");
         QTest::addColumn<QString>("language");
-        for (const char *name : {"main window", "notice", "preferences", "keys", "lines", "resize",
-                                 "canvas", "backdrop", "hide", "3 seconds", "10 seconds",
-                                 "86400 seconds", "magnifier", "overlay"}) {
+        for (const char *name : {"main window", "notice", "preferences", "capture", "files", "keys",
+                                 "lines", "resize", "canvas", "backdrop", "hide", "3 seconds",
+                                 "10 seconds", "86400 seconds", "magnifier", "overlay"}) {
             for (const int times : {1, 2}) {
                 for (const char *language : {"en", "de", "zh_CN"}) {
                     QTest::addRow("%s, font times %d, %s", name, times, language)
@@ -130,11 +130,18 @@ private:
     {
         if (name == u"preferences")
             return std::make_unique<DialogPreference>();
-        if (name == u"keys" || name == u"lines") {
+        const QStringList pages{u"capture"_s, u"files"_s, u"keys"_s, u"lines"_s};
+        if (const int page = static_cast<int>(pages.indexOf(name)); page >= 0) {
             if (name == u"lines")
                 services().abilities.withhold(Ability::HotKeys, u"no"_s);
             auto dialog = std::make_unique<DialogPreference>();
-            dialog->findChild<QTabWidget *>()->setCurrentIndex(1);
+            dialog->findChild<QTabWidget *>()->setCurrentIndex(std::min(page, 2) + 1);
+            if (name == u"files") {  // what is wrong is told at length
+                dialog->findChild<QLineEdit *>(u"EdtName"_s)->setText(u"{date} {"_s);
+                auto *folder = dialog->findChild<QLineEdit *>(u"EdtFolder"_s);
+                QTest::keyClicks(folder, u"pictures"_s);
+                QTest::keyClick(folder, Qt::Key_Return);
+            }
             return dialog;
         }
         if (name == u"backdrop")

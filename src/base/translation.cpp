@@ -1,4 +1,4 @@
-#include "shell/translation.h"
+#include "base/translation.h"
 
 #include <QCoreApplication>
 #include <QLibraryInfo>

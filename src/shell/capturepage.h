@@ -1,0 +1,28 @@
+#pragma once
+
+#include "capture/grab.h"
+
+#include <QList>
+#include <QWidget>
+
+#include <utility>
+
+class QBoxLayout;
+class QCheckBox;
+
+/// The page of the preferences for how pictures are taken, and what becomes of them then. Each
+/// change is written at once.
+class CapturePage : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit CapturePage(QWidget *parent = nullptr);
+
+private:
+    void addGoals(QBoxLayout &place);
+    void addMarking(QBoxLayout &place);
+    void showGoals();
+
+    QList<std::pair<QCheckBox *, GrabGoal>> m_goals{};
+};
