@@ -379,14 +379,16 @@ private slots:
     void straightToAFile()
     {
         for (const char *hides : {"0", "1"}) {
-            QVERIFY(begin({.row = hides,
-                           .settings = {{u"AutoHide"_s, QString::fromLatin1(hides)},
-                                        {u"AutoShow"_s, u"1"_s},
-                                        {u"AfterGrab.6"_s, u"6"_s},
-                                        {u"PictureName"_s, u"{title} {counter:2}"_s}}}));
+            QVERIFY(
+                begin({.row = hides,
+                       .settings = {{u"AutoHide"_s, QString::fromLatin1(hides)},
+                                    {u"AutoShow"_s, u"1"_s},
+                                    {u"AfterGrab.5"_s, u"6"_s},
+                                    {u"AfterGrab.6"_s, u"6"_s},
+                                    {u"PictureName"_s, u"{application}, {title} {counter:2}"_s}}}));
             QVERIFY(m_desktop->startPattern(s_patternArea));
             const auto own = m_program->mainWindow();
-            for (const auto &name : {u"pattern 01.png"_s, u"pattern 02.png"_s}) {
+            for (const auto &name : {u"pattern, pattern 01.png"_s, u"pattern, pattern 02.png"_s}) {
                 hotKey('s');
                 const QString path = m_desktop->home() + u"/Pictures/"_s + name;
                 QVERIFY2(waitFor([&] { return QFileInfo(path).size() > 0; }), qPrintable(path));
@@ -397,6 +399,16 @@ private slots:
                 QCOMPARE(m_program->mainWindow().title, own.title);
             }
         }
+        // The name tells the window that was chosen, whichever is in front.
+        QVERIFY(m_desktop->startPattern({950, 700, 200, 150}, u"another"_s));
+        m_desktop->movePointer(s_patternArea.center());
+        hotKey('w');
+        QVERIFY(m_program->waitForState(u"Asking"_s));
+        m_desktop->key(XK_Escape);
+        QVERIFY(m_program->waitForState(u"Picking"_s));
+        m_desktop->click(s_patternArea.center());
+        const QString chosen = m_desktop->home() + u"/Pictures/pattern, pattern 03.png"_s;
+        QVERIFY(waitFor([&] { return QImage(chosen).size() == s_patternArea.size(); }));
     }
 
 private:
