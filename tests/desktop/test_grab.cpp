@@ -10,6 +10,7 @@
 #include <QTest>
 
 #include <algorithm>
+#include <csignal>
 
 #include <X11/keysym.h>
 #include <xcb/xtest.h>
@@ -396,6 +397,14 @@ private slots:
                 QCOMPARE(m_desktop->activeTitle(), u"pattern"_s);
                 QCOMPARE(m_program->mainWindow().title, own.title);
             }
+            // What has been begun is finished by a program that is told to end.
+            hotKey('s');
+            const QString path = m_desktop->home() + u"/Pictures/pattern 03.png"_s;
+            QVERIFY(waitFor([&] { return QFile::exists(path); }));
+            QCOMPARE(kill(static_cast<pid_t>(m_program->process()->processId()), SIGTERM), 0);
+            QVERIFY(hasEnded());
+            QCOMPARE(QImage(path).convertToFormat(QImage::Format_RGB32).copy(s_patternArea),
+                     pattern(s_patternArea.size()));
         }
     }
 
