@@ -225,6 +225,9 @@ void KeysPage::addDetails(QBoxLayout &place)
     m_default->setAutoDefault(false);
     m_word = new QLabel;
     m_word->setWordWrap(true);
+    m_word->setAlignment(Qt::AlignLeading | Qt::AlignTop);
+    // What lies beside must not move from one text to another.
+    m_word->setMinimumHeight(2 * m_word->fontMetrics().lineSpacing());
     m_then = new QComboBox;
     m_then->setAccessibleName(tr("Then"));
     for (const auto &[goal, text] : s_goals)
