@@ -786,6 +786,10 @@ Rücktaste    Punkt löschen</translation>
         <source>&quot;%1&quot; is still there, with what the covers hide.</source>
         <translation>&quot;%1&quot; ist noch da, mit dem, was die Abdeckungen verbergen.</translation>
     </message>
+    <message>
+        <source>The picture is in the clipboard.</source>
+        <translation>Das Bild ist in der Zwischenablage.</translation>
+    </message>
 </context>
 <context>
     <name>FilesPage</name>
@@ -1209,6 +1213,14 @@ Rücktaste    Punkt löschen</translation>
     <message>
         <source>%1 does nothing here, since another program has it. Press other keys.</source>
         <translation>%1 bewirkt hier nichts, denn ein anderes Programm hat es. Drücken Sie andere Tasten.</translation>
+    </message>
+    <message>
+        <source>S&amp;witch On</source>
+        <translation>Ein&amp;schalten</translation>
+    </message>
+    <message>
+        <source>%1 is off, since many desktops have a use of their own for it. Switch it on, or press other keys.</source>
+        <translation>%1 ist aus, da viele Desktops es selbst benutzen. Schalten Sie es ein, oder drücken Sie andere Tasten.</translation>
     </message>
 </context>
 <context>
@@ -2608,12 +2620,16 @@ Esc: abbrechen</translation>
         <translation>Ein Bild aufnehmen: %1. Ohne --output und --copy öffnet es sich in einem Tab. „window“ und „scroll“ beginnen gleich: Ein Klick nimmt das Fenster, Strg+Klick oder die Eingabetaste alles, was darin scrollt.</translation>
     </message>
     <message>
-        <source>There is one picture, and so --output can be there only once.</source>
-        <translation>Es gibt ein Bild, und so kann --output nur einmal dastehen.</translation>
-    </message>
-    <message>
         <source>--force belongs to --output.</source>
         <translation>--force gehört zu --output.</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is one word too many.</source>
+        <translation>„%1“ ist ein Wort zu viel.</translation>
+    </message>
+    <message>
+        <source>--%1 can be there only once.</source>
+        <translation>--%1 darf nur einmal vorkommen.</translation>
     </message>
 </context>
 <context>

@@ -786,6 +786,10 @@ Backspace    删除最后一点</translation>
         <source>&quot;%1&quot; is still there, with what the covers hide.</source>
         <translation>“%1”仍然存在，其中包含被遮盖的内容。</translation>
     </message>
+    <message>
+        <source>The picture is in the clipboard.</source>
+        <translation>图片已复制到剪贴板。</translation>
+    </message>
 </context>
 <context>
     <name>FilesPage</name>
@@ -1208,6 +1212,14 @@ Backspace    删除最后一点</translation>
     <message>
         <source>%1 does nothing here, since another program has it. Press other keys.</source>
         <translation>%1 在此无效，因为它已被其他程序占用。请按其他键。</translation>
+    </message>
+    <message>
+        <source>S&amp;witch On</source>
+        <translation>启用(&amp;W)</translation>
+    </message>
+    <message>
+        <source>%1 is off, since many desktops have a use of their own for it. Switch it on, or press other keys.</source>
+        <translation>%1 已关闭，因为许多桌面自己使用它。请启用，或按其他键。</translation>
     </message>
 </context>
 <context>
@@ -2604,12 +2616,16 @@ Esc：放弃</translation>
         <translation>截取图片：%1。若既无 --output 也无 --copy，则在标签页中打开。“window”和“scroll”的开始方式相同：单击抓取窗口，Ctrl+单击或回车抓取其中滚动的全部内容。</translation>
     </message>
     <message>
-        <source>There is one picture, and so --output can be there only once.</source>
-        <translation>图片只有一张，所以 --output 只能出现一次。</translation>
-    </message>
-    <message>
         <source>--force belongs to --output.</source>
         <translation>--force 只与 --output 一起使用。</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is one word too many.</source>
+        <translation>多了一个词：“%1”。</translation>
+    </message>
+    <message>
+        <source>--%1 can be there only once.</source>
+        <translation>--%1 只能出现一次。</translation>
     </message>
 </context>
 <context>

@@ -2,6 +2,7 @@
 
 #include "platform/applicationwatch.h"
 #include "platform/desktoppictures.h"
+#include "platform/keysymbols.h"
 #include "platform/services.h"
 
 #include <QApplication>
@@ -26,6 +27,14 @@ constexpr int s_keyboardTries = 20;
 QColor black(qreal opacity)
 {
     return QColor::fromRgbF(0.0F, 0.0F, 0.0F, static_cast<float>(opacity));
+}
+
+// The same press in any layout: letters are commands here, and nothing is typed.
+QKeyEvent commandOf(const QKeyEvent &event)
+{
+    return {event.type(),           commandKey(event),        event.modifiers(),
+            event.nativeScanCode(), event.nativeVirtualKey(), event.nativeModifiers(),
+            event.text(),           event.isAutoRepeat()};
 }
 
 }  // namespace
@@ -88,6 +97,10 @@ bool CaptureOverlay::eventFilter(QObject *watched, QEvent *event)
     // A window manager may close any of the panes; the toolkit closes those that it hides, too.
     if (event->type() == QEvent::Close && isVisible())
         reject();
+    if (event->type() == QEvent::KeyPress) {
+        QKeyEvent command = commandOf(*static_cast<QKeyEvent *>(event));
+        return paneEvent(*pane, &command);
+    }
     return paneEvent(*pane, event);
 }
 

@@ -85,7 +85,8 @@ protected:
     void setSurface(QWidget *surface);
 
     bool eventFilter(QObject *watched, QEvent *event) override;
-    /// An event of a pane's surface, keys being the first one's. Returns true if it must not be
+    /// An event of a pane's surface, keys being the first one's, and letters the Latin ones in any
+    /// layout. Returns true if it must not be
     /// processed further.
     virtual bool paneEvent(const Pane &pane, QEvent *event) = 0;
     virtual void contextMenu(const Pane & /*pane*/, const QContextMenuEvent & /*event*/) {}

@@ -29,9 +29,10 @@ public:
     /// where Ability::OtherWheels is lacking.
     virtual void turnWheel(QPoint at, int clicks, Wheel wheel) = 0;
 
-    /// Whether a program holds the keyboard, as an open menu does. False where that can't be told.
-    virtual bool isKeyboardHeld() { return false; }
-    /// Presses Escape as the user would who holds no other key. Only for desktops that tell of a
-    /// held keyboard.
+    /// How many menus are open that keep the keyboard from all other programs. A program that
+    /// keeps it for something else, as a screen locker does, has none. 0 where that can't be told.
+    virtual int openMenus() { return 0; }
+    /// Presses Escape as the user would who holds no other key: modifiers that are down count as
+    /// released from then on. Only for desktops that tell of open menus.
     virtual void pressEscape() {}
 };

@@ -1,9 +1,11 @@
 #include "platform/keysymbols.h"
 
 #include <QChar>
+#include <QKeyEvent>
 
 #include <algorithm>
 #include <array>
+#include <string_view>
 
 #include <xkbcommon/xkbcommon.h>
 
@@ -45,6 +47,14 @@ constexpr auto s_symbols = std::to_array<KeySymbol>({
     {Qt::Key_Launch3, XKB_KEY_XF86Launch3},
     {Qt::Key_Launch4, XKB_KEY_XF86Launch4},
 });
+
+struct KeyRow {
+    uint8_t first;
+    std::string_view letters;
+};
+
+constexpr std::array<KeyRow, 3> s_usKeyboard{
+    {{24, "QWERTYUIOP"}, {38, "ASDFGHJKL"}, {52, "ZXCVBNM"}}};
 
 // Keys below this are characters, in capitals.
 constexpr int s_firstNamed = 0x01000000;
@@ -89,4 +99,29 @@ QString keySymbolName(int key)
     if (symbol == XKB_KEY_NoSymbol || xkb_keysym_get_name(symbol, name.data(), name.size()) <= 0)
         return {};
     return QString::fromLatin1(name.data());
+}
+
+uint8_t usKeyOf(char letter)
+{
+    for (const KeyRow &row : s_usKeyboard) {
+        const size_t position = row.letters.find(letter);
+        if (position != std::string_view::npos)
+            return static_cast<uint8_t>(row.first + position);
+    }
+    return 0;
+}
+
+// A layout of Latin letters has all of them, at places of its own.
+int commandKey(const QKeyEvent &event)
+{
+    const int key = event.key();
+    const QChar::Script script =
+        key > 0 && key < s_firstNamed ? QChar::script(key) : QChar::Script_Common;
+    if (script == QChar::Script_Latin || script == QChar::Script_Common)
+        return key;
+    for (char letter = 'A'; letter <= 'Z'; ++letter) {
+        if (usKeyOf(letter) == event.nativeScanCode())
+            return letter;
+    }
+    return key;
 }

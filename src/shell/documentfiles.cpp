@@ -333,5 +333,6 @@ bool DocumentFiles::copy()
     if (!m_work.documents().currentDocument())
         return false;
     CopiedPicture::copy(m_work.unitedPicture().toImage(), m_work.jobs());
+    m_notices.sayDone(tr("The picture is in the clipboard."));
     return true;
 }

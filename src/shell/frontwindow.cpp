@@ -21,8 +21,9 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int s_mostMenus = 5;    // that have opened from one another
-constexpr int s_menuLimit = 200;  // ms, for one to close
+constexpr int s_mostEscapes = 8;   // for menus that have opened from one another
+constexpr int s_menuLimit = 200;   // ms, for one to close
+constexpr int s_handsLimit = 500;  // ms, for the hot key to be let go
 
 void unminimize(QWidget &window)
 {
@@ -160,9 +161,16 @@ void FrontWindow::close()
 void FrontWindow::closeMenus()
 {
     Hands &hands = *services().hands;
-    for (int i = 0; i < s_mostMenus && hands.isKeyboardHeld(); ++i) {
+    int open = hands.openMenus();
+    if (open == 0)
+        return;
+    // Keys that are let go need not be taken from the user's hands.
+    waitUntil(m_clock, s_handsLimit, [&hands] { return !hands.isHandBusy(); });
+    // Each closes one menu; a submenu that closes leaves the one that it has opened from.
+    for (int i = 0; i < s_mostEscapes && open > 0; ++i) {
         hands.pressEscape();
-        waitUntil(m_clock, s_menuLimit, [&hands] { return !hands.isKeyboardHeld(); });
+        const int before = open;
+        waitUntil(m_clock, s_menuLimit, [&] { return (open = hands.openMenus()) < before; });
     }
 }
 

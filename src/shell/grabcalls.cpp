@@ -175,7 +175,7 @@ void GrabCalls::handOver(const GrabCall &call, const GrabDelivery::Picture &pict
                              {u"kind"_s, picture.origin.kind}};
     const auto file = std::make_shared<QDBusUnixFileDescriptor>();
     m_jobs.start(
-        PictureJobs::Kind::Pack, 0, {},
+        PictureJobs::Kind::HandOver, 0, {},
         [image = picture.picture.toImage(), file](PictureProgress &) { *file = sealedFile(image); },
         [call, result, file] {
             if (file->isValid())

@@ -69,6 +69,15 @@ void GrabDelivery::openTab(Delivery &delivery)
     delivery.document = m_work.documents().currentDocument()->m_Number;
 }
 
+// At once: the program may be about to end, and keeps what is in a tab.
+void GrabDelivery::keepInTab(Delivery &delivery)
+{
+    if (delivery.document != 0)
+        return;
+    openTab(delivery);
+    emit wanted();
+}
+
 void GrabDelivery::save(const DeliveryPtr &delivery)
 {
     ++delivery->parts;
@@ -99,11 +108,13 @@ void GrabDelivery::saved(Delivery &delivery, const NewPicture &made)
         delivery.path = made.path;
         delivery.told.append(tr("Saved as %1").arg(shown));
         bindTab(delivery, made);
-    } else if (made.result.failure.isEmpty()) {
-        delivery.fail(tr("The picture was not saved."));
-    } else {
-        delivery.fail(tr("\"%1\" could not be saved: %2").arg(shown, made.result.failure));
+        return;
     }
+    if (made.result.failure.isEmpty())
+        delivery.fail(tr("The picture was not saved."));
+    else
+        delivery.fail(tr("\"%1\" could not be saved: %2").arg(shown, made.result.failure));
+    keepInTab(delivery);
 }
 
 // The tab is that of the file now, unless the user was faster and has saved it elsewhere.
@@ -144,16 +155,17 @@ void GrabDelivery::endPart(const DeliveryPtr &delivery)
         return;
     if (delivery->isCopied)
         delivery->told.prepend(tr("The picture is in the clipboard."));
-    if (delivery->hasFailed && delivery->document == 0) {
-        openTab(*delivery);
-        emit wanted();
-    }
+    if (delivery->hasFailed)
+        keepInTab(*delivery);
     const bool notifies = delivery->asked.goals.testFlag(GrabGoal::Notify);
     if (notifies)
         notify(delivery);
     // A notification passes, and what went wrong is not to be missed.
-    if (!delivery->told.isEmpty() && (!notifies || delivery->hasFailed))
-        m_notices.say(delivery->told.join(u'\n'));
+    const QString text = delivery->told.join(u'\n');
+    if (delivery->hasFailed && !text.isEmpty())
+        m_notices.say(text);
+    else if (!notifies && !text.isEmpty())
+        m_notices.sayDone(text);
 }
 
 void GrabDelivery::notify(const DeliveryPtr &delivery)
@@ -182,7 +194,7 @@ void GrabDelivery::notify(const DeliveryPtr &delivery)
     services().notifications->show(notification,
                                    [self, text, isTold = delivery->hasFailed](bool isShown) {
                                        if (self && !isShown && !isTold)
-                                           self->m_notices.say(text);
+                                           self->m_notices.sayDone(text);
                                    });
 }
 

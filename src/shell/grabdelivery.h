@@ -46,6 +46,7 @@ private:
     using DeliveryPtr = std::shared_ptr<Delivery>;
 
     void openTab(Delivery &delivery);
+    void keepInTab(Delivery &delivery);
     void save(const DeliveryPtr &delivery);
     void saved(Delivery &delivery, const NewPicture &made);
     void bindTab(const Delivery &delivery, const NewPicture &made);

@@ -421,6 +421,14 @@ bool GrabFlow::openDesktop()
     return !m_isGivenUp && freeze();
 }
 
+// Only where hot keys are heard in menus of other programs can one be open, and what opens now
+// would get no key and no click.
+void GrabFlow::closeMenus()
+{
+    if (m_before.freezes && m_pictures.isLive())
+        m_window.closeMenus();
+}
+
 // The user arranges meanwhile what the grab is to show, so that what is in front counts when it is
 // over. False where it was given up.
 bool GrabFlow::countDownFirst()
@@ -539,6 +547,7 @@ void GrabFlow::browse()
 {
     setState(GrabState::Freezing);
     std::optional<QList<Grab>> grabs;
+    closeMenus();
     getOutOfTheWay();
     const bool areThere = freeze();
     comeBack();
@@ -564,6 +573,8 @@ void GrabFlow::startHelper()
 {
     const GrabState state =
         m_command == GrabCommand::Window ? GrabState::Freezing : GrabState::MenuWait;
+    if (m_command == GrabCommand::Window)
+        closeMenus();
     setState(m_tools.mustAsk(m_command) ? GrabState::Asking : state);
     const bool wantsPictures = m_command != GrabCommand::Menu;
     m_helperWorks = m_tools.startHelper(m_command, [&] {

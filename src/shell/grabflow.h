@@ -264,6 +264,7 @@ private:
     bool isAskedFirst() const;
     bool freeze(Freeze how = Freeze::AsUsual);
     bool openDesktop();
+    void closeMenus();
     bool watch();
     bool askDesktop(const std::function<void(const Pictures::Answer &)> &question);
     void thaw();

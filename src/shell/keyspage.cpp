@@ -94,6 +94,16 @@ QString lineFor(const Command &command)
     return u"# %1, %2\n%3"_s.arg(titleOf(command), keys.toString(QKeySequence::NativeText), run);
 }
 
+// The keys that a number has before the user changes them, once it is on.
+QKeySequence ownKeys(int number)
+{
+    const QKeySequence offered = offeredHotKey(number);
+    return offered.isEmpty() ? defaultHotKey(number) : offered;
+}
+
+// Whether its keys are offered, and the user has not switched them on.
+bool isOff(int number) { return hotKeyOf(number).isEmpty() && !offeredHotKey(number).isEmpty(); }
+
 // The command of a number that can be used here; null for none.
 const Command *usableCommand(int number)
 {
@@ -215,6 +225,9 @@ void KeysPage::addDetails(QBoxLayout &place)
     m_default->setAutoDefault(false);
     m_word = new QLabel;
     m_word->setWordWrap(true);
+    m_word->setAlignment(Qt::AlignLeading | Qt::AlignTop);
+    // What lies beside must not move from one text to another.
+    m_word->setMinimumHeight(2 * m_word->fontMetrics().lineSpacing());
     m_then = new QComboBox;
     m_then->setAccessibleName(tr("Then"));
     for (const auto &[goal, text] : s_goals)
@@ -246,7 +259,7 @@ void KeysPage::addDetails(QBoxLayout &place)
     });
     connect(m_field, &KeyField::refused, this, &KeysPage::refuse);
     connect(m_default, &QPushButton::clicked, this,
-            [this] { setKeys(number(), defaultHotKey(number())); });
+            [this] { setKeys(number(), ownKeys(number())); });
     connect(m_then, &QComboBox::activated, this, [this] {
         const int goal = m_then->currentData().toInt();
         Preferences::setAfterGrabOf(number(), goal ? std::optional(GrabGoals(goal)) : std::nullopt);
@@ -271,24 +284,26 @@ void KeysPage::showRow(QTreeWidgetItem &row)
 {
     const QSignalBlocker blocker(m_list);
     const int number = row.data(0, s_numberRole).toInt();
-    const QKeySequence wanted = hotKeyOf(number);
-    const QKeySequence offered = offeredHotKey(number);
     const HotKeys::State state = services().hotKeys->stateOf(number);
     const bool isOther = state == HotKeys::State::Changed;
-    const QKeySequence shown = wanted.isEmpty() ? offered : wanted;
+    const QKeySequence shown = isOff(number) ? offeredHotKey(number) : hotKeyOf(number);
     row.setText(KeysColumn, isOther ? services().hotKeys->keysOf(number)
                                     : shown.toString(QKeySequence::NativeText));
-    const bool isOff = wanted.isEmpty() && !offered.isEmpty();
-    row.setText(StateColumn, isOff ? tr("off") : stateTexts().at(static_cast<int>(state)));
-    if (!offered.isEmpty())
-        row.setCheckState(CommandColumn, wanted.isEmpty() ? Qt::Unchecked : Qt::Checked);
+    row.setText(StateColumn, isOff(number) ? tr("off") : stateTexts().at(static_cast<int>(state)));
+    for (const Column column : {KeysColumn, StateColumn})
+        row.setData(column, Qt::ForegroundRole,
+                    isOff(number) ? QVariant(palette().color(QPalette::PlaceholderText))
+                                  : QVariant());
+    if (!offeredHotKey(number).isEmpty())
+        row.setCheckState(CommandColumn, isOff(number) ? Qt::Unchecked : Qt::Checked);
 }
 
 void KeysPage::showDetails()
 {
     const int shown = number();
     m_field->setKeys(hotKeyOf(shown));
-    m_default->setEnabled(isHotKeyChanged(shown) ||
+    m_default->setText(isOff(shown) ? tr("S&witch On") : tr("&Default"));
+    m_default->setEnabled(hotKeyOf(shown) != ownKeys(shown) ||
                           services().hotKeys->stateOf(shown) == HotKeys::State::Changed);
     // A command that has a goal by itself does not follow the preferences.
     const Command *command = commandOfHotKey(shown);
@@ -302,6 +317,10 @@ void KeysPage::showDetails()
 
 QString KeysPage::advice() const
 {
+    if (isOff(number()))
+        return tr("%1 is off, since many desktops have a use of their own for it. Switch it on, or "
+                  "press other keys.")
+            .arg(offeredHotKey(number()).toString(QKeySequence::NativeText));
     const bool isTaken = services().hotKeys->stateOf(number()) == HotKeys::State::Taken;
     return isTaken ? tr("%1 does nothing here, since another program has it. Press other keys.")
                          .arg(hotKeyOf(number()).toString(QKeySequence::NativeText))

@@ -48,7 +48,7 @@ private:
     // Null while there are only lines.
     QTreeWidget *m_list = nullptr;
     KeyField *m_field = nullptr;
-    QPushButton *m_default = nullptr;
+    QPushButton *m_default = nullptr;  ///< or what switches the row on
     QLabel *m_word = nullptr;
     QComboBox *m_then = nullptr;
     QCheckBox *m_countsDown = nullptr;

@@ -179,6 +179,7 @@ int runWindow(const QString &folder, const QString &unfinished, ApplicationBus &
             Qt::QueuedConnection);
     const SessionEnd sessionEnd(window);
     const int status = QApplication::exec();
+    window.finishPictures();
     window.keepUnsaved();
     window.SaveGeometry();
     StopWatchAppActive();

@@ -154,6 +154,8 @@ void MainWindow::setUpGrabs()
     connect(qGuiApp, &QGuiApplication::screenRemoved, m_Grabs.get(), &GrabFlow::displayLost,
             Qt::QueuedConnection);
     connect(m_Grabs.get(), &GrabFlow::stateChanged, this, [this](GrabState state) {
+        if (!m_bCapturing)
+            m_Notices->passDone();
         m_bCapturing = state != GrabState::Idle;
         m_Menus->updateCancel(m_Grabs->canCancel());
         emit grabStateChanged(GrabFlow::nameOf(state));
@@ -407,6 +409,8 @@ void MainWindow::on_tabWidget_tabCloseRequested(int index)
 bool MainWindow::saveChanges() { return m_Files->saveChanges(); }
 
 bool MainWindow::startRecovery(const QString &folder) { return m_Unsaved->start(folder); }
+
+void MainWindow::finishPictures() { m_Work->jobs().finishOwed(); }
 
 void MainWindow::keepUnsaved() { m_Unsaved->keep(); }
 

@@ -94,6 +94,9 @@ public:
     /// Keeps what is not saved in a folder from now on, and opens what an earlier run has left
     /// there, as modified documents. True when there is something.
     bool startRecovery(const QString &folder);
+    /// Waits, some seconds at the most, until pictures that are in no tab are where they go; one
+    /// that can't get there opens in a tab.
+    void finishPictures();
     /// Waits, some seconds at the most, until what is not saved is on the disk.
     void keepUnsaved();
 

@@ -7,6 +7,7 @@
 #include <QWindow>
 
 #include <algorithm>
+#include <utility>
 
 void Notices::say(const QString &text, const QList<NoticeBar::Action> &actions)
 {
@@ -17,6 +18,14 @@ void Notices::say(const QString &text, const QList<NoticeBar::Action> &actions)
     if (!isUncovered(*m_bar) && m_tray.tell(QString::fromWCharArray(g_AppName), text))
         m_bar->startTime();
 }
+
+void Notices::sayDone(const QString &text)
+{
+    m_done = text;
+    say(text);
+}
+
+void Notices::passDone() { withdraw(std::exchange(m_done, {})); }
 
 void Notices::withdraw(const QString &text)
 {

@@ -16,6 +16,11 @@ public:
     Notices(QWidget &area, TrayIcon &tray) : m_area(area), m_tray(tray) {}
 
     void say(const QString &text, const QList<NoticeBar::Action> &actions = {});
+    /// That something was done as it was ordered, which nobody has to read: it goes with what the
+    /// user does next, if not before.
+    void sayDone(const QString &text);
+    /// The user has gone on.
+    void passDone();
     /// Takes back what no longer holds; a text that is not there does nothing.
     void withdraw(const QString &text);
 
@@ -25,4 +30,5 @@ private:
     QWidget &m_area;
     TrayIcon &m_tray;
     QPointer<NoticeBar> m_bar;  ///< from its first use on
+    QString m_done{};           ///< the last text of sayDone()
 };

@@ -2,6 +2,7 @@
 
 #include "base/clock.h"
 
+#include <QCoreApplication>
 #include <QEventLoop>
 #include <QTimer>
 
@@ -13,9 +14,10 @@ namespace {
 // One that is looked at goes before those that are only tidied up.
 int priorityOf(PictureJobs::Kind kind) { return kind == PictureJobs::Kind::Pack ? 0 : 1; }
 
-constexpr int s_lookAgain = 20;    // ms
-constexpr int s_readers = 2;       // one that takes long does not keep the others waiting
-constexpr int s_patience = 2'000;  // ms
+constexpr int s_lookAgain = 20;      // ms
+constexpr int s_readers = 2;         // one that takes long does not keep the others waiting
+constexpr int s_patience = 2'000;    // ms
+constexpr int s_owedLimit = 20'000;  // ms
 
 }  // namespace
 
@@ -104,9 +106,24 @@ bool PictureJobs::waitFor(const JobPtr &job)
         });
         look.start(s_lookAgain);
         if (loop.exec() != 0 || !job->isDone) {
-            job->progress.isCancelled = true;
+            if (!isOwed(job))
+                job->progress.isCancelled = true;
             return false;
         }
     }
     return true;
+}
+
+bool PictureJobs::isOwed(const JobPtr &job)
+{
+    return job->kind == Kind::HandOver || (job->kind == Kind::Write && job->document == 0);
+}
+
+void PictureJobs::finishOwed()
+{
+    const Stopwatch watch(m_clock);
+    while (std::any_of(m_jobs.begin(), m_jobs.end(), isOwed) && watch.elapsed() < s_owedLimit) {
+        gwsleep(s_lookAgain);
+        QCoreApplication::sendPostedEvents(this, QEvent::MetaCall);
+    }
 }

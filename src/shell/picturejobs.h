@@ -21,8 +21,8 @@ class PictureJobs : public QObject
 
 public:
     /// What is fetched is the program's own, and is not given up while its document is open. To
-    /// recognise is to read what a picture shows.
-    enum class Kind { Read, Fetch, Write, Pack, Recognize };
+    /// recognise is to read what a picture shows. What is handed over goes to another program.
+    enum class Kind { Read, Fetch, Write, Pack, Recognize, HandOver };
     struct Job {
         Kind kind = Kind::Read;
         int document = 0;  ///< its number
@@ -52,8 +52,11 @@ public:
     /// The user gives one up. A worker may take its time to hear of it.
     void giveUp(Job &job);
     /// Waits with events running. False when the program has been told to end first; the job is
-    /// given up then.
+    /// given up then, unless finishOwed() is to finish it.
     static bool waitFor(const JobPtr &job);
+    /// The program is to end: waits, without events, for pictures that no document keeps to be
+    /// written or handed over, and has their `done` run. Some twenty seconds at the most.
+    void finishOwed();
 
 signals:
     /// One has begun or is done.
@@ -61,6 +64,7 @@ signals:
     void givenUp(PictureJobs::Kind kind, int document);
 
 private:
+    static bool isOwed(const JobPtr &job);
     QThreadPool &poolFor(Kind kind) { return kind == Kind::Write ? m_writers : *m_readers; }
 
     static bool s_isStuck;

@@ -109,7 +109,7 @@ void PictureReading::copyText(const QRect &part)
     const QImage whole = picture();
     if (!whole.isNull())
         read(part.isNull() ? whole : whole.copy(part),
-             [this](const ReadText &text) { m_notices.say(copied(text)); });
+             [this](const ReadText &text) { m_notices.sayDone(copied(text)); });
 }
 
 void PictureReading::copyTextOf(const QImage &picture,

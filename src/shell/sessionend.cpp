@@ -19,6 +19,7 @@ void SessionEnd::commit(QSessionManager &manager)
 {
     m_committed = false;
     m_window.grabs().dropHelper();
+    m_window.finishPictures();
     if (m_window.HasModified(true) && manager.allowsInteraction()) {
         const bool goesOn = m_window.saveChanges();
         // Not after release(), which tells the session manager that all is well.

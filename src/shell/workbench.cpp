@@ -84,6 +84,7 @@ void Workbench::show(int index)
 {
     if (index == m_documents.current())
         return;
+    m_notices.passDone();
     m_editor->EndEdit();
     if (QPictureDocument *left = m_documents.currentDocument())
         parkState(*left);

@@ -12,6 +12,11 @@ const QStringList s_kinds{u"region"_s, u"ellipse"_s, u"polygon"_s, u"screen"_s, 
 
 CommandLine wrong(const QString &text) { return {.text = text}; }
 
+CommandLine tooMuch(const QString &word)
+{
+    return wrong(SnapWb::tr("\"%1\" is one word too many.").arg(word));
+}
+
 void addOptions(QCommandLineParser &parser)
 {
     parser.addOptions({
@@ -45,14 +50,18 @@ QString usage()
 
 CommandLine grab(const QCommandLineParser &parser, const QStringList &kinds)
 {
-    if (kinds.size() != 1 || !s_kinds.contains(kinds.first()))
+    if (kinds.isEmpty() || !s_kinds.contains(kinds.first()))
         return wrong(SnapWb::tr("One kind of picture is needed: %1.").arg(s_kinds.join(u", "_s)));
+    if (kinds.size() > 1)
+        return tooMuch(kinds.at(1));
     const bool copies = parser.isSet(u"copy"_s);
     CommandLine line{.command = CommandLine::Command::Grab,
                      .output = parser.value(u"output"_s),
                      .replaces = parser.isSet(u"force"_s)};
-    if (parser.values(u"output"_s).size() > 1)
-        return wrong(SnapWb::tr("There is one picture, and so --output can be there only once."));
+    for (const QString &option : {u"output"_s, u"delay"_s}) {
+        if (parser.values(option).size() > 1)
+            return wrong(SnapWb::tr("--%1 can be there only once.").arg(option));
+    }
     if (line.replaces && !parser.isSet(u"output"_s))
         return wrong(SnapWb::tr("--force belongs to --output."));
     // What is wrong with a folder is not how it ends.
@@ -101,8 +110,8 @@ CommandLine commandLine(const QStringList &arguments)
             SnapWb::tr("The option --%1 belongs to \"grab\".").arg(parser.optionNames().first()));
     if (command == u"open" && !words.isEmpty())
         return {.command = Open, .files = words};
-    if (command == u"state" && words.isEmpty())
-        return {.command = State};
+    if (command == u"state")
+        return words.isEmpty() ? CommandLine{.command = State} : tooMuch(words.first());
     return wrong(
         SnapWb::tr("\"grab KIND\", \"open FILE...\" or \"state\" is needed; --help tells more."));
 }

@@ -10,6 +10,7 @@
 #include <QTest>
 
 #include <algorithm>
+#include <csignal>
 
 #include <X11/keysym.h>
 #include <xcb/xtest.h>
@@ -398,6 +399,14 @@ private slots:
                 QCOMPARE(m_desktop->activeTitle(), u"pattern"_s);
                 QCOMPARE(m_program->mainWindow().title, own.title);
             }
+            // What has been begun is finished by a program that is told to end.
+            hotKey('s');
+            const QString path = m_desktop->home() + u"/Pictures/pattern 03.png"_s;
+            QVERIFY(waitFor([&] { return QFile::exists(path); }));
+            QCOMPARE(kill(static_cast<pid_t>(m_program->process()->processId()), SIGTERM), 0);
+            QVERIFY(hasEnded());
+            QCOMPARE(QImage(path).convertToFormat(QImage::Format_RGB32).copy(s_patternArea),
+                     pattern(s_patternArea.size()));
         }
         // The name tells the window that was chosen, whichever is in front.
         QVERIFY(m_desktop->startPattern({950, 700, 200, 150}, u"another"_s));

@@ -2,6 +2,7 @@
 
 #include "longpicture.h"
 #include "pattern.h"
+#include "platform/x11/x11display.h"
 #include "scrollprogram.h"
 #include "snapworkbench.h"
 
@@ -58,6 +59,7 @@ private slots:
     void takesContent();
     void takesByHand();
     void takesMenu();
+    void standsStill();
     void ends_data();
     void ends();
     void asksInBetween();
@@ -65,7 +67,9 @@ private slots:
     void keysGoWhereTheUserGoes();
 
 private:
-    bool startDesktop(const QStringList &windowManager, const QString &scale = u"1"_s);
+    bool startDesktop(const QStringList &windowManager, const QString &scale = u"1"_s,
+                      QMap<QString, QString> settings = {});
+    bool startMenus();
     bool startLong(int rows = s_longRows);
     /// Takes the long window from the pick, and waits until it scrolls.
     bool startScrolling();
@@ -74,6 +78,14 @@ private:
     /// The windows of an open menu: those that came without a window manager's say. The ring beside
     /// the pointer, which comes and goes meanwhile, is a square.
     QList<TestDesktop::Window> menus(const QList<TestDesktop::Window> &before);
+    /// Opens a menu of the active window, and in it a submenu, and waits until both are drawn;
+    /// empty where they never are. `shown` is the desktop then.
+    QList<TestDesktop::Window> openMenus(QImage *shown);
+    /// Presses a hot key while another program has all keys, as a screen locker does. Either that
+    /// covers all, an open menu too, or the desktop is seen as it was. True where it gets the key
+    /// and nothing else happens.
+    bool isLeftAlone(bool covers);
+    xcb_window_t showUnmanaged(QSize size);
 
     std::unique_ptr<TestDesktop> m_desktop;
     std::unique_ptr<SnapWorkbench> m_program;
@@ -90,14 +102,22 @@ void TestHelper::cleanup()
     QCOMPARE(left, QStringList());
 }
 
-bool TestHelper::startDesktop(const QStringList &windowManager, const QString &scale)
+bool TestHelper::startDesktop(const QStringList &windowManager, const QString &scale,
+                              QMap<QString, QString> settings)
 {
     m_desktop = std::make_unique<TestDesktop>(TestDesktop::Options{.windowManager = windowManager});
     if (!m_desktop->isReady())
         return false;
     m_program = std::make_unique<SnapWorkbench>(*m_desktop);
-    m_program->writeSettings({{u"RunMinimized"_s, u"1"_s}});
+    settings.insert(u"RunMinimized"_s, u"1"_s);
+    m_program->writeSettings(settings);
     return m_program->startAndWait({{u"QT_SCALE_FACTOR"_s, scale}});
+}
+
+bool TestHelper::startMenus()
+{
+    return ScrollProgram::start(*m_desktop, u"gtk"_s, {u"menus"_s, u"bare"_s}, false).process &&
+           waitFor([&] { return m_desktop->activeTitle() == u"scroll"; });
 }
 
 bool TestHelper::startLong(int rows)
@@ -143,6 +163,32 @@ QList<TestDesktop::Window> TestHelper::menus(const QList<TestDesktop::Window> &b
                            [&](const auto &old) { return old.id == window.id && old.viewable; });
     });
     return result;
+}
+
+QList<TestDesktop::Window> TestHelper::openMenus(QImage *shown)
+{
+    const auto before = m_desktop->windows();
+    const auto other = std::find_if(before.begin(), before.end(), [&](const auto &window) {
+        return window.id == m_desktop->activeWindow();
+    });
+    if (other == before.end())
+        return {};
+    m_desktop->click(other->area.topLeft() + QPoint(18, 10));
+    if (!waitFor([&] { return menus(before).size() == 1; }))
+        return {};
+    const QRect menu = menus(before).first().area;
+    // The middle one of three entries has the submenu.
+    m_desktop->movePointer(menu.center() - QPoint(10, 0));
+    m_desktop->movePointer(menu.center());
+    if (!waitFor([&] { return menus(before).size() == 2; }))
+        return {};
+    const auto open = menus(before);
+    const bool areDrawn = waitFor([&] {
+        *shown = m_desktop->screenshot();
+        return std::all_of(open.begin(), open.end(),
+                           [&](const auto &window) { return isDrawn(*shown, window.area); });
+    });
+    return areDrawn ? open : QList<TestDesktop::Window>();
 }
 
 void TestHelper::picksWindow()
@@ -261,34 +307,18 @@ void TestHelper::takesByHand()
 void TestHelper::takesMenu()
 {
     QVERIFY(startDesktop(s_compositing));
-    QVERIFY(ScrollProgram::start(*m_desktop, u"gtk"_s, {u"menus"_s, u"bare"_s}, false).process);
-    QVERIFY(waitFor([&] { return m_desktop->activeTitle() == u"scroll"; }));
+    QVERIFY(startMenus());
     const auto atFirst = m_desktop->windows();
     hotKey(XK_v);
     // What to do is told before a menu is open.
     QVERIFY(waitFor([&] { return menus(atFirst).size() == 1; }));
     const auto before = m_desktop->windows();
-    const auto other = std::find_if(before.begin(), before.end(), [&](const auto &window) {
-        return window.id == m_desktop->activeWindow();
-    });
-    QVERIFY(other != before.end());
-    m_desktop->click(other->area.topLeft() + QPoint(18, 10));
-    QVERIFY(waitFor([&] { return menus(before).size() == 1; }));
-    const QRect menu = menus(before).first().area;
-    // The middle one of three entries has the submenu.
-    m_desktop->movePointer(menu.center() - QPoint(10, 0));
-    m_desktop->movePointer(menu.center());
-    QVERIFY(waitFor([&] { return menus(before).size() == 2; }));
+    QImage shown;
+    const auto open = openMenus(&shown);
+    QVERIFY(!open.isEmpty());
     QRect both;
-    const auto open = menus(before);
     for (const TestDesktop::Window &window : open)
         both |= window.area;
-    QImage shown;
-    QVERIFY(waitFor([&] {
-        shown = m_desktop->screenshot();
-        return std::all_of(open.begin(), open.end(),
-                           [&](const auto &window) { return isDrawn(shown, window.area); });
-    }));
     QVERIFY(m_program->waitForTitle(s_untitled));
     // The menu still hangs there, and has the keyboard.
     QVERIFY(waitFor([&] {
@@ -318,6 +348,98 @@ void TestHelper::takesMenu()
     }
     QCOMPARE(wrong, 0);
     QVERIFY(outside > 0);
+}
+
+xcb_window_t TestHelper::showUnmanaged(QSize size)
+{
+    xcb_connection_t *connection = m_desktop->connection();
+    const xcb_window_t window = xcb_generate_id(connection);
+    const uint32_t isUnmanaged = 1;
+    xcb_create_window(connection, XCB_COPY_FROM_PARENT, window, m_desktop->root(), 0, 0,
+                      uint16_t(size.width()), uint16_t(size.height()), 0,
+                      XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, XCB_CW_OVERRIDE_REDIRECT,
+                      &isUnmanaged);
+    xcb_map_window(connection, window);
+    const auto isIt = [&](const auto &other) { return other.id == window && other.viewable; };
+    return waitFor([&] { return m_desktop->find(isIt).id == window; }) ? window : XCB_NONE;
+}
+
+bool TestHelper::isLeftAlone(bool covers)
+{
+    xcb_connection_t *connection = m_desktop->connection();
+    X11Display display(connection);
+    const xcb_window_t menu = covers ? showUnmanaged({80, 50}) : XCB_NONE;
+    const xcb_atom_t type = display.atom("_NET_WM_WINDOW_TYPE_POPUP_MENU");
+    if (covers)
+        xcb_change_property(connection, XCB_PROP_MODE_REPLACE, menu,
+                            display.atom("_NET_WM_WINDOW_TYPE"), XCB_ATOM_ATOM, 32, 1, &type);
+    const xcb_window_t window = showUnmanaged(covers ? s_screen.size() : QSize(1, 1));
+    const std::unique_ptr<xcb_grab_keyboard_reply_t, decltype(&free)> grab(
+        xcb_grab_keyboard_reply(connection,
+                                xcb_grab_keyboard(connection, 0, window, XCB_CURRENT_TIME,
+                                                  XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC),
+                                nullptr),
+        &free);
+    hotKey(XK_r);
+    // With each answer the program has been through what came before.
+    bool isAlone = grab && grab->status == XCB_GRAB_STATUS_SUCCESS;
+    for (int i = 0; i < 3; ++i)
+        isAlone = isAlone && m_program->grabState() == u"Idle";
+    int keys = 0;
+    while (auto *event = xcb_poll_for_event(connection)) {
+        keys += (event->response_type & ~0x80) == XCB_KEY_PRESS ? 1 : 0;
+        free(event);
+    }
+    xcb_ungrab_keyboard(connection, XCB_CURRENT_TIME);
+    if (covers)
+        xcb_destroy_window(connection, menu);
+    xcb_destroy_window(connection, window);
+    xcb_flush(connection);
+    return isAlone && keys == 3;
+}
+
+// An open menu stays in the picture, and is closed with all that it has opened, even while the user
+// still holds the keys. A locked screen is none of that.
+void TestHelper::standsStill()
+{
+    QVERIFY(startDesktop(s_openbox, u"1"_s, {{u"FreezeScreen"_s, u"1"_s}}));
+    QVERIFY(startMenus());
+    QVERIFY(isLeftAlone(false) && isLeftAlone(true));
+    for (const bool isHeld : {false, true}) {
+        QImage shown;
+        const auto open = openMenus(&shown);
+        QVERIFY(!open.isEmpty());
+        QRect area;
+        for (const TestDesktop::Window &window : open)
+            area |= window.area.adjusted(-5, -5, 5, 5);
+        const QPoint inside = open.first().area.topLeft() + QPoint(20, 20);
+        const QList<xcb_keysym_t> keys{XK_Control_L, XK_Alt_L, XK_r};
+        for (const xcb_keysym_t key : keys)
+            m_desktop->keyDown(key);
+        for (qsizetype i = 0; i < keys.size() && !isHeld; ++i)
+            m_desktop->keyUp(keys[i]);
+        QVERIFY(m_program->waitForState(u"Marking"_s));
+        const auto isOpen = [&](const TestDesktop::Window &window) {
+            return window.viewable && std::any_of(open.begin(), open.end(), [&](const auto &menu) {
+                       return menu.id == window.id;
+                   });
+        };
+        QVERIFY(waitFor([&] { return m_desktop->find(isOpen).id == XCB_NONE; }));
+        QVERIFY(waitFor([&] { return m_desktop->pixel(inside) != shown.pixel(inside); }));
+        for (qsizetype i = 0; i < keys.size() && isHeld; ++i)
+            m_desktop->keyUp(keys[i]);
+        const QRgb dimmed = m_desktop->pixel(inside);
+        QVERIFY(m_desktop->drag(area.topLeft(), area.bottomRight() + QPoint(1, 1),
+                                [&] { return m_desktop->pixel(inside) != dimmed; }));
+        m_desktop->key(XK_Return);
+        QVERIFY(waitFor([&] { return m_program->mainWindow().title.startsWith(u"untitled"); }));
+        QCOMPARE(m_program->saveAs(m_desktop->home() + (isHeld ? u"/held.png"_s : u"/menus.png"_s)),
+                 shown.copy(area).convertToFormat(QImage::Format_RGB32));
+        m_desktop->key(XK_w, {XK_Control_L});
+        QVERIFY(m_program->waitForTitle(s_idleTitle));
+        m_desktop->minimise(m_program->mainWindow());
+        QVERIFY(waitFor([&] { return m_desktop->activeTitle() == u"scroll"; }));
+    }
 }
 
 void TestHelper::ends_data()

@@ -34,12 +34,17 @@ private slots:
             {u"grab"_s, u"everything"_s},
             {u"grab"_s, u"screen"_s, u"--output"_s, at(u"a.jpg"_s)},
             {u"grab"_s, u"screen"_s, u"--delay"_s, u"soon"_s},
+            {u"grab"_s, u"screen"_s, u"--delay"_s, u"-1"_s},
+            {u"grab"_s, u"screen"_s, u"--delay"_s, u"1"_s, u"--delay"_s, u"2"_s},
+            {u"grab"_s, u"screen"_s, u"window"_s},
             {u"grab"_s, u"screen"_s, u"--force"_s},
             {u"grab"_s, u"screen"_s, u"--output"_s, at(u"a.png"_s), u"--output"_s, at(u"b.png"_s)},
             {u"open"_s},
-            {u"state"_s, u"--copy"_s}};
+            {u"state"_s, u"--copy"_s},
+            {u"state"_s, u"now"_s}};
         for (const QStringList &arguments : wrong)
             QVERIFY2(run(arguments) == 2, qPrintable(arguments.join(u' ')));
+        QVERIFY(isTold("\"now\""));
         QCOMPARE(run({u"open"_s, at(u"none.png"_s)}), 3);
         QCOMPARE(run({u"state"_s}), 3);
 

@@ -84,15 +84,15 @@ public:
     bool isWatched = false;  ///< asked for, and not ended
 
     // The answer is dropped only where nobody has set `asked`.
-    void freeze(Freeze, Answer answer) override
+    void freeze(Freeze how, Answer answer) override
     {
         isHeld = true;
         asks = false;
         if (asked)
             return asked(answer);
         m_question = std::make_unique<QObject>();
-        QTimer::singleShot(0, m_question.get(), [this, answer] {
-            frozen = frozen || !live;
+        QTimer::singleShot(0, m_question.get(), [this, how, answer] {
+            frozen = frozen || !live || how == Freeze::Still;
             answer(true, {});
         });
     }

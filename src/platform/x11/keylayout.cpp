@@ -1,27 +1,8 @@
 #include "platform/x11/keylayout.h"
 
-#include <array>
-#include <string_view>
+#include "platform/keysymbols.h"
 
 namespace {
-
-struct KeyRow {
-    uint8_t first;
-    std::string_view letters;
-};
-
-constexpr std::array<KeyRow, 3> s_usKeyboard{
-    {{24, "QWERTYUIOP"}, {38, "ASDFGHJKL"}, {52, "ZXCVBNM"}}};
-
-uint8_t usKey(char letter)
-{
-    for (const KeyRow &row : s_usKeyboard) {
-        const size_t position = row.letters.find(letter);
-        if (position != std::string_view::npos)
-            return static_cast<uint8_t>(row.first + position);
-    }
-    return 0;
-}
 
 QList<uint8_t> keysElsewhere(const QList<KeyLayout::Group> &groups, char letter)
 {
@@ -30,7 +11,7 @@ QList<uint8_t> keysElsewhere(const QList<KeyLayout::Group> &groups, char letter)
         if (!keys.isEmpty())
             return keys;
     }
-    return {usKey(letter)};
+    return {usKeyOf(letter)};
 }
 
 bool isLetter(int key) { return key >= 'A' && key <= 'Z'; }

@@ -84,6 +84,12 @@ QList<uint32_t> X11Display::values(xcb_window_t window, xcb_atom_t name, xcb_ato
     return {values, values + bytes.size() / static_cast<qsizetype>(sizeof(uint32_t))};
 }
 
+// The server numbers the windows of each client from a base of its own.
+bool X11Display::isSameClient(xcb_window_t one, xcb_window_t other) const
+{
+    return ((one ^ other) & ~xcb_get_setup(m_connection)->resource_id_mask) == 0;
+}
+
 bool X11Display::hasExtension(xcb_extension_t &extension)
 {
     const xcb_query_extension_reply_t *data = xcb_get_extension_data(m_connection, &extension);

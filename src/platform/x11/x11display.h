@@ -64,6 +64,8 @@ public:
     /// A property's 32-bit values.
     QList<uint32_t> values(xcb_window_t window, xcb_atom_t name, xcb_atom_t type);
 
+    /// Whether one and the same program has made two windows.
+    bool isSameClient(xcb_window_t one, xcb_window_t other) const;
     /// Whether the server has an extension. A request of one that it lacks would end the
     /// connection.
     bool hasExtension(xcb_extension_t &extension);

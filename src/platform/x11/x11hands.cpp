@@ -1,5 +1,7 @@
 #include "platform/x11/x11hands.h"
 
+#include "platform/x11/x11menus.h"
+
 #include <algorithm>
 #include <cstdlib>
 
@@ -85,7 +87,14 @@ bool X11Hands::isKeyboardHeld()
     return isHeld;
 }
 
-// A hot key's other keys are still down, and with them Escape would mean something else.
+// To ask for the keyboard takes it from a program for a moment, so a menu has to be seen first.
+int X11Hands::openMenus()
+{
+    const int menus = ::openMenus(m_display);
+    return menus > 0 && isKeyboardHeld() ? menus : 0;
+}
+
+// A hot key's other keys may still be down, and with them Escape would mean something else.
 void X11Hands::pressEscape()
 {
     xcb_connection_t *connection = m_display.connection();

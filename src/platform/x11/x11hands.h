@@ -13,10 +13,11 @@ public:
     void movePointer(QPoint to) override;
     bool isHandBusy() override;
     void turnWheel(QPoint at, int clicks, Wheel wheel) override;
-    bool isKeyboardHeld() override;
+    int openMenus() override;
     void pressEscape() override;
 
 private:
+    bool isKeyboardHeld();
     void fake(uint8_t type, uint8_t detail);
 
     X11Display &m_display;

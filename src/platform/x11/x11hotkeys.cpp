@@ -1,6 +1,7 @@
 #include "platform/x11/x11hotkeys.h"
 
 #include "base/log.h"
+#include "platform/x11/x11menus.h"
 
 #include <QCoreApplication>
 
@@ -10,6 +11,10 @@
 #include <utility>
 
 #include <xcb/xinput.h>
+// One of its fields has a name that is a keyword here.
+#define explicit isExplicit
+#include <xcb/xkb.h>
+#undef explicit
 
 using namespace std::chrono_literals;
 
@@ -21,6 +26,7 @@ constexpr std::string_view s_keyboardExtension = "XKEYBOARD";
 // The extension's events that report other keys or letters.
 constexpr uint8_t s_newKeyboard = 0;
 constexpr uint8_t s_newMap = 1;
+constexpr uint8_t s_newState = 2;
 
 }  // namespace
 
@@ -174,6 +180,8 @@ bool X11HotKeys::nativeEventFilter(const QByteArray &, void *message, qintptr *)
     }
     if (type == XCB_KEY_PRESS)
         return pressed(*reinterpret_cast<const xcb_key_press_event_t *>(event));
+    if (type == m_keyboardEvent && event->pad0 == s_newState)
+        m_state = reinterpret_cast<const xcb_xkb_state_notify_event_t *>(event)->mods;
     // A client that listens to the extension, as the toolkit does, does not get the core event.
     const bool isNewMap =
         type == m_keyboardEvent && (event->pad0 == s_newKeyboard || event->pad0 == s_newMap);
@@ -191,8 +199,9 @@ bool X11HotKeys::pressed(const xcb_key_press_event_t &key)
     // the hot keys itself.
     const uint16_t locks = m_keyboard.locks.isEmpty() ? 0 : m_keyboard.locks.last();
     const Stroke stroke{key.detail, static_cast<uint16_t>(key.state & 0xff & ~locks)};
+    // Who lets go of the modifiers first types no letter into what the hot key has opened.
     if (!m_grabs.contains(stroke))
-        return false;
+        return key.detail == m_held;
     if (key.event == m_display.root()) {
         // The key grab has become a grab of the whole keyboard, which is released so that the other
         // program still gets its keys.
@@ -208,24 +217,31 @@ bool X11HotKeys::pressed(const xcb_key_press_event_t &key)
     return true;
 }
 
-// The same press comes as an ordinary event, too, unless a menu gets that.
+// The same press comes as an ordinary event, too, unless another program holds the keyboard. For a
+// menu it is to count all the same, for a screen locker it must not.
 void X11HotKeys::pressedRaw(xcb_keycode_t key)
 {
     const bool isOne = std::any_of(m_grabs.begin(), m_grabs.end(),
                                    [key](const auto &grab) { return grab.first.key == key; });
     if (!isOne)
         return;
-    xcb_connection_t *connection = m_display.connection();
-    const auto keyboard =
-        XCB_REPLY(connection, query_pointer, xcb_query_pointer(connection, m_display.root()));
-    if (!keyboard)
-        return;
+    const uint16_t state = modifiers();
     const uint16_t locks = m_keyboard.locks.isEmpty() ? 0 : m_keyboard.locks.last();
-    const Stroke stroke{key, static_cast<uint16_t>(keyboard->mask & 0xff & ~locks)};
-    const int number =
-        m_grabs.contains(stroke) && !isTaken(stroke) ? numberOf(stroke, keyboard->mask) : -1;
-    if (number != -1)
+    const Stroke stroke{key, static_cast<uint16_t>(state & 0xff & ~locks)};
+    const int number = m_grabs.contains(stroke) && !isTaken(stroke) ? numberOf(stroke, state) : -1;
+    if (number != -1 && openMenus(m_display) > 0)
         press(key, number);
+}
+
+// As they were at the event that is being handled: by now the keys may be up again.
+uint16_t X11HotKeys::modifiers() const
+{
+    if (m_state)
+        return *m_state;
+    xcb_connection_t *connection = m_display.connection();
+    const auto now =
+        XCB_REPLY(connection, query_pointer, xcb_query_pointer(connection, m_display.root()));
+    return now ? now->mask : uint16_t{0};
 }
 
 void X11HotKeys::press(xcb_keycode_t key, int number)

@@ -51,6 +51,7 @@ private:
     bool isTaken(const Stroke &stroke) const;
     bool pressed(const xcb_key_press_event_t &key);
     void pressedRaw(xcb_keycode_t key);
+    uint16_t modifiers() const;
     void press(xcb_keycode_t key, int number);
     int numberOf(const Stroke &stroke, uint16_t state) const;
     void forgetReleasedKey();
@@ -65,4 +66,5 @@ private:
     xcb_keycode_t m_held = 0;                ///< the last hot key pressed; 0 once it is up
     QTimer m_releaseWatch;                   ///< runs while m_held is not 0
     uint8_t m_inputOpcode = 0;               ///< of raw events; 0 where they are not heard
+    std::optional<uint16_t> m_state{};       ///< the modifiers as the extension has told them last
 };

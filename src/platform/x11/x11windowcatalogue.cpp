@@ -1,6 +1,7 @@
 #include "platform/x11/x11windowcatalogue.h"
 
 #include "platform/x11/windowproperties.h"
+#include "platform/x11/x11menus.h"
 
 #include <QFile>
 
@@ -148,12 +149,6 @@ void X11WindowCatalogue::readNames(QList<Window> &windows)
     }
 }
 
-// The server numbers the windows of each client from a base of its own.
-bool X11WindowCatalogue::isSameClient(xcb_window_t one, xcb_window_t other) const
-{
-    return ((one ^ other) & ~xcb_get_setup(m_display.connection())->resource_id_mask) == 0;
-}
-
 // What it is for, and how far in front it is, by its types and states.
 void X11WindowCatalogue::tellPurpose(Window &window, const QList<uint32_t> &types,
                                      const QList<uint32_t> &states, xcb_window_t tray)
@@ -161,19 +156,16 @@ void X11WindowCatalogue::tellPurpose(Window &window, const QList<uint32_t> &type
     const auto isOfType = [&](std::string_view name) {
         return types.contains(m_display.atom(name));
     };
-    constexpr std::array<std::string_view, 4> menus{
-        "_NET_WM_WINDOW_TYPE_POPUP_MENU", "_NET_WM_WINDOW_TYPE_DROPDOWN_MENU",
-        "_NET_WM_WINDOW_TYPE_MENU", "_NET_WM_WINDOW_TYPE_COMBO"};
     Entry &entry = window.entry;
     const bool isPopup = !window.client && window.top.unmanaged;
-    const bool isMenu = std::any_of(menus.begin(), menus.end(), isOfType);
+    const bool isMenu = isMenuType(m_display, types);
     if (isPopup && (isMenu || types.isEmpty()))
         entry.kind = isMenu ? Kind::Menu : Kind::Unnamed;
     const bool isPanel = isOfType("_NET_WM_WINDOW_TYPE_DOCK");
     if (isPanel)
         entry.kind = Kind::Panel;
     // Many trays are found by a window that is never shown, of the program that has the bar.
-    if (tray && (entry.client == tray || (isPanel && isSameClient(entry.client, tray))))
+    if (tray && (entry.client == tray || (isPanel && m_display.isSameClient(entry.client, tray))))
         entry.kind = Kind::Tray;
     if (isOfType("_NET_WM_WINDOW_TYPE_DESKTOP"))
         entry.layer = s_desktopLayer;

@@ -25,7 +25,6 @@ private:
     /// `tray` is the window by which the desktop's tray is found, if there is one.
     void tellPurpose(Window &window, const QList<uint32_t> &types, const QList<uint32_t> &states,
                      xcb_window_t tray);
-    bool isSameClient(xcb_window_t one, xcb_window_t other) const;
     /// The clients that are not on the screen, as entries for the list of all windows.
     QList<Window> hiddenClients(const QList<Window> &shown);
 

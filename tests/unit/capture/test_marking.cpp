@@ -62,6 +62,14 @@ private slots:
         const auto key = [this](Qt::Key which, Qt::KeyboardModifiers modifiers = {}) {
             return [this, which, modifiers] { QTest::keyClick(surface(), which, modifiers); };
         };
+        // In a Russian layout, the places being those of C and T.
+        const auto russian = [this](char16_t letter, quint32 place,
+                                    Qt::KeyboardModifiers modifiers = {}) {
+            return [this, letter, place, modifiers] {
+                QKeyEvent event(QEvent::KeyPress, letter, modifiers, place, 0, 0);
+                QApplication::sendEvent(surface(), &event);
+            };
+        };
         const auto button = [this](int index) {
             return [this, index] {
                 auto *frame = m_overlay->findChild<TakeButtons *>();
@@ -79,6 +87,8 @@ private slots:
         check("Return", 0, false, key(Qt::Key_Return));
         check("Enter", 0, false, key(Qt::Key_Enter, Qt::KeypadModifier));
         check("D", 0, true, key(Qt::Key_D));
+        check("Ctrl+Es", copy, false, russian(u'\u0421', 54, Qt::ControlModifier));
+        check("Ie", text, false, russian(u'\u0415', 28));
         check("Copy", copy, false, button(0));
         check("Save", save, false, button(1));
         check("Text", text, false, button(2));

@@ -105,7 +105,8 @@ protected:
     {
         const auto *jobs = m_window->findChild<PictureJobs *>();
         using Kind = PictureJobs::Kind;
-        for (const Kind kind : {Kind::Read, Kind::Fetch, Kind::Write, Kind::Pack, Kind::Recognize})
+        for (const Kind kind :
+             {Kind::Read, Kind::Fetch, Kind::Write, Kind::Pack, Kind::Recognize, Kind::HandOver})
             QTRY_VERIFY_WITH_TIMEOUT(!jobs->find(kind, 0), 120'000);
     }
     void draw(const EditHistory &shapes) const

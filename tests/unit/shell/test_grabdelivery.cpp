@@ -2,6 +2,7 @@
 
 #include "capture/grab.h"
 #include "recognition/page.h"
+#include "rows.h"
 #include "shell/grabflow.h"
 #include "shell/preferences.h"
 #include "shell/workbench.h"
@@ -30,6 +31,29 @@ private slots:
         QVERIFY(told().contains(u"clipboard"_s));
         QVERIFY(!hasTabs() && !m_window->isVisible());
         QVERIFY(m_desktop->notifications->list.isEmpty());
+    }
+
+    // What was done is old news as soon as something else is done.
+    void toldUntilTheNextStep()
+    {
+        const auto isTold = [this](const char *row, bool isIt) {
+            expect(row, told().contains(u"clipboard"_s), isIt);
+        };
+        take(GrabGoal::Copy);
+        isTold("a grab", true);
+        take(GrabGoal::Tab);
+        isTold("a new tab", false);
+        take(GrabGoal::Tab);
+        m_window->CopyFile();
+        isTold("the tab's picture", true);
+        tabs()->setCurrentIndex(0);
+        isTold("another tab", false);
+        m_window->CopyFile();
+        Preferences::setAfterGrabOf(6, GrabGoals(GrabGoal::Save) | GrabGoal::Notify);
+        m_desktop->screens->list = {{0, 0, 40, 30}};
+        HotkeyCallBack(6, 0);
+        isTold("the next grab", false);
+        awaitJobs();
     }
 
     // What lies there already stays, whatever it is.
@@ -108,6 +132,26 @@ private slots:
         QTRY_COMPARE(tabs()->count(), 4);
     }
 
+    // A program that ends waits for its workers, and has what they could not save in a tab by then,
+    // also while something else is still under way.
+    void finishedAtTheEnd()
+    {
+        const GrabGoals goals = GrabGoals(GrabGoal::Save) | GrabGoal::Text;
+        const QImage page = pageOf({u"beside the yellow door"_s});
+        take(goals, page, [&] {
+            m_window->finishPictures();
+            QCOMPARE(QImage(at(u"pictures/Inbox.png"_s)).convertToFormat(page.format()), page);
+            QVERIFY(!hasTabs());
+        });
+        m_scratch->put(u"file"_s, "x");
+        Preferences::setPictureFolder(at(u"file/pictures"_s));
+        take(goals, page, [&] {
+            m_window->finishPictures();
+            QVERIFY(hasTabs() && m_window->HasModified(true));
+        });
+        QCOMPARE(tabs()->count(), 1);
+    }
+
     // Also where the user wanted another place on the way, and with what was drawn since.
     void notification()
     {
@@ -168,6 +212,7 @@ private:
     void take(GrabGoals goals, const QImage &picture = {}, const Hook &meanwhile = {})
     {
         m_picture = picture.isNull() ? solid({30, 20}).toImage() : picture;
+        m_window->grabs().helperPicks(u"Mail"_s, u"Inbox"_s);
         m_window->grabs().helperTakes(
             {.picture = QPixmap::fromImage(m_picture), .name = u"Inbox"_s, .goals = goals});
         if (meanwhile)

@@ -67,7 +67,7 @@ public:
     void dropFocus(bool giveBack) override { log.append(giveBack ? u"give back"_s : u"keep"_s); }
     void focusOther() override { log.append(u"other"_s); }
     void focusOwn(QWidget *) override { log.append(u"own"_s); }
-    void closeMenus() override {}
+    void closeMenus() override { log.append(u"menus"_s); }
     void closing() override {}
     void settle() override { run(ending); }
     void freeClicks() override {}
@@ -297,9 +297,15 @@ private slots:
         for (const C refused : {C::Rectangle, C::Window})
             check("refused", refused, other, true, false, "say");
         check("shown where refused", C::Show, other, true, false, "show");
+        // Open menus are in what stands still, and out of the way of what opens.
+        refuses = false;
+        GrabSituation still = other;
+        still.freezes = true;
+        check("still", C::Rectangle, still, true, false, "menus,cover,mark,document,give back");
+        check("still, windows", C::Windows, still, true, false, "menus,browse,document,document");
+        check("still, at once", C::Screen, still, true, false, "other,screen,document");
         // Where the desktop stands still this program's windows leave before, and come back whoever
         // was in front; the picture is there already, so that nobody else has to come to the front.
-        refuses = false;
         freezes = true;
         GrabSituation behind = hides;
         behind.isActive = false;

@@ -252,11 +252,27 @@ private slots:
         QCOMPARE(item(u"Menu"_s)->shortcut(), QKeySequence(u"Ctrl+Alt+M"_s));
         QVERIFY(item(u"Menu"_s)->toolTip().contains(u"Ctrl+Alt+V"_s));
 
-        // The switch of what is offered asks the same questions.
+        const auto pressButton = [&] {
+            field->parentWidget()->findChild<QPushButton *>()->click();
+        };
+        choose(3);
+        press(Qt::Key_F8, Qt::ControlModifier);
+        QCOMPARE(hotKeyOf(3), QKeySequence(u"Ctrl+F8"_s));
+        pressButton();
+        QCOMPARE(hotKeyOf(3), QKeySequence(u"Ctrl+Alt+A"_s));
+
+        // The switches of what is offered ask the same questions, and its own keys are those.
         choose(12);
+        QVERIFY(isTold(u"Shift+Print is off"_s));
         QTreeWidgetItem *offered = list->currentItem();
         offered->setCheckState(0, Qt::Checked);
         QCOMPARE(hotKeyOf(12), QKeySequence(u"Shift+Print"_s));
+        press(Qt::Key_F8, Qt::ControlModifier);
+        pressButton();
+        QCOMPARE(hotKeyOf(12), QKeySequence(u"Shift+Print"_s));
+        offered->setCheckState(0, Qt::Unchecked);
+        pressButton();
+        QCOMPARE(offered->checkState(0), Qt::Checked);
         offered->setCheckState(0, Qt::Unchecked);
         choose(4);
         press(Qt::Key_Print, Qt::ShiftModifier);
