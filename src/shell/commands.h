@@ -34,6 +34,7 @@ struct Command {
         ReadTextItem = 10,   ///< a picture, and what reads text
         ReadCodesItem = 11,  ///< a picture, and what reads codes
         LayersItem = 12,     ///< a picture
+        PinItem = 13,        ///< a picture, and a desktop that keeps windows above others
     };
 
     Menu menu = Menu::None;

@@ -10,6 +10,7 @@
 #include "shell/grabcalls.h"
 #include "shell/grabdelivery.h"
 #include "shell/mainwindow.h"
+#include "shell/pins.h"
 #include "shell/trayicon.h"
 
 #include <QApplication>
@@ -123,6 +124,17 @@ void FrontWindow::hideDialogs(bool hide)
         m_hiddenDialogs.append(window);
         services().ownWindows->setOnScreen(window, false);
     }
+}
+
+bool FrontWindow::hidePins(bool hide)
+{
+    Pins &pins = m_window.pins();
+    if (hide && (Preferences::showsPins() || pins.shown().isEmpty()))
+        return false;
+    if (hide)
+        m_departure.begin(pins.shown());
+    pins.setOnScreen(!hide);
+    return hide;
 }
 
 void FrontWindow::hideAll(bool hide)
@@ -249,6 +261,7 @@ bool FrontWindow::addDocument(Grab grab, std::optional<GrabGoals> goals)
                                                    .kind = grab.kind,
                                                    .application = owner,
                                                    .title = title},
+                                        .place = grab.place,
                                         .goals = wanted});
 }
 

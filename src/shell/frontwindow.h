@@ -22,6 +22,7 @@ public:
     GrabSituation situation() override;
     QString refusal(GrabCommand command) override;
     void place(Place place) override;
+    bool hidePins(bool hide) override;
     void hideAll(bool hide) override;
     void close() override;
     void closeMenus() override;

@@ -218,6 +218,7 @@ void GrabFlow::dropHelper()
     thaw();
     unwatch();
     comeBack();
+    m_window.hidePins(false);
     emit over();
     setState(GrabState::Idle);
 }
@@ -238,6 +239,7 @@ void GrabFlow::begin(const Press &press)
     m_goesElsewhere = false;
     m_escapeTime.reset();
     m_pictures.showPointer(m_before.showsPointer);
+    m_hidesPins = press.command != GrabCommand::Show && m_window.hidePins(true);
 }
 
 void GrabFlow::run(const Press &press)
@@ -402,7 +404,7 @@ bool GrabFlow::openDesktop()
 {
     if (m_before.freezes && m_pictures.isLive()) {
         // What is pointed at, and a menu that is open, are seen as long as nothing gets the focus.
-        if (minimizeBefore())
+        if (minimizeBefore() || m_hidesPins)
             m_window.settle();
         if (m_isGivenUp || !freeze(Freeze::Still))
             return false;
@@ -412,7 +414,8 @@ bool GrabFlow::openDesktop()
     }
     m_window.takeFocus();
     // The overlay shows a picture of the desktop, and the window has to be gone from it.
-    if (minimizeBefore() && !m_before.isComposited)
+    const bool hides = minimizeBefore() || m_hidesPins;
+    if (hides && (!m_before.isComposited || !m_pictures.isLive()))
         m_window.settle();
     return !m_isGivenUp && freeze();
 }
@@ -666,7 +669,7 @@ void GrabFlow::getOutOfTheWay()
     if (m_pictures.isLive() || std::exchange(m_isOutOfTheWay, true))
         return;
     m_window.hideAll(true);
-    if (!m_before.isMinimized)
+    if (!m_before.isMinimized || m_hidesPins)
         m_window.settle();
 }
 
@@ -686,12 +689,14 @@ void GrabFlow::finish()
     if (std::exchange(m_closeAfter, false)) {
         m_kept.reset();
         m_owesShow = false;
+        m_window.hidePins(false);
         comeBack();
         setState(GrabState::Idle);
         m_window.close();
         return;
     }
     if (!m_kept) {
+        m_window.hidePins(false);
         comeBack();
         if (std::exchange(m_owesShow, false)) {
             m_isRaised = true;

@@ -23,6 +23,7 @@
 #include "shell/grabflow.h"
 #include "shell/notices.h"
 #include "shell/picturereading.h"
+#include "shell/pins.h"
 #include "shell/resizedialog.h"
 #include "shell/settingssaver.h"
 #include "shell/stylecontrols.h"
@@ -165,6 +166,8 @@ void MainWindow::setUpEditor()
     m_Reading = std::make_unique<PictureReading>(*this, *m_Work, *m_Notices);
     m_Delivery = std::make_unique<GrabDelivery>(*m_Work, *m_Notices, *m_Reading);
     connect(m_Delivery.get(), &GrabDelivery::wanted, this, &MainWindow::comeForward);
+    m_Pins = std::make_unique<Pins>(*m_Work, *m_Delivery, *m_Notices);
+    connect(m_Pins.get(), &Pins::editWanted, this, &MainWindow::comeForward);
     m_Calls = std::make_unique<GrabCalls>(*m_Grabs, *m_Delivery, m_Work->jobs());
     TPictureEditor &editor = m_Work->editor();
     editor.setcallback(PictureChanged);
@@ -408,7 +411,13 @@ bool MainWindow::saveChanges() { return m_Files->saveChanges(); }
 
 bool MainWindow::startRecovery(const QString &folder) { return m_Unsaved->start(folder); }
 
-void MainWindow::keepUnsaved() { m_Unsaved->keep(); }
+void MainWindow::startPins(const QString &folder) { m_Pins->keepIn(folder); }
+
+void MainWindow::keepUnsaved()
+{
+    m_Unsaved->keep();
+    m_Pins->storeNow();
+}
 
 void MainWindow::openPictures(const QStringList &paths,
                               const std::function<void(const QStringList &troubles)> &opened)
@@ -429,6 +438,12 @@ bool MainWindow::SaveAllFiles() { return m_Files->saveAll(); }
 void MainWindow::CloseFile(int index) { m_Files->close(index); }
 
 bool MainWindow::CloseAllFiles() { return m_Files->closeAll(); }
+
+void MainWindow::pinPicture()
+{
+    const int current = m_Work->documents().current();
+    m_Pins->add(m_Work->unitedPicture().toImage(), GetFileShowName(current));
+}
 
 bool MainWindow::CopyFile() { return m_Files->copy(); }
 
@@ -649,6 +664,7 @@ void MainWindow::Preference(int /*type*/)
         // Only now: what was loaded need not go back.
         connect(m_pPreference, &DialogPreference::Changed, this, &MainWindow::PreferenceChanged);
         connect(m_pPreference, &DialogPreference::HotKeysChanged, this, &MainWindow::showHotKeys);
+        connect(m_pPreference, &DialogPreference::PinsChanged, m_Pins.get(), &Pins::store);
     }
     m_pPreference->setVisible(true);
     m_pPreference->raise();

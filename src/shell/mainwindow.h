@@ -21,6 +21,7 @@ class GrabDelivery;
 class GrabFlow;
 class Notices;
 class PictureReading;
+class Pins;
 class QAction;
 class QPushButton;
 class SettingsSaver;
@@ -94,6 +95,8 @@ public:
     /// Keeps what is not saved in a folder from now on, and opens what an earlier run has left
     /// there, as modified documents. True when there is something.
     bool startRecovery(const QString &folder);
+    /// Keeps pins there as long as the user wants that, and shows those of an earlier run.
+    void startPins(const QString &folder);
     /// Waits, some seconds at the most, until what is not saved is on the disk.
     void keepUnsaved();
 
@@ -109,6 +112,7 @@ public:
     Workbench &work() { return *m_Work; }
     PictureReading &reading() { return *m_Reading; }
     GrabDelivery &delivery() { return *m_Delivery; }
+    Pins &pins() { return *m_Pins; }
     GrabCalls &calls() { return *m_Calls; }
     TrayIcon &tray() { return *m_Tray; }
     Skin &skin() { return m_Skin; }
@@ -179,6 +183,8 @@ public slots:
     void CloseFile(int index = -1);
     bool CloseAllFiles();  ///< false when the user cancelled
     bool CopyFile();
+    /// The current picture with its shapes above all windows.
+    void pinPicture();
     void BeforeShowFile();
     void BeforeShowEdit();
     /// The same, once it has been looked what is there to read text and codes.
@@ -272,6 +278,7 @@ private:
     std::unique_ptr<DocumentFiles> m_Files;
     std::unique_ptr<PictureReading> m_Reading;
     std::unique_ptr<GrabDelivery> m_Delivery;
+    std::unique_ptr<Pins> m_Pins;
     std::unique_ptr<WindowFace> m_Face;
     StyleControls *m_Style = nullptr;  ///< owned by the strip
     Magnifier m_Magnifier;

@@ -52,6 +52,7 @@ public:
         if (place == Place::InFront)
             run(showing);
     }
+    bool hidePins(bool) override { return false; }
     void hideAll(bool hide) override
     {
         log.append(hide ? u"hide"_s : u"back"_s);
