@@ -17,6 +17,8 @@
 
 #include <X11/keysym.h>
 
+#include <cmath>
+
 namespace {
 
 constexpr int s_idleSeconds = 10;
@@ -60,7 +62,8 @@ void programIdle(benchmark::State &state)
     }
 }
 
-// Measures from the hot key until the overlay is on the screen.
+// Measures from the hot key until the overlay is on the screen. The first one of a process, here
+// and in the bare program, pays for its memory too, and is not measured.
 void hotKeyToOverlay(benchmark::State &state)
 {
     Program program(BENCH_PROGRAM);
@@ -69,21 +72,28 @@ void hotKeyToOverlay(benchmark::State &state)
     PixelWatch watch;
     const QList<uint8_t> hotKey = watch.codes({XK_Control_L, XK_Alt_L, XK_r});
     const QList<uint8_t> escape = watch.codes({XK_Escape});
-    for (auto _ : state) {
+    // Seconds; negative if no overlay was shown.
+    const auto open = [&] {
         const uint32_t before = watch.centre();
         QElapsedTimer timer;
         timer.start();
         watch.press(hotKey);
         const bool shown = watch.waitForChange(before);
-        state.SetIterationTime(static_cast<double>(timer.nsecsElapsed()) * 1e-9);
-        if (!shown) {
-            state.SkipWithError("no overlay");
-            break;
-        }
+        const double taken = static_cast<double>(timer.nsecsElapsed()) * 1e-9;
         const uint32_t dimmed = watch.centre();
         watch.press(escape);
         watch.waitForChange(dimmed);
         program.settle();
+        return shown ? taken : -1;
+    };
+    open();
+    for (auto _ : state) {
+        const double taken = open();
+        state.SetIterationTime(std::abs(taken));
+        if (taken < 0) {
+            state.SkipWithError("no overlay");
+            break;
+        }
     }
 }
 
@@ -148,26 +158,30 @@ void bareOverlay(benchmark::State &state)
     const uint32_t root = watch.centre();
     window.show();
     watch.waitForChange(root);
-    for (auto _ : state) {
+    const auto open = [&] {
         const uint32_t before = watch.centre();
         QElapsedTimer timer;
         timer.start();
         Dialog overlay(nullptr);
         overlay.show();
         watch.waitForChange(before);
-        state.SetIterationTime(static_cast<double>(timer.nsecsElapsed()) * 1e-9);
+        const double taken = static_cast<double>(timer.nsecsElapsed()) * 1e-9;
         const uint32_t dimmed = watch.centre();
         overlay.hide();
         watch.waitForChange(dimmed);
         // The machine is as cold as it is for a user who presses a key.
         QThread::sleep(1);
-    }
+        return taken;
+    };
+    open();
+    for (auto _ : state)
+        state.SetIterationTime(open());
 }
 
 BENCHMARK(hotKeyToOverlay)
     ->Unit(benchmark::kMillisecond)
     ->UseManualTime()
-    ->Iterations(3)
+    ->Iterations(5)
     ->Repetitions(3);
 BENCHMARK(returnToTab)
     ->Unit(benchmark::kMillisecond)

@@ -523,12 +523,12 @@ void updateToolButton(MainWindow &window, stateEnum tool, const QString &lack)
 }
 
 void runCommand(const Command &command, MainWindow &window, std::optional<GrabGoals> goals,
-                bool countsDown)
+                GrabWays ways)
 {
     if (command.tool)
         window.chooseTool(command.tool->state);
     else if (command.grab)
-        window.grabs().press(*command.grab, goals ? goals : command.goals, countsDown);
+        window.grabs().press(*command.grab, goals ? goals : command.goals, ways);
     else
         command.run(window);
 }

@@ -59,9 +59,9 @@ struct Command {
 };
 
 /// `goals` are what becomes of the picture of a grab; none: as the command or the preferences say.
-/// With `countsDown` a countdown comes before it.
+/// `ways` are those of the grab.
 void runCommand(const Command &command, MainWindow &window, std::optional<GrabGoals> goals = {},
-                bool countsDown = false);
+                GrabWays ways = {});
 
 /// The first one whose name, in English, that is; null for none.
 const Command *commandNamed(const QString &name);

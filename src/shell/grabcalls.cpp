@@ -127,7 +127,7 @@ void GrabCalls::take(const GrabCall &call)
     m_failure.clear();
     watchCaller();
     // Most grabs are over when this returns.
-    m_flow.press(order->command, order->goals, order->delay > 0);
+    m_flow.press(order->command, order->goals, order->delay > 0 ? GrabWay::CountsDown : GrabWays());
 }
 
 // One that has left before it is watched is found by asking.

@@ -92,9 +92,11 @@ void GrabFlow::setState(GrabState state)
     emit stateChanged(state);
 }
 
-void GrabFlow::press(GrabCommand command, std::optional<GrabGoals> goals, bool countsDown)
+void GrabFlow::press(GrabCommand command, std::optional<GrabGoals> goals, GrabWays ways)
 {
-    const Press pressed{command, goals, countsDown};
+    const Press pressed{command, goals, ways};
+    // What was under way closes windows of its own before it begins.
+    const Press later{command, goals, ways.setFlag(GrabWay::ByKey, false)};
     const GrabStep step = grabStep(m_state, GrabEvent::Press);
     if (step != GrabStep::Start)
         qCInfo(logGrab) << "press" << kindOf(command) << "starts nothing now:" << nameOf(m_state);
@@ -112,16 +114,17 @@ void GrabFlow::press(GrabCommand command, std::optional<GrabGoals> goals, bool c
             m_tools.bringForward();
         break;
     case GrabStep::Replace:
-        m_kept = pressed;
+        m_kept = later;
         m_tools.stopMenuWait();
         break;
     case GrabStep::Keep:
         if (m_state == GrabState::Counting && command == m_command) {
             m_goals = goals;
             const GrabSituation now = m_window.situation();
-            m_tools.restartCountDown(m_countsDown ? now.delay : now.countdown);
+            const bool isFirst = m_ways.testFlag(GrabWay::CountsDown);
+            m_tools.restartCountDown(isFirst ? now.delay : now.countdown);
         } else {
-            m_kept = pressed;
+            m_kept = later;
         }
         break;
     default:
@@ -133,7 +136,7 @@ void GrabFlow::press(GrabCommand command, std::optional<GrabGoals> goals, bool c
 void GrabFlow::repeat()
 {
     const bool wasOrdered = m_goals && m_goals->testFlag(GrabGoal::Caller);
-    press(m_command, wasOrdered ? std::nullopt : m_goals, m_countsDown);
+    press(m_command, wasOrdered ? std::nullopt : m_goals, m_ways & GrabWay::CountsDown);
 }
 
 void GrabFlow::escape()
@@ -233,7 +236,7 @@ void GrabFlow::begin(const Press &press)
     m_command = press.command;
     m_goals = press.goals;
     m_picked = {};
-    m_countsDown = press.countsDown;
+    m_ways = press.ways;
     m_isGivenUp = false;
     m_isRaised = false;
     m_goesElsewhere = false;
@@ -261,7 +264,8 @@ void GrabFlow::run(const Press &press)
         finish();
         return;
     }
-    if (press.countsDown && command != GrabCommand::Countdown && !countDownFirst()) {
+    if (press.ways.testFlag(GrabWay::CountsDown) && command != GrabCommand::Countdown &&
+        !countDownFirst()) {
         finish();
         return;
     }
@@ -501,17 +505,22 @@ void GrabFlow::takeAtOnce()
 {
     setState(GrabState::Freezing);
     // The window that is in front may be this program's.
-    if (m_command != GrabCommand::Active || !m_before.isActive)
-        minimizeBefore();
+    const bool isLeft = m_command == GrabCommand::Active && m_before.isActive;
+    const bool minimizes = !isLeft && minimizeBefore();
     const int seconds = m_command == GrabCommand::Countdown ? m_before.countdown : 0;
     const bool goesOn = seconds <= 0 || countDown(seconds);
     setState(GrabState::Ending);
     if (goesOn && !m_isGivenUp) {
-        // The menu in which this was chosen, the countdown, the window.
-        m_window.closing();
-        if (!m_before.isActive)
-            m_window.focusOther();
-        m_window.settle();
+        // The menu in which this was chosen, the countdown, the window. A key finds the desktop as
+        // it is to be taken, unless it was heard in a menu.
+        const bool isAsItWas =
+            m_ways == GrabWay::ByKey && !minimizes && seconds <= 0 && !m_before.freezes;
+        if (!isAsItWas) {
+            m_window.closing();
+            if (!m_before.isActive)
+                m_window.focusOther();
+            m_window.settle();
+        }
         const bool areThere = freeze();
         setState(GrabState::Ending);
         Grab grab = areThere ? m_tools.takeAtOnce(m_command, m_before.window) : Grab();

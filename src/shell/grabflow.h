@@ -30,6 +30,14 @@ enum class GrabCommand {
     Show
 };
 
+/// How a press comes.
+enum class GrabWay {
+    CountsDown = 1,  ///< a countdown is wanted before everything else
+    ByKey = 2        ///< nothing of this program closes with it, as a menu would
+};
+Q_DECLARE_FLAGS(GrabWays, GrabWay)
+Q_DECLARE_OPERATORS_FOR_FLAGS(GrabWays)
+
 /// How far a grab has come.
 enum class GrabState {
     Idle,       ///< none is under way
@@ -202,9 +210,8 @@ public:
     GrabState state() const { return m_state; }
     static QString nameOf(GrabState state);
 
-    /// `goals` are what becomes of the pictures; none: as the preferences say. With `countsDown` a
-    /// countdown comes before everything else.
-    void press(GrabCommand command, std::optional<GrabGoals> goals = {}, bool countsDown = false);
+    /// `goals` are what becomes of the pictures; none: as the preferences say.
+    void press(GrabCommand command, std::optional<GrabGoals> goals = {}, GrabWays ways = {});
     /// Begins the last grab anew, for the user.
     void repeat();
     void escape();
@@ -245,7 +252,7 @@ private:
     struct Press {
         GrabCommand command = GrabCommand::Show;
         std::optional<GrabGoals> goals{};
-        bool countsDown = false;
+        GrabWays ways{};
     };
 
     void hear(GrabEvent event);
@@ -292,7 +299,7 @@ private:
     GrabCommand m_command = GrabCommand::Show;
     std::optional<GrabGoals> m_goals{};
     std::pair<QString, QString> m_picked{};  // the application and the title of the helper's window
-    bool m_countsDown = false;               // before everything else
+    GrabWays m_ways{};
     GrabSituation m_before{};
     bool m_isGivenUp = false;
     bool m_holdsPictures = false;  // they have been asked for, and not been let go

@@ -589,9 +589,10 @@ long HotkeyCallBack(long id, long /*unused*/)
 {
     const Command *command = commandOfHotKey(id);
     const auto number = static_cast<int>(id);
+    GrabWays ways = GrabWay::ByKey;
+    ways.setFlag(GrabWay::CountsDown, Preferences::countsDownFirst(number));
     if (g_MainWindow && command)
-        runCommand(*command, *g_MainWindow, Preferences::afterGrabOf(number),
-                   Preferences::countsDownFirst(number));
+        runCommand(*command, *g_MainWindow, Preferences::afterGrabOf(number), ways);
     else
         qCInfo(logGrab) << "hot key" << id << "comes before the window, or has no command";
     return 0;

@@ -224,7 +224,7 @@ private slots:
         bool asks = false;
         bool stops = false;
         int delay = 0;
-        bool counts = false;
+        GrabWays ways;
         const auto check = [&](const QByteArray &row, const GrabCommand &command,
                                const GrabSituation &before, bool accepts, bool empty,
                                const char *log) {
@@ -238,7 +238,7 @@ private slots:
                 m_fake->counting = [this] { m_flow->cancel(); };
             m_pictures.live = !freezes;
             m_pictures.asks = asks;
-            m_flow->press(command, {}, counts);
+            m_flow->press(command, {}, ways);
             expect(row, m_fake->log.join(u','), QString::fromLatin1(log));
             expect(row, m_flow->state(), GrabState::Idle);
         };
@@ -276,15 +276,22 @@ private slots:
         // This program's own window may be the one in front.
         check("active, own", C::Active, hides, true, false, "screen,document");
         check("monitor, own", C::Monitor, hides, true, false, "minimize,screen,document");
+        // A key finds all as it is to be taken.
+        ways = GrabWay::ByKey;
+        check("screen by its key", C::Screen, other, true, false, "screen,document");
+        check("window in the way", C::Screen, hides, true, false, "minimize,screen,document");
+        GrabSituation hidden = hides;
+        hidden.isActive = false;
+        check("window behind", C::Screen, hidden, true, false, "minimize,other,screen,document");
         // What is in front after a countdown is what the grab is about.
-        counts = true;
+        ways = GrabWay::CountsDown;
         check("counted first", C::Rectangle, other, true, false,
               "count,other,cover,mark,other,document,give back");
         check("last, counted first", C::Last, other, true, false,
               "count,other,other,screen,document");
         check("given up while counted", C::Windows, other, false, false, "count,other");
         check("counted once", C::Countdown, other, true, false, "count,other,screen,document");
-        counts = false;
+        ways = {};
         check("windows", C::Windows, shows, true, false, "browse,document,document");
         check("no window", C::Windows, other, true, true, "browse,say");
         refuses = true;
