@@ -35,6 +35,7 @@ struct Command {
         ReadCodesItem = 11,  ///< a picture, and what reads codes
         LayersItem = 12,     ///< a picture
         PinItem = 13,        ///< a picture, and a desktop that keeps windows above others
+        PinsItem = 14,       ///< something that is pinned
     };
 
     Menu menu = Menu::None;

@@ -126,16 +126,17 @@ void FrontWindow::hideDialogs(bool hide)
     }
 }
 
-bool FrontWindow::hidePins(bool hide)
+bool FrontWindow::hidePins()
 {
     Pins &pins = m_window.pins();
-    if (hide && (Preferences::showsPins() || pins.shown().isEmpty()))
+    if (Preferences::showsPins() || pins.shown().isEmpty())
         return false;
-    if (hide)
-        m_departure.begin(pins.shown());
-    pins.setOnScreen(!hide);
-    return hide;
+    m_departure.begin(pins.shown());
+    pins.leaveScreen();
+    return true;
 }
+
+void FrontWindow::showPins(bool withKeyboard) { m_window.pins().comeBack(withKeyboard); }
 
 void FrontWindow::hideAll(bool hide)
 {

@@ -221,7 +221,7 @@ void GrabFlow::dropHelper()
     thaw();
     unwatch();
     comeBack();
-    m_window.hidePins(false);
+    m_window.showPins(false);
     emit over();
     setState(GrabState::Idle);
 }
@@ -242,7 +242,7 @@ void GrabFlow::begin(const Press &press)
     m_goesElsewhere = false;
     m_escapeTime.reset();
     m_pictures.showPointer(m_before.showsPointer);
-    m_hidesPins = press.command != GrabCommand::Show && m_window.hidePins(true);
+    m_hidesPins = press.command != GrabCommand::Show && m_window.hidePins();
 }
 
 void GrabFlow::run(const Press &press)
@@ -513,8 +513,8 @@ void GrabFlow::takeAtOnce()
     if (goesOn && !m_isGivenUp) {
         // The menu in which this was chosen, the countdown, the window. A key finds the desktop as
         // it is to be taken, unless it was heard in a menu.
-        const bool isAsItWas =
-            m_ways == GrabWay::ByKey && !minimizes && seconds <= 0 && !m_before.freezes;
+        const bool isAsItWas = m_ways == GrabWay::ByKey && !minimizes && !m_hidesPins &&
+                               seconds <= 0 && !m_before.freezes;
         if (!isAsItWas) {
             m_window.closing();
             if (!m_before.isActive)
@@ -698,14 +698,14 @@ void GrabFlow::finish()
     if (std::exchange(m_closeAfter, false)) {
         m_kept.reset();
         m_owesShow = false;
-        m_window.hidePins(false);
+        m_window.showPins(false);
         comeBack();
         setState(GrabState::Idle);
         m_window.close();
         return;
     }
     if (!m_kept) {
-        m_window.hidePins(false);
+        m_window.showPins(!m_isRaised && !m_owesShow);
         comeBack();
         if (std::exchange(m_owesShow, false)) {
             m_isRaised = true;

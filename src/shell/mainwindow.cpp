@@ -168,6 +168,8 @@ void MainWindow::setUpEditor()
     connect(m_Delivery.get(), &GrabDelivery::wanted, this, &MainWindow::comeForward);
     m_Pins = std::make_unique<Pins>(*m_Work, *m_Delivery, *m_Notices);
     connect(m_Pins.get(), &Pins::editWanted, this, &MainWindow::comeForward);
+    // Shortcuts of disabled items are dead.
+    connect(m_Pins.get(), &Pins::changed, this, &MainWindow::BeforeShowEdit);
     m_Calls = std::make_unique<GrabCalls>(*m_Grabs, *m_Delivery, m_Work->jobs());
     TPictureEditor &editor = m_Work->editor();
     editor.setcallback(PictureChanged);
@@ -463,6 +465,7 @@ void MainWindow::BeforeShowEdit()
                          .canUndo = editor.isTyping() || !editor.getVecUnDo().isEmpty(),
                          .canRedo = !editor.getVecReDo().isEmpty(),
                          .hasChosen = editor.hasSelection(),
+                         .hasPins = !m_Pins->isEmpty(),
                          .hasText = editor.choosesText(),
                          .textLack = m_Reading->textLack(),
                          .codeLack = m_Reading->codeLack()});

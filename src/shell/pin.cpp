@@ -53,7 +53,8 @@ Pin::Pin(PinnedPicture pinned)
 {
     m_pinned.place = held(m_pinned.place);
     setObjectName(u"pin"_s);
-    setWindowTitle(m_pinned.name.isEmpty() ? tr("Pin") : tr("Pin: %1").arg(m_pinned.name));
+    setWindowTitle(m_pinned.name.isEmpty() ? tr("Pinned picture")
+                                           : tr("Pinned picture: %1").arg(m_pinned.name));
     setAttribute(Qt::WA_DeleteOnClose);
     setAttribute(Qt::WA_TranslucentBackground);
     setAttribute(Qt::WA_ShowWithoutActivating);

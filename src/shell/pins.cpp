@@ -72,9 +72,11 @@ Pin *Pins::open(const PinnedPicture &pinned)
 {
     auto *pin = new Pin(pinned);
     m_pins.append(pin);
+    emit changed();
     connect(pin, &Pin::changed, this, &Pins::storeSoon);
     connect(pin, &Pin::closed, this, [this, pin] {
         m_pins.removeOne(pin);
+        emit changed();
         storeSoon();
     });
     connect(pin, &Pin::copyWanted, this, [this, pin] { goTo(GrabGoal::Copy, *pin); });
@@ -109,13 +111,25 @@ QList<const QWidget *> Pins::shown() const
     return result;
 }
 
-void Pins::setOnScreen(bool onScreen)
+void Pins::leaveScreen()
 {
-    if (onScreen == m_isOnScreen)
+    m_isOnScreen = false;
+    m_active.clear();
+    for (Pin *pin : std::as_const(m_pins)) {
+        if (pin->isActiveWindow())
+            m_active = pin;
+        pin->setOnScreen(false);
+    }
+}
+
+void Pins::comeBack(bool withKeyboard)
+{
+    if (std::exchange(m_isOnScreen, true))
         return;
-    m_isOnScreen = onScreen;
     for (Pin *pin : std::as_const(m_pins))
-        pin->setOnScreen(onScreen);
+        pin->setOnScreen(true);
+    if (withKeyboard && m_active)
+        m_active->focus();
 }
 
 void Pins::focusNext()

@@ -5,6 +5,7 @@
 
 #include <QList>
 #include <QObject>
+#include <QPointer>
 #include <QString>
 
 #include <memory>
@@ -30,8 +31,10 @@ public:
     bool isEmpty() const { return m_pins.isEmpty(); }
     /// Those that are shown.
     QList<const QWidget *> shown() const;
-    /// Out of the way of a grab, or back.
-    void setOnScreen(bool onScreen);
+    /// Out of the way of a grab.
+    void leaveScreen();
+    /// And back; the one that had the keyboard gets it again, if told so.
+    void comeBack(bool withKeyboard);
     /// The keyboard for the one after that which has it; for the first one if none has.
     void focusNext();
     void closeAll();
@@ -45,6 +48,8 @@ public:
     void storeNow() const;
 
 signals:
+    /// There are none any more, or some now.
+    void changed();
     /// One was opened in a tab, which the user wants to see.
     void editWanted();
 
@@ -60,7 +65,8 @@ private:
     Notices &m_notices;
     QList<Pin *> m_pins{};
     bool m_isOnScreen = true;
-    QString m_folder{};  ///< empty until they are kept
+    QPointer<Pin> m_active{};  ///< had the keyboard when they left the screen
+    QString m_folder{};        ///< empty until they are kept
     bool m_isToStore = false;
     QString m_trouble{};  ///< what has been told of it, while it holds
 };

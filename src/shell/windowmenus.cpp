@@ -109,6 +109,9 @@ void WindowMenus::updateEdit(const EditState &state)
         case Command::PinItem:
             read(*action, services().abilities.lackOf(Ability::Pins));
             break;
+        case Command::PinsItem:
+            action->setEnabled(state.hasPins);
+            break;
         case Command::ReadTextItem:
             read(*action, state.textLack);
             break;
