@@ -45,6 +45,15 @@ std::pair<QString, QString> frontBefore(const Grab &grab)
                                   : std::pair(found->owner, found->name);
 }
 
+// The application that the picture is of, and the title of its window: those that were chosen, or
+// what else the picture is called by.
+std::pair<QString, QString> originOf(const Grab &grab)
+{
+    if (!grab.application.isEmpty() || !grab.title.isEmpty())
+        return {grab.application, grab.title};
+    return grab.name.isEmpty() ? frontBefore(grab) : std::pair(QString(), grab.name);
+}
+
 }  // namespace
 
 GrabSituation FrontWindow::situation()
@@ -249,9 +258,7 @@ bool FrontWindow::addDocument(Grab grab, std::optional<GrabGoals> goals)
     const GrabGoals usual = goals.value_or(Preferences::afterGrab());
     const bool isElsewhere = grab.goals && !usual.testFlag(GrabGoal::Caller);
     const GrabGoals wanted = isElsewhere ? *grab.goals | (usual & GrabGoal::Notify) : usual;
-    const bool isChosen = !grab.application.isEmpty() || !grab.title.isEmpty();
-    const auto [owner, title] =
-        isChosen ? std::pair(grab.application, grab.title) : frontBefore(grab);
+    const auto [owner, title] = originOf(grab);
     m_window.skin().load(m_flag, u"BtnFlag"_s, SkinNormal);
     TPictureEditor::EditPolyPixmap(grab.picture, m_flag, Licensing::status().registered,
                                    std::get_if<QPainterPath>(&grab.outline),
