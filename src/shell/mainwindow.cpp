@@ -255,6 +255,8 @@ void MainWindow::closeEvent(QCloseEvent *event)
     event->accept();
     m_Front->dropCover();
     delete std::exchange(m_pPreference, nullptr);
+    // The toolkit closes all windows now.
+    m_Pins->end();
     QCoreApplication::quit();
 }
 
@@ -418,7 +420,7 @@ void MainWindow::startPins(const QString &folder) { m_Pins->keepIn(folder); }
 void MainWindow::keepUnsaved()
 {
     m_Unsaved->keep();
-    m_Pins->storeNow();
+    m_Pins->end();
 }
 
 void MainWindow::openPictures(const QStringList &paths,

@@ -155,7 +155,7 @@ void Pins::keepIn(const QString &folder)
 {
     m_folder = folder;
     if (!Preferences::keepsPins()) {
-        storeNow();
+        PinFolder(m_folder).write({});
         return;
     }
     for (const PinnedPicture &pinned : PinFolder(m_folder).read())
@@ -193,10 +193,10 @@ void Pins::store()
         [this, trouble] { tell(*trouble); });
 }
 
-void Pins::storeNow() const
+void Pins::end()
 {
     if (!m_folder.isEmpty())
-        PinFolder(m_folder).write(toStore());
+        PinFolder(std::exchange(m_folder, {})).write(toStore());
 }
 
 // Once, until it goes well again.

@@ -44,8 +44,8 @@ public:
     void keepIn(const QString &folder);
     /// Writes what has changed, or removes all, as the preferences say now. A worker does it.
     void store();
-    /// The same at the end of the program, at once.
-    void storeNow() const;
+    /// The same at the end of the program, at once. Those that close from then on stay kept.
+    void end();
 
 signals:
     /// There are none any more, or some now.

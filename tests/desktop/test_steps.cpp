@@ -288,6 +288,9 @@ private:
     }
     bool closePin()
     {
+        // While the grab ends it keeps clicks from everybody.
+        if (!m_program->waitForState(u"Idle"_s))
+            return false;
         m_desktop->click(s_marked.center());
         if (!m_desktop->waitForFocus(pin()))
             return false;
