@@ -215,8 +215,9 @@ private:
         if (!waitFor(isWritten) || !m_desktop->startPattern(s_pattern))
             return false;
         // What is asked once is no step.
+        const QList<TestDesktop::Window> before = m_desktop->windows();
         m_desktop->key('w', s_ctrlAlt);
-        const bool isAsked = m_program->waitForState(u"Asking"_s);
+        const bool isAsked = m_program->waitForState(u"Asking"_s) && hasDialog(before);
         m_desktop->key(XK_Escape);
         const bool isAnswered = m_program->waitForState(u"Picking"_s);
         m_desktop->key(XK_Escape);
