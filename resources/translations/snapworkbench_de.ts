@@ -47,6 +47,10 @@
         <source>This desktop tells no program what the pointer looks like.</source>
         <translation>Dieser Desktop sagt keinem Programm, wie der Zeiger aussieht.</translation>
     </message>
+    <message>
+        <source>This desktop lets no program keep a window above all others.</source>
+        <translation>Auf diesem Desktop kann kein Programm ein Fenster über allen anderen halten.</translation>
+    </message>
 </context>
 <context>
     <name>AboutBox</name>
@@ -350,6 +354,22 @@ Klicken Sie auf „Nein“, um ohne sie fortzufahren, oder möchten Sie sie jetz
     <message>
         <source>A picture has to go somewhere. Choose something below first: copying, saving or reading.</source>
         <translation>Irgendwohin muss ein Bild. Wählen Sie erst etwas darunter: Kopieren, Speichern oder Lesen.</translation>
+    </message>
+    <message>
+        <source>P&amp;in to the screen</source>
+        <translation>An den Bildschirm &amp;heften</translation>
+    </message>
+    <message>
+        <source>Pins</source>
+        <translation>Angeheftete Bilder</translation>
+    </message>
+    <message>
+        <source>Show pins in pict&amp;ures</source>
+        <translation>Angeheftete Bilder in Aufnah&amp;men zeigen</translation>
+    </message>
+    <message>
+        <source>Bring pins &amp;back after a restart</source>
+        <translation>Angeheftete Bilder nach einem Neustart &amp;wieder zeigen</translation>
     </message>
 </context>
 <context>
@@ -1222,6 +1242,10 @@ Rücktaste    Punkt löschen</translation>
         <source>%1 is off, since many desktops have a use of their own for it. Switch it on, or press other keys.</source>
         <translation>%1 ist aus, da viele Desktops es selbst benutzen. Schalten Sie es ein, oder drücken Sie andere Tasten.</translation>
     </message>
+    <message>
+        <source>pin it to the screen</source>
+        <translation>es an den Bildschirm heften</translation>
+    </message>
 </context>
 <context>
     <name>LayeredFile</name>
@@ -2004,6 +2028,26 @@ Rücktaste    Punkt löschen</translation>
         <source>%1 is taken by another program.</source>
         <translation>%1 ist von einem anderen Programm belegt.</translation>
     </message>
+    <message>
+        <source>Pi&amp;n to the Screen</source>
+        <translation>An den Bildschir&amp;m heften</translation>
+    </message>
+    <message>
+        <source>Ctrl+Shift+P</source>
+        <translation>Ctrl+Shift+P</translation>
+    </message>
+    <message>
+        <source>Next Pin</source>
+        <translation>Nächstes angeheftetes Bild</translation>
+    </message>
+    <message>
+        <source>Ctrl+Shift+N</source>
+        <translation>Ctrl+Shift+N</translation>
+    </message>
+    <message>
+        <source>Close All Pins</source>
+        <translation>Alle angehefteten Bilder schließen</translation>
+    </message>
 </context>
 <context>
     <name>MarkingOverlay</name>
@@ -2038,6 +2082,10 @@ Rücktaste    Punkt löschen</translation>
     <message>
         <source>Copy the colour %1</source>
         <translation>Farbe %1 kopieren</translation>
+    </message>
+    <message>
+        <source>Pin</source>
+        <translation>Anheften</translation>
     </message>
 </context>
 <context>
@@ -2170,6 +2218,84 @@ Rücktaste    Punkt löschen</translation>
     <message>
         <source>The picture shows the visible part of the window: this desktop keeps no pictures of what is covered or lies beyond the screen.</source>
         <translation>Das Bild zeigt den sichtbaren Teil des Fensters: Dieser Desktop hat keine Bilder von dem, was verdeckt ist oder außerhalb des Bildschirms liegt.</translation>
+    </message>
+</context>
+<context>
+    <name>Pin</name>
+    <message>
+        <source>%1 x %2 pixels, zoom %3, opacity %4</source>
+        <translation>%1 x %2 Pixel, Zoom %3, Deckkraft %4</translation>
+    </message>
+    <message>
+        <source>This desktop shows no translucent windows</source>
+        <translation>Dieser Desktop zeigt keine durchsichtigen Fenster</translation>
+    </message>
+    <message>
+        <source>Opacity %1</source>
+        <translation>Deckkraft %1</translation>
+    </message>
+    <message>
+        <source>&amp;Copy</source>
+        <translation>&amp;Kopieren</translation>
+    </message>
+    <message>
+        <source>&amp;Save</source>
+        <translation>&amp;Speichern</translation>
+    </message>
+    <message>
+        <source>&amp;Mark Up in a Tab</source>
+        <translation>In einem &amp;Tab bearbeiten</translation>
+    </message>
+    <message>
+        <source>Zoom &amp;In</source>
+        <translation>Ver&amp;größern</translation>
+    </message>
+    <message>
+        <source>Zoom &amp;Out</source>
+        <translation>Ver&amp;kleinern</translation>
+    </message>
+    <message>
+        <source>&amp;Real Size</source>
+        <translation>&amp;Originalgröße</translation>
+    </message>
+    <message>
+        <source>More &amp;Translucent</source>
+        <translation>&amp;Durchsichtiger</translation>
+    </message>
+    <message>
+        <source>&amp;Less Translucent</source>
+        <translation>&amp;Weniger durchsichtig</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Schließen</translation>
+    </message>
+    <message>
+        <source>Close &amp;All Pins</source>
+        <translation>&amp;Alle angehefteten Bilder schließen</translation>
+    </message>
+    <message>
+        <source>Pinned picture</source>
+        <translation>Angeheftetes Bild</translation>
+    </message>
+    <message>
+        <source>Pinned picture: %1</source>
+        <translation>Angeheftetes Bild: %1</translation>
+    </message>
+</context>
+<context>
+    <name>Pins</name>
+    <message>
+        <source>Nothing is pinned to the screen.</source>
+        <translation>An den Bildschirm ist nichts geheftet.</translation>
+    </message>
+    <message>
+        <source>Keeping the pins...</source>
+        <translation>Angeheftete Bilder werden aufbewahrt ...</translation>
+    </message>
+    <message>
+        <source>The pins can&apos;t be kept for the next start: %1</source>
+        <translation>Die angehefteten Bilder können nicht für den nächsten Start aufbewahrt werden: %1</translation>
     </message>
 </context>
 <context>
@@ -2766,6 +2892,14 @@ Esc: abbrechen</translation>
     <message>
         <source>Take the picture (Return)</source>
         <translation>Bild aufnehmen (Eingabe)</translation>
+    </message>
+    <message>
+        <source>Pin</source>
+        <translation>Anheften</translation>
+    </message>
+    <message>
+        <source>Keep the picture above all windows (P)</source>
+        <translation>Das Bild über allen Fenstern halten (P)</translation>
     </message>
 </context>
 <context>

@@ -47,6 +47,10 @@
         <source>This desktop tells no program what the pointer looks like.</source>
         <translation>此桌面不告诉任何程序指针的样子。</translation>
     </message>
+    <message>
+        <source>This desktop lets no program keep a window above all others.</source>
+        <translation>此桌面不允许程序将窗口保持在所有其他窗口之上。</translation>
+    </message>
 </context>
 <context>
     <name>AboutBox</name>
@@ -350,6 +354,22 @@ Click No to continue common capture, or Enable Scroll Capture now?</source>
     <message>
         <source>A picture has to go somewhere. Choose something below first: copying, saving or reading.</source>
         <translation>图片总要有个去处。请先在下面选择其他方式：复制、保存或识别。</translation>
+    </message>
+    <message>
+        <source>P&amp;in to the screen</source>
+        <translation>钉在屏幕上(&amp;I)</translation>
+    </message>
+    <message>
+        <source>Pins</source>
+        <translation>钉住的图片</translation>
+    </message>
+    <message>
+        <source>Show pins in pict&amp;ures</source>
+        <translation>在图片中显示钉住的图片(&amp;U)</translation>
+    </message>
+    <message>
+        <source>Bring pins &amp;back after a restart</source>
+        <translation>重新启动后恢复钉住的图片(&amp;B)</translation>
     </message>
 </context>
 <context>
@@ -1221,6 +1241,10 @@ Backspace    删除最后一点</translation>
         <source>%1 is off, since many desktops have a use of their own for it. Switch it on, or press other keys.</source>
         <translation>%1 已关闭，因为许多桌面自己使用它。请启用，或按其他键。</translation>
     </message>
+    <message>
+        <source>pin it to the screen</source>
+        <translation>钉在屏幕上</translation>
+    </message>
 </context>
 <context>
     <name>LayeredFile</name>
@@ -2003,6 +2027,26 @@ Backspace    删除最后一点</translation>
         <source>%1 is taken by another program.</source>
         <translation>%1 已被其他程序占用。</translation>
     </message>
+    <message>
+        <source>Pi&amp;n to the Screen</source>
+        <translation>钉在屏幕上(&amp;N)</translation>
+    </message>
+    <message>
+        <source>Ctrl+Shift+P</source>
+        <translation>Ctrl+Shift+P</translation>
+    </message>
+    <message>
+        <source>Next Pin</source>
+        <translation>下一张钉住的图片</translation>
+    </message>
+    <message>
+        <source>Ctrl+Shift+N</source>
+        <translation>Ctrl+Shift+N</translation>
+    </message>
+    <message>
+        <source>Close All Pins</source>
+        <translation>关闭所有钉住的图片</translation>
+    </message>
 </context>
 <context>
     <name>MarkingOverlay</name>
@@ -2037,6 +2081,10 @@ Backspace    删除最后一点</translation>
     <message>
         <source>Copy the colour %1</source>
         <translation>复制颜色 %1</translation>
+    </message>
+    <message>
+        <source>Pin</source>
+        <translation>钉住</translation>
     </message>
 </context>
 <context>
@@ -2166,6 +2214,84 @@ Backspace    删除最后一点</translation>
     <message>
         <source>The picture shows the visible part of the window: this desktop keeps no pictures of what is covered or lies beyond the screen.</source>
         <translation>图片显示的是窗口的可见部分：此桌面不保留被遮挡或位于屏幕之外的内容。</translation>
+    </message>
+</context>
+<context>
+    <name>Pin</name>
+    <message>
+        <source>%1 x %2 pixels, zoom %3, opacity %4</source>
+        <translation>%1 x %2 像素，缩放 %3，不透明度 %4</translation>
+    </message>
+    <message>
+        <source>This desktop shows no translucent windows</source>
+        <translation>此桌面不显示半透明窗口</translation>
+    </message>
+    <message>
+        <source>Opacity %1</source>
+        <translation>不透明度 %1</translation>
+    </message>
+    <message>
+        <source>&amp;Copy</source>
+        <translation>复制(&amp;C)</translation>
+    </message>
+    <message>
+        <source>&amp;Save</source>
+        <translation>保存(&amp;S)</translation>
+    </message>
+    <message>
+        <source>&amp;Mark Up in a Tab</source>
+        <translation>在标签页中标注(&amp;M)</translation>
+    </message>
+    <message>
+        <source>Zoom &amp;In</source>
+        <translation>放大(&amp;I)</translation>
+    </message>
+    <message>
+        <source>Zoom &amp;Out</source>
+        <translation>缩小(&amp;O)</translation>
+    </message>
+    <message>
+        <source>&amp;Real Size</source>
+        <translation>实际大小(&amp;R)</translation>
+    </message>
+    <message>
+        <source>More &amp;Translucent</source>
+        <translation>更透明(&amp;T)</translation>
+    </message>
+    <message>
+        <source>&amp;Less Translucent</source>
+        <translation>更不透明(&amp;L)</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>关闭</translation>
+    </message>
+    <message>
+        <source>Close &amp;All Pins</source>
+        <translation>关闭所有钉住的图片(&amp;A)</translation>
+    </message>
+    <message>
+        <source>Pinned picture</source>
+        <translation>钉住的图片</translation>
+    </message>
+    <message>
+        <source>Pinned picture: %1</source>
+        <translation>钉住的图片：%1</translation>
+    </message>
+</context>
+<context>
+    <name>Pins</name>
+    <message>
+        <source>Nothing is pinned to the screen.</source>
+        <translation>屏幕上没有钉住的图片。</translation>
+    </message>
+    <message>
+        <source>Keeping the pins...</source>
+        <translation>正在保留钉住的图片...</translation>
+    </message>
+    <message>
+        <source>The pins can&apos;t be kept for the next start: %1</source>
+        <translation>无法为下次启动保留钉住的图片：%1</translation>
     </message>
 </context>
 <context>
@@ -2762,6 +2888,14 @@ Esc：放弃</translation>
     <message>
         <source>Take the picture (Return)</source>
         <translation>截取图片 (Enter)</translation>
+    </message>
+    <message>
+        <source>Pin</source>
+        <translation>钉住</translation>
+    </message>
+    <message>
+        <source>Keep the picture above all windows (P)</source>
+        <translation>将图片保持在所有窗口之上 (P)</translation>
     </message>
 </context>
 <context>

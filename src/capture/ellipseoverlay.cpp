@@ -21,7 +21,7 @@ QPainterPath *MyDrawRound::getEllipse() const
 
 Grab MyDrawRound::take()
 {
-    Grab grab{.picture = getPixmap()};
+    Grab grab{.picture = getPixmap(), .place = area().topLeft() + region().topLeft()};
     if (const std::unique_ptr<QPainterPath> ellipse(getEllipse()); ellipse)
         grab.outline = toPicture(grab.picture, region().size()).map(*ellipse);
     return grab;

@@ -3,6 +3,7 @@
 #include <QFlags>
 #include <QPainterPath>
 #include <QPixmap>
+#include <QPoint>
 #include <QPolygonF>
 #include <QString>
 
@@ -11,12 +12,13 @@
 
 /// What becomes of a grab's picture.
 enum class GrabGoal {
-    Tab = 1,     ///< opens in the main window
-    Copy = 2,    ///< on the clipboard
-    Save = 4,    ///< a file with a name by the template, without a question
-    Notify = 8,  ///< a notification with a small picture
-    Text = 16,   ///< its text is read, and on the clipboard
-    Caller = 32  ///< handed to the program that has asked for it over the bus
+    Tab = 1,      ///< opens in the main window
+    Copy = 2,     ///< on the clipboard
+    Save = 4,     ///< a file with a name by the template, without a question
+    Notify = 8,   ///< a notification with a small picture
+    Text = 16,    ///< its text is read, and on the clipboard
+    Caller = 32,  ///< handed to the program that has asked for it over the bus
+    Pin = 64      ///< stays above all windows
 };
 Q_DECLARE_FLAGS(GrabGoals, GrabGoal)
 Q_DECLARE_OPERATORS_FOR_FLAGS(GrabGoals)
@@ -35,6 +37,9 @@ struct Grab {
     /// Of the window that was chosen; both empty where none was, and the one in front counts.
     QString application{};
     QString title{};
+    /// Where the desktop showed its top left pixel, in global device pixels; none where that says
+    /// nothing, as for a window that was covered.
+    std::optional<QPoint> place{};
     /// What the user has asked for this one; without it, what the hot key or the preferences say.
     std::optional<GrabGoals> goals{};
 };

@@ -72,7 +72,7 @@ Grab takeLastMark()
     const QRect box(exact.topLeft().toPoint(), exact.size().toSize());
     if (box.isEmpty())
         return {};
-    Grab grab{.picture = desktopPicture(box), .kind = kind.toLower()};
+    Grab grab{.picture = desktopPicture(box), .kind = kind.toLower(), .place = box.topLeft()};
     // The screen's own pixels may be larger.
     const QTransform scale = QTransform::fromScale(qreal(grab.picture.width()) / box.width(),
                                                    qreal(grab.picture.height()) / box.height());

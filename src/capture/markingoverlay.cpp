@@ -35,9 +35,10 @@ struct GoalKey {
     const char *name = nullptr;
 };
 
-constexpr std::array<GoalKey, 3> s_goalKeys{{
+constexpr std::array<GoalKey, 4> s_goalKeys{{
     {Qt::Key_C, Qt::ControlModifier, GrabGoal::Copy, QT_TRANSLATE_NOOP("MarkingOverlay", "Copy")},
     {Qt::Key_S, Qt::ControlModifier, GrabGoal::Save, QT_TRANSLATE_NOOP("MarkingOverlay", "Save")},
+    {Qt::Key_P, Qt::NoModifier, GrabGoal::Pin, QT_TRANSLATE_NOOP("MarkingOverlay", "Pin")},
     {Qt::Key_T, Qt::NoModifier, GrabGoal::Text,
      QT_TRANSLATE_NOOP("MarkingOverlay", "Read the text")},
 }};
@@ -111,6 +112,10 @@ bool MarkingOverlay::hearsKey(const QKeyEvent &event)
 // While a button is down nothing is marked yet that could be taken.
 void MarkingOverlay::takeFor(const std::optional<GrabGoals> &goals, bool delayed)
 {
+    if (goals && goals->testFlag(GrabGoal::Pin)) {
+        if (const QString lack = services().abilities.lackOf(Ability::Pins); !lack.isEmpty())
+            return tell(lack);
+    }
     if (isPressed() || !complete())
         return;
     m_goals = goals;
@@ -121,10 +126,12 @@ void MarkingOverlay::takeFor(const std::optional<GrabGoals> &goals, bool delayed
 QList<CaptureOverlay::MenuEntry> MarkingOverlay::takeEntries()
 {
     QList<MenuEntry> result;
+    const bool canPin = services().abilities.lackOf(Ability::Pins).isEmpty();
     for (const GoalKey &goal : s_goalKeys)
         result.append({tr(goal.name),
                        QKeySequence(QKeyCombination(goal.modifiers, Qt::Key(goal.key))),
-                       canComplete(), [this, goal] { takeFor(goal.goal); }});
+                       canComplete() && (goal.goal != GrabGoal::Pin || canPin),
+                       [this, goal] { takeFor(goal.goal); }});
     result.append(
         {tr("Take after a countdown"), Qt::Key_D, canComplete(), [this] { takeFor({}, true); }});
     result.append(

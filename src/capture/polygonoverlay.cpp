@@ -108,7 +108,7 @@ QPolygonF *dlgFreeHand::getPolygon() const
 
 Grab dlgFreeHand::take()
 {
-    Grab grab{.picture = getPixmap()};
+    Grab grab{.picture = getPixmap(), .place = area().topLeft() + m_selection.box().topLeft()};
     if (const std::unique_ptr<QPolygonF> polygon(getPolygon()); polygon)
         grab.outline = toPicture(grab.picture, m_selection.box().size()).map(*polygon);
     return grab;

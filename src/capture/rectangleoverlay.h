@@ -11,7 +11,10 @@ class Dialog : public RegionOverlay
 public:
     explicit Dialog(QWidget *parent = nullptr, const MarkingHabits &habits = {});
 
-    Grab take() override { return {.picture = getPixmap()}; }
+    Grab take() override
+    {
+        return {.picture = getPixmap(), .place = area().topLeft() + region().topLeft()};
+    }
     /// The region's outline in overlay coordinates, which the caller owns; null if there is no
     /// region.
     QPainterPath *getPolygonF() const;

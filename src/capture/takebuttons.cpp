@@ -1,6 +1,7 @@
 #include "capture/takebuttons.h"
 
 #include "capture/overlayplate.h"
+#include "platform/services.h"
 
 #include <QEvent>
 #include <QFontMetrics>
@@ -32,6 +33,8 @@ TakeButtons::TakeButtons(QWidget *parent) : QWidget(parent)
     setCursor(Qt::ArrowCursor);
     add(tr("Copy"), tr("Copy the picture (Ctrl+C)"), GrabGoal::Copy);
     add(tr("Save"), tr("Save the picture as a file (Ctrl+S)"), GrabGoal::Save);
+    if (services().abilities.lackOf(Ability::Pins).isEmpty())
+        add(tr("Pin"), tr("Keep the picture above all windows (P)"), GrabGoal::Pin);
     add(tr("Text"), tr("Read the text in the picture, and copy it (T)"), GrabGoal::Text);
     add(tr("Take"), tr("Take the picture (Return)"), std::nullopt);
     resize(m_buttons.constLast()->geometry().right() + 1 + s_margin, s_height);

@@ -16,6 +16,7 @@ enum class Ability {
     HotKeys = 1 << 5,         ///< keys that are pressed in other programs are heard
     Watching = 1 << 6,        ///< what the screens show can be read again and again as it moves
     PointerShape = 1 << 7,    ///< the pointer can be in pictures
+    Pins = 1 << 8,            ///< a window can stay above all others, where it was put
 };
 Q_DECLARE_FLAGS(AbilitySet, Ability)
 Q_DECLARE_OPERATORS_FOR_FLAGS(AbilitySet)
@@ -23,7 +24,8 @@ Q_DECLARE_OPERATORS_FOR_FLAGS(AbilitySet)
 /// All of them have to do with other programs.
 inline constexpr AbilitySet everyAbility =
     Ability::Pictures | Ability::WindowList | Ability::CoveredWindows | Ability::OpenMenus |
-    Ability::OtherWheels | Ability::HotKeys | Ability::Watching | Ability::PointerShape;
+    Ability::OtherWheels | Ability::HotKeys | Ability::Watching | Ability::PointerShape |
+    Ability::Pins;
 
 /// What the desktop lets this program do: everything but what has been withheld. Commands ask
 /// before they need it.

@@ -11,11 +11,28 @@
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+// A box for what is only on or off.
+QCheckBox *addBox(QBoxLayout &place, const char *name, const QString &text, bool on,
+                  void (*set)(bool))
+{
+    auto *box = new QCheckBox(text);
+    box->setObjectName(QLatin1StringView(name));
+    box->setChecked(on);
+    place.addWidget(box);
+    QObject::connect(box, &QCheckBox::toggled, box, [set](bool now) { set(now); });
+    return box;
+}
+
+}  // namespace
+
 CapturePage::CapturePage(QWidget *parent) : QWidget(parent)
 {
     QVBoxLayout *layout = pageLayout(*this);
     addGoals(*layout);
     addMarking(*layout);
+    addPins(*layout);
     layout->addStretch();
 }
 
@@ -36,6 +53,10 @@ void CapturePage::addGoals(QBoxLayout &place)
     add("ChkTab", tr("Open in a &tab"), GrabGoal::Tab);
     add("ChkCopy", tr("C&opy to the clipboard"), GrabGoal::Copy);
     add("ChkSave", tr("&Save in the folder for pictures"), GrabGoal::Save);
+    add("ChkPin", tr("P&in to the screen"), GrabGoal::Pin);
+    const QString lack = services().abilities.lackOf(Ability::Pins);
+    m_goals.constLast().first->setEnabled(lack.isEmpty());
+    m_goals.constLast().first->setToolTip(asHint(lack));
     add("ChkText", tr("&Read the text and copy it"), GrabGoal::Text);
     add("ChkNotify", tr("Show a &notification"), GrabGoal::Notify);
     showGoals();
@@ -63,30 +84,37 @@ void CapturePage::showGoals()
 void CapturePage::addMarking(QBoxLayout &place)
 {
     QVBoxLayout *inside = addGroup(place, tr("Marking"));
-    const auto add = [&](const char *name, const QString &text, bool on, void (*set)(bool)) {
-        auto *box = new QCheckBox(text);
-        box->setObjectName(QLatin1StringView(name));
-        box->setChecked(on);
-        inside->addWidget(box);
-        connect(box, &QCheckBox::toggled, this, [set](bool now) { set(now); });
-        return box;
-    };
-    add("ChkTakeOnRelease", tr("Take &when the button is released"), Preferences::takesOnRelease(),
-        Preferences::setTakesOnRelease);
-    add("ChkTakeOnDoubleClick", tr("&Double click takes"), Preferences::takesOnDoubleClick(),
-        Preferences::setTakesOnDoubleClick);
-    add("ChkClearSelection", tr("C&lear selection"), Preferences::clearSelection(),
-        Preferences::setClearSelection);
-    QCheckBox *freeze = add("ChkFreezeScreen", tr("Free&ze the screen while choosing"),
-                            Preferences::freezesScreen(), Preferences::setFreezesScreen);
+    addBox(*inside, "ChkTakeOnRelease", tr("Take &when the button is released"),
+           Preferences::takesOnRelease(), Preferences::setTakesOnRelease);
+    addBox(*inside, "ChkTakeOnDoubleClick", tr("&Double click takes"),
+           Preferences::takesOnDoubleClick(), Preferences::setTakesOnDoubleClick);
+    addBox(*inside, "ChkClearSelection", tr("C&lear selection"), Preferences::clearSelection(),
+           Preferences::setClearSelection);
+    QCheckBox *freeze = addBox(*inside, "ChkFreezeScreen", tr("Free&ze the screen while choosing"),
+                               Preferences::freezesScreen(), Preferences::setFreezesScreen);
     if (!services().pictures->isLive()) {
         freeze->setEnabled(false);
         freeze->setToolTip(
             asHint(tr("On this desktop the screen always stands still while you choose.")));
     }
-    QCheckBox *shape = add("ChkShowPointer", tr("Show the &pointer in pictures"),
-                           Preferences::showsPointer(), Preferences::setShowsPointer);
+    QCheckBox *shape = addBox(*inside, "ChkShowPointer", tr("Show the &pointer in pictures"),
+                              Preferences::showsPointer(), Preferences::setShowsPointer);
     const QString lack = services().abilities.lackOf(Ability::PointerShape);
     shape->setEnabled(lack.isEmpty());
     shape->setToolTip(asHint(lack));
+}
+
+void CapturePage::addPins(QBoxLayout &place)
+{
+    QVBoxLayout *inside = addGroup(place, tr("Pins"));
+    const QString lack = services().abilities.lackOf(Ability::Pins);
+    QCheckBox *shown = addBox(*inside, "ChkShowPins", tr("Show pins in pict&ures"),
+                              Preferences::showsPins(), Preferences::setShowsPins);
+    QCheckBox *kept = addBox(*inside, "ChkKeepPins", tr("Bring pins &back after a restart"),
+                             Preferences::keepsPins(), Preferences::setKeepsPins);
+    connect(kept, &QCheckBox::toggled, this, &CapturePage::pinsChanged);
+    for (QCheckBox *box : {shown, kept}) {
+        box->setEnabled(lack.isEmpty());
+        box->setToolTip(asHint(lack));
+    }
 }

@@ -19,9 +19,14 @@ class CapturePage : public QWidget
 public:
     explicit CapturePage(QWidget *parent = nullptr);
 
+signals:
+    /// Whether pins are kept for the next start.
+    void pinsChanged();
+
 private:
     void addGoals(QBoxLayout &place);
     void addMarking(QBoxLayout &place);
+    void addPins(QBoxLayout &place);
     void showGoals();
 
     QList<std::pair<QCheckBox *, GrabGoal>> m_goals{};

@@ -7,6 +7,7 @@
 #include "shell/grabcalls.h"
 #include "shell/mainwindow.h"
 #include "shell/picturereading.h"
+#include "shell/pins.h"
 #include "shell/skin.h"
 #include "shell/workbench.h"
 
@@ -105,6 +106,24 @@ constexpr auto s_commands = std::to_array<Command>({
      .item = Command::PictureItem,
      .isForPicture = true,
      .run = [](MainWindow &window) { window.CopyFile(); }},
+    {.menu = Menu::Edit,
+     .caption = QT_TRANSLATE_NOOP("MainWindow", "Pi&n to the Screen"),
+     .keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+Shift+P"),
+     .item = Command::PinItem,
+     .isForPicture = true,
+     .needs = Ability::Pins,
+     .run = [](MainWindow &window) { window.pinPicture(); }},
+    {.menu = Menu::Edit,
+     .caption = QT_TRANSLATE_NOOP("MainWindow", "Next Pin"),
+     .keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+Shift+N"),
+     .item = Command::PinsItem,
+     .needs = Ability::Pins,
+     .run = [](MainWindow &window) { window.pins().focusNext(); }},
+    {.menu = Menu::Edit,
+     .caption = QT_TRANSLATE_NOOP("MainWindow", "Close All Pins"),
+     .item = Command::PinsItem,
+     .needs = Ability::Pins,
+     .run = [](MainWindow &window) { window.pins().closeAll(); }},
     {.menu = Menu::Edit,
      .caption = QT_TRANSLATE_NOOP("MainWindow", "Cop&y Text"),
      .keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+T"),
@@ -312,6 +331,13 @@ constexpr auto s_commands = std::to_array<Command>({
      .action = "cancel",
      .item = Command::CancelItem,
      .run = [](MainWindow &window) { window.grabs().cancel(); }},
+    {.trayCaption = ""},
+    {.trayCaption = QT_TRANSLATE_NOOP("MainWindow", "Next Pin"),
+     .needs = Ability::Pins,
+     .run = [](MainWindow &window) { window.pins().focusNext(); }},
+    {.trayCaption = QT_TRANSLATE_NOOP("MainWindow", "Close All Pins"),
+     .needs = Ability::Pins,
+     .run = [](MainWindow &window) { window.pins().closeAll(); }},
     {.trayCaption = ""},
     // No key of the system reaches its number.
     {.trayCaption = QT_TRANSLATE_NOOP("MainWindow", "Show Snapworkbench"),

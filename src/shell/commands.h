@@ -34,6 +34,8 @@ struct Command {
         ReadTextItem = 10,   ///< a picture, and what reads text
         ReadCodesItem = 11,  ///< a picture, and what reads codes
         LayersItem = 12,     ///< a picture
+        PinItem = 13,        ///< a picture, and a desktop that keeps windows above others
+        PinsItem = 14,       ///< something that is pinned
     };
 
     Menu menu = Menu::None;

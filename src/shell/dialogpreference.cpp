@@ -45,7 +45,9 @@ DialogPreference::DialogPreference(QWidget *parent)
         ui->cmbTimer->addItem(u"%1s"_s.arg(seconds), seconds);
     // It would put an entry's "s" behind each digit while a number is being typed.
     ui->cmbTimer->setCompleter(nullptr);
-    ui->tabPages->addTab(new CapturePage, tr("&Capture"));
+    auto *capture = new CapturePage;
+    connect(capture, &CapturePage::pinsChanged, this, &DialogPreference::PinsChanged);
+    ui->tabPages->addTab(capture, tr("&Capture"));
     ui->tabPages->addTab(new FilesPage, tr("&Files"));
     auto *keys = new KeysPage;
     ui->tabPages->addTab(keys, tr("&Keys"));

@@ -43,6 +43,8 @@ signals:
     void Changed();
     /// So may the hot keys, which have been stored and registered.
     void HotKeysChanged();
+    /// Whether they are kept for the next start.
+    void PinsChanged();
 
 private slots:
     void on_ChkAutoRun_stateChanged(int state);

@@ -10,6 +10,7 @@
 #include "shell/grabcalls.h"
 #include "shell/grabdelivery.h"
 #include "shell/mainwindow.h"
+#include "shell/pins.h"
 #include "shell/trayicon.h"
 
 #include <QApplication>
@@ -134,6 +135,18 @@ void FrontWindow::hideDialogs(bool hide)
         services().ownWindows->setOnScreen(window, false);
     }
 }
+
+bool FrontWindow::hidePins()
+{
+    Pins &pins = m_window.pins();
+    if (Preferences::showsPins() || pins.shown().isEmpty())
+        return false;
+    m_departure.begin(pins.shown());
+    pins.leaveScreen();
+    return true;
+}
+
+void FrontWindow::showPins(bool withKeyboard) { m_window.pins().comeBack(withKeyboard); }
 
 void FrontWindow::hideAll(bool hide)
 {
@@ -264,6 +277,7 @@ bool FrontWindow::addDocument(Grab grab, std::optional<GrabGoals> goals)
                                                    .kind = grab.kind,
                                                    .application = owner,
                                                    .title = title},
+                                        .place = grab.place,
                                         .goals = wanted});
 }
 

@@ -22,6 +22,8 @@ public:
     GrabSituation situation() override;
     QString refusal(GrabCommand command) override;
     void place(Place place) override;
+    bool hidePins() override;
+    void showPins(bool withKeyboard) override;
     void hideAll(bool hide) override;
     void close() override;
     void closeMenus() override;

@@ -53,6 +53,8 @@ bool GrabDelivery::deliver(const Picture &picture)
         CopiedPicture::copy(picture.picture.toImage(), m_work.jobs());
         delivery->isCopied = true;
     }
+    if (goals.testFlag(GrabGoal::Pin))
+        emit pinned(picture.picture.toImage(), picture.name, picture.place);
     if (goals.testFlag(GrabGoal::Caller))
         emit handedOver(picture);
     if (goals.testFlag(GrabGoal::Save))

@@ -6,9 +6,11 @@
 #include <QImage>
 #include <QObject>
 #include <QPixmap>
+#include <QPoint>
 #include <QString>
 
 #include <memory>
+#include <optional>
 
 class Notices;
 class PictureReading;
@@ -29,6 +31,7 @@ public:
         QPixmap picture{};  ///< cut to its outline
         QString name{};     ///< for the document; may be empty
         PictureOrigin origin{};
+        std::optional<QPoint> place{};  ///< where the desktop showed it, see Grab
         GrabGoals goals{};
     };
     /// Begins with all of it; files are written and texts read by workers. False where the picture
@@ -38,6 +41,8 @@ public:
 signals:
     /// A picture for who has asked for it over the bus.
     void handedOver(const GrabDelivery::Picture &picture);
+    /// A picture that is to stay above all windows. `place` as in Grab.
+    void pinned(const QImage &picture, const QString &name, const std::optional<QPoint> &place);
     /// The user wants to see a picture, which is the current document now.
     void wanted();
 

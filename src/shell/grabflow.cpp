@@ -221,6 +221,7 @@ void GrabFlow::dropHelper()
     thaw();
     unwatch();
     comeBack();
+    m_window.showPins(false);
     emit over();
     setState(GrabState::Idle);
 }
@@ -241,6 +242,7 @@ void GrabFlow::begin(const Press &press)
     m_goesElsewhere = false;
     m_escapeTime.reset();
     m_pictures.showPointer(m_before.showsPointer);
+    m_hidesPins = press.command != GrabCommand::Show && m_window.hidePins();
 }
 
 void GrabFlow::run(const Press &press)
@@ -406,7 +408,7 @@ bool GrabFlow::openDesktop()
 {
     if (m_before.freezes && m_pictures.isLive()) {
         // What is pointed at, and a menu that is open, are seen as long as nothing gets the focus.
-        if (minimizeBefore())
+        if (minimizeBefore() || m_hidesPins)
             m_window.settle();
         if (m_isGivenUp || !freeze(Freeze::Still))
             return false;
@@ -416,7 +418,8 @@ bool GrabFlow::openDesktop()
     }
     m_window.takeFocus();
     // The overlay shows a picture of the desktop, and the window has to be gone from it.
-    if (minimizeBefore() && !m_before.isComposited)
+    const bool hides = minimizeBefore() || m_hidesPins;
+    if (hides && (!m_before.isComposited || !m_pictures.isLive()))
         m_window.settle();
     return !m_isGivenUp && freeze();
 }
@@ -518,8 +521,8 @@ void GrabFlow::takeAtOnce()
     if (goesOn && !m_isGivenUp) {
         // The menu in which this was chosen, the countdown, the window. A key finds the desktop as
         // it is to be taken, unless it was heard in a menu.
-        const bool isAsItWas =
-            m_ways == GrabWay::ByKey && !minimizes && seconds <= 0 && !m_before.freezes;
+        const bool isAsItWas = m_ways == GrabWay::ByKey && !minimizes && !m_hidesPins &&
+                               seconds <= 0 && !m_before.freezes;
         if (!isAsItWas) {
             m_window.closing();
             if (!m_before.isActive)
@@ -686,7 +689,7 @@ void GrabFlow::getOutOfTheWay()
     if (m_pictures.isLive() || std::exchange(m_isOutOfTheWay, true))
         return;
     m_window.hideAll(true);
-    if (!m_before.isMinimized)
+    if (!m_before.isMinimized || m_hidesPins)
         m_window.settle();
 }
 
@@ -706,12 +709,14 @@ void GrabFlow::finish()
     if (std::exchange(m_closeAfter, false)) {
         m_kept.reset();
         m_owesShow = false;
+        m_window.showPins(false);
         comeBack();
         setState(GrabState::Idle);
         m_window.close();
         return;
     }
     if (!m_kept) {
+        m_window.showPins(!m_isRaised && !m_owesShow);
         comeBack();
         if (std::exchange(m_owesShow, false)) {
             m_isRaised = true;

@@ -117,6 +117,10 @@ public:
     enum class Place { Minimized, Restored, Behind, InFront };
     /// Puts the main window there. In front may mean a question of its own that is open.
     virtual void place(Place place) = 0;
+    /// Pins off the screen, unless they may be in pictures; true if any was there.
+    virtual bool hidePins() = 0;
+    /// And back; the one that had the keyboard gets it again, if told so.
+    virtual void showPins(bool withKeyboard) = 0;
     /// Every window of this program out of the way of a grab that it has no part in, or back.
     virtual void hideAll(bool hide) = 0;
     virtual void close() = 0;  ///< soon
@@ -304,6 +308,7 @@ private:
     bool m_holdsPictures = false;  // they have been asked for, and not been let go
     bool m_watches = false;        // what moves
     QString m_trouble;             // why there are none, to be told
+    bool m_hidesPins = false;      // they were on the screen
     bool m_helperWorks = false;
     bool m_isRaised = false;       // the window was, with a picture
     bool m_goesElsewhere = false;  // the helper's picture, so that the window stays where it was

@@ -39,12 +39,13 @@ enum Column { CommandColumn, KeysColumn, StateColumn };
 
 // What a hot key can do with its picture, in the order of the box. The first is no choice of its
 // own.
-constexpr std::array<std::pair<int, const char *>, 5> s_goals{{
+constexpr std::array<std::pair<int, const char *>, 6> s_goals{{
     {0, QT_TRANSLATE_NOOP("KeysPage", "as in the preferences")},
     {int(GrabGoal::Tab), QT_TRANSLATE_NOOP("KeysPage", "open a tab")},
     {int(GrabGoal::Copy), QT_TRANSLATE_NOOP("KeysPage", "copy the picture")},
     {int(GrabGoal::Save), QT_TRANSLATE_NOOP("KeysPage", "save it to a file")},
     {int(GrabGoal::Text), QT_TRANSLATE_NOOP("KeysPage", "copy the text in it")},
+    {int(GrabGoal::Pin), QT_TRANSLATE_NOOP("KeysPage", "pin it to the screen")},
 }};
 
 bool readsLines()

@@ -161,6 +161,7 @@ int runWindow(const QString &folder, const QString &unfinished, ApplicationBus &
     qunsetenv(minimizedStart);
     // What came back is to be seen.
     const bool isBack = window.startRecovery(folder + u"recovery"_s);
+    window.startPins(folder + u"pins"_s);
     if (isBack)
         window.show();
     else

@@ -23,6 +23,7 @@
 #include "shell/grabflow.h"
 #include "shell/notices.h"
 #include "shell/picturereading.h"
+#include "shell/pins.h"
 #include "shell/resizedialog.h"
 #include "shell/settingssaver.h"
 #include "shell/stylecontrols.h"
@@ -167,6 +168,10 @@ void MainWindow::setUpEditor()
     m_Reading = std::make_unique<PictureReading>(*this, *m_Work, *m_Notices);
     m_Delivery = std::make_unique<GrabDelivery>(*m_Work, *m_Notices, *m_Reading);
     connect(m_Delivery.get(), &GrabDelivery::wanted, this, &MainWindow::comeForward);
+    m_Pins = std::make_unique<Pins>(*m_Work, *m_Delivery, *m_Notices);
+    connect(m_Pins.get(), &Pins::editWanted, this, &MainWindow::comeForward);
+    // Shortcuts of disabled items are dead.
+    connect(m_Pins.get(), &Pins::changed, this, &MainWindow::BeforeShowEdit);
     m_Calls = std::make_unique<GrabCalls>(*m_Grabs, *m_Delivery, m_Work->jobs());
     TPictureEditor &editor = m_Work->editor();
     editor.setcallback(PictureChanged);
@@ -252,6 +257,8 @@ void MainWindow::closeEvent(QCloseEvent *event)
     event->accept();
     m_Front->dropCover();
     delete std::exchange(m_pPreference, nullptr);
+    // The toolkit closes all windows now.
+    m_Pins->end();
     QCoreApplication::quit();
 }
 
@@ -412,7 +419,13 @@ bool MainWindow::startRecovery(const QString &folder) { return m_Unsaved->start(
 
 void MainWindow::finishPictures() { m_Work->jobs().finishOwed(); }
 
-void MainWindow::keepUnsaved() { m_Unsaved->keep(); }
+void MainWindow::startPins(const QString &folder) { m_Pins->keepIn(folder); }
+
+void MainWindow::keepUnsaved()
+{
+    m_Unsaved->keep();
+    m_Pins->end();
+}
 
 void MainWindow::openPictures(const QStringList &paths,
                               const std::function<void(const QStringList &troubles)> &opened)
@@ -434,6 +447,12 @@ void MainWindow::CloseFile(int index) { m_Files->close(index); }
 
 bool MainWindow::CloseAllFiles() { return m_Files->closeAll(); }
 
+void MainWindow::pinPicture()
+{
+    const int current = m_Work->documents().current();
+    m_Pins->add(m_Work->unitedPicture().toImage(), GetFileShowName(current));
+}
+
 bool MainWindow::CopyFile() { return m_Files->copy(); }
 
 void MainWindow::BeforeShowFile()
@@ -452,6 +471,7 @@ void MainWindow::BeforeShowEdit()
                          .canUndo = editor.isTyping() || !editor.getVecUnDo().isEmpty(),
                          .canRedo = !editor.getVecReDo().isEmpty(),
                          .hasChosen = editor.hasSelection(),
+                         .hasPins = !m_Pins->isEmpty(),
                          .hasText = editor.choosesText(),
                          .textLack = m_Reading->textLack(),
                          .codeLack = m_Reading->codeLack()});
@@ -654,6 +674,7 @@ void MainWindow::Preference(int /*type*/)
         // Only now: what was loaded need not go back.
         connect(m_pPreference, &DialogPreference::Changed, this, &MainWindow::PreferenceChanged);
         connect(m_pPreference, &DialogPreference::HotKeysChanged, this, &MainWindow::showHotKeys);
+        connect(m_pPreference, &DialogPreference::PinsChanged, m_Pins.get(), &Pins::store);
     }
     m_pPreference->setVisible(true);
     m_pPreference->raise();

@@ -21,6 +21,7 @@ class GrabDelivery;
 class GrabFlow;
 class Notices;
 class PictureReading;
+class Pins;
 class QAction;
 class QPushButton;
 class SettingsSaver;
@@ -97,6 +98,8 @@ public:
     /// Waits, some seconds at the most, until pictures that are in no tab are where they go; one
     /// that can't get there opens in a tab.
     void finishPictures();
+    /// Keeps pins there as long as the user wants that, and shows those of an earlier run.
+    void startPins(const QString &folder);
     /// Waits, some seconds at the most, until what is not saved is on the disk.
     void keepUnsaved();
 
@@ -112,6 +115,7 @@ public:
     Workbench &work() { return *m_Work; }
     PictureReading &reading() { return *m_Reading; }
     GrabDelivery &delivery() { return *m_Delivery; }
+    Pins &pins() { return *m_Pins; }
     GrabCalls &calls() { return *m_Calls; }
     TrayIcon &tray() { return *m_Tray; }
     Skin &skin() { return m_Skin; }
@@ -182,6 +186,8 @@ public slots:
     void CloseFile(int index = -1);
     bool CloseAllFiles();  ///< false when the user cancelled
     bool CopyFile();
+    /// The current picture with its shapes above all windows.
+    void pinPicture();
     void BeforeShowFile();
     void BeforeShowEdit();
     /// The same, once it has been looked what is there to read text and codes.
@@ -275,6 +281,7 @@ private:
     std::unique_ptr<DocumentFiles> m_Files;
     std::unique_ptr<PictureReading> m_Reading;
     std::unique_ptr<GrabDelivery> m_Delivery;
+    std::unique_ptr<Pins> m_Pins;
     std::unique_ptr<WindowFace> m_Face;
     StyleControls *m_Style = nullptr;  ///< owned by the strip
     Magnifier m_Magnifier;

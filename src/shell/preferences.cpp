@@ -39,7 +39,7 @@ constexpr std::array s_formats{OfferedFormat{"png", false}, OfferedFormat{"jpg",
                                OfferedFormat{"bmp", false}};
 
 constexpr GrabGoals s_places =
-    GrabGoals(GrabGoal::Tab) | GrabGoal::Copy | GrabGoal::Save | GrabGoal::Text;
+    GrabGoals(GrabGoal::Tab) | GrabGoal::Copy | GrabGoal::Save | GrabGoal::Text | GrabGoal::Pin;
 
 // A picture that would go nowhere but into a notification opens in a tab.
 std::optional<GrabGoals> goals(const QString &key)
@@ -182,6 +182,14 @@ void setFreezesScreen(bool on)
 bool showsPointer() { return flag(u"ShowPointer"_s); }
 
 void setShowsPointer(bool on) { setFlag(u"ShowPointer"_s, on); }
+
+bool showsPins() { return flag(u"ShowPins"_s); }
+
+void setShowsPins(bool on) { setFlag(u"ShowPins"_s, on); }
+
+bool keepsPins() { return flag(u"KeepPins"_s); }
+
+void setKeepsPins(bool on) { setFlag(u"KeepPins"_s, on); }
 
 QString pictureFolder()
 {

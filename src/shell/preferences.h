@@ -63,6 +63,10 @@ bool freezesScreen();
 void setFreezesScreen(bool on);
 bool showsPointer();  ///< in the pictures
 void setShowsPointer(bool on);
+bool showsPins();  ///< in the pictures
+void setShowsPins(bool on);
+bool keepsPins();  ///< for the next start
+void setKeepsPins(bool on);
 
 /// Where pictures are saved that no name is asked for; it may have to be made.
 QString pictureFolder();

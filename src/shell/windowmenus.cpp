@@ -1,5 +1,6 @@
 #include "shell/windowmenus.h"
 
+#include "platform/services.h"
 #include "shell/commands.h"
 #include "shell/mainwindow.h"
 
@@ -104,6 +105,12 @@ void WindowMenus::updateEdit(const EditState &state)
             break;
         case Command::TextItem:
             action->setEnabled(state.hasText);
+            break;
+        case Command::PinItem:
+            read(*action, services().abilities.lackOf(Ability::Pins));
+            break;
+        case Command::PinsItem:
+            action->setEnabled(state.hasPins);
             break;
         case Command::ReadTextItem:
             read(*action, state.textLack);

@@ -28,9 +28,10 @@ public:
         bool canUndo = false;
         bool canRedo = false;
         bool hasChosen = false;  ///< shapes
-        bool hasText = false;    ///< one of them alone, and a text
-        QString textLack{};      ///< why no text can be read in the picture; empty where it can
-        QString codeLack{};      ///< the same for codes
+        bool hasPins = false;
+        bool hasText = false;  ///< one of them alone, and a text
+        QString textLack{};    ///< why no text can be read in the picture; empty where it can
+        QString codeLack{};    ///< the same for codes
     };
     void updateEdit(const EditState &state);
     /// The menu that opens on the picture, as updateFile() and updateEdit() were told last.

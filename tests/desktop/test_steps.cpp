@@ -49,6 +49,8 @@ private slots:
         QVERIFY(reaches(
             "area to a file", 3, [&] { mark(), key('s', s_ctrl); }, isSaved()));
         QVERIFY(reaches(
+            "area pinned", 3, [&] { mark(), key('p'); }, isPinned()));
+        QVERIFY(reaches(
             "text to the clipboard", 3, [&] { mark(s_words), key('t'); }, isRead()));
         QVERIFY(reaches(
             "same area", 3,
@@ -88,7 +90,7 @@ private slots:
     {
         QVERIFY(beginBeside({{u"ScreenTimer"_s, u"1"_s},
                              {u"TakeOnRelease"_s, u"1"_s},
-                             {u"AfterGrab.1"_s, u"2"_s},
+                             {u"AfterGrab.1"_s, u"66"_s},
                              {u"AfterGrab.2"_s, u"16"_s},
                              {u"CountsDown.5"_s, u"1"_s},
                              {u"AfterGrab.11"_s, u"4"_s},
@@ -105,8 +107,11 @@ private slots:
             "colour to the clipboard", 2, [&] { pickColour(); }, isColourCopied()));
         QVERIFY(reaches(
             "area to the clipboard", 2, [&] { mark('r', s_ctrlAlt); }, isCopied()));
+        QVERIFY(closePin());
         QVERIFY(reaches(
             "area to a file", 2, [&] { mark(XK_Print, {}); }, isSaved()));
+        QVERIFY(reaches(
+            "area pinned", 2, [&] { mark('r', s_ctrlAlt); }, isPinned()));
         QVERIFY(reaches(
             "whole screen to a file", 1, [&] { key(XK_Print, s_ctrlShift); }, isSaved(s_screen)));
         QVERIFY(reaches(
@@ -210,8 +215,9 @@ private:
         if (!waitFor(isWritten) || !m_desktop->startPattern(s_pattern))
             return false;
         // What is asked once is no step.
+        const QList<TestDesktop::Window> before = m_desktop->windows();
         m_desktop->key('w', s_ctrlAlt);
-        const bool isAsked = m_program->waitForState(u"Asking"_s);
+        const bool isAsked = m_program->waitForState(u"Asking"_s) && hasDialog(before);
         m_desktop->key(XK_Escape);
         const bool isAnswered = m_program->waitForState(u"Picking"_s);
         m_desktop->key(XK_Escape);
@@ -269,6 +275,28 @@ private:
             const QImage picture = QImage::fromData(xclip({u"-t"_s, u"image/png"_s, u"-o"_s}));
             return picture.convertToFormat(QImage::Format_RGB32) == patternAt(s_marked);
         };
+    }
+    // It is put away again.
+    std::function<bool()> isPinned()
+    {
+        return [this] { return pin().area.contains(s_marked) && closePin(); };
+    }
+    TestDesktop::Window pin()
+    {
+        return m_desktop->find([](const TestDesktop::Window &window) {
+            return window.title == u"Pinned picture" && window.viewable;
+        });
+    }
+    bool closePin()
+    {
+        // While the grab ends it keeps clicks from everybody.
+        if (!m_program->waitForState(u"Idle"_s))
+            return false;
+        m_desktop->click(s_marked.center());
+        if (!m_desktop->waitForFocus(pin()))
+            return false;
+        m_desktop->key(XK_Escape);
+        return waitFor([this] { return pin().id == XCB_NONE; });
     }
     std::function<bool()> isColourCopied()
     {

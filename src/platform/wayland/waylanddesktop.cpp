@@ -271,6 +271,9 @@ void withholdWhatLacks(Services &services, const WaylandConnection &connection,
         lacks(Ability::PointerShape,
               QT_TRANSLATE_NOOP("Abilities",
                                 "This desktop tells no program what the pointer looks like."));
+    lacks(Ability::Pins,
+          QT_TRANSLATE_NOOP("Abilities", "This desktop lets no program keep a window "
+                                         "above all others."));
     // The last word on what lacks is what the user is told.
     lacks(Ability::OpenMenus,
           QT_TRANSLATE_NOOP("Abilities", "This desktop tells no program of open menus. Take the "

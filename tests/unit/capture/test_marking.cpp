@@ -83,6 +83,8 @@ private slots:
         const auto text = static_cast<int>(GrabGoal::Text);
         check("Ctrl+C", copy, false, key(Qt::Key_C, Qt::ControlModifier));
         check("Ctrl+S", save, false, key(Qt::Key_S, Qt::ControlModifier));
+        const auto pin = static_cast<int>(GrabGoal::Pin);
+        check("P", pin, false, key(Qt::Key_P));
         check("T", text, false, key(Qt::Key_T));
         check("Return", 0, false, key(Qt::Key_Return));
         check("Enter", 0, false, key(Qt::Key_Enter, Qt::KeypadModifier));
@@ -91,8 +93,9 @@ private slots:
         check("Ie", text, false, russian(u'\u0415', 28));
         check("Copy", copy, false, button(0));
         check("Save", save, false, button(1));
-        check("Text", text, false, button(2));
-        check("Take", 0, false, button(3));
+        check("Pin", pin, false, button(2));
+        check("Text", text, false, button(3));
+        check("Take", 0, false, button(4));
     }
 
     // Off the handles and the caption, and whole; and away while something is dragged.

@@ -178,8 +178,12 @@ private slots:
     void polygonMenu()
     {
         auto &overlay = open<dlgFreeHand>();
-        const QStringList takes = QStringList{u"Copy"_s, u"Save"_s, u"Read the text"_s,
-                                              u"Take after a countdown"_s, u"Last area again"_s};
+        const QStringList takes = QStringList{u"Copy"_s,
+                                              u"Save"_s,
+                                              u"Pin"_s,
+                                              u"Read the text"_s,
+                                              u"Take after a countdown"_s,
+                                              u"Last area again"_s};
         QCOMPARE(contextMenu(), QStringList({u"Finish(Enter)"_s, u"Clear all points"_s}) + takes);
         click({10, 10});
         QCOMPARE(contextMenu(), QStringList{u"Finish(Enter)"_s} + takes);

@@ -52,6 +52,8 @@ public:
         if (place == Place::InFront)
             run(showing);
     }
+    bool hidePins() override { return false; }
+    void showPins(bool) override {}
     void hideAll(bool hide) override
     {
         log.append(hide ? u"hide"_s : u"back"_s);
