@@ -1992,6 +1992,54 @@ Rücktaste    Punkt löschen</translation>
         <source>%1 is taken by another program.</source>
         <translation>%1 ist von einem anderen Programm belegt.</translation>
     </message>
+    <message>
+        <source>Zoom</source>
+        <translation>Zoom</translation>
+    </message>
+    <message>
+        <source>Size of the picture</source>
+        <translation>Größe des Bildes</translation>
+    </message>
+    <message>
+        <source>Zoom &amp;In</source>
+        <translation>Ver&amp;größern</translation>
+    </message>
+    <message>
+        <source>Zoom &amp;Out</source>
+        <translation>Ver&amp;kleinern</translation>
+    </message>
+    <message>
+        <source>&amp;Real Size</source>
+        <translation>&amp;Originalgröße</translation>
+    </message>
+    <message>
+        <source>&amp;Fit to the Window</source>
+        <translation>In das &amp;Fenster einpassen</translation>
+    </message>
+    <message>
+        <source>Ctrl+9</source>
+        <translation>Ctrl+9</translation>
+    </message>
+    <message>
+        <source>&amp;Zoom...</source>
+        <translation>&amp;Zoom ...</translation>
+    </message>
+    <message>
+        <source>Ctrl+Shift+M</source>
+        <translation>Ctrl+Shift+M</translation>
+    </message>
+    <message>
+        <source>&amp;Sharp Pixels when Enlarged</source>
+        <translation>&amp;Scharfe Bildpunkte beim Vergrößern</translation>
+    </message>
+    <message>
+        <source>Ctrl+Shift+P</source>
+        <translation>Ctrl+Shift+P</translation>
+    </message>
+    <message>
+        <source>&amp;View</source>
+        <translation>&amp;Ansicht</translation>
+    </message>
 </context>
 <context>
     <name>MarkingOverlay</name>
@@ -2884,6 +2932,24 @@ Esc: abbrechen</translation>
     <message>
         <source>&quot;%1&quot; was closed meanwhile.</source>
         <translation>„%1“ wurde inzwischen geschlossen.</translation>
+    </message>
+</context>
+<context>
+    <name>ZoomBox</name>
+    <message>
+        <source>Fit</source>
+        <translation>Einpassen</translation>
+    </message>
+    <message>
+        <source>%1%</source>
+        <translation>%1 %</translation>
+    </message>
+</context>
+<context>
+    <name>ZoomControls</name>
+    <message>
+        <source>%1 × %2 px</source>
+        <translation>%1 × %2 px</translation>
     </message>
 </context>
 <context>

@@ -1991,6 +1991,54 @@ Backspace    删除最后一点</translation>
         <source>%1 is taken by another program.</source>
         <translation>%1 已被其他程序占用。</translation>
     </message>
+    <message>
+        <source>Zoom</source>
+        <translation>缩放</translation>
+    </message>
+    <message>
+        <source>Size of the picture</source>
+        <translation>图片大小</translation>
+    </message>
+    <message>
+        <source>Zoom &amp;In</source>
+        <translation>放大(&amp;I)</translation>
+    </message>
+    <message>
+        <source>Zoom &amp;Out</source>
+        <translation>缩小(&amp;O)</translation>
+    </message>
+    <message>
+        <source>&amp;Real Size</source>
+        <translation>实际大小(&amp;R)</translation>
+    </message>
+    <message>
+        <source>&amp;Fit to the Window</source>
+        <translation>适合窗口(&amp;F)</translation>
+    </message>
+    <message>
+        <source>Ctrl+9</source>
+        <translation>Ctrl+9</translation>
+    </message>
+    <message>
+        <source>&amp;Zoom...</source>
+        <translation>缩放(&amp;Z)...</translation>
+    </message>
+    <message>
+        <source>Ctrl+Shift+M</source>
+        <translation>Ctrl+Shift+M</translation>
+    </message>
+    <message>
+        <source>&amp;Sharp Pixels when Enlarged</source>
+        <translation>放大时像素锐利(&amp;S)</translation>
+    </message>
+    <message>
+        <source>Ctrl+Shift+P</source>
+        <translation>Ctrl+Shift+P</translation>
+    </message>
+    <message>
+        <source>&amp;View</source>
+        <translation>视图(&amp;V)</translation>
+    </message>
 </context>
 <context>
     <name>MarkingOverlay</name>
@@ -2880,6 +2928,24 @@ Esc：放弃</translation>
     <message>
         <source>&quot;%1&quot; was closed meanwhile.</source>
         <translation>“%1”已被关闭。</translation>
+    </message>
+</context>
+<context>
+    <name>ZoomBox</name>
+    <message>
+        <source>Fit</source>
+        <translation>适合</translation>
+    </message>
+    <message>
+        <source>%1%</source>
+        <translation>%1%</translation>
+    </message>
+</context>
+<context>
+    <name>ZoomControls</name>
+    <message>
+        <source>%1 × %2 px</source>
+        <translation>%1 × %2 像素</translation>
     </message>
 </context>
 <context>

@@ -7,6 +7,7 @@
 #include "shell/grabcalls.h"
 #include "shell/mainwindow.h"
 #include "shell/picturereading.h"
+#include "shell/preferences.h"
 #include "shell/skin.h"
 #include "shell/workbench.h"
 
@@ -203,6 +204,44 @@ constexpr auto s_commands = std::to_array<Command>({
      .run =
          [](MainWindow &window) { window.changePicture(operation(MirrorPicture{Qt::Vertical})); }},
 
+    {.menu = Menu::View,
+     .caption = QT_TRANSLATE_NOOP("MainWindow", "Zoom &In"),
+     .keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+="),
+     .isAlwaysHeard = true,
+     .button = "BtnZoomIn",
+     .item = Command::PictureItem,
+     .run = [](MainWindow &window) { window.on_BtnZoomIn_clicked(); }},
+    {.menu = Menu::View,
+     .caption = QT_TRANSLATE_NOOP("MainWindow", "Zoom &Out"),
+     .keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+-"),
+     .isAlwaysHeard = true,
+     .button = "BtnZoomOut",
+     .item = Command::PictureItem,
+     .run = [](MainWindow &window) { window.on_BtnZoomOut_clicked(); }},
+    {.menu = Menu::View,
+     .caption = QT_TRANSLATE_NOOP("MainWindow", "&Real Size"),
+     .keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+0"),
+     .isAlwaysHeard = true,
+     .button = "BtnRealSize",
+     .item = Command::PictureItem,
+     .run = [](MainWindow &window) { window.on_BtnRealSize_clicked(); }},
+    {.menu = Menu::View,
+     .caption = QT_TRANSLATE_NOOP("MainWindow", "&Fit to the Window"),
+     .keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+9"),
+     .item = Command::PictureItem,
+     .run = [](MainWindow &window) { window.work().zoomToFit(); }},
+    {.menu = Menu::View,
+     .caption = QT_TRANSLATE_NOOP("MainWindow", "&Zoom..."),
+     .keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+Shift+M"),
+     .item = Command::PictureItem,
+     .run = [](MainWindow &window) { window.enterControl(u"CmbZoom"_s); }},
+    {.menu = Menu::View, .caption = ""},
+    {.menu = Menu::View,
+     .caption = QT_TRANSLATE_NOOP("MainWindow", "&Sharp Pixels when Enlarged"),
+     .keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+Shift+P"),
+     .run = [](MainWindow &window) { window.setSharpPixels(!Preferences::sharpPixels()); },
+     .isOn = [] { return Preferences::sharpPixels(); }},
+
     {.menu = Menu::Capture,
      .caption = QT_TRANSLATE_NOOP("MainWindow", "Rectangular"),
      .trayCaption = QT_TRANSLATE_NOOP("MainWindow", "Capture Rectangular"),
@@ -342,15 +381,6 @@ constexpr auto s_commands = std::to_array<Command>({
      .button = "BtnRegister",
      .run = [](MainWindow &window) { window.Register(); }},
 
-    {.keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+="),
-     .button = "BtnZoomIn",
-     .run = [](MainWindow &window) { window.on_BtnZoomIn_clicked(); }},
-    {.keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+-"),
-     .button = "BtnZoomOut",
-     .run = [](MainWindow &window) { window.on_BtnZoomOut_clicked(); }},
-    {.keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+0"),
-     .button = "BtnRealSize",
-     .run = [](MainWindow &window) { window.on_BtnRealSize_clicked(); }},
     {.keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+K"),
      .button = "BtnColor",
      .run = [](MainWindow &window) { window.on_BtnColor_clicked(); }},
@@ -569,6 +599,11 @@ void fillMenu(QMenu &menu, Command::Menu which, MainWindow &window)
         // Shown only: two owners of the same keys would both stay silent.
         if (command.isAlwaysHeard)
             action->setShortcutContext(Qt::WidgetShortcut);
+        if (command.isOn) {
+            action->setCheckable(true);
+            QObject::connect(&menu, &QMenu::aboutToShow, action,
+                             [action, &command] { action->setChecked(command.isOn()); });
+        }
         QObject::connect(action, &QAction::triggered, &window,
                          [&window, &command] { runCommand(command, window); });
     }

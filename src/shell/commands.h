@@ -18,7 +18,7 @@ class QMenu;
 /// key, bus action and button lead to it, and what it does. Texts are English; tr() of MainWindow
 /// has them in the user's language.
 struct Command {
-    enum class Menu { None, System, File, Edit, Capture, Help };
+    enum class Menu { None, System, File, Edit, View, Capture, Help };
     /// An item whose text or state depends on the documents, or on the grab: its QAction::data().
     enum Item {
         Plain = 0,
@@ -52,6 +52,7 @@ struct Command {
     bool isForPicture = false;  ///< an item of the menu that opens on the picture, too
     AbilitySet needs{};         ///< of the desktop; without it the command is greyed, and says why
     void (*run)(MainWindow &) = nullptr;
+    bool (*isOn)() = nullptr;  ///< of one that is switched on and off, and has a mark in its menu
     std::optional<GrabCommand> grab{};  ///< what it starts, instead of running something
     std::optional<GrabGoals> goals{};   ///< what becomes of its pictures; none: as preferred
     const Tool *tool = nullptr;         ///< the one that it chooses, instead of all that

@@ -25,6 +25,7 @@
 #include "shell/picturereading.h"
 #include "shell/resizedialog.h"
 #include "shell/settingssaver.h"
+#include "shell/stripfold.h"
 #include "shell/stylecontrols.h"
 #include "shell/toolstrip.h"
 #include "shell/trayicon.h"
@@ -33,6 +34,7 @@
 #include "shell/windowframe.h"
 #include "shell/windowmenus.h"
 #include "shell/workbench.h"
+#include "shell/zoomcontrols.h"
 #include "ui_mainwindow.h"
 
 #include <QAbstractEventDispatcher>
@@ -172,6 +174,8 @@ void MainWindow::setUpEditor()
     // What the controls show comes from the settings, and need not go back there: they are
     // connected later.
     m_Style = new StyleControls(*ui, editor);
+    editor.setSharp(Preferences::sharpPixels());
+    new ZoomControls(*ui, *m_Work);  // the strip owns it
 }
 
 void MainWindow::connectControls()
@@ -520,6 +524,17 @@ void MainWindow::changeBackdrop()
     });
 }
 
+void MainWindow::enterControl(const QString &name)
+{
+    enterStripControl(*findChild<QWidget *>(name));
+}
+
+void MainWindow::setSharpPixels(bool on)
+{
+    Preferences::setSharpPixels(on);
+    m_Work->editor().setSharp(on);
+}
+
 void MainWindow::say(const QString &text, const QList<NoticeBar::Action> &actions)
 {
     m_Notices->say(text, actions);
@@ -720,7 +735,7 @@ void MainWindow::on_BtnZoomIn_clicked() { m_Work->zoomIn(); }
 
 void MainWindow::on_BtnZoomOut_clicked() { m_Work->zoomOut(); }
 
-void MainWindow::on_BtnRealSize_clicked() { m_Work->zoomTo(1.0F); }
+void MainWindow::on_BtnRealSize_clicked() { m_Work->zoomToRealSize(); }
 
 void MainWindow::on_BtnUndo_clicked() { m_Work->editor().Undo(); }
 

@@ -191,6 +191,10 @@ public slots:
     void resizeCanvas();
     void changeBackdrop();
 
+    /// The keys go to a control of the edit strip, by its object name.
+    void enterControl(const QString &name);
+    void setSharpPixels(bool on);
+
     void Preference(int type);  ///< `type` has no effect
     void Preference();
     void PreferenceChanged();

@@ -267,3 +267,11 @@ void StripFold::giveBack()
         last.widget->hide();
     }
 }
+
+void enterStripControl(QWidget &control)
+{
+    if (control.isVisible())
+        control.setFocus(Qt::ShortcutFocusReason);
+    else if (auto *button = control.parentWidget()->findChild<FoldButton *>())
+        button->showMenu();
+}

@@ -29,6 +29,7 @@ WindowMenus::WindowMenus(MainWindow &window, QBoxLayout &place)
     add(MainWindow::tr("&sys"), Command::Menu::System);
     m_file = add(MainWindow::tr("&File"), Command::Menu::File);
     m_edit = add(MainWindow::tr("&Edit"), Command::Menu::Edit);
+    m_view = add(MainWindow::tr("&View"), Command::Menu::View);
     m_capture = add(MainWindow::tr("&Capture"), Command::Menu::Capture);
     m_help = add(MainWindow::tr("Help"), Command::Menu::Help);
     m_tray = new QMenu(&window);
@@ -88,7 +89,7 @@ void WindowMenus::updateEdit(const EditState &state)
     };
     for (QMenu *menu : {m_edit, m_picture})
         menu->setToolTipsVisible(!state.textLack.isEmpty() || !state.codeLack.isEmpty());
-    for (QAction *action : m_edit->actions() + m_picture->actions()) {
+    for (QAction *action : m_edit->actions() + m_view->actions() + m_picture->actions()) {
         switch (action->data().toInt()) {
         case Command::UndoItem:
             action->setEnabled(state.canUndo);

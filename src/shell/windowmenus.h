@@ -44,6 +44,7 @@ private:
     QMenu *m_capture = nullptr;
     QMenu *m_file;
     QMenu *m_edit;
+    QMenu *m_view;
     QMenu *m_picture;
     QMenu *m_help;
     QMenu *m_tray;

@@ -62,7 +62,73 @@ private slots:
         button("BtnRealSize")->click();
         QCOMPARE(editor()->getPixmapScaled(), 1.0F);
         button("BtnZoomIn")->click();
-        QVERIFY(editor()->getPixmapScaled() != 1.0F);
+        QCOMPARE(editor()->getPixmapScaled(), 1.0F);
+    }
+
+    // The wheel zooms, and the pixel below the pointer stays there; what fits has no bar, and what
+    // is as large as it gets is drawn at the cost of what is seen of it.
+    void zooming()
+    {
+        auto *area = m_window->findChild<QScrollArea *>(u"scrollArea"_s);
+        auto *box = m_window->findChild<QComboBox *>(u"CmbZoom"_s);
+        auto *size = m_window->findChild<QLabel *>(u"lblPictureSize"_s);
+        QVERIFY(!box->isEnabled());
+        add({3000, 40});
+        QVERIFY(area->horizontalScrollBar()->maximum() > 0);
+        QCOMPARE(area->verticalScrollBar()->maximum(), 0);
+        QCOMPARE(size->text(), u"3000 × 40 px"_s);
+        add({3840, 2160});
+        QCOMPARE(box->currentText(), u"100%"_s);
+        const QPoint place(311, 207);
+        const auto pixel = [&] {
+            const ViewMapping shown{view()->size(), editor()->pictureSize(),
+                                    editor()->getPixmapScaled()};
+            return shown.toPicture(view()->mapFrom(area->viewport(), place));
+        };
+        const auto turn = [&](int delta) {
+            const QPointF at = view()->mapFrom(area->viewport(), place);
+            QWheelEvent event(at, view()->mapToGlobal(at), {}, {0, delta}, {}, Qt::ControlModifier,
+                              Qt::NoScrollPhase, false);
+            QCoreApplication::sendEvent(view(), &event);
+        };
+        area->horizontalScrollBar()->setValue(1000);
+        area->verticalScrollBar()->setValue(800);
+        const QPoint before = pixel();
+        for (int i = 0; i < 11; ++i) {
+            turn(120);
+            QCOMPARE(pixel(), before);
+        }
+        QCOMPARE(box->currentText(), u"800%"_s);
+        QElapsedTimer timer;
+        timer.start();
+        for (const bool isSharp : {true, false}) {
+            editor()->setSharp(isSharp);
+            view()->repaint();
+        }
+        QVERIFY2(timer.elapsed() < 1000, qPrintable(QString::number(timer.elapsed())));
+        for (int i = 0; i < 9; ++i)
+            turn(-120);
+        QCOMPARE(editor()->getPixmapScaled(), 1.0F);
+        QCOMPARE(pixel(), before);
+
+        // The box takes what is near to a number, and nothing else.
+        activate();
+        const auto type = [&](const QString &text) {
+            box->setFocus();
+            box->lineEdit()->selectAll();
+            QTest::keyClicks(box, text);
+            QTest::keyClick(box, Qt::Key_Return);
+            return box->currentText();
+        };
+        QCOMPARE(type(u"50"_s), u"50%"_s);
+        QCOMPARE(m_window->focusWidget(), view());
+        QCOMPARE(type(u"lots"_s), u"50%"_s);
+        QCOMPARE(type(u"99999 %"_s), u"800%"_s);
+        QCOMPARE(type(u"0,1"_s), u"1.3%"_s);
+        QTest::keyClick(m_window.get(), Qt::Key_9, Qt::ControlModifier);
+        QCOMPARE(area->horizontalScrollBar()->maximum() + area->verticalScrollBar()->maximum(), 0);
+        QVERIFY(editor()->getPixmapScaled() * 3840 > area->width() - 2 ||
+                editor()->getPixmapScaled() * 2160 > area->height() - 2);
     }
 
     void shapesStayWithTheirDocument()
