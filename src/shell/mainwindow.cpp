@@ -1,6 +1,7 @@
 #include "shell/mainwindow.h"
 
 #include "base/log.h"
+#include "base/paths.h"
 #include "capture/grab.h"
 #include "capture/magnifierpanel.h"
 #include "config/applicationrecord.h"
@@ -21,7 +22,10 @@
 #include "shell/grabcalls.h"
 #include "shell/grabdelivery.h"
 #include "shell/grabflow.h"
+#include "shell/handedfiles.h"
 #include "shell/notices.h"
+#include "shell/picturedrag.h"
+#include "shell/pictureintake.h"
 #include "shell/picturereading.h"
 #include "shell/resizedialog.h"
 #include "shell/settingssaver.h"
@@ -42,6 +46,8 @@
 #include <QClipboard>
 #include <QCloseEvent>
 #include <QDesktopServices>
+#include <QDragEnterEvent>
+#include <QDropEvent>
 #include <QKeyEvent>
 #include <QMenu>
 #include <QThread>
@@ -165,6 +171,9 @@ void MainWindow::setUpGrabs()
 void MainWindow::setUpEditor()
 {
     m_Reading = std::make_unique<PictureReading>(*this, *m_Work, *m_Notices);
+    m_Intake = std::make_unique<PictureIntake>(*m_Work, *m_Notices, nullptr);
+    m_Handed = std::make_unique<HandedFiles>(GetDirectory(g_ResourceFileName), nullptr);
+    setAcceptDrops(true);
     m_Delivery = std::make_unique<GrabDelivery>(*m_Work, *m_Notices, *m_Reading);
     connect(m_Delivery.get(), &GrabDelivery::wanted, this, &MainWindow::comeForward);
     m_Calls = std::make_unique<GrabCalls>(*m_Grabs, *m_Delivery, m_Work->jobs());
@@ -185,6 +194,8 @@ void MainWindow::connectControls()
             &MainWindow::on_tabWidget_currentChanged);
     connect(ui->tabWidget, &QTabWidget::tabCloseRequested, this,
             &MainWindow::on_tabWidget_tabCloseRequested);
+    connect(ui->tabWidget, &TabWidget::menuWanted, this, &MainWindow::openTabMenu);
+    connect(ui->tabWidget, &TabWidget::dragWanted, this, &MainWindow::dragTab);
     connect(ui->SliderLineWidth, &QSlider::valueChanged, this,
             &MainWindow::on_SliderLineWidth_valueChanged);
     connect(ui->CmbFont, &FontBox::currentFontChanged, this,
@@ -255,6 +266,22 @@ void MainWindow::closeEvent(QCloseEvent *event)
     m_Front->dropCover();
     delete std::exchange(m_pPreference, nullptr);
     QCoreApplication::quit();
+}
+
+// What is dragged out of here need not come in again.
+void MainWindow::dragEnterEvent(QDragEnterEvent *event)
+{
+    if (event->source() || !PictureIntake::isOffered(*event->mimeData()))
+        return;
+    event->setDropAction(Qt::CopyAction);
+    event->accept();
+}
+
+void MainWindow::dropEvent(QDropEvent *event)
+{
+    event->setDropAction(Qt::CopyAction);
+    event->accept();
+    m_Intake->take(*event->mimeData());
 }
 
 bool MainWindow::eventFilter(QObject *watched, QEvent *event)
@@ -432,6 +459,10 @@ bool MainWindow::SaveAllFiles() { return m_Files->saveAll(); }
 
 void MainWindow::CloseFile(int index) { m_Files->close(index); }
 
+void MainWindow::closeOtherFiles() { m_Files->closeOthers(); }
+
+void MainWindow::openFolder() { m_Files->openFolder(); }
+
 bool MainWindow::CloseAllFiles() { return m_Files->closeAll(); }
 
 bool MainWindow::CopyFile() { return m_Files->copy(); }
@@ -439,10 +470,13 @@ bool MainWindow::CopyFile() { return m_Files->copy(); }
 void MainWindow::BeforeShowFile()
 {
     const DocumentList &documents = m_Work->documents();
-    m_Menus->updateFile({.any = !documents.isEmpty(),
-                         .name = GetFileShowName(documents.current()),
-                         .isModified = HasModified(false),
-                         .anyModified = HasModified(true)});
+    m_Menus->updateFile(
+        {.any = !documents.isEmpty(),
+         .name = GetFileShowName(documents.current()),
+         .isModified = HasModified(false),
+         .anyModified = HasModified(true),
+         .hasFile = documents.currentDocument() && !documents.currentDocument()->IsNewFile(),
+         .hasOthers = documents.size() > 1});
 }
 
 void MainWindow::BeforeShowEdit()
@@ -771,6 +805,21 @@ void MainWindow::openPictureMenu(QPoint position)
     BeforeShowFile();
     lookForReaders();
     m_Menus->picture().popup(position);
+}
+
+// What it offers is done to the current document.
+void MainWindow::openTabMenu(int index, QPoint position)
+{
+    SetCurDocumentIndex(index);
+    BeforeShowFile();
+    BeforeShowEdit();
+    m_Menus->tab().popup(position);
+}
+
+void MainWindow::dragTab(int index)
+{
+    SetCurDocumentIndex(index);
+    dragPicture(*ui->tabWidget->tabBar(), *m_Work, *m_Handed);
 }
 
 // What the keys have reached is scrolled into view, with some room around it.

@@ -20,6 +20,8 @@ class GrabCalls;
 class GrabDelivery;
 class GrabFlow;
 class Notices;
+class HandedFiles;
+class PictureIntake;
 class PictureReading;
 class QAction;
 class QPushButton;
@@ -108,6 +110,7 @@ public:
     GrabFlow &grabs() { return *m_Grabs; }
     Workbench &work() { return *m_Work; }
     PictureReading &reading() { return *m_Reading; }
+    PictureIntake &intake() { return *m_Intake; }
     GrabDelivery &delivery() { return *m_Delivery; }
     GrabCalls &calls() { return *m_Calls; }
     TrayIcon &tray() { return *m_Tray; }
@@ -177,6 +180,10 @@ public slots:
     bool SaveFileWithLayers(int index = -1);
     bool SaveAllFiles();
     void CloseFile(int index = -1);
+    /// All but the current one, until the user cancels.
+    void closeOtherFiles();
+    /// Shows the folder of the current document's file.
+    void openFolder();
     bool CloseAllFiles();  ///< false when the user cancelled
     bool CopyFile();
     void BeforeShowFile();
@@ -232,6 +239,8 @@ signals:
 
 protected:
     void closeEvent(QCloseEvent *event) override;
+    void dragEnterEvent(QDragEnterEvent *event) override;
+    void dropEvent(QDropEvent *event) override;
     bool event(QEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
@@ -253,6 +262,8 @@ private:
 
     void showTool();
     void openPictureMenu(QPoint position);
+    void openTabMenu(int index, QPoint position);
+    void dragTab(int index);
     void lookAt(const QRect &place);
     void offerColorText(QPoint position);
     void setUpGrabs();
@@ -275,6 +286,8 @@ private:
     std::unique_ptr<UnsavedPictures> m_Unsaved;
     std::unique_ptr<DocumentFiles> m_Files;
     std::unique_ptr<PictureReading> m_Reading;
+    std::unique_ptr<PictureIntake> m_Intake;
+    std::unique_ptr<HandedFiles> m_Handed;
     std::unique_ptr<GrabDelivery> m_Delivery;
     std::unique_ptr<WindowFace> m_Face;
     StyleControls *m_Style = nullptr;  ///< owned by the strip

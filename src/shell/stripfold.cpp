@@ -271,7 +271,9 @@ void StripFold::giveBack()
 void enterStripControl(QWidget &control)
 {
     if (control.isVisible())
-        control.setFocus(Qt::ShortcutFocusReason);
-    else if (auto *button = control.parentWidget()->findChild<FoldButton *>())
-        button->showMenu();
+        return control.setFocus(Qt::ShortcutFocusReason);
+    for (QPushButton *button : control.parentWidget()->findChildren<QPushButton *>()) {
+        if (dynamic_cast<FoldButton *>(button))
+            return button->showMenu();
+    }
 }

@@ -7,9 +7,14 @@
 #include "shell/progressplate.h"
 #include "ui_mainwindow.h"
 
+#include <QDir>
+#include <QToolTip>
+
 #include <algorithm>
 #include <cmath>
 #include <utility>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -34,6 +39,7 @@ Workbench::Workbench(Ui::MainWindow &ui, QWidget &window, Notices &notices)
     });
     connect(m_editor.get(), &TPictureEditor::typed, this, &Workbench::edited);
     connect(m_editor.get(), &TPictureEditor::zoomWanted, this, &Workbench::zoomAt);
+    connect(ui.tabWidget, &TabWidget::tipWanted, this, &Workbench::showTip);
     packUnseen();
 }
 
@@ -132,6 +138,24 @@ QString Workbench::troubleOf(const QPictureDocument &document)
     return isMissing
                ? tr("\"%1\" can't be shown: %2").arg(document.GetShowName(), document.m_Failure)
                : QString();
+}
+
+// Its file, or else its name, and how large it is.
+void Workbench::showTip(int index, QPoint position)
+{
+    if (!m_documents.has(index))
+        return;
+    const QPictureDocument &document = m_documents[index];
+    QStringList lines{document.IsNewFile() ? document.GetShowName()
+                                           : QDir::toNativeSeparators(document.m_FileName)};
+    const QSize size =
+        &document == m_documents.currentDocument() ? m_editor->pictureSize() : document.size();
+    if (!size.isEmpty())
+        lines.append(tr("%1 × %2 px").arg(size.width()).arg(size.height()));
+    for (QString &line : lines)
+        line = line.toHtmlEscaped();
+    QToolTip::showText(position, u"<p style='white-space:pre'>"_s + lines.join(u"<br>"_s),
+                       m_ui.tabWidget);
 }
 
 // What is being typed will be part of the picture.

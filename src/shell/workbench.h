@@ -101,6 +101,7 @@ private:
         int number = 0;
     };
 
+    void showTip(int index, QPoint position);
     QPointF middleOfView() const;
     void zoomHolding(float scale, QPointF position);
     void parkState(QPictureDocument &document) const;

@@ -13,6 +13,8 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr std::array s_offered{0.25F, 0.5F, 1.0F, 2.0F, 4.0F, 8.0F};
+// The frame, the arrow and their margins, in logical pixels.
+constexpr int s_besideText = 38;
 // Below, a percentage needs a digit after the point.
 constexpr float s_small = 0.1F;
 
@@ -45,6 +47,12 @@ void ZoomBox::showZoom(float zoom)
     setEnabled(zoom > 0);
     setCurrentIndex(findData(zoom > 0 ? zoom : -1));
     setEditText(zoom > 0 ? textOf(zoom) : QString());
+}
+
+QSize ZoomBox::sizeHint() const
+{
+    const int text = fontMetrics().horizontalAdvance(textOf(s_offered.back()));
+    return {text + s_besideText, QComboBox::sizeHint().height()};
 }
 
 QString ZoomBox::textOf(float zoom)

@@ -14,6 +14,10 @@ public:
     /// Shows a zoom in device pixels per pixel of the picture; 0 for none.
     void showZoom(float zoom);
 
+    // Room for the largest zoom there is, and no more.
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override { return sizeHint(); }
+
 signals:
     void zoomWanted(float zoom);
     void fitWanted();

@@ -131,6 +131,47 @@ private slots:
                 editor()->getPixmapScaled() * 2160 > area->height() - 2);
     }
 
+    // By the middle button a tab is closed, by the right one it comes to the front with a menu, of
+    // which each item is about it.
+    void tabsByPointer()
+    {
+        const QString path = at(u"a.png"_s);
+        QVERIFY(solid({20, 30}).save(path));
+        open({path});
+        for (int i = 0; i < 3; ++i)
+            add({10, 10}, u"grab"_s);
+        QTabBar *bar = tabs()->tabBar();
+        const auto at = [bar](int tab) { return bar->tabRect(tab).center(); };
+        QHelpEvent help(QEvent::ToolTip, at(0), bar->mapToGlobal(at(0)));
+        QCoreApplication::sendEvent(bar, &help);
+        QVERIFY(QToolTip::text().contains(path) && QToolTip::text().contains(u"20 × 30"_s));
+        QContextMenuEvent event(QContextMenuEvent::Mouse, at(0), bar->mapToGlobal(at(0)));
+        QCoreApplication::sendEvent(bar, &event);
+        QCOMPARE(tabs()->currentIndex(), 0);
+        auto *menu = m_window->findChild<QMenu *>(u"TabMenu"_s);
+        QVERIFY(menu->isVisible());
+        const auto item = [menu](int data) {
+            for (QAction *action : menu->actions()) {
+                if (action->data().toInt() == data)
+                    return action;
+            }
+            return static_cast<QAction *>(nullptr);
+        };
+        QVERIFY(item(13)->isEnabled() && item(14)->isEnabled() && !item(2)->isEnabled());
+        menu->close();
+        // It ends where the user cancels, and leaves the one that was kept in front.
+        answer(QMessageBox::Discard, [this] { answer(QMessageBox::Cancel); });
+        item(14)->trigger();
+        QCOMPARE(tabs()->count(), 3);
+        QCOMPARE(tabs()->currentIndex(), 0);
+        answer(QMessageBox::Discard);
+        QTest::mouseClick(bar, Qt::MiddleButton, {}, at(2));
+        QCOMPARE(tabs()->count(), 2);
+        QTest::mousePress(bar, Qt::MiddleButton, {}, at(0));
+        QTest::mouseRelease(bar, Qt::MiddleButton, {}, at(1));
+        QCOMPARE(tabs()->count(), 2);
+    }
+
     void shapesStayWithTheirDocument()
     {
         const QString path = at(u"a.png"_s);
@@ -238,8 +279,8 @@ private slots:
             keys.append(shortcut->key());
         for (const QPushButton *button : m_window->findChildren<QPushButton *>())
             keys.append(button->shortcut());
-        for (const QAction *menu : m_window->findChild<QMenuBar *>()->actions()) {
-            for (const QAction *action : menu->menu()->actions()) {
+        for (const QMenu *menu : m_window->findChild<QMenuBar *>()->findChildren<QMenu *>()) {
+            for (const QAction *action : menu->actions()) {
                 if (action->shortcutContext() == Qt::WindowShortcut)
                     keys.append(action->shortcut());
             }
@@ -275,7 +316,7 @@ private slots:
             m_window->BeforeShowEdit();
             int count = 0;
             for (const QAction *action : menu->actions())
-                count += !action->isSeparator() && action->isEnabled();
+                count += !action->isSeparator() && !action->menu() && action->isEnabled();
             return count;
         };
         activate();
@@ -283,10 +324,10 @@ private slots:
             QTest::keyClick(m_window.get(), key, Qt::ControlModifier | more);
             return editor()->pictureSize();
         };
-        QCOMPARE(enabled(), 0);
+        QCOMPARE(enabled(), 1);
         QVERIFY(press(Qt::Key_R).isEmpty());
         add({400, 100});
-        QCOMPARE(enabled(), 13);
+        QCOMPARE(enabled(), 14);
         m_window->chooseTool(stateText);
         clickAt(view(), view()->rect().center());
         QTest::keyClicks(view()->findChild<QTextEdit *>(), u"mine"_s);
@@ -297,7 +338,7 @@ private slots:
         QCOMPARE(editor()->getPixmapScaled(), zoom);
         QVERIFY(view()->height() >= 400);
         QCOMPARE(press(Qt::Key_Z), QSize(400, 100));
-        QCOMPARE(enabled(), 15);
+        QCOMPARE(enabled(), 16);
 
         // Half of both sides, and then room at the right and below.
         whenUp<QDialog>([this](QDialog &dialog) {
