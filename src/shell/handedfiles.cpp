@@ -44,7 +44,7 @@ QString HandedFiles::write(const QImage &picture, const QString &name, QString &
         failure = folder.error();
         return {};
     }
-    const QString path = folder.path() + u'/' + fileNameOf(name);
+    QString path = folder.path() + u'/' + fileNameOf(name);
     PictureProgress progress;
     const PictureWrite written = writePicture(picture, {}, path, "png", -1, progress);
     failure = written.failure;
