@@ -810,6 +810,14 @@ Rücktaste    Punkt löschen</translation>
         <source>The picture is in the clipboard.</source>
         <translation>Das Bild ist in der Zwischenablage.</translation>
     </message>
+    <message>
+        <source>The folder &quot;%1&quot; is not there any more.</source>
+        <translation>Den Ordner „%1“ gibt es nicht mehr.</translation>
+    </message>
+    <message>
+        <source>No program opens the folder &quot;%1&quot;.</source>
+        <translation>Kein Programm öffnet den Ordner „%1“.</translation>
+    </message>
 </context>
 <context>
     <name>FilesPage</name>
@@ -2033,6 +2041,46 @@ Rücktaste    Punkt löschen</translation>
         <translation>An den Bildschir&amp;m heften</translation>
     </message>
     <message>
+        <source>Zoom</source>
+        <translation>Zoom</translation>
+    </message>
+    <message>
+        <source>Size of the picture</source>
+        <translation>Größe des Bildes</translation>
+    </message>
+    <message>
+        <source>Zoom &amp;In</source>
+        <translation>Ver&amp;größern</translation>
+    </message>
+    <message>
+        <source>Zoom &amp;Out</source>
+        <translation>Ver&amp;kleinern</translation>
+    </message>
+    <message>
+        <source>&amp;Real Size</source>
+        <translation>&amp;Originalgröße</translation>
+    </message>
+    <message>
+        <source>&amp;Fit to the Window</source>
+        <translation>In das &amp;Fenster einpassen</translation>
+    </message>
+    <message>
+        <source>Ctrl+9</source>
+        <translation>Ctrl+9</translation>
+    </message>
+    <message>
+        <source>&amp;Zoom...</source>
+        <translation>&amp;Zoom ...</translation>
+    </message>
+    <message>
+        <source>Ctrl+Shift+M</source>
+        <translation>Ctrl+Shift+M</translation>
+    </message>
+    <message>
+        <source>&amp;Sharp Pixels when Enlarged</source>
+        <translation>&amp;Scharfe Bildpunkte beim Vergrößern</translation>
+    </message>
+    <message>
         <source>Ctrl+Shift+P</source>
         <translation>Ctrl+Shift+P</translation>
     </message>
@@ -2047,6 +2095,70 @@ Rücktaste    Punkt löschen</translation>
     <message>
         <source>Close All Pins</source>
         <translation>Alle angehefteten Bilder schließen</translation>
+    </message>
+    <message>
+        <source>&amp;View</source>
+        <translation>&amp;Ansicht</translation>
+    </message>
+    <message>
+        <source>Close Ot&amp;hers</source>
+        <translation>A&amp;ndere schließen</translation>
+    </message>
+    <message>
+        <source>Open &amp;Folder</source>
+        <translation>&amp;Ordner öffnen</translation>
+    </message>
+    <message>
+        <source>Ctrl+Shift+O</source>
+        <translation>Ctrl+Shift+O</translation>
+    </message>
+    <message>
+        <source>&amp;Paste</source>
+        <translation>E&amp;infügen</translation>
+    </message>
+    <message>
+        <source>Ctrl+V</source>
+        <translation>Ctrl+V</translation>
+    </message>
+    <message>
+        <source>Line &amp;Colour...</source>
+        <translation>Linien&amp;farbe ...</translation>
+    </message>
+    <message>
+        <source>&amp;Style...</source>
+        <translation>&amp;Stil ...</translation>
+    </message>
+    <message>
+        <source>Line &amp;Width...</source>
+        <translation>Linien&amp;breite ...</translation>
+    </message>
+    <message>
+        <source>Ctrl+Shift+I</source>
+        <translation>Ctrl+Shift+I</translation>
+    </message>
+    <message>
+        <source>&amp;Font...</source>
+        <translation>S&amp;chriftart ...</translation>
+    </message>
+    <message>
+        <source>Ctrl+Shift+F</source>
+        <translation>Ctrl+Shift+F</translation>
+    </message>
+    <message>
+        <source>Font Si&amp;ze...</source>
+        <translation>Schrift&amp;größe ...</translation>
+    </message>
+    <message>
+        <source>Ctrl+Shift+U</source>
+        <translation>Ctrl+Shift+U</translation>
+    </message>
+    <message>
+        <source>&amp;Tools</source>
+        <translation>Werk&amp;zeuge</translation>
+    </message>
+    <message>
+        <source>Ctrl+Shift+E</source>
+        <translation>Ctrl+Shift+E</translation>
     </message>
 </context>
 <context>
@@ -2135,6 +2247,37 @@ Rücktaste    Punkt löschen</translation>
     <message>
         <source>Close</source>
         <translation>Schließen</translation>
+    </message>
+</context>
+<context>
+    <name>PictureIntake</name>
+    <message>
+        <source>This is text, and no picture.</source>
+        <translation>Das ist Text und kein Bild.</translation>
+    </message>
+    <message>
+        <source>There is no picture that can be read.</source>
+        <translation>Es ist kein Bild da, das gelesen werden kann.</translation>
+    </message>
+    <message>
+        <source>Only the first %1 pictures were opened; %2 more were left out.</source>
+        <translation>Nur die ersten %1 Bilder wurden geöffnet, %2 weitere nicht.</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is not on this computer. Nothing was fetched; save the picture first, and open it then.</source>
+        <translation>„%1“ liegt nicht auf diesem Rechner. Nichts wurde geholt; speichern Sie das Bild zuerst und öffnen Sie es dann.</translation>
+    </message>
+    <message>
+        <source>There are no pictures in the folder &quot;%1&quot;.</source>
+        <translation>Im Ordner „%1“ sind keine Bilder.</translation>
+    </message>
+    <message>
+        <source>Files that are no pictures were not opened: %1.</source>
+        <translation>Dateien, die keine Bilder sind, wurden nicht geöffnet: %1.</translation>
+    </message>
+    <message>
+        <source>There is nothing on the clipboard.</source>
+        <translation>In der Zwischenablage ist nichts.</translation>
     </message>
 </context>
 <context>
@@ -3034,6 +3177,28 @@ Esc: abbrechen</translation>
     <message>
         <source>&quot;%1&quot; was closed meanwhile.</source>
         <translation>„%1“ wurde inzwischen geschlossen.</translation>
+    </message>
+    <message>
+        <source>%1 × %2 px</source>
+        <translation>%1 × %2 px</translation>
+    </message>
+</context>
+<context>
+    <name>ZoomBox</name>
+    <message>
+        <source>Fit</source>
+        <translation>Einpassen</translation>
+    </message>
+    <message>
+        <source>%1%</source>
+        <translation>%1 %</translation>
+    </message>
+</context>
+<context>
+    <name>ZoomControls</name>
+    <message>
+        <source>%1 × %2 px</source>
+        <translation>%1 × %2 px</translation>
     </message>
 </context>
 <context>

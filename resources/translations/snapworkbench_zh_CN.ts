@@ -810,6 +810,14 @@ Backspace    删除最后一点</translation>
         <source>The picture is in the clipboard.</source>
         <translation>图片已复制到剪贴板。</translation>
     </message>
+    <message>
+        <source>The folder &quot;%1&quot; is not there any more.</source>
+        <translation>文件夹“%1”已不存在。</translation>
+    </message>
+    <message>
+        <source>No program opens the folder &quot;%1&quot;.</source>
+        <translation>没有程序可以打开文件夹“%1”。</translation>
+    </message>
 </context>
 <context>
     <name>FilesPage</name>
@@ -2032,6 +2040,46 @@ Backspace    删除最后一点</translation>
         <translation>钉在屏幕上(&amp;N)</translation>
     </message>
     <message>
+        <source>Zoom</source>
+        <translation>缩放</translation>
+    </message>
+    <message>
+        <source>Size of the picture</source>
+        <translation>图片大小</translation>
+    </message>
+    <message>
+        <source>Zoom &amp;In</source>
+        <translation>放大(&amp;I)</translation>
+    </message>
+    <message>
+        <source>Zoom &amp;Out</source>
+        <translation>缩小(&amp;O)</translation>
+    </message>
+    <message>
+        <source>&amp;Real Size</source>
+        <translation>实际大小(&amp;R)</translation>
+    </message>
+    <message>
+        <source>&amp;Fit to the Window</source>
+        <translation>适合窗口(&amp;F)</translation>
+    </message>
+    <message>
+        <source>Ctrl+9</source>
+        <translation>Ctrl+9</translation>
+    </message>
+    <message>
+        <source>&amp;Zoom...</source>
+        <translation>缩放(&amp;Z)...</translation>
+    </message>
+    <message>
+        <source>Ctrl+Shift+M</source>
+        <translation>Ctrl+Shift+M</translation>
+    </message>
+    <message>
+        <source>&amp;Sharp Pixels when Enlarged</source>
+        <translation>放大时像素锐利(&amp;S)</translation>
+    </message>
+    <message>
         <source>Ctrl+Shift+P</source>
         <translation>Ctrl+Shift+P</translation>
     </message>
@@ -2046,6 +2094,70 @@ Backspace    删除最后一点</translation>
     <message>
         <source>Close All Pins</source>
         <translation>关闭所有钉住的图片</translation>
+    </message>
+    <message>
+        <source>&amp;View</source>
+        <translation>视图(&amp;V)</translation>
+    </message>
+    <message>
+        <source>Close Ot&amp;hers</source>
+        <translation>关闭其他(&amp;H)</translation>
+    </message>
+    <message>
+        <source>Open &amp;Folder</source>
+        <translation>打开文件夹(&amp;F)</translation>
+    </message>
+    <message>
+        <source>Ctrl+Shift+O</source>
+        <translation>Ctrl+Shift+O</translation>
+    </message>
+    <message>
+        <source>&amp;Paste</source>
+        <translation>粘贴(&amp;P)</translation>
+    </message>
+    <message>
+        <source>Ctrl+V</source>
+        <translation>Ctrl+V</translation>
+    </message>
+    <message>
+        <source>Line &amp;Colour...</source>
+        <translation>线条颜色(&amp;C)...</translation>
+    </message>
+    <message>
+        <source>&amp;Style...</source>
+        <translation>样式(&amp;S)...</translation>
+    </message>
+    <message>
+        <source>Line &amp;Width...</source>
+        <translation>线条宽度(&amp;W)...</translation>
+    </message>
+    <message>
+        <source>Ctrl+Shift+I</source>
+        <translation>Ctrl+Shift+I</translation>
+    </message>
+    <message>
+        <source>&amp;Font...</source>
+        <translation>字体(&amp;F)...</translation>
+    </message>
+    <message>
+        <source>Ctrl+Shift+F</source>
+        <translation>Ctrl+Shift+F</translation>
+    </message>
+    <message>
+        <source>Font Si&amp;ze...</source>
+        <translation>字号(&amp;Z)...</translation>
+    </message>
+    <message>
+        <source>Ctrl+Shift+U</source>
+        <translation>Ctrl+Shift+U</translation>
+    </message>
+    <message>
+        <source>&amp;Tools</source>
+        <translation>工具(&amp;T)</translation>
+    </message>
+    <message>
+        <source>Ctrl+Shift+E</source>
+        <translation>Ctrl+Shift+E</translation>
     </message>
 </context>
 <context>
@@ -2134,6 +2246,37 @@ Backspace    删除最后一点</translation>
     <message>
         <source>Close</source>
         <translation>关闭</translation>
+    </message>
+</context>
+<context>
+    <name>PictureIntake</name>
+    <message>
+        <source>This is text, and no picture.</source>
+        <translation>这是文字，不是图片。</translation>
+    </message>
+    <message>
+        <source>There is no picture that can be read.</source>
+        <translation>没有可读取的图片。</translation>
+    </message>
+    <message>
+        <source>Only the first %1 pictures were opened; %2 more were left out.</source>
+        <translation>只打开了前 %1 张图片，另有 %2 张未打开。</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is not on this computer. Nothing was fetched; save the picture first, and open it then.</source>
+        <translation>“%1”不在此计算机上。未下载任何内容；请先保存图片，然后再打开。</translation>
+    </message>
+    <message>
+        <source>There are no pictures in the folder &quot;%1&quot;.</source>
+        <translation>文件夹“%1”中没有图片。</translation>
+    </message>
+    <message>
+        <source>Files that are no pictures were not opened: %1.</source>
+        <translation>未打开非图片文件：%1 个。</translation>
+    </message>
+    <message>
+        <source>There is nothing on the clipboard.</source>
+        <translation>剪贴板中没有内容。</translation>
     </message>
 </context>
 <context>
@@ -3030,6 +3173,28 @@ Esc：放弃</translation>
     <message>
         <source>&quot;%1&quot; was closed meanwhile.</source>
         <translation>“%1”已被关闭。</translation>
+    </message>
+    <message>
+        <source>%1 × %2 px</source>
+        <translation>%1 × %2 像素</translation>
+    </message>
+</context>
+<context>
+    <name>ZoomBox</name>
+    <message>
+        <source>Fit</source>
+        <translation>适合</translation>
+    </message>
+    <message>
+        <source>%1%</source>
+        <translation>%1%</translation>
+    </message>
+</context>
+<context>
+    <name>ZoomControls</name>
+    <message>
+        <source>%1 × %2 px</source>
+        <translation>%1 × %2 像素</translation>
     </message>
 </context>
 <context>

@@ -44,6 +44,10 @@ inline constexpr QColor magnifierFrame(152, 161, 168);
 inline constexpr QColor unseenBright(236, 239, 242);
 inline constexpr QColor unseenDark(196, 202, 208);
 
+// Those of the chequer below what is transparent.
+inline constexpr QColor clearBright(255, 255, 255);
+inline constexpr QColor clearDark(215, 220, 225);
+
 /// `color` as something shines through it: 0 shows nothing of it, 255 nothing else.
 inline QColor translucent(QColor color, int alpha)
 {

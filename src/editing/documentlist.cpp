@@ -7,12 +7,6 @@
 
 namespace {
 
-constexpr double s_zoomStep = 1.4;
-constexpr double s_zoomGrowth = 0.4;
-constexpr double s_smallestWidth = 50;  // of a picture as shown
-constexpr double s_largestWidth = 3000;
-constexpr double s_widthSlack = 0.001;
-
 QString clean(const QString &path) { return QDir::cleanPath(QFileInfo(path).absoluteFilePath()); }
 
 // Finds documents by their files, at the cost of one look at each however many are asked for.
@@ -141,20 +135,4 @@ void DocumentList::clear()
 {
     m_documents.clear();
     m_current = -1;
-}
-
-float zoomedIn(float scale, int width)
-{
-    const auto larger = static_cast<float>(scale + s_zoomGrowth * scale);
-    return width * static_cast<double>(larger) - s_largestWidth > s_widthSlack
-               ? static_cast<float>(s_largestWidth / width)
-               : larger;
-}
-
-float zoomedOut(float scale, int width)
-{
-    const auto smaller = static_cast<float>(scale / s_zoomStep);
-    return width * static_cast<double>(smaller) - s_smallestWidth < s_widthSlack
-               ? static_cast<float>(s_smallestWidth / width)
-               : smaller;
 }

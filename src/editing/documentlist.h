@@ -69,9 +69,3 @@ private:
     Documents m_documents{};
     int m_current = -1;
 };
-
-/// The zoom one step up or down from `scale`, in device pixels per pixel of a picture that is
-/// `width` pixels wide. Only the width counts for both limits, so that a step down may enlarge a
-/// tiny picture, on purpose.
-float zoomedIn(float scale, int width);
-float zoomedOut(float scale, int width);

@@ -52,6 +52,12 @@ QPictureDocument QPictureDocument::awaited(const UnsavedWork &work)
 
 QImage QPictureDocument::picture() const { return pictureLater()(); }
 
+QSize QPictureDocument::size() const
+{
+    const QSize picture = m_Packed.isNull() ? m_Pixmap.size() : m_Packed.size();
+    return picture.isEmpty() ? QSize() : sceneOf(m_VecUnDo, picture).size;
+}
+
 std::function<QImage()> QPictureDocument::pictureLater() const
 {
     return [picture = m_Pixmap.toImage(), packed = m_Packed] {

@@ -36,6 +36,8 @@ public:
     std::function<QImage()> pictureLater() const;
     /// False if the picture could not be read or is not loaded yet.
     bool hasPicture() const { return !m_Pixmap.isNull() || !m_Packed.isNull(); }
+    /// The size with the steps that were parked here; empty if there is no picture.
+    QSize size() const;
     /// Sets the picture without its shapes; its pixel ratio becomes 1.
     void setPicture(QImage picture);
     /// The data that would be lost with the document. The shapes are those that were parked here.

@@ -30,6 +30,9 @@ constexpr QSize s_textRoom(50, 20);
 // The text is measured outside of the field, in a rectangle that is too small for it.
 constexpr QRect s_measure(-1000, -1000, 10, 10);
 
+// The side of a field of the chequer below what is transparent, in logical pixels.
+constexpr qreal s_chequer = 8;
+
 // What is being drawn is one shape as long as that goes on. No recorded one has this id.
 constexpr ShapeId s_draft = 0;
 
@@ -257,6 +260,12 @@ void TPictureEditor::setPixmapScaled(float scale)
     refreshPreview();
     showMarks();
     placeTextField();
+    updateWidget();
+}
+
+void TPictureEditor::setSharp(bool isSharp)
+{
+    m_IsSharp = isSharp;
     updateWidget();
 }
 
@@ -551,10 +560,15 @@ void TPictureEditor::paint(const QPaintEvent &event)
     QRegion region = inPixels(event.region(), m_pWidget->devicePixelRatioF()).translated(-margins);
     region &= QRect(QPoint(), size);
 
+    if (m_Canvas.recorded().hasAlphaChannel())
+        paintChequers(painter, region, margins);
+    const bool isSharp = m_IsSharp && size.width() > m_Canvas.size().width();
     const auto draw = [&](const QRegion &area, const QImage &image) {
         for (const QRect &part : area) {
             if (image.size() == size)
                 painter.drawImage(part.topLeft() + margins, image, part);
+            else if (isSharp)
+                painter.drawImage(part.topLeft() + margins, sharpPart(image, size, part));
             else
                 painter.drawImage(part.topLeft() + margins, scaledPart(image, size, part));
         }
@@ -575,6 +589,20 @@ void TPictureEditor::paint(const QPaintEvent &event)
     if (!previewed.isEmpty())
         draw(previewed, m_Canvas.preview(view.fromScaled(previewed)));
     paintMarks(painter, view);
+}
+
+// They lie still on the picture, and are as large at any zoom. Device pixels.
+void TPictureEditor::paintChequers(QPainter &painter, const QRegion &area, QPoint margins) const
+{
+    const int field = qRound(pixels(s_chequer));
+    QPixmap fields(2 * field, 2 * field);
+    fields.fill(Palette::clearBright);
+    QPainter pattern(&fields);
+    pattern.fillRect(field, 0, field, field, Palette::clearDark);
+    pattern.fillRect(0, field, field, field, Palette::clearDark);
+    pattern.end();
+    for (const QRect &part : area)
+        painter.drawTiledPixmap(part.translated(margins), fields, part.topLeft());
 }
 
 void TPictureEditor::EditPolyPixmap(QPixmap &picture, QPixmap & /*flag*/, bool /*registered*/,

@@ -22,6 +22,7 @@ class QPaintEvent;
 class QPainterPath;
 class QPolygonF;
 class QTextEdit;
+class QWheelEvent;
 class QWidget;
 
 /// The editor for the current document. It handles painting and mouse events of a plain widget, and
@@ -83,6 +84,8 @@ public:
     /// Sets the zoom in device pixels per picture pixel; must not be 0.
     void setPixmapScaled(float scale);
     float getPixmapScaled() const { return m_Scale; }
+    /// Whether the pixels of an enlarged picture are blocks, instead of being blended.
+    void setSharp(bool isSharp);
 
     const EditHistory &getVecUnDo() const { return m_VecUnDo; }
     const EditHistory &getVecReDo() const { return m_VecReDo; }
@@ -152,6 +155,9 @@ signals:
     /// The hand tool has moved the picture, in the widget's logical pixels; the signs are those of
     /// scroll bars.
     void movealue(int dx, int dy);
+    /// The wheel zooms: by so many notches, with what is at a position in the widget, in logical
+    /// pixels, staying there.
+    void zoomWanted(double notches, QPointF position);
     /// The text that is being typed has changed.
     void typed();
     /// Other shapes are chosen than before, or their style has changed.
@@ -242,7 +248,9 @@ private:
     void move(const Pointer &pointer);
     void release(const Pointer &pointer);
     bool escape();
+    bool wheel(const QWheelEvent &event);
     void paint(const QPaintEvent &event);
+    void paintChequers(QPainter &painter, const QRegion &area, QPoint margins) const;
     const QImage &shrunk(QSize size);
 
     /// How far from its middle a handle answers, in logical pixels.
@@ -261,6 +269,7 @@ private:
     bool m_TextOpen = false;  ///< from the click that opens the field to the click that closes it
     QFont m_Font;
     float m_Scale = 1.0F;
+    bool m_IsSharp = false;
     ToolStyles m_Styles;
     int m_Seed = newSeed();  ///< of the next cover
     int m_NextNumber = 0;    ///< that was set for the next marker; 0: it counts on

@@ -507,6 +507,18 @@ void TPictureEditor::loseKeys()
     showMarks();
 }
 
+// Not during a drag, whose pixels are those of the widget.
+bool TPictureEditor::wheel(const QWheelEvent &event)
+{
+    if (!event.modifiers().testFlag(Qt::ControlModifier))
+        return false;
+    const double notches =
+        event.angleDelta().y() / static_cast<double>(QWheelEvent::DefaultDeltasPerStep);
+    if (notches != 0 && event.buttons() == Qt::NoButton && !m_Gesture.isUnderWay())
+        emit zoomWanted(notches, event.position());
+    return true;
+}
+
 void TPictureEditor::mouse(const QMouseEvent &event)
 {
     const Pointer pointer = pointerOf(event);
@@ -540,6 +552,10 @@ bool TPictureEditor::eventFilter(QObject *watched, QEvent *event)
     case QEvent::MouseButtonRelease:
         mouse(*static_cast<QMouseEvent *>(event));
         return true;
+    case QEvent::Wheel:
+        if (wheel(*static_cast<QWheelEvent *>(event)))
+            return true;
+        break;
     case QEvent::KeyPress:
         if (key(*static_cast<QKeyEvent *>(event)))
             return true;

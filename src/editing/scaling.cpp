@@ -1,6 +1,8 @@
 #include "editing/scaling.h"
 
 #include <array>
+#include <cstring>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -81,14 +83,13 @@ template<typename Value> Channels covered(const Share &share, qsizetype stride, 
     return sums;
 }
 
+// Two channels at a time: none of them runs into the next one.
 QRgb between(QRgb a, QRgb b, quint32 share)
 {
-    if (share == 0)
-        return a;
-    Channels sums{};
-    add(sums, channels(a), s_fullShare - share);
-    add(sums, channels(b), share);
-    return toPixel(sums, 8);
+    constexpr quint32 even = 0x00ff00ff;
+    const quint32 rest = s_fullShare - share;
+    return ((((a & even) * rest + (b & even) * share) >> 8) & even) |
+           ((((a >> 8) & even) * rest + ((b >> 8) & even) * share) & ~even);
 }
 
 Channels between(const Channels &a, const Channels &b, quint32 share)
@@ -125,6 +126,24 @@ QRgb shrunkBothWays(const QRgb *source, const Share &x, const Share &y, qsizetyp
     return toPixel(covered(y, line, row), 24);
 }
 
+// Both axes grow. Whatever the zoom, a row costs little more than its own pixels: what lies between
+// two rows of the image is made once for all pixels that are made of it.
+void growRow(QRgb *to, const QRgb *source, const Axis &columns, const Share &y, qsizetype line,
+             std::vector<QRgb> &mixed)
+{
+    const qsizetype first = columns.shares.front().first;
+    const Share &last = columns.shares.back();
+    mixed.resize(last.first - first + (last.start ? 2 : 1));
+    for (size_t i = 0; i < mixed.size(); ++i) {
+        const QRgb *pixel = source + first + i;
+        mixed[i] = y.start ? between(pixel[0], pixel[line], y.start) : pixel[0];
+    }
+    for (const Share &x : columns.shares) {
+        const QRgb *pixel = mixed.data() + x.first - first;
+        *to++ = x.start ? between(pixel[0], pixel[1], x.start) : pixel[0];
+    }
+}
+
 }  // namespace
 
 QImage scaledPart(const QImage &image, QSize size, const QRect &part)
@@ -134,26 +153,49 @@ QImage scaledPart(const QImage &image, QSize size, const QRect &part)
     const auto line = static_cast<qsizetype>(image.bytesPerLine() / sizeof(QRgb));
     const auto *pixels = reinterpret_cast<const QRgb *>(image.constBits());
     QImage result(part.size(), image.format());
+    std::vector<QRgb> mixed;
     for (int j = 0; j < part.height(); ++j) {
         const Share &y = rows.shares[j];
         auto *to = reinterpret_cast<QRgb *>(result.scanLine(j));
+        if (columns.grows && rows.grows) {
+            growRow(to, pixels + y.first * line, columns, y, line, mixed);
+            continue;
+        }
         for (const Share &x : columns.shares) {
             const QRgb *source = pixels + y.first * line + x.first;
             if (!columns.grows && !rows.grows) {
                 *to++ = shrunkBothWays(source, x, y, line);
             } else if (!columns.grows) {
                 *to++ = shrunk(source, x, 1, y, line);
-            } else if (!rows.grows) {
-                *to++ = shrunk(source, y, line, x, 1);
             } else {
-                const QRgb left = between(source[0], source[y.start ? line : 0], y.start);
-                *to++ =
-                    x.start
-                        ? between(left, between(source[1], source[y.start ? line + 1 : 1], y.start),
-                                  x.start)
-                        : left;
+                *to++ = shrunk(source, y, line, x, 1);
             }
         }
+    }
+    return result;
+}
+
+QImage sharpPart(const QImage &image, QSize size, const QRect &part)
+{
+    const auto sourceOf = [](int at, int from, int to) {
+        return static_cast<int>(static_cast<qint64>(at) * from / to);
+    };
+    std::vector<int> columns;
+    columns.reserve(part.width());
+    for (int x = part.left(); x <= part.right(); ++x)
+        columns.push_back(sourceOf(x, image.width(), size.width()));
+    QImage result(part.size(), image.format());
+    int before = -1;
+    for (int j = 0; j < part.height(); ++j) {
+        const int row = sourceOf(part.y() + j, image.height(), size.height());
+        if (row == std::exchange(before, row)) {
+            std::memcpy(result.scanLine(j), result.constScanLine(j - 1), result.bytesPerLine());
+            continue;
+        }
+        const auto *from = reinterpret_cast<const QRgb *>(image.constScanLine(row));
+        auto *to = reinterpret_cast<QRgb *>(result.scanLine(j));
+        for (const int column : columns)
+            *to++ = from[column];
     }
     return result;
 }

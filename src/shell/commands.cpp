@@ -6,8 +6,10 @@
 #include "shell/capturerefusal.h"
 #include "shell/grabcalls.h"
 #include "shell/mainwindow.h"
+#include "shell/pictureintake.h"
 #include "shell/picturereading.h"
 #include "shell/pins.h"
+#include "shell/preferences.h"
 #include "shell/skin.h"
 #include "shell/workbench.h"
 
@@ -49,12 +51,18 @@ constexpr auto s_commands = std::to_array<Command>({
      .caption = QT_TRANSLATE_NOOP("MainWindow", "Close %1"),
      .keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+W"),
      .item = Command::CloseItem,
+     .isForTab = true,
      .run = [](MainWindow &window) { window.CloseFile(); }},
+    {.menu = Menu::File,
+     .caption = QT_TRANSLATE_NOOP("MainWindow", "Close Ot&hers"),
+     .item = Command::OthersItem,
+     .isForTab = true,
+     .run = [](MainWindow &window) { window.closeOtherFiles(); }},
     {.menu = Menu::File,
      .caption = QT_TRANSLATE_NOOP("MainWindow", "Close All"),
      .keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+Shift+W"),
      .run = [](MainWindow &window) { window.CloseAllFiles(); }},
-    {.menu = Menu::File, .caption = ""},
+    {.menu = Menu::File, .caption = "", .isForTab = true},
     {.menu = Menu::File,
      .caption = QT_TRANSLATE_NOOP("MainWindow", "Save %1"),
      .keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+S"),
@@ -62,12 +70,14 @@ constexpr auto s_commands = std::to_array<Command>({
      .button = "BtnSave",
      .item = Command::SaveItem,
      .isForPicture = true,
+     .isForTab = true,
      .run = [](MainWindow &window) { window.SaveFile(); }},
     {.menu = Menu::File,
      .caption = QT_TRANSLATE_NOOP("MainWindow", "Save %1 As..."),
      .keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+Shift+S"),
      .item = Command::SaveAsItem,
      .isForPicture = true,
+     .isForTab = true,
      .run = [](MainWindow &window) { window.SaveAsFile(); }},
     {.menu = Menu::File,
      .caption = QT_TRANSLATE_NOOP("MainWindow", "Save with &Layers..."),
@@ -77,6 +87,15 @@ constexpr auto s_commands = std::to_array<Command>({
     {.menu = Menu::File,
      .caption = QT_TRANSLATE_NOOP("MainWindow", "Save All"),
      .run = [](MainWindow &window) { window.SaveAllFiles(); }},
+    {.menu = Menu::File, .caption = ""},
+    {.menu = Menu::File,
+     .caption = QT_TRANSLATE_NOOP("MainWindow", "Open &Folder"),
+     .keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+Shift+O"),
+     .item = Command::FileItem,
+     .isForPicture = true,
+     .isForTab = true,
+     .run = [](MainWindow &window) { window.openFolder(); }},
+    {.caption = "", .isForPicture = true},
 
     {.menu = Menu::Edit,
      .caption = QT_TRANSLATE_NOOP("MainWindow", "&Undo"),
@@ -105,12 +124,19 @@ constexpr auto s_commands = std::to_array<Command>({
      .button = "BtnCopy",
      .item = Command::PictureItem,
      .isForPicture = true,
+     .isForTab = true,
      .run = [](MainWindow &window) { window.CopyFile(); }},
+    {.menu = Menu::Edit,
+     .caption = QT_TRANSLATE_NOOP("MainWindow", "&Paste"),
+     .keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+V"),
+     .isForPicture = true,
+     .run = [](MainWindow &window) { window.intake().takeFromClipboard(); }},
     {.menu = Menu::Edit,
      .caption = QT_TRANSLATE_NOOP("MainWindow", "Pi&n to the Screen"),
      .keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+Shift+P"),
      .item = Command::PinItem,
      .isForPicture = true,
+     .isForTab = true,
      .needs = Ability::Pins,
      .run = [](MainWindow &window) { window.pinPicture(); }},
     {.menu = Menu::Edit,
@@ -221,6 +247,70 @@ constexpr auto s_commands = std::to_array<Command>({
      .item = Command::PictureItem,
      .run =
          [](MainWindow &window) { window.changePicture(operation(MirrorPicture{Qt::Vertical})); }},
+
+    {.menu = Menu::Tools, .caption = ""},
+    {.menu = Menu::Tools,
+     .caption = QT_TRANSLATE_NOOP("MainWindow", "Line &Colour..."),
+     .keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+K"),
+     .isAlwaysHeard = true,
+     .button = "BtnColor",
+     .run = [](MainWindow &window) { window.on_BtnColor_clicked(); }},
+    {.menu = Menu::Tools,
+     .caption = QT_TRANSLATE_NOOP("MainWindow", "&Style..."),
+     .keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+Shift+K"),
+     .isAlwaysHeard = true,
+     .button = "BtnStyle",
+     .run = [](MainWindow &window) { window.offerStyles(); }},
+    {.menu = Menu::Tools,
+     .caption = QT_TRANSLATE_NOOP("MainWindow", "Line &Width..."),
+     .keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+Shift+I"),
+     .run = [](MainWindow &window) { window.enterControl(u"SliderLineWidth"_s); }},
+    {.menu = Menu::Tools,
+     .caption = QT_TRANSLATE_NOOP("MainWindow", "&Font..."),
+     .keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+Shift+F"),
+     .run = [](MainWindow &window) { window.enterControl(u"CmbFont"_s); }},
+    {.menu = Menu::Tools,
+     .caption = QT_TRANSLATE_NOOP("MainWindow", "Font Si&ze..."),
+     .keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+Shift+U"),
+     .run = [](MainWindow &window) { window.enterControl(u"CmbFontSize"_s); }},
+
+    {.menu = Menu::View,
+     .caption = QT_TRANSLATE_NOOP("MainWindow", "Zoom &In"),
+     .keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+="),
+     .isAlwaysHeard = true,
+     .button = "BtnZoomIn",
+     .item = Command::PictureItem,
+     .run = [](MainWindow &window) { window.on_BtnZoomIn_clicked(); }},
+    {.menu = Menu::View,
+     .caption = QT_TRANSLATE_NOOP("MainWindow", "Zoom &Out"),
+     .keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+-"),
+     .isAlwaysHeard = true,
+     .button = "BtnZoomOut",
+     .item = Command::PictureItem,
+     .run = [](MainWindow &window) { window.on_BtnZoomOut_clicked(); }},
+    {.menu = Menu::View,
+     .caption = QT_TRANSLATE_NOOP("MainWindow", "&Real Size"),
+     .keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+0"),
+     .isAlwaysHeard = true,
+     .button = "BtnRealSize",
+     .item = Command::PictureItem,
+     .run = [](MainWindow &window) { window.on_BtnRealSize_clicked(); }},
+    {.menu = Menu::View,
+     .caption = QT_TRANSLATE_NOOP("MainWindow", "&Fit to the Window"),
+     .keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+9"),
+     .item = Command::PictureItem,
+     .run = [](MainWindow &window) { window.work().zoomToFit(); }},
+    {.menu = Menu::View,
+     .caption = QT_TRANSLATE_NOOP("MainWindow", "&Zoom..."),
+     .keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+Shift+M"),
+     .item = Command::PictureItem,
+     .run = [](MainWindow &window) { window.enterControl(u"CmbZoom"_s); }},
+    {.menu = Menu::View, .caption = ""},
+    {.menu = Menu::View,
+     .caption = QT_TRANSLATE_NOOP("MainWindow", "&Sharp Pixels when Enlarged"),
+     .keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+Shift+E"),
+     .run = [](MainWindow &window) { window.setSharpPixels(!Preferences::sharpPixels()); },
+     .isOn = [] { return Preferences::sharpPixels(); }},
 
     {.menu = Menu::Capture,
      .caption = QT_TRANSLATE_NOOP("MainWindow", "Rectangular"),
@@ -368,21 +458,6 @@ constexpr auto s_commands = std::to_array<Command>({
      .button = "BtnRegister",
      .run = [](MainWindow &window) { window.Register(); }},
 
-    {.keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+="),
-     .button = "BtnZoomIn",
-     .run = [](MainWindow &window) { window.on_BtnZoomIn_clicked(); }},
-    {.keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+-"),
-     .button = "BtnZoomOut",
-     .run = [](MainWindow &window) { window.on_BtnZoomOut_clicked(); }},
-    {.keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+0"),
-     .button = "BtnRealSize",
-     .run = [](MainWindow &window) { window.on_BtnRealSize_clicked(); }},
-    {.keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+K"),
-     .button = "BtnColor",
-     .run = [](MainWindow &window) { window.on_BtnColor_clicked(); }},
-    {.keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+Shift+K"),
-     .button = "BtnStyle",
-     .run = [](MainWindow &window) { window.offerStyles(); }},
     {.keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+Q"),
      .button = "BtnClose",
      .run = [](MainWindow &window) { window.close(); }},
@@ -394,13 +469,20 @@ constexpr auto s_commands = std::to_array<Command>({
      .run = [](MainWindow &window) { window.on_BtnMax_clicked(); }},
 });
 
-// The rows above, and one for each tool.
+// One for each tool, and the rows above. A tool may be called like something else.
 const std::vector<Command> &commands()
 {
     static const std::vector<Command> s_all = [] {
-        std::vector<Command> all(s_commands.begin(), s_commands.end());
+        std::vector<Command> all;
         for (const Tool *tool : allTools())
-            all.push_back({.keys = tool->keys, .button = tool->button, .tool = tool});
+            all.push_back({.menu = Menu::Tools,
+                           .caption = tool->name,
+                           .name = tool->button,
+                           .keys = tool->keys,
+                           .isAlwaysHeard = true,
+                           .button = tool->button,
+                           .tool = tool});
+        all.insert(all.end(), s_commands.begin(), s_commands.end());
         return all;
     }();
     return s_all;
@@ -477,6 +559,16 @@ QAction *addItem(QMenu &menu, const char *caption, const Command &command)
         menu.setToolTipsVisible(true);
     }
     return action;
+}
+
+// What is in force has a mark, which is looked at whenever the menu opens.
+void showMark(QMenu &menu, QAction &action, const Command &command, MainWindow &window)
+{
+    action.setCheckable(true);
+    QObject::connect(&menu, &QMenu::aboutToShow, &action, [&action, &command, &window] {
+        action.setChecked(command.tool ? window.work().editor().getState() == command.tool->state
+                                       : command.isOn());
+    });
 }
 
 void showReach(QPushButton &button, const Command &command, MainWindow &window, const QString &lack)
@@ -590,21 +682,23 @@ void fillMenu(QMenu &menu, Command::Menu which, MainWindow &window)
 {
     for (const Command &command : commands()) {
         QAction *action = command.menu == which ? addItem(menu, command.caption, command) : nullptr;
-        if (!action || !command.run)
+        if (!action || !(command.run || command.tool))
             continue;
         // Shown only: two owners of the same keys would both stay silent.
         if (command.isAlwaysHeard)
             action->setShortcutContext(Qt::WidgetShortcut);
+        if (command.isOn || command.tool)
+            showMark(menu, *action, command, window);
         QObject::connect(action, &QAction::triggered, &window,
                          [&window, &command] { runCommand(command, window); });
     }
 }
 
 // The keys are shown only: the menu bar's items hear them.
-void fillPictureMenu(QMenu &menu, MainWindow &window)
+void fillContextMenu(QMenu &menu, bool Command::*isInMenu, MainWindow &window)
 {
     for (const Command &command : commands()) {
-        QAction *action = command.isForPicture ? addItem(menu, command.caption, command) : nullptr;
+        QAction *action = command.*isInMenu ? addItem(menu, command.caption, command) : nullptr;
         if (!action || !command.run)
             continue;
         action->setShortcutContext(Qt::WidgetShortcut);

@@ -18,7 +18,7 @@ class QMenu;
 /// key, bus action and button lead to it, and what it does. Texts are English; tr() of MainWindow
 /// has them in the user's language.
 struct Command {
-    enum class Menu { None, System, File, Edit, Capture, Help };
+    enum class Menu { None, System, File, Edit, Tools, View, Capture, Help };
     /// An item whose text or state depends on the documents, or on the grab: its QAction::data().
     enum Item {
         Plain = 0,
@@ -36,6 +36,8 @@ struct Command {
         LayersItem = 12,     ///< a picture
         PinItem = 13,        ///< a picture, and a desktop that keeps windows above others
         PinsItem = 14,       ///< something that is pinned
+        FileItem = 15,       ///< a picture that has a file
+        OthersItem = 16,     ///< more than one picture
     };
 
     Menu menu = Menu::None;
@@ -52,8 +54,10 @@ struct Command {
     const char *action = nullptr;  ///< on the session bus; a name that was given out stays
     Item item = Plain;
     bool isForPicture = false;  ///< an item of the menu that opens on the picture, too
+    bool isForTab = false;      ///< the same for the menu of a tab
     AbilitySet needs{};         ///< of the desktop; without it the command is greyed, and says why
     void (*run)(MainWindow &) = nullptr;
+    bool (*isOn)() = nullptr;  ///< of one that is switched on and off, and has a mark in its menu
     std::optional<GrabCommand> grab{};  ///< what it starts, instead of running something
     std::optional<GrabGoals> goals{};   ///< what becomes of its pictures; none: as preferred
     const Tool *tool = nullptr;         ///< the one that it chooses, instead of all that
@@ -81,8 +85,9 @@ QString titleOf(const Command &command);
 /// Adds the items of one menu of the bar, in the order of the table. Those of the Capture menu only
 /// have their texts and keys, and are told apart by the former.
 void fillMenu(QMenu &menu, Command::Menu which, MainWindow &window);
-/// Adds what can be done with the picture and its shapes, for the menu that opens on it.
-void fillPictureMenu(QMenu &menu, MainWindow &window);
+/// The same for a menu that opens where the user points: all with a mark, such as
+/// `Command::isForPicture`.
+void fillContextMenu(QMenu &menu, bool Command::*isInMenu, MainWindow &window);
 /// The same as fillMenu() for the tray's menu.
 void fillTrayMenu(QMenu &menu);
 /// Lets the buttons of `window` and the keys that it hears itself run their commands, and gives the

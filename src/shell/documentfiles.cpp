@@ -11,10 +11,12 @@
 #include "shell/workbench.h"
 
 #include <QClipboard>
+#include <QDesktopServices>
 #include <QDir>
 #include <QFileInfo>
 #include <QGuiApplication>
 #include <QMessageBox>
+#include <QUrl>
 
 #include <algorithm>
 #include <memory>
@@ -292,6 +294,35 @@ void DocumentFiles::close(int index)
     }
     if (document)
         m_work.drop(m_work.documents().indexOf(number));
+}
+
+void DocumentFiles::closeOthers()
+{
+    const QPictureDocument *kept = m_work.documents().currentDocument();
+    if (!kept)
+        return;
+    const int number = kept->m_Number;
+    for (const int other : m_work.documents().numbers()) {
+        if (other == number || !m_work.documents().find(other))
+            continue;
+        close(m_work.documents().indexOf(other));
+        if (m_work.documents().find(other))
+            break;
+    }
+    if (m_work.documents().find(number))
+        m_work.show(m_work.documents().indexOf(number));
+}
+
+void DocumentFiles::openFolder()
+{
+    const QPictureDocument *document = m_work.documents().currentDocument();
+    if (!document || document->IsNewFile())
+        return;
+    const QString folder = QFileInfo(document->m_FileName).absolutePath();
+    if (!QFileInfo(folder).isDir())
+        m_notices.say(tr("The folder \"%1\" is not there any more.").arg(folder));
+    else if (!QDesktopServices::openUrl(QUrl::fromLocalFile(folder)))
+        m_notices.say(tr("No program opens the folder \"%1\".").arg(folder));
 }
 
 bool DocumentFiles::saveChanges()

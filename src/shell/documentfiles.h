@@ -31,6 +31,11 @@ public:
     bool saveWithLayers(int index);
     bool saveAll();
     void close(int index);
+    /// All but the current one, until the user cancels.
+    void closeOthers();
+    /// Shows the folder of the current document's file in the desktop's own program, or tells why
+    /// that can't be.
+    void openFolder();
     /// False when the user cancelled.
     bool closeAll();
     /// Asks about all changes, and saves them if told so; closes nothing. False when the user

@@ -1,6 +1,7 @@
 #include "shell/mainwindow.h"
 
 #include "base/log.h"
+#include "base/paths.h"
 #include "capture/grab.h"
 #include "capture/magnifierpanel.h"
 #include "config/applicationrecord.h"
@@ -21,11 +22,15 @@
 #include "shell/grabcalls.h"
 #include "shell/grabdelivery.h"
 #include "shell/grabflow.h"
+#include "shell/handedfiles.h"
 #include "shell/notices.h"
+#include "shell/picturedrag.h"
+#include "shell/pictureintake.h"
 #include "shell/picturereading.h"
 #include "shell/pins.h"
 #include "shell/resizedialog.h"
 #include "shell/settingssaver.h"
+#include "shell/stripfold.h"
 #include "shell/stylecontrols.h"
 #include "shell/toolstrip.h"
 #include "shell/trayicon.h"
@@ -34,6 +39,7 @@
 #include "shell/windowframe.h"
 #include "shell/windowmenus.h"
 #include "shell/workbench.h"
+#include "shell/zoomcontrols.h"
 #include "ui_mainwindow.h"
 
 #include <QAbstractEventDispatcher>
@@ -41,6 +47,8 @@
 #include <QClipboard>
 #include <QCloseEvent>
 #include <QDesktopServices>
+#include <QDragEnterEvent>
+#include <QDropEvent>
 #include <QKeyEvent>
 #include <QMenu>
 #include <QThread>
@@ -166,6 +174,9 @@ void MainWindow::setUpGrabs()
 void MainWindow::setUpEditor()
 {
     m_Reading = std::make_unique<PictureReading>(*this, *m_Work, *m_Notices);
+    m_Intake = std::make_unique<PictureIntake>(*m_Work, *m_Notices, nullptr);
+    m_Handed = std::make_unique<HandedFiles>(GetDirectory(g_ResourceFileName), nullptr);
+    setAcceptDrops(true);
     m_Delivery = std::make_unique<GrabDelivery>(*m_Work, *m_Notices, *m_Reading);
     connect(m_Delivery.get(), &GrabDelivery::wanted, this, &MainWindow::comeForward);
     m_Pins = std::make_unique<Pins>(*m_Work, *m_Delivery, *m_Notices);
@@ -179,6 +190,8 @@ void MainWindow::setUpEditor()
     // What the controls show comes from the settings, and need not go back there: they are
     // connected later.
     m_Style = new StyleControls(*ui, editor);
+    editor.setSharp(Preferences::sharpPixels());
+    new ZoomControls(*ui, *m_Work);  // the strip owns it
 }
 
 void MainWindow::connectControls()
@@ -188,6 +201,8 @@ void MainWindow::connectControls()
             &MainWindow::on_tabWidget_currentChanged);
     connect(ui->tabWidget, &QTabWidget::tabCloseRequested, this,
             &MainWindow::on_tabWidget_tabCloseRequested);
+    connect(ui->tabWidget, &TabWidget::menuWanted, this, &MainWindow::openTabMenu);
+    connect(ui->tabWidget, &TabWidget::dragWanted, this, &MainWindow::dragTab);
     connect(ui->SliderLineWidth, &QSlider::valueChanged, this,
             &MainWindow::on_SliderLineWidth_valueChanged);
     connect(ui->CmbFont, &FontBox::currentFontChanged, this,
@@ -260,6 +275,22 @@ void MainWindow::closeEvent(QCloseEvent *event)
     // The toolkit closes all windows now.
     m_Pins->end();
     QCoreApplication::quit();
+}
+
+// What is dragged out of here need not come in again.
+void MainWindow::dragEnterEvent(QDragEnterEvent *event)
+{
+    if (event->source() || !PictureIntake::isOffered(*event->mimeData()))
+        return;
+    event->setDropAction(Qt::CopyAction);
+    event->accept();
+}
+
+void MainWindow::dropEvent(QDropEvent *event)
+{
+    event->setDropAction(Qt::CopyAction);
+    event->accept();
+    m_Intake->take(*event->mimeData());
 }
 
 bool MainWindow::eventFilter(QObject *watched, QEvent *event)
@@ -445,6 +476,10 @@ bool MainWindow::SaveAllFiles() { return m_Files->saveAll(); }
 
 void MainWindow::CloseFile(int index) { m_Files->close(index); }
 
+void MainWindow::closeOtherFiles() { m_Files->closeOthers(); }
+
+void MainWindow::openFolder() { m_Files->openFolder(); }
+
 bool MainWindow::CloseAllFiles() { return m_Files->closeAll(); }
 
 void MainWindow::pinPicture()
@@ -458,10 +493,13 @@ bool MainWindow::CopyFile() { return m_Files->copy(); }
 void MainWindow::BeforeShowFile()
 {
     const DocumentList &documents = m_Work->documents();
-    m_Menus->updateFile({.any = !documents.isEmpty(),
-                         .name = GetFileShowName(documents.current()),
-                         .isModified = HasModified(false),
-                         .anyModified = HasModified(true)});
+    m_Menus->updateFile(
+        {.any = !documents.isEmpty(),
+         .name = GetFileShowName(documents.current()),
+         .isModified = HasModified(false),
+         .anyModified = HasModified(true),
+         .hasFile = documents.currentDocument() && !documents.currentDocument()->IsNewFile(),
+         .hasOthers = documents.size() > 1});
 }
 
 void MainWindow::BeforeShowEdit()
@@ -542,6 +580,17 @@ void MainWindow::changeBackdrop()
         if (dialog.backdrop() != before)
             editor.putOn(dialog.backdrop());
     });
+}
+
+void MainWindow::enterControl(const QString &name)
+{
+    enterStripControl(*findChild<QWidget *>(name));
+}
+
+void MainWindow::setSharpPixels(bool on)
+{
+    Preferences::setSharpPixels(on);
+    m_Work->editor().setSharp(on);
 }
 
 void MainWindow::say(const QString &text, const QList<NoticeBar::Action> &actions)
@@ -746,7 +795,7 @@ void MainWindow::on_BtnZoomIn_clicked() { m_Work->zoomIn(); }
 
 void MainWindow::on_BtnZoomOut_clicked() { m_Work->zoomOut(); }
 
-void MainWindow::on_BtnRealSize_clicked() { m_Work->zoomTo(1.0F); }
+void MainWindow::on_BtnRealSize_clicked() { m_Work->zoomToRealSize(); }
 
 void MainWindow::on_BtnUndo_clicked() { m_Work->editor().Undo(); }
 
@@ -782,6 +831,21 @@ void MainWindow::openPictureMenu(QPoint position)
     BeforeShowFile();
     lookForReaders();
     m_Menus->picture().popup(position);
+}
+
+// What it offers is done to the current document.
+void MainWindow::openTabMenu(int index, QPoint position)
+{
+    SetCurDocumentIndex(index);
+    BeforeShowFile();
+    BeforeShowEdit();
+    m_Menus->tab().popup(position);
+}
+
+void MainWindow::dragTab(int index)
+{
+    SetCurDocumentIndex(index);
+    dragPicture(*ui->tabWidget->tabBar(), *m_Work, *m_Handed);
 }
 
 // What the keys have reached is scrolled into view, with some room around it.

@@ -20,6 +20,8 @@ class GrabCalls;
 class GrabDelivery;
 class GrabFlow;
 class Notices;
+class HandedFiles;
+class PictureIntake;
 class PictureReading;
 class Pins;
 class QAction;
@@ -114,6 +116,7 @@ public:
     GrabFlow &grabs() { return *m_Grabs; }
     Workbench &work() { return *m_Work; }
     PictureReading &reading() { return *m_Reading; }
+    PictureIntake &intake() { return *m_Intake; }
     GrabDelivery &delivery() { return *m_Delivery; }
     Pins &pins() { return *m_Pins; }
     GrabCalls &calls() { return *m_Calls; }
@@ -184,6 +187,10 @@ public slots:
     bool SaveFileWithLayers(int index = -1);
     bool SaveAllFiles();
     void CloseFile(int index = -1);
+    /// All but the current one, until the user cancels.
+    void closeOtherFiles();
+    /// Shows the folder of the current document's file.
+    void openFolder();
     bool CloseAllFiles();  ///< false when the user cancelled
     bool CopyFile();
     /// The current picture with its shapes above all windows.
@@ -199,6 +206,10 @@ public slots:
     void resizePicture();
     void resizeCanvas();
     void changeBackdrop();
+
+    /// The keys go to a control of the edit strip, by its object name.
+    void enterControl(const QString &name);
+    void setSharpPixels(bool on);
 
     void Preference(int type);  ///< `type` has no effect
     void Preference();
@@ -237,6 +248,8 @@ signals:
 
 protected:
     void closeEvent(QCloseEvent *event) override;
+    void dragEnterEvent(QDragEnterEvent *event) override;
+    void dropEvent(QDropEvent *event) override;
     bool event(QEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
@@ -258,6 +271,8 @@ private:
 
     void showTool();
     void openPictureMenu(QPoint position);
+    void openTabMenu(int index, QPoint position);
+    void dragTab(int index);
     void lookAt(const QRect &place);
     void offerColorText(QPoint position);
     void setUpGrabs();
@@ -280,6 +295,8 @@ private:
     std::unique_ptr<UnsavedPictures> m_Unsaved;
     std::unique_ptr<DocumentFiles> m_Files;
     std::unique_ptr<PictureReading> m_Reading;
+    std::unique_ptr<PictureIntake> m_Intake;
+    std::unique_ptr<HandedFiles> m_Handed;
     std::unique_ptr<GrabDelivery> m_Delivery;
     std::unique_ptr<Pins> m_Pins;
     std::unique_ptr<WindowFace> m_Face;

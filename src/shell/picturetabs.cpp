@@ -122,10 +122,33 @@ void PictureTabs::fit(QSize picture, float zoom)
     // The zoom counts device pixels, the layout logical ones.
     const QSizeF zoomed =
         QSizeF(drawingSize(QSize(), picture, zoom)) / m_ui.tabWidget->devicePixelRatioF();
-    const QSize size = m_ui.scrollArea->size().expandedTo(QSize(
-        static_cast<int>(std::ceil(zoomed.width())), static_cast<int>(std::ceil(zoomed.height()))));
+    const QSize needed(static_cast<int>(std::ceil(zoomed.width())),
+                       static_cast<int>(std::ceil(zoomed.height())));
+    const QSize size = viewFor(needed).expandedTo(needed);
     m_ui.lblPicture->setFixedSize(size);
     m_ui.scrollAreaWidgetContents->setFixedSize(size);
+}
+
+// What the scroll bars leave of the area for a content of that size, in logical pixels. A bar takes
+// room, and may make the other one necessary.
+QSize PictureTabs::viewFor(QSize content) const
+{
+    const QSize whole = m_ui.scrollArea->maximumViewportSize();
+    const QSize bars(m_ui.scrollArea->verticalScrollBar()->sizeHint().width(),
+                     m_ui.scrollArea->horizontalScrollBar()->sizeHint().height());
+    QSize view = whole;
+    for (int i = 0; i < 2; ++i) {
+        view = {content.height() > view.height() ? whole.width() - bars.width() : whole.width(),
+                content.width() > view.width() ? whole.height() - bars.height() : whole.height()};
+    }
+    return view;
+}
+
+QSize PictureTabs::room() const
+{
+    const QSizeF room =
+        QSizeF(m_ui.scrollArea->maximumViewportSize()) * m_ui.tabWidget->devicePixelRatioF();
+    return {static_cast<int>(room.width()), static_cast<int>(room.height())};
 }
 
 QPoint PictureTabs::scrolled() const

@@ -31,6 +31,8 @@ public:
 
     /// Makes the area as large as a picture at a zoom, in device pixels per picture pixel.
     void fit(QSize picture, float zoom);
+    /// What of the area shows a picture that needs no scroll bar, in device pixels.
+    QSize room() const;
     /// Where the scroll bars are.
     QPoint scrolled() const;
     void scrollTo(QPoint position);
@@ -38,6 +40,7 @@ public:
     void showMissing(const QString &reason);
 
 private:
+    QSize viewFor(QSize content) const;
     void removeClosedPages(const DocumentList &documents);
 
     Ui::MainWindow &m_ui;

@@ -157,6 +157,10 @@ bool remembersStyles() { return flag(u"RememberStyles"_s); }
 
 void setRemembersStyles(bool on) { setFlag(u"RememberStyles"_s, on); }
 
+bool sharpPixels() { return flag(u"SharpPixels"_s); }
+
+void setSharpPixels(bool on) { setFlag(u"SharpPixels"_s, on); }
+
 GrabGoals afterGrab() { return goals(u"AfterGrab"_s).value_or(GrabGoal::Tab); }
 
 void setAfterGrab(GrabGoals goals)

@@ -44,6 +44,8 @@ bool showsOverlayHint();  ///< for the first grabs
 void countMarkedGrab();   ///< one more of these
 bool remembersStyles();   ///< of each tool, over a restart
 void setRemembersStyles(bool on);
+bool sharpPixels();  ///< of an enlarged picture, instead of blended ones
+void setSharpPixels(bool on);
 
 bool countsDownFirst(int hotKeyNumber);  ///< before all that this hot key starts
 void setCountsDownFirst(int hotKeyNumber, bool on);

@@ -267,3 +267,13 @@ void StripFold::giveBack()
         last.widget->hide();
     }
 }
+
+void enterStripControl(QWidget &control)
+{
+    if (control.isVisible())
+        return control.setFocus(Qt::ShortcutFocusReason);
+    for (QPushButton *button : control.parentWidget()->findChildren<QPushButton *>()) {
+        if (dynamic_cast<FoldButton *>(button))
+            return button->showMenu();
+    }
+}

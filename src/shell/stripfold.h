@@ -64,3 +64,7 @@ private:
     qsizetype m_folded = 0;        ///< so many units are off the strip
     QList<Borrowed> m_borrowed{};  ///< in the menu, by when they were taken
 };
+
+/// Gives the keys to a control of a strip. Where the strip has no room for it, the menu opens in
+/// which it stands.
+void enterStripControl(QWidget &control);

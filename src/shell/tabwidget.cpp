@@ -1,12 +1,15 @@
 #include "shell/tabwidget.h"
 
 #include <QAbstractButton>
+#include <QApplication>
+#include <QContextMenuEvent>
 #include <QHash>
 #include <QPainter>
 #include <QStyleOptionTab>
 #include <QTabBar>
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -48,9 +51,56 @@ private:
 class TabBar : public QTabBar
 {
 public:
-    using QTabBar::QTabBar;
+    explicit TabBar(TabWidget *tabs) : QTabBar(tabs), m_tabs(tabs) {}
 
 protected:
+    bool event(QEvent *event) override
+    {
+        if (event->type() != QEvent::ToolTip)
+            return QTabBar::event(event);
+        const auto &help = static_cast<QHelpEvent &>(*event);
+        if (const int tab = tabAt(help.pos()); tab >= 0)
+            emit m_tabs->tipWanted(tab, help.globalPos());
+        return true;
+    }
+
+    void mousePressEvent(QMouseEvent *event) override
+    {
+        m_pressed = event->button() == Qt::MiddleButton ? tabAt(event->pos()) : -1;
+        m_dragged = event->button() == Qt::LeftButton ? tabAt(event->pos()) : -1;
+        m_origin = event->pos();
+        QTabBar::mousePressEvent(event);
+    }
+
+    void mouseMoveEvent(QMouseEvent *event) override
+    {
+        const int way = (event->pos() - m_origin).manhattanLength();
+        if (!event->buttons().testFlag(Qt::LeftButton) || m_dragged < 0 ||
+            way < QApplication::startDragDistance())
+            QTabBar::mouseMoveEvent(event);
+        else
+            emit m_tabs->dragWanted(std::exchange(m_dragged, -1));
+    }
+
+    void mouseReleaseEvent(QMouseEvent *event) override
+    {
+        const int pressed = std::exchange(m_pressed, -1);
+        if (event->button() == Qt::MiddleButton && pressed >= 0 && tabAt(event->pos()) == pressed)
+            emit tabCloseRequested(pressed);
+        else
+            QTabBar::mouseReleaseEvent(event);
+    }
+
+    // That of the keys is the picture's.
+    void contextMenuEvent(QContextMenuEvent *event) override
+    {
+        const int tab = event->reason() == QContextMenuEvent::Mouse ? tabAt(event->pos()) : -1;
+        if (tab >= 0)
+            emit m_tabs->menuWanted(tab, event->globalPos());
+        else
+            event->ignore();
+    }
+
     // Measured once: all tabs are asked for theirs whenever one is added.
     QSize tabSizeHint(int index) const override
     {
@@ -138,6 +188,10 @@ private:
         m_buttons.append(button);
     }
 
+    TabWidget *m_tabs;
+    int m_pressed = -1;                       // the tab below the middle button
+    int m_dragged = -1;                       // the same for the left one, until it moves away
+    QPoint m_origin{};                        // where it was pressed
     QList<CloseButton *> m_buttons{};         // the first ones are in use
     mutable QHash<QString, QSize> m_sizes{};  // by text, and whether it is the current tab's
 };

@@ -10,4 +10,12 @@ class TabWidget : public QTabWidget
 
 public:
     explicit TabWidget(QWidget *parent);
+
+signals:
+    /// The user wants the menu of a tab, at a global position in logical pixels.
+    void menuWanted(int index, QPoint position);
+    /// A tab is dragged.
+    void dragWanted(int index);
+    /// The pointer rests on a tab; whoever knows what to tell of it does so.
+    void tipWanted(int index, QPoint position);
 };

@@ -78,7 +78,8 @@ void WindowFace::setUpLabels()
 void WindowFace::setUpStrips()
 {
     const auto isTool = [this](const QAbstractButton &button) { return isChosenTool(button); };
-    QList<StripFold::Unit> units{{m_ui.lblSep3, m_ui.BtnZoomIn, m_ui.BtnZoomOut, m_ui.BtnRealSize},
+    QList<StripFold::Unit> units{{m_ui.CmbZoom},
+                                 {m_ui.lblSep3, m_ui.BtnZoomIn, m_ui.BtnZoomOut, m_ui.BtnRealSize},
                                  {m_ui.lblSep2, m_ui.BtnUndo, m_ui.BtnRedo},
                                  {m_ui.BtnCopy, m_ui.BtnSave}};
     for (size_t i = allTools().size(); i-- > s_lastingTools;)
@@ -89,7 +90,8 @@ void WindowFace::setUpStrips()
                   isTool);
     new StripFold(
         m_ui.widPictureStyle,
-        {{m_ui.lblSep4, m_ui.CmbFont, m_ui.CmbFontSize},
+        {{m_ui.lblPictureSize},
+         {m_ui.lblSep4, m_ui.CmbFont, m_ui.CmbFontSize},
          {m_ui.BtnStyle},
          {m_ui.lblLineMin, m_ui.SliderLineWidth, m_ui.lblLineMax, m_ui.lblLineWidth, m_ui.lblSep1}},
         {u"FoldPictureStyle"_s, tr("More styles"), tr("Ctrl+Shift+T"), Palette::glyphOnBright,
@@ -115,7 +117,8 @@ void WindowFace::followFont()
     for (QWidget *widget :
          {m_ui.layMenuBar->itemAt(0)->widget(), static_cast<QWidget *>(m_ui.tabWidget),
           static_cast<QWidget *>(m_ui.CmbFont), static_cast<QWidget *>(m_ui.CmbFontSize),
-          static_cast<QWidget *>(m_ui.lblLineWidth)})
+          static_cast<QWidget *>(m_ui.lblLineWidth), static_cast<QWidget *>(m_ui.CmbZoom),
+          static_cast<QWidget *>(m_ui.lblPictureSize)})
         widget->setFont(QApplication::font());
 }
 

@@ -30,13 +30,18 @@ WindowMenus::WindowMenus(MainWindow &window, QBoxLayout &place)
     add(MainWindow::tr("&sys"), Command::Menu::System);
     m_file = add(MainWindow::tr("&File"), Command::Menu::File);
     m_edit = add(MainWindow::tr("&Edit"), Command::Menu::Edit);
+    fillMenu(*m_edit->addMenu(MainWindow::tr("&Tools")), Command::Menu::Tools, window);
+    m_view = add(MainWindow::tr("&View"), Command::Menu::View);
     m_capture = add(MainWindow::tr("&Capture"), Command::Menu::Capture);
     m_help = add(MainWindow::tr("Help"), Command::Menu::Help);
     m_tray = new QMenu(&window);
     fillTrayMenu(*m_tray);
     m_picture = new QMenu(&window);
     m_picture->setObjectName(u"PictureMenu"_s);
-    fillPictureMenu(*m_picture, window);
+    fillContextMenu(*m_picture, &Command::isForPicture, window);
+    m_tab = new QMenu(&window);
+    m_tab->setObjectName(u"TabMenu"_s);
+    fillContextMenu(*m_tab, &Command::isForTab, window);
     updateCancel(false);
     updateEdit({});
     QObject::connect(m_file, &QMenu::aboutToShow, &window, &MainWindow::BeforeShowFile);
@@ -52,7 +57,7 @@ void WindowMenus::updateFile(FileState state)
     if (!name.isEmpty())
         name = u'"' + name + u'"';
     name.replace(u'&', u"&&"_s);
-    for (QAction *action : m_file->actions() + m_picture->actions()) {
+    for (QAction *action : m_file->actions() + m_picture->actions() + m_tab->actions()) {
         switch (action->data().toInt()) {
         case Command::CloseItem:
             action->setEnabled(state.any);
@@ -72,6 +77,12 @@ void WindowMenus::updateFile(FileState state)
         case Command::LayersItem:
             action->setEnabled(state.any);
             break;
+        case Command::FileItem:
+            action->setEnabled(state.hasFile);
+            break;
+        case Command::OthersItem:
+            action->setEnabled(state.hasOthers);
+            break;
         default:
             if (captionOf(*action) == MainWindow::tr("Close All"))
                 action->setEnabled(state.any);
@@ -89,7 +100,8 @@ void WindowMenus::updateEdit(const EditState &state)
     };
     for (QMenu *menu : {m_edit, m_picture})
         menu->setToolTipsVisible(!state.textLack.isEmpty() || !state.codeLack.isEmpty());
-    for (QAction *action : m_edit->actions() + m_picture->actions()) {
+    for (QAction *action :
+         m_edit->actions() + m_view->actions() + m_picture->actions() + m_tab->actions()) {
         switch (action->data().toInt()) {
         case Command::UndoItem:
             action->setEnabled(state.canUndo);

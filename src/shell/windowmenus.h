@@ -20,6 +20,8 @@ public:
         QString name{};           ///< of the current one
         bool isModified = false;  ///< the current one
         bool anyModified = false;
+        bool hasFile = false;    ///< the current one
+        bool hasOthers = false;  ///< there are documents besides the current one
     };
     /// Texts and states of the File menu's items.
     void updateFile(FileState state);
@@ -36,6 +38,8 @@ public:
     void updateEdit(const EditState &state);
     /// The menu that opens on the picture, as updateFile() and updateEdit() were told last.
     QMenu &picture() { return *m_picture; }
+    /// The same for the menu that opens on the current document's tab.
+    QMenu &tab() { return *m_tab; }
     /// Whether the tray's menu offers to give up a grab.
     void updateCancel(bool canCancel);
     void updateHotKeys();  ///< after a change of theirs
@@ -45,7 +49,9 @@ private:
     QMenu *m_capture = nullptr;
     QMenu *m_file;
     QMenu *m_edit;
+    QMenu *m_view;
     QMenu *m_picture;
+    QMenu *m_tab;
     QMenu *m_help;
     QMenu *m_tray;
 };

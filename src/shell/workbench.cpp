@@ -1,12 +1,20 @@
 #include "shell/workbench.h"
 
 #include "base/log.h"
+#include "editing/zoom.h"
 #include "platform/services.h"
 #include "shell/notices.h"
 #include "shell/progressplate.h"
 #include "ui_mainwindow.h"
 
+#include <QDir>
+#include <QToolTip>
+
+#include <algorithm>
+#include <cmath>
 #include <utility>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -30,6 +38,8 @@ Workbench::Workbench(Ui::MainWindow &ui, QWidget &window, Notices &notices)
             drop(index);
     });
     connect(m_editor.get(), &TPictureEditor::typed, this, &Workbench::edited);
+    connect(m_editor.get(), &TPictureEditor::zoomWanted, this, &Workbench::zoomAt);
+    connect(ui.tabWidget, &TabWidget::tipWanted, this, &Workbench::showTip);
     packUnseen();
 }
 
@@ -131,6 +141,24 @@ QString Workbench::troubleOf(const QPictureDocument &document)
                : QString();
 }
 
+// Its file, or else its name, and how large it is.
+void Workbench::showTip(int index, QPoint position)
+{
+    if (!m_documents.has(index))
+        return;
+    const QPictureDocument &document = m_documents[index];
+    QStringList lines{document.IsNewFile() ? document.GetShowName()
+                                           : QDir::toNativeSeparators(document.m_FileName)};
+    const QSize size =
+        &document == m_documents.currentDocument() ? m_editor->pictureSize() : document.size();
+    if (!size.isEmpty())
+        lines.append(tr("%1 × %2 px").arg(size.width()).arg(size.height()));
+    for (QString &line : lines)
+        line = line.toHtmlEscaped();
+    QToolTip::showText(position, u"<p style='white-space:pre'>"_s + lines.join(u"<br>"_s),
+                       m_ui.tabWidget);
+}
+
 // What is being typed will be part of the picture.
 bool Workbench::hasModified(bool all) const
 {
@@ -212,23 +240,87 @@ void Workbench::zoomTo(float scale)
     m_editor->setPixmapScaled(m_scale);
 }
 
+QPointF Workbench::middleOfView() const
+{
+    return m_tabs.scrolled() + QRectF(m_ui.scrollArea->viewport()->rect()).center();
+}
+
+void Workbench::zoomHolding(float scale, QPointF position)
+{
+    const QSize picture = m_editor->pictureSize();
+    const qreal ratio = m_ui.lblPicture->devicePixelRatioF();
+    const auto mapping = [&] {
+        return ViewMapping{m_ui.lblPicture->size() * ratio, picture, m_scale};
+    };
+    const Held now{.inView = position - m_tabs.scrolled(),
+                   .scrolled = m_tabs.scrolled(),
+                   .scale = m_scale,
+                   .number = m_documents.currentDocument()->m_Number};
+    // The middle of the pixel at which the pointer is.
+    const QPointF middle(0.5, 0.5);
+    if (m_held.inView != now.inView || m_held.scrolled != now.scrolled ||
+        m_held.scale != now.scale || m_held.number != now.number) {
+        const QPointF point = (position * ratio + middle - mapping().margins()) / m_scale;
+        m_held = now;
+        m_held.point = {std::clamp<qreal>(point.x(), 0, picture.width()),
+                        std::clamp<qreal>(point.y(), 0, picture.height())};
+    }
+    zoomTo(scale);
+    // Halves are rounded down: that is what a pixel's middle is beyond its corner.
+    const QPointF place = mapping().toWidget(m_held.point) / ratio - m_held.inView - middle;
+    m_tabs.scrollTo(
+        {static_cast<int>(std::ceil(place.x())), static_cast<int>(std::ceil(place.y()))});
+    m_held.scrolled = m_tabs.scrolled();
+    m_held.scale = m_scale;
+}
+
 void Workbench::zoomIn()
 {
-    if (const int width = m_editor->pictureSize().width(); m_documents.current() >= 0 && width > 0)
-        zoomTo(zoomedIn(m_scale, width));
+    if (const int width = m_editor->pictureSize().width(); width > 0)
+        zoomHolding(zoomedIn(m_scale, width), middleOfView());
 }
 
 void Workbench::zoomOut()
 {
-    if (const int width = m_editor->pictureSize().width(); m_documents.current() >= 0 && width > 0)
-        zoomTo(zoomedOut(m_scale, width));
+    if (const int width = m_editor->pictureSize().width(); width > 0)
+        zoomHolding(zoomedOut(m_scale, width), middleOfView());
+}
+
+void Workbench::zoomToRealSize()
+{
+    if (m_editor->pictureSize().isEmpty())
+        zoomTo(1);
+    else
+        zoomHolding(1, middleOfView());
+}
+
+void Workbench::zoomNear(float wanted)
+{
+    if (const int width = m_editor->pictureSize().width(); width > 0)
+        zoomHolding(zoomWithin(wanted, width), middleOfView());
+}
+
+void Workbench::zoomToFit()
+{
+    if (!m_editor->pictureSize().isEmpty())
+        zoomTo(::zoomToFit(m_editor->pictureSize(), m_tabs.room()));
+}
+
+void Workbench::zoomBy(double notches) { zoomAt(notches, middleOfView()); }
+
+void Workbench::zoomAt(double notches, QPointF position)
+{
+    if (const int width = m_editor->pictureSize().width(); width > 0)
+        zoomHolding(zoomedBy(m_scale, notches, width), position);
 }
 
 void Workbench::fit()
 {
     // The editor tells of a size while it is being made.
-    if (m_editor)
-        m_tabs.fit(m_editor->pictureSize(), m_scale);
+    if (!m_editor)
+        return;
+    m_tabs.fit(m_editor->pictureSize(), m_scale);
+    emit viewChanged();
 }
 
 void Workbench::shapesChanged()

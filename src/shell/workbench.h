@@ -50,8 +50,19 @@ public:
     void dropAll();
 
     void zoomTo(float scale);
+    // With these the middle of the view stays.
+
     void zoomIn();
     void zoomOut();
+    void zoomToRealSize();
+    /// To the zoom nearest to it that wheel and box reach.
+    void zoomNear(float wanted);
+    /// So that all of the picture is seen.
+    void zoomToFit();
+    /// By so many notches of the wheel.
+    void zoomBy(double notches);
+    /// The same, but what is at a position in the picture's widget stays, in logical pixels.
+    void zoomAt(double notches, QPointF position);
     /// The picture area is as large as the current picture needs.
     void fit();
 
@@ -74,10 +85,25 @@ signals:
     void titleChanged(const QString &title);
     /// Something of the current document has changed.
     void edited();
+    /// Another size of the picture is shown, or another zoom.
+    void viewChanged();
     /// A document is new, saved or closed.
     void changed(int number);
 
 private:
+    /// What stays where it is in the view over several zooms, although scroll bars count in whole
+    /// pixels.
+    struct Held {
+        QPointF inView{};  ///< logical pixels
+        QPointF point{};   ///< in the picture
+        QPoint scrolled{};
+        float scale = 0;
+        int number = 0;
+    };
+
+    void showTip(int index, QPoint position);
+    QPointF middleOfView() const;
+    void zoomHolding(float scale, QPointF position);
     void parkState(QPictureDocument &document) const;
     static QString troubleOf(const QPictureDocument &document);
     void forgetLastPicture();
@@ -93,6 +119,7 @@ private:
     PictureTabs m_tabs;
     std::unique_ptr<PictureJobs> m_jobs;
     ProgressPlate *m_progress;
+    Held m_held{};
     std::unique_ptr<TPictureEditor> m_editor;
     float m_scale = 1.0F;  ///< zoom of the current document
 };

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/palette.h"
 #include "editing/gesture.h"
 #include "editing/rendering.h"
 
@@ -20,6 +21,19 @@ public:
     explicit PlainPainter(QWidget *widget) : m_widget(widget) { widget->installEventFilter(this); }
 
     QPixmap united() const { return QPixmap::fromImage(replay()); }
+
+    /// A picture as it is seen: what is transparent in it shows fields of 8 by 8 pixels.
+    static QImage onChequers(const QImage &picture)
+    {
+        QImage result(picture.size(), QImage::Format_RGB32);
+        for (int y = 0; y < result.height(); ++y) {
+            for (int x = 0; x < result.width(); ++x)
+                result.setPixelColor(
+                    x, y, (x / 8 + y / 8) % 2 ? Palette::clearDark : Palette::clearBright);
+        }
+        QPainter(&result).drawImage(0, 0, picture);
+        return result;
+    }
 
     bool eventFilter(QObject *watched, QEvent *event) override
     {
@@ -207,6 +221,11 @@ private:
                                                    Qt::SmoothTransformation));
         };
         const std::optional<Geometry> shape = gesture.preview(state, view, lineWidth);
+        if (picture.hasAlpha()) {
+            QImage clear(view.scaledSize(), QImage::Format_ARGB32_Premultiplied);
+            clear.fill(Qt::transparent);
+            painter.drawImage(view.margins(), onChequers(clear));
+        }
         if (!shape || picture.hasAlpha())
             show(replay());
         if (shape)

@@ -51,6 +51,9 @@ private slots:
             QCOMPARE(
                 scaledPart(image, size, part),
                 image.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation).copy(part));
+            const QSize large = image.size() * 3;
+            if (const QRect inside = part & QRect(QPoint(), large); !inside.isEmpty())
+                QCOMPARE(sharpPart(image, large, inside), image.scaled(large).copy(inside));
         }
     }
 
@@ -307,7 +310,7 @@ void TestDisplay::operations()
         QImage shown(expected.size(), QImage::Format_ARGB32_Premultiplied);
         shown.fill(Qt::transparent);
         widget.render(&shown, {}, {}, {});
-        if (shown != expected.convertToFormat(shown.format()) ||
+        if (shown != PlainPainter::onChequers(expected).convertToFormat(shown.format()) ||
             editor.sendPixmap(Qt::transparent).toImage() != expected)
             QFAIL(qPrintable(u"seed %1, step %2, action %3"_s.arg(seed).arg(step).arg(action)));
         // What a step would come to is shown before it is recorded, also while it changes.

@@ -44,22 +44,6 @@ private slots:
         expect("the index stays, whichever was closed", next(3, 1, 0), 1);
         expect("the only one", next(1, 0, 0), -1);
     }
-
-    void zoom()
-    {
-        const auto steps = [](auto step, int width, int count) {
-            float scale = 1;
-            while (count-- > 0)
-                scale = step(scale, width);
-            return scale;
-        };
-        expect("in by 1.4", steps(zoomedIn, 100, 1), 1.4F);
-        expect("out by 1.4", steps(zoomedOut, 100, 1), 1 / 1.4F);
-        expect("upper limit", steps(zoomedIn, 2900, 3), 3000.0F / 2900);
-        expect("upper limit makes smaller", steps(zoomedIn, 6000, 1), 0.5F);
-        expect("lower limit", steps(zoomedOut, 100, 9), 0.5F);
-        expect("lower limit enlarges", steps(zoomedOut, 40, 1), 1.25F);
-    }
 };
 
 QTEST_MAIN(TestDocumentList)

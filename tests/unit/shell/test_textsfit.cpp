@@ -5,6 +5,7 @@
 #include "capture/rectangleoverlay.h"
 #include "shell/backdropdialog.h"
 #include "shell/canvasdialog.h"
+#include "shell/captionlabel.h"
 #include "shell/dialogpreference.h"
 #include "shell/hidetextdialog.h"
 #include "shell/resizedialog.h"
@@ -19,6 +20,9 @@ namespace {
 QSize needs(const QWidget &widget)
 {
     const QFontMetrics metrics(widget.font());
+    // What it has no room for is in its hint.
+    if (qobject_cast<const CaptionLabel *>(&widget))
+        return {0, metrics.height()};
     if (const auto *label = qobject_cast<const QLabel *>(&widget)) {
         if (label->wordWrap())
             return {0, label->heightForWidth(label->width())};
