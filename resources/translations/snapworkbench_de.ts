@@ -2902,6 +2902,41 @@ Esc: abbrechen</translation>
     </message>
 </context>
 <context>
+    <name>StartPanel</name>
+    <message>
+        <source>Take a picture of the screen</source>
+        <translation>Ein Bild vom Bildschirm aufnehmen</translation>
+    </message>
+    <message>
+        <source>These keys work in front of any program.</source>
+        <translation>Diese Tasten wirken vor jedem Programm.</translation>
+    </message>
+    <message>
+        <source>Rectangle</source>
+        <translation>Rechteck</translation>
+    </message>
+    <message>
+        <source>Window</source>
+        <translation>Fenster</translation>
+    </message>
+    <message>
+        <source>Full Screen</source>
+        <translation>Ganzer Bildschirm</translation>
+    </message>
+    <message>
+        <source>Or mark up a picture that you have: drop it here, or</source>
+        <translation>Oder ein vorhandenes Bild beschriften: hierher ziehen oder</translation>
+    </message>
+    <message>
+        <source>Open...</source>
+        <translation>Öffnen ...</translation>
+    </message>
+    <message>
+        <source>Paste</source>
+        <translation>Einfügen</translation>
+    </message>
+</context>
+<context>
     <name>StyleControls</name>
     <message>
         <source>%1 px</source>

@@ -2898,6 +2898,41 @@ Esc：放弃</translation>
     </message>
 </context>
 <context>
+    <name>StartPanel</name>
+    <message>
+        <source>Take a picture of the screen</source>
+        <translation>截取屏幕</translation>
+    </message>
+    <message>
+        <source>These keys work in front of any program.</source>
+        <translation>这些快捷键在任何程序前都有效。</translation>
+    </message>
+    <message>
+        <source>Rectangle</source>
+        <translation>矩形</translation>
+    </message>
+    <message>
+        <source>Window</source>
+        <translation>窗口</translation>
+    </message>
+    <message>
+        <source>Full Screen</source>
+        <translation>全屏</translation>
+    </message>
+    <message>
+        <source>Or mark up a picture that you have: drop it here, or</source>
+        <translation>或标注已有的图片：拖放到这里，或者</translation>
+    </message>
+    <message>
+        <source>Open...</source>
+        <translation>打开...</translation>
+    </message>
+    <message>
+        <source>Paste</source>
+        <translation>粘贴</translation>
+    </message>
+</context>
+<context>
     <name>StyleControls</name>
     <message>
         <source>%1 px</source>

@@ -30,6 +30,7 @@
 #include "shell/pins.h"
 #include "shell/resizedialog.h"
 #include "shell/settingssaver.h"
+#include "shell/startpanel.h"
 #include "shell/stripfold.h"
 #include "shell/stylecontrols.h"
 #include "shell/toolstrip.h"
@@ -104,6 +105,7 @@ MainWindow::MainWindow()
     connect(m_Work.get(), &Workbench::titleChanged, this, &MainWindow::RefreshWindowTitle);
     connect(m_Files.get(), &DocumentFiles::asks, this, &MainWindow::showInFront);
     setUpEditor();
+    m_Start = new StartPanel(*this, *ui->tabWidget);
     connectCommands(*this);
     connectControls();
     m_Face = std::make_unique<WindowFace>(*ui, *this, m_Skin, m_Work->editor());
@@ -142,6 +144,7 @@ void MainWindow::showHotKeys()
 {
     m_Menus->updateHotKeys();
     updateHotKeys(*this);
+    m_Start->updateKeys();
 }
 
 MainWindow::~MainWindow()
@@ -421,6 +424,7 @@ void MainWindow::RefreshWindowTitle(const QString &tab)
     setWindowTitle(title.replace(u"[*]"_s, u"[*][*]"_s));
     // Shortcuts of disabled menu items are dead, and nobody opens the menu before pressing one.
     BeforeShowFile();
+    m_Start->setVisible(m_Work->documents().isEmpty());
 }
 
 bool MainWindow::HasModified(bool all) const { return m_Work->hasModified(all); }

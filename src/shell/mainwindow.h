@@ -28,6 +28,7 @@ class QAction;
 class QPushButton;
 class SettingsSaver;
 class SizeDialog;
+class StartPanel;
 class StyleControls;
 class TrayIcon;
 class UnsavedPictures;
@@ -301,6 +302,7 @@ private:
     std::unique_ptr<Pins> m_Pins;
     std::unique_ptr<WindowFace> m_Face;
     StyleControls *m_Style = nullptr;  ///< owned by the strip
+    StartPanel *m_Start = nullptr;     ///< owned by the tabs
     Magnifier m_Magnifier;
     bool m_bCapturing = false;  ///< a grab is under way
     std::unique_ptr<FrontWindow> m_Front;

@@ -403,6 +403,38 @@ private slots:
         QCOMPARE(shown.copy(edge), empty.copy(edge));
     }
 
+    // While nothing is open the window offers what leads to a picture, however small it is, and can
+    // be moved by all that lies between.
+    void emptyWindow()
+    {
+        auto *panel = m_window->findChild<QScrollArea *>(u"StartPanel"_s);
+        activate();
+        QCOMPARE(button("BtnStartRectangle")->accessibleDescription(), u"Ctrl+Alt+R"_s);
+        QWidget *headline = panel->findChild<QLabel *>();
+        const QPoint hold = headline->mapTo(m_window.get(), headline->rect().center());
+        const QPoint before = m_window->pos();
+        QTest::mousePress(m_window->windowHandle(), Qt::LeftButton, {}, hold);
+        QTest::mouseMove(m_window->windowHandle(), hold + QPoint(40, 30));
+        QTest::mouseRelease(m_window->windowHandle(), Qt::LeftButton, {}, hold);
+        QCOMPARE(m_window->pos(), before + QPoint(40, 30));
+
+        m_window->setMinimumSize(1, 1);
+        m_window->resize(300, 330);
+        for (const char *name : {"BtnStartRectangle", "BtnStartWindow", "BtnStartScreen",
+                                 "BtnStartOpen", "BtnStartPaste"}) {
+            QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+            QCOMPARE(QApplication::focusWidget(), button(name));
+            QVERIFY2(button(name)->visibleRegion().boundingRect().height() > 20, name);
+        }
+        QGuiApplication::clipboard()->setImage(solid({30, 20}).toImage());
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+        QCOMPARE(editor()->pictureSize(), QSize(30, 20));
+        QVERIFY(!panel->isVisible());
+        answer(QMessageBox::Discard);
+        QVERIFY(m_window->CloseAllFiles());
+        QVERIFY(panel->isVisible());
+    }
+
     // What has no room on a strip works from the menu at its end, and comes back with the room.
     void narrowWindow()
     {
@@ -723,6 +755,8 @@ private slots:
         check("menu", item(u"All Windows"_s), browser);
         check(
             "button", [this] { button("BtnFullScreen")->click(); }, countdown);
+        check(
+            "empty window", [this] { button("BtnStartScreen")->click(); }, picture);
         check("tray", item(u"Capture Full Screen"_s), picture);
         check("hot key", hotKey(7), countdown);
         check("no hot key", hotKey(0), {});

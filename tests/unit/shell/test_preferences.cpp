@@ -248,6 +248,7 @@ private slots:
         QCOMPARE(item(u"Capture Rectangular"_s)->shortcut(), QKeySequence(u"Shift+F9"_s));
         QVERIFY(item(u"Capture Ellipse"_s)->shortcut().isEmpty());
         QVERIFY(button("BtnFrameRect")->toolTip().contains(u"Shift+F9"_s));
+        QCOMPARE(button("BtnStartRectangle")->accessibleDescription(), u"Shift+F9"_s);
         // What is shown for a menu's grab is another than what runs it, until that is changed.
         QCOMPARE(item(u"Menu"_s)->shortcut(), QKeySequence(u"Ctrl+Alt+M"_s));
         QVERIFY(item(u"Menu"_s)->toolTip().contains(u"Ctrl+Alt+V"_s));
