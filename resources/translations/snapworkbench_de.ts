@@ -2157,8 +2157,8 @@ Rücktaste    Punkt löschen</translation>
         <translation>Werk&amp;zeuge</translation>
     </message>
     <message>
-        <source>Ctrl+Shift+E</source>
-        <translation>Ctrl+Shift+E</translation>
+        <source>Ctrl+Shift+D</source>
+        <translation>Ctrl+Shift+D</translation>
     </message>
 </context>
 <context>

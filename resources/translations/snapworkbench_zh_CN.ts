@@ -2156,8 +2156,8 @@ Backspace    删除最后一点</translation>
         <translation>工具(&amp;T)</translation>
     </message>
     <message>
-        <source>Ctrl+Shift+E</source>
-        <translation>Ctrl+Shift+E</translation>
+        <source>Ctrl+Shift+D</source>
+        <translation>Ctrl+Shift+D</translation>
     </message>
 </context>
 <context>

@@ -308,7 +308,7 @@ constexpr auto s_commands = std::to_array<Command>({
     {.menu = Menu::View, .caption = ""},
     {.menu = Menu::View,
      .caption = QT_TRANSLATE_NOOP("MainWindow", "&Sharp Pixels when Enlarged"),
-     .keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+Shift+E"),
+     .keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+Shift+D"),
      .run = [](MainWindow &window) { window.setSharpPixels(!Preferences::sharpPixels()); },
      .isOn = [] { return Preferences::sharpPixels(); }},
 

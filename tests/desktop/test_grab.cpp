@@ -399,26 +399,27 @@ private slots:
                 QCOMPARE(m_desktop->activeTitle(), u"pattern"_s);
                 QCOMPARE(m_program->mainWindow().title, own.title);
             }
+            // The name tells the window that was chosen, whichever is in front.
+            QVERIFY(m_desktop->startPattern({950, 700, 200, 150}, u"another"_s));
+            m_desktop->movePointer(s_patternArea.center());
+            const QList<TestDesktop::Window> before = m_desktop->windows();
+            hotKey('w');
+            QVERIFY(hasDialog(before));
+            m_desktop->key(XK_Escape);
+            QVERIFY(m_program->waitForState(u"Picking"_s));
+            m_desktop->click(s_patternArea.center());
+            const QString chosen = m_desktop->home() + u"/Pictures/pattern, pattern 03.png"_s;
+            QVERIFY(waitFor([&] { return QImage(chosen).size() == s_patternArea.size(); }));
+            QVERIFY(m_program->waitForState(u"Idle"_s));
             // What has been begun is finished by a program that is told to end.
             hotKey('s');
-            const QString path = m_desktop->home() + u"/Pictures/pattern 03.png"_s;
+            const QString path = m_desktop->home() + u"/Pictures/another, pattern 01.png"_s;
             QVERIFY(waitFor([&] { return QFile::exists(path); }));
             QCOMPARE(kill(static_cast<pid_t>(m_program->process()->processId()), SIGTERM), 0);
             QVERIFY(hasEnded());
             QCOMPARE(QImage(path).convertToFormat(QImage::Format_RGB32).copy(s_patternArea),
                      pattern(s_patternArea.size()));
         }
-        // The name tells the window that was chosen, whichever is in front.
-        QVERIFY(m_desktop->startPattern({950, 700, 200, 150}, u"another"_s));
-        m_desktop->movePointer(s_patternArea.center());
-        const QList<TestDesktop::Window> before = m_desktop->windows();
-        hotKey('w');
-        QVERIFY(hasDialog(before));
-        m_desktop->key(XK_Escape);
-        QVERIFY(m_program->waitForState(u"Picking"_s));
-        m_desktop->click(s_patternArea.center());
-        const QString chosen = m_desktop->home() + u"/Pictures/pattern, pattern 03.png"_s;
-        QVERIFY(waitFor([&] { return QImage(chosen).size() == s_patternArea.size(); }));
     }
 
 private:

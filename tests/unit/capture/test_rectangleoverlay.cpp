@@ -184,8 +184,8 @@ private slots:
         const QWidget *grabber = surface();
         QCOMPARE(
             contextMenu([&] { grabber = QWidget::keyboardGrabber(); }),
-            (QStringList{u"Finish(Enter)"_s, u"Clear"_s, u"Copy"_s, u"Save"_s, u"Read the text"_s,
-                         u"Take after a countdown"_s, u"Last area again"_s}));
+            (QStringList{u"Finish(Enter)"_s, u"Clear"_s, u"Copy"_s, u"Save"_s, u"Pin"_s,
+                         u"Read the text"_s, u"Take after a countdown"_s, u"Last area again"_s}));
         QCOMPARE(grabber, nullptr);  // or the menu would hear no key
         QCOMPARE(QWidget::keyboardGrabber(), surface());
         // How a press comes that follows a click soon.

@@ -1,5 +1,6 @@
 #include "config/settings.h"
 #include "rows.h"
+#include "shell/commands.h"
 #include "shellfixture.h"
 
 #include <array>
@@ -157,11 +158,12 @@ private slots:
             }
             return static_cast<QAction *>(nullptr);
         };
-        QVERIFY(item(13)->isEnabled() && item(14)->isEnabled() && !item(2)->isEnabled());
+        QVERIFY(item(Command::FileItem)->isEnabled() && item(Command::OthersItem)->isEnabled() &&
+                !item(Command::SaveItem)->isEnabled());
         menu->close();
         // It ends where the user cancels, and leaves the one that was kept in front.
         answer(QMessageBox::Discard, [this] { answer(QMessageBox::Cancel); });
-        item(14)->trigger();
+        item(Command::OthersItem)->trigger();
         QCOMPARE(tabs()->count(), 3);
         QCOMPARE(tabs()->currentIndex(), 0);
         answer(QMessageBox::Discard);
@@ -327,7 +329,7 @@ private slots:
         QCOMPARE(enabled(), 1);
         QVERIFY(press(Qt::Key_R).isEmpty());
         add({400, 100});
-        QCOMPARE(enabled(), 14);
+        QCOMPARE(enabled(), 15);
         m_window->chooseTool(stateText);
         clickAt(view(), view()->rect().center());
         QTest::keyClicks(view()->findChild<QTextEdit *>(), u"mine"_s);
@@ -338,7 +340,7 @@ private slots:
         QCOMPARE(editor()->getPixmapScaled(), zoom);
         QVERIFY(view()->height() >= 400);
         QCOMPARE(press(Qt::Key_Z), QSize(400, 100));
-        QCOMPARE(enabled(), 16);
+        QCOMPARE(enabled(), 17);
 
         // Half of both sides, and then room at the right and below.
         whenUp<QDialog>([this](QDialog &dialog) {
