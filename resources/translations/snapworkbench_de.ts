@@ -371,6 +371,14 @@ Klicken Sie auf „Nein“, um ohne sie fortzufahren, oder möchten Sie sie jetz
         <source>Bring pins &amp;back after a restart</source>
         <translation>Angeheftete Bilder nach einem Neustart &amp;wieder zeigen</translation>
     </message>
+    <message>
+        <source>Window</source>
+        <translation>Fenster</translation>
+    </message>
+    <message>
+        <source>K&amp;eep running in the tray when the window is closed</source>
+        <translation>Nach dem Schließen des Fenste&amp;rs neben der Uhr weiterlaufen</translation>
+    </message>
 </context>
 <context>
     <name>CaptureRefusal</name>
@@ -2159,6 +2167,14 @@ Rücktaste    Punkt löschen</translation>
     <message>
         <source>Ctrl+Shift+D</source>
         <translation>Ctrl+Shift+D</translation>
+    </message>
+    <message>
+        <source>&amp;Quit</source>
+        <translation>&amp;Beenden</translation>
+    </message>
+    <message>
+        <source>The program goes on in the tray. &quot;Quit&quot; in the menu there ends it.</source>
+        <translation>Das Programm läuft neben der Uhr weiter. „Beenden“ im Menü dort beendet es.</translation>
     </message>
 </context>
 <context>

@@ -371,6 +371,14 @@ Click No to continue common capture, or Enable Scroll Capture now?</source>
         <source>Bring pins &amp;back after a restart</source>
         <translation>重新启动后恢复钉住的图片(&amp;B)</translation>
     </message>
+    <message>
+        <source>Window</source>
+        <translation>窗口</translation>
+    </message>
+    <message>
+        <source>K&amp;eep running in the tray when the window is closed</source>
+        <translation>关闭窗口后继续在托盘中运行(&amp;E)</translation>
+    </message>
 </context>
 <context>
     <name>CaptureRefusal</name>
@@ -2158,6 +2166,14 @@ Backspace    删除最后一点</translation>
     <message>
         <source>Ctrl+Shift+D</source>
         <translation>Ctrl+Shift+D</translation>
+    </message>
+    <message>
+        <source>&amp;Quit</source>
+        <translation>退出(&amp;Q)</translation>
+    </message>
+    <message>
+        <source>The program goes on in the tray. &quot;Quit&quot; in the menu there ends it.</source>
+        <translation>程序仍在托盘中运行。在托盘菜单中选择“退出”即可结束程序。</translation>
     </message>
 </context>
 <context>

@@ -33,6 +33,7 @@ CapturePage::CapturePage(QWidget *parent) : QWidget(parent)
     addGoals(*layout);
     addMarking(*layout);
     addPins(*layout);
+    addWindow(*layout);
     layout->addStretch();
 }
 
@@ -117,4 +118,11 @@ void CapturePage::addPins(QBoxLayout &place)
         box->setEnabled(lack.isEmpty());
         box->setToolTip(asHint(lack));
     }
+}
+
+void CapturePage::addWindow(QBoxLayout &place)
+{
+    addBox(*addGroup(place, tr("Window")), "ChkCloseToTray",
+           tr("K&eep running in the tray when the window is closed"), Preferences::closesToTray(),
+           Preferences::setClosesToTray);
 }

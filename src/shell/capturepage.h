@@ -27,6 +27,7 @@ private:
     void addGoals(QBoxLayout &place);
     void addMarking(QBoxLayout &place);
     void addPins(QBoxLayout &place);
+    static void addWindow(QBoxLayout &place);
     void showGoals();
 
     QList<std::pair<QCheckBox *, GrabGoal>> m_goals{};

@@ -95,6 +95,11 @@ constexpr auto s_commands = std::to_array<Command>({
      .isForPicture = true,
      .isForTab = true,
      .run = [](MainWindow &window) { window.openFolder(); }},
+    {.menu = Menu::File, .caption = ""},
+    {.menu = Menu::File,
+     .caption = QT_TRANSLATE_NOOP("MainWindow", "&Quit"),
+     .keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+Q"),
+     .run = [](MainWindow &window) { window.quit(); }},
     {.caption = "", .isForPicture = true},
 
     {.menu = Menu::Edit,
@@ -458,8 +463,7 @@ constexpr auto s_commands = std::to_array<Command>({
      .button = "BtnRegister",
      .run = [](MainWindow &window) { window.Register(); }},
 
-    {.keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+Q"),
-     .button = "BtnClose",
+    {.button = "BtnClose",
      .run = [](MainWindow &window) { window.close(); }},
     {.keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+M"),
      .button = "BtnMin",

@@ -257,12 +257,28 @@ void MainWindow::quit()
     // The question would stay with a window that is minimised.
     if (HasModified(true))
         showInFront();
+    endWhenClosed();
     close();
+}
+
+// What is open stays, so there is nothing to ask about. The toolkit tells no close of the desktop's
+// from one of this program's own.
+void MainWindow::hideInTray()
+{
+    if (m_pPreference)
+        m_pPreference->hide();
+    hide();
+    if (!Preferences::hasToldOfTray() &&
+        m_Tray->tell(QString::fromWCharArray(g_AppName),
+                     tr("The program goes on in the tray. \"Quit\" in the menu there ends it.")))
+        Preferences::setToldOfTray();
 }
 
 void MainWindow::closeEvent(QCloseEvent *event)
 {
     event->ignore();
+    if (!std::exchange(m_IsEnding, false) && Preferences::closesToTray() && TrayIcon::isThere())
+        return hideInTray();
     // The grab may wait for windows that would be gone, and its picture has not been asked about.
     if (m_bCapturing && !m_Grabs->quit())
         return;
@@ -276,6 +292,7 @@ void MainWindow::closeEvent(QCloseEvent *event)
     m_Front->dropCover();
     delete std::exchange(m_pPreference, nullptr);
     // The toolkit closes all windows now.
+    endWhenClosed();
     m_Pins->end();
     QCoreApplication::quit();
 }

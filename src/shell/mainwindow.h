@@ -136,9 +136,11 @@ public:
     /// The same for a request from outside: while a grab is under way what is open for it comes to
     /// the front, or the window does so afterwards.
     void comeForward();
-    /// Closes the window, as soon as the dialogs that are open have been cancelled: a command from
-    /// outside of it, which may come at any time.
+    /// Ends the program, unless the user cancels that, as soon as the dialogs that are open have been
+    /// cancelled: a command that may come at any time. To close the window need not do so.
     void quit();
+    /// The window is about to be closed because the program ends, whatever closing does else.
+    void endWhenClosed() { m_IsEnding = true; }
     /// Makes this program active before an overlay opens.
     void SetAppFocus();
     /// Gives the focus back to the other application, and waits about a second at the most.
@@ -282,6 +284,7 @@ private:
     void setUpEditor();
     void connectControls();
     void RefreshWindowTitle(const QString &tab);
+    void hideInTray();
     void changeAfter(SizeDialog &dialog, const std::function<void()> &change);
 
     // In the order of who uses whom.
@@ -310,6 +313,7 @@ private:
     std::unique_ptr<GrabFlow> m_Grabs;
     std::unique_ptr<GrabCalls> m_Calls;
     DialogPreference *m_pPreference = nullptr;  ///< from its first use on
+    bool m_IsEnding = false;                    ///< as endWhenClosed()
     bool m_ToldOfEdge = false;                  ///< nothing is drawn outside of a picture
 };
 

@@ -77,6 +77,14 @@ bool runMinimized() { return flag(u"RunMinimized"_s); }
 
 void setRunMinimized(bool on) { setFlag(u"RunMinimized"_s, on); }
 
+bool closesToTray() { return flag(u"CloseToTray"_s); }
+
+void setClosesToTray(bool on) { setFlag(u"CloseToTray"_s, on); }
+
+bool hasToldOfTray() { return flag(u"ToldOfTray"_s); }
+
+void setToldOfTray() { setFlag(u"ToldOfTray"_s, true); }
+
 bool hidesBefore() { return flag(u"AutoHide"_s); }
 
 void setHidesBefore(bool on) { setFlag(u"AutoHide"_s, on); }

@@ -19,6 +19,10 @@ bool autoRun();
 void setAutoRun(bool on);  ///< and brings the login item in line
 bool runMinimized();
 void setRunMinimized(bool on);
+bool closesToTray();  ///< the window, where there is a tray; the program goes on then
+void setClosesToTray(bool on);
+bool hasToldOfTray();  ///< that the program is still there, and how to end it
+void setToldOfTray();
 bool hidesBefore();  ///< the window gets out of the way before a grab
 void setHidesBefore(bool on);
 bool showsAfter();  ///< the window comes to the front after a grab

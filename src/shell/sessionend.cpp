@@ -36,8 +36,12 @@ void SessionEnd::commit(QSessionManager &manager)
 // When the session ends the toolkit would close every window, and the window ask a second time.
 bool SessionEnd::eventFilter(QObject *watched, QEvent *event)
 {
-    if (event->type() != QEvent::Quit || watched != qGuiApp || !m_committed)
+    if (event->type() != QEvent::Quit || watched != qGuiApp)
         return QObject::eventFilter(watched, event);
+    if (!m_committed) {
+        m_window.endWhenClosed();
+        return QObject::eventFilter(watched, event);
+    }
     QCoreApplication::exit(0);
     return true;
 }

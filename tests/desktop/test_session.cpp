@@ -5,6 +5,7 @@
 #include <QSet>
 #include <QTest>
 
+#include <algorithm>
 #include <csignal>
 
 #include <X11/keysym.h>
@@ -85,6 +86,42 @@ private slots:
         check("save changes?", {{XK_w, XK_Control_L}}, {});
     }
 
+    // Closing the window leaves the program and what is open, and asks nothing. The first time it
+    // is said how to end it.
+    void closesToTheTray()
+    {
+        QVERIFY(begin({.settings = {{u"CloseToTray"_s, u"1"_s}}}));
+        QVERIFY(startTray() && grab());
+        const auto isShown = [this] { return m_program->mainWindow().viewable; };
+        const auto message = [this] {
+            const QList<QRect> areas = unmanaged();
+            return std::any_of(areas.begin(), areas.end(),
+                               [](const QRect &area) { return area.width() > 150; });
+        };
+        const auto show = [&] {
+            QVERIFY(openTrayMenu(1).isValid());
+            m_desktop->key(XK_Up);
+            m_desktop->key(XK_Up);
+            m_desktop->key(XK_Return);
+            QVERIFY(waitFor(isShown));
+            QVERIFY(m_desktop->waitForFocus(m_program->mainWindow()));
+        };
+        QVERIFY(!message());
+        m_desktop->closeWindow(m_program->mainWindow());
+        QVERIFY(waitFor([&] { return !isShown() && message(); }));
+        show();
+        QVERIFY(isTitled(u"untitled *"_s));
+        const QList<TestDesktop::Window> windows = m_desktop->windows();
+        m_desktop->key(XK_q, {XK_Control_L});
+        QVERIFY(hasDialog(windows));
+        discard();
+        QVERIFY(hasEnded());
+        // Not a second time.
+        QVERIFY(m_program->startAndWait());
+        m_desktop->closeWindow(m_program->mainWindow());
+        QVERIFY(waitFor([&] { return !isShown(); }) && !message());
+    }
+
     // Whatever waits in a loop of its own then: the program ends, and what was set is there again.
     void signalKeepsSettings()
     {
@@ -115,12 +152,11 @@ private slots:
         QVERIFY(begin({.variables = {{u"XDG_SESSION_TYPE"_s, u"wayland"_s}}}));
         QVERIFY(m_desktop->waitForFocus(m_program->mainWindow()));
         const QRect window = m_program->mainWindow().area;
-        // The bar, as the lower half of the picture area shows it: the only thing there that is
-        // dark.
+        // The bar, as the foot of the picture area shows it: the only thing there that is dark.
         QImage shown;
         const auto bar = [&] {
-            shown =
-                m_desktop->screenshot().copy(window.adjusted(20, window.height() / 2, -20, -88));
+            shown = m_desktop->screenshot().copy(
+                window.adjusted(20, window.height() * 3 / 4, -20, -88));
             QRect area;
             const bool isPainted = qGray(shown.pixel(0, 0)) > 200;
             for (int y = 0; isPainted && y < shown.height(); ++y) {
@@ -133,8 +169,8 @@ private slots:
         };
         QVERIFY(waitFor([&] { return !bar().isEmpty(); }));
         const QImage told = shown;
-        const QPoint close =
-            window.topLeft() + QPoint(20, window.height() / 2) + bar().topRight() + QPoint(-24, 24);
+        const QPoint close = window.topLeft() + QPoint(20, window.height() * 3 / 4) +
+                             bar().topRight() + QPoint(-24, 24);
         for (const xcb_keysym_t letter : {XK_r, XK_e, XK_a, XK_l, XK_w, XK_s, XK_t, XK_v}) {
             m_desktop->click(close);
             m_desktop->movePointer({5, 5});
