@@ -716,6 +716,10 @@ Klicken Sie auf „Nein“, um ohne sie fortzufahren, oder möchten Sie sie jetz
         <source>&amp;Files</source>
         <translation>Datei&amp;en</translation>
     </message>
+    <message>
+        <source>Keep the &amp;line colour</source>
+        <translation>&amp;Linienfarbe behalten</translation>
+    </message>
 </context>
 <context>
     <name>DigDetail</name>

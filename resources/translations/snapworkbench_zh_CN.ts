@@ -716,6 +716,10 @@ Click No to continue common capture, or Enable Scroll Capture now?</source>
         <source>&amp;Files</source>
         <translation>文件(&amp;F)</translation>
     </message>
+    <message>
+        <source>Keep the &amp;line colour</source>
+        <translation>保留线条颜色(&amp;L)</translation>
+    </message>
 </context>
 <context>
     <name>DigDetail</name>

@@ -11,6 +11,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr qsizetype s_mostRecent = 8;
+const QString s_wholeColor = u"LineColor.Whole"_s;
 
 QString styleKey(const Tool &tool) { return u"ToolStyle."_s + QLatin1StringView(tool.id); }
 
@@ -63,6 +64,9 @@ PenDefaults readPenDefaults()
     PenDefaults result;
     if (const QString color = GetConfigString(u"LineColor"_s); !color.isEmpty())
         result.color = QColor(static_cast<QRgb>(color.toInt()));
+    if (const QColor kept = QColor::fromString(GetConfigString(s_wholeColor));
+        kept.isValid() && GetConfigString(u"KeepLineColour"_s) == u"1")
+        result.color = kept.rgb();
     if (const QString width = GetConfigString(u"LineWidth"_s); !width.isEmpty())
         result.width = std::clamp(width.toInt(), 1, s_widestLine);
     const QString text = GetConfigString(u"TextFont"_s);
@@ -81,6 +85,7 @@ void storeTextFont(const QFont &font) { SetConfigString(u"TextFont"_s, font.toSt
 void storeLineColor(const QColor &color)
 {
     SetConfigString(u"LineColor"_s, QString::number(color.value()));
+    SetConfigString(s_wholeColor, color.name());
 }
 
 QList<QColor> readRecentColors()

@@ -21,8 +21,8 @@ PenDefaults readPenDefaults();
 // Each is written as soon as it is chosen.
 void storeLineWidth(int width);
 void storeTextFont(const QFont &font);
-/// The brightness is what is kept, and it is read back as a colour. A reader would expect the
-/// colour itself; that a restart does not bring it back is kept on purpose.
+/// The brightness is read back as a colour, unless the user wants the colour itself, which stands
+/// beside it. A reader would expect that of any start; that it has to be asked for is on purpose.
 void storeLineColor(const QColor &color);
 
 /// The colours that were chosen last, eight at the most and each of them once, the newest first.

@@ -83,6 +83,8 @@ void DialogPreference::SetMagnification(int multiple) { choose(*ui->cmbMagnifica
 
 void DialogPreference::SetRememberStyles(bool on) { ui->ChkRememberStyles->setChecked(on); }
 
+void DialogPreference::SetKeepLineColour(bool on) { ui->ChkKeepLineColour->setChecked(on); }
+
 bool DialogPreference::GetAutoRun() const { return ui->ChkAutoRun->isChecked(); }
 
 bool DialogPreference::GetRunMin() const { return ui->ChkRunMin->isChecked(); }
@@ -102,6 +104,8 @@ int DialogPreference::GetMagnification() const
 
 bool DialogPreference::GetRememberStyles() const { return ui->ChkRememberStyles->isChecked(); }
 
+bool DialogPreference::GetKeepLineColour() const { return ui->ChkKeepLineColour->isChecked(); }
+
 void DialogPreference::on_ChkAutoRun_stateChanged(int /*state*/) { emit Changed(); }
 
 void DialogPreference::on_ChkRunMin_stateChanged(int /*state*/) { emit Changed(); }
@@ -113,6 +117,8 @@ void DialogPreference::on_ChkShow_stateChanged(int /*state*/) { emit Changed(); 
 void DialogPreference::on_ChkShowMag_stateChanged(int /*state*/) { followShowMag(); }
 
 void DialogPreference::on_ChkRememberStyles_stateChanged(int /*state*/) { emit Changed(); }
+
+void DialogPreference::on_ChkKeepLineColour_stateChanged(int /*state*/) { emit Changed(); }
 
 // The label beside it stays as it is.
 void DialogPreference::followShowMag()

@@ -27,6 +27,7 @@ public:
     void SetShowMag(bool on);
     void SetMagnification(int multiple);  ///< one without an entry leaves the choice as it is
     void SetRememberStyles(bool on);
+    void SetKeepLineColour(bool on);
 
     bool GetAutoRun() const;
     bool GetRunMin() const;
@@ -37,6 +38,7 @@ public:
     bool GetShowMag() const;
     int GetMagnification() const;
     bool GetRememberStyles() const;
+    bool GetKeepLineColour() const;
 
 signals:
     /// Any of the eight may be another one now.
@@ -53,6 +55,7 @@ private slots:
     void on_ChkShow_stateChanged(int state);
     void on_ChkShowMag_stateChanged(int state);
     void on_ChkRememberStyles_stateChanged(int state);
+    void on_ChkKeepLineColour_stateChanged(int state);
     void on_cmbTimer_editTextChanged(const QString &text);
     void on_cmbMagnification_currentIndexChanged(int index);
 

@@ -165,6 +165,10 @@ bool remembersStyles() { return flag(u"RememberStyles"_s); }
 
 void setRemembersStyles(bool on) { setFlag(u"RememberStyles"_s, on); }
 
+bool keepsLineColour() { return flag(u"KeepLineColour"_s); }
+
+void setKeepsLineColour(bool on) { setFlag(u"KeepLineColour"_s, on); }
+
 bool sharpPixels() { return flag(u"SharpPixels"_s); }
 
 void setSharpPixels(bool on) { setFlag(u"SharpPixels"_s, on); }
@@ -261,6 +265,7 @@ void load(DialogPreference &dialog)
     dialog.SetShowMag(showsMagnifier());
     dialog.SetMagnification(magnification());
     dialog.SetRememberStyles(remembersStyles());
+    dialog.SetKeepLineColour(keepsLineColour());
 }
 
 void store(const DialogPreference &dialog)
@@ -273,6 +278,7 @@ void store(const DialogPreference &dialog)
     setShowsMagnifier(dialog.GetShowMag());
     setMagnification(dialog.GetMagnification());
     setRemembersStyles(dialog.GetRememberStyles());
+    setKeepsLineColour(dialog.GetKeepLineColour());
 }
 
 }  // namespace Preferences

@@ -48,6 +48,8 @@ bool showsOverlayHint();  ///< for the first grabs
 void countMarkedGrab();   ///< one more of these
 bool remembersStyles();   ///< of each tool, over a restart
 void setRemembersStyles(bool on);
+bool keepsLineColour();  ///< over a restart, instead of its brightness
+void setKeepsLineColour(bool on);
 bool sharpPixels();  ///< of an enlarged picture, instead of blended ones
 void setSharpPixels(bool on);
 

@@ -556,7 +556,8 @@ private slots:
         QCOMPARE(shown(QEvent::Enter), QColor(Qt::blue));
     }
 
-    // Of the pen only the brightness is kept, and comes back as a shade of blue. What was chosen is
+    // Of the pen only the brightness is kept, and comes back as a shade of blue, unless the user
+    // wants the colour itself; a damaged one costs no more than that. What was chosen is
     // offered again: keys go through the rows, the one chosen last first, and then the palette.
     void lineColour()
     {
@@ -583,6 +584,15 @@ private slots:
         QCOMPARE(offer->findChild<QAbstractButton *>()->accessibleName(), u"Red, #ff0000"_s);
         QTest::keyClick(offer, Qt::Key_Escape);
         QVERIFY(!QApplication::activePopupWidget());
+        m_window->useColor(QColor(10, 200, 30));
+        SetConfigString(u"KeepLineColour"_s, u"1"_s);
+        finish();
+        start();
+        QCOMPARE(editor()->getPenColor(), QColor(10, 200, 30));
+        SetConfigString(u"LineColor.Whole"_s, u"#0acx"_s);
+        end();
+        start();
+        QCOMPARE(editor()->getPenColor(), QColor(0, 0, 200));
     }
 
     // The picture covers its area whole, so the focus has to be shown over it.

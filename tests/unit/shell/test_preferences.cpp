@@ -65,11 +65,11 @@ private slots:
         DialogPreference *dialog = openDialog();
         dialog->findChild<QCheckBox *>(u"ChkAutoRun"_s)->click();
         QVERIFY(m_desktop->loginItem->present);
-        const QStringList keys{u"FirstRun"_s,      u"RunMinimized"_s,  u"AutoHide"_s,
-                               u"AutoShow"_s,      u"ScreenTimer"_s,   u"ShowMagnification"_s,
-                               u"Magnification"_s, u"RememberStyles"_s};
+        const QStringList keys{u"FirstRun"_s,      u"RunMinimized"_s,   u"AutoHide"_s,
+                               u"AutoShow"_s,      u"ScreenTimer"_s,    u"ShowMagnification"_s,
+                               u"Magnification"_s, u"RememberStyles"_s, u"KeepLineColour"_s};
         // The dialog shows its first magnification where the setting has no entry.
-        QCOMPARE(stored(keys), u"1 0 0 1 25 0 4 0"_s);
+        QCOMPARE(stored(keys), u"1 0 0 1 25 0 4 0 0"_s);
         for (QCheckBox *box :
              dialog->findChild<QWidget *>(u"pageGeneral"_s)->findChildren<QCheckBox *>()) {
             const QString before = stored(keys);
@@ -78,7 +78,7 @@ private slots:
         }
         dialog->findChild<QComboBox *>(u"cmbMagnification"_s)->setCurrentIndex(3);
         dialog->findChild<QComboBox *>(u"cmbTimer"_s)->setCurrentIndex(3);
-        QCOMPARE(stored(keys), u"0 1 1 0 3 1 10 1"_s);
+        QCOMPARE(stored(keys), u"0 1 1 0 3 1 10 1 1"_s);
         QVERIFY(!m_desktop->loginItem->present);
     }
 
