@@ -2180,6 +2180,10 @@ Rücktaste    Punkt löschen</translation>
         <source>The program goes on in the tray. &quot;Quit&quot; in the menu there ends it.</source>
         <translation>Das Programm läuft neben der Uhr weiter. „Beenden“ im Menü dort beendet es.</translation>
     </message>
+    <message>
+        <source>Open &amp;Recent</source>
+        <translation>Zuletzt &amp;verwendet</translation>
+    </message>
 </context>
 <context>
     <name>MarkingOverlay</name>
@@ -2599,6 +2603,17 @@ Möchten Sie die Datei ersetzen?</translation>
     <message>
         <source>A file of this kind can&apos;t be wider or higher than %1 pixels.</source>
         <translation>Eine Datei dieser Art kann nicht breiter oder höher als %1 Pixel sein.</translation>
+    </message>
+</context>
+<context>
+    <name>RecentFiles</name>
+    <message>
+        <source>&quot;%1&quot; is not there any more.</source>
+        <translation>„%1“ gibt es nicht mehr.</translation>
+    </message>
+    <message>
+        <source>&amp;Clear</source>
+        <translation>&amp;Leeren</translation>
     </message>
 </context>
 <context>

@@ -2179,6 +2179,10 @@ Backspace    删除最后一点</translation>
         <source>The program goes on in the tray. &quot;Quit&quot; in the menu there ends it.</source>
         <translation>程序仍在托盘中运行。在托盘菜单中选择“退出”即可结束程序。</translation>
     </message>
+    <message>
+        <source>Open &amp;Recent</source>
+        <translation>最近使用的文件(&amp;R)</translation>
+    </message>
 </context>
 <context>
     <name>MarkingOverlay</name>
@@ -2595,6 +2599,17 @@ Do you want to replace it?</source>
     <message>
         <source>A file of this kind can&apos;t be wider or higher than %1 pixels.</source>
         <translation>此类文件的宽度或高度不能超过 %1 像素。</translation>
+    </message>
+</context>
+<context>
+    <name>RecentFiles</name>
+    <message>
+        <source>&quot;%1&quot; is not there any more.</source>
+        <translation>“%1”已不存在。</translation>
+    </message>
+    <message>
+        <source>&amp;Clear</source>
+        <translation>清空(&amp;C)</translation>
     </message>
 </context>
 <context>

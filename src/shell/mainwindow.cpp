@@ -28,6 +28,7 @@
 #include "shell/pictureintake.h"
 #include "shell/picturereading.h"
 #include "shell/pins.h"
+#include "shell/recentfiles.h"
 #include "shell/resizedialog.h"
 #include "shell/settingssaver.h"
 #include "shell/startpanel.h"
@@ -102,6 +103,7 @@ MainWindow::MainWindow()
     m_Work = std::make_unique<Workbench>(*ui, *this, *m_Notices);
     m_Unsaved = std::make_unique<UnsavedPictures>(*m_Work, *m_Notices);
     m_Files = std::make_unique<DocumentFiles>(*this, *m_Work, *m_Notices, *m_Unsaved);
+    m_Recent = std::make_unique<RecentFiles>(m_Menus->recent(), *m_Work, *m_Notices, nullptr);
     connect(m_Work.get(), &Workbench::titleChanged, this, &MainWindow::RefreshWindowTitle);
     connect(m_Files.get(), &DocumentFiles::asks, this, &MainWindow::showInFront);
     setUpEditor();

@@ -26,6 +26,7 @@ class PictureReading;
 class Pins;
 class QAction;
 class QPushButton;
+class RecentFiles;
 class SettingsSaver;
 class SizeDialog;
 class StartPanel;
@@ -298,6 +299,7 @@ private:
     std::unique_ptr<Workbench> m_Work;
     std::unique_ptr<UnsavedPictures> m_Unsaved;
     std::unique_ptr<DocumentFiles> m_Files;
+    std::unique_ptr<RecentFiles> m_Recent;
     std::unique_ptr<PictureReading> m_Reading;
     std::unique_ptr<PictureIntake> m_Intake;
     std::unique_ptr<HandedFiles> m_Handed;

@@ -29,6 +29,10 @@ WindowMenus::WindowMenus(MainWindow &window, QBoxLayout &place)
     };
     add(MainWindow::tr("&sys"), Command::Menu::System);
     m_file = add(MainWindow::tr("&File"), Command::Menu::File);
+    // After the item that opens a file.
+    m_recent = new QMenu(MainWindow::tr("Open &Recent"), m_file);
+    m_recent->setObjectName(u"RecentMenu"_s);
+    m_file->insertMenu(m_file->actions().at(1), m_recent);
     m_edit = add(MainWindow::tr("&Edit"), Command::Menu::Edit);
     fillMenu(*m_edit->addMenu(MainWindow::tr("&Tools")), Command::Menu::Tools, window);
     m_view = add(MainWindow::tr("&View"), Command::Menu::View);

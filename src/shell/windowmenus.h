@@ -36,6 +36,8 @@ public:
         QString codeLack{};    ///< the same for codes
     };
     void updateEdit(const EditState &state);
+    /// The place for files that were used, in the File menu; empty.
+    QMenu &recent() { return *m_recent; }
     /// The menu that opens on the picture, as updateFile() and updateEdit() were told last.
     QMenu &picture() { return *m_picture; }
     /// The same for the menu that opens on the current document's tab.
@@ -48,6 +50,7 @@ public:
 private:
     QMenu *m_capture = nullptr;
     QMenu *m_file;
+    QMenu *m_recent;
     QMenu *m_edit;
     QMenu *m_view;
     QMenu *m_picture;

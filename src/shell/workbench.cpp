@@ -62,7 +62,15 @@ void Workbench::open(const QStringList &paths,
     // Each job holds them, and the last one to end tells.
     const auto waits = std::make_shared<int>(1);
     const auto end = [this, waits, opened, numbers, paths] {
-        if (--*waits > 0 || !opened)
+        if (--*waits > 0)
+            return;
+        // In the order in which they were named, whichever was read first.
+        for (const int number : numbers) {
+            if (const QPictureDocument *document = m_documents.find(number);
+                document && document->hasPicture())
+                emit fileUsed(document->m_FileName);
+        }
+        if (!opened)
             return;
         QStringList troubles;
         for (qsizetype i = 0; i < numbers.size(); ++i) {
@@ -338,6 +346,8 @@ void Workbench::saved(int number)
 {
     refresh();
     emit changed(number);
+    if (const QPictureDocument *document = m_documents.find(number))
+        emit fileUsed(document->m_FileName);
 }
 
 void Workbench::awaitPicture(int number, PictureJobs::Kind kind, const QString &text,

@@ -81,6 +81,8 @@ public:
     bool waitForJobs(int number);
 
 signals:
+    /// A document was read from that file, or written to it.
+    void fileUsed(const QString &path);
     /// The current document's tab says something else; empty for none.
     void titleChanged(const QString &title);
     /// Something of the current document has changed.

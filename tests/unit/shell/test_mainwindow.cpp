@@ -309,6 +309,45 @@ private slots:
         QVERIFY(item(1)->isEnabled() && item(2)->isEnabled() && item(3)->isEnabled());
     }
 
+    // The last ten files that were opened or saved, over a restart; one that is gone leaves the
+    // list, and the user is told.
+    void recentFiles()
+    {
+        const auto items = [this] {
+            auto *menu = m_window->findChild<QMenu *>(u"RecentMenu"_s);
+            emit menu->aboutToShow();
+            QList<QAction *> actions = menu->actions();
+            return actions.first(actions.size() - 2);  // without the line and "Clear"
+        };
+        QStringList paths;
+        for (int i = 0; i < 12; ++i) {
+            paths.append(at(u"a&%1.png"_s.arg(i)));
+            QVERIFY(solid({20, 30}).save(paths.last()));
+        }
+        open(paths + QStringList{at(u"missing.png"_s)});
+        m_window->SetCurDocumentIndex(11);
+        QVERIFY(m_window->SaveFile());
+        answer(QMessageBox::Discard);
+        m_window->CloseAllFiles();
+        end();
+        start();
+        QCOMPARE(items().size(), 10);
+        QVERIFY(items().first()->text().startsWith(u"&1 a&&11.png - "_s));
+        QVERIFY(items().last()->text().startsWith(u"&0 a&&2.png - "_s));
+        QVERIFY(QFile::remove(paths.at(11)));
+        items().first()->trigger();
+        QVERIFY(told().contains(paths.at(11)));
+        QCOMPARE(tabs()->count(), 0);
+        items().last()->trigger();
+        awaitJobs();
+        QCOMPARE(title(), u"a&2.png - Snap Workbench"_s);
+        QCOMPARE(items().size(), 9);
+        QVERIFY(items().first()->text().startsWith(u"&1 a&&2.png"_s));
+        auto *menu = m_window->findChild<QMenu *>(u"RecentMenu"_s);
+        menu->actions().last()->trigger();
+        QVERIFY(items().isEmpty() && !menu->menuAction()->isEnabled());
+    }
+
     // What is done to the picture as a whole: by keys that are dead without one, one step each, and
     // to the picture that was asked about, whatever comes to the front meanwhile.
     void editMenu()
