@@ -567,8 +567,13 @@ void GrabFlow::browse()
             m_window.say(tr("No window was chosen: there is no picture."));
     }
     // The browser has brought it along.
-    if (m_before.isMinimized && !isShown)
+    const bool goesBack = areThere && !isShown;
+    if (goesBack && m_before.isMinimized) {
         m_window.place(GrabFront::Place::Minimized);
+    } else if (goesBack && !m_before.isActive) {
+        m_window.place(GrabFront::Place::Behind);
+        m_window.focusOther();
+    }
     finish();
 }
 

@@ -18,6 +18,7 @@
 #include <QUrl>
 
 #include <algorithm>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -110,8 +111,16 @@ bool PictureIntake::takePicture(const QMimeData &data)
     return true;
 }
 
+// Until the next picture comes.
+void PictureIntake::say(const QString &text)
+{
+    m_told = text;
+    m_notices.say(text);
+}
+
 void PictureIntake::take(const QMimeData &data)
 {
+    m_notices.withdraw(std::exchange(m_told, {}));
     const Files files = filesOf(data);
     if (!files.pictures.isEmpty())
         m_work.open(files.pictures);
@@ -120,25 +129,25 @@ void PictureIntake::take(const QMimeData &data)
     tell(files);
     if (files.pictures.isEmpty() && files.others == 0 && files.remote.isEmpty() &&
         files.emptyFolder.isEmpty())
-        m_notices.say(data.hasText() && pictureFormat(data).isEmpty()
-                          ? tr("This is text, and no picture.")
-                          : tr("There is no picture that can be read."));
+        say(data.hasText() && pictureFormat(data).isEmpty()
+                ? tr("This is text, and no picture.")
+                : tr("There is no picture that can be read."));
 }
 
 void PictureIntake::tell(const Files &files)
 {
     if (files.beyond > 0)
-        m_notices.say(tr("Only the first %1 pictures were opened; %2 more were left out.")
-                          .arg(s_mostFiles)
-                          .arg(files.beyond));
+        say(tr("Only the first %1 pictures were opened; %2 more were left out.")
+                .arg(s_mostFiles)
+                .arg(files.beyond));
     else if (!files.remote.isEmpty())
-        m_notices.say(tr("\"%1\" is not on this computer. Nothing was fetched; save the picture "
-                         "first, and open it then.")
-                          .arg(files.remote.first()));
+        say(tr("\"%1\" is not on this computer. Nothing was fetched; save the picture "
+               "first, and open it then.")
+                .arg(files.remote.first()));
     else if (!files.emptyFolder.isEmpty())
-        m_notices.say(tr("There are no pictures in the folder \"%1\".").arg(files.emptyFolder));
+        say(tr("There are no pictures in the folder \"%1\".").arg(files.emptyFolder));
     else if (files.others > 0)
-        m_notices.say(tr("Files that are no pictures were not opened: %1.").arg(files.others));
+        say(tr("Files that are no pictures were not opened: %1.").arg(files.others));
 }
 
 void PictureIntake::takeFromClipboard()
@@ -147,5 +156,5 @@ void PictureIntake::takeFromClipboard()
         data && !data->formats().isEmpty())
         take(*data);
     else
-        m_notices.say(tr("There is nothing on the clipboard."));
+        say(tr("There is nothing on the clipboard."));
 }

@@ -35,7 +35,9 @@ private:
     static Files filesOf(const QMimeData &data);
     bool takePicture(const QMimeData &data);
     void tell(const Files &files);
+    void say(const QString &text);
 
     Workbench &m_work;
     Notices &m_notices;
+    QString m_told{};  ///< of what came last, and is no picture
 };

@@ -294,7 +294,8 @@ private slots:
         check("counted once", C::Countdown, other, true, false, "count,other,screen,document");
         ways = {};
         check("windows", C::Windows, shows, true, false, "browse,document,document");
-        check("no window", C::Windows, other, true, true, "browse,say");
+        check("no window", C::Windows, other, true, true, "browse,say,lower,other");
+        check("browser given up", C::Windows, other, false, false, "browse,lower,other");
         refuses = true;
         for (const C refused : {C::Rectangle, C::Window})
             check("refused", refused, other, true, false, "say");
