@@ -463,8 +463,7 @@ constexpr auto s_commands = std::to_array<Command>({
      .button = "BtnRegister",
      .run = [](MainWindow &window) { window.Register(); }},
 
-    {.button = "BtnClose",
-     .run = [](MainWindow &window) { window.close(); }},
+    {.button = "BtnClose", .run = [](MainWindow &window) { window.close(); }},
     {.keys = QT_TRANSLATE_NOOP("MainWindow", "Ctrl+M"),
      .button = "BtnMin",
      .run = [](MainWindow &window) { window.minimize(); }},

@@ -137,8 +137,8 @@ public:
     /// The same for a request from outside: while a grab is under way what is open for it comes to
     /// the front, or the window does so afterwards.
     void comeForward();
-    /// Ends the program, unless the user cancels that, as soon as the dialogs that are open have been
-    /// cancelled: a command that may come at any time. To close the window need not do so.
+    /// Ends the program, unless the user cancels that, as soon as the dialogs that are open have
+    /// been cancelled: a command that may come at any time. To close the window need not do so.
     void quit();
     /// The window is about to be closed because the program ends, whatever closing does else.
     void endWhenClosed() { m_IsEnding = true; }
